@@ -1,0 +1,94 @@
+#include "core/base/FileUrl.h"
+
+#include "core/base/HexDigit.h"
+#include "core/base/PathText.h"
+
+#include <array>
+
+namespace orvane {
+namespace {
+
+constexpr std::array<bool, 256> pathCharacters() {
+  std::array<bool, 256> allowed{};
+  for (int c = '0'; c <= '9'; ++c) allowed[static_cast<std::size_t>(c)] = true;
+  for (int c = 'a'; c <= 'z'; ++c) allowed[static_cast<std::size_t>(c)] = true;
+  for (int c = 'A'; c <= 'Z'; ++c) allowed[static_cast<std::size_t>(c)] = true;
+  for (const char c : std::string_view("-._~!$&'()*+,;=:@/")) allowed[static_cast<unsigned char>(c)] = true;
+  return allowed;
+}
+constexpr auto allowedInPath = pathCharacters();
+
+}  // namespace
+
+FileUrl::FileUrl(std::string path) : m_path(std::move(path)) {
+  while (m_path.size() > 1 && m_path.back() == '/') m_path.pop_back();
+}
+
+std::optional<FileUrl> FileUrl::fromAbsoluteString(std::string_view text) {
+  constexpr std::string_view scheme = "file://";
+  constexpr std::string_view localHost = "localhost";
+  if (!text.starts_with(scheme)) return std::nullopt;
+  text.remove_prefix(scheme.size());
+  if (text.starts_with(localHost)) text.remove_prefix(localHost.size());
+  if (!text.starts_with('/')) return std::nullopt;
+  auto path = percentDecoded(text);
+  if (!path || path->find('\0') != std::string::npos) return std::nullopt;
+  return FileUrl(*std::move(path));
+}
+
+std::string FileUrl::absoluteString() const {
+  return "file://" + percentEncodedPath(m_path);
+}
+
+std::string_view FileUrl::lastPathComponent() const noexcept {
+  return lastComponent(m_path);
+}
+
+std::string_view FileUrl::pathExtension() const noexcept {
+  return splitName(lastPathComponent()).extension;
+}
+
+FileUrl FileUrl::deletingLastPathComponent() const {
+  return FileUrl(std::string(parentPath(m_path)));
+}
+
+FileUrl FileUrl::appendingPathComponent(std::string_view name) const {
+  return FileUrl(joinPath(m_path, name));
+}
+
+std::string percentEncodedPath(std::string_view path) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string result;
+  result.reserve(path.size() + 16);
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (allowedInPath[byte]) {
+      result.push_back(c);
+    } else {
+      result.push_back('%');
+      result.push_back(digits[byte >> 4]);
+      result.push_back(digits[byte & 0x0F]);
+    }
+  }
+  return result;
+}
+
+std::optional<std::string> percentDecoded(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '%') {
+      result.push_back(text[i]);
+      continue;
+    }
+    if (i + 2 >= text.size()) return std::nullopt;
+    const int high = hexValue(text[i + 1]);
+    const int low = hexValue(text[i + 2]);
+    if (high < 0 || low < 0) return std::nullopt;
+    result.push_back(static_cast<char>(high * 16 + low));
+    i += 2;
+  }
+  return result;
+}
+
+}  // namespace orvane

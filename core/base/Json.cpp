@@ -1,0 +1,152 @@
+#include "core/base/Json.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <set>
+#include <vector>
+
+namespace orvane {
+namespace {
+
+// Refuses depth and duplicate keys while the text is being read, before they cost anything.
+class LimitChecker {
+ public:
+  explicit LimitChecker(const JsonLimits& limits) : m_limits(limits) {}
+
+  bool operator()(int depth, Json::parse_event_t event, Json& parsed) {
+    using Event = Json::parse_event_t;
+    if (event == Event::object_start || event == Event::array_start) {
+      if (depth >= m_limits.depth) {
+        throw JsonError(fmt::format("JSON is nested deeper than {} levels", m_limits.depth));
+      }
+    }
+    if (m_limits.duplicateKeys == DuplicateKeys::takeFirst) return true;
+    if (event == Event::object_start) m_keys.emplace_back();
+    if (event == Event::object_end) m_keys.pop_back();
+    if (event == Event::key) {
+      const auto& key = parsed.get_ref<const std::string&>();
+      if (!m_keys.back().insert(key).second) throw JsonError(fmt::format("JSON key \"{}\" stands twice", key));
+    }
+    return true;
+  }
+
+ private:
+  const JsonLimits& m_limits;
+  std::vector<std::set<std::string>> m_keys;
+};
+
+[[noreturn]] void throwExpected(std::string_view what, std::string_view expected) {
+  throw JsonError(fmt::format("\"{}\" must be {}", what, expected));
+}
+
+}  // namespace
+
+Json parseJson(std::string_view text, const JsonLimits& limits) {
+  if (text.size() > limits.bytes) {
+    throw JsonError(fmt::format("JSON is longer than {} bytes", limits.bytes));
+  }
+  try {
+    LimitChecker checker(limits);
+    return Json::parse(text, std::ref(checker));
+  } catch (const Json::exception& error) {
+    // The library's text starts with its own identifier in brackets.
+    std::string_view message = error.what();
+    if (const auto end = message.find("] "); end != std::string_view::npos) message.remove_prefix(end + 2);
+    throw JsonError(fmt::format("not valid JSON: {}", message));
+  }
+}
+
+std::string jsonText(const Json& value) {
+  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+const Json& requiredKey(const Json& value, std::string_view key) {
+  const Json* found = optionalKey(value, key);
+  if (found != nullptr) return *found;
+  if (value.contains(key)) throw JsonError(fmt::format("\"{}\" must not be null", key));
+  throw JsonError(fmt::format("key \"{}\" is missing", key));
+}
+
+const Json* optionalKey(const Json& value, std::string_view key) {
+  if (!value.is_object()) throw JsonError(fmt::format("expected an object with the key \"{}\"", key));
+  const auto found = value.find(key);
+  return found == value.end() || found->is_null() ? nullptr : &*found;
+}
+
+std::string stringFrom(const Json& value, std::string_view what) {
+  if (!value.is_string()) throwExpected(what, "a string");
+  return value.get<std::string>();
+}
+
+std::int64_t integerFrom(const Json& value, std::string_view what) {
+  if (value.is_number_unsigned()) {
+    const auto number = value.get<std::uint64_t>();
+    if (number > static_cast<std::uint64_t>(INT64_MAX)) throwExpected(what, "an integer of at most 64 bits");
+    return static_cast<std::int64_t>(number);
+  }
+  if (value.is_number_integer()) return value.get<std::int64_t>();
+  if (value.is_number_float()) {
+    // 9223372036854775808 is the first double above the range.
+    const double number = value.get<double>();
+    if (std::trunc(number) == number && number >= -9223372036854775808.0 && number < 9223372036854775808.0) {
+      return static_cast<std::int64_t>(number);
+    }
+  }
+  throwExpected(what, "an integer of at most 64 bits");
+}
+
+Date dateFrom(const Json& value, std::string_view what) {
+  if (!value.is_number()) throwExpected(what, "a number of seconds since 2001-01-01T00:00:00Z");
+  const auto seconds = value.get<double>();
+  if (!std::isfinite(seconds)) throwExpected(what, "a finite number");
+  return dateFromReferenceSeconds(seconds);
+}
+
+std::string stringAt(const Json& value, std::string_view key) {
+  return stringFrom(requiredKey(value, key), key);
+}
+
+std::int64_t integerAt(const Json& value, std::string_view key) {
+  return integerFrom(requiredKey(value, key), key);
+}
+
+bool booleanAt(const Json& value, std::string_view key) {
+  const auto& found = requiredKey(value, key);
+  if (!found.is_boolean()) throwExpected(key, "true or false");
+  return found.get<bool>();
+}
+
+Date dateAt(const Json& value, std::string_view key) {
+  return dateFrom(requiredKey(value, key), key);
+}
+
+Uuid uuidAt(const Json& value, std::string_view key) {
+  const auto uuid = Uuid::parse(stringAt(value, key));
+  if (!uuid) throwExpected(key, "a UUID");
+  return *uuid;
+}
+
+FileUrl urlAt(const Json& value, std::string_view key) {
+  auto url = FileUrl::fromAbsoluteString(stringAt(value, key));
+  if (!url) throwExpected(key, "a file URL with an absolute path");
+  return *std::move(url);
+}
+
+Json jsonFromDate(Date date) {
+  constexpr double largestExactInteger = 9007199254740992.0;  // 2^53
+  const double seconds = referenceSeconds(date);
+  const bool whole = std::trunc(seconds) == seconds && std::abs(seconds) < largestExactInteger;
+  if (whole && !(seconds == 0 && std::signbit(seconds))) return static_cast<std::int64_t>(seconds);
+  return seconds;
+}
+
+Json jsonFromUuid(const Uuid& uuid) {
+  return uuid.toString();
+}
+
+Json jsonFromUrl(const FileUrl& url) {
+  return url.absoluteString();
+}
+
+}  // namespace orvane

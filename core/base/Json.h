@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/FileUrl.h"
+#include "core/base/JsonFwd.h"
+#include "core/base/Uuid.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// A text that is not JSON, or JSON that is not what was expected. what() names the key and says what was expected.
+class JsonError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+enum class DuplicateKeys : std::uint8_t { refuse, takeFirst };
+
+struct JsonLimits {
+  std::size_t bytes = 16 * 1024 * 1024;
+  int depth = 64;
+  DuplicateKeys duplicateKeys = DuplicateKeys::refuse;
+};
+
+// Reads one JSON document (RFC 8259). The text may come from anywhere: time and memory stay in proportion to its size,
+// and what exceeds the limits is refused. Throws JsonError.
+[[nodiscard]] Json parseJson(std::string_view text, const JsonLimits& limits = {});
+// Compact text. Bytes that are not UTF-8 become U+FFFD: keep them out by writing a location as its URL.
+[[nodiscard]] std::string jsonText(const Json& value);
+
+// The value of a required key of an object. Throws JsonError when `value` is no object or lacks the key.
+[[nodiscard]] const Json& requiredKey(const Json& value, std::string_view key);
+// The value of a key; null where it is absent or JSON null. Throws JsonError when `value` is no object.
+[[nodiscard]] const Json* optionalKey(const Json& value, std::string_view key);
+
+// Typed values of required keys. Throw JsonError naming the key.
+[[nodiscard]] std::string stringAt(const Json& value, std::string_view key);
+[[nodiscard]] std::int64_t integerAt(const Json& value, std::string_view key);
+[[nodiscard]] bool booleanAt(const Json& value, std::string_view key);
+[[nodiscard]] Date dateAt(const Json& value, std::string_view key);
+[[nodiscard]] Uuid uuidAt(const Json& value, std::string_view key);
+[[nodiscard]] FileUrl urlAt(const Json& value, std::string_view key);
+
+// Seconds since 2001-01-01T00:00:00Z; whole seconds are written without a fraction. The date must be finite.
+[[nodiscard]] Json jsonFromDate(Date date);
+[[nodiscard]] Json jsonFromUuid(const Uuid& uuid);
+[[nodiscard]] Json jsonFromUrl(const FileUrl& url);
+
+// A value's own type. Throw JsonError naming `what`.
+[[nodiscard]] std::string stringFrom(const Json& value, std::string_view what);
+[[nodiscard]] std::int64_t integerFrom(const Json& value, std::string_view what);
+[[nodiscard]] Date dateFrom(const Json& value, std::string_view what);
+
+}  // namespace orvane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// Text rules of paths; nothing here looks at the disk. Paths are raw bytes with "/" between components.
+
+// The last component; empty for "/" and for an empty path. Trailing slashes do not count.
+[[nodiscard]] std::string_view lastComponent(std::string_view path) noexcept;
+// Everything before the last component, without a trailing slash; "/" for a component directly below the root.
+[[nodiscard]] std::string_view parentPath(std::string_view path) noexcept;
+[[nodiscard]] std::string joinPath(std::string_view folder, std::string_view name);
+
+// A file name cut at its last dot. A name whose only dots lead it (".bashrc"), or that ends in a dot, has no extension.
+struct NameParts {
+  std::string_view base;
+  std::string_view extension;  // without the dot
+};
+[[nodiscard]] NameParts splitName(std::string_view name) noexcept;
+
+// Whether `path` is `folder` itself or lies inside it, by whole components: "/a/bc" is not inside "/a/b".
+[[nodiscard]] bool isSameOrInside(std::string_view path, std::string_view folder) noexcept;
+
+// Collapses "." and "..", repeated slashes and a trailing slash, by text alone. A relative path stays relative.
+[[nodiscard]] std::string standardizedPath(std::string_view path);
+
+}  // namespace orvane

@@ -1,0 +1,80 @@
+#include "core/base/Uuid.h"
+
+#include "core/base/FatalError.h"
+#include "core/base/HexDigit.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace orvane {
+namespace {
+
+// Random bytes drawn from the system in blocks: a scan makes an identifier per file, and a system call each would
+// cost as much as reading the file's status.
+class RandomPool {
+ public:
+  void take(std::array<std::uint8_t, 16>& out) {
+    if (m_used == m_bytes.size() || m_owner != ::getpid()) refill();
+    std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_used), out.size(), out.begin());
+    m_used += out.size();
+  }
+
+ private:
+  void refill() {
+    if (::getentropy(m_bytes.data(), m_bytes.size()) != 0) fatalError("the system gives no random bytes");
+    m_used = 0;
+    m_owner = ::getpid();
+  }
+
+  std::array<std::uint8_t, 256> m_bytes{};
+  std::size_t m_used = 256;
+  pid_t m_owner = 0;
+};
+
+constexpr bool isHyphenPosition(std::size_t index) {
+  return index == 8 || index == 13 || index == 18 || index == 23;
+}
+
+}  // namespace
+
+Uuid Uuid::random() {
+  thread_local RandomPool pool;
+  Uuid result;
+  pool.take(result.m_bytes);
+  result.m_bytes[6] = static_cast<std::uint8_t>((result.m_bytes[6] & 0x0F) | 0x40);
+  result.m_bytes[8] = static_cast<std::uint8_t>((result.m_bytes[8] & 0x3F) | 0x80);
+  return result;
+}
+
+std::optional<Uuid> Uuid::parse(std::string_view text) noexcept {
+  if (text.size() != 36) return std::nullopt;
+  Uuid result;
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (isHyphenPosition(i)) {
+      if (text[i] != '-') return std::nullopt;
+      continue;
+    }
+    const int value = hexValue(text[i]);
+    if (value < 0) return std::nullopt;
+    auto& byte = result.m_bytes[digits / 2];
+    byte = static_cast<std::uint8_t>((byte << 4) | value);
+    ++digits;
+  }
+  return result;
+}
+
+std::string Uuid::toString() const {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string text;
+  text.reserve(36);
+  for (const auto byte : m_bytes) {
+    if (isHyphenPosition(text.size())) text.push_back('-');
+    text.push_back(digits[byte >> 4]);
+    text.push_back(digits[byte & 0x0F]);
+  }
+  return text;
+}
+
+}  // namespace orvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/platform/PendingMove.h"
+
+#include <memory>
+#include <string>
+
+namespace orvane {
+
+// Moves without ever replacing, across volumes too.
+class FileMover {
+ public:
+  virtual ~FileMover() = default;
+
+  // Decides how `item` (a canonical folder path and a name, beneath the canonical folder `boundary`) goes to
+  // `destination`, whose folder exists and is canonical. Throws std::runtime_error when the item is gone or its folder
+  // cannot be opened.
+  virtual std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
+                                                const FileUrl& destination) = 0;
+};
+
+}  // namespace orvane

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "core/base/FileStatus.h"
+#include "core/base/FileUrl.h"
+
+#include <memory>
+#include <vector>
+
+namespace orvane {
+
+class FileDescriptor;
+
+// Folders whose names have to become durable, each of them once.
+class FolderSyncSet {
+ public:
+  void add(std::shared_ptr<const FileDescriptor> folder);
+  // Makes all of them durable and empties the set. Throws SyncError.
+  void syncAll();
+
+ private:
+  struct Member {
+    std::uint64_t device;
+    std::uint64_t inode;
+    std::shared_ptr<const FileDescriptor> folder;
+  };
+  std::vector<Member> m_members;
+};
+
+// One item between decision and done. It holds the item's folder open, so that nothing that is swapped on the way can
+// redirect it. Dropping it at any point leaves the item whole at its source or at its destination.
+//
+// A group is carried out stage by stage: prepare() for all, finishPreparing() for all, sync; carryOut() for all, sync;
+// finish() for all. Every stage throws std::runtime_error (with the system's reason) when the item cannot be moved,
+// and SyncError when the disk refuses to make something durable, after which nothing more may be tried.
+class PendingMove {
+ public:
+  PendingMove(const PendingMove&) = delete;
+  PendingMove& operator=(const PendingMove&) = delete;
+  virtual ~PendingMove() = default;
+
+  // Where the item is: its folder's canonical path and its name.
+  [[nodiscard]] const FileUrl& source() const noexcept { return m_source; }
+  // Where it will be. finishPreparing() may change it when another process takes the name first.
+  [[nodiscard]] const FileUrl& destination() const noexcept { return m_destination; }
+  [[nodiscard]] const ItemIdentity& identity() const noexcept { return m_identity; }
+
+  // Starts writing what has to be on the disk before the item moves. Does not wait for the disk.
+  virtual void prepare() {}
+  // Makes it durable and gives it its name.
+  virtual void finishPreparing(FolderSyncSet& /*folders*/) {}
+  // Moves the item without replacing anything, and puts it back if what moved is not what was meant.
+  virtual void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) = 0;
+  // What is left to tidy once the move is durable. Never throws: the item has moved.
+  virtual void finish() noexcept {}
+  // Takes back what prepare() wrote, for an item that did not move.
+  virtual void abandon() noexcept {}
+
+ protected:
+  PendingMove() = default;
+  FileUrl m_source;
+  FileUrl m_destination;
+  ItemIdentity m_identity;
+};
+
+}  // namespace orvane

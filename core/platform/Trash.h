@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/platform/PendingMove.h"
+
+#include <memory>
+#include <string>
+
+namespace orvane {
+
+// The user's Trash on every volume.
+class Trash {
+ public:
+  virtual ~Trash() = default;
+
+  // Decides where an item goes: opens its folder without following links from `boundary` (a canonical folder) down,
+  // reads its identity and chooses a free name in the Trash of its volume. `item` is a canonical folder path and a
+  // name. Throws std::runtime_error when the item is gone, lies inside a Trash, or its volume has no usable Trash.
+  virtual std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary) = 0;
+
+  // Decides how an item leaves the Trash for `destination`, whose folder exists. `trashed` is what planTrash() said.
+  virtual std::unique_ptr<PendingMove> planTakeOut(const FileUrl& trashed, const FileUrl& destination) = 0;
+
+  // Takes back what was written for an item that did not come: nothing is at `trashed`. Never touches an item.
+  virtual void forget(const FileUrl& trashed) noexcept = 0;
+
+  // Clears the flag that keeps the owner from moving an item; failures are ignored.
+  virtual void clearImmutableFlag(const FileUrl& item) noexcept = 0;
+};
+
+}  // namespace orvane

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "core/base/FileStatus.h"
+#include "core/base/FileUrl.h"
+#include "core/base/Uuid.h"
+#include "core/safety/AllowedRoots.h"
+#include "core/safety/JournalEntry.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+class TrashMover;
+class UndoJournal;
+
+// One item to move.
+struct MoveRequest {
+  FileUrl source;
+  std::int64_t fileSize = 0;            // bytes, as the journal is to show them
+  std::optional<std::string> checksum;  // content digest, when the caller has one
+  // The folder that the item goes into, created where it is missing; the Trash when absent.
+  std::optional<FileUrl> destinationFolder;
+  // What the caller approved; the item is left alone when another file has its name by now.
+  std::optional<ItemIdentity> expectedIdentity;
+};
+
+enum class MoveResult : std::uint8_t {
+  moved,
+  refused,    // by the path validator
+  missing,    // nothing at the source
+  failed,     // the system refused
+  cancelled,  // not tried: the run was stopped
+};
+
+// What became of one request.
+struct MoveOutcome {
+  FileUrl source;
+  MoveResult result = MoveResult::cancelled;
+  FileUrl destination;  // when moved
+  std::int64_t fileSize = 0;
+  std::string error;  // why not, when not moved
+};
+
+// One user action. Everything it moves shares one run identifier and comes back together.
+class CleanupRun {
+ public:
+  // Called with the number of requests settled so far, from the calling thread.
+  using Progress = std::function<void(std::size_t done, std::size_t total)>;
+
+  CleanupRun(TrashMover& mover, UndoJournal& journal, AllowedRoots roots);
+  [[nodiscard]] const Uuid& id() const noexcept { return m_id; }
+
+  // Validates, moves and journals each request in order. One that fails is reported and the rest go on. Outcomes are in
+  // the order of the requests. Throws nothing for what the disk does: when nothing can be journalled, nothing is moved
+  // and every outcome says so.
+  std::vector<MoveOutcome> carryOut(std::span<const MoveRequest> requests, const Progress& progress = {},
+                                    std::stop_token stop = {});
+
+ private:
+  TrashMover& m_mover;
+  UndoJournal& m_journal;
+  AllowedRoots m_roots;
+  Uuid m_id = Uuid::random();
+};
+
+}  // namespace orvane

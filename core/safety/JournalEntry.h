@@ -1,0 +1,66 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/FileUrl.h"
+#include "core/base/JsonFwd.h"
+#include "core/base/Uuid.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// What was done with an item: moved to the Trash, brought back, or moved to another folder.
+enum class JournalAction : std::uint8_t { trashed, restored, moved };
+
+// The case name; also the JSON form.
+[[nodiscard]] std::string_view rawValue(JournalAction action) noexcept;
+[[nodiscard]] std::optional<JournalAction> journalActionFromRawValue(std::string_view text) noexcept;
+
+// One recorded move.
+struct JournalEntry {
+  Uuid id = Uuid::random();
+  Uuid runId;
+  Date timestamp = ReferenceClock::now();
+  FileUrl originalURL;
+  FileUrl trashedURL;  // where it went: its place in the Trash, or the destination of a move
+  std::int64_t fileSize = 0;
+  std::optional<std::string> checksum;  // content digest, when the caller had one
+  JournalAction action = JournalAction::trashed;
+
+  [[nodiscard]] std::string formattedSize() const;
+  bool operator==(const JournalEntry&) const = default;
+
+  // The given form of the record, keys in field order; "checksum" is left out when absent.
+  [[nodiscard]] Json toJson() const;
+  // Throws JsonError.
+  static JournalEntry fromJson(const Json& json);
+};
+
+// One cleanup run as the history lists it.
+struct CleanupRunSummary {
+  Uuid runId;
+  Date timestamp;  // of the run's first entry
+  std::int64_t itemCount = 0;
+  std::int64_t totalBytes = 0;
+  bool isRestored = false;
+
+  [[nodiscard]] const Uuid& id() const noexcept { return runId; }
+  [[nodiscard]] std::string formattedSize() const;
+  [[nodiscard]] std::string formattedDate() const;
+  bool operator==(const CleanupRunSummary&) const = default;
+
+  [[nodiscard]] Json toJson() const;
+  // Throws JsonError.
+  static CleanupRunSummary fromJson(const Json& json);
+};
+
+}  // namespace orvane
+
+template <>
+struct std::hash<orvane::JournalEntry> {
+  std::size_t operator()(const orvane::JournalEntry& entry) const noexcept;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/safety/AllowedRoots.h"
+#include "core/safety/SecurityError.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+// The gate that every listing and every move passes: refuses system locations, the user's identity files, version
+// control, tricks with dots, and whatever really lies outside the allowed roots.
+class PathValidator {
+ public:
+  // Tests give a home folder of their own.
+  explicit PathValidator(std::string homeFolder);
+  // For the current user's home folder.
+  static PathValidator& shared();
+
+  // Throws SecurityError, the first rule that refuses deciding.
+  void validate(const FileUrl& url, const AllowedRoots& allowedRoots) const;
+  void validate(const FileUrl& url, const std::vector<std::string>& precomputedCanonicalRoots) const;
+  // The non-throwing twins: true when the matching validate() does not throw.
+  [[nodiscard]] bool isPathAllowed(const FileUrl& url, const AllowedRoots& allowedRoots) const;
+  [[nodiscard]] bool isPathAllowedFast(const FileUrl& url,
+                                       const std::vector<std::string>& precomputedCanonicalRoots) const;
+
+  // Links resolved, standardised; in the order given.
+  [[nodiscard]] static std::vector<std::string> canonicalizeRoots(std::span<const FileUrl> roots);
+
+  // The rules from the system locations on, for a path that is canonical already; absent when it may be touched.
+  [[nodiscard]] std::optional<SecurityError::Case> checkCanonical(std::string_view canonicalPath,
+                                                                  const std::vector<std::string>& canonicalRoots) const;
+
+ private:
+  std::string m_homeFolder;
+};
+
+}  // namespace orvane

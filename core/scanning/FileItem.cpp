@@ -1,0 +1,124 @@
+#include "core/scanning/FileItem.h"
+
+#include "core/base/ByteCount.h"
+#include "core/base/Json.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <limits>
+
+namespace orvane {
+namespace {
+
+template <typename T>
+void feed(std::size_t& seed, const T& value) {
+  seed ^= std::hash<T>{}(value) + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
+}
+
+}  // namespace
+
+FileItem::FileItem(Fields fields)
+    : m_id(fields.id),
+      m_url(std::move(fields.url)),
+      m_fileSize(fields.fileSize),
+      m_createdDate(fields.createdDate),
+      m_lastModifiedDate(fields.lastModifiedDate),
+      m_lastOpenedDate(
+          fields.lastOpenedDate.value_or(dateFromReferenceSeconds(std::numeric_limits<double>::quiet_NaN()))),
+      m_category(fields.category),
+      m_riskLabel(fields.riskLabel.value_or(defaultRisk(fields.category))),
+      m_isSelected(m_riskLabel != RiskLabel::manual && fields.isSelected.value_or(m_riskLabel == RiskLabel::safe)),
+      m_isCloudPlaceholder(fields.isCloudPlaceholder) {
+  const std::string_view path = m_url.path();
+  const std::string_view relative =
+      fields.relativePath ? std::string_view(*fields.relativePath) : m_url.lastPathComponent();
+  if (path.ends_with(relative) && path.size() < ownText) {
+    m_relativeStart = static_cast<std::uint32_t>(path.size() - relative.size());
+  } else {
+    m_relativePath = relative;
+  }
+}
+
+std::string_view FileItem::relativePath() const noexcept {
+  if (m_relativeStart == ownText) return m_relativePath;
+  return std::string_view(m_url.path()).substr(m_relativeStart);
+}
+
+std::optional<Date> FileItem::lastOpenedDate() const noexcept {
+  if (std::isnan(referenceSeconds(m_lastOpenedDate))) return std::nullopt;
+  return m_lastOpenedDate;
+}
+
+void FileItem::setSelected(bool value) noexcept {
+  m_isSelected = value && m_riskLabel != RiskLabel::manual;
+}
+
+std::string FileItem::formattedSize() const {
+  return formatByteCount(m_fileSize);
+}
+
+bool FileItem::operator==(const FileItem& other) const noexcept {
+  return m_id == other.m_id && m_url == other.m_url && relativePath() == other.relativePath() &&
+         m_fileSize == other.m_fileSize && m_createdDate == other.m_createdDate &&
+         m_lastModifiedDate == other.m_lastModifiedDate && lastOpenedDate() == other.lastOpenedDate() &&
+         m_category == other.m_category && m_riskLabel == other.m_riskLabel && m_isSelected == other.m_isSelected &&
+         m_isCloudPlaceholder == other.m_isCloudPlaceholder;
+}
+
+Json FileItem::toJson() const {
+  Json json = Json::object();
+  json["id"] = jsonFromUuid(m_id);
+  json["url"] = jsonFromUrl(m_url);
+  json["relativePath"] = relativePath();
+  json["fileSize"] = m_fileSize;
+  json["createdDate"] = jsonFromDate(m_createdDate);
+  json["lastModifiedDate"] = jsonFromDate(m_lastModifiedDate);
+  if (const auto opened = lastOpenedDate()) json["lastOpenedDate"] = jsonFromDate(*opened);
+  json["category"] = rawValue(m_category);
+  json["riskLabel"] = rawValue(m_riskLabel);
+  json["isSelected"] = m_isSelected;
+  json["isCloudPlaceholder"] = m_isCloudPlaceholder;
+  return json;
+}
+
+FileItem FileItem::fromJson(const Json& json) {
+  const auto category = scanCategoryFromRawValue(stringAt(json, "category"));
+  if (!category) throw JsonError(fmt::format("unknown \"category\" {}", stringAt(json, "category")));
+  const auto label = riskLabelFromRawValue(stringAt(json, "riskLabel"));
+  if (!label) throw JsonError(fmt::format("unknown \"riskLabel\" {}", stringAt(json, "riskLabel")));
+  Fields fields;
+  fields.id = uuidAt(json, "id");
+  fields.url = urlAt(json, "url");
+  fields.relativePath = stringAt(json, "relativePath");
+  fields.fileSize = integerAt(json, "fileSize");
+  fields.createdDate = dateAt(json, "createdDate");
+  fields.lastModifiedDate = dateAt(json, "lastModifiedDate");
+  if (const auto* opened = optionalKey(json, "lastOpenedDate")) {
+    fields.lastOpenedDate = dateFrom(*opened, "lastOpenedDate");
+  }
+  fields.category = *category;
+  fields.riskLabel = *label;
+  fields.isSelected = booleanAt(json, "isSelected");
+  fields.isCloudPlaceholder = booleanAt(json, "isCloudPlaceholder");
+  return FileItem(std::move(fields));
+}
+
+}  // namespace orvane
+
+std::size_t std::hash<orvane::FileItem>::operator()(const orvane::FileItem& item) const noexcept {
+  std::size_t seed = 0;
+  orvane::feed(seed, item.id());
+  orvane::feed(seed, item.url());
+  orvane::feed(seed, item.relativePath());
+  orvane::feed(seed, item.fileSize());
+  orvane::feed(seed, orvane::referenceSeconds(item.createdDate()));
+  orvane::feed(seed, orvane::referenceSeconds(item.lastModifiedDate()));
+  orvane::feed(seed, item.lastOpenedDate().has_value());
+  if (const auto opened = item.lastOpenedDate()) orvane::feed(seed, orvane::referenceSeconds(*opened));
+  orvane::feed(seed, orvane::rawValue(item.category()));
+  orvane::feed(seed, orvane::rawValue(item.riskLabel()));
+  orvane::feed(seed, item.isSelected());
+  orvane::feed(seed, item.isCloudPlaceholder());
+  return seed;
+}

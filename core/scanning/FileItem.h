@@ -1,0 +1,84 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/FileUrl.h"
+#include "core/base/JsonFwd.h"
+#include "core/base/Uuid.h"
+#include "core/scanning/RiskLabel.h"
+#include "core/scanning/ScanCategory.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// One file, or one folder that stands for its whole content, found by a scan. Everything but the selection is fixed
+// once it is built. Equality and hashing look at every field, the selection included.
+class FileItem {
+ public:
+  struct Fields {
+    Uuid id = Uuid::random();
+    FileUrl url;
+    std::optional<std::string> relativePath;  // as shown to the user; the last path component when absent
+    std::int64_t fileSize = 0;                // bytes
+    Date createdDate;
+    Date lastModifiedDate;
+    std::optional<Date> lastOpenedDate;
+    ScanCategory category = ScanCategory::manualReview;
+    std::optional<RiskLabel> riskLabel;  // the category's when absent
+    std::optional<bool> isSelected;      // exactly the safe items when absent; never for a manual item
+    bool isCloudPlaceholder = false;
+  };
+  explicit FileItem(Fields fields);
+
+  [[nodiscard]] const Uuid& id() const noexcept { return m_id; }
+  [[nodiscard]] const FileUrl& url() const noexcept { return m_url; }
+  [[nodiscard]] std::string_view relativePath() const noexcept;
+  [[nodiscard]] std::int64_t fileSize() const noexcept { return m_fileSize; }
+  [[nodiscard]] Date createdDate() const noexcept { return m_createdDate; }
+  [[nodiscard]] Date lastModifiedDate() const noexcept { return m_lastModifiedDate; }
+  [[nodiscard]] std::optional<Date> lastOpenedDate() const noexcept;
+  [[nodiscard]] ScanCategory category() const noexcept { return m_category; }
+  [[nodiscard]] RiskLabel riskLabel() const noexcept { return m_riskLabel; }
+  [[nodiscard]] bool isSelected() const noexcept { return m_isSelected; }
+  [[nodiscard]] bool isCloudPlaceholder() const noexcept { return m_isCloudPlaceholder; }
+
+  // A manual item stays unselected whatever is asked.
+  void setSelected(bool value) noexcept;
+
+  [[nodiscard]] std::string formattedSize() const;
+
+  bool operator==(const FileItem& other) const noexcept;
+
+  // The given form of the record, keys in field order; "lastOpenedDate" is left out when absent.
+  [[nodiscard]] Json toJson() const;
+  // Throws JsonError.
+  static FileItem fromJson(const Json& json);
+
+ private:
+  // A relative path is nearly always the end of the path: half a million items then keep one text each, not two.
+  static constexpr std::uint32_t ownText = UINT32_MAX;
+
+  Uuid m_id;
+  FileUrl m_url;
+  std::string m_relativePath;  // only when m_relativeStart is ownText
+  std::int64_t m_fileSize;
+  Date m_createdDate;
+  Date m_lastModifiedDate;
+  Date m_lastOpenedDate;                    // not a number when absent
+  std::uint32_t m_relativeStart = ownText;  // where in the path the relative path begins
+  ScanCategory m_category;
+  RiskLabel m_riskLabel;
+  bool m_isSelected;
+  bool m_isCloudPlaceholder;
+};
+
+}  // namespace orvane
+
+template <>
+struct std::hash<orvane::FileItem> {
+  std::size_t operator()(const orvane::FileItem& item) const noexcept;
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/scanning/ScanEvent.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+class FileStatusReader;
+class PathValidator;
+
+enum class DeveloperCaches : std::uint8_t { leaveOut, include };
+
+// The events of one running scan. Owns the walk: destroying it stops the walk and waits for it. No event is dropped,
+// however slowly it is read. One reader at a time.
+class ScanStream {
+ public:
+  class Walk;
+  explicit ScanStream(std::unique_ptr<Walk> walk);
+  ScanStream(ScanStream&&) noexcept;
+  ScanStream& operator=(ScanStream&&) noexcept;
+  ~ScanStream();
+
+  // The next events, waiting for at least one; empty once the stream has ended.
+  [[nodiscard]] std::vector<ScanEvent> nextBatch();
+  // Asks the walk to stop; the last event is then ScanCancelled. Callable from any thread.
+  void cancel() noexcept;
+
+ private:
+  std::unique_ptr<Walk> m_walk;
+};
+
+// Walks folders and reports what could be reclaimed. Only reads; holds no state between calls.
+class StorageScanner {
+ public:
+  StorageScanner(const PathValidator& validator, const FileStatusReader& statusReader);
+  static StorageScanner& shared();
+
+  // Returns at once; the walk runs in the background. What is missing, unreadable or refused by the validator is
+  // skipped without a word.
+  [[nodiscard]] ScanStream scan(std::vector<FileUrl> folders, DeveloperCaches developerCaches);
+
+  // Logical bytes of the regular files in a folder tree. Hidden entries, links, "node_modules", "Pods" and photo
+  // libraries are left out; what cannot be read adds nothing.
+  [[nodiscard]] static std::int64_t fastFolderSize(const std::string& path);
+
+ private:
+  const PathValidator& m_validator;
+  const FileStatusReader& m_statusReader;
+};
+
+}  // namespace orvane

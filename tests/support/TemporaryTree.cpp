@@ -1,0 +1,101 @@
+#include "tests/support/TemporaryTree.h"
+
+#include "core/base/AtomicFile.h"
+#include "core/base/FileDescriptor.h"
+#include "core/base/FileStatus.h"
+#include "core/base/PathText.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace orvane::test {
+
+TemporaryTree::TemporaryTree(const std::string& base) {
+  const char* temporary = std::getenv("TMPDIR");
+  const std::string parent = !base.empty() ? base : temporary != nullptr ? temporary : "/tmp";
+  std::string pattern = joinPath(std::filesystem::canonical(parent).string(), "orvane-test-XXXXXX");
+  if (::mkdtemp(pattern.data()) == nullptr) throwErrno();
+  m_path = pattern;
+}
+
+TemporaryTree::~TemporaryTree() {
+  std::error_code ignored;
+  std::filesystem::remove_all(m_path, ignored);
+}
+
+std::string TemporaryTree::path(std::string_view relative) const {
+  return relative.empty() ? m_path : joinPath(m_path, relative);
+}
+
+FileUrl TemporaryTree::url(std::string_view relative) const {
+  return FileUrl(path(relative));
+}
+
+std::string TemporaryTree::file(std::string_view relative, std::string_view content) const {
+  const std::string result = path(relative);
+  createFolders(std::string(parentPath(result)), 0755);
+  const FileDescriptor file(::open(result.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+  if (!file) throwErrno();
+  writeAll(file.get(), content);
+  return result;
+}
+
+std::string TemporaryTree::sparseFile(std::string_view relative, std::int64_t size) const {
+  auto result = file(relative, "");
+  if (::truncate(result.c_str(), size) != 0) throwErrno();
+  return result;
+}
+
+std::string TemporaryTree::folder(std::string_view relative) const {
+  auto result = path(relative);
+  createFolders(result, 0755);
+  return result;
+}
+
+std::string TemporaryTree::link(std::string_view relative, std::string_view target) const {
+  auto result = path(relative);
+  createFolders(std::string(parentPath(result)), 0755);
+  if (::symlink(std::string(target).c_str(), result.c_str()) != 0) throwErrno();
+  return result;
+}
+
+bool exists(const std::string& path) {
+  return itemExists(path.c_str());
+}
+
+std::string contentOf(const std::string& path) {
+  return readFile(path);
+}
+
+void setAge(const std::string& path, double seconds) {
+  const double then = unixSeconds(ReferenceClock::now()) - seconds;
+  const auto whole = static_cast<time_t>(then);
+  const timespec time{whole, static_cast<long>((then - static_cast<double>(whole)) * 1e9)};
+  const timespec times[2] = {time, time};
+  if (::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) != 0) throwErrno();
+}
+
+ScopedEnvironment::ScopedEnvironment(std::string name, const char* value) : m_name(std::move(name)) {
+  const char* old = std::getenv(m_name.c_str());
+  m_wasSet = old != nullptr;
+  if (m_wasSet) m_oldValue = old;
+  if (value != nullptr) {
+    ::setenv(m_name.c_str(), value, 1);
+  } else {
+    ::unsetenv(m_name.c_str());
+  }
+}
+
+ScopedEnvironment::~ScopedEnvironment() {
+  if (m_wasSet) {
+    ::setenv(m_name.c_str(), m_oldValue.c_str(), 1);
+  } else {
+    ::unsetenv(m_name.c_str());
+  }
+}
+
+}  // namespace orvane::test

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+
+#include <string>
+#include <string_view>
+
+namespace orvane::test {
+
+// A fresh folder of its own for one test, removed with everything in it at the end. Its path is canonical.
+class TemporaryTree {
+ public:
+  // Below `base`, or below $TMPDIR or /tmp when empty.
+  explicit TemporaryTree(const std::string& base = {});
+  ~TemporaryTree();
+  TemporaryTree(const TemporaryTree&) = delete;
+  TemporaryTree& operator=(const TemporaryTree&) = delete;
+
+  [[nodiscard]] const std::string& path() const noexcept { return m_path; }
+  // Path of something inside.
+  [[nodiscard]] std::string path(std::string_view relative) const;
+  [[nodiscard]] FileUrl url(std::string_view relative = {}) const;
+
+  // Each makes missing parent folders and returns the path.
+  std::string file(std::string_view relative, std::string_view content = "content") const;
+  // A file of `size` bytes without data.
+  std::string sparseFile(std::string_view relative, std::int64_t size) const;
+  std::string folder(std::string_view relative) const;
+  std::string link(std::string_view relative, std::string_view target) const;
+
+ private:
+  std::string m_path;
+};
+
+[[nodiscard]] bool exists(const std::string& path);
+[[nodiscard]] std::string contentOf(const std::string& path);
+// Sets access and modification time, in seconds before now.
+void setAge(const std::string& path, double seconds);
+
+// Sets an environment variable for the time of a scope; an absent value unsets it.
+class ScopedEnvironment {
+ public:
+  ScopedEnvironment(std::string name, const char* value);
+  ~ScopedEnvironment();
+  ScopedEnvironment(const ScopedEnvironment&) = delete;
+  ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+
+ private:
+  std::string m_name;
+  std::string m_oldValue;
+  bool m_wasSet;
+};
+
+}  // namespace orvane::test
