@@ -55,19 +55,34 @@ void syncFolder(const std::string& path) {
   if (!folder || ::fsync(folder.get()) != 0) throwErrno();
 }
 
-void createFolders(const std::string& path, unsigned mode) {
-  if (::mkdir(path.c_str(), mode) == 0) return;
-  if (errno == EEXIST) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) throwErrno();
-    if (!S_ISDIR(status.st_mode)) throwErrno(ENOTDIR);
-    return;
-  }
+namespace {
+
+bool isFolder(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return false;
+  if (!S_ISDIR(status.st_mode)) throwErrno(ENOTDIR);
+  return true;
+}
+
+template <typename AfterEach>
+void createMissingFolders(const std::string& path, unsigned mode, AfterEach afterEach) {
+  if (isFolder(path)) return;
   if (errno != ENOENT) throwErrno();
   const std::string parent(parentPath(path));
   if (parent.empty() || parent == path) throwErrno(ENOENT);
-  createFolders(parent, mode);
+  createMissingFolders(parent, mode, afterEach);
   if (::mkdir(path.c_str(), mode) != 0 && errno != EEXIST) throwErrno();
+  afterEach(parent);
+}
+
+}  // namespace
+
+void createFolders(const std::string& path, unsigned mode) {
+  createMissingFolders(path, mode, [](const std::string&) {});
+}
+
+void createFoldersDurably(const std::string& path, unsigned mode) {
+  createMissingFolders(path, mode, [](const std::string& parent) { syncFolder(parent); });
 }
 
 }  // namespace orvane

@@ -38,5 +38,7 @@ void syncFolder(const std::string& path);
 
 // Creates a folder with its parents, for this user alone where they are new. Throws std::system_error.
 void createFolders(const std::string& path, unsigned mode = 0700);
+// The same, with the names of the new folders made durable.
+void createFoldersDurably(const std::string& path, unsigned mode = 0700);
 
 }  // namespace orvane

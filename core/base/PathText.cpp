@@ -45,6 +45,14 @@ NameParts splitName(std::string_view name) noexcept {
   return {name.substr(0, dot), name.substr(dot + 1)};
 }
 
+std::string_view shortenedToBytes(std::string_view text, std::size_t bytes) noexcept {
+  if (text.size() <= bytes) return text;
+  const auto continues = [&](std::size_t index) { return (static_cast<unsigned char>(text[index]) & 0xC0) == 0x80; };
+  std::size_t end = bytes;
+  while (end > 0 && bytes - end < 4 && continues(end)) --end;
+  return text.substr(0, end);
+}
+
 bool isSameOrInside(std::string_view path, std::string_view folder) noexcept {
   if (!path.starts_with(folder)) return false;
   if (path.size() == folder.size()) return true;

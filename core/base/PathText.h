@@ -20,6 +20,9 @@ struct NameParts {
 };
 [[nodiscard]] NameParts splitName(std::string_view name) noexcept;
 
+// The longest beginning of `text` of at most `bytes` bytes that does not cut a UTF-8 character.
+[[nodiscard]] std::string_view shortenedToBytes(std::string_view text, std::size_t bytes) noexcept;
+
 // Whether `path` is `folder` itself or lies inside it, by whole components: "/a/bc" is not inside "/a/b".
 [[nodiscard]] bool isSameOrInside(std::string_view path, std::string_view folder) noexcept;
 

@@ -14,9 +14,12 @@ class FileMover {
 
   // Decides how `item` (a canonical folder path and a name, beneath the canonical folder `boundary`) goes to
   // `destination`, whose folder exists and is canonical. Throws std::runtime_error when the item is gone or its folder
-  // cannot be opened.
+  // cannot be opened. Clears the item's lock.
   virtual std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
                                                 const FileUrl& destination) = 0;
+
+  // Removes what a copy that died left at its partial place. Touches nothing that is not such a place.
+  virtual void discardPartial(const FileUrl& partial) noexcept = 0;
 };
 
 }  // namespace orvane

@@ -4,6 +4,7 @@
 #include "core/base/FileUrl.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orvane {
@@ -43,6 +44,10 @@ class PendingMove {
   // Where it will be. finishPreparing() may change it when another process takes the name first.
   [[nodiscard]] const FileUrl& destination() const noexcept { return m_destination; }
   [[nodiscard]] const ItemIdentity& identity() const noexcept { return m_identity; }
+  // Whether the item goes to another volume: it is copied, and what it came from stays where it is.
+  [[nodiscard]] bool copies() const noexcept { return m_partial.has_value(); }
+  // Where a copy grows until it is whole and takes its name at the destination; absent for a plain move.
+  [[nodiscard]] const std::optional<FileUrl>& partial() const noexcept { return m_partial; }
 
   // Starts writing what has to be on the disk before the item moves. Does not wait for the disk.
   virtual void prepare() {}
@@ -60,6 +65,7 @@ class PendingMove {
   FileUrl m_source;
   FileUrl m_destination;
   ItemIdentity m_identity;
+  std::optional<FileUrl> m_partial;
 };
 
 }  // namespace orvane

@@ -13,12 +13,17 @@ class Trash {
   virtual ~Trash() = default;
 
   // Decides where an item goes: opens its folder without following links from `boundary` (a canonical folder) down,
-  // reads its identity and chooses a free name in the Trash of its volume. `item` is a canonical folder path and a
-  // name. Throws std::runtime_error when the item is gone, lies inside a Trash, or its volume has no usable Trash.
+  // reads its identity, clears its lock and chooses a free name in the Trash of its volume. `item` is a canonical
+  // folder path and a name. Throws std::runtime_error when the item is gone, lies inside a Trash, or its volume has no
+  // usable Trash.
   virtual std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary) = 0;
 
   // Decides how an item leaves the Trash for `destination`, whose folder exists. `trashed` is what planTrash() said.
   virtual std::unique_ptr<PendingMove> planTakeOut(const FileUrl& trashed, const FileUrl& destination) = 0;
+
+  // Whether the item at `trashed` may be the one that came from `original`: false when the Trash's own record there
+  // names another item. The record may come from anyone; it is never followed.
+  [[nodiscard]] virtual bool mayHold(const FileUrl& trashed, const FileUrl& original) noexcept = 0;
 
   // Takes back what was written for an item that did not come: nothing is at `trashed`. Never touches an item.
   virtual void forget(const FileUrl& trashed) noexcept = 0;

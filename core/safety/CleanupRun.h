@@ -16,6 +16,7 @@
 
 namespace orvane {
 
+class RunLog;
 class TrashMover;
 class UndoJournal;
 
@@ -63,6 +64,10 @@ class CleanupRun {
                                     std::stop_token stop = {});
 
  private:
+  // False when the disk refused to make the moves durable: nothing more may be moved under this log.
+  bool carryOutGroup(std::span<const MoveRequest> requests, std::span<MoveOutcome> outcomes, RunLog& log,
+                     const std::stop_token& stop);
+
   TrashMover& m_mover;
   UndoJournal& m_journal;
   AllowedRoots m_roots;

@@ -36,6 +36,8 @@ struct JournalEntry {
 
   // The given form of the record, keys in field order; "checksum" is left out when absent.
   [[nodiscard]] Json toJson() const;
+  // toJson() as compact text.
+  [[nodiscard]] std::string jsonText() const;
   // Throws JsonError.
   static JournalEntry fromJson(const Json& json);
 };
@@ -54,6 +56,8 @@ struct CleanupRunSummary {
   bool operator==(const CleanupRunSummary&) const = default;
 
   [[nodiscard]] Json toJson() const;
+  // toJson() as compact text.
+  [[nodiscard]] std::string jsonText() const;
   // Throws JsonError.
   static CleanupRunSummary fromJson(const Json& json);
 };

@@ -3,6 +3,9 @@
 #include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
 #include "core/safety/JournalEntry.h"
+#include "core/safety/JournalModel.h"
+#include "core/safety/JournalStore.h"
+#include "core/safety/RunRestore.h"
 #include "core/safety/UndoError.h"
 
 #include <functional>
@@ -19,11 +22,6 @@ class FileMover;
 class PathValidator;
 class RunLog;
 class Trash;
-
-struct RestoreResult {
-  std::int64_t restoredCount = 0;
-  std::vector<std::string> warnings;  // one for each item that did not come back, in the order of the entries
-};
 
 // The record of every move, by run, in one file that several processes share. What another process recorded shows at
 // the next call.
@@ -57,14 +55,29 @@ class UndoJournal {
 
   // For CleanupRun: the log of a run that begins. Throws std::system_error when it cannot be made.
   [[nodiscard]] std::unique_ptr<RunLog> beginRun(const Uuid& runId);
-  // Takes entries that the log holds durably. The journal file is rewritten once the log has grown past a quarter of
-  // it, and whenever `atEnd`; the log is emptied (and at the end removed) only after that.
-  void recordLogged(std::vector<JournalEntry> entries, RunLog& log, bool atEnd);
+  // Takes entries that the log holds durably. The journal file is rewritten at the end, and before once the log has
+  // grown past a quarter of it; the log is emptied, and at the end removed, only after that.
+  enum class Checkpoint : std::uint8_t { whenDue, atEnd };
+  void recordLogged(std::vector<JournalEntry> entries, RunLog& log, Checkpoint checkpoint);
+  // Takes entries whose log the disk refuses to complete: they show in the history, and the log stays for the next
+  // start.
+  void recordUnsettled(std::vector<JournalEntry> entries);
+  // Canonical folder of the journal, which no run may move.
+  [[nodiscard]] const std::string& storageFolder() const noexcept;
 
  private:
-  class State;
+  void settleDeadRuns();
+  void settleDeadRun(const std::string& logName);
+
+  Trash& m_trash;
+  FileMover& m_mover;
+  const PathValidator& m_validator;
+  std::mutex m_restoreMutex;  // taken before m_mutex
   std::mutex m_mutex;
-  std::unique_ptr<State> m_state;
+  std::string m_storageFolder;
+  JournalStore m_store;
+  JournalModel m_model;
+  std::vector<std::string> m_notices;
 };
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 #include "core/scanning/FileItem.h"
 
 #include "core/base/ByteCount.h"
+#include "core/base/HashCombine.h"
 #include "core/base/Json.h"
 
 #include <fmt/format.h>
@@ -9,15 +10,6 @@
 #include <limits>
 
 namespace orvane {
-namespace {
-
-template <typename T>
-void feed(std::size_t& seed, const T& value) {
-  seed ^= std::hash<T>{}(value) + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
-}
-
-}  // namespace
-
 FileItem::FileItem(Fields fields)
     : m_id(fields.id),
       m_url(std::move(fields.url)),
@@ -108,17 +100,17 @@ FileItem FileItem::fromJson(const Json& json) {
 
 std::size_t std::hash<orvane::FileItem>::operator()(const orvane::FileItem& item) const noexcept {
   std::size_t seed = 0;
-  orvane::feed(seed, item.id());
-  orvane::feed(seed, item.url());
-  orvane::feed(seed, item.relativePath());
-  orvane::feed(seed, item.fileSize());
-  orvane::feed(seed, orvane::referenceSeconds(item.createdDate()));
-  orvane::feed(seed, orvane::referenceSeconds(item.lastModifiedDate()));
-  orvane::feed(seed, item.lastOpenedDate().has_value());
-  if (const auto opened = item.lastOpenedDate()) orvane::feed(seed, orvane::referenceSeconds(*opened));
-  orvane::feed(seed, orvane::rawValue(item.category()));
-  orvane::feed(seed, orvane::rawValue(item.riskLabel()));
-  orvane::feed(seed, item.isSelected());
-  orvane::feed(seed, item.isCloudPlaceholder());
+  orvane::hashCombine(seed, item.id());
+  orvane::hashCombine(seed, item.url());
+  orvane::hashCombine(seed, item.relativePath());
+  orvane::hashCombine(seed, item.fileSize());
+  orvane::hashCombine(seed, orvane::referenceSeconds(item.createdDate()));
+  orvane::hashCombine(seed, orvane::referenceSeconds(item.lastModifiedDate()));
+  orvane::hashCombine(seed, item.lastOpenedDate().has_value());
+  if (const auto opened = item.lastOpenedDate()) orvane::hashCombine(seed, orvane::referenceSeconds(*opened));
+  orvane::hashCombine(seed, orvane::rawValue(item.category()));
+  orvane::hashCombine(seed, orvane::rawValue(item.riskLabel()));
+  orvane::hashCombine(seed, item.isSelected());
+  orvane::hashCombine(seed, item.isCloudPlaceholder());
   return seed;
 }

@@ -1,0 +1,36 @@
+#include "core/base/OpenFolder.h"
+
+#include "core/base/PathText.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+
+namespace orvane {
+namespace {
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
+}
+
+FileDescriptor openFolderWithoutLinks(int base, std::string_view relative) noexcept {
+  FileDescriptor folder(relative.starts_with('/') ? ::open("/", folderFlags) : ::openat(base, ".", folderFlags));
+  std::size_t start = 0;
+  while (folder && start < relative.size()) {
+    auto end = relative.find('/', start);
+    if (end == std::string_view::npos) end = relative.size();
+    if (end > start) {
+      const std::string component(relative.substr(start, end - start));
+      folder = FileDescriptor(::openat(folder.get(), component.c_str(), folderFlags));
+    }
+    start = end + 1;
+  }
+  return folder;
+}
+
+std::optional<FileStatus> readPathStatus(const std::string& path) noexcept {
+  if (auto status = readFileStatus(AT_FDCWD, path.c_str()); status || errno != ENAMETOOLONG) return status;
+  const auto folder = openFolderWithoutLinks(AT_FDCWD, parentPath(path));
+  if (!folder) return std::nullopt;
+  return readFileStatus(folder.get(), std::string(lastComponent(path)).c_str());
+}
+
+}  // namespace orvane

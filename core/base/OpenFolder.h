@@ -1,0 +1,21 @@
+#pragma once
+
+#include "core/base/FileDescriptor.h"
+#include "core/base/FileStatus.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// Opens a folder component by component without following any link, so that it is the folder of that very path or
+// nothing. `relative` is taken from the folder open at `base`, or from "/" when it starts with a slash; it holds no
+// ".." and may be longer than the system's limit for one call. Absent with errno set when it cannot be opened.
+[[nodiscard]] FileDescriptor openFolderWithoutLinks(int base, std::string_view relative) noexcept;
+
+// Status of an absolute path of any length, links followed nowhere but in folders above the item where the path is
+// short. Absent with errno set when it cannot be read.
+[[nodiscard]] std::optional<FileStatus> readPathStatus(const std::string& path) noexcept;
+
+}  // namespace orvane

@@ -1,0 +1,116 @@
+#include "core/safety/JournalEntry.h"
+
+#include "core/base/ByteCount.h"
+#include "core/base/Calendar.h"
+#include "core/base/HashCombine.h"
+#include "core/base/Json.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::array actionNames{
+    std::pair{JournalAction::trashed, std::string_view("trashed")},
+    std::pair{JournalAction::restored, std::string_view("restored")},
+    std::pair{JournalAction::moved, std::string_view("moved")},
+};
+
+}  // namespace
+
+std::string_view rawValue(JournalAction action) noexcept {
+  return actionNames[static_cast<std::size_t>(action)].second;
+}
+
+std::optional<JournalAction> journalActionFromRawValue(std::string_view text) noexcept {
+  for (const auto& [action, name] : actionNames) {
+    if (name == text) return action;
+  }
+  return std::nullopt;
+}
+
+std::string JournalEntry::formattedSize() const {
+  return formatByteCount(fileSize);
+}
+
+Json JournalEntry::toJson() const {
+  Json json = Json::object();
+  json["id"] = jsonFromUuid(id);
+  json["runId"] = jsonFromUuid(runId);
+  json["timestamp"] = jsonFromDate(timestamp);
+  json["originalURL"] = jsonFromUrl(originalURL);
+  json["trashedURL"] = jsonFromUrl(trashedURL);
+  json["fileSize"] = fileSize;
+  if (checksum) json["checksum"] = *checksum;
+  json["action"] = rawValue(action);
+  return json;
+}
+
+std::string JournalEntry::jsonText() const {
+  return orvane::jsonText(toJson());
+}
+
+JournalEntry JournalEntry::fromJson(const Json& json) {
+  JournalEntry entry;
+  entry.id = uuidAt(json, "id");
+  entry.runId = uuidAt(json, "runId");
+  entry.timestamp = dateAt(json, "timestamp");
+  entry.originalURL = urlAt(json, "originalURL");
+  entry.trashedURL = urlAt(json, "trashedURL");
+  entry.fileSize = integerAt(json, "fileSize");
+  if (const auto* checksum = optionalKey(json, "checksum")) entry.checksum = stringFrom(*checksum, "checksum");
+  const auto action = journalActionFromRawValue(stringAt(json, "action"));
+  if (!action) throw JsonError(fmt::format("unknown \"action\" {}", stringAt(json, "action")));
+  entry.action = *action;
+  return entry;
+}
+
+std::string CleanupRunSummary::formattedSize() const {
+  return formatByteCount(totalBytes);
+}
+
+std::string CleanupRunSummary::formattedDate() const {
+  return formatDateTime(timestamp);
+}
+
+Json CleanupRunSummary::toJson() const {
+  Json json = Json::object();
+  json["runId"] = jsonFromUuid(runId);
+  json["timestamp"] = jsonFromDate(timestamp);
+  json["itemCount"] = itemCount;
+  json["totalBytes"] = totalBytes;
+  json["isRestored"] = isRestored;
+  return json;
+}
+
+std::string CleanupRunSummary::jsonText() const {
+  return orvane::jsonText(toJson());
+}
+
+CleanupRunSummary CleanupRunSummary::fromJson(const Json& json) {
+  CleanupRunSummary run;
+  run.runId = uuidAt(json, "runId");
+  run.timestamp = dateAt(json, "timestamp");
+  run.itemCount = integerAt(json, "itemCount");
+  run.totalBytes = integerAt(json, "totalBytes");
+  run.isRestored = booleanAt(json, "isRestored");
+  return run;
+}
+
+}  // namespace orvane
+
+std::size_t std::hash<orvane::JournalEntry>::operator()(const orvane::JournalEntry& entry) const noexcept {
+  std::size_t seed = 0;
+  orvane::hashCombine(seed, entry.id);
+  orvane::hashCombine(seed, entry.runId);
+  orvane::hashCombine(seed, orvane::referenceSeconds(entry.timestamp));
+  orvane::hashCombine(seed, entry.originalURL);
+  orvane::hashCombine(seed, entry.trashedURL);
+  orvane::hashCombine(seed, entry.fileSize);
+  orvane::hashCombine(seed, entry.checksum);
+  orvane::hashCombine(seed, orvane::rawValue(entry.action));
+  return seed;
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "core/base/FileLock.h"
+#include "core/base/FileStatus.h"
+#include "core/safety/JournalModel.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// The journal file on the disk, shared by several processes. Not safe for several threads at once.
+class JournalStore {
+ public:
+  explicit JournalStore(std::string folder);
+
+  [[nodiscard]] const std::string& folder() const noexcept { return m_folder; }
+  // Size of the file as it was last read or written, in bytes.
+  [[nodiscard]] std::int64_t fileSize() const noexcept { return m_fileSize; }
+
+  // Takes into `model` what another process wrote since the last call. A file that cannot be read leaves the model as
+  // it is.
+  void refresh(JournalModel& model);
+  // Writes the model, with what another process wrote meanwhile taken in first. False when the disk refuses; the model
+  // then is the only copy of what is new.
+  [[nodiscard]] bool save(JournalModel& model);
+
+  // What went wrong, one line each, since the last call.
+  [[nodiscard]] std::vector<std::string> takeNotices();
+
+ private:
+  [[nodiscard]] FileLock lock() const;
+  void setAsideIfDamaged();
+  void removeAbandonedTemporaryFiles() const noexcept;
+  void note(std::string line);
+
+  std::string m_folder;
+  std::string m_path;
+  std::optional<ItemIdentity> m_lastSeen;
+  std::int64_t m_fileSize = 0;
+  // Identity of a file that did not decode, until it is out of the way.
+  std::optional<ItemIdentity> m_damaged;
+  std::vector<std::string> m_notices;
+};
+
+}  // namespace orvane

@@ -1,0 +1,153 @@
+#include "core/safety/RunLog.h"
+
+#include "core/base/AtomicFile.h"
+#include "core/base/Json.h"
+#include "core/base/PathText.h"
+#include "core/platform/SyncError.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#include <unordered_map>
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view namePrefix = "undo_journal.";
+constexpr std::string_view nameSuffix = ".log";
+
+Json identityToJson(const ItemIdentity& identity) {
+  return Json{{"device", identity.device},
+              {"inode", identity.inode},
+              {"size", identity.size},
+              {"modified", Json::array({identity.modified.seconds, identity.modified.nanoseconds})}};
+}
+
+ItemIdentity identityFromJson(const Json& json) {
+  const auto& modified = requiredKey(json, "modified");
+  if (!modified.is_array() || modified.size() != 2) throw JsonError("\"modified\" must be two numbers");
+  const auto natural = [&](const char* key) {
+    const auto& value = requiredKey(json, key);
+    if (!value.is_number_unsigned()) throw JsonError(fmt::format("\"{}\" must be a natural number", key));
+    return value.get<std::uint64_t>();
+  };
+  return {natural("device"),
+          natural("inode"),
+          integerAt(json, "size"),
+          {integerFrom(modified[0], "modified"), integerFrom(modified[1], "modified")}};
+}
+
+MoveIntent intentFromJson(const Json& json) {
+  MoveIntent intent;
+  intent.entry = JournalEntry::fromJson(requiredKey(json, "intent"));
+  intent.source = urlAt(json, "source");
+  intent.destination = urlAt(json, "destination");
+  intent.identity = identityFromJson(requiredKey(json, "identity"));
+  if (optionalKey(json, "partial") != nullptr) intent.partial = urlAt(json, "partial");
+  return intent;
+}
+
+}  // namespace
+
+RunLog::RunLog(const std::string& folder, const Uuid& runId) : m_path(joinPath(folder, fileName(runId))) {
+  // It gets its name once it is locked: nobody ever sees it unlocked while this process lives.
+  const std::string unlockedPath = m_path + ".new";
+  FileDescriptor file(::open(unlockedPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600));
+  if (!file) throwErrno();
+  m_lock = FileLock::tryAcquire(file);
+  if (!m_lock) throwErrno(EWOULDBLOCK);
+  const int error = ::link(unlockedPath.c_str(), m_path.c_str()) == 0 ? 0 : errno;
+  ::unlink(unlockedPath.c_str());
+  if (error != 0) throwErrno(error);
+  syncFolder(folder);
+}
+
+RunLog::~RunLog() = default;
+
+void RunLog::appendIntent(const MoveIntent& intent) {
+  Json json = Json::object();
+  json["intent"] = intent.entry.toJson();
+  json["source"] = jsonFromUrl(intent.source);
+  json["destination"] = jsonFromUrl(intent.destination);
+  json["identity"] = identityToJson(intent.identity);
+  if (intent.partial) json["partial"] = jsonFromUrl(*intent.partial);
+  m_unwritten += jsonText(json);
+  m_unwritten += '\n';
+}
+
+void RunLog::appendDone(std::span<const Uuid> entryIds) {
+  Json ids = Json::array();
+  for (const auto& id : entryIds) ids.push_back(id.toString());
+  m_unwritten += jsonText(Json{{"done", std::move(ids)}});
+  m_unwritten += '\n';
+}
+
+void RunLog::sync() {
+  const auto length = static_cast<std::int64_t>(m_unwritten.size());
+  try {
+    writeAll(m_lock->descriptor(), m_unwritten);
+  } catch (const std::system_error& error) {
+    throw SyncError(error.what());
+  }
+  if (::fdatasync(m_lock->descriptor()) != 0) throw SyncError(errorText(errno));
+  m_unwritten.clear();
+  m_size += length;
+}
+
+void RunLog::clear() noexcept {
+  if (::ftruncate(m_lock->descriptor(), 0) == 0) m_size = 0;
+}
+
+void RunLog::remove() noexcept {
+  ::unlink(m_path.c_str());
+}
+
+std::string RunLog::fileName(const Uuid& runId) {
+  return fmt::format("{}{}{}", namePrefix, runId.toString(), nameSuffix);
+}
+
+std::optional<Uuid> RunLog::runOf(std::string_view fileName) {
+  if (!fileName.starts_with(namePrefix) || !fileName.ends_with(nameSuffix)) return std::nullopt;
+  if (fileName.size() < namePrefix.size() + nameSuffix.size()) return std::nullopt;
+  return Uuid::parse(fileName.substr(namePrefix.size(), fileName.size() - namePrefix.size() - nameSuffix.size()));
+}
+
+std::vector<LoggedIntent> readRunLog(std::string_view text) {
+  std::vector<LoggedIntent> intents;
+  std::unordered_map<Uuid, std::size_t> positions;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const auto end = text.find('\n', start);
+    if (end == std::string_view::npos) break;
+    const auto line = text.substr(start, end - start);
+    start = end + 1;
+    try {
+      const Json json = parseJson(line);
+      if (const auto* done = optionalKey(json, "done")) {
+        for (const auto& element : *done) {
+          const auto id = Uuid::parse(stringFrom(element, "done"));
+          if (const auto found = id ? positions.find(*id) : positions.end(); found != positions.end()) {
+            intents[found->second].done = true;
+          }
+        }
+        continue;
+      }
+      auto intent = intentFromJson(json);
+      const auto [position, isNew] = positions.emplace(intent.entry.id, intents.size());
+      if (isNew) {
+        intents.push_back({std::move(intent), false});
+      } else {
+        intents[position->second] = {std::move(intent), false};
+      }
+    } catch (const JsonError&) {
+      // A block that the disk did not keep. What follows it may still tell of items that moved.
+      continue;
+    }
+  }
+  return intents;
+}
+
+}  // namespace orvane

@@ -1,0 +1,121 @@
+#include "core/safety/TrashMover.h"
+
+#include "core/base/AtomicFile.h"
+#include "core/base/CanonicalPath.h"
+#include "core/base/FreeName.h"
+#include "core/base/OpenFolder.h"
+#include "core/base/PathText.h"
+#include "core/platform/FileMover.h"
+#include "core/platform/SyncError.h"
+#include "core/platform/Trash.h"
+#include "core/safety/PathValidator.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace orvane {
+
+// Where an item really is, and the folder from which on no link may be followed on the way to it.
+struct TrashMover::Place {
+  FileUrl item;
+  std::string boundary;
+};
+
+namespace {
+
+std::string boundaryOf(const std::string& place, const AllowedRoots& roots) {
+  for (const auto& root : roots.canonicalPaths()) {
+    if (place == root) return std::string(parentPath(root));
+    if (isSameOrInside(place, root)) return root;
+  }
+  return "/";
+}
+
+}  // namespace
+
+TrashMover::TrashMover(Trash& trash, FileMover& mover, const PathValidator& validator)
+    : m_trash(trash), m_mover(mover), m_validator(validator) {}
+
+TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots) const {
+  try {
+    m_validator.validate(url, allowedRoots);
+    Place place{FileUrl(canonicalPlace(url.path())), {}};
+    // The item that moves is the link, so the link's own place must be allowed, and not only what it points to.
+    if (auto refusal = m_validator.checkCanonical(place.item.path(), allowedRoots.canonicalPaths())) {
+      throw SecurityError(*std::move(refusal));
+    }
+    place.boundary = boundaryOf(place.item.path(), allowedRoots);
+    if (!readPathStatus(place.item.path()) && (errno == ENOENT || errno == ENOTDIR)) {
+      throw TrashError(TrashError::FileNotFound{url.path()});
+    }
+    return place;
+  } catch (const SecurityError& error) {
+    throw TrashError(TrashError::PathValidationFailed{error.what()});
+  }
+}
+
+std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const AllowedRoots& allowedRoots) {
+  const std::lock_guard lock(m_mutex);
+  const auto place = validatedPlace(url, allowedRoots);
+  try {
+    return m_trash.planTrash(place.item, place.boundary);
+  } catch (const std::system_error& error) {
+    if (error.code() == std::errc::no_such_file_or_directory) {
+      throw TrashError(TrashError::FileNotFound{url.path()});
+    }
+    throw TrashError(TrashError::UnderlyingError{error.what()});
+  } catch (const std::runtime_error& error) {
+    throw TrashError(TrashError::UnderlyingError{error.what()});
+  }
+}
+
+std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const AllowedRoots& allowedRoots,
+                                                  const FileUrl& destinationFolder,
+                                                  const std::function<bool(const FileUrl&)>& isPromised) {
+  const std::lock_guard lock(m_mutex);
+  const auto place = validatedPlace(url, allowedRoots);
+  try {
+    m_validator.validate(destinationFolder, AllowedRoots());
+    createFoldersDurably(destinationFolder.path(), 0755);
+    const FileUrl folder(canonicalPath(destinationFolder.path()));
+    const auto destination =
+        freeUrl(folder.appendingPathComponent(place.item.lastPathComponent()), NumberingStyle::plain, isPromised);
+    return m_mover.planMove(place.item, place.boundary, destination);
+  } catch (const SecurityError& error) {
+    throw TrashError(TrashError::PathValidationFailed{error.what()});
+  } catch (const std::runtime_error& error) {
+    throw TrashError(TrashError::UnderlyingError{error.what()});
+  }
+}
+
+FileUrl TrashMover::moveToTrash(const FileUrl& url, const AllowedRoots& allowedRoots) {
+  const auto move = planTrash(url, allowedRoots);
+  const std::lock_guard lock(m_mutex);
+  FolderSyncSet destinations;
+  FolderSyncSet sources;
+  try {
+    FolderSyncSet records;
+    move->prepare();
+    move->finishPreparing(records);
+    records.syncAll();
+    move->carryOut(destinations, sources);
+  } catch (const std::runtime_error& error) {
+    move->abandon();
+    throw TrashError(TrashError::UnderlyingError{error.what()});
+  }
+  try {
+    destinations.syncAll();
+    sources.syncAll();
+  } catch (const SyncError&) {
+    // It has moved; whether a power cut could take that back makes no difference to where it is now.
+  }
+  move->finish();
+  return move->destination();
+}
+
+void TrashMover::clearImmutableFlagIfNeeded(const FileUrl& url) noexcept {
+  const std::lock_guard lock(m_mutex);
+  m_trash.clearImmutableFlag(url);
+}
+
+}  // namespace orvane

@@ -1,0 +1,201 @@
+#include "core/safety/UndoJournal.h"
+
+#include "core/base/AtomicFile.h"
+#include "core/base/CanonicalPath.h"
+#include "core/base/DirectoryReader.h"
+#include "core/base/FreeName.h"
+#include "core/base/HomeFolder.h"
+#include "core/base/PathText.h"
+#include "core/base/UnicodeText.h"
+#include "core/platform/Trash.h"
+#include "core/safety/RunLog.h"
+#include "core/safety/RunRecovery.h"
+#include "core/safety/RunRestore.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::int64_t smallestCheckpoint = 64 * 1024;
+constexpr std::string_view newLogSuffix = ".log.new";
+
+std::string preparedFolder(const FileUrl& storageDirectory) {
+  try {
+    createFolders(storageDirectory.path());
+  } catch (const std::system_error&) {
+    // Without the folder nothing can be saved, and every save says so.
+  }
+  return canonicalPath(storageDirectory.path());
+}
+
+}  // namespace
+
+UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& validator, FileUrl storageDirectory)
+    : m_trash(trash),
+      m_mover(mover),
+      m_validator(validator),
+      m_storageFolder(preparedFolder(storageDirectory)),
+      m_store(m_storageFolder) {
+  m_store.refresh(m_model);
+  settleDeadRuns();
+}
+
+UndoJournal::~UndoJournal() = default;
+
+FileUrl UndoJournal::defaultStorageDirectory() {
+  return FileUrl(homeFolder() + "/Library/Application Support/Orvane");
+}
+
+const std::string& UndoJournal::storageFolder() const noexcept {
+  return m_storageFolder;
+}
+
+void UndoJournal::settleDeadRuns() {
+  std::vector<std::string> logs;
+  auto reader = DirectoryReader::open(AT_FDCWD, m_storageFolder.c_str(), DirectoryReader::Links::follow);
+  while (reader) {
+    const auto entry = reader->next();
+    if (!entry) break;
+    if (RunLog::runOf(entry->name)) logs.emplace_back(entry->name);
+    if (entry->name.ends_with(newLogSuffix)) {
+      // Made by a process that died before its log had a name: nothing had been written to it. One that lives holds it.
+      FileDescriptor file(::openat(reader->descriptor(), entry->nameBytes(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+      if (file && FileLock::tryAcquire(file)) ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);
+    }
+  }
+  std::sort(logs.begin(), logs.end());
+  for (const auto& log : logs) settleDeadRun(log);
+}
+
+void UndoJournal::settleDeadRun(const std::string& logName) {
+  const std::string path = joinPath(m_storageFolder, logName);
+  FileDescriptor file(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+  if (!file) {
+    m_notices.push_back(fmt::format("The log '{}' of an interrupted run cannot be opened: {}.", escapedForDisplay(path),
+                                    errorText(errno)));
+    return;
+  }
+  // Held until the journal has what the log told, so that two starting processes do not both work on it.
+  const auto lock = FileLock::tryAcquire(file);
+  if (!lock) return;
+  struct stat status {};
+  if (::fstat(lock->descriptor(), &status) != 0 || status.st_nlink == 0) return;
+  try {
+    auto settled = settleRunLog(readAll(lock->descriptor()), m_trash, m_mover);
+    std::move(settled.notices.begin(), settled.notices.end(), std::back_inserter(m_notices));
+    for (auto& entry : settled.entries) m_model.record(std::move(entry));
+    if (!settled.entries.empty() && !m_store.save(m_model)) return;
+    if (settled.log == SettledRun::Log::finished) ::unlink(path.c_str());
+    if (settled.log == SettledRun::Log::unclear) {
+      const auto aside = freeUrl(FileUrl(path + ".unclear"), NumberingStyle::plain);
+      if (std::rename(path.c_str(), aside.path().c_str()) == 0) {
+        m_notices.push_back(
+            fmt::format("What the interrupted run was doing is kept in '{}'.", escapedForDisplay(aside.path())));
+      }
+    }
+  } catch (const std::system_error& error) {
+    m_notices.push_back(fmt::format("The log '{}' of an interrupted run cannot be read: {}.", escapedForDisplay(path),
+                                    error.code().message()));
+  }
+}
+
+void UndoJournal::record(const JournalEntry& entry) {
+  const std::lock_guard lock(m_mutex);
+  m_model.record(entry);
+  // A failure is in the notices; what is in memory stays authoritative.
+  static_cast<void>(m_store.save(m_model));
+}
+
+std::vector<CleanupRunSummary> UndoJournal::getRuns() {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return m_model.runs();
+}
+
+std::vector<JournalEntry> UndoJournal::getEntries(const Uuid& runId) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return m_model.entries(runId);
+}
+
+std::vector<std::string> UndoJournal::takeNotices() {
+  const std::lock_guard lock(m_mutex);
+  auto notices = std::exchange(m_notices, {});
+  auto more = m_store.takeNotices();
+  std::move(more.begin(), more.end(), std::back_inserter(notices));
+  return notices;
+}
+
+std::unique_ptr<RunLog> UndoJournal::beginRun(const Uuid& runId) {
+  createFolders(m_storageFolder);
+  return std::make_unique<RunLog>(m_storageFolder, runId);
+}
+
+void UndoJournal::recordLogged(std::vector<JournalEntry> entries, RunLog& log, Checkpoint checkpoint) {
+  const std::lock_guard lock(m_mutex);
+  for (auto& entry : entries) m_model.record(std::move(entry));
+  const bool due = log.size() > std::max(smallestCheckpoint, m_store.fileSize() / 4);
+  if (checkpoint == Checkpoint::whenDue && !due) return;
+  if (!m_store.save(m_model)) return;
+  if (checkpoint == Checkpoint::atEnd) {
+    log.remove();
+  } else {
+    log.clear();
+  }
+}
+
+void UndoJournal::recordUnsettled(std::vector<JournalEntry> entries) {
+  const std::lock_guard lock(m_mutex);
+  for (auto& entry : entries) m_model.record(std::move(entry));
+}
+
+FileUrl UndoJournal::resolveCollisionIfNeeded(const FileUrl& url) {
+  return freeUrl(url, NumberingStyle::restored);
+}
+
+RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progress, std::stop_token stop) {
+  const std::lock_guard restoring(m_restoreMutex);
+  const auto entries = getEntries(runId);
+  if (entries.empty()) throw UndoError(UndoError::RunNotFound{runId});
+  const bool wasRestored = [&] {
+    const auto runs = getRuns();
+    return std::any_of(runs.begin(), runs.end(),
+                       [&](const CleanupRunSummary& run) { return run.runId == runId && run.isRestored; });
+  }();
+  RunRestore restore(m_trash, m_mover, m_validator, wasRestored);
+  std::unique_ptr<RunLog> log;
+  try {
+    // Not the run's own identifier: another process may be restoring the same run.
+    log = beginRun(Uuid::random());
+  } catch (const std::system_error& error) {
+    return restore.failAll(entries, fmt::format("the undo journal cannot be written: {}", error.code().message()));
+  }
+  for (std::size_t start = 0; start < entries.size() && !stop.stop_requested(); start += maximumBatchSize) {
+    const auto group = std::span(entries).subspan(start, std::min(maximumBatchSize, entries.size() - start));
+    const bool durable = restore.carryOut(group, *log, stop);
+    if (!durable) {
+      recordUnsettled(restore.takeRestored());
+      return restore.result();
+    }
+    recordLogged(restore.takeRestored(), *log, Checkpoint::whenDue);
+    if (progress) progress(start + group.size(), entries.size());
+  }
+  {
+    const std::lock_guard lock(m_mutex);
+    if (!stop.stop_requested()) m_model.markRestored(runId);
+  }
+  recordLogged({}, *log, Checkpoint::atEnd);
+  return restore.result();
+}
+
+}  // namespace orvane

@@ -1,0 +1,62 @@
+#include "platform/linux/LinuxFileMover.h"
+
+#include "core/base/PathText.h"
+#include "core/base/Uuid.h"
+#include "platform/linux/VolumeCopy.h"
+
+#include <fmt/format.h>
+
+namespace orvane {
+namespace {
+constexpr std::string_view partialPrefix = ".orvane-";
+constexpr std::string_view partialSuffix = ".partial";
+}  // namespace
+
+LinuxMove::LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination)
+    : m_item(std::move(open)),
+      m_destinationFolder(openFolder(parentPath(destination.path()), parentPath(destination.path()))) {
+  m_source = item;
+  m_destination = destination;
+  m_identity = m_item.identity();
+  if (mountOf(m_destinationFolder->get(), "") != m_item.mount) {
+    const auto name = fmt::format("{}{}{}", partialPrefix, Uuid::random().toString(), partialSuffix);
+    m_partial = destination.deletingLastPathComponent().appendingPathComponent(name);
+  }
+}
+
+void LinuxMove::carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) {
+  destinations.add(m_destinationFolder);
+  const std::string name(m_destination.lastPathComponent());
+  if (!m_partial) {
+    sources.add(m_item.folder);
+    renameChecked(m_item, m_destinationFolder->get(), name);
+    return;
+  }
+  const std::string partialName(m_partial->lastPathComponent());
+  copyToVolume(m_item, m_destinationFolder->get(), partialName);
+  renameWithoutReplacing(m_destinationFolder->get(), partialName, m_destinationFolder->get(), name);
+}
+
+void LinuxMove::abandon() noexcept {
+  if (m_partial) removeCopy(m_destinationFolder->get(), std::string(m_partial->lastPathComponent()));
+}
+
+std::unique_ptr<PendingMove> LinuxFileMover::planMove(const FileUrl& item, const std::string& boundary,
+                                                      const FileUrl& destination) {
+  OpenItem open = openItem(item, boundary);
+  clearImmutableAttribute(open);
+  return std::make_unique<LinuxMove>(item, std::move(open), destination);
+}
+
+void LinuxFileMover::discardPartial(const FileUrl& partial) noexcept {
+  const auto name = partial.lastPathComponent();
+  if (!name.starts_with(partialPrefix) || !name.ends_with(partialSuffix)) return;
+  try {
+    const auto folder = openFolder(parentPath(partial.path()), parentPath(partial.path()));
+    removeCopy(folder->get(), std::string(name));
+  } catch (const std::exception&) {
+    // Its volume is not there; the copy is hidden and harmless.
+  }
+}
+
+}  // namespace orvane

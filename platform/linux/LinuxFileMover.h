@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/platform/FileMover.h"
+#include "platform/linux/OpenItem.h"
+
+#include <memory>
+#include <string>
+
+namespace orvane {
+
+// A move to any folder: a rename on one mount, a verified copy to another.
+class LinuxMove : public PendingMove {
+ public:
+  // The destination's folder exists and is canonical. Throws std::system_error.
+  LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination);
+
+  void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) override;
+  void abandon() noexcept override;
+
+ protected:
+  [[nodiscard]] FileType itemType() const noexcept { return m_item.status.type; }
+
+ private:
+  OpenItem m_item;
+  std::shared_ptr<const FileDescriptor> m_destinationFolder;
+};
+
+class LinuxFileMover : public FileMover {
+ public:
+  std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
+                                        const FileUrl& destination) override;
+  void discardPartial(const FileUrl& partial) noexcept override;
+};
+
+}  // namespace orvane

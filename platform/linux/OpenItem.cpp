@@ -1,0 +1,150 @@
+#include "platform/linux/OpenItem.h"
+
+#include "core/base/OpenFolder.h"
+#include "core/base/PathText.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <linux/openat2.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <stdexcept>
+#include <system_error>
+
+namespace orvane {
+namespace {
+
+// Longest path given to one call; PATH_MAX counts the closing NUL byte.
+constexpr std::size_t longestPiece = 4000;
+
+constexpr std::uint64_t folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+int openWithoutLinks(int base, const std::string& path, std::uint64_t flags, std::uint64_t resolve) noexcept {
+  open_how how{};
+  how.flags = flags;
+  how.resolve = resolve | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS;
+  return static_cast<int>(::syscall(SYS_openat2, base, path.c_str(), &how, sizeof how));
+}
+
+// A piece of at most longestPiece bytes that ends before a slash; the rest stays in `path`.
+std::string takePiece(std::string_view& path) {
+  auto end = path.size();
+  if (end > longestPiece) end = path.rfind('/', longestPiece);
+  std::string piece(path.substr(0, end));
+  path.remove_prefix(std::min(path.size(), end + 1));
+  return piece;
+}
+
+FileDescriptor openPieces(int base, std::string_view path, std::uint64_t resolve) {
+  FileDescriptor folder;
+  do {
+    const int from = folder ? folder.get() : base;
+    const std::string piece = takePiece(path);
+    int next = openWithoutLinks(from, piece, folderFlags, resolve);
+    // A folder that may be searched but not listed can still be moved from.
+    if (next < 0 && errno == EACCES) next = openWithoutLinks(from, piece, O_PATH | O_DIRECTORY | O_CLOEXEC, resolve);
+    folder = FileDescriptor(next);
+  } while (folder && !path.empty());
+  return folder;
+}
+
+}  // namespace
+
+Mount mountOf(int folder, const char* path) {
+  struct statx status {};
+  const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (path[0] == '\0' ? AT_EMPTY_PATH : 0);
+  if (::statx(folder, path, flags, STATX_MNT_ID, &status) != 0) throwErrno();
+  const bool known = (status.stx_mask & STATX_MNT_ID) != 0;
+  return {makedev(status.stx_dev_major, status.stx_dev_minor), known ? status.stx_mnt_id : 0};
+}
+
+FileStatus OpenItem::currentStatus() const {
+  const auto current = readFileStatus(folder->get(), name.c_str());
+  if (!current) throwErrno();
+  return *current;
+}
+
+std::shared_ptr<const FileDescriptor> openFolder(std::string_view folder, std::string_view boundary) {
+  FileDescriptor root = openPieces(AT_FDCWD, boundary, 0);
+  if (!root && errno == ENOSYS) {
+    root = openFolderWithoutLinks(AT_FDCWD, folder);
+    if (!root) throwErrno();
+    return std::make_shared<const FileDescriptor>(std::move(root));
+  }
+  if (!root) throwErrno();
+  std::string_view relative = folder.substr(std::min(folder.size(), boundary.size()));
+  while (relative.starts_with('/')) relative.remove_prefix(1);
+  if (relative.empty()) return std::make_shared<const FileDescriptor>(std::move(root));
+  FileDescriptor opened = openPieces(root.get(), relative, RESOLVE_BENEATH);
+  if (!opened) throwErrno();
+  return std::make_shared<const FileDescriptor>(std::move(opened));
+}
+
+OpenItem openItem(const FileUrl& item, std::string_view boundary) {
+  OpenItem result;
+  result.folder = openFolder(parentPath(item.path()), boundary);
+  result.name = std::string(item.lastPathComponent());
+  result.status = result.currentStatus();
+  result.mount = mountOf(result.folder->get(), "");
+  return result;
+}
+
+void clearImmutableAttribute(const OpenItem& item) noexcept {
+  struct statx status {};
+  if (::statx(item.folder->get(), item.name.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BASIC_STATS,
+              &status) != 0) {
+    return;
+  }
+  if ((status.stx_attributes & STATX_ATTR_IMMUTABLE) == 0) return;
+  const FileDescriptor file(
+      ::openat(item.folder->get(), item.name.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+  int attributes = 0;
+  if (!file || ::ioctl(file.get(), FS_IOC_GETFLAGS, &attributes) != 0) return;
+  attributes &= ~FS_IMMUTABLE_FL;
+  static_cast<void>(::ioctl(file.get(), FS_IOC_SETFLAGS, &attributes));
+}
+
+void renameWithoutReplacing(int fromFolder, const std::string& from, int toFolder, const std::string& to) {
+  if (::renameat2(fromFolder, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0) return;
+  if (errno != EINVAL && errno != ENOSYS) throwErrno();
+  const auto status = readFileStatus(fromFolder, from.c_str());
+  if (!status) throwErrno();
+  if (status->type == FileType::directory) {
+    // A folder replaces an empty one at once, and mkdir takes only a free name.
+    if (::mkdirat(toFolder, to.c_str(), 0700) != 0) throwErrno();
+    if (::renameat(fromFolder, from.c_str(), toFolder, to.c_str()) == 0) return;
+    const int error = errno;
+    ::unlinkat(toFolder, to.c_str(), AT_REMOVEDIR);
+    throwErrno(error);
+  }
+  if (::linkat(fromFolder, from.c_str(), toFolder, to.c_str(), 0) != 0) throwErrno();
+  if (::unlinkat(fromFolder, from.c_str(), 0) != 0) {
+    const int error = errno;
+    ::unlinkat(toFolder, to.c_str(), 0);
+    throwErrno(error);
+  }
+}
+
+void renameChecked(const OpenItem& item, int toFolder, const std::string& to) {
+  constexpr const char* changed = "it changed while it was being moved and was left where it is";
+  if (ItemIdentity::of(item.currentStatus()) != item.identity()) throw std::runtime_error(changed);
+  renameWithoutReplacing(item.folder->get(), item.name, toFolder, to);
+  const auto landed = readFileStatus(toFolder, to.c_str());
+  if (landed && ItemIdentity::of(*landed) == item.identity()) return;
+  try {
+    renameWithoutReplacing(toFolder, to, item.folder->get(), item.name);
+  } catch (const std::system_error& error) {
+    // Its own item is there after all: a writer that has it open went on writing, and it cannot go back.
+    if (landed && landed->inode == item.status.inode) return;
+    throw std::runtime_error(std::string("another item took its name and could not be put back: ") + error.what());
+  }
+  throw std::runtime_error(changed);
+}
+
+}  // namespace orvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "core/base/FileDescriptor.h"
+#include "core/base/FileStatus.h"
+#include "core/base/FileUrl.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// One mount of a file system. Renames do not cross mounts, not even of the same device.
+struct Mount {
+  std::uint64_t device = 0;
+  std::uint64_t identifier = 0;  // zero where the kernel tells none
+  bool operator==(const Mount&) const = default;
+};
+// Of a path, links not followed, or of the descriptor itself when `path` is empty. Throws std::system_error.
+[[nodiscard]] Mount mountOf(int folder, const char* path);
+
+// An item seen through its open folder: from here on its path no longer matters.
+struct OpenItem {
+  std::shared_ptr<const FileDescriptor> folder;
+  std::string name;
+  FileStatus status;
+  Mount mount;  // of the folder
+
+  [[nodiscard]] ItemIdentity identity() const noexcept { return ItemIdentity::of(status); }
+  // Status as it is now. Throws std::system_error.
+  [[nodiscard]] FileStatus currentStatus() const;
+};
+
+// Opens a folder of canonical path without following any link, as openat2(2) with RESOLVE_NO_SYMLINKS. `boundary` is a
+// canonical folder that holds it; below it the resolution is held by RESOLVE_BENEATH. Throws std::system_error.
+[[nodiscard]] std::shared_ptr<const FileDescriptor> openFolder(std::string_view folder, std::string_view boundary);
+
+// Opens an item's folder and reads its status. Throws std::system_error.
+[[nodiscard]] OpenItem openItem(const FileUrl& item, std::string_view boundary);
+
+// Clears the immutable attribute (chattr +i) where it is set and this process may; otherwise nothing happens.
+void clearImmutableAttribute(const OpenItem& item) noexcept;
+
+// Renames without replacing, as renameat2(2) with RENAME_NOREPLACE, also on file systems that do not know that flag.
+// Throws std::system_error.
+void renameWithoutReplacing(int fromFolder, const std::string& from, int toFolder, const std::string& to);
+
+// The same for an item that must be, before and after, the one that was looked at: another one is put back. Throws
+// std::runtime_error; the item is then where it was.
+void renameChecked(const OpenItem& item, int toFolder, const std::string& to);
+
+}  // namespace orvane

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/base/FileDescriptor.h"
+#include "core/base/FileStatus.h"
+#include "platform/linux/OpenItem.h"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace orvane {
+
+// One Trash folder of the user: "files" with the items, "info" with a record for each, and "directorysizes".
+class TrashFolder {
+ public:
+  // Takes over the open Trash folder of canonical path `path` and makes what is missing in it. `topFolder` is the
+  // volume's top folder, empty for the home Trash. Throws std::system_error.
+  TrashFolder(std::string path, std::string topFolder, FileDescriptor folder);
+
+  [[nodiscard]] const std::string& path() const noexcept { return m_path; }
+  [[nodiscard]] const Mount& mount() const noexcept { return m_mount; }
+  [[nodiscard]] const std::shared_ptr<const FileDescriptor>& files() const noexcept { return m_files; }
+  [[nodiscard]] const std::shared_ptr<const FileDescriptor>& info() const noexcept { return m_info; }
+  // Whether the folder is still the one at its path.
+  [[nodiscard]] bool isCurrent() const noexcept;
+
+  // What the record of an item says of where it came from. `original` is canonical.
+  [[nodiscard]] std::string recordedPath(std::string_view original) const;
+
+  // A name that neither an item, nor a record, nor another pending move has; promised until release().
+  [[nodiscard]] std::string reserveName(std::string_view wanted);
+  void release(const std::string& name) noexcept;
+
+  // Adds a folder's size on the disk to "directorysizes". A cache for desktops: failures are ignored.
+  void noteFolderSize(const std::string& name) const noexcept;
+  void forgetFolderSize(const std::string& name) const noexcept;
+  // Removes the record of an item that is not there (any more).
+  void removeRecord(const std::string& name) const noexcept;
+
+  [[nodiscard]] static std::string recordName(std::string_view itemName);
+
+ private:
+  [[nodiscard]] bool isFree(const std::string& name) const;
+
+  std::string m_path;
+  std::string m_topFolder;
+  FileDescriptor m_folder;
+  std::shared_ptr<const FileDescriptor> m_files;
+  std::shared_ptr<const FileDescriptor> m_info;
+  Mount m_mount;
+  std::mutex m_mutex;
+  std::unordered_set<std::string> m_reserved;
+  // Last number given to a name: a run may trash ten thousand items of one name.
+  std::unordered_map<std::string, std::int64_t> m_numbers;
+};
+
+}  // namespace orvane

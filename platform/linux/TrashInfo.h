@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/base/Date.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// The record that the Trash keeps of one item (freedesktop.org, The Trash, 1.0, "Contents of a trash
+// directory"). `path` is absolute in the home Trash and relative to the volume's top folder elsewhere.
+[[nodiscard]] std::string trashInfoText(std::string_view path, Date deleted);
+
+// The path of a record; absent where the text is no such record. Anybody may have written it.
+[[nodiscard]] std::optional<std::string> trashInfoPath(std::string_view text);
+
+}  // namespace orvane

@@ -1,0 +1,136 @@
+#include "platform/linux/TrashMoves.h"
+
+#include "core/base/PathText.h"
+#include "core/base/Uuid.h"
+#include "core/platform/SyncError.h"
+#include "platform/linux/LinuxFileMover.h"
+#include "platform/linux/TrashFolder.h"
+#include "platform/linux/TrashInfo.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace orvane {
+namespace {
+
+class MoveIntoTrash : public PendingMove {
+ public:
+  MoveIntoTrash(const FileUrl& item, OpenItem open, std::shared_ptr<TrashFolder> folder)
+      : m_item(std::move(open)), m_folder(std::move(folder)) {
+    m_source = item;
+    m_identity = m_item.identity();
+    takeName(m_folder->reserveName(m_item.name));
+  }
+
+  ~MoveIntoTrash() override { m_folder->release(m_name); }
+
+  void prepare() override {
+    const int info = m_folder->info()->get();
+    m_record.reset(::openat(info, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+    if (!m_record) {
+      // Some file systems know no unnamed files.
+      if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL && errno != ENOENT) throwErrno();
+      m_temporaryName = fmt::format(".{}.tmp", Uuid::random().toString());
+      m_record.reset(::openat(info, m_temporaryName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+      if (!m_record) throwErrno();
+    }
+    writeAll(m_record.get(), trashInfoText(m_folder->recordedPath(m_source.path()), ReferenceClock::now()));
+    // Starts the writing, so that one commit of the file system takes the records of the whole group.
+    static_cast<void>(::sync_file_range(m_record.get(), 0, 0, SYNC_FILE_RANGE_WRITE));
+  }
+
+  void finishPreparing(FolderSyncSet& folders) override {
+    if (::fsync(m_record.get()) != 0) throw SyncError(errorText(errno));
+    while (!giveRecordItsName()) {
+      const std::string taken = m_name;
+      takeName(m_folder->reserveName(m_item.name));
+      m_folder->release(taken);
+    }
+    m_record.reset();
+    m_hasRecord = true;
+    folders.add(m_folder->info());
+  }
+
+  void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) override {
+    destinations.add(m_folder->files());
+    sources.add(m_item.folder);
+    renameChecked(m_item, m_folder->files()->get(), m_name);
+  }
+
+  void finish() noexcept override {
+    if (m_item.status.type == FileType::directory) m_folder->noteFolderSize(m_name);
+  }
+
+  void abandon() noexcept override {
+    if (!m_temporaryName.empty()) ::unlinkat(m_folder->info()->get(), m_temporaryName.c_str(), 0);
+    if (m_hasRecord) m_folder->removeRecord(m_name);
+  }
+
+ private:
+  void takeName(std::string name) {
+    m_name = std::move(name);
+    m_destination = FileUrl(joinPath(joinPath(m_folder->path(), "files"), m_name));
+  }
+
+  // False when another process took the name first.
+  bool giveRecordItsName() {
+    const int info = m_folder->info()->get();
+    const std::string recordName = TrashFolder::recordName(m_name);
+    if (m_temporaryName.empty()) {
+      const std::string open = fmt::format("/proc/self/fd/{}", m_record.get());
+      if (::linkat(AT_FDCWD, open.c_str(), info, recordName.c_str(), AT_SYMLINK_FOLLOW) == 0) return true;
+      if (errno == EEXIST) return false;
+      throwErrno();
+    }
+    try {
+      renameWithoutReplacing(info, m_temporaryName, info, recordName);
+      m_temporaryName.clear();
+      return true;
+    } catch (const std::system_error& error) {
+      if (error.code() == std::errc::file_exists) return false;
+      throw;
+    }
+  }
+
+  OpenItem m_item;
+  std::shared_ptr<TrashFolder> m_folder;
+  std::string m_name;
+  FileDescriptor m_record;
+  std::string m_temporaryName;
+  bool m_hasRecord = false;
+};
+
+class MoveOutOfTrash : public LinuxMove {
+ public:
+  MoveOutOfTrash(const FileUrl& trashed, OpenItem open, std::shared_ptr<TrashFolder> folder, const FileUrl& destination)
+      : LinuxMove(trashed, std::move(open), destination), m_folder(std::move(folder)) {}
+
+  // The record goes last: until the item is back for good, the Trash can still tell where it belongs.
+  void finish() noexcept override {
+    if (!m_folder || copies()) return;
+    const std::string name(source().lastPathComponent());
+    m_folder->removeRecord(name);
+    if (itemType() == FileType::directory) m_folder->forgetFolderSize(name);
+  }
+
+ private:
+  std::shared_ptr<TrashFolder> m_folder;
+};
+
+}  // namespace
+
+std::unique_ptr<PendingMove> makeMoveIntoTrash(const FileUrl& item, OpenItem open,
+                                               std::shared_ptr<TrashFolder> folder) {
+  return std::make_unique<MoveIntoTrash>(item, std::move(open), std::move(folder));
+}
+
+std::unique_ptr<PendingMove> makeMoveOutOfTrash(const FileUrl& trashed, OpenItem open,
+                                                std::shared_ptr<TrashFolder> folder, const FileUrl& destination) {
+  return std::make_unique<MoveOutOfTrash>(trashed, std::move(open), std::move(folder), destination);
+}
+
+}  // namespace orvane
