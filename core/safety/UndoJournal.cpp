@@ -27,7 +27,6 @@ namespace orvane {
 namespace {
 
 constexpr std::int64_t smallestCheckpoint = 64 * 1024;
-constexpr std::string_view newLogSuffix = ".log.new";
 
 std::string preparedFolder(const FileUrl& storageDirectory) {
   try {
@@ -67,7 +66,7 @@ void UndoJournal::settleDeadRuns() {
     const auto entry = reader->next();
     if (!entry) break;
     if (RunLog::runOf(entry->name)) logs.emplace_back(entry->name);
-    if (entry->name.ends_with(newLogSuffix)) {
+    if (entry->name.ends_with(RunLog::unlockedSuffix)) {
       // Made by a process that died before its log had a name: nothing had been written to it. One that lives holds it.
       FileDescriptor file(::openat(reader->descriptor(), entry->nameBytes(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
       if (file && FileLock::tryAcquire(file)) ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);

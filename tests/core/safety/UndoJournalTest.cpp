@@ -199,7 +199,9 @@ TEST_F(UndoJournalTest, processesCleaningAtOnceLoseNoEntryAndListNoRunTwice) {
         }
         CleanupRun run(mover, own, roots());
         for (const auto& outcome : run.carryOut(requests(paths))) {
-          if (outcome.result != MoveResult::moved) ::_exit(1);
+          if (outcome.result == MoveResult::moved) continue;
+          std::fprintf(stderr, "%s\n", outcome.error.c_str());
+          ::_exit(1);
         }
       }
       ::_exit(0);
