@@ -167,12 +167,11 @@ RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progres
   const std::lock_guard restoring(m_restoreMutex);
   const auto entries = getEntries(runId);
   if (entries.empty()) throw UndoError(UndoError::RunNotFound{runId});
-  const bool wasRestored = [&] {
-    const auto runs = getRuns();
-    return std::any_of(runs.begin(), runs.end(),
-                       [&](const CleanupRunSummary& run) { return run.runId == runId && run.isRestored; });
-  }();
-  RunRestore restore(m_trash, m_mover, m_validator, wasRestored);
+  const auto runs = getRuns();
+  const bool wasRestored = std::any_of(
+      runs.begin(), runs.end(), [&](const CleanupRunSummary& run) { return run.runId == runId && run.isRestored; });
+  RunRestore restore(m_trash, m_mover, m_validator, entries,
+                     wasRestored ? RunRestore::Before::restored : RunRestore::Before::notRestored);
   std::unique_ptr<RunLog> log;
   try {
     // Not the run's own identifier: another process may be restoring the same run.
