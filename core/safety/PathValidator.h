@@ -2,6 +2,7 @@
 
 #include "core/base/FileUrl.h"
 #include "core/safety/AllowedRoots.h"
+#include "core/safety/ProtectedLocations.h"
 #include "core/safety/SecurityError.h"
 
 #include <optional>
@@ -17,7 +18,7 @@ namespace orvane {
 class PathValidator {
  public:
   // Tests give a home folder of their own.
-  explicit PathValidator(std::string homeFolder);
+  explicit PathValidator(const std::string& homeFolder);
   // For the current user's home folder.
   static PathValidator& shared();
 
@@ -36,8 +37,16 @@ class PathValidator {
   [[nodiscard]] std::optional<SecurityError::Case> checkCanonical(std::string_view canonicalPath,
                                                                   const std::vector<std::string>& canonicalRoots) const;
 
+  // Whether the text of a path, before anything is resolved, tries to climb.
+  [[nodiscard]] static bool hasTraversal(std::string_view path) noexcept;
+  [[nodiscard]] const ProtectedLocations& protectedLocations() const noexcept { return m_protected; }
+
  private:
-  std::string m_homeFolder;
+  [[nodiscard]] std::optional<SecurityError::Case> refusal(const FileUrl& url,
+                                                           const std::vector<std::string>& canonicalRoots) const;
+  [[nodiscard]] bool isProtected(std::string_view canonicalPath, const std::vector<std::string>& canonicalRoots) const;
+
+  ProtectedLocations m_protected;
 };
 
 }  // namespace orvane

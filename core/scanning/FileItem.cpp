@@ -10,6 +10,7 @@
 #include <limits>
 
 namespace orvane {
+
 FileItem::FileItem(Fields fields)
     : m_id(fields.id),
       m_url(std::move(fields.url)),
@@ -23,6 +24,10 @@ FileItem::FileItem(Fields fields)
       m_isSelected(m_riskLabel != RiskLabel::manual && fields.isSelected.value_or(m_riskLabel == RiskLabel::safe)),
       m_isCloudPlaceholder(fields.isCloudPlaceholder) {
   const std::string_view path = m_url.path();
+  if (fields.relativeStart && *fields.relativeStart <= path.size()) {
+    m_relativeStart = *fields.relativeStart;
+    return;
+  }
   const std::string_view relative =
       fields.relativePath ? std::string_view(*fields.relativePath) : m_url.lastPathComponent();
   if (path.ends_with(relative) && path.size() < ownText) {

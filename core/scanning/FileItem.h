@@ -23,7 +23,9 @@ class FileItem {
     Uuid id = Uuid::random();
     FileUrl url;
     std::optional<std::string> relativePath;  // as shown to the user; the last path component when absent
-    std::int64_t fileSize = 0;                // bytes
+    // Where in the URL's path the relative path begins: a cheaper way to give one that is the path's end.
+    std::optional<std::uint32_t> relativeStart;
+    std::int64_t fileSize = 0;  // bytes
     Date createdDate;
     Date lastModifiedDate;
     std::optional<Date> lastOpenedDate;

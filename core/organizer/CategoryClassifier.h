@@ -1,0 +1,24 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/FileUrl.h"
+#include "core/scanning/ScanCategory.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace orvane {
+
+// Names the category of a scanned file from its location and size alone; nothing is read from the disk.
+class CategoryClassifier {
+ public:
+  // Always answers; manualReview is the catch-all. The dates have no influence.
+  [[nodiscard]] static ScanCategory classify(const FileUrl& url, std::int64_t fileSize,
+                                             std::optional<Date> createdDate = std::nullopt,
+                                             std::optional<Date> lastOpenedDate = std::nullopt);
+  // Whether the name begins as screenshots do; the extension does not matter.
+  [[nodiscard]] static bool isScreenshot(std::string_view filename) noexcept;
+};
+
+}  // namespace orvane

@@ -1,0 +1,69 @@
+#include "core/organizer/CategoryPreferencesStore.h"
+
+#include "core/base/Json.h"
+#include "core/base/UnicodeText.h"
+#include "core/platform/Preferences.h"
+
+#include <algorithm>
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view preferencesKey = "OrvaneLearnedCategoryPreferences";
+
+}  // namespace
+
+CategoryPreferencesStore::CategoryPreferencesStore(Preferences& preferences)
+    : m_preferences(preferences), m_categories(load(preferences)) {}
+
+void CategoryPreferencesStore::rememberPreference(std::string_view extensionKey, std::string_view category) {
+  const std::lock_guard lock(m_mutex);
+  // Another process may have learned or forgotten something since.
+  m_categories = load(m_preferences);
+  m_categories.insert_or_assign(lowercased(extensionKey), std::string(category));
+  save();
+}
+
+std::optional<std::string> CategoryPreferencesStore::preferredCategory(std::string_view extensionKey) const {
+  const std::string key = lowercased(extensionKey);
+  const std::lock_guard lock(m_mutex);
+  const auto found = m_categories.find(key);
+  if (found == m_categories.end()) return std::nullopt;
+  return found->second;
+}
+
+std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
+  const std::lock_guard lock(m_mutex);
+  std::set<std::string> roots;
+  for (const auto& [key, category] : m_categories) {
+    const auto start = category.find_first_not_of('/');
+    if (start == std::string::npos) continue;
+    roots.insert(category.substr(start, std::min(category.find('/', start), category.size()) - start));
+  }
+  return roots;
+}
+
+void CategoryPreferencesStore::reset() {
+  const std::lock_guard lock(m_mutex);
+  m_categories.clear();
+  save();
+}
+
+CategoryPreferencesStore::Categories CategoryPreferencesStore::load(const Preferences& preferences) {
+  const auto stored = preferences.value(preferencesKey);
+  Categories categories;
+  if (!stored || !stored->is_object()) return categories;
+  for (const auto& [key, category] : stored->items()) {
+    if (!category.is_string()) return {};
+    categories.insert_or_assign(key, category.get<std::string>());
+  }
+  return categories;
+}
+
+void CategoryPreferencesStore::save() {
+  Json stored = Json::object();
+  for (const auto& [key, category] : m_categories) stored[key] = category;
+  m_preferences.setValue(preferencesKey, stored);
+}
+
+}  // namespace orvane

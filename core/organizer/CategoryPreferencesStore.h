@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+class Preferences;
+
+// The categories that the user taught the organizer: a category path by extension or another key. Keys are kept in
+// lower case. Callable from any thread.
+class CategoryPreferencesStore {
+ public:
+  // Reads what is stored; a missing or malformed value counts as empty. `preferences` must outlive this object.
+  explicit CategoryPreferencesStore(Preferences& preferences);
+  static CategoryPreferencesStore& shared();
+
+  // Stored at once. Throws std::system_error when it cannot be written; it is remembered until the program ends then.
+  void rememberPreference(std::string_view extensionKey, std::string_view category);
+  [[nodiscard]] std::optional<std::string> preferredCategory(std::string_view extensionKey) const;
+  // The first path component of every category: folders of these names were made by the organizer.
+  [[nodiscard]] std::set<std::string> learnedCategoryRoots() const;
+  // Forgets everything. Throws std::system_error.
+  void reset();
+
+ private:
+  using Categories = std::map<std::string, std::string>;
+  [[nodiscard]] static Categories load(const Preferences& preferences);
+  void save();
+
+  mutable std::mutex m_mutex;
+  Preferences& m_preferences;
+  Categories m_categories;
+};
+
+}  // namespace orvane

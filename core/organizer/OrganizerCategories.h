@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace orvane {
+
+// The organizer's own names of categories: paths below the destination root, such as "Media/Images".
+
+// Of a file. The extension is without its dot and compared exactly: lower-case it first.
+[[nodiscard]] std::string_view defaultCategoryNameForExtension(std::string_view extension, std::string_view filename);
+// Of a folder that moves as a whole: by its name, and where that says nothing by the names of its entries.
+[[nodiscard]] std::string_view defaultCategoryNameForFolder(std::string_view folderName,
+                                                            const std::optional<FileUrl>& folderURL);
+
+// Whether a name, cut into words at everything but letters and digits and inside camel case, has one of the words, or
+// its plural in "s" or "es". The words are lower case.
+[[nodiscard]] bool nameHasWord(std::string_view name, std::span<const std::string_view> words);
+
+// Whether a folder is a software project, which must stay whole. False when it cannot be listed.
+[[nodiscard]] bool isProjectOrBundleDirectory(const FileUrl& folder);
+
+// The kinds of file that the organizer names after what they show or play. Lower-case extensions.
+[[nodiscard]] bool isImageExtension(std::string_view extension) noexcept;
+[[nodiscard]] bool isVideoExtension(std::string_view extension) noexcept;
+[[nodiscard]] bool isAudioExtension(std::string_view extension) noexcept;
+// Whether a file name, in any case, calls the file a screenshot.
+[[nodiscard]] bool nameSaysScreenshot(std::string_view filename);
+
+}  // namespace orvane

@@ -1,0 +1,102 @@
+#include "core/safety/PathValidator.h"
+
+#include "core/base/CanonicalPath.h"
+#include "core/base/OpenFolder.h"
+
+#include <algorithm>
+
+namespace orvane {
+namespace {
+
+bool isInsideAny(std::string_view path, const std::vector<std::string>& roots) noexcept {
+  return std::any_of(roots.begin(), roots.end(), [&](const auto& root) { return isAtOrBelow(path, root); });
+}
+
+bool isPrivateSystemPath(std::string_view path, const std::vector<std::string>& roots) noexcept {
+  const auto covers = [&](std::string_view folder) { return isAtOrBelow(path, folder); };
+  if (std::none_of(std::begin(privateSystemFolders), std::end(privateSystemFolders), covers)) return false;
+  const auto holds = [&](std::string_view folder) { return isBelow(path, folder); };
+  const bool isTemporary = std::any_of(std::begin(userTemporaryFolders), std::end(userTemporaryFolders), holds);
+  return !(isTemporary && isInsideAny(path, roots));
+}
+
+bool hasVersionControlComponent(std::string_view path) noexcept {
+  std::size_t start = 0;
+  while (start < path.size()) {
+    const auto end = std::min(path.find('/', start), path.size());
+    if (isVersionControlName(path.substr(start, end - start))) return true;
+    start = end + 1;
+  }
+  return false;
+}
+
+bool isSymbolicLink(const std::string& path) noexcept {
+  const auto status = readPathStatus(path);
+  return status && status->type == FileType::symbolicLink;
+}
+
+}  // namespace
+
+PathValidator::PathValidator(const std::string& homeFolder) : m_protected(homeFolder) {}
+
+void PathValidator::validate(const FileUrl& url, const AllowedRoots& allowedRoots) const {
+  validate(url, allowedRoots.canonicalPaths());
+}
+
+void PathValidator::validate(const FileUrl& url, const std::vector<std::string>& precomputedCanonicalRoots) const {
+  if (auto refused = refusal(url, precomputedCanonicalRoots)) throw SecurityError(*std::move(refused));
+}
+
+bool PathValidator::isPathAllowed(const FileUrl& url, const AllowedRoots& allowedRoots) const {
+  return isPathAllowedFast(url, allowedRoots.canonicalPaths());
+}
+
+bool PathValidator::isPathAllowedFast(const FileUrl& url,
+                                      const std::vector<std::string>& precomputedCanonicalRoots) const {
+  return !refusal(url, precomputedCanonicalRoots).has_value();
+}
+
+std::vector<std::string> PathValidator::canonicalizeRoots(std::span<const FileUrl> roots) {
+  std::vector<std::string> result;
+  result.reserve(roots.size());
+  for (const auto& root : roots) result.push_back(canonicalPath(root.path()));
+  return result;
+}
+
+std::optional<SecurityError::Case> PathValidator::checkCanonical(std::string_view canonicalPath,
+                                                                 const std::vector<std::string>& canonicalRoots) const {
+  if (!isProtected(canonicalPath, canonicalRoots) &&
+      (canonicalRoots.empty() || isInsideAny(canonicalPath, canonicalRoots))) {
+    return std::nullopt;
+  }
+  return SecurityError::ProtectedPath{std::string(canonicalPath)};
+}
+
+std::optional<SecurityError::Case> PathValidator::refusal(const FileUrl& url,
+                                                          const std::vector<std::string>& canonicalRoots) const {
+  const std::string& path = url.path();
+  if (path.empty()) return SecurityError::EmptyPath{};
+  if (hasTraversal(path)) return SecurityError::PathTraversalAttempt{path};
+  std::string canonical = canonicalPath(path);
+  if (isProtected(canonical, canonicalRoots)) return SecurityError::ProtectedPath{std::move(canonical)};
+  if (canonicalRoots.empty() || isInsideAny(canonical, canonicalRoots)) return std::nullopt;
+  if (isSymbolicLink(path)) return SecurityError::SymlinkEscapesAllowedBoundary{path, std::move(canonical)};
+  return SecurityError::ProtectedPath{std::move(canonical)};
+}
+
+bool PathValidator::hasTraversal(std::string_view path) noexcept {
+  // A NUL byte would make the system see another path than the one that is checked.
+  return path.find("..") != std::string_view::npos || path.find("/./") != std::string_view::npos ||
+         path.starts_with("./") || path.find('\0') != std::string_view::npos;
+}
+
+bool PathValidator::isProtected(std::string_view canonicalPath, const std::vector<std::string>& canonicalRoots) const {
+  const auto trees = m_protected.trees();
+  const auto places = m_protected.places();
+  return std::any_of(trees.begin(), trees.end(), [&](const auto& tree) { return isAtOrBelow(canonicalPath, tree); }) ||
+         isPrivateSystemPath(canonicalPath, canonicalRoots) ||
+         std::find(places.begin(), places.end(), canonicalPath) != places.end() ||
+         hasVersionControlComponent(canonicalPath);
+}
+
+}  // namespace orvane

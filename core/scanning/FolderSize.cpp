@@ -1,0 +1,73 @@
+#include "core/scanning/FolderSize.h"
+
+#include "core/base/CheckedArithmetic.h"
+#include "core/base/PathText.h"
+
+#include <string_view>
+
+namespace orvane {
+namespace {
+
+bool isEntered(std::string_view name) noexcept {
+  return name != "node_modules" && name != "Pods" && !name.ends_with(".photoslibrary");
+}
+
+}  // namespace
+
+class FolderSize::ReadFolder : public WorkStack::Task {
+ public:
+  ReadFolder(std::shared_ptr<FolderSize> size, FolderPlace place, HeldFolders& held, const std::atomic<bool>& stopped)
+      : m_size(std::move(size)), m_place(std::move(place)), m_held(held), m_stopped(stopped) {}
+
+  void run(WorkStack& stack) override {
+    WorkStack::Tasks subfolders;
+    if (auto reader = m_place.open()) {
+      read(*reader, subfolders);
+    }
+    m_size->finishFolder(static_cast<int>(subfolders.size()));
+    stack.push(subfolders);
+  }
+
+ private:
+  void read(DirectoryReader& reader, WorkStack::Tasks& subfolders) {
+    std::int64_t bytes = 0;
+    std::shared_ptr<const HeldFolder> self;
+    while (const auto entry = reader.next()) {
+      if (m_stopped.load(std::memory_order_relaxed)) break;
+      if (entry->name.empty() || entry->name.front() == '.') continue;
+      FileType type = entry->type;
+      if (type == FileType::regular || type == FileType::unknown) {
+        const auto status = readFileStatus(reader.descriptor(), entry->nameBytes());
+        type = status ? status->type : FileType::other;
+        if (type == FileType::regular) bytes = checkedAdd(bytes, status->size);
+      }
+      if (type != FileType::directory || !isEntered(entry->name)) continue;
+      if (subfolders.empty()) self = m_held.hold(reader.descriptor());
+      subfolders.push_back(std::make_unique<ReadFolder>(
+          m_size, FolderPlace{self, joinPath(m_place.canonicalPath, entry->name)}, m_held, m_stopped));
+    }
+    m_size->add(bytes);
+  }
+
+  std::shared_ptr<FolderSize> m_size;
+  FolderPlace m_place;
+  HeldFolders& m_held;
+  const std::atomic<bool>& m_stopped;
+};
+
+std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, FolderPlace place,
+                                                  HeldFolders& held, const std::atomic<bool>& stopped) {
+  return std::make_unique<ReadFolder>(std::move(size), std::move(place), held, stopped);
+}
+
+void FolderSize::add(std::int64_t bytes) {
+  auto sum = m_bytes.load(std::memory_order_relaxed);
+  while (!m_bytes.compare_exchange_weak(sum, checkedAdd(sum, bytes), std::memory_order_relaxed)) {
+  }
+}
+
+void FolderSize::finishFolder(int newFolders) {
+  if (m_openFolders.fetch_add(newFolders - 1) == 1 - newFolders && m_whenComplete) m_whenComplete();
+}
+
+}  // namespace orvane

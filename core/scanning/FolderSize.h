@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/scanning/HeldFolders.h"
+#include "core/scanning/WorkStack.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace orvane {
+
+// The logical bytes of one folder tree, added up by the tasks that read its folders. Hidden entries, links,
+// "node_modules", "Pods" and photo libraries are left out.
+class FolderSize {
+ public:
+  // `whenComplete` is called once, from the thread that finishes.
+  explicit FolderSize(std::function<void()> whenComplete = {}) : m_whenComplete(std::move(whenComplete)) {}
+
+  // The task that reads `place`, the top of the tree, and makes the tasks for the rest. `held` and `stopped` must
+  // outlive the tasks; once `stopped` is set they come to their end without a meaningful sum.
+  [[nodiscard]] static std::unique_ptr<WorkStack::Task> task(std::shared_ptr<FolderSize> size, FolderPlace place,
+                                                             HeldFolders& held, const std::atomic<bool>& stopped);
+
+  [[nodiscard]] bool isComplete() const noexcept { return m_openFolders == 0; }
+  // Valid once complete.
+  [[nodiscard]] std::int64_t bytes() const noexcept { return m_bytes; }
+
+ private:
+  class ReadFolder;
+  // An overflow ends the process.
+  void add(std::int64_t bytes);
+  void finishFolder(int newFolders);
+
+  std::atomic<std::int64_t> m_bytes = 0;
+  std::atomic<std::int64_t> m_openFolders = 1;
+  std::function<void()> m_whenComplete;
+};
+
+}  // namespace orvane

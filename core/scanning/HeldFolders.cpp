@@ -1,0 +1,30 @@
+#include "core/scanning/HeldFolders.h"
+
+#include "core/base/OpenFolder.h"
+#include "core/base/PathText.h"
+
+#include <fcntl.h>
+
+namespace orvane {
+
+std::shared_ptr<const HeldFolder> HeldFolders::hold(int descriptor) {
+  if (++m_count > maximum) {
+    --m_count;
+    return nullptr;
+  }
+  FileDescriptor copy(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+  if (!copy) {
+    --m_count;
+    return nullptr;
+  }
+  return std::make_shared<const HeldFolder>(std::move(copy), m_count);
+}
+
+std::optional<DirectoryReader> FolderPlace::open() {
+  if (!parent) return DirectoryReader::from(openFolderWithoutLinks(AT_FDCWD, canonicalPath));
+  const auto holder = std::move(parent);
+  return DirectoryReader::open(holder->descriptor(), lastComponent(canonicalPath).data(),
+                               DirectoryReader::Links::refuse);
+}
+
+}  // namespace orvane

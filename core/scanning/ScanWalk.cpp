@@ -1,0 +1,104 @@
+#include "core/scanning/ScanWalk.h"
+
+#include "core/base/CheckedArithmetic.h"
+#include "core/organizer/CategoryClassifier.h"
+#include "core/safety/PathValidator.h"
+
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::int64_t entriesPerProgress = 100;
+
+void fillIn(ListingChunk::WholeFolder& folder, ScanEvent& event) {
+  auto& fields = folder.fields;
+  fields.fileSize = folder.size->bytes();
+  fields.category = CategoryClassifier::classify(fields.url, fields.fileSize);
+  fields.riskLabel = RiskEvaluator::evaluate(fields.category, fields.url, fields.fileSize, fields.createdDate);
+  event.emplace<FileItem>(std::move(fields));
+}
+
+}  // namespace
+
+ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& statusReader,
+                       std::vector<FileUrl> folders, DeveloperCaches developerCaches)
+    : m_folders(std::move(folders)),
+      m_context{validator, statusReader, PathValidator::canonicalizeRoots(m_folders), developerCaches, {}, {}} {
+  WorkStack::Tasks tasks;
+  for (std::size_t i = 0; i < m_folders.size(); ++i) {
+    tasks.push_back(std::make_unique<FolderScan>(m_context, m_context.board.addStart(), m_folders[i].path(),
+                                                 m_folders[i].path(),
+                                                 FolderPlace{nullptr, m_context.canonicalRoots[i]}));
+  }
+  m_work.push(tasks);
+  m_hasThreads = m_work.start(WorkStack::processorCount()) > 0;
+}
+
+ScanStream::Walk::~Walk() {
+  m_context.isStopped = true;
+  m_work.stop();
+}
+
+std::vector<ScanEvent> ScanStream::Walk::nextBatch() {
+  std::vector<ScanEvent> events;
+  while (!m_isEnded && events.empty()) {
+    if (m_context.isStopped) {
+      m_isEnded = true;
+      events.emplace_back(ScanCancelled{});
+    } else if (!m_ready.empty()) {
+      events = eventsOf(std::move(m_ready.front()));
+      m_ready.pop_front();
+    } else if (m_context.board.isFinished()) {
+      m_isEnded = true;
+      events.emplace_back(ScanCompleted{m_itemsFound, m_bytesFound});
+    } else {
+      if (!m_hasThreads) m_work.work(1);
+      m_context.board.take(m_ready, m_context.isStopped);
+    }
+  }
+  return events;
+}
+
+void ScanStream::Walk::cancel() noexcept {
+  m_context.isStopped = true;
+  m_work.stop();
+  m_context.board.wake();
+}
+
+void ScanStream::Walk::count(const ScanEvent& event) {
+  ++m_itemsFound;
+  m_bytesFound = checkedAdd(m_bytesFound, std::get<FileItem>(event).fileSize());
+}
+
+std::vector<ScanEvent> ScanStream::Walk::eventsOf(ListingChunk chunk) {
+  for (auto& folder : chunk.wholeFolders) fillIn(folder, chunk.events[folder.eventIndex]);
+  const std::int64_t before = m_examined;
+  m_examined += chunk.examined;
+  const auto progressCount = m_examined / entriesPerProgress - before / entriesPerProgress;
+  if (progressCount == 0) {
+    for (const auto& event : chunk.events) count(event);
+    return std::move(chunk.events);
+  }
+  std::vector<ScanEvent> result;
+  result.reserve(chunk.events.size() + static_cast<std::size_t>(progressCount));
+  auto item = chunk.events.begin();
+  auto other = chunk.others.begin();
+  std::int64_t examined = before;
+  for (std::uint32_t position = 0; position < chunk.examined; ++position) {
+    const bool isOther = other != chunk.others.end() && other->position == position;
+    if (!isOther) {
+      count(*item);
+      result.push_back(std::move(*item++));
+    }
+    if (++examined % entriesPerProgress == 0) {
+      std::string name =
+          isOther ? other->name : std::string(std::get<FileItem>(result.back()).url().lastPathComponent());
+      result.emplace_back(ScanProgress{examined, m_bytesFound, std::move(name)});
+    }
+    if (isOther) ++other;
+  }
+  return result;
+}
+
+}  // namespace orvane
