@@ -1,0 +1,279 @@
+#!/usr/bin/env python3
+"""Checks what a compiler does not: the floors of the source tree, and what may be done on which of them.
+
+Run without arguments from anywhere in the tree; prints one line for each finding and ends with status 1 if there are
+any. The rules, each with its reason, are the functions named check_*.
+"""
+
+import fnmatch
+import pathlib
+import re
+import subprocess
+import sys
+
+# Who may include whom: a file includes files of its own floor or of lower ones. The first pattern that fits decides.
+FLOORS = [
+    ("core/base/*", 0, "base"),
+    ("core/platform/*", 1, "interfaces"),
+    *(
+        (f"core/{record}.*", 2, "records")
+        for record in (
+            "safety/AllowedRoots",
+            "safety/JournalEntry",
+            "safety/ManagedFolderType",
+            "safety/SecurityError",
+            "safety/TrashError",
+            "safety/UndoError",
+            "scanning/FileItem",
+            "scanning/RiskEvaluator",
+            "scanning/RiskLabel",
+            "scanning/ScanCategory",
+            "scanning/ScanEvent",
+            "scanning/StorageSummary",
+        )
+    ),
+    ("core/*Coordinator.*", 4, "coordinators"),
+    ("core/*", 3, "engines"),
+    ("platform/*", 5, "platform"),
+    ("cli/*", 6, "cli"),
+    ("app/*", 6, "app"),
+    ("tests/*", 7, "tests"),
+    ("bench/*", 7, "bench"),
+]
+
+SOURCE_SUFFIXES = {".h", ".cpp"}
+
+# Libraries that one part of the tree keeps to itself: header pattern, where it may stand.
+PRIVATE_LIBRARIES = [
+    (re.compile(r"Q[A-Z]\w*(/\w+)?|q[a-z]+\.h|Qt\w+/.*"), ("app/", "tests/app/"), "Qt"),
+    (re.compile(r"sdbus-c\+\+/.*|dbus/.*|systemd/.*"), ("platform/", "tests/platform/"), "D-Bus"),
+    (re.compile(r"curl/.*"), ("platform/", "tests/platform/"), "curl"),
+    (re.compile(r"libsecret/.*|glib\.h|gio/.*"), ("platform/", "tests/platform/"), "libsecret"),
+    (re.compile(r"CLI/.*"), ("cli/", "tests/cli/"), "CLI11"),
+]
+
+# Calls that remove, rename or cut short a file. User files change on one path only.
+CHANGING_CALL = re.compile(
+    r"(?<![\w.>:])(?:::|std::)?(unlink|unlinkat|rmdir|rename|renameat|renameat2|truncate)\s*\("
+    r"|(?<![\w.>])(?:std::)?(?:filesystem|fs)::(remove|remove_all|rename|resize_file|copy|copy_file)\s*\("
+    r"|(?<![\w.>:])(?:::|std::)remove\s*\(\s*[^,()]*(?:\([^()]*\))?[^,()]*\)"
+    r"|\bQ(?:File|Dir)::(remove|rename|rmdir|rmpath|copy)\s*\("
+    r"|\b(removeRecursively|moveToTrash)\s*\(\s*\)"
+    r"|(?<![\w.>:])(?:::|std::)?(system|popen)\s*\("
+)
+CHANGING_PLACES = ("core/safety/", "core/base/AtomicFile.cpp", "platform/", "tests/", "bench/")
+
+SYSTEM_MACRO = re.compile(r"^\s*#\s*(?:el)?if.*\b(__linux__|__linux|__APPLE__|_WIN32|__unix__|__FreeBSD__|BSD)\b")
+SHARED_DEFINITION = re.compile(r"\bshared\s*\(\s*\)\s*(?:noexcept\s*)?\{")
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+# A path of somebody's machine works nowhere else.
+MACHINE_PATH = re.compile(r"/(?:wor[k]|far[m])/|/tmp/bash_job[s]|/root/\.|/home/(?!you\b|user\b|me\b|alex\b)[a-z]+/")
+CONFLICT = re.compile(r"^(?:<{7} |={7}$|>{7} )")
+
+
+def floor_of(path):
+    for pattern, floor, name in FLOORS:
+        if fnmatch.fnmatchcase(path, pattern):
+            return floor, name
+    return None
+
+
+def without_comments_and_strings(text):
+    """Same length in lines; what stands in comments and literals is gone."""
+    token = re.compile(
+        r'//[^\n]*|/\*.*?\*/|R"(?P<tag>[^(\s]*)\(.*?\)(?P=tag)"|"(?:\\.|[^"\\\n])*"|(?<![\w])\'(?:\\.|[^\'\\\n])*\'',
+        re.DOTALL,
+    )
+    return token.sub(lambda match: "\n" * match.group(0).count("\n") + '""', text)
+
+
+class Tree:
+    """The files of a source tree by their path below `top`."""
+
+    def __init__(self, top, paths):
+        self.texts = {}
+        for path in sorted(paths):
+            try:
+                self.texts[path] = (pathlib.Path(top) / path).read_text(encoding="utf-8")
+            except (UnicodeDecodeError, FileNotFoundError):
+                continue
+        self.sources = {
+            path: text
+            for path, text in self.texts.items()
+            if pathlib.PurePosixPath(path).suffix in SOURCE_SUFFIXES and floor_of(path)
+        }
+        self.code = {path: without_comments_and_strings(text) for path, text in self.sources.items()}
+
+    def includes(self, path):
+        for number, line in enumerate(self.sources[path].splitlines(), 1):
+            match = INCLUDE.match(line)
+            if match:
+                yield number, match.group(1), match.group(2)
+
+    def matches(self, pattern, allowed):
+        for path, code in self.code.items():
+            if path.startswith(allowed):
+                continue
+            for number, line in enumerate(code.splitlines(), 1):
+                match = pattern.search(line)
+                if match:
+                    yield path, number, match
+
+
+def check_floors(tree):
+    """A file includes only what stands on its own floor or below: what is below never has to change for it."""
+    for path in tree.sources:
+        own = floor_of(path)
+        for number, kind, included in tree.includes(path):
+            target = floor_of(included) if kind == '"' else None
+            if target is None:
+                continue
+            sideways = target[0] == own[0] and target[1] != own[1]
+            if target[0] > own[0] or sideways:
+                yield f"{path}:{number}: {own[1]} includes {included}, which is {target[1]}"
+
+
+def check_include_paths(tree):
+    """Quoted includes name a file of this tree from its top, so that the other checks see all of them."""
+    for path in tree.sources:
+        for number, kind, included in tree.includes(path):
+            if kind == '"' and included not in tree.texts:
+                yield f'{path}:{number}: "{included}" is no file of this tree, named from its top'
+
+
+def check_loops(tree):
+    """No two files need each other."""
+    graph = {
+        path: [name for _, kind, name in tree.includes(path) if kind == '"' and name in tree.sources]
+        for path in tree.sources
+    }
+    # A header and the file that implements it are one unit: the loop "a.cpp needs b.h, b.cpp needs a.h" counts.
+    units = {}
+    for path, targets in graph.items():
+        unit = path.rsplit(".", 1)[0]
+        units.setdefault(unit, set()).update(target.rsplit(".", 1)[0] for target in targets)
+        units[unit].discard(unit)
+    finished, open_units, stack = set(), set(), []
+
+    def visit(unit):
+        if unit in finished:
+            return
+        if unit in open_units:
+            yield "include loop: " + " -> ".join(stack[stack.index(unit):] + [unit])
+            return
+        open_units.add(unit)
+        stack.append(unit)
+        for target in sorted(units.get(unit, ())):
+            yield from visit(target)
+        stack.pop()
+        open_units.discard(unit)
+        finished.add(unit)
+
+    for unit in sorted(units):
+        yield from visit(unit)
+
+
+def check_private_libraries(tree):
+    """The core runs without Qt, D-Bus, curl and libsecret; each library is known to the one folder that wraps it."""
+    for path in tree.sources:
+        for number, kind, included in tree.includes(path):
+            for pattern, places, name in PRIVATE_LIBRARIES:
+                if kind == "<" and pattern.fullmatch(included) and not path.startswith(places):
+                    yield f"{path}:{number}: {name} (<{included}>) may be used only in {places[0]}"
+
+
+def check_system_macros(tree):
+    """What differs between systems stands behind an interface, in platform/."""
+    for path, number, match in tree.matches(SYSTEM_MACRO, ("platform/",)):
+        yield f"{path}:{number}: a condition on {match.group(1)} may stand only in platform/"
+
+
+def check_shared(tree):
+    """The wiring of the shared instances is in one place."""
+    for path, number, _ in tree.matches(SHARED_DEFINITION, ("platform/SharedServices.cpp",)):
+        yield f"{path}:{number}: shared() may be defined only in platform/SharedServices.cpp"
+
+
+def check_changing_calls(tree):
+    """User files change on one path only."""
+    for path, number, match in tree.matches(CHANGING_CALL, CHANGING_PLACES):
+        yield (
+            f"{path}:{number}: {match.group(0)!r} removes, renames or cuts short a file; only core/safety, platform and "
+            "core/base/AtomicFile.cpp may"
+        )
+
+
+def check_build_lists(tree):
+    """A source file that no CMakeLists.txt names is never built, and a test in it never runs."""
+    lists = {
+        str(pathlib.PurePosixPath(path).parent): text
+        for path, text in tree.texts.items()
+        if pathlib.PurePosixPath(path).name == "CMakeLists.txt"
+    }
+    for path in tree.sources:
+        if not path.endswith(".cpp"):
+            continue
+        for parent in pathlib.PurePosixPath(path).parents:
+            if str(parent) in lists:
+                name = str(pathlib.PurePosixPath(path).relative_to(parent))
+                if not re.search(rf"(?<![\w/]){re.escape(name)}(?![\w/])", lists[str(parent)]):
+                    yield f"{path}: not named in {parent}/CMakeLists.txt"
+                break
+        else:
+            yield f"{path}: no CMakeLists.txt above it"
+
+
+def check_texts(tree):
+    """No paths of somebody's machine, no left-overs of a merge, headers guarded, no tabs in code."""
+    for path, text in tree.texts.items():
+        for number, line in enumerate(text.splitlines(), 1):
+            match = MACHINE_PATH.search(line)
+            if match and not path.startswith("tests/"):
+                yield f"{path}:{number}: {match.group(0)!r} is a path of one machine"
+            if CONFLICT.match(line):
+                yield f"{path}:{number}: left over from a merge"
+            if path in tree.sources and "\t" in line:
+                yield f"{path}:{number}: tab"
+        if path.endswith(".h") and path in tree.sources and not text.startswith("#pragma once\n"):
+            yield f"{path}:1: a header starts with #pragma once"
+
+
+CHECKS = [
+    check_floors,
+    check_include_paths,
+    check_loops,
+    check_private_libraries,
+    check_system_macros,
+    check_shared,
+    check_changing_calls,
+    check_build_lists,
+    check_texts,
+]
+
+
+def findings(tree):
+    for check in CHECKS:
+        yield from check(tree)
+
+
+def main():
+    top = subprocess.run(
+        ["git", "-C", pathlib.Path(__file__).parent, "rev-parse", "--show-toplevel"],
+        check=True, capture_output=True, text=True,
+    ).stdout.strip()
+    names = subprocess.run(
+        ["git", "-C", top, "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
+        check=True, capture_output=True, text=True,
+    ).stdout.split("\0")
+    tree = Tree(top, {name for name in names if name})
+    if not tree.sources:
+        sys.exit("lint_sources: found no source file")
+    found = list(findings(tree))
+    for line in found:
+        print(line)
+    print(f"lint_sources: {len(tree.sources)} source files, {len(found)} findings")
+    sys.exit(1 if found else 0)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,108 @@
+#!/usr/bin/env python3
+"""Every rule of lint_sources finds what it forbids, and leaves alone what it allows."""
+
+import pathlib
+import tempfile
+import unittest
+
+import lint_sources
+
+HEADER = "#pragma once\n"
+CMAKE = {
+    "core/CMakeLists.txt": "add_library(core base/A.cpp safety/B.cpp scanning/C.cpp)\n",
+    "platform/CMakeLists.txt": "add_library(platform linux/P.cpp SharedServices.cpp)\n",
+    "cli/CMakeLists.txt": "add_executable(cli main.cpp)\n",
+}
+
+# Name, files, and a piece of the one finding.
+VIOLATIONS = [
+    ("base includes an engine", {"core/base/A.h": '#include "core/safety/B.h"\n', "core/safety/B.h": ""}, "which is engines"),
+    ("an interface includes a record",
+     {"core/platform/I.h": '#include "core/scanning/FileItem.h"\n', "core/scanning/FileItem.h": ""}, "which is records"),
+    ("an engine includes a coordinator",
+     {"core/rules/R.h": '#include "core/rules/ScheduleCoordinator.h"\n', "core/rules/ScheduleCoordinator.h": ""},
+     "which is coordinators"),
+    ("the core includes the platform", {"core/safety/B.cpp": '#include "platform/P.h"\n', "platform/P.h": ""}, "which is platform"),
+    ("the window includes the terminal program", {"app/W.h": '#include "cli/T.h"\n', "cli/T.h": ""}, "which is cli"),
+    ("an include that is not from the top", {"core/base/A.h": '#include "B.h"\n'}, "is no file of this tree"),
+    ("two headers in a loop",
+     {"core/safety/B.h": '#include "core/scanning/C.h"\n', "core/scanning/C.h": '#include "core/safety/B.h"\n'}, "include loop"),
+    ("a loop through the files that implement two headers",
+     {"core/safety/B.h": "", "core/safety/B.cpp": '#include "core/scanning/C.h"\n',
+      "core/scanning/C.h": "", "core/scanning/C.cpp": '#include "core/safety/B.h"\n'}, "include loop"),
+    ("Qt in the core", {"core/base/A.h": "#include <QString>\n"}, "Qt"),
+    ("Qt in the terminal program", {"cli/main.cpp": "#include <QtCore/QFile>\n"}, "Qt"),
+    ("D-Bus in the core", {"core/base/A.h": "#include <sdbus-c++/sdbus-c++.h>\n"}, "D-Bus"),
+    ("curl in the core", {"core/base/A.h": "#include <curl/curl.h>\n"}, "curl"),
+    ("libsecret in the core", {"core/base/A.h": "#include <libsecret/secret.h>\n"}, "libsecret"),
+    ("CLI11 in the core", {"core/base/A.h": "#include <CLI/CLI.hpp>\n"}, "CLI11"),
+    ("a system's macro in the core", {"core/base/A.h": "#if defined(__linux__)\n#endif\n"}, "__linux__"),
+    ("a system's macro in an elif", {"cli/main.cpp": "#if 0\n# elif defined(__APPLE__)\n#endif\n"}, "__APPLE__"),
+    ("shared() elsewhere", {"core/safety/B.cpp": "B& B::shared() {\n"}, "shared() may be defined only"),
+    ("shared() in a header", {"core/safety/B.h": "static B& shared() { static B b; return b; }\n"}, "shared() may be defined only"),
+    *(
+        (f"{call} in the terminal program", {"cli/main.cpp": f"void f() {{ {call}; }}\n"}, "cuts short a file")
+        for call in (
+            "unlink(p)", "::unlinkat(AT_FDCWD, p, 0)", "::rmdir(p)", "std::rename(a, b)", "::renameat2(a, b, c, d, e)",
+            "std::remove(p.c_str())", "::remove(p)", "std::filesystem::remove_all(p)", "fs::rename(a, b)", "truncate(p, 0)",
+            "std::system(c)", "popen(c, m)", "QFile::remove(p)", "d.removeRecursively()",
+        )
+    ),
+    ("a removing call in the base", {"core/base/A.cpp": "void f() { ::unlink(p); }\n"}, "cuts short a file"),
+    ("a source file that is not built", {"core/base/Z.cpp": ""}, "not named in core/CMakeLists.txt"),
+    ("a source file whose name only ends like one that is built", {"core/other/base/A.cpp": ""}, "not named"),
+    ("a machine's path", {"core/base/A.h": "// see /wor" + "k/notes\n"}, "path of one machine"),
+    ("a machine's path in a page", {"docs/page.md": "cd /home/" + "bob/orvane\n"}, "path of one machine"),
+    ("a left-over of a merge", {"docs/page.md": "<<<<<<" + "< HEAD\n"}, "left over from a merge"),
+    ("a tab", {"core/base/A.h": "\tint a;\n"}, "tab"),
+    ("a header without a guard", {"core/base/A.h": None}, "#pragma once"),
+]
+
+ALLOWED = [
+    ("includes downwards and among engines",
+     {"core/safety/B.h": '#include "core/base/A.h"\n#include "core/scanning/C.h"\n', "core/base/A.h": "",
+      "core/scanning/C.h": "", "cli/main.cpp": '#include "platform/P.h"\n', "platform/P.h": '#include "core/safety/B.h"\n'}),
+    ("what only looks like a removing call",
+     {"cli/main.cpp": 'void f() { list.remove(a); map->rename(b); std::remove(b, e, v); '
+      'journal.unlink(c); X::remove(d); say("unlink(p)"); }  // unlink(p)\nvoid removeFolder(P p);\n'}),
+    ("removing calls where they belong",
+     {"core/safety/B.cpp": "void f() { ::unlink(p); }\n", "platform/linux/P.cpp": "void f() { ::renameat2(p); }\n"}),
+    ("shared() where it belongs", {"platform/SharedServices.cpp": "B& B::shared() {\n"}),
+    ("shared() declared and used", {"core/safety/B.h": "static B& shared();\n", "cli/main.cpp": "void f() { B::shared().run(); }\n"}),
+    ("a system's macro where it belongs", {"platform/linux/P.cpp": "#if defined(__linux__)\n#endif\n"}),
+]
+
+
+def findings_in(files):
+    with tempfile.TemporaryDirectory() as top:
+        names = set()
+        for name, text in {**CMAKE, **files}.items():
+            if text is None:
+                text = "int a;\n"
+            elif name.endswith(".h"):
+                text = HEADER + text
+            path = pathlib.Path(top) / name
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(text, encoding="utf-8")
+            names.add(name)
+        return list(lint_sources.findings(lint_sources.Tree(top, names)))
+
+
+class Lint(unittest.TestCase):
+    def test_finds(self):
+        for name, files, piece in VIOLATIONS:
+            # Files that a case adds beside the offending ones are built by their own lists.
+            lists = {"app/CMakeLists.txt": "", "tests/CMakeLists.txt": ""}
+            with self.subTest(name):
+                found = findings_in({**lists, **files})
+                self.assertTrue(any(piece in line for line in found), found)
+                self.assertEqual(len(found), 1, found)
+
+    def test_leaves_alone(self):
+        for name, files in ALLOWED:
+            with self.subTest(name):
+                self.assertEqual(findings_in(files), [])
+
+
+if __name__ == "__main__":
+    unittest.main()

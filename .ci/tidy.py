@@ -1,0 +1,74 @@
+#!/usr/bin/env python3
+"""Runs clang-tidy over the project's own files (tests left out), as many at a time as there are processors.
+
+Compile commands are those of the build folder given. A file that passed once is looked at again only when it, anything
+that it includes, its compile command, the checks or the tool change: what passed is kept in the user's cache folder.
+"""
+
+import concurrent.futures
+import hashlib
+import json
+import os
+import pathlib
+import shlex
+import subprocess
+import sys
+
+CHECKED = ("core/", "platform/", "cli/", "app/")
+
+
+def preprocessed(entry):
+    words = shlex.split(entry["command"])
+    if os.path.basename(words[0]) == "ccache":
+        words = words[1:]
+    at = words.index("-o")
+    words = [word for word in words[:at] + words[at + 2:] if word != "-c"]
+    result = subprocess.run([*words, "-E"], cwd=entry["directory"], capture_output=True, check=True)
+    return " ".join(words).encode() + result.stdout
+
+
+def check(entry, folder, common, cache):
+    """The report of a file that does not pass; nothing otherwise."""
+    try:
+        key = hashlib.sha256(common + preprocessed(entry)).hexdigest()
+    except subprocess.CalledProcessError as error:
+        return f"{entry['file']} cannot be preprocessed:\n{error.stderr.decode(errors='replace')}"
+    stamp = cache / key
+    if stamp.exists():
+        return None
+    result = subprocess.run(
+        ["clang-tidy", "-p", folder, "--quiet", entry["file"]], capture_output=True, text=True, errors="replace"
+    )
+    if result.returncode != 0:
+        return result.stdout + result.stderr
+    stamp.touch()
+    return None
+
+
+def main():
+    folder = sys.argv[1]
+    top = pathlib.Path(__file__).resolve().parent.parent
+    cache = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache") / "orvane-tidy"
+    cache.mkdir(parents=True, exist_ok=True)
+    common = (top / ".clang-tidy").read_bytes() + subprocess.run(
+        ["clang-tidy", "--version"], capture_output=True, check=True
+    ).stdout
+    entries = [
+        entry
+        for entry in json.loads((pathlib.Path(folder) / "compile_commands.json").read_text())
+        if os.path.relpath(entry["file"], top).startswith(CHECKED)
+    ]
+    if not entries:
+        sys.exit("tidy: no file to check")
+    failed = 0
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        for report in pool.map(lambda entry: check(entry, folder, common, cache), entries):
+            if report is not None:
+                failed += 1
+                print(report)
+    print(f"tidy: {len(entries)} files, {failed} with findings")
+    sys.exit(1 if failed else 0)
+
+
+if __name__ == "__main__":
+    main()
