@@ -1,5 +1,7 @@
 #include "core/base/Json.h"
 
+#include "core/base/PathText.h"
+
 #include <fmt/format.h>
 
 #include <cmath>
@@ -8,6 +10,9 @@
 
 namespace orvane {
 namespace {
+
+// Of the text that an error quotes: it is for people, and the text may be megabytes of anything.
+constexpr std::size_t quotedBytes = 200;
 
 // Refuses depth and duplicate keys while the text is being read, before they cost anything.
 class LimitChecker {
@@ -26,7 +31,12 @@ class LimitChecker {
     if (event == Event::object_end) m_keys.pop_back();
     if (event == Event::key) {
       const auto& key = parsed.get_ref<const std::string&>();
-      if (!m_keys.back().insert(key).second) throw JsonError(fmt::format("JSON key \"{}\" stands twice", key));
+      if (!m_keys.back().insert(key).second) {
+        throw JsonError(fmt::format("JSON key \"{}\" stands twice", shortenedToBytes(key, quotedBytes)));
+      }
+      if (m_keys.back().size() > m_limits.keysPerObject) {
+        throw JsonError(fmt::format("a JSON object has more than {} keys", m_limits.keysPerObject));
+      }
     }
     return true;
   }
@@ -53,7 +63,7 @@ Json parseJson(std::string_view text, const JsonLimits& limits) {
     // The library's text starts with its own identifier in brackets.
     std::string_view message = error.what();
     if (const auto end = message.find("] "); end != std::string_view::npos) message.remove_prefix(end + 2);
-    throw JsonError(fmt::format("not valid JSON: {}", message));
+    throw JsonError(fmt::format("not valid JSON: {}", shortenedToBytes(message, quotedBytes)));
   }
 }
 
