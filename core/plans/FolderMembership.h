@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/base/FileDescriptor.h"
+#include "core/base/FileUrl.h"
+
+#include <cstdint>
+#include <string>
+
+namespace orvane {
+
+// Tells which files lie directly in one folder. The folder of the file that was asked about last is remembered, so
+// that many files of one folder cost one look at it. For one thread.
+class FolderMembership {
+ public:
+  // Links in the path are resolved now. A folder that is not there, or an empty location, has no files.
+  explicit FolderMembership(const FileUrl& folder);
+
+  // Whether it is a regular file, no symbolic link, that can be looked at and whose folder is really this one.
+  [[nodiscard]] bool hasRegularFile(const FileUrl& file);
+
+ private:
+  [[nodiscard]] bool isThisFolder(const std::string& path) const;
+
+  std::string m_canonicalPath;
+  std::uint64_t m_device = 0;
+  std::uint64_t m_inode = 0;
+  FileDescriptor m_folder;    // open while the folder is there
+  std::string m_askedFolder;  // of the file before, as its path names it
+  bool m_askedFolderIsThis = false;
+};
+
+}  // namespace orvane
