@@ -21,6 +21,7 @@ std::shared_ptr<const HeldFolder> HeldFolders::hold(int descriptor) {
 }
 
 std::optional<DirectoryReader> FolderPlace::open() {
+  if (canonicalPath.empty()) return std::nullopt;
   if (!parent) return DirectoryReader::from(openFolderWithoutLinks(AT_FDCWD, canonicalPath));
   const auto holder = std::move(parent);
   return DirectoryReader::open(holder->descriptor(), lastComponent(canonicalPath).data(),

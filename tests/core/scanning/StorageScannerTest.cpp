@@ -257,7 +257,7 @@ TEST_F(StorageScannerTest, streamsABigTreeInOneOrderWithExactFigures) {
     entries += 2;  // the folder and the one inside
   }
   entries += 7;
-  for (int i = 0; i < 3000; ++i, ++entries) m_tree.sparseFile("home/0/many" + std::to_string(i), 1);
+  for (int i = 0; i < 2500; ++i, ++entries) m_tree.sparseFile("home/0/many" + std::to_string(i), 1);
   const auto result = scanHome();
   expectConsistent(result, entries);
   const auto again = scanHome();
@@ -265,7 +265,7 @@ TEST_F(StorageScannerTest, streamsABigTreeInOneOrderWithExactFigures) {
 }
 
 TEST_F(StorageScannerTest, endsWithCancelledWhenStopped) {
-  for (int i = 0; i < 3000; ++i) m_tree.file("home/" + std::to_string(i % 50) + "/" + std::to_string(i));
+  for (int i = 0; i < 1500; ++i) m_tree.file("home/" + std::to_string(i % 50) + "/" + std::to_string(i));
   auto stream = start({m_tree.url("home")});
   const auto first = stream.nextBatch();
   ASSERT_FALSE(first.empty());
@@ -275,7 +275,7 @@ TEST_F(StorageScannerTest, endsWithCancelledWhenStopped) {
 }
 
 TEST_F(StorageScannerTest, canBeCancelledByAnotherThreadWhileItIsRead) {
-  for (int i = 0; i < 2000; ++i) m_tree.file("home/" + std::to_string(i % 50) + "/" + std::to_string(i));
+  for (int i = 0; i < 1000; ++i) m_tree.file("home/" + std::to_string(i % 50) + "/" + std::to_string(i));
   for (int round = 0; round < 20; ++round) {
     auto stream = start({m_tree.url("home")});
     const std::jthread canceller([&] { stream.cancel(); });
@@ -286,7 +286,7 @@ TEST_F(StorageScannerTest, canBeCancelledByAnotherThreadWhileItIsRead) {
 }
 
 TEST_F(StorageScannerTest, stopsWhenTheStreamIsDropped) {
-  for (int i = 0; i < 2000; ++i) m_tree.file("home/" + std::to_string(i % 50) + "/" + std::to_string(i));
+  for (int i = 0; i < 1000; ++i) m_tree.file("home/" + std::to_string(i % 50) + "/" + std::to_string(i));
   for (int round = 0; round < 20; ++round) {
     auto stream = start({m_tree.url("home")});
     if (round % 2 == 0) {
