@@ -3,6 +3,8 @@
 #include "core/base/CheckedArithmetic.h"
 #include "core/organizer/CategoryClassifier.h"
 #include "core/safety/PathValidator.h"
+#include "core/scanning/FolderScan.h"
+#include "core/scanning/RiskEvaluator.h"
 
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "core/scanning/RiskEvaluator.h"
 
+#include "core/scanning/FolderRisk.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
