@@ -1,5 +1,6 @@
 #include "core/base/AtomicFile.h"
 
+#include "core/base/OpenFolder.h"
 #include "core/base/PathText.h"
 #include "core/base/Uuid.h"
 
@@ -59,9 +60,11 @@ namespace {
 
 bool isFolder(const std::string& path) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) return false;
-  if (!S_ISDIR(status.st_mode)) throwErrno(ENOTDIR);
-  return true;
+  if (::stat(path.c_str(), &status) == 0) {
+    if (!S_ISDIR(status.st_mode)) throwErrno(ENOTDIR);
+    return true;
+  }
+  return errno == ENAMETOOLONG && openFolderWithoutLinks(AT_FDCWD, path);
 }
 
 template <typename AfterEach>

@@ -2,6 +2,7 @@
 
 #include "core/base/FileDescriptor.h"
 #include "core/base/PathText.h"
+#include "core/base/SearchFlags.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -73,7 +74,7 @@ class Resolver {
     m_resolved += '/';
     m_resolved += component;
     if (m_folder) {
-      m_folder = FileDescriptor(::openat(m_folder.get(), component.c_str(), searchFlags));
+      m_folder = FileDescriptor(::openat(m_folder.get(), component.c_str(), folderSearchFlags));
     }
   }
 
@@ -88,22 +89,20 @@ class Resolver {
 
   // Opens the folder that has been resolved so far; without one nothing below it can be a link.
   void reopen() {
-    m_folder = FileDescriptor(::open("/", searchFlags));
+    m_folder = FileDescriptor(::open("/", folderSearchFlags));
     std::size_t start = 1;
     while (m_folder && start < m_resolved.size()) {
       auto end = m_resolved.find('/', start);
       if (end == std::string::npos) end = m_resolved.size();
       const std::string component = m_resolved.substr(start, end - start);
-      m_folder = FileDescriptor(::openat(m_folder.get(), component.c_str(), searchFlags));
+      m_folder = FileDescriptor(::openat(m_folder.get(), component.c_str(), folderSearchFlags));
       start = end + 1;
     }
   }
 
-  static constexpr int searchFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
-
   std::vector<std::string> m_pending;
   std::string m_resolved;
-  FileDescriptor m_folder{::open("/", searchFlags)};
+  FileDescriptor m_folder{::open("/", folderSearchFlags)};
   int m_followed = 0;
 };
 

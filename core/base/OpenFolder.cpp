@@ -1,6 +1,7 @@
 #include "core/base/OpenFolder.h"
 
 #include "core/base/PathText.h"
+#include "core/base/SearchFlags.h"
 
 #include <fcntl.h>
 
@@ -12,14 +13,18 @@ constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_
 }
 
 FileDescriptor openFolderWithoutLinks(int base, std::string_view relative) noexcept {
-  FileDescriptor folder(relative.starts_with('/') ? ::open("/", folderFlags) : ::openat(base, ".", folderFlags));
-  std::size_t start = 0;
+  while (relative.size() > 1 && relative.ends_with('/')) relative.remove_suffix(1);
+  // Folders on the way need not be listable.
+  const auto flags = [&](std::size_t end) { return end < relative.size() ? folderSearchFlags : folderFlags; };
+  const bool isAbsolute = relative.starts_with('/');
+  std::size_t start = isAbsolute ? 1 : 0;
+  FileDescriptor folder(isAbsolute ? ::open("/", flags(1)) : ::openat(base, ".", flags(0)));
   while (folder && start < relative.size()) {
     auto end = relative.find('/', start);
     if (end == std::string_view::npos) end = relative.size();
     if (end > start) {
       const std::string component(relative.substr(start, end - start));
-      folder = FileDescriptor(::openat(folder.get(), component.c_str(), folderFlags));
+      folder = FileDescriptor(::openat(folder.get(), component.c_str(), flags(end)));
     }
     start = end + 1;
   }

@@ -3,19 +3,31 @@
 #include "core/base/FatalError.h"
 #include "core/base/HexDigit.h"
 
+#include <pthread.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 
 namespace orvane {
 namespace {
+
+// How often this process came out of a fork: asking for the process's number instead would cost a system call each
+// time.
+std::atomic<unsigned> forkCount = 0;
+
+unsigned currentForkCount() {
+  static const int registered = ::pthread_atfork(nullptr, nullptr, [] { ++forkCount; });
+  if (registered != 0) fatalError("forks cannot be noticed");
+  return forkCount.load(std::memory_order_relaxed);
+}
 
 // Random bytes drawn from the system in blocks: a scan makes an identifier per file, and a system call each would
 // cost as much as reading the file's status.
 class RandomPool {
  public:
   void take(std::array<std::uint8_t, 16>& out) {
-    if (m_used == m_bytes.size() || m_owner != ::getpid()) refill();
+    if (m_used == m_bytes.size() || m_forkCount != currentForkCount()) refill();
     std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_used), out.size(), out.begin());
     m_used += out.size();
   }
@@ -24,12 +36,12 @@ class RandomPool {
   void refill() {
     if (::getentropy(m_bytes.data(), m_bytes.size()) != 0) fatalError("the system gives no random bytes");
     m_used = 0;
-    m_owner = ::getpid();
+    m_forkCount = currentForkCount();
   }
 
   std::array<std::uint8_t, 256> m_bytes{};
   std::size_t m_used = 256;
-  pid_t m_owner = 0;
+  unsigned m_forkCount = 0;
 };
 
 constexpr bool isHyphenPosition(std::size_t index) {

@@ -53,16 +53,26 @@ MoveIntent intentFromJson(const Json& json) {
 }  // namespace
 
 RunLog::RunLog(const std::string& folder, const Uuid& runId) : m_path(joinPath(folder, fileName(runId))) {
-  // It gets its name once it is locked: nobody ever sees it unlocked while this process lives.
-  const std::string unlockedPath = m_path + ".new";
-  FileDescriptor file(::open(unlockedPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600));
-  if (!file) throwErrno();
-  m_lock = FileLock::tryAcquire(file);
-  if (!m_lock) throwErrno(EWOULDBLOCK);
-  const int error = ::link(unlockedPath.c_str(), m_path.c_str()) == 0 ? 0 : errno;
-  ::unlink(unlockedPath.c_str());
-  if (error != 0) throwErrno(error);
+  constexpr int mostAttempts = 16;
+  for (int attempt = 1; !m_lock; ++attempt) {
+    const int error = tryToMake();
+    // Another process that starts just now may take a log that is not locked yet for one that was abandoned.
+    const bool takenAway = error == ENOENT || error == EWOULDBLOCK;
+    if (error != 0 && (!takenAway || attempt == mostAttempts)) throwErrno(error);
+  }
   syncFolder(folder);
+}
+
+// Zero, or the error. The log gets its name once it is locked: nobody ever sees it unlocked while this process lives.
+int RunLog::tryToMake() {
+  const std::string unlockedPath = m_path + "." + Uuid::random().toString() + std::string(unlockedSuffix);
+  FileDescriptor file(::open(unlockedPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC, 0600));
+  if (!file) return errno;
+  auto lock = FileLock::tryAcquire(file);
+  const int error = lock && ::link(unlockedPath.c_str(), m_path.c_str()) == 0 ? 0 : errno;
+  ::unlink(unlockedPath.c_str());
+  if (error == 0) m_lock = std::move(lock);
+  return error;
 }
 
 RunLog::~RunLog() = default;

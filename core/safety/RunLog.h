@@ -50,8 +50,12 @@ class RunLog {
   // File name of the log of a run, and the run of such a name.
   [[nodiscard]] static std::string fileName(const Uuid& runId);
   [[nodiscard]] static std::optional<Uuid> runOf(std::string_view fileName);
+  // Ends the name of a log that is not locked yet.
+  static constexpr std::string_view unlockedSuffix = ".log.new";
 
  private:
+  int tryToMake();
+
   std::string m_path;
   std::optional<FileLock> m_lock;
   std::string m_unwritten;

@@ -27,7 +27,6 @@ namespace orvane {
 namespace {
 
 constexpr std::int64_t smallestCheckpoint = 64 * 1024;
-constexpr std::string_view newLogSuffix = ".log.new";
 
 std::string preparedFolder(const FileUrl& storageDirectory) {
   try {
@@ -67,7 +66,7 @@ void UndoJournal::settleDeadRuns() {
     const auto entry = reader->next();
     if (!entry) break;
     if (RunLog::runOf(entry->name)) logs.emplace_back(entry->name);
-    if (entry->name.ends_with(newLogSuffix)) {
+    if (entry->name.ends_with(RunLog::unlockedSuffix)) {
       // Made by a process that died before its log had a name: nothing had been written to it. One that lives holds it.
       FileDescriptor file(::openat(reader->descriptor(), entry->nameBytes(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
       if (file && FileLock::tryAcquire(file)) ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);
@@ -167,12 +166,11 @@ RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progres
   const std::lock_guard restoring(m_restoreMutex);
   const auto entries = getEntries(runId);
   if (entries.empty()) throw UndoError(UndoError::RunNotFound{runId});
-  const bool wasRestored = [&] {
-    const auto runs = getRuns();
-    return std::any_of(runs.begin(), runs.end(),
-                       [&](const CleanupRunSummary& run) { return run.runId == runId && run.isRestored; });
-  }();
-  RunRestore restore(m_trash, m_mover, m_validator, wasRestored);
+  const auto runs = getRuns();
+  const bool wasRestored = std::any_of(
+      runs.begin(), runs.end(), [&](const CleanupRunSummary& run) { return run.runId == runId && run.isRestored; });
+  RunRestore restore(m_trash, m_mover, m_validator, entries,
+                     wasRestored ? RunRestore::Before::restored : RunRestore::Before::notRestored);
   std::unique_ptr<RunLog> log;
   try {
     // Not the run's own identifier: another process may be restoring the same run.

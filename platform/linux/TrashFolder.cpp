@@ -4,6 +4,7 @@
 #include "core/base/FileUrl.h"
 #include "core/base/PathText.h"
 #include "core/base/Uuid.h"
+#include "core/platform/SyncError.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -20,6 +21,7 @@ namespace {
 constexpr std::string_view recordSuffix = ".trashinfo";
 constexpr std::size_t longestName = 255 - recordSuffix.size();
 constexpr std::int64_t mostNumberedTries = 16;
+constexpr std::uint64_t mostSingleSyncs = 8;
 constexpr const char* sizesName = "directorysizes";
 
 std::shared_ptr<const FileDescriptor> subfolder(int trash, const char* name) {
@@ -110,6 +112,25 @@ std::string TrashFolder::reserveName(std::string_view wanted) {
 void TrashFolder::release(const std::string& name) noexcept {
   const std::lock_guard lock(m_mutex);
   m_reserved.erase(name);
+}
+
+std::uint64_t TrashFolder::noteRecordWritten() {
+  const std::lock_guard lock(m_mutex);
+  ++m_unsynced;
+  return ++m_lastTicket;
+}
+
+void TrashFolder::makeRecordDurable(std::uint64_t ticket, int record) {
+  const std::lock_guard lock(m_mutex);
+  if (ticket <= m_durableTicket) return;
+  if (m_unsynced > mostSingleSyncs) {
+    if (::syncfs(m_info->get()) != 0) throw SyncError(errorText(errno));
+    m_durableTicket = m_lastTicket;
+    m_unsynced = 0;
+    return;
+  }
+  if (::fsync(record) != 0) throw SyncError(errorText(errno));
+  --m_unsynced;
 }
 
 std::string TrashFolder::recordName(std::string_view itemName) {

@@ -38,6 +38,12 @@ class TrashFolder {
   // Adds a folder's size on the disk to "directorysizes". A cache for desktops: failures are ignored.
   void noteFolderSize(const std::string& name) const noexcept;
   void forgetFolderSize(const std::string& name) const noexcept;
+  // A record that was written but may not be on the disk yet, and the wait until it is. Many records at once are made
+  // durable by one syncfs(2), which costs a fraction of an fsync(2) each and also waits for what others wrote to the
+  // volume. Throws SyncError.
+  [[nodiscard]] std::uint64_t noteRecordWritten();
+  void makeRecordDurable(std::uint64_t ticket, int record);
+
   // Removes the record of an item that is not there (any more).
   void removeRecord(const std::string& name) const noexcept;
 
@@ -56,6 +62,9 @@ class TrashFolder {
   std::unordered_set<std::string> m_reserved;
   // Last number given to a name: a run may trash ten thousand items of one name.
   std::unordered_map<std::string, std::int64_t> m_numbers;
+  std::uint64_t m_lastTicket = 0;
+  std::uint64_t m_durableTicket = 0;  // this one and all before it are on the disk
+  std::uint64_t m_unsynced = 0;
 };
 
 }  // namespace orvane

@@ -2,7 +2,6 @@
 
 #include "core/base/PathText.h"
 #include "core/base/Uuid.h"
-#include "core/platform/SyncError.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/TrashFolder.h"
 #include "platform/linux/TrashInfo.h"
@@ -39,12 +38,11 @@ class MoveIntoTrash : public PendingMove {
       if (!m_record) throwErrno();
     }
     writeAll(m_record.get(), trashInfoText(m_folder->recordedPath(m_source.path()), ReferenceClock::now()));
-    // Starts the writing, so that one commit of the file system takes the records of the whole group.
-    static_cast<void>(::sync_file_range(m_record.get(), 0, 0, SYNC_FILE_RANGE_WRITE));
+    m_ticket = m_folder->noteRecordWritten();
   }
 
   void finishPreparing(FolderSyncSet& folders) override {
-    if (::fsync(m_record.get()) != 0) throw SyncError(errorText(errno));
+    m_folder->makeRecordDurable(m_ticket, m_record.get());
     while (!giveRecordItsName()) {
       const std::string taken = m_name;
       takeName(m_folder->reserveName(m_item.name));
@@ -100,6 +98,7 @@ class MoveIntoTrash : public PendingMove {
   std::shared_ptr<TrashFolder> m_folder;
   std::string m_name;
   FileDescriptor m_record;
+  std::uint64_t m_ticket = 0;
   std::string m_temporaryName;
   bool m_hasRecord = false;
 };

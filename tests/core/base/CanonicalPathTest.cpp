@@ -1,0 +1,124 @@
+#include "core/base/CanonicalPath.h"
+
+#include "core/base/FileDescriptor.h"
+#include "core/base/OpenFolder.h"
+#include "core/base/PathText.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orvane {
+namespace {
+
+using test::TemporaryTree;
+
+struct LinkCase {
+  const char* name;
+  const char* path;
+  const char* resolved;
+};
+
+class CanonicalPath : public testing::TestWithParam<LinkCase> {
+ protected:
+  CanonicalPath() {
+    m_tree.file("real/inner/file");
+    m_tree.link("toReal", m_tree.path("real"));
+    m_tree.link("relative", "real/inner");
+    m_tree.link("real/up", "..");
+    m_tree.link("chain", "toReal");
+    m_tree.link("dangling", "nowhere/deeper");
+    m_tree.link("loopA", "loopB");
+    m_tree.link("loopB", "loopA");
+    m_tree.link("self", "self/x");
+  }
+  TemporaryTree m_tree;
+};
+
+TEST_P(CanonicalPath, resolvesEveryLink) {
+  EXPECT_EQ(canonicalPath(m_tree.path(GetParam().path)), m_tree.path(GetParam().resolved));
+}
+INSTANTIATE_TEST_SUITE_P(Links, CanonicalPath,
+                         testing::Values(LinkCase{"plain", "real/inner/file", "real/inner/file"},
+                                         LinkCase{"doubledSlashesAndDots", "real//./inner/../inner/", "real/inner"},
+                                         LinkCase{"folderLink", "toReal/inner/file", "real/inner/file"},
+                                         LinkCase{"linkItself", "relative", "real/inner"},
+                                         LinkCase{"chain", "chain/inner", "real/inner"},
+                                         LinkCase{"dotsAfterALinkLeaveItsTarget", "relative/../inner", "real/inner"},
+                                         LinkCase{"linkUpwards", "real/up/toReal", "real"},
+                                         LinkCase{"missingBelowALink", "toReal/none/deeper", "real/none/deeper"},
+                                         LinkCase{"dangling", "dangling", "nowhere/deeper"},
+                                         LinkCase{"belowDangling", "dangling/x", "nowhere/deeper/x"},
+                                         LinkCase{"belowAFile", "toReal/inner/file/x", "real/inner/file/x"}),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST_F(CanonicalPath, aLoopOfLinksStaysWhereItIs) {
+  for (const char* loop : {"loopA", "loopA/x", "self"}) {
+    EXPECT_TRUE(isSameOrInside(canonicalPath(m_tree.path(loop)), m_tree.path())) << loop;
+  }
+}
+
+TEST_F(CanonicalPath, aPlaceKeepsTheLinkAtItsEnd) {
+  EXPECT_EQ(canonicalPlace(m_tree.path("toReal/up")), m_tree.path("real/up"));
+  EXPECT_EQ(canonicalPlace(m_tree.path("dangling")), m_tree.path("dangling"));
+  EXPECT_EQ(canonicalPlace(m_tree.path("toReal/.")), m_tree.path("real"));
+}
+
+// Makes `count` nested folders with long names and returns their path, which no single call accepts.
+std::string makeDeepFolder(const TemporaryTree& tree, int count) {
+  std::string path = tree.path();
+  FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const std::string name(200, 'd');
+  for (int i = 0; i < count; ++i) {
+    EXPECT_EQ(::mkdirat(folder.get(), name.c_str(), 0755), 0);
+    folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    path = joinPath(path, name);
+  }
+  EXPECT_EQ(::symlinkat(tree.path().c_str(), folder.get(), "top"), 0);
+  return path;
+}
+
+TEST(CanonicalPathOfGreatLength, resolvesLinksAtTheEnd) {
+  const TemporaryTree tree;
+  const auto deep = makeDeepFolder(tree, 30);
+  ASSERT_GT(deep.size(), 4096U);
+  EXPECT_EQ(canonicalPath(deep), deep);
+  EXPECT_EQ(canonicalPath(joinPath(deep, "top/x")), tree.path("x"));
+  EXPECT_EQ(canonicalPlace(joinPath(deep, "top")), joinPath(deep, "top"));
+  EXPECT_EQ(readPathStatus(joinPath(deep, "top"))->type, FileType::symbolicLink);
+}
+
+// Runs `check` as a user without rights over other people's folders; true when it answers true.
+template <typename Check>
+bool withoutPrivileges(Check check) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (::getuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(2);
+    ::_exit(check() ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST(CanonicalPathWithoutRights, goesThroughFoldersThatMayOnlyBeEntered) {
+  const TemporaryTree tree;
+  tree.folder("closed/open");
+  tree.link("closed/link", tree.path("elsewhere"));
+  ASSERT_EQ(::chmod(tree.path().c_str(), 0755), 0);
+  ASSERT_EQ(::chmod(tree.path("closed").c_str(), 0111), 0);
+  EXPECT_TRUE(withoutPrivileges([&] { return canonicalPath(tree.path("closed/link/x")) == tree.path("elsewhere/x"); }));
+  EXPECT_TRUE(
+      withoutPrivileges([&] { return static_cast<bool>(openFolderWithoutLinks(AT_FDCWD, tree.path("closed/open"))); }));
+  ASSERT_EQ(::chmod(tree.path("closed").c_str(), 0755), 0);
+}
+
+}  // namespace
+}  // namespace orvane

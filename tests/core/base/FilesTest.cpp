@@ -1,0 +1,74 @@
+#include "core/base/AtomicFile.h"
+#include "core/base/FileLock.h"
+#include "core/base/OpenFolder.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace orvane {
+namespace {
+
+using test::contentOf;
+using test::exists;
+
+TEST(AtomicFile, keepsTheOldContentUntilTheNewOneIsWhole) {
+  const test::TemporaryTree tree;
+  const auto path = tree.file("state.json", "old");
+  {
+    AtomicFile file(path);
+    file.write("half of the new");
+    EXPECT_EQ(contentOf(path), "old");
+  }
+  EXPECT_EQ(contentOf(path), "old");
+  AtomicFile::replace(path, "new");
+  EXPECT_EQ(contentOf(path), "new");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.path()), {}), 1);
+}
+
+TEST(ReadFile, neverWaitsOnWhatIsNoFile) {
+  const test::TemporaryTree tree;
+  const auto pipe = tree.path("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_THROW((void)readFile(pipe), std::system_error);
+  EXPECT_THROW((void)readFile(tree.path()), std::system_error);
+  EXPECT_THROW((void)readFile(tree.file("long", "12345"), 4), std::system_error);
+}
+
+TEST(FileLock, isHeldByOneAtATime) {
+  const test::TemporaryTree tree;
+  const auto path = tree.path("lock");
+  FileDescriptor second;
+  {
+    const auto held = FileLock::acquire(path);
+    second.reset(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+    EXPECT_FALSE(FileLock::tryAcquire(second));
+    EXPECT_TRUE(second);
+  }
+  EXPECT_TRUE(FileLock::tryAcquire(second));
+}
+
+TEST(CreateFolders, saysWhatStandsInTheWay) {
+  const test::TemporaryTree tree;
+  createFoldersDurably(tree.path("a/b/c"));
+  EXPECT_TRUE(exists(tree.path("a/b/c")));
+  tree.file("file");
+  EXPECT_THROW(createFolders(tree.path("file/below")), std::system_error);
+}
+
+TEST(OpenFolder, followsNoLinkAnywhere) {
+  const test::TemporaryTree tree;
+  tree.folder("real/inner");
+  tree.link("linked", "real");
+  EXPECT_TRUE(openFolderWithoutLinks(AT_FDCWD, tree.path("real/inner")));
+  EXPECT_FALSE(openFolderWithoutLinks(AT_FDCWD, tree.path("linked/inner")));
+  EXPECT_FALSE(openFolderWithoutLinks(AT_FDCWD, tree.path("linked")));
+}
+
+}  // namespace
+}  // namespace orvane

@@ -1,0 +1,143 @@
+#include "core/base/ByteCount.h"
+#include "core/base/Calendar.h"
+#include "core/base/FreeName.h"
+#include "core/base/UnicodeText.h"
+#include "core/base/Uuid.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <ctime>
+#include <set>
+
+namespace orvane {
+namespace {
+
+struct ByteCase {
+  std::int64_t bytes;
+  const char* text;
+};
+class ByteCount : public testing::TestWithParam<ByteCase> {};
+
+TEST_P(ByteCount, readsAsPeopleExpect) {
+  EXPECT_EQ(formatByteCount(GetParam().bytes), GetParam().text);
+}
+INSTANTIATE_TEST_SUITE_P(Sizes, ByteCount,
+                         testing::Values(ByteCase{0, "Zero KB"}, ByteCase{1, "1 byte"}, ByteCase{999, "999 bytes"},
+                                         ByteCase{1000, "1 KB"}, ByteCase{1499, "1 KB"}, ByteCase{999'499, "999 KB"},
+                                         ByteCase{999'999, "1 MB"}, ByteCase{1'540'000, "1.5 MB"},
+                                         ByteCase{999'960'000, "1 GB"}, ByteCase{12'345'000'000, "12.34 GB"},
+                                         ByteCase{INT64_MAX, "9.22 EB"}, ByteCase{-2000, "-2 KB"}));
+
+TEST(UnicodeText, lowerCasesBeyondAscii) {
+  EXPECT_EQ(lowercased("ÄÉÎ STRASSE Ω"), "äéî strasse ω");
+  EXPECT_EQ(lowercased("IMG.JPG"), "img.jpg");
+}
+
+TEST(UnicodeText, searchesIgnoringCaseAndComposition) {
+  EXPECT_TRUE(containsIgnoringCase("Mon RÉSUMÉ.pdf", "re\xcc\x81sume\xcc\x81"));
+  EXPECT_TRUE(containsIgnoringCase("STRASSE", "straße"));
+  EXPECT_FALSE(containsIgnoringCase("resume", "résumé"));
+  EXPECT_TRUE(containsIgnoringCase("anything", ""));
+}
+
+TEST(UnicodeText, countsPerceivedCharacters) {
+  EXPECT_EQ(perceivedCharacterCount("abc"), 3);
+  EXPECT_EQ(perceivedCharacterCount("e\xcc\x81"), 1);
+  EXPECT_EQ(perceivedCharacterCount("👨‍👩‍👧‍👦🇩🇪"), 2);
+}
+
+TEST(UnicodeText, trimsEveryKindOfWhiteSpace) {
+  EXPECT_EQ(trimmed(" \t\r\n\u00a0\u3000a b\u2003\n"), "a b");
+  EXPECT_EQ(trimmed("\n \n"), "");
+}
+
+TEST(UnicodeText, splitsAtWhatIsNeitherLetterNorDigit) {
+  EXPECT_THAT(letterDigitRuns("delete .DMG files, older_than 30days – größe"),
+              testing::ElementsAre("delete", "DMG", "files", "older", "than", "30days", "größe"));
+  EXPECT_EQ(spacedCamelCase("MyPhotosÄnd iOSApp"), "My Photos Änd i OSApp");
+}
+
+struct EscapeCase {
+  const char* name;
+  const char* text;
+};
+class EscapedForDisplay : public testing::TestWithParam<EscapeCase> {};
+
+TEST_P(EscapedForDisplay, movesNothingOnTheTerminal) {
+  EXPECT_EQ(escapedForDisplay(GetParam().name), GetParam().text);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Names, EscapedForDisplay,
+    testing::Values(EscapeCase{"plain ü 日本", "plain ü 日本"}, EscapeCase{"line\nbreak\ttab", "line\\nbreak\\ttab"},
+                    EscapeCase{"\x1b[2J", "\\x1b[2J"}, EscapeCase{"\u202egpj.exe", "\\u202egpj.exe"},
+                    EscapeCase{"\xff\xc3", "\\xff\\xc3"}, EscapeCase{"\u0085\u2028", "\\u0085\\u2028"},
+                    EscapeCase{"👩\u200d💻", "👩\u200d💻"}));
+
+TEST(UnicodeText, knowsHowWideATextStands) {
+  EXPECT_EQ(displayWidth("abc"), 3);
+  EXPECT_EQ(displayWidth("日本"), 4);
+  EXPECT_EQ(displayWidth("e\xcc\x81"), 1);
+}
+
+class Zone : public testing::Test {
+ protected:
+  Zone() { ::tzset(); }
+  // New York: clocks went forward on 2026-03-08 and go back on 2026-11-01.
+  test::ScopedEnvironment m_zone{"TZ", "America/New_York"};
+};
+
+TEST_F(Zone, daysFollowTheCalendarAcrossDaylightSaving) {
+  const auto noonBefore = dateFromUnix(1772902800);  // 2026-03-07 12:00 local
+  const auto noonAfter = dateFromUnix(1772985600);   // 2026-03-08 12:00 local, 23 hours later
+  EXPECT_EQ(wholeDaysBetween(noonBefore, noonAfter), 1);
+  EXPECT_EQ(wholeDaysBetween(noonBefore, noonAfter - std::chrono::seconds(1)), 0);
+  EXPECT_EQ(wholeDaysBetween(noonAfter, noonBefore), -1);
+  EXPECT_EQ(localTimestamp(noonAfter), "2026-03-08T12:00:00");
+  EXPECT_EQ(formatDate(noonAfter, "yyyy-MM"), "2026-03");
+}
+
+TEST(Uuid, readsAndWritesItsTextForm) {
+  const auto text = "0A1B2C3D-4E5F-4789-8ABC-DEF012345678";
+  EXPECT_EQ(Uuid::parse(text)->toString(), text);
+  EXPECT_EQ(Uuid::parse("0a1b2c3d-4e5f-4789-8abc-def012345678")->toString(), text);
+  for (const char* bad :
+       {"", "0A1B2C3D", "0A1B2C3D-4E5F-4789-8ABC-DEF01234567G", "0A1B2C3D-4E5F-4789-8ABCDEF01234567-8"}) {
+    EXPECT_FALSE(Uuid::parse(bad)) << bad;
+  }
+}
+
+TEST(Uuid, staysUniqueAcrossForks) {
+  const auto before = Uuid::random();
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const auto text = Uuid::random().toString();
+    ::_exit(::write(ends[1], text.data(), text.size()) == 36 ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  char text[36];
+  ASSERT_EQ(::read(ends[0], text, sizeof text), 36);
+  const auto mine = Uuid::random();
+  EXPECT_NE(Uuid::parse({text, sizeof text}), mine);
+  EXPECT_NE(before, mine);
+}
+
+TEST(FreeName, keepsWithinTheLongestName) {
+  EXPECT_EQ(numberedName("x.tar.gz", 3, NumberingStyle::plain), "x.tar (3).gz");
+  EXPECT_EQ(numberedName("Makefile", 1, NumberingStyle::restored), "Makefile (restored 1)");
+  std::string longName;
+  while (longName.size() < 250) longName += "ü";
+  const auto numbered = numberedName(longName + ".txt", 12, NumberingStyle::restored);
+  EXPECT_LE(numbered.size(), 255U);
+  EXPECT_TRUE(isValidUtf8(numbered));
+  EXPECT_TRUE(numbered.ends_with(" (restored 12).txt"));
+}
+
+}  // namespace
+}  // namespace orvane

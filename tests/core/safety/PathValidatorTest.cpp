@@ -1,0 +1,156 @@
+#include "core/safety/PathValidator.h"
+
+#include "core/base/PathText.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace orvane {
+namespace {
+
+using test::TemporaryTree;
+
+enum class Verdict : std::uint8_t { admitted, empty, traversal, isProtected, escapes };
+
+Verdict verdictOf(const std::optional<SecurityError>& error) {
+  if (!error) return Verdict::admitted;
+  if (std::holds_alternative<SecurityError::EmptyPath>(error->which())) return Verdict::empty;
+  if (std::holds_alternative<SecurityError::PathTraversalAttempt>(error->which())) return Verdict::traversal;
+  if (std::holds_alternative<SecurityError::ProtectedPath>(error->which())) return Verdict::isProtected;
+  return Verdict::escapes;
+}
+
+class PathValidatorTest : public testing::Test {
+ protected:
+  PathValidatorTest() {
+    m_tree.folder("home/Downloads");
+    m_tree.file("home/.ssh/id_rsa");
+    m_tree.file("home/Code/project/.git/config");
+    m_tree.file("other/secret");
+  }
+
+  // "~" stands for the home folder and "^" for the tree's top.
+  [[nodiscard]] std::string expanded(std::string path) const {
+    if (path.starts_with('~')) return m_home + path.substr(1);
+    if (path.starts_with('^')) return m_tree.path() + path.substr(1);
+    return path;
+  }
+  [[nodiscard]] std::optional<SecurityError> check(const std::string& path, const AllowedRoots& roots) const {
+    try {
+      m_validator.validate(FileUrl(expanded(path)), roots);
+    } catch (const SecurityError& error) {
+      EXPECT_FALSE(m_validator.isPathAllowed(FileUrl(expanded(path)), roots));
+      return error;
+    }
+    EXPECT_TRUE(m_validator.isPathAllowed(FileUrl(expanded(path)), roots));
+    return std::nullopt;
+  }
+  [[nodiscard]] AllowedRoots homeRoot() const { return AllowedRoots({FileUrl(m_home)}); }
+
+  TemporaryTree m_tree;
+  std::string m_home = m_tree.path("home");
+  PathValidator m_validator{m_home};
+};
+
+struct FixedCase {
+  const char* path;
+  Verdict verdict;
+};
+class FixedRules : public PathValidatorTest, public testing::WithParamInterface<FixedCase> {};
+
+TEST_P(FixedRules, decideWithoutRoots) {
+  EXPECT_EQ(verdictOf(check(GetParam().path, AllowedRoots())), GetParam().verdict) << GetParam().path;
+}
+INSTANTIATE_TEST_SUITE_P(
+    Paths, FixedRules,
+    testing::Values(
+        FixedCase{"", Verdict::empty}, FixedCase{"/Users/u/../etc", Verdict::traversal},
+        FixedCase{"~/Downloads/./x", Verdict::traversal}, FixedCase{"~/Downloads/..", Verdict::traversal},
+        FixedCase{"~/Downloads/a..b", Verdict::traversal}, FixedCase{"../x", Verdict::traversal},
+        FixedCase{"./x", Verdict::traversal}, FixedCase{"~/Downloads/.", Verdict::admitted},
+        FixedCase{"/System", Verdict::isProtected}, FixedCase{"/Library/Caches/x", Verdict::isProtected},
+        FixedCase{"/Libraryx/y", Verdict::admitted}, FixedCase{"/etc/hosts", Verdict::isProtected},
+        FixedCase{"/opt/x", Verdict::isProtected}, FixedCase{"/Applications/Safari.app", Verdict::isProtected},
+        FixedCase{"/Applications/Other.app", Verdict::admitted}, FixedCase{"/private", Verdict::isProtected},
+        FixedCase{"/private/x", Verdict::isProtected}, FixedCase{"/var/lib/x", Verdict::isProtected},
+        FixedCase{"/variable", Verdict::admitted}, FixedCase{"/var/folders/ab/T/x", Verdict::isProtected},
+        FixedCase{"~", Verdict::isProtected}, FixedCase{"~/", Verdict::isProtected},
+        FixedCase{"~/Downloads", Verdict::admitted}, FixedCase{"~/.ssh/id_rsa", Verdict::isProtected},
+        FixedCase{"~/.ssh2", Verdict::admitted}, FixedCase{"~/.zshrc", Verdict::isProtected},
+        FixedCase{"~/.config/app", Verdict::isProtected}, FixedCase{"~/Library/Keychains", Verdict::isProtected},
+        FixedCase{"~/Library/Mail/V10/x", Verdict::isProtected}, FixedCase{"~/Library/Mailbox", Verdict::admitted},
+        FixedCase{"~/Pictures/Photos Library.photoslibrary/x", Verdict::isProtected},
+        FixedCase{"~/Code/project/.git/config", Verdict::isProtected}, FixedCase{"~/Code/.hg", Verdict::isProtected},
+        FixedCase{"~/Code/.gitignore", Verdict::admitted}, FixedCase{"^", Verdict::admitted},
+        FixedCase{"/", Verdict::admitted}));
+
+TEST_F(PathValidatorTest, admitsARootAndWhatIsInsideByWholeComponents) {
+  m_tree.folder("home/Documents2");
+  const AllowedRoots roots({m_tree.url("home/Documents"), m_tree.url("home/Downloads")});
+  EXPECT_EQ(verdictOf(check("~/Downloads", roots)), Verdict::admitted);
+  EXPECT_EQ(verdictOf(check("~/Documents/x/y", roots)), Verdict::admitted);
+  EXPECT_EQ(verdictOf(check("~/Documents2/x", roots)), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("^/other/secret", roots)), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("/", AllowedRoots({FileUrl("/")}))), Verdict::admitted);
+  EXPECT_EQ(verdictOf(check("~/Downloads", AllowedRoots({FileUrl("/")}))), Verdict::isProtected);
+}
+
+TEST_F(PathValidatorTest, admitsTemporaryFoldersOnlyInsideARoot) {
+  const AllowedRoots roots({FileUrl("/var/folders/ab/T")});
+  EXPECT_EQ(verdictOf(check("/var/folders/ab/T/x", roots)), Verdict::admitted);
+  EXPECT_EQ(verdictOf(check("/var/folders/ab/T", roots)), Verdict::admitted);
+  EXPECT_EQ(verdictOf(check("/var/folders/cd/x", roots)), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("/var/folders", AllowedRoots({FileUrl("/var/folders")}))), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("/var/log/x", AllowedRoots({FileUrl("/var/log")}))), Verdict::isProtected);
+}
+
+TEST_F(PathValidatorTest, judgesALinkByWhereItLeads) {
+  m_tree.link("home/Downloads/hosts", "/etc/hosts");
+  m_tree.link("home/Downloads/escape", m_tree.path("other/secret"));
+  m_tree.link("home/Downloads/outside", m_tree.path("other"));
+  m_tree.link("home/Downloads/inside", m_home + "/Code/project");
+  m_tree.link("home/Downloads/keys", m_home + "/.ssh");
+  m_tree.link("home/Downloads/gone", m_tree.path("other/nothing"));
+
+  EXPECT_EQ(check("~/Downloads/hosts", homeRoot()), SecurityError(SecurityError::ProtectedPath{"/etc/hosts"}));
+  const std::string escape = m_home + "/Downloads/escape";
+  const auto secret = m_tree.path("other/secret");
+  EXPECT_EQ(check(escape, homeRoot()), SecurityError(SecurityError::SymlinkEscapesAllowedBoundary{escape, secret}));
+  // The item itself is no link here; a folder on the way is.
+  EXPECT_EQ(check("~/Downloads/outside/secret", homeRoot()), SecurityError(SecurityError::ProtectedPath{secret}));
+  EXPECT_EQ(verdictOf(check("~/Downloads/inside", homeRoot())), Verdict::admitted);
+  EXPECT_EQ(verdictOf(check("~/Downloads/inside/.git", homeRoot())), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("~/Downloads/keys/id_rsa", homeRoot())), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("~/Downloads/gone", homeRoot())), Verdict::escapes);
+}
+
+TEST_F(PathValidatorTest, namesThePathInItsErrors) {
+  EXPECT_EQ(check("/Users/u/../etc", AllowedRoots()),
+            SecurityError(SecurityError::PathTraversalAttempt{"/Users/u/../etc"}));
+  m_tree.link("home/Downloads/here", m_home + "/.ssh");
+  EXPECT_EQ(check("~/Downloads/here", AllowedRoots()), SecurityError(SecurityError::ProtectedPath{m_home + "/.ssh"}));
+}
+
+TEST_F(PathValidatorTest, protectsAHomeFolderThatIsReachedThroughALink) {
+  m_tree.link("linkedHome", m_home);
+  const PathValidator validator(m_tree.path("linkedHome"));
+  EXPECT_FALSE(validator.isPathAllowed(FileUrl(m_home), AllowedRoots()));
+  EXPECT_FALSE(validator.isPathAllowed(m_tree.url("linkedHome/.ssh/id_rsa"), AllowedRoots()));
+  EXPECT_TRUE(validator.isPathAllowed(m_tree.url("linkedHome/Downloads"), AllowedRoots()));
+}
+
+TEST_F(PathValidatorTest, keepsTheBoundaryWhenARootsLinkIsChanged) {
+  m_tree.link("granted", m_home + "/Downloads");
+  const AllowedRoots roots({m_tree.url("granted")});
+  EXPECT_THAT(roots.canonicalPaths(), testing::ElementsAre(m_home + "/Downloads"));
+  std::remove(m_tree.path("granted").c_str());
+  m_tree.link("granted", m_tree.path("other"));
+  EXPECT_EQ(verdictOf(check("^/granted/secret", roots)), Verdict::isProtected);
+}
+
+}  // namespace
+}  // namespace orvane

@@ -1,0 +1,295 @@
+#include "core/safety/UndoJournal.h"
+
+#include "core/base/Json.h"
+#include "core/safety/RunLog.h"
+#include "tests/support/SafetyFixture.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <set>
+
+namespace orvane {
+namespace {
+
+using test::contentOf;
+using test::exists;
+
+class UndoJournalTest : public test::SafetyFixture {
+ protected:
+  static JournalEntry entryOf(const Uuid& runId, std::int64_t size) {
+    JournalEntry entry;
+    entry.runId = runId;
+    entry.originalURL = FileUrl("/home/u/\xff name");
+    entry.trashedURL = FileUrl("/home/u/.local/share/Trash/files/name");
+    entry.fileSize = size;
+    return entry;
+  }
+
+  [[nodiscard]] std::vector<std::string> filesInState() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(journalFolder())) {
+      names.push_back(entry.path().filename().string());
+    }
+    return names;
+  }
+};
+
+TEST_F(UndoJournalTest, listsRunsNewestFirstWithTheirSums) {
+  const Uuid older = Uuid::random();
+  const Uuid newer = Uuid::random();
+  journal->record(entryOf(older, 10));
+  journal->record(entryOf(newer, 1));
+  journal->record(entryOf(older, 5));
+  reopenJournal();
+  const auto runs = journal->getRuns();
+  ASSERT_EQ(runs.size(), 2U);
+  EXPECT_EQ(runs[0].runId, newer);
+  EXPECT_EQ(runs[1].itemCount, 2);
+  EXPECT_EQ(runs[1].totalBytes, 15);
+  EXPECT_EQ(journal->getEntries(older).size(), 2U);
+}
+
+TEST_F(UndoJournalTest, writesTheGivenForm) {
+  auto entry = entryOf(*Uuid::parse("0a1b2c3d-0000-4000-8000-00000000000f"), 42);
+  entry.id = *Uuid::parse("11111111-2222-4333-8444-555555555555");
+  entry.timestamp = dateFromReferenceSeconds(785000000.125);
+  journal->record(entry);
+  EXPECT_EQ(contentOf(journalPath()),
+            R"({"runs":[{"runId":"0A1B2C3D-0000-4000-8000-00000000000F","timestamp":785000000.125,"itemCount":1,)"
+            R"("totalBytes":42,"isRestored":false}],"entries":{"0A1B2C3D-0000-4000-8000-00000000000F":[)"
+            R"({"id":"11111111-2222-4333-8444-555555555555","runId":"0A1B2C3D-0000-4000-8000-00000000000F",)"
+            R"("timestamp":785000000.125,"originalURL":"file:///home/u/%FF%20name",)"
+            R"("trashedURL":"file:///home/u/.local/share/Trash/files/name","fileSize":42,"action":"trashed"}]}})");
+}
+
+TEST_F(UndoJournalTest, anUnchangedJournalKeepsItsBytes) {
+  for (int run = 0; run < 20; ++run) {
+    const Uuid runId = Uuid::random();
+    for (int i = 0; i < 5; ++i) {
+      auto entry = entryOf(runId, i);
+      if (i == 2) entry.checksum = "abc";
+      journal->record(entry);
+    }
+  }
+  const auto before = contentOf(journalPath());
+  auto model = JournalModel::decode(before);
+  std::string after;
+  model.encode([&](std::string_view text) { after += text; });
+  EXPECT_EQ(before, after);
+}
+
+TEST_F(UndoJournalTest, setsADamagedFileAsideAndStartsAnew) {
+  for (const std::string damaged : {"{not json", "", R"({"foreign":true})", R"({"runs":[{}],"entries":{}})"}) {
+    tree.file("State/undo_journal.json", damaged);
+    reopenJournal();
+    EXPECT_TRUE(journal->getRuns().empty());
+    EXPECT_THAT(journal->takeNotices(), testing::SizeIs(1)) << damaged;
+    EXPECT_EQ(contentOf(journalPath()), damaged);
+    journal->record(entryOf(Uuid::random(), 1));
+    std::set<std::string> kept;
+    for (const auto& name : filesInState()) {
+      if (name.starts_with("undo_journal.damaged-")) kept.insert(contentOf(tree.path("State/" + name)));
+    }
+    EXPECT_TRUE(kept.contains(damaged)) << damaged;
+    reopenJournal();
+    EXPECT_EQ(journal->getRuns().size(), 1U);
+    EXPECT_TRUE(journal->takeNotices().empty());
+  }
+}
+
+TEST_F(UndoJournalTest, dropsEntriesUnderNamesThatAreNoIdentifiers) {
+  const Uuid run = Uuid::random();
+  journal->record(entryOf(run, 1));
+  auto text = contentOf(journalPath());
+  text.insert(text.find("\"entries\":{") + 11, R"("not-a-uuid":[],)");
+  tree.file("State/undo_journal.json", text);
+  reopenJournal();
+  EXPECT_EQ(journal->getEntries(run).size(), 1U);
+}
+
+TEST_F(UndoJournalTest, anUnknownRunIsAnError) {
+  const Uuid unknown = Uuid::random();
+  try {
+    journal->restoreRun(unknown);
+    FAIL();
+  } catch (const UndoError& error) {
+    EXPECT_EQ(error, UndoError(UndoError::RunNotFound{unknown}));
+    EXPECT_EQ(error.what(), "No recorded cleanup run found for ID: " + unknown.toString());
+  }
+}
+
+TEST_F(UndoJournalTest, aTakenPlaceGetsTheNextFreeName) {
+  const auto report = tree.file("Downloads/report.pdf", "old");
+  const auto makefile = tree.file("Downloads/Makefile", "old");
+  clean({report, makefile});
+  tree.file("Downloads/report.pdf", "new");
+  tree.file("Downloads/report (restored 1).pdf", "also new");
+  tree.link("Downloads/Makefile", "dangling");
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 2);
+  EXPECT_EQ(contentOf(report), "new");
+  EXPECT_EQ(contentOf(tree.path("Downloads/report (restored 2).pdf")), "old");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Makefile (restored 1)")), "old");
+}
+
+TEST_F(UndoJournalTest, whatIsGoneBecomesAWarning) {
+  const auto gone = tree.file("Downloads/gone.txt");
+  const auto stays = tree.file("Downloads/stays.txt");
+  const auto outcomes = clean({gone, stays});
+  ASSERT_EQ(::unlink(outcomes[0].destination.path().c_str()), 0);
+  auto result = journal->restoreRun(lastRun);
+  EXPECT_EQ(result.restoredCount, 1);
+  EXPECT_THAT(result.warnings, testing::ElementsAre("Item was emptied from Trash or moved: gone.txt"));
+  const auto entries = journal->getEntries(lastRun);
+  EXPECT_EQ(entries[0].action, JournalAction::trashed);
+  EXPECT_EQ(entries[1].action, JournalAction::restored);
+
+  result = journal->restoreRun(lastRun);
+  EXPECT_EQ(result.restoredCount, 0);
+  EXPECT_EQ(result.warnings.size(), 2U);
+  EXPECT_EQ(contentOf(stays), "content");
+}
+
+TEST_F(UndoJournalTest, anotherItemUnderTheSameNameInTheTrashStaysThere) {
+  const auto path = tree.file("Downloads/a.txt", "first");
+  const auto outcomes = clean({path});
+  const auto trashed = outcomes[0].destination;
+  ASSERT_EQ(::unlink(trashed.path().c_str()), 0);
+  tree.file(".local/share/Trash/files/" + std::string(trashed.lastPathComponent()), "another's");
+  tree.file(".local/share/Trash/info/a.txt.trashinfo",
+            "[Trash Info]\nPath=/another/place/a.txt\nDeletionDate=2026-01-01T00:00:00\n");
+  const auto result = journal->restoreRun(lastRun);
+  EXPECT_EQ(result.restoredCount, 0);
+  EXPECT_FALSE(exists(path));
+  EXPECT_EQ(contentOf(trashed.path()), "another's");
+}
+
+TEST_F(UndoJournalTest, twoJournalsOfOneFolderSeeAndKeepEachOthersRuns) {
+  UndoJournal other(trash, fileMover, validator, FileUrl(journalFolder()));
+  const Uuid mine = Uuid::random();
+  const Uuid theirs = Uuid::random();
+  journal->record(entryOf(mine, 1));
+  other.record(entryOf(theirs, 2));
+  journal->record(entryOf(mine, 3));
+  for (auto* each : {journal.get(), &other}) {
+    EXPECT_EQ(each->getRuns().size(), 2U);
+    EXPECT_EQ(each->getEntries(mine).size(), 2U);
+    EXPECT_EQ(each->getEntries(theirs).size(), 1U);
+  }
+}
+
+TEST_F(UndoJournalTest, processesCleaningAtOnceLoseNoEntryAndListNoRunTwice) {
+  constexpr int processes = 4;
+  constexpr int items = 60;
+  for (int p = 0; p < processes; ++p) {
+    for (int i = 0; i < items; ++i) tree.file("Downloads/" + std::to_string(p) + "/" + std::to_string(i));
+  }
+  std::vector<pid_t> children;
+  for (int p = 0; p < processes; ++p) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      UndoJournal own(trash, fileMover, validator, FileUrl(journalFolder()));
+      for (int part = 0; part < 3; ++part) {
+        std::vector<std::string> paths;
+        for (int i = part * items / 3; i < (part + 1) * items / 3; ++i) {
+          paths.push_back(tree.path("Downloads/" + std::to_string(p) + "/" + std::to_string(i)));
+        }
+        CleanupRun run(mover, own, roots());
+        for (const auto& outcome : run.carryOut(requests(paths))) {
+          if (outcome.result == MoveResult::moved) continue;
+          std::fprintf(stderr, "%s\n", outcome.error.c_str());
+          ::_exit(1);
+        }
+      }
+      ::_exit(0);
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+  }
+  reopenJournal();
+  const auto runs = journal->getRuns();
+  std::set<Uuid> identifiers;
+  std::size_t entries = 0;
+  for (const auto& run : runs) {
+    identifiers.insert(run.runId);
+    entries += journal->getEntries(run.runId).size();
+  }
+  EXPECT_EQ(runs.size(), 3U * processes);
+  EXPECT_EQ(identifiers.size(), runs.size());
+  EXPECT_EQ(entries, static_cast<std::size_t>(processes) * items);
+}
+
+TEST_F(UndoJournalTest, settlesWhatADeadRunLeftBehind) {
+  const auto stayed = tree.file("Downloads/stayed.txt");
+  const auto moved = tree.file("Downloads/moved.txt", "moved");
+  const auto gone = tree.file("Downloads/gone.txt");
+  const Uuid runId = Uuid::random();
+  const auto intentOf = [&](const std::string& path) {
+    MoveIntent intent;
+    intent.entry = entryOf(runId, 5);
+    intent.entry.originalURL = FileUrl(path);
+    intent.source = FileUrl(path);
+    intent.destination = FileUrl(trashPath() + "/files/" + std::string(FileUrl(path).lastPathComponent()));
+    intent.entry.trashedURL = intent.destination;
+    intent.identity = ItemIdentity::of(*readFileStatus(AT_FDCWD, path.c_str()));
+    return intent;
+  };
+  {
+    RunLog log(journalFolder(), runId);
+    for (const auto& path : {stayed, moved, gone}) log.appendIntent(intentOf(path));
+    log.sync();
+    tree.folder(".local/share/Trash/files");
+    for (const auto* name : {"stayed.txt", "moved.txt"}) {
+      tree.file(std::string(".local/share/Trash/info/") + name + ".trashinfo", "[Trash Info]\n");
+    }
+    std::filesystem::rename(moved, trashPath() + "/files/moved.txt");
+    std::filesystem::remove(gone);
+    // A run that lives is left alone.
+    reopenJournal();
+    EXPECT_TRUE(journal->getEntries(runId).empty());
+  }
+  reopenJournal();
+  const auto entries = journal->getEntries(runId);
+  ASSERT_EQ(entries.size(), 1U);
+  EXPECT_EQ(entries[0].originalURL.path(), moved);
+  EXPECT_TRUE(exists(stayed));
+  EXPECT_FALSE(exists(trashPath() + "/info/stayed.txt.trashinfo"));
+  EXPECT_THAT(journal->takeNotices(), testing::Contains(testing::HasSubstr("gone.txt")));
+  EXPECT_THAT(filesInState(), testing::Contains(testing::EndsWith(".log.unclear")));
+  reopenJournal();
+  EXPECT_TRUE(journal->takeNotices().empty());
+  EXPECT_EQ(journal->restoreRun(runId).restoredCount, 1);
+  EXPECT_EQ(contentOf(moved), "moved");
+}
+
+TEST_F(UndoJournalTest, aLogThatEndsInTheMiddleOfALineIsReadAsFarAsItGoes) {
+  MoveIntent intent;
+  intent.entry = entryOf(Uuid::random(), 5);
+  intent.source = FileUrl("/a");
+  intent.destination = FileUrl("/b");
+  const Uuid runId = Uuid::random();
+  RunLog log(journalFolder(), runId);
+  log.appendIntent(intent);
+  log.appendDone(std::vector{intent.entry.id});
+  log.sync();
+  const auto whole = contentOf(tree.path("State/" + RunLog::fileName(runId)));
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    const auto read = readRunLog(std::string_view(whole).substr(0, length));
+    ASSERT_LE(read.size(), 1U);
+    if (!read.empty()) {
+      EXPECT_EQ(read[0].intent.entry, intent.entry);
+      EXPECT_FALSE(read[0].done);
+    }
+  }
+  EXPECT_TRUE(readRunLog(whole)[0].done);
+}
+
+}  // namespace
+}  // namespace orvane

@@ -1,0 +1,255 @@
+// The Trash and the mover on real mounts. The whole program lives in a mount namespace of its own.
+
+#include "tests/support/SafetyFixture.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+namespace orvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::contentOf;
+using test::exists;
+
+bool haveMounts = false;
+
+class MountTest : public test::SafetyFixture {
+ protected:
+  void SetUp() override {
+    if (!haveMounts) GTEST_SKIP() << "this system allows no mount namespaces";
+    volume = tree.folder("volume");
+    mountTmpfs("size=64m,mode=755");
+  }
+  void TearDown() override { ::umount2(volume.c_str(), MNT_DETACH); }
+
+  void mountTmpfs(const char* options) const {
+    ::umount2(volume.c_str(), MNT_DETACH);
+    ASSERT_EQ(::mount("tmpfs", volume.c_str(), "tmpfs", 0, options), 0) << std::strerror(errno);
+  }
+
+  MoveOutcome trashOne(const std::string& path) {
+    CleanupRun run(mover, *journal, AllowedRoots({FileUrl(volume), tree.url("Downloads")}));
+    lastRun = run.id();
+    return run.carryOut(std::vector{request(path)}).front();
+  }
+  MoveOutcome moveOne(const std::string& path, const std::string& folder) {
+    CleanupRun run(mover, *journal, AllowedRoots({FileUrl(volume), tree.url("Downloads")}));
+    lastRun = run.id();
+    auto wanted = request(path);
+    wanted.destinationFolder = FileUrl(folder);
+    return run.carryOut(std::vector{wanted}).front();
+  }
+
+  [[nodiscard]] std::string user() const { return std::to_string(::geteuid()); }
+
+  std::string volume;
+};
+
+TEST_F(MountTest, anItemGoesToTheTrashOfItsOwnVolumeAndComesBack) {
+  const auto path = tree.file("volume/deep/a file", "x");
+  const auto outcome = trashOne(path);
+  ASSERT_EQ(outcome.result, MoveResult::moved) << outcome.error;
+  const auto top = volume + "/.Trash-" + user();
+  EXPECT_EQ(outcome.destination.path(), top + "/files/a file");
+  EXPECT_TRUE(contentOf(top + "/info/a file.trashinfo").starts_with("[Trash Info]\nPath=deep/a%20file\nDeletionDate="));
+  struct stat status {};
+  ASSERT_EQ(::stat(top.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0700U);
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(contentOf(path), "x");
+  EXPECT_FALSE(exists(top + "/info/a file.trashinfo"));
+}
+
+TEST_F(MountTest, theSharedTopTrashIsUsedOnlyWhenItIsStickyAndNoLink) {
+  ASSERT_EQ(::mkdir((volume + "/.Trash").c_str(), 0777), 0);
+  ASSERT_EQ(::chmod((volume + "/.Trash").c_str(), 01777), 0);
+  const auto shared = trashOne(tree.file("volume/one"));
+  EXPECT_EQ(shared.destination.path(), volume + "/.Trash/" + user() + "/files/one");
+  EXPECT_TRUE(contentOf(volume + "/.Trash/" + user() + "/info/one.trashinfo").find("Path=one\n") != std::string::npos);
+
+  mountTmpfs("size=1m,mode=755");
+  ASSERT_EQ(::mkdir((volume + "/.Trash").c_str(), 0777), 0);
+  const auto notSticky = trashOne(tree.file("volume/two"));
+  EXPECT_EQ(notSticky.destination.path(), volume + "/.Trash-" + user() + "/files/two");
+
+  mountTmpfs("size=1m,mode=755");
+  tree.folder("Elsewhere");
+  tree.link("volume/.Trash", tree.path("Elsewhere"));
+  const auto linked = trashOne(tree.file("volume/three"));
+  EXPECT_EQ(linked.destination.path(), volume + "/.Trash-" + user() + "/files/three");
+  EXPECT_TRUE(fs::is_empty(tree.path("Elsewhere")));
+}
+
+TEST_F(MountTest, aTopTrashThatOthersCouldTamperWithIsRefused) {
+  const auto path = tree.file("volume/a");
+  tree.folder("Elsewhere");
+  tree.link("volume/.Trash-" + user(), tree.path("Elsewhere"));
+  const auto linked = trashOne(path);
+  EXPECT_EQ(linked.result, MoveResult::failed);
+  EXPECT_THAT(linked.error, testing::HasSubstr("has no Trash that can be used"));
+  ASSERT_EQ(::unlink((volume + "/.Trash-" + user()).c_str()), 0);
+  ASSERT_EQ(::mkdir((volume + "/.Trash-" + user()).c_str(), 0777), 0);
+  ASSERT_EQ(::chmod((volume + "/.Trash-" + user()).c_str(), 0777), 0);
+  EXPECT_EQ(trashOne(path).result, MoveResult::failed);
+  EXPECT_TRUE(exists(path));
+}
+
+TEST_F(MountTest, aReadOnlyVolumeKeepsItsItems) {
+  const auto path = tree.file("volume/a");
+  ASSERT_EQ(::mount(nullptr, volume.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+  const auto outcome = trashOne(path);
+  EXPECT_EQ(outcome.result, MoveResult::failed);
+  EXPECT_THAT(outcome.error, testing::HasSubstr("Read-only file system"));
+  EXPECT_TRUE(exists(path));
+}
+
+TEST_F(MountTest, aVolumeWithoutRoomForTheRecordKeepsItsItems) {
+  mountTmpfs("size=1m,nr_inodes=6,mode=755");
+  const auto path = tree.file("volume/a");
+  // Root, file, Trash, files, info: the record would be the next.
+  tree.file("volume/b");
+  const auto outcome = trashOne(path);
+  EXPECT_EQ(outcome.result, MoveResult::failed) << outcome.destination.path();
+  EXPECT_THAT(outcome.error, testing::HasSubstr("No space left on device"));
+  EXPECT_TRUE(exists(path));
+}
+
+TEST_F(MountTest, aFullHomeStopsTheRunBeforeAnythingMoves) {
+  ASSERT_EQ(::mount("tmpfs", tree.folder("State").c_str(), "tmpfs", 0, "size=64k,mode=755"), 0);
+  tree.sparseFile("State/ballast", 0);
+  std::ofstream(tree.path("State/ballast")) << std::string(128 * 1024, 'x');
+  const auto path = tree.file("volume/a");
+  const auto outcome = trashOne(path);
+  EXPECT_EQ(outcome.result, MoveResult::failed);
+  EXPECT_THAT(outcome.error, testing::HasSubstr("No space left on device"));
+  EXPECT_TRUE(exists(path));
+  ::umount2(tree.path("State").c_str(), MNT_DETACH);
+}
+
+TEST_F(MountTest, aBindMountOfTheSameVolumeHasItsOwnTop) {
+  tree.file("Downloads/inner/a");
+  const auto bound = tree.folder("bound");
+  ASSERT_EQ(::mount(tree.path("Downloads/inner").c_str(), bound.c_str(), nullptr, MS_BIND, nullptr), 0);
+  CleanupRun run(mover, *journal, AllowedRoots({FileUrl(bound)}));
+  const auto outcome = run.carryOut(std::vector{request(bound + "/a")}).front();
+  EXPECT_EQ(outcome.destination.path(), bound + "/.Trash-" + user() + "/files/a") << outcome.error;
+  EXPECT_EQ(journal->restoreRun(run.id()).restoredCount, 1);
+  EXPECT_TRUE(exists(bound + "/a"));
+  ::umount2(bound.c_str(), MNT_DETACH);
+}
+
+TEST_F(MountTest, itemsOfATopTrashAreNotTrashedAgain) {
+  const auto outcome = trashOne(tree.file("volume/a"));
+  EXPECT_EQ(trashOne(outcome.destination.path()).result, MoveResult::failed);
+  EXPECT_TRUE(exists(outcome.destination.path()));
+}
+
+TEST_F(MountTest, aMoveToAnotherVolumeCopiesEverythingAndIsUndone) {
+  const auto source = tree.folder("Downloads/project");
+  tree.file("Downloads/project/a", std::string(3'000'000, 'a'));
+  fs::create_hard_link(source + "/a", source + "/b");
+  tree.link("Downloads/project/link", "a");
+  tree.sparseFile("Downloads/project/sparse", 20'000'000);
+  tree.file("Downloads/project/sub/private", "p");
+  ASSERT_EQ(::chmod((source + "/sub/private").c_str(), 0400), 0);
+  ASSERT_EQ(::setxattr((source + "/a").c_str(), "user.note", "keep", 4, 0), 0);
+  test::setAge(source + "/a", 1000.5);
+  test::setAge(source, 2000.5);
+  struct stat before {};
+  ASSERT_EQ(::lstat(source.c_str(), &before), 0);
+
+  const auto outcome = moveOne(source, volume + "/Sorted");
+  ASSERT_EQ(outcome.result, MoveResult::moved) << outcome.error;
+  const auto copy = volume + "/Sorted/project";
+  EXPECT_EQ(outcome.destination.path(), copy);
+  EXPECT_FALSE(exists(source));
+  EXPECT_EQ(contentOf(copy + "/b"), std::string(3'000'000, 'a'));
+  EXPECT_EQ(fs::hard_link_count(copy + "/a"), 2U);
+  EXPECT_EQ(fs::read_symlink(copy + "/link"), "a");
+  struct stat status {};
+  ASSERT_EQ(::lstat((copy + "/sparse").c_str(), &status), 0);
+  EXPECT_EQ(status.st_size, 20'000'000);
+  EXPECT_LT(status.st_blocks * 512, 1'000'000);
+  ASSERT_EQ(::lstat((copy + "/sub/private").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0400U);
+  ASSERT_EQ(::lstat(copy.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+
+  const auto entries = journal->getEntries(lastRun);
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[0].action, JournalAction::moved);
+  EXPECT_EQ(entries[1].action, JournalAction::trashed);
+  const auto result = journal->restoreRun(lastRun);
+  EXPECT_THAT(result.warnings, testing::IsEmpty());
+  EXPECT_EQ(result.restoredCount, 1);
+  ASSERT_EQ(::lstat(source.c_str(), &status), 0);
+  EXPECT_EQ(status.st_ino, before.st_ino);
+  EXPECT_FALSE(exists(copy));
+  EXPECT_EQ(journal->getRuns().size(), 2U);
+}
+
+TEST_F(MountTest, aCopyThatDoesNotFitLeavesNothingBehind) {
+  mountTmpfs("size=1m,mode=755");
+  const auto source = tree.file("Downloads/big", std::string(3'000'000, 'a'));
+  const auto outcome = moveOne(source, volume + "/Sorted");
+  EXPECT_EQ(outcome.result, MoveResult::failed);
+  EXPECT_EQ(contentOf(source).size(), 3'000'000U);
+  EXPECT_TRUE(fs::is_empty(volume + "/Sorted"));
+}
+
+TEST_F(MountTest, anItemWhoseFolderMayNotBeChangedStaysWithAClearReason) {
+  if (::geteuid() != 0) GTEST_SKIP() << "drops privileges, so it needs some";
+  const auto path = tree.file("Downloads/locked/a");
+  ASSERT_EQ(::chmod(tree.path().c_str(), 0755), 0);
+  for (const auto* each : {"", "Downloads", "State"}) ASSERT_EQ(::chown(tree.path(each).c_str(), 65534, 65534), 0);
+  tree.folder(".local");
+  ASSERT_EQ(::chown(tree.path(".local").c_str(), 65534, 65534), 0);
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(2);
+    UndoJournal own(trash, fileMover, validator, FileUrl(journalFolder()));
+    CleanupRun run(mover, own, roots());
+    const auto outcome = run.carryOut(std::vector{request(path)}).front();
+    const bool explained = outcome.error.find("Permission denied") != std::string::npos;
+    ::_exit(outcome.result == MoveResult::failed && explained ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(exists(path));
+  EXPECT_TRUE(fs::is_empty(trashPath() + "/info"));
+}
+
+void enterMountNamespace() {
+  const bool isRoot = ::geteuid() == 0;
+  const auto user = ::geteuid();
+  const auto group = ::getegid();
+  if (::unshare(isRoot ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0) return;
+  if (!isRoot) {
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << user << " " << user << " 1";
+    std::ofstream("/proc/self/gid_map") << group << " " << group << " 1";
+  }
+  haveMounts = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+}  // namespace
+}  // namespace orvane
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  orvane::enterMountNamespace();
+  return RUN_ALL_TESTS();
+}

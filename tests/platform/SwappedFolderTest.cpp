@@ -1,0 +1,93 @@
+// Another process swaps folders for links while items are on their way.
+
+#include "tests/support/SafetyFixture.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace orvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::contentOf;
+using test::exists;
+
+class SwappedFolderTest : public test::SafetyFixture {
+ protected:
+  SwappedFolderTest() {
+    tree.file("Downloads/inner/a", "approved");
+    tree.file("Private/a", "not approved");
+  }
+  // The folder is replaced by a link to one outside the roots.
+  void swap() const {
+    fs::rename(tree.path("Downloads/inner"), tree.path("Downloads/before"));
+    tree.link("Downloads/inner", tree.path("Private"));
+  }
+};
+
+TEST_F(SwappedFolderTest, aFolderSwappedBeforeItIsOpenedIsRefused) {
+  const FileUrl place = tree.url("Downloads/inner/a");
+  swap();
+  EXPECT_THROW(trash.planTrash(place, tree.path("Downloads")), std::system_error);
+  EXPECT_THROW(fileMover.planMove(place, tree.path("Downloads"), tree.url("Downloads/elsewhere")), std::system_error);
+  EXPECT_EQ(contentOf(tree.path("Private/a")), "not approved");
+}
+
+TEST_F(SwappedFolderTest, aFolderSwappedBetweenDecisionAndMoveMakesNoDifference) {
+  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"));
+  swap();
+  FolderSyncSet folders;
+  move->prepare();
+  move->finishPreparing(folders);
+  move->carryOut(folders, folders);
+  EXPECT_EQ(contentOf(move->destination().path()), "approved");
+  EXPECT_EQ(contentOf(tree.path("Private/a")), "not approved");
+}
+
+TEST_F(SwappedFolderTest, anItemReplacedBetweenDecisionAndMoveStays) {
+  const auto path = tree.path("Downloads/inner/a");
+  const auto move = trash.planTrash(FileUrl(path), tree.path("Downloads"));
+  fs::remove(path);
+  tree.file("Downloads/inner/a", "another file");
+  FolderSyncSet folders;
+  move->prepare();
+  move->finishPreparing(folders);
+  EXPECT_THROW(move->carryOut(folders, folders), std::runtime_error);
+  move->abandon();
+  EXPECT_EQ(contentOf(path), "another file");
+  EXPECT_FALSE(exists(recordOf(move->destination())));
+}
+
+TEST_F(SwappedFolderTest, aNameTakenInTheTrashMeanwhileIsNotOverwritten) {
+  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"));
+  tree.file(".local/share/Trash/info/a.trashinfo", "another's record");
+  FolderSyncSet folders;
+  move->prepare();
+  move->finishPreparing(folders);
+  move->carryOut(folders, folders);
+  EXPECT_NE(move->destination().lastPathComponent(), "a");
+  EXPECT_EQ(contentOf(trashPath() + "/info/a.trashinfo"), "another's record");
+  EXPECT_EQ(contentOf(move->destination().path()), "approved");
+}
+
+TEST_F(SwappedFolderTest, aLockedFileIsUnlockedAndMoved) {
+  const auto path = tree.file("Downloads/locked", "locked");
+  {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    int attributes = 0;
+    if (::ioctl(file.get(), FS_IOC_GETFLAGS, &attributes) != 0) GTEST_SKIP() << "no such attribute here";
+    attributes |= FS_IMMUTABLE_FL;
+    if (::ioctl(file.get(), FS_IOC_SETFLAGS, &attributes) != 0) GTEST_SKIP() << "this user may not lock files";
+  }
+  EXPECT_THROW(fs::remove(path), fs::filesystem_error);
+  const auto outcome = clean({path}).front();
+  EXPECT_EQ(outcome.result, MoveResult::moved) << outcome.error;
+  EXPECT_EQ(contentOf(outcome.destination.path()), "locked");
+}
+
+}  // namespace
+}  // namespace orvane

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "core/safety/CleanupRun.h"
+#include "core/safety/PathValidator.h"
+#include "core/safety/TrashMover.h"
+#include "core/safety/UndoJournal.h"
+#include "platform/linux/LinuxFileMover.h"
+#include "platform/linux/LinuxTrash.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane::test {
+
+// A home of its own with the real Trash, mover and journal in it. Files lie in ~/Downloads, the one allowed root.
+class SafetyFixture : public testing::Test {
+ public:
+  SafetyFixture() : validator(tree.path()), trash(trashPath()) {
+    tree.folder("Downloads");
+    reopenJournal();
+  }
+
+  // As the next start of the program does.
+  void reopenJournal() {
+    journal = std::make_unique<UndoJournal>(trash, fileMover, validator, FileUrl(journalFolder()));
+  }
+
+  [[nodiscard]] std::string trashPath() const { return tree.path(".local/share/Trash"); }
+  [[nodiscard]] std::string journalFolder() const { return tree.path("State"); }
+  [[nodiscard]] std::string journalPath() const { return tree.path("State/undo_journal.json"); }
+  [[nodiscard]] std::string recordOf(const FileUrl& trashed) const {
+    return trashPath() + "/info/" + std::string(trashed.lastPathComponent()) + ".trashinfo";
+  }
+  [[nodiscard]] AllowedRoots roots() const { return AllowedRoots({tree.url("Downloads")}); }
+
+  [[nodiscard]] static MoveRequest request(const std::string& path, std::int64_t size = 7) {
+    MoveRequest result;
+    result.source = FileUrl(path);
+    result.fileSize = size;
+    return result;
+  }
+  [[nodiscard]] static std::vector<MoveRequest> requests(const std::vector<std::string>& paths) {
+    std::vector<MoveRequest> result;
+    for (const auto& path : paths) result.push_back(request(path));
+    return result;
+  }
+
+  // One run over the paths.
+  std::vector<MoveOutcome> clean(const std::vector<std::string>& paths) {
+    CleanupRun run(mover, *journal, roots());
+    lastRun = run.id();
+    return run.carryOut(requests(paths));
+  }
+
+  TemporaryTree tree;
+  PathValidator validator;
+  LinuxTrash trash;
+  LinuxFileMover fileMover;
+  TrashMover mover{trash, fileMover, validator};
+  std::unique_ptr<UndoJournal> journal;
+  Uuid lastRun;
+};
+
+}  // namespace orvane::test
