@@ -142,35 +142,27 @@ def check_include_paths(tree):
 
 
 def check_loops(tree):
-    """No two files need each other."""
+    """No two files include each other, by whatever detour."""
     graph = {
-        path: [name for _, kind, name in tree.includes(path) if kind == '"' and name in tree.sources]
+        path: sorted(name for _, kind, name in tree.includes(path) if kind == '"' and name in tree.sources)
         for path in tree.sources
     }
-    # A header and the file that implements it are one unit: the loop "a.cpp needs b.h, b.cpp needs a.h" counts.
-    units = {}
-    for path, targets in graph.items():
-        unit = path.rsplit(".", 1)[0]
-        units.setdefault(unit, set()).update(target.rsplit(".", 1)[0] for target in targets)
-        units[unit].discard(unit)
-    finished, open_units, stack = set(), set(), []
+    finished, stack = set(), []
 
-    def visit(unit):
-        if unit in finished:
+    def visit(path):
+        if path in finished:
             return
-        if unit in open_units:
-            yield "include loop: " + " -> ".join(stack[stack.index(unit):] + [unit])
+        if path in stack:
+            yield "include loop: " + " -> ".join(stack[stack.index(path):] + [path])
             return
-        open_units.add(unit)
-        stack.append(unit)
-        for target in sorted(units.get(unit, ())):
+        stack.append(path)
+        for target in graph[path]:
             yield from visit(target)
         stack.pop()
-        open_units.discard(unit)
-        finished.add(unit)
+        finished.add(path)
 
-    for unit in sorted(units):
-        yield from visit(unit)
+    for path in graph:
+        yield from visit(path)
 
 
 def check_private_libraries(tree):

@@ -1,0 +1,78 @@
+#include "cli/Folders.h"
+
+#include "cli/FileArguments.h"
+#include "cli/Session.h"
+#include "cli/UsageError.h"
+#include "core/base/CanonicalPath.h"
+#include "core/base/DirectoryReader.h"
+#include "core/base/FileDescriptor.h"
+#include "core/base/HomeFolder.h"
+#include "core/safety/ManagedFolderType.h"
+#include "core/safety/PathValidator.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <cerrno>
+#include <optional>
+
+namespace orvane::cli {
+namespace {
+
+// Why a folder cannot be walked; absent when it can.
+std::optional<std::string> problemWith(const FileUrl& folder) {
+  if (!DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) {
+    return fmt::format("{}: {}", shownPath(folder), errorText(errno));
+  }
+  // The home folder as a whole may not be touched, but what is inside may.
+  if (canonicalPath(folder.path()) == canonicalPath(homeFolder())) return std::nullopt;
+  try {
+    PathValidator::shared().validate(folder, AllowedRoots());
+  } catch (const SecurityError& error) {
+    return error.what();
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<FileUrl> grantedFolders() {
+  std::vector<FileUrl> result;
+  const std::string home = homeFolder();
+  for (const auto type : allManagedFolderTypes) {
+    auto folder = defaultURL(type, home);
+    if (DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) {
+      result.push_back(std::move(folder));
+    }
+  }
+  return result;
+}
+
+std::vector<FileUrl> requiredGrantedFolders(std::string_view instead) {
+  auto result = grantedFolders();
+  if (!result.empty()) return result;
+  std::vector<std::string> names;
+  for (const auto type : allManagedFolderTypes) names.push_back(shownPath(defaultURL(type, homeFolder())));
+  throw UsageError(
+      fmt::format("none of the folders that are looked after exists ({}): name {}", fmt::join(names, ", "), instead));
+}
+
+ChosenFolders chosenFolders(const std::vector<std::string>& named) {
+  ChosenFolders result;
+  if (named.empty()) {
+    result.folders = requiredGrantedFolders("a FOLDER");
+    return result;
+  }
+  for (auto& folder : placesFromArguments(named)) {
+    if (const auto problem = problemWith(folder)) {
+      Session::report(*problem);
+      result.someAreUnusable = true;
+    } else {
+      result.folders.push_back(std::move(folder));
+    }
+  }
+  return result;
+}
+
+}  // namespace orvane::cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+
+#include <string>
+#include <vector>
+
+namespace orvane::cli {
+
+// The folders that the user has granted and that exist.
+[[nodiscard]] std::vector<FileUrl> grantedFolders();
+// The granted folders. Throws UsageError, saying what to name instead (such as "a FOLDER"), where there is none.
+[[nodiscard]] std::vector<FileUrl> requiredGrantedFolders(std::string_view instead);
+
+struct ChosenFolders {
+  std::vector<FileUrl> folders;
+  bool someAreUnusable = false;  // named by the user, missing or refused, and reported
+};
+// The folders named, or the granted ones where none is named. What is wrong with one is said on standard error.
+// Throws UsageError.
+[[nodiscard]] ChosenFolders chosenFolders(const std::vector<std::string>& named);
+
+}  // namespace orvane::cli

@@ -1,0 +1,100 @@
+#include "cli/RunReport.h"
+
+#include "cli/FileArguments.h"
+#include "cli/ProgressLine.h"
+#include "cli/Session.h"
+#include "core/base/ByteCount.h"
+#include "core/base/CheckedArithmetic.h"
+#include "core/base/Json.h"
+#include "core/base/UnicodeText.h"
+#include "core/safety/TrashMover.h"
+#include "core/safety/UndoJournal.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+namespace orvane::cli {
+
+std::string itemCount(std::int64_t count) {
+  return fmt::format("{} {}", formatCount(count), count == 1 ? "item" : "items");
+}
+
+std::string trashQuestion(std::int64_t count, std::int64_t bytes) {
+  return fmt::format("Move {} ({}) to the Trash?", itemCount(count), formatByteCount(bytes));
+}
+
+void reportJournalNotices() {
+  for (const auto& notice : UndoJournal::shared().takeNotices()) Session::report(notice);
+}
+
+RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<const MoveRequest> requests,
+                      std::vector<RunReport::Failure> failures) {
+  RunReport report;
+  report.failures = std::move(failures);
+  const auto stop = session.stop();
+  CleanupRun run(TrashMover::shared(), UndoJournal::shared(), roots);
+  std::vector<MoveOutcome> outcomes;
+  {
+    ProgressLine line(session);
+    outcomes = run.carryOut(
+        requests,
+        [&](std::size_t done, std::size_t total) {
+          line.update([&] {
+            return fmt::format("Moving to the Trash: {} of {}", formatCount(static_cast<std::int64_t>(done)),
+                               itemCount(static_cast<std::int64_t>(total)));
+          });
+        },
+        stop);
+  }
+  reportJournalNotices();
+  for (auto& outcome : outcomes) {
+    if (outcome.result == MoveResult::moved) {
+      ++report.itemsProcessed;
+      report.bytesReclaimed = checkedAdd(report.bytesReclaimed, outcome.fileSize);
+    } else if (outcome.result == MoveResult::cancelled) {
+      report.isInterrupted = true;
+    } else {
+      report.failures.push_back({std::move(outcome.source), std::move(outcome.error)});
+    }
+  }
+  if (report.itemsProcessed > 0) report.runId = run.id();
+  return report;
+}
+
+Json RunReport::toJson() const {
+  Json json = Json::object();
+  json["runId"] = runId ? jsonFromUuid(*runId) : Json();
+  json["itemsProcessed"] = itemsProcessed;
+  json["bytesReclaimed"] = bytesReclaimed;
+  json["failures"] = Json::array();
+  for (const auto& failure : failures) {
+    Json entry = Json::object();
+    entry["path"] = pathForJson(failure.place);
+    entry["error"] = failure.error;
+    json["failures"].push_back(std::move(entry));
+  }
+  return json;
+}
+
+ExitStatus RunReport::print(Session& session) const {
+  for (const auto& failure : failures) {
+    Session::report(fmt::format("{}: {}", shownPath(failure.place), escapedForDisplay(failure.error)));
+  }
+  if (session.isJson()) {
+    session.out().line(jsonText(toJson()));
+  } else if (runId) {
+    session.out().line(fmt::format("Moved {} ({}) to the Trash. The space is free once the Trash is emptied.",
+                                   itemCount(itemsProcessed), formatByteCount(bytesReclaimed)));
+    session.out().line(fmt::format("To bring everything back: orvanectl restore {}", runId->toString()));
+  } else {
+    session.out().line("Nothing was moved.");
+  }
+  if (isInterrupted) {
+    Session::report("interrupted; what was not moved yet is where it was");
+    return ExitStatus::interrupted;
+  }
+  return failures.empty() ? ExitStatus::done : ExitStatus::failed;
+}
+
+}  // namespace orvane::cli

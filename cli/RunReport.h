@@ -1,0 +1,53 @@
+#pragma once
+
+#include "cli/ExitStatus.h"
+#include "core/base/JsonFwd.h"
+#include "core/base/Uuid.h"
+#include "core/safety/CleanupRun.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane::cli {
+
+class Session;
+
+// What a run of moves to the Trash came to.
+struct RunReport {
+  struct Failure {
+    FileUrl place;
+    std::string error;
+  };
+
+  std::optional<Uuid> runId;  // absent when nothing was moved: there is nothing to restore then
+  std::int64_t itemsProcessed = 0;
+  std::int64_t bytesReclaimed = 0;
+  std::vector<Failure> failures;
+  bool isInterrupted = false;
+
+  // The JSON document, or the summary for people with the command that undoes the run; failures go to standard error.
+  ExitStatus print(Session& session) const;
+
+ private:
+  [[nodiscard]] Json toJson() const;
+};
+
+// Moves the requests to the Trash as one run, showing progress. `failures` are those of items that were ruled out
+// before.
+RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<const MoveRequest> requests,
+                      std::vector<RunReport::Failure> failures = {});
+
+// "1 item" or "1,234 items".
+[[nodiscard]] std::string itemCount(std::int64_t count);
+// "Move 12 items (3.4 GB) to the Trash?"
+[[nodiscard]] std::string trashQuestion(std::int64_t count, std::int64_t bytes);
+
+// What was found wrong with the undo journal goes to standard error. For commands that use the journal, before they
+// print.
+void reportJournalNotices();
+
+}  // namespace orvane::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/scanning/ScanEvent.h"
+#include "core/scanning/StorageScanner.h"
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace orvane::cli {
+
+class Session;
+
+enum class ScanEnd : std::uint8_t { completed, cancelled };
+
+// Scans the folders and hands over the events in batches, the last one included. Shows progress; an interruption
+// cancels the scan.
+ScanEnd runScan(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                const std::function<void(std::vector<ScanEvent>&)>& take);
+
+}  // namespace orvane::cli

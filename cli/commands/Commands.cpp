@@ -1,0 +1,21 @@
+#include "cli/commands/Commands.h"
+
+#include <array>
+
+namespace orvane::cli {
+namespace {
+
+constexpr std::array commands{
+    &scanCommand,        &cleanCommand,       &trashCommand,
+    &historyCommand,     &historyShowCommand, &restoreCommand,
+    &summaryCommand,     &explainCommand,     &internalCompletionsCommand,
+    &internalManCommand,
+};
+
+}  // namespace
+
+std::span<const CommandSpec* const> allCommands() {
+  return commands;
+}
+
+}  // namespace orvane::cli

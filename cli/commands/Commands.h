@@ -1,0 +1,25 @@
+#pragma once
+
+#include "cli/CommandSpec.h"
+
+#include <span>
+
+namespace orvane::cli {
+
+// A new command is a file of its own in this folder that defines its CommandSpec, a line here, and a line in the table
+// in Commands.cpp.
+extern const CommandSpec cleanCommand;
+extern const CommandSpec explainCommand;
+extern const CommandSpec historyCommand;
+extern const CommandSpec historyShowCommand;
+extern const CommandSpec internalCompletionsCommand;
+extern const CommandSpec internalManCommand;
+extern const CommandSpec restoreCommand;
+extern const CommandSpec scanCommand;
+extern const CommandSpec summaryCommand;
+extern const CommandSpec trashCommand;
+
+// In the order of the help.
+[[nodiscard]] std::span<const CommandSpec* const> allCommands();
+
+}  // namespace orvane::cli

@@ -1,0 +1,104 @@
+#include "cli/Arguments.h"
+#include "cli/FileArguments.h"
+#include "cli/RunReference.h"
+#include "cli/RunReport.h"
+#include "cli/Session.h"
+#include "cli/Table.h"
+#include "cli/commands/Commands.h"
+#include "core/base/ByteCount.h"
+#include "core/base/CheckedArithmetic.h"
+#include "core/base/Json.h"
+#include "core/base/UnicodeText.h"
+#include "core/safety/UndoJournal.h"
+
+#include <fmt/format.h>
+
+namespace orvane::cli {
+namespace {
+
+template <typename Records>
+void printJson(Session& session, const Records& records) {
+  Json json = Json::array();
+  for (const auto& record : records) json.push_back(record.toJson());
+  session.out().line(jsonText(json));
+}
+
+void printRuns(Session& session, const std::vector<CleanupRunSummary>& runs) {
+  const auto length = distinctPrefixLength(runs);
+  Table table({{"Run"}, {"When"}, {"Items", Alignment::right}, {"Size", Alignment::right}, {"State"}});
+  std::int64_t bytes = 0;
+  for (const auto& run : runs) {
+    bytes = checkedAdd(bytes, run.totalBytes);
+    table.addRow({{run.runId.toString().substr(0, length)},
+                  {run.formattedDate()},
+                  {formatCount(run.itemCount)},
+                  {run.formattedSize()},
+                  {run.isRestored ? "restored" : "can be restored"}});
+  }
+  if (!runs.empty()) table.print(session);
+  session.out().line(fmt::format("{} {} recorded, {}.{}", formatCount(static_cast<std::int64_t>(runs.size())),
+                                 runs.size() == 1 ? "run" : "runs", formatByteCount(bytes),
+                                 runs.empty() ? "" : " To bring one back: orvanectl restore RUN"));
+}
+
+ExitStatus runHistory(Session& session, const Arguments&) {
+  const auto runs = UndoJournal::shared().getRuns();
+  reportJournalNotices();
+  if (session.isJson()) {
+    printJson(session, runs);
+  } else {
+    printRuns(session, runs);
+  }
+  return ExitStatus::done;
+}
+
+void printEntries(Session& session, const CleanupRunSummary& run, const std::vector<JournalEntry>& entries) {
+  Table table({{"State"}, {"Size", Alignment::right}, {"Item"}, {"Went to"}});
+  for (const auto& entry : entries) {
+    table.addRow({{std::string(rawValue(entry.action))},
+                  {entry.formattedSize()},
+                  {shownPath(entry.originalURL)},
+                  {shownPath(entry.trashedURL)}});
+  }
+  table.print(session);
+  session.out().line(fmt::format("Run {} of {}: {}, {}{}", run.runId.toString(), run.formattedDate(),
+                                 itemCount(run.itemCount), run.formattedSize(), run.isRestored ? ", restored" : ""));
+}
+
+ExitStatus runShow(Session& session, const Arguments& arguments) {
+  const auto runs = UndoJournal::shared().getRuns();
+  reportJournalNotices();
+  const auto& run = runMeantBy(arguments.plain().front(), runs);
+  const auto entries = UndoJournal::shared().getEntries(run.runId);
+  if (session.isJson()) {
+    printJson(session, entries);
+  } else {
+    printEntries(session, run, entries);
+  }
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+constexpr CommandSpec historyCommand{
+    .name = "history",
+    .summary = "List the recorded runs, newest first",
+    .details = "Every command that moves files records what it moved as one run.",
+    .arguments = {},
+    .options = {},
+    .run = runHistory,
+};
+
+constexpr CommandSpec historyShowCommand{
+    .name = "history show",
+    .summary = "Show what one run moved, and where it is",
+    .details = "The state of an item is \"trashed\", \"moved\" (to another folder) or \"restored\".",
+    .arguments = {.name = "RUN",
+                  .help = "The run's identifier or the beginning of it, as 'orvanectl history' shows it.",
+                  .least = 1,
+                  .most = 1},
+    .options = {},
+    .run = runShow,
+};
+
+}  // namespace orvane::cli

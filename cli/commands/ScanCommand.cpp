@@ -1,0 +1,97 @@
+#include "cli/Arguments.h"
+#include "cli/Folders.h"
+#include "cli/RunReport.h"
+#include "cli/ScanJson.h"
+#include "cli/ScanRun.h"
+#include "cli/ScanTotals.h"
+#include "cli/Session.h"
+#include "cli/commands/Commands.h"
+#include "core/base/ByteCount.h"
+#include "core/base/HomeFolder.h"
+#include "core/platform/Volume.h"
+#include "platform/SystemServices.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+namespace orvane::cli {
+namespace {
+
+constexpr std::array options{
+    OptionSpec{.name = "--developer-caches",
+               .valueName = "",
+               .help = "Include the developer tools' caches, each folder as one item."},
+};
+
+ScanEnd printEvents(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches) {
+  return runScan(session, std::move(folders), developerCaches, [&](std::vector<ScanEvent>& batch) {
+    for (const auto& event : batch) {
+      appendScanEvent(session.out().buffer(), event);
+      session.out().settle();
+    }
+    // Whoever reads along sees what there is so far.
+    session.out().flush();
+  });
+}
+
+void printDisk(Session& session) {
+  const auto disk = systemVolume().capacity(FileUrl(homeFolder()));
+  if (!disk) return;
+  const auto used = disk->totalBytes - disk->availableBytes;
+  const auto percent =
+      disk->totalBytes > 0 ? 100.0 * static_cast<double>(used) / static_cast<double>(disk->totalBytes) : 0.0;
+  session.out().line(fmt::format("Disk: {} of {} used ({:.0f}%), {} available", formatByteCount(used),
+                                 formatByteCount(disk->totalBytes), percent, formatByteCount(disk->availableBytes)));
+}
+
+ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches) {
+  ScanTotals totals;
+  const auto end = runScan(session, std::move(folders), developerCaches, [&](std::vector<ScanEvent>& batch) {
+    for (const auto& event : batch) {
+      if (const auto* item = std::get_if<FileItem>(&event)) totals.add(*item);
+    }
+  });
+  totals.printTable(session);
+  session.out().line("");
+  printDisk(session);
+  session.out().line(fmt::format("Found {} ({}), of which {} ({}) can go without a second look: orvanectl clean",
+                                 itemCount(totals.all().count), formatByteCount(totals.all().bytes),
+                                 formatCount(totals.recommended().count), formatByteCount(totals.recommended().bytes)));
+  return end;
+}
+
+ExitStatus run(Session& session, const Arguments& arguments) {
+  const auto chosen = chosenFolders(arguments.plain());
+  const auto developerCaches =
+      arguments.has("--developer-caches") ? DeveloperCaches::include : DeveloperCaches::leaveOut;
+  const auto end = session.isJson() ? printEvents(session, chosen.folders, developerCaches)
+                                    : printTable(session, chosen.folders, developerCaches);
+  if (end == ScanEnd::cancelled) {
+    Session::report("interrupted; these are the items found so far");
+    return ExitStatus::interrupted;
+  }
+  return chosen.someAreUnusable ? ExitStatus::failed : ExitStatus::done;
+}
+
+}  // namespace
+
+constexpr CommandSpec scanCommand{
+    .name = "scan",
+    .summary = "Show what could be reclaimed, by category",
+    .details =
+        "Walks the folders and sorts what is in them into categories. Only reads.\n\n"
+        "Risk: \"safe\" items are cleaned unless you say otherwise, \"review\" items only when you ask for them "
+        "by category, \"manual\" items never.\n\n"
+        "With --json, prints one object a line: \"progress\" and \"itemDiscovered\" events, and \"completed\" or "
+        "\"cancelled\" at the end.",
+    .arguments = {.name = "FOLDER",
+                  .help = "Folders to walk; the granted folders when none is named.",
+                  .least = 0,
+                  .most = anyNumber,
+                  .kind = ValueKind::folder},
+    .options = options,
+    .run = run,
+};
+
+}  // namespace orvane::cli

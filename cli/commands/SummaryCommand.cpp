@@ -1,0 +1,71 @@
+#include "cli/Arguments.h"
+#include "cli/RunReport.h"
+#include "cli/Session.h"
+#include "cli/Table.h"
+#include "cli/commands/Commands.h"
+#include "core/base/CheckedArithmetic.h"
+#include "core/base/HomeFolder.h"
+#include "core/base/Json.h"
+#include "core/platform/Volume.h"
+#include "core/safety/UndoJournal.h"
+#include "core/scanning/StorageSummary.h"
+#include "platform/SystemServices.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+namespace orvane::cli {
+namespace {
+
+// What was moved to the Trash and has not been brought back; moves to other folders reclaim nothing.
+std::int64_t lifetimeReclaimed(UndoJournal& journal) {
+  std::int64_t bytes = 0;
+  for (const auto& run : journal.getRuns()) {
+    for (const auto& entry : journal.getEntries(run.runId)) {
+      if (entry.action == JournalAction::trashed) bytes = checkedAdd(bytes, entry.fileSize);
+    }
+  }
+  return bytes;
+}
+
+ExitStatus run(Session& session, const Arguments&) {
+  const FileUrl home(homeFolder());
+  const auto disk = systemVolume().capacity(home);
+  if (!disk) throw std::runtime_error(fmt::format("the size of the disk that holds {} is unknown", home.path()));
+  StorageSummary summary;
+  summary.totalDiskBytes = disk->totalBytes;
+  summary.freeDiskBytes = disk->availableBytes;
+  summary.usedDiskBytes = disk->totalBytes - disk->availableBytes;
+  summary.lifetimeReclaimedBytes = lifetimeReclaimed(UndoJournal::shared());
+  reportJournalNotices();
+  if (session.isJson()) {
+    session.out().line(jsonText(summary.toJson()));
+    return ExitStatus::done;
+  }
+  Table table({{"Disk"}, {"Size", Alignment::right}});
+  table.addRow({{"Total"}, {summary.formattedTotal()}});
+  table.addRow({{"Used"}, {summary.formattedUsed()}});
+  table.addRow({{"Available"}, {summary.formattedFree()}});
+  table.print(session);
+  session.out().line("");
+  session.out().line(
+      fmt::format("Moved to the Trash so far: {}. The disk is {:.0f}% full; 'orvanectl scan' shows what can go.",
+                  summary.formattedLifetimeReclaimed(), 100 * summary.usedPercentage()));
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+constexpr CommandSpec summaryCommand{
+    .name = "summary",
+    .summary = "Show the disk's totals and what was cleaned so far",
+    .details =
+        "What was cleaned so far counts the items that were moved to the Trash and not brought back. With --json, "
+        "the reclaimable bytes are 0 and their breakdown is empty: only a scan tells them.",
+    .arguments = {},
+    .options = {},
+    .run = run,
+};
+
+}  // namespace orvane::cli

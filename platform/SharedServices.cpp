@@ -1,0 +1,38 @@
+// The wiring of the program: each shared instance, made at its first use from those above it.
+
+#include "core/base/HomeFolder.h"
+#include "core/organizer/CategoryPreferencesStore.h"
+#include "core/safety/PathValidator.h"
+#include "core/safety/TrashMover.h"
+#include "core/safety/UndoJournal.h"
+#include "core/scanning/StorageScanner.h"
+#include "platform/SystemServices.h"
+
+namespace orvane {
+
+PathValidator& PathValidator::shared() {
+  static PathValidator validator(homeFolder());
+  return validator;
+}
+
+StorageScanner& StorageScanner::shared() {
+  static StorageScanner scanner(PathValidator::shared(), systemFileStatusReader());
+  return scanner;
+}
+
+TrashMover& TrashMover::shared() {
+  static TrashMover mover(systemTrash(), systemFileMover(), PathValidator::shared());
+  return mover;
+}
+
+UndoJournal& UndoJournal::shared() {
+  static UndoJournal journal(systemTrash(), systemFileMover(), PathValidator::shared(), defaultStorageDirectory());
+  return journal;
+}
+
+CategoryPreferencesStore& CategoryPreferencesStore::shared() {
+  static CategoryPreferencesStore store(systemPreferences());
+  return store;
+}
+
+}  // namespace orvane

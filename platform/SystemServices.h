@@ -1,0 +1,19 @@
+#pragma once
+
+namespace orvane {
+
+class FileMover;
+class FileStatusReader;
+class Preferences;
+class Trash;
+class Volume;
+
+// This system's one instance of each interface, made at its first use. A port defines these functions in its own
+// folder.
+[[nodiscard]] FileMover& systemFileMover();
+[[nodiscard]] FileStatusReader& systemFileStatusReader();
+[[nodiscard]] Preferences& systemPreferences();
+[[nodiscard]] Trash& systemTrash();
+[[nodiscard]] Volume& systemVolume();
+
+}  // namespace orvane

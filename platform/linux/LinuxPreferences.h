@@ -1,0 +1,28 @@
+#pragma once
+
+#include "core/platform/Preferences.h"
+
+#include <mutex>
+#include <string>
+
+namespace orvane {
+
+// One JSON object in a file of the user's configuration folder. Writers of all processes take turns, and each reads
+// the file again before it writes. A file that is no JSON object counts as empty; before it is first written over it is
+// set aside beside its place, with ".damaged-" and the time added to its name.
+class LinuxPreferences : public Preferences {
+ public:
+  explicit LinuxPreferences(std::string path);
+  // $XDG_CONFIG_HOME/orvane/preferences.json, below ~/.config where that is not set to an absolute path.
+  static std::string defaultPath();
+
+  [[nodiscard]] std::optional<Json> value(std::string_view key) const override;
+  void setValue(std::string_view key, const Json& value) override;
+
+ private:
+  // One of this process's threads at a time.
+  mutable std::mutex m_mutex;
+  std::string m_path;
+};
+
+}  // namespace orvane

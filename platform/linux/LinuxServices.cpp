@@ -1,0 +1,36 @@
+#include "platform/SystemServices.h"
+
+#include "platform/linux/LinuxFileMover.h"
+#include "platform/linux/LinuxFileStatusReader.h"
+#include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/LinuxTrash.h"
+#include "platform/linux/LinuxVolume.h"
+
+namespace orvane {
+
+FileMover& systemFileMover() {
+  static LinuxFileMover mover;
+  return mover;
+}
+
+FileStatusReader& systemFileStatusReader() {
+  static LinuxFileStatusReader reader;
+  return reader;
+}
+
+Preferences& systemPreferences() {
+  static LinuxPreferences preferences(LinuxPreferences::defaultPath());
+  return preferences;
+}
+
+Trash& systemTrash() {
+  static LinuxTrash trash(LinuxTrash::defaultHomeTrash());
+  return trash;
+}
+
+Volume& systemVolume() {
+  static LinuxVolume volume;
+  return volume;
+}
+
+}  // namespace orvane
