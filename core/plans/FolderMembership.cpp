@@ -1,6 +1,7 @@
 #include "core/plans/FolderMembership.h"
 
 #include "core/base/CanonicalPath.h"
+#include "core/base/DirectoryReader.h"
 #include "core/base/FileStatus.h"
 #include "core/base/OpenFolder.h"
 #include "core/base/PathText.h"
@@ -9,6 +10,11 @@
 #include <sys/stat.h>
 
 namespace orvane {
+namespace {
+
+constexpr std::size_t looksBeforeListing = 64;
+
+}  // namespace
 
 FolderMembership::FolderMembership(const FileUrl& folder) {
   if (folder.path().empty()) return;
@@ -31,9 +37,29 @@ bool FolderMembership::hasRegularFile(const FileUrl& file) {
     m_askedFolderIsThis = isThisFolder(m_askedFolder);
   }
   if (!m_askedFolderIsThis) return false;
+  return isRegular(file.lastPathComponent());
+}
+
+bool FolderMembership::isRegular(std::string_view name) {
+  if (m_listedRegularFiles.contains(name)) return true;
+  if (++m_looks == looksBeforeListing) list();
   // The last component ends where the path does, with a NUL behind it.
-  const auto status = readFileStatus(m_folder.get(), file.lastPathComponent().data());
+  const auto status = readFileStatus(m_folder.get(), name.data());
   return status && status->type == FileType::regular;
+}
+
+void FolderMembership::list() {
+  auto reader = DirectoryReader::open(m_folder.get(), ".", DirectoryReader::Links::refuse);
+  if (!reader) return;
+  while (const auto entry = reader->next()) {
+    if (entry->type == FileType::regular) m_listedBytes.append(entry->name).push_back('\0');
+  }
+  std::string_view rest = m_listedBytes;
+  while (!rest.empty()) {
+    const auto end = rest.find('\0');
+    m_listedRegularFiles.insert(rest.substr(0, end));
+    rest.remove_prefix(end + 1);
+  }
 }
 
 bool FolderMembership::isThisFolder(const std::string& path) const {

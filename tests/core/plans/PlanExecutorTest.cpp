@@ -202,6 +202,23 @@ TEST_F(PlanExecutorTest, movesOnlyRegularFilesDirectlyInTheFolder) {
   EXPECT_EQ(results[0].item.url().path(), file);
 }
 
+TEST_F(PlanExecutorTest, tellsFilesApartInAFullFolderToo) {
+  std::vector<std::string> paths;
+  for (int i = 0; i < 300; ++i) {
+    const auto name = "Downloads/" + std::to_string(i);
+    paths.push_back(i % 3 == 0   ? tree.file(name)
+                    : i % 3 == 1 ? tree.link(name, tree.path("Downloads/0"))
+                                 : tree.folder(name));
+  }
+  paths.push_back(tree.path("Downloads/gone"));
+  const auto results = moves(paths, tree.path("Downloads"), "/x");
+  EXPECT_THAT(results, SizeIs(100));
+  for (const auto& result : results) {
+    EXPECT_TRUE(std::filesystem::symlink_status(result.item.url().path()).type() ==
+                std::filesystem::file_type::regular);
+  }
+}
+
 TEST_F(PlanExecutorTest, comparesFoldersWithLinksResolved) {
   const auto file = tree.file("Downloads/a.txt");
   const auto other = tree.file("Downloads/Downloads/b.txt");
