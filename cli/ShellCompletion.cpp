@@ -243,7 +243,6 @@ _orvanectl() {{
 {}  esac
   if (( CURRENT == 3 )) && (( $#seconds )) && [[ $words[3] != -* ]]; then
     compadd -- $seconds
-    [[ $command == history ]] && return
   fi
   if (( $seconds[(Ie)$words[3]] )) && (( CURRENT > 3 )); then
     command="$command $words[3]"

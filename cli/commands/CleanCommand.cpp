@@ -56,7 +56,7 @@ CleanWish wishFrom(const Arguments& arguments) {
 
 void tellWhatIsLeftOut(const CleanSelection& selection) {
   if (selection.inTrash().count == 0) return;
-  Session::report(fmt::format("left out: {} ({}) in a Trash already; emptying the Trash frees their space",
+  Session::report(fmt::format("left out: {} ({}) in a Trash already; emptying the Trash frees the space",
                               itemCount(selection.inTrash().count), formatByteCount(selection.inTrash().bytes)));
 }
 

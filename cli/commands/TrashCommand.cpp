@@ -20,9 +20,11 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <string>
+#include <string_view>
+#include <unordered_set>
 
 namespace orvane::cli {
 namespace {
@@ -44,26 +46,15 @@ struct Plan {
 
 AllowedRoots rootsFrom(const Arguments& arguments) {
   auto folders = placesFromArguments(arguments.values("--root"));
-  if (folders.empty())
+  if (folders.empty()) {
     return AllowedRoots(requiredGrantedFolders("the folder that may be acted in with --root FOLDER"));
+  }
   for (const auto& folder : folders) {
     if (!itemExists(folder.path().c_str())) {
       throw UsageError(fmt::format("--root {}: {}", shownPath(folder), errorText(ENOENT)));
     }
   }
   return AllowedRoots(std::move(folders));
-}
-
-// What lies inside another of the places goes with it.
-std::vector<FileUrl> outermost(const std::vector<FileUrl>& places) {
-  std::vector<FileUrl> result;
-  for (const auto& place : places) {
-    const bool isInside = std::any_of(places.begin(), places.end(), [&](const FileUrl& other) {
-      return other != place && isSameOrInside(place.path(), other.path());
-    });
-    if (!isInside) result.push_back(place);
-  }
-  return result;
 }
 
 void addPlace(Plan& plan, const FileUrl& place, const AllowedRoots& roots) {
@@ -78,9 +69,33 @@ void addPlace(Plan& plan, const FileUrl& place, const AllowedRoots& roots) {
     plan.failures.push_back({place, errorText(errno)});
     return;
   }
-  if (!request->expectedIdentity) request->fileSize = StorageScanner::fastFolderSize(place.path());
-  plan.bytes = checkedAdd(plan.bytes, request->fileSize);
   plan.requests.push_back(*std::move(request));
+}
+
+// What lies inside another of the items goes with it.
+void keepOutermost(std::vector<MoveRequest>& requests) {
+  std::unordered_set<std::string> paths;
+  for (const auto& request : requests) paths.insert(request.source.path());
+  std::erase_if(requests, [&](const MoveRequest& request) {
+    std::string_view folder = request.source.path();
+    while (folder.size() > 1) {
+      folder = parentPath(folder);
+      if (paths.contains(std::string(folder))) return true;
+    }
+    return false;
+  });
+}
+
+Plan planFor(const std::vector<FileUrl>& places, const AllowedRoots& roots) {
+  Plan plan;
+  for (const auto& place : places) addPlace(plan, place, roots);
+  keepOutermost(plan.requests);
+  for (auto& request : plan.requests) {
+    // Only a folder is told by its name alone.
+    if (!request.expectedIdentity) request.fileSize = StorageScanner::fastFolderSize(request.source.path());
+    plan.bytes = checkedAdd(plan.bytes, request.fileSize);
+  }
+  return plan;
 }
 
 void showPlan(Session& session, const Plan& plan) {
@@ -95,9 +110,7 @@ void showPlan(Session& session, const Plan& plan) {
 ExitStatus run(Session& session, const Arguments& arguments) {
   requireConsentPossible(arguments);
   const auto roots = rootsFrom(arguments);
-  Plan plan;
-  for (const auto& place : outermost(placesFromArguments(arguments.plain()))) addPlace(plan, place, roots);
-
+  auto plan = planFor(placesFromArguments(arguments.plain()), roots);
   RunReport nothing;
   nothing.failures = plan.failures;
   if (plan.requests.empty()) return nothing.print(session);

@@ -89,8 +89,8 @@ class Group {
           fmt::format("'{}' holds Orvane's own undo journal.", request.source.path())});
     }
     if (request.expectedIdentity && *request.expectedIdentity != move->identity()) {
-      throw TrashError(TrashError::UnderlyingError{
-          fmt::format("'{}' has changed since it was looked at.", request.source.path())});
+      throw TrashError(
+          TrashError::UnderlyingError{fmt::format("'{}' has changed since it was looked at.", request.source.path())});
     }
     return move;
   }

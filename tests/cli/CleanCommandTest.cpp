@@ -1,0 +1,219 @@
+#include "core/base/FileLock.h"
+#include "core/scanning/ScanCategory.h"
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <algorithm>
+#include <csignal>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::UnorderedElementsAre;
+
+class CleanCommand : public Orvanectl {
+ public:
+  // Paths of a dry run's items, below the home folder.
+  [[nodiscard]] std::vector<std::string> wouldMove(Words options) const {
+    Words words{"clean", "--dry-run"};
+    words.insert(words.end(), options.begin(), options.end());
+    std::vector<std::string> result;
+    const auto answer = json(words);
+    for (const auto& item : answer["items"]) {
+      result.push_back(
+          FileUrl::fromAbsoluteString(item["url"].get<std::string>())->path().substr(home.path().size() + 1));
+    }
+    return result;
+  }
+  [[nodiscard]] std::int64_t countIn(const std::string& folder) const {
+    if (!exists(folder)) return 0;
+    return std::distance(std::filesystem::directory_iterator(folder), {});
+  }
+};
+
+TEST_F(CleanCommand, movesWhatIsRecommendedAndSaysHowToBringItBack) {
+  const auto log = recommended("old.log", "1234567");
+  const auto note = home.file("Downloads/note.txt");
+  const auto screenshot = home.file("Downloads/Screenshot.png");
+  const auto result = run({"clean", "--yes"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "");
+  EXPECT_THAT(result.output,
+              HasSubstr("Moved 1 item (7 bytes) to the Trash. The space is free once the Trash is emptied."));
+  EXPECT_FALSE(exists(log));
+  EXPECT_EQ(contentOf(trashed("old.log")), "1234567");
+  EXPECT_TRUE(exists(note) && exists(screenshot));
+
+  const auto command = result.output.find("orvanectl restore ");
+  ASSERT_NE(command, std::string::npos);
+  const auto runId = result.output.substr(command + 18, 36);
+  EXPECT_EQ(run({"restore", runId, "--yes"}).exitStatus, 0);
+  EXPECT_EQ(contentOf(log), "1234567");
+}
+
+TEST_F(CleanCommand, hasItsGivenJsonForm) {
+  recommended();
+  const auto done = json({"clean", "--yes"});
+  EXPECT_TRUE(Uuid::parse(done["runId"].get<std::string>()));
+  EXPECT_EQ(done.dump(),
+            R"({"runId":)" + done["runId"].dump() + R"(,"itemsProcessed":1,"bytesReclaimed":7,"failures":[]})");
+  EXPECT_EQ(json({"clean", "--yes"}).dump(), R"({"runId":null,"itemsProcessed":0,"bytesReclaimed":0,"failures":[]})");
+}
+
+TEST_F(CleanCommand, selectsByCategoryAndRisk) {
+  recommended("a.log");
+  home.file("Downloads/new.dmg");
+  home.file("Downloads/Screenshot.png");
+  home.file("Downloads/note.txt");
+  home.file("Library/Caches/App/data");
+  home.file(".Trash/x.log");
+  home.file("Downloads/.Trash/y.log");
+  EXPECT_THAT(wouldMove({}), UnorderedElementsAre("Downloads/a.log", "Library/Caches/App"));
+  EXPECT_THAT(wouldMove({"--category", "logs"}), ElementsAre("Downloads/a.log"));
+  EXPECT_THAT(wouldMove({"--category", "oldDownloads"}), ElementsAre());
+  EXPECT_THAT(wouldMove({"--category", "oldDownloads", "--include-review"}), ElementsAre("Downloads/new.dmg"));
+  EXPECT_THAT(wouldMove({"--category=screenshots", "--category=logs", "--include-review"}),
+              UnorderedElementsAre("Downloads/a.log", "Downloads/Screenshot.png"));
+  EXPECT_THAT(wouldMove({"--category", "manualReview", "--include-review"}), ElementsAre());
+  EXPECT_THAT(wouldMove({"Library"}), ElementsAre("Library/Caches/App"));
+}
+
+TEST_F(CleanCommand, knowsEveryCategoryByItsName) {
+  home.folder("Downloads");
+  for (const auto category : allScanCategories) {
+    EXPECT_THAT(wouldMove({"--category", std::string(rawValue(category))}), ElementsAre());
+  }
+}
+
+TEST_F(CleanCommand, dryRunShowsAndStops) {
+  const auto log = recommended();
+  const auto result = run({"clean", "--dry-run", "--yes"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.output,
+            "   Size  Category           Item\n"
+            "7 bytes  System & App Logs  ~/Downloads/old.log\n"
+            "Would move 1 item (7 bytes) to the Trash.\n");
+  const auto dry = json({"clean", "--dry-run"});
+  EXPECT_EQ(dry["totalBytes"], 7);
+  EXPECT_EQ(dry["items"][0]["url"], home.url("Downloads/old.log").absoluteString());
+  EXPECT_EQ(dry["items"][0]["isSelected"], true);
+  EXPECT_TRUE(exists(log));
+  EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(CleanCommand, leavesItemsInATrashAloneAndSaysSo) {
+  const auto kept = home.file("Documents/.Trash/kept.log");
+  home.file("Documents/plain.log");
+  const auto result = run({"clean", "--yes", "Documents/.Trash", "Documents"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors,
+            "orvanectl: left out: 1 item (7 bytes) in a Trash already; emptying the Trash frees the space\n");
+  EXPECT_TRUE(exists(kept));
+  EXPECT_TRUE(exists(trashed("plain.log")));
+}
+
+TEST_F(CleanCommand, countsNothingTwiceWhereFoldersOverlap) {
+  home.file("Documents/in/a.log");
+  EXPECT_EQ(json({"clean", "--yes", "Documents", "Documents/in"})["itemsProcessed"], 1);
+}
+
+TEST_F(CleanCommand, cleansTheOtherFoldersWhereOneIsMissing) {
+  recommended();
+  const auto result = run({"clean", "--yes", "--json", "nope", "Downloads"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(parseJson(result.output)["itemsProcessed"], 1);
+  EXPECT_THAT(result.errors, HasSubstr("~/nope: No such file"));
+}
+
+TEST_F(CleanCommand, movesNothingWhereNoNamedFolderCanBeScanned) {
+  const auto log = recommended();
+  EXPECT_EQ(run({"clean", "--yes", "nope"}).exitStatus, 1);
+  EXPECT_TRUE(exists(log));
+}
+
+TEST_F(CleanCommand, movesNamesOfEveryKind) {
+  const std::vector<std::string> names{"new\nline.log", "\xFF.log", "\xE2\x80\xAEgol.log",
+                                       std::string(251, 'n') + ".log"};
+  for (const auto& name : names) recommended(name);
+  EXPECT_EQ(json({"clean", "--yes"})["itemsProcessed"], names.size());
+  EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], names.size());
+  for (const auto& name : names) EXPECT_TRUE(exists(home.path("Downloads/" + name)));
+}
+
+TEST_F(CleanCommand, warnsOfSyncedFolders) {
+  home.file("Dropbox/a.log");
+  home.file("Dropbox/b.log");
+  const auto result = run({"clean", "--yes", "Dropbox"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors,
+            "Warning: 2 items are synced via Dropbox. Deleting them will also remove them from your other "
+            "connected devices.\n");
+}
+
+TEST_F(CleanCommand, asksAtATerminal) {
+  for (const auto& [answer, moves] : {std::pair{"y\n", true}, std::pair{"YES\n", true}, std::pair{"\n", false},
+                                      std::pair{"n\n", false}, std::pair{"yep\n", false}, std::pair{"\x04", false}}) {
+    const auto log = recommended();
+    LiveProgram program(terminalSetup({"clean"}));
+    program.waitForOutput("Move 1 item (7 bytes) to the Trash? [y/N]");
+    EXPECT_TRUE(exists(log));
+    program.send(answer);
+    const auto result = program.finish();
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(exists(log), !moves) << answer;
+    EXPECT_THAT(result.output, HasSubstr(moves ? "Moved 1 item" : "Nothing was moved."));
+  }
+}
+
+TEST_F(CleanCommand, changesNothingWhenInterruptedAtTheQuestion) {
+  const auto log = recommended();
+  LiveProgram program(terminalSetup({"clean"}));
+  program.waitForOutput("[y/N]");
+  program.send("\x03");
+  EXPECT_EQ(program.finish().exitStatus, 130);
+  EXPECT_TRUE(exists(log));
+  EXPECT_FALSE(exists(trashed("old.log")));
+}
+
+TEST_F(CleanCommand, leavesAFileAloneThatChangesBeforeTheAnswer) {
+  const auto log = recommended();
+  LiveProgram program(terminalSetup({"clean"}));
+  program.waitForOutput("[y/N]");
+  home.file("Downloads/old.log", "something else by now");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, HasSubstr("has changed since it was looked at"));
+  EXPECT_EQ(contentOf(log), "something else by now");
+}
+
+TEST_F(CleanCommand, reportsWhatWasDoneWhenInterrupted) {
+  constexpr std::int64_t count = 2000;
+  for (int i = 0; i < count; ++i) recommended(std::to_string(i) + ".log");
+  const auto journalFolder = home.folder("Library/Application Support/Orvane");
+  std::optional<LiveProgram> program;
+  {
+    // The run stops at its first checkpoint, with some of the items moved, until this lock is given up.
+    const auto lock = FileLock::acquire(journalFolder + "/undo_journal.lock");
+    program.emplace(setup({"clean", "--yes", "--json"}));
+    while (countIn(home.path(".local/share/Trash/files")) < 512) std::this_thread::yield();
+    program->signal(SIGTERM);
+    program->waitForSignalsTaken();
+  }
+  const auto result = program->finish();
+  EXPECT_EQ(result.exitStatus, 130);
+  EXPECT_THAT(result.errors, HasSubstr("interrupted"));
+  const auto report = parseJson(result.output);
+  const auto moved = report["itemsProcessed"].get<std::int64_t>();
+  EXPECT_GE(moved, 512);
+  EXPECT_LT(moved, count);
+  EXPECT_EQ(countIn(home.path(".local/share/Trash/files")), moved);
+  EXPECT_EQ(countIn(home.path("Downloads")), count - moved);
+  EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], moved);
+  EXPECT_EQ(countIn(home.path("Downloads")), count);
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,62 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class ExplainCommand : public Orvanectl {};
+
+TEST_F(ExplainCommand, hasItsGivenJsonForm) {
+  const auto installer = home.file("Dropbox/Setup.DMG");
+  const auto key = home.file(".ssh/id_rsa");
+  const auto answer = json({"explain", "Dropbox/Setup.DMG", ".ssh/id_rsa"});
+  EXPECT_EQ(
+      answer[0].dump(),
+      R"({"path":")" + installer +
+          R"(","category":"oldDownloads","riskLabel":"review","isAllowed":true,"refusal":null,)"
+          R"("cloudProvider":"Dropbox","syncWarning":"Warning: 'Setup.DMG' is synced via Dropbox. Deleting it will )"
+          R"(also remove it from your other connected devices.","isCloudPlaceholder":false,)"
+          R"("organizerCategory":"Installers"})");
+  EXPECT_EQ(answer[1].dump(),
+            R"({"path":")" + key +
+                R"(","category":"manualReview","riskLabel":"manual","isAllowed":false,"refusal":"Operation denied: ')" +
+                key +
+                R"(' is a protected system or personal identity path.","cloudProvider":null,"syncWarning":null,)"
+                R"("isCloudPlaceholder":false,"organizerCategory":"Other"})");
+}
+
+TEST_F(ExplainCommand, namesWhatIsMissingAndStillTellsWhatItsPathDecides) {
+  const auto result = run({"explain", "--json", ".Notes.icloud", "/usr/missing"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(result.errors,
+            "orvanectl: ~/.Notes.icloud: No such file or directory\n"
+            "orvanectl: /usr/missing: No such file or directory\n");
+  const auto answer = parseJson(result.output);
+  EXPECT_EQ(answer[0]["category"], nullptr);
+  EXPECT_EQ(answer[0]["riskLabel"], nullptr);
+  EXPECT_EQ(answer[0]["organizerCategory"], nullptr);
+  EXPECT_EQ(answer[0]["isCloudPlaceholder"], true);
+  EXPECT_EQ(answer[1]["isAllowed"], false);
+}
+
+TEST_F(ExplainCommand, writesPathsThatAreNotUtf8AsTheirUrl) {
+  home.file("Downloads/\xFF");
+  EXPECT_EQ(json({"explain", "Downloads/\xFF"})[0]["path"], home.url("Downloads/\xFF").absoluteString());
+}
+
+TEST_F(ExplainCommand, tellsPeopleWhatFollows) {
+  recommended("a\tb.log");
+  home.file("elsewhere/note.txt");
+  const auto granted = run({"explain", "Downloads/a\tb.log"}).output;
+  EXPECT_THAT(granted, HasSubstr(R"(~/Downloads/a\tb.log)"));
+  EXPECT_THAT(granted, HasSubstr("takes it without a second look"));
+  EXPECT_THAT(granted, Not(HasSubstr("outside the granted folders")));
+  const auto outside = run({"explain", "elsewhere/note.txt"}).output;
+  EXPECT_THAT(outside, HasSubstr("never takes it"));
+  EXPECT_THAT(outside, HasSubstr("outside the granted folders"));
+}
+
+}  // namespace
+}  // namespace orvane::test

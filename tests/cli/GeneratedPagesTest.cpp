@@ -1,0 +1,53 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+
+class GeneratedPages : public Orvanectl {
+ public:
+  // What bash offers for the words, the last of which is being typed.
+  [[nodiscard]] std::string offered(const std::string& words) const {
+    const auto script = home.file("completion.bash", run({"internal-completions", "bash"}).output);
+    auto program = setup({});
+    program.workingFolder = home.folder("typed");
+    program.arguments = {"/bin/bash", "-c",
+                         ". /usr/share/bash-completion/bash_completion && . " + script + R"( && COMP_WORDS=()" + words +
+                             R"() && COMP_CWORD=$((${#COMP_WORDS[@]} - 1)) && COMP_LINE="${COMP_WORDS[*]}" &&
+                             COMP_POINT=${#COMP_LINE} && _orvanectl; printf '%s ' "${COMPREPLY[@]}")"};
+    const auto result = LiveProgram(program).finish();
+    EXPECT_EQ(result.errors, "");
+    return result.output;
+  }
+};
+
+TEST_F(GeneratedPages, manPageHasNoFaultsAndEveryCommand) {
+  const auto page = home.file("orvanectl.1", run({"internal-man"}).output);
+  auto program = setup({});
+  program.arguments = {"/usr/bin/man", "--warnings=all", "-l", page};
+  program.environment["MANWIDTH"] = "100";
+  program.environment["LC_ALL"] = "C.UTF-8";
+  const auto result = LiveProgram(program).finish();
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "");
+  for (const char* piece :
+       {"orvanectl scan [OPTIONS] [FOLDER...]", "--include-review", "EXIT STATUS", "undo_journal.json"}) {
+    EXPECT_THAT(result.output, HasSubstr(piece));
+  }
+}
+
+TEST_F(GeneratedPages, bashCompletesCommandsOptionsAndValues) {
+  home.folder("typed/folder");
+  home.file("typed/file");
+  EXPECT_EQ(offered("orvanectl s"), "scan summary ");
+  EXPECT_EQ(offered("orvanectl clean --d"), "--developer-caches --dry-run ");
+  EXPECT_EQ(offered("orvanectl clean --category l"), "logs largeFiles ");
+  EXPECT_EQ(offered("orvanectl scan f"), "folder ");
+  EXPECT_EQ(offered("orvanectl --json trash fi"), "file ");
+  EXPECT_EQ(offered("orvanectl history s"), "show ");
+  EXPECT_EQ(offered("orvanectl history show --j"), "--json ");
+}
+
+}  // namespace
+}  // namespace orvane::test

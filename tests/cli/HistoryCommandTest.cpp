@@ -1,0 +1,170 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <algorithm>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+class HistoryCommand : public Orvanectl {
+ public:
+  // Trashes a new file and returns the run's identifier.
+  std::string runOf(const std::string& name, const std::string& content) const {
+    home.file("Downloads/" + name, content);
+    return json({"trash", "--yes", "Downloads/" + name})["runId"];
+  }
+  [[nodiscard]] std::string journal() const {
+    return home.path("Library/Application Support/Orvane/undo_journal.json");
+  }
+};
+
+TEST_F(HistoryCommand, listsRunsNewestFirst) {
+  const auto first = runOf("a", "1");
+  const auto second = runOf("b", "22");
+  const auto runs = json({"history"});
+  ASSERT_EQ(runs.size(), 2);
+  EXPECT_EQ(runs[0]["runId"], second);
+  EXPECT_EQ(runs[1].dump(), R"({"runId":")" + first + R"(","timestamp":)" + runs[1]["timestamp"].dump() +
+                                R"(,"itemCount":1,"totalBytes":1,"isRestored":false})");
+  const auto text = run({"history"}).output;
+  EXPECT_THAT(text, MatchesRegex("Run +When +Items +Size +State\n" + second.substr(0, 8) +
+                                 "[^\n]* 1 +2 bytes +can be restored\n" + first.substr(0, 8) +
+                                 "[^\n]*\n2 runs recorded, 3 bytes[^\n]*\n"));
+}
+
+TEST_F(HistoryCommand, isEmptyBeforeTheFirstRun) {
+  EXPECT_EQ(run({"history", "--json"}).output, "[]\n");
+  EXPECT_EQ(run({"history"}).output, "0 runs recorded, Zero KB.\n");
+}
+
+TEST_F(HistoryCommand, showsTheEntriesOfARun) {
+  const auto id = runOf("a\nb", "123");
+  auto lower = id.substr(0, 6);
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char c) { return std::tolower(c); });
+  const auto entries = json({"history", "show", lower});
+  ASSERT_EQ(entries.size(), 1);
+  EXPECT_EQ(entries[0]["runId"], id);
+  EXPECT_EQ(entries[0]["originalURL"], home.url("Downloads/a\nb").absoluteString());
+  EXPECT_EQ(entries[0]["action"], "trashed");
+  EXPECT_THAT(run({"history", "show", id}).output, HasSubstr(R"(trashed  3 bytes  ~/Downloads/a\nb)"));
+}
+
+TEST_F(HistoryCommand, refusesRunsThatDoNotExist) {
+  runOf("a", "1");
+  const auto unknown = run({"history", "show", "00000000-0000-0000-0000-00000000abcd"});
+  EXPECT_EQ(unknown.exitStatus, 1);
+  EXPECT_EQ(unknown.errors, "orvanectl: No recorded cleanup run found for ID: 00000000-0000-0000-0000-00000000ABCD\n");
+  // No identifier of this version begins so: its thirteenth digit tells the version.
+  const auto prefix = run({"restore", "--yes", "00000000-0000-0"});
+  EXPECT_EQ(prefix.exitStatus, 1);
+  EXPECT_THAT(prefix.errors, HasSubstr("no recorded run begins with"));
+}
+
+TEST_F(HistoryCommand, asksForMoreOfANameThatSeveralRunsBeginWith) {
+  // Seventeen runs: two of them begin with the same of sixteen digits.
+  std::map<char, int> count;
+  char shared = 0;
+  for (int i = 0; i < 17; ++i) {
+    const char first = runOf("a", "1")[0];
+    if (++count[first] == 2) shared = first;
+  }
+  const auto result = run({"restore", "--yes", std::string(1, shared)});
+  EXPECT_EQ(result.exitStatus, 2);
+  EXPECT_THAT(result.errors, HasSubstr("several runs begin with"));
+  EXPECT_FALSE(exists(home.path("Downloads/a")));
+}
+
+TEST_F(HistoryCommand, restoresRunsOneByOneFromTheNewest) {
+  runOf("a", "1");
+  runOf("b", "2");
+  EXPECT_EQ(json({"restore", "--last", "--yes"}).dump(), R"({"restoredCount":1,"warnings":[]})");
+  EXPECT_TRUE(exists(home.path("Downloads/b")) && !exists(home.path("Downloads/a")));
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).output, "Brought back 1 item.\n");
+  EXPECT_TRUE(exists(home.path("Downloads/a")));
+  const auto none = run({"restore", "--last", "--yes"});
+  EXPECT_EQ(none.exitStatus, 1);
+  EXPECT_EQ(none.errors, "orvanectl: there is no run left to restore\n");
+  for (const auto& run : json({"history"})) EXPECT_EQ(run["isRestored"], true);
+}
+
+TEST_F(HistoryCommand, restoresUnderAnotherNameWhereThePlaceIsTaken) {
+  const auto id = runOf("report.pdf", "old");
+  home.file("Downloads/report.pdf", "new");
+  EXPECT_EQ(json({"restore", id, "--yes"})["restoredCount"], 1);
+  EXPECT_EQ(contentOf(home.path("Downloads/report.pdf")), "new");
+  EXPECT_EQ(contentOf(home.path("Downloads/report (restored 1).pdf")), "old");
+}
+
+TEST_F(HistoryCommand, warnsOfItemsThatAreGone) {
+  const auto id = runOf("gone", "1");
+  std::filesystem::remove(trashed("gone"));
+  const auto result = run({"restore", id, "--yes", "--json"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(result.output, R"({"restoredCount":0,"warnings":["Item was emptied from Trash or moved: gone"]})"
+                           "\n");
+  EXPECT_EQ(result.errors, "orvanectl: Item was emptied from Trash or moved: gone\n");
+}
+
+TEST_F(HistoryCommand, restoresNothingWithoutAYes) {
+  runOf("a", "1");
+  for (const auto& [answer, status] : {std::pair{"n\n", 0}, std::pair{"\x03", 130}}) {
+    LiveProgram program(terminalSetup({"restore", "--last"}));
+    program.waitForOutput("Bring back the 1 item (1 byte)");
+    program.send(answer);
+    EXPECT_EQ(program.finish().exitStatus, status);
+    EXPECT_FALSE(exists(home.path("Downloads/a")));
+  }
+}
+
+TEST_F(HistoryCommand, saysThatTheJournalIsDamagedAndKeepsIt) {
+  home.file("Library/Application Support/Orvane/undo_journal.json", "{\"runs\":");
+  const auto listed = run({"history", "--json"});
+  EXPECT_EQ(listed.exitStatus, 0);
+  EXPECT_EQ(listed.output, "[]\n");
+  EXPECT_THAT(listed.errors, StartsWith("orvanectl: The undo journal"));
+  EXPECT_EQ(contentOf(journal()), "{\"runs\":");
+
+  runOf("a", "1");
+  EXPECT_EQ(json({"history"}).size(), 1);
+  bool isKept = false;
+  for (const auto& entry : std::filesystem::directory_iterator(home.path("Library/Application Support/Orvane"))) {
+    if (entry.path().filename().string().starts_with("undo_journal.damaged-")) {
+      isKept = contentOf(entry.path().string()) == "{\"runs\":";
+    }
+  }
+  EXPECT_TRUE(isKept);
+}
+
+TEST_F(HistoryCommand, movesNothingWhereTheJournalCannotBeWritten) {
+  home.file("Library/Application Support", "a file where the folder should be");
+  const auto file = home.file("Downloads/a");
+  const auto result = run({"trash", "--yes", "Downloads/a"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, HasSubstr("Nothing was moved"));
+  EXPECT_TRUE(exists(file));
+}
+
+TEST_F(HistoryCommand, summaryCountsWhatIsStillInTheTrash) {
+  runOf("a", "1");
+  runOf("b", "22");
+  EXPECT_EQ(json({"summary"})["lifetimeReclaimedBytes"], 3);
+  json({"restore", "--last", "--yes"});
+  const auto summary = json({"summary"});
+  std::vector<std::string> keys;
+  for (const auto& [key, value] : summary.items()) keys.push_back(key);
+  EXPECT_THAT(keys, ElementsAre("totalDiskBytes", "freeDiskBytes", "usedDiskBytes", "reclaimableBytes",
+                                "lifetimeReclaimedBytes", "categoryBreakdown"));
+  EXPECT_EQ(summary["lifetimeReclaimedBytes"], 1);
+  EXPECT_EQ(summary["reclaimableBytes"], 0);
+  EXPECT_EQ(summary["categoryBreakdown"], Json::object());
+  EXPECT_EQ(summary["usedDiskBytes"].get<std::int64_t>(),
+            summary["totalDiskBytes"].get<std::int64_t>() - summary["freeDiskBytes"].get<std::int64_t>());
+  EXPECT_THAT(run({"summary"}).output, HasSubstr("Moved to the Trash so far: 1 byte."));
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "core/base/Json.h"
+#include "tests/support/LiveProgram.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane::test {
+
+// The real orvanectl in a home of its own.
+class Orvanectl : public testing::Test {
+ public:
+  using Words = std::vector<std::string>;
+
+  Orvanectl() {
+    environment = {
+        {"HOME", home.path()}, {"PATH", "/usr/bin:/bin"}, {"LANG", "en_US.UTF-8"}, {"TERM", "xterm"}, {"TZ", "UTC"}};
+    // Options of the sanitizers reach the program too.
+    for (const char* name : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+      if (const char* value = std::getenv(name)) environment[name] = value;
+    }
+  }
+
+  [[nodiscard]] LiveProgram::Setup setup(const Words& words) const {
+    LiveProgram::Setup result{.arguments = {ORVANECTL}, .environment = environment, .workingFolder = home.path()};
+    result.arguments.insert(result.arguments.end(), words.begin(), words.end());
+    return result;
+  }
+  [[nodiscard]] LiveProgram::Setup terminalSetup(const Words& words) const {
+    auto result = setup(words);
+    result.terminal = LiveProgram::Terminal::all;
+    return result;
+  }
+  [[nodiscard]] ChildResult run(const Words& words) const { return LiveProgram(setup(words)).finish(); }
+  // What it prints, which must be one JSON document and nothing else.
+  Json json(Words words, int exitStatus = 0) const {
+    words.push_back("--json");
+    const auto result = run(words);
+    EXPECT_EQ(result.exitStatus, exitStatus) << result.errors;
+    return parseJson(result.output);
+  }
+
+  // A log: safe, and so recommended.
+  std::string recommended(std::string_view name = "old.log", std::string_view content = "1234567") const {
+    return home.file("Downloads/" + std::string(name), content);
+  }
+  [[nodiscard]] std::string trashed(std::string_view name) const {
+    return home.path(".local/share/Trash/files/" + std::string(name));
+  }
+  // Nothing of the program's own and no Trash.
+  [[nodiscard]] bool isUntouched() const { return !exists(home.path("Library")) && !exists(home.path(".local")); }
+
+  TemporaryTree home;
+  std::map<std::string, std::string> environment;
+};
+
+}  // namespace orvane::test

@@ -1,0 +1,157 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <sys/stat.h>
+
+#include <sstream>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::UnorderedElementsAre;
+
+class ScanCommand : public Orvanectl {
+ public:
+  [[nodiscard]] static std::vector<Json> eventsIn(const std::string& output) {
+    std::vector<Json> events;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) events.push_back(parseJson(line));
+    return events;
+  }
+  [[nodiscard]] static std::vector<std::string> urlsIn(const std::vector<Json>& events) {
+    std::vector<std::string> urls;
+    for (const auto& event : events) {
+      if (event["event"] == "itemDiscovered") urls.push_back(event["item"]["url"]);
+    }
+    return urls;
+  }
+  [[nodiscard]] std::string urlOf(std::string_view relative) const { return home.url(relative).absoluteString(); }
+};
+
+TEST_F(ScanCommand, printsOneEventALine) {
+  for (int i = 0; i < 150; ++i) home.file("Downloads/note" + std::to_string(i) + ".txt", "1234567890");
+  recommended();
+  const auto result = run({"scan", "--json"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "");
+  const auto events = eventsIn(result.output);
+  ASSERT_EQ(events.size(), 153);
+  EXPECT_EQ(events.back(), (Json{{"event", "completed"}, {"totalItems", 151}, {"totalBytes", 1507}}));
+  const auto progress =
+      std::find_if(events.begin(), events.end(), [](const Json& e) { return e["event"] == "progress"; });
+  ASSERT_NE(progress, events.end());
+  EXPECT_EQ((*progress)["itemsScanned"], 100);
+  EXPECT_TRUE((*progress)["bytesFound"].is_number_integer() && (*progress)["currentPath"].is_string());
+  for (const auto& event : events) {
+    if (event["event"] != "itemDiscovered") continue;
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : event["item"].items()) keys.push_back(key);
+    EXPECT_THAT(keys, ElementsAre("id", "url", "relativePath", "fileSize", "createdDate", "lastModifiedDate",
+                                  "lastOpenedDate", "category", "riskLabel", "isSelected", "isCloudPlaceholder"));
+  }
+}
+
+TEST_F(ScanCommand, showsCategoriesInDeclarationOrderWithTotalsLast) {
+  recommended("a.log", std::string(2000, 'x'));
+  home.file("Downloads/Screenshot 1.png", std::string(500, 'x'));
+  home.sparseFile("Documents/film.mov", 200'000'000);
+  const auto result = run({"scan"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "");
+  EXPECT_THAT(result.output,
+              MatchesRegex("Category +Items +Size +Risk\n"
+                           "System & App Logs +1 +2 KB +safe\n"
+                           "Screenshots +1 +500 bytes +review\n"
+                           "Large Unused Files +1 +200 MB +review\n"
+                           "-+\n"
+                           "Total +3 +200 MB\n"
+                           "\n"
+                           "Disk: [^\n]* available\n"
+                           "Found 3 items \\(200 MB\\), of which 1 \\(2 KB\\)[^\n]*: orvanectl clean\n"));
+}
+
+TEST_F(ScanCommand, leavesNothingBehind) {
+  recommended();
+  EXPECT_EQ(run({"scan"}).exitStatus, 0);
+  EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(ScanCommand, includesDeveloperCachesOnDemand) {
+  home.file("Library/Developer/CoreSimulator/Caches/a/b", "12345");
+  const Words words{"scan", "--json", "Library"};
+  EXPECT_THAT(urlsIn(eventsIn(run(words).output)), ElementsAre());
+  EXPECT_THAT(urlsIn(eventsIn(run({"scan", "--json", "Library", "--developer-caches"}).output)),
+              ElementsAre(urlOf("Library/Developer/CoreSimulator/Caches")));
+}
+
+TEST_F(ScanCommand, takesFoldersAsTheyAreTyped) {
+  home.file("plain/in.log");
+  home.file("[a,b]/in.log");
+  home.file("{}/in.log");
+  home.file("-dash/in.log");
+  home.file("scan/in.log");
+  home.link("to plain", "plain");
+  const auto found = [&](const Words& folders) {
+    Words words{"scan", "--json"};
+    words.insert(words.end(), folders.begin(), folders.end());
+    const auto result = run(words);
+    EXPECT_EQ(result.exitStatus, 0) << result.errors;
+    return urlsIn(eventsIn(result.output));
+  };
+  EXPECT_THAT(found({"plain"}), ElementsAre(urlOf("plain/in.log")));
+  EXPECT_THAT(found({"plain/../[a,b]/."}), ElementsAre(urlOf("[a,b]/in.log")));
+  EXPECT_THAT(found({"[a,b]"}), ElementsAre(urlOf("[a,b]/in.log")));
+  EXPECT_THAT(found({"{}"}), ElementsAre(urlOf("{}/in.log")));
+  EXPECT_THAT(found({"scan"}), ElementsAre(urlOf("scan/in.log")));
+  EXPECT_THAT(found({"--", "-dash"}), ElementsAre(urlOf("-dash/in.log")));
+  EXPECT_THAT(found({urlOf("[a,b]")}), ElementsAre(urlOf("[a,b]/in.log")));
+  EXPECT_THAT(found({"plain", "./plain", home.path("plain")}), ElementsAre(urlOf("plain/in.log")));
+  EXPECT_THAT(found({"plain", "scan"}), UnorderedElementsAre(urlOf("plain/in.log"), urlOf("scan/in.log")));
+  EXPECT_EQ(found({"to plain"}).size(), 1);
+}
+
+TEST_F(ScanCommand, namesFoldersThatCannotBeScannedAndScansTheOthers) {
+  recommended();
+  home.file("file");
+  home.folder(".ssh");
+  const auto result = run({"scan", "--json", "nope", "file", ".ssh", "/usr", "Downloads"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(urlsIn(eventsIn(result.output)), ElementsAre(urlOf("Downloads/old.log")));
+  EXPECT_EQ(result.errors,
+            "orvanectl: ~/nope: No such file or directory\n"
+            "orvanectl: ~/file: Not a directory\n"
+            "orvanectl: Operation denied: '" +
+                home.path(".ssh") +
+                "' is a protected system or personal identity path.\n"
+                "orvanectl: Operation denied: '/usr' is a protected system or personal identity path.\n");
+}
+
+TEST_F(ScanCommand, namesFoldersThatMayNotBeRead) {
+  if (::geteuid() != 0) GTEST_SKIP() << "becomes another user";
+  home.file("closed/in.log");
+  ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
+  ASSERT_EQ(::chmod(home.path("closed").c_str(), 0700), 0);
+  auto program = setup({"scan", "closed"});
+  program.user = LiveProgram::User::nobody;
+  const auto result = LiveProgram(program).finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(result.errors, "orvanectl: ~/closed: Permission denied\n");
+}
+
+TEST_F(ScanCommand, keepsEveryByteOfANameInTheUrl) {
+  const std::string longest(255, 'n');
+  for (const std::string name :
+       {"new\nline.log", "esc\x1b[31m.log", "\xE2\x80\xAEgol.log", "\xFF\xFE.log", "a\\b\".log"}) {
+    home.file("Downloads/" + name);
+  }
+  home.file("Downloads/" + longest);
+  EXPECT_THAT(urlsIn(eventsIn(run({"scan", "--json"}).output)),
+              UnorderedElementsAre(urlOf("Downloads/new\nline.log"), urlOf("Downloads/esc\x1b[31m.log"),
+                                   urlOf("Downloads/\xE2\x80\xAEgol.log"), urlOf("Downloads/\xFF\xFE.log"),
+                                   urlOf("Downloads/a\\b\".log"), urlOf("Downloads/" + longest)));
+}
+
+}  // namespace
+}  // namespace orvane::test

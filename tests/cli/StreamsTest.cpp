@@ -1,0 +1,98 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace orvane::test {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+class Streams : public Orvanectl {
+ public:
+  // More output than a pipe holds.
+  void makeManyFiles() const {
+    for (int i = 0; i < 1500; ++i) recommended(std::to_string(i) + ".log");
+  }
+};
+
+TEST_F(Streams, endQuietlyWhenNobodyReadsAnyMore) {
+  makeManyFiles();
+  auto program = setup({});
+  program.arguments = {"/bin/bash", "-c", std::string(ORVANECTL) + " scan --json | head -n 1; echo ${PIPESTATUS[0]}"};
+  const auto result = LiveProgram(program).finish();
+  EXPECT_EQ(result.errors, "");
+  EXPECT_THAT(result.output, EndsWith("\n141\n"));
+}
+
+TEST_F(Streams, closedOrFullOutputIsAFailureThatIsTold) {
+  const auto log = recommended();
+  auto closed = setup({"scan"});
+  closed.closedDescriptors = {STDOUT_FILENO};
+  const auto result = LiveProgram(closed).finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(result.errors, "orvanectl: standard output cannot be written: Bad file descriptor\n");
+
+  auto full = setup({});
+  full.arguments = {"/bin/bash", "-c", std::string(ORVANECTL) + " --version >/dev/full"};
+  EXPECT_THAT(LiveProgram(full).finish().errors, HasSubstr("No space left on device"));
+}
+
+TEST_F(Streams, closedStreamsNeverLeadIntoTheJournal) {
+  recommended();
+  auto program = setup({"clean", "--yes", "--json"});
+  program.closedDescriptors = {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
+  EXPECT_EQ(LiveProgram(program).finish().exitStatus, 1);
+  const auto runs = json({"history"});
+  ASSERT_EQ(runs.size(), 1);
+  EXPECT_EQ(runs[0]["itemCount"], 1);
+}
+
+TEST_F(Streams, aReaderThatLeavesDoesNotCutARunShort) {
+  makeManyFiles();
+  auto program = setup({});
+  program.arguments = {"/bin/bash", "-c", std::string(ORVANECTL) + " clean --yes 2>&1 | true"};
+  static_cast<void>(LiveProgram(program).finish());
+  EXPECT_EQ(json({"history"})[0]["itemCount"], 1500);
+}
+
+TEST_F(Streams, aScanEndsAsCancelledWhenInterrupted) {
+  makeManyFiles();
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    LiveProgram program(setup({"scan", "--json"}));
+    // It cannot go on before its output is read.
+    program.waitForOutput("itemDiscovered");
+    program.signal(signal);
+    program.waitForSignalsTaken();
+    const auto result = program.finish();
+    EXPECT_EQ(result.exitStatus, 130);
+    EXPECT_THAT(result.output, EndsWith("{\"event\":\"cancelled\"}\n"));
+  }
+}
+
+TEST_F(Streams, progressShowsOnlyOnATerminal) {
+  makeManyFiles();
+  const auto onTerminal = [&](const Words& words) { return LiveProgram(terminalSetup(words)).finish().output; };
+  const std::string drawn = "\r\x1b[KScanning (";
+  EXPECT_THAT(onTerminal({"scan"}), HasSubstr(drawn));
+  EXPECT_THAT(onTerminal({"scan", "--no-progress"}), Not(HasSubstr("Scanning")));
+  EXPECT_EQ(run({"scan"}).errors, "");
+  environment["TERM"] = "dumb";
+  EXPECT_THAT(onTerminal({"scan"}), Not(HasSubstr("\x1b")));
+}
+
+TEST_F(Streams, colourShowsOnlyOnATerminalAndNotWhereItIsUnwanted) {
+  recommended();
+  const std::string green = "\x1b[32msafe\x1b[0m";
+  EXPECT_THAT(LiveProgram(terminalSetup({"scan"})).finish().output, HasSubstr(green));
+  EXPECT_THAT(run({"scan"}).output, Not(HasSubstr("\x1b")));
+  environment["NO_COLOR"] = "1";
+  EXPECT_THAT(LiveProgram(terminalSetup({"scan", "--no-progress"})).finish().output, Not(HasSubstr("\x1b")));
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,103 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+
+class TrashCommand : public Orvanectl {
+ public:
+  TrashCommand() { home.folder("Downloads"); }
+};
+
+TEST_F(TrashCommand, movesFilesFoldersAndLinks) {
+  home.file("Downloads/one", "12345");
+  home.file("Downloads/folder/in", "123");
+  home.file("Documents/target");
+  home.link("Downloads/link", home.path("Downloads/one"));
+  const auto report = json({"trash", "--yes", "Downloads/folder", "Downloads/link"});
+  EXPECT_EQ(report["itemsProcessed"], 2);
+  EXPECT_TRUE(std::filesystem::is_symlink(trashed("link")));
+  EXPECT_TRUE(exists(trashed("folder/in")));
+  EXPECT_TRUE(exists(home.path("Downloads/one")));
+  EXPECT_EQ(json({"trash", "--yes", home.path("Downloads/one")})["bytesReclaimed"], 5);
+}
+
+TEST_F(TrashCommand, takesEveryNameAsItIsTyped) {
+  environment["PWD"] = home.path("Downloads");
+  for (const std::string name : {"[a,b]", "{}", "%%", "++", "--yes", "--", "-", "scan", "~", "*", "file:", "\xFF\n"}) {
+    home.file("Downloads/a");
+    home.file("Downloads/b");
+    home.file("Downloads/" + name);
+    auto program = setup({"trash", "--yes", "--json", "--", name});
+    program.workingFolder = home.path("Downloads");
+    const auto result = LiveProgram(program).finish();
+    EXPECT_EQ(result.exitStatus, 0) << name << result.errors;
+    EXPECT_FALSE(exists(home.path("Downloads/" + name))) << name;
+    EXPECT_TRUE(exists(home.path("Downloads/a")) && exists(home.path("Downloads/b"))) << name;
+  }
+}
+
+TEST_F(TrashCommand, takesUrlsAsTheJsonOutputWritesThem) {
+  home.file("Downloads/\xFF 100%.txt");
+  EXPECT_EQ(json({"trash", "--yes", home.url("Downloads/\xFF 100%.txt").absoluteString()})["itemsProcessed"], 1);
+}
+
+TEST_F(TrashCommand, staysInsideTheGrantedFoldersUnlessARootIsNamed) {
+  const auto outside = home.file("project/x");
+  const auto refused = json({"trash", "--yes", "project/x"}, 1);
+  EXPECT_EQ(refused.dump(), R"({"runId":null,"itemsProcessed":0,"bytesReclaimed":0,"failures":[{"path":")" + outside +
+                                R"(","error":"Operation denied: ')" + outside +
+                                R"(' is a protected system or personal identity path."}]})");
+  EXPECT_TRUE(exists(outside));
+  EXPECT_EQ(json({"trash", "--yes", "--root", "project", "project/x"})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(outside));
+}
+
+TEST_F(TrashCommand, neverTouchesProtectedPlacesWhateverTheRoot) {
+  const auto key = home.file(".ssh/id_rsa");
+  const auto config = home.file("project/.git/config");
+  const auto report =
+      json({"trash", "--yes", "--root", "/", ".ssh/id_rsa", "project/.git/config", "/etc/hostname", "."}, 1);
+  EXPECT_EQ(report["failures"].size(), 4);
+  EXPECT_EQ(report["itemsProcessed"], 0);
+  EXPECT_TRUE(exists(key) && exists(config) && exists("/etc/hostname"));
+}
+
+TEST_F(TrashCommand, refusesALinkThatLeadsOutOfTheRoots) {
+  home.file("project/x");
+  home.link("Downloads/out", home.path("project/x"));
+  const auto report = json({"trash", "--yes", "Downloads/out"}, 1);
+  EXPECT_THAT(report["failures"][0]["error"].get<std::string>(), HasSubstr("outside allowed folders"));
+  EXPECT_TRUE(std::filesystem::is_symlink(home.path("Downloads/out")));
+}
+
+TEST_F(TrashCommand, namesWhatFailedAndMovesTheRest) {
+  home.file("Downloads/there");
+  const auto result = run({"trash", "--yes", "Downloads/missing", "Downloads/there"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, HasSubstr("orvanectl: ~/Downloads/missing: No such file or directory"));
+  EXPECT_THAT(result.output, HasSubstr("Moved 1 item"));
+  EXPECT_FALSE(exists(home.path("Downloads/there")));
+}
+
+TEST_F(TrashCommand, movesAnItemInsideAnotherAlongWithIt) {
+  home.file("Downloads/folder/in");
+  EXPECT_EQ(json({"trash", "--yes", "Downloads/folder/in", "Downloads/folder", "Downloads/folder/"})["itemsProcessed"],
+            1);
+  EXPECT_TRUE(exists(trashed("folder/in")));
+}
+
+TEST_F(TrashCommand, showsWhatItWillDoAndAsks) {
+  home.file("Downloads/esc\x1b[31m\xE2\x80\xAE.txt", "123");
+  LiveProgram program(terminalSetup({"trash", "Downloads/esc\x1b[31m\xE2\x80\xAE.txt"}));
+  program.waitForOutput("[y/N]");
+  program.send("n\n");
+  const auto result = program.finish();
+  EXPECT_THAT(result.output, HasSubstr(R"(3 bytes  ~/Downloads/esc\x1b[31m\u202e.txt)"));
+  EXPECT_THAT(result.output, testing::Not(HasSubstr("\xE2\x80\xAE")));
+  EXPECT_TRUE(exists(home.path("Downloads/esc\x1b[31m\xE2\x80\xAE.txt")));
+}
+
+}  // namespace
+}  // namespace orvane::test

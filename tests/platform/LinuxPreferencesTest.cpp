@@ -1,0 +1,130 @@
+#include "core/base/Json.h"
+#include "platform/linux/LinuxPreferences.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace orvane::test {
+namespace {
+
+class LinuxPreferencesTest : public testing::Test {
+ public:
+  TemporaryTree tree;
+  LinuxPreferences preferences{tree.path("config/orvane/preferences.json")};
+  // As another process has it.
+  LinuxPreferences other{tree.path("config/orvane/preferences.json")};
+
+  [[nodiscard]] std::vector<std::string> filesBeside() const {
+    std::vector<std::string> result;
+    for (const auto& entry : std::filesystem::directory_iterator(tree.path("config/orvane"))) {
+      result.push_back(entry.path().filename().string());
+    }
+    std::sort(result.begin(), result.end());
+    return result;
+  }
+};
+
+TEST_F(LinuxPreferencesTest, keepsValuesOfEveryKind) {
+  EXPECT_FALSE(preferences.value("missing"));
+  const Json value{{"text", "ä\n"}, {"list", {1, 2.5, nullptr, true}}};
+  preferences.setValue("key", value);
+  preferences.setValue("other", 7);
+  EXPECT_EQ(other.value("key"), value);
+  EXPECT_EQ(other.value("other"), 7);
+  other.setValue("key", false);
+  EXPECT_EQ(preferences.value("key"), false);
+}
+
+TEST_F(LinuxPreferencesTest, isForTheUserAlone) {
+  preferences.setValue("key", 1);
+  struct stat status {};
+  ASSERT_EQ(::stat(tree.path("config/orvane/preferences.json").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST_F(LinuxPreferencesTest, processesNeverLoseEachOthersKeys) {
+  constexpr int writers = 4;
+  constexpr int keys = 25;
+  std::vector<pid_t> children;
+  for (int writer = 0; writer < writers; ++writer) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      try {
+        for (int key = 0; key < keys; ++key) other.setValue(std::to_string(writer) + "-" + std::to_string(key), key);
+      } catch (const std::exception&) {
+        ::_exit(1);
+      }
+      ::_exit(0);
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+  }
+  for (int writer = 0; writer < writers; ++writer) {
+    for (int key = 0; key < keys; ++key) {
+      EXPECT_EQ(preferences.value(std::to_string(writer) + "-" + std::to_string(key)), key);
+    }
+  }
+}
+
+TEST_F(LinuxPreferencesTest, setsADamagedFileAsideBeforeItWritesOverIt) {
+  for (const std::string damage : {"", "{\"key\":", "[1]", "{\"a\":1,\"a\":2}", "\xFF"}) {
+    const auto path = tree.file("config/orvane/preferences.json", damage);
+    EXPECT_FALSE(preferences.value("key"));
+    EXPECT_EQ(contentOf(path), damage) << "reading changed it";
+    preferences.setValue("key", 1);
+    EXPECT_EQ(preferences.value("key"), 1);
+    std::string aside;
+    for (const auto& name : filesBeside()) {
+      if (name.starts_with("preferences.json.damaged-")) aside = tree.path("config/orvane/" + name);
+    }
+    ASSERT_FALSE(aside.empty());
+    EXPECT_EQ(contentOf(aside), damage);
+    std::filesystem::remove(aside);
+  }
+}
+
+TEST_F(LinuxPreferencesTest, leavesNoTemporaryFiles) {
+  preferences.setValue("key", 1);
+  EXPECT_EQ(filesBeside(), (std::vector<std::string>{"preferences.json", "preferences.json.lock"}));
+}
+
+TEST_F(LinuxPreferencesTest, writesThroughALink) {
+  tree.file("dotfiles/settings.json", "{\"old\":1}");
+  tree.link("config/orvane/preferences.json", tree.path("dotfiles/settings.json"));
+  preferences.setValue("new", 2);
+  EXPECT_TRUE(std::filesystem::is_symlink(tree.path("config/orvane/preferences.json")));
+  EXPECT_EQ(preferences.value("old"), 1);
+  EXPECT_EQ(parseJson(contentOf(tree.path("dotfiles/settings.json"))), (Json{{"old", 1}, {"new", 2}}));
+}
+
+TEST_F(LinuxPreferencesTest, throwsWhereItCannotBeWritten) {
+  tree.file("config", "a file where the folder should be");
+  EXPECT_THROW(preferences.setValue("key", 1), std::system_error);
+  EXPECT_FALSE(preferences.value("key"));
+}
+
+TEST(LinuxPreferencesPath, followsTheConfigurationFolder) {
+  const ScopedEnvironment home("HOME", "/home/user");
+  {
+    const ScopedEnvironment configured("XDG_CONFIG_HOME", "/elsewhere");
+    EXPECT_EQ(LinuxPreferences::defaultPath(), "/elsewhere/orvane/preferences.json");
+  }
+  for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative"}) {
+    const ScopedEnvironment configured("XDG_CONFIG_HOME", unusable);
+    EXPECT_EQ(LinuxPreferences::defaultPath(), "/home/user/.config/orvane/preferences.json");
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test
