@@ -7,6 +7,7 @@
 #include "core/base/DirectoryReader.h"
 #include "core/base/FileDescriptor.h"
 #include "core/base/HomeFolder.h"
+#include "core/base/UnicodeText.h"
 #include "core/safety/ManagedFolderType.h"
 #include "core/safety/PathValidator.h"
 
@@ -20,22 +21,29 @@
 namespace orvane::cli {
 namespace {
 
-// Why a folder cannot be walked; absent when it can.
+std::optional<std::string> problemOpening(const FileUrl& folder) {
+  if (DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) return std::nullopt;
+  return fmt::format("{}: {}", shownPath(folder), errorText(errno));
+}
+
+// Why a folder that the user names cannot be walked; absent when it can. The home folder as a whole may not be touched,
+// but what is inside may.
 std::optional<std::string> problemWith(const FileUrl& folder) {
-  if (!DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) {
-    return fmt::format("{}: {}", shownPath(folder), errorText(errno));
-  }
-  // The home folder as a whole may not be touched, but what is inside may.
-  if (canonicalPath(folder.path()) == canonicalPath(homeFolder())) return std::nullopt;
-  try {
-    PathValidator::shared().validate(folder, AllowedRoots());
-  } catch (const SecurityError& error) {
-    return error.what();
-  }
-  return std::nullopt;
+  if (canonicalPath(folder.path()) == canonicalPath(homeFolder())) return problemOpening(folder);
+  return refusalOf(folder);
 }
 
 }  // namespace
+
+std::optional<std::string> refusalOf(const FileUrl& folder) {
+  if (auto problem = problemOpening(folder)) return problem;
+  try {
+    PathValidator::shared().validate(folder, AllowedRoots());
+  } catch (const SecurityError& error) {
+    return escapedForDisplay(error.what());
+  }
+  return std::nullopt;
+}
 
 std::vector<FileUrl> grantedFolders() {
   std::vector<FileUrl> result;

@@ -2,6 +2,7 @@
 
 #include "core/base/FileUrl.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,9 @@ namespace orvane::cli {
 [[nodiscard]] std::vector<FileUrl> grantedFolders();
 // The granted folders. Throws UsageError, saying what to name instead (such as "a FOLDER"), where there is none.
 [[nodiscard]] std::vector<FileUrl> requiredGrantedFolders(std::string_view instead);
+
+// Why a folder cannot be walked, or is never touched as a whole, in one line for people; absent when neither is so.
+[[nodiscard]] std::optional<std::string> refusalOf(const FileUrl& folder);
 
 struct ChosenFolders {
   std::vector<FileUrl> folders;

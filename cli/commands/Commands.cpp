@@ -6,9 +6,19 @@ namespace orvane::cli {
 namespace {
 
 constexpr std::array commands{
-    &scanCommand,        &cleanCommand,       &trashCommand,
-    &historyCommand,     &historyShowCommand, &restoreCommand,
-    &summaryCommand,     &explainCommand,     &internalCompletionsCommand,
+    &scanCommand,
+    &cleanCommand,
+    &trashCommand,
+    &historyCommand,
+    &historyShowCommand,
+    &restoreCommand,
+    &summaryCommand,
+    &explainCommand,
+    &askCommand,
+    &planValidateCommand,
+    &planPreviewCommand,
+    &planRunCommand,
+    &internalCompletionsCommand,
     &internalManCommand,
 };
 

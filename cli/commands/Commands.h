@@ -8,12 +8,16 @@ namespace orvane::cli {
 
 // A new command is a file of its own in this folder that defines its CommandSpec, a line here, and a line in the table
 // in Commands.cpp.
+extern const CommandSpec askCommand;
 extern const CommandSpec cleanCommand;
 extern const CommandSpec explainCommand;
 extern const CommandSpec historyCommand;
 extern const CommandSpec historyShowCommand;
 extern const CommandSpec internalCompletionsCommand;
 extern const CommandSpec internalManCommand;
+extern const CommandSpec planPreviewCommand;
+extern const CommandSpec planRunCommand;
+extern const CommandSpec planValidateCommand;
 extern const CommandSpec restoreCommand;
 extern const CommandSpec scanCommand;
 extern const CommandSpec summaryCommand;

@@ -121,6 +121,7 @@ Requests requestsFor(std::span<const PlanMatchResult> matches, Destinations& des
     MoveRequest request;
     request.source = match.item.url();
     request.fileSize = match.item.fileSize();
+    request.expectedIdentity = match.identity;
     std::string error;
     if (match.action == PlannedAction::move) {
       request.destinationFolder = destinations.folderFor(match, error);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/FileStatus.h"
 #include "core/base/JsonFwd.h"
 #include "core/base/Uuid.h"
 #include "core/plans/PlannedAction.h"
@@ -22,10 +23,13 @@ struct PlanMatchResult {
   std::string explanation;
   bool isSelected;         // whether the user wants it carried out
   bool canExecute = true;  // whether it may be carried out at all
+  // The file that the user looked at: one that is another by the time of the execution is left alone. Not looked at
+  // when absent.
+  std::optional<ItemIdentity> identity = {};
 
   bool operator==(const PlanMatchResult&) const = default;
 
-  // Keys in field order; an absent destination is left out.
+  // Keys in field order, without the identity; an absent destination is left out.
   [[nodiscard]] Json toJson() const;
 };
 

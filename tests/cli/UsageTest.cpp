@@ -49,6 +49,12 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{"clean with nobody to ask", {"clean"}, "add --yes"},
         WrongUsage{"trash with nobody to ask", {"trash", "Downloads/old.log"}, "add --yes"},
         WrongUsage{"restore with nobody to ask", {"restore", "--last"}, "add --yes"},
+        WrongUsage{"apply with nobody to ask", {"ask", "delete old logs", "--apply"}, "add --yes"},
+        WrongUsage{"ask without a request", {"ask"}, "PROMPT is missing"},
+        WrongUsage{"ask without quotes", {"ask", "delete", "logs"}, "'logs' is one argument too many"},
+        WrongUsage{"an unknown provider", {"ask", "x", "--provider", "oracle"}, "offline_heuristic"},
+        WrongUsage{"plan without a verb", {"plan", "x"}, "there is no command 'plan'"},
+        WrongUsage{"plan run with nobody to ask", {"plan", "run", "plan.json"}, "add --yes"},
         WrongUsage{"trash without a path", {"trash", "--yes"}, "PATH is missing"},
         WrongUsage{"trash of an empty path", {"trash", "--yes", ""}, "cannot be empty"},
         WrongUsage{"scan of an empty path", {"scan", ""}, "cannot be empty"},
@@ -75,7 +81,8 @@ TEST_F(Orvanectl, helpsWithEveryCommandItLists) {
   EXPECT_EQ(overview.exitStatus, 0);
   EXPECT_EQ(overview.errors, "");
   for (const Words& words : {Words{"scan"}, Words{"clean"}, Words{"trash"}, Words{"history"}, Words{"history", "show"},
-                             Words{"restore"}, Words{"summary"}, Words{"explain"}}) {
+                             Words{"restore"}, Words{"summary"}, Words{"explain"}, Words{"ask"},
+                             Words{"plan", "validate"}, Words{"plan", "preview"}, Words{"plan", "run"}}) {
     auto asked = words;
     asked.push_back("--help");
     const auto help = run(asked);

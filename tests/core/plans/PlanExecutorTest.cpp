@@ -1,6 +1,7 @@
 #include "core/plans/PlanExecutor.h"
 
 #include "core/base/Json.h"
+#include "core/base/OpenFolder.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/OfflineHeuristicParser.h"
 #include "tests/support/SafetyFixture.h"
@@ -353,6 +354,22 @@ TEST_F(PlanExecutorTest, aBadFileNeverStopsTheOthers) {
   EXPECT_EQ(execution.outcomes[5].result, MoveResult::moved);
   EXPECT_TRUE(exists(outside));
   EXPECT_TRUE(exists(escape));
+}
+
+TEST_F(PlanExecutorTest, leavesAloneAFileThatTookTheNameOfTheOneLookedAt) {
+  const auto swapped = tree.file("Downloads/swapped", "looked at");
+  const auto kept = tree.file("Downloads/kept", "looked at");
+  auto results = moves({swapped, kept}, tree.path("Downloads"), tree.path("Downloads/to"));
+  for (auto& result : results) {
+    result.identity = ItemIdentity::of(readPathStatus(result.item.url().path()).value());
+  }
+  std::filesystem::remove(swapped);
+  tree.file("Downloads/swapped", "somebody's only copy");
+  const auto execution = execute(results);
+  EXPECT_EQ(execution.summary.itemsProcessed, 1);
+  EXPECT_EQ(execution.outcomes[0].result, MoveResult::failed);
+  EXPECT_EQ(contentOf(swapped), "somebody's only copy");
+  EXPECT_FALSE(exists(kept));
 }
 
 struct BadDestination {
