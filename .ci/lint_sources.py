@@ -29,6 +29,7 @@ FLOORS = [
             "scanning/RiskLabel",
             "scanning/ScanCategory",
             "scanning/ScanEvent",
+            "scanning/SensitivePaths",
             "scanning/StorageSummary",
         )
     ),

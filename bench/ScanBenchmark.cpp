@@ -1,5 +1,5 @@
-// Benchmarks of scanning. With "--scan FOLDER" or "--size FOLDER" it does that once and says what it found, for timing
-// beside other programs.
+// Benchmarks of scanning. With "--scan FOLDER" (keeping every item), "--count FOLDER" (keeping none) or "--size FOLDER"
+// it does that once and says what it found, for timing beside other programs.
 
 #include "core/base/FileUrl.h"
 #include "core/organizer/CategoryClassifier.h"
@@ -97,17 +97,22 @@ class Tree {
   std::filesystem::path m_path;
 };
 
-std::vector<FileItem> scannedItems(const std::string& path) {
+template <typename Visit>
+void scanFolder(const std::string& path, Visit visit) {
   const PathValidator validator(home);
   const LinuxFileStatusReader reader;
   StorageScanner scanner(validator, reader);
   auto stream = scanner.scan({FileUrl(path)}, DeveloperCaches::leaveOut);
-  std::vector<FileItem> items;
   for (auto batch = stream.nextBatch(); !batch.empty(); batch = stream.nextBatch()) {
-    for (auto& event : batch) {
-      if (auto* item = std::get_if<FileItem>(&event)) items.push_back(std::move(*item));
-    }
+    for (auto& event : batch) visit(event);
   }
+}
+
+std::vector<FileItem> scannedItems(const std::string& path) {
+  std::vector<FileItem> items;
+  scanFolder(path, [&](ScanEvent& event) {
+    if (auto* item = std::get_if<FileItem>(&event)) items.push_back(std::move(*item));
+  });
   return items;
 }
 
@@ -130,6 +135,14 @@ int runOnce(std::string_view mode, const std::string& path) {
     std::printf("%lld bytes\n", static_cast<long long>(StorageScanner::fastFolderSize(path)));
     return 0;
   }
+  if (mode == "--count") {
+    scanFolder(path, [](const ScanEvent& event) {
+      if (const auto* end = std::get_if<ScanCompleted>(&event)) {
+        std::printf("%lld items\n", static_cast<long long>(end->totalItems));
+      }
+    });
+    return 0;
+  }
   const auto items = scannedItems(path);
   rusage usage{};
   ::getrusage(RUSAGE_SELF, &usage);
@@ -141,9 +154,8 @@ int runOnce(std::string_view mode, const std::string& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 3 && (std::string_view(argv[1]) == "--scan" || std::string_view(argv[1]) == "--size")) {
-    return runOnce(argv[1], argv[2]);
-  }
+  const std::string_view mode = argc == 3 ? argv[1] : "";
+  if (mode == "--scan" || mode == "--count" || mode == "--size") return runOnce(mode, argv[2]);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();

@@ -115,6 +115,7 @@ std::string absolutePath(std::string_view path) {
 }  // namespace
 
 std::string canonicalPath(std::string_view path) {
+  if (path.empty()) return {};
   const std::string absolute = absolutePath(path);
   if (auto resolved = existingRealPath(absolute)) return *std::move(resolved);
   return Resolver().resolve(absolute);

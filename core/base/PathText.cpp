@@ -56,6 +56,7 @@ std::string_view shortenedToBytes(std::string_view text, std::size_t bytes) noex
 bool isSameOrInside(std::string_view path, std::string_view folder) noexcept {
   if (!path.starts_with(folder)) return false;
   if (path.size() == folder.size()) return true;
+  if (folder.empty()) return false;
   return folder.ends_with('/') || path[folder.size()] == '/';
 }
 

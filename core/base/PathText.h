@@ -24,6 +24,7 @@ struct NameParts {
 [[nodiscard]] std::string_view shortenedToBytes(std::string_view text, std::size_t bytes) noexcept;
 
 // Whether `path` is `folder` itself or lies inside it, by whole components: "/a/bc" is not inside "/a/b".
+// Nothing is inside an empty path.
 [[nodiscard]] bool isSameOrInside(std::string_view path, std::string_view folder) noexcept;
 
 // Collapses "." and "..", repeated slashes and a trailing slash, by text alone. A relative path stays relative.

@@ -8,12 +8,16 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace orvane {
 namespace {
 
-void syncFolderDescriptor(int folder) {
-  if (::fsync(folder) == 0) return;
+// Above this, waiting for the whole volume costs less than waiting for each folder.
+constexpr std::ptrdiff_t mostSingleSyncs = 8;
+
+void check(int result) {
+  if (result == 0) return;
   switch (errno) {
     case EBADF:  // opened for searching only, since this user may not list it
       ::sync();
@@ -29,11 +33,11 @@ void syncFolderDescriptor(int folder) {
 
 }  // namespace
 
-void FolderSyncSet::add(std::shared_ptr<const FileDescriptor> folder) {
+void FolderSyncSet::add(std::shared_ptr<const FileDescriptor> folder, VolumeSync volumeSync) {
   struct stat status {};
   if (::fstat(folder->get(), &status) != 0) throw SyncError(errorText(errno));
   const Member member{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
-                      std::move(folder)};
+                      std::move(folder), volumeSync};
   const bool known = std::any_of(m_members.begin(), m_members.end(), [&](const Member& present) {
     return present.device == member.device && present.inode == member.inode;
   });
@@ -41,8 +45,18 @@ void FolderSyncSet::add(std::shared_ptr<const FileDescriptor> folder) {
 }
 
 void FolderSyncSet::syncAll() {
-  const auto members = std::exchange(m_members, {});
-  for (const auto& member : members) syncFolderDescriptor(member.folder->get());
+  auto members = std::exchange(m_members, {});
+  std::stable_sort(members.begin(), members.end(),
+                   [](const Member& left, const Member& right) { return left.device < right.device; });
+  for (auto first = members.begin(); first != members.end();) {
+    const auto last = std::find_if(first, members.end(), [&](const Member& m) { return m.device != first->device; });
+    if (last - first > mostSingleSyncs && first->volumeSync != nullptr) {
+      check(first->volumeSync(first->folder->get()));
+    } else {
+      std::for_each(first, last, [](const Member& member) { check(::fsync(member.folder->get())); });
+    }
+    first = last;
+  }
 }
 
 }  // namespace orvane

@@ -14,7 +14,9 @@ class FileDescriptor;
 // Folders whose names have to become durable, each of them once.
 class FolderSyncSet {
  public:
-  void add(std::shared_ptr<const FileDescriptor> folder);
+  // A system call that makes everything on a folder's volume durable, as syncfs(2); null where the system has none.
+  using VolumeSync = int (*)(int descriptor);
+  void add(std::shared_ptr<const FileDescriptor> folder, VolumeSync volumeSync);
   // Makes all of them durable and empties the set. Throws SyncError.
   void syncAll();
 
@@ -23,6 +25,7 @@ class FolderSyncSet {
     std::uint64_t device;
     std::uint64_t inode;
     std::shared_ptr<const FileDescriptor> folder;
+    VolumeSync volumeSync;
   };
   std::vector<Member> m_members;
 };

@@ -11,7 +11,8 @@ namespace orvane {
 class AllowedRoots {
  public:
   AllowedRoots() = default;
-  // Canonicalises the folders once; later changes of links on the disk do not move the boundary.
+  // Canonicalises the folders once (an empty location allows nothing); later changes of links on the disk do not move
+  // the boundary.
   explicit AllowedRoots(std::vector<FileUrl> folders);
 
   [[nodiscard]] bool empty() const noexcept { return m_folders.empty(); }

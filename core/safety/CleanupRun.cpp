@@ -1,6 +1,5 @@
 #include "core/safety/CleanupRun.h"
 
-#include "core/base/CanonicalPath.h"
 #include "core/base/PathText.h"
 #include "core/safety/MoveBatch.h"
 #include "core/safety/RunLog.h"
@@ -80,15 +79,15 @@ class Group {
 
  private:
   std::unique_ptr<PendingMove> planned(const MoveRequest& request) {
-    const std::string place = canonicalPlace(request.source.path());
-    if (isSameOrInside(place, m_journalFolder) || isSameOrInside(m_journalFolder, place)) {
-      throw TrashError(TrashError::PathValidationFailed{
-          fmt::format("'{}' holds Orvane's own undo journal.", request.source.path())});
-    }
     auto move = request.destinationFolder
                     ? m_mover.planMove(request.source, m_roots, *request.destinationFolder,
                                        [&](const FileUrl& url) { return m_promised.contains(url); })
                     : m_mover.planTrash(request.source, m_roots);
+    const auto& place = move->source().path();
+    if (isSameOrInside(place, m_journalFolder) || isSameOrInside(m_journalFolder, place)) {
+      throw TrashError(TrashError::PathValidationFailed{
+          fmt::format("'{}' holds Orvane's own undo journal.", request.source.path())});
+    }
     if (request.expectedIdentity && *request.expectedIdentity != move->identity()) {
       throw TrashError(
           TrashError::UnderlyingError{fmt::format("'{}' has changed since it was looked at.", request.source.path())});

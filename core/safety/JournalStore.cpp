@@ -21,6 +21,7 @@
 namespace orvane {
 namespace {
 constexpr std::string_view fileName = "undo_journal.json";
+constexpr std::string_view temporaryPrefix = "undo_journal.json.";
 constexpr std::string_view lockName = "undo_journal.lock";
 }  // namespace
 
@@ -92,7 +93,7 @@ void JournalStore::removeAbandonedTemporaryFiles() const noexcept {
   while (reader) {
     const auto entry = reader->next();
     if (!entry) return;
-    if (entry->name.starts_with(std::string(fileName) + ".") && entry->name.ends_with(".tmp")) {
+    if (entry->name.starts_with(temporaryPrefix) && entry->name.ends_with(".tmp")) {
       ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);
     }
   }

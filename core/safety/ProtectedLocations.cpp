@@ -69,7 +69,7 @@ bool isAtOrBelow(std::string_view path, std::string_view folder) noexcept {
 }
 
 bool isBelow(std::string_view path, std::string_view folder) noexcept {
-  return path.size() > folder.size() && path[folder.size()] == '/' && path.starts_with(folder);
+  return !folder.empty() && path.size() > folder.size() && path[folder.size()] == '/' && path.starts_with(folder);
 }
 
 }  // namespace orvane

@@ -3,32 +3,18 @@
 #include "core/base/DirectoryReader.h"
 #include "core/organizer/FolderClassifier.h"
 #include "core/safety/FolderRules.h"
-#include "core/scanning/HeldFolders.h"
-#include "core/scanning/ListingBoard.h"
+#include "core/scanning/FolderPlace.h"
+#include "core/scanning/FolderRisk.h"
 #include "core/scanning/RelativePathRule.h"
-#include "core/scanning/RiskEvaluator.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/ScanContext.h"
 #include "core/scanning/WorkStack.h"
 
-#include <atomic>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace orvane {
-
-class FileStatusReader;
-
-// What all folders of one scan share.
-struct ScanContext {
-  const PathValidator& validator;
-  const FileStatusReader& statusReader;
-  std::vector<std::string> canonicalRoots;
-  DeveloperCaches developerCaches;
-  HeldFolders held;
-  ListingBoard board;
-  std::atomic<bool> isStopped = false;
-};
 
 // Lists one folder of a scan and makes the tasks for its subfolders.
 class FolderScan : public WorkStack::Task {

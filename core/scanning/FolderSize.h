@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/HeldFolders.h"
+#include "core/scanning/FolderPlace.h"
 #include "core/scanning/WorkStack.h"
 
 #include <atomic>

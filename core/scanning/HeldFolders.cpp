@@ -1,8 +1,5 @@
 #include "core/scanning/HeldFolders.h"
 
-#include "core/base/OpenFolder.h"
-#include "core/base/PathText.h"
-
 #include <fcntl.h>
 
 namespace orvane {
@@ -18,13 +15,6 @@ std::shared_ptr<const HeldFolder> HeldFolders::hold(int descriptor) {
     return nullptr;
   }
   return std::make_shared<const HeldFolder>(std::move(copy), m_count);
-}
-
-std::optional<DirectoryReader> FolderPlace::open() {
-  if (!parent) return DirectoryReader::from(openFolderWithoutLinks(AT_FDCWD, canonicalPath));
-  const auto holder = std::move(parent);
-  return DirectoryReader::open(holder->descriptor(), lastComponent(canonicalPath).data(),
-                               DirectoryReader::Links::refuse);
 }
 
 }  // namespace orvane

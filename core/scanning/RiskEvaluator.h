@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 namespace orvane {
 
@@ -21,21 +20,8 @@ class RiskEvaluator {
   // `fileSize` and `lastOpenedDate` have no influence.
   [[nodiscard]] static RiskLabel evaluate(ScanCategory category, const FileUrl& url, std::int64_t fileSize,
                                           Date createdDate, std::optional<Date> lastOpenedDate = std::nullopt);
-};
-
-// RiskEvaluator for the entries of one folder: what the folder's path decides is decided once.
-class FolderRisk {
- public:
-  // `folderPrefix` is the folder's path with a slash at its end.
-  explicit FolderRisk(std::string_view folderPrefix) noexcept;
-
-  // The same answer as RiskEvaluator::evaluate() for the entry `name`.
-  [[nodiscard]] RiskLabel evaluate(ScanCategory category, std::string_view name, Date createdDate) const noexcept;
-
- private:
-  bool m_isSensitive;
-  bool m_inPreferences;
-  bool m_isPreferences;
+  // The rules that come after those for sensitive paths.
+  [[nodiscard]] static RiskLabel labelByCategory(ScanCategory category, Date createdDate) noexcept;
 };
 
 }  // namespace orvane

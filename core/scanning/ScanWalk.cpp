@@ -3,6 +3,8 @@
 #include "core/base/CheckedArithmetic.h"
 #include "core/organizer/CategoryClassifier.h"
 #include "core/safety/PathValidator.h"
+#include "core/scanning/FolderScan.h"
+#include "core/scanning/RiskEvaluator.h"
 
 #include <utility>
 
@@ -27,6 +29,7 @@ ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& s
       m_context{validator, statusReader, PathValidator::canonicalizeRoots(m_folders), developerCaches, {}, {}} {
   WorkStack::Tasks tasks;
   for (std::size_t i = 0; i < m_folders.size(); ++i) {
+    if (m_folders[i].path().empty()) continue;
     tasks.push_back(std::make_unique<FolderScan>(m_context, m_context.board.addStart(), m_folders[i].path(),
                                                  m_folders[i].path(),
                                                  FolderPlace{nullptr, m_context.canonicalRoots[i]}));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/FolderScan.h"
+#include "core/scanning/ScanContext.h"
 #include "core/scanning/StorageScanner.h"
 #include "core/scanning/WorkStack.h"
 

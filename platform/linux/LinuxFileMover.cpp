@@ -5,6 +5,7 @@
 #include "platform/linux/VolumeCopy.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 namespace orvane {
 namespace {
@@ -25,10 +26,10 @@ LinuxMove::LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destinat
 }
 
 void LinuxMove::carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) {
-  destinations.add(m_destinationFolder);
+  destinations.add(m_destinationFolder, ::syncfs);
   const std::string name(m_destination.lastPathComponent());
   if (!m_partial) {
-    sources.add(m_item.folder);
+    sources.add(m_item.folder, ::syncfs);
     renameChecked(m_item, m_destinationFolder->get(), name);
     return;
   }

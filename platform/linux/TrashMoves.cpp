@@ -50,12 +50,12 @@ class MoveIntoTrash : public PendingMove {
     }
     m_record.reset();
     m_hasRecord = true;
-    folders.add(m_folder->info());
+    folders.add(m_folder->info(), ::syncfs);
   }
 
   void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) override {
-    destinations.add(m_folder->files());
-    sources.add(m_item.folder);
+    destinations.add(m_folder->files(), ::syncfs);
+    sources.add(m_item.folder, ::syncfs);
     renameChecked(m_item, m_folder->files()->get(), m_name);
   }
 

@@ -49,6 +49,7 @@ TEST(PathText, comparesWholeComponents) {
   EXPECT_TRUE(isSameOrInside("/a/b/c", "/a/b"));
   EXPECT_FALSE(isSameOrInside("/a/bc", "/a/b"));
   EXPECT_TRUE(isSameOrInside("/a", "/"));
+  EXPECT_FALSE(isSameOrInside("/a", ""));
 }
 
 TEST(PathText, standardizesByTextAlone) {

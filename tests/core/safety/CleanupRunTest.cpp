@@ -113,7 +113,7 @@ TEST_F(CleanupRunTest, aLinkThatPointsInsideButLiesOutsideStays) {
 
 TEST_F(CleanupRunTest, thousandsOfItemsOfOneNameAllGetPlacesOfTheirOwn) {
   std::vector<std::string> paths;
-  for (int i = 0; i < 1200; ++i) paths.push_back(tree.file("Downloads/" + std::to_string(i) + "/index.js"));
+  for (int i = 0; i < 600; ++i) paths.push_back(tree.file("Downloads/" + std::to_string(i) + "/index.js"));
   const auto outcomes = clean(paths);
   std::map<FileUrl, int> places;
   for (const auto& outcome : outcomes) {

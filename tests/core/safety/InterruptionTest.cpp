@@ -15,8 +15,6 @@ namespace fs = std::filesystem;
 using test::contentOf;
 using test::exists;
 
-constexpr int itemCount = 5;
-
 struct Interruption {
   const char* name;
   const char* action;  // of the driver
@@ -33,7 +31,7 @@ class InterruptionTest : public testing::TestWithParam<Interruption> {};
 // One home, one interrupted action, and what has to hold afterwards.
 class Scene : public test::SafetyFixture {
  public:
-  Scene() {
+  explicit Scene(int items = 5) : itemCount(items) {
     for (int i = 0; i < itemCount; ++i) {
       const auto name = std::to_string(i);
       if (i == 3) {
@@ -68,18 +66,19 @@ class Scene : public test::SafetyFixture {
   }
 
   void expectEverythingAccountedFor() {
-    std::map<std::string, JournalEntry> away;  // by where the item is
+    std::multimap<std::string, JournalEntry> away;  // by where the item was
     for (const auto& run : journal->getRuns()) {
       for (const auto& entry : journal->getEntries(run.runId)) {
-        if (entry.action != JournalAction::restored) away.emplace(entry.trashedURL.path(), entry);
+        if (entry.action != JournalAction::restored) away.emplace(entry.originalURL.path(), entry);
       }
     }
     std::set<std::string> places;
     for (int i = 0; i < itemCount; ++i) {
       const auto origin = tree.path("Downloads/" + std::to_string(i));
       int copies = whole(origin, i) ? 1 : 0;
-      for (const auto& [place, entry] : away) {
-        if (entry.originalURL.path() != origin) continue;
+      const auto [first, last] = away.equal_range(origin);
+      for (auto found = first; found != last; ++found) {
+        const auto& place = found->second.trashedURL.path();
         EXPECT_TRUE(whole(place, i)) << "journalled at " << place << " but not there";
         ++copies;
         places.insert(place);
@@ -99,6 +98,8 @@ class Scene : public test::SafetyFixture {
       EXPECT_FALSE(file.ends_with(".log") || file.ends_with(".unclear")) << "left behind: " << file;
     }
   }
+
+  const int itemCount;
 
  private:
   static bool whole(const std::string& place, int item) {
@@ -132,13 +133,33 @@ TEST_P(InterruptionTest, leavesEveryItemWholeAndJournalled) {
     EXPECT_EQ(scene.drive(action), 0);
     scene.reopenJournal();
     scene.expectEverythingAccountedFor();
-    for (int i = 0; i < itemCount; ++i) {
+    for (int i = 0; i < scene.itemCount; ++i) {
       EXPECT_EQ(exists(scene.tree.path("Downloads/" + std::to_string(i))), restoring);
     }
     if (!scene.wasInterrupted()) break;
     ++interrupted;
   }
   EXPECT_GT(interrupted, 0) << "the action never makes this call: the row tests nothing";
+}
+
+// Several groups, and the journal rewritten between them.
+TEST(LongRunTest, killedInTheMiddleLosesNothing) {
+  for (const int when : {7, 512, 1025}) {
+    SCOPED_TRACE("renameat2 number " + std::to_string(when));
+    Scene scene(1300);
+    EXPECT_NE(0, scene.drive("trash", "renameat2", "signal=KILL:when=" + std::to_string(when)));
+    ASSERT_TRUE(scene.wasInterrupted());
+    scene.reopenJournal();
+    scene.expectEverythingAccountedFor();
+    EXPECT_NE(0, scene.drive("restore", "renameat2", "signal=KILL:when=" + std::to_string(when / 2)));
+    scene.reopenJournal();
+    scene.expectEverythingAccountedFor();
+    EXPECT_EQ(scene.drive("restore"), 0);
+    scene.reopenJournal();
+    for (int i = 0; i < scene.itemCount; ++i) {
+      ASSERT_TRUE(exists(scene.tree.path("Downloads/" + std::to_string(i)))) << i;
+    }
+  }
 }
 
 constexpr const char* kill = "signal=KILL";

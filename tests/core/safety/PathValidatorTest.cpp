@@ -99,6 +99,13 @@ TEST_F(PathValidatorTest, admitsARootAndWhatIsInsideByWholeComponents) {
   EXPECT_EQ(verdictOf(check("~/Downloads", AllowedRoots({FileUrl("/")}))), Verdict::isProtected);
 }
 
+TEST_F(PathValidatorTest, admitsNothingForAnEmptyRoot) {
+  const AllowedRoots roots({FileUrl()});
+  for (const char* path : {"~/Downloads", "^", "/", "CMakeLists.txt"}) {
+    EXPECT_NE(verdictOf(check(path, roots)), Verdict::admitted) << path;
+  }
+}
+
 TEST_F(PathValidatorTest, admitsTemporaryFoldersOnlyInsideARoot) {
   const AllowedRoots roots({FileUrl("/var/folders/ab/T")});
   EXPECT_EQ(verdictOf(check("/var/folders/ab/T/x", roots)), Verdict::admitted);

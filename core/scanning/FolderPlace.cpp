@@ -1,0 +1,18 @@
+#include "core/scanning/FolderPlace.h"
+
+#include "core/base/OpenFolder.h"
+#include "core/base/PathText.h"
+
+#include <fcntl.h>
+
+namespace orvane {
+
+std::optional<DirectoryReader> FolderPlace::open() {
+  if (canonicalPath.empty()) return std::nullopt;
+  if (!parent) return DirectoryReader::from(openFolderWithoutLinks(AT_FDCWD, canonicalPath));
+  const auto holder = std::move(parent);
+  return DirectoryReader::open(holder->descriptor(), lastComponent(canonicalPath).data(),
+                               DirectoryReader::Links::refuse);
+}
+
+}  // namespace orvane

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/scanning/FolderSize.h"
+#include "core/scanning/ScanEvent.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// A run of entries of one folder, in the order in which the file system gives them.
+struct ListingChunk {
+  // An entry that is no finding, by its place among the chunk's entries.
+  struct Other {
+    std::uint32_t position;
+    std::string name;
+  };
+  // A folder that is one finding; its size may still be in the making. Its event holds nothing yet.
+  struct WholeFolder {
+    std::size_t eventIndex;
+    FileItem::Fields fields;
+    std::shared_ptr<const FolderSize> size;
+  };
+
+  std::uint32_t examined = 0;  // entries, those that are no findings counted
+  std::vector<ScanEvent> events;
+  std::vector<Other> others;
+  std::vector<WholeFolder> wholeFolders;
+
+  [[nodiscard]] bool isSized() const noexcept {
+    for (const auto& folder : wholeFolders) {
+      if (!folder.size->isComplete()) return false;
+    }
+    return true;
+  }
+};
+
+}  // namespace orvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "core/scanning/HeldFolders.h"
+#include "core/scanning/ListingBoard.h"
+#include "core/scanning/StorageScanner.h"
+
+#include <atomic>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+class FileStatusReader;
+class PathValidator;
+
+// What all folders of one scan share.
+struct ScanContext {
+  const PathValidator& validator;
+  const FileStatusReader& statusReader;
+  std::vector<std::string> canonicalRoots;
+  DeveloperCaches developerCaches;
+  HeldFolders held;
+  ListingBoard board;
+  std::atomic<bool> isStopped = false;
+};
+
+}  // namespace orvane

@@ -1,0 +1,65 @@
+#include "core/organizer/CategoryPreferencesStore.h"
+
+#include "core/base/Json.h"
+#include "core/platform/Preferences.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+namespace orvane {
+namespace {
+
+constexpr const char* key = "OrvaneLearnedCategoryPreferences";
+
+class MemoryPreferences : public Preferences {
+ public:
+  [[nodiscard]] std::optional<Json> value(std::string_view name) const override {
+    const auto found = values.find(std::string(name));
+    return found == values.end() ? std::nullopt : std::optional(found->second);
+  }
+  void setValue(std::string_view name, const Json& value) override { values[std::string(name)] = value; }
+  std::map<std::string, Json> values;
+};
+
+TEST(CategoryPreferencesStore, remembersUnderLowerCaseKeysAndStoresAtOnce) {
+  MemoryPreferences preferences;
+  CategoryPreferencesStore store(preferences);
+  store.rememberPreference("PDF", "Work/Invoices");
+  EXPECT_EQ(store.preferredCategory("Pdf"), "Work/Invoices");
+  EXPECT_FALSE(store.preferredCategory("txt"));
+  EXPECT_EQ(preferences.values[key], Json({{"pdf", "Work/Invoices"}}));
+  EXPECT_EQ(CategoryPreferencesStore(preferences).preferredCategory("pdf"), "Work/Invoices");
+  store.reset();
+  EXPECT_FALSE(store.preferredCategory("pdf"));
+  EXPECT_EQ(preferences.values[key], Json::object());
+}
+
+TEST(CategoryPreferencesStore, namesTheFirstFolderOfEveryCategory) {
+  MemoryPreferences preferences;
+  preferences.values[key] =
+      Json({{"a", "Work/Invoices"}, {"b", "Work"}, {"c", "/Led/By slash"}, {"d", "/"}, {"e", ""}});
+  EXPECT_THAT(CategoryPreferencesStore(preferences).learnedCategoryRoots(), testing::ElementsAre("Led", "Work"));
+}
+
+TEST(CategoryPreferencesStore, startsEmptyFromAMalformedValue) {
+  for (const Json& stored : {Json("text"), Json::array({1}), Json({{"pdf", 1}, {"txt", "Notes"}}), Json()}) {
+    MemoryPreferences preferences;
+    preferences.values[key] = stored;
+    EXPECT_FALSE(CategoryPreferencesStore(preferences).preferredCategory("txt")) << stored;
+  }
+}
+
+TEST(CategoryPreferencesStore, keepsWhatAnotherProcessLearned) {
+  MemoryPreferences preferences;
+  CategoryPreferencesStore store(preferences);
+  CategoryPreferencesStore other(preferences);
+  other.rememberPreference("txt", "Notes");
+  store.rememberPreference("pdf", "Work");
+  EXPECT_EQ(preferences.values[key], Json({{"pdf", "Work"}, {"txt", "Notes"}}));
+}
+
+}  // namespace
+}  // namespace orvane

@@ -1,0 +1,105 @@
+#include "core/scanning/FileItem.h"
+
+#include "core/base/Json.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace orvane {
+namespace {
+
+FileItem::Fields fieldsOf(ScanCategory category) {
+  FileItem::Fields fields;
+  fields.url = FileUrl("/home/u/Downloads/a b.dmg");
+  fields.fileSize = 12;
+  fields.createdDate = dateFromReferenceSeconds(1.5);
+  fields.lastModifiedDate = dateFromReferenceSeconds(2);
+  fields.category = category;
+  return fields;
+}
+
+TEST(ScanCategory, isReadBackFromItsRawValueInDeclarationOrder) {
+  std::string all;
+  for (const auto category : allScanCategories) {
+    EXPECT_EQ(scanCategoryFromRawValue(rawValue(category)), category);
+    all += std::string(rawValue(category)) + " ";
+  }
+  EXPECT_EQ(all,
+            "caches logs developerCaches oldDownloads screenshots largeFiles duplicates appLeftovers trash "
+            "messagingMedia browserCaches manualReview ");
+  EXPECT_FALSE(scanCategoryFromRawValue("Caches"));
+}
+
+TEST(RiskLabel, onlyManualItemsCannotBeSelected) {
+  for (const auto label : allRiskLabels) {
+    EXPECT_EQ(riskLabelFromRawValue(rawValue(label)), label);
+    EXPECT_EQ(isSelectable(label), label != RiskLabel::manual);
+  }
+}
+
+TEST(FileItem, startsWithItsCategorysLabelAndSelectsWhatIsSafe) {
+  const FileItem safe(fieldsOf(ScanCategory::oldDownloads));
+  EXPECT_EQ(safe.riskLabel(), RiskLabel::safe);
+  EXPECT_TRUE(safe.isSelected());
+  const FileItem review(fieldsOf(ScanCategory::screenshots));
+  EXPECT_EQ(review.riskLabel(), RiskLabel::review);
+  EXPECT_FALSE(review.isSelected());
+}
+
+TEST(FileItem, isNeverSelectedWhenManual) {
+  auto fields = fieldsOf(ScanCategory::caches);
+  fields.riskLabel = RiskLabel::manual;
+  fields.isSelected = true;
+  FileItem item(std::move(fields));
+  EXPECT_FALSE(item.isSelected());
+  item.setSelected(true);
+  EXPECT_FALSE(item.isSelected());
+  EXPECT_FALSE(FileItem(fieldsOf(ScanCategory::manualReview)).isSelected());
+}
+
+TEST(FileItem, keepsItsRelativePathHoweverItIsGiven) {
+  auto fields = fieldsOf(ScanCategory::caches);
+  EXPECT_EQ(FileItem(fields).relativePath(), "a b.dmg");
+  fields.relativePath = "Downloads/a b.dmg";
+  const FileItem byText(fields);
+  fields.relativePath.reset();
+  fields.relativeStart = 8;
+  const FileItem byStart(fields);
+  EXPECT_EQ(byStart.relativePath(), "Downloads/a b.dmg");
+  EXPECT_EQ(byText, byStart);
+  EXPECT_EQ(std::hash<FileItem>{}(byText), std::hash<FileItem>{}(byStart));
+  fields.relativeStart.reset();
+  fields.relativePath = "elsewhere";
+  EXPECT_EQ(FileItem(fields).relativePath(), "elsewhere");
+}
+
+TEST(FileItem, differsOnceItsSelectionDiffers) {
+  const FileItem item(fieldsOf(ScanCategory::screenshots));
+  FileItem copy = item;
+  EXPECT_EQ(copy, item);
+  copy.setSelected(true);
+  EXPECT_NE(copy, item);
+  EXPECT_NE(std::hash<FileItem>{}(copy), std::hash<FileItem>{}(item));
+}
+
+TEST(FileItem, survivesJsonWithTheGivenKeys) {
+  auto fields = fieldsOf(ScanCategory::oldDownloads);
+  const FileItem unopened(fields);
+  EXPECT_FALSE(unopened.toJson().contains("lastOpenedDate"));
+  EXPECT_EQ(FileItem::fromJson(unopened.toJson()), unopened);
+  fields.lastOpenedDate = dateFromReferenceSeconds(0.1);
+  fields.isCloudPlaceholder = true;
+  const FileItem item(fields);
+  const auto json = item.toJson();
+  std::vector<std::string> keys;
+  for (const auto& [key, value] : json.items()) keys.push_back(key);
+  EXPECT_EQ(keys,
+            (std::vector<std::string>{"id", "url", "relativePath", "fileSize", "createdDate", "lastModifiedDate",
+                                      "lastOpenedDate", "category", "riskLabel", "isSelected", "isCloudPlaceholder"}));
+  EXPECT_EQ(FileItem::fromJson(parseJson(jsonText(json))), item);
+}
+
+}  // namespace
+}  // namespace orvane

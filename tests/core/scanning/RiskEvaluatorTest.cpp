@@ -1,0 +1,74 @@
+#include "core/scanning/RiskEvaluator.h"
+
+#include "core/scanning/FolderRisk.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+namespace orvane {
+namespace {
+
+Date aged(double seconds) {
+  return ReferenceClock::now() - ReferenceClock::duration(seconds);
+}
+
+struct RiskCase {
+  ScanCategory category;
+  const char* path;
+  RiskLabel label;
+};
+class Evaluate : public testing::TestWithParam<RiskCase> {};
+
+TEST_P(Evaluate, labels) {
+  const auto& [category, path, label] = GetParam();
+  EXPECT_EQ(RiskEvaluator::evaluate(category, FileUrl(path), 1, aged(0)), label) << path;
+}
+INSTANTIATE_TEST_SUITE_P(
+    Files, Evaluate,
+    testing::Values(RiskCase{ScanCategory::manualReview, "/h/x", RiskLabel::manual},
+                    RiskCase{ScanCategory::caches, "/h/Library/Keychains/x", RiskLabel::manual},
+                    RiskCase{ScanCategory::caches, "/h/Library/Keychains", RiskLabel::safe},
+                    RiskCase{ScanCategory::caches, "/h/Library/Preferences/com.apple.finder.plist", RiskLabel::manual},
+                    RiskCase{ScanCategory::logs, "/h/Preferences/com.apple.x/y.log", RiskLabel::manual},
+                    RiskCase{ScanCategory::caches, "/h/Preferences/org.x/deep/x.plist", RiskLabel::manual},
+                    RiskCase{ScanCategory::caches, "/h/x.plist", RiskLabel::safe},
+                    RiskCase{ScanCategory::caches, "/h/preferences/com.apple.x", RiskLabel::safe},
+                    RiskCase{ScanCategory::developerCaches, "/h/x", RiskLabel::review},
+                    RiskCase{ScanCategory::duplicates, "/h/x", RiskLabel::review},
+                    RiskCase{ScanCategory::messagingMedia, "/h/x", RiskLabel::review},
+                    RiskCase{ScanCategory::trash, "/h/x", RiskLabel::safe},
+                    RiskCase{ScanCategory::browserCaches, "/h/x", RiskLabel::safe},
+                    RiskCase{ScanCategory::oldDownloads, "/h/x", RiskLabel::review}));
+
+TEST(RiskEvaluator, trustsInstallersFromSevenDaysOn) {
+  const FileUrl url("/h/Downloads/x.dmg");
+  const auto label = [&](double age) { return RiskEvaluator::evaluate(ScanCategory::oldDownloads, url, 1, aged(age)); };
+  EXPECT_EQ(label(RiskEvaluator::safeInstallerAgeSeconds), RiskLabel::safe);
+  EXPECT_EQ(label(RiskEvaluator::safeInstallerAgeSeconds - 3600), RiskLabel::review);
+  EXPECT_EQ(label(-3600), RiskLabel::review);
+}
+
+TEST(FolderRisk, agreesOnPathsMadeOfTellingPieces) {
+  const std::vector<std::string> pieces{
+      "Library", "Preferences", "Keychains",        "com.apple.x", "com.apple.y.plist",
+      "a.plist", ".plist",      "com.applex.plist", "x",           "Preferences.plist"};
+  std::mt19937 random(3);
+  int manual = 0;
+  for (int i = 0; i < 5'000; ++i) {
+    std::string folder;
+    for (auto depth = random() % 4; depth > 0; --depth) folder += "/" + pieces[random() % pieces.size()];
+    const auto& name = pieces[random() % pieces.size()];
+    const auto category = allScanCategories[random() % allScanCategories.size()];
+    const auto created = aged(static_cast<double>(random() % 2) * RiskEvaluator::safeInstallerAgeSeconds);
+    const auto expected = RiskEvaluator::evaluate(category, FileUrl(folder + "/" + name), 1, created);
+    EXPECT_EQ(FolderRisk(folder + "/").evaluate(category, name, created), expected) << folder << "/" << name;
+    manual += expected == RiskLabel::manual && category != ScanCategory::manualReview ? 1 : 0;
+  }
+  EXPECT_GT(manual, 500);
+}
+
+}  // namespace
+}  // namespace orvane
