@@ -1,7 +1,10 @@
 #include "core/base/Json.h"
 
+#include "core/base/PathText.h"
+
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <vector>
@@ -9,30 +12,53 @@
 namespace orvane {
 namespace {
 
-// Refuses depth and duplicate keys while the text is being read, before they cost anything.
-class LimitChecker {
- public:
-  explicit LimitChecker(const JsonLimits& limits) : m_limits(limits) {}
+// Of the text that an error quotes: it is for people, and the text may be megabytes of anything.
+constexpr std::size_t quotedBytes = 200;
 
-  bool operator()(int depth, Json::parse_event_t event, Json& parsed) {
-    using Event = Json::parse_event_t;
-    if (event == Event::object_start || event == Event::array_start) {
-      if (depth >= m_limits.depth) {
-        throw JsonError(fmt::format("JSON is nested deeper than {} levels", m_limits.depth));
-      }
+// Deepest nesting of a text, before any of it is parsed. Brackets inside strings do not count.
+int nestingOf(std::string_view text) {
+  int depth = 0;
+  int deepest = 0;
+  bool inString = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (inString) {
+      if (c == '\\') ++i;
+      inString = c != '"';
+    } else if (c == '"') {
+      inString = true;
+    } else if (c == '{' || c == '[') {
+      deepest = std::max(deepest, ++depth);
+    } else if (c == '}' || c == ']') {
+      --depth;
     }
-    if (m_limits.duplicateKeys == DuplicateKeys::takeFirst) return true;
+  }
+  return deepest;
+}
+
+// Refuses duplicate keys, and more keys than are allowed, while the text is being read.
+class KeyChecker {
+ public:
+  explicit KeyChecker(std::size_t keysPerObject) : m_keysPerObject(keysPerObject) {}
+
+  bool operator()(int /*depth*/, Json::parse_event_t event, Json& parsed) {
+    using Event = Json::parse_event_t;
     if (event == Event::object_start) m_keys.emplace_back();
     if (event == Event::object_end) m_keys.pop_back();
     if (event == Event::key) {
       const auto& key = parsed.get_ref<const std::string&>();
-      if (!m_keys.back().insert(key).second) throw JsonError(fmt::format("JSON key \"{}\" stands twice", key));
+      if (!m_keys.back().insert(key).second) {
+        throw JsonError(fmt::format("JSON key \"{}\" stands twice", shortenedToBytes(key, quotedBytes)));
+      }
+      if (m_keys.back().size() > m_keysPerObject) {
+        throw JsonError(fmt::format("a JSON object has more than {} keys", m_keysPerObject));
+      }
     }
     return true;
   }
 
  private:
-  const JsonLimits& m_limits;
+  std::size_t m_keysPerObject;
   std::vector<std::set<std::string>> m_keys;
 };
 
@@ -46,14 +72,18 @@ Json parseJson(std::string_view text, const JsonLimits& limits) {
   if (text.size() > limits.bytes) {
     throw JsonError(fmt::format("JSON is longer than {} bytes", limits.bytes));
   }
+  if (nestingOf(text) > limits.depth) {
+    throw JsonError(fmt::format("JSON is nested deeper than {} levels", limits.depth));
+  }
   try {
-    LimitChecker checker(limits);
+    if (limits.duplicateKeys == DuplicateKeys::takeFirst) return Json::parse(text);
+    KeyChecker checker(limits.keysPerObject);
     return Json::parse(text, std::ref(checker));
   } catch (const Json::exception& error) {
     // The library's text starts with its own identifier in brackets.
     std::string_view message = error.what();
     if (const auto end = message.find("] "); end != std::string_view::npos) message.remove_prefix(end + 2);
-    throw JsonError(fmt::format("not valid JSON: {}", message));
+    throw JsonError(fmt::format("not valid JSON: {}", shortenedToBytes(message, quotedBytes)));
   }
 }
 
