@@ -6,14 +6,13 @@
 #include "core/base/FileDescriptor.h"
 #include "core/base/UnicodeText.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <exception>
+#include <functional>
 #include <stop_token>
 #include <string>
 
@@ -23,19 +22,21 @@ namespace {
 // Readable once a stop is requested, for poll(2).
 class StopPipe {
  public:
-  explicit StopPipe(const std::stop_token& stop) : m_callback(stop, [this] { m_writeEnd.reset(); }) {}
+  explicit StopPipe(const std::stop_token& stop) : StopPipe(stop, openPipe()) {}
   [[nodiscard]] int descriptor() const noexcept { return m_readEnd.get(); }
 
  private:
-  struct Ends {
-    Ends() {
-      if (::pipe2(ends.data(), O_CLOEXEC) != 0) throwErrno();
-    }
-    std::array<int, 2> ends{};
-  };
-  Ends m_ends;
-  FileDescriptor m_readEnd{m_ends.ends[0]};
-  FileDescriptor m_writeEnd{m_ends.ends[1]};
+  using Ends = std::array<int, 2>;
+  static Ends openPipe() {
+    Ends ends{};
+    if (::pipe(ends.data()) != 0) throwErrno();
+    return ends;
+  }
+  StopPipe(const std::stop_token& stop, const Ends& ends)
+      : m_readEnd(ends[0]), m_writeEnd(ends[1]), m_callback(stop, [this] { m_writeEnd.reset(); }) {}
+
+  FileDescriptor m_readEnd;
+  FileDescriptor m_writeEnd;
   std::stop_callback<std::function<void()>> m_callback;
 };
 

@@ -61,6 +61,7 @@ std::vector<FileUrl> requiredGrantedFolders(std::string_view instead) {
   auto result = grantedFolders();
   if (!result.empty()) return result;
   std::vector<std::string> names;
+  names.reserve(allManagedFolderTypes.size());
   for (const auto type : allManagedFolderTypes) names.push_back(shownPath(defaultURL(type, homeFolder())));
   throw UsageError(
       fmt::format("none of the folders that are looked after exists ({}): name {}", fmt::join(names, ", "), instead));
