@@ -49,7 +49,7 @@ bool CaselessSearch::isIn(std::string_view text) const {
   if (m_foldsAsAscii && std::ranges::all_of(text, isAscii)) {
     if (m_asciiFolded.empty()) return false;
     const auto same = [](char left, char right) { return lowerAscii(left) == right; };
-    return !std::ranges::search(text, m_asciiFolded, same).empty();
+    return std::search(text.begin(), text.end(), m_asciiFolded.begin(), m_asciiFolded.end(), same) != text.end();
   }
   return folded(text).indexOf(m_folded.data(), static_cast<int32_t>(m_folded.size()), 0) >= 0;
 }

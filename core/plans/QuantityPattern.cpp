@@ -32,6 +32,7 @@ std::string alternatives(std::vector<std::string_view> words) {
 
 std::string quantityExpression(std::span<const std::string_view> units) {
   std::vector<std::string_view> words;
+  words.reserve(std::size(numberWords));
   for (const auto& row : numberWords) words.push_back(row.word);
   return fmt::format(R"(\b(\d+|{})\s*({})s?\b)", alternatives(std::move(words)),
                      alternatives({units.begin(), units.end()}));
