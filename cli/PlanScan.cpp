@@ -159,6 +159,7 @@ PlanPreview previewPlan(Session& session, const CleaningPlan& plan, PlanReach re
   auto targets = targetsOf(plan, reach, preview.someFoldersAreLeftOut);
   if (targets.empty()) return preview;
   std::vector<FileUrl> folders;
+  folders.reserve(targets.size());
   for (const auto& target : targets) folders.push_back(target.folder);
 
   Matcher matcher(plan, std::move(targets));
