@@ -1,5 +1,6 @@
 #include "core/base/UnicodeText.h"
 
+#include "core/base/AsciiText.h"
 #include "core/base/CaselessSearch.h"
 
 #include <fmt/format.h>
@@ -24,10 +25,6 @@ std::string toUtf8(const icu::UnicodeString& text) {
   std::string result;
   text.toUTF8String(result);
   return result;
-}
-
-bool isAscii(std::string_view text) noexcept {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 // One code point of a text with the bytes that it stands in; `code` is negative for a byte that is not UTF-8.
@@ -70,9 +67,7 @@ bool isValidUtf8(std::string_view text) noexcept {
 std::string lowercased(std::string_view text) {
   if (isAscii(text)) {
     std::string result(text);
-    for (char& c : result) {
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
+    std::ranges::transform(result, result.begin(), lowerAscii);
     return result;
   }
   return toUtf8(fromUtf8(text).toLower(icu::Locale::getRoot()));
