@@ -2,6 +2,7 @@
 
 #include "core/base/HomeFolder.h"
 #include "core/organizer/CategoryPreferencesStore.h"
+#include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashMover.h"
 #include "core/safety/UndoJournal.h"
@@ -29,6 +30,11 @@ TrashMover& TrashMover::shared() {
 UndoJournal& UndoJournal::shared() {
   static UndoJournal journal(systemTrash(), systemFileMover(), PathValidator::shared(), defaultStorageDirectory());
   return journal;
+}
+
+PlanExecutor& PlanExecutor::shared() {
+  static PlanExecutor executor(TrashMover::shared(), PathValidator::shared());
+  return executor;
 }
 
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {

@@ -5,6 +5,7 @@
 #include <unicode/calendar.h>
 #include <unicode/smpdtfmt.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <ctime>
@@ -13,8 +14,9 @@
 namespace orvane {
 namespace {
 
+// Whole milliseconds: with a fraction ICU gets the time of day wrong where it adds to a date.
 UDate icuDate(Date date) {
-  return unixSeconds(date) * 1000.0;
+  return std::round(unixSeconds(date) * 1000.0);
 }
 
 std::string formatted(const icu::DateFormat* format, Date date) {
@@ -26,16 +28,29 @@ std::string formatted(const icu::DateFormat* format, Date date) {
   return result;
 }
 
+// Made once a thread: creating a calendar costs far more than asking it.
+icu::Calendar& threadCalendar() {
+  UErrorCode status = U_ZERO_ERROR;
+  thread_local const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(status));
+  if (!calendar) fatalError("ICU gives no calendar: its data is missing");
+  return *calendar;
+}
+
 }  // namespace
 
 std::int64_t wholeDaysBetween(Date from, Date to) {
   UErrorCode status = U_ZERO_ERROR;
-  // Made once a thread: creating a calendar costs far more than asking it.
-  thread_local const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(status));
-  if (!calendar) fatalError("ICU gives no calendar: its data is missing");
-  status = U_ZERO_ERROR;
-  calendar->setTime(icuDate(from), status);
-  return calendar->fieldDifference(icuDate(to), UCAL_DATE, status);
+  auto& calendar = threadCalendar();
+  calendar.setTime(icuDate(from), status);
+  return calendar.fieldDifference(icuDate(to), UCAL_DATE, status);
+}
+
+Date addingDays(Date date, std::int64_t days) {
+  UErrorCode status = U_ZERO_ERROR;
+  auto& calendar = threadCalendar();
+  calendar.setTime(icuDate(date), status);
+  calendar.add(UCAL_DATE, static_cast<int32_t>(std::clamp<std::int64_t>(days, INT32_MIN, INT32_MAX)), status);
+  return dateFromReferenceSeconds(calendar.getTime(status) / 1000.0 - referenceDateUnixSeconds);
 }
 
 std::string formatDate(Date date, std::string_view pattern) {

@@ -12,6 +12,9 @@ namespace orvane {
 // reached again, also across a change of daylight-saving time. Negative when `to` is earlier.
 [[nodiscard]] std::int64_t wholeDaysBetween(Date from, Date to);
 
+// The same time of day that many days later by the user's calendar and time zone.
+[[nodiscard]] Date addingDays(Date date, std::int64_t days);
+
 // `pattern` is a date pattern of Unicode Technical Standard 35, such as "yyyy-MM (MMMM)", in the user's locale and
 // time zone.
 [[nodiscard]] std::string formatDate(Date date, std::string_view pattern);

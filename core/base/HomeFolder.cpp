@@ -23,4 +23,10 @@ std::string homeFolder() {
   throw std::runtime_error("the home folder is unknown: set HOME to its absolute path");
 }
 
+std::string expandedHome(std::string_view path) {
+  if (path == "~") return homeFolder();
+  if (!path.starts_with("~/")) return std::string(path);
+  return joinPath(homeFolder(), path.substr(2));
+}
+
 }  // namespace orvane

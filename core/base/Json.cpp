@@ -1,5 +1,7 @@
 #include "core/base/Json.h"
 
+#include "core/base/PathText.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -9,6 +11,9 @@
 
 namespace orvane {
 namespace {
+
+// Of the text that an error quotes: it is for people, and the text may be megabytes of anything.
+constexpr std::size_t quotedBytes = 200;
 
 // Deepest nesting of a text, before any of it is parsed. Brackets inside strings do not count.
 int nestingOf(std::string_view text) {
@@ -31,21 +36,29 @@ int nestingOf(std::string_view text) {
   return deepest;
 }
 
-// Refuses duplicate keys while the text is being read.
-class DuplicateKeyChecker {
+// Refuses duplicate keys, and more keys than are allowed, while the text is being read.
+class KeyChecker {
  public:
+  explicit KeyChecker(std::size_t keysPerObject) : m_keysPerObject(keysPerObject) {}
+
   bool operator()(int /*depth*/, Json::parse_event_t event, Json& parsed) {
     using Event = Json::parse_event_t;
     if (event == Event::object_start) m_keys.emplace_back();
     if (event == Event::object_end) m_keys.pop_back();
     if (event == Event::key) {
       const auto& key = parsed.get_ref<const std::string&>();
-      if (!m_keys.back().insert(key).second) throw JsonError(fmt::format("JSON key \"{}\" stands twice", key));
+      if (!m_keys.back().insert(key).second) {
+        throw JsonError(fmt::format("JSON key \"{}\" stands twice", shortenedToBytes(key, quotedBytes)));
+      }
+      if (m_keys.back().size() > m_keysPerObject) {
+        throw JsonError(fmt::format("a JSON object has more than {} keys", m_keysPerObject));
+      }
     }
     return true;
   }
 
  private:
+  std::size_t m_keysPerObject;
   std::vector<std::set<std::string>> m_keys;
 };
 
@@ -64,13 +77,13 @@ Json parseJson(std::string_view text, const JsonLimits& limits) {
   }
   try {
     if (limits.duplicateKeys == DuplicateKeys::takeFirst) return Json::parse(text);
-    DuplicateKeyChecker checker;
+    KeyChecker checker(limits.keysPerObject);
     return Json::parse(text, std::ref(checker));
   } catch (const Json::exception& error) {
     // The library's text starts with its own identifier in brackets.
     std::string_view message = error.what();
     if (const auto end = message.find("] "); end != std::string_view::npos) message.remove_prefix(end + 2);
-    throw JsonError(fmt::format("not valid JSON: {}", message));
+    throw JsonError(fmt::format("not valid JSON: {}", shortenedToBytes(message, quotedBytes)));
   }
 }
 

@@ -26,6 +26,8 @@ enum class DuplicateKeys : std::uint8_t { refuse, takeFirst };
 struct JsonLimits {
   std::size_t bytes = 16 * 1024 * 1024;
   int depth = 64;
+  // Of one object that refuses duplicate keys. Keeping keys in order costs the square of their number.
+  std::size_t keysPerObject = 4096;
   DuplicateKeys duplicateKeys = DuplicateKeys::refuse;
 };
 

@@ -1,9 +1,10 @@
 #include "core/base/UnicodeText.h"
 
+#include "core/base/CaselessSearch.h"
+
 #include <fmt/format.h>
 #include <unicode/brkiter.h>
 #include <unicode/coll.h>
-#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
@@ -58,18 +59,6 @@ void forEachCodePoint(std::string_view text, Visit visit) {
   }
 }
 
-// Folded for comparison without case: canonically decomposed, then folded as the locale's language does.
-icu::UnicodeString comparable(std::string_view text) {
-  icu::UnicodeString result = fromUtf8(text);
-  const std::string_view language = icu::Locale::getDefault().getLanguage();
-  const bool turkic = language == "tr" || language == "az";
-  result.foldCase(turkic ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT);
-  UErrorCode status = U_ZERO_ERROR;
-  const auto* normalizer = icu::Normalizer2::getNFDInstance(status);
-  if (U_FAILURE(status) || normalizer->isNormalized(result, status)) return result;
-  return normalizer->normalize(result, status);
-}
-
 }  // namespace
 
 bool isValidUtf8(std::string_view text) noexcept {
@@ -94,7 +83,7 @@ std::string uppercased(std::string_view text) {
 }
 
 bool containsIgnoringCase(std::string_view text, std::string_view needle) {
-  return needle.empty() || comparable(text).indexOf(comparable(needle)) >= 0;
+  return CaselessSearch(needle).isIn(text);
 }
 
 int compareForDisplay(std::string_view left, std::string_view right) {

@@ -93,15 +93,21 @@ void JournalModel::merge(const JournalModel& other) {
     }
   }
   for (const auto& [runId, list] : other.m_entriesByRun) {
-    for (const auto& entry : list) {
-      const auto position = m_positions.find(entry.id);
-      const auto& present = entries(runId);
-      if (position == m_positions.end() || position->second >= present.size() ||
-          present[position->second].id != entry.id || supersedes(entry, present[position->second])) {
-        record(entry);
-      }
-    }
+    for (const auto& entry : list) recordUnlessSuperseded(entry);
   }
+}
+
+const JournalEntry* JournalModel::find(const JournalEntry& entry) const {
+  const auto position = m_positions.find(entry.id);
+  const auto& list = entries(entry.runId);
+  if (position == m_positions.end() || position->second >= list.size()) return nullptr;
+  const auto& found = list[position->second];
+  return found.id == entry.id ? &found : nullptr;
+}
+
+void JournalModel::recordUnlessSuperseded(JournalEntry entry) {
+  const auto* present = find(entry);
+  if (present == nullptr || supersedes(entry, *present)) record(std::move(entry));
 }
 
 std::vector<Uuid> JournalModel::runOrder() const {

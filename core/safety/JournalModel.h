@@ -26,6 +26,8 @@ class JournalModel {
   // Adds an entry, or replaces the one with its identifier, and brings its run's figures up to date. A new run comes
   // first in the list.
   void record(JournalEntry entry);
+  // The same, unless a later state of the entry is known already.
+  void recordUnlessSuperseded(JournalEntry entry);
   void markRestored(const Uuid& runId);
 
   // Takes what `other` knows and this one does not. Of two states of one entry the later one stays, and of two runs the
@@ -37,6 +39,8 @@ class JournalModel {
 
   [[nodiscard]] std::vector<Uuid> runOrder() const;
   CleanupRunSummary* findRun(const Uuid& runId);
+  // The entry with the identifier and run of `entry`; null where there is none.
+  [[nodiscard]] const JournalEntry* find(const JournalEntry& entry) const;
 
   std::vector<CleanupRunSummary> m_runs;
   std::unordered_map<Uuid, std::vector<JournalEntry>> m_entriesByRun;

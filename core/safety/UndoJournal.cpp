@@ -92,7 +92,9 @@ void UndoJournal::settleDeadRun(const std::string& logName) {
   try {
     auto settled = settleRunLog(readAll(lock->descriptor()), m_trash, m_mover);
     std::move(settled.notices.begin(), settled.notices.end(), std::back_inserter(m_notices));
-    for (auto& entry : settled.entries) m_model.record(std::move(entry));
+    // The process may have died after its journal was saved, and the run may have been restored since.
+    m_store.refresh(m_model);
+    for (auto& entry : settled.entries) m_model.recordUnlessSuperseded(std::move(entry));
     if (!settled.entries.empty() && !m_store.save(m_model)) return;
     if (settled.log == SettledRun::Log::finished) ::unlink(path.c_str());
     if (settled.log == SettledRun::Log::unclear) {

@@ -174,6 +174,8 @@ std::shared_ptr<TrashFolder> LinuxTrash::folderOf(const FileUrl& trashed) {
     top = parentPath(above);
   } else if (isTopTrashName(lastComponent(path))) {
     top = above;
+  } else if (lastComponent(path) != "Trash") {
+    return nullptr;
   }
   return std::make_shared<TrashFolder>(path, std::move(top), std::move(folder));
 }

@@ -3,13 +3,12 @@
 #include "core/base/FreeName.h"
 #include "core/base/UnicodeText.h"
 #include "core/base/Uuid.h"
-#include "tests/support/TemporaryTree.h"
+#include "tests/support/TimeZone.h"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <ctime>
 #include <set>
 
 namespace orvane {
@@ -82,21 +81,18 @@ TEST(UnicodeText, knowsHowWideATextStands) {
   EXPECT_EQ(displayWidth("e\xcc\x81"), 1);
 }
 
-class Zone : public testing::Test {
- protected:
-  Zone() { ::tzset(); }
-  // New York: clocks went forward on 2026-03-08 and go back on 2026-11-01.
-  test::ScopedEnvironment m_zone{"TZ", "America/New_York"};
-};
-
-TEST_F(Zone, daysFollowTheCalendarAcrossDaylightSaving) {
-  const auto noonBefore = dateFromUnix(1772902800);  // 2026-03-07 12:00 local
-  const auto noonAfter = dateFromUnix(1772985600);   // 2026-03-08 12:00 local, 23 hours later
-  EXPECT_EQ(wholeDaysBetween(noonBefore, noonAfter), 1);
-  EXPECT_EQ(wholeDaysBetween(noonBefore, noonAfter - std::chrono::seconds(1)), 0);
-  EXPECT_EQ(wholeDaysBetween(noonAfter, noonBefore), -1);
-  EXPECT_EQ(localTimestamp(noonAfter), "2026-03-08T12:00:00");
-  EXPECT_EQ(formatDate(noonAfter, "yyyy-MM"), "2026-03");
+// New York: clocks went forward on 2026-03-08 and go back on 2026-11-01.
+TEST(Calendar, daysFollowTheCalendarAcrossDaylightSaving) {
+  test::inTimeZone("America/New_York", [] {
+    const auto noonBefore = dateFromUnix(1772902800);  // 2026-03-07 12:00 local
+    const auto noonAfter = dateFromUnix(1772985600);   // 2026-03-08 12:00 local, 23 hours later
+    EXPECT_EQ(wholeDaysBetween(noonBefore, noonAfter), 1);
+    EXPECT_EQ(wholeDaysBetween(noonBefore, noonAfter - std::chrono::seconds(1)), 0);
+    EXPECT_EQ(wholeDaysBetween(noonAfter, noonBefore), -1);
+    EXPECT_EQ(addingDays(noonBefore, 1), noonAfter);
+    EXPECT_EQ(localTimestamp(noonAfter), "2026-03-08T12:00:00");
+    EXPECT_EQ(formatDate(noonAfter, "yyyy-MM"), "2026-03");
+  });
 }
 
 TEST(Uuid, readsAndWritesItsTextForm) {

@@ -269,6 +269,24 @@ TEST_F(UndoJournalTest, settlesWhatADeadRunLeftBehind) {
   EXPECT_EQ(contentOf(moved), "moved");
 }
 
+TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto outcome = clean({path}).front();
+  MoveIntent intent;
+  intent.entry = journal->getEntries(lastRun).front();
+  intent.source = FileUrl(path);
+  intent.destination = outcome.destination;
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  {
+    RunLog log(journalFolder(), lastRun);
+    log.appendIntent(intent);
+    log.appendDone(std::vector{intent.entry.id});
+    log.sync();
+  }
+  reopenJournal();
+  EXPECT_EQ(journal->getEntries(lastRun).front().action, JournalAction::restored);
+}
+
 TEST_F(UndoJournalTest, aLogThatEndsInTheMiddleOfALineIsReadAsFarAsItGoes) {
   MoveIntent intent;
   intent.entry = entryOf(Uuid::random(), 5);

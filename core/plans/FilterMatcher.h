@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/base/CaselessSearch.h"
+#include "core/base/Date.h"
+#include "core/base/MinimumAge.h"
+#include "core/plans/CleaningFilter.h"
+#include "core/scanning/FileItem.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// A filter made ready to be held against many files: nothing is allocated for an ordinary one. For one thread.
+class FilterMatcher {
+ public:
+  // Ages are counted to `now`.
+  FilterMatcher(const CleaningFilter& filter, Date now);
+
+  // Whether all criteria that place a condition hold. Nothing is read from the disk.
+  [[nodiscard]] bool matches(const FileItem& file);
+
+ private:
+  [[nodiscard]] bool hasExtension(const FileItem& file) const;
+
+  std::uint32_t m_categories = 0;         // one bit each; none places no condition
+  std::vector<std::string> m_extensions;  // lower case
+  std::optional<MinimumAge> m_minimumAge;
+  std::optional<std::int64_t> m_minimumSize;
+  std::optional<CaselessSearch> m_name;
+};
+
+}  // namespace orvane

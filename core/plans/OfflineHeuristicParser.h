@@ -1,0 +1,21 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/plans/CleaningPlan.h"
+
+#include <optional>
+#include <string_view>
+
+namespace orvane {
+
+// Turns a request in plain words into a plan of one step, by keywords and without a network.
+class OfflineHeuristicParser {
+ public:
+  // `defaultManagedFolder` is the folder that is meant when the request names none; the downloads folder when absent.
+  // Always answers, also with a plan that validation rejects: the caller validates. A request whose age or size is
+  // beyond 64 bits ends the process.
+  [[nodiscard]] CleaningPlan parse(std::string_view prompt,
+                                   const std::optional<FileUrl>& defaultManagedFolder = std::nullopt) const;
+};
+
+}  // namespace orvane

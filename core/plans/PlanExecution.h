@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/plans/PlanExecutionSummary.h"
+#include "core/safety/CleanupRun.h"
+
+#include <vector>
+
+namespace orvane {
+
+// What carrying out a plan did, and what became of each file.
+struct PlanExecution {
+  PlanExecutionSummary summary;
+  // Of every result that was to be carried out, in order; those that were not moved say why.
+  std::vector<MoveOutcome> outcomes;
+};
+
+}  // namespace orvane

@@ -1,0 +1,16 @@
+#include "core/plans/PlanExecutionSummary.h"
+
+#include "core/base/Json.h"
+
+namespace orvane {
+
+Json PlanExecutionSummary::toJson() const {
+  Json json = Json::object();
+  json["batchId"] = jsonFromUuid(batchId);
+  json["itemsProcessed"] = itemsProcessed;
+  json["bytesReclaimed"] = bytesReclaimed;
+  json["timestamp"] = jsonFromDate(timestamp);
+  return json;
+}
+
+}  // namespace orvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/plans/PlanExecution.h"
+#include "core/plans/PlanMatchResult.h"
+#include "core/safety/AllowedRoots.h"
+#include "core/safety/CleanupRun.h"
+
+#include <mutex>
+#include <span>
+#include <stop_token>
+#include <vector>
+
+namespace orvane {
+
+class PathValidator;
+class TrashMover;
+class UndoJournal;
+struct CleaningPlan;
+
+// Turns a plan into proposals, one for each file, and carries out those that the user kept.
+class PlanExecutor {
+ public:
+  PlanExecutor(TrashMover& mover, const PathValidator& validator);
+  static PlanExecutor& shared();
+
+  // The proposals for a validated plan, in the order of the candidates: each file goes to the first step that accepts
+  // it, and to none where none does. The candidates come from the plan's folders. Changes nothing on the disk. Ages are
+  // counted to `now`.
+  [[nodiscard]] static std::vector<PlanMatchResult> dryRun(const CleaningPlan& plan, std::vector<FileItem> candidates,
+                                                           Date now = ReferenceClock::now());
+
+  // Carries out, in order, the results that are selected and may be carried out, as one run that can be undone. Nothing
+  // outside the allowed roots is touched, a move's destination included. A file that fails is left where it is and the
+  // others go on; also a journal that cannot be written shows in the outcomes, and then nothing moves. One execution
+  // runs at a time.
+  PlanExecution execute(std::span<const PlanMatchResult> matches, UndoJournal& journal,
+                        const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
+                        std::stop_token stop = {});
+
+ private:
+  TrashMover& m_mover;
+  const PathValidator& m_validator;
+  std::mutex m_mutex;  // held while a run is carried out
+};
+
+}  // namespace orvane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/base/JsonFwd.h"
+#include "core/base/Uuid.h"
+#include "core/plans/PlannedAction.h"
+#include "core/scanning/FileItem.h"
+
+#include <optional>
+#include <string>
+
+namespace orvane {
+
+// One proposal of a plan: what is to be done with one file.
+struct PlanMatchResult {
+  PlanMatchResult(Uuid resultId, FileItem file, PlannedAction plannedAction, std::optional<std::string> destination,
+                  std::string why, bool selected);
+
+  Uuid id;
+  FileItem item;
+  PlannedAction action;
+  std::optional<std::string> destinationFolder;
+  std::string explanation;
+  bool isSelected;         // whether the user wants it carried out
+  bool canExecute = true;  // whether it may be carried out at all
+
+  bool operator==(const PlanMatchResult&) const = default;
+
+  // Keys in field order; an absent destination is left out.
+  [[nodiscard]] Json toJson() const;
+};
+
+}  // namespace orvane
