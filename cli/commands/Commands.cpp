@@ -6,9 +6,9 @@ namespace orvane::cli {
 namespace {
 
 constexpr std::array commands{
-    &scanCommand,        &cleanCommand,       &trashCommand,
-    &historyCommand,     &historyShowCommand, &restoreCommand,
-    &summaryCommand,     &explainCommand,     &internalCompletionsCommand,
+    &scanCommand,        &cleanCommand,         &trashCommand,         &historyCommand,
+    &historyShowCommand, &restoreCommand,       &summaryCommand,       &explainCommand,
+    &appsListCommand,    &appsLeftoversCommand, &appsUninstallCommand, &internalCompletionsCommand,
     &internalManCommand,
 };
 

@@ -217,7 +217,8 @@ AppUninstallBundle AppUninstallerEngine::findLeftovers(const InstalledApp& app,
   return bundle;
 }
 
-void AppUninstallerEngine::refuseProtected(const InstalledApp& app) {
+void AppUninstallerEngine::requireUninstallable(const InstalledApp& app) {
+  const std::lock_guard lock(m_mutex);
   // What the caller holds may be old or made up: the bundle on the disk decides too.
   if (!isAppBundle(app.url)) throw UninstallError(UninstallError::NotAnApplication{app.url});
   if (app.isSystemProtected || isAppProtected(app.url.path(), app.bundleIdentifier) ||
@@ -229,11 +230,8 @@ void AppUninstallerEngine::refuseProtected(const InstalledApp& app) {
 UninstallResult AppUninstallerEngine::uninstall(const AppUninstallBundle& bundle, TrashMover& mover,
                                                 UndoJournal& journal, const std::optional<FileUrl>& libraryRoot,
                                                 const CleanupRun::Progress& progress, const std::stop_token& stop) {
-  {
-    // Not for the moves: they serialise themselves, and they call the caller back.
-    const std::lock_guard lock(m_mutex);
-    refuseProtected(bundle.app);
-  }
+  requireUninstallable(bundle.app);
+  // The moves serialise themselves, and they call the caller back: no lock is held here.
   const auto app = requestFor(bundle.app.url, bundle.app.appSize);
   std::vector<MoveRequest> leftovers;
   for (const auto& item : bundle.leftovers) {

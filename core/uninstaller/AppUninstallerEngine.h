@@ -50,9 +50,11 @@ class AppUninstallerEngine {
       const InstalledApp& app, const std::optional<FileUrl>& libraryRoot = std::nullopt,
       const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt);
 
+  // Throws UninstallError for a protected application, whatever the caller's record says of it, and for what is no
+  // application. uninstall() begins with it.
+  void requireUninstallable(const InstalledApp& app);
   // Moves the application and the selected leftovers to the Trash as one run. The leftovers stay when the application
-  // does: they are its data then. Throws UninstallError, having moved nothing, for a protected application, whatever
-  // the bundle says of it, and for what is no application.
+  // does: they are its data then. Throws UninstallError, having moved nothing, where requireUninstallable() does.
   UninstallResult uninstall(const AppUninstallBundle& bundle, TrashMover& mover, UndoJournal& journal,
                             const std::optional<FileUrl>& libraryRoot = std::nullopt,
                             const CleanupRun::Progress& progress = {}, const std::stop_token& stop = {});
@@ -68,7 +70,6 @@ class AppUninstallerEngine {
   [[nodiscard]] static std::int64_t calculateSize(const FileUrl& url);
   // Whether the name alone tells whose folder it is.
   [[nodiscard]] bool isOwnName(const InstalledApp& app, const Directories& searchDirectories) const;
-  static void refuseProtected(const InstalledApp& app);
 
   const PathValidator& m_validator;
   FileUrl m_homeFolder;
