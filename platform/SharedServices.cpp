@@ -7,6 +7,7 @@
 #include "core/safety/TrashMover.h"
 #include "core/safety/UndoJournal.h"
 #include "core/scanning/StorageScanner.h"
+#include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/SystemServices.h"
 
 namespace orvane {
@@ -39,6 +40,11 @@ PlanExecutor& PlanExecutor::shared() {
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {
   static CategoryPreferencesStore store(systemPreferences());
   return store;
+}
+
+AppUninstallerEngine& AppUninstallerEngine::shared() {
+  static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
+  return engine;
 }
 
 }  // namespace orvane

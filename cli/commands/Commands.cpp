@@ -18,6 +18,9 @@ constexpr std::array commands{
     &planValidateCommand,
     &planPreviewCommand,
     &planRunCommand,
+    &appsListCommand,
+    &appsLeftoversCommand,
+    &appsUninstallCommand,
     &internalCompletionsCommand,
     &internalManCommand,
 };

@@ -84,7 +84,11 @@ bool containsIgnoringCase(std::string_view text, std::string_view needle) {
 int compareForDisplay(std::string_view left, std::string_view right) {
   UErrorCode status = U_ZERO_ERROR;
   thread_local const std::unique_ptr<icu::Collator> collator = [&] {
-    std::unique_ptr<icu::Collator> made(icu::Collator::createInstance(status));
+    // The locale "C" would put all capitals first, whatever the strength.
+    const auto& locale = icu::Locale::getDefault();
+    const bool isPosix = std::string_view(locale.getVariant()) == "POSIX";
+    std::unique_ptr<icu::Collator> made(
+        icu::Collator::createInstance(isPosix ? icu::Locale::getRoot() : locale, status));
     if (made) made->setStrength(icu::Collator::SECONDARY);
     return made;
   }();
