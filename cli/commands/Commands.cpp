@@ -5,6 +5,8 @@
 namespace orvane::cli {
 namespace {
 
+// One a line, which a formatter would set in columns.
+// clang-format off
 constexpr std::array commands{
     &scanCommand,
     &cleanCommand,
@@ -24,6 +26,7 @@ constexpr std::array commands{
     &internalCompletionsCommand,
     &internalManCommand,
 };
+// clang-format on
 
 }  // namespace
 
