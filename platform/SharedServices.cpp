@@ -2,6 +2,7 @@
 
 #include "core/base/HomeFolder.h"
 #include "core/organizer/CategoryPreferencesStore.h"
+#include "core/organizer/FolderOrganizerEngine.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashMover.h"
@@ -39,6 +40,12 @@ PlanExecutor& PlanExecutor::shared() {
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {
   static CategoryPreferencesStore store(systemPreferences());
   return store;
+}
+
+FolderOrganizerEngine& FolderOrganizerEngine::shared() {
+  static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(),
+                                      PathValidator::shared());
+  return engine;
 }
 
 }  // namespace orvane

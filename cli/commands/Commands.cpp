@@ -18,6 +18,7 @@ constexpr std::array commands{
     &planValidateCommand,
     &planPreviewCommand,
     &planRunCommand,
+    &organizeCommand,
     &internalCompletionsCommand,
     &internalManCommand,
 };

@@ -1,5 +1,6 @@
 #include "core/scanning/FolderSize.h"
 
+#include "core/base/CanonicalPath.h"
 #include "core/base/CheckedArithmetic.h"
 #include "core/base/PathText.h"
 
@@ -7,6 +8,13 @@
 
 namespace orvane {
 namespace {
+
+// Folders that are read before it pays to start threads.
+constexpr std::size_t foldersReadAlone = 32;
+
+bool isReclaimable(std::string_view name) noexcept {
+  return !name.starts_with('.');
+}
 
 bool isEntered(std::string_view name) noexcept {
   return name != "node_modules" && name != "Pods" && !name.ends_with(".photoslibrary");
@@ -30,18 +38,19 @@ class FolderSize::ReadFolder : public WorkStack::Task {
 
  private:
   void read(DirectoryReader& reader, WorkStack::Tasks& subfolders) {
+    const bool takesAll = m_size->m_contents == Contents::everything;
     std::int64_t bytes = 0;
     std::shared_ptr<const HeldFolder> self;
     while (const auto entry = reader.next()) {
       if (m_stopped.load(std::memory_order_relaxed)) break;
-      if (entry->name.empty() || entry->name.front() == '.') continue;
+      if (!takesAll && !isReclaimable(entry->name)) continue;
       FileType type = entry->type;
       if (type == FileType::regular || type == FileType::unknown) {
         const auto status = readFileStatus(reader.descriptor(), entry->nameBytes());
         type = status ? status->type : FileType::other;
         if (type == FileType::regular) bytes = checkedAdd(bytes, status->size);
       }
-      if (type != FileType::directory || !isEntered(entry->name)) continue;
+      if (type != FileType::directory || (!takesAll && !isEntered(entry->name))) continue;
       if (subfolders.empty()) self = m_held.hold(reader.descriptor());
       subfolders.push_back(std::make_unique<ReadFolder>(
           m_size, FolderPlace{self, joinPath(m_place.canonicalPath, entry->name)}, m_held, m_stopped));
@@ -58,6 +67,22 @@ class FolderSize::ReadFolder : public WorkStack::Task {
 std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, FolderPlace place,
                                                   HeldFolders& held, const std::atomic<bool>& stopped) {
   return std::make_unique<ReadFolder>(std::move(size), std::move(place), held, stopped);
+}
+
+std::int64_t FolderSize::of(const std::string& path, Contents contents) {
+  const std::atomic<bool> neverStopped = false;
+  HeldFolders held;
+  const auto size = std::make_shared<FolderSize>(std::function<void()>(), contents);
+  WorkStack work;
+  WorkStack::Tasks tasks;
+  tasks.push_back(task(size, FolderPlace{nullptr, canonicalPath(path)}, held, neverStopped));
+  work.push(tasks);
+  work.work(foldersReadAlone);
+  if (!work.isEmpty()) {
+    work.start(WorkStack::processorCount() - 1);
+    work.work();
+  }
+  return size->bytes();
 }
 
 void FolderSize::add(std::int64_t bytes) {

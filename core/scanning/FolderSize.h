@@ -11,12 +11,20 @@
 
 namespace orvane {
 
-// The logical bytes of one folder tree, added up by the tasks that read its folders. Hidden entries, links,
-// "node_modules", "Pods" and photo libraries are left out.
+// The logical bytes of the regular files of one folder tree, added up by the tasks that read its folders.
 class FolderSize {
  public:
+  enum class Contents : std::uint8_t {
+    reclaimable,  // hidden entries, "node_modules", "Pods" and photo libraries left out
+    everything,
+  };
+
   // `whenComplete` is called once, from the thread that finishes.
-  explicit FolderSize(std::function<void()> whenComplete = {}) : m_whenComplete(std::move(whenComplete)) {}
+  explicit FolderSize(std::function<void()> whenComplete = {}, Contents contents = Contents::reclaimable)
+      : m_whenComplete(std::move(whenComplete)), m_contents(contents) {}
+
+  // The whole of one tree at once, with as many threads as it is worth. Links at the path itself are followed.
+  [[nodiscard]] static std::int64_t of(const std::string& path, Contents contents);
 
   // The task that reads `place`, the top of the tree, and makes the tasks for the rest. `held` and `stopped` must
   // outlive the tasks; once `stopped` is set they come to their end without a meaningful sum.
@@ -36,6 +44,7 @@ class FolderSize {
   std::atomic<std::int64_t> m_bytes = 0;
   std::atomic<std::int64_t> m_openFolders = 1;
   std::function<void()> m_whenComplete;
+  Contents m_contents;
 };
 
 }  // namespace orvane
