@@ -5,6 +5,7 @@
 namespace orvane::cli {
 namespace {
 
+// clang-format off: one command a line
 constexpr std::array commands{
     &scanCommand,
     &cleanCommand,
@@ -22,6 +23,7 @@ constexpr std::array commands{
     &internalCompletionsCommand,
     &internalManCommand,
 };
+// clang-format on
 
 }  // namespace
 
