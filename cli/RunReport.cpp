@@ -24,6 +24,34 @@ std::string trashQuestion(std::int64_t count, std::int64_t bytes) {
   return fmt::format("Move {} ({}) to the Trash?", itemCount(count), formatByteCount(bytes));
 }
 
+CleanupRun::Progress movingProgress(ProgressLine& line) {
+  return [&line](std::size_t done, std::size_t total) {
+    line.update([&] {
+      return fmt::format("Moving: {} of {}", formatCount(static_cast<std::int64_t>(done)),
+                         itemCount(static_cast<std::int64_t>(total)));
+    });
+  };
+}
+
+ExitStatus reportOutcomes(std::span<const MoveOutcome> outcomes) {
+  bool someFailed = false;
+  bool someWereNotTried = false;
+  for (const auto& outcome : outcomes) {
+    if (outcome.result == MoveResult::moved) continue;
+    if (outcome.result == MoveResult::cancelled) {
+      someWereNotTried = true;
+      continue;
+    }
+    someFailed = true;
+    Session::report(fmt::format("{}: {}", shownPath(outcome.source), escapedForDisplay(outcome.error)));
+  }
+  if (someWereNotTried) {
+    Session::report("interrupted; what was not moved yet is where it was");
+    return ExitStatus::interrupted;
+  }
+  return someFailed ? ExitStatus::failed : ExitStatus::done;
+}
+
 void reportJournalNotices() {
   for (const auto& notice : UndoJournal::shared().takeNotices()) Session::report(notice);
 }

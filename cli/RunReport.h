@@ -16,6 +16,7 @@
 
 namespace orvane::cli {
 
+class ProgressLine;
 class Session;
 
 // What a run of moves to the Trash came to.
@@ -55,6 +56,11 @@ RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunR
 [[nodiscard]] std::string itemCount(std::int64_t count);
 // "Move 12 items (3.4 GB) to the Trash?"
 [[nodiscard]] std::string trashQuestion(std::int64_t count, std::int64_t bytes);
+
+// Draws how far a run of moves is. The line must outlive what is returned.
+[[nodiscard]] CleanupRun::Progress movingProgress(ProgressLine& line);
+// Names what was not moved, with its reason, on standard error.
+[[nodiscard]] ExitStatus reportOutcomes(std::span<const MoveOutcome> outcomes);
 
 // What was found wrong with the undo journal goes to standard error. For commands that use the journal, before they
 // print.

@@ -2,6 +2,7 @@
 
 #include "core/base/HomeFolder.h"
 #include "core/organizer/CategoryPreferencesStore.h"
+#include "core/organizer/FolderOrganizerEngine.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashMover.h"
@@ -44,6 +45,12 @@ CategoryPreferencesStore& CategoryPreferencesStore::shared() {
 
 AppUninstallerEngine& AppUninstallerEngine::shared() {
   static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
+  return engine;
+}
+
+FolderOrganizerEngine& FolderOrganizerEngine::shared() {
+  static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(),
+                                      PathValidator::shared());
   return engine;
 }
 

@@ -20,6 +20,7 @@ constexpr std::array commands{
     &planValidateCommand,
     &planPreviewCommand,
     &planRunCommand,
+    &organizeCommand,
     &appsListCommand,
     &appsLeftoversCommand,
     &appsUninstallCommand,

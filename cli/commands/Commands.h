@@ -18,6 +18,7 @@ extern const CommandSpec historyCommand;
 extern const CommandSpec historyShowCommand;
 extern const CommandSpec internalCompletionsCommand;
 extern const CommandSpec internalManCommand;
+extern const CommandSpec organizeCommand;
 extern const CommandSpec planPreviewCommand;
 extern const CommandSpec planRunCommand;
 extern const CommandSpec planValidateCommand;

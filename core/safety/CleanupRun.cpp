@@ -33,6 +33,7 @@ class Group {
       auto move = planned(request);
       JournalEntry entry;
       entry.runId = m_runId;
+      if (request.timestamp) entry.timestamp = *request.timestamp;
       entry.originalURL = request.source;
       entry.trashedURL = move->destination();
       entry.fileSize = request.fileSize;
@@ -72,6 +73,7 @@ class Group {
       request.fileSize = item.entry.fileSize;
       request.checksum = item.entry.checksum;
       request.expectedIdentity = item.move->identity();
+      request.timestamp = item.entry.timestamp;
       result.push_back(std::move(request));
     }
     return result;

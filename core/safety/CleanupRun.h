@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/Date.h"
 #include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
@@ -29,6 +30,8 @@ struct MoveRequest {
   std::optional<FileUrl> destinationFolder;
   // What the caller approved; the item is left alone when another file has its name by now.
   std::optional<ItemIdentity> expectedIdentity;
+  // When the journal is to say that it happened; the time of the move when absent.
+  std::optional<Date> timestamp;
 };
 
 enum class MoveResult : std::uint8_t {

@@ -1,11 +1,18 @@
 #include "core/scanning/FolderSize.h"
 
+#include "core/base/CanonicalPath.h"
 #include "core/base/CheckedArithmetic.h"
 #include "core/base/PathText.h"
 
 #include <string_view>
 
 namespace orvane {
+namespace {
+
+// Folders that are read before it pays to start threads.
+constexpr std::size_t foldersReadAlone = 32;
+
+}  // namespace
 
 class FolderSize::ReadFolder : public WorkStack::Task {
  public:
@@ -51,6 +58,22 @@ class FolderSize::ReadFolder : public WorkStack::Task {
 std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, FolderPlace place,
                                                   HeldFolders& held, const std::atomic<bool>& stopped) {
   return std::make_unique<ReadFolder>(std::move(size), std::move(place), held, stopped);
+}
+
+std::int64_t FolderSize::of(const std::string& path, Extent extent) {
+  const std::atomic<bool> neverStopped = false;
+  HeldFolders held;
+  const auto size = std::make_shared<FolderSize>(extent);
+  WorkStack work;
+  WorkStack::Tasks tasks;
+  tasks.push_back(task(size, FolderPlace{nullptr, canonicalPath(path)}, held, neverStopped));
+  work.push(tasks);
+  work.work(foldersReadAlone);
+  if (!work.isEmpty()) {
+    work.start(WorkStack::processorCount() - 1);
+    work.work();
+  }
+  return size->bytes();
 }
 
 bool FolderSize::takes(std::string_view name) const noexcept {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <mutex>
 #include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -27,6 +28,9 @@ class FolderSize {
   // `whenComplete` is called once, from the thread that finishes.
   explicit FolderSize(std::function<void()> whenComplete = {}) : m_whenComplete(std::move(whenComplete)) {}
   explicit FolderSize(Extent extent) : m_extent(extent) {}
+
+  // The whole of one tree at once, with as many threads as it is worth. A link at the path itself is followed.
+  [[nodiscard]] static std::int64_t of(const std::string& path, Extent extent);
 
   // The task that reads `place`, the top of the tree, and makes the tasks for the rest. `held` and `stopped` must
   // outlive the tasks; once `stopped` is set they come to their end without a meaningful sum.
