@@ -6,8 +6,10 @@
 #include "core/safety/CleanupRun.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +43,14 @@ struct RunReport {
 // before.
 RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<const MoveRequest> requests,
                       std::vector<RunReport::Failure> failures = {});
+
+// The same for a run that somebody else carries out: `carryOut` is given what it has to report and to obey.
+struct CarriedOut {
+  Uuid runId;
+  std::vector<MoveOutcome> outcomes;
+};
+using CarryOut = std::function<CarriedOut(const CleanupRun::Progress& progress, std::stop_token stop)>;
+RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunReport::Failure> failures = {});
 
 // "1 item" or "1,234 items".
 [[nodiscard]] std::string itemCount(std::int64_t count);

@@ -8,6 +8,7 @@
 #include "core/safety/TrashMover.h"
 #include "core/safety/UndoJournal.h"
 #include "core/scanning/StorageScanner.h"
+#include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/SystemServices.h"
 
 namespace orvane {
@@ -45,6 +46,11 @@ CategoryPreferencesStore& CategoryPreferencesStore::shared() {
 FolderOrganizerEngine& FolderOrganizerEngine::shared() {
   static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(),
                                       PathValidator::shared());
+  return engine;
+}
+
+AppUninstallerEngine& AppUninstallerEngine::shared() {
+  static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
   return engine;
 }
 

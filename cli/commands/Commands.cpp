@@ -5,7 +5,8 @@
 namespace orvane::cli {
 namespace {
 
-// clang-format off: one command a line
+// One a line, which a formatter would set in columns.
+// clang-format off
 constexpr std::array commands{
     &scanCommand,
     &cleanCommand,
@@ -20,6 +21,9 @@ constexpr std::array commands{
     &planPreviewCommand,
     &planRunCommand,
     &organizeCommand,
+    &appsListCommand,
+    &appsLeftoversCommand,
+    &appsUninstallCommand,
     &internalCompletionsCommand,
     &internalManCommand,
 };

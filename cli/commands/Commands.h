@@ -8,6 +8,9 @@ namespace orvane::cli {
 
 // A new command is a file of its own in this folder that defines its CommandSpec, a line here, and a line in the table
 // in Commands.cpp.
+extern const CommandSpec appsLeftoversCommand;
+extern const CommandSpec appsListCommand;
+extern const CommandSpec appsUninstallCommand;
 extern const CommandSpec askCommand;
 extern const CommandSpec cleanCommand;
 extern const CommandSpec explainCommand;

@@ -83,7 +83,7 @@ Rename renameFrom(const std::string& text) {
   return {text.substr(0, sign), text.substr(sign + 1)};
 }
 
-void rename(Proposal& proposal, const Rename& wish) {
+void renameGroup(Proposal& proposal, const Rename& wish) {
   auto& groups = proposal.groups;
   const auto found =
       std::find_if(groups.begin(), groups.end(), [&](const auto& group) { return group.name == wish.from; });
@@ -112,7 +112,7 @@ std::optional<Proposal> proposalFrom(Session& session, const Arguments& argument
   proposal.groups = FolderOrganizerEngine::shared().analyzeFolder(proposal.folder, proposal.destination, subfolders,
                                                                   strategyFrom(arguments), stop);
   if (stop.stop_requested()) return std::nullopt;
-  for (const auto& wish : wishes) rename(proposal, wish);
+  for (const auto& wish : wishes) renameGroup(proposal, wish);
   return proposal;
 }
 

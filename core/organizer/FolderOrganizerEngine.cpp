@@ -249,7 +249,7 @@ std::vector<FileUrl> FolderOrganizerEngine::discoverSubfolders(const FileUrl& fo
 }
 
 std::int64_t FolderOrganizerEngine::fastFolderSize(const FileUrl& folder) {
-  return FolderSize::of(folder.path(), FolderSize::Contents::everything);
+  return FolderSize::of(folder.path(), FolderSize::Extent::everything);
 }
 
 bool FolderOrganizerEngine::isGeneratedFolder(std::string_view name) const {

@@ -13,7 +13,6 @@
 #include <array>
 #include <atomic>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -188,7 +187,7 @@ class ReadFolder : public WorkStack::Task {
     const auto status = readPathStatus(place.canonicalPath);
     CategoryChooser::Item item{.name = name, .kind = ItemKind::folder, .url = FileUrl(place.canonicalPath)};
     if (status) item.modified = status->modified;
-    auto size = std::make_shared<FolderSize>(std::function<void()>(), FolderSize::Contents::everything);
+    auto size = std::make_shared<FolderSize>(FolderSize::Extent::everything);
     if (m_folder.chunks.empty()) m_folder.chunks.resize(1);
     m_folder.chunks.back().push_back(
         {{std::string(relativePath), ItemKind::folder, 0, m_walk.chooser.categoryOf(item)}, size});

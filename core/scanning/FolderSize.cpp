@@ -12,14 +12,6 @@ namespace {
 // Folders that are read before it pays to start threads.
 constexpr std::size_t foldersReadAlone = 32;
 
-bool isReclaimable(std::string_view name) noexcept {
-  return !name.starts_with('.');
-}
-
-bool isEntered(std::string_view name) noexcept {
-  return name != "node_modules" && name != "Pods" && !name.ends_with(".photoslibrary");
-}
-
 }  // namespace
 
 class FolderSize::ReadFolder : public WorkStack::Task {
@@ -38,19 +30,18 @@ class FolderSize::ReadFolder : public WorkStack::Task {
 
  private:
   void read(DirectoryReader& reader, WorkStack::Tasks& subfolders) {
-    const bool takesAll = m_size->m_contents == Contents::everything;
     std::int64_t bytes = 0;
     std::shared_ptr<const HeldFolder> self;
     while (const auto entry = reader.next()) {
       if (m_stopped.load(std::memory_order_relaxed)) break;
-      if (!takesAll && !isReclaimable(entry->name)) continue;
+      if (!m_size->takes(entry->name)) continue;
       FileType type = entry->type;
       if (type == FileType::regular || type == FileType::unknown) {
         const auto status = readFileStatus(reader.descriptor(), entry->nameBytes());
         type = status ? status->type : FileType::other;
-        if (type == FileType::regular) bytes = checkedAdd(bytes, status->size);
+        if (type == FileType::regular && m_size->counts(*status)) bytes = checkedAdd(bytes, status->size);
       }
-      if (type != FileType::directory || (!takesAll && !isEntered(entry->name))) continue;
+      if (type != FileType::directory || !m_size->isEntered(entry->name)) continue;
       if (subfolders.empty()) self = m_held.hold(reader.descriptor());
       subfolders.push_back(std::make_unique<ReadFolder>(
           m_size, FolderPlace{self, joinPath(m_place.canonicalPath, entry->name)}, m_held, m_stopped));
@@ -69,10 +60,10 @@ std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> si
   return std::make_unique<ReadFolder>(std::move(size), std::move(place), held, stopped);
 }
 
-std::int64_t FolderSize::of(const std::string& path, Contents contents) {
+std::int64_t FolderSize::of(const std::string& path, Extent extent) {
   const std::atomic<bool> neverStopped = false;
   HeldFolders held;
-  const auto size = std::make_shared<FolderSize>(std::function<void()>(), contents);
+  const auto size = std::make_shared<FolderSize>(extent);
   WorkStack work;
   WorkStack::Tasks tasks;
   tasks.push_back(task(size, FolderPlace{nullptr, canonicalPath(path)}, held, neverStopped));
@@ -83,6 +74,21 @@ std::int64_t FolderSize::of(const std::string& path, Contents contents) {
     work.work();
   }
   return size->bytes();
+}
+
+bool FolderSize::takes(std::string_view name) const noexcept {
+  return !name.empty() && (m_extent == Extent::everything || name.front() != '.');
+}
+
+bool FolderSize::isEntered(std::string_view name) const noexcept {
+  return m_extent == Extent::everything ||
+         (name != "node_modules" && name != "Pods" && !name.ends_with(".photoslibrary"));
+}
+
+bool FolderSize::counts(const FileStatus& file) {
+  if (m_extent != Extent::everything || file.linkCount < 2) return true;
+  const std::lock_guard lock(m_linkedMutex);
+  return m_linked.emplace(file.device, file.inode).second;
 }
 
 void FolderSize::add(std::int64_t bytes) {

@@ -27,7 +27,7 @@ ScanStream StorageScanner::scan(std::vector<FileUrl> folders, DeveloperCaches de
 }
 
 std::int64_t StorageScanner::fastFolderSize(const std::string& path) {
-  return FolderSize::of(path, FolderSize::Contents::reclaimable);
+  return FolderSize::of(path, FolderSize::Extent::likeScan);
 }
 
 }  // namespace orvane
