@@ -74,7 +74,7 @@ class FolderOrganizerEngine {
   // The visible folders below a folder, `maxDepth` levels deep, sorted by path. Links, bundles and the organizer's own
   // folders are left out, and what lies inside them.
   [[nodiscard]] std::vector<FileUrl> discoverSubfolders(const FileUrl& folder, int maxDepth) const;
-  // Logical bytes of every file in a folder tree, hidden ones included; what cannot be read adds nothing.
+  // Logical bytes of every file in a folder tree, hidden ones included, each once; what cannot be read adds nothing.
   [[nodiscard]] static std::int64_t fastFolderSize(const FileUrl& folder);
   // Whether the organizer itself makes folders of this name.
   [[nodiscard]] bool isGeneratedFolder(std::string_view name) const;

@@ -13,7 +13,6 @@
 #include <array>
 #include <atomic>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <utility>

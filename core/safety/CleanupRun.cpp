@@ -1,6 +1,7 @@
 #include "core/safety/CleanupRun.h"
 
 #include "core/base/PathText.h"
+#include "core/safety/FolderLookups.h"
 #include "core/safety/MoveBatch.h"
 #include "core/safety/RunLog.h"
 #include "core/safety/TrashMover.h"
@@ -81,10 +82,10 @@ class Group {
 
  private:
   std::unique_ptr<PendingMove> planned(const MoveRequest& request) {
-    auto move = request.destinationFolder
-                    ? m_mover.planMove(request.source, m_roots, *request.destinationFolder,
-                                       [&](const FileUrl& url) { return m_promised.contains(url); })
-                    : m_mover.planTrash(request.source, m_roots);
+    auto move = request.destinationFolder ? m_mover.planMove(
+                                                request.source, m_roots, *request.destinationFolder,
+                                                [&](const FileUrl& url) { return m_promised.contains(url); }, m_lookups)
+                                          : m_mover.planTrash(request.source, m_roots, m_lookups);
     const auto& place = move->source().path();
     if (isSameOrInside(place, m_journalFolder) || isSameOrInside(m_journalFolder, place)) {
       throw TrashError(TrashError::PathValidationFailed{
@@ -120,6 +121,7 @@ class Group {
   std::vector<BatchItem> m_items;
   std::vector<MoveOutcome*> m_outcomes;
   std::unordered_set<FileUrl> m_promised;
+  FolderLookups m_lookups;
 };
 
 void failAll(std::span<MoveOutcome> outcomes, const std::string& reason) {
