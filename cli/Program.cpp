@@ -54,6 +54,7 @@ std::string unknownCommand(std::span<const std::string> words) {
   const auto family = commandsOfFamily(words[0]);
   if (family.empty()) return fmt::format("there is no command '{}'", escapedForDisplay(words[0]));
   std::vector<std::string_view> names;
+  names.reserve(family.size());
   for (const auto* command : family) names.push_back(command->name.substr(words[0].size() + 1));
   return fmt::format("'{}' takes a second word: {}", words[0], fmt::join(names, ", "));
 }

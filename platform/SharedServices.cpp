@@ -1,6 +1,8 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
 #include "core/base/HomeFolder.h"
+#include "core/localization/LocalizationManager.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/plans/PlanExecutor.h"
@@ -52,6 +54,16 @@ FolderOrganizerEngine& FolderOrganizerEngine::shared() {
   static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(),
                                       PathValidator::shared());
   return engine;
+}
+
+ThreadSafeLanguageStore& ThreadSafeLanguageStore::shared() {
+  static ThreadSafeLanguageStore store;
+  return store;
+}
+
+LocalizationManager& LocalizationManager::shared() {
+  static LocalizationManager manager(systemPreferences(), ThreadSafeLanguageStore::shared(), environmentLocale());
+  return manager;
 }
 
 }  // namespace orvane

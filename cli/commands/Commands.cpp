@@ -24,6 +24,7 @@ constexpr std::array commands{
     &appsListCommand,
     &appsLeftoversCommand,
     &appsUninstallCommand,
+    &stringsCommand,
     &internalCompletionsCommand,
     &internalManCommand,
 };
