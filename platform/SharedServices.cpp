@@ -1,6 +1,7 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
 #include "core/base/HomeFolder.h"
+#include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
@@ -34,6 +35,11 @@ UndoJournal& UndoJournal::shared() {
 PlanExecutor& PlanExecutor::shared() {
   static PlanExecutor executor(TrashMover::shared(), PathValidator::shared());
   return executor;
+}
+
+DuplicateFinderEngine& DuplicateFinderEngine::shared() {
+  static DuplicateFinderEngine engine(PathValidator::shared(), systemFileStatusReader());
+  return engine;
 }
 
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {
