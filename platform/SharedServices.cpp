@@ -1,6 +1,7 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
 #include "core/base/HomeFolder.h"
+#include "core/duplicates/DuplicateCleaner.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/plans/PlanExecutor.h"
@@ -40,6 +41,11 @@ PlanExecutor& PlanExecutor::shared() {
 DuplicateFinderEngine& DuplicateFinderEngine::shared() {
   static DuplicateFinderEngine engine(PathValidator::shared(), systemFileStatusReader());
   return engine;
+}
+
+DuplicateCleaner& DuplicateCleaner::shared() {
+  static DuplicateCleaner cleaner(TrashMover::shared(), UndoJournal::shared());
+  return cleaner;
 }
 
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {

@@ -29,6 +29,9 @@ struct MoveRequest {
   std::optional<FileUrl> destinationFolder;
   // What the caller approved; the item is left alone when another file has its name by now.
   std::optional<ItemIdentity> expectedIdentity;
+  // A last look, taken right before the item moves, when everything else is ready; what std::runtime_error it throws
+  // says why the item is left alone. For what may change between the approval and the move.
+  std::function<void()> lastCheck;
 };
 
 enum class MoveResult : std::uint8_t {

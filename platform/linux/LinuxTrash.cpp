@@ -90,18 +90,20 @@ std::string LinuxTrash::defaultHomeTrash() {
   return joinPath(standardizedPath(folder), "Trash");
 }
 
-void LinuxTrash::refuseInTrash(const FileUrl& item) const {
-  const std::string home = canonicalPath(m_homeTrash);
+bool LinuxTrash::holds(const FileUrl& item) const {
   std::string_view rest = item.path();
-  bool inTopTrash = false;
   while (rest.size() > 1) {
-    inTopTrash = inTopTrash || isTopTrashName(lastComponent(rest));
+    if (isTopTrashName(lastComponent(rest))) return true;
     rest = parentPath(rest);
   }
-  if (inTopTrash || isSameOrInside(item.path(), home)) {
+  return isSameOrInside(item.path(), canonicalPath(m_homeTrash));
+}
+
+void LinuxTrash::refuseInTrash(const FileUrl& item) const {
+  if (holds(item)) {
     throw std::runtime_error(fmt::format("'{}' is in the Trash already.", escapedForDisplay(item.path())));
   }
-  if (isSameOrInside(home, item.path())) {
+  if (isSameOrInside(canonicalPath(m_homeTrash), item.path())) {
     throw std::runtime_error(fmt::format("'{}' holds the Trash itself.", escapedForDisplay(item.path())));
   }
 }
