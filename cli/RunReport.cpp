@@ -20,6 +20,11 @@ std::string itemCount(std::int64_t count) {
   return fmt::format("{} {}", formatCount(count), count == 1 ? "item" : "items");
 }
 
+std::string movingText(std::size_t done, std::size_t total) {
+  return fmt::format("Moving to the Trash: {} of {}", formatCount(static_cast<std::int64_t>(done)),
+                     itemCount(static_cast<std::int64_t>(total)));
+}
+
 std::string trashQuestion(std::int64_t count, std::int64_t bytes) {
   return fmt::format("Move {} ({}) to the Trash?", itemCount(count), formatByteCount(bytes));
 }
@@ -38,13 +43,7 @@ RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<con
   {
     ProgressLine line(session);
     outcomes = run.carryOut(
-        requests,
-        [&](std::size_t done, std::size_t total) {
-          line.update([&] {
-            return fmt::format("Moving to the Trash: {} of {}", formatCount(static_cast<std::int64_t>(done)),
-                               itemCount(static_cast<std::int64_t>(total)));
-          });
-        },
+        requests, [&](std::size_t done, std::size_t total) { line.update([&] { return movingText(done, total); }); },
         stop);
   }
   reportJournalNotices();
@@ -90,6 +89,10 @@ ExitStatus RunReport::print(Session& session) const {
   } else {
     session.out().line("Nothing was moved.");
   }
+  return exitStatus();
+}
+
+ExitStatus RunReport::exitStatus() const {
   if (isInterrupted) {
     Session::report("interrupted; what was not moved yet is where it was");
     return ExitStatus::interrupted;

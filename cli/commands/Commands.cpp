@@ -6,19 +6,13 @@ namespace orvane::cli {
 namespace {
 
 constexpr std::array commands{
-    &scanCommand,
-    &cleanCommand,
-    &trashCommand,
-    &historyCommand,
-    &historyShowCommand,
-    &restoreCommand,
-    &summaryCommand,
-    &explainCommand,
-    &askCommand,
-    &planValidateCommand,
-    &planPreviewCommand,
-    &planRunCommand,
-    &internalCompletionsCommand,
+    &scanCommand,         &cleanCommand,
+    &trashCommand,        &duplicatesCommand,
+    &historyCommand,      &historyShowCommand,
+    &restoreCommand,      &summaryCommand,
+    &explainCommand,      &askCommand,
+    &planValidateCommand, &planPreviewCommand,
+    &planRunCommand,      &internalCompletionsCommand,
     &internalManCommand,
 };
 

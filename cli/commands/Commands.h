@@ -10,6 +10,7 @@ namespace orvane::cli {
 // in Commands.cpp.
 extern const CommandSpec askCommand;
 extern const CommandSpec cleanCommand;
+extern const CommandSpec duplicatesCommand;
 extern const CommandSpec explainCommand;
 extern const CommandSpec historyCommand;
 extern const CommandSpec historyShowCommand;
