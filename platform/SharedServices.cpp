@@ -1,8 +1,11 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
 #include "core/base/HomeFolder.h"
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/AutoOrganizer.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashMover.h"
@@ -52,6 +55,22 @@ FolderOrganizerEngine& FolderOrganizerEngine::shared() {
 AppUninstallerEngine& AppUninstallerEngine::shared() {
   static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
   return engine;
+}
+
+TopicCategorizerFactory& TopicCategorizerFactory::shared() {
+  static TopicCategorizerFactory factory(systemTopicModel());
+  return factory;
+}
+
+AutoOrganizeSettingsStore& AutoOrganizeSettingsStore::shared() {
+  static AutoOrganizeSettingsStore store(systemPreferences());
+  return store;
+}
+
+AutoOrganizer& AutoOrganizer::shared() {
+  static AutoOrganizer organizer(FolderOrganizerEngine::shared(), TopicCategorizerFactory::shared(),
+                                 UndoJournal::shared(), systemFileStatusReader(), PathValidator::shared());
+  return organizer;
 }
 
 }  // namespace orvane
