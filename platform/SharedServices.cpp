@@ -5,8 +5,11 @@
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/AutoOrganizer.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashMover.h"
@@ -76,6 +79,22 @@ ThreadSafeLanguageStore& ThreadSafeLanguageStore::shared() {
 LocalizationManager& LocalizationManager::shared() {
   static LocalizationManager manager(systemPreferences(), ThreadSafeLanguageStore::shared(), environmentLocale());
   return manager;
+}
+
+TopicCategorizerFactory& TopicCategorizerFactory::shared() {
+  static TopicCategorizerFactory factory(systemTopicModel());
+  return factory;
+}
+
+AutoOrganizeSettingsStore& AutoOrganizeSettingsStore::shared() {
+  static AutoOrganizeSettingsStore store(systemPreferences());
+  return store;
+}
+
+AutoOrganizer& AutoOrganizer::shared() {
+  static AutoOrganizer organizer(FolderOrganizerEngine::shared(), TopicCategorizerFactory::shared(),
+                                 UndoJournal::shared(), systemFileStatusReader(), PathValidator::shared());
+  return organizer;
 }
 
 }  // namespace orvane

@@ -27,6 +27,11 @@ extern const CommandSpec restoreCommand;
 extern const CommandSpec scanCommand;
 extern const CommandSpec stringsCommand;
 extern const CommandSpec summaryCommand;
+extern const CommandSpec tidyDisableCommand;
+extern const CommandSpec tidyEnableCommand;
+extern const CommandSpec tidyRunCommand;
+extern const CommandSpec tidySetCommand;
+extern const CommandSpec tidyShowCommand;
 extern const CommandSpec trashCommand;
 
 // In the order of the help.

@@ -136,7 +136,7 @@ FolderOrganizerEngine::Groups FolderOrganizerEngine::analyzeFolder(const FileUrl
   const auto destinationRoot = baseDestination.value_or(defaultDestination(targetFolder));
   const OrganizerScope scope{canonicalPath(targetFolder.path()), canonicalPath(destinationRoot.path()),
                              includeSubfolders, m_preferences.learnedCategoryRoots()};
-  const CategoryChooser chooser(targetFolder, strategy, m_preferences.preferences());
+  const auto chooser = chooserFor(targetFolder, strategy);
   GroupBuilder groups(targetFolder, destinationRoot, scope);
   for (auto& candidate : organizerCandidates(scope, chooser, stop)) groups.add(std::move(candidate));
   return groups.take();
@@ -149,7 +149,11 @@ std::string FolderOrganizerEngine::determineCategory(const FileUrl& url, ItemKin
     item.modified = status->modified;
     item.created = status->created;
   }
-  return CategoryChooser(targetFolder, strategy, m_preferences.preferences()).categoryOf(item);
+  return chooserFor(targetFolder, strategy).categoryOf(item);
+}
+
+CategoryChooser FolderOrganizerEngine::chooserFor(const FileUrl& targetFolder, OrganizationStrategy strategy) const {
+  return CategoryChooser(targetFolder, strategy, m_preferences.preferences());
 }
 
 FolderOrganizerEngine::Groups FolderOrganizerEngine::renamingGroup(std::size_t groupIndex, std::string_view newName,

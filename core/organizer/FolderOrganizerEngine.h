@@ -47,6 +47,9 @@ class FolderOrganizerEngine {
   [[nodiscard]] std::string determineCategory(const FileUrl& url, ItemKind kind, const FileUrl& targetFolder,
                                               OrganizationStrategy strategy) const;
 
+  // Names the categories of many items of one folder.
+  [[nodiscard]] CategoryChooser chooserFor(const FileUrl& targetFolder, OrganizationStrategy strategy) const;
+
   // Renames one group and remembers the name for the extensions in it. A name of nothing but white space, and one that
   // climbs out of the destination root, changes nothing; nor does an index out of range. Throws std::system_error when
   // the name cannot be remembered.
