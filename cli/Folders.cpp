@@ -8,6 +8,7 @@
 #include "core/base/FileDescriptor.h"
 #include "core/base/HomeFolder.h"
 #include "core/base/UnicodeText.h"
+#include "core/safety/FileAccessService.h"
 #include "core/safety/ManagedFolderType.h"
 #include "core/safety/PathValidator.h"
 
@@ -46,14 +47,10 @@ std::optional<std::string> refusalOf(const FileUrl& folder) {
 }
 
 std::vector<FileUrl> grantedFolders() {
-  std::vector<FileUrl> result;
-  const std::string home = homeFolder();
-  for (const auto type : allManagedFolderTypes) {
-    auto folder = defaultURL(type, home);
-    if (DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) {
-      result.push_back(std::move(folder));
-    }
-  }
+  auto result = FileAccessService::shared().getManagedFolderURLs();
+  std::erase_if(result, [](const FileUrl& folder) {
+    return !DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow);
+  });
   return result;
 }
 
@@ -61,8 +58,11 @@ std::vector<FileUrl> requiredGrantedFolders(std::string_view instead) {
   auto result = grantedFolders();
   if (!result.empty()) return result;
   std::vector<std::string> names;
-  names.reserve(allManagedFolderTypes.size());
-  for (const auto type : allManagedFolderTypes) names.push_back(shownPath(defaultURL(type, homeFolder())));
+  for (const auto& folder : FileAccessService::shared().getManagedFolderURLs()) names.push_back(shownPath(folder));
+  if (names.empty()) {
+    names.reserve(allManagedFolderTypes.size());
+    for (const auto type : allManagedFolderTypes) names.push_back(shownPath(defaultURL(type, homeFolder())));
+  }
   throw UsageError(
       fmt::format("none of the folders that are looked after exists ({}): name {}", fmt::join(names, ", "), instead));
 }

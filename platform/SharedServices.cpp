@@ -11,7 +11,10 @@
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/plans/PlanExecutor.h"
+#include "core/rules/RuleEngine.h"
+#include "core/safety/FileAccessService.h"
 #include "core/safety/PathValidator.h"
+#include "core/safety/PermissionsManager.h"
 #include "core/safety/TrashMover.h"
 #include "core/safety/UndoJournal.h"
 #include "core/scanning/StorageScanner.h"
@@ -95,6 +98,21 @@ AutoOrganizer& AutoOrganizer::shared() {
   static AutoOrganizer organizer(FolderOrganizerEngine::shared(), TopicCategorizerFactory::shared(),
                                  UndoJournal::shared(), systemFileStatusReader(), PathValidator::shared());
   return organizer;
+}
+
+FileAccessService& FileAccessService::shared() {
+  static FileAccessService service(systemPreferences(), systemFolderGrants(), homeFolder());
+  return service;
+}
+
+PermissionsManager& PermissionsManager::shared() {
+  static PermissionsManager manager(systemDesktop(), homeFolder());
+  return manager;
+}
+
+RuleEngine& RuleEngine::shared() {
+  static RuleEngine engine(systemPreferences(), TrashMover::shared(), UndoJournal::shared(), PathValidator::shared());
+  return engine;
 }
 
 }  // namespace orvane

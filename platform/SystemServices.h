@@ -2,8 +2,10 @@
 
 namespace orvane {
 
+class Desktop;
 class FileMover;
 class FileStatusReader;
+class FolderGrants;
 class HttpTransport;
 class Preferences;
 class TopicModel;
@@ -12,8 +14,10 @@ class Volume;
 
 // This system's one instance of each interface, made at its first use. A port defines these functions in its own
 // folder.
+[[nodiscard]] Desktop& systemDesktop();
 [[nodiscard]] FileMover& systemFileMover();
 [[nodiscard]] FileStatusReader& systemFileStatusReader();
+[[nodiscard]] FolderGrants& systemFolderGrants();
 [[nodiscard]] HttpTransport& systemHttpTransport();
 [[nodiscard]] Preferences& systemPreferences();
 [[nodiscard]] TopicModel& systemTopicModel();

@@ -179,4 +179,12 @@ Json jsonFromUrl(const FileUrl& url) {
   return url.absoluteString();
 }
 
+std::vector<std::string> stringsFrom(const Json& value, std::string_view what) {
+  if (!value.is_array()) throw JsonError(fmt::format("\"{}\" must be an array of strings", what));
+  std::vector<std::string> result;
+  result.reserve(value.size());
+  for (const auto& element : value) result.push_back(stringFrom(element, what));
+  return result;
+}
+
 }  // namespace orvane

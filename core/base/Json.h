@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -59,5 +60,6 @@ struct JsonLimits {
 [[nodiscard]] std::string stringFrom(const Json& value, std::string_view what);
 [[nodiscard]] std::int64_t integerFrom(const Json& value, std::string_view what);
 [[nodiscard]] Date dateFrom(const Json& value, std::string_view what);
+[[nodiscard]] std::vector<std::string> stringsFrom(const Json& value, std::string_view what);
 
 }  // namespace orvane

@@ -7,12 +7,11 @@
 
 namespace orvane {
 namespace {
-constexpr std::string_view preferencesKey = "OrvaneAutoOrganizeSettings";
-}
 
-AutoOrganizeSettings AutoOrganizeSettingsStore::load() const {
-  const auto stored = m_preferences.value(preferencesKey);
-  if (!stored) return {};
+constexpr std::string_view preferencesKey = "OrvaneAutoOrganizeSettings";
+
+AutoOrganizeSettings settingsFrom(const Json* stored) {
+  if (stored == nullptr) return {};
   try {
     return AutoOrganizeSettings::fromJson(*stored);
   } catch (const JsonError&) {
@@ -20,16 +19,20 @@ AutoOrganizeSettings AutoOrganizeSettingsStore::load() const {
   }
 }
 
+}  // namespace
+
 AutoOrganizeSettings AutoOrganizeSettingsStore::get() const {
-  const std::lock_guard lock(m_mutex);
-  return load();
+  const auto stored = m_preferences.value(preferencesKey);
+  return settingsFrom(stored ? &*stored : nullptr);
 }
 
 AutoOrganizeSettings AutoOrganizeSettingsStore::update(const std::function<void(AutoOrganizeSettings&)>& change) {
-  const std::lock_guard lock(m_mutex);
-  auto settings = load();
-  change(settings);
-  m_preferences.setValue(preferencesKey, settings.toJson());
+  AutoOrganizeSettings settings;
+  m_preferences.update(preferencesKey, [&](const Json* stored) {
+    settings = settingsFrom(stored);
+    change(settings);
+    return settings.toJson();
+  });
   return settings;
 }
 

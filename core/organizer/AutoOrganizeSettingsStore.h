@@ -3,7 +3,6 @@
 #include "core/organizer/AutoOrganizeSettings.h"
 
 #include <functional>
-#include <mutex>
 
 namespace orvane {
 
@@ -23,9 +22,6 @@ class AutoOrganizeSettingsStore {
   AutoOrganizeSettings update(const std::function<void(AutoOrganizeSettings&)>& change);
 
  private:
-  [[nodiscard]] AutoOrganizeSettings load() const;
-
-  mutable std::mutex m_mutex;
   Preferences& m_preferences;
 };
 

@@ -11,17 +11,41 @@ namespace {
 
 constexpr std::string_view preferencesKey = "OrvaneLearnedCategoryPreferences";
 
+CategoryPreferencesStore::Categories categoriesFrom(const Json* stored) {
+  CategoryPreferencesStore::Categories categories;
+  if (stored == nullptr || !stored->is_object()) return categories;
+  for (const auto& [key, category] : stored->items()) {
+    if (!category.is_string()) return {};
+    categories.insert_or_assign(key, category.get<std::string>());
+  }
+  return categories;
+}
+
+CategoryPreferencesStore::Categories storedCategories(const Preferences& preferences) {
+  const auto stored = preferences.value(preferencesKey);
+  return categoriesFrom(stored ? &*stored : nullptr);
+}
+
+Json toJson(const CategoryPreferencesStore::Categories& categories) {
+  Json json = Json::object();
+  for (const auto& [key, category] : categories) json[key] = category;
+  return json;
+}
+
 }  // namespace
 
 CategoryPreferencesStore::CategoryPreferencesStore(Preferences& preferences)
-    : m_preferences(preferences), m_categories(load(preferences)) {}
+    : m_preferences(preferences), m_categories(storedCategories(preferences)) {}
 
 void CategoryPreferencesStore::rememberPreference(std::string_view extensionKey, std::string_view category) {
   const std::lock_guard lock(m_mutex);
-  // Another process may have learned or forgotten something since.
-  m_categories = load(m_preferences);
   m_categories.insert_or_assign(lowercased(extensionKey), std::string(category));
-  save();
+  m_preferences.update(preferencesKey, [&](const Json* stored) {
+    // Another process may have learned or forgotten something since.
+    m_categories = categoriesFrom(stored);
+    m_categories.insert_or_assign(lowercased(extensionKey), std::string(category));
+    return toJson(m_categories);
+  });
 }
 
 std::optional<std::string> CategoryPreferencesStore::preferredCategory(std::string_view extensionKey) const {
@@ -51,24 +75,7 @@ std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
 void CategoryPreferencesStore::reset() {
   const std::lock_guard lock(m_mutex);
   m_categories.clear();
-  save();
-}
-
-CategoryPreferencesStore::Categories CategoryPreferencesStore::load(const Preferences& preferences) {
-  const auto stored = preferences.value(preferencesKey);
-  Categories categories;
-  if (!stored || !stored->is_object()) return categories;
-  for (const auto& [key, category] : stored->items()) {
-    if (!category.is_string()) return {};
-    categories.insert_or_assign(key, category.get<std::string>());
-  }
-  return categories;
-}
-
-void CategoryPreferencesStore::save() {
-  Json stored = Json::object();
-  for (const auto& [key, category] : m_categories) stored[key] = category;
-  m_preferences.setValue(preferencesKey, stored);
+  m_preferences.setValue(preferencesKey, toJson(m_categories));
 }
 
 }  // namespace orvane

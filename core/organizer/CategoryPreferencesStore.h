@@ -34,9 +34,6 @@ class CategoryPreferencesStore {
   void reset();
 
  private:
-  [[nodiscard]] static Categories load(const Preferences& preferences);
-  void save();
-
   mutable std::mutex m_mutex;
   Preferences& m_preferences;
   Categories m_categories;

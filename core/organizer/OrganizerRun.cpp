@@ -19,7 +19,7 @@ class Requests {
       : m_validator(validator), m_roots(roots), m_start(start) {}
 
   void add(const OrganizationCategoryGroup& group) {
-    const auto refusal = refusalOf(group.destinationFolder);
+    const auto refusal = m_validator.refusalText(group.destinationFolder, m_roots);
     const auto destination = canonicalPath(group.destinationFolder.path());
     for (const auto& move : group.moves) {
       if (!move.isSelected) continue;
@@ -41,16 +41,6 @@ class Requests {
   std::vector<MoveOutcome> outcomes;
 
  private:
-  // Empty when the folder may be moved into.
-  [[nodiscard]] std::string refusalOf(const FileUrl& folder) const {
-    try {
-      m_validator.validate(folder, m_roots);
-    } catch (const SecurityError& refusal) {
-      return refusal.what();
-    }
-    return {};
-  }
-
   const std::string& canonicalFolderOf(const FileUrl& item) {
     const auto folder = parentPath(item.path());
     const auto found = m_canonicalPaths.find(folder);

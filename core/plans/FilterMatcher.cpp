@@ -32,12 +32,13 @@ FilterMatcher::FilterMatcher(const CleaningFilter& filter, Date now) : m_minimum
   if (filter.nameContains && !filter.nameContains->empty()) m_name.emplace(*filter.nameContains);
 }
 
-bool FilterMatcher::matches(const FileItem& file) {
-  if (m_categories != 0 && (m_categories & bitOf(file.category())) == 0) return false;
-  if (m_minimumSize && file.fileSize() < *m_minimumSize) return false;
-  if (!m_extensions.empty() && !hasExtension(file)) return false;
-  if (m_minimumAge && !m_minimumAge->isReachedBy(file.lastModifiedDate())) return false;
-  return !m_name || m_name->isIn(file.url().lastPathComponent());
+std::optional<FilterCriterion> FilterMatcher::firstUnmet(const FileItem& file) {
+  if (m_categories != 0 && (m_categories & bitOf(file.category())) == 0) return FilterCriterion::categories;
+  if (!m_extensions.empty() && !hasExtension(file)) return FilterCriterion::extensions;
+  if (m_minimumAge && !m_minimumAge->isReachedBy(file.lastModifiedDate())) return FilterCriterion::minimumAge;
+  if (m_minimumSize && file.fileSize() < *m_minimumSize) return FilterCriterion::minimumSize;
+  if (m_name && !m_name->isIn(file.url().lastPathComponent())) return FilterCriterion::name;
+  return std::nullopt;
 }
 
 bool FilterMatcher::hasExtension(const FileItem& file) const {

@@ -13,6 +13,8 @@
 
 namespace orvane {
 
+enum class FilterCriterion : std::uint8_t { categories, extensions, minimumAge, minimumSize, name };
+
 // A filter made ready to be held against many files: nothing is allocated for an ordinary one. For one thread.
 class FilterMatcher {
  public:
@@ -20,7 +22,9 @@ class FilterMatcher {
   FilterMatcher(const CleaningFilter& filter, Date now);
 
   // Whether all criteria that place a condition hold. Nothing is read from the disk.
-  [[nodiscard]] bool matches(const FileItem& file);
+  [[nodiscard]] bool matches(const FileItem& file) { return !firstUnmet(file); }
+  // The first criterion, in their order, that a file does not meet; absent for one that matches.
+  [[nodiscard]] std::optional<FilterCriterion> firstUnmet(const FileItem& file);
 
  private:
   [[nodiscard]] bool hasExtension(const FileItem& file) const;

@@ -92,12 +92,7 @@ class Destinations {
   // Empty when the folder may be moved into.
   const std::string& refusalOf(const FileUrl& folder) {
     const auto [found, isNew] = m_refusals.try_emplace(folder);
-    if (!isNew) return found->second;
-    try {
-      m_validator.validate(folder, m_roots);
-    } catch (const SecurityError& refusal) {
-      found->second = refusal.what();
-    }
+    if (isNew) found->second = m_validator.refusalText(folder, m_roots);
     return found->second;
   }
 

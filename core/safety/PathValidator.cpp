@@ -56,6 +56,11 @@ bool PathValidator::isPathAllowedFast(const FileUrl& url,
   return !refusal(url, precomputedCanonicalRoots).has_value();
 }
 
+std::string PathValidator::refusalText(const FileUrl& url, const AllowedRoots& allowedRoots) const {
+  auto refused = refusal(url, allowedRoots.canonicalPaths());
+  return refused ? SecurityError(*std::move(refused)).what() : std::string();
+}
+
 std::vector<std::string> PathValidator::canonicalizeRoots(std::span<const FileUrl> roots) {
   std::vector<std::string> result;
   result.reserve(roots.size());

@@ -30,6 +30,9 @@ class PathValidator {
   [[nodiscard]] bool isPathAllowedFast(const FileUrl& url,
                                        const std::vector<std::string>& precomputedCanonicalRoots) const;
 
+  // What validate() would say; empty when it does not throw.
+  [[nodiscard]] std::string refusalText(const FileUrl& url, const AllowedRoots& allowedRoots) const;
+
   // Links resolved, standardised; in the order given.
   [[nodiscard]] static std::vector<std::string> canonicalizeRoots(std::span<const FileUrl> roots);
 

@@ -1,5 +1,10 @@
 #include "core/scanning/ScanCategory.h"
 
+#include "core/base/Json.h"
+#include "core/base/PathText.h"
+
+#include <fmt/format.h>
+
 namespace orvane {
 namespace {
 
@@ -63,6 +68,25 @@ std::string_view systemImage(ScanCategory category) noexcept {
 
 RiskLabel defaultRisk(ScanCategory category) noexcept {
   return rowOf(category).defaultRisk;
+}
+
+std::vector<ScanCategory> scanCategoriesFrom(const Json& value, std::string_view what) {
+  constexpr std::size_t quotedBytes = 100;
+  std::vector<ScanCategory> result;
+  for (const auto& text : stringsFrom(value, what)) {
+    const auto category = scanCategoryFromRawValue(text);
+    if (!category) {
+      throw JsonError(fmt::format("unknown category \"{}\" in \"{}\"", shortenedToBytes(text, quotedBytes), what));
+    }
+    result.push_back(*category);
+  }
+  return result;
+}
+
+Json scanCategoriesToJson(std::span<const ScanCategory> categories) {
+  Json json = Json::array();
+  for (const auto category : categories) json.push_back(rawValue(category));
+  return json;
 }
 
 }  // namespace orvane

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "core/base/JsonFwd.h"
 #include "core/scanning/RiskLabel.h"
 
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -34,6 +37,9 @@ inline constexpr std::array allScanCategories{
 // The case name; also the JSON form and the identity.
 [[nodiscard]] std::string_view rawValue(ScanCategory category) noexcept;
 [[nodiscard]] std::optional<ScanCategory> scanCategoryFromRawValue(std::string_view text) noexcept;
+// From and to a JSON array of case names. The first throws JsonError naming `what`.
+[[nodiscard]] std::vector<ScanCategory> scanCategoriesFrom(const Json& value, std::string_view what);
+[[nodiscard]] Json scanCategoriesToJson(std::span<const ScanCategory> categories);
 // English title.
 [[nodiscard]] std::string_view displayName(ScanCategory category) noexcept;
 // Name of a symbol image, kept as an opaque text.

@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <system_error>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -72,6 +73,10 @@ std::optional<Json> LinuxPreferences::value(std::string_view key) const {
 }
 
 void LinuxPreferences::setValue(std::string_view key, const Json& value) {
+  update(key, [&](const Json*) { return value; });
+}
+
+void LinuxPreferences::update(std::string_view key, const std::function<Json(const Json*)>& change) {
   const std::lock_guard guard(m_mutex);
   createFolders(std::string(parentPath(m_path)));
   const auto lock = FileLock::acquire(m_path + ".lock");
@@ -79,11 +84,12 @@ void LinuxPreferences::setValue(std::string_view key, const Json& value) {
   const std::string path = canonicalPath(m_path);
   const auto text = contentOf(path);
   auto json = text ? decoded(*text) : Json::object();
-  if (!json) {
-    setAside(path);
-    json = Json::object();
-  }
-  (*json)[key] = value;
+  const bool isDamaged = !json;
+  if (isDamaged) json = Json::object();
+  const auto found = json->find(key);
+  auto value = change(found == json->end() ? nullptr : &*found);
+  if (isDamaged) setAside(path);
+  (*json)[key] = std::move(value);
   AtomicFile::replace(path, json->dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 

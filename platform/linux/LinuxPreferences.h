@@ -18,6 +18,7 @@ class LinuxPreferences : public Preferences {
 
   [[nodiscard]] std::optional<Json> value(std::string_view key) const override;
   void setValue(std::string_view key, const Json& value) override;
+  void update(std::string_view key, const std::function<Json(const Json* stored)>& change) override;
 
  private:
   // One of this process's threads at a time.

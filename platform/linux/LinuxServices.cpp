@@ -1,14 +1,21 @@
 #include "platform/SystemServices.h"
 
 #include "platform/linux/CurlTransport.h"
+#include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/LinuxFileStatusReader.h"
+#include "platform/linux/LinuxFolderGrants.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/LinuxTrash.h"
 #include "platform/linux/LinuxVolume.h"
 #include "platform/linux/LocalTopicModel.h"
 
 namespace orvane {
+
+Desktop& systemDesktop() {
+  static LinuxDesktop desktop;
+  return desktop;
+}
 
 FileMover& systemFileMover() {
   static LinuxFileMover mover;
@@ -18,6 +25,11 @@ FileMover& systemFileMover() {
 FileStatusReader& systemFileStatusReader() {
   static LinuxFileStatusReader reader;
   return reader;
+}
+
+FolderGrants& systemFolderGrants() {
+  static LinuxFolderGrants grants;
+  return grants;
 }
 
 HttpTransport& systemHttpTransport() {

@@ -3,6 +3,7 @@
 #include "core/base/Json.h"
 #include "core/platform/Preferences.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -17,6 +18,10 @@ class MemoryPreferences : public Preferences {
     return found == values.end() ? std::nullopt : std::optional(found->second);
   }
   void setValue(std::string_view name, const Json& value) override { values[std::string(name)] = value; }
+  void update(std::string_view name, const std::function<Json(const Json*)>& change) override {
+    const auto found = values.find(std::string(name));
+    setValue(name, change(found == values.end() ? nullptr : &found->second));
+  }
   std::map<std::string, Json> values;
 };
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/rules/CleanupRule.h"
+
+#include <vector>
+
+namespace orvane {
+
+// The rules that come with the program.
+class BuiltInRuleTemplates {
+ public:
+  BuiltInRuleTemplates() = delete;
+
+  // The twelve rules, made anew: identities and creation times are those of the call.
+  [[nodiscard]] static std::vector<CleanupRule> defaultRules();
+};
+
+}  // namespace orvane

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/Uuid.h"
+#include "core/plans/PlanExecution.h"
+#include "core/rules/CleanupRule.h"
+#include "core/safety/AllowedRoots.h"
+#include "core/safety/CleanupRun.h"
+#include "core/scanning/FileItem.h"
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+class PathValidator;
+class Preferences;
+class TrashMover;
+class UndoJournal;
+
+// Keeps the cleanup rules and carries them out. Every change is stored at once, and what another process stored is read
+// before anything is done. Callable from any thread.
+class RuleEngine {
+ public:
+  // An array of rules.
+  static constexpr std::string_view storageKey = "OrvaneCleanupRules";
+
+  RuleEngine(Preferences& preferences, TrashMover& mover, UndoJournal& journal, const PathValidator& validator);
+  static RuleEngine& shared();
+
+  // The stored rules, in their order; the built-in ones where nothing, or nothing that decodes, is stored.
+  [[nodiscard]] std::vector<CleanupRule> getRules();
+  // Stores the built-in rules where nothing is stored yet, so that their identities last. Throws std::system_error.
+  void keepIdentities();
+
+  // These store the whole list. Throw std::system_error.
+
+  // Replaces the rule of the same identity in its place, else appends it.
+  void addOrUpdateRule(const CleanupRule& rule);
+  // A built-in rule stays.
+  void deleteRule(const Uuid& id);
+  void toggleRule(const Uuid& id, bool isEnabled);
+  // The built-in rules as they came; the user's own go.
+  void resetToDefaults();
+
+  // Whether a file meets a trigger; ages count to `relativeTo`. For many files there is RuleMatcher.
+  [[nodiscard]] static bool matches(const FileItem& file, const RuleTrigger& trigger, Date relativeTo);
+
+  // Carries out the enabled ones of the rules, in order, on the candidates, in order, as one run. Nothing outside the
+  // allowed roots is touched, a destination included. A file that fails stays where it is, later rules may try again,
+  // and the others go on. Progress is told with no lock held: the mover and the journal keep runs apart that overlap.
+  PlanExecution carryOut(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
+                         const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
+                         const std::stop_token& stop = {});
+  // The same for callers that only want the sum.
+  PlanExecutionSummary executeRules(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
+                                    const AllowedRoots& allowedRoots);
+
+ private:
+  void change(const std::function<void(std::vector<CleanupRule>&)>& how);
+  // Takes over what is stored; the rules in memory stay where nothing is.
+  void refresh(const Json* stored);
+
+  Preferences& m_preferences;
+  TrashMover& m_mover;
+  UndoJournal& m_journal;
+  const PathValidator& m_validator;
+  std::mutex m_mutex;
+  std::vector<CleanupRule> m_rules;
+};
+
+}  // namespace orvane

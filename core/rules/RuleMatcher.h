@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/plans/FilterMatcher.h"
+#include "core/rules/RuleTrigger.h"
+#include "core/scanning/FileItem.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace orvane {
+
+// Why a rule does not act on a file, in the order in which the conditions are tested.
+enum class RuleMismatch : std::uint8_t { manualLabel, folder, category, extension, age, size, name };
+
+// A trigger made ready to be held against many files: nothing is allocated for an ordinary one. For one thread.
+class RuleMatcher {
+ public:
+  // Ages are counted to `now`, in whole days of the user's calendar.
+  RuleMatcher(const RuleTrigger& trigger, Date now);
+
+  [[nodiscard]] bool matches(const FileItem& file) { return !mismatch(file); }
+  // The first condition that the file fails; absent for one that matches.
+  [[nodiscard]] std::optional<RuleMismatch> mismatch(const FileItem& file);
+  // Whether the file meets every condition and is kept from the rule by its label alone.
+  [[nodiscard]] bool matchesButForLabel(const FileItem& file);
+
+ private:
+  [[nodiscard]] std::optional<RuleMismatch> triggerMismatch(const FileItem& file);
+
+  // The beginning that a path must have, as plain text: a folder's name admits those of which it is the beginning.
+  std::string m_pathPrefix;
+  bool m_needsExtension;
+  FilterMatcher m_filter;
+};
+
+}  // namespace orvane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/JsonFwd.h"
+#include "core/rules/ScheduleFrequency.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace orvane {
+
+// The user's settings of automatic runs.
+struct ScheduleSettings {
+  bool isEnabled = false;
+  ScheduleFrequency frequency = Weekly{};
+  bool runApprovedRulesOnly = true;
+  std::optional<Date> lastRunDate;  // when the last automatic run ended
+
+  bool operator==(const ScheduleSettings&) const = default;
+
+  // Whether a run is due at `now`; the free bytes of the start-up volume are absent where they are not known.
+  [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes, Date now) const;
+
+  // Keys in field order; an absent date is left out.
+  [[nodiscard]] Json toJson() const;
+  // Throws JsonError.
+  static ScheduleSettings fromJson(const Json& json);
+};
+
+}  // namespace orvane

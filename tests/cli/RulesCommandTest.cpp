@@ -1,0 +1,97 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+#include "core/base/Json.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+
+class RulesCommand : public Orvanectl {
+ public:
+  void add(const std::string& json) {
+    const auto result = run({"rules", "add", home.file("rule.json", json)});
+    EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  }
+};
+
+TEST_F(RulesCommand, showsIdentitiesThatLast) {
+  const auto rules = json({"rules", "list"});
+  ASSERT_EQ(rules.size(), 12U);
+  const auto id = rules[0]["id"].get<std::string>();
+  EXPECT_EQ(run({"rules", "disable", id.substr(0, 8)}).exitStatus, 0);
+  const auto after = json({"rules", "list"});
+  EXPECT_EQ(after[0]["id"], id);
+  EXPECT_FALSE(after[0]["isEnabled"].get<bool>());
+  EXPECT_THAT(run({"rules", "delete", id}).errors, HasSubstr("built in"));
+  EXPECT_THAT(run({"rules", "enable", "nothing"}).errors, HasSubstr("no rule 'nothing'"));
+}
+
+TEST_F(RulesCommand, carriesARuleOutAndBack) {
+  const auto taken = home.file("Downloads/a.tmp", "text");
+  const auto kept = home.file("Downloads/b.log", "text");
+  add(R"({"name":"Mine","trigger":{"folderPath":"~/Downloads","fileExtensions":["log"]},"action":{"type":"moveToTrash"}})");
+  const auto preview = json({"rules", "preview", "Mine"});
+  ASSERT_EQ(preview.size(), 1U);
+  ASSERT_EQ(preview[0]["matches"].size(), 1U);
+  EXPECT_TRUE(exists(kept));
+  const auto summary = json({"rules", "run", "Mine", "--yes"});
+  EXPECT_EQ(summary["itemsProcessed"], 1);
+  EXPECT_EQ(summary["bytesReclaimed"], 4);
+  EXPECT_FALSE(exists(kept));
+  EXPECT_TRUE(exists(taken));
+  EXPECT_EQ(run({"restore", summary["batchId"].get<std::string>(), "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(kept));
+}
+
+TEST_F(RulesCommand, saysHowManyOnlyTheLabelKeeps) {
+  const auto paper = home.file("Documents/paper.pdf");
+  add(R"({"name":"Papers","trigger":{"fileExtensions":["pdf"]},"action":{"type":"moveToTrash"}})");
+  EXPECT_THAT(run({"rules", "preview", "Papers"}).output, HasSubstr("1 item would match but for the label 'manual'"));
+  EXPECT_THAT(run({"rules", "run", "Papers", "--yes"}).output, HasSubstr("but for the label 'manual'"));
+  EXPECT_TRUE(exists(paper));
+}
+
+struct WrongRule {
+  const char* json;
+  const char* error;
+};
+
+TEST_F(RulesCommand, namesWhatIsWrongWithARule) {
+  const WrongRule cases[] = {
+      {"[]", "must be an object"},
+      {R"({"trigger":{},"action":{"type":"reviewOnly"}})", "\"name\""},
+      {R"({"name":"a","trigger":{"fileExtension":["pdf"]},"action":{"type":"reviewOnly"}})", "\"fileExtension\""},
+      {R"({"name":"a","trigger":{"fileExtensions":[".pdf"]},"action":{"type":"reviewOnly"}})", "\"fileExtensions\""},
+      {R"({"name":"a","trigger":{"minimumAgeDays":-1},"action":{"type":"reviewOnly"}})", "\"minimumAgeDays\""},
+      {R"({"name":"a","trigger":{"folderPath":"Downloads"},"action":{"type":"reviewOnly"}})", "\"folderPath\""},
+      {R"({"name":"a","trigger":{"categories":["none"]},"action":{"type":"reviewOnly"}})", "\"none\""},
+      {R"({"name":"a","trigger":{},"action":{"type":"shred"}})", "\"type\""},
+      {R"({"name":"a","trigger":{},"action":{"type":"moveToFolder"}})", "\"path\""},
+  };
+  for (const auto& row : cases) {
+    const auto result = run({"rules", "add", home.file("rule.json", row.json)});
+    EXPECT_EQ(result.exitStatus, 1) << row.json;
+    EXPECT_THAT(result.errors, HasSubstr(row.error)) << row.json;
+  }
+  EXPECT_EQ(json({"rules", "list"}).size(), 12U);
+}
+
+TEST_F(RulesCommand, worksInTheGrantedFoldersOnly) {
+  home.folder("Downloads");
+  home.folder("Documents");
+  const auto outside = home.file("Other/b.log", "text");
+  EXPECT_EQ(json({"folders", "list"}), (Json{home.path("Downloads"), home.path("Documents")}));
+  EXPECT_EQ(json({"folders", "add", home.path("Other")}).size(), 3U);
+  EXPECT_EQ(json({"folders", "remove", home.path("Downloads")}).size(), 2U);
+  EXPECT_EQ(run({"folders", "remove", home.path("Downloads")}).exitStatus, 1);
+  EXPECT_EQ(run({"folders", "add", "/etc"}).exitStatus, 1);
+  EXPECT_THAT(run({"clean", "--dry-run"}).output, HasSubstr("b.log"));
+  EXPECT_TRUE(exists(outside));
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,81 @@
+#include "core/base/Json.h"
+#include "core/rules/ScheduleSettings.h"
+#include "tests/support/TimeZone.h"
+
+#include <gtest/gtest.h>
+
+namespace orvane::test {
+namespace {
+
+struct DueCase {
+  const char* name;
+  bool isEnabled;
+  ScheduleFrequency frequency;
+  std::optional<std::int64_t> daysAgo;  // of the last run
+  std::optional<std::int64_t> freeBytes;
+  bool isDue;
+};
+
+TEST(ScheduleSettingsTest, knowsWhenARunIsDue) {
+  const DueCase cases[] = {
+      {"switched off", false, Weekly{}, {}, {}, false},
+      {"never run", true, Weekly{}, {}, {}, true},
+      {"daily, today", true, Daily{}, 0, {}, false},
+      {"daily, yesterday", true, Daily{}, 1, {}, true},
+      {"weekly, 6 days", true, Weekly{}, 6, {}, false},
+      {"weekly, 7 days", true, Weekly{}, 7, {}, true},
+      {"monthly, 29 days", true, Monthly{}, 29, {}, false},
+      {"monthly, 30 days", true, Monthly{}, 30, {}, true},
+      {"low, a byte less", true, OnLowDiskSpace{10}, 0, 10737418239, true},
+      {"low, just enough", true, OnLowDiskSpace{10}, {}, 10737418240, false},
+      {"low, unknown, never run", true, OnLowDiskSpace{10}, {}, {}, true},
+      {"low, unknown, run before", true, OnLowDiskSpace{10}, 99, {}, false},
+      {"low, more than any disk", true, OnLowDiskSpace{INT64_MAX}, 0, INT64_MAX, true},
+  };
+  const auto now = dateFromUnix(1700000000);
+  inTimeZone("UTC", [&] {
+    for (const auto& row : cases) {
+      ScheduleSettings settings;
+      settings.isEnabled = row.isEnabled;
+      settings.frequency = row.frequency;
+      if (row.daysAgo) settings.lastRunDate = dateFromUnix(1700000000 - *row.daysAgo * 86400);
+      EXPECT_EQ(settings.isRunDue(row.freeBytes, now), row.isDue) << row.name;
+    }
+  });
+}
+
+TEST(ScheduleSettingsTest, countsTheDayOfAClockChangeAsOne) {
+  inTimeZone("Europe/Berlin", [] {
+    ScheduleSettings settings;
+    settings.isEnabled = true;
+    settings.frequency = Daily{};
+    // Noon before clocks go forward; the next noon comes after 23 hours.
+    settings.lastRunDate = dateFromUnix(1711796400);
+    EXPECT_FALSE(settings.isRunDue({}, dateFromUnix(1711796400 + 23 * 3600 - 1)));
+    EXPECT_TRUE(settings.isRunDue({}, dateFromUnix(1711796400 + 23 * 3600)));
+  });
+}
+
+TEST(ScheduleSettingsTest, hasItsJsonForm) {
+  ScheduleSettings settings;
+  EXPECT_EQ(jsonText(settings.toJson()),
+            R"({"isEnabled":false,"frequency":{"weekly":{}},"runApprovedRulesOnly":true})");
+  settings.frequency = OnLowDiskSpace{25};
+  settings.lastRunDate = dateFromReferenceSeconds(1.5);
+  EXPECT_EQ(ScheduleSettings::fromJson(parseJson(jsonText(settings.toJson()))), settings);
+  EXPECT_EQ(displayName(settings.frequency), "When Free Space < 25 GB");
+}
+
+TEST(ScheduleSettingsTest, wantsOneFrequency) {
+  for (const char* text : {"{}", R"({"daily":{},"weekly":{}})"}) {
+    try {
+      static_cast<void>(frequencyFromJson(parseJson(text)));
+      ADD_FAILURE() << text;
+    } catch (const JsonError& error) {
+      EXPECT_STREQ(error.what(), "Invalid number of keys found, expected one.");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test
