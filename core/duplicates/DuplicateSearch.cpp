@@ -71,7 +71,7 @@ struct DuplicateSearch::BeginningReader {
   explicit BeginningReader(const FoundFiles& found) : paths(found) {}
   FoundPaths paths;
   Sha256 hash;
-  std::array<std::byte, beginningSize> buffer;
+  std::array<std::byte, beginningSize + 1> buffer;
 };
 
 std::vector<DuplicateGroup> DuplicateSearch::run(const std::vector<FileUrl>& folders, DuplicateKeepStrategy strategy) {
@@ -93,7 +93,10 @@ std::vector<DuplicateGroup> DuplicateSearch::run(const std::vector<FileUrl>& fol
             [](const auto& left, const auto& right) { return left.places.front() < right.places.front(); });
   std::vector<DuplicateGroup> groups;
   groups.reserve(m_result.size());
-  for (const auto& files : m_result) groups.push_back(groupOf(files, strategy));
+  for (auto& files : m_result) {
+    groups.push_back(groupOf(files, strategy));
+    files.places = {};
+  }
   return groups;
 }
 
@@ -179,16 +182,18 @@ void DuplicateSearch::readBeginnings() {
 }
 
 DuplicateSearch::Fate DuplicateSearch::readBeginning(Candidate& candidate, BeginningReader& reader) {
-  auto file = openFile(candidate, reader.paths);
-  if (!file) return Fate::dropped;
-  const auto wanted = static_cast<std::size_t>(std::min(sizeOf(candidate), HashUtility::partialSize));
-  const auto bytes = std::span(reader.buffer).first(wanted);
-  if (file->read(0, bytes) < wanted) return Fate::dropped;
   if (!isWholeInBeginning(candidate)) {
+    auto file = openFile(candidate, reader.paths);
+    const auto bytes = std::span(reader.buffer).first(beginningSize);
+    if (!file || file->read(0, bytes) < bytes.size()) return Fate::dropped;
     candidate.fingerprint = fingerprintOf(bytes);
     return Fate::undecided;
   }
-  reader.hash.update(bytes);
+  // What another file with its name may hold by now is grouped by what it holds; a cleanup looks at all of it again.
+  const auto size = static_cast<std::size_t>(sizeOf(candidate));
+  const auto& path = reader.paths.of(candidate.place);
+  if (ContentFile::readAtOnce(path, std::span(reader.buffer).first(size + 1)) != size) return Fate::dropped;
+  reader.hash.update(std::span(reader.buffer).first(size));
   auto& digest = m_digests[candidate.digest];
   digest = reader.hash.finish();
   std::memcpy(&candidate.fingerprint, digest.data(), sizeof candidate.fingerprint);
