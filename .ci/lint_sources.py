@@ -21,6 +21,7 @@ FLOORS = [
             "duplicates/DuplicateGroup",
             "duplicates/DuplicateKeepStrategy",
             "duplicates/DuplicateProgress",
+            "localization/AppLanguage",
             "safety/AllowedRoots",
             "safety/JournalEntry",
             "safety/ManagedFolderType",

@@ -58,34 +58,7 @@ std::string questionFor(const Outlook& outlook) {
 PlanExecution execute(Session& session, const std::vector<PlanMatchResult>& matches, const AllowedRoots& roots) {
   const auto stop = session.stop();
   ProgressLine line(session);
-  return PlanExecutor::shared().execute(
-      matches, UndoJournal::shared(), roots,
-      [&](std::size_t done, std::size_t total) {
-        line.update([&] {
-          return fmt::format("Moving: {} of {}", formatCount(static_cast<std::int64_t>(done)),
-                             itemCount(static_cast<std::int64_t>(total)));
-        });
-      },
-      stop);
-}
-
-ExitStatus reportOutcomes(const std::vector<MoveOutcome>& outcomes) {
-  bool someFailed = false;
-  bool someWereNotTried = false;
-  for (const auto& outcome : outcomes) {
-    if (outcome.result == MoveResult::moved) continue;
-    if (outcome.result == MoveResult::cancelled) {
-      someWereNotTried = true;
-      continue;
-    }
-    someFailed = true;
-    Session::report(fmt::format("{}: {}", shownPath(outcome.source), escapedForDisplay(outcome.error)));
-  }
-  if (someWereNotTried) {
-    Session::report("interrupted; what was not moved yet is where it was");
-    return ExitStatus::interrupted;
-  }
-  return someFailed ? ExitStatus::failed : ExitStatus::done;
+  return PlanExecutor::shared().execute(matches, UndoJournal::shared(), roots, movingProgress(line), stop);
 }
 
 std::string summaryText(const PlanExecutionSummary& summary, const Outlook& outlook) {

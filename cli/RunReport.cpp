@@ -29,25 +29,59 @@ std::string trashQuestion(std::int64_t count, std::int64_t bytes) {
   return fmt::format("Move {} ({}) to the Trash?", itemCount(count), formatByteCount(bytes));
 }
 
+CleanupRun::Progress movingProgress(ProgressLine& line) {
+  return [&line](std::size_t done, std::size_t total) {
+    line.update([&] {
+      return fmt::format("Moving: {} of {}", formatCount(static_cast<std::int64_t>(done)),
+                         itemCount(static_cast<std::int64_t>(total)));
+    });
+  };
+}
+
+ExitStatus reportOutcomes(std::span<const MoveOutcome> outcomes) {
+  bool someFailed = false;
+  bool someWereNotTried = false;
+  for (const auto& outcome : outcomes) {
+    if (outcome.result == MoveResult::moved) continue;
+    if (outcome.result == MoveResult::cancelled) {
+      someWereNotTried = true;
+      continue;
+    }
+    someFailed = true;
+    Session::report(fmt::format("{}: {}", shownPath(outcome.source), escapedForDisplay(outcome.error)));
+  }
+  if (someWereNotTried) {
+    Session::report("interrupted; what was not moved yet is where it was");
+    return ExitStatus::interrupted;
+  }
+  return someFailed ? ExitStatus::failed : ExitStatus::done;
+}
+
 void reportJournalNotices() {
   for (const auto& notice : UndoJournal::shared().takeNotices()) Session::report(notice);
 }
 
 RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<const MoveRequest> requests,
                       std::vector<RunReport::Failure> failures) {
+  const auto carryOut = [&](const CleanupRun::Progress& progress, std::stop_token stop) -> CarriedOut {
+    CleanupRun run(TrashMover::shared(), UndoJournal::shared(), roots);
+    return {run.id(), run.carryOut(requests, progress, std::move(stop))};
+  };
+  return reportRun(session, carryOut, std::move(failures));
+}
+
+RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunReport::Failure> failures) {
   RunReport report;
   report.failures = std::move(failures);
-  const auto stop = session.stop();
-  CleanupRun run(TrashMover::shared(), UndoJournal::shared(), roots);
-  std::vector<MoveOutcome> outcomes;
+  CarriedOut run;
   {
+    const auto stop = session.stop();
     ProgressLine line(session);
-    outcomes = run.carryOut(
-        requests, [&](std::size_t done, std::size_t total) { line.update([&] { return movingText(done, total); }); },
-        stop);
+    run = carryOut([&](std::size_t done, std::size_t total) { line.update([&] { return movingText(done, total); }); },
+                   stop);
   }
   reportJournalNotices();
-  for (auto& outcome : outcomes) {
+  for (auto& outcome : run.outcomes) {
     if (outcome.result == MoveResult::moved) {
       ++report.itemsProcessed;
       report.bytesReclaimed = checkedAdd(report.bytesReclaimed, outcome.fileSize);
@@ -57,7 +91,7 @@ RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<con
       report.failures.push_back({std::move(outcome.source), std::move(outcome.error)});
     }
   }
-  if (report.itemsProcessed > 0) report.runId = run.id();
+  if (report.itemsProcessed > 0) report.runId = run.runId;
   return report;
 }
 

@@ -6,14 +6,17 @@
 #include "core/safety/CleanupRun.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace orvane::cli {
 
+class ProgressLine;
 class Session;
 
 // What a run of moves to the Trash came to.
@@ -41,12 +44,25 @@ struct RunReport {
 RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<const MoveRequest> requests,
                       std::vector<RunReport::Failure> failures = {});
 
+// The same for a run that somebody else carries out: `carryOut` is given what it has to report and to obey.
+struct CarriedOut {
+  Uuid runId;
+  std::vector<MoveOutcome> outcomes;
+};
+using CarryOut = std::function<CarriedOut(const CleanupRun::Progress& progress, std::stop_token stop)>;
+RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunReport::Failure> failures = {});
+
 // "Moving to the Trash: 512 of 1,000 items"
 [[nodiscard]] std::string movingText(std::size_t done, std::size_t total);
 // "1 item" or "1,234 items".
 [[nodiscard]] std::string itemCount(std::int64_t count);
 // "Move 12 items (3.4 GB) to the Trash?"
 [[nodiscard]] std::string trashQuestion(std::int64_t count, std::int64_t bytes);
+
+// Draws how far a run of moves is. The line must outlive what is returned.
+[[nodiscard]] CleanupRun::Progress movingProgress(ProgressLine& line);
+// Names what was not moved, with its reason, on standard error.
+[[nodiscard]] ExitStatus reportOutcomes(std::span<const MoveOutcome> outcomes);
 
 // What was found wrong with the undo journal goes to standard error. For commands that use the journal, before they
 // print.

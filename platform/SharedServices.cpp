@@ -3,12 +3,19 @@
 #include "core/base/HomeFolder.h"
 #include "core/duplicates/DuplicateCleaner.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
+#include "core/localization/LocalizationManager.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/AutoOrganizer.h"
 #include "core/organizer/CategoryPreferencesStore.h"
+#include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashMover.h"
 #include "core/safety/UndoJournal.h"
 #include "core/scanning/StorageScanner.h"
+#include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/SystemServices.h"
 
 namespace orvane {
@@ -51,6 +58,43 @@ DuplicateCleaner& DuplicateCleaner::shared() {
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {
   static CategoryPreferencesStore store(systemPreferences());
   return store;
+}
+
+AppUninstallerEngine& AppUninstallerEngine::shared() {
+  static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
+  return engine;
+}
+
+FolderOrganizerEngine& FolderOrganizerEngine::shared() {
+  static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(),
+                                      PathValidator::shared());
+  return engine;
+}
+
+ThreadSafeLanguageStore& ThreadSafeLanguageStore::shared() {
+  static ThreadSafeLanguageStore store;
+  return store;
+}
+
+LocalizationManager& LocalizationManager::shared() {
+  static LocalizationManager manager(systemPreferences(), ThreadSafeLanguageStore::shared(), environmentLocale());
+  return manager;
+}
+
+TopicCategorizerFactory& TopicCategorizerFactory::shared() {
+  static TopicCategorizerFactory factory(systemTopicModel());
+  return factory;
+}
+
+AutoOrganizeSettingsStore& AutoOrganizeSettingsStore::shared() {
+  static AutoOrganizeSettingsStore store(systemPreferences());
+  return store;
+}
+
+AutoOrganizer& AutoOrganizer::shared() {
+  static AutoOrganizer organizer(FolderOrganizerEngine::shared(), TopicCategorizerFactory::shared(),
+                                 UndoJournal::shared(), systemFileStatusReader(), PathValidator::shared());
+  return organizer;
 }
 
 }  // namespace orvane

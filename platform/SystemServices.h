@@ -4,7 +4,9 @@ namespace orvane {
 
 class FileMover;
 class FileStatusReader;
+class HttpTransport;
 class Preferences;
+class TopicModel;
 class Trash;
 class Volume;
 
@@ -12,7 +14,9 @@ class Volume;
 // folder.
 [[nodiscard]] FileMover& systemFileMover();
 [[nodiscard]] FileStatusReader& systemFileStatusReader();
+[[nodiscard]] HttpTransport& systemHttpTransport();
 [[nodiscard]] Preferences& systemPreferences();
+[[nodiscard]] TopicModel& systemTopicModel();
 [[nodiscard]] Trash& systemTrash();
 [[nodiscard]] Volume& systemVolume();
 

@@ -5,16 +5,36 @@
 namespace orvane::cli {
 namespace {
 
+// One a line, which a formatter would set in columns.
+// clang-format off
 constexpr std::array commands{
-    &scanCommand,         &cleanCommand,
-    &trashCommand,        &duplicatesCommand,
-    &historyCommand,      &historyShowCommand,
-    &restoreCommand,      &summaryCommand,
-    &explainCommand,      &askCommand,
-    &planValidateCommand, &planPreviewCommand,
-    &planRunCommand,      &internalCompletionsCommand,
+    &scanCommand,
+    &cleanCommand,
+    &trashCommand,
+    &duplicatesCommand,
+    &historyCommand,
+    &historyShowCommand,
+    &restoreCommand,
+    &summaryCommand,
+    &explainCommand,
+    &askCommand,
+    &planValidateCommand,
+    &planPreviewCommand,
+    &planRunCommand,
+    &organizeCommand,
+    &tidyShowCommand,
+    &tidyEnableCommand,
+    &tidyDisableCommand,
+    &tidySetCommand,
+    &tidyRunCommand,
+    &appsListCommand,
+    &appsLeftoversCommand,
+    &appsUninstallCommand,
+    &stringsCommand,
+    &internalCompletionsCommand,
     &internalManCommand,
 };
+// clang-format on
 
 }  // namespace
 

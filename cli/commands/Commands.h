@@ -8,6 +8,9 @@ namespace orvane::cli {
 
 // A new command is a file of its own in this folder that defines its CommandSpec, a line here, and a line in the table
 // in Commands.cpp.
+extern const CommandSpec appsLeftoversCommand;
+extern const CommandSpec appsListCommand;
+extern const CommandSpec appsUninstallCommand;
 extern const CommandSpec askCommand;
 extern const CommandSpec cleanCommand;
 extern const CommandSpec duplicatesCommand;
@@ -16,12 +19,19 @@ extern const CommandSpec historyCommand;
 extern const CommandSpec historyShowCommand;
 extern const CommandSpec internalCompletionsCommand;
 extern const CommandSpec internalManCommand;
+extern const CommandSpec organizeCommand;
 extern const CommandSpec planPreviewCommand;
 extern const CommandSpec planRunCommand;
 extern const CommandSpec planValidateCommand;
 extern const CommandSpec restoreCommand;
 extern const CommandSpec scanCommand;
+extern const CommandSpec stringsCommand;
 extern const CommandSpec summaryCommand;
+extern const CommandSpec tidyDisableCommand;
+extern const CommandSpec tidyEnableCommand;
+extern const CommandSpec tidyRunCommand;
+extern const CommandSpec tidySetCommand;
+extern const CommandSpec tidyShowCommand;
 extern const CommandSpec trashCommand;
 
 // In the order of the help.

@@ -6,6 +6,7 @@
 #include "cli/PlanText.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
+#include "core/base/ByteCount.h"
 #include "core/base/FileDescriptor.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
@@ -34,12 +35,15 @@ constexpr std::array runOptions{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-// The document's text. Throws std::runtime_error.
+// The document's text. Throws JsonError when it is longer than any plan, else std::runtime_error.
 std::string documentFrom(const std::string& argument) {
   try {
     if (argument == "-") return readAll(STDIN_FILENO, CleaningPlan::maximumDocumentBytes);
     return readFile(placeFromArgument(argument).path(), CleaningPlan::maximumDocumentBytes);
   } catch (const std::system_error& error) {
+    if (error.code() == std::errc::file_too_large) {
+      throw JsonError(fmt::format("it is longer than {}", formatByteCount(CleaningPlan::maximumDocumentBytes)));
+    }
     throw std::runtime_error(fmt::format("{}: {}", argument, error.code().message()));
   }
 }
@@ -49,9 +53,9 @@ struct CheckedPlan {
   std::string error;
 };
 
-CheckedPlan checkedPlan(const std::string& text) {
+CheckedPlan checkedPlan(const Arguments& arguments) {
   try {
-    auto plan = CleaningPlan::decode(text);
+    auto plan = CleaningPlan::decode(documentFrom(arguments.plain().front()));
     if (const auto fault = CleaningPlanSchema::firstFault(plan)) return {{}, fault->what()};
     return {std::move(plan), {}};
   } catch (const JsonError& error) {
@@ -61,7 +65,7 @@ CheckedPlan checkedPlan(const std::string& text) {
 
 // Absent when it cannot be used, which is then said.
 std::optional<CleaningPlan> usablePlan(const Arguments& arguments) {
-  auto checked = checkedPlan(documentFrom(arguments.plain().front()));
+  auto checked = checkedPlan(arguments);
   if (!checked.plan) {
     Session::report(fmt::format("the plan cannot be used: {}", escapedForDisplay(checked.error)));
   }
@@ -69,7 +73,7 @@ std::optional<CleaningPlan> usablePlan(const Arguments& arguments) {
 }
 
 ExitStatus runValidate(Session& session, const Arguments& arguments) {
-  const auto checked = checkedPlan(documentFrom(arguments.plain().front()));
+  const auto checked = checkedPlan(arguments);
   if (session.isJson()) {
     Json json = Json::object();
     json["valid"] = checked.plan.has_value();

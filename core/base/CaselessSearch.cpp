@@ -1,5 +1,7 @@
 #include "core/base/CaselessSearch.h"
 
+#include "core/base/AsciiText.h"
+
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
@@ -8,14 +10,6 @@
 
 namespace orvane {
 namespace {
-
-bool isAscii(char c) noexcept {
-  return static_cast<unsigned char>(c) < 0x80;
-}
-
-char lowerAscii(char c) noexcept {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // The letters I and i belong to different letters there.
 bool isTurkic() {
@@ -46,7 +40,7 @@ CaselessSearch::CaselessSearch(std::string_view needle) : m_foldsAsAscii(!isTurk
 bool CaselessSearch::isIn(std::string_view text) const {
   if (m_folded.empty()) return true;
   // Nearly every file name: no text is made to look at it.
-  if (m_foldsAsAscii && std::ranges::all_of(text, isAscii)) {
+  if (m_foldsAsAscii && isAscii(text)) {
     if (m_asciiFolded.empty()) return false;
     const auto same = [](char left, char right) { return lowerAscii(left) == right; };
     return std::search(text.begin(), text.end(), m_asciiFolded.begin(), m_asciiFolded.end(), same) != text.end();

@@ -1,5 +1,6 @@
 #include "core/base/UnicodeText.h"
 
+#include "core/base/AsciiText.h"
 #include "core/base/CaselessSearch.h"
 
 #include <fmt/format.h>
@@ -24,10 +25,6 @@ std::string toUtf8(const icu::UnicodeString& text) {
   std::string result;
   text.toUTF8String(result);
   return result;
-}
-
-bool isAscii(std::string_view text) noexcept {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 // One code point of a text with the bytes that it stands in; `code` is negative for a byte that is not UTF-8.
@@ -70,9 +67,7 @@ bool isValidUtf8(std::string_view text) noexcept {
 std::string lowercased(std::string_view text) {
   if (isAscii(text)) {
     std::string result(text);
-    for (char& c : result) {
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
+    std::ranges::transform(result, result.begin(), lowerAscii);
     return result;
   }
   return toUtf8(fromUtf8(text).toLower(icu::Locale::getRoot()));
@@ -89,7 +84,11 @@ bool containsIgnoringCase(std::string_view text, std::string_view needle) {
 int compareForDisplay(std::string_view left, std::string_view right) {
   UErrorCode status = U_ZERO_ERROR;
   thread_local const std::unique_ptr<icu::Collator> collator = [&] {
-    std::unique_ptr<icu::Collator> made(icu::Collator::createInstance(status));
+    // The locale "C" would put all capitals first, whatever the strength.
+    const auto& locale = icu::Locale::getDefault();
+    const bool isPosix = std::string_view(locale.getVariant()) == "POSIX";
+    std::unique_ptr<icu::Collator> made(
+        icu::Collator::createInstance(isPosix ? icu::Locale::getRoot() : locale, status));
     if (made) made->setStrength(icu::Collator::SECONDARY);
     return made;
   }();

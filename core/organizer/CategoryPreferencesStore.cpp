@@ -32,6 +32,11 @@ std::optional<std::string> CategoryPreferencesStore::preferredCategory(std::stri
   return found->second;
 }
 
+CategoryPreferencesStore::Categories CategoryPreferencesStore::preferences() const {
+  const std::lock_guard lock(m_mutex);
+  return m_categories;
+}
+
 std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
   const std::lock_guard lock(m_mutex);
   std::set<std::string> roots;

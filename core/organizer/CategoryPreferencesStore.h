@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -15,6 +16,9 @@ class Preferences;
 // lower case. Callable from any thread.
 class CategoryPreferencesStore {
  public:
+  // Category path by lower-case key.
+  using Categories = std::map<std::string, std::string, std::less<>>;
+
   // Reads what is stored; a missing or malformed value counts as empty. `preferences` must outlive this object.
   explicit CategoryPreferencesStore(Preferences& preferences);
   static CategoryPreferencesStore& shared();
@@ -22,13 +26,14 @@ class CategoryPreferencesStore {
   // Stored at once. Throws std::system_error when it cannot be written; it is remembered until the program ends then.
   void rememberPreference(std::string_view extensionKey, std::string_view category);
   [[nodiscard]] std::optional<std::string> preferredCategory(std::string_view extensionKey) const;
+  // Everything that is remembered.
+  [[nodiscard]] Categories preferences() const;
   // The first path component of every category: folders of these names were made by the organizer.
   [[nodiscard]] std::set<std::string> learnedCategoryRoots() const;
   // Forgets everything. Throws std::system_error.
   void reset();
 
  private:
-  using Categories = std::map<std::string, std::string>;
   [[nodiscard]] static Categories load(const Preferences& preferences);
   void save();
 

@@ -132,8 +132,11 @@ bool nameHasWord(std::string_view name, std::span<const std::string_view> words)
 
 bool isProjectOrBundleDirectory(const FileUrl& folder) {
   const auto entries = lowerCaseEntries(folder);
-  return entries && std::any_of(entries->begin(), entries->end(),
-                                [](const auto& name) { return contains(wholeProjectEntries, name); });
+  return entries && std::any_of(entries->begin(), entries->end(), marksProject);
+}
+
+bool marksProject(std::string_view entryName) {
+  return contains(wholeProjectEntries, lowercased(entryName));
 }
 
 bool isImageExtension(std::string_view extension) noexcept {

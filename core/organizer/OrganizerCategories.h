@@ -22,6 +22,8 @@ namespace orvane {
 
 // Whether a folder is a software project, which must stay whole. False when it cannot be listed.
 [[nodiscard]] bool isProjectOrBundleDirectory(const FileUrl& folder);
+// Whether an entry of this name makes the folder that holds it such a project.
+[[nodiscard]] bool marksProject(std::string_view entryName);
 
 // The kinds of file that the organizer names after what they show or play. Lower-case extensions.
 [[nodiscard]] bool isImageExtension(std::string_view extension) noexcept;

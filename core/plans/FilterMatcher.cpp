@@ -1,5 +1,6 @@
 #include "core/plans/FilterMatcher.h"
 
+#include "core/base/AsciiText.h"
 #include "core/base/UnicodeText.h"
 
 #include <algorithm>
@@ -13,15 +14,9 @@ constexpr std::uint32_t bitOf(ScanCategory category) {
 }
 static_assert(allScanCategories.size() <= 32);
 
-bool isAscii(std::string_view text) {
-  return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 // Whether plain ASCII text in lower case is `lowered`.
 bool lowersTo(std::string_view text, std::string_view lowered) {
-  return std::ranges::equal(text, lowered, [](char left, char right) {
-    return (left >= 'A' && left <= 'Z' ? static_cast<char>(left - 'A' + 'a') : left) == right;
-  });
+  return std::ranges::equal(text, lowered, {}, lowerAscii);
 }
 
 }  // namespace

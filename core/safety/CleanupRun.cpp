@@ -1,6 +1,7 @@
 #include "core/safety/CleanupRun.h"
 
 #include "core/base/PathText.h"
+#include "core/safety/FolderLookups.h"
 #include "core/safety/MoveBatch.h"
 #include "core/safety/RunLog.h"
 #include "core/safety/TrashMover.h"
@@ -33,6 +34,7 @@ class Group {
       auto move = planned(request);
       JournalEntry entry;
       entry.runId = m_runId;
+      if (request.timestamp) entry.timestamp = *request.timestamp;
       entry.originalURL = request.source;
       entry.trashedURL = move->destination();
       entry.fileSize = request.fileSize;
@@ -72,6 +74,7 @@ class Group {
       request.fileSize = item.entry.fileSize;
       request.checksum = item.entry.checksum;
       request.expectedIdentity = item.move->identity();
+      request.timestamp = item.entry.timestamp;
       result.push_back(std::move(request));
     }
     return result;
@@ -79,10 +82,10 @@ class Group {
 
  private:
   std::unique_ptr<PendingMove> planned(const MoveRequest& request) {
-    auto move = request.destinationFolder
-                    ? m_mover.planMove(request.source, m_roots, *request.destinationFolder,
-                                       [&](const FileUrl& url) { return m_promised.contains(url); })
-                    : m_mover.planTrash(request.source, m_roots);
+    auto move = request.destinationFolder ? m_mover.planMove(
+                                                request.source, m_roots, *request.destinationFolder,
+                                                [&](const FileUrl& url) { return m_promised.contains(url); }, m_lookups)
+                                          : m_mover.planTrash(request.source, m_roots, m_lookups);
     const auto& place = move->source().path();
     if (isSameOrInside(place, m_journalFolder) || isSameOrInside(m_journalFolder, place)) {
       throw TrashError(TrashError::PathValidationFailed{
@@ -118,6 +121,7 @@ class Group {
   std::vector<BatchItem> m_items;
   std::vector<MoveOutcome*> m_outcomes;
   std::unordered_set<FileUrl> m_promised;
+  FolderLookups m_lookups;
 };
 
 void failAll(std::span<MoveOutcome> outcomes, const std::string& reason) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/Date.h"
 #include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
@@ -29,6 +30,8 @@ struct MoveRequest {
   std::optional<FileUrl> destinationFolder;
   // What the caller approved; the item is left alone when another file has its name by now.
   std::optional<ItemIdentity> expectedIdentity;
+  // When the journal is to say that it happened; the time of the move when absent.
+  std::optional<Date> timestamp;
   // A last look, taken right before the item moves, when everything else is ready; what std::runtime_error it throws
   // says why the item is left alone. For what may change between the approval and the move.
   std::function<void()> lastCheck;

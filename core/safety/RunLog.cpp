@@ -19,13 +19,6 @@ namespace {
 constexpr std::string_view namePrefix = "undo_journal.";
 constexpr std::string_view nameSuffix = ".log";
 
-Json identityToJson(const ItemIdentity& identity) {
-  return Json{{"device", identity.device},
-              {"inode", identity.inode},
-              {"size", identity.size},
-              {"modified", Json::array({identity.modified.seconds, identity.modified.nanoseconds})}};
-}
-
 ItemIdentity identityFromJson(const Json& json) {
   const auto& modified = requiredKey(json, "modified");
   if (!modified.is_array() || modified.size() != 2) throw JsonError("\"modified\" must be two numbers");
@@ -78,14 +71,14 @@ int RunLog::tryToMake() {
 RunLog::~RunLog() = default;
 
 void RunLog::appendIntent(const MoveIntent& intent) {
-  Json json = Json::object();
-  json["intent"] = intent.entry.toJson();
-  json["source"] = jsonFromUrl(intent.source);
-  json["destination"] = jsonFromUrl(intent.destination);
-  json["identity"] = identityToJson(intent.identity);
-  if (intent.partial) json["partial"] = jsonFromUrl(*intent.partial);
-  m_unwritten += jsonText(json);
-  m_unwritten += '\n';
+  const auto& identity = intent.identity;
+  m_unwritten += fmt::format(R"({{"intent":{},"source":"{}","destination":"{}",)"
+                             R"("identity":{{"device":{},"inode":{},"size":{},"modified":[{},{}]}})",
+                             intent.entry.jsonText(), intent.source.absoluteString(),
+                             intent.destination.absoluteString(), identity.device, identity.inode, identity.size,
+                             identity.modified.seconds, identity.modified.nanoseconds);
+  if (intent.partial) m_unwritten += fmt::format(R"(,"partial":"{}")", intent.partial->absoluteString());
+  m_unwritten += "}\n";
 }
 
 void RunLog::appendDone(std::span<const Uuid> entryIds) {

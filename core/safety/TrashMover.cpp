@@ -8,6 +8,7 @@
 #include "core/platform/FileMover.h"
 #include "core/platform/SyncError.h"
 #include "core/platform/Trash.h"
+#include "core/safety/FolderLookups.h"
 #include "core/safety/PathValidator.h"
 
 #include <cerrno>
@@ -23,6 +24,13 @@ struct TrashMover::Place {
 
 namespace {
 
+std::string placeOf(const FileUrl& url, FolderLookups& lookups) {
+  const auto& path = url.path();
+  const auto name = lastComponent(path);
+  if (!path.starts_with('/') || name.empty() || name == "." || name == "..") return canonicalPlace(path);
+  return joinPath(lookups.canonical(parentPath(path)), name);
+}
+
 std::string boundaryOf(const std::string& place, const AllowedRoots& roots) {
   for (const auto& root : roots.canonicalPaths()) {
     if (place == root) return std::string(parentPath(root));
@@ -36,27 +44,32 @@ std::string boundaryOf(const std::string& place, const AllowedRoots& roots) {
 TrashMover::TrashMover(Trash& trash, FileMover& mover, const PathValidator& validator)
     : m_trash(trash), m_mover(mover), m_validator(validator) {}
 
-TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots) const {
+TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots,
+                                             FolderLookups& lookups) const {
   try {
-    m_validator.validate(url, allowedRoots);
-    Place place{FileUrl(canonicalPlace(url.path())), {}};
+    Place place{FileUrl(placeOf(url, lookups)), {}};
+    const auto status = readPathStatus(place.item.path());
+    const bool isMissing = !status && (errno == ENOENT || errno == ENOTDIR);
+    // The canonical path of an item that is no link is its place, which is checked below.
+    if (!status || status->type == FileType::symbolicLink || PathValidator::hasTraversal(url.path())) {
+      m_validator.validate(url, allowedRoots);
+    }
     // The item that moves is the link, so the link's own place must be allowed, and not only what it points to.
     if (auto refusal = m_validator.checkCanonical(place.item.path(), allowedRoots.canonicalPaths())) {
       throw SecurityError(*std::move(refusal));
     }
+    if (isMissing) throw TrashError(TrashError::FileNotFound{url.path()});
     place.boundary = boundaryOf(place.item.path(), allowedRoots);
-    if (!readPathStatus(place.item.path()) && (errno == ENOENT || errno == ENOTDIR)) {
-      throw TrashError(TrashError::FileNotFound{url.path()});
-    }
     return place;
   } catch (const SecurityError& error) {
     throw TrashError(TrashError::PathValidationFailed{error.what()});
   }
 }
 
-std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const AllowedRoots& allowedRoots) {
+std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const AllowedRoots& allowedRoots,
+                                                   FolderLookups& lookups) {
   const std::lock_guard lock(m_mutex);
-  const auto place = validatedPlace(url, allowedRoots);
+  const auto place = validatedPlace(url, allowedRoots, lookups);
   try {
     return m_trash.planTrash(place.item, place.boundary);
   } catch (const std::system_error& error) {
@@ -71,13 +84,15 @@ std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const All
 
 std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const AllowedRoots& allowedRoots,
                                                   const FileUrl& destinationFolder,
-                                                  const std::function<bool(const FileUrl&)>& isPromised) {
+                                                  const std::function<bool(const FileUrl&)>& isPromised,
+                                                  FolderLookups& lookups) {
   const std::lock_guard lock(m_mutex);
-  const auto place = validatedPlace(url, allowedRoots);
+  const auto place = validatedPlace(url, allowedRoots, lookups);
   try {
-    m_validator.validate(destinationFolder, AllowedRoots());
-    createFoldersDurably(destinationFolder.path(), 0755);
-    const FileUrl folder(canonicalPath(destinationFolder.path()));
+    const FileUrl folder(lookups.destination(destinationFolder, [&](const FileUrl& wanted) {
+      m_validator.validate(wanted, AllowedRoots());
+      createFoldersDurably(wanted.path(), 0755);
+    }));
     const auto destination =
         freeUrl(folder.appendingPathComponent(place.item.lastPathComponent()), NumberingStyle::plain, isPromised);
     return m_mover.planMove(place.item, place.boundary, destination);
@@ -89,7 +104,8 @@ std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const Allo
 }
 
 FileUrl TrashMover::moveToTrash(const FileUrl& url, const AllowedRoots& allowedRoots) {
-  const auto move = planTrash(url, allowedRoots);
+  FolderLookups lookups;
+  const auto move = planTrash(url, allowedRoots, lookups);
   const std::lock_guard lock(m_mutex);
   FolderSyncSet destinations;
   FolderSyncSet sources;

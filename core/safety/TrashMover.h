@@ -13,6 +13,7 @@
 namespace orvane {
 
 class FileMover;
+class FolderLookups;
 class PathValidator;
 class Trash;
 
@@ -34,18 +35,18 @@ class TrashMover {
   // Whether the item lies inside a Trash, so that it is on its way out.
   [[nodiscard]] bool isInTrash(const FileUrl& url) const;
 
-  // For batches: validates and decides, and moves nothing yet. Throw TrashError.
-  std::unique_ptr<PendingMove> planTrash(const FileUrl& url, const AllowedRoots& allowedRoots);
+  // For batches: validates and decides, and moves nothing yet. `lookups` is that of the batch. Throw TrashError.
+  std::unique_ptr<PendingMove> planTrash(const FileUrl& url, const AllowedRoots& allowedRoots, FolderLookups& lookups);
   // Into `destinationFolder`, made where it is missing, under the item's name or the next free one. `isPromised` tells
   // of places that other moves of the same batch will take. The folder itself must pass the fixed rules of the
   // validator.
   std::unique_ptr<PendingMove> planMove(const FileUrl& url, const AllowedRoots& allowedRoots,
                                         const FileUrl& destinationFolder,
-                                        const std::function<bool(const FileUrl&)>& isPromised);
+                                        const std::function<bool(const FileUrl&)>& isPromised, FolderLookups& lookups);
 
  private:
   struct Place;
-  Place validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots) const;
+  Place validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots, FolderLookups& lookups) const;
 
   Trash& m_trash;
   FileMover& m_mover;

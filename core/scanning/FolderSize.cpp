@@ -1,5 +1,6 @@
 #include "core/scanning/FolderSize.h"
 
+#include "core/base/CanonicalPath.h"
 #include "core/base/CheckedArithmetic.h"
 #include "core/base/PathText.h"
 
@@ -8,9 +9,8 @@
 namespace orvane {
 namespace {
 
-bool isEntered(std::string_view name) noexcept {
-  return name != "node_modules" && name != "Pods" && !name.ends_with(".photoslibrary");
-}
+// Folders that are read before it pays to start threads.
+constexpr std::size_t foldersReadAlone = 32;
 
 }  // namespace
 
@@ -34,14 +34,14 @@ class FolderSize::ReadFolder : public WorkStack::Task {
     std::shared_ptr<const HeldFolder> self;
     while (const auto entry = reader.next()) {
       if (m_stopped.load(std::memory_order_relaxed)) break;
-      if (entry->name.empty() || entry->name.front() == '.') continue;
+      if (!m_size->takes(entry->name)) continue;
       FileType type = entry->type;
       if (type == FileType::regular || type == FileType::unknown) {
         const auto status = readFileStatus(reader.descriptor(), entry->nameBytes());
         type = status ? status->type : FileType::other;
-        if (type == FileType::regular) bytes = checkedAdd(bytes, status->size);
+        if (type == FileType::regular && m_size->counts(*status)) bytes = checkedAdd(bytes, status->size);
       }
-      if (type != FileType::directory || !isEntered(entry->name)) continue;
+      if (type != FileType::directory || !m_size->isEntered(entry->name)) continue;
       if (subfolders.empty()) self = m_held.hold(reader.descriptor());
       subfolders.push_back(std::make_unique<ReadFolder>(
           m_size, FolderPlace{self, joinPath(m_place.canonicalPath, entry->name)}, m_held, m_stopped));
@@ -58,6 +58,37 @@ class FolderSize::ReadFolder : public WorkStack::Task {
 std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, FolderPlace place,
                                                   HeldFolders& held, const std::atomic<bool>& stopped) {
   return std::make_unique<ReadFolder>(std::move(size), std::move(place), held, stopped);
+}
+
+std::int64_t FolderSize::of(const std::string& path, Extent extent) {
+  const std::atomic<bool> neverStopped = false;
+  HeldFolders held;
+  const auto size = std::make_shared<FolderSize>(extent);
+  WorkStack work;
+  WorkStack::Tasks tasks;
+  tasks.push_back(task(size, FolderPlace{nullptr, canonicalPath(path)}, held, neverStopped));
+  work.push(tasks);
+  work.work(foldersReadAlone);
+  if (!work.isEmpty()) {
+    work.start(WorkStack::processorCount() - 1);
+    work.work();
+  }
+  return size->bytes();
+}
+
+bool FolderSize::takes(std::string_view name) const noexcept {
+  return !name.empty() && (m_extent == Extent::everything || name.front() != '.');
+}
+
+bool FolderSize::isEntered(std::string_view name) const noexcept {
+  return m_extent == Extent::everything ||
+         (name != "node_modules" && name != "Pods" && !name.ends_with(".photoslibrary"));
+}
+
+bool FolderSize::counts(const FileStatus& file) {
+  if (m_extent != Extent::everything || file.linkCount < 2) return true;
+  const std::lock_guard lock(m_linkedMutex);
+  return m_linked.emplace(file.device, file.inode).second;
 }
 
 void FolderSize::add(std::int64_t bytes) {

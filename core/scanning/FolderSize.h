@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/FileStatus.h"
 #include "core/scanning/FolderPlace.h"
 #include "core/scanning/WorkStack.h"
 
@@ -7,16 +8,29 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace orvane {
 
-// The logical bytes of one folder tree, added up by the tasks that read its folders. Hidden entries, links,
-// "node_modules", "Pods" and photo libraries are left out.
+// The logical bytes of the regular files of one folder tree, added up by the tasks that read its folders. Links are not
+// followed; what cannot be read adds nothing.
 class FolderSize {
  public:
+  enum class Extent : std::uint8_t {
+    likeScan,    // hidden entries, "node_modules", "Pods" and photo libraries are left out
+    everything,  // a file with several names counts once
+  };
+
   // `whenComplete` is called once, from the thread that finishes.
   explicit FolderSize(std::function<void()> whenComplete = {}) : m_whenComplete(std::move(whenComplete)) {}
+  explicit FolderSize(Extent extent) : m_extent(extent) {}
+
+  // The whole of one tree at once, with as many threads as it is worth. A link at the path itself is followed.
+  [[nodiscard]] static std::int64_t of(const std::string& path, Extent extent);
 
   // The task that reads `place`, the top of the tree, and makes the tasks for the rest. `held` and `stopped` must
   // outlive the tasks; once `stopped` is set they come to their end without a meaningful sum.
@@ -29,6 +43,9 @@ class FolderSize {
 
  private:
   class ReadFolder;
+  [[nodiscard]] bool takes(std::string_view name) const noexcept;
+  [[nodiscard]] bool isEntered(std::string_view name) const noexcept;
+  [[nodiscard]] bool counts(const FileStatus& file);
   // An overflow ends the process.
   void add(std::int64_t bytes);
   void finishFolder(int newFolders);
@@ -36,6 +53,9 @@ class FolderSize {
   std::atomic<std::int64_t> m_bytes = 0;
   std::atomic<std::int64_t> m_openFolders = 1;
   std::function<void()> m_whenComplete;
+  Extent m_extent = Extent::likeScan;
+  std::mutex m_linkedMutex;
+  std::set<std::pair<std::uint64_t, std::uint64_t>> m_linked;  // device and inode of files with several names
 };
 
 }  // namespace orvane

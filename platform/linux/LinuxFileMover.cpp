@@ -13,13 +13,12 @@ constexpr std::string_view partialPrefix = ".orvane-";
 constexpr std::string_view partialSuffix = ".partial";
 }  // namespace
 
-LinuxMove::LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination)
-    : m_item(std::move(open)),
-      m_destinationFolder(openFolder(parentPath(destination.path()), parentPath(destination.path()))) {
+LinuxMove::LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination, const OpenFolder& folder)
+    : m_item(std::move(open)), m_destinationFolder(folder.folder) {
   m_source = item;
   m_destination = destination;
   m_identity = m_item.identity();
-  if (mountOf(m_destinationFolder->get(), "") != m_item.mount) {
+  if (folder.mount != m_item.mount) {
     const auto name = fmt::format("{}{}{}", partialPrefix, Uuid::random().toString(), partialSuffix);
     m_partial = destination.deletingLastPathComponent().appendingPathComponent(name);
   }
@@ -44,9 +43,10 @@ void LinuxMove::abandon() noexcept {
 
 std::unique_ptr<PendingMove> LinuxFileMover::planMove(const FileUrl& item, const std::string& boundary,
                                                       const FileUrl& destination) {
-  OpenItem open = openItem(item, boundary);
+  auto open = openItemIn(m_sources.open(parentPath(item.path()), boundary), item.lastPathComponent());
   clearImmutableAttribute(open);
-  return std::make_unique<LinuxMove>(item, std::move(open), destination);
+  const auto folder = parentPath(destination.path());
+  return std::make_unique<LinuxMove>(item, std::move(open), destination, m_destinations.open(folder, folder));
 }
 
 void LinuxFileMover::discardPartial(const FileUrl& partial) noexcept {

@@ -11,8 +11,8 @@ namespace orvane {
 // A move to any folder: a rename on one mount, a verified copy to another.
 class LinuxMove : public PendingMove {
  public:
-  // The destination's folder exists and is canonical. Throws std::system_error.
-  LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination);
+  // `folder` is the destination's. Throws std::system_error.
+  LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination, const OpenFolder& folder);
 
   void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) override;
   void abandon() noexcept override;
@@ -30,6 +30,10 @@ class LinuxFileMover : public FileMover {
   std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
                                         const FileUrl& destination) override;
   void discardPartial(const FileUrl& partial) noexcept override;
+
+ private:
+  SharedFolder m_sources;
+  SharedFolder m_destinations;
 };
 
 }  // namespace orvane

@@ -1,10 +1,12 @@
 #include "platform/SystemServices.h"
 
+#include "platform/linux/CurlTransport.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/LinuxTrash.h"
 #include "platform/linux/LinuxVolume.h"
+#include "platform/linux/LocalTopicModel.h"
 
 namespace orvane {
 
@@ -18,9 +20,19 @@ FileStatusReader& systemFileStatusReader() {
   return reader;
 }
 
+HttpTransport& systemHttpTransport() {
+  static CurlTransport transport;
+  return transport;
+}
+
 Preferences& systemPreferences() {
   static LinuxPreferences preferences(LinuxPreferences::defaultPath());
   return preferences;
+}
+
+TopicModel& systemTopicModel() {
+  static LocalTopicModel model(systemPreferences(), systemHttpTransport());
+  return model;
 }
 
 Trash& systemTrash() {

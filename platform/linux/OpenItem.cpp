@@ -86,13 +86,36 @@ std::shared_ptr<const FileDescriptor> openFolder(std::string_view folder, std::s
   return std::make_shared<const FileDescriptor>(std::move(opened));
 }
 
+OpenFolder openFolderAndMount(std::string_view folder, std::string_view boundary) {
+  auto opened = openFolder(folder, boundary);
+  const auto mount = mountOf(opened->get(), "");
+  return {std::move(opened), mount};
+}
+
 OpenItem openItem(const FileUrl& item, std::string_view boundary) {
+  return openItemIn(openFolderAndMount(parentPath(item.path()), boundary), item.lastPathComponent());
+}
+
+OpenItem openItemIn(OpenFolder folder, std::string_view name) {
   OpenItem result;
-  result.folder = openFolder(parentPath(item.path()), boundary);
-  result.name = std::string(item.lastPathComponent());
+  result.folder = std::move(folder.folder);
+  result.mount = folder.mount;
+  result.name = std::string(name);
   result.status = result.currentStatus();
-  result.mount = mountOf(result.folder->get(), "");
   return result;
+}
+
+OpenFolder SharedFolder::open(std::string_view folder, std::string_view boundary) {
+  const std::lock_guard lock(m_mutex);
+  if (auto shared = m_folder.lock(); shared && m_path == folder && m_boundary == boundary) {
+    return {std::move(shared), m_mount};
+  }
+  auto opened = openFolderAndMount(folder, boundary);
+  m_path = folder;
+  m_boundary = boundary;
+  m_folder = opened.folder;
+  m_mount = opened.mount;
+  return opened;
 }
 
 void clearImmutableAttribute(const OpenItem& item) noexcept {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,12 @@ struct Mount {
 };
 // Of a path, links not followed, or of the descriptor itself when `path` is empty. Throws std::system_error.
 [[nodiscard]] Mount mountOf(int folder, const char* path);
+
+// A folder kept open, with its mount.
+struct OpenFolder {
+  std::shared_ptr<const FileDescriptor> folder;
+  Mount mount;
+};
 
 // An item seen through its open folder: from here on its path no longer matters.
 struct OpenItem {
@@ -36,8 +43,27 @@ struct OpenItem {
 // canonical folder that holds it; below it the resolution is held by RESOLVE_BENEATH. Throws std::system_error.
 [[nodiscard]] std::shared_ptr<const FileDescriptor> openFolder(std::string_view folder, std::string_view boundary);
 
+// The same with the folder's mount.
+[[nodiscard]] OpenFolder openFolderAndMount(std::string_view folder, std::string_view boundary);
+
 // Opens an item's folder and reads its status. Throws std::system_error.
 [[nodiscard]] OpenItem openItem(const FileUrl& item, std::string_view boundary);
+// The same in a folder that is open.
+[[nodiscard]] OpenItem openItemIn(OpenFolder folder, std::string_view name);
+
+// Opens folders as openFolder() does. The one opened last is shared for as long as anybody holds it: the items of a
+// batch mostly have theirs in common.
+class SharedFolder {
+ public:
+  [[nodiscard]] OpenFolder open(std::string_view folder, std::string_view boundary);
+
+ private:
+  std::mutex m_mutex;
+  std::string m_path;
+  std::string m_boundary;
+  std::weak_ptr<const FileDescriptor> m_folder;
+  Mount m_mount;
+};
 
 // Clears the immutable attribute (chattr +i) where it is set and this process may; otherwise nothing happens.
 void clearImmutableAttribute(const OpenItem& item) noexcept;

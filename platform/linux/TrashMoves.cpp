@@ -106,7 +106,9 @@ class MoveIntoTrash : public PendingMove {
 class MoveOutOfTrash : public LinuxMove {
  public:
   MoveOutOfTrash(const FileUrl& trashed, OpenItem open, std::shared_ptr<TrashFolder> folder, const FileUrl& destination)
-      : LinuxMove(trashed, std::move(open), destination), m_folder(std::move(folder)) {}
+      : LinuxMove(trashed, std::move(open), destination,
+                  openFolderAndMount(parentPath(destination.path()), parentPath(destination.path()))),
+        m_folder(std::move(folder)) {}
 
   // The record goes last: until the item is back for good, the Trash can still tell where it belongs.
   void finish() noexcept override {

@@ -64,6 +64,8 @@ TEST_F(PlanCommands, refusesWhatIsNoPlanInOneLine) {
       EXPECT_LT(result.errors.size(), 500U);
     }
   }
+  EXPECT_EQ(json({"plan", "validate", home.file("plan.json", std::string(5'000'000, ' '))}, 1).dump(),
+            R"({"valid":false,"error":"it is longer than 4.2 MB"})");
   EXPECT_THAT(run({"plan", "validate", "missing.json"}).errors, HasSubstr("missing.json: No such file"));
   EXPECT_TRUE(exists(target));
 }

@@ -1,5 +1,7 @@
 // The Trash and the mover on real mounts. The whole program lives in a mount namespace of its own.
 
+#include "core/organizer/FolderOrganizerEngine.h"
+#include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"
 
 #include <fcntl.h>
@@ -206,6 +208,33 @@ TEST_F(MountTest, aCopyThatDoesNotFitLeavesNothingBehind) {
   EXPECT_EQ(outcome.result, MoveResult::failed);
   EXPECT_EQ(contentOf(source).size(), 3'000'000U);
   EXPECT_TRUE(fs::is_empty(volume + "/Sorted"));
+}
+
+TEST_F(MountTest, anOrganizedBatchGoesOnWhenOneItemDoesNotFit) {
+  test::MemoryPreferences preferences;
+  CategoryPreferencesStore learned(preferences);
+  FolderOrganizerEngine engine(learned, mover, validator);
+  mountTmpfs("size=1m,mode=755");
+  tree.file("Downloads/a.pdf", "first");
+  const auto large = tree.file("Downloads/b.pdf", std::string(3 << 20, 'x'));
+  tree.file("Downloads/c.pdf", "last");
+
+  const auto groups = engine.analyzeFolder(tree.url("Downloads"), FileUrl(volume), Subfolders::keepWhole,
+                                           OrganizationStrategy::byCategory);
+  const auto execution = engine.carryOut(groups, *journal, AllowedRoots({FileUrl(volume), tree.url("Downloads")}));
+  EXPECT_EQ(execution.summary.itemsProcessed, 2);
+  ASSERT_EQ(execution.outcomes.size(), 3U);
+  EXPECT_EQ(execution.outcomes[1].result, MoveResult::failed);
+  EXPECT_EQ(fs::file_size(large), 3U << 20);
+  const auto papers = volume + "/Documents/PDFs";
+  EXPECT_EQ(contentOf(papers + "/a.pdf"), "first");
+  EXPECT_EQ(contentOf(papers + "/c.pdf"), "last");
+  EXPECT_EQ(std::distance(fs::directory_iterator(papers), {}), 2) << "no half file, under whatever name";
+  EXPECT_FALSE(exists(tree.path("Downloads/a.pdf")));
+
+  journal->restoreRun(execution.summary.batchId);
+  EXPECT_EQ(contentOf(tree.path("Downloads/a.pdf")), "first");
+  EXPECT_EQ(contentOf(tree.path("Downloads/c.pdf")), "last");
 }
 
 TEST_F(MountTest, anItemWhoseFolderMayNotBeChangedStaysWithAClearReason) {

@@ -1,12 +1,11 @@
 #include "core/organizer/CategoryPreferencesStore.h"
 
 #include "core/base/Json.h"
-#include "core/platform/Preferences.h"
+#include "tests/support/MemoryPreferences.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 
 namespace orvane {
@@ -14,15 +13,7 @@ namespace {
 
 constexpr const char* key = "OrvaneLearnedCategoryPreferences";
 
-class MemoryPreferences : public Preferences {
- public:
-  [[nodiscard]] std::optional<Json> value(std::string_view name) const override {
-    const auto found = values.find(std::string(name));
-    return found == values.end() ? std::nullopt : std::optional(found->second);
-  }
-  void setValue(std::string_view name, const Json& value) override { values[std::string(name)] = value; }
-  std::map<std::string, Json> values;
-};
+using test::MemoryPreferences;
 
 TEST(CategoryPreferencesStore, remembersUnderLowerCaseKeysAndStoresAtOnce) {
   MemoryPreferences preferences;

@@ -1,0 +1,260 @@
+#include "cli/Arguments.h"
+#include "cli/Consent.h"
+#include "cli/FileArguments.h"
+#include "cli/Folders.h"
+#include "cli/OrganizeText.h"
+#include "cli/RunReport.h"
+#include "cli/Session.h"
+#include "cli/UsageError.h"
+#include "cli/commands/Commands.h"
+#include "core/base/ByteCount.h"
+#include "core/base/Calendar.h"
+#include "core/base/Json.h"
+#include "core/base/UnicodeText.h"
+#include "core/organizer/AutoOrganizeController.h"
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/TopicCategorizerFactory.h"
+#include "core/platform/LoginItems.h"
+#include "core/platform/RepeatingTimer.h"
+#include "core/safety/UndoJournal.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <charconv>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace orvane::cli {
+namespace {
+
+constexpr std::array<std::string_view, 2> switchWords{"on", "off"};
+
+constexpr std::array setOptions{
+    OptionSpec{.name = "--days", .valueName = "N", .help = "How long an item counts as recent: 1 to 30 days."},
+    OptionSpec{.name = "--folder",
+               .valueName = "DIR",
+               .help = "Watch this folder instead of those before; may be given several times.",
+               .kind = ValueKind::folder,
+               .repeat = OptionSpec::Repeat::any},
+    OptionSpec{.name = "--ai-topics",
+               .valueName = "on|off",
+               .help = "Let a language model on this machine name folders for older items.",
+               .kind = ValueKind::choice,
+               .choices = switchWords},
+};
+constexpr std::array runOptions{
+    OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
+};
+
+std::string topicsText(const AutoOrganizeSettings& settings) {
+  if (!settings.useAITopics) return "off";
+  const auto reason = TopicCategorizerFactory::shared().unavailableReason();
+  return reason.empty() ? "on" : fmt::format("on, but not used: {}", escapedForDisplay(reason));
+}
+
+std::string lastRunText(const AutoOrganizeSettings& settings) {
+  if (!settings.lastRunDate) return "never";
+  return fmt::format("{}, {} moved", formatDateTime(*settings.lastRunDate), itemCount(settings.lastRunMovedCount));
+}
+
+void printSettings(Session& session, const AutoOrganizeSettings& settings) {
+  if (session.isJson()) {
+    session.out().line(jsonText(settings.toJson()));
+    return;
+  }
+  const auto row = [&](std::string_view title, std::string_view text) {
+    session.out().line(fmt::format("{:<18}{}", title, text));
+  };
+  row("Tidying by itself", settings.isEnabled ? "on" : "off");
+  row("Recent for",
+      fmt::format("{} {}", formatCount(settings.recentsDays), settings.recentsDays == 1 ? "day" : "days"));
+  std::string_view title = "Folders";
+  for (const auto& folder : settings.folderURLs()) {
+    row(title, shownPath(folder));
+    title = "";
+  }
+  row("Topics", topicsText(settings));
+  row("Last run", lastRunText(settings));
+}
+
+ExitStatus runShow(Session& session, const Arguments& /*arguments*/) {
+  printSettings(session, AutoOrganizeSettingsStore::shared().get());
+  return ExitStatus::done;
+}
+
+ExitStatus change(Session& session, const std::function<void(AutoOrganizeSettings&)>& how) {
+  printSettings(session, AutoOrganizeSettingsStore::shared().update(how));
+  return ExitStatus::done;
+}
+
+ExitStatus runEnable(Session& session, const Arguments& /*arguments*/) {
+  return change(session, [](AutoOrganizeSettings& settings) { settings.isEnabled = true; });
+}
+
+ExitStatus runDisable(Session& session, const Arguments& /*arguments*/) {
+  return change(session, [](AutoOrganizeSettings& settings) { settings.isEnabled = false; });
+}
+
+std::int64_t daysFrom(const std::string& text) {
+  constexpr auto range = AutoOrganizeSettings::recentsDayRange;
+  std::int64_t days = 0;
+  const auto* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, days);
+  if (result.ec != std::errc() || result.ptr != end || days < range.first || days > range.last) {
+    throw UsageError(
+        fmt::format("--days {}: give a number from {} to {}", escapedForDisplay(text), range.first, range.last));
+  }
+  return days;
+}
+
+ExitStatus runSet(Session& session, const Arguments& arguments) {
+  const auto days = arguments.value("--days");
+  const auto topics = arguments.value("--ai-topics");
+  const auto folders = placesFromArguments(arguments.values("--folder"));
+  if (!days && !topics && folders.empty()) throw UsageError("name what to set: --days, --folder or --ai-topics");
+  std::vector<std::string> paths;
+  for (const auto& folder : folders) {
+    if (const auto refusal = refusalOf(folder)) throw UsageError(fmt::format("--folder: {}", *refusal));
+    paths.push_back(pathForJson(folder));
+  }
+  const auto dayCount = days ? std::optional(daysFrom(*days)) : std::nullopt;
+  return change(session, [&](AutoOrganizeSettings& settings) {
+    if (dayCount) settings.recentsDays = *dayCount;
+    if (topics) settings.useAITopics = *topics == switchWords.front();
+    if (!paths.empty()) settings.folderPaths = paths;
+  });
+}
+
+// The terminal's runs are single ones.
+class NoTimer : public RepeatingTimer {
+ public:
+  void start(std::chrono::seconds /*interval*/, std::function<void()> /*tick*/) override {}
+  void stop() override {}
+};
+class NoLoginItems : public LoginItems {
+ public:
+  [[nodiscard]] bool isEnabled() const override { return false; }
+  void setEnabled(bool /*isEnabled*/) override { throw std::runtime_error("the terminal program starts nothing"); }
+};
+
+Answer askAbout(Session& session, const Arguments& arguments, std::span<const TidyProposal> proposals) {
+  std::int64_t count = 0;
+  for (const auto& proposal : proposals) {
+    count += selectedCount(proposal.groups);
+    if (!session.isJson() && !arguments.has("--yes")) {
+      session.out().line(fmt::format("{}:", shownPath(proposal.folder)));
+      printGroups(session, proposal.groups);
+    }
+  }
+  return askConsent(session, arguments, fmt::format("Move {}?", itemCount(count)));
+}
+
+void printReport(Session& session, const AutoOrganizeResult& result, const std::string& status) {
+  if (session.isJson()) {
+    Json json = Json::object();
+    json["result"] = result.toJson();
+    json["statusMessage"] = status;
+    session.out().line(jsonText(json));
+    return;
+  }
+  session.out().line(status);
+  for (const auto& id : result.batchIDs) {
+    session.out().line(fmt::format("To bring everything back: orvanectl restore {}", id.toString()));
+  }
+}
+
+ExitStatus runRun(Session& session, const Arguments& arguments) {
+  requireConsentPossible(arguments);
+  NoTimer timer;
+  NoLoginItems loginItems;
+  AutoOrganizeController controller({.organizer = AutoOrganizer::shared(),
+                                     .store = AutoOrganizeSettingsStore::shared(),
+                                     .factory = TopicCategorizerFactory::shared(),
+                                     .timer = timer,
+                                     .loginItems = loginItems});
+  reportJournalNotices();
+  const auto stop = session.stop();
+  auto answer = Answer::yes;
+  const auto report = controller.runNow(
+      [&](std::span<const TidyProposal> proposals) {
+        answer = askAbout(session, arguments, proposals);
+        return answer == Answer::yes;
+      },
+      stop);
+  reportJournalNotices();
+  switch (report.end) {
+    case AutoOrganizeReport::End::busy:
+      Session::report("another run is tidying up at this moment; nothing was changed");
+      return ExitStatus::failed;
+    case AutoOrganizeReport::End::declined:
+      printReport(session, report.result, "Nothing was moved.");
+      return answer == Answer::interrupted ? ExitStatus::interrupted : ExitStatus::done;
+    case AutoOrganizeReport::End::completed:
+      break;
+  }
+  const auto status = reportOutcomes(report.notMoved);
+  printReport(session, report.result, controller.statusMessage().value_or(""));
+  return stop.stop_requested() ? ExitStatus::interrupted : status;
+}
+
+constexpr ArgumentSpec noArguments{};
+
+}  // namespace
+
+constexpr CommandSpec tidyShowCommand{
+    .name = "tidy show",
+    .summary = "Show how watched folders are kept tidy",
+    .details = "Shows the settings of the automatic organizer and what its last run did.",
+    .arguments = noArguments,
+    .options = {},
+    .run = runShow,
+};
+
+constexpr CommandSpec tidyEnableCommand{
+    .name = "tidy enable",
+    .summary = "Keep the watched folders tidy without being asked",
+    .details = "From now on the program tidies the watched folders by itself while it runs, and in its scheduled runs.",
+    .arguments = noArguments,
+    .options = {},
+    .run = runEnable,
+};
+
+constexpr CommandSpec tidyDisableCommand{
+    .name = "tidy disable",
+    .summary = "Tidy only when asked",
+    .details = "'orvanectl tidy run' still works.",
+    .arguments = noArguments,
+    .options = {},
+    .run = runDisable,
+};
+
+constexpr CommandSpec tidySetCommand{
+    .name = "tidy set",
+    .summary = "Change how watched folders are kept tidy",
+    .details =
+        "Topics need a model server on this machine that speaks the common chat-completions form. Its address is the "
+        "setting \"OrvaneLocalModelEndpoint\" in preferences.json, such as \"http://127.0.0.1:11434\", and the model's "
+        "name \"OrvaneLocalModelName\". Only the names of items are sent, and only to this machine.",
+    .arguments = noArguments,
+    .options = setOptions,
+    .run = runSet,
+};
+
+constexpr CommandSpec tidyRunCommand{
+    .name = "tidy run",
+    .summary = "Tidy the watched folders now",
+    .details =
+        "Moves what arrived lately into \"Recents\" inside each watched folder and sorts older files into folders "
+        "below "
+        "\"Sorted\", each folder as one run that 'orvanectl restore' brings back. What is in \"Sorted\" or \"Keep As "
+        "Is\", older folders, hidden items, links, downloads in progress and whatever changed in the last two minutes "
+        "stay where they are.",
+    .arguments = noArguments,
+    .options = runOptions,
+    .run = runRun,
+};
+
+}  // namespace orvane::cli

@@ -1,0 +1,91 @@
+#include "core/organizer/OrganizerRun.h"
+
+#include "core/base/CanonicalPath.h"
+#include "core/base/CheckedArithmetic.h"
+#include "core/base/PathText.h"
+#include "core/safety/PathValidator.h"
+
+#include <map>
+#include <string>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+// The requests of a run, and for each of them which outcome it settles.
+class Requests {
+ public:
+  Requests(const PathValidator& validator, const AllowedRoots& roots, Date start)
+      : m_validator(validator), m_roots(roots), m_start(start) {}
+
+  void add(const OrganizationCategoryGroup& group) {
+    const auto refusal = refusalOf(group.destinationFolder);
+    const auto destination = canonicalPath(group.destinationFolder.path());
+    for (const auto& move : group.moves) {
+      if (!move.isSelected) continue;
+      // What the proposal was made from may have moved since.
+      if (canonicalFolderOf(move.originalURL) == destination) continue;
+      outcomes.push_back({move.originalURL, MoveResult::refused, {}, move.fileSize, refusal});
+      if (!refusal.empty()) continue;
+      auto& request = requests.emplace_back();
+      request.source = move.originalURL;
+      request.fileSize = move.fileSize;
+      request.destinationFolder = group.destinationFolder;
+      request.timestamp = m_start;
+      outcomeIndexes.push_back(outcomes.size() - 1);
+    }
+  }
+
+  std::vector<MoveRequest> requests;
+  std::vector<std::size_t> outcomeIndexes;
+  std::vector<MoveOutcome> outcomes;
+
+ private:
+  // Empty when the folder may be moved into.
+  [[nodiscard]] std::string refusalOf(const FileUrl& folder) const {
+    try {
+      m_validator.validate(folder, m_roots);
+    } catch (const SecurityError& refusal) {
+      return refusal.what();
+    }
+    return {};
+  }
+
+  const std::string& canonicalFolderOf(const FileUrl& item) {
+    const auto folder = parentPath(item.path());
+    const auto found = m_canonicalPaths.find(folder);
+    if (found != m_canonicalPaths.end()) return found->second;
+    return m_canonicalPaths.emplace(folder, canonicalPath(folder)).first->second;
+  }
+
+  const PathValidator& m_validator;
+  const AllowedRoots& m_roots;
+  Date m_start;
+  std::map<std::string, std::string, std::less<>> m_canonicalPaths;
+};
+
+}  // namespace
+
+PlanExecution carryOutOrganizing(std::span<const OrganizationCategoryGroup> groups, TrashMover& mover,
+                                 const PathValidator& validator, UndoJournal& journal, const AllowedRoots& allowedRoots,
+                                 const CleanupRun::Progress& progress, std::stop_token stop) {
+  CleanupRun run(mover, journal, allowedRoots);
+  PlanExecution execution;
+  execution.summary.batchId = run.id();
+
+  Requests requests(validator, allowedRoots, execution.summary.timestamp);
+  for (const auto& group : groups) requests.add(group);
+  execution.outcomes = std::move(requests.outcomes);
+  if (requests.requests.empty()) return execution;
+
+  auto outcomes = run.carryOut(requests.requests, progress, std::move(stop));
+  for (std::size_t i = 0; i < outcomes.size(); ++i) {
+    if (outcomes[i].result == MoveResult::moved) {
+      execution.summary.itemsProcessed = checkedAdd<std::int64_t>(execution.summary.itemsProcessed, 1);
+    }
+    execution.outcomes[requests.outcomeIndexes[i]] = std::move(outcomes[i]);
+  }
+  return execution;
+}
+
+}  // namespace orvane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/organizer/CategoryChooser.h"
+
+#include <cstdint>
+#include <set>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+enum class Subfolders : std::uint8_t {
+  keepWhole,  // only the folder's own entries; its folders are candidates themselves
+  include,    // the files at every depth
+};
+
+// What the organizer may propose to move.
+struct OrganizerCandidate {
+  std::string relativePath;  // below the folder that is organised
+  ItemKind kind = ItemKind::file;
+  std::int64_t size = 0;  // bytes; of everything inside for a folder
+  std::string category;
+};
+
+// Which folders are left out, and where the candidates go.
+struct OrganizerScope {
+  std::string folder;           // canonical
+  std::string destinationRoot;  // canonical
+  Subfolders subfolders = Subfolders::keepWhole;
+  std::set<std::string> learnedRoots;
+};
+
+// Gathers the candidates of a folder with their categories: of each folder the entries in order of their names, files
+// before folders, then the subfolders one after the other. Hidden entries, links and whatever is neither file nor
+// folder are left alone; projects and bundles stay whole. Unreadable folders yield nothing. A stop yields what was
+// found so far.
+[[nodiscard]] std::vector<OrganizerCandidate> organizerCandidates(const OrganizerScope& scope,
+                                                                  const CategoryChooser& chooser,
+                                                                  const std::stop_token& stop);
+
+}  // namespace orvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "core/base/JsonFwd.h"
+#include "core/base/Uuid.h"
+#include "core/scanning/FileItem.h"
+#include "core/uninstaller/InstalledApp.h"
+
+#include <vector>
+
+namespace orvane {
+
+// An application with what it left in the user's Library, for review: the leftovers that are selected go with it.
+struct AppUninstallBundle {
+  Uuid id = Uuid::random();
+  InstalledApp app;
+  std::vector<FileItem> leftovers;
+
+  [[nodiscard]] Json toJson() const;
+};
+
+}  // namespace orvane

@@ -1,0 +1,259 @@
+#include "core/uninstaller/AppUninstallerEngine.h"
+
+#include "core/base/CanonicalPath.h"
+#include "core/base/DirectoryReader.h"
+#include "core/base/FileStatus.h"
+#include "core/base/PathText.h"
+#include "core/base/UnicodeText.h"
+#include "core/safety/PathValidator.h"
+#include "core/uninstaller/BundleInformation.h"
+#include "core/uninstaller/ContentSizes.h"
+#include "core/uninstaller/LeftoverLocations.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <set>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+// Compared whole, in spite of the name.
+constexpr std::array<std::string_view, 9> protectedBundlePrefixes{
+    "com.apple.finder",   "com.apple.Safari",      "com.apple.systempreferences",
+    "com.apple.AppStore", "com.apple.Terminal",    "com.apple.ActivityMonitor",
+    "com.apple.Console",  "com.apple.DiskUtility", "com.apple.keychainaccess",
+};
+constexpr std::array<std::string_view, 2> protectedBeginnings{"/System/", "/Applications/Utilities"};
+constexpr std::array<std::string_view, 3> protectedParts{"Safari.app", "Finder.app", "System Settings.app"};
+
+constexpr std::string_view appExtension = "app";
+
+bool isAppBundle(const FileUrl& url) {
+  if (url.pathExtension() != appExtension) return false;
+  // A link to a bundle counts as one.
+  const auto status = readFileStatus(AT_FDCWD, canonicalPath(url.path()).c_str());
+  return status && status->type == FileType::directory;
+}
+
+// In an order that does not depend on the file system; each folder once, by whatever names it is given.
+std::vector<FileUrl> appBundlesIn(std::span<const FileUrl> directories) {
+  std::vector<FileUrl> result;
+  std::set<std::string> seen;
+  for (const auto& directory : directories) {
+    if (!seen.insert(canonicalPath(directory.path())).second) continue;
+    auto reader = DirectoryReader::open(AT_FDCWD, directory.path().c_str(), DirectoryReader::Links::follow);
+    const auto first = static_cast<std::ptrdiff_t>(result.size());
+    while (const auto entry = reader ? reader->next() : std::nullopt) {
+      auto url = directory.appendingPathComponent(entry->name);
+      if (isAppBundle(url)) result.push_back(std::move(url));
+    }
+    std::sort(result.begin() + first, result.end());
+  }
+  return result;
+}
+
+struct Candidate {
+  FileUrl url;
+  enum class Named : std::uint8_t { byIdentifier, byDisplayName } named;
+};
+
+std::vector<Candidate> candidatesUnder(const FileUrl& library, const std::optional<std::string>& identifier,
+                                       const std::optional<std::string>& displayName) {
+  std::vector<Candidate> result;
+  for (const auto& location : leftoverLocations()) {
+    const auto folder = library.appendingPathComponent(location.subfolder);
+    if (identifier) {
+      result.push_back(
+          {folder.appendingPathComponent(leftoverName(location.kind, *identifier)), Candidate::Named::byIdentifier});
+    }
+    if (displayName && location.kind == LeftoverKind::folder) {
+      result.push_back({folder.appendingPathComponent(*displayName), Candidate::Named::byDisplayName});
+    }
+  }
+  return result;
+}
+
+// The request to move what stands at a place now.
+MoveRequest requestFor(const FileUrl& place, std::int64_t size) {
+  MoveRequest request;
+  request.source = place;
+  request.fileSize = size;
+  const auto status = readFileStatus(AT_FDCWD, place.path().c_str());
+  // What is inside a folder may change at any time.
+  if (status && status->type != FileType::directory) request.expectedIdentity = ItemIdentity::of(*status);
+  return request;
+}
+
+// Of a leftover whose application did not move.
+MoveOutcome outcomeOfLeft(const MoveRequest& leftover, MoveResult appResult) {
+  MoveOutcome outcome;
+  outcome.source = leftover.source;
+  outcome.fileSize = leftover.fileSize;
+  if (appResult != MoveResult::cancelled) {
+    outcome.result = MoveResult::failed;
+    outcome.error = "Left with its application, which was not moved.";
+  }
+  return outcome;
+}
+
+}  // namespace
+
+AppUninstallerEngine::AppUninstallerEngine(const PathValidator& validator, FileUrl homeFolder)
+    : m_validator(validator), m_homeFolder(std::move(homeFolder)) {}
+
+std::vector<FileUrl> AppUninstallerEngine::directoriesOrDefault(const Directories& directories) const {
+  if (directories) return *directories;
+  return {FileUrl("/Applications"), m_homeFolder.appendingPathComponent("Applications")};
+}
+
+FileUrl AppUninstallerEngine::libraryOrDefault(const std::optional<FileUrl>& libraryRoot) const {
+  return libraryRoot ? *libraryRoot : m_homeFolder.appendingPathComponent("Library");
+}
+
+bool AppUninstallerEngine::isAppProtected(std::string_view path, const std::optional<std::string>& bundleIdentifier) {
+  const auto begins = [&](std::string_view beginning) { return path.starts_with(beginning); };
+  const auto contains = [&](std::string_view part) { return path.find(part) != std::string_view::npos; };
+  return std::any_of(protectedBeginnings.begin(), protectedBeginnings.end(), begins) ||
+         (bundleIdentifier && std::find(protectedBundlePrefixes.begin(), protectedBundlePrefixes.end(),
+                                        *bundleIdentifier) != protectedBundlePrefixes.end()) ||
+         std::any_of(protectedParts.begin(), protectedParts.end(), contains);
+}
+
+InstalledApp AppUninstallerEngine::inspectAppBundle(const FileUrl& url) {
+  auto information = readBundleInformation(url);
+  InstalledApp app;
+  app.lastOpenedDate = newestExecutableAccess(url, information);
+  app.name = std::move(information.displayName);
+  app.bundleIdentifier = std::move(information.identifier);
+  app.version = std::move(information.version);
+  app.url = url;
+  // By the path as it is given and by where it leads, so that neither a detour nor a link opens a way.
+  app.isSystemProtected = isAppProtected(url.path(), app.bundleIdentifier) ||
+                          isAppProtected(standardizedPath(url.path()), {}) ||
+                          isAppProtected(canonicalPath(url.path()), {});
+  return app;
+}
+
+std::int64_t AppUninstallerEngine::calculateSize(const FileUrl& url) {
+  return contentSizes({&url, 1}).front();
+}
+
+std::vector<InstalledApp> AppUninstallerEngine::listInstalledApps(const Directories& searchDirectories,
+                                                                  const std::stop_token& stop) {
+  const std::lock_guard lock(m_mutex);
+  const auto bundles = appBundlesIn(directoriesOrDefault(searchDirectories));
+  std::vector<InstalledApp> apps;
+  apps.reserve(bundles.size());
+  for (const auto& bundle : bundles) {
+    if (stop.stop_requested()) return {};
+    apps.push_back(inspectAppBundle(bundle));
+  }
+  const auto sizes = contentSizes(bundles, stop);
+  if (stop.stop_requested()) return {};
+  for (std::size_t i = 0; i < apps.size(); ++i) apps[i].appSize = sizes[i];
+  std::stable_sort(apps.begin(), apps.end(), [](const InstalledApp& left, const InstalledApp& right) {
+    return compareForDisplay(left.name, right.name) < 0;
+  });
+  return apps;
+}
+
+InstalledApp AppUninstallerEngine::appAt(const FileUrl& url) {
+  const std::lock_guard lock(m_mutex);
+  if (!isAppBundle(url)) throw UninstallError(UninstallError::NotAnApplication{url});
+  auto app = inspectAppBundle(url);
+  app.appSize = calculateSize(url);
+  return app;
+}
+
+bool AppUninstallerEngine::isOwnName(const InstalledApp& app, const Directories& searchDirectories) const {
+  if (app.name == app.bundleIdentifier || !isTellingDisplayName(app.name)) return false;
+  auto directories = directoriesOrDefault(searchDirectories);
+  directories.push_back(app.url.deletingLastPathComponent());
+  const auto own = canonicalPath(app.url.path());
+  const auto name = lowercased(app.name);
+  const auto isSame = [&](std::string_view other) { return lowercased(other) == name; };
+  if (std::any_of(protectedBundlePrefixes.begin(), protectedBundlePrefixes.end(), isSame)) return false;
+  for (const auto& bundle : appBundlesIn(directories)) {
+    if (canonicalPath(bundle.path()) == own) continue;
+    const auto other = readBundleInformation(bundle);
+    if (isSame(other.displayName) || (other.identifier && isSame(*other.identifier))) return false;
+  }
+  return true;
+}
+
+AppUninstallBundle AppUninstallerEngine::findLeftovers(const InstalledApp& app,
+                                                       const std::optional<FileUrl>& libraryRoot,
+                                                       const Directories& searchDirectories) {
+  const std::lock_guard lock(m_mutex);
+  const auto library = libraryOrDefault(libraryRoot);
+  const AllowedRoots roots({library});
+  auto identifier = app.bundleIdentifier;
+  if (identifier && (!isSafeLeftoverName(*identifier) || isSharedFolderName(*identifier))) identifier.reset();
+  const auto displayName = isOwnName(app, searchDirectories) ? std::optional(app.name) : std::nullopt;
+
+  AppUninstallBundle bundle;
+  bundle.app = app;
+  const auto now = ReferenceClock::now();
+  std::set<std::pair<std::uint64_t, std::uint64_t>> seen;
+  for (const auto& candidate : candidatesUnder(library, identifier, displayName)) {
+    const auto status = readFileStatus(AT_FDCWD, candidate.url.path().c_str());
+    if (!status || !m_validator.isPathAllowed(candidate.url, roots)) continue;
+    if (candidate.named == Candidate::Named::byDisplayName && status->type != FileType::directory) continue;
+    // Both names can mean one folder where the file system ignores case.
+    if (!seen.emplace(status->device, status->inode).second) continue;
+    FileItem::Fields fields;
+    fields.url = candidate.url;
+    fields.fileSize = calculateSize(candidate.url);
+    fields.createdDate = now;
+    fields.lastModifiedDate = now;
+    fields.category = ScanCategory::appLeftovers;
+    fields.riskLabel = RiskLabel::review;
+    bundle.leftovers.emplace_back(std::move(fields));
+  }
+  return bundle;
+}
+
+void AppUninstallerEngine::requireUninstallable(const InstalledApp& app) {
+  const std::lock_guard lock(m_mutex);
+  // What the caller holds may be old or made up: the bundle on the disk decides too.
+  if (!isAppBundle(app.url)) throw UninstallError(UninstallError::NotAnApplication{app.url});
+  if (app.isSystemProtected || isAppProtected(app.url.path(), app.bundleIdentifier) ||
+      inspectAppBundle(app.url).isSystemProtected) {
+    throw UninstallError(UninstallError::ProtectedApplication{app.name, app.url});
+  }
+}
+
+UninstallResult AppUninstallerEngine::uninstall(const AppUninstallBundle& bundle, TrashMover& mover,
+                                                UndoJournal& journal, const std::optional<FileUrl>& libraryRoot,
+                                                const CleanupRun::Progress& progress, const std::stop_token& stop) {
+  requireUninstallable(bundle.app);
+  // The moves serialise themselves, and they call the caller back: no lock is held here.
+  const auto app = requestFor(bundle.app.url, bundle.app.appSize);
+  std::vector<MoveRequest> leftovers;
+  for (const auto& item : bundle.leftovers) {
+    if (item.isSelected()) leftovers.push_back(requestFor(item.url(), item.fileSize()));
+  }
+  CleanupRun run(mover, journal,
+                 AllowedRoots({bundle.app.url.deletingLastPathComponent(), libraryOrDefault(libraryRoot)}));
+  const auto progressFrom = [&](std::size_t before) -> CleanupRun::Progress {
+    if (!progress) return {};
+    return [&, before](std::size_t done, std::size_t) { progress(before + done, leftovers.size() + 1); };
+  };
+  UninstallResult result;
+  result.runId = run.id();
+  result.outcomes = run.carryOut({&app, 1}, progressFrom(0), stop);
+  const auto appResult = result.outcomes.front().result;
+  if (appResult != MoveResult::moved) {
+    for (const auto& leftover : leftovers) result.outcomes.push_back(outcomeOfLeft(leftover, appResult));
+  } else if (!leftovers.empty()) {
+    auto rest = run.carryOut(leftovers, progressFrom(1), stop);
+    std::move(rest.begin(), rest.end(), std::back_inserter(result.outcomes));
+  }
+  return result;
+}
+
+}  // namespace orvane

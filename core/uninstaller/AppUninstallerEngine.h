@@ -1,0 +1,79 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/base/Uuid.h"
+#include "core/safety/CleanupRun.h"
+#include "core/uninstaller/AppUninstallBundle.h"
+#include "core/uninstaller/InstalledApp.h"
+#include "core/uninstaller/UninstallError.h"
+
+#include <mutex>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+class PathValidator;
+class TrashMover;
+class UndoJournal;
+struct BundleInformation;
+
+// What became of an uninstall.
+struct UninstallResult {
+  Uuid runId;
+  // The application first, then the selected leftovers in their order.
+  std::vector<MoveOutcome> outcomes;
+};
+
+// Lists the installed applications, finds what they leave in the user's Library, and moves both to the Trash.
+class AppUninstallerEngine {
+ public:
+  AppUninstallerEngine(const PathValidator& validator, FileUrl homeFolder);
+  static AppUninstallerEngine& shared();
+
+  // The bundles that lie directly in the folders ("/Applications" and the user's own "Applications" when absent), by
+  // name as the user's language sorts, ignoring case. What is missing or unreadable is passed over. Empty once a stop
+  // is requested.
+  [[nodiscard]] std::vector<InstalledApp> listInstalledApps(
+      const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt, const std::stop_token& stop = {});
+  // One application, wherever it is. Throws UninstallError when there is none.
+  [[nodiscard]] InstalledApp appAt(const FileUrl& url);
+
+  // What the application left under `libraryRoot` (the user's Library when absent): what is named by its identifier,
+  // and folders named by its display name where no other application can mean the same name. Other applications are
+  // those of `searchDirectories`, as for the list, and of the application's own folder. Nothing is selected.
+  [[nodiscard]] AppUninstallBundle findLeftovers(
+      const InstalledApp& app, const std::optional<FileUrl>& libraryRoot = std::nullopt,
+      const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt);
+
+  // Throws UninstallError for a protected application, whatever the caller's record says of it, and for what is no
+  // application. uninstall() begins with it.
+  void requireUninstallable(const InstalledApp& app);
+  // Moves the application and the selected leftovers to the Trash as one run. The leftovers stay when the application
+  // does: they are its data then. Throws UninstallError, having moved nothing, where requireUninstallable() does.
+  UninstallResult uninstall(const AppUninstallBundle& bundle, TrashMover& mover, UndoJournal& journal,
+                            const std::optional<FileUrl>& libraryRoot = std::nullopt,
+                            const CleanupRun::Progress& progress = {}, const std::stop_token& stop = {});
+
+ private:
+  using Directories = std::optional<std::vector<FileUrl>>;
+
+  [[nodiscard]] std::vector<FileUrl> directoriesOrDefault(const Directories& directories) const;
+  [[nodiscard]] FileUrl libraryOrDefault(const std::optional<FileUrl>& libraryRoot) const;
+  // Without the size.
+  [[nodiscard]] static InstalledApp inspectAppBundle(const FileUrl& url);
+  [[nodiscard]] static bool isAppProtected(std::string_view path, const std::optional<std::string>& bundleIdentifier);
+  [[nodiscard]] static std::int64_t calculateSize(const FileUrl& url);
+  // Whether the name alone tells whose folder it is.
+  [[nodiscard]] bool isOwnName(const InstalledApp& app, const Directories& searchDirectories) const;
+
+  const PathValidator& m_validator;
+  FileUrl m_homeFolder;
+  std::mutex m_mutex;
+};
+
+}  // namespace orvane

@@ -1,0 +1,52 @@
+#include "core/uninstaller/ContentSizes.h"
+
+#include "core/base/CanonicalPath.h"
+#include "core/base/FileStatus.h"
+#include "core/scanning/FolderSize.h"
+#include "core/scanning/HeldFolders.h"
+#include "core/scanning/WorkStack.h"
+
+#include <fcntl.h>
+
+#include <atomic>
+#include <memory>
+
+namespace orvane {
+namespace {
+
+// Further threads cost more than they save on a few folders.
+constexpr std::size_t foldersReadAlone = 32;
+
+}  // namespace
+
+std::vector<std::int64_t> contentSizes(std::span<const FileUrl> places, const std::stop_token& stop) {
+  std::atomic<bool> isStopped = false;
+  const std::stop_callback whenStopped(stop, [&] { isStopped = true; });
+  HeldFolders held;
+  std::vector<std::int64_t> bytes(places.size(), 0);
+  std::vector<std::shared_ptr<FolderSize>> folders(places.size());
+  {
+    WorkStack work;
+    WorkStack::Tasks tasks;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      const auto place = canonicalPlace(places[i].path());
+      const auto status = readFileStatus(AT_FDCWD, place.c_str());
+      if (status && status->type == FileType::regular) bytes[i] = status->size;
+      if (!status || status->type != FileType::directory) continue;
+      folders[i] = std::make_shared<FolderSize>(FolderSize::Extent::everything);
+      tasks.push_back(FolderSize::task(folders[i], FolderPlace{nullptr, place}, held, isStopped));
+    }
+    work.push(tasks);
+    work.work(foldersReadAlone);
+    if (!work.isEmpty()) {
+      work.start(WorkStack::processorCount() - 1);
+      work.work();
+    }
+  }
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (folders[i]) bytes[i] = folders[i]->bytes();
+  }
+  return bytes;
+}
+
+}  // namespace orvane

@@ -1,0 +1,25 @@
+#include "core/uninstaller/InstalledApp.h"
+
+#include "core/base/ByteCount.h"
+#include "core/base/Json.h"
+
+namespace orvane {
+
+std::string InstalledApp::formattedSize() const {
+  return formatByteCount(appSize);
+}
+
+Json InstalledApp::toJson() const {
+  Json json = Json::object();
+  json["id"] = jsonFromUuid(id);
+  json["name"] = name;
+  if (bundleIdentifier) json["bundleIdentifier"] = *bundleIdentifier;
+  if (version) json["version"] = *version;
+  json["url"] = jsonFromUrl(url);
+  json["appSize"] = appSize;
+  if (lastOpenedDate) json["lastOpenedDate"] = jsonFromDate(*lastOpenedDate);
+  json["isSystemProtected"] = isSystemProtected;
+  return json;
+}
+
+}  // namespace orvane

@@ -1,0 +1,153 @@
+#include "platform/linux/CurlTransport.h"
+
+#include "core/base/HttpUrl.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace orvane {
+namespace {
+
+constexpr int longestWait = 1000;  // milliseconds
+
+struct CloseEasy {
+  void operator()(CURL* handle) const noexcept { curl_easy_cleanup(handle); }
+};
+struct CloseMulti {
+  void operator()(CURLM* handle) const noexcept { curl_multi_cleanup(handle); }
+};
+struct FreeList {
+  void operator()(curl_slist* list) const noexcept { curl_slist_free_all(list); }
+};
+
+[[noreturn]] void fail(HttpError::Case which) {
+  throw HttpError(std::move(which));
+}
+
+bool hasLineBreak(std::string_view text) noexcept {
+  return text.find_first_of(std::string_view("\r\n\0", 3)) != std::string_view::npos;
+}
+
+// One request on its way.
+class Call {
+ public:
+  explicit Call(const HttpRequest& request) : m_easy(curl_easy_init()), m_multi(curl_multi_init()) {
+    if (!m_easy || !m_multi) fail(HttpError::Failed{"out of memory"});
+    setAddress(request);
+    setHeaders(request);
+    set(CURLOPT_TIMEOUT_MS, static_cast<long>(std::max<std::int64_t>(1, request.timeout.count())));
+    set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_FOLLOWLOCATION, 0L);
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_SSL_VERIFYHOST, 2L);
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    set(CURLOPT_WRITEFUNCTION, &Call::receive);
+    set(CURLOPT_WRITEDATA, this);
+    if (request.method == HttpMethod::post) {
+      set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+      set(CURLOPT_POSTFIELDS, request.body.data());
+    }
+    check(curl_multi_add_handle(m_multi.get(), m_easy.get()));
+  }
+  ~Call() { curl_multi_remove_handle(m_multi.get(), m_easy.get()); }
+  Call(const Call&) = delete;
+  Call& operator=(const Call&) = delete;
+
+  HttpResponse carryOut(const std::stop_token& stop) {
+    const std::stop_callback wake(stop, [this] { curl_multi_wakeup(m_multi.get()); });
+    int running = 1;
+    while (true) {
+      if (stop.stop_requested()) fail(HttpError::Cancelled{});
+      check(curl_multi_perform(m_multi.get(), &running));
+      if (running == 0) break;
+      check(curl_multi_poll(m_multi.get(), nullptr, 0, longestWait, nullptr));
+    }
+    finish();
+    long status = 0;
+    curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    m_response.status = static_cast<int>(status);
+    return std::move(m_response);
+  }
+
+ private:
+  template <typename Value>
+  void set(CURLoption option, Value value) {
+    const auto result = curl_easy_setopt(m_easy.get(), option, value);
+    if (result != CURLE_OK) fail(HttpError::Failed{curl_easy_strerror(result)});
+  }
+  static void check(CURLMcode result) {
+    if (result != CURLM_OK) fail(HttpError::Failed{curl_multi_strerror(result)});
+  }
+
+  void setAddress(const HttpRequest& request) {
+    const auto url = HttpUrl::parse(request.url);
+    if (!url || (!url->isSecure && !url->isLoopback())) fail(HttpError::UrlRefused{request.url});
+    set(CURLOPT_PROTOCOLS_STR, url->isSecure ? "https" : "http");
+    set(CURLOPT_URL, url->text().c_str());
+    // What goes to this machine never takes a way round.
+    if (request.route == HttpRoute::direct || url->isLoopback()) set(CURLOPT_PROXY, "");
+  }
+
+  void setHeaders(const HttpRequest& request) {
+    const auto append = [&](const std::string& line) {
+      auto* longer = curl_slist_append(m_headers.get(), line.c_str());
+      if (longer == nullptr) fail(HttpError::Failed{"out of memory"});
+      static_cast<void>(m_headers.release());
+      m_headers.reset(longer);
+    };
+    if (request.method == HttpMethod::post) append("Content-Type: application/json");
+    // A server that would first be asked whether it wants the body only loses time.
+    append("Expect:");
+    for (const auto& header : request.headers) {
+      if (hasLineBreak(header.name) || hasLineBreak(header.value)) fail(HttpError::Failed{"a header has a line break"});
+      append(header.name + ": " + header.value);
+    }
+    set(CURLOPT_HTTPHEADER, m_headers.get());
+  }
+
+  static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* call) noexcept {
+    auto& self = *static_cast<Call*>(call);
+    const auto length = size * count;
+    self.m_isTooLarge = self.m_response.body.size() + length > HttpTransport::longestReply;
+    if (self.m_isTooLarge) return 0;
+    try {
+      self.m_response.body.append(bytes, length);
+    } catch (const std::bad_alloc&) {
+      return 0;
+    }
+    return length;
+  }
+
+  void finish() {
+    int left = 0;
+    const auto* message = curl_multi_info_read(m_multi.get(), &left);
+    const auto result = message != nullptr ? message->data.result : CURLE_RECV_ERROR;
+    if (result == CURLE_OK) return;
+    if (m_isTooLarge) fail(HttpError::ReplyTooLarge{});
+    if (result == CURLE_OPERATION_TIMEDOUT) fail(HttpError::TimedOut{});
+    fail(HttpError::Failed{curl_easy_strerror(result)});
+  }
+
+  std::unique_ptr<CURL, CloseEasy> m_easy;
+  std::unique_ptr<CURLM, CloseMulti> m_multi;
+  std::unique_ptr<curl_slist, FreeList> m_headers;
+  HttpResponse m_response;
+  bool m_isTooLarge = false;
+};
+
+}  // namespace
+
+CurlTransport::CurlTransport() {
+  static const auto initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
+  if (initialized != CURLE_OK) fail(HttpError::Failed{curl_easy_strerror(initialized)});
+}
+
+HttpResponse CurlTransport::send(const HttpRequest& request, const std::stop_token& stop) {
+  return Call(request).carryOut(stop);
+}
+
+}  // namespace orvane

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "core/platform/HttpTransport.h"
+
+namespace orvane {
+
+// HttpTransport over libcurl, a handle for each call.
+class CurlTransport : public HttpTransport {
+ public:
+  CurlTransport();
+  [[nodiscard]] HttpResponse send(const HttpRequest& request, const std::stop_token& stop = {}) override;
+};
+
+}  // namespace orvane

@@ -1,0 +1,99 @@
+#include "platform/linux/LocalTopicModel.h"
+
+#include "core/base/Json.h"
+#include "core/platform/HttpTransport.h"
+#include "core/platform/Preferences.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view interfacePath = "/v1";
+constexpr std::string_view chatPath = "/chat/completions";
+constexpr std::string_view modelsPath = "/models";
+
+std::string textPreference(const Preferences& preferences, std::string_view key) {
+  const auto value = preferences.value(key);
+  return value && value->is_string() ? value->get<std::string>() : std::string();
+}
+
+std::string answerFrom(const std::string& body) {
+  const auto reply = parseJson(body, {.duplicateKeys = DuplicateKeys::takeFirst});
+  const auto& choices = requiredKey(reply, "choices");
+  if (!choices.is_array() || choices.empty()) throw JsonError("\"choices\" is empty");
+  return stringAt(requiredKey(choices[0], "message"), "content");
+}
+
+}  // namespace
+
+LocalTopicModel::LocalTopicModel(const Preferences& preferences, HttpTransport& transport,
+                                 std::chrono::milliseconds timeout)
+    : m_preferences(preferences), m_transport(transport), m_timeout(timeout) {}
+
+HttpUrl LocalTopicModel::endpoint() const {
+  const auto text = textPreference(m_preferences, endpointKey);
+  if (text.empty()) throw std::runtime_error("no model on this machine is set up");
+  auto url = HttpUrl::parse(text);
+  if (!url) throw std::runtime_error(fmt::format("the local model's address '{}' is not valid", text));
+  if (!url->isLoopback()) {
+    throw std::runtime_error(
+        fmt::format("the local model's address '{}' is refused: names may only be sent to this machine", text));
+  }
+  while (url->path.ends_with('/')) url->path.pop_back();
+  if (url->path.ends_with(chatPath)) {
+    url->path.resize(url->path.size() - chatPath.size());
+  } else if (!url->path.ends_with(interfacePath)) {
+    url->path += interfacePath;
+  }
+  return *url;
+}
+
+std::string LocalTopicModel::unavailableReason() {
+  const std::lock_guard lock(m_mutex);
+  if (!m_unavailableReason) m_unavailableReason = askWhetherAvailable();
+  return *m_unavailableReason;
+}
+
+std::string LocalTopicModel::askWhetherAvailable() {
+  constexpr int firstServerError = 500;
+  try {
+    auto url = endpoint();
+    url.path += modelsPath;
+    // Whatever it thinks of the question: a server that answers is there.
+    const auto response = m_transport.send({.method = HttpMethod::get,
+                                            .url = url.text(),
+                                            .headers = {},
+                                            .body = {},
+                                            .timeout = availabilityTimeout,
+                                            .route = HttpRoute::direct});
+    if (response.status < firstServerError) return {};
+    return fmt::format("the local model's server answers with status {}", response.status);
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+}
+
+std::string LocalTopicModel::respond(const std::string& instructions, const std::string& prompt,
+                                     const std::stop_token& stop) {
+  constexpr int firstSuccess = 200;
+  constexpr int lastSuccess = 299;
+  auto url = endpoint();
+  url.path += chatPath;
+  Json body = Json::object();
+  if (const auto name = textPreference(m_preferences, nameKey); !name.empty()) body["model"] = name;
+  body["messages"] =
+      Json::array({Json{{"role", "system"}, {"content", instructions}}, Json{{"role", "user"}, {"content", prompt}}});
+  body["stream"] = false;
+  const auto response = m_transport.send(
+      {.url = url.text(), .headers = {}, .body = jsonText(body), .timeout = m_timeout, .route = HttpRoute::direct},
+      stop);
+  if (response.status < firstSuccess || response.status > lastSuccess) {
+    throw std::runtime_error(fmt::format("the local model's server answers with status {}", response.status));
+  }
+  return answerFrom(response.body);
+}
+
+}  // namespace orvane

@@ -1,0 +1,129 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+namespace orvane::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+class OrganizeCommand : public Orvanectl {
+ public:
+  OrganizeCommand() {
+    home.file("Stuff/a.pdf", "one");
+    home.file("Stuff/Sub/b.pdf", "three");
+  }
+};
+
+TEST_F(OrganizeCommand, previewsByGroupAndChangesNothing) {
+  home.file("Stuff/Sub/a.pdf", "two");
+  const auto result = run({"organize", "Stuff", "--subfolders"});
+  EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  EXPECT_EQ(result.output,
+            "Documents/PDFs (3 items, 11 bytes)  ->  ~/Stuff/Organized/Documents/PDFs\n"
+            "├─ 3 bytes  a.pdf\n"
+            "├─ 3 bytes  Sub/a.pdf -> a (1).pdf\n"
+            "└─ 5 bytes  Sub/b.pdf\n"
+            "3 items (11 bytes) into 1 folder.\n"
+            "Nothing was moved: add --apply to move them.\n");
+  EXPECT_FALSE(exists(home.path("Stuff/Organized")) || !isUntouched());
+}
+
+TEST_F(OrganizeCommand, printsGroupsAsJson) {
+  home.file("Stuff/odd\xff.png");
+  const auto groups = json({"organize", "Stuff"});
+  ASSERT_EQ(groups.size(), 3U);
+  EXPECT_EQ(groups[0]["name"], "Documents/Folders");
+  EXPECT_EQ(groups[0]["moves"][0]["isDirectory"], true);
+  EXPECT_EQ(groups[2]["name"], "Media/Images");
+  EXPECT_EQ(groups[2]["moves"][0]["originalURL"], "file://" + home.path("Stuff") + "/odd%FF.png");
+}
+
+TEST_F(OrganizeCommand, appliesRenamesRemembersAndComesBack) {
+  const Words rename{"organize", "Stuff", "--subfolders", "--rename", "Documents/PDFs=Papers/All"};
+  EXPECT_EQ(json(rename)[0]["name"], "Papers/All");
+  EXPECT_EQ(json({"organize", "Stuff", "--subfolders"})[0]["name"], "Documents/PDFs") << "a preview teaches nothing";
+  auto apply = rename;
+  apply.insert(apply.end(), {"--apply", "--yes"});
+  const auto summary = json(apply);
+  EXPECT_EQ(summary["itemsProcessed"], 2);
+  EXPECT_EQ(summary["bytesReclaimed"], 0);
+  EXPECT_EQ(contentOf(home.path("Stuff/Organized/Papers/All/b.pdf")), "three");
+  EXPECT_EQ(json({"restore", summary["batchId"].get<std::string>(), "--yes"})["restoredCount"], 2);
+  EXPECT_EQ(contentOf(home.path("Stuff/a.pdf")), "one");
+  EXPECT_EQ(json({"organize", "Stuff", "--subfolders"})[0]["name"], "Papers/All");
+}
+
+TEST_F(OrganizeCommand, movesToAnotherFolderByType) {
+  const auto result = run({"organize", "Stuff", "--strategy", "type", "--destination", "Box", "--apply", "--yes"});
+  EXPECT_THAT(result.output, AllOf(HasSubstr("Moved 2 items into other folders."), HasSubstr("orvanectl restore ")));
+  EXPECT_EQ(contentOf(home.path("Box/PDF Files/a.pdf")), "one");
+  EXPECT_EQ(contentOf(home.path("Box/Folders/Sub/b.pdf")), "three");
+  EXPECT_THAT(run({"organize", "Stuff"}).output, StartsWith("There is nothing to organize in ~/Stuff."));
+}
+
+TEST_F(OrganizeCommand, namesMonthsInTheUsersLanguage) {
+  environment["LANG"] = environment["LC_ALL"] = "de_DE.UTF-8";
+  const std::vector<std::string> months{"Januar", "Februar", "März",      "April",   "Mai",      "Juni",
+                                        "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
+  const auto name = json({"organize", "Stuff", "--strategy", "date"})[0]["name"].get<std::string>();
+  EXPECT_EQ(name.substr(7), " (" + months[std::stoul(name.substr(5, 2)) - 1] + ")");
+}
+
+TEST_F(OrganizeCommand, asksAtATerminalAndTakesNoForAnAnswer) {
+  LiveProgram program(terminalSetup({"organize", "Stuff", "--apply"}));
+  program.waitForOutput("Move 2 items into other folders? [y/N] ");
+  program.send("n\n");
+  EXPECT_EQ(program.finish().exitStatus, 0);
+  EXPECT_TRUE(exists(home.path("Stuff/a.pdf")));
+
+  LiveProgram consenting(terminalSetup({"organize", "Stuff", "--apply"}));
+  consenting.waitForOutput("[y/N] ");
+  consenting.send("y\n");
+  EXPECT_EQ(consenting.finish().exitStatus, 0);
+  EXPECT_FALSE(exists(home.path("Stuff/a.pdf")));
+}
+
+struct Misuse {
+  const char* name;
+  std::vector<std::string> words;
+  int exitStatus;
+  const char* message;
+};
+void PrintTo(const Misuse& misuse, std::ostream* out) {
+  *out << misuse.name;
+}
+class OrganizeMisuse : public OrganizeCommand, public testing::WithParamInterface<Misuse> {};
+
+TEST_P(OrganizeMisuse, changesNothing) {
+  auto words = GetParam().words;
+  words.insert(words.begin(), "organize");
+  const auto result = run(words);
+  EXPECT_EQ(result.exitStatus, GetParam().exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr(GetParam().message));
+  EXPECT_TRUE(exists(home.path("Stuff/a.pdf")));
+  EXPECT_FALSE(exists(home.path("Stuff/Organized")));
+}
+INSTANTIATE_TEST_SUITE_P(
+    Words, OrganizeMisuse,
+    testing::Values(
+        Misuse{"no folder", {}, 2, "FOLDER"}, Misuse{"no consent", {"Stuff", "--apply"}, 2, "--yes"},
+        Misuse{"unknown strategy", {"Stuff", "--strategy", "size"}, 2, "size"},
+        Misuse{"missing folder", {"Missing"}, 1, "No such file"},
+        Misuse{"the home folder", {".", "--apply", "--yes"}, 1, "denied"},
+        Misuse{"a system folder", {"/etc", "--apply", "--yes"}, 1, "denied"},
+        Misuse{"unknown group", {"Stuff", "--rename", "x=y"}, 2, "there is no group 'x'"},
+        Misuse{"no equals sign", {"Stuff", "--rename", "x"}, 2, "OLD=NEW"},
+        Misuse{"empty name", {"Stuff", "--apply", "--yes", "--rename", "Documents/PDFs= "}, 2, "no name for a folder"},
+        Misuse{"a name that climbs",
+               {"Stuff", "--apply", "--yes", "--rename", "Documents/PDFs=../../x"},
+               2,
+               "no name for a folder"},
+        Misuse{"a destination of the system",
+               {"Stuff", "--apply", "--yes", "--destination", "/etc/orvane"},
+               1,
+               "denied"}));
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,91 @@
+#include "tests/cli/OrvanectlFixture.h"
+#include "tests/support/LocalServer.h"
+
+namespace orvane::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class TidyCommand : public Orvanectl {
+ public:
+  TidyCommand() { home.folder("Downloads"); }
+  // New here, and last changed before the settle time.
+  std::string arrive(const std::string& name) const {
+    const auto path = home.file("Downloads/" + name);
+    setAge(path, 300);
+    return path;
+  }
+};
+
+TEST_F(TidyCommand, showsAndChangesSettings) {
+  EXPECT_EQ(json({"tidy", "show"})["folderPaths"][1], home.path("Downloads"));
+  EXPECT_EQ(json({"tidy", "enable"})["isEnabled"], true);
+  EXPECT_EQ(json({"tidy", "disable"})["isEnabled"], false);
+  home.folder("a");
+  home.folder("b");
+  const auto settings = json({"tidy", "set", "--days", "30", "--folder", "a", "--folder", "b", "--ai-topics", "off"});
+  EXPECT_EQ(settings["recentsDays"], 30);
+  EXPECT_EQ(settings["folderPaths"], Json::array({home.path("a"), home.path("b")}));
+  EXPECT_EQ(settings["useAITopics"], false);
+  EXPECT_EQ(json({"tidy", "set", "--days", "1"})["folderPaths"].size(), 2U);
+  EXPECT_THAT(run({"tidy", "show"}).output,
+              AllOf(HasSubstr("Recent for        1 day\n"), HasSubstr("~/b"), HasSubstr("Last run          never")));
+  EXPECT_THAT(run({"tidy", "set", "--ai-topics", "on"}).output, HasSubstr("no model on this machine is set up"));
+}
+
+TEST_F(TidyCommand, refusesSettingsThatMakeNoSense) {
+  for (const Words& words : {Words{"--days", "0"}, Words{"--days", "31"}, Words{"--days", "3x"}, Words{"--days", ""},
+                             Words{"--folder", "missing"}, Words{"--folder", "/etc"}, Words{"--folder", "."},
+                             Words{"--ai-topics", "maybe"}, Words{}}) {
+    Words all{"tidy", "set"};
+    all.insert(all.end(), words.begin(), words.end());
+    EXPECT_EQ(run(all).exitStatus, 2) << testing::PrintToString(words);
+  }
+  EXPECT_EQ(json({"tidy", "show"})["recentsDays"], 3);
+}
+
+TEST_F(TidyCommand, runsAndComesBack) {
+  const auto path = arrive("new.pdf");
+  EXPECT_EQ(run({"tidy", "run"}).exitStatus, 2) << "nobody can be asked";
+  const auto report = json({"tidy", "run", "--yes"});
+  EXPECT_EQ(report["result"]["movedToRecents"], 1);
+  EXPECT_EQ(report["result"]["sorted"], 0);
+  EXPECT_EQ(report["statusMessage"], "Moved 1 new item to Recents and sorted 0. Undo anytime in History.");
+  EXPECT_TRUE(exists(home.path("Downloads/Recents/new.pdf")));
+  EXPECT_EQ(json({"restore", report["result"]["batchIDs"][0].get<std::string>(), "--yes"})["restoredCount"], 1);
+  EXPECT_TRUE(exists(path));
+  EXPECT_EQ(json({"tidy", "show"})["lastRunMovedCount"], 1);
+  EXPECT_THAT(run({"tidy", "run", "--yes"}).output, HasSubstr("orvanectl restore "));
+  EXPECT_EQ(run({"tidy", "run", "--yes"}).output, "Everything is tidy.\n");
+}
+
+TEST_F(TidyCommand, showsAtATerminalWhatItWillDoAndAsks) {
+  const auto path = arrive("new.pdf");
+  LiveProgram refused(terminalSetup({"tidy", "run"}));
+  refused.waitForOutput("Move 1 item? [y/N] ");
+  refused.send("n\n");
+  const auto result = refused.finish();
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_TRUE(exists(path));
+  EXPECT_EQ(json({"tidy", "show"}).contains("lastRunDate"), false);
+
+  LiveProgram consenting(terminalSetup({"tidy", "run"}));
+  consenting.waitForOutput("Recents (1 item");
+  consenting.waitForOutput("[y/N] ");
+  consenting.send("y\n");
+  EXPECT_EQ(consenting.finish().exitStatus, 0);
+  EXPECT_FALSE(exists(path));
+}
+
+TEST_F(TidyCommand, namesTheServersProblem) {
+  const LocalServer server([](const auto&) { return LocalServer::answer(200, "{}"); });
+  home.file(".config/orvane/preferences.json", "{\"OrvaneLocalModelEndpoint\":\"" + server.url() + "\"}");
+  EXPECT_THAT(run({"tidy", "show"}).output, HasSubstr("Topics            on\n"));
+  home.file(".config/orvane/preferences.json", R"({"OrvaneLocalModelEndpoint":"http://10.0.0.1"})");
+  EXPECT_THAT(run({"tidy", "show"}).output, HasSubstr("names may only be sent to this machine"));
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,242 @@
+#include "core/base/FileLock.h"
+#include "core/base/OpenFolder.h"
+#include "tests/support/AutoOrganizerFixture.h"
+
+#include <gmock/gmock.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+namespace orvane {
+namespace {
+
+namespace fs = std::filesystem;
+using test::contentOf;
+using test::exists;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::UnorderedElementsAre;
+
+class AutoOrganizerTest : public test::AutoOrganizerFixture {};
+
+TEST_F(AutoOrganizerTest, takesAFileThroughItsWeeks) {
+  arrive("report.pdf", 0);
+  arrive("old.zip", -40);
+  EXPECT_EQ(tidy(minute).result.sorted, 1);
+  EXPECT_THAT(files(), UnorderedElementsAre("report.pdf", "Sorted/Archives/old.zip")) << "it may still be changing";
+
+  auto report = tidy(2 * minute);
+  EXPECT_EQ(report.result.movedToRecents, 1);
+  EXPECT_EQ(report.result.sorted, 0);
+  EXPECT_THAT(report.result.batchIDs, SizeIs(1));
+  EXPECT_THAT(files(), UnorderedElementsAre("Recents/report.pdf", "Sorted/Archives/old.zip"));
+
+  // A day is 86,400 seconds, and the third has to be full.
+  EXPECT_EQ(tidy(3 - minute).result.totalMoved(), 0);
+  arrive("later.png", 3 - 5 * minute);
+  report = tidy(3);
+  EXPECT_EQ(report.result.movedToRecents, 1);
+  EXPECT_EQ(report.result.sorted, 1);
+  EXPECT_THAT(files(),
+              UnorderedElementsAre("Recents/later.png", "Sorted/Archives/old.zip", "Sorted/Documents/PDFs/report.pdf"));
+
+  tidy(10);
+  EXPECT_THAT(files(), UnorderedElementsAre("Sorted/Archives/old.zip", "Sorted/Documents/PDFs/report.pdf",
+                                            "Sorted/Media/Images/later.png"));
+  EXPECT_EQ(tidy(30).result.totalMoved(), 0) << "what is sorted is left alone";
+}
+
+TEST_F(AutoOrganizerTest, leavesAloneWhatIsNotItsBusiness) {
+  const std::set<std::string> left{"movie.mp4.crdownload",
+                                   "b.DOWNLOAD",
+                                   "c.part",
+                                   "d.partial",
+                                   "e.opdownload",
+                                   "f.tmp",
+                                   ".hidden.pdf",
+                                   "Keep As Is/kept.pdf",
+                                   "Sorted/loose.pdf",
+                                   "Organized/Other/x.pdf",
+                                   "old folder/inner.pdf"};
+  for (const auto& name : left) arrive(name, -10);
+  for (const auto* folder : {"Keep As Is", "Sorted", "Organized"})
+    touch(tree.path("Downloads/" + std::string(folder)), 0);
+  touch(tree.path("Downloads/old folder"), -10);
+  tree.link("Downloads/link.pdf", tree.file("Elsewhere/a.pdf"));
+  EXPECT_EQ(tidy(1).result.totalMoved(), 0);
+  auto expected = left;
+  expected.insert("link.pdf");
+  EXPECT_EQ(files(), expected);
+}
+
+TEST_F(AutoOrganizerTest, waitsForADownloadThatIsStillGrowing) {
+  arrive("film.mp4.part", 0, "1");
+  tidy(1);
+  fs::rename(tree.path("Downloads/film.mp4.part"), tree.path("Downloads/film.mp4"));
+  arrive("film.mp4", 1, "12");
+  EXPECT_EQ(tidy(1 + minute).result.totalMoved(), 0);
+  arrive("film.mp4", 1 + minute, "123");
+  EXPECT_EQ(tidy(1 + 2 * minute).result.totalMoved(), 0);
+  EXPECT_EQ(tidy(1 + 3 * minute).result.movedToRecents, 1);
+  EXPECT_EQ(contentOf(tree.path("Downloads/Recents/film.mp4")), "123");
+}
+
+TEST_F(AutoOrganizerTest, countsAgeFromTheLaterOfCreationAndModification) {
+  const auto path = arrive("copied.pdf", -100);
+  statusReader.created = FileTime{dayZero, 0};
+  EXPECT_EQ(organizer.age(FileUrl(path), day(2)), 2 * 86400);
+  EXPECT_EQ(tidy(2).result.movedToRecents, 1) << "it is old, but new here";
+  EXPECT_EQ(tidy(3).result.sorted, 1);
+  statusReader.created = FileTime{dayZero - 200 * 86400, 0};
+  EXPECT_EQ(organizer.age(FileUrl(arrive("x", -100)), day(0)), 100 * 86400);
+  EXPECT_EQ(organizer.age(tree.url("Downloads/missing"), day(0)), 0);
+}
+
+TEST_F(AutoOrganizerTest, foldersGoToRecentsAndThenStay) {
+  arrive("album/1.jpg", 0, "12345");
+  touch(tree.path("Downloads/album"), 0);
+  EXPECT_EQ(tidy(1).result.movedToRecents, 1);
+  EXPECT_EQ(journal->getRuns().front().totalBytes, 5);
+  touch(tree.path("Downloads/Recents/album"), 0);
+  EXPECT_EQ(tidy(20).result.totalMoved(), 0);
+  EXPECT_THAT(files(), ElementsAre("Recents/album/1.jpg"));
+}
+
+TEST_F(AutoOrganizerTest, numbersTakenNames) {
+  arrive("a.pdf", -10, "in Downloads");
+  arrive("Recents/a.pdf", -10, "in Recents");
+  arrive("Recents/b.pdf", 0, "older");
+  arrive("b.pdf", 1, "newer");
+  tidy(2);
+  EXPECT_EQ(contentOf(tree.path("Downloads/Sorted/Documents/PDFs/a.pdf")), "in Downloads");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Sorted/Documents/PDFs/a (1).pdf")), "in Recents");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Recents/b.pdf")), "older");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Recents/b (1).pdf")), "newer");
+}
+
+TEST_F(AutoOrganizerTest, undoesAWholePass) {
+  tree.folder("Desktop");
+  arrive("new.pdf", 0);
+  arrive("old.pdf", -10);
+  arrive("../Desktop/note.txt", -10);
+  arrive("Recents/aged.pdf", -5);
+  const auto before = files();
+  auto both = request(1);
+  both.folders.insert(both.folders.begin(), {tree.url("Desktop"), tree.url("missing")});
+  const auto report = organizer.run(both);
+  EXPECT_EQ(report.result.movedToRecents, 1);
+  EXPECT_EQ(report.result.sorted, 3);
+  EXPECT_THAT(report.result.batchIDs, SizeIs(2));
+  EXPECT_TRUE(exists(tree.path("Desktop/Sorted/Documents/Text & Notes/note.txt")));
+  for (const auto& id : report.result.batchIDs) EXPECT_THAT(journal->restoreRun(id).warnings, IsEmpty());
+  EXPECT_EQ(files(), before);
+  EXPECT_TRUE(exists(tree.path("Desktop/note.txt")));
+}
+
+TEST_F(AutoOrganizerTest, aFolderThatFailsDoesNotStopTheNext) {
+  tree.folder("Desktop");
+  arrive("../Desktop/old.pdf", -10);
+  tree.link("Desktop/Sorted", tree.folder("Elsewhere"));
+  arrive("old.pdf", -10);
+  auto both = request(0);
+  both.folders = {FileUrl("/etc"), tree.url("Desktop"), tree.url("Downloads")};
+  const auto report = organizer.run(both);
+  EXPECT_EQ(report.result.sorted, 1);
+  ASSERT_THAT(report.notMoved, SizeIs(1));
+  EXPECT_EQ(report.notMoved[0].result, MoveResult::refused);
+  EXPECT_TRUE(exists(tree.path("Desktop/old.pdf")));
+  EXPECT_TRUE(fs::is_empty(tree.path("Elsewhere")));
+}
+
+TEST_F(AutoOrganizerTest, sortsByTopicWhereTheModelNamesOne) {
+  arrive("tax 2020.pdf", -10);
+  arrive("plan.pdf", -10);
+  arrive("picture.png", -10);
+  arrive("new.pdf", 0);
+  arrive("Sorted/Travel/map.pdf", -10);
+  arrive("Sorted/Documents/PDFs/x.pdf", -10);
+  arrive("Sorted/Screenshots/x.png", -10);
+  model.reply = [](const auto&) { return R"({"tax 2020.pdf": "Taxes", "plan.pdf": "Travel"})"; };
+  EXPECT_EQ(tidy(1).result.sorted, 3) << "topics are not asked for";
+  EXPECT_THAT(model.prompts, IsEmpty());
+  journal->restoreRun(journal->getRuns().front().runId);
+
+  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, 3);
+  EXPECT_THAT(model.prompts,
+              ElementsAre("Existing folders: Travel\n\nItems:\n- picture.png\n- plan.pdf\n- tax 2020.pdf"));
+  EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Taxes/tax 2020.pdf")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Travel/plan.pdf")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Media/Images/picture.png")));
+}
+
+TEST_F(AutoOrganizerTest, noTopicLeavesSorted) {
+  const std::vector<std::string> topics{"..",     "../..",   "../../Elsewhere", "/etc",   ".ssh", "Documents",
+                                        "media",  "RECENTS", "Keep As Is",      "Sorted", ". .",  std::string(400, 'x'),
+                                        "Other/x"};
+  std::string reply = "{";
+  for (std::size_t i = 0; i < topics.size(); ++i) {
+    arrive(std::to_string(i) + ".pdf", -10);
+    reply += (i > 0 ? "," : "") + ("\"" + std::to_string(i) + ".pdf\": \"" + topics[i] + "\"");
+  }
+  model.reply = [&](const auto&) { return reply + "}"; };
+  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, static_cast<std::int64_t>(topics.size()));
+  std::set<std::string> folders;
+  for (const auto& file : files()) folders.insert(file.substr(0, file.rfind('/')));
+  EXPECT_THAT(folders, UnorderedElementsAre("Sorted/Documents/PDFs", "Sorted/Elsewhere", "Sorted/etc", "Sorted/ssh",
+                                            "Sorted/Other x"));
+}
+
+TEST_F(AutoOrganizerTest, leavesWhatChangedWhileTheModelWasThinking) {
+  arrive("a.pdf", -10);
+  arrive("b.pdf", -10);
+  model.reply = [&](const auto&) {
+    arrive("a.pdf", 1, "somebody saved it");
+    return R"({"a.pdf": "Taxes", "b.pdf": "Taxes"})";
+  };
+  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, 1);
+  EXPECT_THAT(files(), UnorderedElementsAre("a.pdf", "Sorted/Taxes/b.pdf"));
+}
+
+TEST_F(AutoOrganizerTest, twoRunsNeverOverlap) {
+  arrive("a.pdf", -10);
+  auto outer = request(1);
+  outer.approve = [&](auto proposals) {
+    EXPECT_THAT(proposals, SizeIs(1));
+    EXPECT_EQ(tidy(1).end, AutoOrganizeReport::End::busy);
+    EXPECT_THAT(files(), ElementsAre("a.pdf"));
+    return false;
+  };
+  EXPECT_EQ(organizer.run(outer).end, AutoOrganizeReport::End::declined);
+  EXPECT_THAT(files(), ElementsAre("a.pdf"));
+  {
+    // As another process holds it.
+    const auto lock = FileLock::acquire(tree.path("State/auto_organize.lock"));
+    EXPECT_EQ(tidy(1).end, AutoOrganizeReport::End::busy);
+  }
+  EXPECT_EQ(tidy(1).result.sorted, 1);
+}
+
+TEST_F(AutoOrganizerTest, aPassWithNothingToDoReadsTwoFoldersAndOpensNoFile) {
+  const auto fresh = arrive("fresh.pdf", 1);
+  const auto recent = arrive("Recents/new.pdf", 0);
+  arrive("Sorted/Documents/PDFs/x.pdf", -10);
+  arrive("old folder/deep/inner.pdf", -10);
+  touch(tree.path("Downloads/old folder"), -10);
+  model.reply = [](const auto&) { return "{}"; };
+
+  const FileDescriptor events(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  for (const auto& path : {fresh, recent, tree.path("Downloads/Sorted"), tree.path("Downloads/old folder")}) {
+    ASSERT_GE(::inotify_add_watch(events.get(), path.c_str(), IN_OPEN | IN_ACCESS), 0);
+  }
+  EXPECT_EQ(tidy(1 + minute, TopicUse::whenAvailable).result.totalMoved(), 0);
+  char buffer[4096];
+  EXPECT_EQ(::read(events.get(), buffer, sizeof buffer), -1) << "something was opened";
+  EXPECT_THAT(model.prompts, IsEmpty());
+}
+
+}  // namespace
+}  // namespace orvane

@@ -1,0 +1,254 @@
+#include "tests/support/OrganizerFixture.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+namespace orvane {
+namespace {
+
+using test::contentOf;
+using test::exists;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+using testing::UnorderedElementsAre;
+
+class Organizer : public test::OrganizerFixture {};
+
+TEST_F(Organizer, groupsAFoldersOwnEntriesByCategoryInCodePointOrder) {
+  tree.file("Downloads/b.pdf", "12345");
+  tree.file("Downloads/a.PDF", "123");
+  tree.file("Downloads/x.png");
+  tree.file("Downloads/noext");
+  tree.file("Downloads/.hidden.pdf");
+  tree.file("Downloads/Trip/photo.jpg", "1234");
+  tree.file("Downloads/Trip/.cache/more", "12");
+  tree.file("Downloads/PDFs/old.pdf");
+  tree.file("Downloads/PNG Files/old.png");
+  tree.file("Downloads/2024-05 (May)/old.png");
+  learned.rememberPreference("zip", "apples/Zip");
+
+  tree.file("Downloads/apples/kept.txt");
+  tree.file("Downloads/c.zip");
+
+  const auto groups = analyze();
+  EXPECT_THAT(namesOf(groups), ElementsAre("Documents/PDFs", "Media/Folders", "Media/Images", "Other", "apples/Zip"));
+  EXPECT_THAT(movesOf(groups), ElementsAre(Pair("Trip", "Downloads/Organized/Media/Folders/Trip"),
+                                           Pair("a.PDF", "Downloads/Organized/Documents/PDFs/a.PDF"),
+                                           Pair("b.pdf", "Downloads/Organized/Documents/PDFs/b.pdf"),
+                                           Pair("c.zip", "Downloads/Organized/apples/Zip/c.zip"),
+                                           Pair("noext", "Downloads/Organized/Other/noext"),
+                                           Pair("x.png", "Downloads/Organized/Media/Images/x.png")));
+  EXPECT_EQ(groups[0].totalSize(), 8);
+  EXPECT_EQ(groups[0].destinationFolder, tree.url("Downloads/Organized/Documents/PDFs"));
+  const auto& trip = groups[1].moves.front();
+  EXPECT_TRUE(trip.isDirectory && trip.isSelected);
+  EXPECT_EQ(trip.fileSize, 6) << "hidden files count in a folder's size";
+  EXPECT_EQ(trip.originalURL, tree.url("Downloads/Trip"));
+}
+
+TEST_F(Organizer, walksSubfoldersButKeepsProjectsAndBundlesWhole) {
+  tree.file("Downloads/a.pdf");
+  tree.file("Downloads/Sub/deep/x.mp3");
+  tree.file("Downloads/site/Package.json");
+  tree.file("Downloads/site/index.html");
+  tree.file("Downloads/repo/.git/HEAD");
+  tree.file("Downloads/Library.photoslibrary/originals/1.jpg");
+  tree.file("Downloads/Media/loose.png");        // a reserved folder is gone through
+  tree.file("Downloads/Media/Images/done.png");  // in place
+  tree.file("Downloads/Other/package.json");     // no project: its name is reserved
+  tree.file("Downloads/Folders/x/in.pdf");
+  tree.file("Downloads/Projects/y/in.pdf");
+  tree.file("Downloads/Keep As Is/z/in.pdf");
+  tree.file("Downloads/Sub/PDFs/in.pdf");
+  tree.file("Downloads/Sub/PDFs/unsorted/out.pdf");
+  tree.file("Downloads/.cache/in.pdf");
+
+  const auto moves = movesOf(analyze(Subfolders::include));
+  EXPECT_THAT(moves, UnorderedElementsAre(
+                         Pair("a.pdf", "Downloads/Organized/Documents/PDFs/a.pdf"),
+                         Pair("Sub/deep/x.mp3", "Downloads/Organized/Media/Audio/x.mp3"),
+                         Pair("site", "Downloads/Organized/Development/Projects/site"),
+                         Pair("repo", "Downloads/Organized/Development/Projects/repo"),
+                         Pair("Library.photoslibrary", "Downloads/Organized/Documents/Folders/Library.photoslibrary"),
+                         Pair("Media/loose.png", "Downloads/Organized/Media/Images/loose.png"),
+                         Pair("Other/package.json", "Downloads/Organized/Development/Source Code/package.json"),
+                         Pair("Sub/PDFs/unsorted/out.pdf", "Downloads/Organized/Documents/PDFs/out.pdf")));
+}
+
+TEST_F(Organizer, givesNoTwoProposalsOneTarget) {
+  tree.file("Downloads/a/x.pdf");
+  tree.file("Downloads/b/x.pdf");
+  tree.file("Downloads/c/x.pdf");
+  tree.file("Downloads/d/x (1).pdf");
+  tree.file("Downloads/Organized/Documents/PDFs/x (2).pdf");
+  const auto moves = movesOf(analyze(Subfolders::include));
+  const std::string to = "Downloads/Organized/Documents/PDFs/";
+  EXPECT_THAT(moves, ElementsAre(Pair("a/x.pdf", to + "x.pdf"), Pair("b/x.pdf", to + "x (1).pdf"),
+                                 Pair("c/x.pdf", to + "x (3).pdf"), Pair("d/x (1).pdf", to + "x (1) (1).pdf")));
+}
+
+TEST_F(Organizer, leavesWhatIsInItsPlaceAndNeverMovesAFolderIntoItself) {
+  tree.file("Downloads/Archives/x.zip");
+  tree.file("Downloads/Archives/y.pdf");
+  tree.file("Downloads/Other/z");
+  tree.file("Downloads/Media/Images/a.png");
+  const auto here = tree.url("Downloads");
+  EXPECT_THAT(engine.analyzeFolder(here, here, Subfolders::keepWhole, OrganizationStrategy::byCategory), IsEmpty());
+  EXPECT_THAT(movesOf(engine.analyzeFolder(here, here, Subfolders::include, OrganizationStrategy::byCategory)),
+              ElementsAre(Pair("Archives/y.pdf", "Downloads/Documents/PDFs/y.pdf")));
+  // A folder on the way to the destination stays, too.
+  EXPECT_THAT(movesOf(engine.analyzeFolder(here, tree.url("Downloads/Archives/deep/er"), Subfolders::keepWhole,
+                                           OrganizationStrategy::byType)),
+              UnorderedElementsAre(Pair("Media", "Downloads/Archives/deep/er/Folders/Media"),
+                                   Pair("Other", "Downloads/Archives/deep/er/Folders/Other")));
+  // Nor is a similar path taken for the same.
+  tree.file("Downs/x.zip");
+  EXPECT_THAT(engine.analyzeFolder(tree.url("Downs"), tree.url("Downs2"), Subfolders::keepWhole,
+                                   OrganizationStrategy::byCategory),
+              SizeIs(1));
+}
+
+TEST_F(Organizer, organizedTwiceProposesNothingMore) {
+  for (const auto* name : {"a.pdf", "b.png", "c", "Trip/d.txt", "e.zip"}) tree.file(std::string("Downloads/") + name);
+  for (const auto strategy : allOrganizationStrategies) {
+    const auto here = tree.url("Downloads");
+    const auto first = engine.analyzeFolder(here, here, Subfolders::keepWhole, strategy);
+    EXPECT_FALSE(first.empty());
+    engine.applyMoves(first, *journal, roots());
+    EXPECT_THAT(engine.analyzeFolder(here, here, Subfolders::keepWhole, strategy), IsEmpty());
+    journal->restoreRun(journal->getRuns().front().runId);
+  }
+}
+
+TEST_F(Organizer, leavesLinksAndSpecialFilesAlone) {
+  const auto outside = tree.file("Elsewhere/secret.pdf");
+  tree.link("Downloads/file.pdf", outside);
+  tree.link("Downloads/folder", tree.path("Elsewhere"));
+  ASSERT_EQ(::mkfifo(tree.path("Downloads/pipe.pdf").c_str(), 0600), 0);
+  EXPECT_THAT(analyze(), IsEmpty());
+  EXPECT_THAT(analyze(Subfolders::include), IsEmpty());
+}
+
+TEST_F(Organizer, keepsNamesThatAreNotUtf8) {
+  const std::string odd = "caf\xe9.pdf";
+  tree.file("Downloads/f\xff/" + odd, "bytes");
+  const auto groups = analyze(Subfolders::include);
+  ASSERT_THAT(groups, SizeIs(1));
+  EXPECT_EQ(groups[0].moves[0].sourceRelativePath, "f\xff/" + odd);
+  EXPECT_EQ(engine.applyMoves(groups, *journal, roots()).itemsProcessed, 1);
+  EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Documents/PDFs/" + odd)), "bytes");
+}
+
+TEST_F(Organizer, yieldsWhatCanBeRead) {
+  EXPECT_THAT(analyze(Subfolders::include, "Downloads/missing"), IsEmpty());
+  EXPECT_THAT(analyze(), IsEmpty());
+  tree.file("Downloads/a.pdf");
+  std::stop_source stopped;
+  stopped.request_stop();
+  EXPECT_THAT(engine.analyzeFolder(tree.url("Downloads"), std::nullopt, Subfolders::include,
+                                   OrganizationStrategy::byType, stopped.get_token()),
+              IsEmpty());
+}
+
+TEST_F(Organizer, findsEveryFileOfAHugeFolder) {
+  for (int i = 0; i < 5000; ++i) tree.file("Downloads/f" + std::to_string(i) + (i % 2 == 0 ? ".pdf" : ".png"), "x");
+  const auto groups = analyze();
+  ASSERT_THAT(groups, SizeIs(2));
+  EXPECT_THAT(groups[0].moves, SizeIs(2500));
+  EXPECT_EQ(groups[1].totalSize(), 2500);
+  EXPECT_TRUE(std::is_sorted(groups[0].moves.begin(), groups[0].moves.end(),
+                             [](const auto& a, const auto& b) { return a.sourceRelativePath < b.sourceRelativePath; }));
+}
+
+TEST_F(Organizer, aRenamedGroupIsRememberedForItsExtensions) {
+  tree.file("Downloads/bill.PDF");
+  tree.file("Downloads/note.txt");
+  tree.file("Downloads/Organized/Invoices/bill.PDF");
+  auto groups = analyze();
+  const auto before = groups;
+  const auto root = tree.url("Downloads/Organized");
+  EXPECT_EQ(engine.updateCategory(0, "  \n\t", groups, root), before);
+  EXPECT_EQ(engine.updateCategory(7, "x", groups, root), before);
+  EXPECT_EQ(engine.updateCategory(0, "../../Elsewhere", groups, root), before);
+  EXPECT_EQ(engine.updateCategory(0, "/", groups, root), before);
+  EXPECT_TRUE(preferences.values.empty());
+
+  groups = engine.updateCategory(0, " Invoices\n", groups, root);
+  EXPECT_EQ(groups[0].name, "Invoices");
+  EXPECT_EQ(groups[0].id, before[0].id);
+  EXPECT_EQ(groups[0].destinationFolder, tree.url("Downloads/Organized/Invoices"));
+  EXPECT_EQ(groups[0].moves[0].categoryName, "Invoices");
+  EXPECT_EQ(groups[0].moves[0].targetURL, tree.url("Downloads/Organized/Invoices/bill (1).PDF"));
+  EXPECT_EQ(groups[1], before[1]);
+
+  tree.file("Downloads/other.pdf");
+  tree.file("Downloads/Invoices/old.txt");  // made by the organizer, so left alone
+  EXPECT_THAT(movesOf(analyze()), ElementsAre(Pair("bill.PDF", "Downloads/Organized/Invoices/bill (1).PDF"),
+                                              Pair("note.txt", "Downloads/Organized/Documents/Text & Notes/note.txt"),
+                                              Pair("other.pdf", "Downloads/Organized/Invoices/other.pdf")));
+  EXPECT_TRUE(engine.isGeneratedFolder("Invoices"));
+  EXPECT_FALSE(engine.isGeneratedFolder("Documents"));
+}
+
+TEST_F(Organizer, groupsRenamedToOneNameShareNoTarget) {
+  tree.file("Downloads/a/x.pdf");
+  tree.file("Downloads/b/x.pdf");
+  tree.file("Downloads/c/y.txt");
+  auto groups = analyze(Subfolders::include);
+  const auto root = tree.url("Downloads/Organized");
+  auto twin = groups[0];
+  groups.push_back(twin);
+  groups = engine.updateCategory(0, "All", groups, root);
+  groups = engine.updateCategory(2, "All", groups, root);
+  std::set<FileUrl> targets;
+  for (const auto& move : groups[0].moves) targets.insert(move.targetURL);
+  for (const auto& move : groups[2].moves) targets.insert(move.targetURL);
+  EXPECT_THAT(targets, SizeIs(4));
+}
+
+TEST_F(Organizer, determinesTheCategoryOfOneItem) {
+  const auto shot = tree.file("Pictures/Screenshot.png");
+  tree.file("Downloads/box/main.py");
+  EXPECT_EQ(
+      engine.determineCategory(FileUrl(shot), ItemKind::file, tree.url("Pictures"), OrganizationStrategy::byCategory),
+      "Screenshots");
+  EXPECT_EQ(engine.determineCategory(tree.url("Downloads/box"), ItemKind::folder, tree.url("Downloads"),
+                                     OrganizationStrategy::byCategory),
+            "Development/Projects");
+}
+
+TEST_F(Organizer, discoversVisibleSubfoldersToADepth) {
+  for (const auto* name : {"b/c/d", "a", ".hidden/x", "App.app/Contents", "Sorted/x", "PDF Files", "b/Folders"}) {
+    tree.folder(std::string("Downloads/") + name);
+  }
+  tree.file("Downloads/file");
+  tree.link("Downloads/link", tree.path("Downloads/b"));
+  const auto found = [&](int depth) {
+    std::vector<std::string> result;
+    for (const auto& url : engine.discoverSubfolders(tree.url("Downloads"), depth)) {
+      result.push_back(url.path().substr(tree.path("Downloads/").size()));
+    }
+    return result;
+  };
+  EXPECT_THAT(found(0), IsEmpty());
+  EXPECT_THAT(found(1), ElementsAre("a", "b"));
+  EXPECT_THAT(found(2), ElementsAre("a", "b", "b/c"));
+  EXPECT_THAT(found(9), ElementsAre("a", "b", "b/c", "b/c/d"));
+}
+
+TEST_F(Organizer, sizesAllOfAFolder) {
+  tree.file("Downloads/a", "12");
+  tree.file("Downloads/.b/node_modules/c", "345");
+  tree.link("Downloads/d", tree.path("Downloads/a"));
+  EXPECT_EQ(FolderOrganizerEngine::fastFolderSize(tree.url("Downloads")), 5);
+  EXPECT_EQ(FolderOrganizerEngine::fastFolderSize(tree.url("missing")), 0);
+  EXPECT_EQ(FolderOrganizerEngine::resolveCollisionSafeTarget("a", tree.url("Downloads")), tree.url("Downloads/a (1)"));
+}
+
+}  // namespace
+}  // namespace orvane

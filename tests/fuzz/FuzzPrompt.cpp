@@ -1,0 +1,50 @@
+// Any request yields a plan of one step that is acceptable, or rejected for no other reason than that it names nothing.
+
+#include "core/base/Json.h"
+#include "core/base/RegularExpression.h"
+#include "core/base/UnicodeText.h"
+#include "core/plans/CleaningPlanSchema.h"
+#include "core/plans/OfflineHeuristicParser.h"
+#include "tests/fuzz/FuzzCheck.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+#include <variant>
+
+namespace orvane::fuzz {
+namespace {
+
+// An age or a size beyond 64 bits ends the process, as it has to.
+bool mayOverflow(std::string_view prompt) {
+  static const auto longNumber = RegularExpression::compile(R"(\d{9})");
+  return longNumber->firstMatch(lowercased(prompt)).has_value();
+}
+
+void run(std::string_view prompt) {
+  if (mayOverflow(prompt)) return;
+  const auto plan = OfflineHeuristicParser().parse(prompt);
+  check(plan.steps.size() == 1, "a plan has one step");
+  check(plan.userGoal == trimmed(prompt), "the goal is the request");
+  if (const auto fault = CleaningPlanSchema::firstFault(plan)) {
+    const bool isEmpty = std::holds_alternative<PlanValidationError::EmptyGoal>(fault->which());
+    const bool isBare = std::holds_alternative<PlanValidationError::InvalidFilterCriteria>(fault->which());
+    check(isEmpty || (isBare && plan.steps[0].action == PlannedAction::move), "only a bare request is rejected");
+  }
+  if (isValidUtf8(prompt)) {
+    check(CleaningPlan::decode(jsonText(plan.toJson())) == plan, "a plan reads back as it was");
+  }
+}
+
+}  // namespace
+}  // namespace orvane::fuzz
+
+extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
+  return ::setenv("HOME", "/home/fuzz", 1);
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  orvane::fuzz::run({reinterpret_cast<const char*>(data), size});
+  return 0;
+}
