@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cmath>
+#include <optional>
 #include <string_view>
 
 namespace orvane {
@@ -20,12 +21,33 @@ constexpr std::array units{
     Unit{"TB", 1e12, 2}, Unit{"PB", 1e15, 2}, Unit{"EB", 1e18, 2},
 };
 
+constexpr int mostFractionDigits = 2;
+
+icu::number::LocalizedNumberFormatter makeFormatter(int fractionDigits) {
+  return icu::number::NumberFormatter::withLocale(icu::Locale::getDefault())
+      .precision(icu::number::Precision::maxFraction(fractionDigits))
+      .roundingMode(UNUM_ROUND_HALFEVEN);
+}
+
+// Making one takes many times as long as using it, and a list shows two numbers a line.
+const icu::number::LocalizedNumberFormatter& formatterFor(int fractionDigits) {
+  struct Made {
+    icu::Locale locale;
+    std::optional<icu::number::LocalizedNumberFormatter> formatter;
+  };
+  thread_local std::array<Made, mostFractionDigits + 1> cache;
+  auto& made = cache.at(static_cast<std::size_t>(fractionDigits));
+  if (const auto& locale = icu::Locale::getDefault(); !made.formatter || made.locale != locale) {
+    made.formatter.emplace(makeFormatter(fractionDigits));
+    made.locale = locale;
+  }
+  return *made.formatter;
+}
+
 template <typename Number>
 std::string formatNumber(Number number, int fractionDigits) {
   UErrorCode status = U_ZERO_ERROR;
-  const auto text = icu::number::NumberFormatter::withLocale(icu::Locale::getDefault())
-                        .precision(icu::number::Precision::maxFraction(fractionDigits))
-                        .roundingMode(UNUM_ROUND_HALFEVEN);
+  const auto& text = formatterFor(fractionDigits);
   std::string result;
   if constexpr (std::is_integral_v<Number>) {
     text.formatInt(number, status).toString(status).toUTF8String(result);

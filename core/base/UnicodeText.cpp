@@ -97,6 +97,9 @@ int compareForDisplay(std::string_view left, std::string_view right) {
 }
 
 std::int64_t perceivedCharacterCount(std::string_view text) {
+  // Of the ASCII characters only a line's end in two of them makes one character.
+  const auto isAlone = [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '\r'; };
+  if (std::all_of(text.begin(), text.end(), isAlone)) return static_cast<std::int64_t>(text.size());
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::BreakIterator> iterator(
       icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));

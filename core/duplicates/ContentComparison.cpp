@@ -49,7 +49,8 @@ std::vector<ContentComparison::EqualFiles> ContentComparison::run() {
     auto& files = result.emplace_back(EqualFiles{*digest, {}});
     for (const auto& member : equal.members) files.indexes.push_back(member.index);
   }
-  return m_monitor.isStopped() ? std::vector<EqualFiles>() : result;
+  if (m_monitor.isStopped()) return {};
+  return result;
 }
 
 void ContentComparison::compareAll(Hashing hashing) {

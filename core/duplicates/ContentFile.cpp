@@ -46,6 +46,17 @@ std::optional<ContentFile> ContentFile::open(const std::string& path) noexcept {
   return result;
 }
 
+std::size_t ContentFile::readAtOnce(const std::string& path, std::span<std::byte> buffer) noexcept {
+  const auto file = openFile(path);
+  if (!file) return 0;
+  ssize_t count = -1;
+  do {
+    // What comes short of the buffer is the file's end: looking again for it would be one more call.
+    count = ::pread(file.get(), buffer.data(), buffer.size(), 0);
+  } while (count < 0 && errno == EINTR);
+  return count < 0 ? 0 : static_cast<std::size_t>(count);
+}
+
 bool ContentFile::isUnchanged() const noexcept {
   struct stat status {};
   return ::fstat(m_file.get(), &status) == 0 && ItemIdentity::of(fileStatusFrom(status)) == m_identity;

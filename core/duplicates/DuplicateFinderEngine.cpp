@@ -29,7 +29,8 @@ std::vector<DuplicateGroup> DuplicateFinderEngine::findDuplicates(const std::vec
   const std::lock_guard lock(m_mutex);
   SearchMonitor monitor(std::move(stop), progress);
   auto groups = mostWastedFirst(DuplicateSearch(m_validator, m_statusReader, monitor).run(folders, strategy));
-  return monitor.isStopped() ? std::vector<DuplicateGroup>() : groups;
+  if (monitor.isStopped()) return {};
+  return groups;
 }
 
 }  // namespace orvane

@@ -68,9 +68,10 @@ void forEachRun(const Elements& elements, IsSame isSame, Visit visit) {
 }  // namespace
 
 struct DuplicateSearch::BeginningReader {
-  std::string path;
+  explicit BeginningReader(const FoundFiles& found) : paths(found) {}
+  FoundPaths paths;
   Sha256 hash;
-  std::array<std::byte, beginningSize> buffer;
+  std::array<std::byte, beginningSize + 1> buffer;
 };
 
 std::vector<DuplicateGroup> DuplicateSearch::run(const std::vector<FileUrl>& folders, DuplicateKeepStrategy strategy) {
@@ -83,13 +84,19 @@ std::vector<DuplicateGroup> DuplicateSearch::run(const std::vector<FileUrl>& fol
   sortByBeginning();
   compareContents();
   if (m_monitor.isStopped()) return {};
+  // Makes room for the groups.
+  std::exchange(m_candidates, {});
+  std::exchange(m_digests, {});
 
   for (auto& files : m_result) std::sort(files.places.begin(), files.places.end());
   std::sort(m_result.begin(), m_result.end(),
             [](const auto& left, const auto& right) { return left.places.front() < right.places.front(); });
   std::vector<DuplicateGroup> groups;
   groups.reserve(m_result.size());
-  for (const auto& files : m_result) groups.push_back(groupOf(files, strategy));
+  for (auto& files : m_result) {
+    groups.push_back(groupOf(files, strategy));
+    files.places = {};
+  }
   return groups;
 }
 
@@ -145,9 +152,8 @@ void DuplicateSearch::keepOneNameOfEach() {
   std::erase_if(m_candidates, [&](const Candidate& candidate) { return filesIn[candidate.bucket] < 2; });
 }
 
-std::optional<ContentFile> DuplicateSearch::openFile(const Candidate& candidate, std::string& path) const {
-  m_found.pathInto(path, candidate.place);
-  auto file = ContentFile::open(path);
+std::optional<ContentFile> DuplicateSearch::openFile(const Candidate& candidate, FoundPaths& paths) const {
+  auto file = ContentFile::open(paths.of(candidate.place));
   if (!file) return std::nullopt;
   const auto& identity = file->identity();
   const bool isSame =
@@ -166,7 +172,7 @@ void DuplicateSearch::readBeginnings() {
   for (std::size_t i = 0; i < m_candidates.size(); ++i) m_candidates[i].digest = static_cast<std::uint32_t>(i);
   std::vector<Fate> fates(m_candidates.size(), Fate::dropped);
   m_monitor.forRanges(m_candidates.size(), filesPerTurn, [&](std::size_t first, std::size_t end) {
-    BeginningReader reader;
+    BeginningReader reader(m_found);
     for (std::size_t i = first; i < end && !m_monitor.isStopped(); ++i) {
       fates[i] = readBeginning(m_candidates[i], reader);
       m_monitor.settle(1, std::min(sizeOf(m_candidates[i]), HashUtility::partialSize));
@@ -176,16 +182,18 @@ void DuplicateSearch::readBeginnings() {
 }
 
 DuplicateSearch::Fate DuplicateSearch::readBeginning(Candidate& candidate, BeginningReader& reader) {
-  auto file = openFile(candidate, reader.path);
-  if (!file) return Fate::dropped;
-  const auto wanted = static_cast<std::size_t>(std::min(sizeOf(candidate), HashUtility::partialSize));
-  const auto bytes = std::span(reader.buffer).first(wanted);
-  if (file->read(0, bytes) < wanted) return Fate::dropped;
   if (!isWholeInBeginning(candidate)) {
+    auto file = openFile(candidate, reader.paths);
+    const auto bytes = std::span(reader.buffer).first(beginningSize);
+    if (!file || file->read(0, bytes) < bytes.size()) return Fate::dropped;
     candidate.fingerprint = fingerprintOf(bytes);
     return Fate::undecided;
   }
-  reader.hash.update(bytes);
+  // What another file with its name may hold by now is grouped by what it holds; a cleanup looks at all of it again.
+  const auto size = static_cast<std::size_t>(sizeOf(candidate));
+  const auto& path = reader.paths.of(candidate.place);
+  if (ContentFile::readAtOnce(path, std::span(reader.buffer).first(size + 1)) != size) return Fate::dropped;
+  reader.hash.update(std::span(reader.buffer).first(size));
   auto& digest = m_digests[candidate.digest];
   digest = reader.hash.finish();
   std::memcpy(&candidate.fingerprint, digest.data(), sizeof candidate.fingerprint);
@@ -240,9 +248,9 @@ std::int64_t DuplicateSearch::bytesOf(Unit unit) const {
 
 void DuplicateSearch::compareUnit(Unit unit) {
   std::vector<ContentComparison::Member> members;
-  std::string path;
+  FoundPaths paths(m_found);
   for (std::size_t i = unit.first; i < unit.first + unit.count; ++i) {
-    if (auto file = openFile(m_candidates[i], path)) {
+    if (auto file = openFile(m_candidates[i], paths)) {
       members.push_back({static_cast<std::uint32_t>(i), *std::move(file)});
     }
   }
@@ -265,8 +273,8 @@ void DuplicateSearch::hashUnit(Unit unit) {
   const auto all = std::span(m_candidates).subspan(unit.first, unit.count);
   std::vector<Fate> fates(unit.count, Fate::dropped);
   m_monitor.forRanges(unit.count, 1, [&](std::size_t i, std::size_t) {
-    std::string path;
-    auto file = openFile(all[i], path);
+    FoundPaths paths(m_found);
+    auto file = openFile(all[i], paths);
     const auto digest = file ? ContentComparison::digestOf(*file, sizeOf(all[i]), m_monitor) : std::nullopt;
     m_monitor.settle(1, 0);
     if (!digest) return;
@@ -300,8 +308,7 @@ void DuplicateSearch::groupByDigest(Unit unit) {
 
 FileItem DuplicateSearch::itemOf(FoundPlace place) const {
   const auto& file = m_found.file(place);
-  std::string path;
-  m_found.pathInto(path, place);
+  std::string path = FoundPaths(m_found).of(place);
   FileItem::Fields fields;
   fields.relativeStart = static_cast<std::uint32_t>(path.size() - m_found.name(place).size());
   fields.url = FileUrl(std::move(path));

@@ -62,7 +62,7 @@ class DuplicateSearch {
   void hashUnit(Unit unit);
   void groupByDigest(Unit unit);
   // The candidate's file; absent when it is not the one that was found any more.
-  [[nodiscard]] std::optional<ContentFile> openFile(const Candidate& candidate, std::string& path) const;
+  [[nodiscard]] std::optional<ContentFile> openFile(const Candidate& candidate, FoundPaths& paths) const;
   [[nodiscard]] std::int64_t bytesOf(Unit unit) const;
   [[nodiscard]] DuplicateGroup groupOf(const EqualFiles& files, DuplicateKeepStrategy strategy) const;
   [[nodiscard]] FileItem itemOf(FoundPlace place) const;

@@ -45,7 +45,7 @@ class ListFolder : public WorkStack::Task {
   ListFolder(Walk& walk, FoundFolder& folder, FolderPlace place)
       : m_walk(walk), m_folder(folder), m_place(std::move(place)) {}
 
-  void run(WorkStack& stack) override {
+  void run(WorkStack& stack) noexcept override {
     std::string path;
     m_folder.pathInto(path);
     if (path.size() > 1) path.pop_back();

@@ -54,9 +54,15 @@ std::string_view FoundFiles::name(FoundPlace place) const {
   return m_ordered[place.folder]->fileNames.c_str() + file(place).nameStart();
 }
 
-void FoundFiles::pathInto(std::string& path, FoundPlace place) const {
-  m_ordered[place.folder]->pathInto(path);
-  path.append(name(place));
+const std::string& FoundPaths::of(FoundPlace place) {
+  const auto* folder = m_files.folders()[place.folder];
+  if (m_folder != folder) {
+    folder->pathInto(m_path);
+    m_folder = folder;
+    m_prefix = m_path.size();
+  }
+  m_path.resize(m_prefix);
+  return m_path.append(m_files.name(place));
 }
 
 }  // namespace orvane
