@@ -18,6 +18,7 @@ FLOORS = [
     *(
         (f"core/{record}.*", 2, "records")
         for record in (
+            "localization/AppLanguage",
             "safety/AllowedRoots",
             "safety/JournalEntry",
             "safety/ManagedFolderType",

@@ -94,6 +94,24 @@ std::string programHelp() {
                      fmt::format("'{} COMMAND --help' tells more about a command.", programName));
 }
 
+std::vector<const CommandSpec*> commandsOfFamily(std::string_view family) {
+  std::vector<const CommandSpec*> result;
+  for (const auto* command : allCommands()) {
+    const auto& name = command->name;
+    const bool isOfFamily = name.starts_with(family) && name.substr(family.size()).starts_with(' ');
+    if (isOfFamily && command->visibility == Visibility::listed) result.push_back(command);
+  }
+  return result;
+}
+
+std::string familyHelp(std::string_view family) {
+  std::vector<Entry> commands;
+  for (const auto* command : commandsOfFamily(family)) commands.emplace_back(command->name, command->summary);
+  return fmt::format("Usage: {0} {1} COMMAND [OPTIONS] [ARGUMENTS]\n{2}\n{3}\n", programName, family,
+                     listed("Commands", commands),
+                     fmt::format("'{} {} COMMAND --help' tells more about a command.", programName, family));
+}
+
 std::string commandHelp(const CommandSpec& command) {
   const auto& arguments = command.arguments;
   std::vector<Entry> plain;

@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -40,6 +41,24 @@ bool isCommonSwitch(const std::string& word) {
          std::any_of(options.begin(), options.end(), [&](const OptionSpec& option) { return option.name == word; });
 }
 
+bool asksForHelp(std::span<const std::string> words) {
+  return std::any_of(words.begin(), words.end(), [](const auto& word) { return word == "--help" || word == "-h"; });
+}
+
+bool isCommand(std::string_view word) {
+  const auto commands = allCommands();
+  return std::any_of(commands.begin(), commands.end(), [&](const auto* command) { return command->name == word; });
+}
+
+std::string unknownCommand(std::span<const std::string> words) {
+  const auto family = commandsOfFamily(words[0]);
+  if (family.empty()) return fmt::format("there is no command '{}'", escapedForDisplay(words[0]));
+  std::vector<std::string_view> names;
+  names.reserve(family.size());
+  for (const auto* command : family) names.push_back(command->name.substr(words[0].size() + 1));
+  return fmt::format("'{}' takes a second word: {}", words[0], fmt::join(names, ", "));
+}
+
 // The command is the first word, or the first two, that are no options; options that every command takes may come
 // before it. Throws UsageError.
 Invocation commandIn(std::span<const std::string> words) {
@@ -57,7 +76,7 @@ Invocation commandIn(std::span<const std::string> words) {
     found = command;
     length = isTwoWords ? 2 : 1;
   }
-  if (found == nullptr) throw UsageError(fmt::format("there is no command '{}'", escapedForDisplay(words[0])));
+  if (found == nullptr) throw UsageError(unknownCommand(words));
   Invocation invocation{found, std::move(before)};
   words = words.subspan(length);
   invocation.words.insert(invocation.words.end(), words.begin(), words.end());
@@ -93,9 +112,12 @@ ExitStatus runCommand(const Invocation& invocation) {
 ExitStatus run(std::span<const std::string> words) {
   const auto optionsEnd = std::find(words.begin(), words.end(), "--");
   if (std::find(words.begin(), optionsEnd, "--version") != optionsEnd) return printed("orvanectl " ORVANE_VERSION "\n");
-  if (!words.empty() && std::all_of(words.begin(), words.end(), isCommonSwitch) &&
-      std::any_of(words.begin(), words.end(), [](const auto& word) { return word == "--help" || word == "-h"; })) {
-    return printed(programHelp());
+  if (asksForHelp(words)) {
+    const auto isPlain = [](const auto& word) { return !isCommonSwitch(word); };
+    const auto plain = std::find_if(words.begin(), words.end(), isPlain);
+    if (plain == words.end()) return printed(programHelp());
+    const bool isAlone = std::none_of(plain + 1, words.end(), isPlain);
+    if (isAlone && !commandsOfFamily(*plain).empty() && !isCommand(*plain)) return printed(familyHelp(*plain));
   }
   try {
     const auto invocation = commandIn(words);

@@ -1,6 +1,8 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
 #include "core/base/HomeFolder.h"
+#include "core/localization/LocalizationManager.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/organizer/AutoOrganizer.h"
 #include "core/organizer/CategoryPreferencesStore.h"
@@ -46,15 +48,25 @@ CategoryPreferencesStore& CategoryPreferencesStore::shared() {
   return store;
 }
 
+AppUninstallerEngine& AppUninstallerEngine::shared() {
+  static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
+  return engine;
+}
+
 FolderOrganizerEngine& FolderOrganizerEngine::shared() {
   static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(),
                                       PathValidator::shared());
   return engine;
 }
 
-AppUninstallerEngine& AppUninstallerEngine::shared() {
-  static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
-  return engine;
+ThreadSafeLanguageStore& ThreadSafeLanguageStore::shared() {
+  static ThreadSafeLanguageStore store;
+  return store;
+}
+
+LocalizationManager& LocalizationManager::shared() {
+  static LocalizationManager manager(systemPreferences(), ThreadSafeLanguageStore::shared(), environmentLocale());
+  return manager;
 }
 
 TopicCategorizerFactory& TopicCategorizerFactory::shared() {

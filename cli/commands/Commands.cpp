@@ -29,6 +29,7 @@ constexpr std::array commands{
     &appsListCommand,
     &appsLeftoversCommand,
     &appsUninstallCommand,
+    &stringsCommand,
     &internalCompletionsCommand,
     &internalManCommand,
 };

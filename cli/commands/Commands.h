@@ -24,6 +24,7 @@ extern const CommandSpec planRunCommand;
 extern const CommandSpec planValidateCommand;
 extern const CommandSpec restoreCommand;
 extern const CommandSpec scanCommand;
+extern const CommandSpec stringsCommand;
 extern const CommandSpec summaryCommand;
 extern const CommandSpec tidyDisableCommand;
 extern const CommandSpec tidyEnableCommand;

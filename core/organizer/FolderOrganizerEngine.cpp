@@ -195,7 +195,6 @@ FolderOrganizerEngine::Groups FolderOrganizerEngine::updateCategory(std::size_t 
 PlanExecution FolderOrganizerEngine::carryOut(std::span<const OrganizationCategoryGroup> groups, UndoJournal& journal,
                                               const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress,
                                               std::stop_token stop) {
-  const std::lock_guard lock(m_mutex);
   return carryOutOrganizing(groups, m_mover, m_validator, journal, allowedRoots, progress, std::move(stop));
 }
 

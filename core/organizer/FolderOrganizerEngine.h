@@ -10,7 +10,6 @@
 #include "core/safety/CleanupRun.h"
 
 #include <cstdint>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <stop_token>
@@ -63,7 +62,8 @@ class FolderOrganizerEngine {
 
   // Moves what is selected, in order, as one run. Nothing outside the allowed roots is touched, the destination folders
   // included. An item that fails stays where it is and the others go on; one that is gone, or in its place already, is
-  // passed over. One call at a time moves. `bytesReclaimed` is 0: moves free no space.
+  // passed over. Progress is told with no lock held: the mover and the
+  // journal keep runs apart that overlap. `bytesReclaimed` is 0: moves free no space.
   PlanExecution carryOut(std::span<const OrganizationCategoryGroup> groups, UndoJournal& journal,
                          const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
                          std::stop_token stop = {});
@@ -89,7 +89,6 @@ class FolderOrganizerEngine {
   CategoryPreferencesStore& m_preferences;
   TrashMover& m_mover;
   const PathValidator& m_validator;
-  std::mutex m_mutex;  // held while a run is carried out
 };
 
 }  // namespace orvane

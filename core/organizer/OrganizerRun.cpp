@@ -27,12 +27,11 @@ class Requests {
       if (canonicalFolderOf(move.originalURL) == destination) continue;
       outcomes.push_back({move.originalURL, MoveResult::refused, {}, move.fileSize, refusal});
       if (!refusal.empty()) continue;
-      MoveRequest request;
+      auto& request = requests.emplace_back();
       request.source = move.originalURL;
       request.fileSize = move.fileSize;
       request.destinationFolder = group.destinationFolder;
       request.timestamp = m_start;
-      requests.push_back(std::move(request));
       outcomeIndexes.push_back(outcomes.size() - 1);
     }
   }

@@ -160,7 +160,6 @@ std::vector<PlanMatchResult> PlanExecutor::dryRun(const CleaningPlan& plan, std:
 PlanExecution PlanExecutor::execute(std::span<const PlanMatchResult> matches, UndoJournal& journal,
                                     const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress,
                                     std::stop_token stop) {
-  const std::lock_guard lock(m_mutex);
   CleanupRun run(m_mover, journal, allowedRoots);
   PlanExecution execution;
   execution.summary.batchId = run.id();

@@ -6,7 +6,6 @@
 #include "core/safety/AllowedRoots.h"
 #include "core/safety/CleanupRun.h"
 
-#include <mutex>
 #include <span>
 #include <stop_token>
 #include <vector>
@@ -32,8 +31,8 @@ class PlanExecutor {
 
   // Carries out, in order, the results that are selected and may be carried out, as one run that can be undone. Nothing
   // outside the allowed roots is touched, a move's destination included. A file that fails is left where it is and the
-  // others go on; also a journal that cannot be written shows in the outcomes, and then nothing moves. One execution
-  // runs at a time.
+  // others go on; also a journal that cannot be written shows in the outcomes, and then nothing moves. Progress is
+  // told with no lock held: the mover and the journal keep executions apart that overlap.
   PlanExecution execute(std::span<const PlanMatchResult> matches, UndoJournal& journal,
                         const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
                         std::stop_token stop = {});
@@ -41,7 +40,6 @@ class PlanExecutor {
  private:
   TrashMover& m_mover;
   const PathValidator& m_validator;
-  std::mutex m_mutex;  // held while a run is carried out
 };
 
 }  // namespace orvane

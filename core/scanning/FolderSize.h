@@ -29,7 +29,7 @@ class FolderSize {
   explicit FolderSize(std::function<void()> whenComplete = {}) : m_whenComplete(std::move(whenComplete)) {}
   explicit FolderSize(Extent extent) : m_extent(extent) {}
 
-  // Of a whole tree at once, with as many threads as it is worth. A link at the path itself is followed.
+  // The whole of one tree at once, with as many threads as it is worth. A link at the path itself is followed.
   [[nodiscard]] static std::int64_t of(const std::string& path, Extent extent);
 
   // The task that reads `place`, the top of the tree, and makes the tasks for the rest. `held` and `stopped` must

@@ -23,7 +23,7 @@ std::optional<PropertyList> PropertyList::parse(std::string_view bytes) {
 }
 
 std::optional<std::string> PropertyList::text(const char* key) const {
-  const plist_t node = plist_dict_get_item(m_dictionary.get(), key);
+  auto* const node = plist_dict_get_item(m_dictionary.get(), key);
   if (node == nullptr || plist_get_node_type(node) != PLIST_STRING) return std::nullopt;
   std::uint64_t length = 0;
   const char* bytes = plist_get_string_ptr(node, &length);

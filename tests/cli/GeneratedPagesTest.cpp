@@ -40,7 +40,7 @@ TEST_F(GeneratedPages, manPageHasNoFaultsAndEveryCommand) {
 TEST_F(GeneratedPages, bashCompletesCommandsOptionsAndValues) {
   home.folder("typed/folder");
   home.file("typed/file");
-  EXPECT_EQ(offered("orvanectl s"), "scan summary ");
+  EXPECT_EQ(offered("orvanectl su"), "summary ");
   EXPECT_EQ(offered("orvanectl clean --d"), "--developer-caches --dry-run ");
   EXPECT_EQ(offered("orvanectl clean --category l"), "logs largeFiles ");
   EXPECT_EQ(offered("orvanectl scan f"), "folder ");

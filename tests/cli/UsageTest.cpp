@@ -53,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{"ask without a request", {"ask"}, "PROMPT is missing"},
         WrongUsage{"ask without quotes", {"ask", "delete", "logs"}, "'logs' is one argument too many"},
         WrongUsage{"an unknown provider", {"ask", "x", "--provider", "oracle"}, "offline_heuristic"},
-        WrongUsage{"plan without a verb", {"plan", "x"}, "there is no command 'plan'"},
+        WrongUsage{"plan without a verb", {"plan", "x"}, "'plan' takes a second word: validate, preview, run"},
         WrongUsage{"plan run with nobody to ask", {"plan", "run", "plan.json"}, "add --yes"},
         WrongUsage{"trash without a path", {"trash", "--yes"}, "PATH is missing"},
         WrongUsage{"trash of an empty path", {"trash", "--yes", ""}, "cannot be empty"},
@@ -74,6 +74,13 @@ TEST_F(Orvanectl, saysItsVersion) {
     EXPECT_EQ(run(words).output, "orvanectl 0.1.0\n");
   }
   EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(Orvanectl, helpsWithAFamilyOfCommands) {
+  const auto help = run({"plan", "--help"});
+  EXPECT_EQ(help.exitStatus, 0);
+  EXPECT_THAT(help.output, HasSubstr("plan preview"));
+  EXPECT_THAT(help.output, Not(HasSubstr("restore")));
 }
 
 TEST_F(Orvanectl, helpsWithEveryCommandItLists) {

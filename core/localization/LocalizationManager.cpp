@@ -1,0 +1,58 @@
+#include "core/localization/LocalizationManager.h"
+
+#include "core/base/Json.h"
+#include "core/localization/LocalizedStrings.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
+#include "core/platform/Preferences.h"
+
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+AppLanguage rememberedOr(const Preferences& preferences, std::string_view systemLocale) {
+  const auto stored = preferences.value(LocalizationManager::languageKey);
+  if (stored && stored->is_string()) {
+    if (const auto language = appLanguageFromRawValue(stored->get<std::string>())) return *language;
+  }
+  return appLanguageForLocale(systemLocale);
+}
+
+}  // namespace
+
+LocalizationManager::LocalizationManager(Preferences& preferences, ThreadSafeLanguageStore& store,
+                                         std::string_view systemLocale)
+    : m_preferences(preferences), m_store(store), m_currentLanguage(rememberedOr(preferences, systemLocale)) {
+  m_store.setCurrentLanguage(m_currentLanguage);
+}
+
+void LocalizationManager::setLanguage(AppLanguage language) {
+  m_store.setCurrentLanguage(language);
+  m_currentLanguage = language;
+  for (const auto& observer : m_observers) observer();
+  m_preferences.setValue(languageKey, Json(rawValue(language)));
+}
+
+std::string LocalizationManager::string(std::string_view key) const {
+  return std::string(LocalizedStrings::lookup(m_currentLanguage, key));
+}
+
+void LocalizationManager::observe(std::function<void()> whenChanged) {
+  m_observers.push_back(std::move(whenChanged));
+}
+
+std::string localized(std::string_view key) {
+  return std::string(LocalizedStrings::lookup(ThreadSafeLanguageStore::shared().currentLanguage(), key));
+}
+
+std::string environmentLocale() {
+  for (const char* name : std::array{"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && *value != '\0') return value;
+  }
+  return {};
+}
+
+}  // namespace orvane

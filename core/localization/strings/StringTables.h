@@ -1,0 +1,19 @@
+#pragma once
+
+#include "core/localization/LocalizedStrings.h"
+
+#include <array>
+#include <span>
+
+namespace orvane {
+
+// The tables, one file each. A new one is a function here and a line in stringTables().
+[[nodiscard]] std::span<const StringRow> shellStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> actionStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> figureStrings() noexcept;
+
+[[nodiscard]] inline std::array<std::span<const StringRow>, 3> stringTables() noexcept {
+  return {shellStrings(), actionStrings(), figureStrings()};
+}
+
+}  // namespace orvane

@@ -1,0 +1,97 @@
+#include "core/base/Json.h"
+#include "core/localization/LocalizationManager.h"
+#include "core/localization/LocalizedStrings.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
+#include "tests/support/MemoryPreferences.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <thread>
+
+namespace orvane {
+namespace {
+
+TEST(LocalizedStrings, holdEveryKeyOnceInEveryLanguage) {
+  std::set<std::string_view> seen;
+  for (const auto key : LocalizedStrings::keys()) {
+    EXPECT_TRUE(seen.insert(key).second) << key;
+    for (const auto language : allAppLanguages) {
+      const auto text = LocalizedStrings::translation(language, key);
+      EXPECT_TRUE(text && text->find_first_not_of(' ') != std::string_view::npos) << key << ' ' << rawValue(language);
+    }
+  }
+  EXPECT_GE(seen.size(), 45U);
+}
+
+// Where a text is left in English by oversight, it is the same as the English one.
+TEST(LocalizedStrings, areTranslated) {
+  const std::set<std::string_view> alike{"app.name"};
+  for (const auto key : LocalizedStrings::keys()) {
+    if (alike.contains(key)) continue;
+    const auto english = LocalizedStrings::translation(AppLanguage::en, key);
+    for (const auto language : {AppLanguage::ja, AppLanguage::ko, AppLanguage::zhHans, AppLanguage::zhHant}) {
+      EXPECT_NE(LocalizedStrings::translation(language, key), english) << key << ' ' << rawValue(language);
+    }
+  }
+}
+
+TEST(LocalizedStrings, fallBackToTheKey) {
+  EXPECT_EQ(LocalizedStrings::lookup(AppLanguage::fr, "nav.overview"), "Aperçu");
+  EXPECT_EQ(LocalizedStrings::lookup(AppLanguage::fr, "app.tagline"), "Désencombrez votre Mac sans aucun effort.");
+  EXPECT_EQ(LocalizedStrings::lookup(AppLanguage::fr, "no.such.key"), "no.such.key");
+}
+
+struct LocaleRow {
+  std::string_view locale;
+  AppLanguage language;
+};
+class LocaleTest : public testing::TestWithParam<LocaleRow> {};
+TEST_P(LocaleTest, choosesTheLanguage) {
+  EXPECT_EQ(appLanguageForLocale(GetParam().locale), GetParam().language);
+}
+INSTANTIATE_TEST_SUITE_P(Locales, LocaleTest,
+                         testing::Values(LocaleRow{"", AppLanguage::en}, LocaleRow{"C.UTF-8", AppLanguage::en},
+                                         LocaleRow{"pt_BR.UTF-8", AppLanguage::en}, LocaleRow{"de", AppLanguage::de},
+                                         LocaleRow{"de_AT.UTF-8@euro", AppLanguage::de},
+                                         LocaleRow{"ES-mx", AppLanguage::es}, LocaleRow{"zh_CN", AppLanguage::zhHans},
+                                         LocaleRow{"zh_TW.UTF-8", AppLanguage::zhHant},
+                                         LocaleRow{"zh-Hans-HK", AppLanguage::zhHans},
+                                         LocaleRow{"zh-hant", AppLanguage::zhHant},
+                                         LocaleRow{"eng_US", AppLanguage::en}, LocaleRow{"jap", AppLanguage::en}));
+
+TEST(LocalizationManager, remembersTheLanguageAndTellsOfIt) {
+  test::MemoryPreferences preferences;
+  ThreadSafeLanguageStore store;
+  {
+    LocalizationManager manager(preferences, store, "fr_FR.UTF-8");
+    EXPECT_EQ(manager.currentLanguage(), AppLanguage::fr);
+    std::string seen;
+    manager.observe([&] { seen = manager.string("nav.history"); });
+    manager.setLanguage(AppLanguage::ja);
+    EXPECT_EQ(seen, "履歴");
+    EXPECT_EQ(store.currentLanguage(), AppLanguage::ja);
+  }
+  EXPECT_EQ(LocalizationManager(preferences, store, "fr_FR.UTF-8").currentLanguage(), AppLanguage::ja);
+  preferences.setValue(LocalizationManager::languageKey, Json("xx"));
+  EXPECT_EQ(LocalizationManager(preferences, store, "fr_FR.UTF-8").currentLanguage(), AppLanguage::fr);
+}
+
+TEST(LocalizationManager, isReadWhileTheLanguageChanges) {
+  const auto german = std::string(LocalizedStrings::lookup(AppLanguage::de, "nav.overview"));
+  const auto korean = std::string(LocalizedStrings::lookup(AppLanguage::ko, "nav.overview"));
+  auto& store = ThreadSafeLanguageStore::shared();
+  store.setCurrentLanguage(AppLanguage::de);
+  std::jthread switching([&](const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+      store.setCurrentLanguage(AppLanguage::ko);
+      store.setCurrentLanguage(AppLanguage::de);
+    }
+  });
+  for (int i = 0; i < 2'000; ++i) EXPECT_THAT(localized("nav.overview"), testing::AnyOf(german, korean));
+}
+
+}  // namespace
+}  // namespace orvane
