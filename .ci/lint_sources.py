@@ -18,6 +18,9 @@ FLOORS = [
     *(
         (f"core/{record}.*", 2, "records")
         for record in (
+            "duplicates/DuplicateGroup",
+            "duplicates/DuplicateKeepStrategy",
+            "duplicates/DuplicateProgress",
             "localization/AppLanguage",
             "safety/AllowedRoots",
             "safety/JournalEntry",

@@ -20,6 +20,11 @@ std::string itemCount(std::int64_t count) {
   return fmt::format("{} {}", formatCount(count), count == 1 ? "item" : "items");
 }
 
+std::string movingText(std::size_t done, std::size_t total) {
+  return fmt::format("Moving to the Trash: {} of {}", formatCount(static_cast<std::int64_t>(done)),
+                     itemCount(static_cast<std::int64_t>(total)));
+}
+
 std::string trashQuestion(std::int64_t count, std::int64_t bytes) {
   return fmt::format("Move {} ({}) to the Trash?", itemCount(count), formatByteCount(bytes));
 }
@@ -72,13 +77,8 @@ RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunR
   {
     const auto stop = session.stop();
     ProgressLine line(session);
-    const auto progress = [&](std::size_t done, std::size_t total) {
-      line.update([&] {
-        return fmt::format("Moving to the Trash: {} of {}", formatCount(static_cast<std::int64_t>(done)),
-                           itemCount(static_cast<std::int64_t>(total)));
-      });
-    };
-    run = carryOut(progress, stop);
+    run = carryOut([&](std::size_t done, std::size_t total) { line.update([&] { return movingText(done, total); }); },
+                   stop);
   }
   reportJournalNotices();
   for (auto& outcome : run.outcomes) {
@@ -123,6 +123,10 @@ ExitStatus RunReport::print(Session& session) const {
   } else {
     session.out().line("Nothing was moved.");
   }
+  return exitStatus();
+}
+
+ExitStatus RunReport::exitStatus() const {
   if (isInterrupted) {
     Session::report("interrupted; what was not moved yet is where it was");
     return ExitStatus::interrupted;

@@ -34,9 +34,9 @@ struct RunReport {
 
   // The JSON document, or the summary for people with the command that undoes the run; failures go to standard error.
   ExitStatus print(Session& session) const;
-
- private:
   [[nodiscard]] Json toJson() const;
+  // How the command ends; says that it was interrupted, where it was.
+  [[nodiscard]] ExitStatus exitStatus() const;
 };
 
 // Moves the requests to the Trash as one run, showing progress. `failures` are those of items that were ruled out
@@ -52,6 +52,8 @@ struct CarriedOut {
 using CarryOut = std::function<CarriedOut(const CleanupRun::Progress& progress, std::stop_token stop)>;
 RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunReport::Failure> failures = {});
 
+// "Moving to the Trash: 512 of 1,000 items"
+[[nodiscard]] std::string movingText(std::size_t done, std::size_t total);
 // "1 item" or "1,234 items".
 [[nodiscard]] std::string itemCount(std::int64_t count);
 // "Move 12 items (3.4 GB) to the Trash?"

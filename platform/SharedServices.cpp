@@ -1,6 +1,8 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
 #include "core/base/HomeFolder.h"
+#include "core/duplicates/DuplicateCleaner.h"
+#include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
@@ -41,6 +43,16 @@ UndoJournal& UndoJournal::shared() {
 PlanExecutor& PlanExecutor::shared() {
   static PlanExecutor executor(TrashMover::shared(), PathValidator::shared());
   return executor;
+}
+
+DuplicateFinderEngine& DuplicateFinderEngine::shared() {
+  static DuplicateFinderEngine engine(PathValidator::shared(), systemFileStatusReader());
+  return engine;
+}
+
+DuplicateCleaner& DuplicateCleaner::shared() {
+  static DuplicateCleaner cleaner(TrashMover::shared(), UndoJournal::shared());
+  return cleaner;
 }
 
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {

@@ -11,6 +11,7 @@ constexpr std::array commands{
     &scanCommand,
     &cleanCommand,
     &trashCommand,
+    &duplicatesCommand,
     &historyCommand,
     &historyShowCommand,
     &restoreCommand,

@@ -13,6 +13,7 @@ extern const CommandSpec appsListCommand;
 extern const CommandSpec appsUninstallCommand;
 extern const CommandSpec askCommand;
 extern const CommandSpec cleanCommand;
+extern const CommandSpec duplicatesCommand;
 extern const CommandSpec explainCommand;
 extern const CommandSpec historyCommand;
 extern const CommandSpec historyShowCommand;

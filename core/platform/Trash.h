@@ -18,6 +18,9 @@ class Trash {
   // usable Trash.
   virtual std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary) = 0;
 
+  // Whether the item of that canonical path lies inside a Trash.
+  [[nodiscard]] virtual bool holds(const FileUrl& item) const = 0;
+
   // Decides how an item leaves the Trash for `destination`, whose folder exists. `trashed` is what planTrash() said.
   virtual std::unique_ptr<PendingMove> planTakeOut(const FileUrl& trashed, const FileUrl& destination) = 0;
 

@@ -41,7 +41,7 @@ class Group {
       entry.checksum = request.checksum;
       entry.action = request.destinationFolder ? JournalAction::moved : JournalAction::trashed;
       m_promised.insert(move->destination());
-      m_items.push_back({std::move(move), std::move(entry), BatchItem::State::planned, {}});
+      m_items.push_back({std::move(move), std::move(entry), BatchItem::State::planned, {}, request.lastCheck});
       m_outcomes.push_back(&outcome);
     } catch (const TrashError& error) {
       outcome.result = resultOf(error);

@@ -32,6 +32,9 @@ struct MoveRequest {
   std::optional<ItemIdentity> expectedIdentity;
   // When the journal is to say that it happened; the time of the move when absent.
   std::optional<Date> timestamp;
+  // A last look, taken right before the item moves, when everything else is ready; what std::runtime_error it throws
+  // says why the item is left alone. For what may change between the approval and the move.
+  std::function<void()> lastCheck;
 };
 
 enum class MoveResult : std::uint8_t {

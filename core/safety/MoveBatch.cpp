@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <exception>
+#include <stdexcept>
 
 namespace orvane {
 namespace {
@@ -40,7 +41,7 @@ class Batch {
     FolderSyncSet destinations;
     FolderSyncSet sources;
     forEach(State::planned, [&](BatchItem& item) {
-      if (m_stop.stop_requested()) {
+      if (m_stop.stop_requested() || !passesLastCheck(item)) {
         item.state = State::cancelled;
         item.move->abandon();
         return;
@@ -71,6 +72,16 @@ class Batch {
   }
 
  private:
+  // False when it was stopped meanwhile. Throws what the check throws.
+  bool passesLastCheck(const BatchItem& item) const {
+    try {
+      if (item.lastCheck) item.lastCheck();
+    } catch (const std::runtime_error&) {
+      if (!m_stop.stop_requested()) throw;
+    }
+    return !m_stop.stop_requested();
+  }
+
   template <typename Action>
   void forEach(State state, Action action) {
     for (auto& item : m_items) {

@@ -5,6 +5,7 @@
 #include "core/safety/JournalEntry.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -23,7 +24,8 @@ struct BatchItem {
 
   enum class State : std::uint8_t { planned, moved, failed, cancelled };
   State state = State::planned;
-  std::string error;  // when failed
+  std::string error;                // when failed
+  std::function<void()> lastCheck;  // right before the move; what it throws leaves the item where it is
 };
 
 // Most items that one batch takes: it holds up to two descriptors for each.

@@ -113,7 +113,7 @@ bool RunRestore::carryOut(std::span<const JournalEntry> entries, RunLog& log, st
     warnings[i] = std::move(attempt.warning);
     if (!attempt.move) continue;
     positions.push_back(i);
-    items.push_back({std::move(attempt.move), *std::move(attempt.entry), BatchItem::State::planned, {}});
+    items.push_back({std::move(attempt.move), *std::move(attempt.entry), BatchItem::State::planned, {}, {}});
   }
   const bool durable = items.empty() || carryOutBatch(items, log, stop);
   for (std::size_t i = 0; i < items.size(); ++i) {

@@ -134,4 +134,8 @@ void TrashMover::clearImmutableFlagIfNeeded(const FileUrl& url) noexcept {
   m_trash.clearImmutableFlag(url);
 }
 
+bool TrashMover::isInTrash(const FileUrl& url) const {
+  return m_trash.holds(FileUrl(canonicalPlace(url.path())));
+}
+
 }  // namespace orvane

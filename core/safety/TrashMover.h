@@ -32,6 +32,9 @@ class TrashMover {
   // Clears the user's lock on an item, if it has one; failures are ignored.
   void clearImmutableFlagIfNeeded(const FileUrl& url) noexcept;
 
+  // Whether the item lies inside a Trash, so that it is on its way out.
+  [[nodiscard]] bool isInTrash(const FileUrl& url) const;
+
   // For batches: validates and decides, and moves nothing yet. `lookups` is that of the batch. Throw TrashError.
   std::unique_ptr<PendingMove> planTrash(const FileUrl& url, const AllowedRoots& allowedRoots, FolderLookups& lookups);
   // Into `destinationFolder`, made where it is missing, under the item's name or the next free one. `isPromised` tells

@@ -3,6 +3,7 @@
 #include "core/base/PathText.h"
 #include "core/organizer/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
+#include "core/scanning/BlackHoleNames.h"
 #include "core/scanning/BundleNames.h"
 
 #include <algorithm>
@@ -15,19 +16,10 @@ namespace {
 // A chunk is handed on as soon as it is full, so that a huge folder neither fills the memory nor delays its findings.
 constexpr std::size_t entriesPerChunk = 1024;
 
-constexpr std::array<std::string_view, 10> blackHoleDirectoryNames{
-    "node_modules", ".git", "Pods", ".build", "DerivedData", ".gradle", ".cargo", "venv", ".venv", "vendor",
-};
-
 constexpr std::string_view applicationCachesName = "Caches";
 constexpr std::string_view applicationCachesFragment = "Library/Caches";
 constexpr std::array<std::string_view, 2> developerCacheFragments{"Library/Developer/Xcode/DerivedData",
                                                                   "Library/Developer/CoreSimulator/Caches"};
-
-bool isBlackHole(std::string_view name) noexcept {
-  return std::find(blackHoleDirectoryNames.begin(), blackHoleDirectoryNames.end(), name) !=
-         blackHoleDirectoryNames.end();
-}
 
 bool contains(std::string_view path, std::string_view fragment) noexcept {
   return path.find(fragment) != std::string_view::npos;
@@ -135,7 +127,7 @@ void FolderScan::examine(const char* name, FileType type, const DirectoryReader&
 void FolderScan::examineFolder(std::string_view name, const DirectoryReader& reader, const Rules& rules) {
   // A folder that is refused is no finding, but what it holds may be.
   if (rules.allowed.admits(name)) {
-    if (isBlackHole(name)) return note(name);
+    if (isBlackHoleName(name)) return note(name);
     const std::string path = joined(m_prefix, name);
     if (rules.isCachesFolder && contains(path, applicationCachesFragment)) return addWholeFolder(name, reader, rules);
     if (std::any_of(developerCacheFragments.begin(), developerCacheFragments.end(),

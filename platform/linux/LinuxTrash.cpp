@@ -40,6 +40,13 @@ bool isTopTrashName(std::string_view name) {
   return std::all_of(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
+bool isInTrash(std::string_view item, std::string_view homeTrash) {
+  for (auto rest = item; rest.size() > 1; rest = parentPath(rest)) {
+    if (isTopTrashName(lastComponent(rest))) return true;
+  }
+  return isSameOrInside(item, homeTrash);
+}
+
 // A Trash folder at a volume's top that belongs to this user and that nobody else may write to.
 FileDescriptor ownFolder(int parent, const std::string& name) {
   if (::mkdirat(parent, name.c_str(), 0700) == 0) {
@@ -90,15 +97,13 @@ std::string LinuxTrash::defaultHomeTrash() {
   return joinPath(standardizedPath(folder), "Trash");
 }
 
+bool LinuxTrash::holds(const FileUrl& item) const {
+  return isInTrash(item.path(), canonicalPath(m_homeTrash));
+}
+
 void LinuxTrash::refuseInTrash(const FileUrl& item) const {
   const std::string home = canonicalPath(m_homeTrash);
-  std::string_view rest = item.path();
-  bool inTopTrash = false;
-  while (rest.size() > 1) {
-    inTopTrash = inTopTrash || isTopTrashName(lastComponent(rest));
-    rest = parentPath(rest);
-  }
-  if (inTopTrash || isSameOrInside(item.path(), home)) {
+  if (isInTrash(item.path(), home)) {
     throw std::runtime_error(fmt::format("'{}' is in the Trash already.", escapedForDisplay(item.path())));
   }
   if (isSameOrInside(home, item.path())) {

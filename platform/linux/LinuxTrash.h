@@ -23,6 +23,7 @@ class LinuxTrash : public Trash {
   [[nodiscard]] static std::string defaultHomeTrash();
 
   std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary) override;
+  [[nodiscard]] bool holds(const FileUrl& item) const override;
   std::unique_ptr<PendingMove> planTakeOut(const FileUrl& trashed, const FileUrl& destination) override;
   [[nodiscard]] bool mayHold(const FileUrl& trashed, const FileUrl& original) noexcept override;
   void forget(const FileUrl& trashed) noexcept override;

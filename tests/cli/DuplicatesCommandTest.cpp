@@ -1,0 +1,143 @@
+#include "core/duplicates/DuplicateGroup.h"
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+
+class DuplicatesCommand : public Orvanectl {
+ public:
+  std::string download(std::string_view name, std::string_view content = "1234567") const {
+    return home.file("Downloads/" + std::string(name), content);
+  }
+};
+
+TEST_F(DuplicatesCommand, showsGroupsAsAPersonReadsThem) {
+  download("report.pdf");
+  download("report (1).pdf");
+  download("photo copy.jpg", std::string(100'000, 'p'));
+  home.file("Documents/photo.jpg", std::string(100'000, 'p'));
+  const auto result = run({"duplicates", "--keep", "shortest-path"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "");
+  EXPECT_EQ(result.output,
+            "2 copies of 100 KB each; 100 KB can be freed\n"
+            "  keep    ~/Documents/photo.jpg\n"
+            "  remove  ~/Downloads/photo copy.jpg\n"
+            "\n"
+            "2 copies of 7 bytes each; 7 bytes can be freed\n"
+            "  keep    ~/Downloads/report.pdf\n"
+            "  remove  ~/Downloads/report (1).pdf\n"
+            "\n"
+            "2 groups of identical files; 2 copies (100 KB) can go to the Trash.\n");
+  EXPECT_EQ(run({"duplicates", "Downloads/report.pdf"}).exitStatus, 1) << "no folder";
+  EXPECT_EQ(run({"duplicates", "Documents"}).output, "No duplicates were found.\n");
+  EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(DuplicatesCommand, writesTheGivenForm) {
+  download("a");
+  download("\xFF");
+  const auto groups = json({"duplicates", "Downloads"});
+  ASSERT_THAT(groups, SizeIs(1));
+  const auto group = DuplicateGroup::fromJson(groups[0]);
+  EXPECT_EQ(group.fileSize, 7);
+  ASSERT_THAT(group.items, SizeIs(2));
+  EXPECT_NE(group.items[0].isSelected(), group.items[1].isSelected());
+  EXPECT_EQ(json({"duplicates", home.folder("empty")}).dump(), "[]");
+}
+
+TEST_F(DuplicatesCommand, cleansAndBringsBack) {
+  download("a");
+  const auto copy = download("copy of a");
+  const auto result = run({"duplicates", "--clean", "--yes", "--keep", "shortest-path"});
+  EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  EXPECT_THAT(result.output, testing::StartsWith("Duplicate Cleanup\nCleaned 1 duplicate files, freeing 7 bytes.\n"));
+  EXPECT_FALSE(exists(copy));
+  EXPECT_EQ(contentOf(trashed("copy of a")), "1234567");
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(copy));
+  const auto done = json({"duplicates", "--clean", "--yes"});
+  EXPECT_EQ(done["itemsProcessed"], 1);
+  EXPECT_EQ(done["bytesReclaimed"], 7);
+  EXPECT_EQ(json({"duplicates", "--clean", "--yes"}).dump(),
+            R"({"runId":null,"itemsProcessed":0,"bytesReclaimed":0,"failures":[]})");
+}
+
+TEST_F(DuplicatesCommand, asksBeforeItChangesAnything) {
+  download("a");
+  download("copy of a");
+  const auto refused = run({"duplicates", "--clean"});
+  EXPECT_EQ(refused.exitStatus, 2);
+  EXPECT_THAT(refused.errors, HasSubstr("--yes"));
+  LiveProgram program(terminalSetup({"duplicates", "--clean", "--keep", "shortest-path"}));
+  program.waitForOutput("Move 1 item (7 bytes) to the Trash?");
+  program.send("n\n");
+  const auto answered = program.finish();
+  EXPECT_EQ(answered.exitStatus, 0);
+  EXPECT_THAT(answered.output, HasSubstr("keep    ~/Downloads/a"));
+  EXPECT_TRUE(isUntouched());
+  EXPECT_EQ(run({"duplicates", "--keep", "newest"}).exitStatus, 2);
+}
+
+TEST_F(DuplicatesCommand, leavesFilesThatItMayNotRead) {
+  download("a");
+  download("b");
+  const auto secret = download("secret");
+  ASSERT_EQ(::chmod(secret.c_str(), 0), 0);
+  ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
+  auto setup = this->setup({"duplicates", "Downloads", "--json"});
+  if (::geteuid() == 0) setup.user = LiveProgram::User::nobody;
+  const auto result = LiveProgram(setup).finish();
+  EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  EXPECT_THAT(result.output, Not(HasSubstr("secret")));
+  EXPECT_THAT(parseJson(result.output)[0]["items"], SizeIs(2));
+}
+
+TEST_F(DuplicatesCommand, namesWhatFailed) {
+  const auto first = download("a");
+  download("copy of a");
+  // The Trash cannot be made.
+  home.file(".local", "in the way");
+  const auto result = run({"duplicates", "--clean", "--yes", "--keep", "shortest-path"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, HasSubstr("Failed to trash duplicate " + home.path("Downloads/copy of a") + ": "));
+  EXPECT_THAT(result.output, HasSubstr("Cleaned 0 duplicate files, freeing Zero KB."));
+  EXPECT_TRUE(exists(first));
+}
+
+TEST_F(DuplicatesCommand, isInterrupted) {
+  home.sparseFile("Downloads/one", 1'000'000'000'000);
+  home.sparseFile("Downloads/two", 1'000'000'000'000);
+  LiveProgram program(terminalSetup({"duplicates", "Downloads"}));
+  program.waitForOutput("Comparing contents: 2 files");
+  program.signal(SIGINT);
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 130);
+  EXPECT_THAT(result.output, HasSubstr("interrupted; nothing was changed"));
+}
+
+TEST_F(DuplicatesCommand, keepsOneCopyWhenTwoCleanAtOnce) {
+  constexpr int pairs = 40;
+  for (int i = 0; i < pairs; ++i) {
+    download(std::to_string(i), "content " + std::to_string(i));
+    download("copy of " + std::to_string(i), "content " + std::to_string(i));
+  }
+  LiveProgram one(setup({"duplicates", "--clean", "--yes", "--keep", "shortest-path"}));
+  LiveProgram two(setup({"duplicates", "--clean", "--yes", "--keep", "oldest"}));
+  static_cast<void>(one.finish());
+  static_cast<void>(two.finish());
+  for (int i = 0; i < pairs; ++i) {
+    const auto name = std::to_string(i);
+    EXPECT_NE(exists(home.path("Downloads/" + name)), exists(home.path("Downloads/copy of " + name))) << i;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,380 @@
+#include "core/duplicates/DuplicateFinderEngine.h"
+#include "core/duplicates/HashUtility.h"
+#include "core/safety/PathValidator.h"
+#include "platform/linux/LinuxFileStatusReader.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fcntl.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <random>
+#include <set>
+#include <sstream>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using Sets = std::set<std::set<std::string>>;
+
+// Reads the true status, and then lets something happen to the file.
+class MeddlingStatusReader : public FileStatusReader {
+ public:
+  [[nodiscard]] std::optional<FileStatus> read(int folder, const char* name) const noexcept override {
+    auto status = m_reader.read(folder, name);
+    if (afterwards) afterwards(name);
+    if (status && createdSeconds.contains(name)) status->created = FileTime{createdSeconds.at(name), 0};
+    return status;
+  }
+  std::function<void(const std::string& name)> afterwards;
+  std::map<std::string, std::int64_t> createdSeconds;
+
+ private:
+  LinuxFileStatusReader m_reader;
+};
+
+class DuplicateFinder : public testing::Test {
+ public:
+  std::vector<DuplicateGroup> find(const std::vector<std::string>& roots = {""},
+                                   DuplicateKeepStrategy strategy = DuplicateKeepStrategy::keepOldest) {
+    std::vector<FileUrl> folders;
+    for (const auto& root : roots) folders.push_back(tree.url(root));
+    return engine.findDuplicates(folders, strategy);
+  }
+  // Paths below the tree.
+  std::vector<std::string> pathsOf(const DuplicateGroup& group) {
+    std::vector<std::string> result;
+    for (const auto& item : group.items) result.push_back(item.url().path().substr(tree.path().size() + 1));
+    return result;
+  }
+  Sets setsOf(const std::vector<DuplicateGroup>& groups) {
+    Sets result;
+    for (const auto& group : groups) {
+      const auto paths = pathsOf(group);
+      result.emplace(paths.begin(), paths.end());
+    }
+    return result;
+  }
+  std::vector<std::string> kept(const std::vector<DuplicateGroup>& groups) {
+    std::vector<std::string> result;
+    for (const auto& group : groups) {
+      for (const auto& item : group.items) {
+        if (!item.isSelected()) result.emplace_back(item.relativePath());
+      }
+    }
+    return result;
+  }
+
+  TemporaryTree tree;
+  PathValidator validator{tree.path()};
+  MeddlingStatusReader statusReader;
+  DuplicateFinderEngine engine{validator, statusReader};
+};
+
+TEST_F(DuplicateFinder, describesEachCopy) {
+  const auto first = tree.file("one/same.txt", "hello");
+  setAge(first, 1000);
+  tree.file("one/other.txt", "hallo");
+  tree.file("two/same copy.txt", "hello");
+  const auto groups = find();
+  ASSERT_EQ(groups.size(), 1U);
+  EXPECT_EQ(groups[0].fileSize, 5);
+  EXPECT_EQ(groups[0].hash, *HashUtility::computeFullHash(FileUrl(first)));
+  EXPECT_THAT(pathsOf(groups[0]), UnorderedElementsAre("one/same.txt", "two/same copy.txt"));
+  for (const auto& item : groups[0].items) {
+    const auto status = *LinuxFileStatusReader().read(AT_FDCWD, item.url().path().c_str());
+    EXPECT_EQ(item.relativePath(), item.url().lastPathComponent());
+    EXPECT_EQ(item.fileSize(), 5);
+    EXPECT_EQ(item.createdDate(), status.created->date());
+    EXPECT_EQ(item.lastModifiedDate(), status.modified.date());
+    EXPECT_EQ(item.lastOpenedDate(), std::nullopt);
+    EXPECT_EQ(item.category(), ScanCategory::duplicates);
+    EXPECT_EQ(item.riskLabel(), RiskLabel::review);
+    EXPECT_FALSE(item.isCloudPlaceholder());
+  }
+}
+
+TEST_F(DuplicateFinder, keepsByStrategy) {
+  tree.file("aaa", "x");
+  tree.file("bbbb", "x");
+  tree.file("sub/c", "x");
+  statusReader.createdSeconds = {{"aaa", 300}, {"bbbb", 200}, {"c", 200}};
+  EXPECT_THAT(kept(find()), ElementsAre("bbbb")) << "the first found of two of one age";
+  EXPECT_THAT(kept(find({""}, DuplicateKeepStrategy::keepShortestPath)), ElementsAre("aaa"));
+  EXPECT_EQ(find()[0].selectedWastedBytes(), 2);
+}
+
+TEST_F(DuplicateFinder, ordersByWastedBytesAndThenByDiscovery) {
+  for (const char* name : {"a1", "a2"}) tree.sparseFile(std::string("big/") + name, 10'000'000);
+  for (const char* name : {"b1", "b2", "b3", "b4", "b5"}) tree.sparseFile(name, 1'000'000);
+  for (const char* name : {"c1", "c2", "c3", "c4", "c5"})
+    tree.file(std::string("d/") + name, std::string(1'000'000, 'c'));
+  const auto groups = find();
+  ASSERT_EQ(groups.size(), 3U);
+  EXPECT_EQ(groups[0].selectedWastedBytes(), 10'000'000);
+  EXPECT_EQ(groups[1].items[0].relativePath().substr(0, 1), "b");
+  EXPECT_EQ(groups[2].items[0].relativePath().substr(0, 1), "c");
+}
+
+struct Place {
+  const char* path;
+  bool isSearched;
+};
+
+class Searches : public DuplicateFinder, public testing::WithParamInterface<Place> {};
+
+TEST_P(Searches, whereItIsTold) {
+  tree.file("root/reference", "content");
+  tree.file(std::string("root/") + GetParam().path, "content");
+  EXPECT_EQ(find({"root"}).size(), GetParam().isSearched ? 1U : 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Places, Searches,
+    testing::Values(Place{"plain/deep/er/file", true}, Place{".hidden", false}, Place{".hidden folder/file", false},
+                    Place{"node_modules/file", false}, Place{"Node_Modules/file", true}, Place{"a/Pods/b/file", false},
+                    Place{"DerivedData/file", false}, Place{"venv/file", false}, Place{"vendor/file", false},
+                    Place{".git/file", false}, Place{"vendors/file", true}, Place{"My.photoslibrary/file", false},
+                    Place{"Some.app/Contents/file", false}, Place{"vendor", true}, Place{".photo.jpg.icloud", false},
+                    Place{"Library/Caches/file", true}, Place{"two..dots", false}, Place{"\xFF\xFE name", true}));
+
+TEST_F(DuplicateFinder, skipsRootsOfCachesAndDevelopers) {
+  for (const char* folder : {"Library/Caches", "Library/Developer/x", "Library/Other", "Music"}) {
+    tree.file(std::string(folder) + "/a", folder);
+    tree.file(std::string(folder) + "/b", folder);
+  }
+  EXPECT_EQ(setsOf(find({"Library/Caches", "Library/Developer/x", "Library/Other", "missing", "Music"})),
+            (Sets{{"Library/Other/a", "Library/Other/b"}, {"Music/a", "Music/b"}}));
+  EXPECT_THAT(engine.findDuplicates({FileUrl(), tree.url("Music/a")}, DuplicateKeepStrategy::keepOldest), IsEmpty());
+}
+
+TEST_F(DuplicateFinder, takesOneFileForOneHoweverOftenItIsListed) {
+  const auto file = tree.file("a/file", "content");
+  std::filesystem::create_hard_link(file, tree.path("a/second name"));
+  tree.link("a/link", "file");
+  tree.link("link to folder", "a");
+  EXPECT_THAT(find({"", "a", "a", "link to folder"}), IsEmpty());
+  tree.file("b/copy", "content");
+  const auto groups = find({"b", "", "a"});
+  ASSERT_EQ(groups.size(), 1U);
+  EXPECT_EQ(groups[0].items.size(), 2U);
+  EXPECT_EQ(pathsOf(groups[0])[0], "b/copy");
+}
+
+TEST_F(DuplicateFinder, neverGroupsEmptyFiles) {
+  tree.file("a", "");
+  tree.file("b", "");
+  EXPECT_THAT(find(), IsEmpty());
+}
+
+TEST_F(DuplicateFinder, isNotHeldUpByWhatIsNoFile) {
+  ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo(tree.path("pipe2").c_str(), 0600), 0);
+  tree.file("a", "x");
+  tree.file("b", "x");
+  EXPECT_EQ(setsOf(find()), (Sets{{"a", "b"}}));
+}
+
+TEST_F(DuplicateFinder, findsManyFilesThatDifferLate) {
+  constexpr int count = 300;
+  const std::string beginning(17'000, 'x');
+  for (int i = 0; i < count; ++i) tree.file("file " + std::to_string(i), beginning + std::to_string(1000 + i / 3));
+  const auto groups = find();
+  EXPECT_EQ(groups.size(), count / 3U);
+  for (const auto& group : groups) EXPECT_EQ(group.items.size(), 3U);
+}
+
+struct Change {
+  const char* name;
+  void (*apply)(const std::string& path);
+};
+
+class ChangesDuringTheSearch : public DuplicateFinder, public testing::WithParamInterface<Change> {};
+
+TEST_P(ChangesDuringTheSearch, leaveTheFileOut) {
+  const std::string small(1000, 's');
+  const std::string large(100'000, 'l');
+  for (const char* name : {"s1", "s2", "changing small"}) tree.file(name, small);
+  for (const char* name : {"l1", "l2", "changing large"}) tree.file(name, large);
+  statusReader.afterwards = [&](const std::string& name) {
+    if (name.starts_with("changing")) GetParam().apply(tree.path(name));
+  };
+  EXPECT_EQ(setsOf(find()), (Sets{{"s1", "s2"}, {"l1", "l2"}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Changes, ChangesDuringTheSearch,
+    testing::Values(Change{"shrinks", [](const std::string& path) { std::filesystem::resize_file(path, 10); }},
+                    Change{"grows", [](const std::string& path) { std::ofstream(path, std::ios::app) << "more"; }},
+                    Change{"vanishes", [](const std::string& path) { std::filesystem::remove(path); }},
+                    Change{"becomes another",
+                           [](const std::string& path) {
+                             std::filesystem::copy_file(path, path + ".new");
+                             std::filesystem::rename(path + ".new", path);
+                           }},
+                    Change{"becomes a pipe",
+                           [](const std::string& path) {
+                             std::filesystem::remove(path);
+                             ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+                           }},
+                    Change{"becomes a link",
+                           [](const std::string& path) {
+                             std::filesystem::rename(path, path + ".moved");
+                             std::filesystem::create_symlink(path + ".moved", path);
+                           }}),
+    [](const auto& test) {
+      std::string name = test.param.name;
+      std::replace(name.begin(), name.end(), ' ', '_');
+      return name;
+    });
+
+constexpr std::int64_t terabyte = 1'000'000'000'000;
+
+void writeAt(const std::string& path, std::int64_t offset, std::string_view text) {
+  const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  ASSERT_EQ(::pwrite(file, text.data(), text.size(), offset), static_cast<ssize_t>(text.size()));
+  ::close(file);
+}
+
+TEST_F(DuplicateFinder, tellsHugeFilesOfNothingApartWithoutReadingThem) {
+  tree.sparseFile("middle", terabyte);
+  writeAt(tree.path("middle"), terabyte / 2, "x");
+  tree.sparseFile("end", terabyte);
+  writeAt(tree.path("end"), terabyte - 1, "x");
+  tree.sparseFile("nothing", terabyte);
+  EXPECT_THAT(find(), IsEmpty());
+}
+
+TEST_F(DuplicateFinder, comparesHolesWithZeros) {
+  constexpr std::int64_t size = 3'000'000;
+  const std::string content = std::string(1'000'000, '\0') + "data" + std::string(size - 1'000'004, '\0');
+  tree.file("written", content);
+  tree.sparseFile("sparse", size);
+  writeAt(tree.path("sparse"), 1'000'000, "data");
+  tree.sparseFile("empty", size);
+  const auto groups = find();
+  EXPECT_EQ(setsOf(groups), (Sets{{"written", "sparse"}}));
+  EXPECT_EQ(groups.at(0).hash, *HashUtility::computeFullHash(tree.url("written")));
+}
+
+TEST_F(DuplicateFinder, comesToNothingWhenStopped) {
+  tree.file("a", "x");
+  tree.file("b", "x");
+  std::stop_source stopped;
+  stopped.request_stop();
+  EXPECT_THAT(engine.findDuplicates({tree.url()}, DuplicateKeepStrategy::keepOldest, stopped.get_token()), IsEmpty());
+
+  // A digest of terabytes takes longer than anybody waits.
+  tree.sparseFile("one", terabyte);
+  tree.sparseFile("two", terabyte);
+  std::stop_source source;
+  DuplicateProgress last;
+  const auto groups =
+      engine.findDuplicates({tree.url()}, DuplicateKeepStrategy::keepOldest, source.get_token(), [&](const auto& told) {
+        last = told;
+        if (told.stage == DuplicateProgress::Stage::comparingContents) source.request_stop();
+      });
+  EXPECT_THAT(groups, IsEmpty());
+  EXPECT_EQ(last.filesFound, 4);
+  EXPECT_EQ(last.filesLeft, 2);
+  EXPECT_GT(last.bytesLeft, 0);
+}
+
+// Files of few sizes with few contents each, which differ at places where a shortcut would not look.
+class Corpus : public DuplicateFinder, public testing::WithParamInterface<unsigned> {
+ public:
+  void make() {
+    std::mt19937 random(GetParam());
+    const auto below = [&](std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random); };
+    const std::vector<std::size_t> sizes{1, 2, 4096, 16384, 16385, 32768, 32769, 131072, 131073, 300'000};
+    for (int i = 0; i < 400; ++i) {
+      const auto size = sizes[below(sizes.size())];
+      std::string content(size, 'a');
+      const std::vector<std::size_t> places{0, size - 1, size / 2, size / 3, std::min<std::size_t>(16384, size - 1)};
+      if (below(3) != 0) content[places[below(places.size())]] = static_cast<char>('b' + below(2));
+      const auto path = tree.file(
+          "f" + std::to_string(below(5)) + "/g" + std::to_string(below(5)) + "/" + std::to_string(i), content);
+      if (below(10) == 0) std::filesystem::create_hard_link(path, path + " link");
+    }
+  }
+  // Of two names of one file only one counts; which one is for each program to say.
+  Sets byFile(const Sets& sets) {
+    Sets result;
+    for (const auto& names : sets) {
+      std::set<std::string> files;
+      for (const auto& name : names) {
+        struct stat status {};
+        EXPECT_EQ(::stat(name.c_str(), &status), 0) << name;
+        files.insert(std::to_string(status.st_ino));
+      }
+      if (files.size() > 1) result.insert(files);
+    }
+    return result;
+  }
+  Sets ownSets() {
+    Sets result;
+    for (const auto& group : find()) {
+      auto& names = const_cast<std::set<std::string>&>(*result.insert({group.items[0].url().path()}).first);
+      for (const auto& item : group.items) names.insert(item.url().path());
+    }
+    return byFile(result);
+  }
+};
+
+TEST_P(Corpus, hasTheSameSetsAsForJdupes) {
+  make();
+  const auto result = runProgram({"jdupes", "-q", "-r", tree.path()});
+  ASSERT_EQ(result.exitStatus, 0) << result.errors;
+  Sets sets;
+  std::set<std::string> set;
+  std::istringstream lines(result.output);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.empty()) {
+      set.insert(line);
+    } else if (!set.empty()) {
+      sets.insert(std::exchange(set, {}));
+    }
+  }
+  if (!set.empty()) sets.insert(set);
+  ASSERT_GT(sets.size(), 10U);
+  EXPECT_EQ(ownSets(), byFile(sets));
+}
+
+TEST_P(Corpus, hasTheSameSetsAsForRdfind) {
+  make();
+  const TemporaryTree results;
+  const auto result = runProgram(
+      {"rdfind", "-dryrun", "true", "-checksum", "sha256", "-outputname", results.path("results"), tree.path()});
+  ASSERT_EQ(result.exitStatus, 0) << result.errors;
+  std::map<long, std::set<std::string>> byId;
+  std::istringstream lines(contentOf(results.path("results")));
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("DUPTYPE_")) continue;
+    std::istringstream fields(line);
+    std::string type, depth, size, device, inode, priority, name;
+    long id = 0;
+    fields >> type >> id >> depth >> size >> device >> inode >> priority;
+    std::getline(fields >> std::ws, name);
+    byId[std::abs(id)].insert(name);
+  }
+  Sets sets;
+  for (auto& [id, names] : byId) sets.insert(std::move(names));
+  ASSERT_GT(sets.size(), 10U);
+  EXPECT_EQ(ownSets(), byFile(sets));
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, Corpus, testing::Values(1U, 2U, 3U));
+
+}  // namespace
+}  // namespace orvane::test

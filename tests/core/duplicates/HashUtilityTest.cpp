@@ -1,0 +1,89 @@
+#include "core/base/Sha256.h"
+#include "core/duplicates/HashUtility.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <string>
+
+namespace orvane::test {
+namespace {
+
+constexpr auto emptyDigest = "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855";
+
+std::string digestOf(std::string_view text) {
+  Sha256 hash;
+  hash.update(std::as_bytes(std::span(text)));
+  return digestText(hash.finish());
+}
+
+// Every byte tells where it is.
+std::string pattern(std::size_t size) {
+  std::string text(size, '\0');
+  for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char>(i * 31 + i / 251);
+  return text;
+}
+
+TEST(Sha256, knowsPublishedDigests) {
+  EXPECT_EQ(digestOf(""), emptyDigest);
+  EXPECT_EQ(digestOf("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+  EXPECT_EQ(digestOf(std::string(1'000'000, 'a')), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+}
+
+TEST(Sha256, goesOnFromACopy) {
+  Sha256 hash;
+  hash.update(std::as_bytes(std::span(std::string_view("ab"))));
+  Sha256 copy(hash);
+  copy.update(std::as_bytes(std::span(std::string_view("c"))));
+  EXPECT_EQ(digestText(copy.finish()), digestOf("abc"));
+  EXPECT_EQ(digestText(hash.finish()), digestOf("ab"));
+  EXPECT_EQ(digestText(hash.finish()), emptyDigest) << "starts anew";
+}
+
+struct Sizes {
+  std::int64_t size;
+  std::int64_t told;
+  std::string (*hashed)(const std::string&);
+};
+
+class PartialHash : public testing::TestWithParam<Sizes> {};
+
+TEST_P(PartialHash, readsTheEndsThatTheSizeTells) {
+  const TemporaryTree tree;
+  const auto content = pattern(static_cast<std::size_t>(GetParam().size));
+  const FileUrl url(tree.file("file", content));
+  EXPECT_EQ(HashUtility::computePartialHash(url, GetParam().told), digestOf(GetParam().hashed(content)));
+  EXPECT_EQ(HashUtility::computeFullHash(url), digestOf(content));
+}
+
+std::string head(const std::string& text) {
+  return text.substr(0, 16384);
+}
+std::string headAndTail(const std::string& text) {
+  return head(text) + text.substr(text.size() - 16384);
+}
+std::string headAndFrom17232(const std::string& text) {
+  return head(text) + text.substr(17232);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, PartialHash,
+                         testing::Values(Sizes{0, 0, head}, Sizes{1, 1, head}, Sizes{16384, 16384, head},
+                                         Sizes{16385, 16385, head}, Sizes{32768, 32768, head},
+                                         Sizes{32769, 32769, headAndTail}, Sizes{200'000, 200'000, headAndTail},
+                                         // The size told decides, not the file's.
+                                         Sizes{200'000, 32768, head}, Sizes{20'000, 33'616, headAndFrom17232},
+                                         Sizes{20'000, 1'000'000, head}, Sizes{20'000, INT64_MAX, head}));
+
+TEST(HashUtility, knowsNothingOfWhatItCannotOpen) {
+  const TemporaryTree tree;
+  const auto fifo = tree.path("fifo");
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  for (const auto& path : {tree.path("missing"), tree.folder("folder"), fifo, tree.link("dangling", "nowhere")}) {
+    EXPECT_EQ(HashUtility::computePartialHash(FileUrl(path), 10), std::nullopt) << path;
+    EXPECT_EQ(HashUtility::computeFullHash(FileUrl(path)), std::nullopt) << path;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test
