@@ -68,7 +68,7 @@ CHANGING_CALL = re.compile(
     r"|(?<![\w.>])(?:std::)?(?:filesystem|fs)::(remove|remove_all|rename|resize_file|copy|copy_file)\s*\("
     r"|(?<![\w.>:])(?:::|std::)remove\s*\(\s*[^,()]*(?:\([^()]*\))?[^,()]*\)"
     r"|\bQ(?:File|Dir)::(remove|rename|rmdir|rmpath|copy)\s*\("
-    r"|\b(removeRecursively|moveToTrash)\s*\(\s*\)"
+    r"|(?:\.|->)(removeRecursively|moveToTrash)\s*\(\s*\)"
     r"|(?<![\w.>:])(?:::|std::)?(system|popen)\s*\("
 )
 CHANGING_PLACES = ("core/safety/", "core/base/AtomicFile.cpp", "platform/", "tests/", "bench/")

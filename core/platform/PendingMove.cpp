@@ -34,6 +34,8 @@ void check(int result) {
 }  // namespace
 
 void FolderSyncSet::add(std::shared_ptr<const FileDescriptor> folder, VolumeSync volumeSync) {
+  const auto isSame = [&](const Member& present) { return present.folder == folder; };
+  if (std::any_of(m_members.begin(), m_members.end(), isSame)) return;
   struct stat status {};
   if (::fstat(folder->get(), &status) != 0) throw SyncError(errorText(errno));
   const Member member{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),

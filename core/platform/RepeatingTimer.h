@@ -11,6 +11,7 @@ class RepeatingTimer {
   virtual ~RepeatingTimer() = default;
   // Replaces what was started before. The first call comes after one interval.
   virtual void start(std::chrono::seconds interval, std::function<void()> tick) = 0;
+  // Once it returns no call is under way, unless it was called from within one.
   virtual void stop() = 0;
 };
 
