@@ -71,7 +71,8 @@ TEST_F(KeysCommand, storesReplacesAndDeletesAKey) {
 
 TEST_F(KeysCommand, answersWhenTheKeyRingIsLockedSilentOrGone) {
   const std::string attempts =
-      "for c in 'set' 'delete' 'status'; do echo k2 | timeout 30 \"$ORVANECTL\" keys $c openai --json 2>/dev/null; echo "
+      "for c in 'set' 'delete' 'status'; do echo k2 | timeout 30 \"$ORVANECTL\" keys $c openai --json 2>/dev/null; "
+      "echo "
       "$?; done\n";
   const std::string nothing =
       "{\"provider\":\"openai\",\"stored\":false}\n1\n{\"provider\":\"openai\",\"stored\":true}\n1\n"
