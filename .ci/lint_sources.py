@@ -18,6 +18,11 @@ FLOORS = [
     *(
         (f"core/{record}.*", 2, "records")
         for record in (
+            "assistant/AIProvider",
+            "assistant/FileMetadataEntry",
+            "assistant/MetadataOnlyRequest",
+            "assistant/PlannerError",
+            "assistant/ProviderAddresses",
             "duplicates/DuplicateGroup",
             "duplicates/DuplicateKeepStrategy",
             "duplicates/DuplicateProgress",

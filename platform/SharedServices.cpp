@@ -1,5 +1,7 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
+#include "core/assistant/AgentCoordinator.h"
+#include "core/assistant/KeychainService.h"
 #include "core/base/HomeFolder.h"
 #include "core/duplicates/DuplicateCleaner.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
@@ -92,6 +94,17 @@ TopicCategorizerFactory& TopicCategorizerFactory::shared() {
 AutoOrganizeSettingsStore& AutoOrganizeSettingsStore::shared() {
   static AutoOrganizeSettingsStore store(systemPreferences());
   return store;
+}
+
+KeychainService& KeychainService::shared() {
+  static KeychainService service(systemSecretStore());
+  return service;
+}
+
+AgentCoordinator& AgentCoordinator::shared() {
+  static AgentCoordinator coordinator(KeychainService::shared(), systemHttpTransport(),
+                                      ProviderAddresses::fromEnvironment());
+  return coordinator;
 }
 
 AutoOrganizer& AutoOrganizer::shared() {

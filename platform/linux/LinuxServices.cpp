@@ -1,6 +1,7 @@
 #include "platform/SystemServices.h"
 
 #include "platform/linux/CurlTransport.h"
+#include "platform/linux/LibSecretStore.h"
 #include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/LinuxFileStatusReader.h"
@@ -40,6 +41,11 @@ HttpTransport& systemHttpTransport() {
 Preferences& systemPreferences() {
   static LinuxPreferences preferences(LinuxPreferences::defaultPath());
   return preferences;
+}
+
+SecretStore& systemSecretStore() {
+  static LibSecretStore store;
+  return store;
 }
 
 TopicModel& systemTopicModel() {

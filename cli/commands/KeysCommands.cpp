@@ -1,0 +1,167 @@
+#include "cli/Arguments.h"
+#include "cli/InputLine.h"
+#include "cli/Session.h"
+#include "cli/UsageError.h"
+#include "cli/commands/Commands.h"
+#include "core/assistant/AIProvider.h"
+#include "core/assistant/KeychainService.h"
+#include "core/base/FileDescriptor.h"
+#include "core/base/Json.h"
+#include "core/base/SecretText.h"
+#include "core/base/UnicodeText.h"
+
+#include <fmt/format.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane::cli {
+namespace {
+
+constexpr std::string_view cannotStore =
+    "the key ring did not take the key: it is locked, or there is none in this session";
+constexpr std::size_t longestKey = 4096;
+
+constexpr std::array<std::string_view, 2> remoteProviders{"anthropic", "openai"};
+constexpr ArgumentSpec providerArgument{.name = "PROVIDER",
+                                        .help = "anthropic or openai.",
+                                        .least = 1,
+                                        .most = 1,
+                                        .kind = ValueKind::choice,
+                                        .choices = remoteProviders};
+
+AIProvider providerFrom(const Arguments& arguments) {
+  const auto provider = aiProviderFromRawValue(arguments.plain().front());
+  if (!provider || keyAccount(*provider).empty()) throw UsageError("name a provider: anthropic or openai");
+  return *provider;
+}
+
+// While it lives, a terminal at standard input shows nothing of what is typed.
+class NoEcho {
+ public:
+  NoEcho() {
+    if (::tcgetattr(STDIN_FILENO, &m_before) != 0) return;
+    auto silent = m_before;
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    m_isSet = ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent) == 0;
+  }
+  ~NoEcho() {
+    if (m_isSet) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
+  }
+  NoEcho(const NoEcho&) = delete;
+  NoEcho& operator=(const NoEcho&) = delete;
+
+ private:
+  termios m_before{};
+  bool m_isSet = false;
+};
+
+bool isControl(char byte) noexcept {
+  constexpr unsigned char firstPrintable = 0x20;
+  constexpr unsigned char deleteCharacter = 0x7f;
+  const auto value = static_cast<unsigned char>(byte);
+  return value < firstPrintable || value == deleteCharacter;
+}
+
+// Absent when interrupted. Throws UsageError for what is no key.
+std::optional<SecretText> readKey(Session& session, AIProvider provider) {
+  const auto stop = session.stop();
+  const bool isTerminal = ::isatty(STDIN_FILENO) != 0;
+  std::string line;
+  line.reserve(longestLine);  // so that no copy of a part stays behind
+  auto end = LineEnd::complete;
+  {
+    const NoEcho noEcho;
+    if (isTerminal) writeAll(STDERR_FILENO, fmt::format("Key for {}: ", displayName(provider)));
+    end = readLine(line, stop);
+  }
+  if (isTerminal) Session::tell("");
+  auto text = trimmed(line);
+  wipe(line);
+  SecretText key(text);
+  wipe(text);
+  if (end == LineEnd::interrupted) return std::nullopt;
+  if (key.isEmpty()) throw UsageError("no key was given: write it to standard input");
+  if (key.view().size() > longestKey || std::ranges::any_of(key.view(), isControl) || !isValidUtf8(key.view())) {
+    throw UsageError("what was given is no key");
+  }
+  return key;
+}
+
+void print(Session& session, AIProvider provider, bool isStored) {
+  if (session.isJson()) {
+    Json json = Json::object();
+    json["provider"] = rawValue(provider);
+    json["stored"] = isStored;
+    session.out().line(jsonText(json));
+    return;
+  }
+  session.out().line(fmt::format("{}: {}", displayName(provider), isStored ? "a key is stored" : "no key is stored"));
+}
+
+ExitStatus runSet(Session& session, const Arguments& arguments) {
+  const auto provider = providerFrom(arguments);
+  const auto key = readKey(session, provider);
+  if (!key) {
+    Session::report("interrupted; nothing was changed");
+    return ExitStatus::interrupted;
+  }
+  const bool isStored = KeychainService::shared().saveKey(*key, keyAccount(provider));
+  if (!isStored) Session::report(cannotStore);
+  if (isStored || session.isJson()) print(session, provider, isStored);
+  return isStored ? ExitStatus::done : ExitStatus::failed;
+}
+
+ExitStatus runDelete(Session& session, const Arguments& arguments) {
+  const auto provider = providerFrom(arguments);
+  const bool isGone = KeychainService::shared().deleteKey(keyAccount(provider));
+  if (!isGone)
+    Session::report("the key could not be deleted: the key ring is locked, or there is none in this session");
+  if (isGone || session.isJson()) print(session, provider, !isGone);
+  return isGone ? ExitStatus::done : ExitStatus::failed;
+}
+
+ExitStatus runStatus(Session& session, const Arguments& arguments) {
+  const auto provider = providerFrom(arguments);
+  const auto key = KeychainService::shared().getKey(keyAccount(provider));
+  print(session, provider, key && !key->isEmpty());
+  return ExitStatus::done;
+}
+
+}  // namespace
+
+constexpr CommandSpec keysSetCommand{
+    .name = "keys set",
+    .summary = "Store a provider's key in the key ring",
+    .details =
+        "Reads the key from standard input, one line, without showing it. It replaces the one that was stored, and is "
+        "kept in your key ring only.",
+    .arguments = providerArgument,
+    .options = {},
+    .run = runSet,
+};
+
+constexpr CommandSpec keysDeleteCommand{
+    .name = "keys delete",
+    .summary = "Remove a provider's key from the key ring",
+    .details = "Nothing is wrong when none is stored.",
+    .arguments = providerArgument,
+    .options = {},
+    .run = runDelete,
+};
+
+constexpr CommandSpec keysStatusCommand{
+    .name = "keys status",
+    .summary = "Say whether a provider's key is stored",
+    .details = "A key ring that is locked or missing counts as one without a key. The key itself is never shown.",
+    .arguments = providerArgument,
+    .options = {},
+    .run = runStatus,
+};
+
+}  // namespace orvane::cli

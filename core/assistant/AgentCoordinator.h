@@ -1,0 +1,69 @@
+#pragma once
+
+#include "core/assistant/AIProvider.h"
+#include "core/assistant/HeuristicFallbackClient.h"
+#include "core/assistant/KeychainService.h"
+#include "core/assistant/MetadataOnlyRequest.h"
+#include "core/assistant/ProviderAddresses.h"
+#include "core/plans/CleaningPlan.h"
+#include "core/platform/HttpTransport.h"
+
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+// A plan, and who really made it.
+struct PlannedAnswer {
+  CleaningPlan plan;
+  AIProvider provider = AIProvider::heuristic;
+  // Why another provider than the one asked for made the plan, in one line for people; absent where none did. May quote
+  // from a reply: escape it for display.
+  std::optional<std::string> fallbackReason;
+};
+
+// Chooses the planner, gives it its key, and plans offline where it fails: a request always yields a plan. One request
+// at a time; others wait, and end at once when they are stopped.
+class AgentCoordinator {
+ public:
+  // `keychain` and `session` must outlive this object.
+  AgentCoordinator(const KeychainService& keychain, HttpTransport& session, ProviderAddresses addresses);
+  static AgentCoordinator& shared();
+
+  // Never fails. The plan may be one that validation rejects, where the offline planner understood nothing.
+  [[nodiscard]] CleaningPlan requestPlan(const std::string& prompt, AIProvider provider,
+                                         const std::vector<FileMetadataEntry>& sampleFiles,
+                                         const std::stop_token& stop = {});
+  [[nodiscard]] PlannedAnswer requestAnswer(const std::string& prompt, AIProvider provider,
+                                            const std::vector<FileMetadataEntry>& sampleFiles,
+                                            const std::stop_token& stop = {});
+  // The provider's client, or the offline one where there is no key.
+  [[nodiscard]] std::unique_ptr<LLMClient> resolveClient(AIProvider provider) const;
+
+  // Exactly what requestPlan() would send, but for the key; absent for a provider that sends nothing.
+  [[nodiscard]] std::optional<HttpRequest> keylessRequest(const std::string& prompt, AIProvider provider,
+                                                          const std::vector<FileMetadataEntry>& sampleFiles) const;
+
+ private:
+  [[nodiscard]] bool waitForTurn(const std::stop_token& stop);
+  [[nodiscard]] PlannedAnswer answer(const MetadataOnlyRequest& request, AIProvider provider,
+                                     const std::stop_token& stop) const;
+  [[nodiscard]] PlannedAnswer offlineAnswer(const MetadataOnlyRequest& request,
+                                            std::optional<std::string> reason) const;
+
+  const KeychainService& m_keychain;
+  HttpTransport& m_session;
+  const ProviderAddresses m_addresses;
+  const HeuristicFallbackClient m_fallback;
+  std::mutex m_mutex;
+  std::condition_variable_any m_idle;
+  bool m_isBusy = false;
+};
+
+}  // namespace orvane

@@ -1,0 +1,163 @@
+#include "platform/linux/LibSecretStore.h"
+
+#include <libsecret/secret.h>
+
+#include <functional>
+#include <future>
+#include <memory>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace orvane {
+namespace {
+
+struct Unreference {
+  void operator()(gpointer object) const noexcept { g_object_unref(object); }
+};
+template <typename T>
+using Object = std::unique_ptr<T, Unreference>;
+
+struct FreeValue {
+  void operator()(SecretValue* value) const noexcept { secret_value_unref(value); }
+};
+using Value = std::unique_ptr<SecretValue, FreeValue>;
+
+struct FreeTable {
+  void operator()(GHashTable* table) const noexcept { g_hash_table_unref(table); }
+};
+using Attributes = std::unique_ptr<GHashTable, FreeTable>;
+
+struct Place {
+  std::string service;
+  std::string account;
+};
+
+const SecretSchema& schema() {
+  static const SecretSchema schema = [] {
+    SecretSchema made{};
+    made.name = "com.orvane.Key";
+    made.flags = SECRET_SCHEMA_NONE;
+    made.attributes[0] = {"service", SECRET_SCHEMA_ATTRIBUTE_STRING};
+    made.attributes[1] = {"account", SECRET_SCHEMA_ATTRIBUTE_STRING};
+    return made;
+  }();
+  return schema;
+}
+
+Attributes attributesOf(const Place& place) {
+  return Attributes(
+      secret_attributes_build(&schema(), "service", place.service.c_str(), "account", place.account.c_str(), nullptr));
+}
+
+// Null when there is no Secret Service, or none that talks.
+Object<SecretService> openService(GCancellable* cancellable) {
+  const Object<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
+  if (!bus) return nullptr;
+  // The end of the session must not end this process in the middle of a move.
+  g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+  return Object<SecretService>(secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, cancellable, nullptr));
+}
+
+// Absent when the service does not answer.
+std::optional<std::vector<Object<SecretItem>>> itemsAt(SecretService* service, const Place& place,
+                                                       SecretSearchFlags flags, GCancellable* cancellable) {
+  GError* error = nullptr;
+  GList* list = secret_service_search_sync(service, &schema(), attributesOf(place).get(), flags, cancellable, &error);
+  std::vector<Object<SecretItem>> items;
+  for (const auto* node = list; node != nullptr; node = node->next) {
+    items.emplace_back(static_cast<SecretItem*>(node->data));
+  }
+  g_list_free(list);
+  if (error == nullptr) return items;
+  g_error_free(error);
+  return std::nullopt;
+}
+
+bool addNow(const Place& place, const SecretText& secret, GCancellable* cancellable) {
+  const auto service = openService(cancellable);
+  if (!service) return false;
+  const Object<SecretCollection> collection(secret_collection_for_alias_sync(
+      service.get(), SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable, nullptr));
+  if (collection && secret_collection_get_locked(collection.get()) != FALSE) return false;
+  const Value value(secret_value_new(secret.view().data(), static_cast<gssize>(secret.view().size()), "text/plain"));
+  const auto label = place.service + " " + place.account;
+  return secret_service_store_sync(service.get(), &schema(), attributesOf(place).get(), SECRET_COLLECTION_DEFAULT,
+                                   label.c_str(), value.get(), cancellable, nullptr) != FALSE;
+}
+
+bool removeNow(const Place& place, GCancellable* cancellable) {
+  const auto service = openService(cancellable);
+  if (!service) return false;
+  const auto items = itemsAt(service.get(), place, SECRET_SEARCH_ALL, cancellable);
+  if (!items) return false;
+  bool areGone = true;
+  for (const auto& item : *items) {
+    const bool isGone = secret_item_get_locked(item.get()) == FALSE &&
+                        secret_item_delete_sync(item.get(), cancellable, nullptr) != FALSE;
+    areGone = areGone && isGone;
+  }
+  return areGone;
+}
+
+std::optional<SecretText> findNow(const Place& place, GCancellable* cancellable) {
+  const auto service = openService(cancellable);
+  if (!service) return std::nullopt;
+  const auto items =
+      itemsAt(service.get(), place, static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_LOAD_SECRETS),
+              cancellable);
+  if (!items) return std::nullopt;
+  for (const auto& item : *items) {
+    const Value value(secret_item_get_secret(item.get()));
+    if (!value) continue;
+    gsize length = 0;
+    const auto* bytes = secret_value_get(value.get(), &length);
+    return SecretText(std::string_view(bytes != nullptr ? bytes : "", length));
+  }
+  return std::nullopt;
+}
+
+// The work's result, or `otherwise` when it takes too long. A service that hangs can hold a call in places where it is
+// not cancelled; the thread is then left to itself, with everything that it uses.
+template <typename Result>
+Result within(std::chrono::milliseconds timeout, Result otherwise, std::function<Result(GCancellable*)> work) {
+  const std::shared_ptr<GCancellable> cancellable(g_cancellable_new(), Unreference{});
+  auto promise = std::make_shared<std::promise<Result>>();
+  auto future = promise->get_future();
+  try {
+    std::thread([cancellable, promise, work = std::move(work)]() mutable {
+      auto result = work(cancellable.get());
+      // What holds the secret is gone before the caller goes on.
+      work = nullptr;
+      promise->set_value(std::move(result));
+    }).detach();
+  } catch (const std::system_error&) {
+    return otherwise;
+  }
+  if (future.wait_for(timeout) == std::future_status::ready) return future.get();
+  g_cancellable_cancel(cancellable.get());
+  return otherwise;
+}
+
+}  // namespace
+
+bool LibSecretStore::add(const std::string& service, const std::string& account, const SecretText& secret) {
+  return within<bool>(m_timeout, false, [place = Place{service, account}, secret](GCancellable* cancellable) {
+    return addNow(place, secret, cancellable);
+  });
+}
+
+bool LibSecretStore::remove(const std::string& service, const std::string& account) {
+  return within<bool>(m_timeout, false, [place = Place{service, account}](GCancellable* cancellable) {
+    return removeNow(place, cancellable);
+  });
+}
+
+std::optional<SecretText> LibSecretStore::find(const std::string& service, const std::string& account) {
+  return within<std::optional<SecretText>>(
+      m_timeout, std::nullopt,
+      [place = Place{service, account}](GCancellable* cancellable) { return findNow(place, cancellable); });
+}
+
+}  // namespace orvane

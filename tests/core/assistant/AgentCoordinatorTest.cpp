@@ -1,0 +1,284 @@
+#include "core/assistant/AgentCoordinator.h"
+
+#include "core/assistant/AnthropicClient.h"
+#include "core/assistant/OpenAIClient.h"
+#include "core/base/Json.h"
+#include "core/plans/CleaningPlanSchema.h"
+#include "platform/linux/CurlTransport.h"
+#include "tests/support/LocalServer.h"
+
+#include <gmock/gmock.h>
+
+#include <map>
+#include <regex>
+#include <thread>
+
+namespace orvane {
+namespace {
+
+using test::LocalServer;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* prompt = "clean screenshots";
+
+class MemorySecrets : public SecretStore {
+ public:
+  [[nodiscard]] bool add(const std::string& service, const std::string& account, const SecretText& secret) override {
+    secrets[{service, account}] = secret.view();
+    return true;
+  }
+  [[nodiscard]] bool remove(const std::string& service, const std::string& account) override {
+    secrets.erase({service, account});
+    return true;
+  }
+  [[nodiscard]] std::optional<SecretText> find(const std::string& service, const std::string& account) override {
+    const auto found = secrets.find({service, account});
+    return found != secrets.end() ? std::optional(SecretText(found->second)) : std::nullopt;
+  }
+
+  std::map<std::pair<std::string, std::string>, std::string> secrets;
+};
+
+// A plan document as a model would write it, with the keys that the schema block does not name.
+Json planDocument(const std::string& goal = "from the model") {
+  return parseJson(R"({"id":"7E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","userGoal":")" + goal +
+                   R"(","steps":[{"id":"1E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","targetFolder":"~/Downloads",)"
+                   R"("filter":{"extensions":["dmg"]},"action":"trash","explanation":"Old."}],)"
+                   R"("summary":"Installers.","isDryRun":true,"createdAt":700000000})");
+}
+
+LocalServer::Answer replyWith(AIProvider provider, const std::string& text) {
+  if (provider == AIProvider::openAI) return LocalServer::chat(text);
+  Json reply;
+  reply["content"] = Json::array({Json{{"type", "text"}, {"text", text}}});
+  return LocalServer::answer(200, jsonText(reply));
+}
+
+class Coordinator : public testing::TestWithParam<AIProvider> {
+ protected:
+  Coordinator() {
+    for (const auto provider : {AIProvider::anthropic, AIProvider::openAI}) {
+      EXPECT_TRUE(keychain.saveKey(SecretText("sk-secret-key"), keyAccount(provider)));
+    }
+  }
+  PlannedAnswer answerFrom(const LocalServer::Handler& handler, const std::vector<FileMetadataEntry>& files = {}) {
+    const LocalServer server(handler);
+    AgentCoordinator coordinator(keychain, transport, {.anthropic = server.url("/"), .openAI = server.url()});
+    auto answer = coordinator.requestAnswer(prompt, GetParam(), files);
+    requests = server.requests();
+    return answer;
+  }
+
+  MemorySecrets secrets;
+  KeychainService keychain{secrets};
+  CurlTransport transport;
+  std::vector<LocalServer::Request> requests;
+};
+
+// What is offline has the goal of the prompt.
+void expectOffline(const PlannedAnswer& answer, const std::string& reason) {
+  EXPECT_EQ(answer.provider, AIProvider::heuristic);
+  EXPECT_EQ(answer.plan.userGoal, prompt);
+  EXPECT_FALSE(CleaningPlanSchema::firstFault(answer.plan));
+  ASSERT_TRUE(answer.fallbackReason);
+  EXPECT_THAT(*answer.fallbackReason, AllOf(HasSubstr(reason), Not(HasSubstr("\n")), Not(HasSubstr("sk-secret"))));
+}
+
+INSTANTIATE_TEST_SUITE_P(Providers, Coordinator, testing::Values(AIProvider::anthropic, AIProvider::openAI),
+                         [](const auto& parameter) { return std::string(rawValue(parameter.param)); });
+
+TEST_P(Coordinator, takesAPlanWithEveryKey) {
+  const auto answer = answerFrom([](const auto&) { return replyWith(GetParam(), jsonText(planDocument())); });
+  EXPECT_EQ(answer.provider, GetParam());
+  EXPECT_FALSE(answer.fallbackReason);
+  EXPECT_EQ(jsonText(answer.plan.toJson()), jsonText(planDocument()));
+}
+
+struct BadReply {
+  const char* name;
+  const char* reason;
+  LocalServer::Answer (*answer)(AIProvider);
+};
+
+LocalServer::Answer planWithout(AIProvider provider, const char* key) {
+  auto plan = planDocument();
+  plan.erase(key);
+  return replyWith(provider, jsonText(plan));
+}
+
+TEST_P(Coordinator, plansOfflineWhateverElseIsAnswered) {
+  const std::array replies{
+      BadReply{"unauthorised", "HTTP status 401", [](AIProvider) { return LocalServer::answer(401, "{}"); }},
+      BadReply{"too many", "HTTP status 429", [](AIProvider) { return LocalServer::answer(429, "{}"); }},
+      BadReply{"server error", "HTTP status 500", [](AIProvider) { return LocalServer::answer(500, "{}"); }},
+      BadReply{"redirection", "HTTP status 307",
+               [](AIProvider) { return LocalServer::answer(307, "", "Location: http://127.0.0.2:1/\r\n"); }},
+      BadReply{"garbage", "has not the form", [](AIProvider) { return LocalServer::answer(200, "\x01\xff{"); }},
+      BadReply{"nothing", "has not the form", [](AIProvider) { return LocalServer::answer(200, ""); }},
+      BadReply{"another form", "has not the form",
+               [](AIProvider) { return LocalServer::answer(200, R"({"content":[],"choices":[{"message":7}]})"); }},
+      BadReply{"a list of numbers", "has not the form",
+               [](AIProvider) { return LocalServer::answer(200, R"({"content":[1],"choices":[1]})"); }},
+      BadReply{"huge", "too large",
+               [](AIProvider) { return LocalServer::answer(200, std::string(HttpTransport::longestReply + 1, ' ')); }},
+      BadReply{"truncated", "could not be asked",
+               [](AIProvider) {
+                 return LocalServer::Answer{"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{", false};
+               }},
+      BadReply{"no answer", "could not be asked",
+               [](AIProvider) {
+                 return LocalServer::Answer{"", false};
+               }},
+      BadReply{"to the letter of the schema: no id", "not a plan",
+               [](AIProvider provider) { return planWithout(provider, "id"); }},
+      BadReply{"no isDryRun", "not a plan", [](AIProvider provider) { return planWithout(provider, "isDryRun"); }},
+      BadReply{"no createdAt", "not a plan", [](AIProvider provider) { return planWithout(provider, "createdAt"); }},
+      BadReply{
+          "a fence", "not a plan",
+          [](AIProvider provider) { return replyWith(provider, "```json\n" + jsonText(planDocument()) + "\n```"); }},
+      BadReply{"prose", "not a plan", [](AIProvider provider) { return replyWith(provider, "Certainly!\nHere"); }},
+      BadReply{"no steps", "cannot be used: The cleaning plan must contain",
+               [](AIProvider provider) {
+                 auto plan = planDocument();
+                 plan["steps"] = Json::array();
+                 return replyWith(provider, jsonText(plan));
+               }},
+      BadReply{"a protected folder", "cannot be used: Target folder is protected",
+               [](AIProvider provider) {
+                 auto plan = planDocument();
+                 plan["steps"][0]["targetFolder"] = "/usr";
+                 return replyWith(provider, jsonText(plan));
+               }},
+  };
+  for (const auto& reply : replies) {
+    SCOPED_TRACE(reply.name);
+    expectOffline(answerFrom([&](const auto&) { return reply.answer(GetParam()); }), reply.reason);
+  }
+}
+
+TEST_P(Coordinator, asksNobodyWithoutAKey) {
+  for (const char* key : {"", "\xff\xfe"}) {
+    secrets.secrets[{"com.orvane.app.keys", std::string(keyAccount(GetParam()))}] = key;
+    expectOffline(answerFrom([](const auto&) { return LocalServer::answer(200, ""); }), "No key");
+    EXPECT_TRUE(requests.empty());
+  }
+  EXPECT_TRUE(keychain.deleteKey(keyAccount(GetParam())));
+  expectOffline(answerFrom([](const auto&) { return LocalServer::answer(200, ""); }), "No key");
+  EXPECT_TRUE(requests.empty());
+}
+
+TEST_P(Coordinator, endsAtOnceWhenStoppedAlsoWhileItWaitsForAnother) {
+  const LocalServer silent([](const auto&) { return LocalServer::Answer{"", true}; });
+  AgentCoordinator coordinator(keychain, transport, {.anthropic = silent.url(), .openAI = silent.url()});
+  std::stop_source first;
+  std::stop_source second;
+  std::thread asking(
+      [&] { expectOffline(coordinator.requestAnswer(prompt, GetParam(), {}, first.get_token()), "cancelled"); });
+  silent.waitForRequests(1);
+  std::thread waiting(
+      [&] { expectOffline(coordinator.requestAnswer(prompt, GetParam(), {}, second.get_token()), "cancelled"); });
+  second.request_stop();
+  waiting.join();
+  first.request_stop();
+  asking.join();
+  EXPECT_EQ(silent.requests().size(), 1U) << "one at a time";
+}
+
+TEST_P(Coordinator, refusesAnAddressThatWouldShowTheKeyToOthers) {
+  AgentCoordinator coordinator(keychain, transport, {.anthropic = "http://example.com", .openAI = "http://user:pw@x"});
+  const auto answer = coordinator.requestAnswer(prompt, GetParam(), {});
+  expectOffline(answer, "no https address");
+  EXPECT_THAT(*answer.fallbackReason, Not(HasSubstr("pw")));
+}
+
+TEST_P(Coordinator, sendsNamesSizesAndRelativeFoldersAndNothingElse) {
+  std::vector<FileMetadataEntry> files;
+  for (int i = 0; i < 10; ++i) {
+    FileMetadataEntry entry;
+    entry.filename = "report " + std::to_string(i) + ".pdf";
+    entry.fileExtension = "pdf";
+    entry.sizeBytes = 5'000'000'000 + i;
+    entry.createdDate = entry.modifiedDate = entry.lastAccessDate = dateFromReferenceSeconds(694'224'001.5);
+    entry.relativeFolderPath = "Documents/taxes";
+    files.push_back(entry);
+  }
+  static_cast<void>(answerFrom([](const auto&) { return LocalServer::answer(500, ""); }, files));
+  ASSERT_EQ(requests.size(), 1U);
+  const auto body = parseJson(requests[0].body);
+  const auto message = body["messages"].back()["content"].get<std::string>();
+  std::string expected = "User goal: clean screenshots\nCandidate sample files:";
+  for (int i = 0; i < 10; ++i) {
+    expected += "\nreport " + std::to_string(i) + ".pdf (ext: pdf, size: 500000000" + std::to_string(i) +
+                ", folder: Documents/taxes)";
+  }
+  EXPECT_EQ(message, expected);
+
+  const auto everything = requests[0].line + requests[0].headers + requests[0].body;
+  for (const auto& file : files) EXPECT_THAT(everything, Not(HasSubstr(file.id.toString())));
+  EXPECT_THAT(everything, Not(HasSubstr("694224001")));
+  // No date other than the interface's version, no identifier, no absolute or home path.
+  EXPECT_FALSE(std::regex_search(requests[0].body + message, std::regex(R"(\d{4}-\d\d-\d\d[T ])")));
+  EXPECT_FALSE(std::regex_search(everything, std::regex("[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}")));
+  EXPECT_FALSE(std::regex_search(requests[0].body, std::regex(R"((^|[\s":(])(/|~/)\w)")));
+  EXPECT_THAT(requests[0].body, Not(HasSubstr("sk-secret")));
+}
+
+// clang-format off
+constexpr std::string_view schema = R"({\n  \"userGoal\": string,\n  \"summary\": string,\n  \"steps\": [\n    {\n      \"targetFolder\": string,\n      \"filter\": {\n        \"categories\": [\"caches\", \"logs\", \"oldDownloads\", \"screenshots\", \"largeFiles\", \"trash\", \"appLeftovers\"],\n        \"extensions\": [\"string\"],\n        \"minimumAgeDays\": int,\n        \"minimumSizeBytes\": int,\n        \"nameContains\": string\n      },\n      \"action\": \"trash\" | \"review\" | \"move\",\n      \"destinationFolder\": string | null,\n      \"explanation\": string\n    }\n  ]\n})";
+constexpr std::string_view user = R"({"role":"user","content":"User goal: clean screenshots\nCandidate sample files:\n"})";
+// clang-format on
+
+TEST_P(Coordinator, sendsExactlyThisForm) {
+  static_cast<void>(answerFrom([](const auto&) { return LocalServer::answer(500, ""); }));
+  ASSERT_EQ(requests.size(), 1U);
+  const auto& request = requests[0];
+  EXPECT_THAT(request.headers, HasSubstr("\r\nContent-Type: application/json"));
+  if (GetParam() == AIProvider::anthropic) {
+    EXPECT_EQ(request.line, "POST /v1/messages HTTP/1.1");
+    EXPECT_THAT(request.headers,
+                AllOf(HasSubstr("\r\nx-api-key: sk-secret-key"), HasSubstr("\r\nanthropic-version: 2023-06-01")));
+    EXPECT_EQ(
+        request.body,
+        std::string(
+            R"({"model":"claude-3-5-sonnet-20241022","max_tokens":1024,"system":"You are Orvane's cleanup planner. Analyze the metadata and produce a JSON response adhering to this schema:\n)")
+            .append(schema)
+            .append(R"(\nReturn ONLY valid JSON.","messages":[)")
+            .append(user)
+            .append("]}"));
+  } else {
+    EXPECT_EQ(request.line, "POST /v1/chat/completions HTTP/1.1");
+    EXPECT_THAT(request.headers, HasSubstr("\r\nAuthorization: Bearer sk-secret-key"));
+    EXPECT_EQ(
+        request.body,
+        std::string(
+            R"({"model":"gpt-4o","messages":[{"role":"system","content":"You are Orvane's cleanup planner. Analyze metadata and output valid JSON conforming to the CleaningPlan schema:\n)")
+            .append(schema)
+            .append(R"("},)")
+            .append(user)
+            .append(R"(],"response_format":{"type":"json_object"}})"));
+  }
+  AgentCoordinator shown(keychain, transport, {});
+  const auto keyless = shown.keylessRequest(prompt, GetParam(), {});
+  ASSERT_TRUE(keyless);
+  EXPECT_EQ(keyless->body, request.body);
+  EXPECT_EQ(keyless->timeout, std::chrono::seconds(60));
+  for (const auto& header : keyless->headers) EXPECT_THAT(header.value, Not(HasSubstr("sk-secret")));
+}
+
+TEST(OfflineCoordinator, returnsAPlanEvenOneThatValidationRejects) {
+  MemorySecrets secrets;
+  const KeychainService keychain(secrets);
+  CurlTransport transport;
+  AgentCoordinator coordinator(keychain, transport, {});
+  const auto answer = coordinator.requestAnswer("sort my downloads", AIProvider::heuristic, {});
+  EXPECT_EQ(answer.plan.userGoal, "sort my downloads");
+  EXPECT_EQ(CleaningPlanSchema::firstFault(answer.plan),
+            PlanValidationError(PlanValidationError::InvalidFilterCriteria{}));
+  EXPECT_FALSE(answer.fallbackReason);
+  EXPECT_FALSE(coordinator.keylessRequest(prompt, AIProvider::heuristic, {}));
+}
+
+}  // namespace
+}  // namespace orvane
