@@ -1,0 +1,59 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/plans/PlanExecution.h"
+#include "core/rules/ScheduleSettings.h"
+#include "core/safety/CleanupRun.h"
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <string_view>
+
+namespace orvane {
+
+class FileAccessService;
+class Preferences;
+class RuleEngine;
+class UserNotificationService;
+
+// Keeps the settings of unattended cleanups and carries one out. What is stored is read again by each operation, so
+// that a run of another process counts. Callable from any thread; one run of this process at a time.
+class ScheduleCoordinator {
+ public:
+  static constexpr std::string_view storageKey = "OrvaneScheduleSettings";
+  using Clock = std::function<Date()>;
+
+  struct Collaborators {
+    Preferences& preferences;
+    RuleEngine& ruleEngine;
+    FileAccessService& fileAccessService;
+    const UserNotificationService& notificationService;
+    Clock now = ReferenceClock::now;
+  };
+  explicit ScheduleCoordinator(Collaborators collaborators);
+  static ScheduleCoordinator& shared();
+
+  // The stored settings; the defaults where nothing that decodes is stored.
+  [[nodiscard]] ScheduleSettings getSettings() const;
+  // Stores at once. Throws std::system_error.
+  void updateSettings(const ScheduleSettings& settings);
+  // The same for a change of what is stored now.
+  ScheduleSettings changeSettings(const std::function<void(ScheduleSettings&)>& change);
+
+  // Whether a run is due; the free bytes of the start-up volume are absent where they are not known.
+  [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes) const;
+
+  // Offers every file of the granted folders to the enabled rules, notes the time and announces what was done. Without
+  // an enabled rule, or without a granted folder that exists, nothing happens and the time of the last run stays.
+  PlanExecution carryOutScheduledRun(const CleanupRun::Progress& progress = {}, const std::stop_token& stop = {});
+  // The same for callers that only want the sum.
+  PlanExecutionSummary executeScheduledRun();
+
+ private:
+  Collaborators m_with;
+  std::mutex m_runMutex;  // held by a run from its first look to its last move
+};
+
+}  // namespace orvane

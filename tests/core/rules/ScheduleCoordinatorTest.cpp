@@ -1,0 +1,127 @@
+#include "core/base/Json.h"
+#include "core/platform/NotificationCenter.h"
+#include "core/rules/RuleEngine.h"
+#include "core/rules/ScheduleCandidates.h"
+#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/UserNotificationService.h"
+#include "core/safety/FileAccessService.h"
+#include "platform/linux/LinuxFolderGrants.h"
+#include "tests/support/MemoryPreferences.h"
+#include "tests/support/SafetyFixture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+class RecordingCenter : public NotificationCenter {
+ public:
+  bool requestAuthorization() override { return true; }
+  void post(const Notification& notification) override { bodies.push_back(notification.body); }
+  std::vector<std::string> bodies;
+};
+
+class ScheduleCoordinatorTest : public SafetyFixture {
+ public:
+  ScheduleCoordinatorTest() {
+    rules.resetToDefaults();
+    for (const auto& rule : rules.getRules()) rules.toggleRule(rule.id, false);
+    CleanupRule rule;
+    rule.name = "Logs";
+    rule.trigger.fileExtensions = {"log"};
+    rule.action = RuleAction::moveToTrash();
+    rules.addOrUpdateRule(rule);
+    ruleId = rule.id;
+  }
+
+  MemoryPreferences preferences;
+  RuleEngine rules{preferences, mover, *journal, validator};
+  LinuxFolderGrants grants;
+  FileAccessService access{preferences, grants, tree.path()};
+  RecordingCenter center;
+  UserNotificationService notifications{center, [](std::string_view) {}};
+  Date now = dateFromUnix(1'700'000'000);
+  ScheduleCoordinator coordinator{{.preferences = preferences,
+                                   .ruleEngine = rules,
+                                   .fileAccessService = access,
+                                   .notificationService = notifications,
+                                   .now = [this] { return now; }}};
+  Uuid ruleId;
+};
+
+TEST_F(ScheduleCoordinatorTest, runsNotesTheTimeAndTellsOfIt) {
+  const auto file = tree.file("Downloads/old.log", "1234567");
+  coordinator.changeSettings([](ScheduleSettings& settings) { settings.isEnabled = true; });
+  EXPECT_TRUE(coordinator.isRunDue(std::nullopt));
+  const auto summary = coordinator.executeScheduledRun();
+  EXPECT_EQ(summary.itemsProcessed, 1);
+  EXPECT_EQ(summary.bytesReclaimed, 7);
+  EXPECT_FALSE(exists(file));
+  EXPECT_EQ(coordinator.getSettings().lastRunDate, now);
+  EXPECT_THAT(center.bodies, ElementsAre("Reclaimed 7 bytes across 1 files. Tap to view details or undo."));
+  EXPECT_FALSE(coordinator.isRunDue(std::nullopt));
+  EXPECT_EQ(journal->restoreRun(summary.batchId).restoredCount, 1);
+}
+
+TEST_F(ScheduleCoordinatorTest, seesTheRunOfAnotherProcess) {
+  coordinator.changeSettings([](ScheduleSettings& settings) { settings.isEnabled = true; });
+  auto stored = coordinator.getSettings();
+  stored.lastRunDate = now;
+  preferences.setValue(ScheduleCoordinator::storageKey, stored.toJson());
+  EXPECT_FALSE(coordinator.isRunDue(std::nullopt));
+}
+
+TEST_F(ScheduleCoordinatorTest, leavesEverythingWithoutAnEnabledRule) {
+  const auto file = tree.file("Downloads/old.log");
+  rules.toggleRule(ruleId, false);
+  EXPECT_EQ(coordinator.executeScheduledRun().itemsProcessed, 0);
+  EXPECT_TRUE(exists(file));
+  EXPECT_FALSE(coordinator.getSettings().lastRunDate);
+  EXPECT_TRUE(center.bodies.empty());
+}
+
+TEST_F(ScheduleCoordinatorTest, startsWithTheDefaultsWhereTheStoredOnesAreDamaged) {
+  preferences.setValue(ScheduleCoordinator::storageKey, Json("weekly"));
+  EXPECT_EQ(coordinator.getSettings(), ScheduleSettings());
+  EXPECT_FALSE(coordinator.isRunDue(0));
+}
+
+std::vector<std::string> namesOf(const std::vector<FileItem>& items) {
+  std::vector<std::string> result;
+  for (const auto& item : items) result.emplace_back(item.relativePath());
+  return result;
+}
+
+TEST(ScheduleCandidatesTest, takesEveryFileOnce) {
+  const TemporaryTree tree;
+  tree.file("Downloads/a.log");
+  tree.file("Downloads/.hidden/b.log");
+  tree.file("Downloads/.c.log");
+  tree.file("Downloads/Player.app/Contents/d.log");
+  tree.file("Downloads/node_modules/e.log");
+  tree.file("Downloads/deep/er/f\xff.log");
+  tree.link("Downloads/link.log", tree.path("Downloads/a.log"));
+  tree.file("Library/Preferences/com.example.plist");
+  const auto items = scheduleCandidates(std::vector{tree.url("Downloads/deep"), tree.url("Downloads"),
+                                                    tree.url("Library"), tree.url("missing"), tree.url("Downloads")});
+  EXPECT_THAT(namesOf(items), UnorderedElementsAre("a.log", "e.log", "f\xff.log", "com.example.plist"));
+  for (const auto& item : items) {
+    EXPECT_EQ(item.createdDate(), item.lastModifiedDate());
+    EXPECT_EQ(item.riskLabel() == RiskLabel::manual, item.relativePath() == "com.example.plist");
+  }
+}
+
+TEST(ScheduleCandidatesTest, findsNothingOnceItIsStopped) {
+  const TemporaryTree tree;
+  tree.file("Downloads/a.log");
+  std::stop_source stop;
+  stop.request_stop();
+  EXPECT_TRUE(scheduleCandidates(std::vector{tree.url("Downloads")}, stop.get_token()).empty());
+}
+
+}  // namespace
+}  // namespace orvane::test
