@@ -39,8 +39,8 @@ TEST_F(RulesCommand, carriesARuleOutAndBack) {
   const auto preview = json({"rules", "preview", "Mine"});
   ASSERT_EQ(preview.size(), 1U);
   ASSERT_EQ(preview[0]["matches"].size(), 1U);
-  EXPECT_EQ(preview[0]["notTaken"]["extension"], 1);
-  EXPECT_THAT(run({"rules", "preview", "Mine"}).output, HasSubstr("Not taken: 1 of another file type."));
+  EXPECT_EQ(preview[0]["notTaken"]["manualLabel"], 1);
+  EXPECT_THAT(run({"rules", "preview", "Mine"}).output, HasSubstr("Not taken: 1 labelled 'manual'."));
   EXPECT_TRUE(exists(kept));
   const auto summary = json({"rules", "run", "Mine", "--yes"});
   EXPECT_EQ(summary["itemsProcessed"], 1);
