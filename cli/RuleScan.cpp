@@ -3,7 +3,6 @@
 #include "cli/ScanRun.h"
 #include "cli/Session.h"
 #include "core/base/CheckedArithmetic.h"
-#include "core/rules/RuleMatcher.h"
 
 #include <variant>
 
@@ -28,11 +27,10 @@ RulePreview previewRule(const CleanupRule& rule, std::span<const FileItem> candi
     if (!mismatch) {
       preview.matches.push_back(i);
       preview.bytes = checkedAdd(preview.bytes, candidates[i].fileSize());
-    } else if (*mismatch == RuleMismatch::manualLabel) {
-      if (matcher.matchesButForLabel(candidates[i])) ++preview.keptByLabel;
-    } else if (*mismatch == RuleMismatch::age || *mismatch == RuleMismatch::size) {
-      ++preview.nearMisses;
+      continue;
     }
+    ++preview.notTaken[static_cast<std::size_t>(*mismatch)];
+    if (matcher.matchesButForLabel(candidates[i])) ++preview.keptByLabel;
   }
   return preview;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "core/rules/CleanupRule.h"
+#include "core/rules/RuleMatcher.h"
 #include "core/scanning/FileItem.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -23,7 +25,8 @@ struct RulePreview {
   std::vector<std::size_t> matches;  // indexes of candidates
   std::int64_t bytes = 0;            // of the matches
   std::int64_t keptByLabel = 0;      // would match, were they not labelled manual
-  std::int64_t nearMisses = 0;       // in the rule's folder, and kept from it by age or size alone or first
+  // Of those not taken, by the first condition that they fail, a RuleMismatch.
+  std::array<std::int64_t, ruleMismatchCount> notTaken{};
 };
 [[nodiscard]] RulePreview previewRule(const CleanupRule& rule, std::span<const FileItem> candidates, Date now);
 

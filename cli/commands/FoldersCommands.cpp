@@ -9,7 +9,8 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <set>
+#include <string>
 
 namespace orvane::cli {
 namespace {
@@ -53,20 +54,21 @@ ExitStatus runAdd(Session& session, const Arguments& arguments) {
 
 ExitStatus runRemove(Session& session, const Arguments& arguments) {
   auto& service = FileAccessService::shared();
-  const auto granted = service.getManagedFolderURLs();
-  const auto isGranted = [&](const FileUrl& folder) {
-    const auto path = canonicalPath(folder.path());
-    return std::ranges::any_of(granted, [&](const FileUrl& known) { return canonicalPath(known.path()) == path; });
-  };
+  // By where they lead: two names may mean one folder, and without any grant the defaults would count again.
+  std::set<std::string> left;
+  for (const auto& folder : service.getManagedFolderURLs()) left.insert(canonicalPath(folder.path()));
+  const auto granted = left;
   const auto folders = placesFromArguments(arguments.plain());
   auto status = ExitStatus::done;
   for (const auto& folder : folders) {
-    if (isGranted(folder)) continue;
+    const auto path = canonicalPath(folder.path());
+    left.erase(path);
+    if (granted.contains(path)) continue;
     Session::report(fmt::format("{}: is no granted folder", shownPath(folder)));
     status = ExitStatus::failed;
   }
   if (status != ExitStatus::done) return status;
-  if (granted.size() == folders.size()) {
+  if (left.empty()) {
     Session::report("at least one folder has to stay: add another one first");
     return ExitStatus::failed;
   }

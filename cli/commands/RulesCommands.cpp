@@ -35,6 +35,21 @@ namespace {
 constexpr std::size_t matchesShown = 20;
 constexpr std::size_t shownIdCharacters = 8;
 
+// Why files are not taken, in the order of RuleMismatch.
+struct MismatchWords {
+  std::string_view key;
+  std::string_view text;
+};
+constexpr std::array<MismatchWords, ruleMismatchCount> mismatchWords{{
+    {"manualLabel", "labelled 'manual'"},
+    {"folder", "in another folder"},
+    {"category", "of another category"},
+    {"extension", "of another file type"},
+    {"age", "too young"},
+    {"size", "too small"},
+    {"name", "of another name"},
+}};
+
 constexpr std::array runOptions{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
@@ -196,14 +211,17 @@ ExitStatus runReset(Session& session, const Arguments& arguments) {
   return printRules(session);
 }
 
-std::string leftText(const RulePreview& preview) {
-  std::string text;
-  if (preview.nearMisses > 0) text += fmt::format(" {} too young or too small.", itemCount(preview.nearMisses));
-  if (preview.keptByLabel > 0) {
-    text += fmt::format(" {} would match but for the label 'manual', which no rule ever touches.",
-                        itemCount(preview.keptByLabel));
+void printNotTaken(Session& session, const RulePreview& preview) {
+  std::vector<std::string> reasons;
+  for (std::size_t i = 0; i < mismatchWords.size(); ++i) {
+    if (preview.notTaken[i] == 0) continue;
+    reasons.push_back(fmt::format("{} {}", formatCount(preview.notTaken[i]), mismatchWords[i].text));
   }
-  return text;
+  if (!reasons.empty()) session.out().line(fmt::format("  Not taken: {}.", fmt::join(reasons, ", ")));
+  if (preview.keptByLabel > 0) {
+    session.out().line(fmt::format("  {} would match but for the label 'manual', which no rule ever touches.",
+                                   itemCount(preview.keptByLabel)));
+  }
 }
 
 void printPreview(Session& session, const CleanupRule& rule, const RulePreview& preview,
@@ -219,8 +237,8 @@ void printPreview(Session& session, const CleanupRule& rule, const RulePreview& 
     session.out().line(fmt::format("             and {} more",
                                    formatCount(static_cast<std::int64_t>(preview.matches.size() - shown))));
   }
-  session.out().line(fmt::format("  {} ({}).{}", itemCount(static_cast<std::int64_t>(preview.matches.size())),
-                                 formatByteCount(preview.bytes), leftText(preview)));
+  session.out().line(fmt::format("  {} ({}).", itemCount(static_cast<std::int64_t>(preview.matches.size())),
+                                 formatByteCount(preview.bytes)));
 }
 
 Json previewJson(const CleanupRule& rule, const RulePreview& preview, std::span<const FileItem> items) {
@@ -230,7 +248,8 @@ Json previewJson(const CleanupRule& rule, const RulePreview& preview, std::span<
   json["matches"] = Json::array();
   for (const auto index : preview.matches) json["matches"].push_back(items[index].toJson());
   json["keptByLabel"] = preview.keptByLabel;
-  json["nearMisses"] = preview.nearMisses;
+  json["notTaken"] = Json::object();
+  for (std::size_t i = 0; i < mismatchWords.size(); ++i) json["notTaken"][mismatchWords[i].key] = preview.notTaken[i];
   return json;
 }
 
@@ -246,6 +265,7 @@ ExitStatus runPreview(Session& session, const Arguments& arguments) {
       json.push_back(previewJson(rule, preview, candidates->items));
     } else {
       printPreview(session, rule, preview, candidates->items);
+      printNotTaken(session, preview);
     }
   }
   if (session.isJson()) session.out().line(jsonText(json));
@@ -261,13 +281,14 @@ struct Outlook {
   std::int64_t keptByLabel = 0;
 };
 
-Outlook outlookFor(const Rules& rules, std::span<const FileItem> items) {
+// Shows it to people too.
+Outlook outlookFor(Session& session, const Rules& rules, std::span<const FileItem> items, Date now) {
   Outlook outlook{.isTaken = std::vector<bool>(items.size(), false)};
-  const auto now = ReferenceClock::now();
   for (const auto& rule : rules) {
     if (!rule.isEnabled || rule.action.type() == RuleAction::Type::reviewOnly) continue;
     const auto preview = previewRule(rule, items, now);
     outlook.keptByLabel += preview.keptByLabel;
+    if (!session.isJson() && !preview.matches.empty()) printPreview(session, rule, preview, items);
     for (const auto index : preview.matches) {
       if (outlook.isTaken[index]) continue;
       outlook.isTaken[index] = true;
@@ -317,7 +338,9 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
   const auto folders = requiredGrantedFolders("one with 'orvanectl folders add'");
   const auto candidates = ruleCandidates(session, folders);
   if (!candidates) return ExitStatus::interrupted;
-  const auto outlook = outlookFor(rules, candidates->items);
+  // No file may grow old enough for a rule while the question stands.
+  const auto now = ReferenceClock::now();
+  const auto outlook = outlookFor(session, rules, candidates->items, now);
   const PlanExecutionSummary nothing{.batchId = Uuid::random()};
   if (outlook.trashed + outlook.moved == 0) {
     printSummary(session, nothing, outlook);
@@ -338,7 +361,7 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
     const auto stop = session.stop();
     ProgressLine line(session);
     execution =
-        RuleEngine::shared().carryOut(rules, candidates->items, AllowedRoots(folders), movingProgress(line), stop);
+        RuleEngine::shared().carryOut(rules, candidates->items, AllowedRoots(folders), movingProgress(line), stop, now);
   }
   reportJournalNotices();
   const auto status = reportOutcomes(execution.outcomes);

@@ -45,8 +45,12 @@ struct Requests {
 // One run of several rules over the same candidates.
 class RulesRun {
  public:
-  RulesRun(CleanupRun& run, PlanExecution& execution, std::span<const FileItem> candidates)
-      : m_run(run), m_execution(execution), m_candidates(candidates), m_hasMoved(candidates.size(), false) {}
+  RulesRun(CleanupRun& run, PlanExecution& execution, std::span<const FileItem> candidates, Date relativeTo)
+      : m_run(run),
+        m_execution(execution),
+        m_candidates(candidates),
+        m_relativeTo(relativeTo),
+        m_hasMoved(candidates.size(), false) {}
 
   void carryOut(const CleanupRule& rule, const std::string& refusal, const CleanupRun::Progress& progress,
                 const std::stop_token& stop) {
@@ -69,7 +73,7 @@ class RulesRun {
  private:
   [[nodiscard]] Requests requestsOf(const CleanupRule& rule) {
     Requests result;
-    RuleMatcher matcher(rule.trigger, m_execution.summary.timestamp);
+    RuleMatcher matcher(rule.trigger, m_relativeTo);
     std::optional<FileUrl> destination;
     std::string canonicalDestination;
     if (rule.action.type() == RuleAction::Type::moveToFolder) {
@@ -109,6 +113,7 @@ class RulesRun {
   CleanupRun& m_run;
   PlanExecution& m_execution;
   std::span<const FileItem> m_candidates;
+  Date m_relativeTo;
   std::vector<bool> m_hasMoved;
   FolderLookups m_folders;
   std::size_t m_settled = 0;
@@ -188,11 +193,11 @@ bool RuleEngine::matches(const FileItem& file, const RuleTrigger& trigger, Date 
 
 PlanExecution RuleEngine::carryOut(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
                                    const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress,
-                                   const std::stop_token& stop) {
+                                   const std::stop_token& stop, Date relativeTo) {
   CleanupRun run(m_mover, m_journal, allowedRoots);
   PlanExecution execution;
   execution.summary.batchId = run.id();
-  RulesRun rulesRun(run, execution, candidates);
+  RulesRun rulesRun(run, execution, candidates, relativeTo);
   for (const auto& rule : rulesToRun) {
     if (stop.stop_requested()) break;
     if (!rule.isEnabled || rule.action.type() == RuleAction::Type::reviewOnly) continue;

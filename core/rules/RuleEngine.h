@@ -54,9 +54,10 @@ class RuleEngine {
   // Carries out the enabled ones of the rules, in order, on the candidates, in order, as one run. Nothing outside the
   // allowed roots is touched, a destination included. A file that fails stays where it is, later rules may try again,
   // and the others go on. Progress is told with no lock held: the mover and the journal keep runs apart that overlap.
+  // Ages count to `relativeTo`: what was approved on the strength of a preview is what the same date finds again.
   PlanExecution carryOut(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
                          const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
-                         const std::stop_token& stop = {});
+                         const std::stop_token& stop = {}, Date relativeTo = ReferenceClock::now());
   // The same for callers that only want the sum.
   PlanExecutionSummary executeRules(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
                                     const AllowedRoots& allowedRoots);

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace orvane::test {
 namespace {
 
@@ -37,6 +39,8 @@ TEST_F(RulesCommand, carriesARuleOutAndBack) {
   const auto preview = json({"rules", "preview", "Mine"});
   ASSERT_EQ(preview.size(), 1U);
   ASSERT_EQ(preview[0]["matches"].size(), 1U);
+  EXPECT_EQ(preview[0]["notTaken"]["manualLabel"], 1);
+  EXPECT_THAT(run({"rules", "preview", "Mine"}).output, HasSubstr("Not taken: 1 labelled 'manual'."));
   EXPECT_TRUE(exists(kept));
   const auto summary = json({"rules", "run", "Mine", "--yes"});
   EXPECT_EQ(summary["itemsProcessed"], 1);
@@ -91,6 +95,22 @@ TEST_F(RulesCommand, worksInTheGrantedFoldersOnly) {
   EXPECT_EQ(run({"folders", "add", "/etc"}).exitStatus, 1);
   EXPECT_THAT(run({"clean", "--dry-run"}).output, HasSubstr("b.log"));
   EXPECT_TRUE(exists(outside));
+}
+
+TEST_F(RulesCommand, showsTheFilesBeforeItMovesThem) {
+  home.file("Downloads/b.log", "text");
+  add(R"({"name":"Mine","trigger":{"fileExtensions":["log"]},"action":{"type":"moveToTrash"}})");
+  EXPECT_THAT(run({"rules", "run", "Mine", "--yes"}).output, HasSubstr("~/Downloads/b.log"));
+}
+
+TEST_F(RulesCommand, keepsTheLastFolderUnderWhateverNames) {
+  home.folder("Downloads");
+  home.folder("Documents");
+  std::filesystem::create_symlink(home.path("Documents"), home.path("link"));
+  const auto all = run({"folders", "remove", home.path("Downloads"), home.path("Documents"), home.path("link")});
+  EXPECT_EQ(all.exitStatus, 1);
+  EXPECT_EQ(json({"folders", "list"}).size(), 2U);
+  EXPECT_EQ(json({"folders", "remove", home.path("Documents"), home.path("link")}), (Json{home.path("Downloads")}));
 }
 
 }  // namespace

@@ -128,6 +128,18 @@ TEST_F(RuleEngineTest, trashesAndMovesAsOneRunThatComesBack) {
   EXPECT_TRUE(exists(moved));
 }
 
+TEST_F(RuleEngineTest, countsAgesToTheDateOfThePreview) {
+  const auto file = tree.file("Downloads/a.txt");
+  RuleTrigger aged;
+  aged.minimumAgeDays = 2;
+  const std::vector rules{ruleFor(aged, RuleAction::moveToTrash())};
+  const std::vector files{item(file, 2 * day + 2 * hour)};
+  const auto yesterday = ReferenceClock::now() - ReferenceClock::duration(day);
+  EXPECT_TRUE(engine.carryOut(rules, files, roots(), {}, {}, yesterday).outcomes.empty());
+  EXPECT_TRUE(exists(file));
+  EXPECT_EQ(engine.carryOut(rules, files, roots()).summary.itemsProcessed, 1);
+}
+
 TEST_F(RuleEngineTest, leavesAFileThatIsInItsFolderAlready) {
   const auto file = tree.file("Downloads/PDFs/a.pdf");
   const std::vector rules{ruleFor({}, RuleAction::moveToFolder(tree.path("Downloads/PDFs")))};
