@@ -1,12 +1,17 @@
 #pragma once
 
+#include <string>
+
 namespace orvane {
 
+class BackgroundScheduler;
 class Desktop;
 class FileMover;
 class FileStatusReader;
 class FolderGrants;
 class HttpTransport;
+class LoginItems;
+class NotificationCenter;
 class Preferences;
 class SecretStore;
 class TopicModel;
@@ -15,15 +20,21 @@ class Volume;
 
 // This system's one instance of each interface, made at its first use. A port defines these functions in its own
 // folder.
+[[nodiscard]] BackgroundScheduler& systemBackgroundScheduler();
 [[nodiscard]] Desktop& systemDesktop();
 [[nodiscard]] FileMover& systemFileMover();
 [[nodiscard]] FileStatusReader& systemFileStatusReader();
 [[nodiscard]] FolderGrants& systemFolderGrants();
 [[nodiscard]] HttpTransport& systemHttpTransport();
+[[nodiscard]] LoginItems& systemLoginItems();
+[[nodiscard]] NotificationCenter& systemNotificationCenter();
 [[nodiscard]] Preferences& systemPreferences();
 [[nodiscard]] SecretStore& systemSecretStore();
 [[nodiscard]] TopicModel& systemTopicModel();
 [[nodiscard]] Trash& systemTrash();
 [[nodiscard]] Volume& systemVolume();
+
+// The absolute path of the program with the window, which lies beside the one that runs. It need not be there.
+[[nodiscard]] std::string windowProgram();
 
 }  // namespace orvane

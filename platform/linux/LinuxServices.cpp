@@ -1,5 +1,7 @@
 #include "platform/SystemServices.h"
 
+#include "platform/linux/AutostartEntry.h"
+#include "platform/linux/BusNotificationCenter.h"
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/LibSecretStore.h"
 #include "platform/linux/LinuxDesktop.h"
@@ -10,8 +12,21 @@
 #include "platform/linux/LinuxTrash.h"
 #include "platform/linux/LinuxVolume.h"
 #include "platform/linux/LocalTopicModel.h"
+#include "platform/linux/SystemdScheduler.h"
+#include "platform/posix/RunTool.h"
+
+#include <filesystem>
 
 namespace orvane {
+
+std::string windowProgram() {
+  return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "orvane").string();
+}
+
+BackgroundScheduler& systemBackgroundScheduler() {
+  static SystemdScheduler scheduler(SystemdScheduler::defaultFolder());
+  return scheduler;
+}
 
 Desktop& systemDesktop() {
   static LinuxDesktop desktop;
@@ -36,6 +51,16 @@ FolderGrants& systemFolderGrants() {
 HttpTransport& systemHttpTransport() {
   static CurlTransport transport;
   return transport;
+}
+
+LoginItems& systemLoginItems() {
+  static AutostartEntry entry(AutostartEntry::defaultPath(), windowProgram());
+  return entry;
+}
+
+NotificationCenter& systemNotificationCenter() {
+  static BusNotificationCenter center([] { startProgram({windowProgram(), "--show", "history"}); });
+  return center;
 }
 
 Preferences& systemPreferences() {
