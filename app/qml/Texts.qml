@@ -38,6 +38,11 @@ QtObject {
         return qsTr(key + (singular ? ".one" : ".other")).arg(count(value));
     }
 
+    // The texts that are not empty, with the separator between them.
+    function joined(texts: var, separator: string): string {
+        return texts.filter(text => text !== "").join(separator);
+    }
+
     // The word and its description for a risk: 0 safe, 1 review, 2 manual.
     function risk(value: int): string {
         return [qsTr("risk.safe"), qsTr("risk.review"), qsTr("risk.manual")][value] ?? "";

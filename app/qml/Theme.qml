@@ -22,7 +22,7 @@ QtObject {
     readonly property color boxLine: dark ? "#7C8998" : "#7B8796"
     readonly property color accent: dark ? "#3FC4BC" : "#0E7A78"
     readonly property color accentHover: dark ? "#57CFC8" : "#0B6967"
-    readonly property color onAccent: dark ? "#06201F" : "#FFFFFF"
+    readonly property color inkOnAccent: dark ? "#06201F" : "#FFFFFF"
     readonly property color accentSoft: dark ? "#13393A" : "#DCF0EE"
     readonly property color hover: dark ? "#202731" : "#F3F6F8"
     readonly property color safe: dark ? "#5CCB92" : "#1F7A4D"
@@ -34,17 +34,16 @@ QtObject {
     // The used part of a disk.
     readonly property color used: dark ? "#8B98A8" : "#8B97A6"
     readonly property color tooltip: dark ? "#E7ECF2" : "#18212C"
-    readonly property color onTooltip: dark ? "#11151B" : "#FFFFFF"
+    readonly property color inkOnTooltip: dark ? "#11151B" : "#FFFFFF"
     readonly property color scrim: dark ? "#99000000" : "#59101820"
-    readonly property color shadow: dark ? "#00000000" : "#0A101820"
+    readonly property color shadow: dark ? "#00000000" : "#08101820"
 
     // One for each category in the order of their declaration, from the start again after the last. White text on each
     // meets WCAG AA.
     readonly property list<color> categories: [
         "#1F7A70", "#7657B3", "#5266C4", "#8F6200", "#557A1C", "#B5503F", "#AE4A7E", "#84603C", "#56707F", "#2B7CAB"
     ]
-    readonly property color onCategory: "#FFFFFF"
-    readonly property color onCategoryMuted: "#F2FFFFFF"
+    readonly property color inkOnCategory: "#FFFFFF"
 
     function category(index: int): color {
         return theme.categories[Math.max(0, index) % theme.categories.length];

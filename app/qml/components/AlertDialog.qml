@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Orvane
 
@@ -6,6 +8,7 @@ Sheet {
     id: root
 
     property string message: ""
+    property string note: ""
     property var details: []
     property string confirmText: qsTr("action.ok")
     // With a text here the alert is a question.
@@ -24,6 +27,13 @@ Sheet {
         BodyText {
             width: parent.width
             text: root.message
+            wrapMode: Text.Wrap
+        }
+
+        CaptionText {
+            width: parent.width
+            visible: text !== ""
+            text: root.note
             wrapMode: Text.Wrap
         }
 

@@ -29,7 +29,8 @@ T.Button {
     Keys.onEnterPressed: if (root.enabled) root.clicked()
 
     contentItem: Item {
-        implicitWidth: row.implicitWidth
+        implicitWidth: (leading.visible ? leading.width + row.spacing : 0) + label.implicitWidth
+                       + (trailing.visible ? trailing.width + row.spacing : 0)
         implicitHeight: row.implicitHeight
 
         Row {
@@ -53,6 +54,8 @@ T.Button {
             }
 
             Text {
+                id: label
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: root.text !== ""
                 text: root.text
@@ -60,7 +63,7 @@ T.Button {
                 color: root.ink
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
-                width: root.width > 0 ? Math.min(implicitWidth, Math.max(0, row.textSpace)) : implicitWidth
+                width: Math.min(Math.ceil(implicitWidth), Math.max(0, row.textSpace))
                 Accessible.ignored: true
             }
 

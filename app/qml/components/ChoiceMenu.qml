@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Orvane
@@ -28,6 +30,8 @@ T.Menu {
     }
 
     background: Item {
+        id: backdrop
+
         Repeater {
             model: Theme.dark ? 0 : 5
 
@@ -36,8 +40,8 @@ T.Menu {
 
                 x: -index
                 y: 2 + index
-                width: parent.width + 2 * index
-                height: parent.height
+                width: backdrop.width + 2 * index
+                height: backdrop.height
                 radius: 10 + index
                 color: Theme.shadow
             }

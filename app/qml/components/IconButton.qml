@@ -23,8 +23,14 @@ ButtonBase {
         }
     }
 
-    Tip {
-        text: root.text
-        shown: root.hovered || root.visualFocus
+    Loader {
+        anchors.fill: parent
+        active: root.hovered || root.visualFocus
+        sourceComponent: Item {
+            Tip {
+                text: root.text
+                shown: true
+            }
+        }
     }
 }

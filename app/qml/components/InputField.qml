@@ -23,10 +23,10 @@ T.TextField {
     opacity: enabled ? 1 : 0.5
     font.pixelSize: Theme.textSize
     selectionColor: Theme.accent
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.inkOnAccent
     selectByMouse: true
     hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
+    activeFocusOnTab: true
     Accessible.name: root.label
     Accessible.role: Accessible.EditableText
     Accessible.editable: true

@@ -28,7 +28,7 @@ T.SpinBox {
         font: root.font
         color: Theme.text
         selectionColor: Theme.accent
-        selectedTextColor: Theme.onAccent
+        selectedTextColor: Theme.inkOnAccent
         horizontalAlignment: Qt.AlignHCenter
         verticalAlignment: Qt.AlignVCenter
         readOnly: !root.editable

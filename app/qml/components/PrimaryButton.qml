@@ -3,6 +3,6 @@ import Orvane
 
 // The one thing that a screen is for.
 ButtonBase {
-    ink: Theme.onAccent
+    ink: Theme.inkOnAccent
     fill: hovered || down ? Theme.accentHover : Theme.accent
 }

@@ -47,7 +47,7 @@ Card {
 
             HeadingText {
                 Layout.fillWidth: root.isResult
-                Layout.maximumWidth: root.isResult ? Number.POSITIVE_INFINITY : root.width * 0.35
+                Layout.maximumWidth: root.isResult ? root.width : root.width * 0.35
                 text: root.isResult ? root.result : root.title
                 wrapMode: root.isResult ? Text.Wrap : Text.NoWrap
             }

@@ -34,7 +34,7 @@ T.ToolTip {
 
     contentItem: Text {
         text: root.text
-        color: Theme.onTooltip
+        color: Theme.inkOnTooltip
         font.pixelSize: Theme.captionSize
         wrapMode: Text.Wrap
         textFormat: Text.PlainText

@@ -71,7 +71,7 @@ T.Popup {
         BodyText {
             Layout.fillWidth: true
             text: root.text
-            color: Theme.onTooltip
+            color: Theme.inkOnTooltip
             wrapMode: Text.Wrap
         }
 
@@ -95,7 +95,7 @@ T.Popup {
             implicitWidth: 28
             leftPadding: 6
             rightPadding: 6
-            ink: Theme.onTooltip
+            ink: Theme.inkOnTooltip
             symbol: "close"
             Accessible.name: qsTr("action.dismiss")
             onClicked: root.close()

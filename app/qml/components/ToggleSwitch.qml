@@ -45,7 +45,7 @@ T.Switch {
             width: 14
             height: 14
             radius: 7
-            color: root.checked ? Theme.onAccent : Theme.surface
+            color: root.checked ? Theme.inkOnAccent : Theme.surface
 
             Behavior on x {
                 NumberAnimation {

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Orvane
@@ -10,21 +12,21 @@ T.AbstractButton {
     required property var area
     signal chosen(var child)
 
-    readonly property var children_: area?.children ?? []
+    readonly property var folders: area?.children ?? []
     readonly property string sizeText: Texts.bytes(area?.bytes ?? 0)
     readonly property string label: area?.titleKey ? qsTr(area.titleKey) : area?.label ?? ""
-    readonly property int inset: Math.min(12, width / 8)
+    readonly property int inset: width < 120 ? 8 : 12
     readonly property var parts: {
-        const listed = children_.reduce((sum, child) => sum + child.bytes, 0);
+        const listed = folders.reduce((sum, child) => sum + child.bytes, 0);
         const rest = Math.max(0, (area?.bytes ?? 0) - listed);
-        const sizes = children_.map(child => Math.max(1, child.bytes));
+        const sizes = folders.map(child => Math.max(1, child.bytes));
         if (rest > 0)
             sizes.push(rest);
         return width > 90 && height > 70 ? Layout.boxes(sizes, width, height) : [];
     }
 
     function partAt(x: real, y: real): int {
-        return parts.slice(0, children_.length).findIndex(
+        return parts.slice(0, folders.length).findIndex(
             part => x >= part.x && x < part.x + part.width && y >= part.y && y < part.y + part.height);
     }
 
@@ -32,7 +34,7 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.Button
     Accessible.name: root.label + ", " + root.sizeText
-    onClicked: root.chosen(hover.hovered && hover.part >= 0 ? children_[hover.part] : null)
+    onClicked: root.chosen(hover.hovered && hover.part >= 0 ? folders[hover.part] : null)
     Keys.onReturnPressed: root.chosen(null)
     Keys.onEnterPressed: root.chosen(null)
 
@@ -45,7 +47,7 @@ T.AbstractButton {
     }
 
     Tip {
-        readonly property var child: hover.part >= 0 ? root.children_[hover.part] : null
+        readonly property var child: hover.part >= 0 ? root.folders[hover.part] : null
 
         text: root.label + " · " + root.sizeText + " · " + Texts.counted("count.items", root.area?.count ?? 0)
               + (child ? "\n" + child.label + " · " + Texts.bytes(child.bytes) : "")
@@ -65,7 +67,7 @@ T.AbstractButton {
 
                 width: parent.width
                 text: root.label
-                color: Theme.onCategory
+                color: Theme.inkOnCategory
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
                 elide: Text.ElideRight
@@ -79,7 +81,7 @@ T.AbstractButton {
                 width: parent.width
                 visible: root.height > 44 && implicitWidth <= width
                 text: root.sizeText
-                color: Theme.onCategory
+                color: Theme.inkOnCategory
                 topPadding: 2
                 font.pixelSize: 12
                 textFormat: Text.PlainText
@@ -93,7 +95,7 @@ T.AbstractButton {
         color: Theme.category(root.area?.colorIndex ?? 0)
 
         Repeater {
-            model: root.hovered ? Math.min(root.parts.length, root.children_.length) : 0
+            model: Math.min(root.parts.length, root.folders.length)
 
             Rectangle {
                 required property int index
@@ -105,7 +107,7 @@ T.AbstractButton {
                 height: Math.max(0, Math.round(part.height) - 4)
                 radius: 6
                 color: index === hover.part ? "#24FFFFFF" : "transparent"
-                border.color: "#40FFFFFF"
+                border.color: root.hovered ? "#50FFFFFF" : "#1CFFFFFF"
                 border.width: 1
             }
         }

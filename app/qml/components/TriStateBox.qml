@@ -43,7 +43,7 @@ T.CheckBox {
             anchors.centerIn: parent
             visible: parent.full
             name: root.checkState === Qt.PartiallyChecked ? "dash" : "check"
-            color: Theme.onAccent
+            color: Theme.inkOnAccent
             size: 14
         }
 
