@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace orvane {
 
 class Desktop;
@@ -7,6 +9,7 @@ class FileMover;
 class FileStatusReader;
 class FolderGrants;
 class HttpTransport;
+class LoginItems;
 class Preferences;
 class SecretStore;
 class TopicModel;
@@ -20,10 +23,14 @@ class Volume;
 [[nodiscard]] FileStatusReader& systemFileStatusReader();
 [[nodiscard]] FolderGrants& systemFolderGrants();
 [[nodiscard]] HttpTransport& systemHttpTransport();
+[[nodiscard]] LoginItems& systemLoginItems();
 [[nodiscard]] Preferences& systemPreferences();
 [[nodiscard]] SecretStore& systemSecretStore();
 [[nodiscard]] TopicModel& systemTopicModel();
 [[nodiscard]] Trash& systemTrash();
 [[nodiscard]] Volume& systemVolume();
+
+// The file whose change tells of new preferences.
+[[nodiscard]] std::string systemPreferencesFile();
 
 }  // namespace orvane

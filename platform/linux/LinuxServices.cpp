@@ -1,5 +1,6 @@
 #include "platform/SystemServices.h"
 
+#include "platform/linux/AutostartEntry.h"
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/LibSecretStore.h"
 #include "platform/linux/LinuxDesktop.h"
@@ -11,7 +12,21 @@
 #include "platform/linux/LinuxVolume.h"
 #include "platform/linux/LocalTopicModel.h"
 
+#include <unistd.h>
+
+#include <array>
+
 namespace orvane {
+namespace {
+
+// Of this process; empty where the system does not tell.
+std::string executablePath() {
+  std::array<char, 4096> path{};
+  const auto length = ::readlink("/proc/self/exe", path.data(), path.size());
+  return length > 0 ? std::string(path.data(), static_cast<std::size_t>(length)) : std::string();
+}
+
+}  // namespace
 
 Desktop& systemDesktop() {
   static LinuxDesktop desktop;
@@ -38,6 +53,11 @@ HttpTransport& systemHttpTransport() {
   return transport;
 }
 
+LoginItems& systemLoginItems() {
+  static AutostartEntry entry(AutostartEntry::defaultPath(), executablePath());
+  return entry;
+}
+
 Preferences& systemPreferences() {
   static LinuxPreferences preferences(LinuxPreferences::defaultPath());
   return preferences;
@@ -61,6 +81,10 @@ Trash& systemTrash() {
 Volume& systemVolume() {
   static LinuxVolume volume;
   return volume;
+}
+
+std::string systemPreferencesFile() {
+  return LinuxPreferences::defaultPath();
 }
 
 }  // namespace orvane
