@@ -43,6 +43,11 @@ QtObject {
         return texts.filter(text => text !== "").join(separator);
     }
 
+    // The first texts of a list, a line each, and dots where there are more.
+    function firstLines(texts: var, most: int): string {
+        return texts.slice(0, most).join("\n") + (texts.length > most ? "\n…" : "");
+    }
+
     // The word and its description for a risk: 0 safe, 1 review, 2 manual.
     function risk(value: int): string {
         return [qsTr("risk.safe"), qsTr("risk.review"), qsTr("risk.manual")][value] ?? "";

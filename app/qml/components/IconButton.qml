@@ -23,14 +23,8 @@ ButtonBase {
         }
     }
 
-    Loader {
-        anchors.fill: parent
-        active: root.hovered || root.visualFocus
-        sourceComponent: Item {
-            Tip {
-                text: root.text
-                shown: true
-            }
-        }
+    Tip {
+        text: root.text
+        shown: root.hovered || root.visualFocus
     }
 }

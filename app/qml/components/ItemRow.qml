@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Orvane
 
@@ -129,36 +131,38 @@ Item {
     }
 
     // Made when the row is pointed at: most rows never are.
-    Loader {
+    Row {
         id: actions
 
         anchors.right: chipPlace.left
         anchors.rightMargin: width > 0 ? 8 : 0
         anchors.verticalCenter: parent.verticalCenter
-        active: root.isActive && (root.canExplain || root.canOpenFolder)
-        width: active ? implicitWidth : 0
-        sourceComponent: Row {
-            spacing: 2
+        spacing: 2
+
+        HoverHandler {
+            id: actionHover
+        }
+
+        Repeater {
+            model: root.isActive && root.canExplain ? 1 : 0
 
             IconButton {
-                visible: root.canExplain
                 focusPolicy: Qt.NoFocus
                 symbol: "info"
                 text: qsTr("cleanup.why")
                 onClicked: root.explainAsked()
             }
+        }
+
+        Repeater {
+            model: root.isActive && root.canOpenFolder ? 1 : 0
 
             IconButton {
-                visible: root.canOpenFolder
                 focusPolicy: Qt.NoFocus
                 symbol: "folder-open"
                 text: qsTr("action.reveal_in_finder")
                 onClicked: root.openFolderAsked()
             }
-        }
-
-        HoverHandler {
-            id: actionHover
         }
     }
 
@@ -182,10 +186,12 @@ Item {
                 id: chipHover
             }
 
-            Loader {
-                anchors.fill: parent
-                active: chipHover.hovered && root.explanation !== ""
-                sourceComponent: Item {
+            Repeater {
+                model: chipHover.hovered && root.explanation !== "" ? 1 : 0
+
+                Item {
+                    anchors.fill: parent
+
                     Tip {
                         text: root.explanation
                         shown: true

@@ -71,7 +71,7 @@ Page {
             visible: !root.model.isRestoring && root.model.warnings.length > 0
             isWarning: true
             text: Texts.counted("history.not_restored", root.model.warnings.length)
-            detail: root.model.warnings.slice(0, 4).join("\n") + (root.model.warnings.length > 4 ? "\n…" : "")
+            detail: Texts.firstLines(root.model.warnings, 4)
             action: root.model.warnings.length > 4 ? qsTr("history.show_all_warnings") : ""
             onActed: warnings.open()
         }

@@ -11,6 +11,11 @@ Card {
 
     readonly property bool hasAreas: (model.areas ?? []).length > 0
 
+    function inWords(areas: var): string {
+        return areas.map(area => (area.titleKey ? qsTr(area.titleKey) : area.label) + " " + Texts.bytes(
+                             area.bytes)).join(", ");
+    }
+
     implicitHeight: layout.implicitHeight + 2 * padding - 2
 
     ColumnLayout {
@@ -40,9 +45,7 @@ Card {
             Layout.preferredHeight: 224
             visible: root.hasAreas
             areas: root.model.areas
-            summary: qsTr("dashboard.treemap_summary").arg(root.model.areas.map(
-                         area => (area.titleKey ? qsTr(area.titleKey) : area.label) + " " + Texts.bytes(
-                             area.bytes)).join(", "))
+            summary: qsTr("dashboard.treemap_summary").arg(root.inWords(root.model.areas))
             onChosen: (area, child) => root.model.showArea(area.category, child ? child.folder : "")
         }
 
