@@ -6,6 +6,7 @@
 #include "app/FileWatch.h"
 #include "app/Format.h"
 #include "app/HistoryModel.h"
+#include "app/IconProvider.h"
 #include "app/JournalFeed.h"
 #include "app/LanguageModel.h"
 #include "app/NavigationModel.h"
@@ -105,6 +106,8 @@ bool Window::show() {
   qml_register_types_Orvane();
   auto& parts = *m_parts;
   parts.engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+  // The engine owns what it is given.
+  parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
   parts.engine.setInitialProperties({
       {"appState", variantOf(parts.state)},
       {"navigation", variantOf(parts.navigation)},

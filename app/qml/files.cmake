@@ -1,3 +1,128 @@
-set(ORVANE_QML_FILES qml/Main.qml)
-set(ORVANE_QML_RESOURCES)
-set_source_files_properties(qml/Main.qml PROPERTIES QT_RESOURCE_ALIAS Main.qml)
+# What the window is made of, relative to app/. In the program each file stands below :/qt/qml/Orvane by its path from
+# here.
+set(ORVANE_QML_FILES
+  qml/Main.qml
+  qml/Texts.qml
+  qml/Theme.qml
+  qml/components/AlertDialog.qml
+  qml/components/BarList.qml
+  qml/components/BodyText.qml
+  qml/components/ButtonBase.qml
+  qml/components/CaptionText.qml
+  qml/components/Card.qml
+  qml/components/Chip.qml
+  qml/components/ChoiceItem.qml
+  qml/components/ChoiceMenu.qml
+  qml/components/DiskBar.qml
+  qml/components/Divider.qml
+  qml/components/Drawing.qml
+  qml/components/EmptyState.qml
+  qml/components/Figure.qml
+  qml/components/FigureText.qml
+  qml/components/FocusRing.qml
+  qml/components/HeadingText.qml
+  qml/components/Icon.qml
+  qml/components/IconButton.qml
+  qml/components/InputField.qml
+  qml/components/ItemRow.qml
+  qml/components/LinkButton.qml
+  qml/components/MenuButton.qml
+  qml/components/Meter.qml
+  qml/components/Notice.qml
+  qml/components/NumberField.qml
+  qml/components/Page.qml
+  qml/components/PlainButton.qml
+  qml/components/PreviewPanel.qml
+  qml/components/PrimaryButton.qml
+  qml/components/ProgressStrip.qml
+  qml/components/Ring.qml
+  qml/components/RowList.qml
+  qml/components/ScreenHeader.qml
+  qml/components/ScrollHint.qml
+  qml/components/SearchField.qml
+  qml/components/SectionHeader.qml
+  qml/components/Sheet.qml
+  qml/components/Sidebar.qml
+  qml/components/SidebarEntry.qml
+  qml/components/SidebarItem.qml
+  qml/components/Tip.qml
+  qml/components/TitleText.qml
+  qml/components/Toast.qml
+  qml/components/ToggleSwitch.qml
+  qml/components/Treemap.qml
+  qml/components/TreemapArea.qml
+  qml/components/TreemapLayout.js
+  qml/components/TriStateBox.qml
+  qml/screens/CleanupEntry.qml
+  qml/screens/CleanupList.qml
+  qml/screens/CleanupScreen.qml
+  qml/screens/ComingScreen.qml
+  qml/screens/DiskCard.qml
+  qml/screens/HistoryEntry.qml
+  qml/screens/HistoryScreen.qml
+  qml/screens/OnboardingSheet.qml
+  qml/screens/OverviewScreen.qml
+  qml/screens/ReclaimableCard.qml
+  qml/screens/RunsCard.qml
+)
+set(ORVANE_QML_RESOURCES
+  qml/icons/agent.svg
+  qml/icons/app.svg
+  qml/icons/apps.svg
+  qml/icons/arrow-right.svg
+  qml/icons/bell.svg
+  qml/icons/check.svg
+  qml/icons/chevron-down.svg
+  qml/icons/chevron-right.svg
+  qml/icons/cleanup.svg
+  qml/icons/clock.svg
+  qml/icons/close.svg
+  qml/icons/cloud.svg
+  qml/icons/dash.svg
+  qml/icons/drawing-agent.svg
+  qml/icons/drawing-apps.svg
+  qml/icons/drawing-clean.svg
+  qml/icons/drawing-duplicates.svg
+  qml/icons/drawing-error.svg
+  qml/icons/drawing-history.svg
+  qml/icons/drawing-organize.svg
+  qml/icons/drawing-privacy.svg
+  qml/icons/drawing-rules.svg
+  qml/icons/drawing-scan.svg
+  qml/icons/drawing-search.svg
+  qml/icons/duplicates.svg
+  qml/icons/edit.svg
+  qml/icons/file.svg
+  qml/icons/folder-open.svg
+  qml/icons/folder.svg
+  qml/icons/globe.svg
+  qml/icons/history.svg
+  qml/icons/info.svg
+  qml/icons/key.svg
+  qml/icons/lock.svg
+  qml/icons/mark.svg
+  qml/icons/minus.svg
+  qml/icons/more.svg
+  qml/icons/organize.svg
+  qml/icons/overview.svg
+  qml/icons/picture.svg
+  qml/icons/play.svg
+  qml/icons/plus.svg
+  qml/icons/privacy.svg
+  qml/icons/refresh.svg
+  qml/icons/rules.svg
+  qml/icons/search.svg
+  qml/icons/send.svg
+  qml/icons/settings.svg
+  qml/icons/sort.svg
+  qml/icons/tag.svg
+  qml/icons/trash.svg
+  qml/icons/undo.svg
+  qml/icons/warning.svg
+)
+
+foreach(file IN LISTS ORVANE_QML_FILES ORVANE_QML_RESOURCES)
+  string(REGEX REPLACE "^qml/" "" alias "${file}")
+  set_source_files_properties("${file}" PROPERTIES QT_RESOURCE_ALIAS "${alias}")
+endforeach()
+set_source_files_properties(qml/Texts.qml qml/Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)

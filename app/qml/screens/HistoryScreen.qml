@@ -1,0 +1,134 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// Every run with what it moved, where from and where to; each can be brought back.
+Page {
+    id: root
+
+    required property AppState appState
+    required property HistoryModel model
+
+    readonly property bool isEmpty: list.count === 0 && model.searchText === ""
+
+    function find() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+
+    function undo() {
+        const first = list.itemAtIndex(0) as HistoryEntry;
+        if (first && first.canRestore && !model.isRestoring)
+            model.restoreRun(0);
+    }
+
+    title: qsTr("nav.history")
+    subtitle: isEmpty ? qsTr("history.subtitle_empty") : qsTr("history.subtitle")
+    actions: [
+        SearchField {
+            id: search
+
+            implicitWidth: 220
+            visible: !root.isEmpty
+            text: root.model.searchText
+            onTextEdited: searchDelay.restart()
+            onTextChanged: if (text === "" && root.model.searchText !== "") searchDelay.restart()
+        },
+        PlainButton {
+            symbol: "trash"
+            text: qsTr("action.open_trash")
+            onClicked: root.appState.openTrash()
+        }
+    ]
+
+    Timer {
+        id: searchDelay
+
+        interval: 120
+        onTriggered: root.model.searchText = search.text
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        ProgressStrip {
+            Layout.fillWidth: true
+            visible: root.model.isRestoring
+            title: qsTr("action.restoring")
+            value: root.model.progressTotal > 0 ? root.model.progressDone / root.model.progressTotal : -1
+            figures: qsTr("count.of").arg(Texts.count(root.model.progressDone)).arg(
+                         Texts.count(root.model.progressTotal))
+            canCancel: root.model.canCancel
+            onCancelAsked: root.model.cancel()
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: !root.model.isRestoring && root.model.warnings.length > 0
+            isWarning: true
+            text: Texts.counted("history.not_restored", root.model.warnings.length)
+            detail: root.model.warnings.slice(0, 4).join("\n") + (root.model.warnings.length > 4 ? "\n…" : "")
+            action: root.model.warnings.length > 4 ? qsTr("history.show_all_warnings") : ""
+            onActed: warnings.open()
+        }
+
+        Card {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            flush: true
+
+            RowList {
+                id: list
+
+                anchors.fill: parent
+                anchors.topMargin: 6
+                anchors.bottomMargin: 6
+                visible: count > 0
+                label: qsTr("nav.history")
+                model: root.model
+                onRowToggled: row => root.model.toggleExpanded(row)
+                onRowFolded: (row, open) => {
+                    const entry = itemAtIndex(row) as HistoryEntry;
+                    if (entry && entry.isRun && entry.expanded !== open)
+                        root.model.toggleExpanded(row);
+                }
+                delegate: HistoryEntry {
+                    width: list.width
+                    isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
+                    isBusy: root.model.isRestoring
+                    onFolded: {
+                        list.forceActiveFocus(Qt.MouseFocusReason);
+                        list.showsCurrent = false;
+                        list.currentIndex = index;
+                        root.model.toggleExpanded(index);
+                    }
+                    onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreEntry(index)
+                }
+            }
+
+            EmptyState {
+                anchors.fill: parent
+                visible: list.count === 0
+                drawing: root.isEmpty ? "history" : "search"
+                title: root.isEmpty ? qsTr("history.empty_title") : ""
+                text: root.isEmpty ? qsTr("history.empty_text") : qsTr("history.nothing_matches")
+                action: root.isEmpty ? "" : qsTr("action.clear_search")
+                onActed: {
+                    search.clear();
+                    root.model.searchText = "";
+                }
+            }
+        }
+    }
+
+    AlertDialog {
+        id: warnings
+
+        title: Texts.counted("history.not_restored", root.model.warnings.length)
+        message: qsTr("history.warnings_text")
+        details: root.model.warnings
+    }
+}
