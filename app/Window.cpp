@@ -7,6 +7,7 @@
 #include "app/Format.h"
 #include "app/HistoryModel.h"
 #include "app/IconProvider.h"
+#include "app/InterfaceFont.h"
 #include "app/JournalFeed.h"
 #include "app/LanguageModel.h"
 #include "app/NavigationModel.h"
@@ -59,6 +60,8 @@ struct Window::Parts {
         tray(state, tidy) {}
 
   WindowServices services;
+  // As the desktop has it, before a language changed anything.
+  const QFont systemFont = QGuiApplication::font();
   TableTranslator translator;
   DesktopAppearance appearance;
   FileWatch preferences;
@@ -105,6 +108,7 @@ Window::~Window() = default;
 bool Window::show() {
   qml_register_types_Orvane();
   auto& parts = *m_parts;
+  QGuiApplication::setFont(interfaceFont(parts.systemFont, parts.languages.currentCode()));
   parts.engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
   // The engine owns what it is given.
   parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
@@ -140,6 +144,7 @@ void Window::raise(const QByteArray& wish) {
 void Window::languageChanged() {
   auto& parts = *m_parts;
   Format::followLanguage();
+  QGuiApplication::setFont(interfaceFont(parts.systemFont, parts.languages.currentCode()));
   const int type = qmlTypeId("Orvane", 1, 0, "Format");
   if (auto* format = parts.engine.singletonInstance<Format*>(type)) format->languageChanged();
   parts.engine.retranslate();

@@ -31,6 +31,9 @@ ApplicationWindow {
         ["Coming", {section: "settings"}]
     ]
 
+    readonly property int section: appState.selectedNavigation
+    onSectionChanged: showSection(section)
+
     function showSection(section: int) {
         const screen = screens[section] ?? screens[0];
         loader.setSource("screens/" + screen[0] + "Screen.qml", screen[1]);
@@ -49,7 +52,7 @@ ApplicationWindow {
     color: Theme.background
 
     Component.onCompleted: {
-        showSection(appState.selectedNavigation);
+        showSection(section);
         if (!appState.hasCompletedOnboarding)
             onboarding.open();
     }
@@ -68,10 +71,6 @@ ApplicationWindow {
 
     Connections {
         target: window.appState
-
-        function onSelectedNavigationChanged() {
-            window.showSection(window.appState.selectedNavigation);
-        }
 
         function onRaised() {
             window.visible = true;

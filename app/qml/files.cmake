@@ -37,6 +37,7 @@ set(ORVANE_QML_FILES
   qml/components/ProgressStrip.qml
   qml/components/Ring.qml
   qml/components/RowList.qml
+  qml/components/RunStrip.qml
   qml/components/ScreenHeader.qml
   qml/components/ScrollHint.qml
   qml/components/SearchField.qml

@@ -16,9 +16,6 @@ Page {
     ]
     readonly property bool isFiltered: model.searchText !== "" || model.riskFilter >= 0 || model.categoryFilter !== ""
                                        || model.folderFilter !== ""
-    // What Undo is shown for: the run just done, until it is dismissed or another begins.
-    property bool resultDismissed: false
-
     function find() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
         search.selectAll();
@@ -90,12 +87,7 @@ Page {
         target: root.model
 
         function onCleaned() {
-            root.resultDismissed = false;
             completed.open();
-        }
-
-        function onUndone() {
-            root.resultDismissed = false;
         }
     }
 
@@ -112,25 +104,17 @@ Page {
             onCancelAsked: root.appState.cancelScan()
         }
 
-        ProgressStrip {
+        RunStrip {
             Layout.fillWidth: true
-            visible: root.isWorking
-            title: root.model.isUndoing ? qsTr("action.restoring") : qsTr("action.cleaning")
-            value: root.model.progressTotal > 0 ? root.model.progressDone / root.model.progressTotal : -1
-            figures: qsTr("count.of").arg(Texts.count(root.model.progressDone)).arg(
-                         Texts.count(root.model.progressTotal))
+            isWorking: root.isWorking
+            isUndoing: root.model.isUndoing
+            done: root.model.progressDone
+            total: root.model.progressTotal
             detail: root.model.progressText
+            outcome: root.model.resultText
+            canUndo: root.model.canUndo
             onCancelAsked: root.model.cancel()
-        }
-
-        ProgressStrip {
-            Layout.fillWidth: true
-            visible: !root.isWorking && root.model.resultText !== "" && !root.resultDismissed
-            result: root.model.resultText
-            resultNote: root.model.canUndo ? qsTr("cleanup.space_note") : ""
-            undoText: root.model.canUndo ? qsTr("action.undo") : ""
             onUndoAsked: root.model.undo()
-            onDismissed: root.resultDismissed = true
         }
 
         Notice {

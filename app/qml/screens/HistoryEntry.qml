@@ -20,6 +20,7 @@ Item {
     property bool isFocused: false
     property bool isBusy: false
     signal folded
+    signal openFolderAsked
     signal restoreAsked
 
     readonly property bool isRun: kind === 0
@@ -45,6 +46,7 @@ Item {
         anchors.fill: parent
         hoverEnabled: true
         onClicked: if (root.isRun) root.folded()
+        onDoubleClicked: if (!root.isRun) root.openFolderAsked()
     }
 
     Icon {

@@ -11,7 +11,7 @@ Page {
     required property AppState appState
     required property HistoryModel model
 
-    readonly property bool isEmpty: list.count === 0 && model.searchText === ""
+    readonly property bool isEmpty: model.runCount === 0
 
     function find() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -54,15 +54,16 @@ Page {
         anchors.fill: parent
         spacing: Theme.gap
 
-        ProgressStrip {
+        RunStrip {
             Layout.fillWidth: true
-            visible: root.model.isRestoring
-            title: qsTr("action.restoring")
-            value: root.model.progressTotal > 0 ? root.model.progressDone / root.model.progressTotal : -1
-            figures: qsTr("count.of").arg(Texts.count(root.model.progressDone)).arg(
-                         Texts.count(root.model.progressTotal))
-            canCancel: root.model.canCancel
+            isWorking: root.model.isRestoring
+            isUndoing: true
+            done: root.model.progressDone
+            total: root.model.progressTotal
+            detail: root.model.progressText
+            outcome: root.model.resultText
             onCancelAsked: root.model.cancel()
+            onDismissed: root.model.clearResult()
         }
 
         Notice {
@@ -105,14 +106,15 @@ Page {
                         list.currentIndex = index;
                         root.model.toggleExpanded(index);
                     }
-                    onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreEntry(index)
+                    onRestoreAsked: root.model.restoreRun(index)
+                    onOpenFolderAsked: root.model.openContainingFolder(index)
                 }
             }
 
             EmptyState {
                 anchors.fill: parent
-                visible: list.count === 0
                 drawing: root.isEmpty ? "history" : "search"
+                visible: root.model.isLoaded && list.count === 0
                 title: root.isEmpty ? qsTr("history.empty_title") : ""
                 text: root.isEmpty ? qsTr("history.empty_text") : qsTr("history.nothing_matches")
                 action: root.isEmpty ? "" : qsTr("action.clear_search")

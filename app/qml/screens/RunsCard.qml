@@ -113,7 +113,7 @@ Card {
                     anchors.rightMargin: 8
                     anchors.verticalCenter: parent.verticalCenter
                     visible: !run.modelData.canUndo
-                    text: qsTr("state.restored")
+                    text: run.modelData.stateKey ? qsTr(run.modelData.stateKey) : ""
                 }
             }
         }
