@@ -24,7 +24,8 @@ constexpr std::chrono::milliseconds summaryDelay{800};
 QVariantMap mapFrom(const OverviewArea& area, const FileUrl& home) {
   QVariantList children;
   for (const auto& folder : area.folders) children.append(mapFrom(folder, home));
-  const auto titleKey = "category." + std::string(rawValue(area.category));
+  // A category is named by its key, a folder by its name.
+  const auto titleKey = area.folder.empty() ? "category." + std::string(rawValue(area.category)) : std::string();
   const FileUrl folder(area.folder);
   const bool isHome = folder.path() == home.path();
   return {

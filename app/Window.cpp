@@ -108,9 +108,10 @@ Window::~Window() = default;
 bool Window::show() {
   qml_register_types_Orvane();
   auto& parts = *m_parts;
-  parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
   QGuiApplication::setFont(interfaceFont(parts.systemFont, parts.languages.currentCode()));
   parts.engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+  // The engine owns what it is given.
+  parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
   parts.engine.setInitialProperties({
       {"appState", variantOf(parts.state)},
       {"navigation", variantOf(parts.navigation)},

@@ -3,7 +3,7 @@
 #include "core/base/HomeFolder.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/rules/RuleEngine.h"
-#include "core/rules/ScheduleSettings.h"
+#include "core/rules/ScheduleCoordinator.h"
 #include "core/safety/FileAccessService.h"
 #include "core/safety/PermissionsManager.h"
 #include "core/safety/TrashMover.h"
@@ -26,7 +26,7 @@ WindowServices systemWindowServices() {
       .rules = RuleEngine::shared(),
       .home = FileUrl(homeFolder()),
       .journal = []() -> UndoJournal& { return UndoJournal::shared(); },
-      .scheduleSettings = [] { return ScheduleSettings{}; },
+      .scheduleSettings = [] { return ScheduleCoordinator::shared().getSettings(); },
   };
 }
 

@@ -3,11 +3,13 @@
 
 extern "C" const char* __tsan_default_suppressions();
 
-// GLib hands memory and messages between threads under locks of its own, which the sanitizer does not see because the
-// library is not built with it.
+// These libraries hand memory and messages between threads under locks of their own, which the sanitizer does not see
+// because they are not built with it.
 extern "C" const char* __tsan_default_suppressions() {
   return "race:libglib-2.0.so\n"
          "race:libgobject-2.0.so\n"
          "race:libgio-2.0.so\n"
-         "race:libsecret-1.so\n";
+         "race:libsecret-1.so\n"
+         "race:libsdbus-c++.so\n"
+         "race:libsystemd.so\n";
 }

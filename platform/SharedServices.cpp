@@ -13,7 +13,11 @@
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/plans/PlanExecutor.h"
+#include "core/rules/HeadlessCoordinator.h"
+#include "core/rules/LaunchAgentManager.h"
 #include "core/rules/RuleEngine.h"
+#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/UserNotificationService.h"
 #include "core/safety/FileAccessService.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/PermissionsManager.h"
@@ -23,7 +27,20 @@
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/SystemServices.h"
 
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <string_view>
+#include <thread>
+
 namespace orvane {
+namespace {
+
+void writeToConsole(std::string_view line) {
+  fmt::print(stderr, "{}\n", line);
+}
+
+}  // namespace
 
 PathValidator& PathValidator::shared() {
   static PathValidator validator(homeFolder());
@@ -126,6 +143,37 @@ PermissionsManager& PermissionsManager::shared() {
 RuleEngine& RuleEngine::shared() {
   static RuleEngine engine(systemPreferences(), TrashMover::shared(), UndoJournal::shared(), PathValidator::shared());
   return engine;
+}
+
+UserNotificationService& UserNotificationService::shared() {
+  static UserNotificationService service(systemNotificationCenter(), writeToConsole);
+  return service;
+}
+
+ScheduleCoordinator& ScheduleCoordinator::shared() {
+  static ScheduleCoordinator coordinator({.preferences = systemPreferences(),
+                                          .ruleEngine = RuleEngine::shared(),
+                                          .fileAccessService = FileAccessService::shared(),
+                                          .notificationService = UserNotificationService::shared()});
+  return coordinator;
+}
+
+LaunchAgentManager& LaunchAgentManager::shared() {
+  static LaunchAgentManager manager(systemBackgroundScheduler(), homeFolder());
+  return manager;
+}
+
+HeadlessCoordinator& HeadlessCoordinator::shared() {
+  static HeadlessCoordinator coordinator(
+      {.schedule = ScheduleCoordinator::shared(),
+       .tidySettings = AutoOrganizeSettingsStore::shared(),
+       .autoOrganizer = AutoOrganizer::shared(),
+       .notificationCenter = systemNotificationCenter(),
+       .volume = systemVolume(),
+       .home = FileUrl(homeFolder()),
+       .console = writeToConsole,
+       .wait = [](std::chrono::seconds time) { std::this_thread::sleep_for(time); }});
+  return coordinator;
 }
 
 }  // namespace orvane

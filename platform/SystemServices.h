@@ -4,12 +4,14 @@
 
 namespace orvane {
 
+class BackgroundScheduler;
 class Desktop;
 class FileMover;
 class FileStatusReader;
 class FolderGrants;
 class HttpTransport;
 class LoginItems;
+class NotificationCenter;
 class Preferences;
 class SecretStore;
 class TopicModel;
@@ -18,12 +20,14 @@ class Volume;
 
 // This system's one instance of each interface, made at its first use. A port defines these functions in its own
 // folder.
+[[nodiscard]] BackgroundScheduler& systemBackgroundScheduler();
 [[nodiscard]] Desktop& systemDesktop();
 [[nodiscard]] FileMover& systemFileMover();
 [[nodiscard]] FileStatusReader& systemFileStatusReader();
 [[nodiscard]] FolderGrants& systemFolderGrants();
 [[nodiscard]] HttpTransport& systemHttpTransport();
 [[nodiscard]] LoginItems& systemLoginItems();
+[[nodiscard]] NotificationCenter& systemNotificationCenter();
 [[nodiscard]] Preferences& systemPreferences();
 [[nodiscard]] SecretStore& systemSecretStore();
 [[nodiscard]] TopicModel& systemTopicModel();
@@ -32,5 +36,8 @@ class Volume;
 
 // The file whose change tells of new preferences.
 [[nodiscard]] std::string systemPreferencesFile();
+
+// The absolute path of the program with the window, which lies beside the one that runs. It need not be there.
+[[nodiscard]] std::string windowProgram();
 
 }  // namespace orvane

@@ -8,6 +8,10 @@ namespace orvane::cli {
 
 // A new command is a file of its own in this folder that defines its CommandSpec, a line here, and a line in the table
 // in Commands.cpp.
+extern const CommandSpec agentInstallCommand;
+extern const CommandSpec agentShowCommand;
+extern const CommandSpec agentStatusCommand;
+extern const CommandSpec agentUninstallCommand;
 extern const CommandSpec appsLeftoversCommand;
 extern const CommandSpec appsListCommand;
 extern const CommandSpec appsUninstallCommand;
@@ -39,6 +43,12 @@ extern const CommandSpec rulesPreviewCommand;
 extern const CommandSpec rulesResetCommand;
 extern const CommandSpec rulesRunCommand;
 extern const CommandSpec scanCommand;
+extern const CommandSpec scheduleDisableCommand;
+extern const CommandSpec scheduleDueCommand;
+extern const CommandSpec scheduleEnableCommand;
+extern const CommandSpec scheduleRunCommand;
+extern const CommandSpec scheduleSetCommand;
+extern const CommandSpec scheduleShowCommand;
 extern const CommandSpec stringsCommand;
 extern const CommandSpec summaryCommand;
 extern const CommandSpec tidyDisableCommand;

@@ -4,6 +4,7 @@
 #include "cli/Folders.h"
 #include "cli/ProgressLine.h"
 #include "cli/RuleFile.h"
+#include "cli/RuleOutlook.h"
 #include "cli/RuleScan.h"
 #include "cli/RunReport.h"
 #include "cli/Session.h"
@@ -31,8 +32,6 @@
 namespace orvane::cli {
 namespace {
 
-// Of each rule: nobody reads thousands of lines, and whatever reads them takes the JSON.
-constexpr std::size_t matchesShown = 20;
 constexpr std::size_t shownIdCharacters = 8;
 
 // Why files are not taken, in the order of RuleMismatch.
@@ -88,18 +87,6 @@ Rules chosenRules(const Arguments& arguments) {
   Rules result;
   for (const auto& reference : arguments.plain()) result.push_back(ruleFrom(rules, reference));
   return result;
-}
-
-std::string actionText(const RuleAction& action) {
-  switch (action.type()) {
-    case RuleAction::Type::moveToFolder:
-      return fmt::format("move to {}", escapedForDisplay(action.path()));
-    case RuleAction::Type::moveToTrash:
-      return "move to Trash";
-    case RuleAction::Type::reviewOnly:
-      break;
-  }
-  return "only list";
 }
 
 std::string conditionsText(const RuleTrigger& trigger) {
@@ -224,23 +211,6 @@ void printNotTaken(Session& session, const RulePreview& preview) {
   }
 }
 
-void printPreview(Session& session, const CleanupRule& rule, const RulePreview& preview,
-                  std::span<const FileItem> items) {
-  session.out().line(
-      fmt::format("{}{}: {}", escapedForDisplay(rule.name), rule.isEnabled ? "" : " (off)", actionText(rule.action)));
-  const auto shown = std::min(matchesShown, preview.matches.size());
-  for (std::size_t i = 0; i < shown; ++i) {
-    const auto& item = items[preview.matches[i]];
-    session.out().line(fmt::format("  {:>9}  {}", item.formattedSize(), shownPath(item.url())));
-  }
-  if (shown < preview.matches.size()) {
-    session.out().line(fmt::format("             and {} more",
-                                   formatCount(static_cast<std::int64_t>(preview.matches.size() - shown))));
-  }
-  session.out().line(fmt::format("  {} ({}).", itemCount(static_cast<std::int64_t>(preview.matches.size())),
-                                 formatByteCount(preview.bytes)));
-}
-
 Json previewJson(const CleanupRule& rule, const RulePreview& preview, std::span<const FileItem> items) {
   Json json = Json::object();
   json["ruleId"] = jsonFromUuid(rule.id);
@@ -270,62 +240,6 @@ ExitStatus runPreview(Session& session, const Arguments& arguments) {
   }
   if (session.isJson()) session.out().line(jsonText(json));
   return ExitStatus::done;
-}
-
-// What a run is going to do, as far as it is known before.
-struct Outlook {
-  std::vector<bool> isTaken;  // by candidate
-  std::int64_t trashed = 0;
-  std::int64_t trashedBytes = 0;
-  std::int64_t moved = 0;
-  std::int64_t keptByLabel = 0;
-};
-
-// Shows it to people too.
-Outlook outlookFor(Session& session, const Rules& rules, std::span<const FileItem> items, Date now) {
-  Outlook outlook{.isTaken = std::vector<bool>(items.size(), false)};
-  for (const auto& rule : rules) {
-    if (!rule.isEnabled || rule.action.type() == RuleAction::Type::reviewOnly) continue;
-    const auto preview = previewRule(rule, items, now);
-    outlook.keptByLabel += preview.keptByLabel;
-    if (!session.isJson() && !preview.matches.empty()) printPreview(session, rule, preview, items);
-    for (const auto index : preview.matches) {
-      if (outlook.isTaken[index]) continue;
-      outlook.isTaken[index] = true;
-      if (rule.action.type() == RuleAction::Type::moveToFolder) {
-        ++outlook.moved;
-      } else {
-        ++outlook.trashed;
-        outlook.trashedBytes += items[index].fileSize();
-      }
-    }
-  }
-  return outlook;
-}
-
-std::string questionFor(const Outlook& outlook) {
-  if (outlook.moved == 0) return trashQuestion(outlook.trashed, outlook.trashedBytes);
-  if (outlook.trashed == 0) return fmt::format("Move {} into other folders?", itemCount(outlook.moved));
-  return fmt::format("Move {} ({}) to the Trash and {} into other folders?", itemCount(outlook.trashed),
-                     formatByteCount(outlook.trashedBytes), itemCount(outlook.moved));
-}
-
-void printSummary(Session& session, const PlanExecutionSummary& summary, const Outlook& outlook) {
-  if (session.isJson()) {
-    session.out().line(jsonText(summary.toJson()));
-    return;
-  }
-  if (summary.itemsProcessed == 0) {
-    session.out().line("Nothing was moved.");
-  } else {
-    session.out().line(fmt::format("Moved {}; what is in the Trash ({}) is free once the Trash is emptied.",
-                                   itemCount(summary.itemsProcessed), formatByteCount(summary.bytesReclaimed)));
-    session.out().line(fmt::format("To bring everything back: orvanectl restore {}", summary.batchId.toString()));
-  }
-  if (outlook.keptByLabel > 0) {
-    session.out().line(fmt::format("{} would have matched but for the label 'manual', which no rule ever touches.",
-                                   itemCount(outlook.keptByLabel)));
-  }
 }
 
 ExitStatus runRun(Session& session, const Arguments& arguments) {

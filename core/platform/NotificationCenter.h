@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace orvane {
@@ -18,6 +19,9 @@ class NotificationCenter {
   virtual bool requestAuthorization() = 0;
   // Throws std::runtime_error when it cannot be handed over.
   virtual void post(const Notification& notification) = 0;
+  // Gives the user that long to click on what was posted; returns earlier once all of it is gone. A click can only be
+  // answered while the program runs.
+  virtual void awaitAnswers(std::chrono::milliseconds limit) noexcept = 0;
 };
 
 }  // namespace orvane

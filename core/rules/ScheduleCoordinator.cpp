@@ -45,12 +45,11 @@ ScheduleSettings ScheduleCoordinator::changeSettings(const std::function<void(Sc
   return settings;
 }
 
-bool ScheduleCoordinator::isRunDue(std::optional<std::int64_t> currentFreeBytes) const {
-  return getSettings().isRunDue(currentFreeBytes, m_with.now());
+bool ScheduleCoordinator::isRunDue(std::optional<std::int64_t> currentFreeBytes, std::chrono::seconds ahead) const {
+  return getSettings().isRunDue(currentFreeBytes, m_with.now() + ahead);
 }
 
-PlanExecution ScheduleCoordinator::carryOutScheduledRun(const CleanupRun::Progress& progress,
-                                                        const std::stop_token& stop) {
+PlanExecution ScheduleCoordinator::carryOutScheduledRun(const RunRequest& request) {
   const std::lock_guard lock(m_runMutex);
   PlanExecution nothing;
   nothing.summary.batchId = Uuid::random();
@@ -60,18 +59,20 @@ PlanExecution ScheduleCoordinator::carryOutScheduledRun(const CleanupRun::Progre
   std::erase_if(rules, [](const CleanupRule& rule) { return !rule.isEnabled; });
   if (rules.empty()) return nothing;
   const auto folders = m_with.fileAccessService.getManagedFolderURLs();
-  // Without a folder there would be no boundary either.
-  if (folders.empty()) return nothing;
-  const auto candidates = scheduleCandidates(folders, stop);
-  if (stop.stop_requested()) return nothing;
-  auto execution = m_with.ruleEngine.carryOut(rules, candidates, AllowedRoots(folders), progress, stop);
+  const auto candidates = scheduleCandidates(folders, request.stop);
+  // No file may grow old enough for a rule while the question stands.
+  const auto now = m_with.now();
+  if (request.approve && !request.approve(rules, candidates, now)) return nothing;
+  if (request.stop.stop_requested()) return nothing;
+  auto execution =
+      m_with.ruleEngine.carryOut(rules, candidates, AllowedRoots(folders), request.progress, request.stop, now);
   changeSettings([&](ScheduleSettings& settings) { settings.lastRunDate = m_with.now(); });
   m_with.notificationService.postCleanupSummary(execution.summary.itemsProcessed, execution.summary.bytesReclaimed);
   return execution;
 }
 
 PlanExecutionSummary ScheduleCoordinator::executeScheduledRun() {
-  return carryOutScheduledRun().summary;
+  return carryOutScheduledRun({}).summary;
 }
 
 }  // namespace orvane

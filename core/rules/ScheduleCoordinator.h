@@ -5,17 +5,22 @@
 #include "core/rules/ScheduleSettings.h"
 #include "core/safety/CleanupRun.h"
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <stop_token>
 #include <string_view>
 
 namespace orvane {
 
 class FileAccessService;
+class FileItem;
 class Preferences;
 class RuleEngine;
+struct CleanupRule;
 class UserNotificationService;
 
 // Keeps the settings of unattended cleanups and carries one out. What is stored is read again by each operation, so
@@ -42,12 +47,21 @@ class ScheduleCoordinator {
   // The same for a change of what is stored now.
   ScheduleSettings changeSettings(const std::function<void(ScheduleSettings&)>& change);
 
-  // Whether a run is due; the free bytes of the start-up volume are absent where they are not known.
-  [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes) const;
+  // Whether a run is due, or will be `ahead` of now; the free bytes of the start-up volume are absent where they are
+  // not known.
+  [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes, std::chrono::seconds ahead = {}) const;
 
+  struct RunRequest {
+    // Asked once, before anything is touched, with what is going to be done; a no, or a stop, leaves everything as it
+    // is. Without it nobody is asked.
+    std::function<bool(std::span<const CleanupRule> rules, std::span<const FileItem> candidates, Date now)> approve =
+        {};
+    CleanupRun::Progress progress = {};
+    std::stop_token stop = {};
+  };
   // Offers every file of the granted folders to the enabled rules, notes the time and announces what was done. Without
-  // an enabled rule, or without a granted folder that exists, nothing happens and the time of the last run stays.
-  PlanExecution carryOutScheduledRun(const CleanupRun::Progress& progress = {}, const std::stop_token& stop = {});
+  // an enabled rule nothing happens and the time of the last run stays.
+  PlanExecution carryOutScheduledRun(const RunRequest& request);
   // The same for callers that only want the sum.
   PlanExecutionSummary executeScheduledRun();
 

@@ -13,6 +13,7 @@ class UserNotificationService {
  public:
   // `console` gets a line when a notification cannot be delivered.
   UserNotificationService(NotificationCenter& center, std::function<void(std::string_view line)> console);
+  static UserNotificationService& shared();
 
   // False also when the system cannot be asked.
   [[nodiscard]] bool requestAuthorization() const;

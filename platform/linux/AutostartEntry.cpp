@@ -2,15 +2,14 @@
 
 #include "core/base/AtomicFile.h"
 #include "core/base/FileDescriptor.h"
-#include "core/base/HomeFolder.h"
 #include "core/base/PathText.h"
+#include "platform/linux/ConfigurationFolder.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -53,10 +52,7 @@ AutostartEntry::AutostartEntry(std::string path, std::string executable)
     : m_path(std::move(path)), m_executable(std::move(executable)) {}
 
 std::string AutostartEntry::defaultPath() {
-  const char* configured = std::getenv("XDG_CONFIG_HOME");
-  const std::string folder =
-      configured != nullptr && configured[0] == '/' ? configured : joinPath(homeFolder(), ".config");
-  return joinPath(folder, "autostart/orvane.desktop");
+  return joinPath(configurationFolder(), "autostart/orvane.desktop");
 }
 
 bool AutostartEntry::isEnabled() const {

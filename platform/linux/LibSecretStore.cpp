@@ -1,5 +1,7 @@
 #include "platform/linux/LibSecretStore.h"
 
+#include "platform/posix/TimeLimit.h"
+
 #include <libsecret/secret.h>
 
 #include <functional>
@@ -118,25 +120,19 @@ std::optional<SecretText> findNow(const Place& place, GCancellable* cancellable)
   return std::nullopt;
 }
 
-// The work's result, or `otherwise` when it takes too long. A service that hangs can hold a call in places where it is
-// not cancelled; the thread is then left to itself, with everything that it uses.
+// The work's result, or `otherwise` when it takes too long. The service can hold a call in places where it is not
+// cancelled.
 template <typename Result>
 Result within(std::chrono::milliseconds timeout, Result otherwise, std::function<Result(GCancellable*)> work) {
   const std::shared_ptr<GCancellable> cancellable(g_cancellable_new(), Unreference{});
-  auto promise = std::make_shared<std::promise<Result>>();
-  auto future = promise->get_future();
   try {
-    std::thread([cancellable, promise, work = std::move(work)]() mutable {
-      auto result = work(cancellable.get());
-      // What holds the secret is gone before the caller goes on.
-      work = nullptr;
-      promise->set_value(std::move(result));
-    }).detach();
+    const auto result =
+        finishedWithin<Result>(timeout, [cancellable, work = std::move(work)] { return work(cancellable.get()); });
+    if (result) return *result;
+    g_cancellable_cancel(cancellable.get());
   } catch (const std::system_error&) {
-    return otherwise;
+    // No thread could be started.
   }
-  if (future.wait_for(timeout) == std::future_status::ready) return future.get();
-  g_cancellable_cancel(cancellable.get());
   return otherwise;
 }
 

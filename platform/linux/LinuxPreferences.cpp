@@ -5,14 +5,13 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/FileLock.h"
 #include "core/base/FreeName.h"
-#include "core/base/HomeFolder.h"
 #include "core/base/Json.h"
 #include "core/base/PathText.h"
+#include "platform/linux/ConfigurationFolder.h"
 
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -51,10 +50,7 @@ void setAside(const std::string& path) {
 LinuxPreferences::LinuxPreferences(std::string path) : m_path(std::move(path)) {}
 
 std::string LinuxPreferences::defaultPath() {
-  const char* configured = std::getenv("XDG_CONFIG_HOME");
-  const std::string folder =
-      configured != nullptr && configured[0] == '/' ? configured : joinPath(homeFolder(), ".config");
-  return joinPath(folder, "orvane/preferences.json");
+  return joinPath(configurationFolder(), "orvane/preferences.json");
 }
 
 std::optional<Json> LinuxPreferences::value(std::string_view key) const {

@@ -1,6 +1,7 @@
 #include "platform/SystemServices.h"
 
 #include "platform/linux/AutostartEntry.h"
+#include "platform/linux/BusNotificationCenter.h"
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/LibSecretStore.h"
 #include "platform/linux/LinuxDesktop.h"
@@ -11,22 +12,21 @@
 #include "platform/linux/LinuxTrash.h"
 #include "platform/linux/LinuxVolume.h"
 #include "platform/linux/LocalTopicModel.h"
+#include "platform/linux/SystemdScheduler.h"
+#include "platform/posix/RunTool.h"
 
-#include <unistd.h>
-
-#include <array>
+#include <filesystem>
 
 namespace orvane {
-namespace {
 
-// Of this process; empty where the system does not tell.
-std::string executablePath() {
-  std::array<char, 4096> path{};
-  const auto length = ::readlink("/proc/self/exe", path.data(), path.size());
-  return length > 0 ? std::string(path.data(), static_cast<std::size_t>(length)) : std::string();
+std::string windowProgram() {
+  return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "orvane").string();
 }
 
-}  // namespace
+BackgroundScheduler& systemBackgroundScheduler() {
+  static SystemdScheduler scheduler(SystemdScheduler::defaultFolder());
+  return scheduler;
+}
 
 Desktop& systemDesktop() {
   static LinuxDesktop desktop;
@@ -54,8 +54,13 @@ HttpTransport& systemHttpTransport() {
 }
 
 LoginItems& systemLoginItems() {
-  static AutostartEntry entry(AutostartEntry::defaultPath(), executablePath());
+  static AutostartEntry entry(AutostartEntry::defaultPath(), windowProgram());
   return entry;
+}
+
+NotificationCenter& systemNotificationCenter() {
+  static BusNotificationCenter center([] { startProgram({windowProgram(), "--show", "history"}); });
+  return center;
 }
 
 Preferences& systemPreferences() {

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -65,6 +66,15 @@ std::string TemporaryTree::link(std::string_view relative, std::string_view targ
 
 bool exists(const std::string& path) {
   return itemExists(path.c_str());
+}
+
+std::vector<std::string> filesBelow(const std::string& folder) {
+  std::vector<std::string> result;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (!entry.is_directory()) result.push_back(entry.path().string().substr(folder.size() + 1));
+  }
+  std::ranges::sort(result);
+  return result;
 }
 
 std::string contentOf(const std::string& path) {

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane::test {
 
@@ -34,6 +35,8 @@ class TemporaryTree {
 
 [[nodiscard]] bool exists(const std::string& path);
 [[nodiscard]] std::string contentOf(const std::string& path);
+// What is in a folder and below it that is no folder, by its path from there, sorted.
+[[nodiscard]] std::vector<std::string> filesBelow(const std::string& folder);
 // Sets access and modification time, in seconds before now.
 void setAge(const std::string& path, double seconds);
 

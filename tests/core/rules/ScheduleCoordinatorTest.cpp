@@ -22,6 +22,7 @@ class RecordingCenter : public NotificationCenter {
  public:
   bool requestAuthorization() override { return true; }
   void post(const Notification& notification) override { bodies.push_back(notification.body); }
+  void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override {}
   std::vector<std::string> bodies;
 };
 

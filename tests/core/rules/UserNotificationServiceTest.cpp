@@ -19,6 +19,7 @@ struct Center : NotificationCenter {
     if (fails) throw std::runtime_error("no service");
     posted.push_back(notification);
   }
+  void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override {}
   bool fails = false;
   std::vector<Notification> posted;
 };

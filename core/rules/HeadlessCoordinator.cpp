@@ -1,0 +1,58 @@
+#include "core/rules/HeadlessCoordinator.h"
+
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/AutoOrganizer.h"
+#include "core/platform/NotificationCenter.h"
+#include "core/platform/Volume.h"
+#include "core/rules/ScheduleCoordinator.h"
+
+#include <fmt/format.h>
+
+#include <exception>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+// The clock may be set and the machine may sleep meanwhile, so it is looked at again and again.
+constexpr std::chrono::seconds lookInterval{10};
+
+}  // namespace
+
+HeadlessCoordinator::HeadlessCoordinator(Collaborators collaborators) : m_with(std::move(collaborators)) {}
+
+bool HeadlessCoordinator::isDue(std::chrono::seconds ahead) const {
+  const auto capacity = m_with.volume.capacity(m_with.home);
+  return m_with.schedule.isRunDue(capacity ? std::optional(capacity->availableBytes) : std::nullopt, ahead);
+}
+
+void HeadlessCoordinator::cleanIfDue() {
+  while (!isDue({})) {
+    if (!isDue(patience)) return;
+    m_with.wait(lookInterval);
+  }
+  m_with.schedule.executeScheduledRun();
+}
+
+void HeadlessCoordinator::tidyIfEnabled() {
+  const auto settings = m_with.tidySettings.get();
+  if (!settings.isEnabled) return;
+  m_with.autoOrganizer.run({.folders = settings.folderURLs(),
+                            .recentsDays = settings.recentsDays,
+                            .topics = settings.useAITopics ? TopicUse::whenAvailable : TopicUse::never});
+}
+
+void HeadlessCoordinator::carryOut() noexcept {
+  const auto attempt = [&](std::string_view what, auto&& work) noexcept {
+    try {
+      work();
+    } catch (const std::exception& error) {
+      m_with.console(fmt::format("{} failed: {}", what, error.what()));
+    }
+  };
+  attempt("Scheduled cleanup", [&] { cleanIfDue(); });
+  attempt("Tidying up", [&] { tidyIfEnabled(); });
+  m_with.notificationCenter.awaitAnswers(answerTime);
+}
+
+}  // namespace orvane

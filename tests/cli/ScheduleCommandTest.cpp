@@ -1,0 +1,141 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+class ScheduleCommand : public Orvanectl {
+ public:
+  // Only logs are cleaned up.
+  void onlyLogs() const {
+    for (const auto& rule : json({"rules", "list"})) {
+      EXPECT_EQ(run({"rules", "disable", rule["id"].get<std::string>()}).exitStatus, 0);
+    }
+    const auto rule = home.file(
+        "rule.json", R"({"name":"Logs","trigger":{"fileExtensions":["log"]},"action":{"type":"moveToTrash"}})");
+    EXPECT_EQ(run({"rules", "add", rule}).exitStatus, 0);
+  }
+};
+
+TEST_F(ScheduleCommand, keepsSettings) {
+  EXPECT_EQ(json({"schedule", "show"}),
+            (Json{{"isEnabled", false}, {"frequency", {{"weekly", Json::object()}}}, {"runApprovedRulesOnly", true}}));
+  EXPECT_EQ(json({"schedule", "due"}), (Json{{"due", false}}));
+  EXPECT_EQ(json({"schedule", "enable"})["isEnabled"], true);
+  EXPECT_EQ(json({"schedule", "due"}), (Json{{"due", true}}));
+  EXPECT_EQ(json({"schedule", "set", "low-disk:25"})["frequency"], (Json{{"onLowDiskSpace", {{"thresholdGB", 25}}}}));
+  EXPECT_THAT(run({"schedule", "show"}).output,
+              AllOf(HasSubstr("When Free Space < 25 GB"), HasSubstr("agent install")));
+  EXPECT_EQ(json({"schedule", "set", "monthly"})["frequency"], (Json{{"monthly", Json::object()}}));
+  EXPECT_EQ(json({"schedule", "disable"})["isEnabled"], false);
+  for (const auto* word :
+       {"yearly", "low-disk:", "low-disk:0", "low-disk:-1", "low-disk:5x", "low-disk:99999999999999999999"}) {
+    EXPECT_EQ(run({"schedule", "set", word}).exitStatus, 2) << word;
+  }
+}
+
+TEST_F(ScheduleCommand, runsNotesTheTimeAndComesBack) {
+  onlyLogs();
+  const auto file = recommended();
+  EXPECT_EQ(run({"schedule", "run"}).exitStatus, 2) << "nobody to ask";
+  EXPECT_TRUE(exists(file));
+  EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
+  const auto summary = json({"schedule", "run", "--yes"});
+  EXPECT_EQ(summary["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(file));
+  EXPECT_TRUE(json({"schedule", "show"}).contains("lastRunDate"));
+  EXPECT_EQ(run({"restore", summary["batchId"].get<std::string>(), "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(file));
+}
+
+TEST_F(ScheduleCommand, asksAtATerminalAndTakesANo) {
+  onlyLogs();
+  const auto file = recommended();
+  LiveProgram program(terminalSetup({"schedule", "run"}));
+  program.waitForOutput("Move 1 item (7 bytes) to the Trash? [y/N] ");
+  program.send("n\n");
+  EXPECT_EQ(program.finish().exitStatus, 0);
+  EXPECT_TRUE(exists(file));
+  EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
+}
+
+TEST_F(ScheduleCommand, losesNothingWhenARunIsKilled) {
+  onlyLogs();
+  std::vector<std::string> files;
+  for (int i = 0; i < 5; ++i) files.push_back(recommended(std::to_string(i) + ".log"));
+  auto killed = setup({"schedule", "run", "--yes"});
+  const std::vector<std::string> strace{"/usr/bin/strace",
+                                        "-f",
+                                        "-o",
+                                        "/dev/null",
+                                        "-e",
+                                        "trace=renameat2",
+                                        "-e",
+                                        "inject=renameat2:signal=SIGKILL:when=3"};
+  killed.arguments.insert(killed.arguments.begin(), strace.begin(), strace.end());
+  killed.environment["ASAN_OPTIONS"] = "detect_leaks=0";
+  LiveProgram(killed).finish();
+  const auto left = std::ranges::count_if(files, [](const auto& file) { return exists(file); });
+  EXPECT_GT(left, 0);
+  EXPECT_LT(left, 5);
+  EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
+  EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], 5 - left);
+  for (const auto& file : files) EXPECT_EQ(contentOf(file), "1234567");
+}
+
+class AgentCommand : public Orvanectl {
+ public:
+  // An orvanectl that has a program with a window beside it; whatever a service manager is told comes to nothing.
+  [[nodiscard]] LiveProgram::Setup besideAWindow(const Words& words) const {
+    auto result = setup(words);
+    result.arguments.front() = home.path("bin/orvanectl");
+    return result;
+  }
+  AgentCommand() {
+    home.folder("bin");
+    std::filesystem::copy_file(ORVANECTL, home.path("bin/orvanectl"));
+    ::chmod(home.file("bin/orvane", "#!/bin/sh\n").c_str(), 0700);
+  }
+  [[nodiscard]] std::string units(std::string_view name) const {
+    return home.path(".config/systemd/user/com.orvane.cleanup" + std::string(name));
+  }
+};
+
+TEST_F(AgentCommand, installsAndRemovesTheAgent) {
+  EXPECT_EQ(json({"agent", "status"})["installed"], false);
+  EXPECT_EQ(LiveProgram(besideAWindow({"agent", "install"})).finish().output,
+            "The background agent is installed (Weekly).\n"
+            "Scheduled cleanups are off: 'orvanectl schedule enable' switches them on.\n");
+  EXPECT_THAT(contentOf(units(".service")),
+              HasSubstr("ExecStart=:\"" + home.path("bin/orvane") + "\" --scheduled-run\n"));
+  EXPECT_THAT(contentOf(units(".timer")), HasSubstr("every 604800 seconds"));
+  EXPECT_EQ(LiveProgram(besideAWindow({"schedule", "set", "daily"})).finish().exitStatus, 0);
+  EXPECT_THAT(contentOf(units(".timer")), HasSubstr("every 86400 seconds"));
+  EXPECT_EQ(json({"agent", "status"})["intervalSeconds"], 86400);
+  EXPECT_EQ(json({"agent", "uninstall"})["installed"], false);
+  EXPECT_FALSE(exists(units(".timer")));
+  EXPECT_FALSE(exists(units(".service")));
+}
+
+TEST_F(AgentCommand, showsThePropertyList) {
+  const auto text = LiveProgram(besideAWindow({"agent", "show"})).finish().output;
+  EXPECT_TRUE(text.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
+  EXPECT_THAT(text,
+              AllOf(HasSubstr("<string>" + home.path("bin/orvane") + "</string>"), HasSubstr("<integer>604800<")));
+}
+
+TEST_F(AgentCommand, installsNothingWhereThereIsNoWindow) {
+  ::unlink(home.path("bin/orvane").c_str());
+  const auto result = LiveProgram(besideAWindow({"agent", "install"})).finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, HasSubstr("there is no program at ~/bin/orvane"));
+  EXPECT_FALSE(exists(units(".timer")));
+}
+
+}  // namespace
+}  // namespace orvane::test
