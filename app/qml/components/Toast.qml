@@ -30,7 +30,6 @@ T.Popup {
     modal: false
     focus: false
     closePolicy: T.Popup.NoAutoClose
-    Accessible.name: root.text
 
     Timer {
         id: timer
@@ -62,7 +61,6 @@ T.Popup {
 
         spacing: 12
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: root.text
 
         HoverHandler {
             id: hover
