@@ -10,6 +10,7 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -106,6 +107,8 @@ void AppState::showProgress(std::int64_t examined, const QString& place) {
 
 void AppState::finishScan(ScanOutcome end) {
   m_isScanning = false;
+  // What is examined is told now and then only.
+  m_examined = std::max(m_examined, m_scannedItems.count());
   m_hasNoFolders = end == ScanOutcome::noFolders;
   if (end != ScanOutcome::noFolders) m_lastScanDate = milliseconds(ReferenceClock::now());
   recalculateStorageSummary(m_scannedItems.bytes());

@@ -32,8 +32,8 @@ class TidyModelTest : public AutoOrganizerFixture {
     };
   }
 
-  MemoryPreferences memory;
-  AutoOrganizeSettingsStore store{memory};
+  LinuxPreferences tidyPreferences{tree.path("preferences.json")};
+  AutoOrganizeSettingsStore store{tidyPreferences};
   NoLoginItems loginItems;
 };
 
@@ -57,7 +57,7 @@ TEST_F(TidyModelTest, storesTheSwitchAndSeesThatOfAnotherProcess) {
   tidying.setEnabled(true);
   EXPECT_TRUE(tidying.isEnabled());
   ASSERT_TRUE(becomesTrue([&] { return store.get().isEnabled; }));
-  AutoOrganizeSettingsStore(memory).update([](AutoOrganizeSettings& settings) { settings.isEnabled = false; });
+  AutoOrganizeSettingsStore(tidyPreferences).update([](AutoOrganizeSettings& settings) { settings.isEnabled = false; });
   tidying.reload();
   EXPECT_TRUE(becomesTrue([&] { return !tidying.isEnabled(); }));
 }

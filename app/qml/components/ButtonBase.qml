@@ -25,6 +25,7 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     Accessible.name: root.text
     Accessible.role: Accessible.Button
+    Accessible.onPressAction: if (root.enabled) root.clicked()
     Keys.onReturnPressed: if (root.enabled) root.clicked()
     Keys.onEnterPressed: if (root.enabled) root.clicked()
 

@@ -21,6 +21,7 @@ T.MenuItem {
     opacity: enabled ? 1 : 0.5
     Accessible.role: isChoice ? Accessible.RadioButton : Accessible.MenuItem
     Accessible.name: root.text
+    Accessible.onPressAction: if (root.enabled) root.triggered()
     Accessible.checkable: isChoice
     Accessible.checked: isCurrent
 
