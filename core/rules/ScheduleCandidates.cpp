@@ -3,10 +3,10 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/FileStatus.h"
 #include "core/base/PathText.h"
-#include "core/organizer/CategoryClassifier.h"
+#include "core/organizer/FolderClassifier.h"
 #include "core/scanning/BundleNames.h"
 #include "core/scanning/FolderPlace.h"
-#include "core/scanning/RiskEvaluator.h"
+#include "core/scanning/FolderRisk.h"
 #include "core/scanning/WorkStack.h"
 
 #include <algorithm>
@@ -46,50 +46,57 @@ struct Walk {
 class ReadFolder : public WorkStack::Task {
  public:
   ReadFolder(Walk& walk, WalkedFolder& folder, std::string path, FolderPlace place)
-      : m_walk(walk), m_folder(folder), m_path(std::move(path)), m_place(std::move(place)) {}
+      : m_walk(walk), m_folder(folder), m_prefix(joinPath(path, "")), m_place(std::move(place)) {}
 
   void run(WorkStack& stack) override {
     auto reader = m_place.open();
     if (!reader) return;
+    const FolderClassifier classifier(m_prefix);
+    const FolderRisk risk(m_prefix);
     while (const auto entry = reader->next()) {
       if (m_walk.isStopped.load(std::memory_order_relaxed)) return;
-      if (!entry->name.starts_with('.')) examine(*entry, *reader);
+      if (!entry->name.starts_with('.')) examine(*entry, *reader, {classifier, risk});
     }
     stack.push(m_tasks);
   }
 
  private:
-  void examine(const DirectoryReader::Entry& entry, const DirectoryReader& reader) {
+  struct Judges {
+    const FolderClassifier& classifier;
+    const FolderRisk& risk;
+  };
+
+  void examine(const DirectoryReader::Entry& entry, const DirectoryReader& reader, const Judges& judges) {
     auto type = entry.type;
     std::optional<FileStatus> status;
     if (type == FileType::regular || type == FileType::unknown) {
       status = readFileStatus(reader.descriptor(), entry.nameBytes());
       type = status ? status->type : FileType::other;
     }
-    if (type == FileType::regular && status) return addFile(entry.name, *status);
+    if (type == FileType::regular && status) return addFile(entry.name, *status, judges);
     if (type != FileType::directory || isBundleName(entry.name)) return;
     if (m_tasks.empty()) m_self = m_walk.held.hold(reader.descriptor());
     auto& folder = m_walk.add();
     m_folder.subfolders.push_back(&folder);
-    m_tasks.push_back(std::make_unique<ReadFolder>(m_walk, folder, joinPath(m_path, entry.name),
+    m_tasks.push_back(std::make_unique<ReadFolder>(m_walk, folder, m_prefix + std::string(entry.name),
                                                    FolderPlace{m_self, joinPath(m_place.canonicalPath, entry.name)}));
   }
 
-  void addFile(std::string_view name, const FileStatus& status) {
+  void addFile(std::string_view name, const FileStatus& status, const Judges& judges) {
     FileItem::Fields fields;
-    fields.url = FileUrl(joinPath(m_path, name));
-    fields.relativeStart = static_cast<std::uint32_t>(fields.url.path().size() - name.size());
+    fields.url = FileUrl(std::string(m_prefix).append(name));
+    fields.relativeStart = static_cast<std::uint32_t>(m_prefix.size());
     fields.fileSize = status.size;
     fields.lastModifiedDate = status.modified.date();
     fields.createdDate = fields.lastModifiedDate;
-    fields.category = CategoryClassifier::classify(fields.url, status.size, fields.createdDate);
-    fields.riskLabel = RiskEvaluator::evaluate(fields.category, fields.url, status.size, fields.createdDate);
+    fields.category = judges.classifier.classify(name, status.size);
+    fields.riskLabel = judges.risk.evaluate(fields.category, name, fields.createdDate);
     m_folder.items.emplace_back(std::move(fields));
   }
 
   Walk& m_walk;
   WalkedFolder& m_folder;
-  std::string m_path;
+  std::string m_prefix;  // the path with a slash at its end
   FolderPlace m_place;
   std::shared_ptr<const HeldFolder> m_self;
   WorkStack::Tasks m_tasks;

@@ -1,8 +1,7 @@
 #include "platform/linux/CurlTransport.h"
 
 #include "core/base/HttpUrl.h"
-
-#include <curl/curl.h>
+#include "platform/linux/CurlLibrary.h"
 
 #include <algorithm>
 #include <functional>
@@ -15,13 +14,13 @@ namespace {
 constexpr int longestWait = 1000;  // milliseconds
 
 struct CloseEasy {
-  void operator()(CURL* handle) const noexcept { curl_easy_cleanup(handle); }
+  void operator()(CURL* handle) const noexcept { CurlLibrary::get().easyCleanUp(handle); }
 };
 struct CloseMulti {
-  void operator()(CURLM* handle) const noexcept { curl_multi_cleanup(handle); }
+  void operator()(CURLM* handle) const noexcept { CurlLibrary::get().multiCleanUp(handle); }
 };
 struct FreeList {
-  void operator()(curl_slist* list) const noexcept { curl_slist_free_all(list); }
+  void operator()(curl_slist* list) const noexcept { CurlLibrary::get().listFreeAll(list); }
 };
 
 [[noreturn]] void fail(HttpError::Case which) {
@@ -35,7 +34,7 @@ bool hasLineBreak(std::string_view text) noexcept {
 // One request on its way.
 class Call {
  public:
-  explicit Call(const HttpRequest& request) : m_easy(curl_easy_init()), m_multi(curl_multi_init()) {
+  explicit Call(const HttpRequest& request) : m_easy(m_curl.easyInit()), m_multi(m_curl.multiInit()) {
     if (!m_easy || !m_multi) fail(HttpError::Failed{"out of memory"});
     setAddress(request);
     setHeaders(request);
@@ -51,24 +50,24 @@ class Call {
       set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
       set(CURLOPT_POSTFIELDS, request.body.data());
     }
-    check(curl_multi_add_handle(m_multi.get(), m_easy.get()));
+    check(m_curl.multiAddHandle(m_multi.get(), m_easy.get()));
   }
-  ~Call() { curl_multi_remove_handle(m_multi.get(), m_easy.get()); }
+  ~Call() { m_curl.multiRemoveHandle(m_multi.get(), m_easy.get()); }
   Call(const Call&) = delete;
   Call& operator=(const Call&) = delete;
 
   HttpResponse carryOut(const std::stop_token& stop) {
-    const std::stop_callback wake(stop, [this] { curl_multi_wakeup(m_multi.get()); });
+    const std::stop_callback wake(stop, [this] { m_curl.multiWakeUp(m_multi.get()); });
     int running = 1;
     while (true) {
       if (stop.stop_requested()) fail(HttpError::Cancelled{});
-      check(curl_multi_perform(m_multi.get(), &running));
+      check(m_curl.multiPerform(m_multi.get(), &running));
       if (running == 0) break;
-      check(curl_multi_poll(m_multi.get(), nullptr, 0, longestWait, nullptr));
+      check(m_curl.multiPoll(m_multi.get(), nullptr, 0, longestWait, nullptr));
     }
     finish();
     long status = 0;
-    curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    m_curl.easyGetInfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     m_response.status = static_cast<int>(status);
     return std::move(m_response);
   }
@@ -76,11 +75,11 @@ class Call {
  private:
   template <typename Value>
   void set(CURLoption option, Value value) {
-    const auto result = curl_easy_setopt(m_easy.get(), option, value);
-    if (result != CURLE_OK) fail(HttpError::Failed{curl_easy_strerror(result)});
+    const auto result = m_curl.easySetOption(m_easy.get(), option, value);
+    if (result != CURLE_OK) fail(HttpError::Failed{m_curl.easyErrorText(result)});
   }
-  static void check(CURLMcode result) {
-    if (result != CURLM_OK) fail(HttpError::Failed{curl_multi_strerror(result)});
+  void check(CURLMcode result) const {
+    if (result != CURLM_OK) fail(HttpError::Failed{m_curl.multiErrorText(result)});
   }
 
   void setAddress(const HttpRequest& request) {
@@ -94,7 +93,7 @@ class Call {
 
   void setHeaders(const HttpRequest& request) {
     const auto append = [&](const std::string& line) {
-      auto* longer = curl_slist_append(m_headers.get(), line.c_str());
+      auto* longer = m_curl.listAppend(m_headers.get(), line.c_str());
       if (longer == nullptr) fail(HttpError::Failed{"out of memory"});
       static_cast<void>(m_headers.release());
       m_headers.reset(longer);
@@ -124,14 +123,15 @@ class Call {
 
   void finish() {
     int left = 0;
-    const auto* message = curl_multi_info_read(m_multi.get(), &left);
+    const auto* message = m_curl.multiReadInfo(m_multi.get(), &left);
     const auto result = message != nullptr ? message->data.result : CURLE_RECV_ERROR;
     if (result == CURLE_OK) return;
     if (m_isTooLarge) fail(HttpError::ReplyTooLarge{});
     if (result == CURLE_OPERATION_TIMEDOUT) fail(HttpError::TimedOut{});
-    fail(HttpError::Failed{curl_easy_strerror(result)});
+    fail(HttpError::Failed{m_curl.easyErrorText(result)});
   }
 
+  const CurlLibrary& m_curl = CurlLibrary::get();
   std::unique_ptr<CURL, CloseEasy> m_easy;
   std::unique_ptr<CURLM, CloseMulti> m_multi;
   std::unique_ptr<curl_slist, FreeList> m_headers;
@@ -140,11 +140,6 @@ class Call {
 };
 
 }  // namespace
-
-CurlTransport::CurlTransport() {
-  static const auto initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
-  if (initialized != CURLE_OK) fail(HttpError::Failed{curl_easy_strerror(initialized)});
-}
 
 HttpResponse CurlTransport::send(const HttpRequest& request, const std::stop_token& stop) {
   return Call(request).carryOut(stop);

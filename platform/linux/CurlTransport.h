@@ -7,7 +7,6 @@ namespace orvane {
 // HttpTransport over libcurl, a handle for each call.
 class CurlTransport : public HttpTransport {
  public:
-  CurlTransport();
   [[nodiscard]] HttpResponse send(const HttpRequest& request, const std::stop_token& stop = {}) override;
 };
 

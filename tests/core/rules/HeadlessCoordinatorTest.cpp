@@ -110,6 +110,7 @@ TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
   EXPECT_FALSE(exists(log));
   EXPECT_FALSE(exists(picture));
   EXPECT_EQ(files().size(), 1U) << "the picture, below Sorted";
+  EXPECT_EQ(tidySettings.get().lastRunMovedCount, 1);
   EXPECT_EQ(center.posted, 1);
   EXPECT_EQ(center.awaited, 2);
   EXPECT_EQ(waited.count(), 0);
