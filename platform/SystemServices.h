@@ -34,6 +34,9 @@ class Volume;
 [[nodiscard]] Trash& systemTrash();
 [[nodiscard]] Volume& systemVolume();
 
+// The file whose change tells of new preferences.
+[[nodiscard]] std::string systemPreferencesFile();
+
 // The absolute path of the program with the window, which lies beside the one that runs. It need not be there.
 [[nodiscard]] std::string windowProgram();
 

@@ -88,4 +88,8 @@ Volume& systemVolume() {
   return volume;
 }
 
+std::string systemPreferencesFile() {
+  return LinuxPreferences::defaultPath();
+}
+
 }  // namespace orvane

@@ -46,7 +46,7 @@ constexpr std::array rows{
               {"Reclaimable Now", "Récupérable maintenant", "Jetzt freizugeben", "今すぐ回収できる容量",
                "지금 확보 가능", "现在可回收", "現在可回收", "Recuperable ahora"}},
     StringRow{"dashboard.lifetime_reclaimed",
-              {"Reclaimed So Far", "Récupéré à ce jour", "Bisher freigegeben", "これまでに回収した容量",
+              {"Lifetime Reclaimed", "Récupéré à ce jour", "Bisher freigegeben", "これまでに回収した容量",
                "지금까지 확보", "累计已回收", "累計已回收", "Recuperado hasta ahora"}},
     StringRow{"dashboard.disk_usage",
               {"Disk Usage", "Utilisation du disque", "Speicherbelegung", "ディスク使用量", "디스크 사용량",

@@ -17,7 +17,8 @@ constexpr std::array rows{
     StringRow{
         "nav.duplicates",
         {"Duplicates", "Doublons", "Duplikate", "重複ファイル", "중복 파일", "重复文件", "重複檔案", "Duplicados"}},
-    StringRow{"nav.apps", {"Apps", "Apps", "Apps", "アプリ", "앱", "应用", "應用程式", "Apps"}},
+    StringRow{"nav.apps",
+              {"Applications", "Applications", "Programme", "アプリ", "앱", "应用", "應用程式", "Aplicaciones"}},
     StringRow{"nav.organize", {"Organize", "Organiser", "Ordnen", "整理", "정돈", "整理", "整理", "Organizar"}},
     StringRow{"nav.rules", {"Rules", "Règles", "Regeln", "ルール", "규칙", "规则", "規則", "Reglas"}},
     StringRow{

@@ -11,9 +11,14 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> shellStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> actionStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> figureStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> windowStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> dashboardStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> cleanupStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> sectionStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 3> stringTables() noexcept {
-  return {shellStrings(), actionStrings(), figureStrings()};
+[[nodiscard]] inline std::array<std::span<const StringRow>, 7> stringTables() noexcept {
+  return {shellStrings(),     actionStrings(),  figureStrings(), windowStrings(),
+          dashboardStrings(), cleanupStrings(), sectionStrings()};
 }
 
 }  // namespace orvane

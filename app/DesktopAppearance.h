@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDBusVariant>
+#include <QObject>
+
+namespace orvane {
+
+// Whether the user's desktop asks for dark colours and for less motion: as the settings portal says
+// (org.freedesktop.portal.Settings), else by the palette that Qt was given.
+class DesktopAppearance : public QObject {
+  Q_OBJECT
+
+ public:
+  // Asks at once and is told of changes; the answer comes later. ORVANE_COLOR_SCHEME=light or dark overrules it.
+  explicit DesktopAppearance(QObject* parent = nullptr);
+
+  [[nodiscard]] bool isDark() const noexcept { return m_isDark; }
+  [[nodiscard]] bool isMotionReduced() const noexcept { return m_isMotionReduced; }
+
+ Q_SIGNALS:
+  void changed();
+
+ private Q_SLOTS:
+  void takeSetting(const QString& group, const QString& key, const QDBusVariant& value);
+
+ private:
+  void ask(const QString& group, const QString& key);
+  void take(const QString& group, const QString& key, const QVariant& value);
+
+  bool m_isForced = false;
+  bool m_isDark = false;
+  bool m_isMotionReduced = false;
+};
+
+}  // namespace orvane

@@ -1,0 +1,65 @@
+#include "app/ScannedItems.h"
+
+#include "core/base/PathText.h"
+
+#include <algorithm>
+
+namespace orvane {
+
+void ItemList::append(SharedPiece piece) {
+  if (piece->items.empty()) return;
+  const auto count = piece->items.size();
+  m_pieces.push_back({m_size, std::move(piece)});
+  m_size += count;
+}
+
+std::vector<ItemList::Entry>::const_iterator ItemList::pieceAt(std::size_t index) const {
+  const auto after = std::upper_bound(m_pieces.begin(), m_pieces.end(), index,
+                                      [](std::size_t value, const Entry& entry) { return value < entry.start; });
+  return std::prev(after);
+}
+
+std::string_view shownFolder(const FileItem& item, std::span<const FileUrl> scannedFolders) {
+  const std::string_view path = item.url().path();
+  std::string_view best;
+  for (const auto& folder : scannedFolders) {
+    const std::string_view root = folder.path();
+    const bool isInside = path.size() > root.size() + 1 && path.starts_with(root) && path[root.size()] == '/';
+    if (!isInside || root.size() <= best.size()) continue;
+    best = root;
+  }
+  const auto next = path.find('/', best.size() + 1);
+  return next == std::string_view::npos ? path.substr(0, best.size()) : path.substr(0, next);
+}
+
+void ScannedItems::begin(std::vector<FileUrl> folders) {
+  m_items = {};
+  m_gone.clear();
+  m_folders = std::move(folders);
+  m_count = 0;
+  m_bytes = 0;
+  Q_EMIT begun();
+}
+
+void ScannedItems::append(SharedPiece piece, std::int64_t bytes) {
+  const auto first = m_items.size();
+  m_items.append(std::move(piece));
+  m_gone.resize(m_items.size());
+  m_count += static_cast<std::int64_t>(m_items.size() - first);
+  m_bytes += bytes;
+  Q_EMIT appended(first);
+}
+
+void ScannedItems::setPresence(std::span<const std::uint32_t> indexes, Presence presence) {
+  const std::uint8_t flag = presence == Presence::gone ? 1 : 0;
+  for (const auto index : indexes) {
+    if (index >= m_gone.size() || m_gone[index] == flag) continue;
+    m_gone[index] = flag;
+    m_count += flag != 0 ? -1 : 1;
+    const auto size = m_items.item(index).fileSize();
+    m_bytes += flag != 0 ? -size : size;
+  }
+  Q_EMIT presenceChanged();
+}
+
+}  // namespace orvane

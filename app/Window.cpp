@@ -1,0 +1,157 @@
+#include "app/Window.h"
+
+#include "app/AppState.h"
+#include "app/CleanupModel.h"
+#include "app/DesktopAppearance.h"
+#include "app/FileWatch.h"
+#include "app/Format.h"
+#include "app/HistoryModel.h"
+#include "app/IconProvider.h"
+#include "app/InterfaceFont.h"
+#include "app/JournalFeed.h"
+#include "app/LanguageModel.h"
+#include "app/NavigationModel.h"
+#include "app/OverviewModel.h"
+#include "app/TableTranslator.h"
+#include "app/TidyModel.h"
+#include "app/TrayIcon.h"
+#include "core/localization/LocalizationManager.h"
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/TopicCategorizerFactory.h"
+#include "core/platform/LoginItems.h"
+#include "platform/SystemServices.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+// Made from this module's headers; registers the types that QML uses.
+void qml_register_types_Orvane();
+
+namespace orvane {
+namespace {
+
+AutoOrganizeController::Collaborators tidyCollaborators(RepeatingTimer& timer) {
+  return {.organizer = AutoOrganizer::shared(),
+          .store = AutoOrganizeSettingsStore::shared(),
+          .factory = TopicCategorizerFactory::shared(),
+          .timer = timer,
+          .loginItems = systemLoginItems()};
+}
+
+template <typename Model>
+QVariant variantOf(Model& model) {
+  return QVariant::fromValue(&model);
+}
+
+}  // namespace
+
+struct Window::Parts {
+  explicit Parts(WindowServices given)
+      : services(std::move(given)),
+        state(services),
+        languages(services.localization),
+        feed(services),
+        cleanup(services, state),
+        history(services, feed),
+        overview(services, {.state = state, .cleanup = cleanup, .history = history, .feed = feed}),
+        tidy(tidyCollaborators),
+        tray(state, tidy) {}
+
+  WindowServices services;
+  // As the desktop has it, before a language changed anything.
+  const QFont systemFont = QGuiApplication::font();
+  TableTranslator translator;
+  DesktopAppearance appearance;
+  FileWatch preferences;
+  AppState state;
+  NavigationModel navigation;
+  LanguageModel languages;
+  JournalFeed feed;
+  CleanupModel cleanup;
+  HistoryModel history;
+  OverviewModel overview;
+  TidyModel tidy;
+  TrayIcon tray;
+  QQmlApplicationEngine engine;
+};
+
+Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
+  Format::followLanguage();
+  m_parts = std::make_unique<Parts>(std::move(services));
+  auto& parts = *m_parts;
+  QCoreApplication::installTranslator(&parts.translator);
+  connect(&parts.languages, &LanguageModel::currentChanged, this, &Window::languageChanged);
+
+  const auto applyAppearance = [&parts] {
+    parts.state.setAppearance(parts.appearance.isDark(), parts.appearance.isMotionReduced());
+  };
+  applyAppearance();
+  connect(&parts.appearance, &DesktopAppearance::changed, this, applyAppearance);
+
+  parts.preferences.watch(systemPreferencesFile());
+  connect(&parts.preferences, &FileWatch::changed, this, [&parts] {
+    parts.tidy.reload();
+    parts.overview.reloadSchedule();
+  });
+  connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
+  connect(&parts.state, &AppState::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+  // Without a tray nobody would find the way back to a closed window.
+  const auto follow = [&parts] { QGuiApplication::setQuitOnLastWindowClosed(!parts.state.canKeepTray()); };
+  follow();
+  connect(&parts.state, &AppState::canKeepTrayChanged, this, follow);
+}
+
+Window::~Window() = default;
+
+bool Window::show() {
+  qml_register_types_Orvane();
+  auto& parts = *m_parts;
+  QGuiApplication::setFont(interfaceFont(parts.systemFont, parts.languages.currentCode()));
+  parts.engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+  // The engine owns what it is given.
+  parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
+  parts.engine.setInitialProperties({
+      {"appState", variantOf(parts.state)},
+      {"navigation", variantOf(parts.navigation)},
+      {"languages", variantOf(parts.languages)},
+      {"overview", variantOf(parts.overview)},
+      {"cleanup", variantOf(parts.cleanup)},
+      {"history", variantOf(parts.history)},
+      {"tidy", variantOf(parts.tidy)},
+  });
+  parts.engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Orvane/Main.qml")));
+  return !parts.engine.rootObjects().isEmpty();
+}
+
+void Window::raise(const QByteArray& wish) {
+  for (const auto& row : navigationRows) {
+    if (wish == QByteArray::fromStdString(std::string(row.rawValue))) {
+      m_parts->state.setSelectedNavigation(static_cast<int>(row.section));
+    }
+  }
+  for (auto* object : m_parts->engine.rootObjects()) {
+    auto* window = qobject_cast<QQuickWindow*>(object);
+    if (window == nullptr) continue;
+    window->show();
+    if ((window->windowStates() & Qt::WindowMinimized) != 0) window->showNormal();
+    window->raise();
+    window->requestActivate();
+  }
+}
+
+void Window::languageChanged() {
+  auto& parts = *m_parts;
+  Format::followLanguage();
+  QGuiApplication::setFont(interfaceFont(parts.systemFont, parts.languages.currentCode()));
+  const int type = qmlTypeId("Orvane", 1, 0, "Format");
+  if (auto* format = parts.engine.singletonInstance<Format*>(type)) format->languageChanged();
+  parts.engine.retranslate();
+  parts.state.languageChanged();
+  parts.cleanup.languageChanged();
+  parts.history.languageChanged();
+  parts.tray.languageChanged();
+}
+
+}  // namespace orvane

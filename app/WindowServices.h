@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+
+#include <functional>
+#include <optional>
+
+namespace orvane {
+
+class Desktop;
+class FileAccessService;
+class LocalizationManager;
+class PermissionsManager;
+class Preferences;
+class RuleEngine;
+class StorageScanner;
+class TrashMover;
+class UndoJournal;
+class Volume;
+struct ScheduleSettings;
+
+// What the view-models work with. Everything must outlive them, and but for the localization is called from background
+// threads only: it may wait for the disk.
+struct WindowServices {
+  StorageScanner& scanner;
+  TrashMover& mover;
+  FileAccessService& folders;
+  PermissionsManager& permissions;
+  Preferences& preferences;
+  LocalizationManager& localization;
+  const Volume& volume;
+  Desktop& desktop;
+  RuleEngine& rules;
+  FileUrl home;
+  // Made at the first call, which reads the whole file and settles what runs that died left behind.
+  std::function<UndoJournal&()> journal;
+  std::function<ScheduleSettings()> scheduleSettings;
+};
+
+// The program's own.
+[[nodiscard]] WindowServices systemWindowServices();
+
+}  // namespace orvane

@@ -1,0 +1,59 @@
+pragma Singleton
+
+import QtQuick
+import Orvane
+
+// Numbers and dates as text in the window's language. A binding that calls one of these is evaluated anew when the
+// language changes, since each reads `Format.revision`.
+QtObject {
+    function bytes(value: double): string {
+        return Format.revision >= 0 ? Format.bytes(value) : "";
+    }
+
+    function count(value: double): string {
+        return Format.revision >= 0 ? Format.count(value) : "";
+    }
+
+    function percent(value: double): string {
+        return Format.revision >= 0 ? Format.percent(value) : "";
+    }
+
+    // Milliseconds since 1970; 0 or less stands for no date and gives an empty text. So for the next two.
+    function dateTime(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.dateTime(value) : "";
+    }
+
+    function day(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.day(value) : "";
+    }
+
+    function age(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.age(value) : "";
+    }
+
+    // The text `key`.one or `key`.other with the grouped number in the place of %1.
+    function counted(key: string, value: double): string {
+        const zeroIsSingular = qsTr("count.zero_is_singular") === "yes";
+        const singular = value === 1 || (value === 0 && zeroIsSingular);
+        return qsTr(key + (singular ? ".one" : ".other")).arg(count(value));
+    }
+
+    // The texts that are not empty, with the separator between them.
+    function joined(texts: var, separator: string): string {
+        return texts.filter(text => text !== "").join(separator);
+    }
+
+    // The first texts of a list, a line each, and dots where there are more.
+    function firstLines(texts: var, most: int): string {
+        return texts.slice(0, most).join("\n") + (texts.length > most ? "\n…" : "");
+    }
+
+    // The word and its description for a risk: 0 safe, 1 review, 2 manual.
+    function risk(value: int): string {
+        return [qsTr("risk.safe"), qsTr("risk.review"), qsTr("risk.manual")][value] ?? "";
+    }
+
+    function riskDescription(value: int): string {
+        return [qsTr("risk.safe.desc"), qsTr("risk.review.desc"), qsTr("risk.manual.desc")][value] ?? "";
+    }
+}

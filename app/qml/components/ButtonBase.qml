@@ -1,0 +1,99 @@
+import QtQuick
+import QtQuick.Templates as T
+import Orvane
+
+// What all buttons share: an icon and a text in the middle, a focus ring, a name for assistive technology.
+T.Button {
+    id: root
+
+    property string symbol: ""
+    property string trailingSymbol: ""
+    property color ink: Theme.text
+    property color fill: "transparent"
+    property color outline: "transparent"
+    property int weight: Font.Medium
+    property int alignment: Qt.AlignHCenter
+
+    implicitWidth: Math.max(implicitHeight, implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: Theme.controlHeight
+    leftPadding: 14
+    rightPadding: 14
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.5
+    font.pixelSize: Theme.textSize
+    font.weight: root.weight
+    focusPolicy: Qt.StrongFocus
+    Accessible.name: root.text
+    Accessible.role: Accessible.Button
+    Accessible.onPressAction: if (root.enabled) root.clicked()
+    Keys.onReturnPressed: if (root.enabled) root.clicked()
+    Keys.onEnterPressed: if (root.enabled) root.clicked()
+
+    contentItem: Item {
+        implicitWidth: (leading.visible ? leading.width + row.spacing : 0) + label.implicitWidth
+                       + (trailing.visible ? trailing.width + row.spacing : 0)
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+
+            readonly property real textSpace: root.availableWidth - (leading.visible ? leading.width + spacing : 0)
+                                              - (trailing.visible ? trailing.width + spacing : 0)
+
+            anchors.verticalCenter: parent.verticalCenter
+            x: root.alignment === Qt.AlignHCenter ? Math.max(0, Math.round((parent.width - width) / 2)) : 0
+            spacing: 8
+
+            Icon {
+                id: leading
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.symbol !== ""
+                name: root.symbol
+                color: root.ink
+                size: 16
+            }
+
+            Text {
+                id: label
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.text !== ""
+                text: root.text
+                font: root.font
+                color: root.ink
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+                width: Math.min(Math.ceil(implicitWidth), Math.max(0, row.textSpace))
+                Accessible.ignored: true
+            }
+
+            Icon {
+                id: trailing
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.trailingSymbol !== ""
+                name: root.trailingSymbol
+                color: root.ink
+                size: 14
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: root.fill
+        border.width: root.outline.a > 0 ? 1 : 0
+        border.color: root.outline
+
+        Behavior on color {
+            ColorAnimation {
+                duration: Theme.shortMotion
+            }
+        }
+
+        FocusRing {
+            shown: root.visualFocus
+        }
+    }
+}

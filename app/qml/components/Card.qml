@@ -1,0 +1,50 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Orvane
+
+// A surface with a hairline and, in the light, a shadow that is barely there.
+Item {
+    id: root
+
+    default property alias content: inner.data
+    property int padding: 20
+    property int radius: Theme.cardRadius
+    // What lies inside reaches to the hairline and is cut at the corners' square.
+    property bool flush: false
+
+    implicitWidth: inner.childrenRect.width + 2 * root.inset
+    implicitHeight: inner.childrenRect.height + 2 * root.inset
+
+    readonly property int inset: flush ? 1 : padding
+
+    Repeater {
+        model: Theme.dark ? 0 : 3
+
+        Rectangle {
+            required property int index
+
+            x: -index
+            y: 1 + index
+            width: root.width + 2 * index
+            height: root.height
+            radius: root.radius + index
+            color: Theme.shadow
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: root.radius
+        color: Theme.surface
+        border.color: Theme.line
+        border.width: 1
+    }
+
+    Item {
+        id: inner
+
+        anchors.fill: parent
+        anchors.margins: root.inset
+    }
+}

@@ -1,0 +1,47 @@
+import QtQuick
+import Orvane
+
+// A word on a soft ground. Colour never says it alone.
+Rectangle {
+    id: root
+
+    enum Kind { Safe, Review, Manual, Accent }
+
+    property int kind: Chip.Kind.Manual
+    property string text: ""
+    property string symbol: ""
+
+    readonly property color ink: [Theme.safe, Theme.review, Theme.manual, Theme.accent][kind]
+
+    implicitWidth: row.implicitWidth + 16
+    implicitHeight: 20
+    radius: height / 2
+    color: [Theme.safeSoft, Theme.reviewSoft, Theme.manualSoft, Theme.accentSoft][kind]
+    Accessible.role: Accessible.StaticText
+    Accessible.name: root.text
+
+    Row {
+        id: row
+
+        anchors.centerIn: parent
+        spacing: 4
+
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.symbol !== ""
+            name: root.symbol
+            color: root.ink
+            size: 12
+        }
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.text
+            color: root.ink
+            font.pixelSize: Theme.captionSize
+            font.weight: Font.Medium
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+    }
+}

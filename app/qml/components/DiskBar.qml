@@ -1,0 +1,28 @@
+import QtQuick
+import Orvane
+
+// How full the disk is, in a thin bar under its figures.
+Column {
+    id: root
+
+    required property double used
+    required property double total
+    property string text: ""
+
+    spacing: 6
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: root.text
+
+    CaptionText {
+        width: parent.width
+        text: root.text
+        wrapMode: Text.Wrap
+        Accessible.ignored: true
+    }
+
+    Meter {
+        width: parent.width
+        implicitHeight: 4
+        value: root.total > 0 ? root.used / root.total : 0
+    }
+}

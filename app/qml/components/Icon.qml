@@ -1,0 +1,19 @@
+import QtQuick
+import Orvane
+
+// A line icon in one colour. Decoration: what it says is said in words beside it.
+Image {
+    id: root
+
+    required property string name
+    property color color: Theme.text
+    property int size: 18
+
+    source: name === "" ? "" : "image://icon/" + name + "/" + ("" + color).slice(-6)
+    sourceSize.width: size
+    sourceSize.height: size
+    width: size
+    height: size
+    fillMode: Image.PreserveAspectFit
+    Accessible.ignored: true
+}

@@ -1,0 +1,251 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Orvane
+
+// One item of a list: box, name over its place and remark, chip, age, size. The whole row toggles; the pointer or the
+// keyboard on it brings its actions.
+Item {
+    id: root
+
+    property string name: ""
+    property string place: ""
+    property string remark: ""
+    // A remark in the colour of warnings, with its icon.
+    property string warning: ""
+    property string warningSymbol: "cloud"
+    property string age: ""
+    property string size: ""
+    property string chip: ""
+    property int chipKind: Chip.Kind.Manual
+    property bool hasBox: true
+    property int checkState: Qt.Unchecked
+    property bool canCheck: true
+    property bool isFocused: false
+    property int indent: 43
+    // Whether the columns of age and chip are shown; narrow lists leave the age out.
+    property bool showsAge: width > 440
+    property bool showsChip: width > 320
+    property bool canExplain: false
+    property bool canOpenFolder: false
+    property string explanation: ""
+    property alias extraActions: extra.data
+    signal toggled
+    signal explainAsked
+    signal openFolderAsked
+    signal pressed
+    signal menuAsked
+
+    readonly property bool isActive: area.containsMouse || actionHover.hovered || isFocused
+    readonly property string secondLine: Texts.joined([place, remark], " · ")
+
+    implicitHeight: 51
+    Accessible.role: hasBox ? Accessible.CheckBox : Accessible.ListItem
+    Accessible.name: Texts.joined([name, chip, size], ", ")
+    Accessible.description: Texts.joined([secondLine, warning, age], ", ")
+    Accessible.checkable: hasBox && canCheck
+    Accessible.checked: checkState === Qt.Checked
+    Accessible.onToggleAction: root.toggled()
+    Accessible.onPressAction: root.toggled()
+
+    Rectangle {
+        anchors.fill: parent
+        color: area.containsMouse || actionHover.hovered ? Theme.hover : Theme.surface
+    }
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onPressed: root.pressed()
+        onClicked: mouse => mouse.button === Qt.RightButton ? root.menuAsked() : root.toggled()
+    }
+
+    TriStateBox {
+        x: root.indent
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.hasBox
+        enabled: root.canCheck
+        focusPolicy: Qt.NoFocus
+        checkState: root.checkState < 0 ? Qt.Unchecked : root.checkState
+        text: root.name
+        Accessible.ignored: true
+        onToggleAsked: root.toggled()
+    }
+
+    Column {
+        id: texts
+
+        anchors.left: parent.left
+        anchors.leftMargin: root.hasBox ? root.indent + 29 : root.indent
+        anchors.right: actions.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+
+        BodyText {
+            width: parent.width
+            lineHeight: 19
+            text: root.name
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+
+        Item {
+            width: parent.width
+            height: 16
+            visible: root.secondLine !== "" || root.warning !== ""
+
+            CaptionText {
+                id: second
+
+                width: Math.min(implicitWidth, parent.width - (root.warning === "" ? 0 : Math.min(160, parent.width / 2)))
+                text: root.secondLine
+                elide: Text.ElideMiddle
+                Accessible.ignored: true
+            }
+
+            Icon {
+                id: warningIcon
+
+                anchors.left: second.right
+                anchors.leftMargin: root.secondLine === "" ? 0 : 5
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.warning !== ""
+                name: root.warningSymbol
+                size: 14
+                color: Theme.review
+            }
+
+            CaptionText {
+                anchors.left: warningIcon.right
+                anchors.leftMargin: 4
+                anchors.right: parent.right
+                visible: root.warning !== ""
+                text: root.warning
+                color: Theme.review
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    // Made when the row is pointed at: most rows never are.
+    Row {
+        id: actions
+
+        anchors.right: chipPlace.left
+        anchors.rightMargin: width > 0 ? 8 : 0
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        HoverHandler {
+            id: actionHover
+        }
+
+        Repeater {
+            model: root.isActive && root.canExplain ? 1 : 0
+
+            IconButton {
+                focusPolicy: Qt.NoFocus
+                symbol: "info"
+                text: qsTr("cleanup.why")
+                onClicked: root.explainAsked()
+            }
+        }
+
+        Repeater {
+            model: root.isActive && root.canOpenFolder ? 1 : 0
+
+            IconButton {
+                focusPolicy: Qt.NoFocus
+                symbol: "folder-open"
+                text: qsTr("action.reveal_in_finder")
+                onClicked: root.openFolderAsked()
+            }
+        }
+    }
+
+    Item {
+        id: chipPlace
+
+        anchors.right: agePlace.left
+        anchors.rightMargin: 12
+        height: parent.height
+        width: root.showsChip && root.chip !== "" ? chipItem.implicitWidth : 0
+
+        Chip {
+            id: chipItem
+
+            anchors.centerIn: parent
+            visible: parent.width > 0
+            kind: root.chipKind
+            text: root.chip
+
+            HoverHandler {
+                id: chipHover
+            }
+
+            Repeater {
+                model: chipHover.hovered && root.explanation !== "" ? 1 : 0
+
+                Item {
+                    anchors.fill: parent
+
+                    Tip {
+                        text: root.explanation
+                        shown: true
+                    }
+                }
+            }
+        }
+    }
+
+    CaptionText {
+        id: agePlace
+
+        anchors.right: sizePlace.left
+        anchors.rightMargin: root.showsAge ? 12 : 0
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.showsAge ? 84 : 0
+        visible: root.showsAge
+        horizontalAlignment: Text.AlignRight
+        text: root.age
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
+        Accessible.ignored: true
+    }
+
+    BodyText {
+        id: sizePlace
+
+        anchors.right: extra.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.max(64, implicitWidth)
+        horizontalAlignment: Text.AlignRight
+        text: root.size
+        Accessible.ignored: true
+    }
+
+    Row {
+        id: extra
+
+        anchors.right: parent.right
+        anchors.rightMargin: visibleChildren.length > 0 ? 12 : 0
+        anchors.verticalCenter: parent.verticalCenter
+    }
+
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 1
+        color: Theme.line
+    }
+
+    FocusRing {
+        shown: root.isFocused
+        around: -2
+        radius: 6
+    }
+}

@@ -1,0 +1,11 @@
+import QtQuick
+import Orvane
+
+// An action that stands in a line of text.
+ButtonBase {
+    implicitHeight: 30
+    leftPadding: 8
+    rightPadding: 8
+    ink: Theme.accent
+    fill: hovered || down ? Theme.accentSoft : "transparent"
+}

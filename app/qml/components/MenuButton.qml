@@ -1,0 +1,42 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Orvane
+
+// A button that shows the choice in force and opens the menu of the others.
+PlainButton {
+    id: root
+
+    // The texts of the choices, in order.
+    property var choices: []
+    property int current: -1
+    property string label: ""
+    signal chosen(int index)
+
+    trailingSymbol: "chevron-down"
+    text: choices[current] ?? ""
+    Accessible.role: Accessible.ButtonMenu
+    Accessible.name: label === "" ? text : label + ": " + text
+    onClicked: menu.opened ? menu.close() : menu.open()
+    Keys.onDownPressed: menu.open()
+
+    ChoiceMenu {
+        id: menu
+
+        y: root.height + 6
+        x: Math.min(0, root.width - width)
+
+        Repeater {
+            model: root.choices
+
+            ChoiceItem {
+                required property string modelData
+                required property int index
+
+                text: modelData
+                isCurrent: index === root.current
+                onTriggered: root.chosen(index)
+            }
+        }
+    }
+}

@@ -1,0 +1,73 @@
+import QtQuick
+import QtQuick.Templates as T
+import Orvane
+
+// A whole number within bounds, typed or stepped.
+T.SpinBox {
+    id: root
+
+    property string label: ""
+
+    implicitWidth: 116
+    implicitHeight: Theme.controlHeight
+    leftPadding: 32
+    rightPadding: 32
+    editable: true
+    opacity: enabled ? 1 : 0.5
+    font.pixelSize: Theme.textSize
+    inputMethodHints: Qt.ImhDigitsOnly
+    validator: IntValidator {
+        bottom: root.from
+        top: root.to
+    }
+    Accessible.name: root.label
+    Accessible.role: Accessible.SpinBox
+
+    contentItem: TextInput {
+        text: root.displayText
+        font: root.font
+        color: Theme.text
+        selectionColor: Theme.accent
+        selectedTextColor: Theme.inkOnAccent
+        horizontalAlignment: Qt.AlignHCenter
+        verticalAlignment: Qt.AlignVCenter
+        readOnly: !root.editable
+        validator: root.validator
+        inputMethodHints: root.inputMethodHints
+        selectByMouse: true
+        Accessible.ignored: true
+    }
+
+    down.indicator: Item {
+        x: 1
+        height: root.height
+        width: 30
+
+        Icon {
+            anchors.centerIn: parent
+            name: "minus"
+            size: 14
+            color: root.value > root.from ? Theme.text : Theme.line
+        }
+    }
+
+    up.indicator: Item {
+        x: root.width - width - 1
+        height: root.height
+        width: 30
+
+        Icon {
+            anchors.centerIn: parent
+            name: "plus"
+            size: 14
+            color: root.value < root.to ? Theme.text : Theme.line
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.surface
+        border.width: root.activeFocus ? 2 : 1
+        border.color: root.activeFocus ? Theme.accent : Theme.line
+    }
+}

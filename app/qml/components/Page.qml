@@ -1,0 +1,47 @@
+import QtQuick
+import Orvane
+
+// What all screens share: the margins, the header at the top, the content below.
+FocusScope {
+    id: root
+
+    property alias title: header.title
+    property alias subtitle: header.subtitle
+    property alias actions: header.actions
+    default property alias content: body.data
+    readonly property bool isNarrow: width < Theme.narrow
+    readonly property real bodyHeight: body.height
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: root.title
+
+    // Asked for by the window's shortcuts; a screen answers what it can.
+    function find() {}
+
+    function selectRecommended() {}
+
+    function deselectAll() {}
+
+    function undo() {}
+
+    function startWork() {}
+
+    ScreenHeader {
+        id: header
+
+        x: Theme.margin
+        y: 22
+        width: root.width - 2 * Theme.margin
+    }
+
+    Item {
+        id: body
+
+        anchors.top: header.bottom
+        anchors.topMargin: 2
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 24
+        x: Theme.margin
+        width: root.width - 2 * Theme.margin
+    }
+}

@@ -1,0 +1,100 @@
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// What is being done, how far it is, and Cancel. With `result` set it says what came of it, with Undo.
+Card {
+    id: root
+
+    property string title: ""
+    // 0 to 1, or below 0 where the end is not known.
+    property double value: -1
+    property string figures: ""
+    property string detail: ""
+    property bool canCancel: true
+    property string result: ""
+    property string resultNote: ""
+    property string undoText: ""
+    signal cancelAsked
+    signal undoAsked
+    signal dismissed
+
+    readonly property bool isResult: result !== ""
+
+    padding: 12
+    implicitHeight: layout.implicitHeight + 2 * padding
+    Accessible.role: isResult ? Accessible.AlertMessage : Accessible.ProgressBar
+    Accessible.name: isResult ? result + " " + resultNote : title + " " + figures
+
+    ColumnLayout {
+        id: layout
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: 4
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 12
+
+            Icon {
+                visible: root.isResult
+                name: "check"
+                color: Theme.accent
+            }
+
+            HeadingText {
+                Layout.fillWidth: root.isResult
+                Layout.maximumWidth: root.isResult ? root.width : root.width * 0.35
+                text: root.isResult ? root.result : root.title
+                wrapMode: root.isResult ? Text.Wrap : Text.NoWrap
+            }
+
+            Meter {
+                Layout.fillWidth: true
+                visible: !root.isResult
+                value: root.value
+            }
+
+            CaptionText {
+                visible: !root.isResult && text !== ""
+                Layout.maximumWidth: root.width * 0.35
+                text: root.figures
+                font.pixelSize: 13
+            }
+
+            PlainButton {
+                visible: !root.isResult && root.canCancel
+                implicitHeight: 30
+                text: qsTr("action.cancel")
+                onClicked: root.cancelAsked()
+            }
+
+            LinkButton {
+                visible: root.isResult && root.undoText !== ""
+                symbol: "undo"
+                text: root.undoText
+                onClicked: root.undoAsked()
+            }
+
+            IconButton {
+                visible: root.isResult
+                symbol: "close"
+                iconSize: 14
+                text: qsTr("action.dismiss")
+                onClicked: root.dismissed()
+            }
+        }
+
+        CaptionText {
+            Layout.fillWidth: true
+            Layout.leftMargin: root.isResult ? 30 : 0
+            visible: text !== ""
+            text: root.isResult ? root.resultNote : root.detail
+            elide: root.isResult ? Text.ElideRight : Text.ElideMiddle
+            wrapMode: root.isResult ? Text.Wrap : Text.NoWrap
+        }
+    }
+}

@@ -1,0 +1,28 @@
+import QtQuick
+import Orvane
+
+// The strip of a run that moves files: its progress with Cancel, then what came of it with Undo until it is dismissed.
+ProgressStrip {
+    id: root
+
+    property bool isWorking: false
+    property bool isUndoing: false
+    property double done: 0
+    property double total: 0
+    property string workTitle: qsTr("action.cleaning")
+    property string outcome: ""
+    property bool canUndo: false
+    property string undoLabel: qsTr("action.undo")
+    property bool isDismissed: false
+
+    visible: isWorking || (outcome !== "" && !isDismissed)
+    title: isUndoing ? qsTr("action.restoring") : workTitle
+    value: total > 0 ? done / total : -1
+    figures: total > 0 ? qsTr("count.of").arg(Texts.count(done)).arg(Texts.count(total)) : ""
+    result: isWorking ? "" : outcome
+    resultNote: canUndo ? qsTr("cleanup.space_note") : ""
+    undoText: canUndo ? undoLabel : ""
+    onDismissed: isDismissed = true
+    onOutcomeChanged: isDismissed = false
+    onIsWorkingChanged: isDismissed = false
+}

@@ -1,0 +1,164 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Controls.Basic
+import Orvane
+
+// The sections in their groups, the language, and at the foot the disk. Arrow keys go from section to section.
+FocusScope {
+    id: root
+
+    required property AppState appState
+    required property NavigationModel navigation
+    required property LanguageModel languages
+
+    readonly property bool isCompact: height < 690
+
+    implicitWidth: Theme.sidebarWidth
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: qsTr("app.name")
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.sidebar
+
+        Rectangle {
+            anchors.right: parent.right
+            width: 1
+            height: parent.height
+            color: Theme.line
+        }
+    }
+
+    Row {
+        id: mark
+
+        x: 21
+        y: 21
+        spacing: 10
+
+        Icon {
+            name: "mark"
+            size: 22
+            color: Theme.accent
+        }
+
+        HeadingText {
+            anchors.verticalCenter: parent.verticalCenter
+            text: qsTr("app.name")
+            font.pixelSize: 16
+        }
+    }
+
+    Flickable {
+        anchors.top: parent.top
+        anchors.topMargin: root.isCompact ? 56 : 62
+        anchors.bottom: foot.top
+        anchors.bottomMargin: 8
+        width: parent.width - 1
+        contentHeight: sections.implicitHeight
+        clip: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+
+        ScrollBar.vertical: ScrollHint {}
+
+        Column {
+            id: sections
+
+            x: 12
+            width: parent.width - 24
+            spacing: 2
+
+            property int lastGroup: -1
+
+            function move(from: int, by: int) {
+                const target = repeater.itemAt(from + by) as SidebarEntry;
+                if (target)
+                    target.choose();
+            }
+
+            Repeater {
+                id: repeater
+
+                model: root.navigation
+                delegate: SidebarEntry {
+                    width: sections.width
+                    appState: root.appState
+                    isCompact: root.isCompact
+                    onMoved: by => sections.move(index, by)
+                }
+                // A little air before each group but the first.
+                onItemAdded: (index, item) => {
+                    const entry = item as SidebarEntry;
+                    entry.startsGroup = index > 0 && entry.group !== sections.lastGroup;
+                    sections.lastGroup = entry.group;
+                }
+            }
+        }
+    }
+
+    Column {
+        id: foot
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: root.isCompact ? 14 : 24
+        x: 20
+        width: parent.width - 41
+        spacing: 6
+
+        SidebarItem {
+            id: languageButton
+
+            x: -8
+            width: parent.width + 16
+            text: qsTr("nav.language")
+            symbol: "globe"
+            activeFocusOnTab: true
+            Accessible.role: Accessible.ButtonMenu
+            onClicked: languageMenu.opened ? languageMenu.close() : languageMenu.open()
+
+            ChoiceMenu {
+                id: languageMenu
+
+                y: -height - 4
+
+                Instantiator {
+                    model: root.languages
+
+                    delegate: ChoiceItem {
+                        required property string code
+                        required property string nativeName
+                        required property bool current
+
+                        text: nativeName
+                        isCurrent: current
+                        onTriggered: root.languages.select(code)
+                    }
+
+                    onObjectAdded: (index, object) => languageMenu.insertItem(index, object as Item)
+                    onObjectRemoved: (index, object) => languageMenu.removeItem(object as Item)
+                }
+            }
+        }
+
+        Item {
+            width: 1
+            height: 2
+        }
+
+        DiskBar {
+            width: parent.width
+            visible: root.appState.totalBytes > 0
+            used: root.appState.usedBytes
+            total: root.appState.totalBytes
+            text: qsTr("sidebar.disk").arg(Texts.bytes(root.appState.freeBytes)).arg(
+                      Texts.bytes(root.appState.totalBytes))
+        }
+
+        CaptionText {
+            width: parent.width
+            text: qsTr("sidebar.trash_frees_later")
+            wrapMode: Text.Wrap
+        }
+    }
+}

@@ -1,0 +1,45 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Orvane
+import "TreemapLayout.js" as Layout
+
+// Areas by size. Each of `areas` has label, bytes, count, colorIndex and children, which are shown as shades within it.
+// Areas too small to be hit are drawn at a size that can be; their tooltip says the truth.
+FocusScope {
+    id: root
+
+    property var areas: []
+    property string summary: ""
+    property int spacing: 4
+    signal chosen(var area, var child)
+
+    // The least share that an area is drawn with, so that it can be seen and clicked.
+    readonly property double floor: 0.012
+    readonly property var shown: (areas ?? []).filter(area => area.bytes > 0)
+    readonly property var sizes: {
+        const total = shown.reduce((sum, area) => sum + area.bytes, 0);
+        return shown.map(area => Math.max(area.bytes, total * floor));
+    }
+    readonly property var places: Layout.boxes(sizes, width + spacing, height + spacing)
+
+    implicitHeight: 224
+    Accessible.role: Accessible.Graphic
+    Accessible.name: root.summary
+
+    Repeater {
+        model: root.shown.length
+
+        TreemapArea {
+            required property int index
+            readonly property var place: root.places[index] ?? null
+
+            area: root.shown[index]
+            x: place ? Math.round(place.x) : 0
+            y: place ? Math.round(place.y) : 0
+            width: place ? Math.max(2, Math.round(place.x + place.width) - x - root.spacing) : 0
+            height: place ? Math.max(2, Math.round(place.y + place.height) - y - root.spacing) : 0
+            onChosen: child => root.chosen(area, child)
+        }
+    }
+}

@@ -1,0 +1,67 @@
+import QtQuick
+import QtQuick.Templates as T
+import Orvane
+
+// A box that is empty, ticked or partly ticked. The label is for assistive technology unless `labelShown`.
+T.CheckBox {
+    id: root
+
+    property bool labelShown: false
+    // The box follows what its owner says and never changes by itself: the owner answers `toggleAsked`.
+    signal toggleAsked
+
+    implicitWidth: labelShown ? 18 + 10 + label.implicitWidth : 18
+    implicitHeight: Math.max(18, labelShown ? label.implicitHeight : 0)
+    hoverEnabled: true
+    tristate: true
+    focusPolicy: Qt.StrongFocus
+    nextCheckState: () => {
+        root.toggleAsked();
+        return root.checkState;
+    }
+    Accessible.name: root.text
+    Accessible.role: Accessible.CheckBox
+    Accessible.checkable: true
+    Accessible.checked: root.checkState === Qt.Checked
+    Accessible.onToggleAction: root.toggleAsked()
+    Accessible.onPressAction: root.toggleAsked()
+
+    indicator: Rectangle {
+        readonly property bool full: root.checkState !== Qt.Unchecked
+
+        y: Math.round((root.height - height) / 2)
+        x: 1
+        width: 16
+        height: 16
+        radius: 4
+        opacity: root.enabled ? 1 : 0.45
+        color: full ? Theme.accent : root.hovered ? Theme.accentSoft : Theme.surface
+        border.width: full ? 0 : 1.2
+        border.color: Theme.boxLine
+
+        Icon {
+            anchors.centerIn: parent
+            visible: parent.full
+            name: root.checkState === Qt.PartiallyChecked ? "dash" : "check"
+            color: Theme.inkOnAccent
+            size: 14
+        }
+
+        FocusRing {
+            shown: root.visualFocus
+            radius: 6
+        }
+    }
+
+    contentItem: BodyText {
+        id: label
+
+        leftPadding: 28
+        visible: root.labelShown
+        text: root.labelShown ? root.text : ""
+        verticalAlignment: Text.AlignVCenter
+        opacity: root.enabled ? 1 : 0.5
+        wrapMode: Text.Wrap
+        Accessible.ignored: true
+    }
+}

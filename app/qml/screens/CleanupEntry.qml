@@ -1,0 +1,72 @@
+import QtQuick
+import Orvane
+
+// One row of the cleanup list: the header of a category, or an item.
+Item {
+    id: root
+
+    required property int index
+    required property int kind
+    required property string name
+    required property string place
+    required property string reason
+    required property int risk
+    required property double date
+    required property double bytes
+    required property int checkState
+    required property int colorIndex
+    required property double count
+    required property bool expanded
+    required property string cloudWarning
+    required property bool isFolder
+    property bool isFocused: false
+    signal toggled
+    signal folded
+    signal touched
+    signal explainAsked
+    signal openFolderAsked
+    signal menuAsked
+
+    readonly property bool isHeader: kind === 0
+
+    height: isHeader ? 41 : 51
+
+    SectionHeader {
+        anchors.fill: parent
+        visible: root.isHeader
+        name: root.isHeader ? root.name : ""
+        count: root.isHeader ? Texts.counted("count.items", root.count) : ""
+        size: root.isHeader ? Texts.bytes(root.bytes) : ""
+        colorIndex: root.colorIndex
+        isExpanded: root.expanded
+        checkState: root.checkState
+        canCheck: root.checkState >= 0
+        isFocused: root.isHeader && root.isFocused
+        onToggled: root.toggled()
+        onFolded: root.folded()
+    }
+
+    ItemRow {
+        anchors.fill: parent
+        visible: !root.isHeader
+        name: root.isHeader ? "" : root.name
+        place: root.place
+        remark: root.reason
+        warning: root.cloudWarning
+        chip: root.isHeader ? "" : Texts.risk(root.risk)
+        chipKind: root.risk
+        explanation: root.isHeader ? "" : Texts.riskDescription(root.risk)
+        age: root.isHeader ? "" : Texts.age(root.date)
+        size: root.isHeader ? "" : Texts.bytes(root.bytes)
+        checkState: root.checkState
+        canCheck: root.checkState >= 0
+        canExplain: true
+        canOpenFolder: true
+        isFocused: !root.isHeader && root.isFocused
+        onToggled: root.toggled()
+        onPressed: root.touched()
+        onMenuAsked: root.menuAsked()
+        onExplainAsked: root.explainAsked()
+        onOpenFolderAsked: root.openFolderAsked()
+    }
+}

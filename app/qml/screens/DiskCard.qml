@@ -1,0 +1,97 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// The disk as a ring with its figures beside it.
+Card {
+    id: root
+
+    required property AppState appState
+
+    implicitHeight: 220
+
+    Ring {
+        id: ring
+
+        x: 10
+        anchors.verticalCenter: parent.verticalCenter
+        used: root.appState.usedBytes
+        free: root.appState.freeBytes
+        reclaimable: root.appState.reclaimableBytes
+        figure: root.appState.hasScanned || root.appState.isScanning
+                ? Texts.bytes(root.appState.reclaimableBytes)
+                : Texts.percent(root.appState.usedBytes / Math.max(1, root.appState.totalBytes))
+        caption: root.appState.hasScanned || root.appState.isScanning ? qsTr("dashboard.reclaimable_now")
+                                                                      : qsTr("dashboard.used")
+        summary: qsTr("dashboard.ring_summary").arg(Texts.bytes(root.appState.usedBytes)).arg(
+                     Texts.bytes(root.appState.reclaimableBytes)).arg(Texts.bytes(root.appState.freeBytes))
+    }
+
+    ColumnLayout {
+        anchors.left: ring.right
+        anchors.leftMargin: 38
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 10
+
+        Legend {
+            label: qsTr("dashboard.used")
+            value: Texts.bytes(root.appState.usedBytes)
+            swatch: Theme.used
+        }
+
+        Legend {
+            label: qsTr("dashboard.reclaimable")
+            value: root.appState.hasScanned || root.appState.isScanning ? Texts.bytes(root.appState.reclaimableBytes)
+                                                                        : "–"
+            swatch: Theme.accent
+        }
+
+        Legend {
+            label: qsTr("dashboard.free")
+            value: Texts.bytes(root.appState.freeBytes)
+            swatch: Theme.line
+        }
+
+        Divider {
+            Layout.fillWidth: true
+            Layout.topMargin: 2
+        }
+
+        CaptionText {
+            Layout.fillWidth: true
+            text: qsTr("dashboard.promise")
+            wrapMode: Text.Wrap
+        }
+    }
+
+    component Legend: RowLayout {
+        id: legend
+
+        property string label
+        property string value
+        property color swatch
+
+        Layout.fillWidth: true
+        spacing: 10
+
+        Rectangle {
+            implicitWidth: 10
+            implicitHeight: 10
+            radius: 3
+            color: legend.swatch
+        }
+
+        BodyText {
+            Layout.fillWidth: true
+            text: legend.label
+        }
+
+        BodyText {
+            text: legend.value
+            font.weight: Font.DemiBold
+        }
+    }
+}

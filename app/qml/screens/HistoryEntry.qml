@@ -1,0 +1,142 @@
+import QtQuick
+import Orvane
+
+// One row of the history: a run, or something that a run moved.
+Item {
+    id: root
+
+    required property int index
+    required property int kind
+    required property double date
+    required property string titleKey
+    required property string name
+    required property string place
+    required property string destination
+    required property double count
+    required property double bytes
+    required property string stateKey
+    required property bool canRestore
+    required property bool expanded
+    property bool isFocused: false
+    property bool isBusy: false
+    signal folded
+    signal openFolderAsked
+    signal restoreAsked
+
+    readonly property bool isRun: kind === 0
+    readonly property bool isGone: stateKey === "state.gone" || stateKey === "state.occupied"
+    readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
+    readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
+    readonly property string detail: isRun ? Texts.dateTime(date)
+                                           : destination === "" ? place : place + " → " + destination
+
+    height: isRun ? 58 : 51
+    Accessible.role: Accessible.ListItem
+    Accessible.name: Texts.joined([title, detail, stateText, Texts.bytes(bytes)], ", ")
+    Accessible.onPressAction: if (root.isRun) root.folded()
+
+    Rectangle {
+        anchors.fill: parent
+        color: area.containsMouse && root.isRun ? Theme.hover : root.isRun ? Theme.surface : Theme.groupHeader
+    }
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: if (root.isRun) root.folded()
+        onDoubleClicked: if (!root.isRun) root.openFolderAsked()
+    }
+
+    Icon {
+        id: chevron
+
+        x: 15
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isRun
+        name: root.expanded ? "chevron-down" : "chevron-right"
+    }
+
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 45
+        anchors.right: chip.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+
+        BodyText {
+            width: parent.width
+            text: root.title
+            font.weight: root.isRun ? Font.DemiBold : Font.Normal
+            elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
+            Accessible.ignored: true
+        }
+
+        CaptionText {
+            width: parent.width
+            text: root.detail
+            elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
+            Accessible.ignored: true
+        }
+    }
+
+    Chip {
+        id: chip
+
+        anchors.right: size.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.stateText !== ""
+        width: visible ? implicitWidth : 0
+        kind: root.isGone ? Chip.Kind.Review
+                          : root.stateKey === "state.restored" ? Chip.Kind.Safe : Chip.Kind.Manual
+        text: root.stateText
+    }
+
+    BodyText {
+        id: size
+
+        anchors.right: actionPlace.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.max(68, implicitWidth)
+        horizontalAlignment: Text.AlignRight
+        font.weight: root.isRun ? Font.DemiBold : Font.Normal
+        text: Texts.bytes(root.bytes)
+        Accessible.ignored: true
+    }
+
+    Item {
+        id: actionPlace
+
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        height: parent.height
+        width: Math.max(110, restore.implicitWidth)
+
+        LinkButton {
+            id: restore
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.canRestore
+            enabled: !root.isBusy
+            symbol: "undo"
+            text: root.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
+            Accessible.description: root.title
+            onClicked: root.restoreAsked()
+        }
+    }
+
+    Divider {
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+
+    FocusRing {
+        shown: root.isFocused
+        around: -2
+        radius: 6
+    }
+}

@@ -1,0 +1,136 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// Every run with what it moved, where from and where to; each can be brought back.
+Page {
+    id: root
+
+    required property AppState appState
+    required property HistoryModel model
+
+    readonly property bool isEmpty: model.runCount === 0
+
+    function find() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+
+    function undo() {
+        const first = list.itemAtIndex(0) as HistoryEntry;
+        if (first && first.canRestore && !model.isRestoring)
+            model.restoreRun(0);
+    }
+
+    title: qsTr("nav.history")
+    subtitle: isEmpty ? qsTr("history.subtitle_empty") : qsTr("history.subtitle")
+    actions: [
+        SearchField {
+            id: search
+
+            implicitWidth: 220
+            visible: !root.isEmpty
+            text: root.model.searchText
+            onTextEdited: searchDelay.restart()
+            onTextChanged: if (text === "" && root.model.searchText !== "") searchDelay.restart()
+        },
+        PlainButton {
+            symbol: "trash"
+            text: qsTr("action.open_trash")
+            onClicked: root.appState.openTrash()
+        }
+    ]
+
+    Timer {
+        id: searchDelay
+
+        interval: 120
+        onTriggered: root.model.searchText = search.text
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        RunStrip {
+            Layout.fillWidth: true
+            isWorking: root.model.isRestoring
+            isUndoing: true
+            done: root.model.progressDone
+            total: root.model.progressTotal
+            detail: root.model.progressText
+            outcome: root.model.resultText
+            onCancelAsked: root.model.cancel()
+            onDismissed: root.model.clearResult()
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: !root.model.isRestoring && root.model.warnings.length > 0
+            isWarning: true
+            text: Texts.counted("history.not_restored", root.model.warnings.length)
+            detail: Texts.firstLines(root.model.warnings, 4)
+            action: root.model.warnings.length > 4 ? qsTr("history.show_all_warnings") : ""
+            onActed: warnings.open()
+        }
+
+        Card {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            flush: true
+
+            RowList {
+                id: list
+
+                anchors.fill: parent
+                anchors.topMargin: 6
+                anchors.bottomMargin: 6
+                visible: count > 0
+                label: qsTr("nav.history")
+                model: root.model
+                onRowToggled: row => root.model.toggleExpanded(row)
+                onRowFolded: (row, open) => {
+                    const entry = itemAtIndex(row) as HistoryEntry;
+                    if (entry && entry.isRun && entry.expanded !== open)
+                        root.model.toggleExpanded(row);
+                }
+                delegate: HistoryEntry {
+                    width: list.width
+                    isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
+                    isBusy: root.model.isRestoring
+                    onFolded: {
+                        list.forceActiveFocus(Qt.MouseFocusReason);
+                        list.showsCurrent = false;
+                        list.currentIndex = index;
+                        root.model.toggleExpanded(index);
+                    }
+                    onRestoreAsked: root.model.restoreRun(index)
+                    onOpenFolderAsked: root.model.openContainingFolder(index)
+                }
+            }
+
+            EmptyState {
+                anchors.fill: parent
+                drawing: root.isEmpty ? "history" : "search"
+                visible: root.model.isLoaded && list.count === 0
+                title: root.isEmpty ? qsTr("history.empty_title") : ""
+                text: root.isEmpty ? qsTr("history.empty_text") : qsTr("history.nothing_matches")
+                action: root.isEmpty ? "" : qsTr("action.clear_search")
+                onActed: {
+                    search.clear();
+                    root.model.searchText = "";
+                }
+            }
+        }
+    }
+
+    AlertDialog {
+        id: warnings
+
+        title: Texts.counted("history.not_restored", root.model.warnings.length)
+        message: qsTr("history.warnings_text")
+        details: root.model.warnings
+    }
+}

@@ -1,0 +1,276 @@
+#include "app/CleanupModel.h"
+
+#include "tests/app/WindowFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr double day = 86400;
+
+class CleanupModelTest : public WindowFixture {
+ public:
+  CleanupModelTest() {
+    // Two installers of different ages, a log, and a file that only its owner can judge.
+    setAge(tree.sparseFile("Downloads/old.dmg", 3000), 30 * day);
+    tree.sparseFile("Downloads/new.dmg", 5000);
+    setAge(tree.sparseFile("Downloads/Work/Logs/run.log", 700), 20 * day);
+    tree.sparseFile("Downloads/Work/letter.txt", 90);
+    state.emplace(services());
+    model.emplace(services(), *state);
+  }
+
+  void scan() {
+    state->startScan();
+    ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
+    arranged();
+  }
+  // Waits until what is shown answers what is asked for.
+  void arranged() {
+    int last = -1;
+    QObject::connect(&*model, &CleanupModel::countsChanged, [&last] { ++last; });
+    model->setSort(model->sort() == CleanupModel::Size ? CleanupModel::Date : CleanupModel::Size);
+    ASSERT_TRUE(becomesTrue([&] { return last >= 0; }));
+    last = -1;
+    model->setSort(model->sort() == CleanupModel::Size ? CleanupModel::Date : CleanupModel::Size);
+    ASSERT_TRUE(becomesTrue([&] { return last >= 0; }));
+    QObject::disconnect(&*model, &CleanupModel::countsChanged, nullptr, nullptr);
+  }
+
+  [[nodiscard]] QVariant value(int row, int role) const { return model->data(model->index(row), role); }
+  [[nodiscard]] std::vector<std::string> names() const {
+    std::vector<std::string> result;
+    for (int row = 0; row < model->rowCount(); ++row) {
+      const bool isHeader = value(row, CleanupModel::KindRole).toInt() == CleanupModel::Header;
+      result.push_back((isHeader ? "# " : "") + value(row, CleanupModel::NameRole).toString().toStdString());
+    }
+    return result;
+  }
+  [[nodiscard]] int rowOf(std::string_view name) const {
+    const auto all = names();
+    return static_cast<int>(std::find(all.begin(), all.end(), name) - all.begin());
+  }
+  [[nodiscard]] int checkOf(std::string_view name) const {
+    return value(rowOf(name), CleanupModel::CheckStateRole).toInt();
+  }
+  void clean() {
+    model->cleanSelected();
+    ASSERT_TRUE(becomesTrue([this] { return !model->isCleaning(); }));
+  }
+
+  std::optional<AppState> state;
+  std::optional<CleanupModel> model;
+};
+
+TEST_F(CleanupModelTest, isEmptyBeforeAScan) {
+  EXPECT_EQ(model->rowCount(), 0);
+  EXPECT_EQ(model->selectedCount(), 0);
+  model->cleanSelected();
+  EXPECT_FALSE(model->isCleaning());
+}
+
+TEST_F(CleanupModelTest, listsWhatWasFoundByCategoryLargestFirst) {
+  scan();
+  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Old Installers & Downloads", "new.dmg",
+                                   "old.dmg", "# Manual Review", "letter.txt"));
+  EXPECT_EQ(model->itemCount(), 4);
+  EXPECT_EQ(state->reclaimableBytes(), 3000 + 5000 + 700 + 90);
+  EXPECT_EQ(value(rowOf("# Old Installers & Downloads"), CleanupModel::BytesRole).toDouble(), 8000);
+  EXPECT_EQ(value(rowOf("run.log"), CleanupModel::PlaceRole).toString(), "Downloads/Work/Logs");
+  EXPECT_EQ(state->scannedFolders(), 1);
+  EXPECT_TRUE(state->hasScanned());
+}
+
+TEST_F(CleanupModelTest, selectsWhatIsSafeAndNeverWhatIsManual) {
+  scan();
+  EXPECT_EQ(checkOf("run.log"), Qt::Checked);
+  EXPECT_EQ(checkOf("letter.txt"), -1);
+  model->toggle(rowOf("letter.txt"));
+  model->toggle(rowOf("# Manual Review"));
+  EXPECT_EQ(checkOf("letter.txt"), -1);
+
+  const auto safe = model->selectedCount();
+  model->deselectAll();
+  EXPECT_EQ(model->selectedCount(), 0);
+  EXPECT_EQ(model->selectedBytes(), 0);
+  model->selectRecommended();
+  EXPECT_EQ(model->selectedCount(), safe);
+}
+
+TEST_F(CleanupModelTest, tellsInTheHeaderHowMuchOfItIsSelected) {
+  scan();
+  model->deselectAll();
+  EXPECT_EQ(checkOf("# Old Installers & Downloads"), Qt::Unchecked);
+  model->toggle(rowOf("old.dmg"));
+  EXPECT_EQ(checkOf("# Old Installers & Downloads"), Qt::PartiallyChecked);
+  EXPECT_EQ(model->selectedBytes(), 3000);
+  model->toggle(rowOf("# Old Installers & Downloads"));
+  EXPECT_EQ(checkOf("# Old Installers & Downloads"), Qt::Checked);
+  EXPECT_EQ(checkOf("new.dmg"), Qt::Checked);
+  EXPECT_EQ(model->selectedBytes(), 8000);
+  model->toggle(rowOf("# Old Installers & Downloads"));
+  EXPECT_EQ(model->selectedCount(), 0);
+}
+
+TEST_F(CleanupModelTest, foldsACategoryAway) {
+  scan();
+  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
+  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Old Installers & Downloads", "# Manual Review",
+                                   "letter.txt"));
+  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
+  EXPECT_EQ(model->rowCount(), 7);
+}
+
+TEST_F(CleanupModelTest, searchesSortsAndFilters) {
+  scan();
+  model->setSearchText("  NEW ");
+  arranged();
+  EXPECT_THAT(names(), ElementsAre("# Old Installers & Downloads", "new.dmg"));
+  EXPECT_EQ(model->shownCount(), 1);
+  EXPECT_EQ(model->itemCount(), 4);
+
+  // A header's box is about what is shown.
+  model->deselectAll();
+  model->toggle(0);
+  EXPECT_EQ(model->selectedBytes(), 5000);
+
+  model->setSearchText("");
+  model->setCategoryFilter("oldDownloads");
+  model->setSort(CleanupModel::Name);
+  ASSERT_TRUE(becomesTrue([&] { return model->shownCount() == 2 && rowOf("new.dmg") == 1; }));
+  model->clearFilters();
+  model->setRiskFilter(2);
+  ASSERT_TRUE(becomesTrue([&] { return model->shownCount() == 1; }));
+  EXPECT_THAT(names(), ElementsAre("# Manual Review", "letter.txt"));
+  model->clearFilters();
+  model->setFolderFilter(QString::fromStdString(tree.path("Downloads/Work")));
+  ASSERT_TRUE(becomesTrue([&] { return model->shownCount() == 2; }));
+  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Manual Review", "letter.txt"));
+}
+
+TEST_F(CleanupModelTest, movesExactlyWhatIsSelectedAsOneRunAndBringsItBack) {
+  scan();
+  model->deselectAll();
+  model->toggle(rowOf("old.dmg"));
+  model->toggle(rowOf("run.log"));
+  const auto free = model->projectedFreeBytes() - model->currentFreeBytes();
+  EXPECT_EQ(free, 3700);
+  clean();
+
+  EXPECT_EQ(model->resultText().toStdString(), "Successfully moved 2 items to the Trash, reclaiming 4\u00a0KB.");
+  EXPECT_THAT(model->messages(), IsEmpty());
+  EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
+  EXPECT_FALSE(exists(tree.path("Downloads/Work/Logs/run.log")));
+  EXPECT_TRUE(exists(tree.path("Downloads/new.dmg")));
+  EXPECT_TRUE(exists(trashPath() + "/files/old.dmg"));
+  ASSERT_EQ(journal->getRuns().size(), 1U);
+  EXPECT_EQ(journal->getRuns().front().itemCount, 2);
+  arranged();
+  EXPECT_EQ(model->itemCount(), 2);
+  EXPECT_EQ(model->selectedCount(), 0);
+  EXPECT_EQ(state->reclaimableBytes(), 5090);
+
+  ASSERT_TRUE(model->canUndo());
+  model->undo();
+  ASSERT_TRUE(becomesTrue([this] { return !model->isUndoing(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/old.dmg")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Work/Logs/run.log")));
+  EXPECT_FALSE(model->canUndo());
+  arranged();
+  EXPECT_EQ(model->itemCount(), 4);
+  EXPECT_EQ(checkOf("old.dmg"), Qt::Unchecked);
+}
+
+TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
+  scan();
+  tree.file("Downloads/old.dmg", "something else by now");
+  ASSERT_EQ(::unlink(tree.path("Downloads/Work/Logs/run.log").c_str()), 0);
+  clean();
+  EXPECT_EQ(contentOf(tree.path("Downloads/old.dmg")), "something else by now");
+  std::vector<std::string> messages;
+  for (const auto& message : model->messages()) messages.push_back(message.toStdString());
+  EXPECT_THAT(messages, testing::UnorderedElementsAre(StartsWith("Failed to trash run.log: "),
+                                                      StartsWith("Failed to trash old.dmg: ")));
+  EXPECT_FALSE(model->canUndo());
+  EXPECT_THAT(journal->getRuns(), IsEmpty());
+}
+
+TEST_F(CleanupModelTest, reportsWhatTheSystemRefusesAndGoesOn) {
+  scan();
+  // In the way of the Trash's own folder.
+  tree.file(".local/share/Trash", "no folder");
+  clean();
+  EXPECT_TRUE(exists(tree.path("Downloads/old.dmg")));
+  EXPECT_EQ(model->messages().size(), static_cast<qsizetype>(2));
+}
+
+TEST_F(CleanupModelTest, losesNothingWhenItIsStopped) {
+  for (int number = 0; number < 2000; ++number) {
+    setAge(tree.sparseFile("Downloads/many/" + std::to_string(number) + ".dmg", 10), 30 * day);
+  }
+  scan();
+  const auto chosen = static_cast<int>(model->selectedCount());
+  ASSERT_GE(chosen, 2000);
+  model->cleanSelected();
+  model->cancel();
+  ASSERT_TRUE(becomesTrue([this] { return !model->isCleaning(); }));
+  int left = 0;
+  int moved = 0;
+  for (int number = 0; number < 2000; ++number) {
+    const auto name = std::to_string(number) + ".dmg";
+    const bool isLeft = exists(tree.path("Downloads/many/" + name));
+    EXPECT_NE(isLeft, exists(trashPath() + "/files/" + name)) << name;
+    (isLeft ? left : moved) += 1;
+  }
+  EXPECT_GT(left, 0);
+  EXPECT_THAT(model->messages(), IsEmpty());
+}
+
+TEST_F(CleanupModelTest, explainsALabelAndShowsTheFolder) {
+  scan();
+  EXPECT_THAT(model->explanation(rowOf("run.log")).toStdString(),
+              testing::HasSubstr("Safe to remove. Temporary caches, logs, or redundant installers."));
+  EXPECT_THAT(model->explanation(rowOf("letter.txt")).toStdString(), testing::HasSubstr("Orvane will never remove."));
+  model->openContainingFolder(rowOf("run.log"));
+  ASSERT_TRUE(becomesTrue([this] { return !desktop.allRevealed().empty(); }));
+  EXPECT_THAT(desktop.allRevealed(), ElementsAre(tree.url("Downloads/Work/Logs/run.log")));
+}
+
+TEST_F(CleanupModelTest, saysWhenThereIsNoFolderToScan) {
+  folders.removeManagedFolder(tree.url("Downloads"));
+  preferences.setValue(FileAccessService::bookmarkStorageKey, Json::object());
+  ASSERT_EQ(std::rename(tree.path("Downloads").c_str(), tree.path("Elsewhere").c_str()), 0);
+  state->startScan();
+  ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
+  EXPECT_FALSE(state->scanFailed().isEmpty());
+  EXPECT_FALSE(state->hasScanned());
+}
+
+TEST_F(CleanupModelTest, showsNamesThatAreNoText) {
+  setAge(tree.sparseFile("Downloads/bad\xff\nname.dmg", 10), 30 * day);
+  scan();
+  EXPECT_LT(rowOf("bad\\xff\\nname.dmg"), model->rowCount());
+  model->setSearchText("name.dmg");
+  arranged();
+  EXPECT_EQ(model->shownCount(), 1);
+  clean();
+  EXPECT_FALSE(exists(tree.path("Downloads/bad\xff\nname.dmg")));
+}
+
+TEST_F(CleanupModelTest, followsTheLanguage) {
+  scan();
+  localization.setLanguage(AppLanguage::de);
+  model->languageChanged();
+  EXPECT_NE(names().front(), "# System & App Logs");
+  EXPECT_EQ(names()[1], "run.log");
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,132 @@
+#include "app/HistoryModel.h"
+
+#include "app/OverviewModel.h"
+#include "tests/app/WindowFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+namespace orvane::test {
+namespace {
+
+using testing::IsEmpty;
+
+class HistoryModelTest : public WindowFixture {
+ public:
+  HistoryModelTest() { open(); }
+  ~HistoryModelTest() override { QCoreApplication::processEvents(); }
+
+  void open() {
+    feed.emplace(services());
+    model.emplace(services(), *feed);
+  }
+  [[nodiscard]] QVariant value(int row, int role) const { return model->data(model->index(row), role); }
+  [[nodiscard]] bool showsRows(int rows) {
+    return becomesTrue([&] { return model->rowCount() == rows; });
+  }
+
+  std::optional<JournalFeed> feed;
+  std::optional<HistoryModel> model;
+};
+
+TEST_F(HistoryModelTest, saysThatThereIsNothing) {
+  EXPECT_TRUE(becomesTrue([this] { return model->isLoaded(); }));
+  EXPECT_EQ(model->rowCount(), 0);
+}
+
+TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
+  clean({tree.file("Downloads/a.txt", "first"), tree.file("Downloads/b.txt", "second")});
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  EXPECT_EQ(value(0, HistoryModel::KindRole).toInt(), HistoryModel::Run);
+  EXPECT_EQ(value(0, HistoryModel::TitleKeyRole).toString(), "run.clean");
+  EXPECT_EQ(value(0, HistoryModel::CountRole).toInt(), 2);
+  EXPECT_TRUE(value(0, HistoryModel::CanRestoreRole).toBool());
+
+  model->toggleExpanded(0);
+  ASSERT_TRUE(showsRows(3));
+  EXPECT_EQ(value(2, HistoryModel::NameRole).toString(), "b.txt");
+  EXPECT_EQ(value(2, HistoryModel::PlaceRole).toString(), "Downloads");
+  EXPECT_EQ(value(2, HistoryModel::StateKeyRole).toString(), "state.in_trash");
+
+  model->restoreRun(0);
+  ASSERT_TRUE(becomesTrue([this] { return !value(0, HistoryModel::CanRestoreRole).toBool(); }));
+  EXPECT_EQ(contentOf(tree.path("Downloads/a.txt")), "first");
+  EXPECT_EQ(contentOf(tree.path("Downloads/b.txt")), "second");
+  EXPECT_EQ(value(0, HistoryModel::StateKeyRole).toString(), "state.restored");
+  EXPECT_THAT(model->warnings(), IsEmpty());
+  model->toggleExpanded(0);
+  EXPECT_TRUE(showsRows(1));
+}
+
+TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
+  clean({tree.file("Downloads/a.txt"), tree.file("Downloads/b.txt")});
+  ASSERT_EQ(::unlink((trashPath() + "/files/a.txt").c_str()), 0);
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  model->toggleExpanded(0);
+  ASSERT_TRUE(showsRows(3));
+  EXPECT_EQ(value(1, HistoryModel::StateKeyRole).toString(), "state.gone");
+  model->restoreRun(0);
+  ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring() && !model->warnings().empty(); }));
+  EXPECT_EQ(model->warnings().size(), 1);
+  EXPECT_TRUE(exists(tree.path("Downloads/b.txt")));
+}
+
+TEST_F(HistoryModelTest, findsRunsByWhatTheyMoved) {
+  clean({tree.file("Downloads/holiday.jpg"), tree.file("Downloads/letter.txt")});
+  clean({tree.file("Downloads/other.txt")});
+  model->reload();
+  ASSERT_TRUE(showsRows(2));
+  model->setSearchText("HOLIDAY");
+  ASSERT_TRUE(becomesTrue([this] { return model->shownCount() == 1; }));
+  ASSERT_TRUE(showsRows(2));
+  EXPECT_EQ(value(1, HistoryModel::NameRole).toString(), "holiday.jpg");
+  model->setSearchText("nowhere");
+  EXPECT_TRUE(showsRows(0));
+  model->setSearchText("");
+  EXPECT_TRUE(becomesTrue([this] { return model->shownCount() == 2; }));
+}
+
+TEST_F(HistoryModelTest, showsWhatAnotherProcessDid) {
+  ASSERT_TRUE(becomesTrue([this] { return model->isLoaded(); }));
+  UndoJournal other(trash, fileMover, validator, FileUrl(journalFolder()));
+  CleanupRun run(mover, other, roots());
+  run.carryOut(requests({tree.file("Downloads/a.txt")}));
+  EXPECT_TRUE(showsRows(1));
+}
+
+TEST_F(HistoryModelTest, feedsTheOverview) {
+  AppState state(services());
+  CleanupModel cleanup(services(), state);
+  OverviewModel overview(services(), {.state = state, .cleanup = cleanup, .history = *model, .feed = *feed});
+  setAge(tree.sparseFile("Downloads/old.dmg", 3000), 30.0 * 86400);
+  setAge(tree.sparseFile("Downloads/Work/Logs/run.log", 700), 30.0 * 86400);
+  schedule.isEnabled = true;
+  overview.reloadSchedule();
+  state.startScan();
+  ASSERT_TRUE(becomesTrue([&] { return overview.areas().size() == 2; }));
+  const auto largest = overview.areas().front().toMap();
+  EXPECT_EQ(largest["category"].toString(), "oldDownloads");
+  EXPECT_EQ(largest["bytes"].toDouble(), 3000);
+  const auto logs = overview.areas().back().toMap();
+  EXPECT_EQ(logs["children"].toList().front().toMap()["label"].toString(), "Work");
+
+  overview.showArea("logs", logs["children"].toList().front().toMap()["folder"].toString());
+  EXPECT_EQ(state.selectedNavigation(), static_cast<int>(AppNavigationItem::Cleanup));
+  EXPECT_TRUE(becomesTrue([&] { return cleanup.shownCount() == 1; }));
+  EXPECT_TRUE(becomesTrue([&] { return overview.nextScheduledRun() > 0; }));
+  EXPECT_EQ(overview.scheduleFrequencyKey(), "frequency.weekly");
+
+  cleanup.cleanSelected();
+  ASSERT_TRUE(becomesTrue([&] { return overview.runCount() == 1; }));
+  EXPECT_TRUE(becomesTrue([&] { return state.lifetimeReclaimedBytes() == 3700; }));
+  EXPECT_TRUE(becomesTrue([&] { return overview.areas().empty(); }));
+  overview.undo(overview.recentRuns().front().toMap()["id"].toString());
+  EXPECT_TRUE(becomesTrue([&] { return state.lifetimeReclaimedBytes() == 0; }));
+  EXPECT_TRUE(exists(tree.path("Downloads/old.dmg")));
+}
+
+}  // namespace
+}  // namespace orvane::test

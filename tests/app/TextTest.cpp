@@ -1,0 +1,160 @@
+#include "app/Format.h"
+#include "app/LanguageModel.h"
+#include "app/NavigationModel.h"
+#include "app/TableTranslator.h"
+#include "app/Text.h"
+#include "core/localization/LocalizedStrings.h"
+#include "tests/app/WindowFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <QDateTime>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+
+namespace orvane::test {
+namespace {
+
+std::set<std::string> textKeys() {
+  const auto keys = LocalizedStrings::keys();
+  return {keys.begin(), keys.end()};
+}
+
+// Every first group of the pattern in the files of a folder.
+std::set<std::string> mentioned(const std::string& folder, const std::string& extension, const std::regex& pattern) {
+  std::set<std::string> result;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(ORVANE_SOURCES "/" + folder)) {
+    if (entry.path().extension() != extension) continue;
+    const auto text = contentOf(entry.path());
+    for (std::sregex_iterator found(text.begin(), text.end(), pattern); found != std::sregex_iterator(); ++found) {
+      result.insert((*found)[1]);
+    }
+  }
+  return result;
+}
+
+TEST(Texts, areThereForEveryKeyThatTheScreensName) {
+  const auto keys = textKeys();
+  const auto inScreens = mentioned("app/qml", ".qml", std::regex(R"re(qsTr\(\s*"([^"]+)"\s*\))re"));
+  ASSERT_GT(inScreens.size(), 40U);
+  for (const auto& key : inScreens) EXPECT_TRUE(keys.contains(key)) << key;
+  for (const auto& key : mentioned("app/qml", ".qml", std::regex(R"re(Texts\.counted\(\s*"([^"]+)")re"))) {
+    EXPECT_TRUE(keys.contains(key + ".one") && keys.contains(key + ".other")) << key;
+  }
+}
+
+TEST(Texts, areThereForEveryKeyThatTheModelsName) {
+  const auto keys = textKeys();
+  const auto inModels = mentioned("app", ".cpp", std::regex(R"re("([a-z]+\.[a-z][a-zA-Z_]*(?:\.[a-z]+)*)")re"));
+  ASSERT_GT(inModels.size(), 30U);
+  for (const auto& key : inModels) {
+    if (key.starts_with("org.")) continue;  // names on the message bus
+    const bool isCounted = keys.contains(key + ".one") && keys.contains(key + ".other");
+    EXPECT_TRUE(keys.contains(key) || isCounted) << key;
+  }
+  for (const auto category : allScanCategories) {
+    for (const std::string prefix : {"category.", "reason."}) {
+      EXPECT_TRUE(keys.contains(prefix + std::string(rawValue(category)))) << rawValue(category);
+    }
+  }
+  for (const auto* unit : {"KB", "MB", "GB", "TB", "PB", "EB"}) {
+    EXPECT_TRUE(keys.contains(std::string("unit.") + unit)) << unit;
+  }
+}
+
+TEST(NavigationModel, listsTheSectionsInOrder) {
+  const NavigationModel model;
+  ASSERT_EQ(model.rowCount(), 10);
+  EXPECT_EQ(model.data(model.index(0), NavigationModel::TitleKeyRole).toString(), "nav.overview");
+  EXPECT_EQ(model.data(model.index(9), NavigationModel::TitleKeyRole).toString(), "nav.settings");
+  for (int row = 0; row < model.rowCount(); ++row) {
+    EXPECT_EQ(model.data(model.index(row), NavigationModel::SectionRole).toInt(), row);
+  }
+}
+
+class LanguageTest : public WindowFixture {
+ public:
+  ~LanguageTest() override {
+    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
+    Format::followLanguage();
+  }
+};
+
+TEST_F(LanguageTest, changesEverywhereAtOnceAndIsRemembered) {
+  LanguageModel model(localization);
+  const TableTranslator translator;
+  ASSERT_EQ(model.rowCount(), 8);
+  EXPECT_EQ(translator.translate("Main", "nav.overview", nullptr, -1), "Overview");
+  int changes = 0;
+  QObject::connect(&model, &LanguageModel::currentChanged, [&] { ++changes; });
+  model.select("fr");
+  model.select("fr");
+  model.select("xx");
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(model.currentCode(), "fr");
+  EXPECT_EQ(translator.translate("Main", "nav.overview", nullptr, -1), "Aperçu");
+  // What is no key stays as it is.
+  EXPECT_TRUE(translator.translate("Main", "some words", nullptr, -1).isNull());
+  EXPECT_EQ(LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "de").currentLanguage(),
+            AppLanguage::fr);
+}
+
+struct FormatRow {
+  AppLanguage language;
+  double bytes;
+  const char* text;
+};
+
+TEST_F(LanguageTest, writesFiguresAsTheLanguageDoes) {
+  constexpr std::array rows{
+      FormatRow{AppLanguage::en, 0, "Zero KB"},
+      FormatRow{AppLanguage::en, 1, "1 byte"},
+      FormatRow{AppLanguage::en, 999, "999 bytes"},
+      FormatRow{AppLanguage::en, 1250000000, "1.25\u00a0GB"},
+      FormatRow{AppLanguage::de, 1250000000, "1,25\u00a0GB"},
+      FormatRow{AppLanguage::fr, 1250000000, "1,25\u00a0Go"},
+      FormatRow{AppLanguage::ja, 12000, "12\u00a0KB"},
+  };
+  const ScopedEnvironment all("LC_ALL", "en_US.UTF-8");
+  for (const auto& row : rows) {
+    ThreadSafeLanguageStore::shared().setCurrentLanguage(row.language);
+    Format::followLanguage();
+    EXPECT_EQ(Format::bytes(row.bytes).toStdString(), row.text);
+  }
+  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::de);
+  Format::followLanguage();
+  EXPECT_EQ(Format::count(1234567), "1.234.567");
+  EXPECT_EQ(Format::percent(0.25), "25\u00a0%");
+}
+
+struct AgeRow {
+  int days;
+  const char* english;
+  const char* japanese;
+};
+
+TEST_F(LanguageTest, tellsAgesInWords) {
+  constexpr std::array rows{
+      AgeRow{0, "today", "今日"},
+      AgeRow{1, "yesterday", "昨日"},
+      AgeRow{2, "2 days ago", "2 日前"},
+      AgeRow{21, "3 weeks ago", "3 週間前"},
+      AgeRow{430, "14 months ago", "14 か月前"},
+  };
+  const auto noon = QDateTime(QDate::currentDate(), QTime(12, 0));
+  for (const auto& row : rows) {
+    const auto then = static_cast<double>(noon.addDays(-row.days).toMSecsSinceEpoch());
+    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
+    Format::followLanguage();
+    EXPECT_EQ(Format::age(then).toStdString(), row.english);
+    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::ja);
+    Format::followLanguage();
+    EXPECT_EQ(Format::age(then).toStdString(), row.japanese);
+  }
+  EXPECT_TRUE(Format::age(0).isEmpty());
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,84 @@
+#include "app/TidyModel.h"
+
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/platform/LoginItems.h"
+#include "tests/app/WindowFixture.h"
+#include "tests/support/AutoOrganizerFixture.h"
+
+#include <atomic>
+
+namespace orvane::test {
+namespace {
+
+class NoLoginItems : public LoginItems {
+ public:
+  [[nodiscard]] bool isEnabled() const override { return false; }
+  void setEnabled(bool /*isEnabled*/) override {}
+};
+
+class TidyModelTest : public AutoOrganizerFixture {
+ public:
+  TidyModelTest() {
+    store.update([this](AutoOrganizeSettings& settings) { settings.folderPaths = {tree.path("Downloads")}; });
+  }
+  [[nodiscard]] TidyModel::MakeCollaborators collaborators() {
+    return [this](RepeatingTimer& timer) {
+      return AutoOrganizeController::Collaborators{.organizer = organizer,
+                                                   .store = store,
+                                                   .factory = factory,
+                                                   .timer = timer,
+                                                   .loginItems = loginItems,
+                                                   .now = [] { return day(10); }};
+    };
+  }
+
+  LinuxPreferences tidyPreferences{tree.path("preferences.json")};
+  AutoOrganizeSettingsStore store{tidyPreferences};
+  NoLoginItems loginItems;
+};
+
+TEST_F(TidyModelTest, tidiesNowAndSaysWhatItDid) {
+  arrive("old.pdf", 1);
+  arrive("new.pdf", 9);
+  TidyModel tidying(collaborators());
+  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
+  EXPECT_FALSE(tidying.isEnabled());
+  tidying.runNow();
+  EXPECT_TRUE(tidying.isRunning());
+  ASSERT_TRUE(becomesTrue([&] { return !tidying.isRunning(); }));
+  EXPECT_EQ(tidying.movedCount(), 2);
+  EXPECT_EQ(tidying.statusText(), "Moved 1 new item to Recents and sorted 1. Undo anytime in History.");
+  EXPECT_TRUE(exists(tree.path("Downloads/Recents/new.pdf")));
+}
+
+TEST_F(TidyModelTest, storesTheSwitchAndSeesThatOfAnotherProcess) {
+  TidyModel tidying(collaborators());
+  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
+  tidying.setEnabled(true);
+  EXPECT_TRUE(tidying.isEnabled());
+  ASSERT_TRUE(becomesTrue([&] { return store.get().isEnabled; }));
+  AutoOrganizeSettingsStore(tidyPreferences).update([](AutoOrganizeSettings& settings) { settings.isEnabled = false; });
+  tidying.reload();
+  EXPECT_TRUE(becomesTrue([&] { return !tidying.isEnabled(); }));
+}
+
+TEST(QtRepeatingTimer, callsElsewhereAgainAndAgainUntilItIsStopped) {
+  BackgroundQueue queue;
+  std::atomic<int> calls{0};
+  {
+    QtRepeatingTimer timer(
+        [&](std::function<void()> task) { queue.post([task = std::move(task)](const std::stop_token&) { task(); }); });
+    timer.start(std::chrono::seconds(1), [&] { ++calls; });
+    // Started anew: the first one is not called.
+    timer.start(std::chrono::seconds(0), [&] { calls += 1000; });
+    ASSERT_TRUE(becomesTrue([&] { return calls >= 3000; }));
+    timer.stop();
+    const int after = calls;
+    QCoreApplication::processEvents();
+    EXPECT_EQ(calls, after);
+    EXPECT_EQ(after % 1000, 0);
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "app/AppState.h"
+#include "app/CleanupModel.h"
+#include "app/JournalFeed.h"
+#include "app/WindowServices.h"
+#include "core/base/Json.h"
+#include "core/localization/LocalizationManager.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
+#include "core/platform/Desktop.h"
+#include "core/platform/FileStatusReader.h"
+#include "core/rules/RuleEngine.h"
+#include "core/rules/ScheduleSettings.h"
+#include "core/safety/FileAccessService.h"
+#include "core/safety/PermissionsManager.h"
+#include "core/scanning/StorageScanner.h"
+#include "platform/linux/LinuxFolderGrants.h"
+#include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/LinuxVolume.h"
+#include "tests/support/SafetyFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane::test {
+
+// Runs the event loop until the condition holds; false when it never does.
+template <typename Condition>
+[[nodiscard]] bool becomesTrue(Condition condition) {
+  const QDeadlineTimer deadline(30'000);
+  while (!condition()) {
+    if (deadline.hasExpired()) return false;
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+  }
+  return true;
+}
+
+// Notes what was to be shown instead of showing it.
+class NotingDesktop : public Desktop {
+ public:
+  bool openUrl(const std::string& url) override {
+    const std::lock_guard lock(mutex);
+    opened.push_back(url);
+    return true;
+  }
+  bool reveal(const FileUrl& item) override {
+    const std::lock_guard lock(mutex);
+    revealed.push_back(item);
+    return true;
+  }
+  [[nodiscard]] std::vector<FileUrl> allRevealed() {
+    const std::lock_guard lock(mutex);
+    return revealed;
+  }
+  std::mutex mutex;
+  std::vector<std::string> opened;
+  std::vector<FileUrl> revealed;
+};
+
+// Creation dates cannot be set: a file counts as made when it was last changed.
+class BackdatedStatusReader : public FileStatusReader {
+ public:
+  [[nodiscard]] std::optional<FileStatus> read(int folder, const char* name) const noexcept override {
+    auto status = readFileStatus(folder, name);
+    if (status) status->created = status->modified;
+    return status;
+  }
+};
+
+// The window's services over a home of their own: ~/Downloads is granted.
+class WindowFixture : public SafetyFixture {
+ public:
+  WindowFixture() {
+    folders.saveBookmark(tree.url("Downloads"));
+    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
+  }
+
+  [[nodiscard]] WindowServices services() {
+    return {
+        .scanner = scanner,
+        .mover = mover,
+        .folders = folders,
+        .permissions = permissions,
+        .preferences = preferences,
+        .localization = localization,
+        .volume = volume,
+        .desktop = desktop,
+        .rules = rules,
+        .home = FileUrl(tree.path()),
+        .journal = [this]() -> UndoJournal& { return *journal; },
+        .scheduleSettings = [this] { return schedule; },
+    };
+  }
+
+  NotingDesktop desktop;
+  LinuxPreferences preferences{tree.path(".config/orvane/preferences.json")};
+  LinuxFolderGrants grants;
+  LinuxVolume volume;
+  BackdatedStatusReader statusReader;
+  FileAccessService folders{preferences, grants, tree.path()};
+  PermissionsManager permissions{desktop, tree.path()};
+  StorageScanner scanner{validator, statusReader};
+  LocalizationManager localization{preferences, ThreadSafeLanguageStore::shared(), "en"};
+  RuleEngine rules{preferences, mover, *journal, validator};
+  ScheduleSettings schedule;
+};
+
+}  // namespace orvane::test

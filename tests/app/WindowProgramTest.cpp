@@ -1,0 +1,92 @@
+// The program itself, without a display.
+
+#include "core/base/Json.h"
+#include "tests/support/LiveProgram.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <map>
+#include <string>
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class WindowProgramTest : public testing::Test {
+ public:
+  WindowProgramTest() { ::chmod(home.folder("runtime").c_str(), 0700); }
+
+  // A platform that is not there ends any program that makes an application object of Qt's.
+  [[nodiscard]] LiveProgram::Setup setup(const std::string& argument, const std::string& platform = "none") const {
+    return {.arguments = {ORVANE_PROGRAM, argument},
+            .environment = {{"HOME", home.path()},
+                            {"PATH", "/usr/bin:/bin"},
+                            {"XDG_RUNTIME_DIR", home.path("runtime")},
+                            {"QT_QPA_PLATFORM", platform},
+                            {"QT_QUICK_BACKEND", "software"}},
+            .workingFolder = home.path()};
+  }
+  void store(const std::string& settings) const { home.file(".config/orvane/preferences.json", settings); }
+  [[nodiscard]] Json stored() const { return parseJson(contentOf(home.path(".config/orvane/preferences.json"))); }
+
+  TemporaryTree home;
+};
+
+TEST_F(WindowProgramTest, tidiesWithoutADisplayWhereTheUserAskedForIt) {
+  setAge(home.file("Downloads/report.pdf"), 3600);
+  store(R"({"OrvaneAutoOrganizeSettings": {"isEnabled": true, "recentsDays": 3, "folderPaths": [")" +
+        home.path("Downloads") + R"("], "useAITopics": false, "lastRunMovedCount": 0}})");
+  const auto result = LiveProgram(setup("--scheduled-run")).finish();
+  EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  EXPECT_FALSE(exists(home.path("Downloads/report.pdf")));
+  EXPECT_TRUE(exists(home.path("Downloads/Recents/report.pdf")));
+}
+
+TEST_F(WindowProgramTest, cleansWithoutADisplayWhenARunIsDue) {
+  const auto old = home.file("Downloads/old.log");
+  setAge(old, 86400.0 * 90);
+  store(R"({"OrvaneScheduleSettings": {"isEnabled": true, "frequency": {"daily": {}}, "runApprovedRulesOnly": true}})");
+  const auto result = LiveProgram(setup("--scheduled-run")).finish();
+  EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  EXPECT_TRUE(stored()["OrvaneScheduleSettings"].contains("lastRunDate"));
+}
+
+TEST_F(WindowProgramTest, touchesNothingWhereNothingIsSwitchedOn) {
+  setAge(home.file("Downloads/report.pdf"), 3600);
+  const auto result = LiveProgram(setup("--scheduled-run")).finish();
+  EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  EXPECT_TRUE(exists(home.path("Downloads/report.pdf")));
+  EXPECT_THAT(result.output, IsEmpty());
+}
+
+// Only the whole argument is the flag: with anything else the window is tried, which fails without a display.
+TEST_F(WindowProgramTest, takesTheFlagWholeOnly) {
+  for (const auto* argument : {"--scheduled-run=1", "--scheduled-runs", "-scheduled-run"}) {
+    const auto result = LiveProgram(setup(argument)).finish();
+    EXPECT_NE(result.exitStatus, 0) << argument;
+    EXPECT_THAT(result.errors, HasSubstr("platform plugin")) << argument;
+  }
+}
+
+TEST_F(WindowProgramTest, opensOneWindowOnly) {
+  // What one that was killed left behind keeps nobody out.
+  const auto place = home.file("runtime/orvane.socket", "");
+  home.file("runtime/orvane.lock", "");
+  const LiveProgram first(setup("--first", "offscreen"));
+  struct stat status {};
+  do {
+    ASSERT_TRUE(::lstat(place.c_str(), &status) == 0 || errno == ENOENT);
+  } while (!S_ISSOCK(status.st_mode));
+  const auto second = LiveProgram(setup("--second", "offscreen")).finish();
+  EXPECT_EQ(second.exitStatus, 0) << second.errors;
+}
+
+}  // namespace
+}  // namespace orvane::test

@@ -1,0 +1,249 @@
+import QtQuick
+import QtTest
+import Orvane
+
+TestCase {
+    id: test
+
+    name: "Controls"
+    when: windowShown
+    width: 700
+    height: 500
+    visible: true
+
+    SignalSpy {
+        id: spy
+    }
+
+    function watch(target: QtObject, signalName: string) {
+        spy.target = null;
+        spy.signalName = signalName;
+        spy.target = target;
+        spy.clear();
+    }
+
+    Component {
+        id: boxComponent
+
+        TriStateBox {
+            text: "Box"
+        }
+    }
+
+    function test_box_asks_and_does_not_change_by_itself() {
+        const box = createTemporaryObject(boxComponent, test, {checkState: Qt.PartiallyChecked}) as TriStateBox;
+        watch(box, "toggleAsked");
+        mouseClick(box);
+        compare(spy.count, 1);
+        compare(box.checkState, Qt.PartiallyChecked);
+        box.forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        compare(spy.count, 2);
+        compare(box.checkState, Qt.PartiallyChecked);
+    }
+
+    Component {
+        id: switchComponent
+
+        ToggleSwitch {
+            property bool answers: false
+
+            text: "Switch"
+            onToggleAsked: if (answers) on = !on
+        }
+    }
+
+    function test_switch_follows_its_owner() {
+        const toggle = createTemporaryObject(switchComponent, test) as ToggleSwitch;
+        watch(toggle, "toggleAsked");
+        mouseClick(toggle);
+        compare(spy.count, 1);
+        compare(toggle.checked, false, "refused: stays off");
+        toggle.answers = true;
+        mouseClick(toggle);
+        compare(toggle.checked, true);
+        toggle.on = false;
+        compare(toggle.checked, false, "changed from elsewhere: follows");
+    }
+
+    Component {
+        id: buttonComponent
+
+        PrimaryButton {
+            text: "Go"
+        }
+    }
+
+    function test_button_answers_pointer_and_keyboard() {
+        const button = createTemporaryObject(buttonComponent, test) as PrimaryButton;
+        watch(button, "clicked");
+        mouseClick(button);
+        button.forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_Space);
+        compare(spy.count, 3);
+        button.enabled = false;
+        mouseClick(button);
+        compare(spy.count, 3);
+    }
+
+    function test_button_text_is_whole_at_its_own_width_and_cut_below() {
+        const button = createTemporaryObject(buttonComponent, test, {text: "A rather long text", symbol: "search"})
+              as PrimaryButton;
+        const label = findLabel(button, "A rather long text");
+        verify(label !== null);
+        verify(!label.truncated);
+        button.width = 90;
+        verify(label.truncated);
+        verify(label.mapToItem(button, label.width, 0).x <= button.width);
+    }
+
+    function findLabel(item: Item, text: string): Text {
+        if (item instanceof Text && (item as Text).text === text)
+            return item as Text;
+        for (let i = 0; i < item.children.length; ++i) {
+            const found = findLabel(item.children[i], text);
+            if (found)
+                return found;
+        }
+        return null;
+    }
+
+    Component {
+        id: menuComponent
+
+        MenuButton {
+            label: "Order"
+            choices: ["Size", "Date", "Name"]
+            current: 0
+        }
+    }
+
+    function test_menu_button_shows_the_choice_and_hands_over_another() {
+        const button = createTemporaryObject(menuComponent, test) as MenuButton;
+        compare(button.text, "Size");
+        watch(button, "chosen");
+        button.forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        tryCompare(spy, "count", 1);
+        compare(spy.signalArguments[0][0], 1);
+        compare(button.text, "Size", "the owner decides");
+    }
+
+    Component {
+        id: searchComponent
+
+        SearchField {}
+    }
+
+    function test_escape_empties_the_search() {
+        const field = createTemporaryObject(searchComponent, test) as SearchField;
+        field.forceActiveFocus();
+        keyClick(Qt.Key_A);
+        compare(field.text, "a");
+        keyClick(Qt.Key_Escape);
+        compare(field.text, "");
+    }
+
+    Component {
+        id: dialogComponent
+
+        AlertDialog {
+            title: "Title"
+            message: "Message"
+            rejectText: "No"
+        }
+    }
+
+    function test_alert_answers() {
+        const dialog = createTemporaryObject(dialogComponent, test) as AlertDialog;
+        watch(dialog, "confirmed");
+        dialog.open();
+        tryCompare(dialog, "opened", true);
+        keyClick(Qt.Key_Return);
+        tryCompare(spy, "count", 1);
+        tryCompare(dialog, "visible", false);
+        dialog.open();
+        tryCompare(dialog, "opened", true);
+        keyClick(Qt.Key_Escape);
+        tryCompare(dialog, "visible", false);
+        compare(spy.count, 1, "leaving is no yes");
+    }
+
+    Component {
+        id: toastComponent
+
+        Toast {}
+    }
+
+    function test_toast_offers_undo_and_goes() {
+        const toast = createTemporaryObject(toastComponent, test) as Toast;
+        watch(toast, "acted");
+        toast.show("Moved", "Undo");
+        tryCompare(toast, "opened", true);
+        const label = findLabel(toast.contentItem, "Undo");
+        verify(label !== null);
+        mouseClick(label);
+        compare(spy.count, 1);
+        tryCompare(toast, "visible", false);
+    }
+
+    Component {
+        id: runComponent
+
+        RunStrip {
+            width: 600
+            outcome: ""
+        }
+    }
+
+    function test_run_strip_goes_from_progress_to_outcome() {
+        const strip = createTemporaryObject(runComponent, test) as RunStrip;
+        verify(!strip.visible);
+        strip.isWorking = true;
+        strip.done = 3;
+        strip.total = 12;
+        verify(strip.visible);
+        compare(strip.value, 0.25);
+        verify(!strip.isResult);
+        strip.isWorking = false;
+        strip.outcome = "Done";
+        strip.canUndo = true;
+        verify(strip.isResult);
+        verify(strip.undoText !== "");
+        strip.dismissed();
+        verify(!strip.visible);
+        strip.outcome = "Done again";
+        verify(strip.visible, "a new outcome shows although the last was dismissed");
+    }
+
+    Component {
+        id: headerComponent
+
+        ScreenHeader {
+            title: "Aufräumen"
+            subtitle: "3.402 Objekte gefunden"
+            width: 900
+
+            PlainButton {
+                text: "Alle Stufen"
+            }
+
+            PlainButton {
+                text: "Jetzt suchen"
+            }
+        }
+    }
+
+    function test_header_puts_its_actions_below_where_they_do_not_fit() {
+        const header = createTemporaryObject(headerComponent, test) as ScreenHeader;
+        verify(!header.stacked);
+        const low = header.implicitHeight;
+        header.width = 300;
+        verify(header.stacked);
+        verify(header.implicitHeight > low);
+    }
+}

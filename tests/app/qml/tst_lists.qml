@@ -1,0 +1,160 @@
+import QtQuick
+import QtTest
+import Orvane
+import "qrc:/qt/qml/Orvane/components/TreemapLayout.js" as Layout
+
+TestCase {
+    id: test
+
+    name: "Lists"
+    when: windowShown
+    width: 700
+    height: 500
+    visible: true
+
+    SignalSpy {
+        id: spy
+    }
+
+    function watch(target: QtObject, signalName: string) {
+        spy.target = null;
+        spy.signalName = signalName;
+        spy.target = target;
+        spy.clear();
+    }
+
+    Component {
+        id: listComponent
+
+        RowList {
+            property var folds: []
+
+            width: 400
+            height: 306
+            model: 1000000
+            delegate: Item {
+                width: 400
+                height: 51
+            }
+            onRowFolded: (row, open) => folds.push([row, open])
+        }
+    }
+
+    function test_keyboard_walks_a_million_rows() {
+        const list = createTemporaryObject(listComponent, test) as RowList;
+        list.forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        compare(list.currentIndex, 1);
+        keyClick(Qt.Key_PageDown);
+        compare(list.currentIndex, 1 + list.pageRows);
+        keyClick(Qt.Key_End);
+        compare(list.currentIndex, 999999);
+        verify(list.itemAtIndex(999999) !== null, "the row is in view");
+        keyClick(Qt.Key_Down);
+        compare(list.currentIndex, 999999, "the end is the end");
+        keyClick(Qt.Key_Home);
+        compare(list.currentIndex, 0);
+        verify(list.itemAtIndex(0) !== null);
+        verify(list.contentItem.children.length < 60, "rows out of sight are not there");
+    }
+
+    function test_keyboard_acts_on_the_current_row() {
+        const list = createTemporaryObject(listComponent, test) as RowList;
+        watch(list, "rowToggled");
+        list.forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Space);
+        keyClick(Qt.Key_Return);
+        compare(spy.count, 2);
+        compare(spy.signalArguments[1][0], 1);
+        keyClick(Qt.Key_Left);
+        keyClick(Qt.Key_Right);
+        compare(list.folds, [[1, false], [1, true]]);
+    }
+
+    Component {
+        id: rowComponent
+
+        ItemRow {
+            width: 600
+            height: 51
+            name: "report.pdf"
+            place: "Downloads"
+            size: "2 MB"
+            chip: "Safe"
+            canExplain: true
+        }
+    }
+
+    function test_the_whole_row_toggles() {
+        const row = createTemporaryObject(rowComponent, test) as ItemRow;
+        watch(row, "toggled");
+        mouseClick(row, 300, 25);
+        mouseClick(row, row.indent + 8, 25);
+        compare(spy.count, 2);
+    }
+
+    function test_a_right_click_asks_for_the_menu_and_toggles_nothing() {
+        const row = createTemporaryObject(rowComponent, test) as ItemRow;
+        watch(row, "menuAsked");
+        mouseClick(row, 300, 25, Qt.RightButton);
+        compare(spy.count, 1);
+    }
+
+    function test_treemap_shares_the_room_by_size_data() {
+        return [
+            {tag: "one", sizes: [5]},
+            {tag: "even", sizes: [4, 4, 4, 4]},
+            {tag: "uneven", sizes: [1000, 300, 20, 7, 1]},
+            {tag: "many", sizes: Array.from({length: 60}, (unused, index) => 100 - index)}
+        ];
+    }
+
+    function test_treemap_shares_the_room_by_size(row) {
+        const total = row.sizes.reduce((sum, size) => sum + size, 0);
+        const boxes = Layout.boxes(row.sizes, 870, 224);
+        compare(boxes.length, row.sizes.length);
+        boxes.forEach((box, index) => {
+            fuzzyCompare(box.width * box.height, row.sizes[index] / total * 870 * 224, 0.5);
+            verify(box.x >= -0.01 && box.x + box.width <= 870.01);
+            verify(box.y >= -0.01 && box.y + box.height <= 224.01);
+            for (let other = 0; other < index; ++other)
+                verify(!overlap(box, boxes[other]));
+        });
+    }
+
+    function overlap(one: var, other: var): bool {
+        const slack = 0.01;
+        return one.x + slack < other.x + other.width && other.x + slack < one.x + one.width
+               && one.y + slack < other.y + other.height && other.y + slack < one.y + one.height;
+    }
+
+    function test_treemap_of_nothing_is_nothing() {
+        compare(Layout.boxes([], 100, 100).length, 0);
+        compare(Layout.boxes([1], 0, 100).length, 0);
+    }
+
+    Component {
+        id: treemapComponent
+
+        Treemap {
+            width: 600
+            height: 200
+            areas: [
+                {label: "Caches", bytes: 9e9, count: 12, colorIndex: 0, children: []},
+                {label: "Logs", bytes: 1, count: 1, colorIndex: 1, children: []},
+                {label: "Nothing", bytes: 0, count: 0, colorIndex: 2, children: []}
+            ]
+        }
+    }
+
+    function test_every_area_can_be_clicked_however_small() {
+        const treemap = createTemporaryObject(treemapComponent, test) as Treemap;
+        compare(treemap.shown.length, 2);
+        watch(treemap, "chosen");
+        const small = treemap.places[1];
+        mouseClick(treemap, small.x + small.width / 2 - 2, small.y + small.height / 2 - 2);
+        compare(spy.count, 1);
+        compare(spy.signalArguments[0][0].label, "Logs");
+    }
+}

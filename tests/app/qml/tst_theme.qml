@@ -1,0 +1,106 @@
+import QtQuick
+import QtTest
+import Orvane
+import Orvane.Tests
+
+TestCase {
+    id: test
+
+    name: "ThemeAndTexts"
+
+    function cleanup() {
+        Theme.dark = false;
+        Language.select("en");
+    }
+
+    // Relative luminance as the Web Content Accessibility Guidelines define it.
+    function luminance(color: color): double {
+        const [red, green, blue] = [color.r, color.g, color.b].map(
+            part => part <= 0.03928 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4));
+        return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+    }
+
+    function contrast(one: color, other: color): double {
+        const [low, high] = [luminance(one), luminance(other)].sort((left, right) => left - right);
+        return (high + 0.05) / (low + 0.05);
+    }
+
+    function test_text_can_be_read_data() {
+        return [{tag: "light", dark: false}, {tag: "dark", dark: true}];
+    }
+
+    function test_text_can_be_read(row) {
+        Theme.dark = row.dark;
+        const pairs = [
+            ["text on surface", Theme.text, Theme.surface],
+            ["text on background", Theme.text, Theme.background],
+            ["text on sidebar", Theme.text, Theme.sidebar],
+            ["text on selection", Theme.text, Theme.accentSoft],
+            ["muted on surface", Theme.muted, Theme.surface],
+            ["muted on background", Theme.muted, Theme.background],
+            ["muted on sidebar", Theme.muted, Theme.sidebar],
+            ["muted on selection", Theme.muted, Theme.accentSoft],
+            ["muted on hover", Theme.muted, Theme.hover],
+            ["primary button", Theme.inkOnAccent, Theme.accent],
+            ["primary button, hovered", Theme.inkOnAccent, Theme.accentHover],
+            ["link", Theme.accent, Theme.surface],
+            ["safe", Theme.safe, Theme.safeSoft],
+            ["review", Theme.review, Theme.reviewSoft],
+            ["manual", Theme.manual, Theme.manualSoft],
+            ["warning", Theme.review, Theme.surface],
+            ["tooltip", Theme.inkOnTooltip, Theme.tooltip]
+        ];
+        for (const [name, ink, ground] of pairs)
+            verify(contrast(ink, ground) >= 4.5, name + ": " + contrast(ink, ground).toFixed(2));
+        verify(contrast(Theme.boxLine, Theme.surface) >= 3, "outline of a box");
+        for (const ground of Theme.categories)
+            verify(contrast(Theme.inkOnCategory, ground) >= 4.5, ground + ": " + contrast(Theme.inkOnCategory, ground));
+    }
+
+    function test_counted_texts_data() {
+        return [
+            {tag: "English 0", code: "en", value: 0, text: "0 items"},
+            {tag: "English 1", code: "en", value: 1, text: "1 item"},
+            {tag: "English many", code: "en", value: 1204, text: "1,204 items"},
+            {tag: "French 0", code: "fr", value: 0, text: "0 élément"},
+            {tag: "French 2", code: "fr", value: 2, text: "2 éléments"},
+            {tag: "German many", code: "de", value: 1204, text: "1.204 Objekte"},
+            {tag: "Japanese", code: "ja", value: 3, text: "3 項目"}
+        ];
+    }
+
+    function test_counted_texts(row) {
+        Language.select(row.code);
+        compare(Texts.counted("count.items", row.value), row.text);
+    }
+
+    Component {
+        id: labelComponent
+
+        BodyText {
+            text: Texts.bytes(18.4e9) + " " + Texts.counted("count.items", 1204)
+        }
+    }
+
+    function test_figures_follow_the_language_at_once() {
+        const label = createTemporaryObject(labelComponent, test) as BodyText;
+        const english = label.text;
+        Language.select("de");
+        verify(label.text !== english);
+        verify(label.text.includes("1.204 Objekte"), label.text);
+        Language.select("en");
+        compare(label.text, english);
+    }
+
+    function test_no_date_is_no_text() {
+        compare(Texts.dateTime(0), "");
+        compare(Texts.age(0), "");
+        compare(Texts.day(-1), "");
+    }
+
+    function test_lines_of_a_list_are_cut_short() {
+        compare(Texts.firstLines(["a", "b"], 2), "a\nb");
+        compare(Texts.firstLines(["a", "b", "c"], 2), "a\nb\n…");
+        compare(Texts.joined(["a", "", "b"], " · "), "a · b");
+    }
+}
