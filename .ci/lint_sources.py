@@ -60,7 +60,7 @@ SOURCE_SUFFIXES = {".h", ".cpp"}
 
 # Libraries that one part of the tree keeps to itself: header pattern, where it may stand.
 PRIVATE_LIBRARIES = [
-    (re.compile(r"Q[A-Z]\w*(/\w+)?|q[a-z]+\.h|Qt\w+/.*"), ("app/", "tests/app/"), "Qt"),
+    (re.compile(r"Q[A-Z]\w*(/\w+)?|q[a-z]+\.h|Qt\w+/.*"), ("app/", "tests/app/", "bench/Window"), "Qt"),
     (re.compile(r"sdbus-c\+\+/.*|dbus/.*|systemd/.*"), ("platform/", "tests/platform/"), "D-Bus"),
     (re.compile(r"curl/.*"), ("platform/", "tests/platform/"), "curl"),
     (re.compile(r"libsecret/.*|glib\.h|gio/.*"), ("platform/", "tests/platform/"), "libsecret"),

@@ -1,19 +1,15 @@
 #include "app/CleanupModel.h"
 
 #include "app/AppState.h"
-#include "app/Format.h"
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
 #include "core/base/FileStatus.h"
 #include "core/organizer/CloudFolderDetector.h"
 #include "core/platform/Desktop.h"
-#include "core/safety/UndoJournal.h"
 #include "core/scanning/RiskEvaluator.h"
 
 #include <QDebug>
 
 #include <algorithm>
-#include <exception>
 #include <memory>
 #include <utility>
 
@@ -21,9 +17,7 @@ namespace orvane {
 namespace {
 
 constexpr int colorCount = 10;
-constexpr std::size_t mostMessages = 300;
 constexpr std::chrono::milliseconds shortestArrangeDelay{200};
-constexpr std::chrono::milliseconds progressInterval{50};
 
 bool isRecentInstaller(const FileItem& item) {
   return item.category() == ScanCategory::oldDownloads && item.riskLabel() == RiskLabel::review;
@@ -44,30 +38,15 @@ QString cloudText(const FileItem& item, const FileUrl& home) {
   return provider ? localizedText("cleanup.cloud_warning").arg(textFrom(rawValue(*provider))) : QString();
 }
 
-QString failureText(const CleanupFailure& failure) {
-  const auto error = [&] {
-    switch (failure.reason) {
-      case CleanupFailure::Reason::changed:
-        return localizedText("cleanup.changed_since_scan");
-      case CleanupFailure::Reason::gone:
-        return localizedText("cleanup.gone_since_scan");
-      case CleanupFailure::Reason::refused:
-        break;
-    }
-    return textFrom(failure.error);
-  }();
-  return localizedText("cleanup.failed_item").arg(shownName(failure.name), error);
-}
-
 }  // namespace
 
 CleanupModel::CleanupModel(WindowServices services, AppState& state, QObject* parent)
-    : QAbstractListModel(parent), m_services(std::move(services)), m_state(state), m_items(state.scannedItems()) {
+    : RunModel(std::move(services), parent), m_state(state), m_items(state.scannedItems()) {
   m_arrangeTimer.setSingleShot(true);
   connect(&m_arrangeTimer, &QTimer::timeout, this, &CleanupModel::arrange);
   connect(&m_items, &ScannedItems::begun, this, [this] {
     m_selection.clear();
-    m_lastMoved.clear();
+    setLookAfterUndo({});
     ++m_generation;
     show({});
   });
@@ -80,7 +59,6 @@ CleanupModel::CleanupModel(WindowServices services, AppState& state, QObject* pa
 
 CleanupModel::~CleanupModel() {
   m_arrangeStop.request_stop();
-  m_workStop.request_stop();
 }
 
 double CleanupModel::itemCount() const {
@@ -196,7 +174,7 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case NameRole:
       return shownName(item.url().lastPathComponent());
     case PlaceRole:
-      return shownPlace(item.url(), m_services.home);
+      return shownPlace(item.url(), services().home);
     case ReasonRole:
       return reasonText(item);
     case RiskRole:
@@ -213,7 +191,7 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case ExpandedRole:
       return false;
     case CloudWarningRole:
-      return cloudText(item, m_services.home);
+      return cloudText(item, services().home);
     case IsFolderRole:
       return m_items.items().isFolder(index);
     default:
@@ -235,7 +213,7 @@ QString CleanupModel::explanation(int row) const {
   }
   const auto& item = m_items.items().item(*place->item);
   QStringList lines{reasonText(item), localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc")};
-  if (const auto cloud = cloudText(item, m_services.home); !cloud.isEmpty()) lines += cloud;
+  if (const auto cloud = cloudText(item, services().home); !cloud.isEmpty()) lines += cloud;
   return lines.join(u'\n');
 }
 
@@ -396,7 +374,7 @@ void CleanupModel::refreshChecks() {
 
 void CleanupModel::toggle(int row) {
   const auto place = placeOf(row);
-  if (!place || m_work != Work::none) return;
+  if (!place || isWorking()) return;
   auto& section = m_sections[indexOf(place->category)];
   const auto whether = [](bool isSelected) {
     return isSelected ? CleanupSelection::Whether::selected : CleanupSelection::Whether::unselected;
@@ -436,166 +414,63 @@ void CleanupModel::toggleExpanded(int row) {
 }
 
 void CleanupModel::selectRecommended() {
-  if (m_work != Work::none) return;
+  if (isWorking()) return;
   m_selection.selectRecommended();
   refreshChecks();
 }
 
 void CleanupModel::deselectAll() {
-  if (m_work != Work::none) return;
+  if (isWorking()) return;
   m_selection.deselectAll();
   refreshChecks();
 }
 
 // --- cleaning and undoing
 
-CleanupRun::Progress CleanupModel::progressFor() {
-  // Called for every file; the main thread is told now and then.
-  return [this, last = std::chrono::steady_clock::time_point()](std::size_t done, std::size_t total) mutable {
-    const auto now = std::chrono::steady_clock::now();
-    if (now - last < progressInterval && done != total) return;
-    last = now;
-    callOn(this, [this, done, total] {
-      m_done = static_cast<std::int64_t>(done);
-      m_total = static_cast<std::int64_t>(total);
-      Q_EMIT progressChanged();
-    });
-  };
-}
-
-void CleanupModel::startWork(Work work, std::int64_t total) {
-  m_work = work;
-  m_workStop = {};
-  m_done = 0;
-  m_total = total;
-  m_result = Result::none;
-  m_failures.clear();
-  m_warnings.clear();
-  Q_EMIT progressChanged();
-  Q_EMIT workChanged();
-}
-
 void CleanupModel::cleanSelected() {
-  if (m_work != Work::none || m_selection.count() == 0) return;
-  startWork(Work::cleaning, m_selection.count());
-  m_workQueue.post([this, scanned = m_items.snapshot(), chosen = m_selection.selected(), progress = progressFor(),
-                    generation = m_generation, stop = m_workStop.get_token()](const std::stop_token&) {
-    const auto report = std::make_shared<CleanupReport>();
-    try {
-      *report = cleanItems(m_services.mover, m_services.journal(), scanned, chosen, progress, stop);
-    } catch (const std::exception& error) {
-      report->failures.push_back({"", CleanupFailure::Reason::refused, error.what()});
-    }
-    callOn(this, [this, report, generation] { finishCleaning(*report, generation); });
-  });
+  if (isWorking() || m_selection.count() == 0) return;
+  const auto moved = std::make_shared<std::vector<std::uint32_t>>();
+  startRun(
+      m_selection.count(),
+      [services = services(), scanned = m_items.snapshot(), chosen = m_selection.selected(), moved](
+          const CleanupRun::Progress& progress, const std::stop_token& stop) {
+        auto report = cleanItems(services.mover, services.journal(), scanned, chosen, progress, stop);
+        *moved = std::move(report.moved);
+        return RunReport{.runId = report.runId,
+                         .moved = static_cast<std::int64_t>(moved->size()),
+                         .bytes = report.movedBytes,
+                         .left = report.left,
+                         .failures = std::move(report.failures)};
+      },
+      [this, moved, generation = m_generation](const RunReport&) { takeOut(*moved, generation); });
 }
 
-void CleanupModel::finishCleaning(const CleanupReport& report, int generation) {
-  m_work = Work::none;
-  m_failures = report.failures;
-  m_result = report.left > 0 ? Result::stopped : Result::cleaned;
-  m_resultCount = static_cast<std::int64_t>(report.moved.size());
-  m_resultBytes = report.movedBytes;
-  m_resultLeft = report.left;
-  if (report.runId) m_lastRun = report.runId;
-  if (generation == m_generation) {
-    m_lastMoved = report.moved;
-    for (const auto index : report.moved) m_selection.setThere(index, false);
-    m_items.setPresence(report.moved, ScannedItems::Presence::gone);
-    refreshChecks();
-  }
-  Q_EMIT workChanged();
-  Q_EMIT cleaned();
-}
-
-void CleanupModel::cancel() {
-  m_workStop.request_stop();
-}
-
-void CleanupModel::undo() {
-  if (!canUndo()) return;
-  startWork(Work::undoing, m_resultCount);
-  m_workQueue.post([this, run = *m_lastRun, items = m_items.items(), moved = m_lastMoved, progress = progressFor(),
-                    generation = m_generation, stop = m_workStop.get_token()](const std::stop_token&) {
-    const auto report = std::make_shared<UndoReport>();
-    try {
-      const auto result = m_services.journal().restoreRun(run, progress, stop);
-      report->count = result.restoredCount;
-      report->warnings = result.warnings;
-    } catch (const std::exception& error) {
-      report->warnings.emplace_back(error.what());
-    }
+void CleanupModel::takeOut(const std::vector<std::uint32_t>& moved, int generation) {
+  if (generation != m_generation || moved.empty()) return;
+  for (const auto index : moved) m_selection.setThere(index, false);
+  m_items.setPresence(moved, ScannedItems::Presence::gone);
+  refreshChecks();
+  setLookAfterUndo([this, items = m_items.items(), moved, generation]() -> std::function<void()> {
     // One whose place was taken came back under another name; it is found again by the next scan.
-    std::copy_if(moved.begin(), moved.end(), std::back_inserter(report->back),
+    std::vector<std::uint32_t> back;
+    std::copy_if(moved.begin(), moved.end(), std::back_inserter(back),
                  [&](std::uint32_t index) { return itemExists(items.item(index).url().path().c_str()); });
-    report->isComplete = !stop.stop_requested();
-    callOn(this, [this, report, generation] { finishUndoing(*report, generation); });
+    return [this, back = std::move(back), generation] { takeBack(back, generation); };
   });
 }
 
-void CleanupModel::finishUndoing(const UndoReport& report, int generation) {
-  m_work = Work::none;
-  m_result = Result::restored;
-  m_resultCount = report.count;
-  m_warnings = report.warnings;
-  // One that was stopped can be taken up again.
-  if (report.isComplete) m_lastRun.reset();
-  if (generation == m_generation) {
-    for (const auto index : report.back) m_selection.setThere(index, true);
-    m_items.setPresence(report.back, ScannedItems::Presence::there);
-    refreshChecks();
-  }
-  Q_EMIT workChanged();
-  Q_EMIT undone();
-}
-
-QStringList CleanupModel::messages() const {
-  QStringList result;
-  for (const auto& failure : m_failures) {
-    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
-    result += failureText(failure);
-  }
-  for (const auto& warning : m_warnings) {
-    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
-    result += textFrom(warning);
-  }
-  const auto all = m_failures.size() + m_warnings.size();
-  if (all > mostMessages) {
-    const auto more = static_cast<std::int64_t>(all - mostMessages);
-    result += localizedText("cleanup.more_failures").arg(textFrom(formatCount(more)));
-  }
-  return result;
-}
-
-QString CleanupModel::resultText() const {
-  const auto cleaned = [this] {
-    return localizedText("cleanup.result")
-        .arg(textFrom(formatCount(m_resultCount)), Format::bytes(static_cast<double>(m_resultBytes)));
-  };
-  switch (m_result) {
-    case Result::none:
-      return {};
-    case Result::cleaned:
-      return cleaned();
-    case Result::stopped:
-      return cleaned() + u' ' + localizedText("cleanup.cancelled").arg(textFrom(formatCount(m_resultLeft)));
-    case Result::restored:
-      return countedText("cleanup.restored", m_resultCount);
-  }
-  return {};
-}
-
-QString CleanupModel::progressText() const {
-  if (m_work == Work::none) return {};
-  const auto key = m_work == Work::cleaning ? "cleanup.moving_progress" : "cleanup.restoring_progress";
-  return localizedText(key).arg(textFrom(formatCount(m_done)), textFrom(formatCount(m_total)));
+void CleanupModel::takeBack(const std::vector<std::uint32_t>& back, int generation) {
+  if (generation != m_generation) return;
+  for (const auto index : back) m_selection.setThere(index, true);
+  m_items.setPresence(back, ScannedItems::Presence::there);
+  refreshChecks();
 }
 
 void CleanupModel::openContainingFolder(int row) {
   const auto place = placeOf(row);
   if (!place || !place->item) return;
-  m_workQueue.post([this, url = m_items.items().item(*place->item).url()](const std::stop_token&) {
-    if (!m_services.desktop.reveal(url)) qWarning("No file manager could be started.");
+  postWork([services = services(), url = m_items.items().item(*place->item).url()](const std::stop_token&) {
+    if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
   });
 }
 
@@ -603,8 +478,7 @@ void CleanupModel::languageChanged() {
   if (m_rows > 0) {
     Q_EMIT dataChanged(index(0), index(m_rows - 1), {Qt::DisplayRole, NameRole, ReasonRole, CloudWarningRole});
   }
-  Q_EMIT progressChanged();
-  Q_EMIT workChanged();
+  RunModel::languageChanged();
 }
 
 }  // namespace orvane

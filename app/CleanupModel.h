@@ -3,12 +3,10 @@
 #include "app/BackgroundQueue.h"
 #include "app/CleanupArrangement.h"
 #include "app/CleanupSelection.h"
-#include "app/CleanupWork.h"
+#include "app/RunModel.h"
 #include "app/WindowServices.h"
 
 #include <QtQml/qqmlregistration.h>
-#include <QAbstractListModel>
-#include <QStringList>
 #include <QTimer>
 
 #include <array>
@@ -24,7 +22,7 @@ class AppState;
 
 // The scanned items by category, headers and items as rows of one list, with what is selected, and the cleanup of it.
 // Filtering and sorting are done in the background; what is shown changes once they are through.
-class CleanupModel : public QAbstractListModel {
+class CleanupModel : public RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")
@@ -41,12 +39,6 @@ class CleanupModel : public QAbstractListModel {
   Q_PROPERTY(double projectedFreeBytes READ projectedFreeBytes NOTIFY freeBytesChanged)
   Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY workChanged)
   Q_PROPERTY(bool isUndoing READ isUndoing NOTIFY workChanged)
-  Q_PROPERTY(bool canUndo READ canUndo NOTIFY workChanged)
-  Q_PROPERTY(QStringList messages READ messages NOTIFY workChanged)
-  Q_PROPERTY(QString resultText READ resultText NOTIFY workChanged)
-  Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
-  Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
-  Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
 
  public:
   enum Role {
@@ -100,16 +92,8 @@ class CleanupModel : public QAbstractListModel {
   [[nodiscard]] double currentFreeBytes() const;
   // Once the Trash is emptied.
   [[nodiscard]] double projectedFreeBytes() const;
-  [[nodiscard]] bool isCleaning() const noexcept { return m_work == Work::cleaning; }
-  [[nodiscard]] bool isUndoing() const noexcept { return m_work == Work::undoing; }
-  // Whether the last cleanup can be undone from here.
-  [[nodiscard]] bool canUndo() const noexcept { return m_lastRun.has_value() && m_work == Work::none; }
-  // What went wrong in the last cleanup or its undoing; the first few hundred, and how many more there are.
-  [[nodiscard]] QStringList messages() const;
-  [[nodiscard]] QString resultText() const;
-  [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
-  [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
-  [[nodiscard]] QString progressText() const;
+  [[nodiscard]] bool isCleaning() const noexcept { return isMoving(); }
+  [[nodiscard]] bool isUndoing() const noexcept { return isRestoring(); }
 
   // Of an item, its selection; of a header, that of everything shown below it.
   Q_INVOKABLE void toggle(int row);
@@ -117,40 +101,24 @@ class CleanupModel : public QAbstractListModel {
   Q_INVOKABLE void selectRecommended();
   Q_INVOKABLE void deselectAll();
   Q_INVOKABLE void cleanSelected();
-  Q_INVOKABLE void cancel();
-  Q_INVOKABLE void undo();
   Q_INVOKABLE void openContainingFolder(int row);
   // Why an item has its label, in sentences.
   [[nodiscard]] Q_INVOKABLE QString explanation(int row) const;
 
-  // Texts are new.
-  void languageChanged();
+  void languageChanged() override;
 
  Q_SIGNALS:
   void queryChanged();
   void countsChanged();
   void selectionChanged();
   void freeBytesChanged();
-  void workChanged();
-  void progressChanged();
-  void cleaned();
-  void undone();
 
  private:
-  enum class Work : std::uint8_t { none, cleaning, undoing };
-  // The result of the last work, kept as data so that its text follows the language.
-  enum class Result : std::uint8_t { none, cleaned, stopped, restored };
   struct Section {
     ArrangedSection shown;
     std::int64_t selectable = 0;
     std::int64_t selected = 0;
     bool isExpanded = true;
-  };
-  struct UndoReport {
-    std::int64_t count = 0;
-    std::vector<std::uint32_t> back;  // the items that are where they were found
-    std::vector<std::string> warnings;
-    bool isComplete = true;
   };
   struct Place {
     ScanCategory category;
@@ -172,12 +140,9 @@ class CleanupModel : public QAbstractListModel {
   void changeQuery(const CleanupQuery& query);
   void recountSections();
   void refreshChecks();
-  void startWork(Work work, std::int64_t total);
-  void finishCleaning(const CleanupReport& report, int generation);
-  void finishUndoing(const UndoReport& report, int generation);
-  [[nodiscard]] CleanupRun::Progress progressFor();
+  void takeOut(const std::vector<std::uint32_t>& moved, int generation);
+  void takeBack(const std::vector<std::uint32_t>& back, int generation);
 
-  WindowServices m_services;
   AppState& m_state;
   ScannedItems& m_items;
   CleanupSelection m_selection;
@@ -193,21 +158,7 @@ class CleanupModel : public QAbstractListModel {
   std::stop_source m_arrangeStop;
   std::chrono::milliseconds m_lastArrangement{0};
 
-  Work m_work = Work::none;
-  std::stop_source m_workStop;
-  std::int64_t m_done = 0;
-  std::int64_t m_total = 0;
-  std::optional<Uuid> m_lastRun;
-  std::vector<std::uint32_t> m_lastMoved;
-  Result m_result = Result::none;
-  std::int64_t m_resultCount = 0;
-  std::int64_t m_resultBytes = 0;
-  std::int64_t m_resultLeft = 0;
-  std::vector<CleanupFailure> m_failures;
-  std::vector<std::string> m_warnings;
-
   BackgroundQueue m_arrangeQueue;
-  BackgroundQueue m_workQueue;
 };
 
 }  // namespace orvane

@@ -1,0 +1,201 @@
+#include "app/RunModel.h"
+
+#include "app/Format.h"
+#include "app/Text.h"
+#include "core/base/ByteCount.h"
+#include "core/safety/UndoJournal.h"
+
+#include <chrono>
+#include <exception>
+#include <memory>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::size_t mostMessages = 300;
+constexpr std::chrono::milliseconds progressInterval{50};
+
+}  // namespace
+
+RunReport RunReport::of(const Uuid& runId, std::span<const MoveOutcome> outcomes) {
+  RunReport report;
+  for (const auto& outcome : outcomes) {
+    switch (outcome.result) {
+      case MoveResult::moved:
+        report.runId = runId;
+        ++report.moved;
+        report.bytes += outcome.fileSize;
+        break;
+      case MoveResult::cancelled:
+        ++report.left;
+        break;
+      case MoveResult::refused:
+      case MoveResult::missing:
+      case MoveResult::failed:
+        report.failures.push_back(
+            {std::string(outcome.source.lastPathComponent()), CleanupFailure::Reason::refused, outcome.error});
+        break;
+    }
+  }
+  return report;
+}
+
+RunModel::RunModel(WindowServices services, QObject* parent)
+    : QAbstractListModel(parent), m_services(std::move(services)) {}
+
+RunModel::~RunModel() {
+  m_stop.request_stop();
+}
+
+CleanupRun::Progress RunModel::progressFor() {
+  // Called for every file; the main thread is told now and then.
+  return [this, last = std::chrono::steady_clock::time_point()](std::size_t done, std::size_t total) mutable {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last < progressInterval && done != total) return;
+    last = now;
+    callOn(this, [this, done, total] {
+      m_done = static_cast<std::int64_t>(done);
+      m_total = static_cast<std::int64_t>(total);
+      Q_EMIT progressChanged();
+    });
+  };
+}
+
+void RunModel::begin(Work work, std::int64_t total) {
+  m_work = work;
+  m_stop = {};
+  m_done = 0;
+  m_total = total;
+  forgetResult();
+  Q_EMIT progressChanged();
+}
+
+void RunModel::forgetResult() {
+  m_result = Result::none;
+  m_report = {};
+  m_warnings.clear();
+  Q_EMIT workChanged();
+}
+
+void RunModel::startRun(std::int64_t total, CarryOut carryOut, std::function<void(const RunReport&)> finished) {
+  if (isWorking()) return;
+  begin(Work::moving, total);
+  m_workQueue.post([this, carryOut = std::move(carryOut), finished = std::move(finished), progress = progressFor(),
+                    stop = m_stop.get_token()](const std::stop_token&) {
+    const auto report = std::make_shared<RunReport>();
+    try {
+      *report = carryOut(progress, stop);
+    } catch (const std::exception& error) {
+      report->failures.push_back({"", CleanupFailure::Reason::refused, error.what()});
+    }
+    callOn(this, [this, report, finished] {
+      m_work = Work::none;
+      m_result = Result::moved;
+      m_report = *report;
+      if (report->runId) m_lastRun = report->runId;
+      if (finished) finished(*report);
+      Q_EMIT workChanged();
+      Q_EMIT cleaned();
+    });
+  });
+}
+
+void RunModel::cancel() {
+  m_stop.request_stop();
+}
+
+void RunModel::undo() {
+  if (!canUndo()) return;
+  begin(Work::restoring, m_report.moved);
+  m_workQueue.post([this, run = *m_lastRun, look = m_lookAfterUndo, progress = progressFor(),
+                    stop = m_stop.get_token()](const std::stop_token&) {
+    RestoreResult result;
+    try {
+      result = m_services.journal().restoreRun(run, progress, stop);
+    } catch (const std::exception& error) {
+      result.warnings.emplace_back(error.what());
+    }
+    const auto after = look ? look() : std::function<void()>();
+    callOn(this, [this, result, after, isComplete = !stop.stop_requested()] {
+      if (after) after();
+      finishUndo(result.restoredCount, result.warnings, isComplete);
+    });
+  });
+}
+
+void RunModel::finishUndo(std::int64_t count, std::vector<std::string> warnings, bool isComplete) {
+  m_work = Work::none;
+  m_result = Result::restored;
+  m_restoredCount = count;
+  m_warnings = std::move(warnings);
+  // One that was stopped can be taken up again.
+  if (isComplete) m_lastRun.reset();
+  Q_EMIT workChanged();
+  Q_EMIT undone();
+}
+
+QStringList RunModel::messages() const {
+  QStringList result;
+  for (const auto& failure : m_report.failures) {
+    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
+    result += failureText(failure);
+  }
+  for (const auto& warning : m_warnings) {
+    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
+    result += textFrom(warning);
+  }
+  const auto all = m_report.failures.size() + m_warnings.size();
+  if (all > mostMessages) {
+    const auto more = static_cast<std::int64_t>(all - mostMessages);
+    result += localizedText("cleanup.more_failures").arg(textFrom(formatCount(more)));
+  }
+  return result;
+}
+
+QString RunModel::resultText() const {
+  switch (m_result) {
+    case Result::none:
+      return {};
+    case Result::moved: {
+      const auto text = movedText(m_report.moved, m_report.bytes);
+      if (m_report.left == 0) return text;
+      return text + u' ' + localizedText("cleanup.cancelled").arg(textFrom(formatCount(m_report.left)));
+    }
+    case Result::restored:
+      return countedText("cleanup.restored", m_restoredCount);
+  }
+  return {};
+}
+
+QString RunModel::movedText(std::int64_t count, std::int64_t bytes) const {
+  return localizedText("cleanup.result").arg(textFrom(formatCount(count)), Format::bytes(static_cast<double>(bytes)));
+}
+
+QString RunModel::failureText(const CleanupFailure& failure) const {
+  const auto error = [&] {
+    switch (failure.reason) {
+      case CleanupFailure::Reason::changed:
+        return localizedText("cleanup.changed_since_scan");
+      case CleanupFailure::Reason::gone:
+        return localizedText("cleanup.gone_since_scan");
+      case CleanupFailure::Reason::refused:
+        break;
+    }
+    return textFrom(failure.error);
+  }();
+  return failure.name.empty() ? error : localizedText("cleanup.failed_item").arg(shownName(failure.name), error);
+}
+
+QString RunModel::progressText() const {
+  if (m_work == Work::none) return {};
+  const auto key = m_work == Work::moving ? "cleanup.moving_progress" : "cleanup.restoring_progress";
+  return localizedText(key).arg(textFrom(formatCount(m_done)), textFrom(formatCount(m_total)));
+}
+
+void RunModel::languageChanged() {
+  Q_EMIT progressChanged();
+  Q_EMIT workChanged();
+}
+
+}  // namespace orvane

@@ -1,0 +1,221 @@
+// The window with a million items: how soon it is there, how long its main thread is ever blocked while the items come
+// in, what an item takes of memory, and how fast the list scrolls.
+//
+//     window-benchmark [ITEMS]
+//
+// Runs without a display (QT_QPA_PLATFORM=offscreen) with software rendering, in a home of its own, on made-up items:
+// the disk plays no part.
+
+#include "app/AppState.h"
+#include "app/BackgroundQueue.h"
+#include "app/CleanupModel.h"
+#include "app/Window.h"
+
+#include <fmt/format.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QQuickItem>
+#include <QQuickStyle>
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <numeric>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace orvane {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+template <typename Condition>
+void runUntil(Condition condition) {
+  while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+}
+
+// Resident bytes of this process.
+double residentBytes() {
+  std::ifstream file("/proc/self/statm");
+  double pages = 0;
+  file >> pages >> pages;
+  return pages * 4096;
+}
+
+// Asks the main thread for a sign of life again and again, and notes the longest wait.
+class Pulse {
+ public:
+  explicit Pulse(QObject* receiver)
+      : m_receiver(receiver), m_thread([this](const std::stop_token& stop) { work(stop); }) {}
+  // In milliseconds, since the last call.
+  double takeLongest() { return std::exchange(m_longest, 0.0); }
+
+ private:
+  void work(const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+      if (!m_isWaiting.exchange(true)) {
+        callOn(m_receiver, [this, asked = Clock::now()] {
+          m_longest = std::max(m_longest, millisecondsSince(asked));
+          m_isWaiting = false;
+        });
+      }
+      std::this_thread::sleep_for(std::chrono::microseconds(500));
+    }
+  }
+
+  QObject* m_receiver;
+  double m_longest = 0;  // of the main thread
+  std::atomic<bool> m_isWaiting{false};
+  std::jthread m_thread;
+};
+
+FileItem makeItem(std::size_t number, Date now) {
+  constexpr std::array categories{ScanCategory::caches, ScanCategory::logs, ScanCategory::oldDownloads,
+                                  ScanCategory::largeFiles, ScanCategory::screenshots};
+  FileItem::Fields fields;
+  fields.url = FileUrl(fmt::format("/home/me/Downloads/Projects {}/Some Folder/document number {}.dat", number % 97,
+                                   number * 2654435761U % 100000007U));
+  fields.fileSize = static_cast<std::int64_t>(number * 7919 % 10'000'000);
+  fields.lastModifiedDate = now - ReferenceClock::duration(static_cast<double>(number % 5000) * 3600);
+  fields.createdDate = fields.lastModifiedDate;
+  fields.category = categories.at(number % categories.size());
+  fields.relativeStart = 9;
+  return FileItem(std::move(fields));
+}
+
+// As a scan hands them over, as fast as they can be made.
+void stream(AppState& state, std::size_t count) {
+  constexpr std::size_t itemsPerPiece = 4096;
+  const auto now = ReferenceClock::now();
+  for (std::size_t first = 0; first < count; first += itemsPerPiece) {
+    const auto piece = std::make_shared<ItemPiece>();
+    std::int64_t bytes = 0;
+    piece->items.reserve(itemsPerPiece);
+    for (std::size_t number = first; number < std::min(count, first + itemsPerPiece); ++number) {
+      piece->items.push_back(makeItem(number, now));
+      piece->isFolder.push_back(false);
+      bytes += piece->items.back().fileSize();
+    }
+    callOn(&state, [&state, piece, bytes] { state.scannedItems().append(piece, bytes); });
+  }
+}
+
+QQuickItem* longList(QQuickItem* item) {
+  if (item->isVisible() && item->inherits("QQuickListView") && item->property("count").toInt() > 1000) return item;
+  for (auto* child : item->childItems()) {
+    if (auto* found = longList(child)) return found;
+  }
+  return nullptr;
+}
+
+void scroll(QQuickWindow& window) {
+  auto* list = longList(window.contentItem());
+  if (list == nullptr) {
+    std::puts("no list to scroll");
+    return;
+  }
+  constexpr int frames = 300;
+  std::vector<double> times;
+  for (int frame = 0; frame < frames; ++frame) {
+    const auto start = Clock::now();
+    QEventLoop loop;
+    const auto connection = QObject::connect(&window, &QQuickWindow::frameSwapped, &loop, &QEventLoop::quit);
+    // Near the end of each hundred it jumps, as by a drag of the scroll bar.
+    const double step = frame % 100 == 99 ? 10'000'000 : 173;
+    list->setProperty("contentY", list->property("contentY").toDouble() + step);
+    window.update();
+    loop.exec();
+    QObject::disconnect(connection);
+    times.push_back(millisecondsSince(start));
+  }
+  std::sort(times.begin(), times.end());
+  std::printf("scrolling        %6.1f ms a frame at the median, %.1f ms at the 99th percentile\n", times[frames / 2],
+              times[frames * 99 / 100]);
+}
+
+int run(int argc, char** argv, Clock::time_point start) {
+  std::size_t count = 1'000'000;
+  if (argc > 1) std::from_chars(argv[1], argv[1] + std::string_view(argv[1]).size(), count);
+  QQuickStyle::setStyle(QStringLiteral("Basic"));
+  const QApplication application(argc, argv);
+  Window window(systemWindowServices());
+  if (!window.show()) return 1;
+  auto* top = qobject_cast<QQuickWindow*>(QGuiApplication::topLevelWindows().value(0));
+  bool hasFrame = false;
+  QObject::connect(top, &QQuickWindow::frameSwapped, top, [&] { hasFrame = true; });
+  runUntil([&] { return hasFrame; });
+  std::printf("first frame      %6.0f ms after main() began\n", millisecondsSince(start));
+
+  auto& state = *top->property("appState").value<AppState*>();
+  auto& cleanup = *top->property("cleanup").value<CleanupModel*>();
+  state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
+  runUntil([&, until = Clock::now() + std::chrono::seconds(1)] { return Clock::now() > until; });
+  const auto before = residentBytes();
+  Pulse pulse(&state);
+  state.scannedItems().begin({FileUrl("/home/me/Downloads")});
+  const auto streaming = Clock::now();
+  std::thread source([&] { stream(state, count); });
+  const auto total = static_cast<double>(count);
+  runUntil([&] { return cleanup.itemCount() == total; });
+  std::printf("streaming        %6.0f ms for %.0f items\n", millisecondsSince(streaming), total);
+  source.join();
+  runUntil([&] { return cleanup.shownCount() == total; });
+  std::printf("all are shown    %6.0f ms\n", millisecondsSince(streaming));
+  runUntil([&, until = Clock::now() + std::chrono::seconds(1)] { return Clock::now() > until; });
+  std::printf("longest block    %6.1f ms while they came in\n", pulse.takeLongest());
+  std::printf("memory           %6.0f bytes an item\n", (residentBytes() - before) / total);
+
+  const auto block = [&](const char* what, auto act) {
+    callOn(&state, act);
+    runUntil([&, until = Clock::now() + std::chrono::milliseconds(1500)] { return Clock::now() > until; });
+    std::printf("longest block    %6.1f ms: %s\n", pulse.takeLongest(), what);
+  };
+  block("everything safe is selected", [&] { cleanup.selectRecommended(); });
+  block("everything is deselected", [&] { cleanup.deselectAll(); });
+  block("a category is selected", [&] { cleanup.toggle(0); });
+  block("a search", [&] { cleanup.setSearchText("number 77"); });
+  block("its end", [&] { cleanup.setSearchText(""); });
+  block("a category is folded", [&] { cleanup.toggleExpanded(0); });
+  block("and unfolded", [&] { cleanup.toggleExpanded(0); });
+  scroll(*top);
+  const auto sorting = Clock::now();
+  int shown = 0;
+  QObject::connect(&cleanup, &CleanupModel::countsChanged, &cleanup, [&] { ++shown; });
+  cleanup.setSort(CleanupModel::Name);
+  runUntil([&] { return shown > 0; });
+  std::printf("sorting by name  %6.0f ms in the background\n", millisecondsSince(sorting));
+  std::printf("longest block    %6.1f ms meanwhile\n", pulse.takeLongest());
+  return 0;
+}
+
+}  // namespace
+}  // namespace orvane
+
+int main(int argc, char** argv) {
+  const auto start = std::chrono::steady_clock::now();
+  std::string home = (std::filesystem::temp_directory_path() / "orvane-window-XXXXXX").string();
+  if (::mkdtemp(home.data()) == nullptr) return 1;
+  qputenv("HOME", QByteArray::fromStdString(home));
+  qputenv("XDG_CONFIG_HOME", "");
+  std::filesystem::create_directories(home + "/.config/orvane");
+  std::ofstream(home + "/.config/orvane/preferences.json") << R"({"hasCompletedOnboarding": true})";
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_QUICK_BACKEND", "software");
+  const int status = orvane::run(argc, argv, start);
+  std::filesystem::remove_all(home);
+  return status;
+}
