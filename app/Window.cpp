@@ -12,13 +12,20 @@
 #include "app/LanguageModel.h"
 #include "app/NavigationModel.h"
 #include "app/OverviewModel.h"
+#include "app/PrivacyModel.h"
+#include "app/SettingsModel.h"
 #include "app/TableTranslator.h"
 #include "app/TidyModel.h"
 #include "app/TrayIcon.h"
+#include "core/assistant/KeychainService.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/platform/LoginItems.h"
+#include "core/rules/LaunchAgentManager.h"
+#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/UserNotificationService.h"
+#include "core/safety/PathValidator.h"
 #include "platform/SystemServices.h"
 
 #include <QCoreApplication>
@@ -40,6 +47,19 @@ AutoOrganizeController::Collaborators tidyCollaborators(RepeatingTimer& timer) {
           .loginItems = systemLoginItems()};
 }
 
+SettingsModel::Collaborators settingsCollaborators(const WindowServices& services, TidyModel& tidy) {
+  return {.folders = services.folders,
+          .validator = PathValidator::shared(),
+          .schedule = ScheduleCoordinator::shared(),
+          .agent = LaunchAgentManager::shared(),
+          .notifications = UserNotificationService::shared(),
+          .keychain = KeychainService::shared(),
+          .preferences = services.preferences,
+          .tidy = tidy,
+          .home = services.home,
+          .program = windowProgram()};
+}
+
 template <typename Model>
 QVariant variantOf(Model& model) {
   return QVariant::fromValue(&model);
@@ -57,6 +77,8 @@ struct Window::Parts {
         history(services, feed),
         overview(services, {.state = state, .cleanup = cleanup, .history = history, .feed = feed}),
         tidy(tidyCollaborators),
+        privacy(services, PathValidator::shared()),
+        settings(settingsCollaborators(services, tidy)),
         tray(state, tidy) {}
 
   WindowServices services;
@@ -73,6 +95,8 @@ struct Window::Parts {
   HistoryModel history;
   OverviewModel overview;
   TidyModel tidy;
+  PrivacyModel privacy;
+  SettingsModel settings;
   TrayIcon tray;
   QQmlApplicationEngine engine;
 };
@@ -94,6 +118,8 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
   connect(&parts.preferences, &FileWatch::changed, this, [&parts] {
     parts.tidy.reload();
     parts.overview.reloadSchedule();
+    parts.settings.refresh();
+    parts.privacy.refresh();
   });
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
   connect(&parts.state, &AppState::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -120,6 +146,8 @@ bool Window::show() {
       {"cleanup", variantOf(parts.cleanup)},
       {"history", variantOf(parts.history)},
       {"tidy", variantOf(parts.tidy)},
+      {"privacy", variantOf(parts.privacy)},
+      {"settings", variantOf(parts.settings)},
   });
   parts.engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Orvane/Main.qml")));
   return !parts.engine.rootObjects().isEmpty();
