@@ -7,6 +7,7 @@
 #include "core/safety/CleanupRun.h"
 
 #include <QAbstractListModel>
+#include <QQmlEngine>
 #include <QStringList>
 
 #include <cstdint>
@@ -35,6 +36,7 @@ struct RunReport {
 // words, and Undo of the last one.
 class RunModel : public QAbstractListModel {
   Q_OBJECT
+  QML_ANONYMOUS
   Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged)
   Q_PROPERTY(bool canUndo READ canUndo NOTIFY workChanged)
   Q_PROPERTY(QStringList messages READ messages NOTIFY workChanged)

@@ -31,8 +31,7 @@ ApplicationWindow {
         ["History", {appState: appState, model: history}],
         ["Privacy", {appState: appState, model: privacy}],
         ["Settings", {
-            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy,
-            introduce: () => onboarding.open()
+            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy
         }]
     ]
 
@@ -111,6 +110,15 @@ ApplicationWindow {
             from: Theme.shortMotion > 0 ? 0 : 1
             to: 1
             duration: Theme.shortMotion
+        }
+    }
+
+    Connections {
+        target: loader.item
+        ignoreUnknownSignals: true
+
+        function onIntroductionAsked() {
+            onboarding.open();
         }
     }
 

@@ -15,7 +15,7 @@ Page {
     required property OverviewModel overview
     required property TidyModel tidy
     // Opens the introduction.
-    required property var introduce
+    signal introductionAsked()
 
     function startWork() {
         model.refresh();
@@ -112,7 +112,7 @@ Page {
 
                     PlainButton {
                         text: qsTr("settings.show_again")
-                        onClicked: root.introduce()
+                        onClicked: root.introductionAsked()
                     }
                 }
             }
