@@ -34,7 +34,8 @@ bool hasLineBreak(std::string_view text) noexcept {
 // One request on its way.
 class Call {
  public:
-  explicit Call(const HttpRequest& request) : m_easy(m_curl.easyInit()), m_multi(m_curl.multiInit()) {
+  Call(const HttpRequest& request, const std::string& authorityFile)
+      : m_easy(m_curl.easyInit()), m_multi(m_curl.multiInit()) {
     if (!m_easy || !m_multi) fail(HttpError::Failed{"out of memory"});
     setAddress(request);
     setHeaders(request);
@@ -44,6 +45,7 @@ class Call {
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (!authorityFile.empty()) set(CURLOPT_CAINFO, authorityFile.c_str());
     set(CURLOPT_WRITEFUNCTION, &Call::receive);
     set(CURLOPT_WRITEDATA, this);
     if (request.method == HttpMethod::post) {
@@ -142,7 +144,7 @@ class Call {
 }  // namespace
 
 HttpResponse CurlTransport::send(const HttpRequest& request, const std::stop_token& stop) {
-  return Call(request).carryOut(stop);
+  return Call(request, m_authorityFile).carryOut(stop);
 }
 
 }  // namespace orvane

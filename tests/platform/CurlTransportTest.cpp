@@ -112,28 +112,53 @@ TEST(CurlTransport, refusesWhatIsNotSafe) {
   EXPECT_TRUE(std::holds_alternative<HttpError::Failed>(errorOf(request)));
 }
 
-TEST(CurlTransport, doesNotTrustAServerThatNobodyVouchesFor) {
-  const test::TemporaryTree tree;
-  const auto key = tree.path("key.pem");
-  const auto certificate = tree.path("certificate.pem");
-  ASSERT_EQ(test::runProgram({"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256",
-                              "-nodes", "-subj", "/CN=localhost", "-addext", "subjectAltName=IP:127.0.0.1", "-keyout",
-                              key, "-out", certificate})
-                .exitStatus,
-            0);
-  std::string address;
-  {
-    const LocalServer port([](const auto&) { return LocalServer::Answer{}; });
-    address = port.url().substr(std::string_view("http://").size());
+// A server at 127.0.0.1 with a certificate of an authority of the test's own.
+class SecureServer {
+ public:
+  SecureServer() {
+    const std::vector<std::string> newKey{"openssl", "req", "-x509",    "-nodes",
+                                          "-newkey", "ec",  "-pkeyopt", "ec_paramgen_curve:P-256"};
+    const auto make = [&](std::vector<std::string> rest) {
+      auto words = newKey;
+      words.insert(words.end(), rest.begin(), rest.end());
+      EXPECT_EQ(test::runProgram(words).exitStatus, 0);
+    };
+    make({"-subj", "/CN=Authority", "-keyout", tree.path("ca.key"), "-out", authority});
+    make({"-subj", "/CN=localhost", "-addext", "subjectAltName=IP:127.0.0.1", "-addext", "basicConstraints=CA:FALSE",
+          "-CA", authority, "-CAkey", tree.path("ca.key"), "-keyout", tree.path("key"), "-out", tree.path("cert")});
+    {
+      const LocalServer port([](const auto&) { return LocalServer::Answer{}; });
+      address = port.url().substr(std::string_view("http://").size());
+    }
+    server.emplace(test::LiveProgram::Setup{.arguments = {"/usr/bin/openssl", "s_server", "-accept", address, "-www",
+                                                          "-key", tree.path("key"), "-cert", tree.path("cert")},
+                                            .environment = {}});
+    server->waitForOutput("ACCEPT");
   }
-  test::LiveProgram server(
-      {.arguments = {"/usr/bin/openssl", "s_server", "-accept", address, "-www", "-key", key, "-cert", certificate},
-       .environment = {}});
-  server.waitForOutput("ACCEPT");
-  const auto error = errorOf(requestTo("https://" + address));
+  ~SecureServer() { server->signal(SIGTERM); }
+  SecureServer(const SecureServer&) = delete;
+  SecureServer& operator=(const SecureServer&) = delete;
+
+  const test::TemporaryTree tree;
+  const std::string authority = tree.path("ca.pem");
+  std::string address;
+  std::optional<test::LiveProgram> server;
+};
+
+TEST(CurlTransport, trustsOnlyServersThatAnAuthorityVouchesFor) {
+  const SecureServer server;
+  auto request = requestTo("https://" + server.address);
+  const auto error = errorOf(request);
   ASSERT_TRUE(std::holds_alternative<HttpError::Failed>(error));
   EXPECT_THAT(std::get<HttpError::Failed>(error).reason, HasSubstr("certificate"));
-  server.signal(SIGTERM);
+
+  request.method = HttpMethod::get;
+  const auto response = CurlTransport(server.authority).send(request);
+  EXPECT_EQ(response.status, 200);
+  EXPECT_THAT(response.body, HasSubstr("TLSv1.3"));
+  // Its certificate is for another name.
+  request.url = "https://localhost" + server.address.substr(server.address.find(':'));
+  EXPECT_THROW(static_cast<void>(CurlTransport(server.authority).send(request)), HttpError);
 }
 
 TEST(CurlTransport, servesManyThreadsAtOnce) {
