@@ -3,6 +3,7 @@
 #include "app/AppState.h"
 #include "app/CleanupModel.h"
 #include "app/DesktopAppearance.h"
+#include "app/DuplicatesModel.h"
 #include "app/FileWatch.h"
 #include "app/Format.h"
 #include "app/HistoryModel.h"
@@ -57,9 +58,11 @@ struct Window::Parts {
         history(services, feed),
         overview(services, {.state = state, .cleanup = cleanup, .history = history, .feed = feed}),
         tidy(tidyCollaborators),
+        duplicates(services, sections),
         tray(state, tidy) {}
 
   WindowServices services;
+  SectionServices sections = systemSectionServices();
   // As the desktop has it, before a language changed anything.
   const QFont systemFont = QGuiApplication::font();
   TableTranslator translator;
@@ -73,6 +76,7 @@ struct Window::Parts {
   HistoryModel history;
   OverviewModel overview;
   TidyModel tidy;
+  DuplicatesModel duplicates;
   TrayIcon tray;
   QQmlApplicationEngine engine;
 };
@@ -93,6 +97,7 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
   parts.preferences.watch(systemPreferencesFile());
   connect(&parts.preferences, &FileWatch::changed, this, [&parts] {
     parts.tidy.reload();
+    parts.duplicates.reloadRoots();
     parts.overview.reloadSchedule();
   });
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
@@ -120,6 +125,7 @@ bool Window::show() {
       {"cleanup", variantOf(parts.cleanup)},
       {"history", variantOf(parts.history)},
       {"tidy", variantOf(parts.tidy)},
+      {"duplicates", variantOf(parts.duplicates)},
   });
   parts.engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Orvane/Main.qml")));
   return !parts.engine.rootObjects().isEmpty();
@@ -151,6 +157,7 @@ void Window::languageChanged() {
   parts.state.languageChanged();
   parts.cleanup.languageChanged();
   parts.history.languageChanged();
+  parts.duplicates.languageChanged();
   parts.tray.languageChanged();
 }
 
