@@ -1,7 +1,7 @@
 #include "app/DuplicatesModel.h"
 
 #include "app/Format.h"
-#include "app/GrantedFolders.h"
+#include "app/Places.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
 #include "core/base/UnicodeText.h"

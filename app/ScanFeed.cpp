@@ -1,6 +1,6 @@
 #include "app/ScanFeed.h"
 
-#include "app/GrantedFolders.h"
+#include "app/Places.h"
 #include "core/base/FileStatus.h"
 #include "core/scanning/StorageScanner.h"
 

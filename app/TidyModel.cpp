@@ -35,7 +35,9 @@ void TidyModel::publish() {
   const auto status = m_controller->statusMessage();
   const bool isRunning = m_controller->isRunning();
   const bool isAvailable = m_controller->isAIAvailable();
-  callOn(this, [this, settings, status, isRunning, isAvailable] {
+  const bool launchAtLogin = m_controller->launchAtLoginEnabled();
+  callOn(this, [this, settings, status, isRunning, isAvailable, launchAtLogin] {
+    m_launchAtLogin = launchAtLogin;
     m_settings = settings;
     m_statusText = textFrom(status.value_or(""));
     m_isRunning = isRunning;
@@ -63,6 +65,19 @@ void TidyModel::update(std::function<void(AutoOrganizeSettings&)> change) {
 void TidyModel::setEnabled(bool isEnabled) {
   if (isEnabled == m_settings.isEnabled) return;
   update([isEnabled](AutoOrganizeSettings& settings) { settings.isEnabled = isEnabled; });
+}
+
+void TidyModel::setLaunchAtLogin(bool isEnabled) {
+  if (!m_isReady) return;
+  m_settingsQueue.post([this, isEnabled](const std::stop_token&) {
+    m_controller->setLaunchAtLogin(isEnabled);
+    const bool isRefused = m_controller->launchAtLoginEnabled() != isEnabled;
+    callOn(this, [this, problem = textFrom(isRefused ? m_controller->statusMessage().value_or("") : "")] {
+      m_launchAtLoginError = problem;
+      Q_EMIT changed();
+    });
+    publish();
+  });
 }
 
 double TidyModel::lastRunDate() const {

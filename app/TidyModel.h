@@ -26,6 +26,8 @@ class TidyModel : public QObject {
   Q_PROPERTY(bool isAvailable READ isAvailable NOTIFY changed)
   Q_PROPERTY(double lastRunDate READ lastRunDate NOTIFY changed)
   Q_PROPERTY(double movedCount READ movedCount NOTIFY changed)
+  Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY changed)
+  Q_PROPERTY(QString launchAtLoginError READ launchAtLoginError NOTIFY changed)
   Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
 
  public:
@@ -44,6 +46,10 @@ class TidyModel : public QObject {
   [[nodiscard]] bool isAvailable() const noexcept { return m_isAvailable; }
   [[nodiscard]] double lastRunDate() const;
   [[nodiscard]] double movedCount() const noexcept { return static_cast<double>(m_settings.lastRunMovedCount); }
+  [[nodiscard]] bool launchAtLogin() const noexcept { return m_launchAtLogin; }
+  void setLaunchAtLogin(bool isEnabled);
+  // Why the last change was refused; empty where it was not.
+  [[nodiscard]] const QString& launchAtLoginError() const noexcept { return m_launchAtLoginError; }
   // What the last run of this process did; empty before.
   [[nodiscard]] const QString& statusText() const noexcept { return m_statusText; }
 
@@ -67,6 +73,8 @@ class TidyModel : public QObject {
   bool m_isReady = false;
   bool m_isRunning = false;
   bool m_isAvailable = false;
+  bool m_launchAtLogin = false;
+  QString m_launchAtLoginError;
   AutoOrganizeSettings m_settings;
   QString m_statusText;
   std::stop_source m_runStop;

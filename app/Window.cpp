@@ -1,6 +1,7 @@
 #include "app/Window.h"
 
 #include "app/AppState.h"
+#include "app/AppsModel.h"
 #include "app/CleanupModel.h"
 #include "app/DesktopAppearance.h"
 #include "app/DuplicatesModel.h"
@@ -12,14 +13,23 @@
 #include "app/JournalFeed.h"
 #include "app/LanguageModel.h"
 #include "app/NavigationModel.h"
+#include "app/OrganizeModel.h"
 #include "app/OverviewModel.h"
+#include "app/PrivacyModel.h"
+#include "app/RulesModel.h"
+#include "app/SettingsModel.h"
 #include "app/TableTranslator.h"
 #include "app/TidyModel.h"
 #include "app/TrayIcon.h"
+#include "core/assistant/KeychainService.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/platform/LoginItems.h"
+#include "core/rules/LaunchAgentManager.h"
+#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/UserNotificationService.h"
+#include "core/safety/PathValidator.h"
 #include "platform/SystemServices.h"
 
 #include <QCoreApplication>
@@ -41,6 +51,19 @@ AutoOrganizeController::Collaborators tidyCollaborators(RepeatingTimer& timer) {
           .loginItems = systemLoginItems()};
 }
 
+SettingsModel::Collaborators settingsCollaborators(const WindowServices& services, TidyModel& tidy) {
+  return {.folders = services.folders,
+          .validator = PathValidator::shared(),
+          .schedule = ScheduleCoordinator::shared(),
+          .agent = LaunchAgentManager::shared(),
+          .notifications = UserNotificationService::shared(),
+          .keychain = KeychainService::shared(),
+          .preferences = services.preferences,
+          .tidy = tidy,
+          .home = services.home,
+          .program = windowProgram()};
+}
+
 template <typename Model>
 QVariant variantOf(Model& model) {
   return QVariant::fromValue(&model);
@@ -59,6 +82,11 @@ struct Window::Parts {
         overview(services, {.state = state, .cleanup = cleanup, .history = history, .feed = feed}),
         tidy(tidyCollaborators),
         duplicates(services, sections),
+        apps(services, sections),
+        organize(services, sections),
+        rules(services, sections),
+        privacy(services, PathValidator::shared()),
+        settings(settingsCollaborators(services, tidy)),
         tray(state, tidy) {}
 
   WindowServices services;
@@ -77,6 +105,11 @@ struct Window::Parts {
   OverviewModel overview;
   TidyModel tidy;
   DuplicatesModel duplicates;
+  AppsModel apps;
+  OrganizeModel organize;
+  RulesModel rules;
+  PrivacyModel privacy;
+  SettingsModel settings;
   TrayIcon tray;
   QQmlApplicationEngine engine;
 };
@@ -98,7 +131,11 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
   connect(&parts.preferences, &FileWatch::changed, this, [&parts] {
     parts.tidy.reload();
     parts.duplicates.reloadRoots();
+    parts.organize.reloadFolders();
+    parts.rules.reload();
     parts.overview.reloadSchedule();
+    parts.settings.refresh();
+    parts.privacy.refresh();
   });
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
   connect(&parts.state, &AppState::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -126,6 +163,11 @@ bool Window::show() {
       {"history", variantOf(parts.history)},
       {"tidy", variantOf(parts.tidy)},
       {"duplicates", variantOf(parts.duplicates)},
+      {"apps", variantOf(parts.apps)},
+      {"organize", variantOf(parts.organize)},
+      {"rules", variantOf(parts.rules)},
+      {"privacy", variantOf(parts.privacy)},
+      {"settings", variantOf(parts.settings)},
   });
   parts.engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Orvane/Main.qml")));
   return !parts.engine.rootObjects().isEmpty();
@@ -158,6 +200,9 @@ void Window::languageChanged() {
   parts.cleanup.languageChanged();
   parts.history.languageChanged();
   parts.duplicates.languageChanged();
+  parts.apps.languageChanged();
+  parts.organize.languageChanged();
+  parts.rules.languageChanged();
   parts.tray.languageChanged();
 }
 

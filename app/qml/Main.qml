@@ -15,6 +15,8 @@ ApplicationWindow {
     required property CleanupModel cleanup
     required property HistoryModel history
     required property TidyModel tidy
+    required property PrivacyModel privacy
+    required property SettingsModel settings
 
     readonly property Page screen: loader.item as Page
     // What each section shows, by AppNavigationItem.
@@ -27,8 +29,11 @@ ApplicationWindow {
         ["Coming", {section: "rules"}],
         ["Coming", {section: "agent"}],
         ["History", {appState: appState, model: history}],
-        ["Coming", {section: "privacy"}],
-        ["Coming", {section: "settings"}]
+        ["Privacy", {appState: appState, model: privacy}],
+        ["Settings", {
+            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy,
+            introduce: () => onboarding.open()
+        }]
     ]
 
     readonly property int section: appState.selectedNavigation

@@ -20,21 +20,25 @@ set(ORVANE_QML_FILES
   qml/components/Figure.qml
   qml/components/FigureText.qml
   qml/components/FocusRing.qml
+  qml/components/FolderRow.qml
   qml/components/HeadingText.qml
   qml/components/Icon.qml
   qml/components/IconButton.qml
   qml/components/InputField.qml
   qml/components/ItemRow.qml
+  qml/components/LanguageButton.qml
   qml/components/LinkButton.qml
   qml/components/MenuButton.qml
   qml/components/Meter.qml
   qml/components/Notice.qml
   qml/components/NumberField.qml
   qml/components/Page.qml
+  qml/components/PickFolder.qml
   qml/components/PlainButton.qml
   qml/components/PreviewPanel.qml
   qml/components/PrimaryButton.qml
   qml/components/ProgressStrip.qml
+  qml/components/RawText.qml
   qml/components/Ring.qml
   qml/components/RowList.qml
   qml/components/RunStrip.qml
@@ -42,10 +46,13 @@ set(ORVANE_QML_FILES
   qml/components/ScrollHint.qml
   qml/components/SearchField.qml
   qml/components/SectionHeader.qml
+  qml/components/SettingRow.qml
+  qml/components/SettingsCard.qml
   qml/components/Sheet.qml
   qml/components/Sidebar.qml
   qml/components/SidebarEntry.qml
   qml/components/SidebarItem.qml
+  qml/components/SwitchRow.qml
   qml/components/Tip.qml
   qml/components/TitleText.qml
   qml/components/Toast.qml
@@ -59,12 +66,18 @@ set(ORVANE_QML_FILES
   qml/screens/CleanupScreen.qml
   qml/screens/ComingScreen.qml
   qml/screens/DiskCard.qml
+  qml/screens/FolderSettings.qml
   qml/screens/HistoryEntry.qml
   qml/screens/HistoryScreen.qml
+  qml/screens/KeySettings.qml
   qml/screens/OnboardingSheet.qml
   qml/screens/OverviewScreen.qml
+  qml/screens/PrivacyScreen.qml
   qml/screens/ReclaimableCard.qml
   qml/screens/RunsCard.qml
+  qml/screens/ScheduleSettingsCard.qml
+  qml/screens/SettingsScreen.qml
+  qml/screens/TidySettings.qml
 )
 set(ORVANE_QML_RESOURCES
   qml/icons/agent.svg

@@ -15,10 +15,13 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> dashboardStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> cleanupStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> sectionStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> duplicateStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> ruleStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> settingsStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 7> stringTables() noexcept {
-  return {shellStrings(),     actionStrings(),  figureStrings(), windowStrings(),
-          dashboardStrings(), cleanupStrings(), sectionStrings()};
+[[nodiscard]] inline std::array<std::span<const StringRow>, 10> stringTables() noexcept {
+  return {shellStrings(),   actionStrings(),  figureStrings(),    windowStrings(), dashboardStrings(),
+          cleanupStrings(), sectionStrings(), duplicateStrings(), ruleStrings(),   settingsStrings()};
 }
 
 }  // namespace orvane

@@ -1,0 +1,51 @@
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// A folder by name over its path, with a way to take it off the list.
+RowLayout {
+    id: root
+
+    property string name: ""
+    property string path: ""
+    property bool exists: true
+    property bool canRemove: false
+    signal removeAsked
+
+    spacing: 12
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name + ", " + path
+
+    Icon {
+        name: root.exists ? "folder" : "warning"
+        color: root.exists ? Theme.muted : Theme.review
+    }
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: 0
+
+        BodyText {
+            Layout.fillWidth: true
+            text: root.name
+            Accessible.ignored: true
+        }
+
+        CaptionText {
+            Layout.fillWidth: true
+            text: root.exists ? root.path : root.path + " · " + qsTr("settings.folder_missing")
+            color: root.exists ? Theme.muted : Theme.review
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+    }
+
+    IconButton {
+        visible: root.canRemove
+        symbol: "close"
+        iconSize: 14
+        text: qsTr("settings.remove_folder")
+        Accessible.description: root.path
+        onClicked: root.removeAsked()
+    }
+}

@@ -1,0 +1,12 @@
+import QtQuick
+import QtQuick.Dialogs
+import Orvane
+
+// Asks for a folder.
+FolderDialog {
+    id: root
+
+    signal picked(string url)
+
+    onAccepted: root.picked("" + root.selectedFolder)
+}

@@ -1,0 +1,50 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// The folders that Orvane may work in.
+SettingsCard {
+    id: root
+
+    required property SettingsModel model
+
+    title: qsTr("settings.folders_title")
+    note: qsTr("settings.folders_note")
+
+    Repeater {
+        model: root.model.folders
+
+        FolderRow {
+            required property var modelData
+
+            Layout.fillWidth: true
+            name: modelData.name
+            path: modelData.path
+            exists: modelData.exists
+            canRemove: modelData.canRemove
+            onRemoveAsked: root.model.removeFolder(modelData.url)
+        }
+    }
+
+    CaptionText {
+        Layout.fillWidth: true
+        visible: text !== ""
+        text: root.model.folderError
+        color: Theme.review
+        wrapMode: Text.Wrap
+    }
+
+    PlainButton {
+        symbol: "plus"
+        text: qsTr("settings.add_folder")
+        onClicked: picker.open()
+
+        PickFolder {
+            id: picker
+
+            onPicked: url => root.model.addFolder(url)
+        }
+    }
+}

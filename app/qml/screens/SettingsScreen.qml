@@ -1,0 +1,126 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Orvane
+
+// Everything that can be set; each change holds at once.
+Page {
+    id: root
+
+    required property AppState appState
+    required property SettingsModel model
+    required property LanguageModel languages
+    required property OverviewModel overview
+    required property TidyModel tidy
+    // Opens the introduction.
+    required property var introduce
+
+    function startWork() {
+        model.refresh();
+    }
+
+    title: qsTr("nav.settings")
+    subtitle: qsTr("settings.subtitle")
+
+    Component.onCompleted: model.refresh()
+
+    Flickable {
+        id: scroll
+
+        anchors.fill: parent
+        anchors.margins: -4
+        anchors.rightMargin: -20
+        anchors.bottomMargin: -24
+        contentHeight: column.height + 28
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+
+        ScrollBar.vertical: ScrollHint {}
+
+        ColumnLayout {
+            id: column
+
+            x: 4
+            y: 4
+            width: Math.min(760, scroll.width - 24)
+            spacing: Theme.gap
+
+            FolderSettings {
+                Layout.fillWidth: true
+                model: root.model
+            }
+
+            ScheduleSettingsCard {
+                Layout.fillWidth: true
+                model: root.model
+                overview: root.overview
+            }
+
+            TidySettings {
+                Layout.fillWidth: true
+                model: root.model
+                tidy: root.tidy
+            }
+
+            SettingsCard {
+                Layout.fillWidth: true
+                title: qsTr("settings.general_title")
+
+                SettingRow {
+                    label: qsTr("nav.language")
+
+                    LanguageButton {
+                        languages: root.languages
+                    }
+                }
+
+                Divider {
+                    Layout.fillWidth: true
+                }
+
+                SettingRow {
+                    label: qsTr("settings.notifications")
+                    note: root.model.notificationsAvailable ? qsTr("settings.notifications_note")
+                                                            : qsTr("settings.notifications_missing")
+
+                    Chip {
+                        kind: root.model.notificationsAvailable ? Chip.Kind.Safe : Chip.Kind.Manual
+                        text: root.model.notificationsAvailable ? qsTr("permission.on") : qsTr("permission.off")
+                    }
+                }
+
+                Divider {
+                    Layout.fillWidth: true
+                }
+
+                SwitchRow {
+                    label: qsTr("settings.launch_at_login")
+                    note: root.tidy.launchAtLoginError
+                    isWarning: true
+                    on: root.tidy.launchAtLogin
+                    onToggleAsked: root.tidy.launchAtLogin = !root.tidy.launchAtLogin
+                }
+
+                Divider {
+                    Layout.fillWidth: true
+                }
+
+                SettingRow {
+                    label: qsTr("settings.introduction")
+
+                    PlainButton {
+                        text: qsTr("settings.show_again")
+                        onClicked: root.introduce()
+                    }
+                }
+            }
+
+            KeySettings {
+                Layout.fillWidth: true
+                model: root.model
+            }
+        }
+    }
+}
