@@ -84,6 +84,7 @@ void SettingsModel::readAndPublish() {
     }
     Q_EMIT changed();
     if (areFoldersNew) Q_EMIT foldersChanged();
+    Q_EMIT published();
   });
 }
 

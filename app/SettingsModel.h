@@ -104,6 +104,8 @@ class SettingsModel : public QObject {
  Q_SIGNALS:
   void changed();
   void tidyChanged();
+  // What is stored was read anew.
+  void published();
   // Other screens look at the folders too.
   void foldersChanged();
 

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Orvane
 
 // What is set, with a remark below it, and its control at the right.
-RowLayout {
+Item {
     id: root
 
     property string label: ""
@@ -12,22 +12,25 @@ RowLayout {
     default property alias control: place.data
 
     Layout.fillWidth: true
-    spacing: 16
+    implicitWidth: 300
+    implicitHeight: Math.max(36, texts.implicitHeight, place.implicitHeight)
 
-    ColumnLayout {
-        Layout.fillWidth: true
-        Layout.fillHeight: false
-        Layout.alignment: Qt.AlignVCenter
-        spacing: 0
+    Column {
+        id: texts
+
+        anchors.left: parent.left
+        anchors.right: place.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
 
         BodyText {
-            Layout.fillWidth: true
+            width: parent.width
             text: root.label
             wrapMode: Text.Wrap
         }
 
         CaptionText {
-            Layout.fillWidth: true
+            width: parent.width
             visible: text !== ""
             text: root.note
             color: root.isWarning ? Theme.review : Theme.muted
@@ -38,10 +41,8 @@ RowLayout {
     RowLayout {
         id: place
 
-        Layout.alignment: Qt.AlignVCenter
-        Layout.fillHeight: false
-        Layout.fillWidth: false
-        Layout.minimumHeight: 36
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
         spacing: 8
     }
 }

@@ -1,0 +1,244 @@
+#include "app/SettingsModel.h"
+
+#include "app/PrivacyModel.h"
+#include "app/TidyModel.h"
+#include "core/assistant/AIProvider.h"
+#include "core/assistant/KeychainService.h"
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/platform/BackgroundScheduler.h"
+#include "core/platform/LoginItems.h"
+#include "core/platform/NotificationCenter.h"
+#include "core/platform/SecretStore.h"
+#include "core/rules/LaunchAgentManager.h"
+#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/UserNotificationService.h"
+#include "tests/app/WindowFixture.h"
+#include "tests/support/AutoOrganizerFixture.h"
+
+#include <atomic>
+#include <map>
+#include <stdexcept>
+
+namespace orvane::test {
+namespace {
+
+class MemoryScheduler : public BackgroundScheduler {
+ public:
+  void install(const BackgroundJob& wanted) override {
+    const std::lock_guard lock(mutex);
+    job = wanted;
+  }
+  void uninstall(const std::string& /*label*/) override {
+    const std::lock_guard lock(mutex);
+    job.reset();
+  }
+  [[nodiscard]] bool isInstalled(const std::string& /*label*/) const override {
+    const std::lock_guard lock(mutex);
+    return job.has_value();
+  }
+  [[nodiscard]] std::chrono::seconds interval() const {
+    const std::lock_guard lock(mutex);
+    return job ? job->interval : std::chrono::seconds(0);
+  }
+  mutable std::mutex mutex;
+  std::optional<BackgroundJob> job;
+};
+
+// A key ring that can be locked.
+class MemoryKeyRing : public SecretStore {
+ public:
+  [[nodiscard]] bool add(const std::string& service, const std::string& account, const SecretText& secret) override {
+    if (isLocked) return false;
+    secrets.insert_or_assign(service + "/" + account, secret);
+    return true;
+  }
+  [[nodiscard]] bool remove(const std::string& service, const std::string& account) override {
+    if (isLocked) return false;
+    secrets.erase(service + "/" + account);
+    return true;
+  }
+  [[nodiscard]] std::optional<SecretText> find(const std::string& service, const std::string& account) override {
+    const auto found = secrets.find(service + "/" + account);
+    return found == secrets.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::atomic<bool> isLocked = false;
+  std::map<std::string, SecretText> secrets;
+};
+
+class NoCenter : public NotificationCenter {
+ public:
+  bool requestAuthorization() override { return false; }
+  void post(const Notification& /*notification*/) override {}
+  void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override {}
+};
+
+class RefusingLoginItems : public LoginItems {
+ public:
+  [[nodiscard]] bool isEnabled() const override { return false; }
+  void setEnabled(bool /*isEnabled*/) override { throw std::runtime_error("no session"); }
+};
+
+class SettingsModelTest : public AutoOrganizerFixture {
+ public:
+  SettingsModelTest() {
+    tidyStore.update([this](AutoOrganizeSettings& settings) { settings.folderPaths = {tree.path("Downloads")}; });
+    folders.saveBookmark(tree.url("Downloads"));
+    EXPECT_TRUE(becomesTrue([this] { return tidying.isReady(); }));
+    refresh();
+  }
+
+  // Waits for what the model does in the background.
+  template <typename Act>
+  void afterChange(Act act) {
+    bool isPublished = false;
+    const auto connection = QObject::connect(&model, &SettingsModel::published, [&] { isPublished = true; });
+    act();
+    EXPECT_TRUE(becomesTrue([&] { return isPublished; }));
+    QObject::disconnect(connection);
+  }
+  void refresh() {
+    afterChange([this] { model.refresh(); });
+  }
+  [[nodiscard]] std::vector<std::string> folderNames() const {
+    std::vector<std::string> names;
+    for (const auto& row : model.folders()) names.push_back(row.toMap().value("name").toString().toStdString());
+    return names;
+  }
+  [[nodiscard]] bool isKeyStored(int row) const { return model.keys().at(row).toMap().value("isStored").toBool(); }
+
+  LinuxPreferences stored{tree.path("preferences.json")};
+  LinuxFolderGrants grants;
+  MemoryScheduler scheduler;
+  MemoryKeyRing keyRing;
+  NoCenter center;
+  RefusingLoginItems loginItems;
+  FileAccessService folders{stored, grants, tree.path()};
+  RuleEngine rules{stored, mover, *journal, validator};
+  UserNotificationService notifications{center, [](std::string_view) {}};
+  LaunchAgentManager agent{scheduler, tree.path()};
+  KeychainService keychain{keyRing};
+  ScheduleCoordinator coordinator{
+      {.preferences = stored, .ruleEngine = rules, .fileAccessService = folders, .notificationService = notifications}};
+  AutoOrganizeSettingsStore tidyStore{stored};
+  TidyModel tidying{[this](RepeatingTimer& timer) {
+    return AutoOrganizeController::Collaborators{
+        .organizer = organizer, .store = tidyStore, .factory = factory, .timer = timer, .loginItems = loginItems};
+  }};
+  SettingsModel model{{.folders = folders,
+                       .validator = validator,
+                       .schedule = coordinator,
+                       .agent = agent,
+                       .notifications = notifications,
+                       .keychain = keychain,
+                       .preferences = stored,
+                       .tidy = tidying,
+                       .home = FileUrl(tree.path()),
+                       .program = "/usr/bin/orvane"}};
+};
+
+TEST_F(SettingsModelTest, grantsFoldersAndKeepsTheLastOne) {
+  tree.folder("Projects");
+  afterChange([&] { model.addFolder(QString::fromStdString(tree.url("Projects").absoluteString())); });
+  EXPECT_EQ(folderNames(), (std::vector<std::string>{"Downloads", "Projects"}));
+  EXPECT_TRUE(model.folderError().isEmpty());
+  afterChange([&] { model.removeFolder(QString::fromStdString(tree.path("Downloads"))); });
+  EXPECT_EQ(folderNames(), std::vector<std::string>{"Projects"});
+  afterChange([&] { model.removeFolder(QString::fromStdString(tree.path("Projects"))); });
+  EXPECT_EQ(folderNames(), std::vector<std::string>{"Projects"});
+  EXPECT_EQ(model.folderError(), "At least one folder has to stay: add another one first.");
+}
+
+TEST_F(SettingsModelTest, refusesFoldersOfTheSystem) {
+  afterChange([&] { model.addFolder("/etc"); });
+  EXPECT_EQ(folderNames(), std::vector<std::string>{"Downloads"});
+  EXPECT_TRUE(model.folderError().contains("Operation denied"));
+}
+
+TEST_F(SettingsModelTest, letsTheBackgroundAgentFollowTheSchedule) {
+  afterChange([&] { model.setScheduleEnabled(true); });
+  EXPECT_TRUE(model.agentInstalled());
+  EXPECT_EQ(scheduler.interval(), std::chrono::hours(7 * 24));
+  afterChange([&] { model.setScheduleFrequency(SettingsModel::Daily); });
+  EXPECT_EQ(scheduler.interval(), std::chrono::hours(24));
+  EXPECT_TRUE(std::holds_alternative<Daily>(coordinator.getSettings().frequency));
+  afterChange([&] { model.setScheduleEnabled(false); });
+  EXPECT_FALSE(model.agentInstalled());
+  EXPECT_FALSE(coordinator.getSettings().isEnabled);
+}
+
+TEST_F(SettingsModelTest, keepsTheThresholdOfLowSpace) {
+  afterChange([&] { model.setScheduleFrequency(SettingsModel::LowSpace); });
+  afterChange([&] { model.setScheduleThresholdGB(25); });
+  EXPECT_EQ(coordinator.getSettings().frequency, ScheduleFrequency(OnLowDiskSpace{25}));
+  afterChange([&] { model.setScheduleFrequency(SettingsModel::Monthly); });
+  afterChange([&] { model.setScheduleFrequency(SettingsModel::LowSpace); });
+  EXPECT_EQ(model.scheduleThresholdGB(), 25);
+  EXPECT_EQ(coordinator.getSettings().frequency, ScheduleFrequency(OnLowDiskSpace{25}));
+}
+
+TEST_F(SettingsModelTest, storesKeysWithoutShowingThem) {
+  ASSERT_EQ(model.keys().size(), 2);
+  const auto account = model.keys().front().toMap().value("account").toString();
+  afterChange([&] { model.storeKey(account, "  secret\n"); });
+  EXPECT_TRUE(isKeyStored(0));
+  EXPECT_FALSE(isKeyStored(1));
+  const auto key = keychain.getKey(account.toStdString());
+  ASSERT_TRUE(key.has_value());
+  EXPECT_EQ(key->view(), "secret");
+  afterChange([&] { model.removeKey(account); });
+  EXPECT_FALSE(isKeyStored(0));
+}
+
+TEST_F(SettingsModelTest, saysThatALockedKeyRingTookNothing) {
+  keyRing.isLocked = true;
+  afterChange([&] { model.storeKey(model.keys().front().toMap().value("account").toString(), "secret"); });
+  EXPECT_FALSE(isKeyStored(0));
+  EXPECT_FALSE(model.keyError().isEmpty());
+}
+
+TEST_F(SettingsModelTest, showsWhatAnotherProcessStored) {
+  coordinator.changeSettings([](ScheduleSettings& settings) { settings.isEnabled = true; });
+  EXPECT_FALSE(model.scheduleEnabled());
+  refresh();
+  EXPECT_TRUE(model.scheduleEnabled());
+}
+
+TEST_F(SettingsModelTest, changesTheAutomaticOrganizerWithinItsBounds) {
+  model.setRecentsDays(99);
+  EXPECT_EQ(model.recentsDays(), 30);
+  ASSERT_TRUE(becomesTrue([&] { return tidyStore.get().recentsDays == 30; }));
+  tree.folder("Desktop");
+  model.addAutoFolder(QString::fromStdString(tree.url("Desktop").absoluteString()));
+  model.removeAutoFolder(QString::fromStdString(tree.url("Downloads").absoluteString()));
+  ASSERT_EQ(model.autoFolders().size(), 1);
+  EXPECT_EQ(model.autoFolders().front().toMap().value("path"), "~/Desktop");
+}
+
+TEST_F(SettingsModelTest, saysWhyLaunchAtLoginWasRefused) {
+  tidying.setLaunchAtLogin(true);
+  ASSERT_TRUE(becomesTrue([&] { return !tidying.launchAtLoginError().isEmpty(); }));
+  EXPECT_FALSE(tidying.launchAtLogin());
+  EXPECT_EQ(tidying.launchAtLoginError(),
+            "Couldn't change Launch at Login: no session. You can add Orvane in System Settings → General → Login "
+            "Items.");
+}
+
+class PrivacyModelTest : public WindowFixture {};
+
+TEST_F(PrivacyModelTest, showsTheFoldersAndTheLastRequest) {
+  PrivacyModel model(services(), validator);
+  model.refresh();
+  ASSERT_TRUE(becomesTrue([&] { return !model.folders().isEmpty(); }));
+  EXPECT_EQ(model.folders().front().toMap().value("path"), "~/Downloads");
+  EXPECT_TRUE(model.lastRequest().isEmpty());
+  model.setLastRequest("POST /", 1000, "Somebody");
+  EXPECT_EQ(model.lastRequest(), "POST /");
+  model.openSystemSettings();
+  EXPECT_TRUE(becomesTrue([&] {
+    const std::lock_guard lock(desktop.mutex);
+    return desktop.opened.size() == 1;
+  }));
+}
+
+}  // namespace
+}  // namespace orvane::test
