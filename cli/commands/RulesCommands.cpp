@@ -82,7 +82,7 @@ const CleanupRule& ruleFrom(const Rules& rules, const std::string& reference) {
 
 // The rules named; all of them where none is.
 Rules chosenRules(const Arguments& arguments) {
-  const auto rules = storedRules();
+  auto rules = storedRules();
   if (arguments.plain().empty()) return rules;
   Rules result;
   for (const auto& reference : arguments.plain()) result.push_back(ruleFrom(rules, reference));

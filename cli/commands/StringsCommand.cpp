@@ -32,7 +32,7 @@ AppLanguage languageFrom(const Arguments& arguments) {
 }
 
 std::vector<std::string_view> keysFrom(const Arguments& arguments) {
-  const auto known = LocalizedStrings::keys();
+  auto known = LocalizedStrings::keys();
   if (arguments.plain().empty()) return known;
   std::vector<std::string_view> result;
   for (const auto& key : arguments.plain()) {

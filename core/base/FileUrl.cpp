@@ -3,6 +3,7 @@
 #include "core/base/HexDigit.h"
 #include "core/base/PathText.h"
 
+#include <algorithm>
 #include <array>
 
 namespace orvane {
@@ -60,15 +61,16 @@ std::string percentEncodedPath(std::string_view path) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   std::string result;
   result.reserve(path.size() + 16);
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (allowedInPath[byte]) {
-      result.push_back(c);
-    } else {
-      result.push_back('%');
-      result.push_back(digits[byte >> 4]);
-      result.push_back(digits[byte & 0x0F]);
-    }
+  while (!path.empty()) {
+    const auto plain =
+        std::find_if_not(path.begin(), path.end(), [](char c) { return allowedInPath[static_cast<unsigned char>(c)]; });
+    result.append(path.begin(), plain);
+    path.remove_prefix(static_cast<std::size_t>(plain - path.begin()));
+    if (path.empty()) break;
+    const auto byte = static_cast<unsigned char>(path.front());
+    const char escape[] = {'%', digits[byte >> 4], digits[byte & 0x0F]};
+    result.append(escape, sizeof escape);
+    path.remove_prefix(1);
   }
   return result;
 }

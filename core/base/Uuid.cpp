@@ -79,12 +79,12 @@ std::optional<Uuid> Uuid::parse(std::string_view text) noexcept {
 
 std::string Uuid::toString() const {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  text.reserve(36);
+  std::string text(36, '-');
+  auto* place = text.data();
   for (const auto byte : m_bytes) {
-    if (isHyphenPosition(text.size())) text.push_back('-');
-    text.push_back(digits[byte >> 4]);
-    text.push_back(digits[byte & 0x0F]);
+    if (isHyphenPosition(static_cast<std::size_t>(place - text.data()))) ++place;
+    *place++ = digits[byte >> 4];
+    *place++ = digits[byte & 0x0F];
   }
   return text;
 }

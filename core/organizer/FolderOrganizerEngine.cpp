@@ -53,7 +53,11 @@ bool isCategoryName(std::string_view name) {
 class GroupBuilder {
  public:
   GroupBuilder(const FileUrl& targetFolder, const FileUrl& destinationRoot, const OrganizerScope& scope)
-      : m_targetFolder(targetFolder), m_destinationRoot(destinationRoot), m_scope(scope) {}
+      : m_targetFolder(targetFolder),
+        m_destinationRoot(destinationRoot),
+        m_scope(scope),
+        m_names(scope.subfolders == Subfolders::include ? ProposedNames::Sources::manyFolders
+                                                        : ProposedNames::Sources::oneFolder) {}
 
   void add(OrganizerCandidate candidate) {
     auto& place = placeOf(candidate.category);
@@ -138,7 +142,8 @@ FolderOrganizerEngine::Groups FolderOrganizerEngine::analyzeFolder(const FileUrl
                              includeSubfolders, m_preferences.learnedCategoryRoots()};
   const auto chooser = chooserFor(targetFolder, strategy);
   GroupBuilder groups(targetFolder, destinationRoot, scope);
-  for (auto& candidate : organizerCandidates(scope, chooser, stop)) groups.add(std::move(candidate));
+  visitOrganizerCandidates(scope, chooser, stop,
+                           [&](OrganizerCandidate&& candidate) { groups.add(std::move(candidate)); });
   return groups.take();
 }
 

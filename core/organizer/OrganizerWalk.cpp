@@ -22,8 +22,6 @@ namespace {
 
 // Files whose status one task reads, so that the threads share a huge folder.
 constexpr std::size_t filesPerChunk = 2048;
-// Folders that are read before it pays to start threads.
-constexpr std::size_t foldersReadAlone = 2;
 
 constexpr std::string_view defaultRootName = "Organized";
 // What the organizer filled, or what its user wants left alone, at any depth.
@@ -38,9 +36,10 @@ struct Found {
   std::shared_ptr<const FolderSize> size;  // of a folder
 };
 
-// What one folder yields. Tasks fill separate chunks.
+// What one folder yields. Tasks fill separate chunks, each in the order of the names, which never move.
 struct WalkedFolder {
-  std::vector<std::vector<Found>> chunks;
+  std::deque<std::vector<Found>> chunks;
+  std::vector<Found> wholeFolders;
   std::vector<WalkedFolder*> subfolders;
 };
 
@@ -60,11 +59,13 @@ struct Walk {
   std::deque<WalkedFolder> folders;
 };
 
+using Names = std::vector<std::string>;
+
 class ExamineFiles : public WorkStack::Task {
  public:
   // `prefix` is how the folder is reached from the one that is organised, with a slash at its end unless it is that.
   ExamineFiles(Walk& walk, std::vector<Found>& chunk, std::shared_ptr<const HeldFolder> folder, std::string prefix,
-               std::vector<std::string> names)
+               Names names)
       : m_walk(walk),
         m_chunk(chunk),
         m_folder(std::move(folder)),
@@ -74,14 +75,17 @@ class ExamineFiles : public WorkStack::Task {
   void run(WorkStack& /*stack*/) override { examine(m_folder->descriptor()); }
 
   void examine(int folder) {
+    std::sort(m_names.begin(), m_names.end());
     m_chunk.reserve(m_names.size());
-    for (const auto& name : m_names) {
+    for (auto& name : m_names) {
       if (m_walk.isStopped.load(std::memory_order_relaxed)) return;
       const auto status = readFileStatus(folder, name.c_str());
       if (!status || status->type != FileType::regular) continue;
       auto category =
           m_walk.chooser.categoryOf({.name = name, .modified = status->modified, .created = status->created});
-      m_chunk.push_back({{m_prefix + name, ItemKind::file, status->size, std::move(category)}, nullptr});
+      m_chunk.push_back(
+          {{m_prefix.empty() ? std::move(name) : m_prefix + name, ItemKind::file, status->size, std::move(category)},
+           nullptr});
     }
   }
 
@@ -90,7 +94,7 @@ class ExamineFiles : public WorkStack::Task {
   std::vector<Found>& m_chunk;
   std::shared_ptr<const HeldFolder> m_folder;
   std::string m_prefix;
-  std::vector<std::string> m_names;
+  Names m_names;
 };
 
 enum class ProjectTest : std::uint8_t { skip, apply };
@@ -108,12 +112,18 @@ class ReadFolder : public WorkStack::Task {
     auto held = m_place;
     auto reader = m_place.open();
     if (!reader) return;
-    readEntries(*reader);
+    // What lies in a folder of the organizer's own has been organised.
+    m_takesFiles =
+        !includesSubfolders() || !isGeneratedFolder(lastComponent(m_place.canonicalPath), m_walk.scope.learnedRoots);
+    // Whether a project's files are looked at is known only when all names have been read.
+    if (m_projectTest == ProjectTest::skip) m_self = m_walk.held.hold(reader->descriptor());
+    readEntries(*reader, stack);
     if (m_projectTest == ProjectTest::apply && m_isProject) {
       addWhole(std::string_view(m_prefix).substr(0, m_prefix.size() - 1), std::move(held));
     } else {
-      m_self = m_walk.held.hold(reader->descriptor());
-      examineFiles(reader->descriptor());
+      if (!m_self) m_self = m_walk.held.hold(reader->descriptor());
+      examineChunks(reader->descriptor(), stack);
+      examineHere(reader->descriptor(), std::move(m_fileNames));
       for (const auto& name : m_folderNames) examineFolder(name);
     }
     stack.push(m_tasks);
@@ -123,7 +133,7 @@ class ReadFolder : public WorkStack::Task {
   [[nodiscard]] bool includesSubfolders() const noexcept { return m_walk.scope.subfolders == Subfolders::include; }
   [[nodiscard]] bool isTop() const noexcept { return m_prefix.empty(); }
 
-  void readEntries(DirectoryReader& reader) {
+  void readEntries(DirectoryReader& reader, WorkStack& stack) {
     while (const auto entry = reader.next()) {
       if (m_walk.isStopped.load(std::memory_order_relaxed)) return;
       m_isProject = m_isProject || (m_projectTest == ProjectTest::apply && marksProject(entry->name));
@@ -133,31 +143,34 @@ class ReadFolder : public WorkStack::Task {
         const auto status = readFileStatus(reader.descriptor(), entry->nameBytes());
         type = status ? status->type : FileType::other;
       }
-      if (type == FileType::regular) m_fileNames.emplace_back(entry->name);
       if (type == FileType::directory) m_folderNames.emplace_back(entry->name);
+      if (type != FileType::regular || !m_takesFiles) continue;
+      m_fileNames.emplace_back(entry->name);
+      if (m_projectTest == ProjectTest::skip) examineChunks(reader.descriptor(), stack);
     }
-    std::sort(m_fileNames.begin(), m_fileNames.end());
     std::sort(m_folderNames.begin(), m_folderNames.end());
   }
 
-  void examineFiles(int descriptor) {
-    // What lies in a folder of the organizer's own has been organised.
-    if (includesSubfolders() && isGeneratedFolder(lastComponent(m_place.canonicalPath), m_walk.scope.learnedRoots)) {
-      m_fileNames.clear();
-    }
-    const auto chunkCount = (m_fileNames.size() + filesPerChunk - 1) / filesPerChunk;
-    m_folder.chunks.resize(chunkCount + 1);
-    for (std::size_t i = 0; i < chunkCount; ++i) {
-      const auto first = m_fileNames.begin() + static_cast<std::ptrdiff_t>(i * filesPerChunk);
-      const auto count = std::min(filesPerChunk, m_fileNames.size() - i * filesPerChunk);
-      std::vector<std::string> names(std::make_move_iterator(first),
-                                     std::make_move_iterator(first + static_cast<std::ptrdiff_t>(count)));
-      auto task = std::make_unique<ExamineFiles>(m_walk, m_folder.chunks[i], m_self, m_prefix, std::move(names));
-      if (m_self && chunkCount > 1) {
-        m_tasks.push_back(std::move(task));
-      } else {
-        task->examine(descriptor);
+  // Hands full chunks of names to whichever thread is free, while this one may read on.
+  void examineChunks(int descriptor, WorkStack& stack) {
+    while (m_fileNames.size() >= filesPerChunk) {
+      const auto first = m_fileNames.end() - static_cast<std::ptrdiff_t>(filesPerChunk);
+      Names names(std::make_move_iterator(first), std::make_move_iterator(m_fileNames.end()));
+      m_fileNames.erase(first, m_fileNames.end());
+      if (!m_self) {
+        examineHere(descriptor, std::move(names));
+        continue;
       }
+      WorkStack::Tasks tasks;
+      tasks.push_back(
+          std::make_unique<ExamineFiles>(m_walk, m_folder.chunks.emplace_back(), m_self, m_prefix, std::move(names)));
+      stack.push(tasks, WorkStack::Pusher::goesOn);
+    }
+  }
+
+  void examineHere(int descriptor, Names names) {
+    if (!names.empty()) {
+      ExamineFiles(m_walk, m_folder.chunks.emplace_back(), nullptr, m_prefix, std::move(names)).examine(descriptor);
     }
   }
 
@@ -188,8 +201,7 @@ class ReadFolder : public WorkStack::Task {
     CategoryChooser::Item item{.name = name, .kind = ItemKind::folder, .url = FileUrl(place.canonicalPath)};
     if (status) item.modified = status->modified;
     auto size = std::make_shared<FolderSize>(FolderSize::Extent::everything);
-    if (m_folder.chunks.empty()) m_folder.chunks.resize(1);
-    m_folder.chunks.back().push_back(
+    m_folder.wholeFolders.push_back(
         {{std::string(relativePath), ItemKind::folder, 0, m_walk.chooser.categoryOf(item)}, size});
     m_tasks.push_back(FolderSize::task(std::move(size), std::move(place), m_walk.held, m_walk.isStopped));
   }
@@ -200,34 +212,58 @@ class ReadFolder : public WorkStack::Task {
   std::string m_prefix;
   ProjectTest m_projectTest;
 
+  bool m_takesFiles = true;
   bool m_isProject = false;
-  std::vector<std::string> m_fileNames;
-  std::vector<std::string> m_folderNames;
+  Names m_fileNames;
+  Names m_folderNames;
   std::shared_ptr<const HeldFolder> m_self;
   WorkStack::Tasks m_tasks;
 };
 
-std::vector<OrganizerCandidate> flattened(WalkedFolder& top) {
-  std::vector<OrganizerCandidate> result;
+// Visits what the chunks hold in the order of the names.
+void visitMerged(std::deque<std::vector<Found>>& chunks, const VisitCandidate& visit) {
+  struct Rest {
+    std::vector<Found>::iterator next;
+    std::vector<Found>::iterator end;
+  };
+  std::vector<Rest> heap;
+  for (auto& chunk : chunks) {
+    if (!chunk.empty()) heap.push_back({chunk.begin(), chunk.end()});
+  }
+  const auto isLater = [](const Rest& left, const Rest& right) {
+    return left.next->candidate.relativePath > right.next->candidate.relativePath;
+  };
+  std::make_heap(heap.begin(), heap.end(), isLater);
+  while (!heap.empty()) {
+    std::pop_heap(heap.begin(), heap.end(), isLater);
+    auto& rest = heap.back();
+    visit(std::move(rest.next->candidate));
+    if (++rest.next == rest.end) {
+      heap.pop_back();
+    } else {
+      std::push_heap(heap.begin(), heap.end(), isLater);
+    }
+  }
+}
+
+void visitAll(WalkedFolder& top, const VisitCandidate& visit) {
   std::vector<WalkedFolder*> waiting{&top};
   while (!waiting.empty()) {
     auto& folder = *waiting.back();
     waiting.pop_back();
     waiting.insert(waiting.end(), folder.subfolders.rbegin(), folder.subfolders.rend());
-    for (auto& chunk : folder.chunks) {
-      for (auto& found : chunk) {
-        if (found.size) found.candidate.size = found.size->bytes();
-        result.push_back(std::move(found.candidate));
-      }
+    visitMerged(folder.chunks, visit);
+    for (auto& found : folder.wholeFolders) {
+      found.candidate.size = found.size->bytes();
+      visit(std::move(found.candidate));
     }
   }
-  return result;
 }
 
 }  // namespace
 
-std::vector<OrganizerCandidate> organizerCandidates(const OrganizerScope& scope, const CategoryChooser& chooser,
-                                                    const std::stop_token& stop) {
+void visitOrganizerCandidates(const OrganizerScope& scope, const CategoryChooser& chooser, const std::stop_token& stop,
+                              const VisitCandidate& visit) {
   Walk walk{.scope = scope, .chooser = chooser, .held = {}, .mutex = {}, .folders = {}};
   auto& top = walk.add();
   {
@@ -240,13 +276,10 @@ std::vector<OrganizerCandidate> organizerCandidates(const OrganizerScope& scope,
     tasks.push_back(
         std::make_unique<ReadFolder>(walk, top, FolderPlace{nullptr, scope.folder}, std::string(), ProjectTest::skip));
     work.push(tasks);
-    work.work(foldersReadAlone);
-    if (!work.isEmpty()) {
-      work.start(WorkStack::processorCount() - 1);
-      work.work();
-    }
+    work.start(WorkStack::processorCount() - 1);
+    work.work();
   }
-  return flattened(top);
+  visitAll(top, visit);
 }
 
 }  // namespace orvane

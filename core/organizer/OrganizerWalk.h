@@ -4,10 +4,10 @@
 #include "core/organizer/CategoryChooser.h"
 
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <stop_token>
 #include <string>
-#include <vector>
 
 namespace orvane {
 
@@ -35,9 +35,9 @@ struct OrganizerScope {
 // Gathers the candidates of a folder with their categories: of each folder the entries in order of their names, files
 // before folders, then the subfolders one after the other. Hidden entries, links and whatever is neither file nor
 // folder are left alone; projects and bundles stay whole. Unreadable folders yield nothing. A stop yields what was
-// found so far.
-[[nodiscard]] std::vector<OrganizerCandidate> organizerCandidates(const OrganizerScope& scope,
-                                                                  const CategoryChooser& chooser,
-                                                                  const std::stop_token& stop);
+// found so far. The calling thread visits them, when all are known.
+using VisitCandidate = std::function<void(OrganizerCandidate&& candidate)>;
+void visitOrganizerCandidates(const OrganizerScope& scope, const CategoryChooser& chooser, const std::stop_token& stop,
+                              const VisitCandidate& visit);
 
 }  // namespace orvane

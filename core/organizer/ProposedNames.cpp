@@ -31,6 +31,8 @@ ProposedNames::Folder& ProposedNames::listed(const FileUrl& folder) {
 
 FileUrl ProposedNames::take(const FileUrl& folder, std::string_view name) {
   auto& listing = listed(folder);
+  // Nothing can collide then, so nothing has to be remembered.
+  if (m_sources == Sources::oneFolder && listing.names.empty()) return folder.appendingPathComponent(name);
   if (add(listing.names, name)) return folder.appendingPathComponent(name);
   auto& number = listing.lastNumbers[std::string(name)];
   while (true) {

@@ -15,6 +15,12 @@ namespace orvane {
 // folder is listed once, when it is first asked about; many items of one name do not search many names each.
 class ProposedNames {
  public:
+  enum class Sources : std::uint8_t {
+    manyFolders,
+    oneFolder,  // the names that are asked for all differ
+  };
+  explicit ProposedNames(Sources sources = Sources::manyFolders) : m_sources(sources) {}
+
   // `name`, or its first free numbered form counted from 1. The place is taken from then on.
   [[nodiscard]] FileUrl take(const FileUrl& folder, std::string_view name);
   // For a place that is taken already.
@@ -31,6 +37,7 @@ class ProposedNames {
   // False when it is taken.
   bool add(Names& names, std::string_view name);
 
+  Sources m_sources;
   // The names live until the end: giving each its own memory would cost more than everything else here.
   std::pmr::monotonic_buffer_resource m_memory;
   std::unordered_map<FileUrl, Folder> m_folders;

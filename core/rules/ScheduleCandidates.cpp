@@ -45,7 +45,7 @@ struct Walk {
 
 class ReadFolder : public WorkStack::Task {
  public:
-  ReadFolder(Walk& walk, WalkedFolder& folder, std::string path, FolderPlace place)
+  ReadFolder(Walk& walk, WalkedFolder& folder, const std::string& path, FolderPlace place)
       : m_walk(walk), m_folder(folder), m_prefix(joinPath(path, "")), m_place(std::move(place)) {}
 
   void run(WorkStack& stack) override {

@@ -10,7 +10,7 @@ WorkStack::~WorkStack() {
   stop();
 }
 
-void WorkStack::push(Tasks& tasks) {
+void WorkStack::push(Tasks& tasks, Pusher pusher) {
   if (tasks.empty()) return;
   std::size_t wanted = tasks.size();
   {
@@ -18,8 +18,8 @@ void WorkStack::push(Tasks& tasks) {
     if (!m_isStopped) {
       m_tasks.insert(m_tasks.end(), std::make_move_iterator(tasks.rbegin()), std::make_move_iterator(tasks.rend()));
     }
-    // The thread that pushes takes one itself.
-    wanted = std::min(wanted - (m_running > 0 ? 1 : 0), m_idle);
+    const bool takesOneItself = m_running > 0 && pusher == Pusher::ends;
+    wanted = std::min(wanted - (takesOneItself ? 1 : 0), m_idle);
   }
   tasks.clear();
   for (; wanted > 0; --wanted) m_changed.notify_one();

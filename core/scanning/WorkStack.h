@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -27,8 +28,10 @@ class WorkStack {
   WorkStack(const WorkStack&) = delete;
   WorkStack& operator=(const WorkStack&) = delete;
 
+  // What the task that pushes does next: an idle thread less is woken for one that ends.
+  enum class Pusher : std::uint8_t { ends, goesOn };
   // The first of them is taken first. `tasks` is left empty.
-  void push(Tasks& tasks);
+  void push(Tasks& tasks, Pusher pusher = Pusher::ends);
   // Starts threads that work until nothing is left, and returns how many the system granted.
   unsigned start(unsigned threads);
   // Works on the calling thread until nothing is left to do, or until `limit` tasks have been carried out.

@@ -26,6 +26,10 @@ std::optional<FileStatus> LinuxFileStatusReader::read(int folder, const char* na
   struct statx status {};
   const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
   if (::statx(folder, name, flags, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return std::nullopt;
+  return fileStatusFrom(status);
+}
+
+FileStatus fileStatusFrom(const struct statx& status) noexcept {
   FileStatus result;
   result.type = typeOf(status.stx_mode);
   result.mode = status.stx_mode & 07777U;

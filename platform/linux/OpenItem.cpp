@@ -2,6 +2,7 @@
 
 #include "core/base/OpenFolder.h"
 #include "core/base/PathText.h"
+#include "platform/linux/LinuxFileStatusReader.h"
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -101,7 +102,11 @@ OpenItem openItemIn(OpenFolder folder, std::string_view name) {
   result.folder = std::move(folder.folder);
   result.mount = folder.mount;
   result.name = std::string(name);
-  result.status = result.currentStatus();
+  struct statx status {};
+  const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
+  if (::statx(result.folder->get(), result.name.c_str(), flags, STATX_BASIC_STATS, &status) != 0) throwErrno();
+  result.status = fileStatusFrom(status);
+  result.isImmutable = (status.stx_attributes & STATX_ATTR_IMMUTABLE) != 0;
   return result;
 }
 
@@ -119,12 +124,7 @@ OpenFolder SharedFolder::open(std::string_view folder, std::string_view boundary
 }
 
 void clearImmutableAttribute(const OpenItem& item) noexcept {
-  struct statx status {};
-  if (::statx(item.folder->get(), item.name.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BASIC_STATS,
-              &status) != 0) {
-    return;
-  }
-  if ((status.stx_attributes & STATX_ATTR_IMMUTABLE) == 0) return;
+  if (!item.isImmutable) return;
   const FileDescriptor file(
       ::openat(item.folder->get(), item.name.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
   int attributes = 0;

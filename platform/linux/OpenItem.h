@@ -32,7 +32,8 @@ struct OpenItem {
   std::shared_ptr<const FileDescriptor> folder;
   std::string name;
   FileStatus status;
-  Mount mount;  // of the folder
+  Mount mount;               // of the folder
+  bool isImmutable = false;  // has the attribute (chattr +i)
 
   [[nodiscard]] ItemIdentity identity() const noexcept { return ItemIdentity::of(status); }
   // Status as it is now. Throws std::system_error.
