@@ -15,6 +15,10 @@ ApplicationWindow {
     required property CleanupModel cleanup
     required property HistoryModel history
     required property TidyModel tidy
+    required property DuplicatesModel duplicates
+    required property AppsModel apps
+    required property OrganizeModel organize
+    required property RulesModel rules
     required property PrivacyModel privacy
     required property SettingsModel settings
 
