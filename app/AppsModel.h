@@ -16,7 +16,7 @@
 namespace orvane {
 
 // The installed applications, and the one whose uninstall is under review with what it left behind.
-class AppsModel : public RunModel {
+class AppsModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")

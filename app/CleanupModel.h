@@ -22,7 +22,8 @@ class AppState;
 
 // The scanned items by category, headers and items as rows of one list, with what is selected, and the cleanup of it.
 // Filtering and sorting are done in the background; what is shown changes once they are through.
-class CleanupModel : public RunModel {
+// The base is named in full: the generator of the types for qmllint knows no namespaces.
+class CleanupModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")

@@ -18,7 +18,7 @@
 namespace orvane {
 
 // The groups of identical files, largest first, and the copies of those that are unfolded, as rows of one list.
-class DuplicatesModel : public RunModel {
+class DuplicatesModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")

@@ -18,7 +18,7 @@ namespace orvane {
 
 // What the organizer proposes for one folder: groups by category, and the moves of those that are unfolded, as rows of
 // one list that the user edits before it is carried out.
-class OrganizeModel : public RunModel {
+class OrganizeModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")

@@ -18,7 +18,7 @@
 namespace orvane {
 
 // The cleanup rules, in their order, with an editor, a preview of what they would take, and running them.
-class RulesModel : public RunModel {
+class RulesModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")

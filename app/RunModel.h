@@ -6,6 +6,7 @@
 #include "core/base/Uuid.h"
 #include "core/safety/CleanupRun.h"
 
+#include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
 #include <QStringList>
 
@@ -35,6 +36,7 @@ struct RunReport {
 // words, and Undo of the last one.
 class RunModel : public QAbstractListModel {
   Q_OBJECT
+  QML_ANONYMOUS
   Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged)
   Q_PROPERTY(bool canUndo READ canUndo NOTIFY workChanged)
   Q_PROPERTY(QStringList messages READ messages NOTIFY workChanged)

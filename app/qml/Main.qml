@@ -28,16 +28,15 @@ ApplicationWindow {
     readonly property var screens: [
         ["Overview", {appState: appState, model: overview}],
         ["Cleanup", {appState: appState, model: cleanup}],
-        ["Coming", {section: "duplicates"}],
-        ["Coming", {section: "apps"}],
-        ["Coming", {section: "organize"}],
-        ["Coming", {section: "rules"}],
+        ["Duplicates", {appState: appState, model: duplicates}],
+        ["Apps", {appState: appState, model: apps}],
+        ["Organize", {appState: appState, model: organize}],
+        ["Rules", {appState: appState, model: rules}],
         ["Coming", {section: "agent"}],
         ["History", {appState: appState, model: history}],
         ["Privacy", {appState: appState, model: privacy}],
         ["Settings", {
-            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy,
-            introduce: () => onboarding.open()
+            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy
         }]
     ]
 
@@ -60,11 +59,19 @@ ApplicationWindow {
     visible: true
     title: qsTr("app.name")
     color: Theme.background
+    // The program's own font, with its families for Chinese, Japanese and Korean: controls would take the desktop's.
+    font: fontProbe.font
 
     Component.onCompleted: {
         showSection(section);
         if (!appState.hasCompletedOnboarding)
             onboarding.open();
+    }
+
+    Text {
+        id: fontProbe
+
+        visible: false
     }
 
     Binding {
@@ -86,6 +93,14 @@ ApplicationWindow {
             window.visible = true;
             window.raise();
             window.requestActivate();
+        }
+    }
+
+    Connections {
+        target: loader.item as SettingsScreen
+
+        function onIntroductionAsked() {
+            onboarding.open();
         }
     }
 
@@ -123,6 +138,7 @@ ApplicationWindow {
         id: onboarding
 
         appState: window.appState
+        settings: window.settings
     }
 
     Instantiator {

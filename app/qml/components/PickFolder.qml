@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Dialogs
-import Orvane
 
 // Asks for a folder.
 FolderDialog {

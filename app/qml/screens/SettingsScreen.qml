@@ -14,8 +14,7 @@ Page {
     required property LanguageModel languages
     required property OverviewModel overview
     required property TidyModel tidy
-    // Opens the introduction.
-    required property var introduce
+    signal introductionAsked
 
     function startWork() {
         model.refresh();
@@ -112,7 +111,7 @@ Page {
 
                     PlainButton {
                         text: qsTr("settings.show_again")
-                        onClicked: root.introduce()
+                        onClicked: root.introductionAsked()
                     }
                 }
             }
