@@ -50,7 +50,7 @@ QFont interfaceFont(const QFont& system, const QString& languageTag) {
   }
   auto font = system;
   // The desktop may name an alias; what it stands for is found by asking.
-  font.setFamilies(QStringList{QFontInfo(system).family()} + own + others);
+  font.setFamilies(own + QStringList{QFontInfo(system).family()} + others);
   return font;
 }
 

@@ -5,9 +5,9 @@
 
 namespace orvane {
 
-// The desktop's font, with families for Chinese, Japanese and Korean named after it, those of `languageTag` first:
-// the same ideograph is drawn differently in each, and a family that is only found by fallback may come in a weight
-// that was not asked for.
+// The desktop's font. Where `languageTag` is Chinese, Japanese or Korean a family for it comes first: the same
+// ideograph is drawn differently in each, and a family that is only found by fallback looks heavier than the rest of
+// the line.
 [[nodiscard]] QFont interfaceFont(const QFont& system, const QString& languageTag);
 
 }  // namespace orvane

@@ -6,6 +6,7 @@
 #include "core/base/Uuid.h"
 #include "core/safety/CleanupRun.h"
 
+#include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
 #include <QQmlEngine>
 #include <QStringList>

@@ -1,8 +1,7 @@
 #include "app/ScanFeed.h"
 
-#include "core/base/DirectoryReader.h"
+#include "app/Places.h"
 #include "core/base/FileStatus.h"
-#include "core/safety/FileAccessService.h"
 #include "core/scanning/StorageScanner.h"
 
 #include <fcntl.h>
@@ -74,10 +73,7 @@ class PieceMaker {
 }  // namespace
 
 ScanOutcome scanGrantedFolders(const WindowServices& services, const ScanFeed& feed, const std::stop_token& stop) {
-  auto folders = services.folders.getManagedFolderURLs();
-  std::erase_if(folders, [](const FileUrl& folder) {
-    return !DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow);
-  });
+  auto folders = existingFolders(services.folders);
   feed.begun(folders);
   if (folders.empty()) return ScanOutcome::noFolders;
 

@@ -1,8 +1,11 @@
 #include "app/Window.h"
 
+#include "app/AgentModel.h"
 #include "app/AppState.h"
+#include "app/AppsModel.h"
 #include "app/CleanupModel.h"
 #include "app/DesktopAppearance.h"
+#include "app/DuplicatesModel.h"
 #include "app/FileWatch.h"
 #include "app/Format.h"
 #include "app/HistoryModel.h"
@@ -11,8 +14,10 @@
 #include "app/JournalFeed.h"
 #include "app/LanguageModel.h"
 #include "app/NavigationModel.h"
+#include "app/OrganizeModel.h"
 #include "app/OverviewModel.h"
 #include "app/PrivacyModel.h"
+#include "app/RulesModel.h"
 #include "app/SettingsModel.h"
 #include "app/TableTranslator.h"
 #include "app/TidyModel.h"
@@ -77,11 +82,17 @@ struct Window::Parts {
         history(services, feed),
         overview(services, {.state = state, .cleanup = cleanup, .history = history, .feed = feed}),
         tidy(tidyCollaborators),
+        duplicates(services, sections),
+        apps(services, sections),
+        organize(services, sections),
+        rules(services, sections),
+        agent(services, sections),
         privacy(services, PathValidator::shared()),
         settings(settingsCollaborators(services, tidy)),
         tray(state, tidy) {}
 
   WindowServices services;
+  SectionServices sections = systemSectionServices();
   // As the desktop has it, before a language changed anything.
   const QFont systemFont = QGuiApplication::font();
   TableTranslator translator;
@@ -95,6 +106,11 @@ struct Window::Parts {
   HistoryModel history;
   OverviewModel overview;
   TidyModel tidy;
+  DuplicatesModel duplicates;
+  AppsModel apps;
+  OrganizeModel organize;
+  RulesModel rules;
+  AgentModel agent;
   PrivacyModel privacy;
   SettingsModel settings;
   TrayIcon tray;
@@ -117,10 +133,14 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
   parts.preferences.watch(systemPreferencesFile());
   connect(&parts.preferences, &FileWatch::changed, this, [&parts] {
     parts.tidy.reload();
+    parts.duplicates.reloadRoots();
+    parts.organize.reloadFolders();
+    parts.rules.reload();
     parts.overview.reloadSchedule();
     parts.settings.refresh();
     parts.privacy.refresh();
   });
+  connect(&parts.agent, &AgentModel::requestSent, &parts.privacy, &PrivacyModel::setLastRequest);
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
   connect(&parts.state, &AppState::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   // Without a tray nobody would find the way back to a closed window.
@@ -146,6 +166,11 @@ bool Window::show() {
       {"cleanup", variantOf(parts.cleanup)},
       {"history", variantOf(parts.history)},
       {"tidy", variantOf(parts.tidy)},
+      {"duplicates", variantOf(parts.duplicates)},
+      {"apps", variantOf(parts.apps)},
+      {"organize", variantOf(parts.organize)},
+      {"rules", variantOf(parts.rules)},
+      {"agent", variantOf(parts.agent)},
       {"privacy", variantOf(parts.privacy)},
       {"settings", variantOf(parts.settings)},
   });
@@ -179,6 +204,11 @@ void Window::languageChanged() {
   parts.state.languageChanged();
   parts.cleanup.languageChanged();
   parts.history.languageChanged();
+  parts.duplicates.languageChanged();
+  parts.apps.languageChanged();
+  parts.organize.languageChanged();
+  parts.rules.languageChanged();
+  parts.agent.languageChanged();
   parts.tray.languageChanged();
 }
 

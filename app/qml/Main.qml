@@ -15,6 +15,11 @@ ApplicationWindow {
     required property CleanupModel cleanup
     required property HistoryModel history
     required property TidyModel tidy
+    required property DuplicatesModel duplicates
+    required property AppsModel apps
+    required property OrganizeModel organize
+    required property RulesModel rules
+    required property AgentModel agent
     required property PrivacyModel privacy
     required property SettingsModel settings
 
@@ -23,10 +28,10 @@ ApplicationWindow {
     readonly property var screens: [
         ["Overview", {appState: appState, model: overview}],
         ["Cleanup", {appState: appState, model: cleanup}],
-        ["Coming", {section: "duplicates"}],
-        ["Coming", {section: "apps"}],
-        ["Coming", {section: "organize"}],
-        ["Coming", {section: "rules"}],
+        ["Duplicates", {appState: appState, model: duplicates}],
+        ["Apps", {appState: appState, model: apps}],
+        ["Organize", {appState: appState, model: organize}],
+        ["Rules", {appState: appState, model: rules}],
         ["Coming", {section: "agent"}],
         ["History", {appState: appState, model: history}],
         ["Privacy", {appState: appState, model: privacy}],
@@ -54,11 +59,19 @@ ApplicationWindow {
     visible: true
     title: qsTr("app.name")
     color: Theme.background
+    // The program's own font, with its families for Chinese, Japanese and Korean: controls would take the desktop's.
+    font: fontProbe.font
 
     Component.onCompleted: {
         showSection(section);
         if (!appState.hasCompletedOnboarding)
             onboarding.open();
+    }
+
+    Text {
+        id: fontProbe
+
+        visible: false
     }
 
     Binding {
@@ -80,6 +93,14 @@ ApplicationWindow {
             window.visible = true;
             window.raise();
             window.requestActivate();
+        }
+    }
+
+    Connections {
+        target: loader.item as SettingsScreen
+
+        function onIntroductionAsked() {
+            onboarding.open();
         }
     }
 
@@ -126,6 +147,7 @@ ApplicationWindow {
         id: onboarding
 
         appState: window.appState
+        settings: window.settings
     }
 
     Instantiator {

@@ -19,7 +19,9 @@ set(ORVANE_QML_FILES
   qml/components/EmptyState.qml
   qml/components/Figure.qml
   qml/components/FigureText.qml
+  qml/components/FileThumb.qml
   qml/components/FocusRing.qml
+  qml/components/FolderButton.qml
   qml/components/FolderRow.qml
   qml/components/HeadingText.qml
   qml/components/Icon.qml
@@ -61,23 +63,35 @@ set(ORVANE_QML_FILES
   qml/components/TreemapArea.qml
   qml/components/TreemapLayout.js
   qml/components/TriStateBox.qml
+  qml/screens/AppEntry.qml
+  qml/screens/AppsScreen.qml
   qml/screens/CleanupEntry.qml
   qml/screens/CleanupList.qml
   qml/screens/CleanupScreen.qml
   qml/screens/ComingScreen.qml
   qml/screens/DiskCard.qml
+  qml/screens/DuplicateEntry.qml
+  qml/screens/DuplicatesScreen.qml
   qml/screens/FolderSettings.qml
   qml/screens/HistoryEntry.qml
   qml/screens/HistoryScreen.qml
   qml/screens/KeySettings.qml
   qml/screens/OnboardingSheet.qml
+  qml/screens/OrganizeEntry.qml
+  qml/screens/OrganizeScreen.qml
+  qml/screens/OrganizeSetup.qml
   qml/screens/OverviewScreen.qml
   qml/screens/PrivacyScreen.qml
   qml/screens/ReclaimableCard.qml
+  qml/screens/RuleEditorSheet.qml
+  qml/screens/RuleEntry.qml
+  qml/screens/RulePreviewSheet.qml
+  qml/screens/RulesScreen.qml
   qml/screens/RunsCard.qml
   qml/screens/ScheduleSettingsCard.qml
   qml/screens/SettingsScreen.qml
   qml/screens/TidySettings.qml
+  qml/screens/UninstallSheet.qml
 )
 set(ORVANE_QML_RESOURCES
   qml/icons/agent.svg

@@ -43,7 +43,7 @@ T.AbstractButton {
             font.pixelSize: Theme.textSize
             font.weight: root.isCurrent ? Font.DemiBold : Font.Normal
             fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 12
+            minimumPixelSize: 11
             elide: Text.ElideRight
             textFormat: Text.PlainText
             Accessible.ignored: true

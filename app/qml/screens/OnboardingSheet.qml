@@ -4,14 +4,25 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What Orvane does and never does, at the first start.
+// What Orvane does and never does, where it may work, and off it goes. Shown at the first start and on demand.
 Sheet {
     id: root
 
     required property AppState appState
+    required property SettingsModel settings
+    property int page: 0
 
-    sheetWidth: 520
-    canClose: false
+    function finish() {
+        root.appState.completeOnboarding();
+        root.close();
+    }
+
+    sheetWidth: 540
+    canClose: appState.hasCompletedOnboarding
+    onAboutToShow: {
+        page = 0;
+        settings.refresh();
+    }
 
     ColumnLayout {
         width: parent.width
@@ -33,7 +44,8 @@ Sheet {
                 Layout.fillWidth: true
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                text: qsTr("onboarding.title")
+                text: [qsTr("onboarding.title"), qsTr("onboarding.folders_title"), qsTr("onboarding.ready_title")][
+                    root.page]
             }
 
             BodyText {
@@ -41,38 +53,93 @@ Sheet {
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 color: Theme.muted
-                text: qsTr("app.tagline")
+                text: [qsTr("app.tagline"), qsTr("onboarding.folders_text"), qsTr("onboarding.ready_text")][root.page]
             }
         }
 
-        Promise {
-            symbol: "search"
-            title: qsTr("onboarding.finds_title")
-            text: qsTr("onboarding.finds_text")
+        Repeater {
+            model: root.page === 0 ? [
+                {symbol: "search", title: "onboarding.finds_title", text: "onboarding.finds_text"},
+                {symbol: "undo", title: "onboarding.undo_title", text: "onboarding.undo_text"},
+                {symbol: "privacy", title: "onboarding.never_title", text: "onboarding.never_text"}
+            ] : []
+
+            Promise {
+                required property var modelData
+
+                symbol: modelData.symbol
+                title: qsTr(modelData.title)
+                text: qsTr(modelData.text)
+            }
         }
 
-        Promise {
-            symbol: "undo"
-            title: qsTr("onboarding.undo_title")
-            text: qsTr("onboarding.undo_text")
+        Repeater {
+            model: root.page === 1 ? root.settings.folders : []
+
+            FolderRow {
+                required property var modelData
+
+                Layout.fillWidth: true
+                name: modelData.name
+                path: modelData.path
+                exists: modelData.exists
+                canRemove: modelData.canRemove
+                onRemoveAsked: root.settings.removeFolder(modelData.url)
+            }
         }
 
-        Promise {
-            symbol: "privacy"
-            title: qsTr("onboarding.never_title")
-            text: qsTr("onboarding.never_text")
+        CaptionText {
+            Layout.fillWidth: true
+            visible: root.page === 1 && text !== ""
+            text: root.settings.folderError
+            color: Theme.review
+            wrapMode: Text.Wrap
+        }
+
+        PlainButton {
+            visible: root.page === 1
+            symbol: "plus"
+            text: qsTr("settings.add_folder")
+            onClicked: picker.open()
+
+            PickFolder {
+                id: picker
+
+                onPicked: url => root.settings.addFolder(url)
+            }
+        }
+
+        Drawing {
+            Layout.alignment: Qt.AlignHCenter
+            visible: root.page === 2
+            name: "clean"
         }
     }
 
-    buttons: PrimaryButton {
-        focus: true
-        implicitHeight: 40
-        text: qsTr("onboarding.start")
-        onClicked: {
-            root.appState.completeOnboarding();
-            root.close();
+    buttons: [
+        PrimaryButton {
+            focus: true
+            implicitHeight: 40
+            symbol: root.page === 2 ? "search" : ""
+            text: root.page === 2 ? qsTr("action.scan")
+                                  : root.page === 0 ? qsTr("onboarding.start") : qsTr("onboarding.next")
+            onClicked: {
+                if (root.page < 2) {
+                    ++root.page;
+                    return;
+                }
+                root.finish();
+                if (!root.appState.isScanning)
+                    root.appState.startScan();
+            }
+        },
+        PlainButton {
+            implicitHeight: 40
+            visible: root.page > 0
+            text: root.page === 2 ? qsTr("onboarding.later") : qsTr("onboarding.back")
+            onClicked: root.page === 2 ? root.finish() : --root.page
         }
-    }
+    ]
 
     component Promise: RowLayout {
         id: promise

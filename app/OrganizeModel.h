@@ -1,0 +1,155 @@
+#pragma once
+
+#include "app/RunModel.h"
+#include "app/SectionServices.h"
+#include "core/organizer/OrganizationCategoryGroup.h"
+#include "core/organizer/OrganizationStrategy.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QVariantList>
+
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// What the organizer proposes for one folder: groups by category, and the moves of those that are unfolded, as rows of
+// one list that the user edits before it is carried out.
+class OrganizeModel : public orvane::RunModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  Q_PROPERTY(QString folder READ folder NOTIFY setupChanged)
+  Q_PROPERTY(QString folderName READ folderName NOTIFY setupChanged)
+  Q_PROPERTY(QVariantList subfolders READ subfolders NOTIFY setupChanged)
+  Q_PROPERTY(QString destination READ destination NOTIFY setupChanged)
+  Q_PROPERTY(QString destinationName READ destinationName NOTIFY setupChanged)
+  Q_PROPERTY(int strategy READ strategy WRITE setStrategy NOTIFY setupChanged)
+  Q_PROPERTY(bool includeSubfolders READ includeSubfolders WRITE setIncludeSubfolders NOTIFY setupChanged)
+  Q_PROPERTY(bool useTopics READ useTopics WRITE setUseTopics NOTIFY setupChanged)
+  Q_PROPERTY(bool topicsAvailable READ topicsAvailable NOTIFY setupChanged)
+  Q_PROPERTY(QVariantList managedFolders READ managedFolders NOTIFY setupChanged)
+  Q_PROPERTY(bool isSearching READ isSearching NOTIFY searchChanged)
+  Q_PROPERTY(bool hasAnalyzed READ hasAnalyzed NOTIFY searchChanged)
+  Q_PROPERTY(double moveCount READ moveCount NOTIFY selectionChanged)
+  Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
+  Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
+  Q_PROPERTY(QString learned READ learned NOTIFY learnedChanged)
+
+ public:
+  enum Role {
+    KindRole = Qt::UserRole + 1,
+    NameRole,
+    FromRole,
+    ToRole,
+    BytesRole,
+    CountRole,
+    CheckStateRole,
+    ExpandedRole,
+    IsFolderRole,
+    SymbolRole,
+  };
+  enum Kind { Header, Move };
+  Q_ENUM(Kind)
+
+  OrganizeModel(WindowServices services, SectionServices sections, QObject* parent = nullptr);
+  ~OrganizeModel() override;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+  // Empty until one is chosen.
+  [[nodiscard]] QString folder() const;
+  [[nodiscard]] QString folderName() const;
+  [[nodiscard]] QVariantList subfolders() const;
+  // Where the category folders are made.
+  [[nodiscard]] QString destination() const;
+  [[nodiscard]] QString destinationName() const;
+  // As OrganizationStrategy counts.
+  [[nodiscard]] int strategy() const noexcept { return static_cast<int>(m_strategy); }
+  void setStrategy(int strategy);
+  [[nodiscard]] bool includeSubfolders() const noexcept { return m_includeSubfolders; }
+  void setIncludeSubfolders(bool isWanted);
+  [[nodiscard]] static bool useTopics() { return false; }
+  void setUseTopics(bool isWanted);
+  // Topics are named for the watched folders only.
+  [[nodiscard]] static bool topicsAvailable() { return false; }
+  [[nodiscard]] QVariantList managedFolders() const;
+
+  [[nodiscard]] bool isSearching() const noexcept { return m_isSearching; }
+  [[nodiscard]] bool hasAnalyzed() const noexcept { return m_hasAnalyzed; }
+  [[nodiscard]] double moveCount() const noexcept { return static_cast<double>(m_moveCount); }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selectedCount); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selectedBytes); }
+  // What the last renaming taught; empty where it taught nothing.
+  [[nodiscard]] QString learned() const;
+
+  Q_INVOKABLE void chooseFolder(const QString& pathOrUrl);
+  Q_INVOKABLE void chooseDestination(const QString& pathOrUrl);
+  Q_INVOKABLE void analyze();
+  Q_INVOKABLE void toggle(int row);
+  Q_INVOKABLE void toggleExpanded(int row);
+  Q_INVOKABLE void selectAll(bool isSelected);
+  // Gives the group of a header another name, and remembers it for the kinds of files in it.
+  Q_INVOKABLE void renameGroup(int row, const QString& name);
+  Q_INVOKABLE void forgetLearned();
+  Q_INVOKABLE void apply();
+  Q_INVOKABLE void cancel() override;
+
+  void reloadFolders();
+  void languageChanged() override;
+
+ Q_SIGNALS:
+  void setupChanged();
+  void searchChanged();
+  void selectionChanged();
+  void learnedChanged();
+
+ protected:
+  [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
+
+ private:
+  struct Shown {
+    OrganizationCategoryGroup group;
+    bool isExpanded = true;
+    int start = 0;  // its row
+  };
+  struct Place {
+    std::optional<std::size_t> group;
+    std::optional<std::size_t> move;
+  };
+
+  [[nodiscard]] Place placeOf(int row) const;
+  [[nodiscard]] FileUrl destinationRoot() const;
+  [[nodiscard]] QVariant groupData(const Shown& shown, int role) const;
+  [[nodiscard]] QVariant moveData(const ProposedMove& move, int role) const;
+  [[nodiscard]] std::vector<OrganizationCategoryGroup> groups() const;
+  void setGroups(std::vector<OrganizationCategoryGroup> groups);
+  void layOut();
+  void invalidate();
+
+  SectionServices m_sections;
+  std::vector<FileUrl> m_managedFolders;
+  std::optional<FileUrl> m_folder;
+  std::optional<FileUrl> m_destination;
+  std::vector<FileUrl> m_subfolders;
+  OrganizationStrategy m_strategy = OrganizationStrategy::byCategory;
+  bool m_includeSubfolders = false;
+  bool m_isSearching = false;
+  bool m_hasAnalyzed = false;
+  std::stop_source m_searchStop;
+  std::vector<Shown> m_groups;
+  int m_rows = 0;
+  std::int64_t m_moveCount = 0;
+  std::int64_t m_selectedCount = 0;
+  std::int64_t m_selectedBytes = 0;
+  std::string m_learnedKinds;
+  std::string m_learnedName;
+  BackgroundQueue m_searchQueue;
+};
+
+}  // namespace orvane

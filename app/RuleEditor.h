@@ -1,0 +1,98 @@
+#pragma once
+
+#include "core/rules/CleanupRule.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <cstdint>
+#include <optional>
+
+namespace orvane {
+
+// The rule that is being written, field by field as text and numbers, with what is wrong with it and how many files it
+// would take.
+class RuleEditor : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  Q_PROPERTY(bool isOpen READ isOpen NOTIFY opened)
+  Q_PROPERTY(bool isNew READ isNew NOTIFY opened)
+  Q_PROPERTY(bool isBuiltIn READ isBuiltIn NOTIFY opened)
+  Q_PROPERTY(QString name MEMBER m_name NOTIFY edited)
+  Q_PROPERTY(QString description MEMBER m_description NOTIFY edited)
+  Q_PROPERTY(QString folder READ folder WRITE setFolder NOTIFY edited)
+  Q_PROPERTY(QString extensions MEMBER m_extensions NOTIFY edited)
+  Q_PROPERTY(QStringList categories MEMBER m_categories NOTIFY edited)
+  Q_PROPERTY(double minimumAgeDays MEMBER m_minimumAgeDays NOTIFY edited)
+  Q_PROPERTY(double minimumSizeBytes MEMBER m_minimumSizeBytes NOTIFY edited)
+  Q_PROPERTY(QString namePattern MEMBER m_namePattern NOTIFY edited)
+  Q_PROPERTY(int action MEMBER m_action NOTIFY edited)
+  Q_PROPERTY(QString actionPath READ actionPath WRITE setActionPath NOTIFY edited)
+  Q_PROPERTY(QVariantMap problems READ problems NOTIFY checked)
+  Q_PROPERTY(bool canSave READ canSave NOTIFY checked)
+  Q_PROPERTY(double matchCount READ matchCount NOTIFY checked)
+  Q_PROPERTY(double matchBytes READ matchBytes NOTIFY checked)
+
+ public:
+  enum Action { Trash, Folder, Review };
+  Q_ENUM(Action)
+
+  using QObject::QObject;
+
+  // Shows a rule; a new one when absent.
+  void open(const std::optional<CleanupRule>& rule);
+  void close();
+
+  [[nodiscard]] bool isOpen() const noexcept { return m_isOpen; }
+  [[nodiscard]] bool isNew() const noexcept { return m_isNew; }
+  [[nodiscard]] bool isBuiltIn() const noexcept { return m_rule.isBuiltIn; }
+  [[nodiscard]] QString folder() const { return m_folder; }
+  // Paths, also as a dialog gives them.
+  void setFolder(const QString& pathOrUrl);
+  [[nodiscard]] QString actionPath() const { return m_actionPath; }
+  void setActionPath(const QString& pathOrUrl);
+
+  // Key of a text by the name of a field; "rule" for the whole.
+  [[nodiscard]] const QVariantMap& problems() const noexcept { return m_problems; }
+  [[nodiscard]] bool canSave() const noexcept { return m_problems.isEmpty(); }
+  // -1 while it is being counted.
+  [[nodiscard]] double matchCount() const noexcept { return m_matchCount; }
+  [[nodiscard]] double matchBytes() const noexcept { return m_matchBytes; }
+
+  // The rule as it stands.
+  [[nodiscard]] CleanupRule rule() const;
+  // What is wrong whatever the disk holds.
+  [[nodiscard]] QVariantMap formalProblems() const;
+  void setChecked(const QVariantMap& problems, double matchCount, double matchBytes);
+
+ Q_SIGNALS:
+  void opened();
+  void edited();
+  void checked();
+
+ private:
+  [[nodiscard]] QStringList extensionList() const;
+
+  CleanupRule m_rule;
+  bool m_isOpen = false;
+  bool m_isNew = false;
+  QString m_name;
+  QString m_description;
+  QString m_folder;
+  QString m_extensions;
+  QStringList m_categories;
+  double m_minimumAgeDays = -1;
+  double m_minimumSizeBytes = -1;
+  QString m_namePattern;
+  int m_action = Trash;
+  QString m_actionPath;
+  QVariantMap m_problems;
+  double m_matchCount = -1;
+  double m_matchBytes = 0;
+};
+
+}  // namespace orvane

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "app/RuleEditor.h"
+#include "app/RunModel.h"
+#include "app/SectionServices.h"
+#include "core/rules/CleanupRule.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QTimer>
+#include <QVariantList>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <vector>
+
+namespace orvane {
+
+// The cleanup rules, in their order, with an editor, a preview of what they would take, and running them.
+class RulesModel : public orvane::RunModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  Q_PROPERTY(int ruleCount READ ruleCount NOTIFY rulesChanged)
+  Q_PROPERTY(int enabledCount READ enabledCount NOTIFY rulesChanged)
+  Q_PROPERTY(orvane::RuleEditor* editor READ editor CONSTANT)
+  Q_PROPERTY(QVariantList preview READ preview NOTIFY previewChanged)
+  Q_PROPERTY(double previewCount READ previewCount NOTIFY previewChanged)
+  Q_PROPERTY(double previewBytes READ previewBytes NOTIFY previewChanged)
+  Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY previewChanged)
+  Q_PROPERTY(QString error READ error NOTIFY rulesChanged)
+
+ public:
+  enum Role {
+    IdRole = Qt::UserRole + 1,
+    NameRole,
+    DescriptionRole,
+    IsEnabledRole,
+    IsBuiltInRole,
+    ActionRole,
+    ActionPathRole,
+    FolderRole,
+    ExtensionsRole,
+    CategoriesRole,
+    MinimumAgeRole,
+    MinimumSizeRole,
+    NamePatternRole,
+  };
+
+  RulesModel(WindowServices services, SectionServices sections, QObject* parent = nullptr);
+  ~RulesModel() override;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+  [[nodiscard]] int ruleCount() const noexcept { return static_cast<int>(m_rules.size()); }
+  [[nodiscard]] int enabledCount() const;
+  [[nodiscard]] RuleEditor* editor() noexcept { return &m_editor; }
+  // {name, place, bytes, date, risk, reason, rule} of the first few hundred files.
+  [[nodiscard]] const QVariantList& preview() const noexcept { return m_preview; }
+  [[nodiscard]] double previewCount() const noexcept { return m_previewCount; }
+  [[nodiscard]] double previewBytes() const noexcept { return m_previewBytes; }
+  [[nodiscard]] bool isPreviewing() const noexcept { return m_isPreviewing; }
+  // Why the last change was not stored; empty when it was.
+  [[nodiscard]] QString error() const { return m_error; }
+
+  Q_INVOKABLE void setEnabled(int row, bool isEnabled);
+  Q_INVOKABLE void add();
+  Q_INVOKABLE void edit(int row);
+  Q_INVOKABLE void save();
+  Q_INVOKABLE void closeEditor();
+  Q_INVOKABLE void remove(int row);
+  // The user's own rules go.
+  Q_INVOKABLE void reset();
+  // Of one rule, on or off; -1 for all that are on.
+  Q_INVOKABLE void previewRule(int row);
+  Q_INVOKABLE void closePreview();
+  Q_INVOKABLE void run(int row);
+  Q_INVOKABLE void cancel() override;
+
+  // The rules may have been changed by another process.
+  void reload();
+
+ Q_SIGNALS:
+  void rulesChanged();
+  void previewChanged();
+
+ protected:
+  [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
+
+ private:
+  using Candidates = std::shared_ptr<const std::vector<FileItem>>;
+
+  void show(std::vector<CleanupRule> rules);
+  // Has a change stored in the background, and the rules read again.
+  void change(std::function<void(RuleEngine&)> how);
+  [[nodiscard]] std::vector<CleanupRule> meant(int row) const;
+  void checkEditor();
+  [[nodiscard]] static QVariantMap problemsOnDisk(const CleanupRule& rule, const PathValidator& validator,
+                                                  const std::vector<FileUrl>& folders);
+
+  SectionServices m_sections;
+  std::vector<CleanupRule> m_rules;
+  RuleEditor m_editor;
+  QTimer m_editTimer;
+  std::stop_source m_checkStop;
+  Candidates m_candidates;  // of the queue's thread: what the open editor counts
+  QVariantList m_preview;
+  double m_previewCount = 0;
+  double m_previewBytes = 0;
+  bool m_isPreviewing = false;
+  std::stop_source m_previewStop;
+  QString m_error;
+  BackgroundQueue m_queue;
+  BackgroundQueue m_previewQueue;
+};
+
+}  // namespace orvane

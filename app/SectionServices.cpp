@@ -1,0 +1,29 @@
+#include "app/SectionServices.h"
+
+#include "core/assistant/AgentCoordinator.h"
+#include "core/assistant/KeychainService.h"
+#include "core/duplicates/DuplicateCleaner.h"
+#include "core/duplicates/DuplicateFinderEngine.h"
+#include "core/organizer/CategoryPreferencesStore.h"
+#include "core/organizer/FolderOrganizerEngine.h"
+#include "core/plans/PlanExecutor.h"
+#include "core/safety/PathValidator.h"
+#include "core/uninstaller/AppUninstallerEngine.h"
+
+namespace orvane {
+
+SectionServices systemSectionServices() {
+  return {
+      .finder = DuplicateFinderEngine::shared(),
+      .organizer = FolderOrganizerEngine::shared(),
+      .learned = CategoryPreferencesStore::shared(),
+      .uninstaller = AppUninstallerEngine::shared(),
+      .agent = AgentCoordinator::shared(),
+      .keychain = KeychainService::shared(),
+      .planExecutor = PlanExecutor::shared(),
+      .validator = PathValidator::shared(),
+      .duplicateCleaner = []() -> DuplicateCleaner& { return DuplicateCleaner::shared(); },
+  };
+}
+
+}  // namespace orvane

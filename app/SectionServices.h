@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+
+namespace orvane {
+
+class AgentCoordinator;
+class AppUninstallerEngine;
+class CategoryPreferencesStore;
+class DuplicateCleaner;
+class DuplicateFinderEngine;
+class FolderOrganizerEngine;
+class KeychainService;
+class PathValidator;
+class PlanExecutor;
+
+// What the sections beyond the cleanup work with, besides the WindowServices. The same holds for them.
+struct SectionServices {
+  DuplicateFinderEngine& finder;
+  FolderOrganizerEngine& organizer;
+  CategoryPreferencesStore& learned;
+  AppUninstallerEngine& uninstaller;
+  AgentCoordinator& agent;
+  const KeychainService& keychain;
+  PlanExecutor& planExecutor;
+  const PathValidator& validator;
+  // Made with the journal.
+  std::function<DuplicateCleaner&()> duplicateCleaner;
+};
+
+// The program's own.
+[[nodiscard]] SectionServices systemSectionServices();
+
+}  // namespace orvane

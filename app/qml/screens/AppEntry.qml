@@ -1,0 +1,161 @@
+import QtQuick
+import Orvane
+
+// One installed application.
+Item {
+    id: root
+
+    required property int index
+    required property string name
+    required property string identifier
+    required property string version
+    required property double bytes
+    required property double lastOpened
+    required property bool isProtected
+    required property string icon
+    property bool isFocused: false
+    signal reviewAsked
+
+    readonly property string detail: Texts.joined([version, identifier], " · ")
+    readonly property string age: lastOpened > 0 ? Texts.age(lastOpened) : qsTr("apps.never_opened")
+
+    height: 58
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.description: Texts.joined([detail, age, isProtected ? qsTr("apps.protected") : ""], ", ")
+    Accessible.onPressAction: if (!root.isProtected) root.reviewAsked()
+
+    Rectangle {
+        anchors.fill: parent
+        color: area.containsMouse && !root.isProtected ? Theme.hover : Theme.surface
+    }
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        hoverEnabled: true
+        enabled: !root.isProtected
+        onClicked: root.reviewAsked()
+    }
+
+    Rectangle {
+        id: tile
+
+        x: 16
+        anchors.verticalCenter: parent.verticalCenter
+        width: 36
+        height: 36
+        radius: 9
+        color: picture.status === Image.Ready ? "transparent" : Theme.accentSoft
+
+        Text {
+            anchors.centerIn: parent
+            visible: picture.status !== Image.Ready
+            text: root.name.charAt(0).toUpperCase()
+            color: Theme.accent
+            font.pixelSize: 17
+            font.weight: Font.DemiBold
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+
+        Image {
+            id: picture
+
+            anchors.fill: parent
+            source: root.icon
+            sourceSize.width: 72
+            sourceSize.height: 72
+            fillMode: Image.PreserveAspectFit
+            asynchronous: true
+        }
+    }
+
+    Column {
+        anchors.left: tile.right
+        anchors.leftMargin: 14
+        anchors.right: lock.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+
+        BodyText {
+            width: parent.width
+            text: root.name
+            font.weight: Font.Medium
+            Accessible.ignored: true
+        }
+
+        CaptionText {
+            width: parent.width
+            text: root.detail
+            Accessible.ignored: true
+        }
+    }
+
+    Chip {
+        id: lock
+
+        anchors.right: ageText.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isProtected
+        width: visible ? implicitWidth : 0
+        symbol: "lock"
+        text: qsTr("apps.protected")
+    }
+
+    CaptionText {
+        id: ageText
+
+        anchors.right: size.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.max(96, implicitWidth)
+        horizontalAlignment: Text.AlignRight
+        text: root.age
+        Accessible.ignored: true
+    }
+
+    BodyText {
+        id: size
+
+        anchors.right: button.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.max(68, implicitWidth)
+        horizontalAlignment: Text.AlignRight
+        text: root.bytes < 0 ? "…" : Texts.bytes(root.bytes)
+        Accessible.ignored: true
+    }
+
+    Item {
+        id: button
+
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        height: parent.height
+        width: review.implicitWidth
+
+        LinkButton {
+            id: review
+
+            anchors.verticalCenter: parent.verticalCenter
+            visible: !root.isProtected
+            text: qsTr("apps.review")
+            Accessible.name: text + ": " + root.name
+            onClicked: root.reviewAsked()
+        }
+    }
+
+    Divider {
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+
+    FocusRing {
+        shown: root.isFocused
+        around: -2
+        radius: 6
+    }
+}

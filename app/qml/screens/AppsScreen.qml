@@ -1,0 +1,142 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// The installed applications; each is reviewed with what it would leave behind before it goes.
+Page {
+    id: root
+
+    required property AppState appState
+    required property AppsModel model
+
+    readonly property bool isEmpty: model.appCount === 0
+
+    function find() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+
+    function undo() {
+        if (model.canUndo && !model.isWorking)
+            model.undo();
+    }
+
+    function startWork() {
+        if (!model.isListing)
+            model.list();
+    }
+
+    title: qsTr("nav.apps")
+    subtitle: isEmpty ? qsTr("apps.subtitle") : Texts.counted("apps.count", model.appCount) + " · " + qsTr(
+                            "apps.subtitle")
+    actions: [
+        SearchField {
+            id: search
+
+            visible: !root.isEmpty || root.model.searchText !== ""
+            text: root.model.searchText
+            onTextChanged: if (text !== root.model.searchText) root.model.searchText = text
+        },
+        MenuButton {
+            visible: !root.isEmpty
+            label: qsTr("cleanup.sort_by")
+            choices: [qsTr("sort.name"), qsTr("sort.size"), qsTr("sort.last_used")]
+            current: root.model.sort
+            onChosen: index => root.model.sort = index
+        },
+        PlainButton {
+            visible: !root.isEmpty
+            enabled: !root.model.isListing
+            symbol: "refresh"
+            text: qsTr("action.refresh")
+            onClicked: root.model.list()
+        }
+    ]
+
+    Component.onCompleted: if (!model.hasListed && !model.isListing) model.list()
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        ProgressStrip {
+            Layout.fillWidth: true
+            visible: root.model.isListing
+            title: qsTr("apps.listing")
+            figures: Texts.counted("apps.count", root.model.appCount)
+            onCancelAsked: root.model.cancel()
+        }
+
+        RunStrip {
+            Layout.fillWidth: true
+            isWorking: root.model.isWorking
+            workTitle: qsTr("apps.uninstalling")
+            done: root.model.progressDone
+            total: root.model.progressTotal
+            detail: root.model.progressText
+            outcome: root.model.resultText
+            canUndo: root.model.canUndo
+            undoLabel: qsTr("dashboard.undo")
+            onCancelAsked: root.model.cancel()
+            onUndoAsked: root.model.undo()
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.model.messages.length > 0 && !root.model.isWorking
+            isWarning: true
+            text: Texts.firstLines(root.model.messages, 3)
+        }
+
+        Card {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            flush: true
+
+            RowList {
+                id: list
+
+                anchors.fill: parent
+                anchors.topMargin: 6
+                anchors.bottomMargin: 6
+                visible: count > 0
+                label: qsTr("nav.apps")
+                model: root.model
+                onRowToggled: row => root.model.review(row)
+                delegate: AppEntry {
+                    width: list.width
+                    isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
+                    onReviewAsked: {
+                        list.currentIndex = index;
+                        root.model.review(index);
+                    }
+                }
+            }
+
+            EmptyState {
+                anchors.fill: parent
+                visible: list.count === 0
+                drawing: root.model.searchText !== "" ? "search" : "apps"
+                title: root.model.searchText === "" && root.model.hasListed ? qsTr("apps.empty_title") : ""
+                text: root.model.searchText !== "" ? qsTr("apps.nothing_matches")
+                                                   : root.model.hasListed ? qsTr("apps.empty_text")
+                                                                          : qsTr("dashboard.scanning_text")
+                action: root.model.searchText !== "" ? qsTr("action.clear_search") : ""
+                onActed: search.clear()
+            }
+        }
+    }
+
+    UninstallSheet {
+        id: sheet
+
+        model: root.model
+        visible: root.model.isReviewing
+        onClosed: {
+            root.model.closeReview();
+            list.forceActiveFocus();
+        }
+    }
+}

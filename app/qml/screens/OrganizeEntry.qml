@@ -1,0 +1,168 @@
+import QtQuick
+import Orvane
+
+// One row of a proposal: a folder to be made, or something that moves into it, as before and after.
+Item {
+    id: root
+
+    required property int index
+    required property int kind
+    required property string name
+    required property string from
+    required property string to
+    required property double bytes
+    required property double count
+    required property int checkState
+    required property bool expanded
+    required property bool isFolder
+    property bool isFocused: false
+    signal toggled
+    signal folded
+    signal touched
+    signal renameAsked
+
+    readonly property bool isGroup: kind === 0
+
+    height: isGroup ? 41 : 44
+
+    SectionHeader {
+        anchors.fill: parent
+        anchors.rightMargin: renameButton.visible ? 40 : 0
+        visible: root.isGroup
+        name: root.isGroup ? root.name : ""
+        count: root.isGroup ? Texts.counted("count.items", root.count) : ""
+        size: root.isGroup ? Texts.bytes(root.bytes) : ""
+        isExpanded: root.expanded
+        checkState: root.checkState
+        canCheck: root.checkState >= 0
+        isFocused: root.isGroup && root.isFocused
+        onToggled: root.toggled()
+        onFolded: root.folded()
+    }
+
+    Rectangle {
+        anchors.right: parent.right
+        width: 40
+        height: parent.height
+        visible: root.isGroup
+        color: Theme.groupHeader
+
+        Divider {
+            anchors.bottom: parent.bottom
+            width: parent.width
+        }
+
+        IconButton {
+            id: renameButton
+
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isGroup
+            symbol: "edit"
+            text: qsTr("organize.rename_title")
+            onClicked: root.renameAsked()
+        }
+    }
+
+    Item {
+        anchors.fill: parent
+        visible: !root.isGroup
+        Accessible.role: Accessible.CheckBox
+        Accessible.name: root.name
+        Accessible.description: qsTr("organize.from_to").arg(root.from).arg(root.to)
+        Accessible.checkable: true
+        Accessible.checked: root.checkState === Qt.Checked
+        Accessible.onToggleAction: root.toggled()
+        Accessible.onPressAction: root.toggled()
+
+        Rectangle {
+            anchors.fill: parent
+            color: area.containsMouse ? Theme.hover : Theme.surface
+        }
+
+        MouseArea {
+            id: area
+
+            anchors.fill: parent
+            hoverEnabled: true
+            onPressed: root.touched()
+            onClicked: root.toggled()
+        }
+
+        TriStateBox {
+            x: 43
+            anchors.verticalCenter: parent.verticalCenter
+            focusPolicy: Qt.NoFocus
+            checkState: root.checkState < 0 ? Qt.Unchecked : root.checkState
+            Accessible.ignored: true
+            onToggleAsked: root.toggled()
+        }
+
+        Icon {
+            id: symbol
+
+            x: 72
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.isFolder ? "folder" : "file"
+            color: Theme.muted
+        }
+
+        BodyText {
+            id: before
+
+            anchors.left: symbol.right
+            anchors.leftMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.max(80, (size.x - x) / 2 - 20)
+            text: root.isGroup ? "" : root.from
+            color: Theme.muted
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+
+        Icon {
+            id: arrow
+
+            anchors.left: before.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            name: "arrow-right"
+            size: 14
+            color: root.checkState === Qt.Checked ? Theme.accent : Theme.line
+        }
+
+        BodyText {
+            anchors.left: arrow.right
+            anchors.leftMargin: 10
+            anchors.right: size.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.isGroup ? "" : root.to
+            color: root.checkState === Qt.Checked ? Theme.text : Theme.muted
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+
+        BodyText {
+            id: size
+
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.max(68, implicitWidth)
+            horizontalAlignment: Text.AlignRight
+            text: root.isGroup ? "" : Texts.bytes(root.bytes)
+            Accessible.ignored: true
+        }
+
+        Divider {
+            anchors.bottom: parent.bottom
+            width: parent.width
+        }
+
+        FocusRing {
+            shown: root.isFocused
+            around: -2
+            radius: 6
+        }
+    }
+}

@@ -1,0 +1,160 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Orvane
+
+// One cleanup rule: its switch, what it takes, what it does.
+Item {
+    id: root
+
+    required property int index
+    required property string name
+    required property string description
+    required property bool isEnabled
+    required property bool isBuiltIn
+    required property string action
+    required property string actionPath
+    required property string folder
+    required property string extensions
+    required property var categories
+    required property double minimumAgeDays
+    required property double minimumSizeBytes
+    required property string namePattern
+    property bool isFocused: false
+    property bool isBusy: false
+    signal toggled
+    signal editAsked
+    signal previewAsked
+    signal runAsked
+    signal removeAsked
+
+    readonly property bool isActive: area.containsMouse || actionHover.hovered || isFocused
+    readonly property string conditions: Texts.joined([
+        folder, extensions, categoryNames(categories),
+        minimumAgeDays >= 0 ? Texts.counted("rules.older_than", minimumAgeDays) : "",
+        minimumSizeBytes >= 0 ? qsTr("rules.larger_than").arg(Texts.bytes(minimumSizeBytes)) : "",
+        namePattern === "" ? "" : qsTr("rules.name_contains").arg(namePattern)
+    ], " · ")
+    readonly property string actionText: action === "moveToTrash" ? qsTr("rules.to_trash")
+                                                                  : action === "moveToFolder"
+                                                                    ? qsTr("rules.to_folder").arg(actionPath)
+                                                                    : qsTr("rules.review_only")
+
+    // What can be done with the rule: {symbol, key, run}.
+    readonly property var offers: {
+        const all = [
+            {symbol: "search", key: "rules.preview", run: () => root.previewAsked()},
+            {symbol: "play", key: "rules.run_one", run: () => root.runAsked()},
+            {symbol: "edit", key: "rules.edit", run: () => root.editAsked()}
+        ];
+        if (!isBuiltIn)
+            all.push({symbol: "trash", key: "rules.remove", run: () => root.removeAsked()});
+        return all;
+    }
+
+    function categoryNames(raw: var): string {
+        return (raw ?? []).map(name => qsTr("category." + name)).join(", ");
+    }
+
+    height: 64
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: name
+    Accessible.description: Texts.joined([conditions, actionText], ", ")
+    Accessible.checkable: true
+    Accessible.checked: isEnabled
+    Accessible.onToggleAction: root.toggled()
+    Accessible.onPressAction: root.editAsked()
+
+    Rectangle {
+        anchors.fill: parent
+        color: area.containsMouse || actionHover.hovered ? Theme.hover : Theme.surface
+    }
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: root.editAsked()
+    }
+
+    ToggleSwitch {
+        x: 16
+        anchors.verticalCenter: parent.verticalCenter
+        focusPolicy: Qt.NoFocus
+        text: root.name
+        on: root.isEnabled
+        onToggleAsked: root.toggled()
+    }
+
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 68
+        anchors.right: actions.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        opacity: root.isEnabled ? 1 : 0.75
+
+        BodyText {
+            width: parent.width
+            text: root.name
+            font.weight: Font.Medium
+            Accessible.ignored: true
+        }
+
+        CaptionText {
+            width: parent.width
+            text: root.conditions === "" ? root.description : root.conditions
+            Accessible.ignored: true
+        }
+    }
+
+    Row {
+        id: actions
+
+        anchors.right: chip.left
+        anchors.rightMargin: width > 0 ? 10 : 0
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        HoverHandler {
+            id: actionHover
+        }
+
+        Repeater {
+            model: root.isActive ? root.offers : []
+
+            IconButton {
+                required property var modelData
+
+                focusPolicy: Qt.NoFocus
+                enabled: !root.isBusy
+                symbol: modelData.symbol
+                text: qsTr(modelData.key)
+                onClicked: modelData.run()
+            }
+        }
+    }
+
+    Chip {
+        id: chip
+
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        kind: root.action === "moveToTrash" ? Chip.Kind.Accent
+                                            : root.action === "moveToFolder" ? Chip.Kind.Safe : Chip.Kind.Manual
+        text: root.actionText
+    }
+
+    Divider {
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+
+    FocusRing {
+        shown: root.isFocused
+        around: -2
+        radius: 6
+    }
+}

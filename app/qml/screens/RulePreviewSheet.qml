@@ -1,0 +1,76 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// What a rule, or all that are on, would take. Nothing moves.
+Sheet {
+    id: root
+
+    required property RulesModel model
+
+    title: qsTr("rules.preview_title")
+    sheetWidth: 720
+
+    ColumnLayout {
+        width: parent.width
+        spacing: 12
+
+        BodyText {
+            Layout.fillWidth: true
+            color: Theme.muted
+            text: root.model.isPreviewing
+                  ? qsTr("rules.counting")
+                  : root.model.previewCount === 0
+                    ? qsTr("rules.preview_none")
+                    : qsTr("rules.matches").arg(Texts.counted("count.files", root.model.previewCount)).arg(
+                          Texts.bytes(root.model.previewBytes))
+            wrapMode: Text.Wrap
+        }
+
+        Meter {
+            Layout.fillWidth: true
+            visible: root.model.isPreviewing
+            value: -1
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.preferredHeight: Math.min(360, list.contentHeight + 2)
+            visible: root.model.previewCount > 0
+            radius: Theme.controlRadius
+            color: Theme.surface
+            border.color: Theme.line
+
+            RowList {
+                id: list
+
+                anchors.fill: parent
+                anchors.margins: 1
+                label: qsTr("rules.preview_title")
+                model: root.model.preview
+                delegate: ItemRow {
+                    required property var modelData
+
+                    width: list.width
+                    hasBox: false
+                    indent: 16
+                    name: modelData.name
+                    place: modelData.place
+                    remark: modelData.reason
+                    chip: Texts.risk(modelData.risk)
+                    chipKind: modelData.risk
+                    age: Texts.age(modelData.date)
+                    size: Texts.bytes(modelData.bytes)
+                }
+            }
+        }
+    }
+
+    buttons: PlainButton {
+        focus: true
+        text: qsTr("action.close")
+        onClicked: root.close()
+    }
+}

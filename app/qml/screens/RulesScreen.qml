@@ -1,0 +1,186 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// The cleanup rules: switched on and off, written, tried and run.
+Page {
+    id: root
+
+    required property AppState appState
+    required property RulesModel model
+
+    readonly property bool isBusy: model.isWorking || model.isPreviewing
+
+    function undo() {
+        if (model.canUndo && !isBusy)
+            model.undo();
+    }
+
+    function startWork() {
+        if (!isBusy)
+            model.previewRule(-1);
+    }
+
+    title: qsTr("nav.rules")
+    subtitle: qsTr("rules.status").arg(Texts.counted("count.rules", model.ruleCount)).arg(Texts.count(
+                                                                                             model.enabledCount))
+    actions: [
+        IconButton {
+            implicitHeight: Theme.controlHeight
+            symbol: "more"
+            text: qsTr("action.more")
+            onClicked: more.open()
+
+            ChoiceMenu {
+                id: more
+
+                y: parent.height + 6
+                x: parent.width - width
+
+                ChoiceItem {
+                    isChoice: false
+                    symbol: "refresh"
+                    text: qsTr("rules.reset")
+                    onTriggered: resetAlert.open()
+                }
+            }
+        },
+        PlainButton {
+            symbol: "plus"
+            text: qsTr("rules.add")
+            onClicked: root.model.add()
+        },
+        PlainButton {
+            enabled: !root.isBusy && root.model.enabledCount > 0
+            text: qsTr("rules.preview")
+            onClicked: {
+                root.model.previewRule(-1);
+                preview.open();
+            }
+        },
+        PrimaryButton {
+            enabled: !root.isBusy && root.model.enabledCount > 0
+            symbol: "play"
+            text: qsTr("rules.run_enabled").arg(Texts.count(root.model.enabledCount))
+            onClicked: root.model.run(-1)
+        }
+    ]
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        RunStrip {
+            Layout.fillWidth: true
+            isWorking: root.model.isWorking
+            workTitle: qsTr("rules.running")
+            done: root.model.progressDone
+            total: root.model.progressTotal
+            detail: root.model.progressText
+            outcome: root.model.resultText
+            canUndo: root.model.canUndo
+            undoLabel: qsTr("dashboard.undo")
+            onCancelAsked: root.model.cancel()
+            onUndoAsked: root.model.undo()
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.model.messages.length > 0 && !root.isBusy
+            isWarning: true
+            text: Texts.firstLines(root.model.messages, 4)
+        }
+
+        Card {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            flush: true
+
+            RowList {
+                id: list
+
+                anchors.fill: parent
+                anchors.topMargin: 6
+                anchors.bottomMargin: 6
+                label: qsTr("nav.rules")
+                model: root.model
+                onRowToggled: row => {
+                    const entry = itemAtIndex(row) as RuleEntry;
+                    if (entry)
+                        root.model.setEnabled(row, !entry.isEnabled);
+                }
+                delegate: RuleEntry {
+                    width: list.width
+                    isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
+                    isBusy: root.isBusy
+                    onToggled: root.model.setEnabled(index, !isEnabled)
+                    onEditAsked: root.model.edit(index)
+                    onPreviewAsked: {
+                        root.model.previewRule(index);
+                        preview.open();
+                    }
+                    onRunAsked: root.model.run(index)
+                    onRemoveAsked: removeAlert.ask(index, name)
+                }
+            }
+
+            EmptyState {
+                anchors.fill: parent
+                visible: list.count === 0
+                drawing: "rules"
+                text: qsTr("rules.empty_text")
+                action: qsTr("rules.add")
+                symbol: "plus"
+                onActed: root.model.add()
+            }
+        }
+    }
+
+    RuleEditorSheet {
+        model: root.model
+        visible: root.model.editor.isOpen
+        onClosed: {
+            root.model.closeEditor();
+            list.forceActiveFocus();
+        }
+    }
+
+    RulePreviewSheet {
+        id: preview
+
+        model: root.model
+        onClosed: {
+            root.model.closePreview();
+            list.forceActiveFocus();
+        }
+    }
+
+    AlertDialog {
+        id: resetAlert
+
+        title: qsTr("rules.reset_title")
+        message: qsTr("rules.reset_text")
+        confirmText: qsTr("rules.reset")
+        rejectText: qsTr("action.cancel")
+        onConfirmed: root.model.reset()
+    }
+
+    AlertDialog {
+        id: removeAlert
+
+        property int row: -1
+
+        function ask(row: int, name: string) {
+            removeAlert.row = row;
+            message = qsTr("rules.remove_text").arg(name);
+            open();
+        }
+
+        title: qsTr("rules.remove_title")
+        confirmText: qsTr("rules.remove")
+        rejectText: qsTr("action.cancel")
+        onConfirmed: root.model.remove(row)
+    }
+}

@@ -1,0 +1,73 @@
+#include "app/DuplicatesModel.h"
+
+#include "tests/app/SectionFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace orvane::test {
+namespace {
+
+class DuplicatesModelTest : public SectionFixture {
+ public:
+  DuplicatesModelTest() {
+    setAge(tree.file("Downloads/a.jpg", "the same picture"), 3 * 86400.0);
+    setAge(tree.file("Downloads/copy of a.jpg", "the same picture"), 86400);
+    tree.file("Downloads/other.txt", "alone");
+  }
+  void search() {
+    model.search();
+    ASSERT_TRUE(becomesTrue([this] { return !model.isSearching(); }));
+  }
+  [[nodiscard]] QVariant value(int row, int role) const { return model.data(model.index(row), role); }
+
+  DuplicatesModel model{services(), sections()};
+};
+
+TEST_F(DuplicatesModelTest, findsCopiesKeepsOneCleansTheOthersAndBringsThemBack) {
+  search();
+  ASSERT_EQ(model.rowCount(), 3);
+  EXPECT_EQ(model.groupCount(), 1);
+  EXPECT_EQ(value(0, DuplicatesModel::KindRole).toInt(), DuplicatesModel::Header);
+  EXPECT_EQ(value(0, DuplicatesModel::CopiesRole).toInt(), 2);
+  EXPECT_EQ(value(0, DuplicatesModel::FreedRole).toInt(), 16);
+  EXPECT_FALSE(value(0, DuplicatesModel::ThumbnailRole).toString().isEmpty());
+  EXPECT_EQ(model.selectedCount(), 1);
+
+  model.cleanSelected();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  EXPECT_EQ(model.resultText(), "Cleaned 1 duplicate files, freeing 16 bytes.");
+  EXPECT_TRUE(exists(tree.path("Downloads/a.jpg")));
+  EXPECT_FALSE(exists(tree.path("Downloads/copy of a.jpg")));
+  EXPECT_EQ(model.rowCount(), 0);
+
+  model.undo();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  EXPECT_EQ(contentOf(tree.path("Downloads/copy of a.jpg")), "the same picture");
+  EXPECT_EQ(model.rowCount(), 3);
+}
+
+TEST_F(DuplicatesModelTest, saysWhyTheLastCopyStays) {
+  search();
+  int kept = value(1, DuplicatesModel::IsKeptRole).toBool() ? 1 : 2;
+  model.toggle(kept);
+  EXPECT_TRUE(value(kept, DuplicatesModel::IsKeptRole).toBool());
+  EXPECT_FALSE(model.refusal().isEmpty());
+  model.toggle(3 - kept);
+  EXPECT_TRUE(model.refusal().isEmpty());
+  EXPECT_EQ(model.selectedCount(), 0);
+  model.toggle(kept);
+  EXPECT_EQ(model.selectedCount(), 1);
+  EXPECT_TRUE(model.refusal().isEmpty());
+}
+
+TEST_F(DuplicatesModelTest, leavesOutTheFoldersThatAreSwitchedOff) {
+  ASSERT_TRUE(becomesTrue([this] { return model.roots().size() == 1; }));
+  model.setRootIncluded(QString::fromStdString(tree.path("Downloads")), false);
+  EXPECT_FALSE(model.roots().front().toMap()["included"].toBool());
+  search();
+  EXPECT_TRUE(model.hasSearched());
+  EXPECT_EQ(model.groupCount(), 0);
+}
+
+}  // namespace
+}  // namespace orvane::test
