@@ -43,7 +43,7 @@ constexpr std::array rows{
               {"Projected Free Space", "Espace libre prévu", "Voraussichtlich frei", "クリーンアップ後の空き容量",
                "예상 여유 공간", "预计可用空间", "預計可用空間", "Espacio libre previsto"}},
     StringRow{"dashboard.reclaimable_now",
-              {"Reclaimable Now", "Récupérable maintenant", "Jetzt freizugeben", "今すぐ回収できる容量",
+              {"Reclaimable Now", "Récupérable maintenant", "Jetzt freizugeben", "今すぐ回収可能",
                "지금 확보 가능", "现在可回收", "現在可回收", "Recuperable ahora"}},
     StringRow{"dashboard.lifetime_reclaimed",
               {"Lifetime Reclaimed", "Récupéré à ce jour", "Bisher freigegeben", "これまでに回収した容量",
