@@ -1,5 +1,6 @@
 #include "app/Window.h"
 
+#include "app/AgentModel.h"
 #include "app/AppState.h"
 #include "app/AppsModel.h"
 #include "app/CleanupModel.h"
@@ -85,6 +86,7 @@ struct Window::Parts {
         apps(services, sections),
         organize(services, sections),
         rules(services, sections),
+        agent(services, sections),
         privacy(services, PathValidator::shared()),
         settings(settingsCollaborators(services, tidy)),
         tray(state, tidy) {}
@@ -108,6 +110,7 @@ struct Window::Parts {
   AppsModel apps;
   OrganizeModel organize;
   RulesModel rules;
+  AgentModel agent;
   PrivacyModel privacy;
   SettingsModel settings;
   TrayIcon tray;
@@ -137,6 +140,7 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
     parts.settings.refresh();
     parts.privacy.refresh();
   });
+  connect(&parts.agent, &AgentModel::requestSent, &parts.privacy, &PrivacyModel::setLastRequest);
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
   connect(&parts.state, &AppState::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   // Without a tray nobody would find the way back to a closed window.
@@ -166,6 +170,7 @@ bool Window::show() {
       {"apps", variantOf(parts.apps)},
       {"organize", variantOf(parts.organize)},
       {"rules", variantOf(parts.rules)},
+      {"agent", variantOf(parts.agent)},
       {"privacy", variantOf(parts.privacy)},
       {"settings", variantOf(parts.settings)},
   });
@@ -203,6 +208,7 @@ void Window::languageChanged() {
   parts.apps.languageChanged();
   parts.organize.languageChanged();
   parts.rules.languageChanged();
+  parts.agent.languageChanged();
   parts.tray.languageChanged();
 }
 

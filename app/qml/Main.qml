@@ -19,6 +19,7 @@ ApplicationWindow {
     required property AppsModel apps
     required property OrganizeModel organize
     required property RulesModel rules
+    required property AgentModel agent
     required property PrivacyModel privacy
     required property SettingsModel settings
 

@@ -1,0 +1,184 @@
+#include "app/AgentModel.h"
+#include "app/AppsModel.h"
+#include "app/OrganizeModel.h"
+#include "app/RulesModel.h"
+#include "tests/app/SectionFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace orvane::test {
+namespace {
+
+using testing::IsEmpty;
+
+class SectionModelsTest : public SectionFixture {
+ public:
+  [[nodiscard]] QString downloads() const { return QString::fromStdString(tree.path("Downloads")); }
+};
+
+TEST_F(SectionModelsTest, organizesAFolderAsItWasEditedAndUndoesIt) {
+  tree.file("Downloads/song.mp3", "la");
+  tree.file("Downloads/report.pdf", "words");
+  OrganizeModel model(services(), sections());
+  EXPECT_EQ(model.folder(), "");
+  model.chooseFolder("file://" + downloads());
+  EXPECT_EQ(model.folder(), downloads());
+  model.analyze();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
+  EXPECT_EQ(model.moveCount(), 2);
+  EXPECT_EQ(model.rowCount(), 4);
+
+  // Of the two groups the first is renamed, and the other left alone.
+  model.renameGroup(0, "Mine");
+  EXPECT_EQ(model.data(model.index(0), OrganizeModel::NameRole).toString(), "Mine");
+  EXPECT_FALSE(model.learned().isEmpty());
+  model.toggle(2);
+  EXPECT_EQ(model.selectedCount(), 1);
+  const auto moved = model.data(model.index(1), OrganizeModel::NameRole).toString().toStdString();
+  const auto left = moved == "song.mp3" ? "report.pdf" : "song.mp3";
+  model.apply();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_THAT(model.messages(), IsEmpty());
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Mine/" + moved)));
+  EXPECT_TRUE(exists(tree.path("Downloads/" + std::string(left))));
+
+  model.undo();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/" + moved)));
+}
+
+TEST_F(SectionModelsTest, writesARuleCountsPreviewsAndRunsIt) {
+  tree.file("Downloads/keep.txt");
+  tree.file("Downloads/old draft.tmpx", "draft");
+  RulesModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+  model.add();
+  auto& editor = *model.editor();
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_FALSE(editor.canSave());
+  EXPECT_TRUE(editor.problems().contains("name"));
+  EXPECT_TRUE(editor.problems().contains("rule"));
+  editor.setProperty("name", "Drafts");
+  editor.setProperty("extensions", ".tmpx");
+  ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
+  EXPECT_TRUE(editor.canSave());
+
+  editor.setProperty("action", RuleEditor::Folder);
+  EXPECT_TRUE(editor.problems().contains("actionPath"));
+  editor.setActionPath("file://" + downloads() + "/Drafts");
+  ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
+  EXPECT_TRUE(editor.canSave());
+  const auto expected = editor.matchCount();
+  model.save();
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  const int row = 12;
+  EXPECT_EQ(model.data(model.index(row), RulesModel::NameRole).toString(), "Drafts");
+
+  model.previewRule(row);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
+  EXPECT_EQ(model.previewCount(), expected);
+
+  model.setEnabled(0, false);
+  ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
+  model.remove(row);
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+}
+
+TEST_F(SectionModelsTest, runsARuleOnWhatItTakesAndUndoesIt) {
+  setAge(tree.file("Downloads/Logs/old.log", "lines"), 60 * 86400.0);
+  tree.file("Downloads/keep.txt");
+  CleanupRule rule;
+  rule.name = "Logs";
+  rule.trigger.fileExtensions = {"log"};
+  rule.action = RuleAction::moveToTrash();
+  rule.isEnabled = false;
+  rules.addOrUpdateRule(rule);
+  RulesModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  model.run(12);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(tree.path("Downloads/Logs/old.log")));
+  EXPECT_TRUE(exists(tree.path("Downloads/keep.txt")));
+  model.undo();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/Logs/old.log")));
+}
+
+TEST_F(SectionModelsTest, uninstallsAnApplicationWithWhatIsChosenOfItsLeftovers) {
+  tree.file("Applications/Paint.app/Contents/Info.plist",
+            R"(<?xml version="1.0"?><plist version="1.0"><dict><key>CFBundleIdentifier</key>)"
+            R"(<string>com.example.paint</string><key>CFBundleName</key><string>Paint</string></dict></plist>)");
+  tree.file("Library/Caches/com.example.paint/data", "cache");
+  tree.file("Library/Logs/com.example.paint/log", "log");
+  AppsModel model(services(), sections());
+  model.list();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasListed(); }));
+  ASSERT_EQ(model.rowCount(), 1);
+  EXPECT_EQ(model.data(model.index(0), AppsModel::IdentifierRole).toString(), "com.example.paint");
+  model.setSearchText("nothing");
+  EXPECT_EQ(model.rowCount(), 0);
+  model.setSearchText("PAINT");
+  ASSERT_EQ(model.rowCount(), 1);
+
+  model.review(0);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isFindingLeftovers(); }));
+  ASSERT_EQ(model.leftovers().size(), 2);
+  EXPECT_EQ(model.reviewCount(), 1);
+  model.toggleLeftover(0);
+  EXPECT_EQ(model.reviewCount(), 2);
+  const auto chosen = model.leftovers().front().toMap()["path"].toString().toStdString();
+  const auto other = model.leftovers().back().toMap()["path"].toString().toStdString();
+  model.uninstall();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(tree.path("Applications/Paint.app")));
+  EXPECT_FALSE(exists(chosen));
+  EXPECT_TRUE(exists(other));
+  model.undo();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Applications/Paint.app/Contents/Info.plist")));
+  EXPECT_TRUE(exists(chosen));
+}
+
+TEST_F(SectionModelsTest, plansOfflineShowsWhatItWouldDoAndDoesItWhenConfirmed) {
+  const ScopedEnvironment home("HOME", tree.path().c_str());
+  setAge(tree.file("Downloads/setup.dmg", "installer"), 60 * 86400.0);
+  tree.file("Downloads/keep.txt");
+  AgentModel model(services(), sections());
+  EXPECT_TRUE(model.isOffline());
+  model.setPrompt("delete dmg files older than 30 days in downloads");
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  ASSERT_TRUE(model.hasPlan()) << model.error().toStdString();
+  EXPECT_FALSE(model.planSteps().isEmpty());
+  ASSERT_EQ(model.rowCount(), 1);
+  EXPECT_EQ(model.data(model.index(0), AgentModel::NameRole).toString(), "setup.dmg");
+  EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
+  if (model.selectedCount() == 0) model.toggle(0);
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_THAT(model.messages(), IsEmpty());
+  EXPECT_FALSE(exists(tree.path("Downloads/setup.dmg")));
+  EXPECT_FALSE(model.hasPlan());
+  model.undo();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
+}
+
+TEST_F(SectionModelsTest, showsWhatWouldBeSentAndSendsNothingWithoutAKey) {
+  AgentModel model(services(), sections());
+  model.setPrompt("delete old logs");
+  model.updateRequest();
+  model.setProvider(static_cast<int>(AIProvider::anthropic));
+  model.updateRequest();
+  ASSERT_TRUE(becomesTrue([&] { return !model.request().isEmpty(); }));
+  EXPECT_THAT(model.request().toStdString(), testing::HasSubstr("delete old logs"));
+  EXPECT_TRUE(model.isOffline());
+  bool isSent = false;
+  QObject::connect(&model, &AgentModel::requestSent, [&] { isSent = true; });
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_FALSE(isSent);
+}
+
+}  // namespace
+}  // namespace orvane::test
