@@ -21,7 +21,7 @@ namespace orvane {
 
 // The assistant: a request in plain words becomes a plan, and the plan a list of files with what would be done with
 // each. Nothing is changed before the user confirms.
-class AgentModel : public RunModel {
+class AgentModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")

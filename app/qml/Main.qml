@@ -32,7 +32,7 @@ ApplicationWindow {
         ["Apps", {appState: appState, model: apps}],
         ["Organize", {appState: appState, model: organize}],
         ["Rules", {appState: appState, model: rules}],
-        ["Coming", {section: "agent"}],
+        ["Agent", {appState: appState, model: agent}],
         ["History", {appState: appState, model: history}],
         ["Privacy", {appState: appState, model: privacy}],
         ["Settings", {

@@ -63,12 +63,14 @@ set(ORVANE_QML_FILES
   qml/components/TreemapArea.qml
   qml/components/TreemapLayout.js
   qml/components/TriStateBox.qml
+  qml/screens/AgentEntry.qml
+  qml/screens/AgentMatches.qml
+  qml/screens/AgentScreen.qml
   qml/screens/AppEntry.qml
   qml/screens/AppsScreen.qml
   qml/screens/CleanupEntry.qml
   qml/screens/CleanupList.qml
   qml/screens/CleanupScreen.qml
-  qml/screens/ComingScreen.qml
   qml/screens/DiskCard.qml
   qml/screens/DuplicateEntry.qml
   qml/screens/DuplicatesScreen.qml

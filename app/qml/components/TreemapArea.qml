@@ -34,6 +34,7 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.Button
     Accessible.name: root.label + ", " + root.sizeText
+    Accessible.onPressAction: root.chosen(null)
     onClicked: root.chosen(hover.hovered && hover.part >= 0 ? folders[hover.part] : null)
     Keys.onReturnPressed: root.chosen(null)
     Keys.onEnterPressed: root.chosen(null)

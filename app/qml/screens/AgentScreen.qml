@@ -1,0 +1,245 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// A request in plain words, the plan made of it, and every file that it would touch before anything moves.
+Page {
+    id: root
+
+    required property AppState appState
+    required property AgentModel model
+
+    readonly property bool isBusy: model.isPlanning || model.isWorking
+    readonly property var currentProvider: model.providers[model.provider] ?? null
+
+    function names(providers: var): var {
+        return providers.map(provider => provider.needsKey && !provider.hasKey
+                                         ? qsTr("agent.provider_no_key").arg(provider.name) : provider.name);
+    }
+
+    function find() {
+        prompt.forceActiveFocus(Qt.ShortcutFocusReason);
+        prompt.selectAll();
+    }
+
+    function undo() {
+        if (model.canUndo && !isBusy)
+            model.undo();
+    }
+
+    function startWork() {
+        if (!isBusy && model.prompt.trim() !== "")
+            model.dryRun();
+    }
+
+    title: qsTr("nav.agent")
+    subtitle: qsTr("agent.subtitle")
+    actions: [
+        Item {
+            visible: root.model.isOffline
+            implicitWidth: badge.implicitWidth
+            implicitHeight: Theme.controlHeight
+
+            Chip {
+                id: badge
+
+                anchors.verticalCenter: parent.verticalCenter
+                kind: Chip.Kind.Safe
+                text: qsTr("agent.offline_badge")
+            }
+        },
+        MenuButton {
+            enabled: !root.isBusy
+            label: qsTr("agent.provider")
+            choices: root.names(root.model.providers)
+            current: root.model.provider
+            onChosen: index => root.model.provider = index
+        }
+    ]
+
+    Component.onCompleted: prompt.forceActiveFocus()
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        Card {
+            Layout.fillWidth: true
+            padding: 12
+            implicitHeight: 62
+
+            RowLayout {
+                anchors.fill: parent
+                anchors.leftMargin: 4
+                spacing: 12
+
+                Icon {
+                    name: "agent"
+                    size: 20
+                    color: Theme.accent
+                }
+
+                InputField {
+                    id: prompt
+
+                    Layout.fillWidth: true
+                    leftPadding: 0
+                    enabled: !root.isBusy
+                    placeholder: qsTr("agent.placeholder")
+                    label: qsTr("agent.prompt")
+                    font.pixelSize: 15
+                    text: root.model.prompt
+                    background: null
+                    onTextEdited: root.model.prompt = text
+                    onAccepted: root.startWork()
+                }
+
+                PlainButton {
+                    enabled: root.model.prompt.trim() !== ""
+                    text: qsTr("agent.what_is_sent")
+                    onClicked: {
+                        root.model.updateRequest();
+                        request.open();
+                    }
+                }
+
+                PrimaryButton {
+                    enabled: root.model.prompt.trim() !== "" && !root.isBusy
+                    text: qsTr("action.dry_run")
+                    onClicked: root.model.dryRun()
+                }
+            }
+        }
+
+        ProgressStrip {
+            Layout.fillWidth: true
+            visible: root.model.isPlanning
+            title: qsTr("agent.planning")
+            figures: root.model.progressText
+            onCancelAsked: root.model.cancel()
+        }
+
+        RunStrip {
+            Layout.fillWidth: true
+            isWorking: root.model.isWorking
+            workTitle: qsTr("agent.applying")
+            done: root.model.progressDone
+            total: root.model.progressTotal
+            detail: root.model.progressText
+            outcome: root.model.resultText
+            canUndo: root.model.canUndo
+            undoLabel: qsTr("dashboard.undo")
+            onCancelAsked: root.model.cancel()
+            onUndoAsked: root.model.undo()
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.model.error !== "" || root.model.messages.length > 0
+            isWarning: true
+            text: root.model.error !== "" ? root.model.error : Texts.firstLines(root.model.messages, 4)
+        }
+
+        Card {
+            Layout.fillWidth: true
+            visible: root.model.hasPlan
+            implicitHeight: plan.implicitHeight + 2 * padding - 4
+
+            ColumnLayout {
+                id: plan
+
+                y: -2
+                width: parent.width
+                spacing: 6
+
+                CaptionText {
+                    Layout.fillWidth: true
+                    text: qsTr("agent.plan_by").arg(root.model.answeredBy)
+                }
+
+                HeadingText {
+                    Layout.fillWidth: true
+                    font.pixelSize: 16
+                    text: root.model.planTitle
+                    wrapMode: Text.Wrap
+                }
+
+                Repeater {
+                    model: root.model.planSteps
+
+                    BodyText {
+                        required property var modelData
+
+                        Layout.fillWidth: true
+                        color: Theme.muted
+                        text: Texts.joined([modelData.text, modelData.detail], " · ")
+                        wrapMode: Text.Wrap
+                    }
+                }
+
+                CaptionText {
+                    Layout.fillWidth: true
+                    visible: text !== ""
+                    color: Theme.review
+                    text: root.model.fallbackReason === "" ? "" : qsTr("agent.fallback").arg(root.model.fallbackReason)
+                    wrapMode: Text.Wrap
+                }
+            }
+        }
+
+        Card {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            flush: true
+
+            AgentMatches {
+                anchors.fill: parent
+                visible: root.model.hasPlan
+                model: root.model
+                isBusy: root.isBusy
+            }
+
+            EmptyState {
+                anchors.fill: parent
+                visible: !root.model.hasPlan
+                drawing: "agent"
+                title: root.model.isPlanning ? "" : qsTr("agent.empty_title")
+                text: root.model.isPlanning ? "" : qsTr("agent.empty_text")
+            }
+        }
+    }
+
+    Sheet {
+        id: request
+
+        title: qsTr("agent.what_is_sent")
+        sheetWidth: 640
+
+        ColumnLayout {
+            width: parent.width
+            spacing: 12
+
+            BodyText {
+                Layout.fillWidth: true
+                color: Theme.muted
+                text: root.model.request === "" ? qsTr("agent.nothing_sent") : qsTr("agent.sent_text")
+                wrapMode: Text.Wrap
+            }
+
+            RawText {
+                Layout.fillWidth: true
+                visible: root.model.request !== ""
+                text: root.model.request
+                label: qsTr("agent.what_is_sent")
+            }
+        }
+
+        buttons: PlainButton {
+            focus: true
+            text: qsTr("action.close")
+            onClicked: request.close()
+        }
+    }
+}
