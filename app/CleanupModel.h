@@ -22,7 +22,7 @@ class AppState;
 
 // The scanned items by category, headers and items as rows of one list, with what is selected, and the cleanup of it.
 // Filtering and sorting are done in the background; what is shown changes once they are through.
-// The base is named in full: the generator of the types for qmllint knows no namespaces.
+// The tool that describes types to QML looks for the base by the name that stands here.
 class CleanupModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT

@@ -8,6 +8,7 @@
 
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
+#include <QQmlEngine>
 #include <QStringList>
 
 #include <cstdint>

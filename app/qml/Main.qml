@@ -134,6 +134,15 @@ ApplicationWindow {
         }
     }
 
+    Connections {
+        target: loader.item
+        ignoreUnknownSignals: true
+
+        function onIntroductionAsked() {
+            onboarding.open();
+        }
+    }
+
     OnboardingSheet {
         id: onboarding
 

@@ -210,7 +210,7 @@ TEST_F(SettingsModelTest, changesTheAutomaticOrganizerWithinItsBounds) {
   tree.folder("Desktop");
   model.addAutoFolder(QString::fromStdString(tree.url("Desktop").absoluteString()));
   model.removeAutoFolder(QString::fromStdString(tree.url("Downloads").absoluteString()));
-  ASSERT_EQ(model.autoFolders().size(), 1);
+  ASSERT_TRUE(becomesTrue([&] { return model.autoFolders().size() == 1; }));
   EXPECT_EQ(model.autoFolders().front().toMap().value("path"), "~/Desktop");
 }
 

@@ -14,7 +14,8 @@ Page {
     required property LanguageModel languages
     required property OverviewModel overview
     required property TidyModel tidy
-    signal introductionAsked
+    // Opens the introduction.
+    signal introductionAsked()
 
     function startWork() {
         model.refresh();
