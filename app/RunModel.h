@@ -6,9 +6,9 @@
 #include "core/base/Uuid.h"
 #include "core/safety/CleanupRun.h"
 
+#include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
 #include <QStringList>
-#include <QtQml/qqmlregistration.h>
 
 #include <cstdint>
 #include <functional>
