@@ -8,7 +8,6 @@
 
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
-#include <QQmlEngine>
 #include <QStringList>
 
 #include <cstdint>

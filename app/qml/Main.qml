@@ -134,15 +134,6 @@ ApplicationWindow {
         }
     }
 
-    Connections {
-        target: loader.item
-        ignoreUnknownSignals: true
-
-        function onIntroductionAsked() {
-            onboarding.open();
-        }
-    }
-
     OnboardingSheet {
         id: onboarding
 

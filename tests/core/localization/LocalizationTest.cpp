@@ -39,6 +39,25 @@ TEST(LocalizedStrings, areTranslated) {
   }
 }
 
+// "%1" and the like, each once.
+std::set<std::string_view> placeholdersOf(std::string_view text) {
+  std::set<std::string_view> found;
+  for (auto at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 1)) {
+    const auto placeholder = text.substr(at, 2);
+    if (placeholder.size() == 2 && placeholder[1] >= '1' && placeholder[1] <= '9') found.insert(placeholder);
+  }
+  return found;
+}
+
+TEST(LocalizedStrings, nameTheSamePlaceholdersInEveryLanguage) {
+  for (const auto key : LocalizedStrings::keys()) {
+    const auto expected = placeholdersOf(LocalizedStrings::lookup(AppLanguage::en, key));
+    for (const auto language : allAppLanguages) {
+      EXPECT_EQ(placeholdersOf(LocalizedStrings::lookup(language, key)), expected) << key << ' ' << rawValue(language);
+    }
+  }
+}
+
 TEST(LocalizedStrings, fallBackToTheKey) {
   EXPECT_EQ(LocalizedStrings::lookup(AppLanguage::fr, "nav.overview"), "Aperçu");
   EXPECT_EQ(LocalizedStrings::lookup(AppLanguage::fr, "app.tagline"), "Désencombrez votre Mac sans aucun effort.");
