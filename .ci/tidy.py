@@ -37,7 +37,11 @@ def check(entry, folder, common, cache):
     if stamp.exists():
         return None
     result = subprocess.run(
-        ["clang-tidy", "-p", folder, "--quiet", entry["file"]], capture_output=True, text=True, errors="replace"
+        # Overloads that Qt's models hide are none of ours.
+        ["clang-tidy", "-p", folder, "--quiet", "--extra-arg=-Wno-overloaded-virtual", entry["file"]],
+        capture_output=True,
+        text=True,
+        errors="replace",
     )
     if result.returncode != 0:
         return result.stdout + result.stderr

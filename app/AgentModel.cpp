@@ -62,6 +62,7 @@ std::vector<PlanMatchResult> matchesFor(const CleaningPlan& plan, const WindowSe
   auto targets = targetsOf(plan, services, validator);
   if (targets.empty()) return {};
   std::vector<FileUrl> folders;
+  folders.reserve(targets.size());
   for (const auto& target : targets) folders.push_back(target.folder);
   PlanMatcher matcher(plan, std::move(targets));
   auto stream = services.scanner.scan(std::move(folders), DeveloperCaches::include);

@@ -20,10 +20,9 @@ class DesktopAppearance : public QObject {
  Q_SIGNALS:
   void changed();
 
- private Q_SLOTS:
-  void takeSetting(const QString& group, const QString& key, const QDBusVariant& value);
-
  private:
+  Q_SLOT void takeSetting(const QString& group, const QString& key, const QDBusVariant& value);
+
   void ask(const QString& group, const QString& key);
   void take(const QString& group, const QString& key, const QVariant& value);
 

@@ -35,7 +35,7 @@ std::string_view runStateKey(const CleanupRunSummary& run, const std::vector<Jou
 
 JournalContents readJournal(UndoJournal& journal) {
   JournalContents contents;
-  for (auto& summary : journal.getRuns()) {
+  for (const auto& summary : journal.getRuns()) {
     const auto entries = journal.getEntries(summary.runId);
     JournalRun run;
     for (const auto& entry : entries) {
@@ -47,8 +47,8 @@ JournalContents readJournal(UndoJournal& journal) {
     }
     run.kindKey = runKindKey(entries);
     run.stateKey = runStateKey(summary, entries, run.remaining);
-    run.summary = std::move(summary);
-    contents.runs.push_back(std::move(run));
+    run.summary = summary;
+    contents.runs.push_back(run);
   }
   return contents;
 }

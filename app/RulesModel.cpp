@@ -50,6 +50,7 @@ RuleMatches matchesOf(const std::vector<CleanupRule>& rules, const std::vector<F
   RuleMatches result;
   const auto now = ReferenceClock::now();
   std::vector<RuleMatcher> matchers;
+  matchers.reserve(rules.size());
   for (const auto& rule : rules) matchers.emplace_back(rule.trigger, now);
   for (const auto& item : items) {
     if (stop.stop_requested()) break;

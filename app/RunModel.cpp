@@ -158,7 +158,7 @@ QString RunModel::resultText() const {
     case Result::none:
       return {};
     case Result::moved: {
-      const auto text = movedText(m_report.moved, m_report.bytes);
+      auto text = movedText(m_report.moved, m_report.bytes);
       if (m_report.left == 0) return text;
       return text + u' ' + localizedText("cleanup.cancelled").arg(textFrom(formatCount(m_report.left)));
     }
