@@ -8,18 +8,9 @@ import os
 import sys
 import time
 
-from window_driver import Scenario, expect, main, wait_for
+from window_driver import Scenario, expect, files_below, main, trash_of, wait_for
 
 DAY = 86400  # seconds
-
-
-def files_below(folder):
-    """Content of each file below a folder, by its path from there."""
-    return {str(path.relative_to(folder)): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
-
-
-def trash_of(home):
-    return home / ".local/share/Trash/files"
 
 
 # --- duplicates

@@ -68,40 +68,43 @@ class Window:
                 continue
         return result
 
-    def find(self, name, exact=True):
+    def find_all(self, name, exact=True, role=None):
         for control in self.shown():
             try:
+                if role and control.get_role_name() != role:
+                    continue
                 known = (control.get_name() or "").replace("\u00a0", " ")
             except self.glib_error:
                 continue
             if known == name or (not exact and name in known):
-                return control
-        return None
+                yield control
+
+    def find(self, name, exact=True, role=None):
+        return next(self.find_all(name, exact, role), None)
 
     def sees(self, name):
         return wait_for(f"“{name}”", lambda: self.find(name, exact=False))
 
-    def press(self, name):
-        def act():
-            control = self.find(name)
-            if not control:
-                return False
+    def press(self, name, exact=True):
+        """Presses the first control of that name that can be pressed: a mere text may say the same."""
+
+        def press_one(control):
             try:
                 if not control.get_state_set().contains(self.atspi.StateType.ENABLED):
                     return False
                 action = self.atspi.Action
                 names = [action.get_action_name(control, index) for index in range(action.get_n_actions(control))]
-                return action.do_action(control, names.index("Press"))
+                return "Press" in names and action.do_action(control, names.index("Press"))
             except self.glib_error:
                 return False
 
-        wait_for(f"a press of “{name}”", act)
+        wait_for(f"a press of “{name}”", lambda: any(press_one(control) for control in self.find_all(name, exact)))
 
-    def focus(self, name):
+    def focus(self, name, role=None):
         """Gives the keyboard to a control."""
 
         def act():
-            control = self.find(name)
+            control = self.find(name, role=role)
             if not control:
                 return False
             try:
@@ -116,7 +119,7 @@ class Window:
 
     def type(self, name, text):
         """Types into a field, key by key."""
-        self.focus(name)
+        self.focus(name, "text")
         for character in text:
             self.key(ord(character))
 
@@ -132,6 +135,15 @@ class Window:
 def expect(condition, what):
     if not condition:
         raise Failure(what)
+
+
+def files_below(folder):
+    """Content of each file below a folder, by its path from there."""
+    return {str(path.relative_to(folder)): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
+
+
+def trash_of(home):
+    return home / ".local/share/Trash/files"
 
 
 class Scenario:
