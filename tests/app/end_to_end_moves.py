@@ -1,0 +1,133 @@
+#!/usr/bin/python3
+"""Drives the sections that move files on the user's word, each in a home of its own, and undoes what they did.
+
+    end_to_end_moves.py PROGRAM [SCENARIO]
+"""
+
+import os
+import sys
+import time
+
+from window_driver import Scenario, expect, files_below, main, trash_of, wait_for
+
+DAY = 86400  # seconds
+
+
+# --- duplicates
+
+
+def prepare_duplicates(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    picture = bytes(range(200)) * 30
+    for name, age in [("holiday.mov", 3), ("copy of holiday.mov", 1)]:
+        (downloads / name).write_bytes(picture)
+        os.utime(downloads / name, (time.time() - age * DAY,) * 2)
+    (downloads / "alone.mov").write_bytes(picture[:-1] + b"!")
+
+
+def clean_duplicates(window, home):
+    downloads = home / "Downloads"
+    before = files_below(downloads)
+
+    window.press("Duplicates")
+    window.press("Find Duplicates")
+    window.sees("2 copies")
+    expect(files_below(downloads) == before, "looking for duplicates moved something")
+    window.press("Clean 1 · 6 KB")
+    window.sees("Cleaned 1 duplicate files, freeing 6 KB.")
+    expect(files_below(trash_of(home)) == {"copy of holiday.mov": before["copy of holiday.mov"]}, "not the copy went")
+    after = {name: content for name, content in before.items() if name != "copy of holiday.mov"}
+    expect(files_below(downloads) == after, "more than the copy left its place")
+    window.press("OK")
+
+    window.press("Undo Clean")
+    wait_for("the copy to come back", lambda: files_below(downloads) == before)
+    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+
+
+# --- organizer
+
+
+def prepare_organizer(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    (downloads / "song.mp3").write_bytes(b"la" * 1000)
+    (downloads / "report.pdf").write_bytes(b"words" * 1000)
+
+
+def organize(window, home):
+    downloads = home / "Downloads"
+    before = files_below(downloads)
+
+    window.press("Organize")
+    window.press("Folder: Choose a Folder")
+    window.press("Downloads")
+    window.press("Analyze")
+    window.sees("2 moves")
+    expect(files_below(downloads) == before, "a proposal moved something")
+    window.press("Move 2 · 7 KB")
+    wait_for("an emptied folder", lambda: not any(path.is_file() for path in downloads.iterdir()))
+    wait_for("two files in their folders", lambda: len(files_below(downloads)) == 2)
+    organized = files_below(downloads)
+    for name, content in before.items():
+        places = [path for path in organized if path.endswith("/" + name)]
+        expect(len(places) == 1 and organized[places[0]] == content, f"{name} did not arrive")
+
+    window.press("Undo")
+    wait_for("the files to come back", lambda: files_below(downloads) == before)
+
+
+# --- applications
+
+
+INFORMATION = """<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict>
+<key>CFBundleIdentifier</key><string>com.example.paint</string>
+<key>CFBundleName</key><string>Paint</string>
+<key>CFBundleShortVersionString</key><string>2.1</string>
+</dict></plist>
+"""
+
+
+def prepare_applications(home):
+    bundle = home / "Applications/Paint.app/Contents"
+    (bundle / "MacOS").mkdir(parents=True)
+    (bundle / "Info.plist").write_text(INFORMATION)
+    (bundle / "MacOS/Paint").write_bytes(b"code" * 1000)
+    cache = home / "Library/Caches/com.example.paint"
+    cache.mkdir(parents=True)
+    (cache / "brush.cache").write_bytes(b"b" * 500)
+
+
+def uninstall(window, home):
+    applications = home / "Applications"
+    cache = home / "Library/Caches"
+    before = files_below(applications)
+    left = files_below(cache)
+
+    window.press("Applications")
+    window.press("Review: Paint")
+    window.sees("Uninstall Paint")
+    window.sees("com.example.paint, ")
+    expect(files_below(applications) == before, "the review moved something")
+    window.press("com.example.paint, 500 bytes")
+    window.press("Uninstall 2 items · 5 KB")
+    wait_for("the application to go", lambda: not files_below(applications))
+    wait_for("its cache to go", lambda: not files_below(cache))
+    window.press("Undo")
+    wait_for("the application to come back", lambda: files_below(applications) == before)
+    wait_for("its cache to come back", lambda: files_below(cache) == left)
+    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+
+
+if __name__ == "__main__":
+    sys.exit(
+        main(
+            {
+                "duplicates": Scenario(prepare_duplicates, clean_duplicates),
+                "organizer": Scenario(prepare_organizer, organize),
+                "applications": Scenario(prepare_applications, uninstall),
+            }
+        )
+    )

@@ -1,0 +1,93 @@
+#!/usr/bin/python3
+"""Drives the sections in which the user says what is to go: rules, and the assistant without a network.
+
+    end_to_end_requests.py PROGRAM [SCENARIO]
+"""
+
+import os
+import sys
+import time
+
+from window_driver import Scenario, expect, files_below, main, trash_of, wait_for
+
+DAY = 86400  # seconds
+
+
+def prepare_rules(home):
+    logs = home / "Downloads/Logs"
+    logs.mkdir(parents=True)
+    for name in ("old.log", "old.dat"):
+        (logs / name).write_bytes(b"line\n" * 400)
+        os.utime(logs / name, (time.time() - 60 * DAY,) * 2)
+
+
+def write_and_run_rule(window, home):
+    downloads = home / "Downloads"
+    before = files_below(downloads)
+
+    window.press("Rules")
+    window.press("New Rule")
+    window.type("Name", "Drop logs")
+    window.type("File extensions", "log")
+    window.press("What happens: To the Trash")
+    window.press("Review Only")
+    window.press("What happens: Review Only")
+    window.press("To the Trash")
+    window.sees("1 file right now, 2 KB")
+    window.press("Save")
+    window.sees("13 rules, 9 switched on")
+    expect(files_below(downloads) == before, "writing a rule moved something")
+
+    # None of the rules that come with the program takes a log outside the folder of logs.
+    window.press("Run 9 Rules")
+    window.sees("1 item moved, 2 KB in all.")
+    expect(files_below(trash_of(home)) == {"old.log": before["Logs/old.log"]}, "not the log went to the Trash")
+    expect(files_below(downloads) == {"Logs/old.dat": before["Logs/old.dat"]}, "more than the log left its place")
+
+    window.press("Undo")
+    wait_for("the log to come back", lambda: files_below(downloads) == before)
+    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+
+
+def prepare_assistant(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    for name, age in (("setup.dmg", 60), ("new.dmg", 0), ("letter.txt", 60)):
+        (downloads / name).write_bytes(name.encode() * 500)
+        os.utime(downloads / name, (time.time() - age * DAY,) * 2)
+
+
+def ask_assistant(window, home):
+    downloads = home / "Downloads"
+    before = files_below(downloads)
+
+    window.press("AI Agent")
+    window.sees("Offline Heuristic Engine Active")
+    window.type("Your request", "delete dmg files older than 30 days in downloads")
+    window.press("Run Dry Run")
+    window.sees("Plan by ")
+    window.sees("setup.dmg, ")
+    expect(not window.find("new.dmg", exact=False), "the plan takes a new file")
+    expect(files_below(downloads) == before, "a dry run moved something")
+    if not window.is_checked("setup.dmg, "):
+        window.press("setup.dmg, ", exact=False)
+    window.press("Confirm & Apply")
+    window.sees("1 item moved.")
+    expect(files_below(trash_of(home)) == {"setup.dmg": before["setup.dmg"]}, "not the old file went to the Trash")
+    after = {name: content for name, content in before.items() if name != "setup.dmg"}
+    expect(files_below(downloads) == after, "more than the old file left its place")
+
+    window.press("Undo")
+    wait_for("the file to come back", lambda: files_below(downloads) == before)
+    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+
+
+if __name__ == "__main__":
+    sys.exit(
+        main(
+            {
+                "rules": Scenario(prepare_rules, write_and_run_rule),
+                "assistant": Scenario(prepare_assistant, ask_assistant),
+            }
+        )
+    )
