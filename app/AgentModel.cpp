@@ -208,9 +208,9 @@ QVariantList AgentModel::planSteps() const {
   QVariantList result;
   if (!m_answer) return result;
   for (const auto& step : m_answer->planned.plan.steps) {
-    auto detail = step.targetFolder;
-    if (step.destinationFolder) detail += " → " + *step.destinationFolder;
-    result.append(QVariantMap{{"text", shownName(step.explanation)}, {"detail", textFrom(detail)}});
+    auto detail = shownPath(step.targetFolder, services().home);
+    if (step.destinationFolder) detail += QStringLiteral(" → ") + shownPath(*step.destinationFolder, services().home);
+    result.append(QVariantMap{{"text", shownName(step.explanation)}, {"detail", detail}});
   }
   return result;
 }

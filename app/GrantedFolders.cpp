@@ -30,11 +30,9 @@ FileUrl GrantedFolders::placeFrom(const QString& text) {
 }
 
 QVariantMap GrantedFolders::row(const FileUrl& folder, const FileUrl& home) {
-  const auto inside = home.path() + "/";
-  const auto path = folder.path().starts_with(inside) ? "~/" + folder.path().substr(inside.size()) : folder.path();
   return {
       {"name", shownName(folder.lastPathComponent())},
-      {"path", shownName(path)},
+      {"path", shownPath(folder.path(), home)},
       {"url", textFrom(folder.absoluteString())},
   };
 }

@@ -42,4 +42,9 @@ double milliseconds(const std::optional<Date>& date) {
   return date ? milliseconds(*date) : 0.0;
 }
 
+QString shownPath(std::string_view path, const FileUrl& home) {
+  const auto inside = home.path() + "/";
+  return shownName(path.starts_with(inside) ? "~/" + std::string(path.substr(inside.size())) : std::string(path));
+}
+
 }  // namespace orvane

@@ -21,6 +21,8 @@ namespace orvane {
 [[nodiscard]] QString shownName(std::string_view name);
 // The folder that holds a place, from the home folder where it lies in there ("Library/Caches"), else absolute.
 [[nodiscard]] QString shownPlace(const FileUrl& place, const FileUrl& home);
+// A path with the home folder as "~".
+[[nodiscard]] QString shownPath(std::string_view path, const FileUrl& home);
 
 // Milliseconds since 1970, as QML keeps dates; 0 where there is none.
 [[nodiscard]] double milliseconds(Date date);
