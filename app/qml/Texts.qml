@@ -10,6 +10,12 @@ QtObject {
         return Format.revision >= 0 ? Format.bytes(value) : "";
     }
 
+    // In whole units: the disk's size at a glance.
+    function roughBytes(value: double): string {
+        const unit = value >= 1e12 ? 1e11 : value >= 1e9 ? 1e9 : value >= 1e6 ? 1e6 : 1e3;
+        return bytes(Math.round(value / unit) * unit);
+    }
+
     function count(value: double): string {
         return Format.revision >= 0 ? Format.count(value) : "";
     }
@@ -18,9 +24,18 @@ QtObject {
         return Format.revision >= 0 ? Format.percent(value) : "";
     }
 
-    // Milliseconds since 1970; 0 or less stands for no date and gives an empty text. So for the next two.
+    // Milliseconds since 1970; 0 or less stands for no date and gives an empty text. So for the next ones.
     function dateTime(value: double): string {
         return Format.revision >= 0 && value > 0 ? Format.dateTime(value) : "";
+    }
+
+    // A date near today by its name: "today at 15:30". Capitalized where it stands alone.
+    function moment(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.moment(value, true) : "";
+    }
+
+    function momentInText(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.moment(value, false) : "";
     }
 
     function day(value: double): string {

@@ -21,6 +21,7 @@ set(ORVANE_QML_FILES
   qml/components/FigureText.qml
   qml/components/FileThumb.qml
   qml/components/FocusRing.qml
+  qml/components/FocusFollower.qml
   qml/components/FolderButton.qml
   qml/components/FolderRow.qml
   qml/components/HeadingText.qml
@@ -42,9 +43,11 @@ set(ORVANE_QML_FILES
   qml/components/ProgressStrip.qml
   qml/components/RawText.qml
   qml/components/Ring.qml
+  qml/components/RoundedCorners.qml
   qml/components/RowList.qml
   qml/components/RunStrip.qml
   qml/components/ScreenHeader.qml
+  qml/components/ScrollColumn.qml
   qml/components/ScrollHint.qml
   qml/components/SearchField.qml
   qml/components/SectionHeader.qml

@@ -10,7 +10,7 @@ Item {
     default property alias content: inner.data
     property int padding: 20
     property int radius: Theme.cardRadius
-    // What lies inside reaches to the hairline and is cut at the corners' square.
+    // What lies inside reaches to the hairline, and the corners are put over it.
     property bool flush: false
 
     implicitWidth: inner.childrenRect.width + 2 * root.inset
@@ -46,5 +46,10 @@ Item {
 
         anchors.fill: parent
         anchors.margins: root.inset
+    }
+
+    RoundedCorners {
+        visible: root.flush
+        radius: root.radius
     }
 }

@@ -25,7 +25,10 @@ Item {
     readonly property real wantedWidth: Math.max(titleText.implicitWidth, Math.min(260, subtitleText.implicitWidth))
     readonly property bool stacked: actionsWidth > 0 && actionsWidth + 24 + wantedWidth > width
 
-    implicitHeight: stacked ? 70 + actionFlow.implicitHeight : 60
+    // A long line takes a second one rather than lose its end.
+    readonly property int moreLines: Math.max(0, subtitleText.lineCount - 1) * 20
+
+    implicitHeight: stacked ? 70 + moreLines + actionFlow.implicitHeight : 60 + moreLines
 
     TitleText {
         id: titleText
@@ -44,6 +47,8 @@ Item {
         width: titleText.width
         color: Theme.muted
         text: root.subtitle
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
 
         HoverHandler {
             id: hover
@@ -59,7 +64,7 @@ Item {
         id: actionFlow
 
         x: root.stacked ? 0 : root.width - root.actionsWidth
-        y: root.stacked ? 60 : 6
+        y: root.stacked ? 60 + root.moreLines : 6
         width: root.stacked ? root.width : root.actionsWidth
         spacing: 12
     }

@@ -10,6 +10,9 @@ T.Popup {
     property alias buttons: buttonRow.data
     property int sheetWidth: 480
     property bool canClose: true
+    // Beside the buttons, so that it is seen however far the content is scrolled.
+    property string hint: ""
+    property color hintColor: Theme.muted
     default property alias body: holder.data
 
     parent: T.Overlay.overlay
@@ -82,12 +85,29 @@ T.Popup {
 
                 T.ScrollBar.vertical: ScrollHint {}
 
+                FocusFollower {
+                    area: scroll
+                }
+
                 Item {
                     id: holder
 
                     width: scroll.width
                     height: childrenRect.height
                 }
+            }
+
+            CaptionText {
+                anchors.bottom: parent.bottom
+                width: Math.max(0, parent.width - buttonRow.childrenRect.width - 20)
+                height: buttonRow.height
+                visible: text !== ""
+                verticalAlignment: Text.AlignVCenter
+                text: root.hint
+                color: root.hintColor
+                font.pixelSize: 13
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
             }
 
             Flow {

@@ -53,7 +53,7 @@ Item {
             anchors.centerIn: parent
             visible: picture.status !== Image.Ready
             text: root.name.charAt(0).toUpperCase()
-            color: Theme.accent
+            color: Theme.accentHover
             font.pixelSize: 17
             font.weight: Font.DemiBold
             textFormat: Text.PlainText

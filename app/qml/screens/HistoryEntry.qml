@@ -27,7 +27,7 @@ Item {
     readonly property bool isGone: stateKey === "state.gone" || stateKey === "state.occupied"
     readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
     readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
-    readonly property string detail: isRun ? Texts.dateTime(date)
+    readonly property string detail: isRun ? Texts.moment(date)
                                            : destination === "" ? place : place + " → " + destination
 
     height: isRun ? 58 : 51

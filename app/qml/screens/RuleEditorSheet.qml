@@ -32,6 +32,12 @@ Sheet {
     onOpened: nameField.edit()
     title: editor.isNew ? qsTr("rules.new_title") : qsTr("rules.edit_title")
     sheetWidth: 680
+    hint: problems.rule ? qsTr(problems.rule)
+                        : editor.matchCount < 0
+                          ? qsTr("rules.counting")
+                          : qsTr("rules.matches").arg(Texts.counted("count.files", editor.matchCount)).arg(
+                                Texts.bytes(editor.matchBytes))
+    hintColor: problems.rule ? Theme.review : Theme.accent
 
     GridLayout {
         width: parent.width - 12
@@ -100,7 +106,7 @@ Sheet {
         }
 
         FieldLabel {
-            Layout.alignment: Qt.AlignTop
+            Layout.topMargin: 0
             text: qsTr("rules.categories")
         }
 
@@ -197,21 +203,6 @@ Sheet {
                 onClicked: actionPicker.open()
             }
         }
-
-        CaptionText {
-            Layout.columnSpan: 2
-            Layout.fillWidth: true
-            Layout.topMargin: 4
-            text: root.problems.rule ? qsTr(root.problems.rule)
-                                            : root.editor.matchCount < 0
-                                              ? qsTr("rules.counting")
-                                              : qsTr("rules.matches").arg(Texts.counted("count.files",
-                                                                                        root.editor.matchCount)).arg(
-                                                    Texts.bytes(root.editor.matchBytes))
-            color: root.problems.rule ? Theme.review : Theme.accent
-            font.pixelSize: 13
-            wrapMode: Text.Wrap
-        }
     }
 
     PickFolder {
@@ -240,6 +231,8 @@ Sheet {
 
     component FieldLabel: BodyText {
         Layout.preferredWidth: 150
+        Layout.alignment: Qt.AlignTop
+        Layout.topMargin: 8
         wrapMode: Text.Wrap
     }
 

@@ -109,6 +109,7 @@ Item {
         }
     }
 
+    // Always there, so that nobody has to find them by chance; quiet until the row is pointed at or has the keyboard.
     Row {
         id: actions
 
@@ -116,21 +117,24 @@ Item {
         anchors.rightMargin: width > 0 ? 10 : 0
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
+        opacity: root.isActive ? 1 : 0.75
 
         HoverHandler {
             id: actionHover
         }
 
         Repeater {
-            model: root.isActive ? root.offers : []
+            model: root.offers
 
             IconButton {
                 required property var modelData
 
-                focusPolicy: Qt.NoFocus
+                // Tab goes from the row to its actions, and from the last of them past the other rows.
+                focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
                 enabled: !root.isBusy
                 symbol: modelData.symbol
                 text: qsTr(modelData.key)
+                Accessible.description: root.name
                 onClicked: modelData.run()
             }
         }
