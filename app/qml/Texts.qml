@@ -10,10 +10,9 @@ QtObject {
         return Format.revision >= 0 ? Format.bytes(value) : "";
     }
 
-    // In whole units: the disk's size at a glance.
-    function roughBytes(value: double): string {
-        const unit = value >= 1e12 ? 1e11 : value >= 1e9 ? 1e9 : value >= 1e6 ? 1e6 : 1e3;
-        return bytes(Math.round(value / unit) * unit);
+    // With so many digits that count: sizes at a glance. Whole bytes stay whole.
+    function roughBytes(value: double, digits: int): string {
+        return bytes(value < 1e3 ? value : Number(value.toPrecision(digits)));
     }
 
     function count(value: double): string {

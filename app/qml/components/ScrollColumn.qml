@@ -52,6 +52,14 @@ Flickable {
         event.accepted = true;
     }
 
+    // Shows that there is more above.
+    Divider {
+        parent: root
+        width: parent.width - 16
+        visible: !root.atYBeginning
+        z: 1
+    }
+
     FocusFollower {
         area: root
     }

@@ -113,7 +113,15 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 12
         height: parent.height
-        width: Math.max(110, restore.implicitWidth)
+        // As wide for entries as for runs, so that the columns stand below one another.
+        width: Math.max(110, runLabel.advanceWidth + 40)
+
+        TextMetrics {
+            id: runLabel
+
+            text: qsTr("history.restore_run")
+            font: restore.font
+        }
 
         LinkButton {
             id: restore

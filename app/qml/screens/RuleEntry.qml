@@ -40,12 +40,12 @@ Item {
                                                                     ? qsTr("rules.to_folder").arg(actionPath)
                                                                     : qsTr("rules.review_only")
 
-    // What can be done with the rule: {symbol, key, run}.
+    // What can be done with the rule, from the right: {symbol, key, run}.
     readonly property var offers: {
         const all = [
-            {symbol: "search", key: "rules.preview", run: () => root.previewAsked()},
+            {symbol: "edit", key: "rules.edit", run: () => root.editAsked()},
             {symbol: "play", key: "rules.run_one", run: () => root.runAsked()},
-            {symbol: "edit", key: "rules.edit", run: () => root.editAsked()}
+            {symbol: "search", key: "rules.preview", run: () => root.previewAsked()}
         ];
         if (!isBuiltIn)
             all.push({symbol: "trash", key: "rules.remove", run: () => root.removeAsked()});
@@ -90,7 +90,7 @@ Item {
     Column {
         anchors.left: parent.left
         anchors.leftMargin: 68
-        anchors.right: actions.left
+        anchors.right: chip.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         opacity: root.isEnabled ? 1 : 0.75
@@ -113,9 +113,11 @@ Item {
     Row {
         id: actions
 
-        anchors.right: chip.left
-        anchors.rightMargin: width > 0 ? 10 : 0
+        anchors.right: parent.right
+        anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
+        // From the right, so that each stands below its like.
+        layoutDirection: Qt.RightToLeft
         spacing: 2
         opacity: root.isActive ? 1 : 0.75
 
@@ -144,7 +146,8 @@ Item {
         id: chip
 
         anchors.right: parent.right
-        anchors.rightMargin: 16
+        // Beside the room of four actions.
+        anchors.rightMargin: 14 + 4 * 30
         anchors.verticalCenter: parent.verticalCenter
         kind: root.action === "moveToTrash" ? Chip.Kind.Accent
                                             : root.action === "moveToFolder" ? Chip.Kind.Safe : Chip.Kind.Manual
