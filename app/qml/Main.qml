@@ -139,6 +139,7 @@ ApplicationWindow {
 
         appState: window.appState
         settings: window.settings
+        languages: window.languages
     }
 
     Instantiator {

@@ -102,16 +102,23 @@ set(ORVANE_QML_RESOURCES
   qml/icons/agent.svg
   qml/icons/app.svg
   qml/icons/apps.svg
+  qml/icons/archivebox.fill.svg
   qml/icons/arrow-right.svg
+  qml/icons/arrow.down.circle.fill.svg
   qml/icons/bell.svg
+  qml/icons/camera.viewfinder.svg
   qml/icons/check.svg
   qml/icons/chevron-down.svg
   qml/icons/chevron-right.svg
   qml/icons/cleanup.svg
   qml/icons/clock.svg
   qml/icons/close.svg
+  qml/icons/cloud.fill.svg
   qml/icons/cloud.svg
   qml/icons/dash.svg
+  qml/icons/doc.fill.svg
+  qml/icons/doc.on.doc.fill.svg
+  qml/icons/doc.plaintext.fill.svg
   qml/icons/drawing-agent.svg
   qml/icons/drawing-apps.svg
   qml/icons/drawing-clean.svg
@@ -125,19 +132,28 @@ set(ORVANE_QML_RESOURCES
   qml/icons/drawing-search.svg
   qml/icons/duplicates.svg
   qml/icons/edit.svg
+  qml/icons/externaldrive.fill.svg
   qml/icons/file.svg
   qml/icons/folder-open.svg
+  qml/icons/folder.badge.gearshape.svg
   qml/icons/folder.svg
   qml/icons/globe.svg
+  qml/icons/hammer.fill.svg
   qml/icons/history.svg
+  qml/icons/icloud.fill.svg
   qml/icons/info.svg
+  qml/icons/internaldrive.fill.svg
   qml/icons/key.svg
   qml/icons/lock.svg
+  qml/icons/magnifyingglass.circle.fill.svg
   qml/icons/mark.svg
+  qml/icons/menubar.dock.rectangle.svg
+  qml/icons/message.fill.svg
   qml/icons/minus.svg
   qml/icons/more.svg
   qml/icons/organize.svg
   qml/icons/overview.svg
+  qml/icons/photo.fill.svg
   qml/icons/picture.svg
   qml/icons/play.svg
   qml/icons/plus.svg
@@ -147,8 +163,11 @@ set(ORVANE_QML_RESOURCES
   qml/icons/search.svg
   qml/icons/send.svg
   qml/icons/settings.svg
+  qml/icons/shippingbox.fill.svg
   qml/icons/sort.svg
   qml/icons/tag.svg
+  qml/icons/trash.fill.svg
+  qml/icons/trash.slash.fill.svg
   qml/icons/trash.svg
   qml/icons/undo.svg
   qml/icons/warning.svg

@@ -12,6 +12,7 @@ Item {
     property int radius: Theme.cardRadius
     // What lies inside reaches to the hairline, and the corners are put over it.
     property bool flush: false
+    property color outline: Theme.line
 
     implicitWidth: inner.childrenRect.width + 2 * root.inset
     implicitHeight: inner.childrenRect.height + 2 * root.inset
@@ -37,7 +38,7 @@ Item {
         anchors.fill: parent
         radius: root.radius
         color: Theme.surface
-        border.color: Theme.line
+        border.color: root.outline
         border.width: 1
     }
 

@@ -83,7 +83,13 @@ T.Popup {
                 boundsBehavior: Flickable.StopAtBounds
                 interactive: contentHeight > height
 
-                T.ScrollBar.vertical: ScrollHint {}
+                // In the sheet's margin, beside the content.
+                T.ScrollBar.vertical: ScrollHint {
+                    parent: column
+                    x: scroll.width + 6
+                    y: scroll.y
+                    height: scroll.height
+                }
 
                 FocusFollower {
                     area: scroll

@@ -71,12 +71,23 @@ T.AbstractButton {
     }
 
     contentItem: Item {
+        Icon {
+            id: symbol
+
+            x: root.width - width - 10
+            y: 10
+            visible: name !== "" && root.width > 140 && root.height > 60
+            name: root.area?.symbol ?? ""
+            color: Theme.inkOnCategory
+            size: 16
+        }
+
         Column {
             id: heading
 
             x: root.inset
             y: Math.min(10, Math.max(2, (root.height - height) / 2))
-            width: root.width - 2 * root.inset
+            width: root.width - 2 * root.inset - (symbol.visible ? 22 : 0)
             // A label of which hardly anything is left says less than none: the tooltip has it.
             visible: root.height > 22 && titleMetrics.advanceWidth < width * title.maximumLineCount * 1.3
 
@@ -96,7 +107,7 @@ T.AbstractButton {
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
                 elide: Text.ElideRight
-                maximumLineCount: root.height > 74 ? 2 : 1
+                maximumLineCount: root.height > 62 ? 2 : 1
                 wrapMode: maximumLineCount > 1 ? Text.Wrap : Text.NoWrap
                 textFormat: Text.PlainText
                 Accessible.ignored: true

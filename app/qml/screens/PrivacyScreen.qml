@@ -103,6 +103,7 @@ Page {
                     name: modelData.name
                     path: modelData.path
                     exists: modelData.exists
+                    symbol: modelData.symbol ?? "folder"
                 }
             }
 

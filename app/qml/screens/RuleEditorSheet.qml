@@ -44,7 +44,7 @@ Sheet {
     hintColor: problem !== "" ? Theme.review : Theme.accent
 
     GridLayout {
-        width: parent.width - 12
+        width: parent.width
         columns: 2
         columnSpacing: 16
         rowSpacing: 10

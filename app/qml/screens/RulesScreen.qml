@@ -39,7 +39,6 @@ Page {
                 id: more
 
                 y: parent.height + 6
-                x: parent.width - width
 
                 ChoiceItem {
                     isChoice: false

@@ -6,10 +6,9 @@ namespace {
 // A row a key, in the order of the languages.
 constexpr std::array rows{
     StringRow{"nav.language", {"Language", "Langue", "Sprache", "言語", "언어", "语言", "語言", "Idioma"}},
-    StringRow{
-        "sidebar.disk",
-        {"Disk · %1 free of %2", "Disque · %1 libres sur %2", "Speicher · %1 von %2 frei", "ディスク · %2 中 %1 空き",
-         "디스크 · %2 중 %1 사용 가능", "磁盘 · 共 %2，可用 %1", "磁碟 · 共 %2，可用 %1", "Disco · %1 libres de %2"}},
+    StringRow{"sidebar.disk",
+              {"Disk · %1 free of %2", "Libre : %1 sur %2", "Frei: %1 von %2", "空き容量 %1 / %2", "여유 공간 %1 / %2",
+               "磁盘 · 共 %2，可用 %1", "磁碟 · 共 %2，可用 %1", "Libre: %1 de %2"}},
     StringRow{
         "sidebar.trash_frees_later",
         {"Moving to the Trash frees space once you empty it.", "La corbeille ne libère de l’espace qu’une fois vidée.",
