@@ -25,6 +25,9 @@ Item {
     readonly property real wantedWidth: Math.max(titleText.implicitWidth, Math.min(260, subtitleText.implicitWidth))
     readonly property bool stacked: actionsWidth > 0 && actionsWidth + 24 + wantedWidth > width
 
+    // Short parts between dots stay whole where the line breaks.
+    readonly property string shownSubtitle: subtitle.split(" · ").map(
+                                                part => part.length < 32 ? part.replace(/ /g, "\u00a0") : part).join(" · ")
     // A long line takes a second one rather than lose its end.
     readonly property int moreLines: Math.max(0, subtitleText.lineCount - 1) * 20
 
@@ -46,7 +49,7 @@ Item {
         y: 28
         width: titleText.width
         color: Theme.muted
-        text: root.subtitle
+        text: root.shownSubtitle
         wrapMode: Text.Wrap
         maximumLineCount: 2
 
