@@ -212,8 +212,8 @@ TEST_F(SettingsModelTest, changesTheAutomaticOrganizerWithinItsBounds) {
   model.removeAutoFolder(QString::fromStdString(tree.url("Downloads").absoluteString()));
   // Each change is stored in the background, and there is one folder at the start as well.
   EXPECT_TRUE(becomesTrue([&] {
-    const auto folders = model.autoFolders();
-    return folders.size() == 1 && folders.front().toMap().value("path") == "~/Desktop";
+    const auto left = model.autoFolders();
+    return left.size() == 1 && left.front().toMap().value("path") == "~/Desktop";
   }));
 }
 
