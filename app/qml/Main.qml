@@ -27,7 +27,7 @@ ApplicationWindow {
     // What each section shows, by AppNavigationItem.
     readonly property var screens: [
         ["Overview", {appState: appState, model: overview}],
-        ["Cleanup", {appState: appState, model: cleanup}],
+        ["Cleanup", {appState: appState, model: cleanup, overview: overview}],
         ["Duplicates", {appState: appState, model: duplicates}],
         ["Apps", {appState: appState, model: apps}],
         ["Organize", {appState: appState, model: organize}],

@@ -71,6 +71,7 @@ set(ORVANE_QML_FILES
   qml/screens/AgentScreen.qml
   qml/screens/AppEntry.qml
   qml/screens/AppsScreen.qml
+  qml/screens/CategoriesCard.qml
   qml/screens/CleanupEntry.qml
   qml/screens/CleanupList.qml
   qml/screens/CleanupScreen.qml
@@ -105,13 +106,11 @@ set(ORVANE_QML_RESOURCES
   qml/icons/archivebox.fill.svg
   qml/icons/arrow-right.svg
   qml/icons/arrow.down.circle.fill.svg
-  qml/icons/bell.svg
   qml/icons/camera.viewfinder.svg
   qml/icons/check.svg
   qml/icons/chevron-down.svg
   qml/icons/chevron-right.svg
   qml/icons/cleanup.svg
-  qml/icons/clock.svg
   qml/icons/close.svg
   qml/icons/cloud.fill.svg
   qml/icons/cloud.svg
@@ -165,7 +164,6 @@ set(ORVANE_QML_RESOURCES
   qml/icons/settings.svg
   qml/icons/shippingbox.fill.svg
   qml/icons/sort.svg
-  qml/icons/tag.svg
   qml/icons/trash.fill.svg
   qml/icons/trash.slash.fill.svg
   qml/icons/trash.svg
