@@ -1,6 +1,7 @@
 #include "app/AppsModel.h"
 
 #include "app/Format.h"
+#include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
@@ -115,7 +116,7 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
     case IsProtectedRole:
       return app.isSystemProtected;
     case IconRole:
-      return QString();
+      return pictureSource(applicationIconProvider, app.url);
     default:
       return {};
   }

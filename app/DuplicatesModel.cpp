@@ -1,6 +1,7 @@
 #include "app/DuplicatesModel.h"
 
 #include "app/Format.h"
+#include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
@@ -19,8 +20,8 @@
 namespace orvane {
 namespace {
 
-constexpr std::array<std::string_view, 9> pictureExtensions{"bmp", "gif", "jpeg", "jpg", "png",
-                                                            "svg", "tif", "tiff", "webp"};
+constexpr std::array<std::string_view, 11> pictureExtensions{"bmp", "gif", "heic", "ico",  "jpeg", "jpg",
+                                                             "png", "svg", "tif",  "tiff", "webp"};
 
 bool isPicture(const FileUrl& url) {
   const auto extension = lowercased(url.pathExtension());
@@ -207,7 +208,7 @@ QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
     case CheckStateRole:
       return -1;
     case ThumbnailRole:
-      return isPicture(first) ? textFrom(first.absoluteString()) : QString();
+      return isPicture(first) ? pictureSource(thumbnailProvider, first) : QString();
     case SymbolRole:
       return isPicture(first) ? QStringLiteral("picture") : QStringLiteral("file");
     case ExpandedRole:

@@ -31,7 +31,6 @@ Rectangle {
         fillMode: Image.PreserveAspectCrop
         asynchronous: true
         cache: false
-        autoTransform: true
     }
 
     // Rounds the picture's corners off against the list.

@@ -52,7 +52,8 @@ Item {
         Text {
             anchors.centerIn: parent
             visible: picture.status !== Image.Ready
-            text: root.name.charAt(0).toUpperCase()
+            // Of the whole character, where it takes two.
+            text: String.fromCodePoint(root.name.codePointAt(0) ?? 63).toUpperCase()
             color: Theme.accent
             font.pixelSize: 17
             font.weight: Font.DemiBold
@@ -69,6 +70,7 @@ Item {
             sourceSize.height: 72
             fillMode: Image.PreserveAspectFit
             asynchronous: true
+            cache: false
         }
     }
 
