@@ -240,9 +240,9 @@ void RulesModel::closeEditor() {
   m_previewQueue.post([this](const std::stop_token&) { m_candidates.reset(); });
 }
 
-void RulesModel::remove(int row) {
-  if (row < 0 || row >= ruleCount()) return;
-  change([id = m_rules[static_cast<std::size_t>(row)].id](RuleEngine& engine) { engine.deleteRule(id); });
+void RulesModel::remove(const QString& id) {
+  const auto rule = Uuid::parse(id.toStdString());
+  if (rule) change([rule = *rule](RuleEngine& engine) { engine.deleteRule(rule); });
 }
 
 void RulesModel::reset() {

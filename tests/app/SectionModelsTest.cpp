@@ -80,7 +80,7 @@ TEST_F(SectionModelsTest, writesARuleCountsPreviewsAndRunsIt) {
 
   model.setEnabled(0, false);
   ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
-  model.remove(row);
+  model.remove(model.data(model.index(row), RulesModel::IdRole).toString());
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
 }
 

@@ -8,6 +8,7 @@ Item {
     id: root
 
     required property int index
+    required property string id
     required property string name
     required property string description
     required property bool isEnabled
@@ -127,10 +128,12 @@ Item {
             IconButton {
                 required property var modelData
 
-                focusPolicy: Qt.NoFocus
+                // From the row that the keyboard is on, Tab leads to what can be done with it.
+                focusPolicy: Qt.TabFocus
                 enabled: !root.isBusy
                 symbol: modelData.symbol
                 text: qsTr(modelData.key)
+                Accessible.name: text + ": " + root.name
                 onClicked: modelData.run()
             }
         }

@@ -5,6 +5,11 @@ namespace {
 
 // A row a key, in the order of the languages.
 constexpr std::array rows{
+    StringRow{
+        "rules.not_stored",
+        {"The rules could not be stored.", "Les règles n’ont pas pu être enregistrées.",
+         "Die Regeln konnten nicht gespeichert werden.", "ルールを保存できませんでした。",
+         "규칙을 저장하지 못했습니다.", "无法保存规则。", "無法儲存規則。", "No se pudieron guardar las reglas."}},
     StringRow{"organize.folder", {"Folder", "Dossier", "Ordner", "フォルダ", "폴더", "文件夹", "檔案夾", "Carpeta"}},
     StringRow{"organize.choose_folder",
               {"Choose a Folder", "Choisir un dossier", "Ordner auswählen", "フォルダを選択", "폴더 선택", "选择文件夹",
