@@ -15,6 +15,12 @@ namespace {
 constexpr QSize usualSize(128, 128);
 constexpr QByteArray::Base64Options encoding = QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals;
 
+QImage noPicture() {
+  QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  return image;
+}
+
 class Response : public QQuickImageResponse {
  public:
   // What the reading thread knows of the response, which may be gone before it.
@@ -27,7 +33,7 @@ class Response : public QQuickImageResponse {
       const std::lock_guard lock(mutex);
       if (response == nullptr) return;
       callOn(response, [response = response, image] {
-        response->m_image = image;
+        if (!image.isNull()) response->m_image = image;
         Q_EMIT response->finished();
       });
     }
@@ -43,14 +49,11 @@ class Response : public QQuickImageResponse {
   [[nodiscard]] QQuickTextureFactory* textureFactory() const override {
     return QQuickTextureFactory::textureFactoryForImage(m_image);
   }
-  [[nodiscard]] QString errorString() const override {
-    return m_image.isNull() ? QStringLiteral("no picture") : QString();
-  }
   void cancel() override { m_link->isCancelled = true; }
 
  private:
   std::shared_ptr<Link> m_link = std::make_shared<Link>();
-  QImage m_image;
+  QImage m_image = noPicture();
 };
 
 }  // namespace

@@ -12,7 +12,8 @@
 namespace orvane {
 
 // Hands pictures of items to the screens, read on a thread of its own: neither the window nor its icons ever wait for
-// one. A null image makes the picture's status an error, and the screen shows what it shows without.
+// one. What is no picture comes as a single clear pixel, since an error would be written to the log each time, and the
+// screen shows what it shows without.
 class PictureProvider : public QQuickAsyncImageProvider {
  public:
   using Read = std::function<QImage(const FileUrl& item, QSize size)>;
