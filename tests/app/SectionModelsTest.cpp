@@ -84,6 +84,19 @@ TEST_F(SectionModelsTest, writesARuleCountsPreviewsAndRunsIt) {
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
 }
 
+TEST_F(SectionModelsTest, showsTheRulesThatAnotherProcessChanged) {
+  RulesModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+  RuleEngine other(preferences, mover, *journal, validator);
+  CleanupRule rule;
+  rule.name = "From the terminal";
+  rule.trigger.fileExtensions = {"log"};
+  other.addOrUpdateRule(rule);
+  model.reload();
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  EXPECT_EQ(model.data(model.index(12), RulesModel::NameRole).toString(), "From the terminal");
+}
+
 TEST_F(SectionModelsTest, runsARuleOnWhatItTakesAndUndoesIt) {
   setAge(tree.file("Downloads/Logs/old.log", "lines"), 60 * 86400.0);
   tree.file("Downloads/keep.txt");
