@@ -5,10 +5,13 @@
 #include "core/base/UnicodeText.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/TopicCategorizerFactory.h"
+#include "core/organizer/TopicGrouping.h"
 
 #include <QDebug>
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <set>
 #include <utility>
@@ -18,6 +21,7 @@ namespace {
 
 // How deep the picker looks for subfolders.
 constexpr int subfolderDepth = 2;
+constexpr std::chrono::milliseconds progressInterval{100};
 
 // "pdf, txt": the kinds of files that a name is remembered for.
 std::string kindsIn(const OrganizationCategoryGroup& group) {
@@ -42,7 +46,15 @@ int checkStateOf(const OrganizationCategoryGroup& group) {
 
 OrganizeModel::OrganizeModel(WindowServices services, SectionServices sections, QObject* parent)
     : RunModel(std::move(services), parent), m_sections(std::move(sections)) {
+  m_searchTimer.setInterval(progressInterval);
+  connect(&m_searchTimer, &QTimer::timeout, this, &OrganizeModel::progressChanged);
   reloadFolders();
+  m_searchQueue.post([this](const std::stop_token&) {
+    callOn(this, [this, hasModel = m_sections.topics.isOnDeviceModelAvailable()] {
+      m_hasTopicModel = hasModel;
+      Q_EMIT setupChanged();
+    });
+  });
 }
 
 OrganizeModel::~OrganizeModel() {
@@ -129,23 +141,42 @@ void OrganizeModel::setIncludeSubfolders(bool isWanted) {
   if (std::exchange(m_includeSubfolders, isWanted) != isWanted) invalidate();
 }
 
-void OrganizeModel::setUseTopics(bool /*isWanted*/) {
-  Q_EMIT setupChanged();
+void OrganizeModel::setUseTopics(bool isWanted) {
+  if (std::exchange(m_useTopics, isWanted) != isWanted) invalidate();
+}
+
+QString OrganizeModel::progressText() const {
+  if (!m_isSearching) return RunModel::progressText();
+  if (m_isNamingTopics) return localizedText("organize.naming_topics");
+  return countedText("count.files", m_looked ? static_cast<std::int64_t>(m_looked->load()) : 0);
 }
 
 void OrganizeModel::analyze() {
   if (!m_folder || m_isSearching || isWorking()) return;
   m_isSearching = true;
+  m_isNamingTopics = false;
+  m_looked = std::make_shared<std::atomic<std::size_t>>(0);
+  m_searchTimer.start();
   m_searchStop = {};
   forgetResult();
   Q_EMIT searchChanged();
-  m_searchQueue.post([this, folder = *m_folder, root = destinationRoot(), strategy = m_strategy,
+  m_searchQueue.post([this, folder = *m_folder, root = destinationRoot(), strategy = m_strategy, looked = m_looked,
+                      isByTopic = m_useTopics && topicsAvailable(),
                       subfolders = m_includeSubfolders ? Subfolders::include : Subfolders::keepWhole,
                       stop = m_searchStop.get_token()](const std::stop_token&) {
     const auto found = std::make_shared<std::vector<OrganizationCategoryGroup>>(
-        m_sections.organizer.analyzeFolder(folder, root, subfolders, strategy, stop));
+        m_sections.organizer.analyzeFolder(folder, root, subfolders, strategy, stop, looked.get()));
+    auto* categorizer = isByTopic && !stop.stop_requested() ? m_sections.topics.categorizer() : nullptr;
+    if (categorizer != nullptr) {
+      callOn(this, [this] {
+        m_isNamingTopics = true;
+        Q_EMIT progressChanged();
+      });
+      *found = groupedByTopic(std::move(*found), root, *categorizer, stop);
+    }
     callOn(this, [this, found, isStopped = stop.stop_requested()] {
       m_isSearching = false;
+      m_searchTimer.stop();
       if (!isStopped) {
         m_hasAnalyzed = true;
         setGroups(std::move(*found));

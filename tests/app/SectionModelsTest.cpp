@@ -47,6 +47,34 @@ TEST_F(SectionModelsTest, organizesAFolderAsItWasEditedAndUndoesIt) {
   EXPECT_TRUE(exists(tree.path("Downloads/" + moved)));
 }
 
+TEST_F(SectionModelsTest, groupsDocumentsByTopicWhereAModelNamesThem) {
+  tree.file("Downloads/song.mp3", "la");
+  tree.file("Downloads/tax 2025.pdf", "words");
+  tree.file("Downloads/letter.pdf", "words");
+  topicModel.reply = [](const std::string&) { return R"({"tax 2025.pdf": "Taxes", "song.mp3": "Music"})"; };
+  OrganizeModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return model.topicsAvailable(); }));
+  model.chooseFolder("file://" + downloads());
+  model.setUseTopics(true);
+  model.analyze();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
+  EXPECT_EQ(model.moveCount(), 3);
+  model.apply();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Documents/Taxes/tax 2025.pdf")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Documents/PDFs/letter.pdf")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Media/Audio/song.mp3")));
+  model.setStrategy(static_cast<int>(OrganizationStrategy::byDate));
+  EXPECT_FALSE(model.topicsAvailable());
+}
+
+TEST_F(SectionModelsTest, offersNoTopicsWithoutAModel) {
+  OrganizeModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return !model.managedFolders().isEmpty(); }));
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(model.topicsAvailable());
+}
+
 TEST_F(SectionModelsTest, writesARuleCountsPreviewsAndRunsIt) {
   tree.file("Downloads/keep.txt");
   tree.file("Downloads/old draft.tmpx", "draft");
