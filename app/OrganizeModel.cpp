@@ -11,7 +11,6 @@
 #include <QDebug>
 
 #include <algorithm>
-#include <chrono>
 #include <exception>
 #include <set>
 #include <utility>
@@ -21,7 +20,6 @@ namespace {
 
 // How deep the picker looks for subfolders.
 constexpr int subfolderDepth = 2;
-constexpr std::chrono::milliseconds progressInterval{100};
 
 // "pdf, txt": the kinds of files that a name is remembered for.
 std::string kindsIn(const OrganizationCategoryGroup& group) {
@@ -46,8 +44,6 @@ int checkStateOf(const OrganizationCategoryGroup& group) {
 
 OrganizeModel::OrganizeModel(WindowServices services, SectionServices sections, QObject* parent)
     : RunModel(std::move(services), parent), m_sections(std::move(sections)) {
-  m_searchTimer.setInterval(progressInterval);
-  connect(&m_searchTimer, &QTimer::timeout, this, &OrganizeModel::progressChanged);
   reloadFolders();
   m_searchQueue.post([this](const std::stop_token&) {
     callOn(this, [this, hasModel = m_sections.topics.isOnDeviceModelAvailable()] {
@@ -146,22 +142,17 @@ void OrganizeModel::setUseTopics(bool isWanted) {
 }
 
 QString OrganizeModel::progressText() const {
-  if (!m_isSearching) return RunModel::progressText();
-  if (m_isNamingTopics) return localizedText("organize.naming_topics");
-  return countedText("count.files", m_looked ? static_cast<std::int64_t>(m_looked->load()) : 0);
+  return m_isNamingTopics ? localizedText("organize.naming_topics") : RunModel::progressText();
 }
 
 void OrganizeModel::analyze() {
   if (!m_folder || m_isSearching || isWorking()) return;
   m_isSearching = true;
-  m_isNamingTopics = false;
-  m_looked = std::make_shared<std::atomic<std::size_t>>(0);
-  m_searchTimer.start();
   m_searchStop = {};
   forgetResult();
   Q_EMIT searchChanged();
-  m_searchQueue.post([this, folder = *m_folder, root = destinationRoot(), strategy = m_strategy, looked = m_looked,
-                      isByTopic = m_useTopics && topicsAvailable(),
+  m_searchQueue.post([this, folder = *m_folder, root = destinationRoot(), strategy = m_strategy,
+                      looked = startLooking(), isByTopic = m_useTopics && topicsAvailable(),
                       subfolders = m_includeSubfolders ? Subfolders::include : Subfolders::keepWhole,
                       stop = m_searchStop.get_token()](const std::stop_token&) {
     const auto found = std::make_shared<std::vector<OrganizationCategoryGroup>>(
@@ -176,7 +167,8 @@ void OrganizeModel::analyze() {
     }
     callOn(this, [this, found, isStopped = stop.stop_requested()] {
       m_isSearching = false;
-      m_searchTimer.stop();
+      m_isNamingTopics = false;
+      stopLooking();
       if (!isStopped) {
         m_hasAnalyzed = true;
         setGroups(std::move(*found));

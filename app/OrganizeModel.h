@@ -6,12 +6,9 @@
 #include "core/organizer/OrganizationStrategy.h"
 
 #include <QtQml/qqmlregistration.h>
-#include <QTimer>
 #include <QVariantList>
 
-#include <atomic>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -151,10 +148,7 @@ class OrganizeModel : public orvane::RunModel {
   bool m_isSearching = false;
   bool m_hasAnalyzed = false;
   std::stop_source m_searchStop;
-  // Of the search that goes on: the files looked at, until the model is asked.
-  std::shared_ptr<std::atomic<std::size_t>> m_looked;
   bool m_isNamingTopics = false;
-  QTimer m_searchTimer;
   std::vector<Shown> m_groups;
   int m_rows = 0;
   std::int64_t m_moveCount = 0;

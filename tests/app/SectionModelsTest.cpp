@@ -156,6 +156,8 @@ TEST_F(SectionModelsTest, uninstallsAnApplicationWithWhatIsChosenOfItsLeftovers)
   ASSERT_TRUE(becomesTrue([&] { return model.hasListed(); }));
   ASSERT_EQ(model.rowCount(), 1);
   EXPECT_EQ(model.data(model.index(0), AppsModel::IdentifierRole).toString(), "com.example.paint");
+  EXPECT_GT(model.data(model.index(0), AppsModel::BytesRole).toDouble(), 0);
+  EXPECT_TRUE(model.data(model.index(0), AppsModel::IconRole).toString().startsWith("image://application/"));
   model.setSearchText("nothing");
   EXPECT_EQ(model.rowCount(), 0);
   model.setSearchText("PAINT");

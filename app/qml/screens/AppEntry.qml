@@ -146,6 +146,7 @@ Item {
 
             anchors.verticalCenter: parent.verticalCenter
             visible: !root.isProtected
+            enabled: root.bytes >= 0
             text: qsTr("apps.review")
             Accessible.name: text + ": " + root.name
             onClicked: root.reviewAsked()
