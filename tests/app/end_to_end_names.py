@@ -92,7 +92,7 @@ def walk(window, home):
     window.press("Analyze")
     window.sees("moves")
     check(window, "Organize, a proposal")
-    window.press("Rename Group")
+    window.press("Rename Group", exact=False)
     window.sees("Orvane remembers the name")
     check(window, "Organize, a new name")
     window.press("Cancel")

@@ -46,6 +46,7 @@ RowLayout {
         symbol: "close"
         iconSize: 14
         text: qsTr("settings.remove_folder")
+        Accessible.name: text + ": " + root.name
         Accessible.description: root.path
         onClicked: root.removeAsked()
     }

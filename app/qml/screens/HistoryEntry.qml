@@ -132,7 +132,8 @@ Item {
             enabled: !root.isBusy
             symbol: "undo"
             text: root.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
-            Accessible.description: root.title
+            Accessible.name: text + ": " + root.title
+            Accessible.description: root.detail
             onClicked: root.restoreAsked()
         }
     }

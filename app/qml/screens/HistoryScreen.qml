@@ -104,7 +104,7 @@ Page {
                         list.currentIndex = index;
                         root.model.toggleExpanded(index);
                     }
-                    onRestoreAsked: root.model.restoreRun(index)
+                    onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreEntry(index)
                     onOpenFolderAsked: root.model.openContainingFolder(index)
                 }
             }

@@ -8,6 +8,7 @@ Item {
     id: root
 
     required property int index
+    required property string id
     required property string name
     required property string description
     required property bool isEnabled
@@ -40,15 +41,16 @@ Item {
                                                                     ? qsTr("rules.to_folder").arg(actionPath)
                                                                     : qsTr("rules.review_only")
 
-    // What can be done with the rule, from the right: {symbol, key, run}.
+    // What can be done with the rule: {symbol, key, run}. What only some have comes first, so that the others stand below
+    // one another.
     readonly property var offers: {
         const all = [
-            {symbol: "edit", key: "rules.edit", run: () => root.editAsked()},
+            {symbol: "search", key: "rules.preview", run: () => root.previewAsked()},
             {symbol: "play", key: "rules.run_one", run: () => root.runAsked()},
-            {symbol: "search", key: "rules.preview", run: () => root.previewAsked()}
+            {symbol: "edit", key: "rules.edit", run: () => root.editAsked()}
         ];
         if (!isBuiltIn)
-            all.push({symbol: "trash", key: "rules.remove", run: () => root.removeAsked()});
+            all.unshift({symbol: "trash", key: "rules.remove", run: () => root.removeAsked()});
         return all;
     }
 
@@ -116,8 +118,6 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
-        // From the right, so that each stands below its like.
-        layoutDirection: Qt.RightToLeft
         spacing: 2
         opacity: root.isActive ? 1 : 0.75
 
@@ -136,7 +136,7 @@ Item {
                 enabled: !root.isBusy
                 symbol: modelData.symbol
                 text: qsTr(modelData.key)
-                Accessible.description: root.name
+                Accessible.name: text + ": " + root.name
                 onClicked: modelData.run()
             }
         }

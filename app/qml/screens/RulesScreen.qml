@@ -89,6 +89,14 @@ Page {
 
         Notice {
             Layout.fillWidth: true
+            visible: root.model.error !== ""
+            isWarning: true
+            text: qsTr("rules.not_stored")
+            detail: root.model.error
+        }
+
+        Notice {
+            Layout.fillWidth: true
             visible: root.model.messages.length > 0 && !root.isBusy
             isWarning: true
             text: Texts.firstLines(root.model.messages, 4)
@@ -121,7 +129,7 @@ Page {
                         preview.open();
                     }
                     onRunAsked: root.model.run(index)
-                    onRemoveAsked: removeAlert.ask(index, name)
+                    onRemoveAsked: removeAlert.ask(id, name)
                 }
             }
 
@@ -169,10 +177,10 @@ Page {
     AlertDialog {
         id: removeAlert
 
-        property int row: -1
+        property string rule
 
-        function ask(row: int, name: string) {
-            removeAlert.row = row;
+        function ask(rule: string, name: string) {
+            removeAlert.rule = rule;
             message = qsTr("rules.remove_text").arg(name);
             open();
         }
@@ -180,6 +188,6 @@ Page {
         title: qsTr("rules.remove_title")
         confirmText: qsTr("rules.remove")
         rejectText: qsTr("action.cancel")
-        onConfirmed: root.model.remove(row)
+        onConfirmed: root.model.remove(rule)
     }
 }

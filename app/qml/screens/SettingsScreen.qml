@@ -66,6 +66,12 @@ Page {
                 note: root.model.notificationsAvailable ? qsTr("settings.notifications_note")
                                                         : qsTr("settings.notifications_missing")
 
+                PlainButton {
+                    visible: !root.model.notificationsAvailable
+                    text: qsTr("settings.allow_notifications")
+                    onClicked: root.model.askForNotifications()
+                }
+
                 Chip {
                     kind: root.model.notificationsAvailable ? Chip.Kind.Safe : Chip.Kind.Manual
                     text: root.model.notificationsAvailable ? qsTr("permission.on") : qsTr("permission.off")
@@ -101,6 +107,7 @@ Page {
         KeySettings {
             Layout.fillWidth: true
             model: root.model
+            tidy: root.tidy
         }
     }
 }

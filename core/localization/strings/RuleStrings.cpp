@@ -5,6 +5,11 @@ namespace {
 
 // A row a key, in the order of the languages.
 constexpr std::array rows{
+    StringRow{
+        "rules.not_stored",
+        {"The rules could not be stored.", "Les règles n’ont pas pu être enregistrées.",
+         "Die Regeln konnten nicht gespeichert werden.", "ルールを保存できませんでした。",
+         "규칙을 저장하지 못했습니다.", "无法保存规则。", "無法儲存規則。", "No se pudieron guardar las reglas."}},
     StringRow{"organize.folder", {"Folder", "Dossier", "Ordner", "フォルダ", "폴더", "文件夹", "檔案夾", "Carpeta"}},
     StringRow{"organize.choose_folder",
               {"Choose a Folder", "Choisir un dossier", "Ordner auswählen", "フォルダを選択", "폴더 선택", "选择文件夹",
@@ -36,6 +41,9 @@ constexpr std::array rows{
               {"Group documents by topic", "Regrouper les documents par sujet", "Dokumente nach Thema gruppieren",
                "書類を話題別にまとめる", "문서를 주제별로 묶기", "按主题归类文稿", "依主題歸類文件",
                "Agrupar documentos por tema"}},
+    StringRow{"organize.naming_topics",
+              {"Naming topics", "Recherche des sujets", "Themen werden benannt", "話題を決めています",
+               "주제를 정하는 중", "正在命名主题", "正在命名主題", "Nombrando temas"}},
     StringRow{"organize.analyze", {"Analyze", "Analyser", "Analysieren", "分析", "분석", "分析", "分析", "Analizar"}},
     StringRow{"organize.analyze_again",
               {"Analyze Again", "Relancer l’analyse", "Erneut analysieren", "再分析", "다시 분석", "重新分析",
