@@ -19,6 +19,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <set>
 #include <utility>
@@ -58,7 +59,8 @@ std::vector<PlanTarget> targetsOf(const CleaningPlan& plan, const WindowServices
 }
 
 std::vector<PlanMatchResult> matchesFor(const CleaningPlan& plan, const WindowServices& services,
-                                        const PathValidator& validator, const std::stop_token& stop) {
+                                        const PathValidator& validator, std::atomic<std::size_t>& looked,
+                                        const std::stop_token& stop) {
   auto targets = targetsOf(plan, services, validator);
   if (targets.empty()) return {};
   std::vector<FileUrl> folders;
@@ -68,6 +70,7 @@ std::vector<PlanMatchResult> matchesFor(const CleaningPlan& plan, const WindowSe
   auto stream = services.scanner.scan(std::move(folders), DeveloperCaches::include);
   const std::stop_callback whenStopped(stop, [&stream] { stream.cancel(); });
   for (auto events = stream.nextBatch(); !events.empty(); events = stream.nextBatch()) {
+    looked.fetch_add(events.size(), std::memory_order_relaxed);
     for (auto& event : events) {
       if (auto* item = std::get_if<FileItem>(&event)) matcher.take(std::move(*item));
     }
@@ -158,7 +161,8 @@ void AgentModel::dryRun() {
   discard();
   m_isPlanning = true;
   Q_EMIT planChanged();
-  m_planQueue.post([this, prompt, provider = m_provider, stop = m_planStop.get_token()](const std::stop_token&) {
+  m_planQueue.post([this, prompt, provider = m_provider, looked = startLooking(),
+                    stop = m_planStop.get_token()](const std::stop_token&) {
     const bool isSent = !keyAccount(provider).empty() && m_sections.keychain.getKey(keyAccount(provider)).has_value();
     if (isSent) {
       if (const auto request = m_sections.agent.keylessRequest(prompt, provider, {})) {
@@ -172,9 +176,12 @@ void AgentModel::dryRun() {
     if (const auto fault = CleaningPlanSchema::firstFault(answer->planned.plan)) {
       answer->fault = fault->what();
     } else if (!stop.stop_requested()) {
-      answer->matches = matchesFor(answer->planned.plan, services(), m_sections.validator, stop);
+      answer->matches = matchesFor(answer->planned.plan, services(), m_sections.validator, *looked, stop);
     }
-    callOn(this, [this, answer, isStopped = stop.stop_requested()] { show(isStopped ? nullptr : answer); });
+    callOn(this, [this, answer, isStopped = stop.stop_requested()] {
+      stopLooking();
+      show(isStopped ? nullptr : answer);
+    });
   });
 }
 

@@ -1,6 +1,7 @@
 #include "app/AppsModel.h"
 
 #include "app/Format.h"
+#include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
@@ -29,16 +30,30 @@ void AppsModel::list() {
   m_listStop = {};
   Q_EMIT listChanged();
   m_listQueue.post([this, stop = m_listStop.get_token()](const std::stop_token&) {
-    const auto apps =
-        std::make_shared<std::vector<InstalledApp>>(m_sections.uninstaller.listInstalledApps(std::nullopt, stop));
-    callOn(this, [this, apps, isStopped = stop.stop_requested()] {
+    const auto apps = std::make_shared<std::vector<InstalledApp>>(m_sections.uninstaller.findInstalledApps({}, stop));
+    callOn(this, [this, found = *apps] { showFound(found); });
+    const auto sizes = m_sections.uninstaller.measureApps(*apps, stop);
+    callOn(this, [this, apps, sizes, isStopped = stop.stop_requested()] {
       m_isListing = false;
       m_hasListed = true;
-      if (!isStopped) m_apps = std::move(*apps);
+      if (!isStopped) {
+        for (std::size_t at = 0; at < apps->size(); ++at) (*apps)[at].appSize = sizes[at];
+        m_apps = std::move(*apps);
+        m_areMeasured = true;
+      }
       arrange();
       Q_EMIT listChanged();
     });
   });
+}
+
+void AppsModel::showFound(std::vector<InstalledApp> apps) {
+  // A list that is there stays until the new one is whole.
+  if (!m_apps.empty()) return;
+  m_apps = std::move(apps);
+  m_areMeasured = false;
+  arrange();
+  Q_EMIT listChanged();
 }
 
 void AppsModel::cancel() {
@@ -109,13 +124,13 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
     case PathRole:
       return placeText(app.url);
     case BytesRole:
-      return static_cast<double>(app.appSize);
+      return m_areMeasured ? static_cast<double>(app.appSize) : -1.0;
     case LastOpenedRole:
       return milliseconds(app.lastOpenedDate);
     case IsProtectedRole:
       return app.isSystemProtected;
     case IconRole:
-      return QString();
+      return pictureSource(applicationIconProvider, app.url);
     default:
       return {};
   }
@@ -124,7 +139,8 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
 // --- review
 
 void AppsModel::review(int row) {
-  if (row < 0 || row >= rowCount() || isWorking()) return;
+  // What an application weighs is part of what is asked about it.
+  if (row < 0 || row >= rowCount() || isWorking() || !m_areMeasured) return;
   const auto& app = m_apps[m_shown[static_cast<std::size_t>(row)]];
   if (app.isSystemProtected) return;
   m_review = AppUninstallBundle{.app = app, .leftovers = {}};
@@ -223,8 +239,10 @@ void AppsModel::uninstall() {
 
 QString AppsModel::movedText(std::int64_t count, std::int64_t bytes) const {
   if (count == 0) return {};
-  return localizedText("apps.result")
-      .arg(shownName(m_uninstalledName), textFrom(formatCount(count - 1)), Format::bytes(static_cast<double>(bytes)));
+  const auto name = shownName(m_uninstalledName);
+  const auto size = Format::bytes(static_cast<double>(bytes));
+  if (count == 1) return localizedText("apps.result_alone").arg(name, size);
+  return localizedText("apps.result").arg(name, textFrom(formatCount(count - 1)), size);
 }
 
 }  // namespace orvane

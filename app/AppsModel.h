@@ -93,6 +93,7 @@ class AppsModel : public orvane::RunModel {
   [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
 
  private:
+  void showFound(std::vector<InstalledApp> apps);
   void arrange();
 
   SectionServices m_sections;
@@ -102,6 +103,7 @@ class AppsModel : public orvane::RunModel {
   int m_sort = Name;
   bool m_isListing = false;
   bool m_hasListed = false;
+  bool m_areMeasured = true;
   std::stop_source m_listStop;
   std::optional<AppUninstallBundle> m_review;
   bool m_isFindingLeftovers = false;

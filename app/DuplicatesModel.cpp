@@ -1,6 +1,7 @@
 #include "app/DuplicatesModel.h"
 
 #include "app/Format.h"
+#include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
@@ -19,12 +20,24 @@
 namespace orvane {
 namespace {
 
-constexpr std::array<std::string_view, 9> pictureExtensions{"bmp", "gif", "jpeg", "jpg", "png",
-                                                            "svg", "tif", "tiff", "webp"};
+constexpr std::array<std::string_view, 11> pictureExtensions{"bmp", "gif", "heic", "ico",  "jpeg", "jpg",
+                                                             "png", "svg", "tif",  "tiff", "webp"};
 
 bool isPicture(const FileUrl& url) {
   const auto extension = lowercased(url.pathExtension());
   return std::find(pictureExtensions.begin(), pictureExtensions.end(), extension) != pictureExtensions.end();
+}
+
+// Caches and what developers' tools keep are full of copies that belong there.
+constexpr std::array<std::string_view, 2> leftOutParts{"Library/Caches", "Library/Developer"};
+
+std::vector<FileUrl> searchableFolders(FileAccessService& access) {
+  auto folders = existingFolders(access);
+  std::erase_if(folders, [](const FileUrl& folder) {
+    return std::any_of(leftOutParts.begin(), leftOutParts.end(),
+                       [&](std::string_view part) { return folder.path().find(part) != std::string::npos; });
+  });
+  return folders;
 }
 
 template <typename Container>
@@ -45,7 +58,7 @@ DuplicatesModel::~DuplicatesModel() {
 
 void DuplicatesModel::reloadRoots() {
   m_searchQueue.post([this](const std::stop_token&) {
-    callOn(this, [this, roots = existingFolders(services().folders)] {
+    callOn(this, [this, roots = searchableFolders(services().folders)] {
       m_roots = roots;
       Q_EMIT rootsChanged();
     });
@@ -86,7 +99,7 @@ void DuplicatesModel::search() {
   Q_EMIT searchChanged();
   m_searchQueue.post([this, leftOut = m_leftOut, strategy = m_strategy,
                       stop = m_searchStop.get_token()](const std::stop_token&) {
-    auto roots = existingFolders(services().folders);
+    auto roots = searchableFolders(services().folders);
     std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
     const auto progress = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
     const auto groups = std::make_shared<std::vector<DuplicateGroup>>(
@@ -207,7 +220,7 @@ QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
     case CheckStateRole:
       return -1;
     case ThumbnailRole:
-      return isPicture(first) ? textFrom(first.absoluteString()) : QString();
+      return isPicture(first) ? pictureSource(thumbnailProvider, first) : QString();
     case SymbolRole:
       return isPicture(first) ? QStringLiteral("picture") : QStringLiteral("file");
     case ExpandedRole:

@@ -19,10 +19,13 @@ namespace {
 constexpr std::size_t mostWarnings = 300;
 constexpr std::chrono::milliseconds progressInterval{50};
 
+constexpr std::string_view inTrashKey = "state.in_trash";
+constexpr std::string_view movedKey = "state.moved";
+
 std::string_view entryStateKey(const JournalEntry& entry) {
   if (entry.action == JournalAction::restored) return "state.restored";
   if (!itemExists(entry.trashedURL.path().c_str())) return "state.gone";
-  return entry.action == JournalAction::trashed ? "state.in_trash" : "state.moved";
+  return entry.action == JournalAction::trashed ? inTrashKey : movedKey;
 }
 
 }  // namespace
@@ -193,6 +196,7 @@ QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
     case StateKeyRole:
       return textFrom(shown.stateKey);
     case CanRestoreRole:
+      return shown.stateKey == inTrashKey || shown.stateKey == movedKey;
     case ExpandedRole:
       return false;
     default:
@@ -229,9 +233,24 @@ void HistoryModel::restoreRun(int row) {
   if (run != nullptr && entry == nullptr) restore(textFrom(run->run.summary.runId.toString()));
 }
 
+void HistoryModel::restoreEntry(int row) {
+  const auto [run, entry] = placeOf(row);
+  if (entry == nullptr) return;
+  startRestore([this, runId = run->run.summary.runId, entryId = entry->entry.id](const auto&, const auto&) {
+    return m_services.journal().restoreEntry(runId, entryId);
+  });
+}
+
 void HistoryModel::restore(const QString& runId) {
   const auto id = Uuid::parse(runId.toStdString());
-  if (!id || m_isRestoring) return;
+  if (!id) return;
+  startRestore([this, id = *id](const UndoJournal::Progress& progress, const std::stop_token& stop) {
+    return m_services.journal().restoreRun(id, progress, stop);
+  });
+}
+
+void HistoryModel::startRestore(Restore restore) {
+  if (m_isRestoring) return;
   m_isRestoring = true;
   m_restoreStop = {};
   m_done = 0;
@@ -240,7 +259,7 @@ void HistoryModel::restore(const QString& runId) {
   m_warnings.clear();
   Q_EMIT progressChanged();
   Q_EMIT workChanged();
-  m_workQueue.post([this, id = *id, stop = m_restoreStop.get_token()](const std::stop_token&) {
+  m_workQueue.post([this, restore = std::move(restore), stop = m_restoreStop.get_token()](const std::stop_token&) {
     auto last = std::chrono::steady_clock::time_point();
     const auto progress = [&](std::size_t done, std::size_t total) {
       const auto now = std::chrono::steady_clock::now();
@@ -254,7 +273,7 @@ void HistoryModel::restore(const QString& runId) {
     };
     RestoreResult result;
     try {
-      result = m_services.journal().restoreRun(id, progress, stop);
+      result = restore(progress, stop);
     } catch (const std::exception& error) {
       result.warnings.emplace_back(error.what());
     }

@@ -4,6 +4,7 @@
 #include "app/JournalFeed.h"
 #include "app/WindowServices.h"
 #include "core/safety/JournalEntry.h"
+#include "core/safety/UndoJournal.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
@@ -11,6 +12,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -79,6 +81,8 @@ class HistoryModel : public QAbstractListModel {
 
   Q_INVOKABLE void toggleExpanded(int row);
   Q_INVOKABLE void restoreRun(int row);
+  // One item of a run.
+  Q_INVOKABLE void restoreEntry(int row);
   // Does nothing while another one is being restored.
   Q_INVOKABLE void restore(const QString& runId);
   Q_INVOKABLE void cancel();
@@ -129,6 +133,9 @@ class HistoryModel : public QAbstractListModel {
   [[nodiscard]] QVariant entryData(const ShownEntry& entry, int role) const;
   void rebuild();
   void show(std::shared_ptr<const View> view);
+  using Restore = std::function<RestoreResult(const UndoJournal::Progress& progress, const std::stop_token& stop)>;
+  // Has it carried out in the background.
+  void startRestore(Restore restore);
   void finishRestore(std::int64_t count, std::vector<std::string> warnings);
 
   WindowServices m_services;

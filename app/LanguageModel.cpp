@@ -43,11 +43,14 @@ QString LanguageModel::currentCode() const {
 void LanguageModel::select(const QString& code) {
   const auto language = appLanguageFromRawValue(code.toStdString());
   if (!language || *language == m_localization.currentLanguage()) return;
-  try {
-    m_localization.setLanguage(*language);
-  } catch (const std::system_error& error) {
-    qWarning("The language cannot be remembered: %s", error.what());
-  }
+  m_localization.useLanguage(*language);
+  m_queue.post([this, language = *language](const std::stop_token&) {
+    try {
+      m_localization.rememberLanguage(language);
+    } catch (const std::system_error& error) {
+      qWarning("The language cannot be remembered: %s", error.what());
+    }
+  });
   Q_EMIT dataChanged(index(0), index(rowCount() - 1), {CurrentRole});
   Q_EMIT currentChanged();
 }

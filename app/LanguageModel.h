@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/BackgroundQueue.h"
+
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
 
@@ -33,6 +35,7 @@ class LanguageModel : public QAbstractListModel {
 
  private:
   LocalizationManager& m_localization;
+  BackgroundQueue m_queue;  // last: its tasks use everything above
 };
 
 }  // namespace orvane

@@ -5,6 +5,8 @@
 #include "core/base/UnicodeText.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/TopicCategorizerFactory.h"
+#include "core/organizer/TopicGrouping.h"
 
 #include <QDebug>
 
@@ -43,6 +45,12 @@ int checkStateOf(const OrganizationCategoryGroup& group) {
 OrganizeModel::OrganizeModel(WindowServices services, SectionServices sections, QObject* parent)
     : RunModel(std::move(services), parent), m_sections(std::move(sections)) {
   reloadFolders();
+  m_searchQueue.post([this](const std::stop_token&) {
+    callOn(this, [this, hasModel = m_sections.topics.isOnDeviceModelAvailable()] {
+      m_hasTopicModel = hasModel;
+      Q_EMIT setupChanged();
+    });
+  });
 }
 
 OrganizeModel::~OrganizeModel() {
@@ -129,8 +137,12 @@ void OrganizeModel::setIncludeSubfolders(bool isWanted) {
   if (std::exchange(m_includeSubfolders, isWanted) != isWanted) invalidate();
 }
 
-void OrganizeModel::setUseTopics(bool /*isWanted*/) {
-  Q_EMIT setupChanged();
+void OrganizeModel::setUseTopics(bool isWanted) {
+  if (std::exchange(m_useTopics, isWanted) != isWanted) invalidate();
+}
+
+QString OrganizeModel::progressText() const {
+  return m_isNamingTopics ? localizedText("organize.naming_topics") : RunModel::progressText();
 }
 
 void OrganizeModel::analyze() {
@@ -140,12 +152,23 @@ void OrganizeModel::analyze() {
   forgetResult();
   Q_EMIT searchChanged();
   m_searchQueue.post([this, folder = *m_folder, root = destinationRoot(), strategy = m_strategy,
+                      looked = startLooking(), isByTopic = m_useTopics && topicsAvailable(),
                       subfolders = m_includeSubfolders ? Subfolders::include : Subfolders::keepWhole,
                       stop = m_searchStop.get_token()](const std::stop_token&) {
     const auto found = std::make_shared<std::vector<OrganizationCategoryGroup>>(
-        m_sections.organizer.analyzeFolder(folder, root, subfolders, strategy, stop));
+        m_sections.organizer.analyzeFolder(folder, root, subfolders, strategy, stop, looked.get()));
+    auto* categorizer = isByTopic && !stop.stop_requested() ? m_sections.topics.categorizer() : nullptr;
+    if (categorizer != nullptr) {
+      callOn(this, [this] {
+        m_isNamingTopics = true;
+        Q_EMIT progressChanged();
+      });
+      *found = groupedByTopic(std::move(*found), root, *categorizer, stop);
+    }
     callOn(this, [this, found, isStopped = stop.stop_requested()] {
       m_isSearching = false;
+      m_isNamingTopics = false;
+      stopLooking();
       if (!isStopped) {
         m_hasAnalyzed = true;
         setGroups(std::move(*found));

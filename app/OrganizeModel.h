@@ -74,14 +74,18 @@ class OrganizeModel : public orvane::RunModel {
   void setStrategy(int strategy);
   [[nodiscard]] bool includeSubfolders() const noexcept { return m_includeSubfolders; }
   void setIncludeSubfolders(bool isWanted);
-  [[nodiscard]] static bool useTopics() { return false; }
+  // Of documents, when they are organized by category.
+  [[nodiscard]] bool useTopics() const noexcept { return m_useTopics; }
   void setUseTopics(bool isWanted);
-  // Topics are named for the watched folders only.
-  [[nodiscard]] static bool topicsAvailable() { return false; }
+  // Whether a language model on this machine can name them, and the strategy has a place for them.
+  [[nodiscard]] bool topicsAvailable() const noexcept {
+    return m_hasTopicModel && m_strategy == OrganizationStrategy::byCategory;
+  }
   [[nodiscard]] QVariantList managedFolders() const;
 
   [[nodiscard]] bool isSearching() const noexcept { return m_isSearching; }
   [[nodiscard]] bool hasAnalyzed() const noexcept { return m_hasAnalyzed; }
+  [[nodiscard]] QString progressText() const override;
   [[nodiscard]] double moveCount() const noexcept { return static_cast<double>(m_moveCount); }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selectedCount); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selectedBytes); }
@@ -139,9 +143,12 @@ class OrganizeModel : public orvane::RunModel {
   std::vector<FileUrl> m_subfolders;
   OrganizationStrategy m_strategy = OrganizationStrategy::byCategory;
   bool m_includeSubfolders = false;
+  bool m_useTopics = false;
+  bool m_hasTopicModel = false;
   bool m_isSearching = false;
   bool m_hasAnalyzed = false;
   std::stop_source m_searchStop;
+  bool m_isNamingTopics = false;
   std::vector<Shown> m_groups;
   int m_rows = 0;
   std::int64_t m_moveCount = 0;

@@ -14,6 +14,7 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <exception>
 #include <utility>
@@ -24,12 +25,14 @@ namespace {
 constexpr std::size_t mostPreviewed = 300;
 constexpr std::chrono::milliseconds typingPause{250};
 
-// Everything in the granted folders, developer caches left out. Empty when it was stopped.
-std::vector<FileItem> scanForRules(const WindowServices& services, const std::stop_token& stop) {
+// Everything in the granted folders, developer caches left out. Empty when it was stopped. `looked` counts the files.
+std::vector<FileItem> scanForRules(const WindowServices& services, const std::stop_token& stop,
+                                   std::atomic<std::size_t>* looked = nullptr) {
   std::vector<FileItem> items;
   auto stream = services.scanner.scan(existingFolders(services.folders), DeveloperCaches::leaveOut);
   const std::stop_callback whenStopped(stop, [&stream] { stream.cancel(); });
   for (auto events = stream.nextBatch(); !events.empty(); events = stream.nextBatch()) {
+    if (looked != nullptr) looked->store(items.size(), std::memory_order_relaxed);
     for (auto& event : events) {
       if (auto* item = std::get_if<FileItem>(&event)) items.push_back(std::move(*item));
     }
@@ -240,9 +243,9 @@ void RulesModel::closeEditor() {
   m_previewQueue.post([this](const std::stop_token&) { m_candidates.reset(); });
 }
 
-void RulesModel::remove(int row) {
-  if (row < 0 || row >= ruleCount()) return;
-  change([id = m_rules[static_cast<std::size_t>(row)].id](RuleEngine& engine) { engine.deleteRule(id); });
+void RulesModel::remove(const QString& id) {
+  const auto rule = Uuid::parse(id.toStdString());
+  if (rule) change([rule = *rule](RuleEngine& engine) { engine.deleteRule(rule); });
 }
 
 void RulesModel::reset() {
@@ -309,21 +312,24 @@ void RulesModel::previewRule(int row) {
   m_previewCount = 0;
   m_previewBytes = 0;
   Q_EMIT previewChanged();
-  m_previewQueue.post([this, rules = meant(row), stop = m_previewStop.get_token()](const std::stop_token&) {
-    const auto matches = matchesOf(rules, scanForRules(services(), stop), services().home, stop);
-    callOn(this, [this, matches, stop] {
-      if (stop.stop_requested()) return;
-      m_isPreviewing = false;
-      m_preview = matches.rows;
-      m_previewCount = matches.count;
-      m_previewBytes = matches.bytes;
-      Q_EMIT previewChanged();
-    });
-  });
+  m_previewQueue.post(
+      [this, rules = meant(row), looked = startLooking(), stop = m_previewStop.get_token()](const std::stop_token&) {
+        const auto matches = matchesOf(rules, scanForRules(services(), stop, looked.get()), services().home, stop);
+        callOn(this, [this, matches, stop] {
+          if (stop.stop_requested()) return;
+          stopLooking();
+          m_isPreviewing = false;
+          m_preview = matches.rows;
+          m_previewCount = matches.count;
+          m_previewBytes = matches.bytes;
+          Q_EMIT previewChanged();
+        });
+      });
 }
 
 void RulesModel::closePreview() {
   m_previewStop.request_stop();
+  if (m_isPreviewing) stopLooking();
   m_isPreviewing = false;
   m_preview.clear();
   m_previewCount = 0;
@@ -333,12 +339,13 @@ void RulesModel::closePreview() {
 void RulesModel::run(int row) {
   auto rules = meant(row);
   if (rules.empty()) return;
-  startRun(0, [services = services(), rules = std::move(rules)](const CleanupRun::Progress& progress,
-                                                                const std::stop_token& stop) {
+  if (isWorking()) return;
+  startRun(0, [services = services(), rules = std::move(rules), looked = startLooking()](
+                  const CleanupRun::Progress& progress, const std::stop_token& stop) {
     const auto folders = existingFolders(services.folders);
     // Without a folder there would be no boundary either.
     if (folders.empty()) return RunReport{};
-    const auto items = scanForRules(services, stop);
+    const auto items = scanForRules(services, stop, looked.get());
     const auto execution = services.rules.carryOut(rules, items, AllowedRoots(folders), progress, stop);
     return RunReport::of(execution.summary.batchId, execution.outcomes);
   });

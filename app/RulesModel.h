@@ -71,7 +71,8 @@ class RulesModel : public orvane::RunModel {
   Q_INVOKABLE void edit(int row);
   Q_INVOKABLE void save();
   Q_INVOKABLE void closeEditor();
-  Q_INVOKABLE void remove(int row);
+  // By its identity: rows may be others by the time somebody has made up his mind.
+  Q_INVOKABLE void remove(const QString& id);
   // The user's own rules go.
   Q_INVOKABLE void reset();
   // Of one rule, on or off; -1 for all that are on.

@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t mostMessages = 300;
 constexpr std::chrono::milliseconds progressInterval{50};
+constexpr std::chrono::milliseconds lookInterval{100};
 
 }  // namespace
 
@@ -42,7 +43,10 @@ RunReport RunReport::of(const Uuid& runId, std::span<const MoveOutcome> outcomes
 }
 
 RunModel::RunModel(WindowServices services, QObject* parent)
-    : QAbstractListModel(parent), m_services(std::move(services)) {}
+    : QAbstractListModel(parent), m_services(std::move(services)) {
+  m_lookTimer.setInterval(lookInterval);
+  connect(&m_lookTimer, &QTimer::timeout, this, &RunModel::progressChanged);
+}
 
 RunModel::~RunModel() {
   m_stop.request_stop();
@@ -72,6 +76,7 @@ void RunModel::begin(Work work, std::int64_t total) {
 }
 
 void RunModel::forgetResult() {
+  if (m_work == Work::none) m_total = 0;
   m_result = Result::none;
   m_report = {};
   m_warnings.clear();
@@ -91,6 +96,7 @@ void RunModel::startRun(std::int64_t total, CarryOut carryOut, std::function<voi
     }
     callOn(this, [this, report, finished] {
       m_work = Work::none;
+      if (m_looked) stopLooking();
       m_result = Result::moved;
       m_report = *report;
       if (report->runId) m_lastRun = report->runId;
@@ -99,6 +105,19 @@ void RunModel::startRun(std::int64_t total, CarryOut carryOut, std::function<voi
       Q_EMIT cleaned();
     });
   });
+}
+
+RunModel::LookedCount RunModel::startLooking() {
+  m_looked = std::make_shared<std::atomic<std::size_t>>(0);
+  m_lookTimer.start();
+  Q_EMIT progressChanged();
+  return m_looked;
+}
+
+void RunModel::stopLooking() {
+  m_lookTimer.stop();
+  m_looked.reset();
+  Q_EMIT progressChanged();
 }
 
 void RunModel::cancel() {
@@ -188,6 +207,10 @@ QString RunModel::failureText(const CleanupFailure& failure) const {
 }
 
 QString RunModel::progressText() const {
+  if (m_looked && m_total == 0) {
+    const auto count = static_cast<std::int64_t>(m_looked->load());
+    return count == 0 ? QString() : countedText("count.files", count);
+  }
   if (m_work == Work::none) return {};
   const auto key = m_work == Work::moving ? "cleanup.moving_progress" : "cleanup.restoring_progress";
   return localizedText(key).arg(textFrom(formatCount(m_done)), textFrom(formatCount(m_total)));

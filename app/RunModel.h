@@ -9,9 +9,12 @@
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
 #include <QStringList>
+#include <QTimer>
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <stop_token>
@@ -81,6 +84,10 @@ class RunModel : public QAbstractListModel {
   // holds itself, nothing else of the model. `finished` is then called on the main thread.
   using CarryOut = std::function<RunReport(const CleanupRun::Progress& progress, const std::stop_token& stop)>;
   void startRun(std::int64_t total, CarryOut carryOut, std::function<void(const RunReport&)> finished = {});
+  // For a search in the background: progressText() tells how many files it has counted here, until stopLooking().
+  using LookedCount = std::shared_ptr<std::atomic<std::size_t>>;
+  [[nodiscard]] LookedCount startLooking();
+  void stopLooking();
   // After an undo, on the background thread and then on the main thread.
   using LookAfterUndo = std::function<std::function<void()>()>;
   void setLookAfterUndo(LookAfterUndo look) { m_lookAfterUndo = std::move(look); }
@@ -106,6 +113,8 @@ class RunModel : public QAbstractListModel {
   std::int64_t m_total = 0;
   std::optional<Uuid> m_lastRun;
   LookAfterUndo m_lookAfterUndo;
+  LookedCount m_looked;
+  QTimer m_lookTimer;
   Result m_result = Result::none;
   RunReport m_report;
   std::int64_t m_restoredCount = 0;

@@ -6,6 +6,7 @@
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
@@ -17,6 +18,7 @@ SectionServices systemSectionServices() {
       .finder = DuplicateFinderEngine::shared(),
       .organizer = FolderOrganizerEngine::shared(),
       .learned = CategoryPreferencesStore::shared(),
+      .topics = TopicCategorizerFactory::shared(),
       .uninstaller = AppUninstallerEngine::shared(),
       .agent = AgentCoordinator::shared(),
       .keychain = KeychainService::shared(),

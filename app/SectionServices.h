@@ -13,12 +13,14 @@ class FolderOrganizerEngine;
 class KeychainService;
 class PathValidator;
 class PlanExecutor;
+class TopicCategorizerFactory;
 
 // What the sections beyond the cleanup work with, besides the WindowServices. The same holds for them.
 struct SectionServices {
   DuplicateFinderEngine& finder;
   FolderOrganizerEngine& organizer;
   CategoryPreferencesStore& learned;
+  TopicCategorizerFactory& topics;
   AppUninstallerEngine& uninstaller;
   AgentCoordinator& agent;
   const KeychainService& keychain;

@@ -4,6 +4,7 @@
 #include "app/TidyModel.h"
 #include "core/assistant/AIProvider.h"
 #include "core/assistant/KeychainService.h"
+#include "core/base/HttpUrl.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
 #include "core/platform/Preferences.h"
@@ -22,6 +23,7 @@ namespace {
 
 // The address of the server that the automatic organizer asks for topics.
 constexpr std::string_view modelAddressKey = "OrvaneLocalModelEndpoint";
+constexpr std::string_view modelNameKey = "OrvaneLocalModelName";
 
 struct FrequencyIndex {
   int operator()(const OnLowDiskSpace& /*frequency*/) const { return SettingsModel::LowSpace; }
@@ -43,6 +45,11 @@ ScheduleFrequency frequencyFrom(int index, int thresholdGB) {
   }
 }
 
+QString textPreference(const Preferences& preferences, std::string_view key) {
+  const auto value = preferences.value(key);
+  return value && value->is_string() ? textFrom(value->get<std::string>()) : QString();
+}
+
 // As the settings keep it: a path, or its URL where it is not UTF-8.
 std::string storedForm(const FileUrl& folder) {
   return isValidUtf8(folder.path()) ? folder.path() : folder.absoluteString();
@@ -61,7 +68,8 @@ SettingsModel::State SettingsModel::read() const {
               .isAgentInstalled = m_with.agent.isInstalled(),
               .canNotify = m_with.notifications.requestAuthorization(),
               .keys = {},
-              .modelAddress = {}};
+              .modelAddress = textPreference(m_with.preferences, modelAddressKey),
+              .modelName = textPreference(m_with.preferences, modelNameKey)};
   for (const auto provider : allAIProviders) {
     const auto account = keyAccount(provider);
     if (account.empty()) continue;
@@ -69,8 +77,6 @@ SettingsModel::State SettingsModel::read() const {
                                   {"account", textFrom(account)},
                                   {"isStored", m_with.keychain.getKey(account).has_value()}});
   }
-  const auto address = m_with.preferences.value(modelAddressKey);
-  if (address && address->is_string()) state.modelAddress = textFrom(address->get<std::string>());
   return state;
 }
 
@@ -79,6 +85,7 @@ void SettingsModel::readAndPublish() {
   callOn(this, [this, state] {
     const bool areFoldersNew = state.folders != m_state.folders;
     m_state = state;
+    if (!m_firstModelAddress) m_firstModelAddress = state.modelAddress;
     if (const auto* low = std::get_if<OnLowDiskSpace>(&state.schedule.frequency)) {
       m_thresholdGB = static_cast<int>(low->thresholdGB);
     }
@@ -168,7 +175,7 @@ double SettingsModel::lastScheduledRun() const {
 void SettingsModel::changeKey(std::function<bool()> change) {
   m_queue.post([this, change = std::move(change)](const std::stop_token&) {
     const bool isDone = change();
-    callOn(this, [this, isDone] { m_keyError = isDone ? QString() : localizedText("settings.key_failed"); });
+    callOn(this, [this, isDone] { m_hasKeyFailed = !isDone; });
     readAndPublish();
   });
 }
@@ -183,13 +190,51 @@ void SettingsModel::removeKey(const QString& account) {
   changeKey([this, account = account.toStdString()] { return m_with.keychain.deleteKey(account); });
 }
 
+QString SettingsModel::keyError() const {
+  return m_hasKeyFailed ? localizedText("settings.key_failed") : QString();
+}
+
+void SettingsModel::askForNotifications() {
+  // Reading the state is asking for it.
+  refresh();
+}
+
+void SettingsModel::installAgent() {
+  if (m_state.schedule.isEnabled) changeSchedule([](ScheduleSettings&) {});
+}
+
 void SettingsModel::setModelAddress(const QString& address) {
-  if (address == m_state.modelAddress) return;
-  m_state.modelAddress = address;
+  const auto wanted = address.trimmed();
+  const auto url = HttpUrl::parse(wanted.toStdString());
+  m_isModelRefused = !wanted.isEmpty() && !(url && url->isLoopback());
+  if (m_isModelRefused || wanted == m_state.modelAddress) {
+    Q_EMIT changed();
+    return;
+  }
+  m_state.modelAddress = wanted;
+  changePreference(modelAddressKey, wanted);
+}
+
+void SettingsModel::setModelName(const QString& name) {
+  const auto wanted = name.trimmed();
+  if (wanted == m_state.modelName) return;
+  m_state.modelName = wanted;
+  changePreference(modelNameKey, wanted);
+}
+
+QString SettingsModel::modelError() const {
+  return m_isModelRefused ? localizedText("settings.model_refused") : QString();
+}
+
+void SettingsModel::languageChanged() {
   Q_EMIT changed();
-  m_queue.post([this, address = address.toStdString()](const std::stop_token&) {
+}
+
+void SettingsModel::changePreference(std::string_view key, const QString& value) {
+  Q_EMIT changed();
+  m_queue.post([this, key, value = value.toStdString()](const std::stop_token&) {
     try {
-      m_with.preferences.setValue(modelAddressKey, Json(address));
+      m_with.preferences.setValue(key, Json(value));
     } catch (const std::exception& error) {
       qWarning("The preferences cannot be written: %s", error.what());
     }

@@ -10,7 +10,9 @@
 #include <QVariantList>
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace orvane {
 
@@ -40,6 +42,9 @@ class SettingsModel : public QObject {
   Q_PROPERTY(QVariantList keys READ keys NOTIFY changed)
   Q_PROPERTY(QString keyError READ keyError NOTIFY changed)
   Q_PROPERTY(QString modelAddress READ modelAddress WRITE setModelAddress NOTIFY changed)
+  Q_PROPERTY(QString modelName READ modelName WRITE setModelName NOTIFY changed)
+  Q_PROPERTY(QString modelError READ modelError NOTIFY changed)
+  Q_PROPERTY(bool isModelNew READ isModelNew NOTIFY changed)
   Q_PROPERTY(int recentsDays READ recentsDays WRITE setRecentsDays NOTIFY tidyChanged)
   Q_PROPERTY(bool useTopics READ useTopics WRITE setUseTopics NOTIFY tidyChanged)
   Q_PROPERTY(QVariantList autoFolders READ autoFolders NOTIFY tidyChanged)
@@ -83,9 +88,19 @@ class SettingsModel : public QObject {
   [[nodiscard]] bool notificationsAvailable() const noexcept { return m_state.canNotify; }
   // {name, account, isStored} for each provider that needs one.
   [[nodiscard]] const QVariantList& keys() const noexcept { return m_state.keys; }
-  [[nodiscard]] const QString& keyError() const noexcept { return m_keyError; }
+  [[nodiscard]] QString keyError() const;
   [[nodiscard]] const QString& modelAddress() const noexcept { return m_state.modelAddress; }
+  // Only an address on this computer is taken; none for no model.
   void setModelAddress(const QString& address);
+  // A server of one model does not need it.
+  [[nodiscard]] const QString& modelName() const noexcept { return m_state.modelName; }
+  void setModelName(const QString& name);
+  // Why the last address was not taken; empty where it was.
+  [[nodiscard]] QString modelError() const;
+  // Whether the address was changed since the start: what is asked at the start holds until the next.
+  [[nodiscard]] bool isModelNew() const noexcept {
+    return m_firstModelAddress && *m_firstModelAddress != modelAddress();
+  }
   [[nodiscard]] int recentsDays() const;
   void setRecentsDays(int days);
   [[nodiscard]] bool useTopics() const;
@@ -98,8 +113,15 @@ class SettingsModel : public QObject {
   Q_INVOKABLE void removeAutoFolder(const QString& url);
   Q_INVOKABLE void storeKey(const QString& account, const QString& key);
   Q_INVOKABLE void removeKey(const QString& account);
+  // Has the system ask the user, where it does.
+  Q_INVOKABLE void askForNotifications();
+  // Where the schedule is on and its background agent is not there.
+  Q_INVOKABLE void installAgent();
   // Reads everything anew.
   Q_INVOKABLE void refresh();
+
+  // Texts are new.
+  void languageChanged();
 
  Q_SIGNALS:
   void changed();
@@ -117,6 +139,7 @@ class SettingsModel : public QObject {
     bool canNotify = false;
     QVariantList keys;
     QString modelAddress;
+    QString modelName;
   };
 
   // On the queue's thread.
@@ -126,6 +149,7 @@ class SettingsModel : public QObject {
   void changeKey(std::function<bool()> change);
   // Shows the change at once, stores it, and has the agent follow.
   void changeSchedule(std::function<void(ScheduleSettings&)> change);
+  void changePreference(std::string_view key, const QString& value);
   [[nodiscard]] QString letAgentFollow(const ScheduleSettings& settings) const;
 
   Collaborators m_with;
@@ -134,7 +158,9 @@ class SettingsModel : public QObject {
   int m_thresholdGB = 10;
   QString m_folderError;
   QString m_agentStatus;
-  QString m_keyError;
+  bool m_hasKeyFailed = false;
+  bool m_isModelRefused = false;
+  std::optional<QString> m_firstModelAddress;
   BackgroundQueue m_queue;  // last: its tasks use everything above
 };
 

@@ -1,14 +1,22 @@
 #include "app/TidyModel.h"
 
 #include "app/Text.h"
+#include "core/base/ByteCount.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/TopicCategorizerFactory.h"
 
 #include <QDebug>
 
+#include <chrono>
 #include <exception>
 #include <utility>
 
 namespace orvane {
+namespace {
+
+constexpr std::chrono::milliseconds progressInterval{50};
+
+}  // namespace
 
 TidyModel::TidyModel(MakeCollaborators makeCollaborators, QObject* parent)
     : QObject(parent), m_timer([this](std::function<void()> task) {
@@ -25,21 +33,23 @@ void TidyModel::makeController(const MakeCollaborators& makeCollaborators) {
   auto collaborators = makeCollaborators(m_timer);
   collaborators.whenChanged = [this] { publish(); };
   m_storedSettings = [&store = collaborators.store] { return store.get(); };
-  m_controller = std::make_unique<AutoOrganizeController>(std::move(collaborators));
+  m_controller = std::make_unique<AutoOrganizeController>(collaborators);
   m_controller->start();
+  callOn(this, [this, reason = textFrom(collaborators.factory.unavailableReason())] { m_unavailableReason = reason; });
   publish();
 }
 
 void TidyModel::publish() {
   const auto settings = m_controller->settings();
-  const auto status = m_controller->statusMessage();
+  const auto result = m_controller->lastResult();
   const bool isRunning = m_controller->isRunning();
   const bool isAvailable = m_controller->isAIAvailable();
   const bool launchAtLogin = m_controller->launchAtLoginEnabled();
-  callOn(this, [this, settings, status, isRunning, isAvailable, launchAtLogin] {
+  callOn(this, [this, settings, result, isRunning, isAvailable, launchAtLogin] {
     m_launchAtLogin = launchAtLogin;
-    m_settings = settings;
-    m_statusText = textFrom(status.value_or(""));
+    // Else what the user has just changed would jump back for a moment.
+    if (m_changesUnderWay == 0) m_settings = settings;
+    m_lastResult = result;
     m_isRunning = isRunning;
     m_isAvailable = isAvailable;
     m_isReady = true;
@@ -51,14 +61,16 @@ void TidyModel::update(std::function<void(AutoOrganizeSettings&)> change) {
   if (!m_isReady) return;
   // Shows at once; storing it may have to wait for a run that is under way.
   change(m_settings);
+  ++m_changesUnderWay;
   Q_EMIT changed();
   m_settingsQueue.post([this, change = std::move(change)](const std::stop_token&) {
     try {
       m_controller->update(change);
     } catch (const std::exception& error) {
       qWarning("The preferences cannot be written: %s", error.what());
-      publish();
     }
+    callOn(this, [this] { --m_changesUnderWay; });
+    publish();
   });
 }
 
@@ -88,15 +100,42 @@ void TidyModel::runNow() {
   if (!m_isReady || m_isRunning) return;
   m_isRunning = true;
   m_runStop = {};
+  m_runError.clear();
+  m_done = 0;
+  m_total = 0;
   Q_EMIT changed();
+  Q_EMIT progressChanged();
   m_runQueue.post([this, stop = m_runStop.get_token()](const std::stop_token&) {
+    auto last = std::chrono::steady_clock::time_point();
+    const auto progress = [&](std::size_t done, std::size_t total) {
+      const auto now = std::chrono::steady_clock::now();
+      if (now - last < progressInterval && done != total) return;
+      last = now;
+      callOn(this, [this, done, total] {
+        m_done = done;
+        m_total = total;
+        Q_EMIT progressChanged();
+      });
+    };
     try {
-      m_controller->runNow({}, stop);
+      m_controller->runNow({}, stop, progress);
     } catch (const std::exception& error) {
-      qWarning("Tidying failed: %s", error.what());
+      callOn(this, [this, problem = shownName(error.what())] { m_runError = problem; });
     }
     publish();
   });
+}
+
+QString TidyModel::statusText() const {
+  if (!m_runError.isEmpty()) return m_runError;
+  if (!m_lastResult) return {};
+  if (m_lastResult->totalMoved() == 0) return localizedText("tidy.nothing");
+  // It is the first number alone that the plural follows.
+  return countedText("tidy.moved", m_lastResult->movedToRecents).arg(textFrom(formatCount(m_lastResult->sorted)));
+}
+
+void TidyModel::languageChanged() {
+  Q_EMIT changed();
 }
 
 void TidyModel::cancel() {

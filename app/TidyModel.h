@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stop_token>
 
 namespace orvane {
@@ -29,6 +30,9 @@ class TidyModel : public QObject {
   Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY changed)
   Q_PROPERTY(QString launchAtLoginError READ launchAtLoginError NOTIFY changed)
   Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
+  Q_PROPERTY(QString unavailableReason READ unavailableReason NOTIFY changed)
+  Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
+  Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
 
  public:
   // The timer is given by the model.
@@ -50,8 +54,13 @@ class TidyModel : public QObject {
   void setLaunchAtLogin(bool isEnabled);
   // Why the last change was refused; empty where it was not.
   [[nodiscard]] const QString& launchAtLoginError() const noexcept { return m_launchAtLoginError; }
-  // What the last run of this process did; empty before.
-  [[nodiscard]] const QString& statusText() const noexcept { return m_statusText; }
+  // What the last run of this process did, or why it could not be; empty before.
+  [[nodiscard]] QString statusText() const;
+  // Why there is no language model; empty where there is one.
+  [[nodiscard]] const QString& unavailableReason() const noexcept { return m_unavailableReason; }
+  // Of the folder that is tidied now; both 0 as long as nothing moves.
+  [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
+  [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
 
   [[nodiscard]] const AutoOrganizeSettings& settings() const noexcept { return m_settings; }
   // Changes and stores the settings, in the background.
@@ -61,9 +70,12 @@ class TidyModel : public QObject {
   Q_INVOKABLE void cancel();
   // The settings may have been changed by another process.
   void reload();
+  // Texts are new.
+  void languageChanged();
 
  Q_SIGNALS:
   void changed();
+  void progressChanged();
 
  private:
   void makeController(const MakeCollaborators& makeCollaborators);
@@ -76,7 +88,12 @@ class TidyModel : public QObject {
   bool m_launchAtLogin = false;
   QString m_launchAtLoginError;
   AutoOrganizeSettings m_settings;
-  QString m_statusText;
+  int m_changesUnderWay = 0;  // shown already, and not stored yet
+  std::optional<AutoOrganizeResult> m_lastResult;
+  QString m_runError;
+  QString m_unavailableReason;
+  std::size_t m_done = 0;
+  std::size_t m_total = 0;
   std::stop_source m_runStop;
 
   std::function<AutoOrganizeSettings()> m_storedSettings;

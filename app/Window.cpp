@@ -16,6 +16,8 @@
 #include "app/NavigationModel.h"
 #include "app/OrganizeModel.h"
 #include "app/OverviewModel.h"
+#include "app/PictureProvider.h"
+#include "app/Pictures.h"
 #include "app/PrivacyModel.h"
 #include "app/RulesModel.h"
 #include "app/SettingsModel.h"
@@ -158,6 +160,10 @@ bool Window::show() {
   parts.engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
   // The engine owns what it is given.
   parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
+  parts.engine.addImageProvider(QString::fromLatin1(thumbnailProvider),
+                                std::make_unique<PictureProvider>(readThumbnail).release());
+  parts.engine.addImageProvider(QString::fromLatin1(applicationIconProvider),
+                                std::make_unique<PictureProvider>(readApplicationIcon).release());
   parts.engine.setInitialProperties({
       {"appState", variantOf(parts.state)},
       {"navigation", variantOf(parts.navigation)},
@@ -209,6 +215,8 @@ void Window::languageChanged() {
   parts.organize.languageChanged();
   parts.rules.languageChanged();
   parts.agent.languageChanged();
+  parts.tidy.languageChanged();
+  parts.settings.languageChanged();
   parts.tray.languageChanged();
 }
 

@@ -29,9 +29,17 @@ LocalizationManager::LocalizationManager(Preferences& preferences, ThreadSafeLan
 }
 
 void LocalizationManager::setLanguage(AppLanguage language) {
+  useLanguage(language);
+  rememberLanguage(language);
+}
+
+void LocalizationManager::useLanguage(AppLanguage language) {
   m_store.setCurrentLanguage(language);
   m_currentLanguage = language;
   for (const auto& observer : m_observers) observer();
+}
+
+void LocalizationManager::rememberLanguage(AppLanguage language) const {
   m_preferences.setValue(languageKey, Json(rawValue(language)));
 }
 

@@ -26,6 +26,9 @@ class LocalizationManager {
   // Takes effect at once for every thread, then tells the observers, then remembers the language. Throws
   // std::system_error when it cannot be remembered; it holds for this process all the same.
   void setLanguage(AppLanguage language);
+  // Its two halves, for whoever must not wait for the disk: the first for the main thread, the second for any other.
+  void useLanguage(AppLanguage language);
+  void rememberLanguage(AppLanguage language) const;
   // The text for a key in the current language: else the English one, else the key itself.
   [[nodiscard]] std::string string(std::string_view key) const;
 

@@ -37,6 +37,11 @@ std::optional<std::string> AutoOrganizeController::statusMessage() const {
   return m_statusMessage;
 }
 
+std::optional<AutoOrganizeResult> AutoOrganizeController::lastResult() const {
+  const std::lock_guard lock(m_mutex);
+  return m_lastResult;
+}
+
 bool AutoOrganizeController::launchAtLoginEnabled() const {
   const std::lock_guard lock(m_mutex);
   return m_launchAtLoginEnabled;
@@ -59,7 +64,7 @@ void AutoOrganizeController::rescheduleTimer() {
 }
 
 AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<const TidyProposal>)> approve,
-                                                  const std::stop_token& stop) {
+                                                  const std::stop_token& stop, const CleanupRun::Progress& progress) {
   {
     const std::lock_guard lock(m_mutex);
     if (m_isRunning) {
@@ -84,12 +89,14 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
   request.topics = current.useAITopics && m_isAIAvailable ? TopicUse::whenAvailable : TopicUse::never;
   request.now = m_collaborators.now();
   request.approve = std::move(approve);
+  request.progress = progress;
   auto report = m_collaborators.organizer.run(request, stop);
   if (report.end != AutoOrganizeReport::End::completed) return report;
 
   {
     const std::lock_guard lock(m_mutex);
     m_statusMessage = statusText(report.result);
+    m_lastResult = report.result;
   }
   auto stored = m_collaborators.store.update([&](AutoOrganizeSettings& settings) {
     settings.lastRunDate = request.now;

@@ -40,6 +40,8 @@ class AutoOrganizeController {
   [[nodiscard]] AutoOrganizeSettings settings() const;
   [[nodiscard]] bool isRunning() const;
   [[nodiscard]] std::optional<std::string> statusMessage() const;
+  // What the last completed run did; absent before.
+  [[nodiscard]] std::optional<AutoOrganizeResult> lastResult() const;
   [[nodiscard]] bool launchAtLoginEnabled() const;
   [[nodiscard]] bool isAIAvailable() const noexcept { return m_isAIAvailable; }
 
@@ -49,7 +51,7 @@ class AutoOrganizeController {
   // Tidies now, on the calling thread; does nothing while a run is under way. `approve` is as in AutoOrganizeRequest.
   // Throws std::system_error when the settings or the lock cannot be written.
   AutoOrganizeReport runNow(std::function<bool(std::span<const TidyProposal>)> approve = {},
-                            const std::stop_token& stop = {});
+                            const std::stop_token& stop = {}, const CleanupRun::Progress& progress = {});
   // Changes the settings, stores them and reschedules. Throws std::system_error.
   void update(const std::function<void(AutoOrganizeSettings&)>& change);
   // A failure shows in the status message.
@@ -68,6 +70,7 @@ class AutoOrganizeController {
   AutoOrganizeSettings m_settings;
   bool m_isRunning = false;
   std::optional<std::string> m_statusMessage;
+  std::optional<AutoOrganizeResult> m_lastResult;
   bool m_launchAtLoginEnabled = false;
 };
 

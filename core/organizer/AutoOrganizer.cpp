@@ -128,7 +128,7 @@ AutoOrganizeReport AutoOrganizer::run(const AutoOrganizeRequest& request, const 
     return report;
   }
   for (auto& proposal : proposals) {
-    if (!stop.stop_requested()) apply(std::move(proposal), report, stop);
+    if (!stop.stop_requested()) apply(std::move(proposal), request.progress, report, stop);
   }
   return report;
 }
@@ -176,10 +176,11 @@ std::vector<std::string> AutoOrganizer::categoriesOf(const std::vector<TidyItem>
   return categories;
 }
 
-void AutoOrganizer::apply(TidyProposal proposal, AutoOrganizeReport& report, const std::stop_token& stop) {
+void AutoOrganizer::apply(TidyProposal proposal, const CleanupRun::Progress& progress, AutoOrganizeReport& report,
+                          const std::stop_token& stop) {
   dropChanged(proposal);
   if (proposal.empty()) return;
-  auto execution = m_engine.carryOut(proposal.groups, m_journal, AllowedRoots({proposal.folder}), {}, stop);
+  auto execution = m_engine.carryOut(proposal.groups, m_journal, AllowedRoots({proposal.folder}), progress, stop);
   const auto recents = canonicalPath(proposal.folder.appendingPathComponent(recentsFolderName).path());
   for (auto& outcome : execution.outcomes) {
     if (outcome.result != MoveResult::moved) {

@@ -43,6 +43,7 @@ struct AutoOrganizeRequest {
   Date now = ReferenceClock::now();
   // Asked once with what would be done, when there is anything; a no changes nothing. Without it nobody is asked.
   std::function<bool(std::span<const TidyProposal>)> approve = {};
+  CleanupRun::Progress progress = {};  // of the folder that is worked on
 };
 
 struct AutoOrganizeReport {
@@ -77,7 +78,8 @@ class AutoOrganizer {
                                      const std::stop_token& stop) const;
   [[nodiscard]] std::vector<std::string> categoriesOf(const std::vector<TidyItem>& items, const FileUrl& folder,
                                                       TopicUse topics, const std::stop_token& stop) const;
-  void apply(TidyProposal proposal, AutoOrganizeReport& report, const std::stop_token& stop);
+  void apply(TidyProposal proposal, const CleanupRun::Progress& progress, AutoOrganizeReport& report,
+             const std::stop_token& stop);
 
   FolderOrganizerEngine& m_engine;
   TopicCategorizerFactory& m_factory;

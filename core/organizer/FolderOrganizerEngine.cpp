@@ -132,14 +132,12 @@ FileUrl FolderOrganizerEngine::categoryFolder(const FileUrl& destinationRoot, st
   return folder;
 }
 
-FolderOrganizerEngine::Groups FolderOrganizerEngine::analyzeFolder(const FileUrl& targetFolder,
-                                                                   const std::optional<FileUrl>& baseDestination,
-                                                                   Subfolders includeSubfolders,
-                                                                   OrganizationStrategy strategy,
-                                                                   const std::stop_token& stop) const {
+FolderOrganizerEngine::Groups FolderOrganizerEngine::analyzeFolder(
+    const FileUrl& targetFolder, const std::optional<FileUrl>& baseDestination, Subfolders includeSubfolders,
+    OrganizationStrategy strategy, const std::stop_token& stop, std::atomic<std::size_t>* looked) const {
   const auto destinationRoot = baseDestination.value_or(defaultDestination(targetFolder));
   const OrganizerScope scope{canonicalPath(targetFolder.path()), canonicalPath(destinationRoot.path()),
-                             includeSubfolders, m_preferences.learnedCategoryRoots()};
+                             includeSubfolders, m_preferences.learnedCategoryRoots(), looked};
   const auto chooser = chooserFor(targetFolder, strategy);
   GroupBuilder groups(targetFolder, destinationRoot, scope);
   visitOrganizerCandidates(scope, chooser, stop,

@@ -9,6 +9,7 @@
 #include "core/safety/AllowedRoots.h"
 #include "core/safety/CleanupRun.h"
 
+#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -39,10 +40,11 @@ class FolderOrganizerEngine {
 
   // Proposes where the items of a folder would go, everything selected, groups in order of their names (by code point).
   // What lies in its place already is left out; so are hidden items, links and the organizer's own folders. No two
-  // proposals share a target. Changes nothing. A stop yields a part.
+  // proposals share a target. Changes nothing. A stop yields a part. `looked` counts the files that are looked at.
   [[nodiscard]] Groups analyzeFolder(const FileUrl& targetFolder, const std::optional<FileUrl>& baseDestination,
                                      Subfolders includeSubfolders, OrganizationStrategy strategy,
-                                     const std::stop_token& stop = {}) const;
+                                     const std::stop_token& stop = {},
+                                     std::atomic<std::size_t>* looked = nullptr) const;
   // The category path of one item.
   [[nodiscard]] std::string determineCategory(const FileUrl& url, ItemKind kind, const FileUrl& targetFolder,
                                               OrganizationStrategy strategy) const;

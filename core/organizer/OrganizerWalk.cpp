@@ -77,6 +77,7 @@ class ExamineFiles : public WorkStack::Task {
 
   void examine(int folder) {
     m_chunk.reserve(m_names.size());
+    if (m_walk.scope.looked != nullptr) m_walk.scope.looked->fetch_add(m_names.size(), std::memory_order_relaxed);
     for (auto& name : m_names) {
       if (m_walk.isStopped.load(std::memory_order_relaxed)) return;
       const auto status = readFileStatus(folder, name.c_str());

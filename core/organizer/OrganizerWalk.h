@@ -3,6 +3,7 @@
 #include "core/base/FileUrl.h"
 #include "core/organizer/CategoryChooser.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <set>
@@ -30,6 +31,8 @@ struct OrganizerScope {
   std::string destinationRoot;  // canonical
   Subfolders subfolders = Subfolders::keepWhole;
   std::set<std::string> learnedRoots;
+  // Counts the files that are looked at, for whoever shows how far it is.
+  std::atomic<std::size_t>* looked = nullptr;
 };
 
 // Gathers the candidates of a folder with their categories: of each folder the entries in order of their names, files

@@ -20,7 +20,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <iterator>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 
 namespace orvane {
@@ -35,6 +37,24 @@ std::string preparedFolder(const FileUrl& storageDirectory) {
     // Without the folder nothing can be saved, and every save says so.
   }
   return canonicalPath(storageDirectory.path());
+}
+
+// Of an item that went to another volume: the copy there, and the original in the Trash.
+bool isOtherHalf(const JournalEntry& entry, const JournalEntry& half) {
+  return entry.originalURL == half.originalURL && entry.action != half.action &&
+         entry.action != JournalAction::restored && half.action != JournalAction::restored;
+}
+
+// A copy on another volume has nothing to bring back once its original is back.
+bool isAllRestored(std::span<const JournalEntry> entries) {
+  std::unordered_set<FileUrl> restored;
+  for (const auto& entry : entries) {
+    if (entry.action == JournalAction::restored) restored.insert(entry.originalURL);
+  }
+  return std::ranges::all_of(entries, [&](const JournalEntry& entry) {
+    return entry.action == JournalAction::restored ||
+           (entry.action == JournalAction::moved && restored.contains(entry.originalURL));
+  });
 }
 
 }  // namespace
@@ -168,31 +188,50 @@ RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progres
   const std::lock_guard restoring(m_restoreMutex);
   const auto entries = getEntries(runId);
   if (entries.empty()) throw UndoError(UndoError::RunNotFound{runId});
+  return restoreEntries(runId, entries, entries, progress, stop);
+}
+
+RestoreResult UndoJournal::restoreEntry(const Uuid& runId, const Uuid& entryId) {
+  const std::lock_guard restoring(m_restoreMutex);
+  const auto entries = getEntries(runId);
+  const auto wanted = std::ranges::find(entries, entryId, &JournalEntry::id);
+  if (wanted == entries.end()) throw UndoError(UndoError::RunNotFound{runId});
+  std::vector<JournalEntry> chosen;
+  std::ranges::copy_if(entries, std::back_inserter(chosen),
+                       [&](const JournalEntry& entry) { return entry.id == entryId || isOtherHalf(entry, *wanted); });
+  return restoreEntries(runId, entries, chosen, {}, {});
+}
+
+RestoreResult UndoJournal::restoreEntries(const Uuid& runId, std::span<const JournalEntry> run,
+                                          std::span<const JournalEntry> chosen, const Progress& progress,
+                                          const std::stop_token& stop) {
   const auto runs = getRuns();
-  const bool wasRestored = std::any_of(
-      runs.begin(), runs.end(), [&](const CleanupRunSummary& run) { return run.runId == runId && run.isRestored; });
-  RunRestore restore(m_trash, m_mover, m_validator, entries,
+  const bool wasRestored = std::any_of(runs.begin(), runs.end(), [&](const CleanupRunSummary& known) {
+    return known.runId == runId && known.isRestored;
+  });
+  RunRestore restore(m_trash, m_mover, m_validator, run,
                      wasRestored ? RunRestore::Before::restored : RunRestore::Before::notRestored);
   std::unique_ptr<RunLog> log;
   try {
     // Not the run's own identifier: another process may be restoring the same run.
     log = beginRun(Uuid::random());
   } catch (const std::system_error& error) {
-    return restore.failAll(entries, fmt::format("the undo journal cannot be written: {}", error.code().message()));
+    return restore.failAll(chosen, fmt::format("the undo journal cannot be written: {}", error.code().message()));
   }
-  for (std::size_t start = 0; start < entries.size() && !stop.stop_requested(); start += maximumBatchSize) {
-    const auto group = std::span(entries).subspan(start, std::min(maximumBatchSize, entries.size() - start));
+  for (std::size_t start = 0; start < chosen.size() && !stop.stop_requested(); start += maximumBatchSize) {
+    const auto group = chosen.subspan(start, std::min(maximumBatchSize, chosen.size() - start));
     const bool durable = restore.carryOut(group, *log, stop);
     if (!durable) {
       recordUnsettled(restore.takeRestored());
       return restore.result();
     }
     recordLogged(restore.takeRestored(), *log, Checkpoint::whenDue);
-    if (progress) progress(start + group.size(), entries.size());
+    if (progress) progress(start + group.size(), chosen.size());
   }
   {
     const std::lock_guard lock(m_mutex);
-    if (!stop.stop_requested()) m_model.markRestored(runId);
+    const bool isWhole = chosen.size() == run.size() || isAllRestored(m_model.entries(runId));
+    if (!stop.stop_requested() && isWhole) m_model.markRestored(runId);
   }
   recordLogged({}, *log, Checkpoint::atEnd);
   return restore.result();

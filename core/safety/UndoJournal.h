@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -47,6 +48,9 @@ class UndoJournal {
   // Brings every item of a run back to where it was, under a new name where that place is taken. An item that cannot
   // come back becomes a warning. Throws UndoError when the run is unknown.
   RestoreResult restoreRun(const Uuid& runId, const Progress& progress = {}, std::stop_token stop = {});
+  // The same for one entry of a run; the run counts as restored once nothing of it is left to bring back. What was
+  // copied to another volume comes back together with its original.
+  RestoreResult restoreEntry(const Uuid& runId, const Uuid& entryId);
   // A free place for a restore: `url` itself, else "name (restored 1).ext" and so on in the same folder.
   [[nodiscard]] static FileUrl resolveCollisionIfNeeded(const FileUrl& url);
 
@@ -66,6 +70,10 @@ class UndoJournal {
   [[nodiscard]] const std::string& storageFolder() const noexcept;
 
  private:
+  // Of a run's entries those that are chosen.
+  RestoreResult restoreEntries(const Uuid& runId, std::span<const JournalEntry> run,
+                               std::span<const JournalEntry> chosen, const Progress& progress,
+                               const std::stop_token& stop);
   void settleDeadRuns();
   void settleDeadRun(const std::string& logName);
 

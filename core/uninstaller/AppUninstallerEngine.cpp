@@ -144,21 +144,36 @@ std::int64_t AppUninstallerEngine::calculateSize(const FileUrl& url) {
 
 std::vector<InstalledApp> AppUninstallerEngine::listInstalledApps(const Directories& searchDirectories,
                                                                   const std::stop_token& stop) {
+  auto apps = findInstalledApps(searchDirectories, stop);
+  const auto sizes = measureApps(apps, stop);
+  if (stop.stop_requested()) return {};
+  for (std::size_t i = 0; i < apps.size(); ++i) apps[i].appSize = sizes[i];
+  return apps;
+}
+
+std::vector<InstalledApp> AppUninstallerEngine::findInstalledApps(const Directories& searchDirectories,
+                                                                  const std::stop_token& stop) {
   const std::lock_guard lock(m_mutex);
-  const auto bundles = appBundlesIn(directoriesOrDefault(searchDirectories));
   std::vector<InstalledApp> apps;
-  apps.reserve(bundles.size());
-  for (const auto& bundle : bundles) {
+  for (const auto& bundle : appBundlesIn(directoriesOrDefault(searchDirectories))) {
     if (stop.stop_requested()) return {};
     apps.push_back(inspectAppBundle(bundle));
   }
-  const auto sizes = contentSizes(bundles, stop);
-  if (stop.stop_requested()) return {};
-  for (std::size_t i = 0; i < apps.size(); ++i) apps[i].appSize = sizes[i];
   std::stable_sort(apps.begin(), apps.end(), [](const InstalledApp& left, const InstalledApp& right) {
     return compareForDisplay(left.name, right.name) < 0;
   });
   return apps;
+}
+
+std::vector<std::int64_t> AppUninstallerEngine::measureApps(std::span<const InstalledApp> apps,
+                                                            const std::stop_token& stop) {
+  const std::lock_guard lock(m_mutex);
+  std::vector<FileUrl> bundles;
+  bundles.reserve(apps.size());
+  for (const auto& app : apps) bundles.push_back(app.url);
+  auto sizes = contentSizes(bundles, stop);
+  if (stop.stop_requested()) sizes.clear();
+  return sizes;
 }
 
 InstalledApp AppUninstallerEngine::appAt(const FileUrl& url) {

@@ -40,6 +40,12 @@ class AppUninstallerEngine {
   // is requested.
   [[nodiscard]] std::vector<InstalledApp> listInstalledApps(
       const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt, const std::stop_token& stop = {});
+  // Its two halves: the same without sizes, all 0, and the sizes of what was found, in its order, which take the
+  // longest. Empty once a stop is requested.
+  [[nodiscard]] std::vector<InstalledApp> findInstalledApps(
+      const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt, const std::stop_token& stop = {});
+  [[nodiscard]] std::vector<std::int64_t> measureApps(std::span<const InstalledApp> apps,
+                                                      const std::stop_token& stop = {});
   // One application, wherever it is. Throws UninstallError when there is none.
   [[nodiscard]] InstalledApp appAt(const FileUrl& url);
 

@@ -23,10 +23,11 @@ constexpr std::size_t largestList = 1024 * 1024;  // bytes
 struct BundleLayout {
   std::string_view informationList;
   std::string_view executables;  // folder
+  std::string_view resources;    // folder
 };
 constexpr std::array layouts{
-    BundleLayout{"Contents/Info.plist", "Contents/MacOS"},
-    BundleLayout{"Info.plist", ""},
+    BundleLayout{"Contents/Info.plist", "Contents/MacOS", "Contents/Resources"},
+    BundleLayout{"Info.plist", "", ""},
 };
 
 // The real path of something in a bundle; absent when it does not lie there.
@@ -88,6 +89,26 @@ BundleInformation readBundleInformation(const FileUrl& bundle) {
   }
   if (result.displayName.empty()) result.displayName = splitName(bundle.lastPathComponent()).base;
   return result;
+}
+
+std::optional<FileUrl> bundleIconFile(const FileUrl& bundle) {
+  const auto canonicalBundle = canonicalPath(bundle.path());
+  const auto list = readInformationList(canonicalBundle);
+  if (!list) return std::nullopt;
+  for (const auto* key : {"CFBundleIconFile", "CFBundleIconName", "NSIcon"}) {
+    const auto name = visibleText(*list, key);
+    if (!name) continue;
+    for (const auto& layout : layouts) {
+      // Most lists leave the extension out.
+      for (const auto& file : {*name, *name + ".icns", *name + ".png"}) {
+        const auto path =
+            pathInside(canonicalBundle, layout.resources.empty() ? file : joinPath(layout.resources, file));
+        const auto status = path ? readFileStatus(AT_FDCWD, path->c_str()) : std::nullopt;
+        if (status && status->type == FileType::regular) return FileUrl(*path);
+      }
+    }
+  }
+  return std::nullopt;
 }
 
 std::optional<Date> newestExecutableAccess(const FileUrl& bundle, const BundleInformation& information) {

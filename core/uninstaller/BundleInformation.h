@@ -21,6 +21,10 @@ struct BundleInformation {
 // Looks inside the bundle only: a list that a link puts elsewhere does not count.
 [[nodiscard]] BundleInformation readBundleInformation(const FileUrl& bundle);
 
+// The picture that the bundle's information list names as its icon: a file inside the bundle. Absent when there is
+// none.
+[[nodiscard]] std::optional<FileUrl> bundleIconFile(const FileUrl& bundle);
+
 // The newest access time of the bundle's executable: of the file that the information list names, else of all files
 // that lie where executables belong. Absent when there is none.
 [[nodiscard]] std::optional<Date> newestExecutableAccess(const FileUrl& bundle, const BundleInformation& information);

@@ -69,5 +69,17 @@ TEST_F(DuplicatesModelTest, leavesOutTheFoldersThatAreSwitchedOff) {
   EXPECT_EQ(model.groupCount(), 0);
 }
 
+TEST_F(DuplicatesModelTest, offersTheFoldersThatAreSearchedAndThoseGrantedMeanwhile) {
+  ASSERT_TRUE(becomesTrue([this] { return model.roots().size() == 1; }));
+  tree.folder("Library/Caches");
+  tree.folder("Pictures");
+  FileAccessService other(preferences, grants, tree.path());
+  other.saveBookmark(tree.url("Library/Caches"));
+  other.saveBookmark(tree.url("Pictures"));
+  model.reloadRoots();
+  ASSERT_TRUE(becomesTrue([this] { return model.roots().size() == 2; }));
+  for (const auto& root : model.roots()) EXPECT_NE(root.toMap()["name"].toString(), "Caches");
+}
+
 }  // namespace
 }  // namespace orvane::test

@@ -60,6 +60,27 @@ TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
   EXPECT_TRUE(showsRows(1));
 }
 
+TEST_F(HistoryModelTest, bringsBackOneItemAndLeavesTheOthers) {
+  clean({tree.file("Downloads/a.txt", "first"), tree.file("Downloads/b.txt", "second")});
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  model->toggleExpanded(0);
+  ASSERT_TRUE(showsRows(3));
+  EXPECT_TRUE(value(2, HistoryModel::CanRestoreRole).toBool());
+  model->restoreEntry(2);
+  ASSERT_TRUE(becomesTrue([this] { return value(2, HistoryModel::StateKeyRole).toString() == "state.restored"; }));
+  EXPECT_FALSE(value(2, HistoryModel::CanRestoreRole).toBool());
+  EXPECT_EQ(contentOf(tree.path("Downloads/b.txt")), "second");
+  EXPECT_FALSE(exists(tree.path("Downloads/a.txt")));
+  EXPECT_TRUE(value(0, HistoryModel::CanRestoreRole).toBool());
+
+  model->restoreEntry(1);
+  ASSERT_TRUE(becomesTrue([this] { return !value(0, HistoryModel::CanRestoreRole).toBool(); }));
+  EXPECT_EQ(value(0, HistoryModel::StateKeyRole).toString(), "state.restored");
+  EXPECT_EQ(contentOf(tree.path("Downloads/a.txt")), "first");
+  EXPECT_THAT(model->warnings(), IsEmpty());
+}
+
 TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
   clean({tree.file("Downloads/a.txt"), tree.file("Downloads/b.txt")});
   ASSERT_EQ(::unlink((trashPath() + "/files/a.txt").c_str()), 0);
@@ -68,6 +89,7 @@ TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
   model->toggleExpanded(0);
   ASSERT_TRUE(showsRows(3));
   EXPECT_EQ(value(1, HistoryModel::StateKeyRole).toString(), "state.gone");
+  EXPECT_FALSE(value(1, HistoryModel::CanRestoreRole).toBool());
   model->restoreRun(0);
   ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring() && !model->warnings().empty(); }));
   EXPECT_EQ(model->warnings().size(), 1);

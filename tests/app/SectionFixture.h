@@ -10,6 +10,7 @@
 #include "core/plans/PlanExecutor.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "tests/app/WindowFixture.h"
+#include "tests/support/AutoOrganizerFixture.h"
 
 namespace orvane::test {
 
@@ -41,6 +42,7 @@ class SectionFixture : public WindowFixture {
         .finder = finder,
         .organizer = organizer,
         .learned = learned,
+        .topics = topics,
         .uninstaller = uninstaller,
         .agent = agent,
         .keychain = keychain,
@@ -53,6 +55,8 @@ class SectionFixture : public WindowFixture {
   DuplicateFinderEngine finder{validator, statusReader};
   DuplicateCleaner cleaner{mover, *journal};
   CategoryPreferencesStore learned{preferences};
+  ScriptedModel topicModel;
+  TopicCategorizerFactory topics{topicModel};
   FolderOrganizerEngine organizer{learned, mover, validator};
   AppUninstallerEngine uninstaller{validator, FileUrl(tree.path())};
   NoSecrets secrets;

@@ -47,6 +47,34 @@ TEST_F(SectionModelsTest, organizesAFolderAsItWasEditedAndUndoesIt) {
   EXPECT_TRUE(exists(tree.path("Downloads/" + moved)));
 }
 
+TEST_F(SectionModelsTest, groupsDocumentsByTopicWhereAModelNamesThem) {
+  tree.file("Downloads/song.mp3", "la");
+  tree.file("Downloads/tax 2025.pdf", "words");
+  tree.file("Downloads/letter.pdf", "words");
+  topicModel.reply = [](const std::string&) { return R"({"tax 2025.pdf": "Taxes", "song.mp3": "Music"})"; };
+  OrganizeModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return model.topicsAvailable(); }));
+  model.chooseFolder("file://" + downloads());
+  model.setUseTopics(true);
+  model.analyze();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
+  EXPECT_EQ(model.moveCount(), 3);
+  model.apply();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Documents/Taxes/tax 2025.pdf")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Documents/PDFs/letter.pdf")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Media/Audio/song.mp3")));
+  model.setStrategy(static_cast<int>(OrganizationStrategy::byDate));
+  EXPECT_FALSE(model.topicsAvailable());
+}
+
+TEST_F(SectionModelsTest, offersNoTopicsWithoutAModel) {
+  OrganizeModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return !model.managedFolders().isEmpty(); }));
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(model.topicsAvailable());
+}
+
 TEST_F(SectionModelsTest, writesARuleCountsPreviewsAndRunsIt) {
   tree.file("Downloads/keep.txt");
   tree.file("Downloads/old draft.tmpx", "draft");
@@ -80,8 +108,21 @@ TEST_F(SectionModelsTest, writesARuleCountsPreviewsAndRunsIt) {
 
   model.setEnabled(0, false);
   ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
-  model.remove(row);
+  model.remove(model.data(model.index(row), RulesModel::IdRole).toString());
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+}
+
+TEST_F(SectionModelsTest, showsTheRulesThatAnotherProcessChanged) {
+  RulesModel model(services(), sections());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+  RuleEngine other(preferences, mover, *journal, validator);
+  CleanupRule rule;
+  rule.name = "From the terminal";
+  rule.trigger.fileExtensions = {"log"};
+  other.addOrUpdateRule(rule);
+  model.reload();
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  EXPECT_EQ(model.data(model.index(12), RulesModel::NameRole).toString(), "From the terminal");
 }
 
 TEST_F(SectionModelsTest, runsARuleOnWhatItTakesAndUndoesIt) {
@@ -115,6 +156,8 @@ TEST_F(SectionModelsTest, uninstallsAnApplicationWithWhatIsChosenOfItsLeftovers)
   ASSERT_TRUE(becomesTrue([&] { return model.hasListed(); }));
   ASSERT_EQ(model.rowCount(), 1);
   EXPECT_EQ(model.data(model.index(0), AppsModel::IdentifierRole).toString(), "com.example.paint");
+  EXPECT_GT(model.data(model.index(0), AppsModel::BytesRole).toDouble(), 0);
+  EXPECT_TRUE(model.data(model.index(0), AppsModel::IconRole).toString().startsWith("image://application/"));
   model.setSearchText("nothing");
   EXPECT_EQ(model.rowCount(), 0);
   model.setSearchText("PAINT");

@@ -67,9 +67,10 @@ class MemoryKeyRing : public SecretStore {
 
 class NoCenter : public NotificationCenter {
  public:
-  bool requestAuthorization() override { return false; }
+  bool requestAuthorization() override { return isAllowed; }
   void post(const Notification& /*notification*/) override {}
   void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override {}
+  std::atomic<bool> isAllowed = false;
 };
 
 class RefusingLoginItems : public LoginItems {
@@ -198,9 +199,44 @@ TEST_F(SettingsModelTest, saysThatALockedKeyRingTookNothing) {
 
 TEST_F(SettingsModelTest, showsWhatAnotherProcessStored) {
   coordinator.changeSettings([](ScheduleSettings& settings) { settings.isEnabled = true; });
+  tree.folder("Projects");
+  FileAccessService(stored, grants, tree.path()).saveBookmark(tree.url("Projects"));
   EXPECT_FALSE(model.scheduleEnabled());
   refresh();
   EXPECT_TRUE(model.scheduleEnabled());
+  EXPECT_EQ(folderNames(), (std::vector<std::string>{"Downloads", "Projects"}));
+}
+
+TEST_F(SettingsModelTest, installsTheBackgroundAgentThatAScheduleOfTheTerminalLacks) {
+  coordinator.changeSettings([](ScheduleSettings& settings) { settings.isEnabled = true; });
+  refresh();
+  EXPECT_FALSE(model.agentInstalled());
+  afterChange([&] { model.installAgent(); });
+  EXPECT_TRUE(model.agentInstalled());
+  EXPECT_EQ(scheduler.interval(), std::chrono::hours(7 * 24));
+}
+
+TEST_F(SettingsModelTest, takesModelsOfThisComputerOnly) {
+  afterChange([&] { model.setModelAddress(" http://127.0.0.1:11434 "); });
+  EXPECT_EQ(stored.value("OrvaneLocalModelEndpoint"), Json("http://127.0.0.1:11434"));
+  EXPECT_TRUE(model.isModelNew());
+  for (const auto* address : {"http://example.org:11434", "127.0.0.1", "ftp://localhost"}) {
+    model.setModelAddress(address);
+    EXPECT_FALSE(model.modelError().isEmpty()) << address;
+  }
+  EXPECT_EQ(stored.value("OrvaneLocalModelEndpoint"), Json("http://127.0.0.1:11434"));
+  afterChange([&] { model.setModelName("small"); });
+  EXPECT_EQ(stored.value("OrvaneLocalModelName"), Json("small"));
+  afterChange([&] { model.setModelAddress(""); });
+  EXPECT_TRUE(model.modelError().isEmpty());
+  EXPECT_FALSE(model.isModelNew());
+}
+
+TEST_F(SettingsModelTest, asksForNotificationsAgain) {
+  EXPECT_FALSE(model.notificationsAvailable());
+  center.isAllowed = true;
+  afterChange([&] { model.askForNotifications(); });
+  EXPECT_TRUE(model.notificationsAvailable());
 }
 
 TEST_F(SettingsModelTest, changesTheAutomaticOrganizerWithinItsBounds) {
@@ -210,8 +246,11 @@ TEST_F(SettingsModelTest, changesTheAutomaticOrganizerWithinItsBounds) {
   tree.folder("Desktop");
   model.addAutoFolder(QString::fromStdString(tree.url("Desktop").absoluteString()));
   model.removeAutoFolder(QString::fromStdString(tree.url("Downloads").absoluteString()));
-  ASSERT_TRUE(becomesTrue([&] { return model.autoFolders().size() == 1; }));
-  EXPECT_EQ(model.autoFolders().front().toMap().value("path"), "~/Desktop");
+  // Each change is stored in the background, and there is one folder at the start as well.
+  EXPECT_TRUE(becomesTrue([&] {
+    const auto left = model.autoFolders();
+    return left.size() == 1 && left.front().toMap().value("path") == "~/Desktop";
+  }));
 }
 
 TEST_F(SettingsModelTest, saysWhyLaunchAtLoginWasRefused) {

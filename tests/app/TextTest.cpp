@@ -4,6 +4,9 @@
 #include "app/TableTranslator.h"
 #include "app/Text.h"
 #include "core/localization/LocalizedStrings.h"
+#include "core/organizer/CloudProvider.h"
+#include "core/safety/ManagedFolderType.h"
+#include "core/scanning/ScanCategory.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -13,6 +16,8 @@
 #include <filesystem>
 #include <regex>
 #include <set>
+#include <string>
+#include <string_view>
 
 namespace orvane::test {
 namespace {
@@ -64,6 +69,17 @@ TEST(Texts, areThereForEveryKeyThatTheModelsName) {
   }
 }
 
+TEST(Icons, areDrawnForEverySymbolThatTheCoreNames) {
+  std::set<std::string_view> symbols;
+  for (const auto category : allScanCategories) symbols.insert(systemImage(category));
+  for (const auto type : allManagedFolderTypes) symbols.insert(systemImage(type));
+  for (const auto provider : allCloudProviders) symbols.insert(systemImage(provider));
+  for (const auto symbol : symbols) {
+    const auto file = std::string(ORVANE_SOURCES "/app/qml/icons/").append(symbol).append(".svg");
+    EXPECT_TRUE(std::filesystem::is_regular_file(file)) << symbol;
+  }
+}
+
 TEST(NavigationModel, listsTheSectionsInOrder) {
   const NavigationModel model;
   ASSERT_EQ(model.rowCount(), 10);
@@ -97,8 +113,10 @@ TEST_F(LanguageTest, changesEverywhereAtOnceAndIsRemembered) {
   EXPECT_EQ(translator.translate("Main", "nav.overview", nullptr, -1), "Aperçu");
   // What is no key stays as it is.
   EXPECT_TRUE(translator.translate("Main", "some words", nullptr, -1).isNull());
-  EXPECT_EQ(LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "de").currentLanguage(),
-            AppLanguage::fr);
+  const auto remembered = [this] {
+    return LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "de").currentLanguage();
+  };
+  EXPECT_TRUE(becomesTrue([&] { return remembered() == AppLanguage::fr; }));
 }
 
 struct FormatRow {

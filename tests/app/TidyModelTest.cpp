@@ -49,6 +49,39 @@ TEST_F(TidyModelTest, tidiesNowAndSaysWhatItDid) {
   EXPECT_EQ(tidying.movedCount(), 2);
   EXPECT_EQ(tidying.statusText(), "Moved 1 new item to Recents and sorted 1. Undo anytime in History.");
   EXPECT_TRUE(exists(tree.path("Downloads/Recents/new.pdf")));
+  EXPECT_EQ(tidying.progressDone(), 2);
+  EXPECT_EQ(tidying.progressTotal(), 2);
+
+  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::de);
+  EXPECT_EQ(tidying.statusText(),
+            "1 neues Objekt nach Recents bewegt und 1 einsortiert. Im Verlauf jederzeit rückgängig zu machen.");
+  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
+  tidying.runNow();
+  ASSERT_TRUE(becomesTrue([&] { return !tidying.isRunning(); }));
+  EXPECT_EQ(tidying.statusText(), "Everything is tidy.");
+}
+
+TEST_F(TidyModelTest, saysWhyThereAreNoTopics) {
+  TidyModel tidying(collaborators());
+  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
+  EXPECT_FALSE(tidying.isAvailable());
+  EXPECT_EQ(tidying.unavailableReason(), "no model");
+}
+
+TEST_F(TidyModelTest, neverJumpsBackToWhatWasStoredBefore) {
+  TidyModel tidying(collaborators());
+  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
+  int shown = 3;
+  QObject::connect(&tidying, &TidyModel::changed, [&] {
+    EXPECT_GE(tidying.settings().recentsDays, shown);
+    shown = static_cast<int>(tidying.settings().recentsDays);
+  });
+  for (int days = 4; days <= 20; ++days) {
+    tidying.update([days](AutoOrganizeSettings& settings) { settings.recentsDays = days; });
+  }
+  EXPECT_TRUE(becomesTrue([&] { return store.get().recentsDays == 20; }));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(shown, 20);
 }
 
 TEST_F(TidyModelTest, storesTheSwitchAndSeesThatOfAnotherProcess) {

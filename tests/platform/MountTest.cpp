@@ -201,6 +201,20 @@ TEST_F(MountTest, aMoveToAnotherVolumeCopiesEverythingAndIsUndone) {
   EXPECT_EQ(journal->getRuns().size(), 2U);
 }
 
+TEST_F(MountTest, eitherHalfOfAMoveToAnotherVolumeBringsBothBack) {
+  for (const std::size_t half : {0U, 1U}) {
+    const auto source = tree.file("Downloads/report.txt", "words");
+    ASSERT_EQ(moveOne(source, volume + "/Sorted").result, MoveResult::moved);
+    const auto result = journal->restoreEntry(lastRun, journal->getEntries(lastRun).at(half).id);
+    EXPECT_THAT(result.warnings, testing::IsEmpty());
+    EXPECT_EQ(result.restoredCount, 1);
+    EXPECT_EQ(contentOf(source), "words");
+    EXPECT_FALSE(exists(volume + "/Sorted/report.txt"));
+    const auto runs = journal->getRuns();
+    EXPECT_TRUE(std::ranges::any_of(runs, [&](const auto& run) { return run.runId == lastRun && run.isRestored; }));
+  }
+}
+
 TEST_F(MountTest, aCopyThatDoesNotFitLeavesNothingBehind) {
   mountTmpfs("size=1m,mode=755");
   const auto source = tree.file("Downloads/big", std::string(3'000'000, 'a'));

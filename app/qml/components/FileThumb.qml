@@ -8,6 +8,9 @@ Rectangle {
     property string source: ""
     property string symbol: "file"
 
+    // What is no picture comes as a single pixel.
+    readonly property bool hasPicture: picture.status === Image.Ready && picture.implicitWidth > 1
+
     implicitWidth: 52
     implicitHeight: 40
     radius: 6
@@ -16,7 +19,7 @@ Rectangle {
 
     Icon {
         anchors.centerIn: parent
-        visible: picture.status !== Image.Ready
+        visible: !root.hasPicture
         name: root.symbol
         color: Theme.accent
     }
@@ -31,7 +34,6 @@ Rectangle {
         fillMode: Image.PreserveAspectCrop
         asynchronous: true
         cache: false
-        autoTransform: true
     }
 
     // Rounds the picture's corners off against the list.
@@ -39,7 +41,7 @@ Rectangle {
         anchors.fill: parent
         anchors.margins: -2
         radius: 8
-        visible: picture.status === Image.Ready
+        visible: root.hasPicture
         color: "transparent"
         border.width: 2
         border.color: Theme.surface

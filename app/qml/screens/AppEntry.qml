@@ -16,6 +16,8 @@ Item {
     property bool isFocused: false
     signal reviewAsked
 
+    // Without one a single pixel comes.
+    readonly property bool hasIcon: picture.status === Image.Ready && picture.implicitWidth > 1
     readonly property string detail: Texts.joined([version, identifier], " · ")
     readonly property string age: lastOpened > 0 ? Texts.age(lastOpened) : qsTr("apps.never_opened")
 
@@ -47,13 +49,14 @@ Item {
         width: 36
         height: 36
         radius: 9
-        color: picture.status === Image.Ready ? "transparent" : Theme.accentSoft
+        color: root.hasIcon ? "transparent" : Theme.accentSoft
 
         Text {
             anchors.centerIn: parent
-            visible: picture.status !== Image.Ready
-            text: root.name.charAt(0).toUpperCase()
-            color: Theme.accent
+            visible: !root.hasIcon
+            // Of the whole character, where it takes two.
+            text: String.fromCodePoint(root.name.codePointAt(0) ?? 63).toUpperCase()
+            color: Theme.accentHover
             font.pixelSize: 17
             font.weight: Font.DemiBold
             textFormat: Text.PlainText
@@ -69,6 +72,7 @@ Item {
             sourceSize.height: 72
             fillMode: Image.PreserveAspectFit
             asynchronous: true
+            cache: false
         }
     }
 
@@ -142,6 +146,7 @@ Item {
 
             anchors.verticalCenter: parent.verticalCenter
             visible: !root.isProtected
+            enabled: root.bytes >= 0
             text: qsTr("apps.review")
             Accessible.name: text + ": " + root.name
             onClicked: root.reviewAsked()

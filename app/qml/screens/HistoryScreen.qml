@@ -85,8 +85,6 @@ Page {
                 id: list
 
                 anchors.fill: parent
-                anchors.topMargin: 6
-                anchors.bottomMargin: 6
                 visible: count > 0
                 label: qsTr("nav.history")
                 model: root.model
@@ -106,7 +104,7 @@ Page {
                         list.currentIndex = index;
                         root.model.toggleExpanded(index);
                     }
-                    onRestoreAsked: root.model.restoreRun(index)
+                    onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreEntry(index)
                     onOpenFolderAsked: root.model.openContainingFolder(index)
                 }
             }

@@ -9,6 +9,7 @@ SettingsCard {
     id: root
 
     required property SettingsModel model
+    required property TidyModel tidy
 
     title: qsTr("settings.models_title")
     note: qsTr("settings.models_note")
@@ -41,6 +42,7 @@ SettingsCard {
                 visible: !row.modelData.isStored
                 enabled: field.text.trim() !== ""
                 text: qsTr("settings.store_key")
+                Accessible.name: text + ": " + row.modelData.name
                 onClicked: {
                     root.model.storeKey(row.modelData.account, field.text.trim());
                     field.clear();
@@ -50,7 +52,7 @@ SettingsCard {
             PlainButton {
                 visible: row.modelData.isStored
                 text: qsTr("settings.remove_key")
-                Accessible.description: row.modelData.name
+                Accessible.name: text + ": " + row.modelData.name
                 onClicked: root.model.removeKey(row.modelData.account)
             }
         }
@@ -77,7 +79,34 @@ SettingsCard {
             label: qsTr("settings.local_model")
             placeholder: "http://127.0.0.1:11434"
             text: root.model.modelAddress
+            isWrong: root.model.modelError !== ""
             onEditingFinished: root.model.modelAddress = text.trim()
         }
+    }
+
+    SettingRow {
+        label: qsTr("settings.model_name")
+        note: qsTr("settings.model_name_note")
+
+        InputField {
+            implicitWidth: 260
+            label: qsTr("settings.model_name")
+            text: root.model.modelName
+            onEditingFinished: root.model.modelName = text.trim()
+        }
+    }
+
+    CaptionText {
+        Layout.fillWidth: true
+        visible: text !== ""
+        text: root.model.modelError !== "" ? root.model.modelError
+                                           : root.model.isModelNew
+                                             ? qsTr("settings.model_next_start")
+                                             : root.model.modelAddress === ""
+                                               ? ""
+                                               : root.tidy.isAvailable ? qsTr("settings.model_answers")
+                                                                       : root.tidy.unavailableReason
+        color: root.model.modelError !== "" ? Theme.review : Theme.muted
+        wrapMode: Text.Wrap
     }
 }

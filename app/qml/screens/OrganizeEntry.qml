@@ -59,6 +59,7 @@ Item {
             visible: root.isGroup
             symbol: "edit"
             text: qsTr("organize.rename_title")
+            Accessible.name: text + ": " + root.name
             onClicked: root.renameAsked()
         }
     }

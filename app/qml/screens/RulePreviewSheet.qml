@@ -21,7 +21,7 @@ Sheet {
             Layout.fillWidth: true
             color: Theme.muted
             text: root.model.isPreviewing
-                  ? qsTr("rules.counting")
+                  ? Texts.joined([qsTr("rules.counting"), root.model.progressText], " ")
                   : root.model.previewCount === 0
                     ? qsTr("rules.preview_none")
                     : qsTr("rules.matches").arg(Texts.counted("count.files", root.model.previewCount)).arg(
@@ -64,6 +64,11 @@ Sheet {
                     age: Texts.age(modelData.date)
                     size: Texts.bytes(modelData.bytes)
                 }
+            }
+
+            RoundedCorners {
+                radius: Theme.controlRadius
+                ground: Theme.surface
             }
         }
     }

@@ -28,7 +28,9 @@ Page {
                                                                                              model.enabledCount))
     actions: [
         IconButton {
+            implicitWidth: Theme.controlHeight
             implicitHeight: Theme.controlHeight
+            outline: Theme.line
             symbol: "more"
             text: qsTr("action.more")
             onClicked: more.open()
@@ -37,7 +39,6 @@ Page {
                 id: more
 
                 y: parent.height + 6
-                x: parent.width - width
 
                 ChoiceItem {
                     isChoice: false
@@ -88,6 +89,14 @@ Page {
 
         Notice {
             Layout.fillWidth: true
+            visible: root.model.error !== ""
+            isWarning: true
+            text: qsTr("rules.not_stored")
+            detail: root.model.error
+        }
+
+        Notice {
+            Layout.fillWidth: true
             visible: root.model.messages.length > 0 && !root.isBusy
             isWarning: true
             text: Texts.firstLines(root.model.messages, 4)
@@ -102,8 +111,6 @@ Page {
                 id: list
 
                 anchors.fill: parent
-                anchors.topMargin: 6
-                anchors.bottomMargin: 6
                 label: qsTr("nav.rules")
                 model: root.model
                 onRowToggled: row => {
@@ -122,7 +129,7 @@ Page {
                         preview.open();
                     }
                     onRunAsked: root.model.run(index)
-                    onRemoveAsked: removeAlert.ask(index, name)
+                    onRemoveAsked: removeAlert.ask(id, name)
                 }
             }
 
@@ -170,10 +177,10 @@ Page {
     AlertDialog {
         id: removeAlert
 
-        property int row: -1
+        property string rule
 
-        function ask(row: int, name: string) {
-            removeAlert.row = row;
+        function ask(rule: string, name: string) {
+            removeAlert.rule = rule;
             message = qsTr("rules.remove_text").arg(name);
             open();
         }
@@ -181,6 +188,6 @@ Page {
         title: qsTr("rules.remove_title")
         confirmText: qsTr("rules.remove")
         rejectText: qsTr("action.cancel")
-        onConfirmed: root.model.remove(row)
+        onConfirmed: root.model.remove(rule)
     }
 }

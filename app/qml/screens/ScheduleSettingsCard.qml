@@ -12,12 +12,22 @@ SettingsCard {
     title: qsTr("settings.schedule_title")
     note: qsTr("settings.schedule_note")
 
+    readonly property bool isAgentMissing: model.scheduleEnabled && !model.agentInstalled
+    readonly property bool isByLowSpace: model.scheduleFrequency === SettingsModel.LowSpace
+    readonly property string lastRun: model.lastScheduledRun > 0
+                                      ? qsTr("settings.last_run").arg(Texts.dateTime(model.lastScheduledRun)) : ""
+    // Without a run before it, the first one is due at once.
+    readonly property string nextRun: !model.scheduleEnabled ? ""
+                                      : isByLowSpace
+                                        ? qsTr("settings.next_run_low").arg(model.scheduleThresholdGB + " " + qsTr(
+                                                                                "unit.GB"))
+                                        : model.lastScheduledRun > 0 && overview.nextScheduledRun > Date.now()
+                                          ? qsTr("settings.next_run").arg(Texts.dateTime(overview.nextScheduledRun))
+                                          : qsTr("settings.next_run_soon")
+
     SwitchRow {
         label: qsTr("settings.schedule_enabled")
-        note: root.model.scheduleEnabled && root.overview.nextScheduledRun > 0
-              ? qsTr("settings.next_run").arg(Texts.dateTime(root.overview.nextScheduledRun))
-              : root.model.lastScheduledRun > 0
-                ? qsTr("settings.last_run").arg(Texts.dateTime(root.model.lastScheduledRun)) : ""
+        note: Texts.joined([root.nextRun, root.lastRun], " · ")
         on: root.model.scheduleEnabled
         onToggleAsked: root.model.scheduleEnabled = !root.model.scheduleEnabled
     }
@@ -31,7 +41,7 @@ SettingsCard {
         label: qsTr("settings.frequency")
 
         NumberField {
-            visible: root.model.scheduleFrequency === 3
+            visible: root.isByLowSpace
             label: qsTr("settings.threshold")
             from: 1
             to: 10000
@@ -40,7 +50,7 @@ SettingsCard {
         }
 
         BodyText {
-            visible: root.model.scheduleFrequency === 3
+            visible: root.isByLowSpace
             text: qsTr("unit.GB")
         }
 
@@ -70,8 +80,17 @@ SettingsCard {
 
     SettingRow {
         label: qsTr("settings.background_agent")
-        note: root.model.agentStatus
-        isWarning: true
+        note: root.model.agentStatus !== "" ? root.model.agentStatus
+                                            : root.isAgentMissing ? qsTr("settings.agent_wanted")
+                                                                  : qsTr("settings.agent_note")
+        isWarning: root.model.agentStatus !== "" || root.isAgentMissing
+
+        PlainButton {
+            visible: root.isAgentMissing
+            text: qsTr("settings.agent_install")
+            Accessible.name: text + ": " + qsTr("settings.background_agent")
+            onClicked: root.model.installAgent()
+        }
 
         Chip {
             kind: root.model.agentInstalled ? Chip.Kind.Safe : Chip.Kind.Manual

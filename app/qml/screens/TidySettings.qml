@@ -55,6 +55,40 @@ SettingsCard {
         Layout.fillWidth: true
     }
 
+    SettingRow {
+        visible: !root.tidy.isRunning
+        label: qsTr("settings.tidy_now")
+        note: root.tidy.statusText
+
+        PlainButton {
+            enabled: root.tidy.isReady
+            symbol: "play"
+            text: qsTr("tray.organize_now")
+            onClicked: root.tidy.runNow()
+        }
+    }
+
+    SettingRow {
+        visible: root.tidy.isRunning
+        label: qsTr("settings.tidy_running")
+        note: root.tidy.progressTotal > 0
+              ? qsTr("count.of").arg(Texts.count(root.tidy.progressDone)).arg(Texts.count(root.tidy.progressTotal))
+              : ""
+
+        Meter {
+            value: root.tidy.progressTotal > 0 ? root.tidy.progressDone / root.tidy.progressTotal : -1
+        }
+
+        PlainButton {
+            text: qsTr("action.cancel")
+            onClicked: root.tidy.cancel()
+        }
+    }
+
+    Divider {
+        Layout.fillWidth: true
+    }
+
     Repeater {
         model: root.model.autoFolders
 

@@ -167,6 +167,36 @@ TEST_F(UndoJournalTest, whatIsGoneBecomesAWarning) {
   EXPECT_EQ(contentOf(stays), "content");
 }
 
+TEST_F(UndoJournalTest, oneEntryComesBackByItself) {
+  const auto first = tree.file("Downloads/first.txt", "1");
+  const auto second = tree.file("Downloads/second.txt", "2");
+  clean({first, second});
+  const auto isRestored = [this] { return journal->getRuns().front().isRestored; };
+  const auto restore = [this](std::size_t at) {
+    return journal->restoreEntry(lastRun, journal->getEntries(lastRun).at(at).id);
+  };
+  EXPECT_EQ(restore(1).restoredCount, 1);
+  EXPECT_EQ(contentOf(second), "2");
+  EXPECT_FALSE(exists(first));
+  EXPECT_FALSE(isRestored());
+  // Again: it is back already.
+  EXPECT_EQ(restore(1).restoredCount, 0);
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(contentOf(first), "1");
+  EXPECT_TRUE(isRestored());
+  EXPECT_EQ(filesBelow(tree.path(".local/share/Trash")), std::vector<std::string>{});
+}
+
+TEST_F(UndoJournalTest, theLastEntryThatComesBackMakesTheRunRestored) {
+  clean({tree.file("Downloads/a.txt"), tree.file("Downloads/b.txt")});
+  for (const auto& entry : journal->getEntries(lastRun)) {
+    EXPECT_EQ(journal->restoreEntry(lastRun, entry.id).restoredCount, 1);
+  }
+  EXPECT_TRUE(journal->getRuns().front().isRestored);
+  EXPECT_THROW(journal->restoreEntry(lastRun, Uuid::random()), UndoError);
+  EXPECT_THROW(journal->restoreEntry(Uuid::random(), Uuid::random()), UndoError);
+}
+
 TEST_F(UndoJournalTest, anotherItemUnderTheSameNameInTheTrashStaysThere) {
   const auto path = tree.file("Downloads/a.txt", "first");
   const auto outcomes = clean({path});

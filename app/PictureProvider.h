@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+
+#include <QImage>
+#include <QQuickAsyncImageProvider>
+#include <QSize>
+#include <QThreadPool>
+
+#include <functional>
+
+namespace orvane {
+
+// Hands pictures of items to the screens, read on a thread of its own: neither the window nor its icons ever wait for
+// one. What is no picture comes as a single clear pixel, since an error would be written to the log each time, and the
+// screen shows what it shows without.
+class PictureProvider : public QQuickAsyncImageProvider {
+ public:
+  using Read = std::function<QImage(const FileUrl& item, QSize size)>;
+
+  explicit PictureProvider(Read read);
+  ~PictureProvider() override;
+
+  QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
+
+ private:
+  Read m_read;
+  QThreadPool m_pool;
+};
+
+// The source under which a provider has the picture of an item, whatever bytes its path is made of.
+[[nodiscard]] QString pictureSource(const char* provider, const FileUrl& item);
+
+// The providers that the engine is given.
+inline constexpr auto thumbnailProvider = "thumbnail";
+inline constexpr auto applicationIconProvider = "application";
+
+}  // namespace orvane

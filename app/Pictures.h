@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+
+#include <QImage>
+#include <QSize>
+
+namespace orvane {
+
+// What is read here may come from anywhere: whatever is no picture, is damaged, or is out of all proportion comes back
+// as a null image. Nothing but a regular file is waited for. From any thread.
+
+// A picture file as a small image that covers `size`, upright.
+[[nodiscard]] QImage readThumbnail(const FileUrl& file, QSize size);
+// The icon that an application's bundle names, at most `size`.
+[[nodiscard]] QImage readApplicationIcon(const FileUrl& bundle, QSize size);
+
+}  // namespace orvane

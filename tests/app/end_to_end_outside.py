@@ -1,0 +1,73 @@
+#!/usr/bin/python3
+"""Changes things behind the window's back, in the terminal, and looks whether it shows them without a new start.
+
+    end_to_end_outside.py PROGRAM [SCENARIO]
+
+The terminal program is the one beside the window's.
+"""
+
+import pathlib
+import subprocess
+import sys
+
+from window_driver import PATIENCE, Scenario, expect, main, wait_for
+
+
+def terminal(*arguments):
+    program = pathlib.Path(sys.argv[1]).with_name("orvanectl")
+    done = subprocess.run([program, *arguments], capture_output=True, text=True, timeout=PATIENCE, check=False)
+    expect(done.returncode == 0, f"orvanectl {' '.join(arguments)}: {done.stdout}{done.stderr}")
+
+
+def prepare(home):
+    for folder in ("Downloads", "Projects"):
+        (home / folder).mkdir()
+    (home / "Downloads/setup.dmg").write_bytes(b"i" * 9000)
+
+
+def rules(window):
+    window.press("Rules")
+    window.sees("12 rules, 8 switched on")
+    terminal("rules", "disable", "Stale Installers in Downloads")
+    window.sees("12 rules, 7 switched on")
+    terminal("rules", "enable", "Stale Installers in Downloads")
+    window.sees("12 rules, 8 switched on")
+
+
+def schedule_and_folders(window, home):
+    def is_on():
+        switch = window.find("Clean on a schedule", role="check box")
+        return switch and switch.get_state_set().contains(window.atspi.StateType.CHECKED)
+
+    window.press("Settings")
+    window.sees("Clean on a schedule")
+    expect(not is_on(), "there is a schedule nobody asked for")
+    terminal("schedule", "enable")
+    wait_for("the schedule's switch", is_on)
+    expect(not window.find("Projects, ~/Projects"), "a folder is granted that nobody granted")
+    terminal("folders", "add", str(home / "Projects"))
+    window.sees("Projects, ~/Projects")
+    window.press("Privacy")
+    window.sees("Projects, ~/Projects")
+    terminal("folders", "remove", str(home / "Projects"))
+    wait_for("one folder less", lambda: not window.find("Projects, ~/Projects"))
+
+
+def history(window, home):
+    window.press("History")
+    window.sees("No History Yet")
+    terminal("trash", "--yes", str(home / "Downloads/setup.dmg"))
+    window.sees("1 item")
+    window.sees("Restore All: ")
+    terminal("restore", "--last", "--yes")
+    window.sees("Restored")
+
+
+def follow(window, home):
+    rules(window)
+    schedule_and_folders(window, home)
+    history(window, home)
+
+
+if __name__ == "__main__":
+    sys.exit(main({"outside": Scenario(prepare, follow)}))
