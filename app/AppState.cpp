@@ -74,10 +74,8 @@ void AppState::startScan() {
                 [this](std::vector<FileUrl> folders) {
                   callOn(this, [this, folders = std::move(folders)] { beginItems(folders); });
                 },
-            .found =
-                [this](SharedPiece piece, std::int64_t bytes) {
-                  callOn(this, [this, piece = std::move(piece), bytes] { m_scannedItems.append(piece, bytes); });
-                },
+            .found = [this, &stop](SharedPiece piece,
+                                   std::int64_t bytes) { m_scannedItems.appendLater(std::move(piece), bytes, stop); },
             .progress =
                 [this](std::int64_t examined, const std::string& place) {
                   callOn(this, [this, examined, place = shownName(place)] { showProgress(examined, place); });

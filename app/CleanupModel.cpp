@@ -18,6 +18,7 @@ namespace {
 
 constexpr int colorCount = 10;
 constexpr std::chrono::milliseconds shortestArrangeDelay{200};
+constexpr std::chrono::milliseconds countInterval{40};
 
 bool isRecentInstaller(const FileItem& item) {
   return item.category() == ScanCategory::oldDownloads && item.riskLabel() == RiskLabel::review;
@@ -43,6 +44,8 @@ QString cloudText(const FileItem& item, const FileUrl& home) {
 CleanupModel::CleanupModel(WindowServices services, AppState& state, QObject* parent)
     : RunModel(std::move(services), parent), m_state(state), m_items(state.scannedItems()) {
   m_arrangeTimer.setSingleShot(true);
+  m_countTimer.setSingleShot(true);
+  connect(&m_countTimer, &QTimer::timeout, this, &CleanupModel::tellCounts);
   connect(&m_arrangeTimer, &QTimer::timeout, this, &CleanupModel::arrange);
   connect(&m_items, &ScannedItems::begun, this, [this] {
     m_selection.clear();
@@ -52,7 +55,10 @@ CleanupModel::CleanupModel(WindowServices services, AppState& state, QObject* pa
   });
   connect(&m_items, &ScannedItems::appended, this, &CleanupModel::takeItems);
   connect(&m_items, &ScannedItems::presenceChanged, this, [this] { arrange(); });
-  connect(&m_state, &AppState::scanFinished, this, [this] { arrange(); });
+  connect(&m_state, &AppState::scanFinished, this, [this] {
+    if (m_countTimer.isActive()) tellCounts();
+    arrange();
+  });
   connect(&m_state, &AppState::summaryChanged, this, &CleanupModel::freeBytesChanged);
   connect(this, &CleanupModel::selectionChanged, this, &CleanupModel::freeBytesChanged);
 }
@@ -292,13 +298,19 @@ void CleanupModel::takeItems(std::size_t first) {
     m_selection.append(item);
     return true;
   });
-  Q_EMIT countsChanged();
-  Q_EMIT selectionChanged();
+  // Everything that shows a count is worked out again then: once a frame will do.
+  if (!m_countTimer.isActive()) m_countTimer.start(countInterval);
   // Arranging takes longer the more there is: it may not take all the time.
   if (!m_isArranging && !m_arrangeTimer.isActive()) {
     m_arrangeTimer.start(std::max(shortestArrangeDelay, 2 * m_lastArrangement));
   }
   m_isDirty = true;
+}
+
+void CleanupModel::tellCounts() {
+  m_countTimer.stop();
+  Q_EMIT countsChanged();
+  Q_EMIT selectionChanged();
 }
 
 void CleanupModel::arrange() {

@@ -136,6 +136,7 @@ class CleanupModel : public orvane::RunModel {
   [[nodiscard]] int checkStateOf(const Section& section) const;
 
   void takeItems(std::size_t first);
+  void tellCounts();
   void arrange();
   void show(CleanupArrangement arrangement);
   void changeQuery(const CleanupQuery& query);
@@ -154,6 +155,7 @@ class CleanupModel : public orvane::RunModel {
   int m_generation = 0;  // goes up with each scan: indexes are those of one scan
 
   QTimer m_arrangeTimer;
+  QTimer m_countTimer;
   bool m_isArranging = false;
   bool m_isDirty = false;
   std::stop_source m_arrangeStop;

@@ -3,6 +3,7 @@
 #include "core/scanning/FileItem.h"
 
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 namespace orvane {
@@ -41,7 +42,7 @@ class CleanupSelection {
   static constexpr std::uint8_t goneFlag = 8;
 
   std::vector<std::uint8_t> m_flags;
-  std::vector<std::int64_t> m_sizes;
+  std::deque<std::int64_t> m_sizes;  // grows without moving what is there
   std::int64_t m_count = 0;
   std::int64_t m_bytes = 0;
 };

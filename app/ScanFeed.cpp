@@ -21,7 +21,8 @@ constexpr std::chrono::milliseconds handOverInterval{50};
 
 // The scanner lists whole folders in these categories only.
 bool mayBeFolder(const FileItem& item) {
-  return item.category() == ScanCategory::caches || item.category() == ScanCategory::developerCaches;
+  return item.category() == ScanCategory::caches || item.category() == ScanCategory::developerCaches ||
+         item.category() == ScanCategory::browserCaches;
 }
 
 bool isFolder(const FileItem& item) {

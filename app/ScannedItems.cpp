@@ -1,8 +1,10 @@
 #include "app/ScannedItems.h"
 
+#include "app/BackgroundQueue.h"
 #include "core/base/PathText.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace orvane {
 
@@ -48,6 +50,17 @@ void ScannedItems::append(SharedPiece piece, std::int64_t bytes) {
   m_count += static_cast<std::int64_t>(m_items.size() - first);
   m_bytes += bytes;
   Q_EMIT appended(first);
+}
+
+void ScannedItems::appendLater(SharedPiece piece, std::int64_t bytes, const std::stop_token& stop) {
+  constexpr std::chrono::milliseconds lookInterval{20};
+  while (!m_room->try_acquire_for(lookInterval)) {
+    // The main thread may be waiting for this very thread to end.
+    if (stop.stop_requested()) return;
+  }
+  // Gives the room back, even if the piece never arrives.
+  const std::shared_ptr<void> place(nullptr, [room = m_room](void*) { room->release(); });
+  callOn(this, [this, piece = std::move(piece), bytes, place] { append(piece, bytes); });
 }
 
 void ScannedItems::setPresence(std::span<const std::uint32_t> indexes, Presence presence) {

@@ -7,7 +7,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <semaphore>
 #include <span>
+#include <stop_token>
 #include <string_view>
 #include <vector>
 
@@ -88,6 +90,9 @@ class ScannedItems : public QObject {
   void begin(std::vector<FileUrl> folders);
   // `bytes` is the sum of the piece's sizes.
   void append(SharedPiece piece, std::int64_t bytes);
+  // The same from any other thread: the piece is appended as soon as the main thread comes to it. Waits while a few
+  // others are on their way, so that they never keep the main thread from what else there is to do.
+  void appendLater(SharedPiece piece, std::int64_t bytes, const std::stop_token& stop);
   enum class Presence : std::uint8_t { there, gone };
   void setPresence(std::span<const std::uint32_t> indexes, Presence presence);
 
@@ -102,6 +107,11 @@ class ScannedItems : public QObject {
   std::vector<FileUrl> m_folders;
   std::int64_t m_count = 0;
   std::int64_t m_bytes = 0;
+
+  // Pieces that may be on their way at a time.
+  static constexpr int mostPending = 4;
+  using Room = std::counting_semaphore<mostPending>;
+  std::shared_ptr<Room> m_room = std::make_shared<Room>(mostPending);
 };
 
 }  // namespace orvane

@@ -136,7 +136,7 @@ void stream(AppState& state, std::size_t count) {
       piece->isFolder.push_back(false);
       bytes += piece->items.back().fileSize();
     }
-    callOn(&state, [&state, piece, bytes] { state.scannedItems().append(piece, bytes); });
+    state.scannedItems().appendLater(piece, bytes, {});
   }
 }
 

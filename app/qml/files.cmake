@@ -10,6 +10,7 @@ set(ORVANE_QML_FILES
   qml/components/ButtonBase.qml
   qml/components/CaptionText.qml
   qml/components/Card.qml
+  qml/components/CheckMark.qml
   qml/components/Chip.qml
   qml/components/ChoiceItem.qml
   qml/components/ChoiceMenu.qml

@@ -4,7 +4,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QCoreApplication>
+
+#include <atomic>
 #include <optional>
+#include <thread>
 
 namespace orvane::test {
 namespace {
@@ -68,6 +72,30 @@ class CleanupModelTest : public WindowFixture {
   std::optional<AppState> state;
   std::optional<CleanupModel> model;
 };
+
+TEST(ScannedItemsTest, piecesWaitForAMainThreadThatIsBusyAndGiveUpWithTheScan) {
+  ScannedItems items;
+  std::stop_source stop;
+  std::atomic<int> given = 0;
+  std::thread scan([&] {
+    for (int number = 0; number < 10; ++number) {
+      const auto piece = std::make_shared<ItemPiece>();
+      piece->items.emplace_back(FileItem::Fields{});
+      piece->isFolder.push_back(false);
+      items.appendLater(piece, 7, stop.get_token());
+      ++given;
+    }
+  });
+  while (given < 2) std::this_thread::yield();
+  stop.request_stop();
+  // It ends although nobody takes the pieces.
+  scan.join();
+  EXPECT_LT(items.count(), 1);
+  QCoreApplication::processEvents();
+  EXPECT_GE(items.count(), 2);
+  EXPECT_LT(items.count(), 10);
+  EXPECT_EQ(items.bytes(), 7 * items.count());
+}
 
 TEST_F(CleanupModelTest, isEmptyBeforeAScan) {
   EXPECT_EQ(model->rowCount(), 0);

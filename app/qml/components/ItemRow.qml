@@ -63,16 +63,13 @@ Item {
         onClicked: mouse => mouse.button === Qt.RightButton ? root.menuAsked() : root.toggled()
     }
 
-    TriStateBox {
-        x: root.indent
+    CheckMark {
+        x: root.indent + 1
         anchors.verticalCenter: parent.verticalCenter
         visible: root.hasBox
         enabled: root.canCheck
-        focusPolicy: Qt.NoFocus
         checkState: root.checkState < 0 ? Qt.Unchecked : root.checkState
-        text: root.name
-        Accessible.ignored: true
-        onToggleAsked: root.toggled()
+        isHovered: area.containsMouse
     }
 
     Column {
@@ -106,26 +103,34 @@ Item {
                 Accessible.ignored: true
             }
 
-            Icon {
-                id: warningIcon
+            // Most rows never warn.
+            Repeater {
+                model: root.warning === "" ? 0 : 1
 
-                anchors.left: second.right
-                anchors.leftMargin: root.secondLine === "" ? 0 : 5
-                anchors.verticalCenter: parent.verticalCenter
-                visible: root.warning !== ""
-                name: root.warningSymbol
-                size: 14
-                color: Theme.review
-            }
+                Item {
+                    anchors.left: second.right
+                    anchors.leftMargin: root.secondLine === "" ? 0 : 5
+                    anchors.right: parent.right
+                    height: parent.height
 
-            CaptionText {
-                anchors.left: warningIcon.right
-                anchors.leftMargin: 4
-                anchors.right: parent.right
-                visible: root.warning !== ""
-                text: root.warning
-                color: Theme.review
-                Accessible.ignored: true
+                    Icon {
+                        id: warningIcon
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: root.warningSymbol
+                        size: 14
+                        color: Theme.review
+                    }
+
+                    CaptionText {
+                        anchors.left: warningIcon.right
+                        anchors.leftMargin: 4
+                        anchors.right: parent.right
+                        text: root.warning
+                        color: Theme.review
+                        Accessible.ignored: true
+                    }
+                }
             }
         }
     }
@@ -244,9 +249,13 @@ Item {
         color: Theme.line
     }
 
-    FocusRing {
-        shown: root.isFocused
-        around: -2
-        radius: 6
+    Repeater {
+        model: root.isFocused ? 1 : 0
+
+        FocusRing {
+            shown: true
+            around: -2
+            radius: 6
+        }
     }
 }

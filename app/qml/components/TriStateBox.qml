@@ -26,26 +26,12 @@ T.CheckBox {
     Accessible.onToggleAction: root.toggleAsked()
     Accessible.onPressAction: root.toggleAsked()
 
-    indicator: Rectangle {
-        readonly property bool full: root.checkState !== Qt.Unchecked
-
+    indicator: CheckMark {
         y: Math.round((root.height - height) / 2)
         x: 1
-        width: 16
-        height: 16
-        radius: 4
-        opacity: root.enabled ? 1 : 0.45
-        color: full ? Theme.accent : root.hovered ? Theme.accentSoft : Theme.surface
-        border.width: full ? 0 : 1.2
-        border.color: Theme.boxLine
-
-        Icon {
-            anchors.centerIn: parent
-            visible: parent.full
-            name: root.checkState === Qt.PartiallyChecked ? "dash" : "check"
-            color: Theme.inkOnAccent
-            size: 14
-        }
+        enabled: root.enabled
+        checkState: root.checkState
+        isHovered: root.hovered
 
         FocusRing {
             shown: root.visualFocus

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Orvane
 
@@ -31,19 +33,23 @@ Item {
 
     height: isHeader ? 41 : 51
 
-    SectionHeader {
-        anchors.fill: parent
-        visible: root.isHeader
-        name: root.isHeader ? root.name : ""
-        count: root.isHeader ? Texts.counted("count.items", root.count) : ""
-        size: root.isHeader ? Texts.bytes(root.bytes) : ""
-        colorIndex: root.colorIndex
-        isExpanded: root.expanded
-        checkState: root.checkState
-        canCheck: root.checkState >= 0
-        isFocused: root.isHeader && root.isFocused
-        onToggled: root.toggled()
-        onFolded: root.folded()
+    // Few rows are headers: most never make one.
+    Repeater {
+        model: root.isHeader ? 1 : 0
+
+        SectionHeader {
+            anchors.fill: parent
+            name: root.name
+            count: Texts.counted("count.items", root.count)
+            size: Texts.bytes(root.bytes)
+            colorIndex: root.colorIndex
+            isExpanded: root.expanded
+            checkState: root.checkState
+            canCheck: root.checkState >= 0
+            isFocused: root.isFocused
+            onToggled: root.toggled()
+            onFolded: root.folded()
+        }
     }
 
     ItemRow {

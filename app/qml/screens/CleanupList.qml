@@ -51,8 +51,6 @@ FocusScope {
         anchors.top: tools.bottom
         anchors.topMargin: 1
         anchors.bottom: parent.bottom
-        // The card's corners stay round.
-        anchors.bottomMargin: 6
         width: parent.width
         label: qsTr("nav.cleanup")
         model: root.model

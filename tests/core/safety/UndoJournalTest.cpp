@@ -16,6 +16,7 @@ namespace {
 
 using test::contentOf;
 using test::exists;
+using test::filesBelow;
 
 class UndoJournalTest : public test::SafetyFixture {
  protected:
