@@ -29,10 +29,21 @@ Column {
                 height: 20
 
                 BodyText {
+                    id: label
+
                     anchors.left: parent.left
                     anchors.right: figure.left
                     anchors.rightMargin: 8
                     text: entry.modelData.label
+
+                    HoverHandler {
+                        id: hover
+                    }
+
+                    Tip {
+                        text: entry.modelData.label
+                        shown: hover.hovered && label.truncated
+                    }
                 }
 
                 BodyText {

@@ -20,6 +20,8 @@ Card {
     signal dismissed
 
     readonly property bool isResult: result !== ""
+    // Never nothing: the layout is made before the strip has its width.
+    readonly property real mostText: Math.max(160, width * 0.35)
 
     padding: 12
     implicitHeight: layout.implicitHeight + 2 * padding
@@ -47,7 +49,7 @@ Card {
 
             HeadingText {
                 Layout.fillWidth: root.isResult
-                Layout.maximumWidth: root.isResult ? root.width : root.width * 0.35
+                Layout.maximumWidth: root.isResult ? Math.max(root.mostText, root.width) : root.mostText
                 text: root.isResult ? root.result : root.title
                 wrapMode: root.isResult ? Text.Wrap : Text.NoWrap
             }
@@ -60,7 +62,7 @@ Card {
 
             CaptionText {
                 visible: !root.isResult && text !== ""
-                Layout.maximumWidth: root.width * 0.35
+                Layout.maximumWidth: root.mostText
                 text: root.figures
                 font.pixelSize: 13
             }

@@ -76,7 +76,7 @@ T.AbstractButton {
 
             x: root.width - width - 10
             y: 10
-            visible: name !== "" && root.width > 140 && root.height > 60
+            visible: name !== "" && root.width > 180 && root.height > 60
             name: root.area?.symbol ?? ""
             color: Theme.inkOnCategory
             size: 16
@@ -85,11 +85,14 @@ T.AbstractButton {
         Column {
             id: heading
 
+            // How much of its room a title may want: in narrow areas lines break where no dots follow.
+            readonly property real titleSpill: root.width < 90 ? 0.9 : 1.3
+
             x: root.inset
             y: Math.min(10, Math.max(2, (root.height - height) / 2))
             width: root.width - 2 * root.inset - (symbol.visible ? 22 : 0)
             // A label of which hardly anything is left says less than none: the tooltip has it.
-            visible: root.height > 22 && titleMetrics.advanceWidth < width * title.maximumLineCount * 1.3
+            visible: root.height > 22 && titleMetrics.advanceWidth < width * title.maximumLineCount * titleSpill
 
             TextMetrics {
                 id: titleMetrics

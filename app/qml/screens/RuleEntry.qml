@@ -58,6 +58,15 @@ Item {
         return (raw ?? []).map(name => qsTr("category." + name)).join(", ");
     }
 
+    // The keyboard leaves the actions of a row with the row.
+    onIsFocusedChanged: {
+        for (let i = 0; i < offered.count && !isFocused; ++i) {
+            const button = offered.itemAt(i) as IconButton;
+            if (button)
+                button.focus = false;
+        }
+    }
+
     height: 64
     Accessible.role: Accessible.CheckBox
     Accessible.name: name
@@ -126,6 +135,8 @@ Item {
         }
 
         Repeater {
+            id: offered
+
             model: root.offers
 
             IconButton {
