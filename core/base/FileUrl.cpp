@@ -38,7 +38,15 @@ std::optional<FileUrl> FileUrl::fromAbsoluteString(std::string_view text) {
 }
 
 std::string FileUrl::absoluteString() const {
-  return "file://" + percentEncodedPath(m_path);
+  std::string text;
+  text.reserve(m_path.size() + 24);
+  appendAbsoluteString(text);
+  return text;
+}
+
+void FileUrl::appendAbsoluteString(std::string& text) const {
+  text += "file://";
+  appendPercentEncodedPath(text, m_path);
 }
 
 std::string_view FileUrl::lastPathComponent() const noexcept {
@@ -58,21 +66,25 @@ FileUrl FileUrl::appendingPathComponent(std::string_view name) const {
 }
 
 std::string percentEncodedPath(std::string_view path) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
   std::string result;
   result.reserve(path.size() + 16);
+  appendPercentEncodedPath(result, path);
+  return result;
+}
+
+void appendPercentEncodedPath(std::string& text, std::string_view path) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
   while (!path.empty()) {
     const auto plain =
         std::find_if_not(path.begin(), path.end(), [](char c) { return allowedInPath[static_cast<unsigned char>(c)]; });
-    result.append(path.begin(), plain);
+    text.append(path.begin(), plain);
     path.remove_prefix(static_cast<std::size_t>(plain - path.begin()));
     if (path.empty()) break;
     const auto byte = static_cast<unsigned char>(path.front());
     const char escape[] = {'%', digits[byte >> 4], digits[byte & 0x0F]};
-    result.append(escape, sizeof escape);
+    text.append(escape, sizeof escape);
     path.remove_prefix(1);
   }
-  return result;
 }
 
 std::optional<std::string> percentDecoded(std::string_view text) {

@@ -23,6 +23,7 @@ class FileUrl {
   // The plain path, not percent-encoded.
   [[nodiscard]] const std::string& path() const noexcept { return m_path; }
   [[nodiscard]] std::string absoluteString() const;
+  void appendAbsoluteString(std::string& text) const;
 
   [[nodiscard]] std::string_view lastPathComponent() const noexcept;
   // Without the dot; empty when the name has none.
@@ -38,6 +39,7 @@ class FileUrl {
 
 // Escapes every byte that may not stand in the path of a URL; "/" stays.
 [[nodiscard]] std::string percentEncodedPath(std::string_view path);
+void appendPercentEncodedPath(std::string& text, std::string_view path);
 // Undoes percent-encoding; a "%" that two hexadecimal digits do not follow yields nothing.
 [[nodiscard]] std::optional<std::string> percentDecoded(std::string_view text);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <set>
 #include <vector>
 
@@ -169,6 +170,15 @@ Json jsonFromDate(Date date) {
   const bool whole = std::trunc(seconds) == seconds && std::abs(seconds) < largestExactInteger;
   if (whole && !(seconds == 0 && std::signbit(seconds))) return static_cast<std::int64_t>(seconds);
   return seconds;
+}
+
+void appendJsonDate(std::string& text, Date date) {
+  const Json value = jsonFromDate(date);
+  if (value.is_number_integer()) {
+    text += fmt::format_int(value.get<std::int64_t>()).c_str();
+  } else {
+    fmt::format_to(std::back_inserter(text), "{}", value.get<double>());
+  }
 }
 
 Json jsonFromUuid(const Uuid& uuid) {

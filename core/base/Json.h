@@ -53,6 +53,8 @@ struct JsonLimits {
 
 // Seconds since 2001-01-01T00:00:00Z; whole seconds are written without a fraction. The date must be finite.
 [[nodiscard]] Json jsonFromDate(Date date);
+// The same as text, appended: the shortest that reads back to the same date.
+void appendJsonDate(std::string& text, Date date);
 [[nodiscard]] Json jsonFromUuid(const Uuid& uuid);
 [[nodiscard]] Json jsonFromUrl(const FileUrl& url);
 

@@ -78,15 +78,22 @@ std::optional<Uuid> Uuid::parse(std::string_view text) noexcept {
 }
 
 std::string Uuid::toString() const {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text(36, '-');
-  auto* place = text.data();
-  for (const auto byte : m_bytes) {
-    if (isHyphenPosition(static_cast<std::size_t>(place - text.data()))) ++place;
-    *place++ = digits[byte >> 4];
-    *place++ = digits[byte & 0x0F];
-  }
+  std::string text;
+  appendTo(text);
   return text;
+}
+
+void Uuid::appendTo(std::string& text) const {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  // Where the two digits of each byte stand.
+  constexpr std::array<std::uint8_t, 16> places{0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
+  const auto start = text.size();
+  text.append(36, '-');
+  auto* place = text.data() + start;
+  for (std::size_t i = 0; i < m_bytes.size(); ++i) {
+    place[places[i]] = digits[m_bytes[i] >> 4];
+    place[places[i] + 1] = digits[m_bytes[i] & 0x0F];
+  }
 }
 
 }  // namespace orvane

@@ -23,6 +23,7 @@ class Uuid {
   static std::optional<Uuid> parse(std::string_view text) noexcept;
 
   [[nodiscard]] std::string toString() const;
+  void appendTo(std::string& text) const;
 
   auto operator<=>(const Uuid&) const noexcept = default;
 

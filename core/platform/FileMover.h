@@ -2,6 +2,7 @@
 
 #include "core/platform/PendingMove.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -12,11 +13,14 @@ class FileMover {
  public:
   virtual ~FileMover() = default;
 
+  // Tells where an item that was found goes, or throws when it may not move. The folder exists then and is canonical.
+  using Destination = std::function<FileUrl(const FileStatus&)>;
+
   // Decides how `item` (a canonical folder path and a name, beneath the canonical folder `boundary`) goes to
-  // `destination`, whose folder exists and is canonical. Throws std::runtime_error when the item is gone or its folder
-  // cannot be opened. Clears the item's lock.
+  // `destination`, which is asked before anything is changed. Throws std::runtime_error when the item is gone
+  // (std::system_error) or its folder cannot be opened. Clears the item's lock.
   virtual std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
-                                                const FileUrl& destination) = 0;
+                                                const Destination& destination) = 0;
 
   // Removes what a copy that died left at its partial place. Touches nothing that is not such a place.
   virtual void discardPartial(const FileUrl& partial) noexcept = 0;

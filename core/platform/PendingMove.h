@@ -3,6 +3,7 @@
 #include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -29,6 +30,9 @@ class FolderSyncSet {
   };
   std::vector<Member> m_members;
 };
+
+// Sees the item for which a move is planned, before anything is changed. Throws when the item may not move.
+using ItemAdmission = std::function<void(const FileStatus&)>;
 
 // One item between decision and done. It holds the item's folder open, so that nothing that is swapped on the way can
 // redirect it. Dropping it at any point leaves the item whole at its source or at its destination.

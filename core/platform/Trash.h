@@ -14,9 +14,11 @@ class Trash {
 
   // Decides where an item goes: opens its folder without following links from `boundary` (a canonical folder) down,
   // reads its identity, clears its lock and chooses a free name in the Trash of its volume. `item` is a canonical
-  // folder path and a name. Throws std::runtime_error when the item is gone, lies inside a Trash, or its volume has no
-  // usable Trash.
-  virtual std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary) = 0;
+  // folder path and a name. `admit` sees the item before anything is changed and throws when it may not go. Throws
+  // std::runtime_error when the item is gone (std::system_error), lies inside a Trash, or its volume has no usable
+  // Trash.
+  virtual std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary,
+                                                 const ItemAdmission& admit) = 0;
 
   // Whether the item of that canonical path lies inside a Trash.
   [[nodiscard]] virtual bool holds(const FileUrl& item) const = 0;

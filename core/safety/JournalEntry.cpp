@@ -49,15 +49,28 @@ Json JournalEntry::toJson() const {
   return json;
 }
 
-// By hand: a large run writes each entry several times, and building JSON values takes most of that time. Identifiers
-// and URLs hold nothing that has to be escaped.
-std::string JournalEntry::jsonText() const {
-  auto text =
-      fmt::format(R"({{"id":"{}","runId":"{}","timestamp":{},"originalURL":"{}","trashedURL":"{}","fileSize":{},)",
-                  id.toString(), runId.toString(), orvane::jsonText(jsonFromDate(timestamp)),
-                  originalURL.absoluteString(), trashedURL.absoluteString(), fileSize);
-  if (checksum) text += fmt::format(R"("checksum":{},)", orvane::jsonText(Json(*checksum)));
-  return text += fmt::format(R"("action":"{}"}})", rawValue(action));
+// By hand: a large run writes each entry several times, and building JSON values or even single texts takes most of
+// that time. Identifiers and URLs hold nothing that has to be escaped.
+void JournalEntry::appendJsonText(std::string& text) const {
+  text += R"({"id":")";
+  id.appendTo(text);
+  text += R"(","runId":")";
+  runId.appendTo(text);
+  text += R"(","timestamp":)";
+  appendJsonDate(text, timestamp);
+  text += R"(,"originalURL":")";
+  originalURL.appendAbsoluteString(text);
+  text += R"(","trashedURL":")";
+  trashedURL.appendAbsoluteString(text);
+  text += R"(","fileSize":)";
+  text += fmt::format_int(fileSize).c_str();
+  if (checksum) {
+    text += R"(,"checksum":)";
+    text += orvane::jsonText(Json(*checksum));
+  }
+  text += R"(,"action":")";
+  text += rawValue(action);
+  text += R"("})";
 }
 
 JournalEntry JournalEntry::fromJson(const Json& json) {

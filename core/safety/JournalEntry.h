@@ -36,8 +36,8 @@ struct JournalEntry {
 
   // The given form of the record, keys in field order; "checksum" is left out when absent.
   [[nodiscard]] Json toJson() const;
-  // toJson() as compact text.
-  [[nodiscard]] std::string jsonText() const;
+  // Appends toJson() as compact text.
+  void appendJsonText(std::string& text) const;
   // Throws JsonError.
   static JournalEntry fromJson(const Json& json);
 };

@@ -61,9 +61,14 @@ void JournalModel::encode(Sink sink) const {
   sink("{\"runs\":[");
   write(m_runs, [&](const CleanupRunSummary& run) { sink(run.jsonText()); });
   sink("],\"entries\":{");
+  std::string entryText;
   write(runOrder(), [&](const Uuid& runId) {
     sink("\"" + runId.toString() + "\":[");
-    write(entries(runId), [&](const JournalEntry& entry) { sink(entry.jsonText()); });
+    write(entries(runId), [&](const JournalEntry& entry) {
+      entryText.clear();
+      entry.appendJsonText(entryText);
+      sink(entryText);
+    });
     sink("]");
   });
   sink("}}");

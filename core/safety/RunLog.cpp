@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <iterator>
 #include <system_error>
 #include <unordered_map>
 
@@ -72,20 +73,30 @@ RunLog::~RunLog() = default;
 
 void RunLog::appendIntent(const MoveIntent& intent) {
   const auto& identity = intent.identity;
-  m_unwritten += fmt::format(R"({{"intent":{},"source":"{}","destination":"{}",)"
-                             R"("identity":{{"device":{},"inode":{},"size":{},"modified":[{},{}]}})",
-                             intent.entry.jsonText(), intent.source.absoluteString(),
-                             intent.destination.absoluteString(), identity.device, identity.inode, identity.size,
-                             identity.modified.seconds, identity.modified.nanoseconds);
+  m_unwritten += R"({"intent":)";
+  intent.entry.appendJsonText(m_unwritten);
+  m_unwritten += R"(,"source":")";
+  intent.source.appendAbsoluteString(m_unwritten);
+  m_unwritten += R"(","destination":")";
+  intent.destination.appendAbsoluteString(m_unwritten);
+  fmt::format_to(std::back_inserter(m_unwritten),
+                 R"(","identity":{{"device":{},"inode":{},"size":{},"modified":[{},{}]}})", identity.device,
+                 identity.inode, identity.size, identity.modified.seconds, identity.modified.nanoseconds);
   if (intent.partial) m_unwritten += fmt::format(R"(,"partial":"{}")", intent.partial->absoluteString());
   m_unwritten += "}\n";
 }
 
 void RunLog::appendDone(std::span<const Uuid> entryIds) {
-  Json ids = Json::array();
-  for (const auto& id : entryIds) ids.push_back(id.toString());
-  m_unwritten += jsonText(Json{{"done", std::move(ids)}});
-  m_unwritten += '\n';
+  m_unwritten += R"({"done":[)";
+  const char* separator = "";
+  for (const auto& id : entryIds) {
+    m_unwritten += separator;
+    m_unwritten += '"';
+    id.appendTo(m_unwritten);
+    m_unwritten += '"';
+    separator = ",";
+  }
+  m_unwritten += "]}\n";
 }
 
 void RunLog::sync() {

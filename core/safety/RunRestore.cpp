@@ -82,9 +82,9 @@ RunRestore::Attempt RunRestore::planReturn(const JournalEntry& entry, std::vecto
   };
   const auto destination = freeUrl(wanted, NumberingStyle::restored, isPromised);
   const FileUrl place(canonicalPlace(entry.trashedURL.path()));
-  auto move = entry.action == JournalAction::trashed
-                  ? m_trash.planTakeOut(place, destination)
-                  : m_mover.planMove(place, std::string(parentPath(place.path())), destination);
+  auto move = entry.action == JournalAction::trashed ? m_trash.planTakeOut(place, destination)
+                                                     : m_mover.planMove(place, std::string(parentPath(place.path())),
+                                                                        [&](const FileStatus&) { return destination; });
   promised.push_back(destination);
   JournalEntry restored = entry;
   restored.action = JournalAction::restored;
@@ -100,7 +100,8 @@ RunRestore::Attempt RunRestore::planSettingAside(const JournalEntry& entry) {
   aside.originalURL = entry.trashedURL;
   aside.fileSize = entry.fileSize;
   aside.checksum = entry.checksum;
-  return {m_trash.planTrash(place, std::string(parentPath(place.path()))), std::move(aside), {}};
+  return {
+      m_trash.planTrash(place, std::string(parentPath(place.path())), [](const FileStatus&) {}), std::move(aside), {}};
 }
 
 bool RunRestore::carryOut(std::span<const JournalEntry> entries, RunLog& log, std::stop_token stop) {

@@ -3,7 +3,6 @@
 #include "core/base/AtomicFile.h"
 #include "core/base/CanonicalPath.h"
 #include "core/base/FreeName.h"
-#include "core/base/OpenFolder.h"
 #include "core/base/PathText.h"
 #include "core/platform/FileMover.h"
 #include "core/platform/SyncError.h"
@@ -11,7 +10,6 @@
 #include "core/safety/FolderLookups.h"
 #include "core/safety/PathValidator.h"
 
-#include <cerrno>
 #include <system_error>
 
 namespace orvane {
@@ -46,61 +44,67 @@ TrashMover::TrashMover(Trash& trash, FileMover& mover, const PathValidator& vali
 
 TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots,
                                              FolderLookups& lookups) const {
+  Place place{FileUrl(placeOf(url, lookups)), {}};
+  auto refusal = m_validator.checkCanonical(place.item.path(), allowedRoots.canonicalPaths());
+  if (refusal || PathValidator::hasTraversal(url.path())) m_validator.validate(url, allowedRoots);
+  if (refusal) throw SecurityError(*std::move(refusal));
+  place.boundary = boundaryOf(place.item.path(), allowedRoots);
+  return place;
+}
+
+template <typename Plan>
+std::unique_ptr<PendingMove> TrashMover::planned(const FileUrl& url, const AllowedRoots& allowedRoots,
+                                                 FolderLookups& lookups, Plan plan) {
+  const std::lock_guard lock(m_mutex);
+  bool found = false;
+  // The canonical path of an item that is no link is its place, which is allowed. The item that moves is the link, so
+  // both its own place and what it points to must be.
+  const auto admit = [&](const FileStatus& status) {
+    found = true;
+    if (status.type == FileType::symbolicLink) m_validator.validate(url, allowedRoots);
+  };
   try {
-    Place place{FileUrl(placeOf(url, lookups)), {}};
-    const auto status = readPathStatus(place.item.path());
-    const bool isMissing = !status && (errno == ENOENT || errno == ENOTDIR);
-    // The canonical path of an item that is no link is its place, which is checked below.
-    if (!status || status->type == FileType::symbolicLink || PathValidator::hasTraversal(url.path())) {
+    const auto place = validatedPlace(url, allowedRoots, lookups);
+    try {
+      return plan(place, admit);
+    } catch (const std::system_error& error) {
+      if (found) throw;
       m_validator.validate(url, allowedRoots);
+      const bool isMissing =
+          error.code() == std::errc::no_such_file_or_directory || error.code() == std::errc::not_a_directory;
+      if (isMissing) throw TrashError(TrashError::FileNotFound{url.path()});
+      throw;
     }
-    // The item that moves is the link, so the link's own place must be allowed, and not only what it points to.
-    if (auto refusal = m_validator.checkCanonical(place.item.path(), allowedRoots.canonicalPaths())) {
-      throw SecurityError(*std::move(refusal));
-    }
-    if (isMissing) throw TrashError(TrashError::FileNotFound{url.path()});
-    place.boundary = boundaryOf(place.item.path(), allowedRoots);
-    return place;
   } catch (const SecurityError& error) {
     throw TrashError(TrashError::PathValidationFailed{error.what()});
+  } catch (const TrashError&) {
+    throw;
+  } catch (const std::runtime_error& error) {
+    throw TrashError(TrashError::UnderlyingError{error.what()});
   }
 }
 
 std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const AllowedRoots& allowedRoots,
                                                    FolderLookups& lookups) {
-  const std::lock_guard lock(m_mutex);
-  const auto place = validatedPlace(url, allowedRoots, lookups);
-  try {
-    return m_trash.planTrash(place.item, place.boundary);
-  } catch (const std::system_error& error) {
-    if (error.code() == std::errc::no_such_file_or_directory) {
-      throw TrashError(TrashError::FileNotFound{url.path()});
-    }
-    throw TrashError(TrashError::UnderlyingError{error.what()});
-  } catch (const std::runtime_error& error) {
-    throw TrashError(TrashError::UnderlyingError{error.what()});
-  }
+  return planned(url, allowedRoots, lookups, [&](const Place& place, const ItemAdmission& admit) {
+    return m_trash.planTrash(place.item, place.boundary, admit);
+  });
 }
 
 std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const AllowedRoots& allowedRoots,
                                                   const FileUrl& destinationFolder,
                                                   const std::function<bool(const FileUrl&)>& isPromised,
                                                   FolderLookups& lookups) {
-  const std::lock_guard lock(m_mutex);
-  const auto place = validatedPlace(url, allowedRoots, lookups);
-  try {
-    const FileUrl folder(lookups.destination(destinationFolder, [&](const FileUrl& wanted) {
-      m_validator.validate(wanted, AllowedRoots());
-      createFoldersDurably(wanted.path(), 0755);
-    }));
-    const auto destination =
-        freeUrl(folder.appendingPathComponent(place.item.lastPathComponent()), NumberingStyle::plain, isPromised);
-    return m_mover.planMove(place.item, place.boundary, destination);
-  } catch (const SecurityError& error) {
-    throw TrashError(TrashError::PathValidationFailed{error.what()});
-  } catch (const std::runtime_error& error) {
-    throw TrashError(TrashError::UnderlyingError{error.what()});
-  }
+  return planned(url, allowedRoots, lookups, [&](const Place& place, const ItemAdmission& admit) {
+    return m_mover.planMove(place.item, place.boundary, [&](const FileStatus& status) {
+      admit(status);
+      const FileUrl folder(lookups.destination(destinationFolder, [&](const FileUrl& wanted) {
+        m_validator.validate(wanted, AllowedRoots());
+        createFoldersDurably(wanted.path(), 0755);
+      }));
+      return freeUrl(folder.appendingPathComponent(place.item.lastPathComponent()), NumberingStyle::plain, isPromised);
+    });
+  });
 }
 
 FileUrl TrashMover::moveToTrash(const FileUrl& url, const AllowedRoots& allowedRoots) {

@@ -46,7 +46,12 @@ class TrashMover {
 
  private:
   struct Place;
+  // Throws SecurityError.
   Place validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots, FolderLookups& lookups) const;
+  // What `plan` makes of the item's place and of the admission that it asks. Throws TrashError.
+  template <typename Plan>
+  std::unique_ptr<PendingMove> planned(const FileUrl& url, const AllowedRoots& allowedRoots, FolderLookups& lookups,
+                                       Plan plan);
 
   Trash& m_trash;
   FileMover& m_mover;

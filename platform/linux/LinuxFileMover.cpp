@@ -42,11 +42,12 @@ void LinuxMove::abandon() noexcept {
 }
 
 std::unique_ptr<PendingMove> LinuxFileMover::planMove(const FileUrl& item, const std::string& boundary,
-                                                      const FileUrl& destination) {
+                                                      const Destination& destination) {
   auto open = openItemIn(m_sources.open(parentPath(item.path()), boundary), item.lastPathComponent());
+  const auto place = destination(open.status);
   clearImmutableAttribute(open);
-  const auto folder = parentPath(destination.path());
-  return std::make_unique<LinuxMove>(item, std::move(open), destination, m_destinations.open(folder, folder));
+  const auto folder = parentPath(place.path());
+  return std::make_unique<LinuxMove>(item, std::move(open), place, m_destinations.open(folder, folder));
 }
 
 void LinuxFileMover::discardPartial(const FileUrl& partial) noexcept {

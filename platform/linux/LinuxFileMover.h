@@ -28,7 +28,7 @@ class LinuxMove : public PendingMove {
 class LinuxFileMover : public FileMover {
  public:
   std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
-                                        const FileUrl& destination) override;
+                                        const Destination& destination) override;
   void discardPartial(const FileUrl& partial) noexcept override;
 
  private:

@@ -185,16 +185,19 @@ std::shared_ptr<TrashFolder> LinuxTrash::folderOf(const FileUrl& trashed) {
   return std::make_shared<TrashFolder>(path, std::move(top), std::move(folder));
 }
 
-std::unique_ptr<PendingMove> LinuxTrash::planTrash(const FileUrl& item, const std::string& boundary) {
+std::unique_ptr<PendingMove> LinuxTrash::planTrash(const FileUrl& item, const std::string& boundary,
+                                                   const ItemAdmission& admit) {
+  OpenItem open = openItemIn(m_sources.open(parentPath(item.path()), boundary), item.lastPathComponent());
+  admit(open.status);
   refuseInTrash(item);
-  OpenItem open = openItem(item, boundary);
   clearImmutableAttribute(open);
   auto folder = folderFor(open, std::string(parentPath(item.path())));
   return makeMoveIntoTrash(item, std::move(open), std::move(folder));
 }
 
 std::unique_ptr<PendingMove> LinuxTrash::planTakeOut(const FileUrl& trashed, const FileUrl& destination) {
-  OpenItem open = openItem(trashed, parentPath(trashed.path()));
+  const auto folder = parentPath(trashed.path());
+  OpenItem open = openItemIn(m_trashed.open(folder, folder), trashed.lastPathComponent());
   return makeMoveOutOfTrash(trashed, std::move(open), folderOf(trashed), destination);
 }
 

@@ -22,6 +22,7 @@ class SwappedFolderTest : public test::SafetyFixture {
     tree.file("Downloads/inner/a", "approved");
     tree.file("Private/a", "not approved");
   }
+  static void admitAll(const FileStatus&) {}
   // The folder is replaced by a link to one outside the roots.
   void swap() const {
     fs::rename(tree.path("Downloads/inner"), tree.path("Downloads/before"));
@@ -32,13 +33,15 @@ class SwappedFolderTest : public test::SafetyFixture {
 TEST_F(SwappedFolderTest, aFolderSwappedBeforeItIsOpenedIsRefused) {
   const FileUrl place = tree.url("Downloads/inner/a");
   swap();
-  EXPECT_THROW(trash.planTrash(place, tree.path("Downloads")), std::system_error);
-  EXPECT_THROW(fileMover.planMove(place, tree.path("Downloads"), tree.url("Downloads/elsewhere")), std::system_error);
+  EXPECT_THROW(trash.planTrash(place, tree.path("Downloads"), admitAll), std::system_error);
+  EXPECT_THROW(fileMover.planMove(place, tree.path("Downloads"),
+                                  [&](const FileStatus&) { return tree.url("Downloads/elsewhere"); }),
+               std::system_error);
   EXPECT_EQ(contentOf(tree.path("Private/a")), "not approved");
 }
 
 TEST_F(SwappedFolderTest, aFolderSwappedBetweenDecisionAndMoveMakesNoDifference) {
-  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"));
+  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"), admitAll);
   swap();
   FolderSyncSet folders;
   move->prepare();
@@ -50,7 +53,7 @@ TEST_F(SwappedFolderTest, aFolderSwappedBetweenDecisionAndMoveMakesNoDifference)
 
 TEST_F(SwappedFolderTest, anItemReplacedBetweenDecisionAndMoveStays) {
   const auto path = tree.path("Downloads/inner/a");
-  const auto move = trash.planTrash(FileUrl(path), tree.path("Downloads"));
+  const auto move = trash.planTrash(FileUrl(path), tree.path("Downloads"), admitAll);
   fs::remove(path);
   tree.file("Downloads/inner/a", "another file");
   FolderSyncSet folders;
@@ -63,7 +66,7 @@ TEST_F(SwappedFolderTest, anItemReplacedBetweenDecisionAndMoveStays) {
 }
 
 TEST_F(SwappedFolderTest, aNameTakenInTheTrashMeanwhileIsNotOverwritten) {
-  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"));
+  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"), admitAll);
   tree.file(".local/share/Trash/info/a.trashinfo", "another's record");
   FolderSyncSet folders;
   move->prepare();

@@ -65,6 +65,21 @@ TEST_F(UndoJournalTest, writesTheGivenForm) {
             R"("trashedURL":"file:///home/u/.local/share/Trash/files/name","fileSize":42,"action":"trashed"}]}})");
 }
 
+TEST_F(UndoJournalTest, writesAnEntryOfAnyKindSoThatItReadsBackTheSame) {
+  for (const double seconds : {0.0, -0.0, 785000000.0, 785000000.1, -3.5e-7, 4.1e18, 1e300}) {
+    for (const auto& checksum : {std::optional<std::string>(), std::optional<std::string>("\"\\\u00e9")}) {
+      auto entry = entryOf(Uuid::random(), INT64_MAX);
+      entry.timestamp = dateFromReferenceSeconds(seconds);
+      entry.checksum = checksum;
+      entry.action = JournalAction::moved;
+      std::string text;
+      entry.appendJsonText(text);
+      EXPECT_EQ(JournalEntry::fromJson(parseJson(text)), entry) << text;
+      EXPECT_EQ(parseJson(text), entry.toJson()) << text;
+    }
+  }
+}
+
 TEST_F(UndoJournalTest, anUnchangedJournalKeepsItsBytes) {
   for (int run = 0; run < 20; ++run) {
     const Uuid runId = Uuid::random();
