@@ -239,8 +239,10 @@ void AppsModel::uninstall() {
 
 QString AppsModel::movedText(std::int64_t count, std::int64_t bytes) const {
   if (count == 0) return {};
-  return localizedText("apps.result")
-      .arg(shownName(m_uninstalledName), textFrom(formatCount(count - 1)), Format::bytes(static_cast<double>(bytes)));
+  const auto name = shownName(m_uninstalledName);
+  const auto size = Format::bytes(static_cast<double>(bytes));
+  if (count == 1) return localizedText("apps.result_alone").arg(name, size);
+  return localizedText("apps.result").arg(name, textFrom(formatCount(count - 1)), size);
 }
 
 }  // namespace orvane

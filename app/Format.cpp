@@ -101,6 +101,21 @@ QString Format::dateTime(double milliseconds) {
   return milliseconds == 0 ? QString() : orvane::textFrom(formatDateTime(dateFromMilliseconds(milliseconds)));
 }
 
+QString Format::moment(double milliseconds, bool standsAlone) {
+  if (milliseconds == 0) return {};
+  using icu::DateFormat;
+  const std::unique_ptr<DateFormat> format(
+      DateFormat::createDateTimeInstance(DateFormat::kMediumRelative, DateFormat::kShort));
+  icu::UnicodeString text;
+  if (!format) return {};
+  UErrorCode status = U_ZERO_ERROR;
+  format->setContext(
+      standsAlone ? UDISPCTX_CAPITALIZATION_FOR_BEGINNING_OF_SENTENCE : UDISPCTX_CAPITALIZATION_FOR_MIDDLE_OF_SENTENCE,
+      status);
+  format->format(milliseconds, text);
+  return textFrom(text);
+}
+
 QString Format::day(double milliseconds) {
   if (milliseconds == 0) return {};
   const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateInstance(icu::DateFormat::kMedium));

@@ -23,6 +23,8 @@ class Format : public QObject {
   Q_INVOKABLE static QString count(double value);
   // Dates are milliseconds since 1970; 0 gives an empty text.
   Q_INVOKABLE static QString dateTime(double milliseconds);
+  // Days near today by their names, with the time of day: "today at 15:30". Capitalized where it stands alone.
+  Q_INVOKABLE static QString moment(double milliseconds, bool standsAlone);
   Q_INVOKABLE static QString day(double milliseconds);
   // "2 days ago", "today".
   Q_INVOKABLE static QString age(double milliseconds);

@@ -5,6 +5,7 @@
 #include "core/base/DirectoryReader.h"
 #include "core/safety/AllowedRoots.h"
 #include "core/safety/FileAccessService.h"
+#include "core/safety/ManagedFolderType.h"
 #include "core/safety/PathValidator.h"
 
 #include <fcntl.h>
@@ -19,6 +20,14 @@ namespace {
 
 bool canBeListed(const FileUrl& folder) {
   return DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow).has_value();
+}
+
+// That of the kind of folder; of another one, a folder's.
+QString symbolOf(const FileUrl& folder, const FileUrl& home) {
+  for (const auto type : allManagedFolderTypes) {
+    if (defaultURL(type, home.path()).path() == folder.path()) return textFrom(systemImage(type));
+  }
+  return QStringLiteral("folder");
 }
 
 }  // namespace
@@ -43,6 +52,7 @@ QVariantList GrantedFolders::rows() const {
   QVariantList result;
   for (const auto& folder : folders) {
     auto shown = row(folder, m_home);
+    shown.insert("symbol", symbolOf(folder, m_home));
     shown.insert("exists", canBeListed(folder));
     shown.insert("canRemove", folders.size() > 1);
     result.append(shown);

@@ -32,6 +32,7 @@ QVariantMap mapFrom(const OverviewArea& area, const FileUrl& home) {
       {"label", area.folder.empty() ? QString() : shownName(isHome ? "~" : folder.lastPathComponent())},
       {"titleKey", textFrom(titleKey)},
       {"category", textFrom(rawValue(area.category))},
+      {"symbol", textFrom(systemImage(area.category))},
       {"colorIndex", static_cast<int>(area.category) % colorCount},
       {"folder", textFrom(area.folder)},
       {"bytes", static_cast<double>(area.bytes)},

@@ -27,7 +27,7 @@ ApplicationWindow {
     // What each section shows, by AppNavigationItem.
     readonly property var screens: [
         ["Overview", {appState: appState, model: overview}],
-        ["Cleanup", {appState: appState, model: cleanup}],
+        ["Cleanup", {appState: appState, model: cleanup, overview: overview}],
         ["Duplicates", {appState: appState, model: duplicates}],
         ["Apps", {appState: appState, model: apps}],
         ["Organize", {appState: appState, model: organize}],
@@ -139,6 +139,7 @@ ApplicationWindow {
 
         appState: window.appState
         settings: window.settings
+        languages: window.languages
     }
 
     Instantiator {

@@ -10,6 +10,11 @@ QtObject {
         return Format.revision >= 0 ? Format.bytes(value) : "";
     }
 
+    // With so many digits that count: sizes at a glance. Whole bytes stay whole.
+    function roughBytes(value: double, digits: int): string {
+        return bytes(value < 1e3 ? value : Number(value.toPrecision(digits)));
+    }
+
     function count(value: double): string {
         return Format.revision >= 0 ? Format.count(value) : "";
     }
@@ -18,9 +23,18 @@ QtObject {
         return Format.revision >= 0 ? Format.percent(value) : "";
     }
 
-    // Milliseconds since 1970; 0 or less stands for no date and gives an empty text. So for the next two.
+    // Milliseconds since 1970; 0 or less stands for no date and gives an empty text. So for the next ones.
     function dateTime(value: double): string {
         return Format.revision >= 0 && value > 0 ? Format.dateTime(value) : "";
+    }
+
+    // A date near today by its name: "today at 15:30". Capitalized where it stands alone.
+    function moment(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.moment(value, true) : "";
+    }
+
+    function momentInText(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.moment(value, false) : "";
     }
 
     function day(value: double): string {

@@ -17,10 +17,13 @@ QtObject {
     readonly property color groupHeader: dark ? "#181D25" : "#F5F7F9"
     readonly property color text: dark ? "#E7ECF2" : "#18212C"
     readonly property color muted: dark ? "#97A3B2" : "#5A6675"
+    // Texts and icons of controls that cannot be used now.
+    readonly property color disabled: dark ? "#7C8998" : "#727E8D"
     readonly property color line: dark ? "#2A323D" : "#DDE3EA"
     // The outline of a box that can be ticked, 3:1 against the surface.
     readonly property color boxLine: dark ? "#7C8998" : "#7B8796"
     readonly property color accent: dark ? "#3FC4BC" : "#0E7A78"
+    // Also for words on the soft accent.
     readonly property color accentHover: dark ? "#57CFC8" : "#0B6967"
     readonly property color inkOnAccent: dark ? "#06201F" : "#FFFFFF"
     readonly property color accentSoft: dark ? "#13393A" : "#DCF0EE"
@@ -32,8 +35,9 @@ QtObject {
     readonly property color manual: dark ? "#9AA6B5" : "#566070"
     readonly property color manualSoft: dark ? "#272E38" : "#E8EBF0"
     // The used part of a disk.
-    readonly property color used: dark ? "#8B98A8" : "#8B97A6"
+    readonly property color used: dark ? "#8B98A8" : "#8793A2"
     readonly property color tooltip: dark ? "#E7ECF2" : "#18212C"
+    readonly property color actionOnTooltip: dark ? "#0B6967" : "#6FDAD3"
     readonly property color inkOnTooltip: dark ? "#11151B" : "#FFFFFF"
     readonly property color scrim: dark ? "#99000000" : "#59101820"
     readonly property color shadow: dark ? "#00000000" : "#08101820"

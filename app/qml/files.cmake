@@ -21,6 +21,7 @@ set(ORVANE_QML_FILES
   qml/components/FigureText.qml
   qml/components/FileThumb.qml
   qml/components/FocusRing.qml
+  qml/components/FocusFollower.qml
   qml/components/FolderButton.qml
   qml/components/FolderRow.qml
   qml/components/HeadingText.qml
@@ -42,9 +43,11 @@ set(ORVANE_QML_FILES
   qml/components/ProgressStrip.qml
   qml/components/RawText.qml
   qml/components/Ring.qml
+  qml/components/RoundedCorners.qml
   qml/components/RowList.qml
   qml/components/RunStrip.qml
   qml/components/ScreenHeader.qml
+  qml/components/ScrollColumn.qml
   qml/components/ScrollHint.qml
   qml/components/SearchField.qml
   qml/components/SectionHeader.qml
@@ -68,6 +71,7 @@ set(ORVANE_QML_FILES
   qml/screens/AgentScreen.qml
   qml/screens/AppEntry.qml
   qml/screens/AppsScreen.qml
+  qml/screens/CategoriesCard.qml
   qml/screens/CleanupEntry.qml
   qml/screens/CleanupList.qml
   qml/screens/CleanupScreen.qml
@@ -99,16 +103,21 @@ set(ORVANE_QML_RESOURCES
   qml/icons/agent.svg
   qml/icons/app.svg
   qml/icons/apps.svg
+  qml/icons/archivebox.fill.svg
   qml/icons/arrow-right.svg
-  qml/icons/bell.svg
+  qml/icons/arrow.down.circle.fill.svg
+  qml/icons/camera.viewfinder.svg
   qml/icons/check.svg
   qml/icons/chevron-down.svg
   qml/icons/chevron-right.svg
   qml/icons/cleanup.svg
-  qml/icons/clock.svg
   qml/icons/close.svg
+  qml/icons/cloud.fill.svg
   qml/icons/cloud.svg
   qml/icons/dash.svg
+  qml/icons/doc.fill.svg
+  qml/icons/doc.on.doc.fill.svg
+  qml/icons/doc.plaintext.fill.svg
   qml/icons/drawing-agent.svg
   qml/icons/drawing-apps.svg
   qml/icons/drawing-clean.svg
@@ -122,19 +131,28 @@ set(ORVANE_QML_RESOURCES
   qml/icons/drawing-search.svg
   qml/icons/duplicates.svg
   qml/icons/edit.svg
+  qml/icons/externaldrive.fill.svg
   qml/icons/file.svg
   qml/icons/folder-open.svg
+  qml/icons/folder.badge.gearshape.svg
   qml/icons/folder.svg
   qml/icons/globe.svg
+  qml/icons/hammer.fill.svg
   qml/icons/history.svg
+  qml/icons/icloud.fill.svg
   qml/icons/info.svg
+  qml/icons/internaldrive.fill.svg
   qml/icons/key.svg
   qml/icons/lock.svg
+  qml/icons/magnifyingglass.circle.fill.svg
   qml/icons/mark.svg
+  qml/icons/menubar.dock.rectangle.svg
+  qml/icons/message.fill.svg
   qml/icons/minus.svg
   qml/icons/more.svg
   qml/icons/organize.svg
   qml/icons/overview.svg
+  qml/icons/photo.fill.svg
   qml/icons/picture.svg
   qml/icons/play.svg
   qml/icons/plus.svg
@@ -144,8 +162,10 @@ set(ORVANE_QML_RESOURCES
   qml/icons/search.svg
   qml/icons/send.svg
   qml/icons/settings.svg
+  qml/icons/shippingbox.fill.svg
   qml/icons/sort.svg
-  qml/icons/tag.svg
+  qml/icons/trash.fill.svg
+  qml/icons/trash.slash.fill.svg
   qml/icons/trash.svg
   qml/icons/undo.svg
   qml/icons/warning.svg

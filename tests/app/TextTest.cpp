@@ -4,6 +4,9 @@
 #include "app/TableTranslator.h"
 #include "app/Text.h"
 #include "core/localization/LocalizedStrings.h"
+#include "core/organizer/CloudProvider.h"
+#include "core/safety/ManagedFolderType.h"
+#include "core/scanning/ScanCategory.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -13,6 +16,8 @@
 #include <filesystem>
 #include <regex>
 #include <set>
+#include <string>
+#include <string_view>
 
 namespace orvane::test {
 namespace {
@@ -61,6 +66,17 @@ TEST(Texts, areThereForEveryKeyThatTheModelsName) {
   }
   for (const auto* unit : {"KB", "MB", "GB", "TB", "PB", "EB"}) {
     EXPECT_TRUE(keys.contains(std::string("unit.") + unit)) << unit;
+  }
+}
+
+TEST(Icons, areDrawnForEverySymbolThatTheCoreNames) {
+  std::set<std::string_view> symbols;
+  for (const auto category : allScanCategories) symbols.insert(systemImage(category));
+  for (const auto type : allManagedFolderTypes) symbols.insert(systemImage(type));
+  for (const auto provider : allCloudProviders) symbols.insert(systemImage(provider));
+  for (const auto symbol : symbols) {
+    const auto file = std::string(ORVANE_SOURCES "/app/qml/icons/").append(symbol).append(".svg");
+    EXPECT_TRUE(std::filesystem::is_regular_file(file)) << symbol;
   }
 }
 

@@ -149,15 +149,16 @@ def trash_of(home):
 class Scenario:
     """One start of the program in a home of its own: `prepare(home)`, then `act(window, home)`."""
 
-    def __init__(self, prepare, act):
+    def __init__(self, prepare, act, settings=None):
         self.prepare = prepare
         self.act = act
+        self.settings = {"hasCompletedOnboarding": True} if settings is None else settings
 
 
-def write_settings(home):
+def write_settings(home, values):
     settings = home / ".config/orvane"
     settings.mkdir(parents=True)
-    (settings / "preferences.json").write_text(json.dumps({"hasCompletedOnboarding": True}))
+    (settings / "preferences.json").write_text(json.dumps(values))
 
 
 def drive(program, scenario, home):
@@ -182,17 +183,18 @@ def drive(program, scenario, home):
         process.wait(PATIENCE)
 
 
-def in_own_desktop(script, program, name, scenario):
-    """Runs the script again for one scenario, with an X server, a message bus and a home that nobody else has."""
+def in_own_desktop(command, scenario, screen="1280x900", environment=None):
+    """Runs a command with the home's path as one more argument, on an X server, a message bus and in a home that nobody
+    else has; gives its exit status."""
     with tempfile.TemporaryDirectory(prefix="orvane-window-", ignore_cleanup_errors=True) as top:
         home = pathlib.Path(top) / "home"
         runtime = pathlib.Path(top) / "runtime"
         runtime.mkdir(mode=0o700)
-        write_settings(home)
+        write_settings(home, scenario.settings)
         scenario.prepare(home)
         read, write = os.pipe()
         server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset"],
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", screen + "x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write],
             stderr=subprocess.DEVNULL,
         )
@@ -200,7 +202,7 @@ def in_own_desktop(script, program, name, scenario):
         try:
             display = os.read(read, 16).decode().strip()
             expect(display, "there is no X server")
-            environment = {
+            made = {
                 "PATH": "/usr/bin:/bin",
                 "HOME": str(home),
                 "XDG_RUNTIME_DIR": str(runtime),
@@ -213,9 +215,10 @@ def in_own_desktop(script, program, name, scenario):
                 # One name of the library's is shadowed by an older one.
                 "PYTHONWARNINGS": "ignore::DeprecationWarning",
                 "PYTHONDONTWRITEBYTECODE": "1",
+                **(environment or {}),
             }
-            command = ["dbus-run-session", "--", sys.executable, script, program, name, str(home)]
-            return subprocess.run(command, env=environment, check=False).returncode
+            started = ["dbus-run-session", "--", *command, str(home)]
+            return subprocess.run(started, env=made, check=False).returncode
         finally:
             os.close(read)
             server.terminate()
@@ -229,7 +232,9 @@ def main(scenarios):
         if len(rest) == 2:
             return drive(program, scenarios[rest[0]], pathlib.Path(rest[1]))
         failed = [
-            name for name in rest or scenarios if in_own_desktop(script, program, name, scenarios[name]) != 0
+            name
+            for name in rest or scenarios
+            if in_own_desktop([sys.executable, script, program, name], scenarios[name]) != 0
         ]
         return f"failed: {', '.join(failed)}" if failed else 0
     except Failure as failure:

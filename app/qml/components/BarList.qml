@@ -9,7 +9,7 @@ Column {
 
     property var entries: []
 
-    spacing: 12
+    spacing: 10
 
     Repeater {
         model: root.entries

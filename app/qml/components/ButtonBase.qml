@@ -14,12 +14,15 @@ T.Button {
     property int weight: Font.Medium
     property int alignment: Qt.AlignHCenter
 
+    readonly property color shownInk: enabled ? ink : Theme.disabled
+    // Fades into the hover colour, not through black.
+    readonly property color noFill: Qt.alpha(Theme.accentSoft, 0)
+
     implicitWidth: Math.max(implicitHeight, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Theme.controlHeight
     leftPadding: 14
     rightPadding: 14
     hoverEnabled: true
-    opacity: enabled ? 1 : 0.5
     font.pixelSize: Theme.textSize
     font.weight: root.weight
     focusPolicy: Qt.StrongFocus
@@ -50,7 +53,7 @@ T.Button {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: root.symbol !== ""
                 name: root.symbol
-                color: root.ink
+                color: root.shownInk
                 size: 16
             }
 
@@ -61,7 +64,7 @@ T.Button {
                 visible: root.text !== ""
                 text: root.text
                 font: root.font
-                color: root.ink
+                color: root.shownInk
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
                 width: Math.min(Math.ceil(implicitWidth), Math.max(0, row.textSpace))
@@ -74,7 +77,7 @@ T.Button {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: root.trailingSymbol !== ""
                 name: root.trailingSymbol
-                color: root.ink
+                color: root.shownInk
                 size: 14
             }
         }
@@ -82,7 +85,7 @@ T.Button {
 
     background: Rectangle {
         radius: Theme.controlRadius
-        color: root.fill
+        color: root.fill.a > 0 ? root.fill : root.noFill
         border.width: root.outline.a > 0 ? 1 : 0
         border.color: root.outline
 

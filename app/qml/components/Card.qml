@@ -10,8 +10,9 @@ Item {
     default property alias content: inner.data
     property int padding: 20
     property int radius: Theme.cardRadius
-    // What lies inside reaches to the hairline and is cut at the corners' square.
+    // What lies inside reaches to the hairline, and the corners are put over it.
     property bool flush: false
+    property color outline: Theme.line
 
     implicitWidth: inner.childrenRect.width + 2 * root.inset
     implicitHeight: inner.childrenRect.height + 2 * root.inset
@@ -37,7 +38,7 @@ Item {
         anchors.fill: parent
         radius: root.radius
         color: Theme.surface
-        border.color: Theme.line
+        border.color: root.outline
         border.width: 1
     }
 
@@ -46,5 +47,10 @@ Item {
 
         anchors.fill: parent
         anchors.margins: root.inset
+    }
+
+    RoundedCorners {
+        visible: root.flush
+        radius: root.radius
     }
 }

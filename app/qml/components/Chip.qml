@@ -11,7 +11,7 @@ Rectangle {
     property string text: ""
     property string symbol: ""
 
-    readonly property color ink: [Theme.safe, Theme.review, Theme.manual, Theme.accent][kind]
+    readonly property color ink: [Theme.safe, Theme.review, Theme.manual, Theme.accentHover][kind]
 
     implicitWidth: row.implicitWidth + 16
     implicitHeight: 20

@@ -18,7 +18,6 @@ T.MenuItem {
     leftPadding: lead
     rightPadding: 12
     font.pixelSize: Theme.textSize
-    opacity: enabled ? 1 : 0.5
     Accessible.role: isChoice ? Accessible.RadioButton : Accessible.MenuItem
     Accessible.name: root.text
     Accessible.onPressAction: if (root.enabled) root.triggered()
@@ -34,7 +33,7 @@ T.MenuItem {
 
     contentItem: Text {
         text: root.text
-        color: Theme.text
+        color: root.enabled ? Theme.text : Theme.disabled
         font: root.font
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter

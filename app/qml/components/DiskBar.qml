@@ -16,7 +16,9 @@ Column {
     CaptionText {
         width: parent.width
         text: root.text
-        wrapMode: Text.Wrap
+        // One line in every language.
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 10
         Accessible.ignored: true
     }
 

@@ -10,6 +10,7 @@ RowLayout {
     property string path: ""
     property bool exists: true
     property bool canRemove: false
+    property string symbol: "folder"
     signal removeAsked
 
     spacing: 12
@@ -17,7 +18,7 @@ RowLayout {
     Accessible.name: name + ", " + path
 
     Icon {
-        name: root.exists ? "folder" : "warning"
+        name: root.exists ? root.symbol : "warning"
         color: root.exists ? Theme.muted : Theme.review
     }
 

@@ -18,7 +18,7 @@ ButtonBase {
         Icon {
             anchors.centerIn: parent
             name: root.symbol
-            color: root.ink
+            color: root.shownInk
             size: root.iconSize
         }
     }

@@ -19,8 +19,7 @@ T.TextField {
     topPadding: 0
     bottomPadding: 0
     verticalAlignment: TextInput.AlignVCenter
-    color: Theme.text
-    opacity: enabled ? 1 : 0.5
+    color: enabled ? Theme.text : Theme.disabled
     font.pixelSize: Theme.textSize
     selectionColor: Theme.accent
     selectedTextColor: Theme.inkOnAccent

@@ -147,7 +147,8 @@ Item {
             model: root.isActive && root.canExplain ? 1 : 0
 
             IconButton {
-                focusPolicy: Qt.NoFocus
+                // Tab goes from the row that has the keyboard to its actions.
+                focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
                 symbol: "info"
                 text: qsTr("cleanup.why")
                 onClicked: root.explainAsked()
@@ -158,7 +159,7 @@ Item {
             model: root.isActive && root.canOpenFolder ? 1 : 0
 
             IconButton {
-                focusPolicy: Qt.NoFocus
+                focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
                 symbol: "folder-open"
                 text: qsTr("action.reveal_in_finder")
                 onClicked: root.openFolderAsked()
@@ -207,7 +208,7 @@ Item {
         anchors.right: sizePlace.left
         anchors.rightMargin: root.showsAge ? 12 : 0
         anchors.verticalCenter: parent.verticalCenter
-        width: root.showsAge ? 84 : 0
+        width: root.showsAge ? 96 : 0
         visible: root.showsAge
         horizontalAlignment: Text.AlignRight
         text: root.age

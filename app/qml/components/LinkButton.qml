@@ -6,6 +6,6 @@ ButtonBase {
     implicitHeight: 30
     leftPadding: 8
     rightPadding: 8
-    ink: Theme.accent
+    ink: hovered || down ? Theme.accentHover : Theme.accent
     fill: hovered || down ? Theme.accentSoft : "transparent"
 }

@@ -13,7 +13,6 @@ T.SpinBox {
     leftPadding: 32
     rightPadding: 32
     editable: true
-    opacity: enabled ? 1 : 0.5
     font.pixelSize: Theme.textSize
     inputMethodHints: Qt.ImhDigitsOnly
     validator: IntValidator {
@@ -26,7 +25,7 @@ T.SpinBox {
     contentItem: TextInput {
         text: root.displayText
         font: root.font
-        color: Theme.text
+        color: root.enabled ? Theme.text : Theme.disabled
         selectionColor: Theme.accent
         selectedTextColor: Theme.inkOnAccent
         horizontalAlignment: Qt.AlignHCenter
@@ -47,7 +46,7 @@ T.SpinBox {
             anchors.centerIn: parent
             name: "minus"
             size: 14
-            color: root.value > root.from ? Theme.text : Theme.line
+            color: root.enabled && root.value > root.from ? Theme.text : Theme.boxLine
         }
     }
 
@@ -60,7 +59,7 @@ T.SpinBox {
             anchors.centerIn: parent
             name: "plus"
             size: 14
-            color: root.value < root.to ? Theme.text : Theme.line
+            color: root.enabled && root.value < root.to ? Theme.text : Theme.boxLine
         }
     }
 

@@ -2,6 +2,6 @@ import QtQuick
 import Orvane
 
 ButtonBase {
-    fill: down ? Theme.accentSoft : hovered ? Theme.hover : Theme.surface
+    fill: !enabled ? Theme.surface : down ? Theme.accentSoft : hovered ? Theme.hover : Theme.surface
     outline: Theme.line
 }

@@ -107,7 +107,7 @@ Item {
 
             Figure {
                 Layout.fillWidth: true
-                Layout.preferredWidth: 100
+                Layout.preferredWidth: 130
                 size: 17
                 caption: qsTr("preview.projected_free")
                 figure: Texts.bytes(root.projectedFree)

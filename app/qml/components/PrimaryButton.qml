@@ -4,5 +4,5 @@ import Orvane
 // The one thing that a screen is for.
 ButtonBase {
     ink: Theme.inkOnAccent
-    fill: hovered || down ? Theme.accentHover : Theme.accent
+    fill: !enabled ? Theme.manualSoft : hovered || down ? Theme.accentHover : Theme.accent
 }

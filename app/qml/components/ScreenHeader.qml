@@ -25,7 +25,13 @@ Item {
     readonly property real wantedWidth: Math.max(titleText.implicitWidth, Math.min(260, subtitleText.implicitWidth))
     readonly property bool stacked: actionsWidth > 0 && actionsWidth + 24 + wantedWidth > width
 
-    implicitHeight: stacked ? 70 + actionFlow.implicitHeight : 60
+    // Short parts between dots stay whole where the line breaks.
+    readonly property string shownSubtitle: subtitle.split(" · ").map(
+                                                part => part.length < 32 ? part.replace(/ /g, "\u00a0") : part).join(" · ")
+    // A long line takes a second one rather than lose its end.
+    readonly property int moreLines: Math.max(0, subtitleText.lineCount - 1) * 20
+
+    implicitHeight: stacked ? 70 + moreLines + actionFlow.implicitHeight : 60 + moreLines
 
     TitleText {
         id: titleText
@@ -43,7 +49,9 @@ Item {
         y: 28
         width: titleText.width
         color: Theme.muted
-        text: root.subtitle
+        text: root.shownSubtitle
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
 
         HoverHandler {
             id: hover
@@ -59,7 +67,7 @@ Item {
         id: actionFlow
 
         x: root.stacked ? 0 : root.width - root.actionsWidth
-        y: root.stacked ? 60 : 6
+        y: root.stacked ? 60 + root.moreLines : 6
         width: root.stacked ? root.width : root.actionsWidth
         spacing: 12
     }

@@ -26,6 +26,7 @@ Item {
         BodyText {
             width: parent.width
             text: root.label
+            color: root.enabled ? Theme.text : Theme.disabled
             wrapMode: Text.Wrap
         }
 

@@ -10,6 +10,9 @@ T.Popup {
     property alias buttons: buttonRow.data
     property int sheetWidth: 480
     property bool canClose: true
+    // Beside the buttons, so that it is seen however far the content is scrolled.
+    property string hint: ""
+    property color hintColor: Theme.muted
     default property alias body: holder.data
 
     parent: T.Overlay.overlay
@@ -80,7 +83,17 @@ T.Popup {
                 boundsBehavior: Flickable.StopAtBounds
                 interactive: contentHeight > height
 
-                T.ScrollBar.vertical: ScrollHint {}
+                // In the sheet's margin, beside the content.
+                T.ScrollBar.vertical: ScrollHint {
+                    parent: column
+                    x: scroll.width + 6
+                    y: scroll.y
+                    height: scroll.height
+                }
+
+                FocusFollower {
+                    area: scroll
+                }
 
                 Item {
                     id: holder
@@ -88,6 +101,19 @@ T.Popup {
                     width: scroll.width
                     height: childrenRect.height
                 }
+            }
+
+            CaptionText {
+                anchors.bottom: parent.bottom
+                width: Math.max(0, parent.width - buttonRow.childrenRect.width - 20)
+                height: buttonRow.height
+                visible: text !== ""
+                verticalAlignment: Text.AlignVCenter
+                text: root.hint
+                color: root.hintColor
+                font.pixelSize: 13
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
             }
 
             Flow {

@@ -151,8 +151,8 @@ FocusScope {
             visible: root.appState.totalBytes > 0
             used: root.appState.usedBytes
             total: root.appState.totalBytes
-            text: qsTr("sidebar.disk").arg(Texts.bytes(root.appState.freeBytes)).arg(
-                      Texts.bytes(root.appState.totalBytes))
+            text: qsTr("sidebar.disk").arg(Texts.roughBytes(root.appState.freeBytes, 3)).arg(
+                      Texts.roughBytes(root.appState.totalBytes, 3))
         }
 
         CaptionText {

@@ -65,8 +65,9 @@ T.AbstractButton {
 
     background: Rectangle {
         radius: Theme.controlRadius
-        color: root.isCurrent ? Theme.accentSoft : root.hovered ? Qt.rgba(Theme.accent.r, Theme.accent.g, Theme.accent.b, 0.08)
-                                                               : "transparent"
+        // Never through black: a colour without any of it is one of the same hue.
+        color: root.isCurrent ? Theme.accentSoft : root.hovered ? Qt.alpha(Theme.accent, 0.08)
+                                                               : Qt.alpha(Theme.accentSoft, 0)
 
         Behavior on color {
             ColorAnimation {

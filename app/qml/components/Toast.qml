@@ -80,7 +80,7 @@ T.Popup {
             implicitHeight: 30
             leftPadding: 8
             rightPadding: 8
-            ink: Theme.dark ? "#0E7A78" : "#6FDAD3"
+            ink: Theme.actionOnTooltip
             text: root.action
             onClicked: {
                 root.acted();

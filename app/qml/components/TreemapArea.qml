@@ -5,7 +5,7 @@ import QtQuick.Templates as T
 import Orvane
 import "TreemapLayout.js" as Layout
 
-// One area of a treemap: its label and size, with the largest parts as faint outlines.
+// One area of a treemap: its label and size, and where there is room its largest folders below them, by name.
 T.AbstractButton {
     id: root
 
@@ -16,18 +16,32 @@ T.AbstractButton {
     readonly property string sizeText: Texts.bytes(area?.bytes ?? 0)
     readonly property string label: area?.titleKey ? qsTr(area.titleKey) : area?.label ?? ""
     readonly property int inset: width < 120 ? 8 : 12
+    // The folders' boxes below the label, in the folders' order; what the listed ones leave has a place but no box.
+    readonly property int partsTop: heading.y + heading.height + 10
+    readonly property bool showsParts: folders.length > 1 && width > 130 && height - partsTop > 48
     readonly property var parts: {
-        const listed = folders.reduce((sum, child) => sum + child.bytes, 0);
-        const rest = Math.max(0, (area?.bytes ?? 0) - listed);
-        const sizes = folders.map(child => Math.max(1, child.bytes));
+        if (!showsParts)
+            return [];
+        const total = area?.bytes ?? 0;
+        const least = total * 0.02;
+        const sizes = folders.map((child, index) => ({size: Math.max(child.bytes, least), index: index}));
+        const rest = total - folders.reduce((sum, child) => sum + child.bytes, 0);
         if (rest > 0)
-            sizes.push(rest);
-        return width > 90 && height > 70 ? Layout.boxes(sizes, width, height) : [];
+            sizes.push({size: Math.max(rest, least), index: folders.length});
+        sizes.sort((left, right) => right.size - left.size);
+        const result = [];
+        Layout.boxes(sizes.map(entry => entry.size), width - 2 * partsMargin + partsGap,
+                     height - partsTop - partsMargin + partsGap).forEach((box, at) => result[sizes[at].index] = box);
+        return result;
     }
+    readonly property int partsMargin: 6
+    readonly property int partsGap: 3
 
     function partAt(x: real, y: real): int {
+        const left = x - partsMargin;
+        const top = y - partsTop;
         return parts.slice(0, folders.length).findIndex(
-            part => x >= part.x && x < part.x + part.width && y >= part.y && y < part.y + part.height);
+            part => left >= part.x && left < part.x + part.width && top >= part.y && top < part.y + part.height);
     }
 
     hoverEnabled: true
@@ -57,11 +71,32 @@ T.AbstractButton {
     }
 
     contentItem: Item {
+        Icon {
+            id: symbol
+
+            x: root.width - width - 10
+            y: 10
+            visible: name !== "" && root.width > 140 && root.height > 60
+            name: root.area?.symbol ?? ""
+            color: Theme.inkOnCategory
+            size: 16
+        }
+
         Column {
+            id: heading
+
             x: root.inset
             y: Math.min(10, Math.max(2, (root.height - height) / 2))
-            width: root.width - 2 * root.inset
-            visible: root.width > 44 && root.height > 22
+            width: root.width - 2 * root.inset - (symbol.visible ? 22 : 0)
+            // A label of which hardly anything is left says less than none: the tooltip has it.
+            visible: root.height > 22 && titleMetrics.advanceWidth < width * title.maximumLineCount * 1.3
+
+            TextMetrics {
+                id: titleMetrics
+
+                text: root.label
+                font: title.font
+            }
 
             Text {
                 id: title
@@ -72,7 +107,7 @@ T.AbstractButton {
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
                 elide: Text.ElideRight
-                maximumLineCount: root.height > 74 ? 2 : 1
+                maximumLineCount: root.height > 62 ? 2 : 1
                 wrapMode: maximumLineCount > 1 ? Text.Wrap : Text.NoWrap
                 textFormat: Text.PlainText
                 Accessible.ignored: true
@@ -80,7 +115,7 @@ T.AbstractButton {
 
             Text {
                 width: parent.width
-                visible: root.height > 44 && implicitWidth <= width
+                visible: root.height > 44 + (title.lineCount - 1) * 18 && implicitWidth <= width
                 text: root.sizeText
                 color: Theme.inkOnCategory
                 topPadding: 2
@@ -96,20 +131,34 @@ T.AbstractButton {
         color: Theme.category(root.area?.colorIndex ?? 0)
 
         Repeater {
-            model: Math.min(root.parts.length, root.folders.length)
+            model: root.parts.length > 0 ? root.folders.length : 0
 
             Rectangle {
-                required property int index
-                readonly property var part: root.parts[index]
+                id: part
 
-                x: Math.round(part.x) + 2
-                y: Math.round(part.y) + 2
-                width: Math.max(0, Math.round(part.width) - 4)
-                height: Math.max(0, Math.round(part.height) - 4)
-                radius: 6
-                color: index === hover.part ? "#24FFFFFF" : "transparent"
-                border.color: root.hovered ? "#50FFFFFF" : "#1CFFFFFF"
-                border.width: 1
+                required property int index
+                readonly property var place: root.parts[index]
+
+                x: root.partsMargin + Math.round(place.x)
+                y: root.partsTop + Math.round(place.y)
+                width: Math.max(1, Math.round(place.x + place.width) - Math.round(place.x) - root.partsGap)
+                height: Math.max(1, Math.round(place.y + place.height) - Math.round(place.y) - root.partsGap)
+                radius: Math.min(5, width / 4, height / 4)
+                // Darker than the area, so that white stays readable.
+                color: index === hover.part ? "#3C000000" : "#1E000000"
+
+                Text {
+                    x: 8
+                    y: Math.min(6, (parent.height - height) / 2)
+                    width: parent.width - 16
+                    visible: parent.height > 18 && width > 28 && implicitWidth < width * 1.3
+                    text: root.folders[part.index]?.label ?? ""
+                    color: Theme.inkOnCategory
+                    font.pixelSize: 11
+                    elide: Text.ElideRight
+                    textFormat: Text.PlainText
+                    Accessible.ignored: true
+                }
             }
         }
 

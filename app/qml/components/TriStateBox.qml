@@ -60,7 +60,7 @@ T.CheckBox {
         visible: root.labelShown
         text: root.labelShown ? root.text : ""
         verticalAlignment: Text.AlignVCenter
-        opacity: root.enabled ? 1 : 0.5
+        color: root.enabled ? Theme.text : Theme.disabled
         wrapMode: Text.Wrap
         Accessible.ignored: true
     }

@@ -73,6 +73,8 @@ Page {
             Layout.fillWidth: true
             padding: 12
             implicitHeight: 62
+            // The field has no outline of its own.
+            outline: prompt.activeFocus ? Theme.accent : Theme.line
 
             RowLayout {
                 anchors.fill: parent
@@ -101,11 +103,21 @@ Page {
                 }
 
                 PlainButton {
+                    id: whatIsSent
+
                     enabled: root.model.prompt.trim() !== ""
-                    text: qsTr("agent.what_is_sent")
+                    // Leaves the request its room.
+                    symbol: root.isNarrow ? "send" : ""
+                    text: root.isNarrow ? "" : qsTr("agent.what_is_sent")
+                    Accessible.name: qsTr("agent.what_is_sent")
                     onClicked: {
                         root.model.updateRequest();
                         request.open();
+                    }
+
+                    Tip {
+                        text: qsTr("agent.what_is_sent")
+                        shown: root.isNarrow && (whatIsSent.hovered || whatIsSent.visualFocus)
                     }
                 }
 

@@ -56,7 +56,7 @@ Item {
             visible: !root.hasIcon
             // Of the whole character, where it takes two.
             text: String.fromCodePoint(root.name.codePointAt(0) ?? 63).toUpperCase()
-            color: Theme.accent
+            color: Theme.accentHover
             font.pixelSize: 17
             font.weight: Font.DemiBold
             textFormat: Text.PlainText

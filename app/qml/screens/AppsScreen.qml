@@ -99,8 +99,6 @@ Page {
                 id: list
 
                 anchors.fill: parent
-                anchors.topMargin: 6
-                anchors.bottomMargin: 6
                 visible: count > 0
                 label: qsTr("nav.apps")
                 model: root.model

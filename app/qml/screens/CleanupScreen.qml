@@ -8,6 +8,7 @@ Page {
 
     required property AppState appState
     required property CleanupModel model
+    required property OverviewModel overview
 
     readonly property bool isEmpty: model.itemCount === 0
     readonly property bool isWorking: model.isCleaning || model.isUndoing
@@ -164,6 +165,14 @@ Page {
                 actionEnabled: root.model.selectedCount > 0 && !root.isWorking && !root.appState.isScanning
                 onActed: root.model.cleanSelected()
             }
+
+            CategoriesCard {
+                anchors.right: parent.right
+                width: panel.width
+                y: panel.height + Theme.gap
+                visible: !root.isNarrow && root.overview.areas.length > 1 && y + implicitHeight <= parent.height
+                areas: root.overview.areas
+            }
         }
 
         Card {
@@ -173,7 +182,10 @@ Page {
 
             EmptyState {
                 anchors.fill: parent
-                drawing: root.appState.hasScanned && !root.appState.isScanning ? "clean" : "scan"
+                drawing: root.appState.isScanning ? "scan"
+                                                  : root.appState.scanFailed !== "" ? "error"
+                                                                                    : root.appState.hasScanned ? "clean"
+                                                                                                               : "scan"
                 title: root.appState.isScanning ? ""
                                                 : root.appState.hasScanned ? qsTr("cleanup.nothing_title")
                                                                            : qsTr("cleanup.empty_title")

@@ -90,8 +90,8 @@ Item {
         anchors.right: size.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        visible: root.isGroup
-        text: root.isGroup ? qsTr("duplicates.frees") : ""
+        visible: root.isGroup && root.freed > 0
+        text: visible ? qsTr("duplicates.frees") : ""
         Accessible.ignored: true
     }
 
@@ -105,7 +105,7 @@ Item {
         visible: root.isGroup
         horizontalAlignment: Text.AlignRight
         font.weight: Font.DemiBold
-        text: root.isGroup ? Texts.bytes(root.freed) : ""
+        text: root.isGroup && root.freed > 0 ? Texts.bytes(root.freed) : ""
         Accessible.ignored: true
     }
 

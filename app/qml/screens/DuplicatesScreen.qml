@@ -132,8 +132,6 @@ Page {
                 id: list
 
                 anchors.fill: parent
-                anchors.topMargin: 6
-                anchors.bottomMargin: 6
                 visible: !root.isEmpty
                 label: qsTr("nav.duplicates")
                 model: root.model

@@ -27,7 +27,7 @@ Item {
     readonly property bool isGone: stateKey === "state.gone" || stateKey === "state.occupied"
     readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
     readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
-    readonly property string detail: isRun ? Texts.dateTime(date)
+    readonly property string detail: isRun ? Texts.moment(date)
                                            : destination === "" ? place : place + " → " + destination
 
     height: isRun ? 58 : 51
@@ -113,7 +113,15 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 12
         height: parent.height
-        width: Math.max(110, restore.implicitWidth)
+        // As wide for entries as for runs, so that the columns stand below one another.
+        width: Math.max(110, runLabel.advanceWidth + 40)
+
+        TextMetrics {
+            id: runLabel
+
+            text: qsTr("history.restore_run")
+            font: restore.font
+        }
 
         LinkButton {
             id: restore

@@ -85,8 +85,6 @@ Page {
                 id: list
 
                 anchors.fill: parent
-                anchors.topMargin: 6
-                anchors.bottomMargin: 6
                 visible: count > 0
                 label: qsTr("nav.history")
                 model: root.model

@@ -10,6 +10,7 @@ Sheet {
 
     required property AppState appState
     required property SettingsModel settings
+    required property LanguageModel languages
     property int page: 0
 
     function finish() {
@@ -83,6 +84,7 @@ Sheet {
                 name: modelData.name
                 path: modelData.path
                 exists: modelData.exists
+                symbol: modelData.symbol ?? "folder"
                 canRemove: modelData.canRemove
                 onRemoveAsked: root.settings.removeFolder(modelData.url)
             }
@@ -132,6 +134,11 @@ Sheet {
                 if (!root.appState.isScanning)
                     root.appState.startScan();
             }
+        },
+        LanguageButton {
+            implicitHeight: 40
+            visible: root.page === 0
+            languages: root.languages
         },
         PlainButton {
             implicitHeight: 40

@@ -37,6 +37,12 @@ Page {
                       : Texts.counted("organize.moves", model.moveCount) + " · " + Texts.counted(
                             "cleanup.items_selected", model.selectedCount)
     actions: [
+        PlainButton {
+            visible: !root.isEmpty
+            enabled: !root.isBusy
+            text: qsTr("organize.analyze_again")
+            onClicked: root.model.analyze()
+        },
         PrimaryButton {
             visible: !root.isEmpty
             enabled: root.model.selectedCount > 0 && !root.isBusy
@@ -104,8 +110,6 @@ Page {
                 id: list
 
                 anchors.fill: parent
-                anchors.topMargin: 6
-                anchors.bottomMargin: 6
                 visible: !root.isEmpty
                 label: qsTr("nav.organize")
                 model: root.model

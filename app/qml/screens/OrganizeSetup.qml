@@ -63,13 +63,6 @@ Card {
             on: root.model.useTopics
             onToggled: root.model.useTopics = !root.model.useTopics
         }
-
-        PlainButton {
-            enabled: root.model.folder !== ""
-            symbol: "search"
-            text: root.model.hasAnalyzed ? qsTr("organize.analyze_again") : qsTr("organize.analyze")
-            onClicked: root.model.analyze()
-        }
     }
 
     component Option: Item {

@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Orvane
 
@@ -29,113 +28,87 @@ Page {
     subtitle: appState.isScanning
               ? qsTr("dashboard.scanning_text")
               : appState.hasScanned
-                ? qsTr("dashboard.last_scan").arg(Texts.dateTime(appState.lastScanDate)).arg(
+                ? qsTr("dashboard.last_scan").arg(Texts.momentInText(appState.lastScanDate)).arg(
                       Texts.counted("count.files", appState.scannedFiles)).arg(
                       Texts.counted("count.in_folders", appState.scannedFolders))
                 : qsTr("dashboard.no_scan")
     actions: [
         PrimaryButton {
-            visible: !root.appState.isScanning
+            enabled: !root.appState.isScanning
             symbol: "search"
-            text: qsTr("action.scan")
+            text: root.appState.isScanning ? qsTr("action.scanning") : qsTr("action.scan")
             onClicked: root.appState.startScan()
-        },
-        PlainButton {
-            visible: root.appState.isScanning
-            text: qsTr("action.cancel")
-            onClicked: root.appState.cancelScan()
         }
     ]
 
-    Flickable {
-        id: scroll
+    ScrollColumn {
+        ProgressStrip {
+            Layout.fillWidth: true
+            visible: root.appState.isScanning
+            title: qsTr("action.scanning")
+            figures: Texts.counted("count.items", root.appState.scanItems)
+            detail: root.appState.scanStatus
+            onCancelAsked: root.appState.cancelScan()
+        }
 
-        anchors.fill: parent
-        anchors.margins: -4
-        anchors.rightMargin: -20
-        anchors.bottomMargin: -24
-        contentHeight: column.height + 28
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
+        Notice {
+            Layout.fillWidth: true
+            visible: root.appState.scanFailed !== "" && !root.appState.isScanning
+            isWarning: true
+            text: root.appState.scanFailed
+        }
 
-        ScrollBar.vertical: ScrollHint {}
+        GridLayout {
+            Layout.fillWidth: true
+            columns: root.isNarrow ? 2 : 3
+            columnSpacing: Theme.gap
+            rowSpacing: Theme.gap
 
-        ColumnLayout {
-            id: column
-
-            x: 4
-            y: 4
-            width: scroll.width - 24
-            spacing: Theme.gap
-
-            ProgressStrip {
+            DiskCard {
                 Layout.fillWidth: true
-                visible: root.appState.isScanning
-                title: qsTr("action.scanning")
-                figures: Texts.counted("count.items", root.appState.scanItems)
-                detail: root.appState.scanStatus
-                onCancelAsked: root.appState.cancelScan()
-            }
-
-            Notice {
-                Layout.fillWidth: true
-                visible: root.appState.scanFailed !== "" && !root.appState.isScanning
-                isWarning: true
-                text: root.appState.scanFailed
-            }
-
-            GridLayout {
-                Layout.fillWidth: true
-                columns: root.isNarrow ? 2 : 3
-                columnSpacing: Theme.gap
-                rowSpacing: Theme.gap
-
-                DiskCard {
-                    Layout.fillWidth: true
-                    Layout.fillHeight: true
-                    Layout.columnSpan: 2
-                    Layout.rowSpan: root.isNarrow ? 1 : 2
-                    Layout.preferredWidth: 566
-                    appState: root.appState
-                }
-
-                FigureCard {
-                    Layout.fillWidth: true
-                    Layout.fillHeight: true
-                    Layout.preferredWidth: 326
-                    caption: qsTr("dashboard.lifetime_reclaimed")
-                    figure: Texts.bytes(root.appState.lifetimeReclaimedBytes)
-                    note: root.model.runCount > 0
-                          ? qsTr("dashboard.runs_since").arg(Texts.counted("count.runs", root.model.runCount)).arg(
-                                Texts.day(root.model.firstRunDate))
-                          : qsTr("dashboard.no_runs_yet")
-                }
-
-                FigureCard {
-                    Layout.fillWidth: true
-                    Layout.fillHeight: true
-                    Layout.preferredWidth: 326
-                    caption: qsTr("dashboard.next_cleanup")
-                    figure: root.model.nextScheduledRun > 0 ? Texts.dateTime(root.model.nextScheduledRun)
-                                                           : qsTr("dashboard.not_scheduled")
-                    note: root.model.nextScheduledRun > 0
-                          ? Texts.counted("count.rules", root.model.enabledRules) + " · "
-                            + qsTr(root.model.scheduleFrequencyKey)
-                          : qsTr("dashboard.not_scheduled_note")
-                }
-            }
-
-            ReclaimableCard {
-                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.columnSpan: 2
+                Layout.rowSpan: root.isNarrow ? 1 : 2
+                Layout.preferredWidth: 566
                 appState: root.appState
-                model: root.model
             }
 
-            RunsCard {
+            FigureCard {
                 Layout.fillWidth: true
-                appState: root.appState
-                model: root.model
+                Layout.fillHeight: true
+                Layout.preferredWidth: 326
+                caption: qsTr("dashboard.lifetime_reclaimed")
+                figure: Texts.bytes(root.appState.lifetimeReclaimedBytes)
+                note: root.model.runCount > 0
+                      ? qsTr("dashboard.runs_since").arg(Texts.counted("count.runs", root.model.runCount)).arg(
+                            Texts.day(root.model.firstRunDate))
+                      : qsTr("dashboard.no_runs_yet")
             }
+
+            FigureCard {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredWidth: 326
+                caption: qsTr("dashboard.next_cleanup")
+                figure: root.model.nextScheduledRun > 0 ? Texts.moment(root.model.nextScheduledRun)
+                                                       : qsTr("dashboard.not_scheduled")
+                note: root.model.nextScheduledRun > 0
+                      ? Texts.counted("count.rules", root.model.enabledRules) + " · "
+                        + qsTr(root.model.scheduleFrequencyKey)
+                      : qsTr("dashboard.not_scheduled_note")
+            }
+        }
+
+        ReclaimableCard {
+            Layout.fillWidth: true
+            appState: root.appState
+            model: root.model
+        }
+
+        RunsCard {
+            Layout.fillWidth: true
+            appState: root.appState
+            model: root.model
         }
     }
 

@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Orvane
 
@@ -21,133 +20,113 @@ Page {
 
     Component.onCompleted: model.refresh()
 
-    Flickable {
-        id: scroll
+    ScrollColumn {
+        Card {
+            Layout.fillWidth: true
+            implicitHeight: statement.implicitHeight + 2 * padding
 
-        anchors.fill: parent
-        anchors.margins: -4
-        anchors.rightMargin: -20
-        anchors.bottomMargin: -24
-        contentHeight: column.height + 28
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
+            RowLayout {
+                id: statement
 
-        ScrollBar.vertical: ScrollHint {}
+                width: parent.width
+                spacing: 20
 
-        ColumnLayout {
-            id: column
+                Rectangle {
+                    Layout.alignment: Qt.AlignTop
+                    implicitWidth: 48
+                    implicitHeight: 48
+                    radius: 14
+                    color: Theme.accentSoft
 
-            x: 4
-            y: 4
-            width: scroll.width - 24
-            spacing: Theme.gap
-
-            Card {
-                Layout.fillWidth: true
-                implicitHeight: statement.implicitHeight + 2 * padding
-
-                RowLayout {
-                    id: statement
-
-                    width: parent.width
-                    spacing: 20
-
-                    Rectangle {
-                        Layout.alignment: Qt.AlignTop
-                        implicitWidth: 48
-                        implicitHeight: 48
-                        radius: 14
-                        color: Theme.accentSoft
-
-                        Icon {
-                            anchors.centerIn: parent
-                            name: "privacy"
-                            size: 26
-                            color: Theme.accent
-                        }
-                    }
-
-                    ColumnLayout {
-                        Layout.fillWidth: true
-                        spacing: 4
-
-                        HeadingText {
-                            Layout.fillWidth: true
-                            font.pixelSize: 16
-                            text: qsTr("privacy.title")
-                            wrapMode: Text.Wrap
-                        }
-
-                        BodyText {
-                            Layout.fillWidth: true
-                            text: qsTr("privacy.statement")
-                            wrapMode: Text.Wrap
-                        }
-                    }
-                }
-            }
-
-            SettingsCard {
-                Layout.fillWidth: true
-                title: qsTr("permission.fda_title")
-
-                SettingRow {
-                    label: root.model.hasFullDiskAccess ? qsTr("permission.granted") : qsTr("permission.missing")
-                    note: qsTr("permission.fda_desc")
-                    isWarning: !root.model.hasFullDiskAccess
-
-                    Chip {
-                        kind: root.model.hasFullDiskAccess ? Chip.Kind.Safe : Chip.Kind.Review
-                        text: root.model.hasFullDiskAccess ? qsTr("permission.on") : qsTr("permission.off")
-                    }
-
-                    PlainButton {
-                        text: root.model.hasFullDiskAccess ? qsTr("permission.open_settings")
-                                                           : qsTr("action.grant_permissions")
-                        onClicked: root.model.openSystemSettings()
-                    }
-                }
-            }
-
-            SettingsCard {
-                Layout.fillWidth: true
-                title: qsTr("privacy.folders_title")
-                note: qsTr("privacy.folders_note")
-
-                Repeater {
-                    model: root.model.folders
-
-                    FolderRow {
-                        required property var modelData
-
-                        Layout.fillWidth: true
-                        name: modelData.name
-                        path: modelData.path
-                        exists: modelData.exists
+                    Icon {
+                        anchors.centerIn: parent
+                        name: "privacy"
+                        size: 26
+                        color: Theme.accent
                     }
                 }
 
-                LinkButton {
-                    Layout.leftMargin: -8
-                    text: qsTr("privacy.change_folders")
-                    onClicked: root.appState.selectedNavigation = AppNavigationItem.Settings
-                }
-            }
-
-            SettingsCard {
-                Layout.fillWidth: true
-                title: qsTr("privacy.last_request")
-                note: root.model.lastRequest === ""
-                      ? qsTr("privacy.nothing_sent")
-                      : qsTr("privacy.last_request_note").arg(root.model.lastRequestProvider).arg(
-                            Texts.dateTime(root.model.lastRequestDate))
-
-                RawText {
+                ColumnLayout {
                     Layout.fillWidth: true
-                    visible: root.model.lastRequest !== ""
-                    text: root.model.lastRequest
-                    label: qsTr("privacy.last_request")
+                    spacing: 4
+
+                    HeadingText {
+                        Layout.fillWidth: true
+                        font.pixelSize: 16
+                        text: qsTr("privacy.title")
+                        wrapMode: Text.Wrap
+                    }
+
+                    BodyText {
+                        Layout.fillWidth: true
+                        text: qsTr("privacy.statement")
+                        wrapMode: Text.Wrap
+                    }
                 }
+            }
+        }
+
+        SettingsCard {
+            Layout.fillWidth: true
+            title: qsTr("permission.fda_title")
+
+            SettingRow {
+                label: root.model.hasFullDiskAccess ? qsTr("permission.granted") : qsTr("permission.missing")
+                note: qsTr("permission.fda_desc")
+                isWarning: !root.model.hasFullDiskAccess
+
+                Chip {
+                    kind: root.model.hasFullDiskAccess ? Chip.Kind.Safe : Chip.Kind.Review
+                    text: root.model.hasFullDiskAccess ? qsTr("permission.on") : qsTr("permission.off")
+                }
+
+                PlainButton {
+                    text: root.model.hasFullDiskAccess ? qsTr("permission.open_settings")
+                                                       : qsTr("action.grant_permissions")
+                    onClicked: root.model.openSystemSettings()
+                }
+            }
+        }
+
+        SettingsCard {
+            Layout.fillWidth: true
+            title: qsTr("privacy.folders_title")
+            note: qsTr("privacy.folders_note")
+
+            Repeater {
+                model: root.model.folders
+
+                FolderRow {
+                    required property var modelData
+
+                    Layout.fillWidth: true
+                    name: modelData.name
+                    path: modelData.path
+                    exists: modelData.exists
+                    symbol: modelData.symbol ?? "folder"
+                }
+            }
+
+            LinkButton {
+                Layout.leftMargin: -8
+                text: qsTr("privacy.change_folders")
+                onClicked: root.appState.selectedNavigation = AppNavigationItem.Settings
+            }
+        }
+
+        SettingsCard {
+            Layout.fillWidth: true
+            title: qsTr("privacy.last_request")
+            note: root.model.lastRequest === ""
+                  ? qsTr("privacy.nothing_sent")
+                  : qsTr("privacy.last_request_note").arg(root.model.lastRequestProvider).arg(
+                        Texts.dateTime(root.model.lastRequestDate))
+
+            RawText {
+                Layout.fillWidth: true
+                visible: root.model.lastRequest !== ""
+                text: root.model.lastRequest
+                label: qsTr("privacy.last_request")
             }
         }
     }

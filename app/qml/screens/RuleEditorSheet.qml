@@ -13,6 +13,7 @@ Sheet {
     readonly property RuleEditor editor: model.editor
     // Field to a key of the string table.
     readonly property var problems: editor.problems
+    readonly property string problem: problems.rule ?? problems.name ?? ""
     readonly property var categories: editor.categories
     readonly property var categoryNames: [
         "caches", "logs", "developerCaches", "oldDownloads", "screenshots", "largeFiles", "duplicates", "appLeftovers",
@@ -29,12 +30,21 @@ Sheet {
         root.editor.categories = current;
     }
 
-    onOpened: nameField.edit()
+    onOpened: {
+        nameField.isTouched = false;
+        nameField.edit();
+    }
     title: editor.isNew ? qsTr("rules.new_title") : qsTr("rules.edit_title")
     sheetWidth: 680
+    hint: problem !== "" ? qsTr(problem)
+                         : editor.matchCount < 0
+                          ? qsTr("rules.counting")
+                          : qsTr("rules.matches").arg(Texts.counted("count.files", editor.matchCount)).arg(
+                                Texts.bytes(editor.matchBytes))
+    hintColor: problem !== "" ? Theme.review : Theme.accent
 
     GridLayout {
-        width: parent.width - 12
+        width: parent.width
         columns: 2
         columnSpacing: 16
         rowSpacing: 10
@@ -100,7 +110,7 @@ Sheet {
         }
 
         FieldLabel {
-            Layout.alignment: Qt.AlignTop
+            Layout.topMargin: 0
             text: qsTr("rules.categories")
         }
 
@@ -197,21 +207,6 @@ Sheet {
                 onClicked: actionPicker.open()
             }
         }
-
-        CaptionText {
-            Layout.columnSpan: 2
-            Layout.fillWidth: true
-            Layout.topMargin: 4
-            text: root.problems.rule ? qsTr(root.problems.rule)
-                                            : root.editor.matchCount < 0
-                                              ? qsTr("rules.counting")
-                                              : qsTr("rules.matches").arg(Texts.counted("count.files",
-                                                                                        root.editor.matchCount)).arg(
-                                                    Texts.bytes(root.editor.matchBytes))
-            color: root.problems.rule ? Theme.review : Theme.accent
-            font.pixelSize: 13
-            wrapMode: Text.Wrap
-        }
     }
 
     PickFolder {
@@ -240,6 +235,8 @@ Sheet {
 
     component FieldLabel: BodyText {
         Layout.preferredWidth: 150
+        Layout.alignment: Qt.AlignTop
+        Layout.topMargin: lineCount > 1 ? -2 : 8
         wrapMode: Text.Wrap
     }
 
@@ -250,8 +247,10 @@ Sheet {
         property alias placeholder: input.placeholder
         property alias text: input.text
         property bool digitsOnly: false
-        // A key of the string table.
+        // A key of the string table. What was not written yet is not called wrong.
         property string problem: ""
+        property bool isTouched: false
+        readonly property bool isWrong: problem !== "" && (isTouched || text !== "")
         signal edited(string text)
 
         function edit() {
@@ -265,10 +264,11 @@ Sheet {
             id: input
 
             Layout.fillWidth: true
-            isWrong: field.problem !== ""
+            isWrong: field.isWrong
             inputMethodHints: field.digitsOnly ? Qt.ImhDigitsOnly : Qt.ImhNone
             maximumLength: field.digitsOnly ? 7 : 400
             onTextEdited: {
+                field.isTouched = true;
                 if (field.digitsOnly)
                     text = text.replace(/[^0-9]/g, "");
                 field.edited(text);
@@ -277,8 +277,8 @@ Sheet {
 
         CaptionText {
             Layout.fillWidth: true
-            visible: field.problem !== ""
-            text: field.problem === "" ? "" : qsTr(field.problem)
+            visible: field.isWrong
+            text: field.isWrong ? qsTr(field.problem) : ""
             color: Theme.review
             wrapMode: Text.Wrap
         }

@@ -41,7 +41,8 @@ Item {
                                                                     ? qsTr("rules.to_folder").arg(actionPath)
                                                                     : qsTr("rules.review_only")
 
-    // What can be done with the rule: {symbol, key, run}.
+    // What can be done with the rule: {symbol, key, run}. What only some have comes first, so that the others stand below
+    // one another.
     readonly property var offers: {
         const all = [
             {symbol: "search", key: "rules.preview", run: () => root.previewAsked()},
@@ -49,7 +50,7 @@ Item {
             {symbol: "edit", key: "rules.edit", run: () => root.editAsked()}
         ];
         if (!isBuiltIn)
-            all.push({symbol: "trash", key: "rules.remove", run: () => root.removeAsked()});
+            all.unshift({symbol: "trash", key: "rules.remove", run: () => root.removeAsked()});
         return all;
     }
 
@@ -91,7 +92,7 @@ Item {
     Column {
         anchors.left: parent.left
         anchors.leftMargin: 68
-        anchors.right: actions.left
+        anchors.right: chip.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         opacity: root.isEnabled ? 1 : 0.75
@@ -110,26 +111,28 @@ Item {
         }
     }
 
+    // Always there, so that nobody has to find them by chance; quiet until the row is pointed at or has the keyboard.
     Row {
         id: actions
 
-        anchors.right: chip.left
-        anchors.rightMargin: width > 0 ? 10 : 0
+        anchors.right: parent.right
+        anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
+        opacity: root.isActive ? 1 : 0.75
 
         HoverHandler {
             id: actionHover
         }
 
         Repeater {
-            model: root.isActive ? root.offers : []
+            model: root.offers
 
             IconButton {
                 required property var modelData
 
-                // From the row that the keyboard is on, Tab leads to what can be done with it.
-                focusPolicy: Qt.TabFocus
+                // Tab goes from the row to its actions, and from the last of them past the other rows.
+                focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
                 enabled: !root.isBusy
                 symbol: modelData.symbol
                 text: qsTr(modelData.key)
@@ -143,7 +146,8 @@ Item {
         id: chip
 
         anchors.right: parent.right
-        anchors.rightMargin: 16
+        // Beside the room of four actions.
+        anchors.rightMargin: 14 + 4 * 30
         anchors.verticalCenter: parent.verticalCenter
         kind: root.action === "moveToTrash" ? Chip.Kind.Accent
                                             : root.action === "moveToFolder" ? Chip.Kind.Safe : Chip.Kind.Manual

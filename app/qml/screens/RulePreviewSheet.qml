@@ -65,6 +65,11 @@ Sheet {
                     size: Texts.bytes(modelData.bytes)
                 }
             }
+
+            RoundedCorners {
+                radius: Theme.controlRadius
+                ground: Theme.surface
+            }
         }
     }
 

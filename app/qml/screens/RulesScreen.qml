@@ -28,7 +28,9 @@ Page {
                                                                                              model.enabledCount))
     actions: [
         IconButton {
+            implicitWidth: Theme.controlHeight
             implicitHeight: Theme.controlHeight
+            outline: Theme.line
             symbol: "more"
             text: qsTr("action.more")
             onClicked: more.open()
@@ -37,7 +39,6 @@ Page {
                 id: more
 
                 y: parent.height + 6
-                x: parent.width - width
 
                 ChoiceItem {
                     isChoice: false
@@ -110,8 +111,6 @@ Page {
                 id: list
 
                 anchors.fill: parent
-                anchors.topMargin: 6
-                anchors.bottomMargin: 6
                 label: qsTr("nav.rules")
                 model: root.model
                 onRowToggled: row => {

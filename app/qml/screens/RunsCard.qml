@@ -78,9 +78,9 @@ Card {
             spacing: 12
 
             BodyText {
-                Layout.preferredWidth: 162
+                Layout.preferredWidth: 190
                 Layout.minimumWidth: 100
-                text: Texts.dateTime(run.modelData.date)
+                text: Texts.moment(run.modelData.date)
             }
 
             BodyText {

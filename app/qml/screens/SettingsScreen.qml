@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Orvane
 
@@ -26,108 +25,89 @@ Page {
 
     Component.onCompleted: model.refresh()
 
-    Flickable {
-        id: scroll
+    ScrollColumn {
+        maximumWidth: 760
 
-        anchors.fill: parent
-        anchors.margins: -4
-        anchors.rightMargin: -20
-        anchors.bottomMargin: -24
-        contentHeight: column.height + 28
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
+        FolderSettings {
+            Layout.fillWidth: true
+            model: root.model
+        }
 
-        ScrollBar.vertical: ScrollHint {}
+        ScheduleSettingsCard {
+            Layout.fillWidth: true
+            model: root.model
+            overview: root.overview
+        }
 
-        ColumnLayout {
-            id: column
+        TidySettings {
+            Layout.fillWidth: true
+            model: root.model
+            tidy: root.tidy
+        }
 
-            x: 4
-            y: 4
-            width: Math.min(760, scroll.width - 24)
-            spacing: Theme.gap
+        SettingsCard {
+            Layout.fillWidth: true
+            title: qsTr("settings.general_title")
 
-            FolderSettings {
-                Layout.fillWidth: true
-                model: root.model
-            }
+            SettingRow {
+                label: qsTr("nav.language")
 
-            ScheduleSettingsCard {
-                Layout.fillWidth: true
-                model: root.model
-                overview: root.overview
-            }
-
-            TidySettings {
-                Layout.fillWidth: true
-                model: root.model
-                tidy: root.tidy
-            }
-
-            SettingsCard {
-                Layout.fillWidth: true
-                title: qsTr("settings.general_title")
-
-                SettingRow {
-                    label: qsTr("nav.language")
-
-                    LanguageButton {
-                        languages: root.languages
-                    }
-                }
-
-                Divider {
-                    Layout.fillWidth: true
-                }
-
-                SettingRow {
-                    label: qsTr("settings.notifications")
-                    note: root.model.notificationsAvailable ? qsTr("settings.notifications_note")
-                                                            : qsTr("settings.notifications_missing")
-
-                    PlainButton {
-                        visible: !root.model.notificationsAvailable
-                        text: qsTr("settings.allow_notifications")
-                        onClicked: root.model.askForNotifications()
-                    }
-
-                    Chip {
-                        kind: root.model.notificationsAvailable ? Chip.Kind.Safe : Chip.Kind.Manual
-                        text: root.model.notificationsAvailable ? qsTr("permission.on") : qsTr("permission.off")
-                    }
-                }
-
-                Divider {
-                    Layout.fillWidth: true
-                }
-
-                SwitchRow {
-                    label: qsTr("settings.launch_at_login")
-                    note: root.tidy.launchAtLoginError
-                    isWarning: true
-                    on: root.tidy.launchAtLogin
-                    onToggleAsked: root.tidy.launchAtLogin = !root.tidy.launchAtLogin
-                }
-
-                Divider {
-                    Layout.fillWidth: true
-                }
-
-                SettingRow {
-                    label: qsTr("settings.introduction")
-
-                    PlainButton {
-                        text: qsTr("settings.show_again")
-                        onClicked: root.introductionAsked()
-                    }
+                LanguageButton {
+                    languages: root.languages
                 }
             }
 
-            KeySettings {
+            Divider {
                 Layout.fillWidth: true
-                model: root.model
-                tidy: root.tidy
             }
+
+            SettingRow {
+                label: qsTr("settings.notifications")
+                note: root.model.notificationsAvailable ? qsTr("settings.notifications_note")
+                                                        : qsTr("settings.notifications_missing")
+
+                PlainButton {
+                    visible: !root.model.notificationsAvailable
+                    text: qsTr("settings.allow_notifications")
+                    onClicked: root.model.askForNotifications()
+                }
+
+                Chip {
+                    kind: root.model.notificationsAvailable ? Chip.Kind.Safe : Chip.Kind.Manual
+                    text: root.model.notificationsAvailable ? qsTr("permission.on") : qsTr("permission.off")
+                }
+            }
+
+            Divider {
+                Layout.fillWidth: true
+            }
+
+            SwitchRow {
+                label: qsTr("settings.launch_at_login")
+                note: root.tidy.launchAtLoginError
+                isWarning: true
+                on: root.tidy.launchAtLogin
+                onToggleAsked: root.tidy.launchAtLogin = !root.tidy.launchAtLogin
+            }
+
+            Divider {
+                Layout.fillWidth: true
+            }
+
+            SettingRow {
+                label: qsTr("settings.introduction")
+
+                PlainButton {
+                    text: qsTr("settings.show_again")
+                    onClicked: root.introductionAsked()
+                }
+            }
+        }
+
+        KeySettings {
+            Layout.fillWidth: true
+            model: root.model
+            tidy: root.tidy
         }
     }
 }

@@ -67,6 +67,11 @@ Sheet {
                     onToggled: root.model.toggleLeftover(index)
                 }
             }
+
+            RoundedCorners {
+                radius: Theme.controlRadius
+                ground: Theme.surface
+            }
         }
 
         LinkButton {

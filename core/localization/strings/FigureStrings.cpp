@@ -20,7 +20,7 @@ constexpr std::array rows{
         "risk.review.desc",
         {"Look at it first. A large, old, or downloaded item that you may still need.",
          "À regarder d’abord. Un élément volumineux, ancien ou téléchargé dont vous avez peut-être encore besoin.",
-         "Erst ansehen. Etwas Großes, Altes oder Geladenes, das du vielleicht noch brauchst.",
+         "Erst ansehen. Etwas Großes, Altes oder Heruntergeladenes, das du vielleicht noch brauchst.",
          "先に確認してください。大きい、古い、またはダウンロードした項目で、まだ必要かもしれません。",
          "먼저 확인하세요. 크거나 오래되었거나 다운로드한 항목으로 아직 필요할 수 있습니다.",
          "请先查看。较大、较旧或下载的项目，你可能仍然需要。", "請先查看。較大、較舊或下載的項目，你可能仍然需要。",

@@ -6,10 +6,9 @@ namespace {
 // A row a key, in the order of the languages.
 constexpr std::array rows{
     StringRow{"nav.language", {"Language", "Langue", "Sprache", "言語", "언어", "语言", "語言", "Idioma"}},
-    StringRow{
-        "sidebar.disk",
-        {"Disk · %1 free of %2", "Disque · %1 libres sur %2", "Speicher · %1 von %2 frei", "ディスク · %2 中 %1 空き",
-         "디스크 · %2 중 %1 사용 가능", "磁盘 · 共 %2，可用 %1", "磁碟 · 共 %2，可用 %1", "Disco · %1 libres de %2"}},
+    StringRow{"sidebar.disk",
+              {"Disk · %1 free of %2", "Libre : %1 sur %2", "Frei: %1 von %2", "空き容量 %1 / %2", "여유 공간 %1 / %2",
+               "磁盘 · 共 %2，可用 %1", "磁碟 · 共 %2，可用 %1", "Libre: %1 de %2"}},
     StringRow{
         "sidebar.trash_frees_later",
         {"Moving to the Trash frees space once you empty it.", "La corbeille ne libère de l’espace qu’une fois vidée.",
@@ -39,7 +38,7 @@ constexpr std::array rows{
     StringRow{"tidy.moved.one",
               {"Moved %1 new item to Recents and sorted %2. Undo anytime in History.",
                "%1 nouvel élément placé dans Recents, %2 classés. Annulation possible à tout moment dans l’historique.",
-               "%1 neues Objekt nach Recents bewegt und %2 einsortiert. Im Verlauf jederzeit rückgängig zu machen.",
+               "%1 neues Objekt nach Recents verschoben und %2 einsortiert. Im Verlauf jederzeit rückgängig zu machen.",
                "新しい項目 %1 個を Recents に移動し、%2 個を分類しました。履歴からいつでも元に戻せます。",
                "새 항목 %1개를 Recents로 옮기고 %2개를 분류했습니다. 기록에서 언제든지 되돌릴 수 있습니다.",
                "已将 %1 个新项目移到 Recents，并归类 %2 个。可随时在历史记录中撤销。",
@@ -49,7 +48,7 @@ constexpr std::array rows{
         "tidy.moved.other",
         {"Moved %1 new items to Recents and sorted %2. Undo anytime in History.",
          "%1 nouveaux éléments placés dans Recents, %2 classés. Annulation possible à tout moment dans l’historique.",
-         "%1 neue Objekte nach Recents bewegt und %2 einsortiert. Im Verlauf jederzeit rückgängig zu machen.",
+         "%1 neue Objekte nach Recents verschoben und %2 einsortiert. Im Verlauf jederzeit rückgängig zu machen.",
          "新しい項目 %1 個を Recents に移動し、%2 個を分類しました。履歴からいつでも元に戻せます。",
          "새 항목 %1개를 Recents로 옮기고 %2개를 분류했습니다. 기록에서 언제든지 되돌릴 수 있습니다.",
          "已将 %1 个新项目移到 Recents，并归类 %2 个。可随时在历史记录中撤销。",
@@ -135,7 +134,7 @@ constexpr std::array rows{
                "승인한 항목은 휴지통으로 이동하고 기록에 남습니다. 한 번의 클릭으로 모두 되돌릴 수 있습니다.",
                "你确认的项目会移到废纸篓并写入历史记录，一键即可全部恢复。",
                "你確認的項目會移到垃圾桶並寫入歷史記錄，一鍵即可全部復原。",
-               "Lo que apruebas va a la papelera y queda anotado en el historial. Con un clic vuelve todo."}},
+               "Lo que apruebas va a la papelera y queda anotado en el historial. Con un clic lo recuperas todo."}},
     StringRow{"onboarding.never_title",
               {"It never deletes and never sends", "Il ne supprime et n’envoie jamais rien",
                "Löscht nie und verschickt nie etwas", "削除も送信もしません", "삭제하지도 전송하지도 않습니다",
@@ -145,7 +144,7 @@ constexpr std::array rows{
                "leave this computer.",
                "Rien n’est effacé définitivement, rien ne bouge sans votre accord et le contenu de vos fichiers ne "
                "quitte jamais cet ordinateur.",
-               "Nichts wird endgültig entfernt, nichts bewegt sich ohne deine Zustimmung, und der Inhalt deiner "
+               "Nichts wird endgültig gelöscht, nichts wird ohne deine Zustimmung verschoben, und der Inhalt deiner "
                "Dateien verlässt diesen Rechner nie.",
                "完全に消去されるものはなく、承認なしに移動されるものもありません。ファイルの内容がこのコンピュータの外"
                "に出ることもありません。",

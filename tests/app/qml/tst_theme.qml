@@ -43,7 +43,16 @@ TestCase {
             ["muted on hover", Theme.muted, Theme.hover],
             ["primary button", Theme.inkOnAccent, Theme.accent],
             ["primary button, hovered", Theme.inkOnAccent, Theme.accentHover],
+            ["text on hover", Theme.text, Theme.hover],
+            ["text on a group's header", Theme.text, Theme.groupHeader],
+            ["muted on a group's header", Theme.muted, Theme.groupHeader],
             ["link", Theme.accent, Theme.surface],
+            ["link on background", Theme.accent, Theme.background],
+            ["link, hovered", Theme.accentHover, Theme.accentSoft],
+            ["warning on background", Theme.review, Theme.background],
+            ["warning on hover", Theme.review, Theme.hover],
+            ["warning on a group's header", Theme.review, Theme.groupHeader],
+            ["action of a toast", Theme.actionOnTooltip, Theme.tooltip],
             ["safe", Theme.safe, Theme.safeSoft],
             ["review", Theme.review, Theme.reviewSoft],
             ["manual", Theme.manual, Theme.manualSoft],
@@ -52,7 +61,21 @@ TestCase {
         ];
         for (const [name, ink, ground] of pairs)
             verify(contrast(ink, ground) >= 4.5, name + ": " + contrast(ink, ground).toFixed(2));
-        verify(contrast(Theme.boxLine, Theme.surface) >= 3, "outline of a box");
+        const shapes = [
+            ["box on surface", Theme.boxLine, Theme.surface],
+            ["box on hover", Theme.boxLine, Theme.hover],
+            ["box on a group's header", Theme.boxLine, Theme.groupHeader],
+            ["ring's used part", Theme.used, Theme.surface],
+            ["ring's reclaimable part", Theme.accent, Theme.surface],
+            ["focus ring on surface", Theme.accent, Theme.surface],
+            ["focus ring on background", Theme.accent, Theme.background],
+            ["focus ring on sidebar", Theme.accent, Theme.sidebar],
+            ["disabled text", Theme.disabled, Theme.surface],
+            ["disabled text on background", Theme.disabled, Theme.background],
+            ["disabled primary button", Theme.disabled, Theme.manualSoft]
+        ];
+        for (const [name, ink, ground] of shapes)
+            verify(contrast(ink, ground) >= 3, name + ": " + contrast(ink, ground).toFixed(2));
         for (const ground of Theme.categories)
             verify(contrast(Theme.inkOnCategory, ground) >= 4.5, ground + ": " + contrast(Theme.inkOnCategory, ground));
     }

@@ -1,0 +1,123 @@
+#!/usr/bin/python3
+"""Walks all that assistive technology is told of every section, empty and full, and finds no control without a name.
+
+    end_to_end_names.py PROGRAM [SCENARIO]
+"""
+
+import sys
+
+from end_to_end_moves import prepare_applications, prepare_duplicates
+from window_driver import Scenario, expect, main, wait_for
+
+SECTIONS = [
+    "Overview", "Cleanup", "Duplicates", "Applications", "Organize", "Rules", "AI Agent", "History", "Privacy",
+    "Settings",
+]
+# What somebody acts on, by the names of roles that assistive technology uses.
+INTERACTIVE = {
+    "check box", "check menu item", "combo box", "entry", "link", "list", "list item", "menu item", "page tab",
+    "password text", "push button", "push button menu", "radio button", "radio menu item", "slider", "spin button",
+    "text", "toggle button",
+}
+
+
+def nameless(window):
+    """The controls without a name, each by its role and the names around it."""
+    found = []
+    seen = 0
+    for control in window.shown():
+        try:
+            role = control.get_role_name()
+            name = control.get_name()
+            states = control.get_state_set()
+            focusable = states.contains(window.atspi.StateType.FOCUSABLE)
+            if role not in INTERACTIVE and not (focusable and role not in ("frame", "application")):
+                continue
+            seen += 1
+            if not (name or "").strip():
+                around = []
+                parent = control.get_parent()
+                while parent:
+                    around.append(parent.get_name() or parent.get_role_name())
+                    parent = parent.get_parent()
+                found.append(f"{role} in {' < '.join(around)}")
+        except window.glib_error:
+            continue
+    expect(seen > len(SECTIONS), "the walk found hardly anything to act on")
+    return found
+
+
+def check(window, where):
+    missing = nameless(window)
+    expect(not missing, f"{where}: without a name: " + "; ".join(sorted(set(missing))))
+
+
+def prepare(home):
+    prepare_duplicates(home)
+    prepare_applications(home)
+    logs = home / "Library/Logs/old"
+    logs.mkdir(parents=True)
+    (logs / "run.log").write_bytes(b"line\n" * 500)
+    (home / "Downloads/report.pdf").write_bytes(b"words" * 900)
+
+
+def walk(window, home):
+    for section in SECTIONS:
+        window.press(section)
+        check(window, f"{section}, empty")
+
+    window.press("Overview")
+    window.press("Scan Now")
+    window.sees("Last scan")
+    check(window, "Overview, after a scan")
+    window.press("Cleanup")
+    window.sees("items found")
+    check(window, "Cleanup, after a scan")
+    window.press("Sort by: Size")
+    window.sees("Date")
+    check(window, "Cleanup, a menu")
+    window.press("Date")
+    window.press("Duplicates")
+    window.press("Find Duplicates")
+    window.sees("2 copies")
+    check(window, "Duplicates, found")
+    window.press("Applications")
+    window.press("Review: Paint")
+    window.sees("Uninstall Paint")
+    check(window, "Applications, an uninstallation")
+    window.press("Cancel")
+    window.press("Organize")
+    window.press("Folder: Choose a Folder")
+    window.press("Downloads")
+    window.press("Analyze")
+    window.sees("moves")
+    check(window, "Organize, a proposal")
+    window.press("Rename Group", exact=False)
+    window.sees("Orvane remembers the name")
+    check(window, "Organize, a new name")
+    window.press("Cancel")
+    window.press("Move ", exact=False)
+    window.sees("moved.")
+    check(window, "Organize, moved")
+    window.press("Rules")
+    window.press("New Rule")
+    window.sees("File extensions")
+    check(window, "Rules, the editor")
+    window.press("Cancel")
+    window.press("AI Agent")
+    window.type("Your request", "delete pdf files older than 30 days in downloads")
+    window.press("Run Dry Run")
+    window.sees("Plan by ")
+    check(window, "AI Agent, a plan")
+    window.press("What Would Be Sent")
+    window.sees("Nothing is sent")
+    check(window, "AI Agent, the request")
+    window.press("Close")
+    window.press("History")
+    window.press("Organize · ", exact=False)
+    wait_for("an unfolded run", lambda: window.find("report.pdf", exact=False))
+    check(window, "History, unfolded")
+
+
+if __name__ == "__main__":
+    sys.exit(main({"names": Scenario(prepare, walk)}))
