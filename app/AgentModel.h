@@ -98,7 +98,7 @@ class AgentModel : public orvane::RunModel {
   Q_INVOKABLE void cancel() override;
 
   // Keys may be new.
-  void reloadProviders();
+  Q_INVOKABLE void reloadProviders();
 
  Q_SIGNALS:
   void promptChanged();

@@ -19,7 +19,7 @@ class PrivacyModel : public QObject {
   Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY changed)
   // As GrantedFolders::rows().
   Q_PROPERTY(QVariantList folders READ folders NOTIFY changed)
-  // Word for word, without the key; empty as long as this process sent nothing.
+  // Word for word, without the key; empty as long as the window never sent anything. Remembered between starts.
   Q_PROPERTY(QString lastRequest READ lastRequest NOTIFY requestChanged)
   Q_PROPERTY(double lastRequestDate READ lastRequestDate NOTIFY requestChanged)
   Q_PROPERTY(QString lastRequestProvider READ lastRequestProvider NOTIFY requestChanged)
@@ -45,6 +45,8 @@ class PrivacyModel : public QObject {
   void requestChanged();
 
  private:
+  void showRequest(const QString& text, double date, const QString& provider);
+
   WindowServices m_services;
   GrantedFolders m_granted;
   bool m_hasFullDiskAccess = false;

@@ -44,8 +44,14 @@ std::vector<FileItem> scanForRules(const WindowServices& services, const std::st
 struct RuleMatches {
   double count = 0;
   double bytes = 0;
+  double movableCount = 0;
+  double movableBytes = 0;
   QVariantList rows;
 };
+
+bool moves(const CleanupRule& rule) {
+  return rule.action.type() != RuleAction::Type::reviewOnly;
+}
 
 // Each file once, under the first rule that takes it.
 RuleMatches matchesOf(const std::vector<CleanupRule>& rules, const std::vector<FileItem>& items, const FileUrl& home,
@@ -61,6 +67,13 @@ RuleMatches matchesOf(const std::vector<CleanupRule>& rules, const std::vector<F
       if (!matchers[at].matches(item)) continue;
       result.count += 1;
       result.bytes += static_cast<double>(item.fileSize());
+      // A rule further down may move what this one only shows.
+      for (std::size_t mover = at; mover < matchers.size(); ++mover) {
+        if (!moves(rules[mover]) || !matchers[mover].matches(item)) continue;
+        result.movableCount += 1;
+        result.movableBytes += static_cast<double>(item.fileSize());
+        break;
+      }
       if (static_cast<std::size_t>(result.rows.size()) < mostPreviewed) {
         result.rows.append(QVariantMap{{"name", shownName(item.url().lastPathComponent())},
                                        {"place", shownPlace(item.url(), home)},
@@ -311,9 +324,12 @@ void RulesModel::previewRule(int row) {
   m_preview.clear();
   m_previewCount = 0;
   m_previewBytes = 0;
+  m_movableCount = 0;
+  m_movableBytes = 0;
+  m_previewed = meant(row);
   Q_EMIT previewChanged();
   m_previewQueue.post(
-      [this, rules = meant(row), looked = startLooking(), stop = m_previewStop.get_token()](const std::stop_token&) {
+      [this, rules = m_previewed, looked = startLooking(), stop = m_previewStop.get_token()](const std::stop_token&) {
         const auto matches = matchesOf(rules, scanForRules(services(), stop, looked.get()), services().home, stop);
         callOn(this, [this, matches, stop] {
           if (stop.stop_requested()) return;
@@ -322,6 +338,8 @@ void RulesModel::previewRule(int row) {
           m_preview = matches.rows;
           m_previewCount = matches.count;
           m_previewBytes = matches.bytes;
+          m_movableCount = matches.movableCount;
+          m_movableBytes = matches.movableBytes;
           Q_EMIT previewChanged();
         });
       });
@@ -333,13 +351,20 @@ void RulesModel::closePreview() {
   m_isPreviewing = false;
   m_preview.clear();
   m_previewCount = 0;
+  m_movableCount = 0;
   Q_EMIT previewChanged();
 }
 
 void RulesModel::run(int row) {
-  auto rules = meant(row);
-  if (rules.empty()) return;
-  if (isWorking()) return;
+  carryOut(meant(row));
+}
+
+void RulesModel::runPreviewed() {
+  carryOut(m_previewed);
+}
+
+void RulesModel::carryOut(std::vector<CleanupRule> rules) {
+  if (rules.empty() || isWorking()) return;
   startRun(0, [services = services(), rules = std::move(rules), looked = startLooking()](
                   const CleanupRun::Progress& progress, const std::stop_token& stop) {
     const auto folders = existingFolders(services.folders);

@@ -28,6 +28,8 @@ class RulesModel : public orvane::RunModel {
   Q_PROPERTY(QVariantList preview READ preview NOTIFY previewChanged)
   Q_PROPERTY(double previewCount READ previewCount NOTIFY previewChanged)
   Q_PROPERTY(double previewBytes READ previewBytes NOTIFY previewChanged)
+  Q_PROPERTY(double movableCount READ movableCount NOTIFY previewChanged)
+  Q_PROPERTY(double movableBytes READ movableBytes NOTIFY previewChanged)
   Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY previewChanged)
   Q_PROPERTY(QString error READ error NOTIFY rulesChanged)
 
@@ -62,6 +64,9 @@ class RulesModel : public orvane::RunModel {
   [[nodiscard]] const QVariantList& preview() const noexcept { return m_preview; }
   [[nodiscard]] double previewCount() const noexcept { return m_previewCount; }
   [[nodiscard]] double previewBytes() const noexcept { return m_previewBytes; }
+  // Of these, what the rules would move: some only show.
+  [[nodiscard]] double movableCount() const noexcept { return m_movableCount; }
+  [[nodiscard]] double movableBytes() const noexcept { return m_movableBytes; }
   [[nodiscard]] bool isPreviewing() const noexcept { return m_isPreviewing; }
   // Why the last change was not stored; empty when it was.
   [[nodiscard]] QString error() const { return m_error; }
@@ -79,6 +84,8 @@ class RulesModel : public orvane::RunModel {
   Q_INVOKABLE void previewRule(int row);
   Q_INVOKABLE void closePreview();
   Q_INVOKABLE void run(int row);
+  // The rules as they were previewed.
+  Q_INVOKABLE void runPreviewed();
   Q_INVOKABLE void cancel() override;
 
   // The rules may have been changed by another process.
@@ -98,6 +105,7 @@ class RulesModel : public orvane::RunModel {
   // Has a change stored in the background, and the rules read again.
   void change(std::function<void(RuleEngine&)> how);
   [[nodiscard]] std::vector<CleanupRule> meant(int row) const;
+  void carryOut(std::vector<CleanupRule> rules);
   void checkEditor();
   [[nodiscard]] static QVariantMap problemsOnDisk(const CleanupRule& rule, const PathValidator& validator,
                                                   const std::vector<FileUrl>& folders);
@@ -111,6 +119,9 @@ class RulesModel : public orvane::RunModel {
   QVariantList m_preview;
   double m_previewCount = 0;
   double m_previewBytes = 0;
+  double m_movableCount = 0;
+  double m_movableBytes = 0;
+  std::vector<CleanupRule> m_previewed;
   bool m_isPreviewing = false;
   std::stop_source m_previewStop;
   QString m_error;

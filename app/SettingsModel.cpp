@@ -84,6 +84,7 @@ void SettingsModel::readAndPublish() {
   const auto state = read();
   callOn(this, [this, state] {
     const bool areFoldersNew = state.folders != m_state.folders;
+    const bool areKeysNew = state.keys != m_state.keys;
     m_state = state;
     if (!m_firstModelAddress) m_firstModelAddress = state.modelAddress;
     if (const auto* low = std::get_if<OnLowDiskSpace>(&state.schedule.frequency)) {
@@ -91,6 +92,7 @@ void SettingsModel::readAndPublish() {
     }
     Q_EMIT changed();
     if (areFoldersNew) Q_EMIT foldersChanged();
+    if (areKeysNew) Q_EMIT keysChanged();
     Q_EMIT published();
   });
 }

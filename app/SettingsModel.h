@@ -128,8 +128,9 @@ class SettingsModel : public QObject {
   void tidyChanged();
   // What is stored was read anew.
   void published();
-  // Other screens look at the folders too.
+  // Other screens look at these too.
   void foldersChanged();
+  void keysChanged();
 
  private:
   struct State {

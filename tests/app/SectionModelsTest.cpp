@@ -136,7 +136,12 @@ TEST_F(SectionModelsTest, runsARuleOnWhatItTakesAndUndoesIt) {
   rules.addOrUpdateRule(rule);
   RulesModel model(services(), sections());
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
-  model.run(12);
+  model.previewRule(12);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
+  EXPECT_EQ(model.previewCount(), 1);
+  EXPECT_EQ(model.movableCount(), 1);
+  EXPECT_EQ(model.movableBytes(), 5);
+  model.runPreviewed();
   ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
   EXPECT_FALSE(exists(tree.path("Downloads/Logs/old.log")));
   EXPECT_TRUE(exists(tree.path("Downloads/keep.txt")));

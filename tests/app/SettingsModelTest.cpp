@@ -272,6 +272,13 @@ TEST_F(PrivacyModelTest, showsTheFoldersAndTheLastRequest) {
   EXPECT_TRUE(model.lastRequest().isEmpty());
   model.setLastRequest("POST /", 1000, "Somebody");
   EXPECT_EQ(model.lastRequest(), "POST /");
+  ASSERT_TRUE(becomesTrue([&] { return preferences.value("OrvaneLastSentRequest").has_value(); }));
+  PrivacyModel next(services(), validator);
+  next.refresh();
+  ASSERT_TRUE(becomesTrue([&] { return !next.lastRequest().isEmpty(); }));
+  EXPECT_EQ(next.lastRequest(), "POST /");
+  EXPECT_EQ(next.lastRequestDate(), 1000);
+  EXPECT_EQ(next.lastRequestProvider(), "Somebody");
   model.openSystemSettings();
   EXPECT_TRUE(becomesTrue([&] {
     const std::lock_guard lock(desktop.mutex);

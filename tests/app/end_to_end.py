@@ -12,6 +12,8 @@ import sys
 
 from window_driver import PATIENCE, Scenario, expect, main, wait_for
 
+END = 0xFF57  # the key's symbol in X
+
 
 def scan_clean_undo(window, home):
     trash = home / ".local/share/Trash/files"
@@ -60,6 +62,30 @@ def second_start(window, program):
     window.sees("What Orvane sees, and what it never sends.")
 
 
+def never_started(home):
+    (home / "Downloads").mkdir()
+    (home / ".config/orvane/preferences.json").unlink()
+
+
+def introduction(window, home):
+    """At the first start, and again when it is asked for."""
+    settings = home / ".config/orvane/preferences.json"
+    window.press("Get Started")
+    window.sees("Where Orvane May Work")
+    window.sees("Downloads, ~/Downloads")
+    window.press("Continue")
+    window.press("Not Now")
+    wait_for("a note that it was shown", lambda: settings.exists() and "hasCompletedOnboarding" in settings.read_text())
+    wait_for("the introduction to go", lambda: not window.find("Not Now"))
+    window.press("Settings")
+    window.sees("Clean on a schedule")
+    # It stands further down.
+    window.focus("Add Folder")
+    window.key(END)
+    window.press("Show Again")
+    window.sees("Get Started")
+
+
 def prepare(home):
     downloads = home / "Downloads"
     (downloads / "Logs").mkdir(parents=True)
@@ -77,4 +103,4 @@ def use_the_window(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(main({"cleanup": Scenario(prepare, use_the_window)}))
+    sys.exit(main({"cleanup": Scenario(prepare, use_the_window), "introduction": Scenario(never_started, introduction)}))

@@ -62,6 +62,14 @@ def history(window, home):
     terminal("restore", "--last", "--yes")
     window.sees("Restored")
 
+    # One item of two.
+    (home / "Downloads/other.dmg").write_bytes(b"o" * 5000)
+    terminal("trash", "--yes", str(home / "Downloads/setup.dmg"), str(home / "Downloads/other.dmg"))
+    window.press("2 items, ", exact=False)
+    window.press("Restore: other.dmg")
+    wait_for("the one item", (home / "Downloads/other.dmg").exists)
+    expect(not (home / "Downloads/setup.dmg").exists(), "more came back than was asked for")
+
 
 def follow(window, home):
     rules(window)

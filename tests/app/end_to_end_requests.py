@@ -71,7 +71,7 @@ def ask_assistant(window, home):
     expect(files_below(downloads) == before, "a dry run moved something")
     if not window.is_checked("setup.dmg, "):
         window.press("setup.dmg, ", exact=False)
-    window.press("Confirm & Apply")
+    window.press("Confirm & Apply · 1 · 4 KB")
     window.sees("1 item moved.")
     expect(files_below(trash_of(home)) == {"setup.dmg": before["setup.dmg"]}, "not the old file went to the Trash")
     after = {name: content for name, content in before.items() if name != "setup.dmg"}

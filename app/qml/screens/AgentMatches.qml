@@ -98,8 +98,10 @@ FocusScope {
 
             PrimaryButton {
                 enabled: root.model.selectedCount > 0 && !root.isBusy
-                text: qsTr("action.confirm")
-                Accessible.description: Texts.counted("cleanup.items_selected", root.model.selectedCount)
+                text: root.model.selectedCount === 0
+                      ? qsTr("action.confirm")
+                      : Texts.joined([qsTr("action.confirm"), Texts.count(root.model.selectedCount), Texts.bytes(
+                                          root.model.selectedBytes)], " · ")
                 onClicked: root.model.confirm()
             }
         }

@@ -59,7 +59,11 @@ Page {
         }
     ]
 
-    Component.onCompleted: prompt.forceActiveFocus()
+    Component.onCompleted: {
+        // A key may have been stored meanwhile, also in the terminal.
+        model.reloadProviders();
+        prompt.forceActiveFocus();
+    }
 
     ColumnLayout {
         anchors.fill: parent

@@ -73,9 +73,22 @@ Sheet {
         }
     }
 
-    buttons: PlainButton {
-        focus: true
-        text: qsTr("action.close")
-        onClicked: root.close()
-    }
+    buttons: [
+        PrimaryButton {
+            visible: root.model.movableCount > 0
+            enabled: !root.model.isPreviewing && !root.model.isWorking
+            symbol: "play"
+            text: qsTr("rules.run_previewed").arg(Texts.count(root.model.movableCount)).arg(
+                      Texts.bytes(root.model.movableBytes))
+            onClicked: {
+                root.model.runPreviewed();
+                root.close();
+            }
+        },
+        PlainButton {
+            focus: true
+            text: qsTr("action.close")
+            onClicked: root.close()
+        }
+    ]
 }

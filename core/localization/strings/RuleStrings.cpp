@@ -116,6 +116,10 @@ constexpr std::array rows{
     StringRow{"rules.run_enabled",
               {"Run %1 Rules", "Lancer %1 règles", "%1 Regeln ausführen", "%1 件のルールを実行", "규칙 %1개 실행",
                "运行 %1 条规则", "執行 %1 條規則", "Ejecutar %1 reglas"}},
+    StringRow{
+        "rules.run_previewed",
+        {"Run Now · %1 · %2", "Lancer maintenant · %1 · %2", "Jetzt ausführen · %1 · %2", "今すぐ実行 · %1 個 · %2",
+         "지금 실행 · %1개 · %2", "立即运行 · %1 个 · %2", "立即執行 · %1 個 · %2", "Ejecutar ahora · %1 · %2"}},
     StringRow{"rules.run_one",
               {"Run Now", "Lancer maintenant", "Jetzt ausführen", "今すぐ実行", "지금 실행", "立即运行", "立即執行",
                "Ejecutar ahora"}},
