@@ -22,7 +22,8 @@ class Filter {
     if (m_scanned.gone[index] != 0) return false;
     if (m_query.risk && item.riskLabel() != *m_query.risk) return false;
     if (m_query.category && item.category() != *m_query.category) return false;
-    if (!m_query.folder.empty() && shownFolder(item, m_scanned.folders) != m_query.folder) return false;
+    if (!m_query.folder.empty() && shownFolder(m_scanned.items, index, m_scanned.folders) != m_query.folder)
+      return false;
     return m_query.searchText.empty() || m_search.isIn(item.url().path());
   }
 

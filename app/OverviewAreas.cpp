@@ -32,7 +32,7 @@ std::vector<OverviewArea> overviewAreas(const ScannedItems::Snapshot& scanned, c
     if (scanned.gone[index] != 0) return true;
     auto& sum = sums[static_cast<std::size_t>(item.category())];
     add(sum.whole, item);
-    add(sum.folders[shownFolder(item, scanned.folders)], item);
+    add(sum.folders[shownFolder(scanned.items, index, scanned.folders)], item);
     return true;
   });
   std::vector<OverviewArea> result;

@@ -3,6 +3,7 @@
 #include "app/Places.h"
 #include "core/base/FileStatus.h"
 #include "core/scanning/StorageScanner.h"
+#include "core/scanning/WholeFolders.h"
 
 #include <fcntl.h>
 
@@ -19,14 +20,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t itemsPerPiece = 4096;
 constexpr std::chrono::milliseconds handOverInterval{50};
 
-// The scanner lists whole folders in these categories only.
-bool mayBeFolder(const FileItem& item) {
-  return item.category() == ScanCategory::caches || item.category() == ScanCategory::developerCaches ||
-         item.category() == ScanCategory::browserCaches;
-}
-
 bool isFolder(const FileItem& item) {
-  if (!mayBeFolder(item)) return false;
+  if (!mayBeWholeFolder(item.url().path())) return false;
   const auto status = readFileStatus(AT_FDCWD, item.url().path().c_str());
   return status && status->type == FileType::directory;
 }

@@ -21,8 +21,8 @@ std::vector<ItemList::Entry>::const_iterator ItemList::pieceAt(std::size_t index
   return std::prev(after);
 }
 
-std::string_view shownFolder(const FileItem& item, std::span<const FileUrl> scannedFolders) {
-  const std::string_view path = item.url().path();
+std::string_view shownFolder(const ItemList& items, std::size_t index, std::span<const FileUrl> scannedFolders) {
+  const std::string_view path = items.item(index).url().path();
   std::string_view best;
   for (const auto& folder : scannedFolders) {
     const std::string_view root = folder.path();
@@ -31,7 +31,8 @@ std::string_view shownFolder(const FileItem& item, std::span<const FileUrl> scan
     best = root;
   }
   const auto next = path.find('/', best.size() + 1);
-  return next == std::string_view::npos ? path.substr(0, best.size()) : path.substr(0, next);
+  if (next != std::string_view::npos) return path.substr(0, next);
+  return items.isFolder(index) ? path : path.substr(0, best.size());
 }
 
 void ScannedItems::begin(std::vector<FileUrl> folders) {

@@ -58,9 +58,10 @@ class ItemList {
   std::size_t m_size = 0;
 };
 
-// The folder that an item is shown under: the one right below the scanned folder that it lies in, or the scanned folder
-// itself for what lies directly in it.
-[[nodiscard]] std::string_view shownFolder(const FileItem& item, std::span<const FileUrl> scannedFolders);
+// The folder that an item is shown under: the one right below the scanned folder that it lies in or is, or the scanned
+// folder itself for a file directly in it.
+[[nodiscard]] std::string_view shownFolder(const ItemList& items, std::size_t index,
+                                           std::span<const FileUrl> scannedFolders);
 
 // What the last scan found and is still there, for the screens that show it. Belongs to the main thread; a snapshot may
 // go to any other.

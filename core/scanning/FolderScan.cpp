@@ -5,9 +5,8 @@
 #include "core/platform/FileStatusReader.h"
 #include "core/scanning/BlackHoleNames.h"
 #include "core/scanning/BundleNames.h"
+#include "core/scanning/WholeFolders.h"
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 namespace orvane {
@@ -15,15 +14,6 @@ namespace {
 
 // A chunk is handed on as soon as it is full, so that a huge folder neither fills the memory nor delays its findings.
 constexpr std::size_t entriesPerChunk = 1024;
-
-constexpr std::string_view applicationCachesName = "Caches";
-constexpr std::string_view applicationCachesFragment = "Library/Caches";
-constexpr std::array<std::string_view, 2> developerCacheFragments{"Library/Developer/Xcode/DerivedData",
-                                                                  "Library/Developer/CoreSimulator/Caches"};
-
-bool contains(std::string_view path, std::string_view fragment) noexcept {
-  return path.find(fragment) != std::string_view::npos;
-}
 
 std::string withSlash(std::string path) {
   if (!path.ends_with('/')) path.push_back('/');
@@ -129,9 +119,10 @@ void FolderScan::examineFolder(std::string_view name, const DirectoryReader& rea
   if (rules.allowed.admits(name)) {
     if (isBlackHoleName(name)) return note(name);
     const std::string path = joined(m_prefix, name);
-    if (rules.isCachesFolder && contains(path, applicationCachesFragment)) return addWholeFolder(name, reader, rules);
-    if (std::any_of(developerCacheFragments.begin(), developerCacheFragments.end(),
-                    [&](auto fragment) { return contains(path, fragment); })) {
+    if (rules.isCachesFolder && path.find(applicationCachesFragment) != std::string::npos) {
+      return addWholeFolder(name, reader, rules);
+    }
+    if (isBelowDeveloperCaches(path)) {
       if (m_context.developerCaches == DeveloperCaches::leaveOut) return note(name);
       return addWholeFolder(name, reader, rules);
     }

@@ -1,5 +1,6 @@
 #include "app/CleanupModel.h"
 
+#include "app/OverviewAreas.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -15,6 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr double day = 86400;
@@ -214,6 +216,28 @@ TEST_F(CleanupModelTest, movesExactlyWhatIsSelectedAsOneRunAndBringsItBack) {
   arranged();
   EXPECT_EQ(model->itemCount(), 4);
   EXPECT_EQ(checkOf("old.dmg"), Qt::Unchecked);
+}
+
+TEST_F(CleanupModelTest, movesWholeFoldersOfCachesWhateverTheirCategory) {
+  const std::vector<std::string> names{"Google", "com.example.app", "com.hnc.Discord"};
+  for (const auto& name : names) tree.file("Library/Caches/" + name + "/data", name);
+  folders.saveBookmark(tree.url("Library/Caches"));
+  scan();
+  model->deselectAll();
+  for (const auto& name : names) model->toggle(rowOf(name));
+  clean();
+  EXPECT_THAT(model->messages(), IsEmpty());
+  for (const auto& name : names) EXPECT_FALSE(exists(tree.path("Library/Caches/" + name))) << name;
+
+  const auto areas = overviewAreas(state->scannedItems().snapshot(), {});
+  EXPECT_THAT(areas, Not(testing::Contains(testing::Field(&OverviewArea::category, ScanCategory::browserCaches))));
+  model->undo();
+  ASSERT_TRUE(becomesTrue([this] { return !model->isUndoing(); }));
+  const auto again = overviewAreas(state->scannedItems().snapshot(), {});
+  const auto browsers =
+      std::find_if(again.begin(), again.end(), [](auto& area) { return area.category == ScanCategory::browserCaches; });
+  ASSERT_NE(browsers, again.end());
+  EXPECT_EQ(browsers->folders.front().folder, tree.path("Library/Caches/Google"));
 }
 
 TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
