@@ -355,17 +355,9 @@ void RulesModel::closePreview() {
   Q_EMIT previewChanged();
 }
 
-void RulesModel::run(int row) {
-  carryOut(meant(row));
-}
-
 void RulesModel::runPreviewed() {
-  carryOut(m_previewed);
-}
-
-void RulesModel::carryOut(std::vector<CleanupRule> rules) {
-  if (rules.empty() || isWorking()) return;
-  startRun(0, [services = services(), rules = std::move(rules), looked = startLooking()](
+  if (m_previewed.empty() || isWorking()) return;
+  startRun(0, [services = services(), rules = m_previewed, looked = startLooking()](
                   const CleanupRun::Progress& progress, const std::stop_token& stop) {
     const auto folders = existingFolders(services.folders);
     // Without a folder there would be no boundary either.

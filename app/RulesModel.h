@@ -83,7 +83,6 @@ class RulesModel : public orvane::RunModel {
   // Of one rule, on or off; -1 for all that are on.
   Q_INVOKABLE void previewRule(int row);
   Q_INVOKABLE void closePreview();
-  Q_INVOKABLE void run(int row);
   // The rules as they were previewed.
   Q_INVOKABLE void runPreviewed();
   Q_INVOKABLE void cancel() override;
@@ -105,7 +104,6 @@ class RulesModel : public orvane::RunModel {
   // Has a change stored in the background, and the rules read again.
   void change(std::function<void(RuleEngine&)> how);
   [[nodiscard]] std::vector<CleanupRule> meant(int row) const;
-  void carryOut(std::vector<CleanupRule> rules);
   void checkEditor();
   [[nodiscard]] static QVariantMap problemsOnDisk(const CleanupRule& rule, const PathValidator& validator,
                                                   const std::vector<FileUrl>& folders);

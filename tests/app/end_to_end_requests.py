@@ -40,6 +40,9 @@ def write_and_run_rule(window, home):
 
     # None of the rules that come with the program takes a log outside the folder of logs.
     window.press("Run 9 Rules")
+    window.sees("1 file right now, 2 KB")
+    expect(files_below(downloads) == before, "running moved something before it was said what")
+    window.press("Run Now · 1 · 2 KB")
     window.sees("1 item moved, 2 KB in all.")
     expect(files_below(trash_of(home)) == {"old.log": before["Logs/old.log"]}, "not the log went to the Trash")
     expect(files_below(downloads) == {"Logs/old.dat": before["Logs/old.dat"]}, "more than the log left its place")

@@ -56,16 +56,14 @@ Page {
         PlainButton {
             enabled: !root.isBusy && root.model.enabledCount > 0
             text: qsTr("rules.preview")
-            onClicked: {
-                root.model.previewRule(-1);
-                preview.open();
-            }
+            onClicked: preview.ask(-1)
         },
         PrimaryButton {
             enabled: !root.isBusy && root.model.enabledCount > 0
             symbol: "play"
             text: qsTr("rules.run_enabled").arg(Texts.count(root.model.enabledCount))
-            onClicked: root.model.run(-1)
+            // What moves is said before it moves.
+            onClicked: preview.ask(-1)
         }
     ]
 
@@ -124,11 +122,8 @@ Page {
                     isBusy: root.isBusy
                     onToggled: root.model.setEnabled(index, !isEnabled)
                     onEditAsked: root.model.edit(index)
-                    onPreviewAsked: {
-                        root.model.previewRule(index);
-                        preview.open();
-                    }
-                    onRunAsked: root.model.run(index)
+                    onPreviewAsked: preview.ask(index)
+                    onRunAsked: preview.ask(index)
                     onRemoveAsked: removeAlert.ask(id, name)
                 }
             }
