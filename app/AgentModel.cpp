@@ -84,6 +84,14 @@ std::vector<PlanMatchResult> matchesFor(const CleaningPlan& plan, const WindowSe
   return matches;
 }
 
+// Why a plan will not do, in words that help on.
+QString faultText(const CleaningPlan& plan) {
+  const bool sortsWholeFolder = plan.steps.size() == 1 && plan.steps.front().action == PlannedAction::move &&
+                                plan.steps.front().destinationFolder == plan.steps.front().targetFolder;
+  return sortsWholeFolder ? localizedText("agent.use_organize").arg(localizedText("nav.organize"))
+                          : localizedText("agent.not_understood");
+}
+
 std::string textOf(const HttpRequest& request) {
   std::string text = fmt::format("POST {}\nContent-Type: application/json\n", request.url);
   for (const auto& header : request.headers) text += fmt::format("{}: {}\n", header.name, header.value);
@@ -188,7 +196,7 @@ void AgentModel::dryRun() {
 void AgentModel::show(std::shared_ptr<Answer> answer) {
   m_isPlanning = false;
   beginResetModel();
-  m_error = answer && answer->fault ? localizedText("agent.not_understood") : QString();
+  m_error = answer && answer->fault ? faultText(answer->planned.plan) : QString();
   m_answer = m_error.isEmpty() ? std::move(answer) : nullptr;
   sum();
   endResetModel();

@@ -2,11 +2,13 @@
 
 #include "app/AppState.h"
 #include "app/Format.h"
+#include "app/IconProvider.h"
 #include "app/Text.h"
 #include "app/TidyModel.h"
 
 #include <QAction>
 #include <QIcon>
+#include <QPixmap>
 #include <QTimer>
 
 #include <chrono>
@@ -16,6 +18,17 @@ namespace {
 
 // A tray may come later than the program, which the desktop may start at login.
 constexpr std::chrono::seconds trayCheckInterval{5};
+
+// Nothing tells whether a panel is light or dark, so the ink is one that stands out on both.
+QIcon trayPicture() {
+  IconProvider drawings;
+  QIcon icon;
+  for (const int size : {16, 22, 24, 32, 48, 64}) {
+    icon.addPixmap(QPixmap::fromImage(
+        drawings.requestImage(QStringLiteral("folder.badge.gearshape/1b9e9a"), nullptr, QSize(size, size))));
+  }
+  return icon;
+}
 
 }  // namespace
 
@@ -48,7 +61,7 @@ TrayIcon::TrayIcon(AppState& state, TidyModel& tidy, QObject* parent) : QObject(
   connect(&m_state, &AppState::scanChanged, this, &TrayIcon::refresh);
   connect(&m_tidy, &TidyModel::changed, this, &TrayIcon::refresh);
 
-  m_icon.setIcon(QIcon(QStringLiteral(":/qt/qml/Orvane/icons/app.svg")));
+  m_icon.setIcon(trayPicture());
   m_icon.setContextMenu(&m_menu);
   auto* check = new QTimer(this);
   connect(check, &QTimer::timeout, this, &TrayIcon::showWhereThereIsATray);

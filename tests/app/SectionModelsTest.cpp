@@ -212,6 +212,15 @@ TEST_F(SectionModelsTest, plansOfflineShowsWhatItWouldDoAndDoesItWhenConfirmed) 
   EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
 }
 
+TEST_F(SectionModelsTest, pointsToTheOrganizerForAWholeFolder) {
+  AgentModel model(services(), sections());
+  model.setPrompt("Sort Downloads");
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_FALSE(model.hasPlan());
+  EXPECT_THAT(model.error().toStdString(), testing::HasSubstr("“Organize”"));
+}
+
 TEST_F(SectionModelsTest, showsWhatWouldBeSentAndSendsNothingWithoutAKey) {
   AgentModel model(services(), sections());
   model.setPrompt("delete old logs");

@@ -133,8 +133,21 @@ Page {
             Layout.fillWidth: true
             visible: root.model.isPlanning
             title: qsTr("agent.planning")
-            figures: root.model.progressText
+            figures: Texts.joined([root.model.progressText, qsTr("agent.waited").arg(Texts.count(waited.seconds))], " · ")
             onCancelAsked: root.model.cancel()
+
+            // A remote planner tells nothing until it answers.
+            Timer {
+                id: waited
+
+                property int seconds: 0
+
+                interval: 1000
+                repeat: true
+                running: root.model.isPlanning
+                onRunningChanged: seconds = 0
+                onTriggered: ++seconds
+            }
         }
 
         RunStrip {

@@ -23,6 +23,9 @@ SettingsCard {
             required property var modelData
 
             label: modelData.name
+            // Qt tells no name of a field that hides what is typed.
+            Accessible.role: Accessible.Grouping
+            Accessible.name: qsTr("settings.key_of").arg(modelData.name)
             note: modelData.isStored ? qsTr("settings.key_stored") : qsTr("settings.key_missing")
 
             InputField {
