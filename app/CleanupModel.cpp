@@ -1,6 +1,7 @@
 #include "app/CleanupModel.h"
 
 #include "app/AppState.h"
+#include "app/MovedItems.h"
 #include "app/Text.h"
 #include "core/base/FileStatus.h"
 #include "core/organizer/CloudFolderDetector.h"
@@ -51,6 +52,7 @@ CleanupModel::CleanupModel(WindowServices services, AppState& state, QObject* pa
     m_selection.clear();
     setLookAfterUndo({});
     ++m_generation;
+    m_scanStart = ReferenceClock::now();
     show({});
   });
   connect(&m_items, &ScannedItems::appended, this, &CleanupModel::takeItems);
@@ -468,6 +470,22 @@ void CleanupModel::takeOut(const std::vector<std::uint32_t>& moved, int generati
     std::copy_if(moved.begin(), moved.end(), std::back_inserter(back),
                  [&](std::uint32_t index) { return itemExists(items.item(index).url().path().c_str()); });
     return [this, back = std::move(back), generation] { takeBack(back, generation); };
+  });
+}
+
+void CleanupModel::followJournal() {
+  // What it moves itself it knows best.
+  if (isWorking() || m_items.items().size() == 0) return;
+  m_arrangeQueue.post([this, services = services(), scanned = m_items.snapshot(), since = m_scanStart,
+                       generation = m_generation](const std::stop_token&) {
+    const auto moved = movedSince(services.journal(), scanned, since);
+    if (moved.gone.empty() && moved.back.empty()) return;
+    callOn(this, [this, moved, generation] {
+      if (generation != m_generation || isWorking()) return;
+      for (const auto index : moved.gone) m_selection.setThere(index, false);
+      m_items.setPresence(moved.gone, ScannedItems::Presence::gone);
+      takeBack(moved.back, generation);
+    });
   });
 }
 

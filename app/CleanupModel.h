@@ -5,6 +5,7 @@
 #include "app/CleanupSelection.h"
 #include "app/RunModel.h"
 #include "app/WindowServices.h"
+#include "core/base/Date.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QTimer>
@@ -108,6 +109,9 @@ class CleanupModel : public orvane::RunModel {
 
   void languageChanged() override;
 
+  // The journal changed: other sections and programs may have moved what is listed.
+  void followJournal();
+
  Q_SIGNALS:
   void queryChanged();
   void countsChanged();
@@ -152,6 +156,7 @@ class CleanupModel : public orvane::RunModel {
   std::array<Section, allScanCategories.size()> m_sections;
   int m_rows = 0;
   std::int64_t m_shownCount = 0;
+  orvane::Date m_scanStart;
   int m_generation = 0;  // goes up with each scan: indexes are those of one scan
 
   QTimer m_arrangeTimer;

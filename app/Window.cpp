@@ -142,6 +142,7 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
     parts.settings.refresh();
     parts.privacy.refresh();
   });
+  connect(&parts.feed, &JournalFeed::loaded, &parts.cleanup, &CleanupModel::followJournal);
   connect(&parts.settings, &SettingsModel::keysChanged, &parts.agent, &AgentModel::reloadProviders);
   connect(&parts.agent, &AgentModel::requestSent, &parts.privacy, &PrivacyModel::setLastRequest);
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });

@@ -80,7 +80,7 @@ RunRestore::Attempt RunRestore::planReturn(const JournalEntry& entry, std::vecto
   const auto isPromised = [&](const FileUrl& url) {
     return std::find(promised.begin(), promised.end(), url) != promised.end();
   };
-  const auto destination = freeUrl(wanted, NumberingStyle::restored, isPromised);
+  auto destination = freeUrl(wanted, NumberingStyle::restored, isPromised);
   const FileUrl place(canonicalPlace(entry.trashedURL.path()));
   auto move = entry.action == JournalAction::trashed ? m_trash.planTakeOut(place, destination)
                                                      : m_mover.planMove(place, std::string(parentPath(place.path())),

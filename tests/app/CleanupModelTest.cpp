@@ -240,6 +240,24 @@ TEST_F(CleanupModelTest, movesWholeFoldersOfCachesWhateverTheirCategory) {
   EXPECT_EQ(browsers->folders.front().folder, tree.path("Library/Caches/Google"));
 }
 
+TEST_F(CleanupModelTest, noticesWhatOthersMovedAndBroughtBack) {
+  scan();
+  CleanupRun other(mover, *journal, AllowedRoots({tree.url("Downloads")}));
+  std::vector<MoveRequest> requests(2);
+  requests[0].source = tree.url("Downloads/old.dmg");
+  requests[1].source = tree.url("Downloads/Work");
+  other.carryOut(requests);
+  model->followJournal();
+  ASSERT_TRUE(becomesTrue([&] { return model->itemCount() == 1; }));
+  EXPECT_EQ(state->reclaimableBytes(), 5000);
+  EXPECT_EQ(model->selectedCount(), 0);
+
+  journal->restoreRun(other.id());
+  model->followJournal();
+  ASSERT_TRUE(becomesTrue([&] { return model->itemCount() == 4; }));
+  EXPECT_EQ(state->reclaimableBytes(), 8790);
+}
+
 TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
   scan();
   tree.file("Downloads/old.dmg", "something else by now");

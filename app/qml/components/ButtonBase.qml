@@ -18,7 +18,7 @@ T.Button {
     // Fades into the hover colour, not through black.
     readonly property color noFill: Qt.alpha(Theme.accentSoft, 0)
 
-    implicitWidth: Math.max(implicitHeight, implicitContentWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(implicitHeight, Math.ceil(implicitContentWidth) + leftPadding + rightPadding)
     implicitHeight: Theme.controlHeight
     leftPadding: 14
     rightPadding: 14
@@ -89,7 +89,10 @@ T.Button {
         border.width: root.outline.a > 0 ? 1 : 0
         border.color: root.outline
 
+        // The ink changes at once when the button is switched off, and so does its ground.
         Behavior on color {
+            enabled: root.enabled
+
             ColorAnimation {
                 duration: Theme.shortMotion
             }

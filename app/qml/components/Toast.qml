@@ -21,7 +21,7 @@ T.Popup {
 
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width + Theme.sidebarWidth - width) / 2) : 0
-    y: parent ? parent.height - height - 24 : 0
+    y: parent ? parent.height - height - 40 : 0
     width: Math.min(implicitWidth, (parent ? parent.width - Theme.sidebarWidth : 600) - 48)
     implicitWidth: row.implicitWidth + leftPadding + rightPadding
     implicitHeight: Math.max(44, row.implicitHeight + 16)

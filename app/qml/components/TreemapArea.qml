@@ -26,9 +26,10 @@ T.AbstractButton {
         const least = total * 0.02;
         const sizes = folders.map((child, index) => ({size: Math.max(child.bytes, least), index: index}));
         const rest = total - folders.reduce((sum, child) => sum + child.bytes, 0);
+        sizes.sort((left, right) => right.size - left.size);
+        // Last, so that what has no box leaves no hole among them.
         if (rest > 0)
             sizes.push({size: Math.max(rest, least), index: folders.length});
-        sizes.sort((left, right) => right.size - left.size);
         const result = [];
         Layout.boxes(sizes.map(entry => entry.size), width - 2 * partsMargin + partsGap,
                      height - partsTop - partsMargin + partsGap).forEach((box, at) => result[sizes[at].index] = box);

@@ -121,8 +121,10 @@ Page {
                 text: root.model.searchText !== "" ? qsTr("apps.nothing_matches")
                                                    : root.model.hasListed ? qsTr("apps.empty_text")
                                                                           : qsTr("dashboard.scanning_text")
-                action: root.model.searchText !== "" ? qsTr("action.clear_search") : ""
-                onActed: search.clear()
+                action: root.model.searchText !== "" ? qsTr("action.clear_search")
+                                                     : root.model.hasListed ? qsTr("action.refresh") : ""
+                symbol: root.model.searchText !== "" ? "" : "refresh"
+                onActed: root.model.searchText !== "" ? search.clear() : root.model.list()
             }
         }
     }

@@ -33,7 +33,7 @@ FocusScope {
 
         LinkButton {
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.isFiltered
+            visible: root.isFiltered && root.model.shownCount > 0
             symbol: "close"
             text: qsTr("cleanup.show_all")
             onClicked: root.model.clearFilters()
@@ -105,7 +105,8 @@ FocusScope {
 
     EmptyState {
         anchors.fill: list
-        visible: root.model.shownCount === 0
+        // Without a filter the rows are on their way.
+        visible: root.isFiltered && root.model.shownCount === 0
         drawing: "search"
         text: qsTr("cleanup.nothing_matches")
         action: qsTr("cleanup.show_all")

@@ -17,6 +17,9 @@ Page {
     ]
     readonly property bool isFiltered: model.searchText !== "" || model.riskFilter >= 0 || model.categoryFilter !== ""
                                        || model.folderFilter !== ""
+    // Scanning again would not help.
+    readonly property bool isStuck: appState.scanFailed !== "" && !appState.isScanning
+
     function find() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
         search.selectAll();
@@ -120,7 +123,7 @@ Page {
 
         Notice {
             Layout.fillWidth: true
-            visible: root.appState.scanFailed !== "" && !root.appState.isScanning
+            visible: root.isStuck && !root.isEmpty
             isWarning: true
             text: root.appState.scanFailed
             action: qsTr("cleanup.choose_folders")
@@ -183,19 +186,26 @@ Page {
             EmptyState {
                 anchors.fill: parent
                 drawing: root.appState.isScanning ? "scan"
-                                                  : root.appState.scanFailed !== "" ? "error"
+                                                  : root.isStuck ? "error"
                                                                                     : root.appState.hasScanned ? "clean"
                                                                                                                : "scan"
-                title: root.appState.isScanning ? ""
-                                                : root.appState.hasScanned ? qsTr("cleanup.nothing_title")
-                                                                           : qsTr("cleanup.empty_title")
-                text: root.appState.isScanning ? ""
-                                               : root.appState.hasScanned ? qsTr("cleanup.nothing_text")
-                                                                          : qsTr("cleanup.empty_text")
-                symbol: "search"
-                action: root.appState.isScanning ? qsTr("action.scanning") : qsTr("action.scan")
+                title: root.isStuck || root.appState.isScanning ? ""
+                                                                : root.appState.hasScanned ? qsTr("cleanup.nothing_title")
+                                                                                           : qsTr("cleanup.empty_title")
+                text: root.isStuck ? root.appState.scanFailed
+                                   : root.appState.isScanning ? qsTr("dashboard.scanning_text")
+                                                              : root.appState.hasScanned ? qsTr("cleanup.nothing_text")
+                                                                                         : qsTr("cleanup.empty_text")
+                symbol: root.isStuck ? "folder" : "search"
+                action: root.isStuck ? qsTr("cleanup.choose_folders")
+                                     : root.appState.isScanning ? qsTr("action.scanning") : qsTr("action.scan")
                 actionEnabled: !root.appState.isScanning
-                onActed: root.appState.startScan()
+                onActed: {
+                    if (root.isStuck)
+                        root.appState.selectedNavigation = AppNavigationItem.Settings;
+                    else
+                        root.appState.startScan();
+                }
             }
         }
     }

@@ -82,12 +82,15 @@ Page {
         target: root.model
 
         function onCleaned() {
+            toast.close();
             completed.open();
         }
 
         function onRefusalChanged() {
             if (root.model.refusal !== "")
                 toast.show(root.model.refusal, "");
+            else
+                toast.close();
         }
     }
 

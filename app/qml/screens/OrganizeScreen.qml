@@ -139,10 +139,11 @@ Page {
                 drawing: root.model.hasAnalyzed && !root.model.isSearching ? "clean" : "organize"
                 title: root.model.hasAnalyzed && !root.isBusy ? qsTr("organize.tidy_title") : ""
                 text: root.model.hasAnalyzed && !root.isBusy ? qsTr("organize.tidy_text")
-                                                             : qsTr("organize.empty_text")
-                action: root.model.folder === "" || root.isBusy ? "" : qsTr("organize.analyze")
-                symbol: "search"
-                onActed: root.model.analyze()
+                                                             : root.model.folder === "" ? qsTr("organize.empty_text")
+                                                                                      : qsTr("organize.chosen_text")
+                action: root.isBusy ? "" : root.model.folder === "" ? qsTr("organize.choose_folder") : qsTr("organize.analyze")
+                symbol: root.model.folder === "" ? "folder" : "search"
+                onActed: root.model.folder === "" ? picker.open() : root.model.analyze()
             }
         }
     }
@@ -202,5 +203,11 @@ Page {
                 onClicked: rename.close()
             }
         ]
+    }
+
+    PickFolder {
+        id: picker
+
+        onPicked: url => root.model.chooseFolder(url)
     }
 }

@@ -56,6 +56,8 @@ Page {
             visible: root.appState.scanFailed !== "" && !root.appState.isScanning
             isWarning: true
             text: root.appState.scanFailed
+            action: qsTr("cleanup.choose_folders")
+            onActed: root.appState.selectedNavigation = AppNavigationItem.Settings
         }
 
         GridLayout {

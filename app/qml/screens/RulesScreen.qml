@@ -30,6 +30,8 @@ Page {
         IconButton {
             implicitWidth: Theme.controlHeight
             implicitHeight: Theme.controlHeight
+            ink: Theme.text
+            fill: hovered || down ? Theme.accentSoft : Theme.surface
             outline: Theme.line
             symbol: "more"
             text: qsTr("action.more")

@@ -221,7 +221,7 @@ constexpr std::array rows{
                "La programación está activa, pero nada la inicia con Orvane cerrado."}},
     StringRow{"settings.agent_note",
               {"Starts the runs while Orvane is closed.", "Lance les exécutions quand Orvane est fermé.",
-               "Startet die Läufe, während Orvane geschlossen ist.", "Orvane を閉じている間に実行を開始します。",
+               "Startet die Durchgänge, während Orvane geschlossen ist.", "Orvane を閉じている間に実行を開始します。",
                "Orvane이 닫혀 있는 동안 실행을 시작합니다.", "在 Orvane 关闭时启动运行。", "在 Orvane 關閉時啟動執行。",
                "Inicia las ejecuciones con Orvane cerrado."}},
     StringRow{"settings.agent_install",
