@@ -18,7 +18,7 @@ Sheet {
     signal rejected
     signal extraChosen
 
-    sheetWidth: 440
+    sheetWidth: 464
 
     Column {
         width: parent.width

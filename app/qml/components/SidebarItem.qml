@@ -36,7 +36,7 @@ T.AbstractButton {
             anchors.left: icon.right
             anchors.leftMargin: 10
             anchors.right: figureText.visible ? figureText.left : parent.right
-            anchors.rightMargin: figureText.visible ? 6 : 0
+            anchors.rightMargin: figureText.visible ? 4 : 0
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             color: Theme.text

@@ -147,7 +147,8 @@ Item {
             id: size
 
             anchors.right: parent.right
-            anchors.rightMargin: 16
+            // Below the sizes of the groups, which have a button beside them.
+            anchors.rightMargin: 56
             anchors.verticalCenter: parent.verticalCenter
             width: Math.max(68, implicitWidth)
             horizontalAlignment: Text.AlignRight

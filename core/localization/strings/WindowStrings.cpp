@@ -29,7 +29,7 @@ constexpr std::array rows{
                "Ordner automatisch aufgeräumt halten", "フォルダを自動で整頓する", "폴더 자동으로 정돈하기",
                "自动保持文件夹整洁", "自動保持檔案夾整潔", "Mantener ordenadas las carpetas automáticamente"}},
     StringRow{"tray.organize_now",
-              {"Organize Now", "Ranger maintenant", "Jetzt ordnen", "今すぐ整理", "지금 정돈", "立即整理", "立即整理",
+              {"Organize Now", "Ranger maintenant", "Jetzt ordnen", "今すぐ整頓", "지금 정돈", "立即整理", "立即整理",
                "Organizar ahora"}},
     StringRow{"tray.open",
               {"Open Orvane", "Ouvrir Orvane", "Orvane öffnen", "Orvane を開く", "Orvane 열기", "打开 Orvane",
