@@ -25,13 +25,31 @@ Item {
     readonly property real wantedWidth: Math.max(titleText.implicitWidth, Math.min(260, subtitleText.implicitWidth))
     readonly property bool stacked: actionsWidth > 0 && actionsWidth + 24 + wantedWidth > width
 
-    // Short parts between dots stay whole where the line breaks.
-    readonly property string shownSubtitle: subtitle.split(" · ").map(
-                                                part => part.length < 32 ? part.replace(/ /g, "\u00a0") : part).join(" · ")
+    // Short parts between dots stay whole where the line breaks, and no dot is left at its end.
+    readonly property var parts: subtitle.split(" · ").map(
+                                     part => part.length < 32 ? part.replace(/ /g, "\u00a0") : part)
+    readonly property string firstParts: parts.slice(0, -1).join(" · ")
+    readonly property bool breaksAtDot: parts.length > 1 && wholeMetrics.advanceWidth > titleText.width
+                                        && firstMetrics.advanceWidth <= titleText.width
+    readonly property string shownSubtitle: breaksAtDot ? firstParts + "\n" + parts[parts.length - 1] : parts.join(" · ")
     // A long line takes a second one rather than lose its end.
     readonly property int moreLines: Math.max(0, subtitleText.lineCount - 1) * 20
 
     implicitHeight: stacked ? 70 + moreLines + actionFlow.implicitHeight : 60 + moreLines
+
+    TextMetrics {
+        id: wholeMetrics
+
+        font: subtitleText.font
+        text: root.parts.join(" · ")
+    }
+
+    TextMetrics {
+        id: firstMetrics
+
+        font: subtitleText.font
+        text: root.firstParts
+    }
 
     TitleText {
         id: titleText

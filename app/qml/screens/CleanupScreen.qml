@@ -173,7 +173,10 @@ Page {
                 anchors.right: parent.right
                 width: panel.width
                 y: panel.height + Theme.gap
-                visible: !root.isNarrow && root.overview.areas.length > 1 && y + implicitHeight <= parent.height
+                // It ends with the list where next to nothing lacks.
+                height: room - implicitHeight < 44 ? room : implicitHeight
+                visible: !root.isNarrow && shown.length > 1
+                room: parent.height - y
                 areas: root.overview.areas
             }
         }
