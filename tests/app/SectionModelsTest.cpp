@@ -2,6 +2,8 @@
 #include "app/AppsModel.h"
 #include "app/OrganizeModel.h"
 #include "app/RulesModel.h"
+#include "app/Text.h"
+#include "core/base/Json.h"
 #include "tests/app/SectionFixture.h"
 
 #include <gmock/gmock.h>
@@ -235,6 +237,76 @@ TEST_F(SectionModelsTest, showsWhatWouldBeSentAndSendsNothingWithoutAKey) {
   model.dryRun();
   ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
   EXPECT_FALSE(isSent);
+}
+
+// A key ring with every key, and a server that answers as it is told; refuses when it is told nothing.
+class OneKey : public NoSecrets {
+ public:
+  [[nodiscard]] std::optional<SecretText> find(const std::string& /*service*/,
+                                               const std::string& /*account*/) override {
+    return SecretText("sk-secret-key");
+  }
+};
+class Server : public HttpTransport {
+ public:
+  [[nodiscard]] HttpResponse send(const HttpRequest& request, const std::stop_token& /*stop*/) override {
+    body = request.body;
+    if (plan.empty()) throw HttpError(HttpError::Failed{"no route"});
+    Json reply;
+    reply["content"] = Json::array({Json{{"type", "text"}, {"text", plan}}});
+    return {200, jsonText(reply)};
+  }
+
+  std::string plan;
+  std::string body;
+};
+
+TEST_F(SectionModelsTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
+  const ScopedEnvironment home("HOME", tree.path().c_str());
+  tree.file("Downloads/setup.dmg", "installer");
+  OneKey keys;
+  const KeychainService ring{keys};
+  Server server;
+  AgentCoordinator remote{ring, server, ProviderAddresses()};
+  AgentModel model(services(), {.finder = finder,
+                                .organizer = organizer,
+                                .learned = learned,
+                                .topics = topics,
+                                .uninstaller = uninstaller,
+                                .agent = remote,
+                                .keychain = ring,
+                                .planExecutor = planExecutor,
+                                .validator = validator,
+                                .duplicateCleaner = {}});
+  std::vector<std::string> sent;
+  QObject::connect(&model, &AgentModel::requestSent, [&](const QString& text) { sent.push_back(text.toStdString()); });
+  model.setProvider(static_cast<int>(AIProvider::anthropic));
+  ASSERT_TRUE(becomesTrue([&] { return !model.isOffline(); }));
+  model.setPrompt("clear out installers");
+
+  server.plan = R"({"id":"7E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","userGoal":"clear out installers","steps":[)"
+                R"({"id":"1E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","targetFolder":"~/Downloads",)"
+                R"("filter":{"extensions":["dmg"]},"action":"trash","explanation":"Old."}],)"
+                R"("summary":"Installers.","isDryRun":true,"createdAt":700000000})";
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::anthropic)));
+  EXPECT_TRUE(model.fallbackReason().isEmpty());
+  ASSERT_EQ(sent.size(), 1U);
+  EXPECT_THAT(sent.front(), testing::HasSubstr(server.body));
+  EXPECT_THAT(sent.front(), testing::Not(testing::HasSubstr("sk-secret-key")));
+  ASSERT_EQ(model.rowCount(), 1);
+  if (model.selectedCount() == 0) model.toggle(0);
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(tree.path("Downloads/setup.dmg")));
+
+  server.plan.clear();
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::heuristic)));
+  EXPECT_THAT(model.fallbackReason().toStdString(), testing::HasSubstr("no route"));
+  EXPECT_TRUE(model.isOffline());
 }
 
 }  // namespace
