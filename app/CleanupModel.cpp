@@ -1,10 +1,10 @@
 #include "app/CleanupModel.h"
 
 #include "app/AppState.h"
+#include "app/CleanupText.h"
 #include "app/MovedItems.h"
 #include "app/Text.h"
 #include "core/base/FileStatus.h"
-#include "core/organizer/CloudFolderDetector.h"
 #include "core/platform/Desktop.h"
 #include "core/scanning/RiskEvaluator.h"
 
@@ -20,25 +20,6 @@ namespace {
 constexpr int colorCount = 10;
 constexpr std::chrono::milliseconds shortestArrangeDelay{200};
 constexpr std::chrono::milliseconds countInterval{40};
-
-bool isRecentInstaller(const FileItem& item) {
-  return item.category() == ScanCategory::oldDownloads && item.riskLabel() == RiskLabel::review;
-}
-
-// In a few words, without a full stop.
-QString reasonText(const FileItem& item) {
-  if (item.riskLabel() == RiskLabel::manual && item.category() != ScanCategory::manualReview) {
-    return localizedText("reason.protected");
-  }
-  if (isRecentInstaller(item)) return localizedText("reason.recent");
-  return localizedText("reason." + std::string(rawValue(item.category())));
-}
-
-QString cloudText(const FileItem& item, const FileUrl& home) {
-  if (item.isCloudPlaceholder()) return localizedText("cleanup.cloud_only");
-  const auto provider = CloudFolderDetector::detectProvider(item.url(), home.path());
-  return provider ? localizedText("cleanup.cloud_warning").arg(textFrom(rawValue(*provider))) : QString();
-}
 
 }  // namespace
 

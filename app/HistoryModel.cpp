@@ -1,5 +1,6 @@
 #include "app/HistoryModel.h"
 
+#include "app/ProgressPace.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
 #include "core/base/CaselessSearch.h"
@@ -17,7 +18,6 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t mostWarnings = 300;
-constexpr std::chrono::milliseconds progressInterval{50};
 
 constexpr std::string_view inTrashKey = "state.in_trash";
 constexpr std::string_view movedKey = "state.moved";
@@ -260,11 +260,9 @@ void HistoryModel::startRestore(Restore restore) {
   Q_EMIT progressChanged();
   Q_EMIT workChanged();
   m_workQueue.post([this, restore = std::move(restore), stop = m_restoreStop.get_token()](const std::stop_token&) {
-    auto last = std::chrono::steady_clock::time_point();
+    ProgressPace pace;
     const auto progress = [&](std::size_t done, std::size_t total) {
-      const auto now = std::chrono::steady_clock::now();
-      if (now - last < progressInterval && done != total) return;
-      last = now;
+      if (!pace.isDue(done, total)) return;
       callOn(this, [this, done, total] {
         m_done = static_cast<std::int64_t>(done);
         m_total = static_cast<std::int64_t>(total);

@@ -10,7 +10,6 @@
 #include <QAbstractListModel>
 #include <QStringList>
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>

@@ -11,23 +11,21 @@
 namespace orvane {
 namespace {
 
-using Paths = std::unordered_set<std::string>;
-
 // Where the items of those runs came from. A run that was brought back tells of items that are there again.
-Paths originsSince(UndoJournal& journal, Date since) {
-  Paths origins;
+std::vector<std::string> originsSince(UndoJournal& journal, Date since) {
+  std::vector<std::string> origins;
   for (const auto& run : journal.getRuns()) {
     for (const auto& entry : journal.getEntries(run.runId)) {
-      if (entry.timestamp >= since) origins.insert(entry.originalURL.path());
+      if (entry.timestamp >= since) origins.push_back(entry.originalURL.path());
     }
   }
   return origins;
 }
 
 // Whether the item moved, or a folder that it lies in.
-bool isAmong(const Paths& origins, std::string_view path) {
+bool isAmong(const std::unordered_set<std::string_view>& origins, std::string_view path) {
   while (path.size() > 1) {
-    if (origins.contains(std::string(path))) return true;
+    if (origins.contains(path)) return true;
     path = parentPath(path);
   }
   return false;
@@ -39,9 +37,10 @@ MovedItems movedSince(UndoJournal& journal, const ScannedItems::Snapshot& scanne
   MovedItems moved;
   const auto origins = originsSince(journal, since);
   if (origins.empty()) return moved;
+  const std::unordered_set<std::string_view> lookup(origins.begin(), origins.end());
   scanned.items.forEach([&](std::size_t index, const FileItem& item) {
     const auto& path = item.url().path();
-    if (!isAmong(origins, path)) return true;
+    if (!isAmong(lookup, path)) return true;
     const bool isThere = itemExists(path.c_str());
     const bool wasThere = scanned.gone[index] == 0;
     if (isThere != wasThere) (isThere ? moved.back : moved.gone).push_back(static_cast<std::uint32_t>(index));

@@ -1,6 +1,7 @@
 #include "app/RunModel.h"
 
 #include "app/Format.h"
+#include "app/ProgressPace.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
 #include "core/safety/UndoJournal.h"
@@ -14,7 +15,6 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t mostMessages = 300;
-constexpr std::chrono::milliseconds progressInterval{50};
 constexpr std::chrono::milliseconds lookInterval{100};
 
 }  // namespace
@@ -54,10 +54,8 @@ RunModel::~RunModel() {
 
 CleanupRun::Progress RunModel::progressFor() {
   // Called for every file; the main thread is told now and then.
-  return [this, last = std::chrono::steady_clock::time_point()](std::size_t done, std::size_t total) mutable {
-    const auto now = std::chrono::steady_clock::now();
-    if (now - last < progressInterval && done != total) return;
-    last = now;
+  return [this, pace = ProgressPace()](std::size_t done, std::size_t total) mutable {
+    if (!pace.isDue(done, total)) return;
     callOn(this, [this, done, total] {
       m_done = static_cast<std::int64_t>(done);
       m_total = static_cast<std::int64_t>(total);

@@ -1,5 +1,6 @@
 #include "app/TidyModel.h"
 
+#include "app/ProgressPace.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
@@ -7,16 +8,11 @@
 
 #include <QDebug>
 
-#include <chrono>
 #include <exception>
 #include <utility>
 
 namespace orvane {
-namespace {
-
-constexpr std::chrono::milliseconds progressInterval{50};
-
-}  // namespace
+namespace {}  // namespace
 
 TidyModel::TidyModel(MakeCollaborators makeCollaborators, QObject* parent)
     : QObject(parent), m_timer([this](std::function<void()> task) {
@@ -106,11 +102,9 @@ void TidyModel::runNow() {
   Q_EMIT changed();
   Q_EMIT progressChanged();
   m_runQueue.post([this, stop = m_runStop.get_token()](const std::stop_token&) {
-    auto last = std::chrono::steady_clock::time_point();
+    ProgressPace pace;
     const auto progress = [&](std::size_t done, std::size_t total) {
-      const auto now = std::chrono::steady_clock::now();
-      if (now - last < progressInterval && done != total) return;
-      last = now;
+      if (!pace.isDue(done, total)) return;
       callOn(this, [this, done, total] {
         m_done = done;
         m_total = total;

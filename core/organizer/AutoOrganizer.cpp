@@ -2,7 +2,6 @@
 
 #include "core/base/CanonicalPath.h"
 #include "core/base/CheckedArithmetic.h"
-#include "core/base/DirectoryReader.h"
 #include "core/base/FileLock.h"
 #include "core/base/OpenFolder.h"
 #include "core/base/PathText.h"
@@ -11,6 +10,7 @@
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/ProposedNames.h"
 #include "core/organizer/TopicCategorizerFactory.h"
+#include "core/organizer/TopicNames.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/UndoJournal.h"
@@ -28,29 +28,14 @@ namespace {
 
 constexpr double secondsPerDay = 86400;
 constexpr std::string_view lockName = "auto_organize.lock";
-constexpr std::size_t maximumNameBytes = 255;
 constexpr std::array<std::string_view, 3> ownFolders{recentsFolderName, keepAsIsFolderName, topicsFolderName};
 
 // Whether a folder below "Sorted" may have the name of this topic: topics share that folder with the categories.
 bool isUsableTopic(const std::string& topic) {
   const auto isSame = [&](std::string_view name) { return lowercased(name) == lowercased(topic); };
-  return topic.size() <= maximumNameBytes && !topic.starts_with('.') && topic.find('/') == std::string::npos &&
+  return TopicNames::canNameFolder(topic) &&
          std::none_of(reservedTopLevelCategories.begin(), reservedTopLevelCategories.end(), isSame) &&
          std::none_of(ownFolders.begin(), ownFolders.end(), isSame);
-}
-
-// The folders below "Sorted" that no category made.
-std::set<std::string> existingTopics(const FileUrl& sorted, const FolderOrganizerEngine& engine) {
-  std::set<std::string> topics;
-  auto reader = DirectoryReader::open(AT_FDCWD, sorted.path().c_str(), DirectoryReader::Links::refuse);
-  while (reader) {
-    const auto entry = reader->next();
-    if (!entry) break;
-    if (entry->type != FileType::directory && entry->type != FileType::unknown) continue;
-    const std::string name(entry->name);
-    if (isValidUtf8(name) && isUsableTopic(name) && !engine.isGeneratedFolder(name)) topics.insert(name);
-  }
-  return topics;
 }
 
 // Collects the moves of one folder into a group for each destination.
@@ -161,8 +146,11 @@ std::vector<std::string> AutoOrganizer::categoriesOf(const std::vector<TidyItem>
     std::set<std::string> names;
     for (const auto& item : items) names.emplace(item.url.lastPathComponent());
     const std::vector<std::string> asked(names.begin(), names.end());
-    topics =
-        categorizer->topics(asked, existingTopics(folder.appendingPathComponent(topicsFolderName), m_engine), stop);
+    // The folders below "Sorted" that no category made.
+    const auto existing = TopicNames::foldersBelow(
+        folder.appendingPathComponent(topicsFolderName),
+        [this](const std::string& name) { return isUsableTopic(name) && !m_engine.isGeneratedFolder(name); });
+    topics = categorizer->topics(asked, existing, stop);
   }
   const auto chooser = m_engine.chooserFor(folder, OrganizationStrategy::byCategory);
   std::vector<std::string> categories;

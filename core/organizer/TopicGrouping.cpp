@@ -1,15 +1,12 @@
 #include "core/organizer/TopicGrouping.h"
 
 #include "core/base/CanonicalPath.h"
-#include "core/base/DirectoryReader.h"
 #include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/ProposedNames.h"
 #include "core/organizer/TopicCategorizing.h"
-
-#include <fcntl.h>
+#include "core/organizer/TopicNames.h"
 
 #include <algorithm>
 #include <map>
@@ -24,27 +21,9 @@ namespace {
 using Groups = std::vector<OrganizationCategoryGroup>;
 
 constexpr std::string_view documents = "Documents";
-constexpr std::size_t longestName = 255;  // bytes
 
 bool holdsDocuments(const OrganizationCategoryGroup& group) {
   return group.name == documents || group.name.starts_with(std::string(documents) + "/");
-}
-
-bool isUsable(const std::string& topic) {
-  return !topic.empty() && topic.size() <= longestName && !topic.starts_with('.') &&
-         topic.find('/') == std::string::npos;
-}
-
-// The folders beside the kinds of documents that no kind made.
-std::set<std::string> existingTopics(const FileUrl& folder) {
-  std::set<std::string> topics;
-  auto reader = DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::refuse);
-  while (const auto entry = reader ? reader->next() : std::nullopt) {
-    if (entry->type != FileType::directory && entry->type != FileType::unknown) continue;
-    const std::string name(entry->name);
-    if (isValidUtf8(name) && isUsable(name) && !isGeneratedFolder(name, {})) topics.insert(name);
-  }
-  return topics;
 }
 
 std::vector<std::string> documentNames(const Groups& groups) {
@@ -67,7 +46,7 @@ std::map<std::string, std::vector<ProposedMove>> takeMoves(Groups& groups,
     std::vector<ProposedMove> left;
     for (auto& move : group.moves) {
       const auto topic = topics.find(std::string(move.originalURL.lastPathComponent()));
-      const bool hasTopic = !move.isDirectory && topic != topics.end() && isUsable(topic->second);
+      const bool hasTopic = !move.isDirectory && topic != topics.end() && TopicNames::canNameFolder(topic->second);
       const auto category = hasTopic ? joinPath(documents, topic->second) : group.name;
       (category == group.name ? left : taken[category]).push_back(std::move(move));
     }
@@ -83,7 +62,10 @@ Groups groupedByTopic(Groups groups, const FileUrl& destinationRoot, TopicCatego
   const auto names = documentNames(groups);
   if (names.empty()) return groups;
   const auto folder = FolderOrganizerEngine::categoryFolder(destinationRoot, documents);
-  auto taken = takeMoves(groups, categorizer.topics(names, existingTopics(folder), stop));
+  // The folders beside the kinds of documents that no kind made.
+  const auto existing =
+      TopicNames::foldersBelow(folder, [](const std::string& name) { return !isGeneratedFolder(name, {}); });
+  auto taken = takeMoves(groups, categorizer.topics(names, existing, stop));
 
   ProposedNames given;
   for (const auto& group : groups) {

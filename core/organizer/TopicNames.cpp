@@ -1,7 +1,9 @@
 #include "core/organizer/TopicNames.h"
 
+#include "core/base/DirectoryReader.h"
 #include "core/base/UnicodeText.h"
 
+#include <fcntl.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
@@ -43,6 +45,24 @@ std::optional<std::string> TopicNames::sanitize(std::string_view text) {
   name = name.substr(first, name.find_last_not_of(". ") - first + 1);
   if (perceivedCharacterCount(name) > longestName) return std::nullopt;
   return name;
+}
+
+bool TopicNames::canNameFolder(std::string_view topic) noexcept {
+  constexpr std::size_t longestNameBytes = 255;
+  return !topic.empty() && topic.size() <= longestNameBytes && !topic.starts_with('.') &&
+         topic.find('/') == std::string_view::npos;
+}
+
+std::set<std::string> TopicNames::foldersBelow(const FileUrl& parent,
+                                               const std::function<bool(const std::string&)>& admits) {
+  std::set<std::string> topics;
+  auto reader = DirectoryReader::open(AT_FDCWD, parent.path().c_str(), DirectoryReader::Links::refuse);
+  while (const auto entry = reader ? reader->next() : std::nullopt) {
+    if (entry->type != FileType::directory && entry->type != FileType::unknown) continue;
+    std::string name(entry->name);
+    if (isValidUtf8(name) && canNameFolder(name) && admits(name)) topics.insert(std::move(name));
+  }
+  return topics;
 }
 
 }  // namespace orvane

@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// The desktop's notification service on the session bus (Desktop Notifications Specification 1.2). An answer that takes
+// The desktop's notification service on the session bus (Desktop Notifications 1.2). An answer that takes
 // longer than a second counts as none.
 class BusNotificationCenter : public NotificationCenter {
  public:

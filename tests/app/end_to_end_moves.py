@@ -8,7 +8,7 @@ import os
 import sys
 import time
 
-from window_driver import Scenario, expect, files_below, main, trash_of, wait_for
+from window_driver import Scenario, expect, files_below, main, trash_of, wait_for, wait_for_all_back
 
 DAY = 86400  # seconds
 
@@ -42,8 +42,7 @@ def clean_duplicates(window, home):
     window.press("OK")
 
     window.press("Undo Clean")
-    wait_for("the copy to come back", lambda: files_below(downloads) == before)
-    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+    wait_for_all_back(home, downloads, before)
 
 
 # --- organizer
@@ -116,9 +115,8 @@ def uninstall(window, home):
     wait_for("the application to go", lambda: not files_below(applications))
     wait_for("its cache to go", lambda: not files_below(cache))
     window.press("Undo")
-    wait_for("the application to come back", lambda: files_below(applications) == before)
+    wait_for_all_back(home, applications, before)
     wait_for("its cache to come back", lambda: files_below(cache) == left)
-    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
 
 
 if __name__ == "__main__":

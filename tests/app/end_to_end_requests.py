@@ -8,7 +8,7 @@ import os
 import sys
 import time
 
-from window_driver import Scenario, expect, files_below, main, trash_of, wait_for
+from window_driver import Scenario, expect, files_below, main, trash_of, wait_for_all_back
 
 DAY = 86400  # seconds
 
@@ -48,8 +48,7 @@ def write_and_run_rule(window, home):
     expect(files_below(downloads) == {"Logs/old.dat": before["Logs/old.dat"]}, "more than the log left its place")
 
     window.press("Undo")
-    wait_for("the log to come back", lambda: files_below(downloads) == before)
-    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+    wait_for_all_back(home, downloads, before)
 
 
 def prepare_assistant(home):
@@ -81,8 +80,7 @@ def ask_assistant(window, home):
     expect(files_below(downloads) == after, "more than the old file left its place")
 
     window.press("Undo")
-    wait_for("the file to come back", lambda: files_below(downloads) == before)
-    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+    wait_for_all_back(home, downloads, before)
 
 
 if __name__ == "__main__":

@@ -146,6 +146,12 @@ def trash_of(home):
     return home / ".local/share/Trash/files"
 
 
+def wait_for_all_back(home, folder, before):
+    """Waits until a folder holds what it held, and the Trash nothing any more."""
+    wait_for("everything to come back", lambda: files_below(folder) == before)
+    wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
+
+
 class Scenario:
     """One start of the program in a home of its own: `prepare(home)`, then `act(window, home)`."""
 
