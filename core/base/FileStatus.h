@@ -40,9 +40,16 @@ struct ItemIdentity {
   std::uint64_t inode = 0;
   std::int64_t size = 0;
   FileTime modified;
+  FileType type = FileType::unknown;
 
   [[nodiscard]] static ItemIdentity of(const FileStatus& status) noexcept {
-    return {status.device, status.inode, status.size, status.modified};
+    return {status.device, status.inode, status.size, status.modified, status.type};
+  }
+  // Whether `now` is the item that had this identity when somebody was shown it. A folder's size and time follow what
+  // is put into it, so only its inode counts.
+  [[nodiscard]] bool isStill(const ItemIdentity& now) const noexcept {
+    if (type != FileType::directory) return *this == now;
+    return now.type == type && now.device == device && now.inode == inode;
   }
   bool operator==(const ItemIdentity&) const = default;
 };

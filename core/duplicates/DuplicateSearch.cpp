@@ -315,7 +315,7 @@ FileItem DuplicateSearch::itemOf(FoundPlace place) const {
   fields.fileSize = file.size();
   const auto created = file.created();
   fields.createdDate = created ? created->date() : ReferenceClock::now();
-  fields.lastModifiedDate = file.modified().date();
+  fields.identity = {file.device(), file.inode(), file.size(), file.modified(), FileType::regular};
   fields.category = ScanCategory::duplicates;
   fields.riskLabel = RiskLabel::review;
   fields.isSelected = false;

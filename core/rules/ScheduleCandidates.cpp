@@ -86,9 +86,9 @@ class ReadFolder : public WorkStack::Task {
     FileItem::Fields fields;
     fields.url = FileUrl(std::string(m_prefix).append(name));
     fields.relativeStart = static_cast<std::uint32_t>(m_prefix.size());
+    fields.identity = ItemIdentity::of(status);
     fields.fileSize = status.size;
-    fields.lastModifiedDate = status.modified.date();
-    fields.createdDate = fields.lastModifiedDate;
+    fields.createdDate = status.modified.date();
     fields.category = judges.classifier.classify(name, status.size);
     fields.riskLabel = judges.risk.evaluate(fields.category, name, fields.createdDate);
     m_folder.items.emplace_back(std::move(fields));

@@ -91,7 +91,7 @@ class Group {
       throw TrashError(TrashError::PathValidationFailed{
           fmt::format("'{}' holds Orvane's own undo journal.", request.source.path())});
     }
-    if (request.expectedIdentity && *request.expectedIdentity != move->identity()) {
+    if (request.expectedIdentity && !request.expectedIdentity->isStill(move->identity())) {
       throw TrashError(
           TrashError::UnderlyingError{fmt::format("'{}' has changed since it was looked at.", request.source.path())});
     }

@@ -28,7 +28,7 @@ struct MoveRequest {
   std::optional<std::string> checksum;  // content digest, when the caller has one
   // The folder that the item goes into, created where it is missing; the Trash when absent.
   std::optional<FileUrl> destinationFolder;
-  // What the caller approved; the item is left alone when another file has its name by now.
+  // Of the item that was approved, which alone may move: not another one that has its name by now.
   std::optional<ItemIdentity> expectedIdentity;
   // When the journal is to say that it happened; the time of the move when absent.
   std::optional<Date> timestamp;

@@ -23,6 +23,15 @@ FileItem::FileItem(Fields fields)
       m_riskLabel(fields.riskLabel.value_or(defaultRisk(fields.category))),
       m_isSelected(m_riskLabel != RiskLabel::manual && fields.isSelected.value_or(m_riskLabel == RiskLabel::safe)),
       m_isCloudPlaceholder(fields.isCloudPlaceholder) {
+  if (fields.identity) {
+    const auto& identity = *fields.identity;
+    m_lastModifiedDate = identity.modified.date();
+    m_device = identity.device;
+    m_inode = identity.inode;
+    m_modifiedNanoseconds = static_cast<std::uint32_t>(identity.modified.nanoseconds);
+    m_type = identity.type;
+    if (m_type != FileType::directory) m_fileSize = identity.size;
+  }
   const std::string_view path = m_url.path();
   if (fields.relativeStart && *fields.relativeStart <= path.size()) {
     m_relativeStart = *fields.relativeStart;
@@ -33,18 +42,24 @@ FileItem::FileItem(Fields fields)
   if (path.ends_with(relative) && path.size() < ownText) {
     m_relativeStart = static_cast<std::uint32_t>(path.size() - relative.size());
   } else {
-    m_relativePath = relative;
+    m_relativePath = RareText(relative);
   }
 }
 
 std::string_view FileItem::relativePath() const noexcept {
-  if (m_relativeStart == ownText) return m_relativePath;
+  if (m_relativeStart == ownText) return m_relativePath.get();
   return std::string_view(m_url.path()).substr(m_relativeStart);
 }
 
 std::optional<Date> FileItem::lastOpenedDate() const noexcept {
   if (std::isnan(referenceSeconds(m_lastOpenedDate))) return std::nullopt;
   return m_lastOpenedDate;
+}
+
+std::optional<ItemIdentity> FileItem::identity() const noexcept {
+  if (m_type == FileType::unknown) return std::nullopt;
+  const auto seconds = std::llround(unixSeconds(m_lastModifiedDate) - m_modifiedNanoseconds * 1e-9);
+  return ItemIdentity{m_device, m_inode, m_fileSize, {seconds, m_modifiedNanoseconds}, m_type};
 }
 
 void FileItem::setSelected(bool value) noexcept {

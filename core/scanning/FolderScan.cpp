@@ -138,7 +138,7 @@ FileItem::Fields FolderScan::fieldsOf(std::string_view name, const FileStatus& s
   if (!fields.relativeStart) fields.relativePath = relativePath(fields.url.path(), m_root);
   fields.fileSize = status.size;
   fields.createdDate = status.created ? status.created->date() : ReferenceClock::now();
-  fields.lastModifiedDate = status.modified.date();
+  fields.identity = ItemIdentity::of(status);
   fields.lastOpenedDate = status.accessed.date();
   return fields;
 }

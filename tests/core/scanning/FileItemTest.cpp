@@ -101,5 +101,37 @@ TEST(FileItem, survivesJsonWithTheGivenKeys) {
   EXPECT_EQ(FileItem::fromJson(parseJson(jsonText(json))), item);
 }
 
+TEST(FileItemIdentity, survivesTheRoundOfDatesToTheNanosecond) {
+  for (const std::int64_t seconds : {std::int64_t{0}, std::int64_t{978307199}, std::int64_t{4102444800}}) {
+    for (const std::int64_t nanoseconds : {0, 1, 499'999'999, 500'000'001, 999'999'999}) {
+      const ItemIdentity identity{1ULL << 40, ~0ULL, 12, {seconds, nanoseconds}, FileType::regular};
+      FileItem::Fields fields;
+      fields.url = FileUrl("/a/b");
+      fields.identity = identity;
+      const FileItem item(std::move(fields));
+      EXPECT_EQ(item.identity(), identity) << seconds << " " << nanoseconds;
+      EXPECT_EQ(item.fileSize(), 12);
+      EXPECT_EQ(item.lastModifiedDate(), identity.modified.date());
+    }
+  }
+  EXPECT_FALSE(FileItem(FileItem::Fields{}).identity());
+}
+
+TEST(FileItemIdentity, ofAFolderIsItsInode) {
+  const ItemIdentity folder{1, 2, 4096, {3, 4}, FileType::directory};
+  auto now = folder;
+  now.size = 8192;
+  now.modified = {5, 6};
+  EXPECT_TRUE(folder.isStill(now));
+  now.type = FileType::symbolicLink;
+  EXPECT_FALSE(folder.isStill(now));
+  auto file = folder;
+  file.type = FileType::regular;
+  auto written = file;
+  written.modified = {3, 5};
+  EXPECT_TRUE(file.isStill(file));
+  EXPECT_FALSE(file.isStill(written));
+}
+
 }  // namespace
 }  // namespace orvane
