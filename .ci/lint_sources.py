@@ -32,7 +32,7 @@ FLOORS = [
             "rules/RuleTrigger",
             "rules/ScheduleFrequency",
             "rules/ScheduleSettings",
-            "safety/AllowedRoots",
+            "safety/Boundary",
             "safety/JournalEntry",
             "safety/ManagedFolderType",
             "safety/SecurityError",

@@ -48,10 +48,8 @@ std::vector<PlanTarget> targetsOf(const CleaningPlan& plan, const WindowServices
     const auto folder = planFolder(step.targetFolder);
     if (!folder) continue;
     PlanTarget target{*folder, canonicalPath(folder->path())};
-    const bool isInside =
-        std::ranges::any_of(roots, [&](const std::string& root) { return isSameOrInside(target.canonical, root); });
-    if (isInside && !roots.empty() && validator.isPathAllowedFast(*folder, roots) &&
-        seen.insert(target.canonical).second) {
+    const bool isInside = roots.contains(target.canonical);
+    if (isInside && validator.isPathAllowed(*folder, roots) && seen.insert(target.canonical).second) {
       targets.push_back(std::move(target));
     }
   }
@@ -326,9 +324,9 @@ void AgentModel::confirm() {
       m_selectedCount,
       [services = services(), sections = m_sections, matches = m_answer->matches](const CleanupRun::Progress& progress,
                                                                                   const std::stop_token& stop) {
-        const AllowedRoots roots(rootsFor(services));
+        const Boundary roots(rootsFor(services));
         // Without a folder there would be no boundary either.
-        if (roots.empty()) return RunReport{};
+        if (roots.allowsNothing()) return RunReport{};
         const auto execution = sections.planExecutor.execute(matches, services.journal(), roots, progress, stop);
         return RunReport::of(execution.summary.batchId, execution.outcomes);
       },

@@ -1,7 +1,7 @@
 #include "app/CleanupWork.h"
 
 #include "core/base/FileStatus.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 
 #include <fcntl.h>
 
@@ -67,7 +67,7 @@ CleanupReport cleanItems(TrashMover& mover, UndoJournal& journal, const ScannedI
   }
   report.left = static_cast<std::int64_t>(chosen.size() - requests.size() - report.failures.size());
 
-  CleanupRun run(mover, journal, AllowedRoots(scanned.folders));
+  CleanupRun run(mover, journal, Boundary(scanned.folders));
   const auto outcomes = run.carryOut(requests, progress, stop);
   for (std::size_t at = 0; at < outcomes.size(); ++at) {
     const auto& outcome = outcomes[at];
@@ -82,6 +82,7 @@ CleanupReport cleanItems(TrashMover& mover, UndoJournal& journal, const ScannedI
         break;
       case MoveResult::refused:
       case MoveResult::missing:
+      case MoveResult::changed:
       case MoveResult::failed:
         report.failures.push_back({nameOf(outcome.source), CleanupFailure::Reason::refused, outcome.error});
         break;

@@ -335,7 +335,7 @@ void DuplicatesModel::cleanSelected() {
       m_selectedCount,
       [sections = m_sections, groups = std::move(groups), roots = m_searchedRoots, moved](
           const CleanupRun::Progress& progress, const std::stop_token& stop) {
-        const auto cleanup = sections.duplicateCleaner().clean(groups, AllowedRoots(roots), progress, stop);
+        const auto cleanup = sections.duplicateCleaner().clean(groups, Boundary(roots), progress, stop);
         auto report = RunReport::of(cleanup.runId.value_or(Uuid()), cleanup.outcomes);
         std::set<FileUrl> places;
         for (const auto& outcome : cleanup.outcomes) {

@@ -3,7 +3,7 @@
 #include "app/Text.h"
 #include "core/base/CanonicalPath.h"
 #include "core/base/DirectoryReader.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/FileAccessService.h"
 #include "core/safety/ManagedFolderType.h"
 #include "core/safety/PathValidator.h"
@@ -68,7 +68,7 @@ void GrantedFolders::keepDefaults() const {
 QString GrantedFolders::add(const QString& url) const {
   const auto folder = placeFrom(url);
   try {
-    m_validator.validate(folder, AllowedRoots());
+    m_validator.validate(folder, fixedRulesOnly);
     keepDefaults();
     m_service.saveBookmark(folder);
   } catch (const std::exception& error) {

@@ -400,7 +400,7 @@ void OrganizeModel::apply() {
       [services = services(), sections = m_sections, groups = groups(), folder = *m_folder, root = destinationRoot()](
           const CleanupRun::Progress& progress, const std::stop_token& stop) {
         const auto execution =
-            sections.organizer.carryOut(groups, services.journal(), AllowedRoots({folder, root}), progress, stop);
+            sections.organizer.carryOut(groups, services.journal(), Boundary({folder, root}), progress, stop);
         return RunReport::of(execution.summary.batchId, execution.outcomes);
       },
       [this](const RunReport&) {

@@ -276,7 +276,7 @@ QVariantMap RulesModel::problemsOnDisk(const CleanupRule& rule, const PathValida
   if (rule.action.type() == RuleAction::Type::moveToFolder) {
     const auto path = expandedHome(rule.action.path());
     const bool isAllowed =
-        path.starts_with('/') && validator.isPathAllowedFast(FileUrl(path), PathValidator::canonicalizeRoots(folders));
+        path.starts_with('/') && validator.isPathAllowed(FileUrl(path), PathValidator::canonicalizeRoots(folders));
     if (!isAllowed) problems["actionPath"] = QStringLiteral("rules.destination_refused");
   }
   return problems;
@@ -363,7 +363,7 @@ void RulesModel::runPreviewed() {
     // Without a folder there would be no boundary either.
     if (folders.empty()) return RunReport{};
     const auto items = scanForRules(services, stop, looked.get());
-    const auto execution = services.rules.carryOut(rules, items, AllowedRoots(folders), progress, stop);
+    const auto execution = services.rules.carryOut(rules, items, Boundary(folders), progress, stop);
     return RunReport::of(execution.summary.batchId, execution.outcomes);
   });
 }

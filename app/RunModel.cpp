@@ -33,6 +33,7 @@ RunReport RunReport::of(const Uuid& runId, std::span<const MoveOutcome> outcomes
         break;
       case MoveResult::refused:
       case MoveResult::missing:
+      case MoveResult::changed:
       case MoveResult::failed:
         report.failures.push_back(
             {std::string(outcome.source.lastPathComponent()), CleanupFailure::Reason::refused, outcome.error});

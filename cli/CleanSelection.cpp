@@ -11,30 +11,6 @@
 
 namespace orvane::cli {
 
-bool CleanWish::takes(const FileItem& item) const {
-  const auto category = item.category();
-  if (category == ScanCategory::trash) return false;
-  const bool isNamed = std::find(categories.begin(), categories.end(), category) != categories.end();
-  if (!categories.empty() && !isNamed) return false;
-  if (item.isSelected()) return true;
-  return isNamed && reviewItems == ReviewItems::include && item.riskLabel() == RiskLabel::review;
-}
-
-void CleanSelection::consider(const FileItem& item) {
-  if (item.category() == ScanCategory::trash) m_inTrash.add(item.fileSize());
-  if (!m_wish.takes(item)) return;
-  auto request = moveRequestFor(item.url(), item.fileSize());
-  if (!request || !m_paths.insert(item.url().path()).second) return;
-  m_totals.add(item, request->fileSize);
-  m_requests.push_back(*std::move(request));
-  m_items.push_back(item);
-  m_items.back().setSelected(true);
-}
-
-std::vector<std::string> CleanSelection::cloudWarnings() const {
-  return cli::cloudWarnings(m_requests);
-}
-
 std::optional<MoveRequest> moveRequestFor(const FileUrl& place, std::int64_t folderSize) {
   const auto status = readFileStatus(AT_FDCWD, place.path().c_str());
   if (!status) return std::nullopt;

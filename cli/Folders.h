@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
+#include "core/safety/Boundary.h"
 
 #include <optional>
 #include <string>
@@ -8,8 +9,12 @@
 
 namespace orvane::cli {
 
+class Arguments;
+
 // The folders that the user has granted and that exist.
 [[nodiscard]] std::vector<FileUrl> grantedFolders();
+// Where a command may act: inside the folders of --root, else inside the granted ones. Throws UsageError.
+[[nodiscard]] Boundary boundaryFrom(const Arguments& arguments);
 // The granted folders. Throws UsageError, saying what to name instead (such as "a FOLDER"), where there is none.
 [[nodiscard]] std::vector<FileUrl> requiredGrantedFolders(std::string_view instead);
 

@@ -55,7 +55,7 @@ std::string questionFor(const Outlook& outlook) {
                      formatByteCount(outlook.trashedBytes), itemCount(outlook.moved));
 }
 
-PlanExecution execute(Session& session, const std::vector<PlanMatchResult>& matches, const AllowedRoots& roots) {
+PlanExecution execute(Session& session, const std::vector<PlanMatchResult>& matches, const Boundary& roots) {
   const auto stop = session.stop();
   ProgressLine line(session);
   return PlanExecutor::shared().execute(matches, UndoJournal::shared(), roots, movingProgress(line), stop);
@@ -100,9 +100,9 @@ PlanRun runPlan(Session& session, const Arguments& arguments, std::vector<PlanMa
     case Answer::yes:
       break;
   }
-  const AllowedRoots roots(planRoots());
+  const Boundary roots(planRoots());
   // Without a folder there would be no boundary either.
-  if (roots.empty()) {
+  if (roots.allowsNothing()) {
     Session::report("none of the granted folders exists any more; nothing was changed");
     run.status = ExitStatus::failed;
     return run;

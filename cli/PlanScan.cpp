@@ -9,7 +9,7 @@
 #include "core/base/PathText.h"
 #include "core/plans/PlanFolder.h"
 #include "core/plans/PlanMatcher.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 
 #include <fmt/format.h>
 
@@ -20,13 +20,9 @@
 namespace orvane::cli {
 namespace {
 
-bool isInsideOneOf(const std::vector<std::string>& roots, std::string_view path) {
-  return std::ranges::any_of(roots, [&](const std::string& root) { return isSameOrInside(path, root); });
-}
-
 // The folders to scan, each once. What is left out is said.
 std::vector<PlanTarget> targetsOf(const CleaningPlan& plan, PlanReach reach, bool& someAreLeftOut) {
-  const AllowedRoots roots(planRoots());
+  const Boundary roots(planRoots());
   std::vector<PlanTarget> result;
   std::unordered_set<std::string> looked;
   for (const auto& step : plan.steps) {
@@ -34,7 +30,7 @@ std::vector<PlanTarget> targetsOf(const CleaningPlan& plan, PlanReach reach, boo
     if (!folder) continue;
     PlanTarget target{*folder, canonicalPath(folder->path())};
     if (!looked.insert(target.canonical).second) continue;
-    const bool isAllowed = isInsideOneOf(roots.canonicalPaths(), target.canonical);
+    const bool isAllowed = roots.contains(target.canonical);
     if (const auto refusal = refusalOf(*folder)) {
       Session::report(*refusal);
     } else if (!isAllowed && reach == PlanReach::allowedRoots) {

@@ -16,10 +16,6 @@
 
 namespace orvane::cli {
 
-std::string itemCount(std::int64_t count) {
-  return fmt::format("{} {}", formatCount(count), count == 1 ? "item" : "items");
-}
-
 std::string movingText(std::size_t done, std::size_t total) {
   return fmt::format("Moving to the Trash: {} of {}", formatCount(static_cast<std::int64_t>(done)),
                      itemCount(static_cast<std::int64_t>(total)));
@@ -58,10 +54,10 @@ ExitStatus reportOutcomes(std::span<const MoveOutcome> outcomes) {
 }
 
 void reportJournalNotices() {
-  for (const auto& notice : UndoJournal::shared().takeNotices()) Session::report(notice);
+  tellJournalNotices();
 }
 
-RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<const MoveRequest> requests,
+RunReport moveToTrash(Session& session, const Boundary& roots, std::span<const MoveRequest> requests,
                       std::vector<RunReport::Failure> failures) {
   const auto carryOut = [&](const CleanupRun::Progress& progress, std::stop_token stop) -> CarriedOut {
     CleanupRun run(TrashMover::shared(), UndoJournal::shared(), roots);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/ExitStatus.h"
+#include "cli/ProposalRun.h"
 #include "core/base/JsonFwd.h"
 #include "core/base/Uuid.h"
 #include "core/safety/CleanupRun.h"
@@ -41,7 +42,7 @@ struct RunReport {
 
 // Moves the requests to the Trash as one run, showing progress. `failures` are those of items that were ruled out
 // before.
-RunReport moveToTrash(Session& session, const AllowedRoots& roots, std::span<const MoveRequest> requests,
+RunReport moveToTrash(Session& session, const Boundary& roots, std::span<const MoveRequest> requests,
                       std::vector<RunReport::Failure> failures = {});
 
 // The same for a run that somebody else carries out: `carryOut` is given what it has to report and to obey.
@@ -54,8 +55,6 @@ RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunR
 
 // "Moving to the Trash: 512 of 1,000 items"
 [[nodiscard]] std::string movingText(std::size_t done, std::size_t total);
-// "1 item" or "1,234 items".
-[[nodiscard]] std::string itemCount(std::int64_t count);
 // "Move 12 items (3.4 GB) to the Trash?"
 [[nodiscard]] std::string trashQuestion(std::int64_t count, std::int64_t bytes);
 

@@ -1,18 +1,14 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
-#include "core/scanning/ScanEvent.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/tasks/ScanTask.h"
 
-#include <cstdint>
 #include <functional>
 #include <vector>
 
 namespace orvane::cli {
 
 class Session;
-
-enum class ScanEnd : std::uint8_t { completed, cancelled };
 
 // Scans the folders and hands over the events in batches, the last one included. Shows progress; an interruption
 // cancels the scan.

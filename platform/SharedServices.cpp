@@ -24,6 +24,7 @@
 #include "core/safety/TrashMover.h"
 #include "core/safety/UndoJournal.h"
 #include "core/scanning/StorageScanner.h"
+#include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/SystemServices.h"
 
@@ -141,7 +142,9 @@ PermissionsManager& PermissionsManager::shared() {
 }
 
 RuleEngine& RuleEngine::shared() {
-  static RuleEngine engine(systemPreferences(), TrashMover::shared(), UndoJournal::shared(), PathValidator::shared());
+  static RuleEngine engine(
+      systemPreferences(), TrashMover::shared(), []() -> UndoJournal& { return UndoJournal::shared(); },
+      PathValidator::shared());
   return engine;
 }
 
@@ -174,6 +177,27 @@ HeadlessCoordinator& HeadlessCoordinator::shared() {
        .console = writeToConsole,
        .wait = [](std::chrono::seconds time) { std::this_thread::sleep_for(time); }});
   return coordinator;
+}
+
+const TaskServices& TaskServices::shared() {
+  static const TaskServices services{
+      .validator = PathValidator::shared(),
+      .statusReader = systemFileStatusReader(),
+      .scanner = StorageScanner::shared(),
+      .folders = FileAccessService::shared(),
+      .mover = TrashMover::shared(),
+      .rules = RuleEngine::shared(),
+      .finder = DuplicateFinderEngine::shared(),
+      .organizer = FolderOrganizerEngine::shared(),
+      .learned = CategoryPreferencesStore::shared(),
+      .topics = TopicCategorizerFactory::shared(),
+      .tidySettings = AutoOrganizeSettingsStore::shared(),
+      .uninstaller = AppUninstallerEngine::shared(),
+      .agent = AgentCoordinator::shared(),
+      .home = FileUrl(homeFolder()),
+      .journal = []() -> UndoJournal& { return UndoJournal::shared(); },
+  };
+  return services;
 }
 
 }  // namespace orvane

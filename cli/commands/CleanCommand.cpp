@@ -1,21 +1,17 @@
 #include "cli/Arguments.h"
-#include "cli/CleanSelection.h"
-#include "cli/Consent.h"
-#include "cli/FileArguments.h"
 #include "cli/Folders.h"
-#include "cli/RunReport.h"
-#include "cli/ScanRun.h"
+#include "cli/ProgressLine.h"
+#include "cli/ProposalRun.h"
+#include "cli/ScanTotals.h"
 #include "cli/Session.h"
-#include "cli/Table.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
-#include "core/base/ByteCount.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
-
-#include <fmt/format.h>
+#include "core/tasks/CleanTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <array>
+#include <optional>
+#include <utility>
 
 namespace orvane::cli {
 namespace {
@@ -51,76 +47,40 @@ CleanWish wishFrom(const Arguments& arguments) {
     if (wish.categories.empty()) throw UsageError("--include-review needs the categories meant: add --category C");
     wish.reviewItems = ReviewItems::include;
   }
+  if (arguments.has("--developer-caches")) wish.developerCaches = DeveloperCaches::include;
   return wish;
 }
 
-void tellWhatIsLeftOut(const CleanSelection& selection) {
-  if (selection.inTrash().count == 0) return;
-  Session::report(fmt::format("left out: {} ({}) in a Trash already; emptying the Trash frees the space",
-                              itemCount(selection.inTrash().count), formatByteCount(selection.inTrash().bytes)));
-}
-
-ExitStatus printDryRun(Session& session, const CleanSelection& selection) {
-  if (session.isJson()) {
-    Json json = Json::object();
-    json["items"] = Json::array();
-    for (const auto& item : selection.items()) json["items"].push_back(item.toJson());
-    json["totalBytes"] = selection.totals().all().bytes;
-    session.out().line(jsonText(json));
-    return ExitStatus::done;
-  }
-  Table table({{"Size", Alignment::right}, {"Category"}, {"Item"}});
-  for (const auto& item : selection.items()) {
-    table.addRow(
-        {{formatByteCount(item.fileSize())}, {std::string(displayName(item.category()))}, {shownPath(item.url())}});
-  }
-  if (!selection.items().empty()) table.print(session);
-  session.out().line(fmt::format("Would move {} ({}) to the Trash.", itemCount(selection.totals().all().count),
-                                 formatByteCount(selection.totals().all().bytes)));
-  return ExitStatus::done;
-}
-
-ExitStatus cleanUp(Session& session, const Arguments& arguments, const std::vector<FileUrl>& folders,
-                   const CleanSelection& selection) {
-  const auto& chosen = selection.totals().all();
-  if (chosen.count == 0) return RunReport{}.print(session);
-  if (!session.isJson()) selection.totals().printTable(session);
-  for (const auto& warning : selection.cloudWarnings()) Session::tell(escapedForDisplay(warning));
-  switch (askConsent(session, arguments, trashQuestion(chosen.count, chosen.bytes))) {
-    case Answer::interrupted:
-      return ExitStatus::interrupted;
-    case Answer::no:
-      return RunReport{}.print(session);
-    case Answer::yes:
-      break;
-  }
-  reportJournalNotices();
-  return moveToTrash(session, AllowedRoots(folders), selection.requests()).print(session);
+void printTable(Session& session, const Proposal& proposal) {
+  ScanTotals totals;
+  proposal.forEach([&](std::size_t, const ProposedRow& row) { totals.add(row.item); });
+  totals.printTable(session);
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
-  const auto wish = wishFrom(arguments);
+  auto wish = wishFrom(arguments);
   const bool isDryRun = arguments.has("--dry-run");
   if (!isDryRun) requireConsentPossible(arguments);
-  const auto chosen = chosenFolders(arguments.plain());
-  // Without a folder there would be no boundary either.
-  if (chosen.folders.empty()) return ExitStatus::failed;
-
-  CleanSelection selection(wish);
-  const auto developerCaches =
-      arguments.has("--developer-caches") ? DeveloperCaches::include : DeveloperCaches::leaveOut;
-  const auto end = runScan(session, chosen.folders, developerCaches, [&](std::vector<ScanEvent>& batch) {
-    for (const auto& event : batch) {
-      if (const auto* item = std::get_if<FileItem>(&event)) selection.consider(*item);
-    }
-  });
-  if (end == ScanEnd::cancelled) {
-    Session::report("interrupted; nothing was changed");
-    return ExitStatus::interrupted;
+  auto chosen = chosenFolders(arguments.plain());
+  wish.folders = std::move(chosen.folders);
+  if (wish.folders.empty()) return ExitStatus::failed;
+  std::optional<Proposal> proposal;
+  {
+    ProgressLine line(session);
+    proposal = proposeClean(TaskServices::shared(), wish, scanMonitor(session, line));
   }
-  tellWhatIsLeftOut(selection);
-  const auto status =
-      isDryRun ? printDryRun(session, selection) : cleanUp(session, arguments, chosen.folders, selection);
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
+  const auto approval = proposal->approve();
+  auto status = ExitStatus::done;
+  if (isDryRun) {
+    printDryRun(session, *proposal);
+  } else if (approval.empty()) {
+    status = printReport(session, *proposal, {});
+  } else {
+    if (!session.isJson()) printTable(session, *proposal);
+    status = askAndMove(session, arguments, approval);
+  }
   return status == ExitStatus::done && chosen.someAreUnusable ? ExitStatus::failed : status;
 }
 

@@ -109,7 +109,7 @@ ExitStatus cleanUp(Session& session, const Arguments& arguments, const std::vect
   {
     ProgressLine line(session);
     cleanup = DuplicateCleaner::shared().clean(
-        groups, AllowedRoots(folders),
+        groups, Boundary(folders),
         [&](std::size_t done, std::size_t total) { line.update([&] { return movingText(done, total); }); },
         session.stop());
   }

@@ -41,7 +41,7 @@ Explanation explanationOf(const FileUrl& place) {
   Explanation result;
   result.place = place;
   try {
-    PathValidator::shared().validate(place, AllowedRoots());
+    PathValidator::shared().validate(place, fixedRulesOnly);
   } catch (const SecurityError& error) {
     result.refusal = error.what();
   }
@@ -95,7 +95,7 @@ std::string_view cleaningText(ScanCategory category, RiskLabel label) {
   return {};
 }
 
-void printText(Session& session, const Explanation& explanation, const std::vector<std::string>& grantedRoots) {
+void printText(Session& session, const Explanation& explanation, const Boundary& grantedRoots) {
   const auto line = [&](std::string_view key, std::string_view value) {
     session.out().line(fmt::format("  {:<11}{}", key, escapedForDisplay(value)));
   };
@@ -108,8 +108,7 @@ void printText(Session& session, const Explanation& explanation, const std::vect
     line("cleaning", cleaningText(*explanation.category, *explanation.riskLabel));
   }
   line("allowed", explanation.refusal ? "no. " + *explanation.refusal : "yes, no fixed rule protects it");
-  const bool isGranted =
-      !grantedRoots.empty() && PathValidator::shared().isPathAllowedFast(explanation.place, grantedRoots);
+  const bool isGranted = PathValidator::shared().isPathAllowed(explanation.place, grantedRoots);
   if (!explanation.refusal && !isGranted) {
     line("folders", "outside the granted folders: name its folder to clean it, or --root to trash it");
   }

@@ -151,7 +151,7 @@ ExitStatus apply(Session& session, const Arguments& arguments, const Proposal& p
     const auto stop = session.stop();
     ProgressLine line(session);
     execution = engine.carryOut(proposal.groups, UndoJournal::shared(),
-                                AllowedRoots({proposal.folder, proposal.destination}), movingProgress(line), stop);
+                                Boundary({proposal.folder, proposal.destination}), movingProgress(line), stop);
   }
   reportJournalNotices();
   const auto status = reportOutcomes(execution.outcomes);

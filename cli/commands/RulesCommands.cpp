@@ -275,7 +275,7 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
     const auto stop = session.stop();
     ProgressLine line(session);
     execution =
-        RuleEngine::shared().carryOut(rules, candidates->items, AllowedRoots(folders), movingProgress(line), stop, now);
+        RuleEngine::shared().carryOut(rules, candidates->items, Boundary(folders), movingProgress(line), stop, now);
   }
   reportJournalNotices();
   const auto status = reportOutcomes(execution.outcomes);

@@ -1,30 +1,15 @@
 #include "cli/Arguments.h"
-#include "cli/CleanSelection.h"
-#include "cli/Consent.h"
 #include "cli/FileArguments.h"
 #include "cli/Folders.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/Table.h"
-#include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
 #include "core/base/ByteCount.h"
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/FileStatus.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
-#include "core/safety/PathValidator.h"
-#include "core/scanning/StorageScanner.h"
-
-#include <fcntl.h>
-#include <fmt/format.h>
+#include "core/tasks/TaskServices.h"
+#include "core/tasks/TrashTask.h"
 
 #include <array>
-#include <cerrno>
-#include <string>
-#include <string_view>
-#include <unordered_set>
 
 namespace orvane::cli {
 namespace {
@@ -35,96 +20,31 @@ constexpr std::array options{
                .help = "Act only inside this folder instead of the granted ones; may be given several times.",
                .kind = ValueKind::folder,
                .repeat = OptionSpec::Repeat::any},
+    OptionSpec{.name = "--dry-run", .valueName = "", .help = "Show what would be moved, and stop."},
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-struct Plan {
-  std::vector<MoveRequest> requests;
-  std::vector<RunReport::Failure> failures;
-  std::int64_t bytes = 0;
-};
-
-AllowedRoots rootsFrom(const Arguments& arguments) {
-  auto folders = placesFromArguments(arguments.values("--root"));
-  if (folders.empty()) {
-    return AllowedRoots(requiredGrantedFolders("the folder that may be acted in with --root FOLDER"));
-  }
-  for (const auto& folder : folders) {
-    if (!itemExists(folder.path().c_str())) {
-      throw UsageError(fmt::format("--root {}: {}", shownPath(folder), errorText(ENOENT)));
-    }
-  }
-  return AllowedRoots(std::move(folders));
-}
-
-void addPlace(Plan& plan, const FileUrl& place, const AllowedRoots& roots) {
-  try {
-    PathValidator::shared().validate(place, roots);
-  } catch (const SecurityError& error) {
-    plan.failures.push_back({place, error.what()});
-    return;
-  }
-  auto request = moveRequestFor(place, 0);
-  if (!request) {
-    plan.failures.push_back({place, errorText(errno)});
-    return;
-  }
-  plan.requests.push_back(*std::move(request));
-}
-
-// What lies inside another of the items goes with it.
-void keepOutermost(std::vector<MoveRequest>& requests) {
-  std::unordered_set<std::string> paths;
-  for (const auto& request : requests) paths.insert(request.source.path());
-  std::erase_if(requests, [&](const MoveRequest& request) {
-    std::string_view folder = request.source.path();
-    while (folder.size() > 1) {
-      folder = parentPath(folder);
-      if (paths.contains(std::string(folder))) return true;
-    }
-    return false;
-  });
-}
-
-Plan planFor(const std::vector<FileUrl>& places, const AllowedRoots& roots) {
-  Plan plan;
-  for (const auto& place : places) addPlace(plan, place, roots);
-  keepOutermost(plan.requests);
-  for (auto& request : plan.requests) {
-    // Only a folder is told by its name alone.
-    if (!request.expectedIdentity) request.fileSize = StorageScanner::fastFolderSize(request.source.path());
-    plan.bytes = checkedAdd(plan.bytes, request.fileSize);
-  }
-  return plan;
-}
-
-void showPlan(Session& session, const Plan& plan) {
+void printRows(Session& session, const Proposal& proposal) {
   Table table({{"Size", Alignment::right}, {"Item"}});
-  for (const auto& request : plan.requests) {
-    table.addRow({{formatByteCount(request.fileSize)}, {shownPath(request.source)}});
-  }
-  if (!session.isJson()) table.print(session);
-  for (const auto& warning : cloudWarnings(plan.requests)) Session::tell(escapedForDisplay(warning));
+  proposal.forEach([&](std::size_t, const ProposedRow& row) {
+    if (row.lock == Lock::none) table.addRow({{formatByteCount(row.item.fileSize())}, {shownPath(row.item.url())}});
+  });
+  table.print(session);
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
-  requireConsentPossible(arguments);
-  const auto roots = rootsFrom(arguments);
-  auto plan = planFor(placesFromArguments(arguments.plain()), roots);
-  RunReport nothing;
-  nothing.failures = plan.failures;
-  if (plan.requests.empty()) return nothing.print(session);
-  if (!arguments.has("--yes")) showPlan(session, plan);
-  switch (askConsent(session, arguments, trashQuestion(static_cast<std::int64_t>(plan.requests.size()), plan.bytes))) {
-    case Answer::interrupted:
-      return ExitStatus::interrupted;
-    case Answer::no:
-      return nothing.print(session);
-    case Answer::yes:
-      break;
+  const bool isDryRun = arguments.has("--dry-run");
+  if (!isDryRun) requireConsentPossible(arguments);
+  const auto boundary = boundaryFrom(arguments);
+  const auto proposal = proposeTrash(TaskServices::shared(), placesFromArguments(arguments.plain()), boundary);
+  const auto approval = proposal.approve();
+  if (isDryRun) {
+    printDryRun(session, proposal);
+    return tellFailures(proposal, {});
   }
-  reportJournalNotices();
-  return moveToTrash(session, roots, plan.requests, std::move(plan.failures)).print(session);
+  if (approval.empty()) return printReport(session, proposal, {});
+  if (!arguments.has("--yes") && !session.isJson()) printRows(session, proposal);
+  return askAndMove(session, arguments, approval);
 }
 
 }  // namespace

@@ -192,7 +192,7 @@ std::string DuplicateCleanup::failureLine(const MoveOutcome& outcome) {
   return fmt::format("Failed to trash duplicate {}: {}", outcome.source.path(), outcome.error);
 }
 
-DuplicateCleanup DuplicateCleaner::clean(std::span<const DuplicateGroup> groups, const AllowedRoots& roots,
+DuplicateCleanup DuplicateCleaner::clean(std::span<const DuplicateGroup> groups, const Boundary& roots,
                                          const CleanupRun::Progress& progress, std::stop_token stop) {
   const auto kept = withOneKept(groups);
   DuplicateCleanup result;

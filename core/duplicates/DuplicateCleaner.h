@@ -2,7 +2,7 @@
 
 #include "core/base/Uuid.h"
 #include "core/duplicates/DuplicateGroup.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/CleanupRun.h"
 
 #include <cstdint>
@@ -50,7 +50,7 @@ class DuplicateCleaner {
 
   // One that fails is reported and the rest go on. Waits for another cleanup's end. Throws nothing for what the disk
   // does.
-  DuplicateCleanup clean(std::span<const DuplicateGroup> groups, const AllowedRoots& roots,
+  DuplicateCleanup clean(std::span<const DuplicateGroup> groups, const Boundary& roots,
                          const CleanupRun::Progress& progress = {}, std::stop_token stop = {});
 
   // The lock's file, in the journal's folder.

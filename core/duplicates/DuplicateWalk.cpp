@@ -36,7 +36,7 @@ struct Walk {
   const PathValidator& validator;
   const FileStatusReader& statusReader;
   SearchMonitor& monitor;
-  std::vector<std::string> canonicalRoots;
+  Boundary boundary;
   HeldFolders held;
 };
 
@@ -49,7 +49,7 @@ class ListFolder : public WorkStack::Task {
     std::string path;
     m_folder.pathInto(path);
     if (path.size() > 1) path.pop_back();
-    const FolderRules rules(m_walk.validator, path, m_place.canonicalPath, m_walk.canonicalRoots);
+    const FolderRules rules(m_walk.validator, path, m_place.canonicalPath, m_walk.boundary);
     auto reader = rules.refusesAllBelow() ? std::nullopt : m_place.open();
     if (!reader) return;
     while (const auto entry = reader->next()) {
@@ -107,7 +107,8 @@ void listCandidates(FoundFiles& found, const std::vector<FileUrl>& folders, cons
     if (isSkippedRoot(folders[i].path())) continue;
     auto& folder = found.addFolder(nullptr, folders[i].path());
     starts.push_back(&folder);
-    tasks.push_back(std::make_unique<ListFolder>(walk, folder, FolderPlace{nullptr, walk.canonicalRoots[i]}));
+    tasks.push_back(
+        std::make_unique<ListFolder>(walk, folder, FolderPlace{nullptr, walk.boundary.canonicalPaths()[i]}));
   }
   stack.push(tasks);
   monitor.onAllProcessors([&] { stack.work(); });

@@ -126,7 +126,7 @@ double AutoOrganizer::age(const FileUrl& item, Date now) const {
 TidyProposal AutoOrganizer::propose(const FileUrl& folder, const AutoOrganizeRequest& request,
                                     const std::stop_token& stop) const {
   ProposalBuilder builder(folder);
-  if (stop.stop_requested() || !m_validator.isPathAllowed(folder, AllowedRoots())) return builder.take();
+  if (stop.stop_requested() || !m_validator.isPathAllowed(folder, fixedRulesOnly)) return builder.take();
   const std::chrono::duration<double> recentAge(static_cast<double>(request.recentsDays) * secondsPerDay);
   const auto items = TidyFolder::read(folder, recentAge, request.now, m_statusReader);
   const std::string recents(recentsFolderName);
@@ -168,7 +168,7 @@ void AutoOrganizer::apply(TidyProposal proposal, const CleanupRun::Progress& pro
                           const std::stop_token& stop) {
   dropChanged(proposal);
   if (proposal.empty()) return;
-  auto execution = m_engine.carryOut(proposal.groups, m_journal, AllowedRoots({proposal.folder}), progress, stop);
+  auto execution = m_engine.carryOut(proposal.groups, m_journal, Boundary({proposal.folder}), progress, stop);
   const auto recents = canonicalPath(proposal.folder.appendingPathComponent(recentsFolderName).path());
   for (auto& outcome : execution.outcomes) {
     if (outcome.result != MoveResult::moved) {

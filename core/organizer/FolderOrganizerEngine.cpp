@@ -196,13 +196,13 @@ FolderOrganizerEngine::Groups FolderOrganizerEngine::updateCategory(std::size_t 
 }
 
 PlanExecution FolderOrganizerEngine::carryOut(std::span<const OrganizationCategoryGroup> groups, UndoJournal& journal,
-                                              const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress,
+                                              const Boundary& allowedRoots, const CleanupRun::Progress& progress,
                                               std::stop_token stop) {
   return carryOutOrganizing(groups, m_mover, m_validator, journal, allowedRoots, progress, std::move(stop));
 }
 
 PlanExecutionSummary FolderOrganizerEngine::applyMoves(std::span<const OrganizationCategoryGroup> groups,
-                                                       UndoJournal& journal, const AllowedRoots& allowedRoots) {
+                                                       UndoJournal& journal, const Boundary& allowedRoots) {
   const auto execution = carryOut(groups, journal, allowedRoots);
   if (execution.summary.itemsProcessed > 0) return execution.summary;
   const auto last = [&](MoveResult result) {

@@ -6,7 +6,7 @@
 #include "core/organizer/OrganizationStrategy.h"
 #include "core/organizer/OrganizerWalk.h"
 #include "core/plans/PlanExecution.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/CleanupRun.h"
 
 #include <atomic>
@@ -67,12 +67,12 @@ class FolderOrganizerEngine {
   // passed over. Progress is told with no lock held: the mover and the
   // journal keep runs apart that overlap. `bytesReclaimed` is 0: moves free no space.
   PlanExecution carryOut(std::span<const OrganizationCategoryGroup> groups, UndoJournal& journal,
-                         const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
+                         const Boundary& allowedRoots, const CleanupRun::Progress& progress = {},
                          std::stop_token stop = {});
   // The same for callers that only want the sum. Where nothing moved although something should have, throws
   // std::runtime_error with the last move's error, or SecurityError when safety rules alone stood against it.
   PlanExecutionSummary applyMoves(std::span<const OrganizationCategoryGroup> groups, UndoJournal& journal,
-                                  const AllowedRoots& allowedRoots);
+                                  const Boundary& allowedRoots);
 
   // A free place for `name` in `folder`: the name itself, else "name (1).ext" and so on.
   [[nodiscard]] static FileUrl resolveCollisionSafeTarget(std::string_view name, const FileUrl& folder);

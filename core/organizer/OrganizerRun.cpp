@@ -15,7 +15,7 @@ namespace {
 // The requests of a run, and for each of them which outcome it settles.
 class Requests {
  public:
-  Requests(const PathValidator& validator, const AllowedRoots& roots, Date start)
+  Requests(const PathValidator& validator, const Boundary& roots, Date start)
       : m_validator(validator), m_roots(roots), m_start(start) {}
 
   void add(const OrganizationCategoryGroup& group) {
@@ -49,7 +49,7 @@ class Requests {
   }
 
   const PathValidator& m_validator;
-  const AllowedRoots& m_roots;
+  const Boundary& m_roots;
   Date m_start;
   std::map<std::string, std::string, std::less<>> m_canonicalPaths;
 };
@@ -57,7 +57,7 @@ class Requests {
 }  // namespace
 
 PlanExecution carryOutOrganizing(std::span<const OrganizationCategoryGroup> groups, TrashMover& mover,
-                                 const PathValidator& validator, UndoJournal& journal, const AllowedRoots& allowedRoots,
+                                 const PathValidator& validator, UndoJournal& journal, const Boundary& allowedRoots,
                                  const CleanupRun::Progress& progress, std::stop_token stop) {
   CleanupRun run(mover, journal, allowedRoots);
   PlanExecution execution;

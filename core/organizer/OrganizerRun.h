@@ -2,7 +2,7 @@
 
 #include "core/organizer/OrganizationCategoryGroup.h"
 #include "core/plans/PlanExecution.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/CleanupRun.h"
 
 #include <span>
@@ -18,7 +18,7 @@ class UndoJournal;
 // FolderOrganizerEngine::carryOut().
 [[nodiscard]] PlanExecution carryOutOrganizing(std::span<const OrganizationCategoryGroup> groups, TrashMover& mover,
                                                const PathValidator& validator, UndoJournal& journal,
-                                               const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress,
+                                               const Boundary& allowedRoots, const CleanupRun::Progress& progress,
                                                std::stop_token stop);
 
 }  // namespace orvane

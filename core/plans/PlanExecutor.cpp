@@ -59,7 +59,7 @@ bool isToBeCarriedOut(const PlanMatchResult& match) {
 // Where the files of one run may go, each folder judged once.
 class Destinations {
  public:
-  Destinations(const PathValidator& validator, const AllowedRoots& roots) : m_validator(validator), m_roots(roots) {}
+  Destinations(const PathValidator& validator, const Boundary& roots) : m_validator(validator), m_roots(roots) {}
 
   // The folder that a file goes into; absent with `error` set when it may not, or without one when it is to stay.
   std::optional<FileUrl> folderFor(const PlanMatchResult& match, std::string& error) {
@@ -97,7 +97,7 @@ class Destinations {
   }
 
   const PathValidator& m_validator;
-  const AllowedRoots& m_roots;
+  const Boundary& m_roots;
   std::map<std::string, std::string, std::less<>> m_canonicalPaths;
   std::map<FileUrl, std::string> m_refusals;
 };
@@ -153,7 +153,7 @@ std::vector<PlanMatchResult> PlanExecutor::dryRun(const CleaningPlan& plan, std:
 }
 
 PlanExecution PlanExecutor::execute(std::span<const PlanMatchResult> matches, UndoJournal& journal,
-                                    const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress,
+                                    const Boundary& allowedRoots, const CleanupRun::Progress& progress,
                                     std::stop_token stop) {
   CleanupRun run(m_mover, journal, allowedRoots);
   PlanExecution execution;

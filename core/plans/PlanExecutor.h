@@ -3,7 +3,7 @@
 #include "core/base/Date.h"
 #include "core/plans/PlanExecution.h"
 #include "core/plans/PlanMatchResult.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/CleanupRun.h"
 
 #include <span>
@@ -33,9 +33,8 @@ class PlanExecutor {
   // outside the allowed roots is touched, a move's destination included. A file that fails is left where it is and the
   // others go on; also a journal that cannot be written shows in the outcomes, and then nothing moves. Progress is
   // told with no lock held: the mover and the journal keep executions apart that overlap.
-  PlanExecution execute(std::span<const PlanMatchResult> matches, UndoJournal& journal,
-                        const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
-                        std::stop_token stop = {});
+  PlanExecution execute(std::span<const PlanMatchResult> matches, UndoJournal& journal, const Boundary& allowedRoots,
+                        const CleanupRun::Progress& progress = {}, std::stop_token stop = {});
 
  private:
   TrashMover& m_mover;

@@ -121,13 +121,17 @@ class RulesRun {
 
 }  // namespace
 
-RuleEngine::RuleEngine(Preferences& preferences, TrashMover& mover, UndoJournal& journal,
-                       const PathValidator& validator)
+RuleEngine::RuleEngine(Preferences& preferences, TrashMover& mover, Journal journal, const PathValidator& validator)
     : m_preferences(preferences),
       m_mover(mover),
-      m_journal(journal),
+      m_journal(std::move(journal)),
       m_validator(validator),
       m_rules(BuiltInRuleTemplates::defaultRules()) {}
+
+RuleEngine::RuleEngine(Preferences& preferences, TrashMover& mover, UndoJournal& journal,
+                       const PathValidator& validator)
+    : RuleEngine(
+          preferences, mover, [&journal]() -> UndoJournal& { return journal; }, validator) {}
 
 void RuleEngine::refresh(const Json* stored) {
   if (stored == nullptr) return;
@@ -192,9 +196,9 @@ bool RuleEngine::matches(const FileItem& file, const RuleTrigger& trigger, Date 
 }
 
 PlanExecution RuleEngine::carryOut(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
-                                   const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress,
+                                   const Boundary& allowedRoots, const CleanupRun::Progress& progress,
                                    const std::stop_token& stop, Date relativeTo) {
-  CleanupRun run(m_mover, m_journal, allowedRoots);
+  CleanupRun run(m_mover, m_journal(), allowedRoots);
   PlanExecution execution;
   execution.summary.batchId = run.id();
   RulesRun rulesRun(run, execution, candidates, relativeTo);
@@ -211,7 +215,7 @@ PlanExecution RuleEngine::carryOut(std::span<const CleanupRule> rulesToRun, std:
 }
 
 PlanExecutionSummary RuleEngine::executeRules(std::span<const CleanupRule> rulesToRun,
-                                              std::span<const FileItem> candidates, const AllowedRoots& allowedRoots) {
+                                              std::span<const FileItem> candidates, const Boundary& allowedRoots) {
   return carryOut(rulesToRun, candidates, allowedRoots).summary;
 }
 

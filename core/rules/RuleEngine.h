@@ -4,7 +4,7 @@
 #include "core/base/Uuid.h"
 #include "core/plans/PlanExecution.h"
 #include "core/rules/CleanupRule.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/CleanupRun.h"
 #include "core/scanning/FileItem.h"
 
@@ -30,6 +30,9 @@ class RuleEngine {
   // An array of rules.
   static constexpr std::string_view storageKey = "OrvaneCleanupRules";
 
+  // The journal is asked for by the first run: making it reads its whole file.
+  using Journal = std::function<UndoJournal&()>;
+  RuleEngine(Preferences& preferences, TrashMover& mover, Journal journal, const PathValidator& validator);
   RuleEngine(Preferences& preferences, TrashMover& mover, UndoJournal& journal, const PathValidator& validator);
   static RuleEngine& shared();
 
@@ -56,11 +59,11 @@ class RuleEngine {
   // and the others go on. Progress is told with no lock held: the mover and the journal keep runs apart that overlap.
   // Ages count to `relativeTo`: what was approved on the strength of a preview is what the same date finds again.
   PlanExecution carryOut(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
-                         const AllowedRoots& allowedRoots, const CleanupRun::Progress& progress = {},
+                         const Boundary& allowedRoots, const CleanupRun::Progress& progress = {},
                          const std::stop_token& stop = {}, Date relativeTo = ReferenceClock::now());
   // The same for callers that only want the sum.
   PlanExecutionSummary executeRules(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
-                                    const AllowedRoots& allowedRoots);
+                                    const Boundary& allowedRoots);
 
  private:
   void change(const std::function<void(std::vector<CleanupRule>&)>& how);
@@ -69,7 +72,7 @@ class RuleEngine {
 
   Preferences& m_preferences;
   TrashMover& m_mover;
-  UndoJournal& m_journal;
+  Journal m_journal;
   const PathValidator& m_validator;
   std::mutex m_mutex;
   std::vector<CleanupRule> m_rules;

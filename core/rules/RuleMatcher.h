@@ -2,6 +2,7 @@
 
 #include "core/base/Date.h"
 #include "core/plans/FilterMatcher.h"
+#include "core/rules/RuleMismatch.h"
 #include "core/rules/RuleTrigger.h"
 #include "core/scanning/FileItem.h"
 
@@ -11,11 +12,6 @@
 #include <string>
 
 namespace orvane {
-
-// Why a rule does not act on a file, in the order in which the conditions are tested.
-enum class RuleMismatch : std::uint8_t { manualLabel, folder, category, extension, age, size, name };
-
-inline constexpr std::size_t ruleMismatchCount = 7;
 
 // A trigger made ready to be held against many files: nothing is allocated for an ordinary one. For one thread.
 class RuleMatcher {

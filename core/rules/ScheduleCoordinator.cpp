@@ -65,7 +65,7 @@ PlanExecution ScheduleCoordinator::carryOutScheduledRun(const RunRequest& reques
   if (request.approve && !request.approve(rules, candidates, now)) return nothing;
   if (request.stop.stop_requested()) return nothing;
   auto execution =
-      m_with.ruleEngine.carryOut(rules, candidates, AllowedRoots(folders), request.progress, request.stop, now);
+      m_with.ruleEngine.carryOut(rules, candidates, Boundary(folders), request.progress, request.stop, now);
   changeSettings([&](ScheduleSettings& settings) { settings.lastRunDate = m_with.now(); });
   m_with.notificationService.postCleanupSummary(execution.summary.itemsProcessed, execution.summary.bytesReclaimed);
   return execution;

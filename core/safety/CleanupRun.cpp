@@ -23,15 +23,25 @@ MoveResult resultOf(const TrashError& error) {
   return MoveResult::failed;
 }
 
+std::string changedText(const FileUrl& item) {
+  return TrashError(TrashError::UnderlyingError{fmt::format("'{}' has changed since it was looked at.", item.path())})
+      .what();
+}
+
 // One group of requests on its way through planning, moving and reporting.
 class Group {
  public:
-  Group(TrashMover& mover, const AllowedRoots& roots, const Uuid& runId, const std::string& journalFolder)
+  Group(TrashMover& mover, const Boundary& roots, const Uuid& runId, const std::string& journalFolder)
       : m_mover(mover), m_roots(roots), m_runId(runId), m_journalFolder(journalFolder) {}
 
   void plan(const MoveRequest& request, MoveOutcome& outcome) {
     try {
       auto move = planned(request);
+      if (request.expectedIdentity && !request.expectedIdentity->isStill(move->identity())) {
+        outcome.result = MoveResult::changed;
+        outcome.error = changedText(request.source);
+        return;
+      }
       JournalEntry entry;
       entry.runId = m_runId;
       if (request.timestamp) entry.timestamp = *request.timestamp;
@@ -91,10 +101,6 @@ class Group {
       throw TrashError(TrashError::PathValidationFailed{
           fmt::format("'{}' holds Orvane's own undo journal.", request.source.path())});
     }
-    if (request.expectedIdentity && !request.expectedIdentity->isStill(move->identity())) {
-      throw TrashError(
-          TrashError::UnderlyingError{fmt::format("'{}' has changed since it was looked at.", request.source.path())});
-    }
     return move;
   }
 
@@ -115,7 +121,7 @@ class Group {
   }
 
   TrashMover& m_mover;
-  const AllowedRoots& m_roots;
+  const Boundary& m_roots;
   const Uuid& m_runId;
   const std::string& m_journalFolder;
   std::vector<BatchItem> m_items;
@@ -134,7 +140,7 @@ void failAll(std::span<MoveOutcome> outcomes, const std::string& reason) {
 
 }  // namespace
 
-CleanupRun::CleanupRun(TrashMover& mover, UndoJournal& journal, AllowedRoots roots)
+CleanupRun::CleanupRun(TrashMover& mover, UndoJournal& journal, Boundary roots)
     : m_mover(mover), m_journal(journal), m_roots(std::move(roots)) {}
 
 std::vector<MoveOutcome> CleanupRun::carryOut(std::span<const MoveRequest> requests, const Progress& progress,

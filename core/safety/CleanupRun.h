@@ -4,8 +4,9 @@
 #include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/JournalEntry.h"
+#include "core/safety/MoveOutcome.h"
 
 #include <cstdint>
 #include <functional>
@@ -37,30 +38,12 @@ struct MoveRequest {
   std::function<void()> lastCheck;
 };
 
-enum class MoveResult : std::uint8_t {
-  moved,
-  refused,    // by the path validator
-  missing,    // nothing at the source
-  failed,     // the system refused
-  cancelled,  // not tried: the run was stopped
-};
-
-// What became of one request.
-struct MoveOutcome {
-  FileUrl source;
-  MoveResult result = MoveResult::cancelled;
-  FileUrl destination;  // when moved
-  std::int64_t fileSize = 0;
-  std::string error;  // why not, when not moved
-};
-
 // One user action. Everything it moves shares one run identifier and comes back together.
 class CleanupRun {
  public:
-  // Called with the number of requests settled so far, from the calling thread.
-  using Progress = std::function<void(std::size_t done, std::size_t total)>;
+  using Progress = RunProgress;
 
-  CleanupRun(TrashMover& mover, UndoJournal& journal, AllowedRoots roots);
+  CleanupRun(TrashMover& mover, UndoJournal& journal, Boundary roots);
   [[nodiscard]] const Uuid& id() const noexcept { return m_id; }
 
   // Validates, moves and journals each request in order. One that fails is reported and the rest go on. Outcomes are in
@@ -76,7 +59,7 @@ class CleanupRun {
 
   TrashMover& m_mover;
   UndoJournal& m_journal;
-  AllowedRoots m_roots;
+  Boundary m_roots;
   Uuid m_id = Uuid::random();
 };
 

@@ -24,7 +24,7 @@ bool liesBelow(std::string_view path, std::string_view folder) noexcept {
 }  // namespace
 
 FolderRules::FolderRules(const PathValidator& validator, std::string_view path, std::string_view canonicalPath,
-                         const std::vector<std::string>& canonicalRoots) {
+                         const Boundary& boundary) {
   if (path.empty() || PathValidator::hasTraversal(path) || path == "." || path.ends_with("/.")) {
     m_refusesAllBelow = true;
   }
@@ -35,7 +35,7 @@ FolderRules::FolderRules(const PathValidator& validator, std::string_view path, 
     start = end + 1;
   }
   applyProtectedLocations(validator.protectedLocations(), canonicalPath);
-  applyRoots(canonicalPath, canonicalRoots);
+  applyRoots(canonicalPath, boundary.canonicalPaths());
   applyPrivateSystemFolders(canonicalPath);
 }
 
@@ -50,7 +50,6 @@ void FolderRules::applyProtectedLocations(const ProtectedLocations& locations, s
 }
 
 void FolderRules::applyRoots(std::string_view folder, const std::vector<std::string>& roots) {
-  if (roots.empty()) return;
   bool rootBelow = false;
   for (const std::string_view root : roots) {
     // An entry of the folder "/" starts with one slash, so the root "/" never covers it.

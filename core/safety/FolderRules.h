@@ -12,12 +12,12 @@ namespace orvane {
 // at its name. Holds for entries that are no symbolic links: those need PathValidator itself.
 class FolderRules {
  public:
-  // `path` is how the folder was reached, `canonicalPath` where it really is. The validator and the roots must outlive
-  // this object.
+  // `path` is how the folder was reached, `canonicalPath` where it really is. The validator and the boundary must
+  // outlive this object.
   FolderRules(const PathValidator& validator, std::string_view path, std::string_view canonicalPath,
-              const std::vector<std::string>& canonicalRoots);
+              const Boundary& boundary);
 
-  // The same answer as PathValidator::isPathAllowedFast() for the entry `name`.
+  // The same answer as PathValidator::isPathAllowed() for the entry `name`.
   [[nodiscard]] bool admits(std::string_view name) const noexcept;
   // Whether nothing at any depth below this folder can be admitted, so that the folder need not be entered.
   [[nodiscard]] bool refusesAllBelow() const noexcept { return m_refusesAllBelow; }

@@ -8,16 +8,18 @@
 namespace orvane {
 namespace {
 
-bool isInsideAny(std::string_view path, const std::vector<std::string>& roots) noexcept {
+// "/" as a root covers nothing but itself here, as the fixed rules have it.
+bool isInside(std::string_view path, const Boundary& boundary) noexcept {
+  const auto& roots = boundary.canonicalPaths();
   return std::any_of(roots.begin(), roots.end(), [&](const auto& root) { return isAtOrBelow(path, root); });
 }
 
-bool isPrivateSystemPath(std::string_view path, const std::vector<std::string>& roots) noexcept {
+bool isPrivateSystemPath(std::string_view path, const Boundary* boundary) noexcept {
   const auto covers = [&](std::string_view folder) { return isAtOrBelow(path, folder); };
   if (std::none_of(std::begin(privateSystemFolders), std::end(privateSystemFolders), covers)) return false;
   const auto holds = [&](std::string_view folder) { return isBelow(path, folder); };
   const bool isTemporary = std::any_of(std::begin(userTemporaryFolders), std::end(userTemporaryFolders), holds);
-  return !(isTemporary && isInsideAny(path, roots));
+  return !(isTemporary && boundary != nullptr && isInside(path, *boundary));
 }
 
 bool hasVersionControlComponent(std::string_view path) noexcept {
@@ -39,52 +41,49 @@ bool isSymbolicLink(const std::string& path) noexcept {
 
 PathValidator::PathValidator(const std::string& homeFolder) : m_protected(homeFolder) {}
 
-void PathValidator::validate(const FileUrl& url, const AllowedRoots& allowedRoots) const {
-  validate(url, allowedRoots.canonicalPaths());
+void PathValidator::validate(const FileUrl& url, const Boundary& boundary) const {
+  if (auto refused = refusal(url, &boundary)) throw SecurityError(*std::move(refused));
 }
 
-void PathValidator::validate(const FileUrl& url, const std::vector<std::string>& precomputedCanonicalRoots) const {
-  if (auto refused = refusal(url, precomputedCanonicalRoots)) throw SecurityError(*std::move(refused));
+void PathValidator::validate(const FileUrl& url, FixedRulesOnly /*only*/) const {
+  if (auto refused = refusal(url, nullptr)) throw SecurityError(*std::move(refused));
 }
 
-bool PathValidator::isPathAllowed(const FileUrl& url, const AllowedRoots& allowedRoots) const {
-  return isPathAllowedFast(url, allowedRoots.canonicalPaths());
+bool PathValidator::isPathAllowed(const FileUrl& url, const Boundary& boundary) const {
+  return !refusal(url, &boundary).has_value();
 }
 
-bool PathValidator::isPathAllowedFast(const FileUrl& url,
-                                      const std::vector<std::string>& precomputedCanonicalRoots) const {
-  return !refusal(url, precomputedCanonicalRoots).has_value();
+bool PathValidator::isPathAllowed(const FileUrl& url, FixedRulesOnly /*only*/) const {
+  return !refusal(url, nullptr).has_value();
 }
 
-std::string PathValidator::refusalText(const FileUrl& url, const AllowedRoots& allowedRoots) const {
-  auto refused = refusal(url, allowedRoots.canonicalPaths());
+std::string PathValidator::refusalText(const FileUrl& url, const Boundary& boundary) const {
+  auto refused = refusal(url, &boundary);
   return refused ? SecurityError(*std::move(refused)).what() : std::string();
 }
 
-std::vector<std::string> PathValidator::canonicalizeRoots(std::span<const FileUrl> roots) {
-  std::vector<std::string> result;
-  result.reserve(roots.size());
-  for (const auto& root : roots) result.push_back(canonicalPath(root.path()));
-  return result;
+std::string PathValidator::refusalText(const FileUrl& url, FixedRulesOnly /*only*/) const {
+  auto refused = refusal(url, nullptr);
+  return refused ? SecurityError(*std::move(refused)).what() : std::string();
+}
+
+Boundary PathValidator::canonicalizeRoots(std::span<const FileUrl> roots) {
+  return Boundary({roots.begin(), roots.end()});
 }
 
 std::optional<SecurityError::Case> PathValidator::checkCanonical(std::string_view canonicalPath,
-                                                                 const std::vector<std::string>& canonicalRoots) const {
-  if (!isProtected(canonicalPath, canonicalRoots) &&
-      (canonicalRoots.empty() || isInsideAny(canonicalPath, canonicalRoots))) {
-    return std::nullopt;
-  }
+                                                                 const Boundary& boundary) const {
+  if (!isProtected(canonicalPath, &boundary) && isInside(canonicalPath, boundary)) return std::nullopt;
   return SecurityError::ProtectedPath{std::string(canonicalPath)};
 }
 
-std::optional<SecurityError::Case> PathValidator::refusal(const FileUrl& url,
-                                                          const std::vector<std::string>& canonicalRoots) const {
+std::optional<SecurityError::Case> PathValidator::refusal(const FileUrl& url, const Boundary* boundary) const {
   const std::string& path = url.path();
   if (path.empty()) return SecurityError::EmptyPath{};
   if (hasTraversal(path)) return SecurityError::PathTraversalAttempt{path};
   std::string canonical = canonicalPath(path);
-  if (isProtected(canonical, canonicalRoots)) return SecurityError::ProtectedPath{std::move(canonical)};
-  if (canonicalRoots.empty() || isInsideAny(canonical, canonicalRoots)) return std::nullopt;
+  if (isProtected(canonical, boundary)) return SecurityError::ProtectedPath{std::move(canonical)};
+  if (boundary == nullptr || isInside(canonical, *boundary)) return std::nullopt;
   if (isSymbolicLink(path)) return SecurityError::SymlinkEscapesAllowedBoundary{path, std::move(canonical)};
   return SecurityError::ProtectedPath{std::move(canonical)};
 }
@@ -95,11 +94,11 @@ bool PathValidator::hasTraversal(std::string_view path) noexcept {
          path.starts_with("./") || path.find('\0') != std::string_view::npos;
 }
 
-bool PathValidator::isProtected(std::string_view canonicalPath, const std::vector<std::string>& canonicalRoots) const {
+bool PathValidator::isProtected(std::string_view canonicalPath, const Boundary* boundary) const {
   const auto trees = m_protected.trees();
   const auto places = m_protected.places();
   return std::any_of(trees.begin(), trees.end(), [&](const auto& tree) { return isAtOrBelow(canonicalPath, tree); }) ||
-         isPrivateSystemPath(canonicalPath, canonicalRoots) ||
+         isPrivateSystemPath(canonicalPath, boundary) ||
          std::find(places.begin(), places.end(), canonicalPath) != places.end() ||
          hasVersionControlComponent(canonicalPath);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
-#include "core/safety/AllowedRoots.h"
+#include "core/safety/Boundary.h"
 #include "core/safety/ProtectedLocations.h"
 #include "core/safety/SecurityError.h"
 
@@ -23,31 +23,31 @@ class PathValidator {
   static PathValidator& shared();
 
   // Throws SecurityError, the first rule that refuses deciding.
-  void validate(const FileUrl& url, const AllowedRoots& allowedRoots) const;
-  void validate(const FileUrl& url, const std::vector<std::string>& precomputedCanonicalRoots) const;
+  void validate(const FileUrl& url, const Boundary& boundary) const;
+  void validate(const FileUrl& url, FixedRulesOnly only) const;
   // The non-throwing twins: true when the matching validate() does not throw.
-  [[nodiscard]] bool isPathAllowed(const FileUrl& url, const AllowedRoots& allowedRoots) const;
-  [[nodiscard]] bool isPathAllowedFast(const FileUrl& url,
-                                       const std::vector<std::string>& precomputedCanonicalRoots) const;
+  [[nodiscard]] bool isPathAllowed(const FileUrl& url, const Boundary& boundary) const;
+  [[nodiscard]] bool isPathAllowed(const FileUrl& url, FixedRulesOnly only) const;
 
   // What validate() would say; empty when it does not throw.
-  [[nodiscard]] std::string refusalText(const FileUrl& url, const AllowedRoots& allowedRoots) const;
+  [[nodiscard]] std::string refusalText(const FileUrl& url, const Boundary& boundary) const;
+  [[nodiscard]] std::string refusalText(const FileUrl& url, FixedRulesOnly only) const;
 
-  // Links resolved, standardised; in the order given.
-  [[nodiscard]] static std::vector<std::string> canonicalizeRoots(std::span<const FileUrl> roots);
+  // Links resolved, standardised; in the order given. For callers that validate many paths.
+  [[nodiscard]] static Boundary canonicalizeRoots(std::span<const FileUrl> roots);
 
   // The rules from the system locations on, for a path that is canonical already; absent when it may be touched.
   [[nodiscard]] std::optional<SecurityError::Case> checkCanonical(std::string_view canonicalPath,
-                                                                  const std::vector<std::string>& canonicalRoots) const;
+                                                                  const Boundary& boundary) const;
 
   // Whether the text of a path, before anything is resolved, tries to climb.
   [[nodiscard]] static bool hasTraversal(std::string_view path) noexcept;
   [[nodiscard]] const ProtectedLocations& protectedLocations() const noexcept { return m_protected; }
 
  private:
-  [[nodiscard]] std::optional<SecurityError::Case> refusal(const FileUrl& url,
-                                                           const std::vector<std::string>& canonicalRoots) const;
-  [[nodiscard]] bool isProtected(std::string_view canonicalPath, const std::vector<std::string>& canonicalRoots) const;
+  // `boundary` is null where only the fixed rules are asked.
+  [[nodiscard]] std::optional<SecurityError::Case> refusal(const FileUrl& url, const Boundary* boundary) const;
+  [[nodiscard]] bool isProtected(std::string_view canonicalPath, const Boundary* boundary) const;
 
   ProtectedLocations m_protected;
 };

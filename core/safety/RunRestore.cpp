@@ -76,7 +76,8 @@ RunRestore::Attempt RunRestore::planReturn(const JournalEntry& entry, std::vecto
   createFoldersDurably(std::string(parentPath(entry.originalURL.path())), 0755);
   const FileUrl wanted(canonicalPlace(entry.originalURL.path()));
   const std::string folder(parentPath(wanted.path()));
-  if (auto refusal = m_validator.checkCanonical(wanted.path(), {folder})) throw SecurityError(*std::move(refusal));
+  if (auto refusal = m_validator.checkCanonical(wanted.path(), Boundary({FileUrl(folder)})))
+    throw SecurityError(*std::move(refusal));
   const auto isPromised = [&](const FileUrl& url) {
     return std::find(promised.begin(), promised.end(), url) != promised.end();
   };

@@ -29,7 +29,7 @@ std::string placeOf(const FileUrl& url, FolderLookups& lookups) {
   return joinPath(lookups.canonical(parentPath(path)), name);
 }
 
-std::string boundaryOf(const std::string& place, const AllowedRoots& roots) {
+std::string boundaryOf(const std::string& place, const Boundary& roots) {
   for (const auto& root : roots.canonicalPaths()) {
     if (place == root) return std::string(parentPath(root));
     if (isSameOrInside(place, root)) return root;
@@ -42,10 +42,10 @@ std::string boundaryOf(const std::string& place, const AllowedRoots& roots) {
 TrashMover::TrashMover(Trash& trash, FileMover& mover, const PathValidator& validator)
     : m_trash(trash), m_mover(mover), m_validator(validator) {}
 
-TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const AllowedRoots& allowedRoots,
+TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const Boundary& allowedRoots,
                                              FolderLookups& lookups) const {
   Place place{FileUrl(placeOf(url, lookups)), {}};
-  auto refusal = m_validator.checkCanonical(place.item.path(), allowedRoots.canonicalPaths());
+  auto refusal = m_validator.checkCanonical(place.item.path(), allowedRoots);
   if (refusal || PathValidator::hasTraversal(url.path())) m_validator.validate(url, allowedRoots);
   if (refusal) throw SecurityError(*std::move(refusal));
   place.boundary = boundaryOf(place.item.path(), allowedRoots);
@@ -53,7 +53,7 @@ TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const AllowedRo
 }
 
 template <typename Plan>
-std::unique_ptr<PendingMove> TrashMover::planned(const FileUrl& url, const AllowedRoots& allowedRoots,
+std::unique_ptr<PendingMove> TrashMover::planned(const FileUrl& url, const Boundary& allowedRoots,
                                                  FolderLookups& lookups, Plan plan) {
   const std::lock_guard lock(m_mutex);
   bool found = false;
@@ -84,14 +84,14 @@ std::unique_ptr<PendingMove> TrashMover::planned(const FileUrl& url, const Allow
   }
 }
 
-std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const AllowedRoots& allowedRoots,
+std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const Boundary& allowedRoots,
                                                    FolderLookups& lookups) {
   return planned(url, allowedRoots, lookups, [&](const Place& place, const ItemAdmission& admit) {
     return m_trash.planTrash(place.item, place.boundary, admit);
   });
 }
 
-std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const AllowedRoots& allowedRoots,
+std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const Boundary& allowedRoots,
                                                   const FileUrl& destinationFolder,
                                                   const std::function<bool(const FileUrl&)>& isPromised,
                                                   FolderLookups& lookups) {
@@ -99,7 +99,7 @@ std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const Allo
     return m_mover.planMove(place.item, place.boundary, [&](const FileStatus& status) {
       admit(status);
       const FileUrl folder(lookups.destination(destinationFolder, [&](const FileUrl& wanted) {
-        m_validator.validate(wanted, AllowedRoots());
+        m_validator.validate(wanted, allowedRoots);
         createFoldersDurably(wanted.path(), 0755);
       }));
       return freeUrl(folder.appendingPathComponent(place.item.lastPathComponent()), NumberingStyle::plain, isPromised);
@@ -107,7 +107,7 @@ std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const Allo
   });
 }
 
-FileUrl TrashMover::moveToTrash(const FileUrl& url, const AllowedRoots& allowedRoots) {
+FileUrl TrashMover::moveToTrash(const FileUrl& url, const Boundary& allowedRoots) {
   FolderLookups lookups;
   const auto move = planTrash(url, allowedRoots, lookups);
   const std::lock_guard lock(m_mutex);

@@ -34,8 +34,7 @@ std::string_view withoutSlash(std::string_view prefix) noexcept {
 }  // namespace
 
 FolderScan::Rules::Rules(const FolderScan& scan, std::string_view prefix)
-    : allowed(scan.m_context.validator, withoutSlash(prefix), scan.m_place.canonicalPath,
-              scan.m_context.canonicalRoots),
+    : allowed(scan.m_context.validator, withoutSlash(prefix), scan.m_place.canonicalPath, scan.m_context.boundary),
       classifier(prefix),
       risk(prefix),
       relative(scan.m_root, prefix),
@@ -105,7 +104,7 @@ void FolderScan::examine(const char* name, FileType type, const DirectoryReader&
       return addFile(name, *status, rules);
     case FileType::symbolicLink:
       // Only here does an entry's own path have to be resolved.
-      if (!m_context.validator.isPathAllowedFast(FileUrl(joined(m_prefix, name)), m_context.canonicalRoots)) break;
+      if (!m_context.validator.isPathAllowed(FileUrl(joined(m_prefix, name)), m_context.boundary)) break;
       return addFile(name, *status, rules);
     case FileType::other:
     case FileType::unknown:

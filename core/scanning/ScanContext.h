@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/safety/Boundary.h"
 #include "core/scanning/HeldFolders.h"
 #include "core/scanning/ListingBoard.h"
 #include "core/scanning/StorageScanner.h"
@@ -17,7 +18,7 @@ class PathValidator;
 struct ScanContext {
   const PathValidator& validator;
   const FileStatusReader& statusReader;
-  std::vector<std::string> canonicalRoots;
+  Boundary boundary;
   DeveloperCaches developerCaches;
   HeldFolders held;
   ListingBoard board;

@@ -32,7 +32,7 @@ ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& s
     if (m_folders[i].path().empty()) continue;
     tasks.push_back(std::make_unique<FolderScan>(m_context, m_context.board.addStart(), m_folders[i].path(),
                                                  m_folders[i].path(),
-                                                 FolderPlace{nullptr, m_context.canonicalRoots[i]}));
+                                                 FolderPlace{nullptr, m_context.boundary.canonicalPaths()[i]}));
   }
   m_work.push(tasks);
   m_hasThreads = m_work.start(WorkStack::processorCount()) > 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
+#include "core/scanning/DeveloperCaches.h"
 #include "core/scanning/ScanEvent.h"
 
 #include <cstdint>
@@ -13,8 +14,6 @@ namespace orvane {
 
 class FileStatusReader;
 class PathValidator;
-
-enum class DeveloperCaches : std::uint8_t { leaveOut, include };
 
 // The events of one running scan. Owns the walk: destroying it stops the walk and waits for it. No event is dropped,
 // however slowly it is read. One reader at a time.

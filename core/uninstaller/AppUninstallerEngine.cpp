@@ -205,7 +205,7 @@ AppUninstallBundle AppUninstallerEngine::findLeftovers(const InstalledApp& app,
                                                        const Directories& searchDirectories) {
   const std::lock_guard lock(m_mutex);
   const auto library = libraryOrDefault(libraryRoot);
-  const AllowedRoots roots({library});
+  const Boundary roots({library});
   auto identifier = app.bundleIdentifier;
   if (identifier && (!isSafeLeftoverName(*identifier) || isSharedFolderName(*identifier))) identifier.reset();
   const auto displayName = isOwnName(app, searchDirectories) ? std::optional(app.name) : std::nullopt;
@@ -252,8 +252,7 @@ UninstallResult AppUninstallerEngine::uninstall(const AppUninstallBundle& bundle
   for (const auto& item : bundle.leftovers) {
     if (item.isSelected()) leftovers.push_back(requestFor(item.url(), item.fileSize()));
   }
-  CleanupRun run(mover, journal,
-                 AllowedRoots({bundle.app.url.deletingLastPathComponent(), libraryOrDefault(libraryRoot)}));
+  CleanupRun run(mover, journal, Boundary({bundle.app.url.deletingLastPathComponent(), libraryOrDefault(libraryRoot)}));
   const auto progressFrom = [&](std::size_t before) -> CleanupRun::Progress {
     if (!progress) return {};
     return [&, before](std::size_t done, std::size_t) { progress(before + done, leftovers.size() + 1); };

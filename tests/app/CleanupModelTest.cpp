@@ -242,7 +242,7 @@ TEST_F(CleanupModelTest, movesWholeFoldersOfCachesWhateverTheirCategory) {
 
 TEST_F(CleanupModelTest, noticesWhatOthersMovedAndBroughtBack) {
   scan();
-  CleanupRun other(mover, *journal, AllowedRoots({tree.url("Downloads")}));
+  CleanupRun other(mover, *journal, Boundary({tree.url("Downloads")}));
   std::vector<MoveRequest> requests(2);
   requests[0].source = tree.url("Downloads/old.dmg");
   requests[1].source = tree.url("Downloads/Work");

@@ -41,12 +41,12 @@ class MountTest : public test::SafetyFixture {
   }
 
   MoveOutcome trashOne(const std::string& path) {
-    CleanupRun run(mover, *journal, AllowedRoots({FileUrl(volume), tree.url("Downloads")}));
+    CleanupRun run(mover, *journal, Boundary({FileUrl(volume), tree.url("Downloads")}));
     lastRun = run.id();
     return run.carryOut(std::vector{request(path)}).front();
   }
   MoveOutcome moveOne(const std::string& path, const std::string& folder) {
-    CleanupRun run(mover, *journal, AllowedRoots({FileUrl(volume), tree.url("Downloads")}));
+    CleanupRun run(mover, *journal, Boundary({FileUrl(volume), tree.url("Downloads")}));
     lastRun = run.id();
     auto wanted = request(path);
     wanted.destinationFolder = FileUrl(folder);
@@ -143,7 +143,7 @@ TEST_F(MountTest, aBindMountOfTheSameVolumeHasItsOwnTop) {
   tree.file("Downloads/inner/a");
   const auto bound = tree.folder("bound");
   ASSERT_EQ(::mount(tree.path("Downloads/inner").c_str(), bound.c_str(), nullptr, MS_BIND, nullptr), 0);
-  CleanupRun run(mover, *journal, AllowedRoots({FileUrl(bound)}));
+  CleanupRun run(mover, *journal, Boundary({FileUrl(bound)}));
   const auto outcome = run.carryOut(std::vector{request(bound + "/a")}).front();
   EXPECT_EQ(outcome.destination.path(), bound + "/.Trash-" + user() + "/files/a") << outcome.error;
   EXPECT_EQ(journal->restoreRun(run.id()).restoredCount, 1);
@@ -235,7 +235,7 @@ TEST_F(MountTest, anOrganizedBatchGoesOnWhenOneItemDoesNotFit) {
 
   const auto groups = engine.analyzeFolder(tree.url("Downloads"), FileUrl(volume), Subfolders::keepWhole,
                                            OrganizationStrategy::byCategory);
-  const auto execution = engine.carryOut(groups, *journal, AllowedRoots({FileUrl(volume), tree.url("Downloads")}));
+  const auto execution = engine.carryOut(groups, *journal, Boundary({FileUrl(volume), tree.url("Downloads")}));
   EXPECT_EQ(execution.summary.itemsProcessed, 2);
   ASSERT_EQ(execution.outcomes.size(), 3U);
   EXPECT_EQ(execution.outcomes[1].result, MoveResult::failed);

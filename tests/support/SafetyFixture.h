@@ -36,7 +36,7 @@ class SafetyFixture : public testing::Test {
   [[nodiscard]] std::string recordOf(const FileUrl& trashed) const {
     return trashPath() + "/info/" + std::string(trashed.lastPathComponent()) + ".trashinfo";
   }
-  [[nodiscard]] AllowedRoots roots() const { return AllowedRoots({tree.url("Downloads")}); }
+  [[nodiscard]] Boundary roots() const { return Boundary({tree.url("Downloads")}); }
 
   [[nodiscard]] static MoveRequest request(const std::string& path, std::int64_t size = 7) {
     MoveRequest result;

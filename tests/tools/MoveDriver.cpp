@@ -50,7 +50,7 @@ int run(const std::string& home, std::string_view action) {
   if (action == "move") {
     for (auto& request : requests) request.destinationFolder = FileUrl(home + "/Sorted");
   }
-  CleanupRun cleanup(mover, journal, AllowedRoots({FileUrl(home + "/Downloads"), FileUrl(home + "/Sorted")}));
+  CleanupRun cleanup(mover, journal, Boundary({FileUrl(home + "/Downloads"), FileUrl(home + "/Sorted")}));
   const auto outcomes = cleanup.carryOut(requests);
   return std::all_of(outcomes.begin(), outcomes.end(),
                      [](const MoveOutcome& outcome) { return outcome.result == MoveResult::moved; })

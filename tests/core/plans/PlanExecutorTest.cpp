@@ -367,7 +367,7 @@ TEST_F(PlanExecutorTest, leavesAloneAFileThatTookTheNameOfTheOneLookedAt) {
   tree.file("Downloads/swapped", "somebody's only copy");
   const auto execution = execute(results);
   EXPECT_EQ(execution.summary.itemsProcessed, 1);
-  EXPECT_EQ(execution.outcomes[0].result, MoveResult::failed);
+  EXPECT_EQ(execution.outcomes[0].result, MoveResult::changed);
   EXPECT_EQ(contentOf(swapped), "somebody's only copy");
   EXPECT_FALSE(exists(kept));
 }

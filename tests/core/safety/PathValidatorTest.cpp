@@ -39,7 +39,8 @@ class PathValidatorTest : public testing::Test {
     if (path.starts_with('^')) return m_tree.path() + path.substr(1);
     return path;
   }
-  [[nodiscard]] std::optional<SecurityError> check(const std::string& path, const AllowedRoots& roots) const {
+  template <typename Roots>
+  [[nodiscard]] std::optional<SecurityError> check(const std::string& path, const Roots& roots) const {
     try {
       m_validator.validate(FileUrl(expanded(path)), roots);
     } catch (const SecurityError& error) {
@@ -49,7 +50,7 @@ class PathValidatorTest : public testing::Test {
     EXPECT_TRUE(m_validator.isPathAllowed(FileUrl(expanded(path)), roots));
     return std::nullopt;
   }
-  [[nodiscard]] AllowedRoots homeRoot() const { return AllowedRoots({FileUrl(m_home)}); }
+  [[nodiscard]] Boundary homeRoot() const { return Boundary({FileUrl(m_home)}); }
 
   TemporaryTree m_tree;
   std::string m_home = m_tree.path("home");
@@ -63,7 +64,7 @@ struct FixedCase {
 class FixedRules : public PathValidatorTest, public testing::WithParamInterface<FixedCase> {};
 
 TEST_P(FixedRules, decideWithoutRoots) {
-  EXPECT_EQ(verdictOf(check(GetParam().path, AllowedRoots())), GetParam().verdict) << GetParam().path;
+  EXPECT_EQ(verdictOf(check(GetParam().path, fixedRulesOnly)), GetParam().verdict) << GetParam().path;
 }
 INSTANTIATE_TEST_SUITE_P(
     Paths, FixedRules,
@@ -90,29 +91,29 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(PathValidatorTest, admitsARootAndWhatIsInsideByWholeComponents) {
   m_tree.folder("home/Documents2");
-  const AllowedRoots roots({m_tree.url("home/Documents"), m_tree.url("home/Downloads")});
+  const Boundary roots({m_tree.url("home/Documents"), m_tree.url("home/Downloads")});
   EXPECT_EQ(verdictOf(check("~/Downloads", roots)), Verdict::admitted);
   EXPECT_EQ(verdictOf(check("~/Documents/x/y", roots)), Verdict::admitted);
   EXPECT_EQ(verdictOf(check("~/Documents2/x", roots)), Verdict::isProtected);
   EXPECT_EQ(verdictOf(check("^/other/secret", roots)), Verdict::isProtected);
-  EXPECT_EQ(verdictOf(check("/", AllowedRoots({FileUrl("/")}))), Verdict::admitted);
-  EXPECT_EQ(verdictOf(check("~/Downloads", AllowedRoots({FileUrl("/")}))), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("/", Boundary({FileUrl("/")}))), Verdict::admitted);
+  EXPECT_EQ(verdictOf(check("~/Downloads", Boundary({FileUrl("/")}))), Verdict::isProtected);
 }
 
 TEST_F(PathValidatorTest, admitsNothingForAnEmptyRoot) {
-  const AllowedRoots roots({FileUrl()});
+  const Boundary roots({FileUrl()});
   for (const char* path : {"~/Downloads", "^", "/", "CMakeLists.txt"}) {
     EXPECT_NE(verdictOf(check(path, roots)), Verdict::admitted) << path;
   }
 }
 
 TEST_F(PathValidatorTest, admitsTemporaryFoldersOnlyInsideARoot) {
-  const AllowedRoots roots({FileUrl("/var/folders/ab/T")});
+  const Boundary roots({FileUrl("/var/folders/ab/T")});
   EXPECT_EQ(verdictOf(check("/var/folders/ab/T/x", roots)), Verdict::admitted);
   EXPECT_EQ(verdictOf(check("/var/folders/ab/T", roots)), Verdict::admitted);
   EXPECT_EQ(verdictOf(check("/var/folders/cd/x", roots)), Verdict::isProtected);
-  EXPECT_EQ(verdictOf(check("/var/folders", AllowedRoots({FileUrl("/var/folders")}))), Verdict::isProtected);
-  EXPECT_EQ(verdictOf(check("/var/log/x", AllowedRoots({FileUrl("/var/log")}))), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("/var/folders", Boundary({FileUrl("/var/folders")}))), Verdict::isProtected);
+  EXPECT_EQ(verdictOf(check("/var/log/x", Boundary({FileUrl("/var/log")}))), Verdict::isProtected);
 }
 
 TEST_F(PathValidatorTest, judgesALinkByWhereItLeads) {
@@ -136,23 +137,23 @@ TEST_F(PathValidatorTest, judgesALinkByWhereItLeads) {
 }
 
 TEST_F(PathValidatorTest, namesThePathInItsErrors) {
-  EXPECT_EQ(check("/Users/u/../etc", AllowedRoots()),
+  EXPECT_EQ(check("/Users/u/../etc", fixedRulesOnly),
             SecurityError(SecurityError::PathTraversalAttempt{"/Users/u/../etc"}));
   m_tree.link("home/Downloads/here", m_home + "/.ssh");
-  EXPECT_EQ(check("~/Downloads/here", AllowedRoots()), SecurityError(SecurityError::ProtectedPath{m_home + "/.ssh"}));
+  EXPECT_EQ(check("~/Downloads/here", fixedRulesOnly), SecurityError(SecurityError::ProtectedPath{m_home + "/.ssh"}));
 }
 
 TEST_F(PathValidatorTest, protectsAHomeFolderThatIsReachedThroughALink) {
   m_tree.link("linkedHome", m_home);
   const PathValidator validator(m_tree.path("linkedHome"));
-  EXPECT_FALSE(validator.isPathAllowed(FileUrl(m_home), AllowedRoots()));
-  EXPECT_FALSE(validator.isPathAllowed(m_tree.url("linkedHome/.ssh/id_rsa"), AllowedRoots()));
-  EXPECT_TRUE(validator.isPathAllowed(m_tree.url("linkedHome/Downloads"), AllowedRoots()));
+  EXPECT_FALSE(validator.isPathAllowed(FileUrl(m_home), fixedRulesOnly));
+  EXPECT_FALSE(validator.isPathAllowed(m_tree.url("linkedHome/.ssh/id_rsa"), fixedRulesOnly));
+  EXPECT_TRUE(validator.isPathAllowed(m_tree.url("linkedHome/Downloads"), fixedRulesOnly));
 }
 
 TEST_F(PathValidatorTest, keepsTheBoundaryWhenARootsLinkIsChanged) {
   m_tree.link("granted", m_home + "/Downloads");
-  const AllowedRoots roots({m_tree.url("granted")});
+  const Boundary roots({m_tree.url("granted")});
   EXPECT_THAT(roots.canonicalPaths(), testing::ElementsAre(m_home + "/Downloads"));
   std::remove(m_tree.path("granted").c_str());
   m_tree.link("granted", m_tree.path("other"));

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "cli/Consent.h"
+#include "cli/ExitStatus.h"
+#include "core/base/JsonFwd.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/Proposal.h"
+#include "core/tasks/TaskMonitor.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane::cli {
+
+class ProgressLine;
+
+// From a proposal to its report, for every command that moves something.
+
+// The monitor of a task that scans: it draws where the scan is, and stops when the user interrupts. The line must
+// outlive it.
+[[nodiscard]] TaskMonitor scanMonitor(Session& session, ProgressLine& line);
+
+// Warns of what a cloud service would lose, and asks whether to move what is approved. With --yes it only warns.
+[[nodiscard]] Answer askToMove(Session& session, const Arguments& arguments, const Approval& approval);
+// Carries it out, showing progress; what was found wrong with the journal goes to standard error.
+[[nodiscard]] RunReport moveApproved(Session& session, const Approval& approval);
+
+// Names what was not moved, with its reason, on standard error: locked rows that were refused, and rows that failed.
+// Says too that the run was interrupted, where it was.
+[[nodiscard]] ExitStatus tellFailures(const Proposal& proposal, const RunReport& report);
+// tellFailures(), and the summary with the command that undoes the run.
+[[nodiscard]] ExitStatus printReport(Session& session, const Proposal& proposal, const RunReport& report);
+// {"runId", "itemsProcessed", "bytesReclaimed", "failures"}
+[[nodiscard]] Json reportJson(const Proposal& proposal, const RunReport& report);
+
+// askToMove() and, on a yes, moveApproved() and printReport(); an empty report is printed on a no.
+[[nodiscard]] ExitStatus askAndMove(Session& session, const Arguments& arguments, const Approval& approval);
+
+// The rows that would move, for people or as {"items", "totalBytes"}.
+void printDryRun(Session& session, const Proposal& proposal);
+// Says that nothing was changed.
+[[nodiscard]] ExitStatus interruptedBeforeChange();
+
+// What is said beside the rows goes to standard error.
+void tellNotices(const Notices& notices);
+// One sentence for a folder that was left out.
+[[nodiscard]] std::string textOf(const FolderLeftOut& leftOut);
+// What was found wrong with the undo journal goes to standard error. For commands that use the journal, before they
+// print.
+void tellJournalNotices();
+
+// "1 item" or "1,234 items".
+[[nodiscard]] std::string itemCount(std::int64_t count);
+// "12 items (3.4 GB)"
+[[nodiscard]] std::string itemsText(const RowSum& rows);
+
+}  // namespace orvane::cli

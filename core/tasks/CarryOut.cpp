@@ -1,0 +1,47 @@
+#include "core/tasks/CarryOut.h"
+
+#include "core/safety/CleanupRun.h"
+#include "core/tasks/TaskServices.h"
+
+#include <span>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+MoveRequest requestFor(const ProposedRow& row) {
+  MoveRequest request;
+  request.source = row.item.url();
+  request.fileSize = row.item.fileSize();
+  // An item that nobody looked at has no identity that anything on the disk could match.
+  request.expectedIdentity = row.item.identity().value_or(ItemIdentity{});
+  if (const auto* folder = row.destinationFolder()) request.destinationFolder = *folder;
+  if (row.group != nullptr && !row.group->checksum.empty()) request.checksum = row.group->checksum;
+  return request;
+}
+
+std::vector<MoveRequest> requestsFor(const Approval& approval) {
+  std::vector<MoveRequest> requests;
+  requests.reserve(approval.rows().size());
+  for (const auto index : approval.rows()) requests.push_back(requestFor(approval.proposal().row(index)));
+  return requests;
+}
+
+}  // namespace
+
+RunReport carryOut(const TaskServices& services, const Approval& approval, const RunProgress& progress,
+                   const std::stop_token& stop) {
+  RunReport report;
+  if (approval.empty()) return report;
+  auto requests = requestsFor(approval);
+  CleanupRun run(services.mover, services.journal(), approval.proposal().boundary());
+  auto outcomes = run.carryOut(requests, progress, stop);
+  for (std::size_t at = 0; at < outcomes.size(); ++at) {
+    report.note(std::move(outcomes[at]), approval.rows()[at], !requests[at].destinationFolder);
+  }
+  if (report.moved() > 0) report.runId = run.id();
+  report.finished = ReferenceClock::now();
+  return report;
+}
+
+}  // namespace orvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/FileUrl.h"
+#include "core/scanning/DeveloperCaches.h"
+#include "core/scanning/ScanCategory.h"
+#include "core/tasks/Proposal.h"
+#include "core/tasks/TaskMonitor.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+enum class ReviewItems : std::uint8_t { leaveOut, include };
+
+// What a cleanup is to look at and to take.
+struct CleanWish {
+  std::vector<FileUrl> folders;          // also the boundary
+  std::vector<ScanCategory> categories;  // all where empty
+  ReviewItems reviewItems = ReviewItems::leaveOut;
+  DeveloperCaches developerCaches = DeveloperCaches::leaveOut;
+};
+
+// Scans, and proposes what is selected from the start, and on demand the review items of the categories named: rows
+// that are all selected. What lies in a Trash is counted in a notice. Absent when it was stopped.
+[[nodiscard]] std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWish& wish,
+                                                   const TaskMonitor& monitor = {});
+// What a scan of the folders found, whole: each row stands as scannedMark() has it.
+[[nodiscard]] Proposal proposeScanned(ItemList items, std::vector<FileUrl> folders, Date scanned);
+
+}  // namespace orvane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/tasks/Notice.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+// The folders that the user has granted and that can be listed.
+[[nodiscard]] std::vector<FileUrl> grantedFolders(const TaskServices& services);
+// The granted folders whether they exist or not; where nothing was ever granted and no default exists, the defaults.
+[[nodiscard]] std::vector<FileUrl> namesOfGrantedFolders(const TaskServices& services);
+
+// Why a folder cannot be walked, or is never touched as a whole; absent when neither is so.
+[[nodiscard]] std::optional<FolderLeftOut> problemWith(const TaskServices& services, const FileUrl& folder);
+
+struct ChosenFolders {
+  std::vector<FileUrl> folders;
+  std::vector<FolderLeftOut> leftOut;  // of those named
+};
+// The folders named, or the granted ones where none is named. The home folder may be named: what is inside may be
+// touched, though it may not.
+[[nodiscard]] ChosenFolders chosenFolders(const TaskServices& services, std::span<const FileUrl> named);
+
+}  // namespace orvane

@@ -1,0 +1,37 @@
+#include "core/tasks/ItemAt.h"
+
+#include "core/organizer/CategoryClassifier.h"
+#include "core/organizer/CloudFolderDetector.h"
+#include "core/platform/FileStatusReader.h"
+#include "core/scanning/FolderSize.h"
+#include "core/scanning/RiskEvaluator.h"
+#include "core/tasks/TaskServices.h"
+
+#include <fcntl.h>
+
+#include <utility>
+
+namespace orvane {
+
+std::optional<FileItem> itemAt(const TaskServices& services, const FileUrl& place, WholeFolder size) {
+  const auto status = services.statusReader.read(AT_FDCWD, place.path().c_str());
+  if (!status) return std::nullopt;
+  const bool isFolder = status->type == FileType::directory;
+  FileItem::Fields fields;
+  fields.url = place;
+  fields.identity = ItemIdentity::of(*status);
+  fields.fileSize = status->size;
+  fields.createdDate = status->created ? status->created->date() : ReferenceClock::now();
+  fields.lastOpenedDate = status->accessed.date();
+  // A folder's own size says nothing.
+  const std::int64_t ownSize = isFolder ? 0 : status->size;
+  fields.category = CategoryClassifier::classify(place, ownSize, fields.createdDate);
+  fields.riskLabel = RiskEvaluator::evaluate(fields.category, place, ownSize, fields.createdDate);
+  fields.isCloudPlaceholder = CloudFolderDetector::isDatalessCloudPlaceholder(place);
+  if (isFolder) {
+    fields.fileSize = size == WholeFolder::measured ? FolderSize::of(place.path(), FolderSize::Extent::everything) : 0;
+  }
+  return FileItem(std::move(fields));
+}
+
+}  // namespace orvane

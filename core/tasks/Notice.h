@@ -1,0 +1,109 @@
+#pragma once
+
+#include "core/assistant/AIProvider.h"
+#include "core/base/FileUrl.h"
+#include "core/organizer/CloudProvider.h"
+#include "core/rules/RuleMismatch.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace orvane {
+
+// Items and their bytes.
+struct RowSum {
+  std::int64_t count = 0;
+  std::int64_t bytes = 0;
+
+  // An overflow ends the process.
+  void add(std::int64_t size);
+  bool operator==(const RowSum&) const = default;
+};
+
+// What a proposal says beside its rows. Each front end words it in its own way; none invents one.
+
+// A folder that was asked for and not looked at, or in which nothing may be changed.
+struct FolderLeftOut {
+  enum class Why : std::uint8_t {
+    missing,     // it cannot be listed; `detail` is the system's reason
+    refused,     // by the path rules; `detail` is their text
+    notGranted,  // no granted folder holds it
+    listedOnly,  // no granted folder holds it; its items are listed all the same
+  };
+  FileUrl folder;
+  Why why = Why::missing;
+  std::string detail = {};
+  bool operator==(const FolderLeftOut&) const = default;
+};
+
+// Items that would be rows but for the label that keeps them.
+struct RowsKeptByLabel {
+  RowSum rows = {};
+  std::string rule = {};  // the rule that they would match; empty where it is no rule's
+  bool operator==(const RowsKeptByLabel&) const = default;
+};
+
+// Items that lie where they would be moved to.
+struct RowsInPlace {
+  RowSum rows = {};
+  std::string rule = {};
+  bool operator==(const RowsInPlace&) const = default;
+};
+
+// Items that lie in a Trash already.
+struct RowsInTrash {
+  RowSum rows = {};
+  bool operator==(const RowsInTrash&) const = default;
+};
+
+// Items that a rule does not take, by the first condition that they fail.
+struct RowsNotTaken {
+  std::string rule;
+  std::array<std::int64_t, ruleMismatchCount> counts{};
+  bool operator==(const RowsNotTaken&) const = default;
+};
+
+// A rule that is not carried out, and the sentence that says why.
+struct RuleRefused {
+  std::string rule;
+  std::string reason;
+  bool operator==(const RuleRefused&) const = default;
+};
+
+// Items that the user could take as well.
+struct RowsLeftAside {
+  RowSum rows = {};
+  bool operator==(const RowsLeftAside&) const = default;
+};
+
+// The plan that a request became cannot be used.
+struct PlanRefused {
+  std::string fault;
+  bool sortsWholeFolder = false;  // the organizer does what was asked for
+  bool operator==(const PlanRefused&) const = default;
+};
+
+// Another planner than the one asked for made the plan.
+struct PlannerFailed {
+  AIProvider asked = AIProvider::heuristic;
+  std::string reason;  // may quote a reply: escape it for display
+  bool operator==(const PlannerFailed&) const = default;
+};
+
+using Notice = std::variant<FolderLeftOut, RowsKeptByLabel, RowsInPlace, RowsInTrash, RowsNotTaken, RuleRefused,
+                            RowsLeftAside, PlanRefused, PlannerFailed>;
+using Notices = std::vector<Notice>;
+
+// The first notice of a kind; null where there is none.
+template <typename Kind>
+[[nodiscard]] const Kind* firstNotice(const Notices& notices) {
+  for (const auto& notice : notices) {
+    if (const auto* found = std::get_if<Kind>(&notice)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace orvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/Uuid.h"
+#include "core/plans/PlanExecutionSummary.h"
+#include "core/safety/MoveOutcome.h"
+#include "core/tasks/Notice.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// What carrying out an approval came to.
+struct RunReport {
+  std::optional<Uuid> runId;  // absent when nothing was moved: there is nothing to restore then
+  Date finished = ReferenceClock::now();
+  // Of each approved row in order, and which row of the proposal it is.
+  std::vector<MoveOutcome> outcomes;
+  std::vector<std::uint32_t> rows;
+  RowSum toTrash;         // moved; free once the Trash is emptied
+  RowSum toFolders;       // moved
+  std::int64_t left = 0;  // not tried, as the run was stopped
+  std::int64_t failed = 0;
+
+  [[nodiscard]] std::int64_t moved() const noexcept { return toTrash.count + toFolders.count; }
+  [[nodiscard]] std::int64_t movedBytes() const;
+  // The given form of it, with a new identifier when nothing was moved.
+  [[nodiscard]] PlanExecutionSummary summary() const;
+  // Adds one outcome up. `isToTrash` tells where its item was bound for.
+  void note(MoveOutcome outcome, std::uint32_t row, bool isToTrash);
+};
+
+}  // namespace orvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/scanning/DeveloperCaches.h"
+#include "core/scanning/ScanEvent.h"
+#include "core/tasks/TaskMonitor.h"
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+enum class ScanEnd : std::uint8_t { completed, cancelled };
+
+// Scans the folders on the calling thread and hands over the events in batches, the last one included.
+ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                    const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take);
+// The same for those who want the items alone.
+ScanEnd scanItems(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                  const TaskMonitor& monitor, const std::function<void(FileItem)>& take);
+
+}  // namespace orvane

@@ -1,0 +1,60 @@
+#include "core/tasks/TrashTask.h"
+
+#include "core/base/FileDescriptor.h"
+#include "core/base/PathText.h"
+#include "core/safety/PathValidator.h"
+#include "core/safety/TrashError.h"
+#include "core/scanning/FolderSize.h"
+#include "core/tasks/ItemAt.h"
+#include "core/tasks/TaskServices.h"
+
+#include <cerrno>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+bool liesInOneOf(const std::unordered_set<std::string_view>& places, std::string_view path) {
+  while (path.size() > 1) {
+    path = parentPath(path);
+    if (places.contains(path)) return true;
+  }
+  return false;
+}
+
+FileItem bareItem(const FileUrl& place) {
+  FileItem::Fields fields;
+  fields.url = place;
+  return FileItem(std::move(fields));
+}
+
+}  // namespace
+
+Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> places, const Boundary& boundary) {
+  ProposalBuilder builder(TaskKind::trash, boundary, ReferenceClock::now());
+  std::unordered_set<std::string_view> taken;
+  const auto lock = [&](const FileUrl& place, std::string refusal) {
+    builder.add(bareItem(place), {Choice::locked, Lock::refused, builder.addGroup({.refusal = std::move(refusal)})});
+  };
+  for (const auto& place : places) {
+    if (services.validator.isPathAllowed(place, boundary)) taken.insert(place.path());
+  }
+  for (const auto& place : places) {
+    if (auto refusal = services.validator.refusalText(place, boundary); !refusal.empty()) {
+      lock(place, std::move(refusal));
+      continue;
+    }
+    auto item = itemAt(services, place, WholeFolder::measured);
+    if (!item) {
+      lock(place, errorText(errno));
+    } else if (!liesInOneOf(taken, place.path())) {
+      builder.add(*std::move(item), {Choice::selected});
+    }
+  }
+  return builder.take();
+}
+
+}  // namespace orvane
