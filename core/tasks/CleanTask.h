@@ -19,8 +19,8 @@ enum class ReviewItems : std::uint8_t { leaveOut, include };
 
 // What a cleanup is to look at and to take.
 struct CleanWish {
-  std::vector<FileUrl> folders;          // also the boundary
-  std::vector<ScanCategory> categories;  // all where empty
+  std::vector<FileUrl> folders = {};          // also the boundary
+  std::vector<ScanCategory> categories = {};  // all where empty
   ReviewItems reviewItems = ReviewItems::leaveOut;
   DeveloperCaches developerCaches = DeveloperCaches::leaveOut;
 };

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "core/assistant/AgentCoordinator.h"
+#include "core/assistant/KeychainService.h"
+#include "core/duplicates/DuplicateFinderEngine.h"
+#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/CategoryPreferencesStore.h"
+#include "core/organizer/FolderOrganizerEngine.h"
+#include "core/platform/FileStatusReader.h"
+#include "core/rules/RuleEngine.h"
+#include "core/safety/FileAccessService.h"
+#include "core/scanning/StorageScanner.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/TaskServices.h"
+#include "core/uninstaller/AppUninstallerEngine.h"
+#include "platform/linux/LinuxFolderGrants.h"
+#include "platform/linux/LinuxPreferences.h"
+#include "tests/support/AutoOrganizerFixture.h"
+#include "tests/support/SafetyFixture.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace orvane::test {
+
+// A key ring without a key, and a network that nobody may use.
+class NoSecrets : public SecretStore {
+ public:
+  [[nodiscard]] bool add(const std::string& /*service*/, const std::string& /*account*/,
+                         const SecretText& /*secret*/) override {
+    return false;
+  }
+  [[nodiscard]] bool remove(const std::string& /*service*/, const std::string& /*account*/) override { return true; }
+  [[nodiscard]] std::optional<SecretText> find(const std::string& /*service*/,
+                                               const std::string& /*account*/) override {
+    return std::nullopt;
+  }
+};
+class NoNetwork : public HttpTransport {
+ public:
+  [[nodiscard]] HttpResponse send(const HttpRequest& /*request*/, const std::stop_token& /*stop*/) override {
+    throw HttpError(HttpError::Failed{"nothing may be sent"});
+  }
+};
+
+// Creation dates cannot be set: a file counts as made when it was last changed.
+class BackdatedStatusReader : public FileStatusReader {
+ public:
+  [[nodiscard]] std::optional<FileStatus> read(int folder, const char* name) const noexcept override {
+    auto status = readFileStatus(folder, name);
+    if (status) status->created = status->modified;
+    return status;
+  }
+};
+
+// The tasks over a home of their own: ~/Downloads is granted.
+class TaskFixture : public SafetyFixture {
+ public:
+  TaskFixture() { folders.saveBookmark(tree.url("Downloads")); }
+
+  [[nodiscard]] TaskServices taskServices() {
+    return {
+        .validator = validator,
+        .statusReader = statusReader,
+        .scanner = scanner,
+        .folders = folders,
+        .mover = mover,
+        .rules = rules,
+        .finder = finder,
+        .organizer = organizer,
+        .learned = learned,
+        .topics = topics,
+        .tidySettings = tidySettings,
+        .uninstaller = uninstaller,
+        .agent = agent,
+        .home = FileUrl(tree.path()),
+        .journal = [this]() -> UndoJournal& { return *journal; },
+    };
+  }
+
+  // Paths below the home of the rows that pass.
+  template <typename Passes>
+  [[nodiscard]] std::set<std::string> rowsOf(const Proposal& proposal, Passes passes) const {
+    std::set<std::string> result;
+    proposal.forEach([&](std::size_t, const ProposedRow& row) {
+      if (passes(row)) result.insert(row.item.url().path().substr(tree.path().size() + 1));
+    });
+    return result;
+  }
+  [[nodiscard]] std::set<std::string> rowsOf(const Proposal& proposal) const {
+    return rowsOf(proposal, [](const ProposedRow&) { return true; });
+  }
+
+  LinuxPreferences preferences{tree.path(".config/orvane/preferences.json")};
+  LinuxFolderGrants grants;
+  BackdatedStatusReader statusReader;
+  FileAccessService folders{preferences, grants, tree.path()};
+  StorageScanner scanner{validator, statusReader};
+  RuleEngine rules{preferences, mover, *journal, validator};
+  DuplicateFinderEngine finder{validator, statusReader};
+  CategoryPreferencesStore learned{preferences};
+  ScriptedModel topicModel;
+  TopicCategorizerFactory topics{topicModel};
+  FolderOrganizerEngine organizer{learned, mover, validator};
+  AutoOrganizeSettingsStore tidySettings{preferences};
+  AppUninstallerEngine uninstaller{validator, FileUrl(tree.path())};
+  NoSecrets secrets;
+  KeychainService keychain{secrets};
+  NoNetwork network;
+  AgentCoordinator agent{keychain, network, ProviderAddresses()};
+};
+
+}  // namespace orvane::test
