@@ -322,13 +322,13 @@ void AgentModel::confirm() {
   if (!m_answer || m_selectedCount == 0) return;
   startRun(
       m_selectedCount,
-      [services = services(), sections = m_sections, matches = m_answer->matches](const CleanupRun::Progress& progress,
+      [services = services(), sections = m_sections, matches = m_answer->matches](const RunProgress& progress,
                                                                                   const std::stop_token& stop) {
         const Boundary roots(rootsFor(services));
         // Without a folder there would be no boundary either.
         if (roots.allowsNothing()) return RunReport{};
         const auto execution = sections.planExecutor.execute(matches, services.journal(), roots, progress, stop);
-        return RunReport::of(execution.summary.batchId, execution.outcomes);
+        return reportOf(execution.summary.batchId, execution.outcomes);
       },
       [this](const RunReport&) { show(nullptr); });
 }

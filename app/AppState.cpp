@@ -68,7 +68,7 @@ void AppState::startScan() {
   Q_EMIT scanStatusChanged();
   m_scanQueue.post([this, stop = m_scanStop.get_token()](const std::stop_token&) {
     const auto end = scanGrantedFolders(
-        m_services,
+        m_services.tasks,
         {
             .begun =
                 [this](std::vector<FileUrl> folders) {

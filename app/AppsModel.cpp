@@ -225,14 +225,14 @@ void AppsModel::uninstall() {
   m_uninstalledName = m_review->app.name;
   startRun(
       static_cast<std::int64_t>(reviewCount()),
-      [services = services(), sections = m_sections, bundle = *m_review](const CleanupRun::Progress& progress,
+      [services = services(), sections = m_sections, bundle = *m_review](const RunProgress& progress,
                                                                          const std::stop_token& stop) {
         const auto result =
             sections.uninstaller.uninstall(bundle, services.mover, services.journal(), std::nullopt, progress, stop);
-        return RunReport::of(result.runId, result.outcomes);
+        return reportOf(result.runId, result.outcomes);
       },
       [this](const RunReport& report) {
-        if (report.moved > 0) list();
+        if (report.moved() > 0) list();
       });
   setLookAfterUndo([this]() -> std::function<void()> { return [this] { list(); }; });
 }

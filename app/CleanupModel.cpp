@@ -7,6 +7,8 @@
 #include "core/base/FileStatus.h"
 #include "core/platform/Desktop.h"
 #include "core/scanning/RiskEvaluator.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/CleanTask.h"
 
 #include <QDebug>
 
@@ -182,7 +184,7 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case CloudWarningRole:
       return cloudText(item, services().home);
     case IsFolderRole:
-      return m_items.items().isFolder(index);
+      return m_items.items().item(index).isFolder();
     default:
       return {};
   }
@@ -278,7 +280,7 @@ void CleanupModel::changeQuery(const CleanupQuery& query) {
 
 void CleanupModel::takeItems(std::size_t first) {
   m_items.items().forEachFrom(first, [this](std::size_t, const FileItem& item) {
-    m_selection.append(item);
+    m_selection.append(scannedMark(item).choice, item.fileSize());
     return true;
   });
   // Everything that shows a count is worked out again then: once a frame will do.
@@ -372,7 +374,7 @@ void CleanupModel::toggle(int row) {
   if (!place || isWorking()) return;
   auto& section = m_sections[indexOf(place->category)];
   const auto whether = [](bool isSelected) {
-    return isSelected ? CleanupSelection::Whether::selected : CleanupSelection::Whether::unselected;
+    return isSelected ? Selection::Whether::selected : Selection::Whether::unselected;
   };
   if (!place->item) {
     const bool select = section.selected < section.selectable;
@@ -410,7 +412,7 @@ void CleanupModel::toggleExpanded(int row) {
 
 void CleanupModel::selectRecommended() {
   if (isWorking()) return;
-  m_selection.selectRecommended();
+  m_selection.selectProposed();
   refreshChecks();
 }
 
@@ -424,20 +426,14 @@ void CleanupModel::deselectAll() {
 
 void CleanupModel::cleanSelected() {
   if (isWorking() || m_selection.count() == 0) return;
-  const auto moved = std::make_shared<std::vector<std::uint32_t>>();
+  // Going through a million rows takes a while.
   startRun(
       m_selection.count(),
-      [services = services(), scanned = m_items.snapshot(), chosen = m_selection.selected(), moved](
-          const CleanupRun::Progress& progress, const std::stop_token& stop) {
-        auto report = cleanItems(services.mover, services.journal(), scanned, chosen, progress, stop);
-        *moved = std::move(report.moved);
-        return RunReport{.runId = report.runId,
-                         .moved = static_cast<std::int64_t>(moved->size()),
-                         .bytes = report.movedBytes,
-                         .left = report.left,
-                         .failures = std::move(report.failures)};
+      [tasks = services().tasks, proposal = proposeScanned(m_items.items(), m_items.folders(), m_scanStart),
+       selection = m_selection](const RunProgress& progress, const std::stop_token& stop) {
+        return carryOut(tasks, proposal.approve(selection), progress, stop);
       },
-      [this, moved, generation = m_generation](const RunReport&) { takeOut(*moved, generation); });
+      [this, generation = m_generation](const RunReport& report) { takeOut(movedRows(report), generation); });
 }
 
 void CleanupModel::takeOut(const std::vector<std::uint32_t>& moved, int generation) {

@@ -2,10 +2,10 @@
 
 #include "app/BackgroundQueue.h"
 #include "app/CleanupArrangement.h"
-#include "app/CleanupSelection.h"
 #include "app/RunModel.h"
 #include "app/WindowServices.h"
 #include "core/base/Date.h"
+#include "core/tasks/Selection.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QTimer>
@@ -151,7 +151,7 @@ class CleanupModel : public orvane::RunModel {
 
   AppState& m_state;
   ScannedItems& m_items;
-  CleanupSelection m_selection;
+  Selection m_selection;
   CleanupQuery m_query;
   std::array<Section, allScanCategories.size()> m_sections;
   int m_rows = 0;

@@ -333,10 +333,10 @@ void DuplicatesModel::cleanSelected() {
   const auto moved = std::make_shared<std::set<Uuid>>();
   startRun(
       m_selectedCount,
-      [sections = m_sections, groups = std::move(groups), roots = m_searchedRoots, moved](
-          const CleanupRun::Progress& progress, const std::stop_token& stop) {
+      [sections = m_sections, groups = std::move(groups), roots = m_searchedRoots, moved](const RunProgress& progress,
+                                                                                          const std::stop_token& stop) {
         const auto cleanup = sections.duplicateCleaner().clean(groups, Boundary(roots), progress, stop);
-        auto report = RunReport::of(cleanup.runId.value_or(Uuid()), cleanup.outcomes);
+        auto report = reportOf(cleanup.runId.value_or(Uuid()), cleanup.outcomes);
         std::set<FileUrl> places;
         for (const auto& outcome : cleanup.outcomes) {
           if (outcome.result == MoveResult::moved) places.insert(outcome.source);
@@ -379,9 +379,10 @@ QString DuplicatesModel::movedText(std::int64_t count, std::int64_t bytes) const
       .arg(textFrom(formatCount(count)), Format::bytes(static_cast<double>(bytes)));
 }
 
-QString DuplicatesModel::failureText(const CleanupFailure& failure) const {
-  if (failure.name.empty()) return RunModel::failureText(failure);
-  return localizedText("duplicates.failed_item").arg(shownName(failure.name), textFrom(failure.error));
+QString DuplicatesModel::failureText(const MoveOutcome& failure) const {
+  if (failure.source.path().empty()) return RunModel::failureText(failure);
+  return localizedText("duplicates.failed_item")
+      .arg(shownName(failure.source.lastPathComponent()), textFrom(failure.error));
 }
 
 void DuplicatesModel::languageChanged() {

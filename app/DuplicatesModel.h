@@ -104,7 +104,7 @@ class DuplicatesModel : public orvane::RunModel {
 
  protected:
   [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
-  [[nodiscard]] QString failureText(const CleanupFailure& failure) const override;
+  [[nodiscard]] QString failureText(const MoveOutcome& failure) const override;
 
  private:
   struct Shown {

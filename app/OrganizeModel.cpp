@@ -398,10 +398,10 @@ void OrganizeModel::apply() {
   startRun(
       m_selectedCount,
       [services = services(), sections = m_sections, groups = groups(), folder = *m_folder, root = destinationRoot()](
-          const CleanupRun::Progress& progress, const std::stop_token& stop) {
+          const RunProgress& progress, const std::stop_token& stop) {
         const auto execution =
             sections.organizer.carryOut(groups, services.journal(), Boundary({folder, root}), progress, stop);
-        return RunReport::of(execution.summary.batchId, execution.outcomes);
+        return reportOf(execution.summary.batchId, execution.outcomes);
       },
       [this](const RunReport&) {
         setGroups({});

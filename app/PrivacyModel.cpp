@@ -36,8 +36,8 @@ std::optional<SentRequest> storedRequest(const Preferences& preferences) {
 
 }  // namespace
 
-PrivacyModel::PrivacyModel(WindowServices services, const PathValidator& validator, QObject* parent)
-    : QObject(parent), m_services(std::move(services)), m_granted(m_services.folders, validator, m_services.home) {}
+PrivacyModel::PrivacyModel(WindowServices services, QObject* parent)
+    : QObject(parent), m_services(std::move(services)), m_granted(m_services.tasks) {}
 
 void PrivacyModel::refresh() {
   m_queue.post([this](const std::stop_token&) {

@@ -25,7 +25,7 @@ class PrivacyModel : public QObject {
   Q_PROPERTY(QString lastRequestProvider READ lastRequestProvider NOTIFY requestChanged)
 
  public:
-  PrivacyModel(WindowServices services, const PathValidator& validator, QObject* parent = nullptr);
+  explicit PrivacyModel(WindowServices services, QObject* parent = nullptr);
 
   [[nodiscard]] bool hasFullDiskAccess() const noexcept { return m_hasFullDiskAccess; }
   [[nodiscard]] const QVariantList& folders() const noexcept { return m_folders; }

@@ -357,14 +357,14 @@ void RulesModel::closePreview() {
 
 void RulesModel::runPreviewed() {
   if (m_previewed.empty() || isWorking()) return;
-  startRun(0, [services = services(), rules = m_previewed, looked = startLooking()](
-                  const CleanupRun::Progress& progress, const std::stop_token& stop) {
+  startRun(0, [services = services(), rules = m_previewed, looked = startLooking()](const RunProgress& progress,
+                                                                                    const std::stop_token& stop) {
     const auto folders = existingFolders(services.folders);
     // Without a folder there would be no boundary either.
     if (folders.empty()) return RunReport{};
     const auto items = scanForRules(services, stop, looked.get());
     const auto execution = services.rules.carryOut(rules, items, Boundary(folders), progress, stop);
-    return RunReport::of(execution.summary.batchId, execution.outcomes);
+    return reportOf(execution.summary.batchId, execution.outcomes);
   });
 }
 

@@ -5,6 +5,7 @@
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
 #include "core/safety/UndoJournal.h"
+#include "core/tasks/CarryOut.h"
 
 #include <chrono>
 #include <exception>
@@ -19,27 +20,10 @@ constexpr std::chrono::milliseconds lookInterval{100};
 
 }  // namespace
 
-RunReport RunReport::of(const Uuid& runId, std::span<const MoveOutcome> outcomes) {
+RunReport reportOf(const Uuid& runId, std::span<const MoveOutcome> outcomes) {
   RunReport report;
-  for (const auto& outcome : outcomes) {
-    switch (outcome.result) {
-      case MoveResult::moved:
-        report.runId = runId;
-        ++report.moved;
-        report.bytes += outcome.fileSize;
-        break;
-      case MoveResult::cancelled:
-        ++report.left;
-        break;
-      case MoveResult::refused:
-      case MoveResult::missing:
-      case MoveResult::changed:
-      case MoveResult::failed:
-        report.failures.push_back(
-            {std::string(outcome.source.lastPathComponent()), CleanupFailure::Reason::refused, outcome.error});
-        break;
-    }
-  }
+  for (const auto& outcome : outcomes) report.note(outcome, 0, true);
+  if (report.moved() > 0) report.runId = runId;
   return report;
 }
 
@@ -53,7 +37,7 @@ RunModel::~RunModel() {
   m_stop.request_stop();
 }
 
-CleanupRun::Progress RunModel::progressFor() {
+RunProgress RunModel::progressFor() {
   // Called for every file; the main thread is told now and then.
   return [this, pace = ProgressPace()](std::size_t done, std::size_t total) mutable {
     if (!pace.isDue(done, total)) return;
@@ -82,7 +66,7 @@ void RunModel::forgetResult() {
   Q_EMIT workChanged();
 }
 
-void RunModel::startRun(std::int64_t total, CarryOut carryOut, std::function<void(const RunReport&)> finished) {
+void RunModel::startRun(std::int64_t total, CarryOut carryOut, Finished finished) {
   if (isWorking()) return;
   begin(Work::moving, total);
   m_workQueue.post([this, carryOut = std::move(carryOut), finished = std::move(finished), progress = progressFor(),
@@ -91,19 +75,31 @@ void RunModel::startRun(std::int64_t total, CarryOut carryOut, std::function<voi
     try {
       *report = carryOut(progress, stop);
     } catch (const std::exception& error) {
-      report->failures.push_back({"", CleanupFailure::Reason::refused, error.what()});
+      report->note({{}, MoveResult::failed, {}, 0, error.what()}, 0, true);
     }
     callOn(this, [this, report, finished] {
       m_work = Work::none;
       if (m_looked) stopLooking();
       m_result = Result::moved;
-      m_report = *report;
       if (report->runId) m_lastRun = report->runId;
       if (finished) finished(*report);
+      report->forgetMoved();
+      m_report = std::move(*report);
       Q_EMIT workChanged();
       Q_EMIT cleaned();
     });
   });
+}
+
+void RunModel::startRun(Approval approval, Finished finished) {
+  const auto total = static_cast<std::int64_t>(approval.rows().size());
+  startRun(
+      total,
+      [tasks = m_services.tasks, approval = std::move(approval)](const RunProgress& progress,
+                                                                 const std::stop_token& stop) {
+        return carryOut(tasks, approval, progress, stop);
+      },
+      std::move(finished));
 }
 
 RunModel::LookedCount RunModel::startLooking() {
@@ -125,7 +121,7 @@ void RunModel::cancel() {
 
 void RunModel::undo() {
   if (!canUndo()) return;
-  begin(Work::restoring, m_report.moved);
+  begin(Work::restoring, m_report.moved());
   m_workQueue.post([this, run = *m_lastRun, look = m_lookAfterUndo, progress = progressFor(),
                     stop = m_stop.get_token()](const std::stop_token&) {
     RestoreResult result;
@@ -155,15 +151,16 @@ void RunModel::finishUndo(std::int64_t count, std::vector<std::string> warnings,
 
 QStringList RunModel::messages() const {
   QStringList result;
-  for (const auto& failure : m_report.failures) {
+  for (const auto& outcome : m_report.outcomes) {
+    if (outcome.result == MoveResult::moved || outcome.result == MoveResult::cancelled) continue;
     if (static_cast<std::size_t>(result.size()) == mostMessages) break;
-    result += failureText(failure);
+    result += failureText(outcome);
   }
   for (const auto& warning : m_warnings) {
     if (static_cast<std::size_t>(result.size()) == mostMessages) break;
     result += textFrom(warning);
   }
-  const auto all = m_report.failures.size() + m_warnings.size();
+  const auto all = static_cast<std::size_t>(m_report.failed) + m_warnings.size();
   if (all > mostMessages) {
     const auto more = static_cast<std::int64_t>(all - mostMessages);
     result += localizedText("cleanup.more_failures").arg(textFrom(formatCount(more)));
@@ -176,7 +173,7 @@ QString RunModel::resultText() const {
     case Result::none:
       return {};
     case Result::moved: {
-      auto text = movedText(m_report.moved, m_report.bytes);
+      auto text = movedText(m_report.moved(), m_report.movedBytes());
       if (m_report.left == 0) return text;
       return text + u' ' + localizedText("cleanup.cancelled").arg(textFrom(formatCount(m_report.left)));
     }
@@ -190,19 +187,14 @@ QString RunModel::movedText(std::int64_t count, std::int64_t bytes) const {
   return localizedText("cleanup.result").arg(textFrom(formatCount(count)), Format::bytes(static_cast<double>(bytes)));
 }
 
-QString RunModel::failureText(const CleanupFailure& failure) const {
+QString RunModel::failureText(const MoveOutcome& failure) const {
   const auto error = [&] {
-    switch (failure.reason) {
-      case CleanupFailure::Reason::changed:
-        return localizedText("cleanup.changed_since_scan");
-      case CleanupFailure::Reason::gone:
-        return localizedText("cleanup.gone_since_scan");
-      case CleanupFailure::Reason::refused:
-        break;
-    }
+    if (failure.result == MoveResult::changed) return localizedText("cleanup.changed_since_scan");
+    if (failure.result == MoveResult::missing) return localizedText("cleanup.gone_since_scan");
     return textFrom(failure.error);
   }();
-  return failure.name.empty() ? error : localizedText("cleanup.failed_item").arg(shownName(failure.name), error);
+  const auto name = failure.source.lastPathComponent();
+  return name.empty() ? error : localizedText("cleanup.failed_item").arg(shownName(name), error);
 }
 
 QString RunModel::progressText() const {

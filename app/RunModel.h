@@ -1,10 +1,10 @@
 #pragma once
 
 #include "app/BackgroundQueue.h"
-#include "app/CleanupWork.h"
 #include "app/WindowServices.h"
 #include "core/base/Uuid.h"
-#include "core/safety/CleanupRun.h"
+#include "core/tasks/Proposal.h"
+#include "core/tasks/RunReport.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
@@ -23,17 +23,8 @@
 
 namespace orvane {
 
-// What a run that moves files came to, kept as data so that its texts follow the language.
-struct RunReport {
-  std::optional<Uuid> runId;  // absent when nothing was moved
-  std::int64_t moved = 0;
-  std::int64_t bytes = 0;
-  std::int64_t left = 0;  // not tried, as the run was stopped
-  std::vector<CleanupFailure> failures;
-
-  // Of the outcomes of a run. What was in its place already is no failure.
-  [[nodiscard]] static RunReport of(const Uuid& runId, std::span<const MoveOutcome> outcomes);
-};
+// Sums of the outcomes of a run that an engine carried out.
+[[nodiscard]] RunReport reportOf(const Uuid& runId, std::span<const MoveOutcome> outcomes);
 
 // A list that the user moves files from: one run at a time in the background, with progress, Cancel, its result in
 // words, and Undo of the last one.
@@ -82,8 +73,11 @@ class RunModel : public QAbstractListModel {
 
   // Has `carryOut` called in the background; what it throws becomes a failure. It may use the services and what it
   // holds itself, nothing else of the model. `finished` is then called on the main thread.
-  using CarryOut = std::function<RunReport(const CleanupRun::Progress& progress, const std::stop_token& stop)>;
-  void startRun(std::int64_t total, CarryOut carryOut, std::function<void(const RunReport&)> finished = {});
+  using CarryOut = std::function<RunReport(const RunProgress& progress, const std::stop_token& stop)>;
+  using Finished = std::function<void(const RunReport&)>;
+  void startRun(std::int64_t total, CarryOut carryOut, Finished finished = {});
+  // The same for what the user approved.
+  void startRun(Approval approval, Finished finished = {});
   // For a search in the background: progressText() tells how many files it has counted here, until stopLooking().
   using LookedCount = std::shared_ptr<std::atomic<std::size_t>>;
   [[nodiscard]] LookedCount startLooking();
@@ -96,14 +90,14 @@ class RunModel : public QAbstractListModel {
   void forgetResult();
 
   [[nodiscard]] virtual QString movedText(std::int64_t count, std::int64_t bytes) const;
-  [[nodiscard]] virtual QString failureText(const CleanupFailure& failure) const;
+  [[nodiscard]] virtual QString failureText(const MoveOutcome& failure) const;
 
  private:
   enum class Work : std::uint8_t { none, moving, restoring };
   enum class Result : std::uint8_t { none, moved, restored };
 
   void begin(Work work, std::int64_t total);
-  [[nodiscard]] CleanupRun::Progress progressFor();
+  [[nodiscard]] RunProgress progressFor();
   void finishUndo(std::int64_t count, std::vector<std::string> warnings, bool isComplete);
 
   WindowServices m_services;

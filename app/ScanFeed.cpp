@@ -1,11 +1,8 @@
 #include "app/ScanFeed.h"
 
-#include "app/Places.h"
-#include "core/base/FileStatus.h"
-#include "core/scanning/StorageScanner.h"
-#include "core/scanning/WholeFolders.h"
-
-#include <fcntl.h>
+#include "core/tasks/Folders.h"
+#include "core/tasks/ScanTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <chrono>
 #include <memory>
@@ -20,21 +17,14 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t itemsPerPiece = 4096;
 constexpr std::chrono::milliseconds handOverInterval{50};
 
-bool isFolder(const FileItem& item) {
-  if (!mayBeWholeFolder(item.url().path())) return false;
-  const auto status = readFileStatus(AT_FDCWD, item.url().path().c_str());
-  return status && status->type == FileType::directory;
-}
-
 class PieceMaker {
  public:
   explicit PieceMaker(const ScanFeed& feed) : m_feed(feed) {}
 
   void add(FileItem item) {
     m_bytes += item.fileSize();
-    m_piece->isFolder.push_back(isFolder(item));
-    m_piece->items.push_back(std::move(item));
-    if (m_piece->items.size() >= itemsPerPiece) flush();
+    m_piece->push_back(std::move(item));
+    if (m_piece->size() >= itemsPerPiece) flush();
   }
   void note(const ScanProgress& progress) {
     m_examined = progress.itemsScanned;
@@ -48,8 +38,8 @@ class PieceMaker {
     m_lastFlush = now;
   }
   void flush() {
-    if (m_piece->items.empty()) return;
-    m_piece->items.shrink_to_fit();
+    if (m_piece->empty()) return;
+    m_piece->shrink_to_fit();
     m_feed.found(std::exchange(m_piece, std::make_shared<ItemPiece>()), std::exchange(m_bytes, 0));
   }
   void finish() {
@@ -68,29 +58,22 @@ class PieceMaker {
 
 }  // namespace
 
-ScanOutcome scanGrantedFolders(const WindowServices& services, const ScanFeed& feed, const std::stop_token& stop) {
-  auto folders = existingFolders(services.folders);
+ScanOutcome scanGrantedFolders(const TaskServices& services, const ScanFeed& feed, const std::stop_token& stop) {
+  auto folders = grantedFolders(services);
   feed.begun(folders);
   if (folders.empty()) return ScanOutcome::noFolders;
 
-  auto stream = services.scanner.scan(std::move(folders), DeveloperCaches::include);
-  const std::stop_callback whenStopped(stop, [&stream] { stream.cancel(); });
   PieceMaker pieces(feed);
-  auto end = ScanOutcome::completed;
-  for (auto events = stream.nextBatch(); !events.empty(); events = stream.nextBatch()) {
-    for (auto& event : events) {
-      if (auto* item = std::get_if<FileItem>(&event)) {
-        pieces.add(std::move(*item));
-      } else if (const auto* progress = std::get_if<ScanProgress>(&event)) {
-        pieces.note(*progress);
-      } else if (std::holds_alternative<ScanCancelled>(event)) {
-        end = ScanOutcome::cancelled;
-      }
-    }
-    pieces.flushWhenDue();
-  }
+  const TaskMonitor monitor{.stop = stop, .scanning = [&](const ScanProgress& progress) { pieces.note(progress); }};
+  const auto end =
+      scanFolders(services, std::move(folders), DeveloperCaches::include, monitor, [&](std::vector<ScanEvent>& events) {
+        for (auto& event : events) {
+          if (auto* item = std::get_if<FileItem>(&event)) pieces.add(std::move(*item));
+        }
+        pieces.flushWhenDue();
+      });
   pieces.finish();
-  return end;
+  return end == ScanEnd::completed ? ScanOutcome::completed : ScanOutcome::cancelled;
 }
 
 }  // namespace orvane

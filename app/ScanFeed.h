@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/ScannedItems.h"
-#include "app/WindowServices.h"
 
 #include <cstdint>
 #include <functional>
@@ -10,6 +9,8 @@
 #include <vector>
 
 namespace orvane {
+
+struct TaskServices;
 
 enum class ScanOutcome : std::uint8_t { completed, cancelled, noFolders };
 
@@ -22,6 +23,6 @@ struct ScanFeed {
 };
 
 // Scans the granted folders that exist, developer caches included, and waits for the end.
-ScanOutcome scanGrantedFolders(const WindowServices& services, const ScanFeed& feed, const std::stop_token& stop);
+ScanOutcome scanGrantedFolders(const TaskServices& services, const ScanFeed& feed, const std::stop_token& stop);
 
 }  // namespace orvane

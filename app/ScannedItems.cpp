@@ -8,19 +8,6 @@
 
 namespace orvane {
 
-void ItemList::append(SharedPiece piece) {
-  if (piece->items.empty()) return;
-  const auto count = piece->items.size();
-  m_pieces.push_back({m_size, std::move(piece)});
-  m_size += count;
-}
-
-std::vector<ItemList::Entry>::const_iterator ItemList::pieceAt(std::size_t index) const {
-  const auto after = std::upper_bound(m_pieces.begin(), m_pieces.end(), index,
-                                      [](std::size_t value, const Entry& entry) { return value < entry.start; });
-  return std::prev(after);
-}
-
 std::string_view shownFolder(const ItemList& items, std::size_t index, std::span<const FileUrl> scannedFolders) {
   const std::string_view path = items.item(index).url().path();
   std::string_view best;
@@ -32,7 +19,7 @@ std::string_view shownFolder(const ItemList& items, std::size_t index, std::span
   }
   const auto next = path.find('/', best.size() + 1);
   if (next != std::string_view::npos) return path.substr(0, next);
-  return items.isFolder(index) ? path : path.substr(0, best.size());
+  return items.item(index).isFolder() ? path : path.substr(0, best.size());
 }
 
 void ScannedItems::begin(std::vector<FileUrl> folders) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
-#include "core/scanning/FileItem.h"
+#include "core/tasks/ItemList.h"
 
 #include <QObject>
 
@@ -14,49 +14,6 @@
 #include <vector>
 
 namespace orvane {
-
-// A stretch of a scan's items. Never changes once it is handed over, so any thread may read it.
-struct ItemPiece {
-  std::vector<FileItem> items;
-  std::vector<bool> isFolder;  // of the items, each
-};
-using SharedPiece = std::shared_ptr<const ItemPiece>;
-
-// The items of a scan in the order in which they were found. Copies share the items.
-class ItemList {
- public:
-  [[nodiscard]] std::size_t size() const noexcept { return m_size; }
-  [[nodiscard]] const FileItem& item(std::size_t index) const { return pieceOf(index).piece->items[offset(index)]; }
-  [[nodiscard]] bool isFolder(std::size_t index) const { return pieceOf(index).piece->isFolder[offset(index)]; }
-  void append(SharedPiece piece);
-
-  // Calls `visit(index, item)` for each in order until it returns false.
-  template <typename Visit>
-  void forEach(Visit visit) const {
-    forEachFrom(0, visit);
-  }
-  template <typename Visit>
-  void forEachFrom(std::size_t first, Visit visit) const {
-    for (auto entry = first < m_size ? pieceAt(first) : m_pieces.end(); entry != m_pieces.end(); ++entry) {
-      const auto& items = entry->piece->items;
-      for (std::size_t at = first > entry->start ? first - entry->start : 0; at < items.size(); ++at) {
-        if (!visit(entry->start + at, items[at])) return;
-      }
-    }
-  }
-
- private:
-  struct Entry {
-    std::size_t start;
-    SharedPiece piece;
-  };
-  [[nodiscard]] std::vector<Entry>::const_iterator pieceAt(std::size_t index) const;
-  [[nodiscard]] const Entry& pieceOf(std::size_t index) const { return *pieceAt(index); }
-  [[nodiscard]] std::size_t offset(std::size_t index) const { return index - pieceOf(index).start; }
-
-  std::vector<Entry> m_pieces;
-  std::size_t m_size = 0;
-};
 
 // The folder that an item is shown under: the one right below the scanned folder that it lies in or is, or the scanned
 // folder itself for a file directly in it.

@@ -1,5 +1,6 @@
 #include "app/SettingsModel.h"
 
+#include "app/Places.h"
 #include "app/Text.h"
 #include "app/TidyModel.h"
 #include "core/assistant/AIProvider.h"
@@ -58,7 +59,7 @@ std::string storedForm(const FileUrl& folder) {
 }  // namespace
 
 SettingsModel::SettingsModel(Collaborators collaborators, QObject* parent)
-    : QObject(parent), m_with(std::move(collaborators)), m_granted(m_with.folders, m_with.validator, m_with.home) {
+    : QObject(parent), m_with(std::move(collaborators)), m_granted(m_with.tasks) {
   connect(&m_with.tidy, &TidyModel::changed, this, &SettingsModel::tidyChanged);
 }
 
@@ -265,13 +266,13 @@ void SettingsModel::setUseTopics(bool useTopics) {
 QVariantList SettingsModel::autoFolders() const {
   QVariantList result;
   for (const auto& folder : m_with.tidy.settings().folderURLs()) {
-    result.append(GrantedFolders::row(folder, m_with.home));
+    result.append(GrantedFolders::row(folder, m_with.tasks.home));
   }
   return result;
 }
 
 void SettingsModel::addAutoFolder(const QString& url) {
-  const auto folder = GrantedFolders::placeFrom(url);
+  const auto folder = placeFrom(url).value_or(FileUrl());
   if (folder == FileUrl()) return;
   m_with.tidy.update([form = storedForm(folder)](AutoOrganizeSettings& settings) {
     if (std::ranges::find(settings.folderPaths, form) == settings.folderPaths.end()) {
@@ -281,7 +282,7 @@ void SettingsModel::addAutoFolder(const QString& url) {
 }
 
 void SettingsModel::removeAutoFolder(const QString& url) {
-  const auto folder = GrantedFolders::placeFrom(url);
+  const auto folder = placeFrom(url).value_or(FileUrl());
   m_with.tidy.update([folder](AutoOrganizeSettings& settings) {
     std::erase_if(settings.folderPaths, [&](const std::string& stored) {
       AutoOrganizeSettings only;

@@ -55,15 +55,13 @@ class SettingsModel : public QObject {
 
   // All must outlive the model.
   struct Collaborators {
-    FileAccessService& folders;
-    const PathValidator& validator;
+    TaskServices tasks;
     ScheduleCoordinator& schedule;
     LaunchAgentManager& agent;
     const UserNotificationService& notifications;
     const KeychainService& keychain;
     Preferences& preferences;
     TidyModel& tidy;
-    FileUrl home;
     std::string program;  // what the background agent starts
   };
 

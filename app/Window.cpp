@@ -32,7 +32,6 @@
 #include "core/rules/LaunchAgentManager.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "core/rules/UserNotificationService.h"
-#include "core/safety/PathValidator.h"
 #include "platform/SystemServices.h"
 
 #include <QCoreApplication>
@@ -55,15 +54,13 @@ AutoOrganizeController::Collaborators tidyCollaborators(RepeatingTimer& timer) {
 }
 
 SettingsModel::Collaborators settingsCollaborators(const WindowServices& services, TidyModel& tidy) {
-  return {.folders = services.folders,
-          .validator = PathValidator::shared(),
+  return {.tasks = services.tasks,
           .schedule = ScheduleCoordinator::shared(),
           .agent = LaunchAgentManager::shared(),
           .notifications = UserNotificationService::shared(),
           .keychain = KeychainService::shared(),
           .preferences = services.preferences,
           .tidy = tidy,
-          .home = services.home,
           .program = windowProgram()};
 }
 
@@ -89,7 +86,7 @@ struct Window::Parts {
         organize(services, sections),
         rules(services, sections),
         agent(services, sections),
-        privacy(services, PathValidator::shared()),
+        privacy(services),
         settings(settingsCollaborators(services, tidy)),
         tray(state, tidy) {}
 

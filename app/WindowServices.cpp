@@ -15,6 +15,7 @@ namespace orvane {
 
 WindowServices systemWindowServices() {
   return {
+      .tasks = TaskServices::shared(),
       .scanner = StorageScanner::shared(),
       .mover = TrashMover::shared(),
       .folders = FileAccessService::shared(),

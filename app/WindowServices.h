@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
+#include "core/tasks/TaskServices.h"
 
 #include <functional>
 #include <optional>
@@ -22,6 +22,7 @@ struct ScheduleSettings;
 // What the view-models work with. Everything must outlive them, and but for the localization is called from background
 // threads only: it may wait for the disk.
 struct WindowServices {
+  TaskServices tasks;
   StorageScanner& scanner;
   TrashMover& mover;
   FileAccessService& folders;

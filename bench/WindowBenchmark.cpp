@@ -130,11 +130,10 @@ void stream(AppState& state, std::size_t count) {
   for (std::size_t first = 0; first < count; first += itemsPerPiece) {
     const auto piece = std::make_shared<ItemPiece>();
     std::int64_t bytes = 0;
-    piece->items.reserve(itemsPerPiece);
+    piece->reserve(itemsPerPiece);
     for (std::size_t number = first; number < std::min(count, first + itemsPerPiece); ++number) {
-      piece->items.push_back(makeItem(number, now));
-      piece->isFolder.push_back(false);
-      bytes += piece->items.back().fileSize();
+      piece->push_back(makeItem(number, now));
+      bytes += piece->back().fileSize();
     }
     state.scannedItems().appendLater(piece, bytes, {});
   }

@@ -1,22 +1,19 @@
 #include "cli/Arguments.h"
 #include "cli/FileArguments.h"
-#include "cli/Folders.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
-#include "core/base/CanonicalPath.h"
 #include "core/base/Json.h"
-#include "core/safety/FileAccessService.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
-
-#include <set>
-#include <string>
 
 namespace orvane::cli {
 namespace {
 
 ExitStatus print(Session& session) {
-  const auto folders = FileAccessService::shared().getManagedFolderURLs();
+  const auto folders = listedGrants(TaskServices::shared());
   if (session.isJson()) {
     Json json = Json::array();
     for (const auto& folder : folders) json.push_back(pathForJson(folder));
@@ -32,48 +29,24 @@ ExitStatus runList(Session& session, const Arguments& /*arguments*/) {
   return print(session);
 }
 
-// What counts as granted as long as nothing is stored; the first grant must not take these away unasked.
-void keepDefaults() {
-  auto& service = FileAccessService::shared();
-  if (service.hasGrants()) return;
-  for (const auto& folder : service.getManagedFolderURLs()) service.saveBookmark(folder);
-}
-
 ExitStatus runAdd(Session& session, const Arguments& arguments) {
-  const auto folders = placesFromArguments(arguments.plain());
-  for (const auto& folder : folders) {
-    if (const auto refusal = refusalOf(folder)) {
-      Session::report(*refusal);
-      return ExitStatus::failed;
-    }
+  if (const auto problem = grantFolders(TaskServices::shared(), placesFromArguments(arguments.plain()))) {
+    Session::report(textOf(*problem));
+    return ExitStatus::failed;
   }
-  keepDefaults();
-  for (const auto& folder : folders) FileAccessService::shared().saveBookmark(folder);
   return print(session);
 }
 
 ExitStatus runRemove(Session& session, const Arguments& arguments) {
-  auto& service = FileAccessService::shared();
-  // By where they lead: two names may mean one folder, and without any grant the defaults would count again.
-  std::set<std::string> left;
-  for (const auto& folder : service.getManagedFolderURLs()) left.insert(canonicalPath(folder.path()));
-  const auto granted = left;
-  const auto folders = placesFromArguments(arguments.plain());
-  auto status = ExitStatus::done;
-  for (const auto& folder : folders) {
-    const auto path = canonicalPath(folder.path());
-    left.erase(path);
-    if (granted.contains(path)) continue;
+  const auto removal = removeGrants(TaskServices::shared(), placesFromArguments(arguments.plain()));
+  for (const auto& folder : removal.notGranted) {
     Session::report(fmt::format("{}: is no granted folder", shownPath(folder)));
-    status = ExitStatus::failed;
   }
-  if (status != ExitStatus::done) return status;
-  if (left.empty()) {
+  if (!removal.notGranted.empty()) return ExitStatus::failed;
+  if (removal.wouldLeaveNone) {
     Session::report("at least one folder has to stay: add another one first");
     return ExitStatus::failed;
   }
-  keepDefaults();
-  for (const auto& folder : folders) service.removeManagedFolder(folder);
   return print(session);
 }
 

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <set>
 
 namespace orvane {
 namespace {
@@ -18,6 +19,12 @@ namespace {
 std::optional<FolderLeftOut> problemListing(const FileUrl& folder) {
   if (DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) return std::nullopt;
   return FolderLeftOut{folder, FolderLeftOut::Why::missing, errorText(errno)};
+}
+
+// What counts as granted as long as nothing is stored; the first grant must not take these away unasked.
+void keepDefaults(FileAccessService& service) {
+  if (service.hasGrants()) return;
+  for (const auto& folder : service.getManagedFolderURLs()) service.saveBookmark(folder);
 }
 
 }  // namespace
@@ -28,8 +35,12 @@ std::vector<FileUrl> grantedFolders(const TaskServices& services) {
   return result;
 }
 
+std::vector<FileUrl> listedGrants(const TaskServices& services) {
+  return services.folders.getManagedFolderURLs();
+}
+
 std::vector<FileUrl> namesOfGrantedFolders(const TaskServices& services) {
-  auto result = services.folders.getManagedFolderURLs();
+  auto result = listedGrants(services);
   if (!result.empty()) return result;
   for (const auto type : allManagedFolderTypes) result.push_back(defaultURL(type, services.home.path()));
   return result;
@@ -58,6 +69,33 @@ ChosenFolders chosenFolders(const TaskServices& services, std::span<const FileUr
     }
   }
   return result;
+}
+
+std::optional<FolderLeftOut> grantFolders(const TaskServices& services, std::span<const FileUrl> folders) {
+  for (const auto& folder : folders) {
+    if (auto problem = problemWith(services, folder)) return problem;
+  }
+  keepDefaults(services.folders);
+  for (const auto& folder : folders) services.folders.saveBookmark(folder);
+  return std::nullopt;
+}
+
+GrantRemoval removeGrants(const TaskServices& services, std::span<const FileUrl> folders) {
+  // Two names may mean one folder, and without any grant the defaults would count again.
+  std::set<std::string> left;
+  for (const auto& folder : services.folders.getManagedFolderURLs()) left.insert(canonicalPath(folder.path()));
+  const auto granted = left;
+  GrantRemoval removal;
+  for (const auto& folder : folders) {
+    const auto path = canonicalPath(folder.path());
+    left.erase(path);
+    if (!granted.contains(path)) removal.notGranted.push_back(folder);
+  }
+  removal.wouldLeaveNone = left.empty();
+  if (!removal.notGranted.empty() || removal.wouldLeaveNone) return removal;
+  keepDefaults(services.folders);
+  for (const auto& folder : folders) services.folders.removeManagedFolder(folder);
+  return removal;
 }
 
 }  // namespace orvane

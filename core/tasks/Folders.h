@@ -14,7 +14,9 @@ struct TaskServices;
 
 // The folders that the user has granted and that can be listed.
 [[nodiscard]] std::vector<FileUrl> grantedFolders(const TaskServices& services);
-// The granted folders whether they exist or not; where nothing was ever granted and no default exists, the defaults.
+// The granted folders, whether they can be listed or not.
+[[nodiscard]] std::vector<FileUrl> listedGrants(const TaskServices& services);
+// The same for a message; where nothing was ever granted and no default exists, the defaults.
 [[nodiscard]] std::vector<FileUrl> namesOfGrantedFolders(const TaskServices& services);
 
 // Why a folder cannot be walked, or is never touched as a whole; absent when neither is so.
@@ -27,5 +29,16 @@ struct ChosenFolders {
 // The folders named, or the granted ones where none is named. The home folder may be named: what is inside may be
 // touched, though it may not.
 [[nodiscard]] ChosenFolders chosenFolders(const TaskServices& services, std::span<const FileUrl> named);
+
+// Grants folders; those that count by default until the first grant stay. Links are resolved. On a problem with one
+// nothing is granted. Throws std::runtime_error when it cannot be stored.
+[[nodiscard]] std::optional<FolderLeftOut> grantFolders(const TaskServices& services, std::span<const FileUrl> folders);
+
+struct GrantRemoval {
+  std::vector<FileUrl> notGranted;
+  bool wouldLeaveNone = false;  // at least one folder has to stay
+};
+// Takes grants back, by where the folders lead. On a problem with one nothing changes. Throws std::runtime_error.
+[[nodiscard]] GrantRemoval removeGrants(const TaskServices& services, std::span<const FileUrl> folders);
 
 }  // namespace orvane

@@ -37,4 +37,19 @@ void RunReport::note(MoveOutcome outcome, std::uint32_t row, bool isToTrash) {
   rows.push_back(row);
 }
 
+void RunReport::forgetMoved() {
+  std::erase_if(outcomes, [](const MoveOutcome& outcome) { return outcome.result == MoveResult::moved; });
+  outcomes.shrink_to_fit();
+  rows = {};
+}
+
+std::vector<std::uint32_t> movedRows(const RunReport& report) {
+  std::vector<std::uint32_t> result;
+  result.reserve(static_cast<std::size_t>(report.moved()));
+  for (std::size_t at = 0; at < report.rows.size(); ++at) {
+    if (report.outcomes[at].result == MoveResult::moved) result.push_back(report.rows[at]);
+  }
+  return result;
+}
+
 }  // namespace orvane

@@ -29,8 +29,13 @@ struct RunReport {
   [[nodiscard]] std::int64_t movedBytes() const;
   // The given form of it, with a new identifier when nothing was moved.
   [[nodiscard]] PlanExecutionSummary summary() const;
+  // Drops the outcomes of what moved, which may be a million.
+  void forgetMoved();
   // Adds one outcome up. `isToTrash` tells where its item was bound for.
   void note(MoveOutcome outcome, std::uint32_t row, bool isToTrash);
 };
+
+// Indexes of the rows that moved.
+[[nodiscard]] std::vector<std::uint32_t> movedRows(const RunReport& report);
 
 }  // namespace orvane

@@ -82,8 +82,7 @@ TEST(ScannedItemsTest, piecesWaitForAMainThreadThatIsBusyAndGiveUpWithTheScan) {
   std::thread scan([&] {
     for (int number = 0; number < 10; ++number) {
       const auto piece = std::make_shared<ItemPiece>();
-      piece->items.emplace_back(FileItem::Fields{});
-      piece->isFolder.push_back(false);
+      piece->emplace_back(FileItem::Fields{});
       items.appendLater(piece, 7, stop.get_token());
       ++given;
     }

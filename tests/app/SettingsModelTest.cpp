@@ -79,11 +79,10 @@ class RefusingLoginItems : public LoginItems {
   void setEnabled(bool /*isEnabled*/) override { throw std::runtime_error("no session"); }
 };
 
-class SettingsModelTest : public AutoOrganizerFixture {
+class SettingsModelTest : public TaskFixture {
  public:
   SettingsModelTest() {
-    tidyStore.update([this](AutoOrganizeSettings& settings) { settings.folderPaths = {tree.path("Downloads")}; });
-    folders.saveBookmark(tree.url("Downloads"));
+    tidySettings.update([this](AutoOrganizeSettings& settings) { settings.folderPaths = {tree.path("Downloads")}; });
     EXPECT_TRUE(becomesTrue([this] { return tidying.isReady(); }));
     refresh();
   }
@@ -107,33 +106,29 @@ class SettingsModelTest : public AutoOrganizerFixture {
   }
   [[nodiscard]] bool isKeyStored(int row) const { return model.keys().at(row).toMap().value("isStored").toBool(); }
 
-  LinuxPreferences stored{tree.path("preferences.json")};
-  LinuxFolderGrants grants;
   MemoryScheduler scheduler;
   MemoryKeyRing keyRing;
   NoCenter center;
   RefusingLoginItems loginItems;
-  FileAccessService folders{stored, grants, tree.path()};
-  RuleEngine rules{stored, mover, *journal, validator};
   UserNotificationService notifications{center, [](std::string_view) {}};
   LaunchAgentManager agent{scheduler, tree.path()};
-  KeychainService keychain{keyRing};
-  ScheduleCoordinator coordinator{
-      {.preferences = stored, .ruleEngine = rules, .fileAccessService = folders, .notificationService = notifications}};
-  AutoOrganizeSettingsStore tidyStore{stored};
+  KeychainService storedKeys{keyRing};
+  AutoOrganizer tidier{organizer, topics, *journal, statusReader, validator};
+  ScheduleCoordinator coordinator{{.preferences = preferences,
+                                   .ruleEngine = rules,
+                                   .fileAccessService = folders,
+                                   .notificationService = notifications}};
   TidyModel tidying{[this](RepeatingTimer& timer) {
     return AutoOrganizeController::Collaborators{
-        .organizer = organizer, .store = tidyStore, .factory = factory, .timer = timer, .loginItems = loginItems};
+        .organizer = tidier, .store = tidySettings, .factory = topics, .timer = timer, .loginItems = loginItems};
   }};
-  SettingsModel model{{.folders = folders,
-                       .validator = validator,
+  SettingsModel model{{.tasks = taskServices(),
                        .schedule = coordinator,
                        .agent = agent,
                        .notifications = notifications,
-                       .keychain = keychain,
-                       .preferences = stored,
+                       .keychain = storedKeys,
+                       .preferences = preferences,
                        .tidy = tidying,
-                       .home = FileUrl(tree.path()),
                        .program = "/usr/bin/orvane"}};
 };
 
@@ -183,7 +178,7 @@ TEST_F(SettingsModelTest, storesKeysWithoutShowingThem) {
   afterChange([&] { model.storeKey(account, "  secret\n"); });
   EXPECT_TRUE(isKeyStored(0));
   EXPECT_FALSE(isKeyStored(1));
-  const auto key = keychain.getKey(account.toStdString());
+  const auto key = storedKeys.getKey(account.toStdString());
   ASSERT_TRUE(key.has_value());
   EXPECT_EQ(key->view(), "secret");
   afterChange([&] { model.removeKey(account); });
@@ -200,7 +195,7 @@ TEST_F(SettingsModelTest, saysThatALockedKeyRingTookNothing) {
 TEST_F(SettingsModelTest, showsWhatAnotherProcessStored) {
   coordinator.changeSettings([](ScheduleSettings& settings) { settings.isEnabled = true; });
   tree.folder("Projects");
-  FileAccessService(stored, grants, tree.path()).saveBookmark(tree.url("Projects"));
+  FileAccessService(preferences, grants, tree.path()).saveBookmark(tree.url("Projects"));
   EXPECT_FALSE(model.scheduleEnabled());
   refresh();
   EXPECT_TRUE(model.scheduleEnabled());
@@ -218,15 +213,15 @@ TEST_F(SettingsModelTest, installsTheBackgroundAgentThatAScheduleOfTheTerminalLa
 
 TEST_F(SettingsModelTest, takesModelsOfThisComputerOnly) {
   afterChange([&] { model.setModelAddress(" http://127.0.0.1:11434 "); });
-  EXPECT_EQ(stored.value("OrvaneLocalModelEndpoint"), Json("http://127.0.0.1:11434"));
+  EXPECT_EQ(preferences.value("OrvaneLocalModelEndpoint"), Json("http://127.0.0.1:11434"));
   EXPECT_TRUE(model.isModelNew());
   for (const auto* address : {"http://example.org:11434", "127.0.0.1", "ftp://localhost"}) {
     model.setModelAddress(address);
     EXPECT_FALSE(model.modelError().isEmpty()) << address;
   }
-  EXPECT_EQ(stored.value("OrvaneLocalModelEndpoint"), Json("http://127.0.0.1:11434"));
+  EXPECT_EQ(preferences.value("OrvaneLocalModelEndpoint"), Json("http://127.0.0.1:11434"));
   afterChange([&] { model.setModelName("small"); });
-  EXPECT_EQ(stored.value("OrvaneLocalModelName"), Json("small"));
+  EXPECT_EQ(preferences.value("OrvaneLocalModelName"), Json("small"));
   afterChange([&] { model.setModelAddress(""); });
   EXPECT_TRUE(model.modelError().isEmpty());
   EXPECT_FALSE(model.isModelNew());
@@ -242,11 +237,11 @@ TEST_F(SettingsModelTest, asksForNotificationsAgain) {
 TEST_F(SettingsModelTest, changesTheAutomaticOrganizerWithinItsBounds) {
   model.setRecentsDays(99);
   EXPECT_EQ(model.recentsDays(), 30);
-  ASSERT_TRUE(becomesTrue([&] { return tidyStore.get().recentsDays == 30; }));
+  ASSERT_TRUE(becomesTrue([&] { return tidySettings.get().recentsDays == 30; }));
   tree.folder("Desktop");
   model.addAutoFolder(QString::fromStdString(tree.url("Desktop").absoluteString()));
   model.removeAutoFolder(QString::fromStdString(tree.url("Downloads").absoluteString()));
-  // Each change is stored in the background, and there is one folder at the start as well.
+  // Each change is preferences in the background, and there is one folder at the start as well.
   EXPECT_TRUE(becomesTrue([&] {
     const auto left = model.autoFolders();
     return left.size() == 1 && left.front().toMap().value("path") == "~/Desktop";
@@ -265,7 +260,7 @@ TEST_F(SettingsModelTest, saysWhyLaunchAtLoginWasRefused) {
 class PrivacyModelTest : public WindowFixture {};
 
 TEST_F(PrivacyModelTest, showsTheFoldersAndTheLastRequest) {
-  PrivacyModel model(services(), validator);
+  PrivacyModel model(services());
   model.refresh();
   ASSERT_TRUE(becomesTrue([&] { return !model.folders().isEmpty(); }));
   EXPECT_EQ(model.folders().front().toMap().value("path"), "~/Downloads");
@@ -273,7 +268,7 @@ TEST_F(PrivacyModelTest, showsTheFoldersAndTheLastRequest) {
   model.setLastRequest("POST /", 1000, "Somebody");
   EXPECT_EQ(model.lastRequest(), "POST /");
   ASSERT_TRUE(becomesTrue([&] { return preferences.value("OrvaneLastSentRequest").has_value(); }));
-  PrivacyModel next(services(), validator);
+  PrivacyModel next(services());
   next.refresh();
   ASSERT_TRUE(becomesTrue([&] { return !next.lastRequest().isEmpty(); }));
   EXPECT_EQ(next.lastRequest(), "POST /");

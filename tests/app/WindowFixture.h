@@ -8,16 +8,10 @@
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/platform/Desktop.h"
-#include "core/platform/FileStatusReader.h"
-#include "core/rules/RuleEngine.h"
 #include "core/rules/ScheduleSettings.h"
-#include "core/safety/FileAccessService.h"
 #include "core/safety/PermissionsManager.h"
-#include "core/scanning/StorageScanner.h"
-#include "platform/linux/LinuxFolderGrants.h"
-#include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/LinuxVolume.h"
-#include "tests/support/SafetyFixture.h"
+#include "tests/support/TaskFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -64,26 +58,14 @@ class NotingDesktop : public Desktop {
   std::vector<FileUrl> revealed;
 };
 
-// Creation dates cannot be set: a file counts as made when it was last changed.
-class BackdatedStatusReader : public FileStatusReader {
- public:
-  [[nodiscard]] std::optional<FileStatus> read(int folder, const char* name) const noexcept override {
-    auto status = readFileStatus(folder, name);
-    if (status) status->created = status->modified;
-    return status;
-  }
-};
-
 // The window's services over a home of their own: ~/Downloads is granted.
-class WindowFixture : public SafetyFixture {
+class WindowFixture : public TaskFixture {
  public:
-  WindowFixture() {
-    folders.saveBookmark(tree.url("Downloads"));
-    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
-  }
+  WindowFixture() { ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en); }
 
   [[nodiscard]] WindowServices services() {
     return {
+        .tasks = taskServices(),
         .scanner = scanner,
         .mover = mover,
         .folders = folders,
@@ -100,15 +82,9 @@ class WindowFixture : public SafetyFixture {
   }
 
   NotingDesktop desktop;
-  LinuxPreferences preferences{tree.path(".config/orvane/preferences.json")};
-  LinuxFolderGrants grants;
   LinuxVolume volume;
-  BackdatedStatusReader statusReader;
-  FileAccessService folders{preferences, grants, tree.path()};
   PermissionsManager permissions{desktop, tree.path()};
-  StorageScanner scanner{validator, statusReader};
   LocalizationManager localization{preferences, ThreadSafeLanguageStore::shared(), "en"};
-  RuleEngine rules{preferences, mover, *journal, validator};
   ScheduleSettings schedule;
 };
 
