@@ -1,7 +1,6 @@
 #include "app/AppState.h"
 
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
 #include "core/base/Json.h"
 #include "core/platform/Desktop.h"
 #include "core/platform/Preferences.h"
@@ -50,7 +49,7 @@ void AppState::setSelectedNavigation(int section) {
 QString AppState::scanStatus() const {
   if (!m_isScanning) return {};
   if (m_examined == 0) return localizedText("cleanup.scan_initializing");
-  return localizedText("cleanup.scan_progress").arg(textFrom(formatCount(m_examined)), m_currentPlace);
+  return countedText("cleanup.scan_progress", m_examined).arg(m_currentPlace);
 }
 
 QString AppState::scanFailed() const {

@@ -4,7 +4,6 @@
 #include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
 #include "core/base/CaselessSearch.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 
@@ -242,7 +241,7 @@ QString AppsModel::movedText(std::int64_t count, std::int64_t bytes) const {
   const auto name = shownName(m_uninstalledName);
   const auto size = Format::bytes(static_cast<double>(bytes));
   if (count == 1) return localizedText("apps.result_alone").arg(name, size);
-  return localizedText("apps.result").arg(name, textFrom(formatCount(count - 1)), size);
+  return countedText("apps.result", count - 1).arg(name, size);
 }
 
 }  // namespace orvane

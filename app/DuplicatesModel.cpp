@@ -4,7 +4,6 @@
 #include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
 #include "core/base/UnicodeText.h"
 #include "core/duplicates/DuplicateCleaner.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
@@ -375,8 +374,7 @@ void DuplicatesModel::removeMoved(const std::set<Uuid>& moved) {
 }
 
 QString DuplicatesModel::movedText(std::int64_t count, std::int64_t bytes) const {
-  return localizedText("duplicates.result")
-      .arg(textFrom(formatCount(count)), Format::bytes(static_cast<double>(bytes)));
+  return countedText("duplicates.result", count).arg(Format::bytes(static_cast<double>(bytes)));
 }
 
 QString DuplicatesModel::failureText(const MoveOutcome& failure) const {

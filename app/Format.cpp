@@ -97,6 +97,10 @@ QString Format::count(double value) {
   return orvane::textFrom(formatCount(static_cast<std::int64_t>(value)));
 }
 
+QString Format::counted(const QString& key, double value) {
+  return countedText(key.toStdString(), static_cast<std::int64_t>(value));
+}
+
 QString Format::dateTime(double milliseconds) {
   return milliseconds == 0 ? QString() : orvane::textFrom(formatDateTime(dateFromMilliseconds(milliseconds)));
 }

@@ -21,6 +21,8 @@ class Format : public QObject {
   // "1.25 GB"; decimal units.
   Q_INVOKABLE static QString bytes(double value);
   Q_INVOKABLE static QString count(double value);
+  // countedText() for QML.
+  Q_INVOKABLE static QString counted(const QString& key, double value);
   // Dates are milliseconds since 1970; 0 gives an empty text.
   Q_INVOKABLE static QString dateTime(double milliseconds);
   // Days near today by their names, with the time of day: "today at 15:30". Capitalized where it stands alone.

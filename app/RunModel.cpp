@@ -175,7 +175,7 @@ QString RunModel::resultText() const {
     case Result::moved: {
       auto text = movedText(m_report.moved(), m_report.movedBytes());
       if (m_report.left == 0) return text;
-      return text + u' ' + localizedText("cleanup.cancelled").arg(textFrom(formatCount(m_report.left)));
+      return text + u' ' + countedText("cleanup.cancelled", m_report.left);
     }
     case Result::restored:
       return countedText("cleanup.restored", m_restoredCount);
@@ -184,7 +184,7 @@ QString RunModel::resultText() const {
 }
 
 QString RunModel::movedText(std::int64_t count, std::int64_t bytes) const {
-  return localizedText("cleanup.result").arg(textFrom(formatCount(count)), Format::bytes(static_cast<double>(bytes)));
+  return countedText("cleanup.result", count).arg(Format::bytes(static_cast<double>(bytes)));
 }
 
 QString RunModel::failureText(const MoveOutcome& failure) const {

@@ -17,9 +17,7 @@ QString localizedText(std::string_view key) {
 }
 
 QString countedText(std::string_view key, std::int64_t count) {
-  const bool isSingular = count == 1 || (count == 0 && localized("count.zero_is_singular") == "yes");
-  const auto text = localizedText(std::string(key) + (isSingular ? ".one" : ".other"));
-  return text.arg(textFrom(formatCount(count)));
+  return textFrom(localized(key, count)).arg(textFrom(formatCount(count)));
 }
 
 QString shownName(std::string_view name) {

@@ -14,7 +14,7 @@ namespace orvane {
 [[nodiscard]] QString textFrom(std::string_view utf8);
 // The text for a key in the current language.
 [[nodiscard]] QString localizedText(std::string_view key);
-// The text for `key`.one or `key`.other.
+// The text for a count of things, with the grouped number in the place of %1.
 [[nodiscard]] QString countedText(std::string_view key, std::int64_t count);
 
 // A name as a label may show it: what would garble the line around it, or is no text at all, is escaped.

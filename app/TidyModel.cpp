@@ -2,7 +2,6 @@
 
 #include "app/ProgressPace.h"
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 
@@ -124,8 +123,7 @@ QString TidyModel::statusText() const {
   if (!m_runError.isEmpty()) return m_runError;
   if (!m_lastResult) return {};
   if (m_lastResult->totalMoved() == 0) return localizedText("tidy.nothing");
-  // It is the first number alone that the plural follows.
-  return countedText("tidy.moved", m_lastResult->movedToRecents).arg(textFrom(formatCount(m_lastResult->sorted)));
+  return countedText("tidy.moved", m_lastResult->movedToRecents).arg(countedText("tidy.sorted", m_lastResult->sorted));
 }
 
 void TidyModel::languageChanged() {

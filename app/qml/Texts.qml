@@ -45,11 +45,9 @@ QtObject {
         return Format.revision >= 0 && value > 0 ? Format.age(value) : "";
     }
 
-    // The text `key`.one or `key`.other with the grouped number in the place of %1.
+    // The text for a count of things, with the grouped number in the place of %1.
     function counted(key: string, value: double): string {
-        const zeroIsSingular = qsTr("count.zero_is_singular") === "yes";
-        const singular = value === 1 || (value === 0 && zeroIsSingular);
-        return qsTr(key + (singular ? ".one" : ".other")).arg(count(value));
+        return Format.revision >= 0 ? Format.counted(key, value) : "";
     }
 
     // The texts that are not empty, with the separator between them.

@@ -55,6 +55,10 @@ std::string localized(std::string_view key) {
   return std::string(LocalizedStrings::lookup(ThreadSafeLanguageStore::shared().currentLanguage(), key));
 }
 
+std::string localized(std::string_view key, std::int64_t count) {
+  return std::string(LocalizedStrings::lookup(ThreadSafeLanguageStore::shared().currentLanguage(), key, count));
+}
+
 std::string environmentLocale() {
   for (const char* name : std::array{"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* value = std::getenv(name);

@@ -2,6 +2,7 @@
 
 #include "core/localization/AppLanguage.h"
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -44,6 +45,9 @@ class LocalizationManager {
 
 // The text for a key in the current language, from any thread.
 [[nodiscard]] std::string localized(std::string_view key);
+
+// The text for a count of things in the current language, from any thread; "%1" stays for the number.
+[[nodiscard]] std::string localized(std::string_view key, std::int64_t count);
 
 // The locale that the environment asks for texts in: LC_ALL, else LC_MESSAGES, else LANG, else empty.
 [[nodiscard]] std::string environmentLocale();

@@ -1,7 +1,9 @@
 #include "core/localization/LocalizedStrings.h"
 
+#include "core/localization/PluralCategory.h"
 #include "core/localization/strings/StringTables.h"
 
+#include <string>
 #include <unordered_map>
 
 namespace orvane {
@@ -36,6 +38,12 @@ std::optional<std::string_view> LocalizedStrings::translation(AppLanguage langua
 std::string_view LocalizedStrings::lookup(AppLanguage language, std::string_view key) noexcept {
   if (const auto text = translation(language, key)) return *text;
   return translation(AppLanguage::en, key).value_or(key);
+}
+
+std::string_view LocalizedStrings::lookup(AppLanguage language, std::string_view key, std::int64_t count) {
+  const auto* row = rowOf(std::string(key) + '.' + pluralCategory(language, count));
+  if (row == nullptr) row = rowOf(std::string(key) + ".other");
+  return row == nullptr ? key : lookup(language, row->key);
 }
 
 std::vector<std::string_view> LocalizedStrings::keys() {

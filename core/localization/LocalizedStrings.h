@@ -3,6 +3,7 @@
 #include "core/localization/AppLanguage.h"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,6 +25,9 @@ class LocalizedStrings {
 
   // The text for a key in a language: else the English text, else the key itself.
   [[nodiscard]] static std::string_view lookup(AppLanguage language, std::string_view key) noexcept;
+  // The text for a count of things, which stands in the row `key`.CATEGORY for the count's plural category, or in
+  // `key`.other where the table has no such row.
+  [[nodiscard]] static std::string_view lookup(AppLanguage language, std::string_view key, std::int64_t count);
   // The language's own text, or absent.
   [[nodiscard]] static std::optional<std::string_view> translation(AppLanguage language, std::string_view key) noexcept;
   // Every key, in the order of the table.

@@ -147,6 +147,17 @@ TEST_F(LanguageTest, writesFiguresAsTheLanguageDoes) {
   EXPECT_EQ(Format::percent(0.25), "25\u00a0%");
 }
 
+TEST_F(LanguageTest, countsInWords) {
+  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::fr);
+  Format::followLanguage();
+  EXPECT_EQ(countedText("count.runs", 0), "0 opération");
+  EXPECT_EQ(countedText("count.runs", 1234), "1\u202f234 opérations");
+  EXPECT_EQ(Format::counted("rules.run_enabled", 1), "Lancer 1 règle");
+  EXPECT_EQ(Format::counted("rules.status", 1).arg(countedText("count.rules", 12)), "12 règles, dont 1 active");
+  EXPECT_EQ(countedText("apps.result", 1).arg("Gimp", "2 Mo"),
+            "Gimp et 1 de ses restes mis à la corbeille, 2 Mo en tout.");
+}
+
 struct AgeRow {
   int days;
   const char* english;

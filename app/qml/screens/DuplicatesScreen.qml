@@ -107,7 +107,7 @@ Page {
                     qsTr("duplicates.stage_contents")][root.model.stage] ?? ""
             value: root.model.stage > 0 && root.model.stageFiles > 0 ? done / root.model.stageFiles : -1
             figures: root.model.stage > 0
-                     ? qsTr("duplicates.progress").arg(Texts.count(done)).arg(Texts.count(root.model.stageFiles)).arg(
+                     ? Texts.counted("duplicates.progress", root.model.stageFiles).arg(Texts.count(done)).arg(
                            Texts.bytes(root.model.bytesLeft))
                      : Texts.counted("count.files", root.model.filesFound)
             detail: qsTr("duplicates.pipeline")

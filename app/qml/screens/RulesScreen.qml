@@ -24,8 +24,7 @@ Page {
     }
 
     title: qsTr("nav.rules")
-    subtitle: qsTr("rules.status").arg(Texts.counted("count.rules", model.ruleCount)).arg(Texts.count(
-                                                                                             model.enabledCount))
+    subtitle: Texts.counted("rules.status", model.enabledCount).arg(Texts.counted("count.rules", model.ruleCount))
     actions: [
         IconButton {
             implicitWidth: Theme.controlHeight
@@ -63,7 +62,7 @@ Page {
         PrimaryButton {
             enabled: !root.isBusy && root.model.enabledCount > 0
             symbol: "play"
-            text: qsTr("rules.run_enabled").arg(Texts.count(root.model.enabledCount))
+            text: Texts.counted("rules.run_enabled", root.model.enabledCount)
             // What moves is said before it moves.
             onClicked: preview.ask(-1)
         }
