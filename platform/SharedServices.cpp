@@ -167,6 +167,8 @@ LaunchAgentManager& LaunchAgentManager::shared() {
 }
 
 HeadlessCoordinator& HeadlessCoordinator::shared() {
+  // Without a window, nothing else loads the language of the button on a notification.
+  LocalizationManager::shared();
   static HeadlessCoordinator coordinator(
       {.schedule = ScheduleCoordinator::shared(),
        .tidySettings = AutoOrganizeSettingsStore::shared(),

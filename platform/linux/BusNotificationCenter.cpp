@@ -31,8 +31,9 @@ constexpr std::chrono::milliseconds callTime{800};
 // One connection with the service, and what came of the notifications that were posted through it.
 class BusNotificationCenter::Conversation {
  public:
-  explicit Conversation(std::function<void()> whenClicked)
+  Conversation(std::function<void()> whenClicked, std::function<std::string()> clickLabel)
       : m_whenClicked(std::move(whenClicked)),
+        m_clickLabel(std::move(clickLabel)),
         m_connection(sdbus::createSessionBusConnection()),
         m_service(sdbus::createProxy(*m_connection, serviceName, objectPath)) {
     m_service->uponSignal("ActionInvoked")
@@ -58,7 +59,9 @@ class BusNotificationCenter::Conversation {
   void post(const Notification& notification) {
     const auto known = capabilities();
     std::vector<std::string> actions;
-    if (std::ranges::find(known, "actions") != known.end()) actions = {clickAction, "Show History"};
+    if (std::ranges::find(known, "actions") != known.end()) {
+      actions = {clickAction, m_clickLabel()};
+    }
     const std::map<std::string, sdbus::Variant> hints{
         {"desktop-entry", sdbus::Variant(std::string("orvane"))},
         {"sound-name", sdbus::Variant(std::string("message"))},
@@ -96,6 +99,7 @@ class BusNotificationCenter::Conversation {
   }
 
   std::function<void()> m_whenClicked;
+  std::function<std::string()> m_clickLabel;
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::set<std::uint32_t> m_posted;
@@ -105,8 +109,8 @@ class BusNotificationCenter::Conversation {
   std::unique_ptr<sdbus::IProxy> m_service;
 };
 
-BusNotificationCenter::BusNotificationCenter(std::function<void()> whenClicked)
-    : m_whenClicked(std::move(whenClicked)) {}
+BusNotificationCenter::BusNotificationCenter(std::function<void()> whenClicked, std::function<std::string()> clickLabel)
+    : m_whenClicked(std::move(whenClicked)), m_clickLabel(std::move(clickLabel)) {}
 
 BusNotificationCenter::~BusNotificationCenter() = default;
 
@@ -114,7 +118,9 @@ std::shared_ptr<BusNotificationCenter::Conversation> BusNotificationCenter::conv
   const std::lock_guard lock(m_mutex);
   if (m_conversation) return m_conversation;
   const auto begun = finishedWithin<std::shared_ptr<Conversation>>(
-      operationTime, [whenClicked = m_whenClicked] { return std::make_shared<Conversation>(whenClicked); });
+      operationTime, [whenClicked = m_whenClicked, clickLabel = m_clickLabel] {
+        return std::make_shared<Conversation>(whenClicked, clickLabel);
+      });
   if (!begun) throw std::runtime_error("the session bus does not answer");
   m_conversation = *begun;
   return m_conversation;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 
 namespace orvane {
 
@@ -12,8 +13,9 @@ namespace orvane {
 // longer than a second counts as none.
 class BusNotificationCenter : public NotificationCenter {
  public:
-  // `whenClicked` is called from a thread of its own when the user clicks on a notification.
-  explicit BusNotificationCenter(std::function<void()> whenClicked);
+  // `whenClicked` is called from a thread of its own when the user clicks on a notification; `clickLabel` tells, for
+  // desktops that show a button for it, the button's text at the time of posting.
+  BusNotificationCenter(std::function<void()> whenClicked, std::function<std::string()> clickLabel);
   ~BusNotificationCenter() override;
   BusNotificationCenter(const BusNotificationCenter&) = delete;
   BusNotificationCenter& operator=(const BusNotificationCenter&) = delete;
@@ -29,6 +31,7 @@ class BusNotificationCenter : public NotificationCenter {
   std::shared_ptr<Conversation> conversation();
 
   std::function<void()> m_whenClicked;
+  std::function<std::string()> m_clickLabel;
   std::mutex m_mutex;
   std::shared_ptr<Conversation> m_conversation;
 };

@@ -1,5 +1,7 @@
 #include "platform/SystemServices.h"
 
+#include "core/localization/LocalizedStrings.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/BusNotificationCenter.h"
 #include "platform/linux/CurlTransport.h"
@@ -16,6 +18,7 @@
 #include "platform/posix/RunTool.h"
 
 #include <filesystem>
+#include <string>
 
 namespace orvane {
 
@@ -59,7 +62,14 @@ LoginItems& systemLoginItems() {
 }
 
 NotificationCenter& systemNotificationCenter() {
-  static BusNotificationCenter center([] { startProgram({windowProgram(), "--show", "history"}); });
+  static BusNotificationCenter center(
+      [] {
+        startProgram({windowProgram(), "--show", "history"});
+      },
+      [] {
+        const auto language = ThreadSafeLanguageStore::shared().currentLanguage();
+        return std::string(LocalizedStrings::lookup(language, "notification.show_history"));
+      });
   return center;
 }
 

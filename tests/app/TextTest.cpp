@@ -13,6 +13,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <regex>
 #include <set>
@@ -66,6 +68,23 @@ TEST(Texts, areThereForEveryKeyThatTheModelsName) {
   }
   for (const auto* unit : {"KB", "MB", "GB", "TB", "PB", "EB"}) {
     EXPECT_TRUE(keys.contains(std::string("unit.") + unit)) << unit;
+  }
+}
+
+// Texts that no one sees are translated and kept in step for nothing.
+TEST(Texts, areShownSomewhere) {
+  // Of the given set, with no place in the window's layout.
+  const std::set<std::string> unshown{"action.clean", "dashboard.disk_usage"};
+  // The first part of keys that end in the name of a category, a risk or a unit.
+  const std::array<std::string_view, 4> composed{"category.", "reason.", "risk.", "unit."};
+  const std::regex quoted(R"re("([a-z]+\.[a-zA-Z_.]+)")re");
+  auto named = mentioned("app", ".cpp", quoted);
+  named.merge(mentioned("app/qml", ".qml", quoted));
+  named.merge(mentioned("platform", ".cpp", quoted));
+  for (const auto& key : textKeys()) {
+    if (std::ranges::any_of(composed, [&](auto prefix) { return key.starts_with(prefix); })) continue;
+    const bool isNamed = named.contains(key) || named.contains(key.substr(0, key.rfind('.')));
+    EXPECT_NE(isNamed, unshown.contains(key)) << key;
   }
 }
 

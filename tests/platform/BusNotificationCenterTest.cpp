@@ -60,7 +60,7 @@ class BusNotificationCenterTest : public testing::Test {
   std::optional<ScopedEnvironment> address;
   int commands = 0;
   std::promise<void> clicked;
-  BusNotificationCenter center{[this] { clicked.set_value(); }};
+  BusNotificationCenter center{[this] { clicked.set_value(); }, [] { return std::string("Show"); }};
 };
 
 TEST_F(BusNotificationCenterTest, showsWhatIsPostedAndAnswersAClick) {

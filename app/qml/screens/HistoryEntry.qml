@@ -24,7 +24,7 @@ Item {
     signal restoreAsked
 
     readonly property bool isRun: kind === 0
-    readonly property bool isGone: stateKey === "state.gone" || stateKey === "state.occupied"
+    readonly property bool isGone: stateKey === "state.gone"
     readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
     readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
     readonly property string detail: isRun ? Texts.moment(date)

@@ -342,11 +342,6 @@ constexpr std::array rows{
               {"%1 items moved.", "%1 éléments déplacés.", "%1 Objekte verschoben.", "%1 項目を移動しました。",
                "항목 %1개를 옮겼습니다.", "已移动 %1 个项目。", "已移動 %1 個項目。", "%1 elementos movidos."}},
     StringRow{
-        "agent.confirm_invalid",
-        {"This plan cannot be carried out.", "Ce plan ne peut pas être exécuté.",
-         "Dieser Plan kann nicht ausgeführt werden.", "このプランは実行できません。", "이 계획은 실행할 수 없습니다.",
-         "此计划无法执行。", "此計畫無法執行。", "Este plan no se puede llevar a cabo."}},
-    StringRow{
         "agent.use_organize",
         {"To sort a whole folder, use “%1”: it shows every move first.",
          "Pour ranger un dossier entier, utilisez « %1 » : chaque déplacement est d’abord montré.",
