@@ -174,7 +174,7 @@ TEST_F(LanguageTest, countsInWords) {
   EXPECT_EQ(Format::counted("rules.run_enabled", 1), "Lancer 1 règle");
   EXPECT_EQ(Format::counted("rules.status", 1).arg(countedText("count.rules", 12)), "12 règles, dont 1 active");
   EXPECT_EQ(countedText("apps.result", 1).arg("Gimp", "2 Mo"),
-            "Gimp et 1 de ses restes mis à la corbeille, 2 Mo en tout.");
+            "Gimp et 1 de ses résidus mis à la corbeille, 2 Mo en tout.");
 }
 
 struct AgeRow {

@@ -19,7 +19,7 @@ constexpr std::array rows{
         {"Duplicates", "Doublons", "Duplikate", "重複ファイル", "중복 파일", "重复文件", "重複檔案", "Duplicados"}},
     StringRow{"nav.apps",
               {"Applications", "Applications", "Programme", "アプリ", "앱", "应用", "應用程式", "Aplicaciones"}},
-    StringRow{"nav.organize", {"Organize", "Organiser", "Ordnen", "整理", "정돈", "整理", "整理", "Organizar"}},
+    StringRow{"nav.organize", {"Organize", "Rangement", "Ordnen", "整理", "정돈", "整理", "整理", "Organizar"}},
     StringRow{"nav.rules", {"Rules", "Règles", "Regeln", "ルール", "규칙", "规则", "規則", "Reglas"}},
     StringRow{
         "nav.agent",
@@ -37,12 +37,12 @@ constexpr std::array rows{
               {"All file scanning and duplicate detection happens 100% locally on your Mac. When using the AI cleanup "
                "agent, only file metadata (file names, sizes, dates) is evaluated. File contents are never opened, "
                "read, or transmitted to any server.",
-               "L’analyse des fichiers et la recherche de doublons se font à 100 % localement sur votre Mac. Lorsque "
-               "vous utilisez l’agent de nettoyage IA, seules les métadonnées des fichiers (noms, tailles, dates) sont "
-               "évaluées. Le contenu des fichiers n’est jamais ouvert, lu ni transmis à un serveur.",
-               "Das Durchsuchen der Dateien und die Suche nach Duplikaten geschehen zu 100 % lokal auf deinem Mac. Der "
-               "KI-Agent wertet nur Metadaten aus (Dateinamen, Größen, Daten). Dateiinhalte werden niemals geöffnet, "
-               "gelesen oder an einen Server übertragen.",
+               "L’analyse des fichiers et la recherche de doublons se font à 100\u00a0% localement sur votre Mac. "
+               "Lorsque vous utilisez l’agent de nettoyage IA, seules les métadonnées des fichiers (noms, tailles, "
+               "dates) sont évaluées. Le contenu des fichiers n’est jamais ouvert, lu ni transmis à un serveur.",
+               "Das Scannen der Dateien und die Suche nach Duplikaten geschehen zu 100\u00a0% lokal auf deinem Mac. "
+               "Der KI-Agent zum Aufräumen wertet nur Metadaten der Dateien aus (Namen, Größen, Daten). Dateiinhalte "
+               "werden niemals geöffnet, gelesen oder an einen Server übertragen.",
                "ファイルのスキャンと重複の検出は、すべてお使いの Mac の中だけで行われます。AI "
                "クリーンアップエージェントが扱うのはファイルのメタデータ（名前、サイズ、日付）だけです。ファイルの内容"
                "が開かれたり、読み取られたり、サーバに送信されたりすることはありません。",
@@ -52,8 +52,8 @@ constexpr std::array rows{
                "清理助手时，只会分析文件元数据（文件名、大小、日期）。文件内容绝不会被打开、读取或传输到任何服务器。",
                "所有檔案掃描與重複項目偵測都 100% 在你的 Mac 本機完成。使用 AI "
                "清理助理時，只會分析檔案的中繼資料（檔名、大小、日期）。檔案內容絕不會被開啟、讀取或傳送到任何伺服器。",
-               "El análisis de archivos y la búsqueda de duplicados se realizan al 100 % en tu Mac. Al usar el agente "
-               "de limpieza con IA solo se evalúan los metadatos de los archivos (nombres, tamaños, fechas). El "
+               "El análisis de archivos y la búsqueda de duplicados se realizan al 100\u00a0% en tu Mac. Al usar el "
+               "agente de limpieza con IA solo se evalúan los metadatos de los archivos (nombres, tamaños, fechas). El "
                "contenido de los archivos nunca se abre, se lee ni se envía a ningún servidor."}},
     StringRow{"permission.fda_title",
               {"Full Disk Access", "Accès complet au disque", "Festplattenvollzugriff", "フルディスクアクセス",
@@ -63,7 +63,7 @@ constexpr std::array rows{
         {"Orvane needs it to look into protected folders. Without it these folders are left out of every scan.",
          "Orvane en a besoin pour examiner les dossiers protégés. Sans cet accès, ces dossiers sont exclus de chaque "
          "analyse.",
-         "Orvane braucht ihn, um in geschützte Ordner zu sehen. Ohne ihn bleiben diese Ordner bei jeder Suche außen "
+         "Orvane braucht ihn, um in geschützte Ordner zu sehen. Ohne ihn bleiben diese Ordner bei jedem Scan außen "
          "vor.",
          "保護されたフォルダを調べるために必要です。許可しない場合、これらのフォルダはスキャンの対象から外れます。",
          "보호된 폴더를 확인하려면 필요합니다. 허용하지 않으면 이 폴더들은 스캔에서 제외됩니다.",
@@ -77,23 +77,23 @@ constexpr std::array rows{
          "시스템 설정 열기", "打开系统设置", "打開系統設定", "Abrir los ajustes del sistema"}},
     StringRow{"agent.placeholder",
               {"e.g., 'Delete screenshots older than 30 days' or 'Sort Downloads'",
-               "p. ex. « Delete screenshots older than 30 days » ou « Sort Downloads »",
-               "z. B. „Delete screenshots older than 30 days“ oder „Sort Downloads“",
+               "p.\u00a0ex. «\u00a0Delete screenshots older than 30 days\u00a0» ou «\u00a0Sort Downloads\u00a0»",
+               "z.\u00a0B. „Delete screenshots older than 30 days“ oder „Sort Downloads“",
                "例：「Delete screenshots older than 30 days」「Sort Downloads」",
                "예: 'Delete screenshots older than 30 days' 또는 'Sort Downloads'",
                "例如“Delete screenshots older than 30 days”或“Sort Downloads”",
                "例如「Delete screenshots older than 30 days」或「Sort Downloads」",
-               "p. ej., «Delete screenshots older than 30 days» o «Sort Downloads»"}},
-    StringRow{"agent.dry_run_title",
-              {"Dry Run Preview (No files changed)", "Aperçu de la simulation (aucun fichier modifié)",
-               "Vorschau des Probelaufs (keine Datei geändert)", "試行のプレビュー（ファイルは変更されません）",
-               "모의 실행 미리보기(변경된 파일 없음)", "试运行预览（未更改任何文件）", "試執行預覽（未更動任何檔案）",
-               "Vista previa de la simulación (ningún archivo modificado)"}},
+               "p.\u00a0ej., «Delete screenshots older than 30 days» o «Sort Downloads»"}},
     StringRow{
-        "agent.offline_badge",
-        {"Offline Heuristic Engine Active", "Moteur heuristique hors ligne actif", "Heuristik ohne Internet aktiv",
-         "オフラインのヒューリスティックエンジンを使用中", "오프라인 휴리스틱 엔진 사용 중", "离线启发式引擎已启用",
-         "離線啟發式引擎已啟用", "Motor heurístico sin conexión activo"}},
+        "agent.dry_run_title",
+        {"Dry Run Preview (No files changed)", "Aperçu de la simulation (aucun fichier modifié)",
+         "Vorschau des Probelaufs (keine Datei geändert)", "テスト実行のプレビュー（ファイルは変更されていません）",
+         "모의 실행 미리보기(변경된 파일 없음)", "试运行预览（未更改任何文件）", "試執行預覽（未更動任何檔案）",
+         "Vista previa de la simulación (ningún archivo modificado)"}},
+    StringRow{"agent.offline_badge",
+              {"Offline Heuristic Engine Active", "Moteur heuristique hors ligne actif", "Offline-Heuristik aktiv",
+               "オフラインのヒューリスティックエンジンを使用中", "오프라인 휴리스틱 엔진 사용 중",
+               "离线启发式引擎已启用", "離線啟發式引擎已啟用", "Motor heurístico sin conexión activo"}},
 };
 // clang-format on
 

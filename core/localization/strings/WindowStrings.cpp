@@ -7,8 +7,8 @@ namespace {
 constexpr std::array rows{
     StringRow{"nav.language", {"Language", "Langue", "Sprache", "言語", "언어", "语言", "語言", "Idioma"}},
     StringRow{"sidebar.disk",
-              {"Disk · %1 free of %2", "Libre : %1 sur %2", "Frei: %1 von %2", "空き容量 %1 / %2", "여유 공간 %1 / %2",
-               "磁盘 · 共 %2，可用 %1", "磁碟 · 共 %2，可用 %1", "Libre: %1 de %2"}},
+              {"Disk · %1 free of %2", "Libre\u00a0: %1 sur %2", "Frei: %1 von %2", "空き容量 %1 / %2",
+               "여유 공간 %1 / %2", "磁盘 · 共 %2，可用 %1", "磁碟 · 共 %2，可用 %1", "Libre: %1 de %2"}},
     StringRow{
         "sidebar.trash_frees_later",
         {"Moving to the Trash frees space once you empty it.", "La corbeille ne libère de l’espace qu’une fois vidée.",
@@ -26,10 +26,10 @@ constexpr std::array rows{
                "打開垃圾桶", "Abrir la papelera"}},
     StringRow{"tray.keep_tidy",
               {"Keep Folders Tidy Automatically", "Ranger les dossiers automatiquement",
-               "Ordner automatisch aufgeräumt halten", "フォルダを自動で整頓する", "폴더 자동으로 정돈하기",
+               "Ordner automatisch aufgeräumt halten", "フォルダを自動で整理する", "폴더를 자동으로 정돈",
                "自动保持文件夹整洁", "自動保持檔案夾整潔", "Mantener ordenadas las carpetas automáticamente"}},
     StringRow{"tray.organize_now",
-              {"Organize Now", "Ranger maintenant", "Jetzt ordnen", "今すぐ整頓", "지금 정돈", "立即整理", "立即整理",
+              {"Organize Now", "Ranger maintenant", "Jetzt ordnen", "今すぐ整理", "지금 정돈", "立即整理", "立即整理",
                "Organizar ahora"}},
     StringRow{"tray.open",
               {"Open Orvane", "Ouvrir Orvane", "Orvane öffnen", "Orvane を開く", "Orvane 열기", "打开 Orvane",
@@ -45,7 +45,7 @@ constexpr std::array rows{
                "新しい項目 %1 個を Recents に移動し、%2。履歴からいつでも元に戻せます。",
                "새 항목 %1개를 Recents로 옮기고 %2. 기록에서 언제든지 되돌릴 수 있습니다.",
                "已将 %1 个新项目移到 Recents，并%2。可随时在历史记录中撤销。",
-               "已將 %1 個新項目移到 Recents，並%2。可隨時在歷史記錄中還原。",
+               "已將 %1 個新項目移到 Recents，並%2。可隨時在歷史記錄中復原。",
                "%1 elemento nuevo movido a Recents y %2. Puedes deshacerlo cuando quieras en Historial."}},
     StringRow{"tidy.moved.other",
               {"Moved %1 new items to Recents and %2. Undo anytime in History.",
@@ -54,7 +54,7 @@ constexpr std::array rows{
                "新しい項目 %1 個を Recents に移動し、%2。履歴からいつでも元に戻せます。",
                "새 항목 %1개를 Recents로 옮기고 %2. 기록에서 언제든지 되돌릴 수 있습니다.",
                "已将 %1 个新项目移到 Recents，并%2。可随时在历史记录中撤销。",
-               "已將 %1 個新項目移到 Recents，並%2。可隨時在歷史記錄中還原。",
+               "已將 %1 個新項目移到 Recents，並%2。可隨時在歷史記錄中復原。",
                "%1 elementos nuevos movidos a Recents y %2. Puedes deshacerlo cuando quieras en Historial."}},
     StringRow{"tidy.sorted.one",
               {"sorted %1", "%1 classé", "%1 einsortiert", "%1 個を分類しました", "%1개를 분류했습니다", "归类 %1 个",
@@ -105,7 +105,7 @@ constexpr std::array rows{
         "count.rules.other",
         {"%1 rules", "%1 règles", "%1 Regeln", "%1 件のルール", "규칙 %1개", "%1 条规则", "%1 條規則", "%1 reglas"}},
     StringRow{"count.of",
-              {"%1 of %2", "%1 sur %2", "%1 von %2", "%2 中 %1", "%2 중 %1", "%1 / %2", "%1 / %2", "%1 de %2"}},
+              {"%1 of %2", "%1 sur %2", "%1 von %2", "%1 / %2", "%1 / %2", "%1 / %2", "%1 / %2", "%1 de %2"}},
     StringRow{
         "onboarding.title",
         {"Welcome to Orvane", "Bienvenue dans Orvane", "Willkommen bei Orvane", "Orvane へようこそ",
@@ -117,8 +117,8 @@ constexpr std::array rows{
     StringRow{"onboarding.finds_text",
               {"Caches, old installers, duplicates and large unused files, each with a label that says how safe it is "
                "to let go.",
-               "Caches, anciens installateurs, doublons et gros fichiers inutilisés, chacun avec une mention qui "
-               "indique s’il est sans risque de s’en séparer.",
+               "Caches, anciens programmes d’installation, doublons et gros fichiers inutilisés, chacun avec une "
+               "étiquette qui indique si l’on peut s’en séparer sans risque.",
                "Zwischenspeicher, alte Installationsdateien, Duplikate und große ungenutzte Dateien, jeweils mit dem "
                "Hinweis, wie unbedenklich sie sind.",
                "キャッシュ、古いインストーラ、重複、使われていない大きなファイルを、手放しても安全かどうかの表示ととも"
@@ -130,17 +130,17 @@ constexpr std::array rows{
                "indica si se puede quitar sin riesgo."}},
     StringRow{"onboarding.undo_title",
               {"Everything can be undone", "Tout peut être annulé", "Alles lässt sich rückgängig machen",
-               "すべて元に戻せます", "모든 작업을 되돌릴 수 있습니다", "一切均可撤销", "一切皆可還原",
+               "すべて元に戻せます", "모든 작업을 되돌릴 수 있습니다", "一切均可撤销", "一切皆可復原",
                "Todo se puede deshacer"}},
     StringRow{"onboarding.undo_text",
               {"What you approve goes to the Trash and is written to the history. One click brings it all back.",
                "Ce que vous approuvez va à la corbeille et est inscrit dans l’historique. Un clic suffit pour tout "
                "récupérer.",
-               "Was du freigibst, kommt in den Papierkorb und wird im Verlauf vermerkt. Ein Klick holt alles zurück.",
+               "Was du bestätigst, kommt in den Papierkorb und wird im Verlauf vermerkt. Ein Klick holt alles zurück.",
                "承認したものはゴミ箱に移され、履歴に記録されます。ワンクリックですべて元に戻せます。",
                "승인한 항목은 휴지통으로 이동하고 기록에 남습니다. 한 번의 클릭으로 모두 되돌릴 수 있습니다.",
-               "你确认的项目会移到废纸篓并写入历史记录，一键即可全部恢复。",
-               "你確認的項目會移到垃圾桶並寫入歷史記錄，一鍵即可全部復原。",
+               "你确认的项目会移到废纸篓并写入历史记录，一键即可全部还原。",
+               "你確認的項目會移到垃圾桶並寫入歷史記錄，一鍵即可全部還原。",
                "Lo que apruebas va a la papelera y queda anotado en el historial. Con un clic lo recuperas todo."}},
     StringRow{"onboarding.never_title",
               {"It never deletes and never sends", "Il ne supprime et n’envoie jamais rien",

@@ -1,4 +1,5 @@
 #include "core/base/Json.h"
+#include "core/base/RegularExpression.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
@@ -8,10 +9,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <ostream>
 #include <set>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 namespace orvane {
 namespace {
@@ -59,6 +62,37 @@ TEST(LocalizedStrings, nameTheSamePlaceholdersInEveryLanguage) {
     }
   }
 }
+
+struct TypographyRow {
+  std::string_view name;
+  std::vector<AppLanguage> languages;
+  std::string_view wrong;  // a pattern that no text may match
+};
+void PrintTo(const TypographyRow& row, std::ostream* stream) {
+  *stream << row.name;
+}
+class TypographyTest : public testing::TestWithParam<TypographyRow> {};
+TEST_P(TypographyTest, isTheLanguagesOwn) {
+  const auto wrong = RegularExpression::compile(GetParam().wrong);
+  ASSERT_TRUE(wrong);
+  for (const auto key : LocalizedStrings::keys()) {
+    for (const auto language : GetParam().languages) {
+      const auto text = LocalizedStrings::lookup(language, key);
+      EXPECT_FALSE(wrong->firstMatch(text)) << key << ": " << text;
+    }
+  }
+}
+using enum AppLanguage;
+INSTANTIATE_TEST_SUITE_P(
+    Signs, TypographyTest,
+    testing::Values(TypographyRow{"a no-break space before double signs", {fr}, R"((?<!\u00a0)([;?!»]|:(?=\s|$)))"},
+                    TypographyRow{"a no-break space within quotation marks", {fr}, R"(«(?!\u00a0))"},
+                    TypographyRow{"a no-break space before the percent sign", {fr, de, es}, R"(\d ?%(?!\d))"},
+                    TypographyRow{"a no-break space before dots that stand for words", {de}, R"((?<!\u00a0)…)"},
+                    TypographyRow{"one sign for dots", {fr, de, ja, ko, zhHans, zhHant, es}, R"(\.\.\.)"},
+                    TypographyRow{"round apostrophes", {fr}, "'"},
+                    TypographyRow{
+                        "full-width signs", {ja, zhHans, zhHant}, R"([\p{Han}\p{Hiragana}\p{Katakana}][,.;:?!(])"}));
 
 struct CountRow {
   AppLanguage language;
