@@ -29,13 +29,13 @@ constexpr std::array rows{
          "d’installation et les fichiers inutilisés.",
          "Klicke auf „Jetzt scannen“, um temporäre Zwischenspeicher, alte Installationsdateien und ungenutzte Dateien "
          "zu suchen.",
-         "「今すぐスキャン」をクリックすると、一時キャッシュ、古いインストーラ、使われていないファイルを探します。",
+         "「今すぐスキャン」をクリックすると、一時キャッシュ、古いインストーラ、使われていないファイルを検索します。",
          "'지금 스캔'을 클릭하면 임시 캐시, 오래된 설치 파일, 쓰지 않는 파일을 찾습니다.",
          "点击“立即扫描”，查找临时缓存、旧安装程序和不用的文件。",
          "點一下「立即掃描」，尋找暫存快取、舊安裝程式和不用的檔案。",
          "Haz clic en «Analizar ahora» para buscar cachés temporales, instaladores antiguos y archivos sin usar."}},
     StringRow{"cleanup.nothing_title",
-              {"Nothing to Clean Up", "Rien à nettoyer", "Nichts aufzuräumen", "クリーンアップするものはありません",
+              {"Nothing to Clean Up", "Rien à nettoyer", "Nichts zum Aufräumen", "クリーンアップするものはありません",
                "정리할 항목이 없습니다", "没有可清理的内容", "沒有可清理的內容", "Nada que limpiar"}},
     StringRow{
         "cleanup.nothing_text",

@@ -23,7 +23,7 @@ constexpr std::array rows{
               {"Proposes folders for what lies around. You see every move first.",
                "Propose des dossiers pour ce qui traîne. Vous voyez d’abord chaque déplacement.",
                "Schlägt Ordner für Herumliegendes vor. Du siehst vorher, was wohin kommt.",
-               "散らかったファイルの移動先を提案。移動の前にすべて確認できます。",
+               "散らかったファイルの移動先フォルダを提案。移動の前にすべて確認できます。",
                "흩어진 파일을 둘 폴더를 제안합니다. 옮기기 전에 모두 확인할 수 있습니다.",
                "为散乱的文件建议文件夹，移动前你会看到每一步。", "為散亂的檔案建議檔案夾，移動前你會看到每一步。",
                "Propone carpetas para lo que anda suelto. Antes ves cada movimiento."}},
