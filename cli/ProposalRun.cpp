@@ -1,20 +1,26 @@
 #include "cli/ProposalRun.h"
 
+#include "cli/Arguments.h"
 #include "cli/FileArguments.h"
 #include "cli/ProgressLine.h"
 #include "cli/Session.h"
 #include "cli/Table.h"
+#include "cli/UsageError.h"
 #include "core/assistant/AIProvider.h"
+#include "core/base/AtomicFile.h"
 #include "core/base/ByteCount.h"
 #include "core/base/CheckedArithmetic.h"
+#include "core/base/FileStatus.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
 #include "core/tasks/History.h"
+#include "core/tasks/SavedProposal.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
-#include <stop_token>
+#include <stdexcept>
+#include <system_error>
 
 namespace orvane::cli {
 namespace {
@@ -185,10 +191,36 @@ ExitStatus askAndMove(Session& session, const Arguments& arguments, const Approv
   return printReport(session, approval.proposal(), moveApproved(session, approval));
 }
 
+RowSum sumOf(const Approval& approval) {
+  return {approval.toTrash().count + approval.toFolders().count,
+          checkedAdd(approval.toTrash().bytes, approval.toFolders().bytes)};
+}
+
+ExitStatus saveProposal(Session& session, const Arguments& arguments, const Approval& approval) {
+  const std::string name = arguments.value("--save").value_or("-");
+  if (name == "-") {
+    writeProposal(approval, [&](std::string_view text) { session.out().write(text); });
+    return ExitStatus::done;
+  }
+  const auto place = placeFromArgument(name);
+  if (itemExists(place.path().c_str())) {
+    throw UsageError(fmt::format("--save {}: it is there already; name a new file", shownPath(place)));
+  }
+  try {
+    AtomicFile file(place.path());
+    writeProposal(approval, [&](std::string_view text) { file.write(text); });
+    file.commit();
+  } catch (const std::system_error& error) {
+    throw std::runtime_error(fmt::format("--save {}: {}", shownPath(place), error.code().message()));
+  }
+  Session::tell(
+      fmt::format("Saved {}. To move them: orvanectl apply {}", itemsText(sumOf(approval)), shownPath(place)));
+  return ExitStatus::done;
+}
+
 void printDryRun(Session& session, const Proposal& proposal) {
   const auto approval = proposal.approve();
-  const RowSum total{approval.toTrash().count + approval.toFolders().count,
-                     checkedAdd(approval.toTrash().bytes, approval.toFolders().bytes)};
+  const auto total = sumOf(approval);
   if (session.isJson()) {
     Json json = Json::object();
     auto& items = json["items"] = Json::array();

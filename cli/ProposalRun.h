@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/CommandSpec.h"
 #include "cli/Consent.h"
 #include "cli/ExitStatus.h"
 #include "core/base/JsonFwd.h"
@@ -16,6 +17,19 @@
 namespace orvane::cli {
 
 class ProgressLine;
+
+// Every command that proposes takes it.
+inline constexpr OptionSpec saveOption{
+    .name = "--save",
+    .valueName = "FILE",
+    .help = "Write the proposal to FILE, for 'orvanectl apply' later, and change nothing.",
+    .kind = ValueKind::path};
+inline constexpr OptionSpec rootOption{
+    .name = "--root",
+    .valueName = "FOLDER",
+    .help = "Act only inside this folder instead of the granted ones; may be given several times.",
+    .kind = ValueKind::folder,
+    .repeat = OptionSpec::Repeat::any};
 
 // From a proposal to its report, for every command that moves something.
 
@@ -39,6 +53,8 @@ class ProgressLine;
 // askToMove() and, on a yes, moveApproved() and printReport(); an empty report is printed on a no.
 [[nodiscard]] ExitStatus askAndMove(Session& session, const Arguments& arguments, const Approval& approval);
 
+// Writes what is approved where --save names a file, which must be new, or - for the standard output.
+[[nodiscard]] ExitStatus saveProposal(Session& session, const Arguments& arguments, const Approval& approval);
 // The rows that would move, for people or as {"items", "totalBytes"}.
 void printDryRun(Session& session, const Proposal& proposal);
 // Says that nothing was changed.
@@ -54,6 +70,8 @@ void tellJournalNotices();
 
 // "1 item" or "1,234 items".
 [[nodiscard]] std::string itemCount(std::int64_t count);
+// Of everything that is approved.
+[[nodiscard]] RowSum sumOf(const Approval& approval);
 // "12 items (3.4 GB)"
 [[nodiscard]] std::string itemsText(const RowSum& rows);
 

@@ -35,6 +35,7 @@ constexpr std::array options{
                .valueName = "",
                .help = "Scan the developer tools' caches too, each folder as one item."},
     OptionSpec{.name = "--dry-run", .valueName = "", .help = "Show what would be moved, and stop."},
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -60,7 +61,8 @@ void printTable(Session& session, const Proposal& proposal) {
 ExitStatus run(Session& session, const Arguments& arguments) {
   auto wish = wishFrom(arguments);
   const bool isDryRun = arguments.has("--dry-run");
-  if (!isDryRun) requireConsentPossible(arguments);
+  const bool isToSave = arguments.has("--save");
+  if (!isDryRun && !isToSave) requireConsentPossible(arguments);
   auto chosen = chosenFolders(arguments.plain());
   wish.folders = std::move(chosen.folders);
   if (wish.folders.empty()) return ExitStatus::failed;
@@ -75,6 +77,8 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   auto status = ExitStatus::done;
   if (isDryRun) {
     printDryRun(session, *proposal);
+  } else if (isToSave) {
+    status = saveProposal(session, arguments, approval);
   } else if (approval.empty()) {
     status = printReport(session, *proposal, {});
   } else {

@@ -11,6 +11,7 @@ constexpr std::array commands{
     &scanCommand,
     &cleanCommand,
     &trashCommand,
+    &applyCommand,
     &duplicatesCommand,
     &historyCommand,
     &historyShowCommand,

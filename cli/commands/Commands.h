@@ -12,6 +12,7 @@ extern const CommandSpec agentInstallCommand;
 extern const CommandSpec agentShowCommand;
 extern const CommandSpec agentStatusCommand;
 extern const CommandSpec agentUninstallCommand;
+extern const CommandSpec applyCommand;
 extern const CommandSpec appsLeftoversCommand;
 extern const CommandSpec appsListCommand;
 extern const CommandSpec appsUninstallCommand;

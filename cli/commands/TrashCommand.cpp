@@ -15,12 +15,9 @@ namespace orvane::cli {
 namespace {
 
 constexpr std::array options{
-    OptionSpec{.name = "--root",
-               .valueName = "FOLDER",
-               .help = "Act only inside this folder instead of the granted ones; may be given several times.",
-               .kind = ValueKind::folder,
-               .repeat = OptionSpec::Repeat::any},
+    rootOption,
     OptionSpec{.name = "--dry-run", .valueName = "", .help = "Show what would be moved, and stop."},
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -34,13 +31,18 @@ void printRows(Session& session, const Proposal& proposal) {
 
 ExitStatus run(Session& session, const Arguments& arguments) {
   const bool isDryRun = arguments.has("--dry-run");
-  if (!isDryRun) requireConsentPossible(arguments);
+  const bool isToSave = arguments.has("--save");
+  if (!isDryRun && !isToSave) requireConsentPossible(arguments);
   const auto boundary = boundaryFrom(arguments);
   const auto proposal = proposeTrash(TaskServices::shared(), placesFromArguments(arguments.plain()), boundary);
   const auto approval = proposal.approve();
   if (isDryRun) {
     printDryRun(session, proposal);
     return tellFailures(proposal, {});
+  }
+  if (isToSave) {
+    const auto status = saveProposal(session, arguments, approval);
+    return status == ExitStatus::done ? tellFailures(proposal, {}) : status;
   }
   if (approval.empty()) return printReport(session, proposal, {});
   if (!arguments.has("--yes") && !session.isJson()) printRows(session, proposal);

@@ -55,6 +55,7 @@ std::string readFile(const std::string& path, std::size_t limit) {
   if (::fstat(file.get(), &status) != 0) throwErrno();
   if (S_ISDIR(status.st_mode)) throwErrno(EISDIR);
   if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
+  if (status.st_size > 0 && static_cast<std::size_t>(status.st_size) > limit) throwErrno(EFBIG);
   return readAll(file.get(), limit);
 }
 

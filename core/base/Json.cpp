@@ -63,6 +63,22 @@ class KeyChecker {
   std::vector<std::set<std::string>> m_keys;
 };
 
+void requireWithin(std::string_view text, const JsonLimits& limits) {
+  if (text.size() > limits.bytes) {
+    throw JsonError(fmt::format("JSON is longer than {} bytes", limits.bytes));
+  }
+  if (nestingOf(text) > limits.depth) {
+    throw JsonError(fmt::format("JSON is nested deeper than {} levels", limits.depth));
+  }
+}
+
+[[noreturn]] void throwInvalid(const Json::exception& error) {
+  // The library's text starts with its own identifier in brackets.
+  std::string_view message = error.what();
+  if (const auto end = message.find("] "); end != std::string_view::npos) message.remove_prefix(end + 2);
+  throw JsonError(fmt::format("not valid JSON: {}", shortenedToBytes(message, quotedBytes)));
+}
+
 [[noreturn]] void throwExpected(std::string_view what, std::string_view expected) {
   throw JsonError(fmt::format("\"{}\" must be {}", what, expected));
 }
@@ -70,21 +86,37 @@ class KeyChecker {
 }  // namespace
 
 Json parseJson(std::string_view text, const JsonLimits& limits) {
-  if (text.size() > limits.bytes) {
-    throw JsonError(fmt::format("JSON is longer than {} bytes", limits.bytes));
-  }
-  if (nestingOf(text) > limits.depth) {
-    throw JsonError(fmt::format("JSON is nested deeper than {} levels", limits.depth));
-  }
+  requireWithin(text, limits);
   try {
     if (limits.duplicateKeys == DuplicateKeys::takeFirst) return Json::parse(text);
     KeyChecker checker(limits.keysPerObject);
     return Json::parse(text, std::ref(checker));
   } catch (const Json::exception& error) {
-    // The library's text starts with its own identifier in brackets.
-    std::string_view message = error.what();
-    if (const auto end = message.find("] "); end != std::string_view::npos) message.remove_prefix(end + 2);
-    throw JsonError(fmt::format("not valid JSON: {}", shortenedToBytes(message, quotedBytes)));
+    throwInvalid(error);
+  }
+}
+
+Json parseJsonRows(std::string_view text, const JsonLimits& limits, std::string_view rows,
+                   const std::function<void(const Json& row)>& visit) {
+  requireWithin(text, limits);
+  constexpr int rowDepth = 2;
+  KeyChecker checker(limits.keysPerObject);
+  bool isInRows = false;
+  const auto look = [&](int depth, Json::parse_event_t event, Json& parsed) {
+    if (!checker(depth, event, parsed)) return false;
+    if (event == Json::parse_event_t::key && depth == 1) isInRows = parsed == rows;
+    if (!isInRows || depth != rowDepth) return true;
+    if (event == Json::parse_event_t::value || event == Json::parse_event_t::array_end) {
+      throw JsonError(fmt::format("\"{}\" must be an array of objects", rows));
+    }
+    if (event != Json::parse_event_t::object_end) return true;
+    visit(parsed);
+    return false;
+  };
+  try {
+    return Json::parse(text, look);
+  } catch (const Json::exception& error) {
+    throwInvalid(error);
   }
 }
 
@@ -195,6 +227,22 @@ std::vector<std::string> stringsFrom(const Json& value, std::string_view what) {
   result.reserve(value.size());
   for (const auto& element : value) result.push_back(stringFrom(element, what));
   return result;
+}
+
+std::vector<FileUrl> urlsAt(const Json& value, std::string_view key) {
+  std::vector<FileUrl> result;
+  for (const auto& text : stringsFrom(requiredKey(value, key), key)) {
+    auto url = FileUrl::fromAbsoluteString(text);
+    if (!url) throwExpected(key, "an array of file URLs");
+    result.push_back(*std::move(url));
+  }
+  return result;
+}
+
+Json jsonFromUrls(std::span<const FileUrl> urls) {
+  Json json = Json::array();
+  for (const auto& url : urls) json.push_back(jsonFromUrl(url));
+  return json;
 }
 
 }  // namespace orvane

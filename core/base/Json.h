@@ -8,7 +8,9 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -35,6 +37,11 @@ struct JsonLimits {
 // Reads one JSON document (RFC 8259). The text may come from anywhere: time and memory stay in proportion to its size,
 // and what exceeds the limits is refused. Throws JsonError.
 [[nodiscard]] Json parseJson(std::string_view text, const JsonLimits& limits = {});
+// The same for a document whose key `rows`, an array of objects at its top, may be long: each of them is handed to
+// `visit` as soon as it is read and is not kept; the array of what is returned is empty. What `visit` throws ends the
+// reading.
+[[nodiscard]] Json parseJsonRows(std::string_view text, const JsonLimits& limits, std::string_view rows,
+                                 const std::function<void(const Json& row)>& visit);
 // Compact text. Bytes that are not UTF-8 become U+FFFD: keep them out by writing a location as its URL.
 [[nodiscard]] std::string jsonText(const Json& value);
 
@@ -50,6 +57,7 @@ struct JsonLimits {
 [[nodiscard]] Date dateAt(const Json& value, std::string_view key);
 [[nodiscard]] Uuid uuidAt(const Json& value, std::string_view key);
 [[nodiscard]] FileUrl urlAt(const Json& value, std::string_view key);
+[[nodiscard]] std::vector<FileUrl> urlsAt(const Json& value, std::string_view key);
 
 // Seconds since 2001-01-01T00:00:00Z; whole seconds are written without a fraction. The date must be finite.
 [[nodiscard]] Json jsonFromDate(Date date);
@@ -57,6 +65,7 @@ struct JsonLimits {
 void appendJsonDate(std::string& text, Date date);
 [[nodiscard]] Json jsonFromUuid(const Uuid& uuid);
 [[nodiscard]] Json jsonFromUrl(const FileUrl& url);
+[[nodiscard]] Json jsonFromUrls(std::span<const FileUrl> urls);
 
 // A value's own type. Throw JsonError naming `what`.
 [[nodiscard]] std::string stringFrom(const Json& value, std::string_view what);

@@ -1,5 +1,7 @@
 #include "core/tasks/CleanTask.h"
 
+#include "core/base/Json.h"
+#include "core/tasks/Folders.h"
 #include "core/tasks/ScanTask.h"
 
 #include <algorithm>
@@ -19,10 +21,34 @@ bool takes(const CleanWish& wish, const FileItem& item) {
   return mark.choice == Choice::unselected && isNamed && wish.reviewItems == ReviewItems::include;
 }
 
-}  // namespace
+Json subjectOf(const CleanWish& wish) {
+  Json json = Json::object();
+  json["folders"] = jsonFromUrls(wish.folders);
+  auto& categories = json["categories"] = Json::array();
+  for (const auto category : wish.categories) categories.push_back(rawValue(category));
+  json["includesReview"] = wish.reviewItems == ReviewItems::include;
+  json["includesDeveloperCaches"] = wish.developerCaches == DeveloperCaches::include;
+  return json;
+}
 
-std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWish& wish, const TaskMonitor& monitor) {
-  ProposalBuilder builder(TaskKind::clean, Boundary(wish.folders), ReferenceClock::now());
+CleanWish wishFrom(const Json& subject) {
+  CleanWish wish;
+  wish.folders = urlsAt(subject, "folders");
+  for (const auto& name : stringsFrom(requiredKey(subject, "categories"), "categories")) {
+    const auto category = scanCategoryFromRawValue(name);
+    if (!category) throw JsonError("\"categories\" names one that does not exist");
+    wish.categories.push_back(*category);
+  }
+  if (booleanAt(subject, "includesReview")) wish.reviewItems = ReviewItems::include;
+  if (booleanAt(subject, "includesDeveloperCaches")) wish.developerCaches = DeveloperCaches::include;
+  return wish;
+}
+
+std::optional<Proposal> propose(const TaskServices& services, const CleanWish& wish, const Boundary& boundary,
+                                Date countedTo, const TaskMonitor& monitor, const Notices& notices) {
+  ProposalBuilder builder(TaskKind::clean, boundary, countedTo);
+  builder.setSubject(subjectOf(wish));
+  for (const auto& notice : notices) builder.note(notice);
   RowsInTrash inTrash;
   // Folders that overlap meet an item twice.
   std::unordered_set<std::string> seen;
@@ -35,6 +61,20 @@ std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWi
   if (end == ScanEnd::cancelled) return std::nullopt;
   if (inTrash.rows.count > 0) builder.note(inTrash);
   return builder.take();
+}
+
+}  // namespace
+
+std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWish& wish, const TaskMonitor& monitor) {
+  return propose(services, wish, Boundary(wish.folders), ReferenceClock::now(), monitor, {});
+}
+
+std::optional<Proposal> reproposeClean(const TaskServices& services, const Json& subject, const Boundary& boundary,
+                                       Date countedTo, const TaskMonitor& monitor) {
+  auto wish = wishFrom(subject);
+  auto inside = foldersInside(boundary, wish.folders);
+  wish.folders = std::move(inside.folders);
+  return propose(services, wish, boundary, countedTo, monitor, {inside.leftOut.begin(), inside.leftOut.end()});
 }
 
 Proposal proposeScanned(ItemList items, std::vector<FileUrl> folders, Date scanned) {

@@ -29,6 +29,11 @@ struct CleanWish {
 // that are all selected. What lies in a Trash is counted in a notice. Absent when it was stopped.
 [[nodiscard]] std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWish& wish,
                                                    const TaskMonitor& monitor = {});
+// Proposes again what the subject of an earlier proposal asks for, as far as it lies inside the boundary. Throws
+// JsonError for a subject that is none.
+[[nodiscard]] std::optional<Proposal> reproposeClean(const TaskServices& services, const Json& subject,
+                                                     const Boundary& boundary, Date countedTo,
+                                                     const TaskMonitor& monitor = {});
 // What a scan of the folders found, whole: each row stands as scannedMark() has it.
 [[nodiscard]] Proposal proposeScanned(ItemList items, std::vector<FileUrl> folders, Date scanned);
 

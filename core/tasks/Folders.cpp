@@ -71,6 +71,18 @@ ChosenFolders chosenFolders(const TaskServices& services, std::span<const FileUr
   return result;
 }
 
+ChosenFolders foldersInside(const Boundary& boundary, std::span<const FileUrl> folders) {
+  ChosenFolders result;
+  for (const auto& folder : folders) {
+    if (boundary.contains(canonicalPath(folder.path()))) {
+      result.folders.push_back(folder);
+    } else {
+      result.leftOut.push_back({folder, FolderLeftOut::Why::notGranted});
+    }
+  }
+  return result;
+}
+
 std::optional<FolderLeftOut> grantFolders(const TaskServices& services, std::span<const FileUrl> folders) {
   for (const auto& folder : folders) {
     if (auto problem = problemWith(services, folder)) return problem;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
+#include "core/safety/Boundary.h"
 #include "core/tasks/Notice.h"
 
 #include <optional>
@@ -29,6 +30,9 @@ struct ChosenFolders {
 // The folders named, or the granted ones where none is named. The home folder may be named: what is inside may be
 // touched, though it may not.
 [[nodiscard]] ChosenFolders chosenFolders(const TaskServices& services, std::span<const FileUrl> named);
+
+// Those of the folders that lie inside a boundary; the others are left out as not granted.
+[[nodiscard]] ChosenFolders foldersInside(const Boundary& boundary, std::span<const FileUrl> folders);
 
 // Grants folders; those that count by default until the first grant stay. Links are resolved. On a problem with one
 // nothing is granted. Throws std::runtime_error when it cannot be stored.

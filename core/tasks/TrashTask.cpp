@@ -1,6 +1,7 @@
 #include "core/tasks/TrashTask.h"
 
 #include "core/base/FileDescriptor.h"
+#include "core/base/Json.h"
 #include "core/base/PathText.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashError.h"
@@ -35,6 +36,7 @@ FileItem bareItem(const FileUrl& place) {
 
 Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> places, const Boundary& boundary) {
   ProposalBuilder builder(TaskKind::trash, boundary, ReferenceClock::now());
+  builder.setSubject(Json{{"places", jsonFromUrls(places)}});
   std::unordered_set<std::string_view> taken;
   const auto lock = [&](const FileUrl& place, std::string refusal) {
     builder.add(bareItem(place), {Choice::locked, Lock::refused, builder.addGroup({.refusal = std::move(refusal)})});
@@ -55,6 +57,11 @@ Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> pla
     }
   }
   return builder.take();
+}
+
+std::optional<Proposal> reproposeTrash(const TaskServices& services, const Json& subject, const Boundary& boundary,
+                                       Date /*countedTo*/, const TaskMonitor& /*monitor*/) {
+  return proposeTrash(services, urlsAt(subject, "places"), boundary);
 }
 
 }  // namespace orvane
