@@ -1,29 +1,29 @@
 #include "app/BackgroundQueue.h"
 
+#include <chrono>
+
 namespace orvane {
+namespace {
 
-BackgroundQueue::BackgroundQueue() : m_thread([this](const std::stop_token& stop) { work(stop); }) {}
+// Long enough for the tasks of one click to share a thread.
+constexpr std::chrono::milliseconds idleTime{500};
 
-void BackgroundQueue::post(Task task) {
-  {
-    const std::lock_guard lock(m_mutex);
-    m_tasks.push_back(std::move(task));
-  }
-  m_wakeUp.notify_one();
+}  // namespace
+
+BackgroundQueue::BackgroundQueue() {
+  m_pool.setMaxThreadCount(1);
+  m_pool.setExpiryTimeout(static_cast<int>(idleTime.count()));
 }
 
-void BackgroundQueue::work(const std::stop_token& stop) {
-  for (;;) {
-    Task task;
-    {
-      std::unique_lock lock(m_mutex);
-      m_wakeUp.wait(lock, stop, [this] { return !m_tasks.empty(); });
-      if (stop.stop_requested()) return;
-      task = std::move(m_tasks.front());
-      m_tasks.pop_front();
-    }
-    task(stop);
-  }
+BackgroundQueue::~BackgroundQueue() {
+  m_stop.request_stop();
+  m_pool.waitForDone();
+}
+
+void BackgroundQueue::post(Task task) {
+  m_pool.start([task = std::move(task), stop = m_stop.get_token()] {
+    if (!stop.stop_requested()) task(stop);
+  });
 }
 
 }  // namespace orvane

@@ -2,35 +2,30 @@
 
 #include <QMetaObject>
 #include <QObject>
+#include <QThreadPool>
 
-#include <condition_variable>
-#include <deque>
 #include <functional>
-#include <mutex>
 #include <stop_token>
-#include <thread>
 #include <utility>
 
 namespace orvane {
 
-// Carries out tasks one after the other on a thread of its own, so that the main thread never waits. Destroying it asks
-// the running task to stop, drops those that have not begun, and waits.
+// Carries out tasks one after the other in the background, so that the main thread never waits. Destroying it asks the
+// running task to stop, drops those that have not begun, and waits. Queues never wait for each other: each that has
+// tasks has a thread, which ends soon after its last one.
 class BackgroundQueue {
  public:
-  // What the task throws is a bug.
+  // An exception that leaves a task ends the program.
   using Task = std::function<void(const std::stop_token& stop)>;
 
   BackgroundQueue();
+  ~BackgroundQueue();
 
   void post(Task task);
 
  private:
-  void work(const std::stop_token& stop);
-
-  std::mutex m_mutex;
-  std::condition_variable_any m_wakeUp;
-  std::deque<Task> m_tasks;
-  std::jthread m_thread;  // last: it uses everything above
+  std::stop_source m_stop;
+  QThreadPool m_pool;  // of one thread, which takes its tasks in the order in which they came
 };
 
 // Has `function` called on the thread that `receiver` belongs to; never, once that is destroyed. From any thread.

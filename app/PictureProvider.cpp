@@ -1,7 +1,5 @@
 #include "app/PictureProvider.h"
 
-#include "app/BackgroundQueue.h"
-
 #include <QQuickTextureFactory>
 
 #include <atomic>
@@ -58,21 +56,13 @@ class Response : public QQuickImageResponse {
 
 }  // namespace
 
-PictureProvider::PictureProvider(Read read) : m_read(std::move(read)) {
-  // One large picture at a time is enough memory.
-  m_pool.setMaxThreadCount(1);
-}
-
-PictureProvider::~PictureProvider() {
-  m_pool.clear();
-  m_pool.waitForDone();
-}
+PictureProvider::PictureProvider(Read read) : m_read(std::move(read)) {}
 
 QQuickImageResponse* PictureProvider::requestImageResponse(const QString& id, const QSize& requestedSize) {
   auto response = std::make_unique<Response>();
   const auto path = QByteArray::fromBase64(id.toLatin1(), encoding).toStdString();
   const auto size = requestedSize.isValid() && !requestedSize.isEmpty() ? requestedSize : usualSize;
-  m_pool.start([read = m_read, link = response->link(), path, size] {
+  m_queue.post([read = m_read, link = response->link(), path, size](const std::stop_token&) {
     const bool isWanted = !link->isCancelled && path.starts_with('/');
     link->hand(isWanted ? read(FileUrl(path), size) : QImage());
   });

@@ -1,17 +1,17 @@
 #pragma once
 
+#include "app/BackgroundQueue.h"
 #include "core/base/FileUrl.h"
 
 #include <QImage>
 #include <QQuickAsyncImageProvider>
 #include <QSize>
-#include <QThreadPool>
 
 #include <functional>
 
 namespace orvane {
 
-// Hands pictures of items to the screens, read on a thread of its own: neither the window nor its icons ever wait for
+// Hands pictures of items to the screens, read in the background: neither the window nor its icons ever wait for
 // one. What is no picture comes as a single clear pixel, since an error would be written to the log each time, and the
 // screen shows what it shows without.
 class PictureProvider : public QQuickAsyncImageProvider {
@@ -19,13 +19,12 @@ class PictureProvider : public QQuickAsyncImageProvider {
   using Read = std::function<QImage(const FileUrl& item, QSize size)>;
 
   explicit PictureProvider(Read read);
-  ~PictureProvider() override;
 
   QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
 
  private:
   Read m_read;
-  QThreadPool m_pool;
+  BackgroundQueue m_queue;  // one large picture at a time is enough memory
 };
 
 // The source under which a provider has the picture of an item, whatever bytes its path is made of.
