@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include "core/base/EnumTable.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -10,13 +11,31 @@ namespace orvane {
 // Who makes a plan.
 enum class AIProvider : std::uint8_t { heuristic, anthropic, openAI };
 
-inline constexpr std::array allAIProviders{AIProvider::heuristic, AIProvider::anthropic, AIProvider::openAI};
+struct AIProviderRow {
+  AIProvider value;
+  std::string_view rawValue;  // the form in settings and in the terminal
+  std::string_view displayName;
+  std::string_view keyAccount;  // the key store's account of the provider's key; empty for one that needs none
+};
 
-// The form in settings and in the terminal.
-[[nodiscard]] std::string_view rawValue(AIProvider provider) noexcept;
-[[nodiscard]] std::optional<AIProvider> aiProviderFromRawValue(std::string_view text) noexcept;
-[[nodiscard]] std::string_view displayName(AIProvider provider) noexcept;
-// The key store's account of the provider's key; empty for one that needs none.
-[[nodiscard]] std::string_view keyAccount(AIProvider provider) noexcept;
+inline constexpr EnumTable aiProviders({
+    AIProviderRow{AIProvider::heuristic, "offline_heuristic", "Offline Heuristic (Local)", ""},
+    AIProviderRow{AIProvider::anthropic, "anthropic", "Anthropic (Claude)", "anthropic_api_key"},
+    AIProviderRow{AIProvider::openAI, "openai", "OpenAI (GPT-4o)", "openai_api_key"},
+});
+inline constexpr auto allAIProviders = aiProviders.values();
+
+constexpr std::string_view rawValue(AIProvider provider) noexcept {
+  return aiProviders[provider].rawValue;
+}
+constexpr std::optional<AIProvider> aiProviderFromRawValue(std::string_view text) noexcept {
+  return aiProviders.find(text);
+}
+constexpr std::string_view displayName(AIProvider provider) noexcept {
+  return aiProviders[provider].displayName;
+}
+constexpr std::string_view keyAccount(AIProvider provider) noexcept {
+  return aiProviders[provider].keyAccount;
+}
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include "core/base/EnumTable.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -13,11 +14,18 @@ enum class DuplicateKeepStrategy : std::uint8_t {
   keepShortestPath,  // the one whose path has the fewest characters
 };
 
-constexpr std::array<DuplicateKeepStrategy, 2> allDuplicateKeepStrategies{DuplicateKeepStrategy::keepOldest,
-                                                                          DuplicateKeepStrategy::keepShortestPath};
+// The title shown to the user is also the identity and the JSON form.
+inline constexpr EnumTable duplicateKeepStrategies({
+    RawValueRow{DuplicateKeepStrategy::keepOldest, "Keep Oldest File"},
+    RawValueRow{DuplicateKeepStrategy::keepShortestPath, "Keep Shortest Path"},
+});
+inline constexpr auto allDuplicateKeepStrategies = duplicateKeepStrategies.values();
 
-// The title shown to the user; also the identity and the JSON form.
-[[nodiscard]] std::string_view rawValue(DuplicateKeepStrategy strategy) noexcept;
-[[nodiscard]] std::optional<DuplicateKeepStrategy> duplicateKeepStrategyFromRawValue(std::string_view text) noexcept;
+constexpr std::string_view rawValue(DuplicateKeepStrategy strategy) noexcept {
+  return duplicateKeepStrategies[strategy].rawValue;
+}
+constexpr std::optional<DuplicateKeepStrategy> duplicateKeepStrategyFromRawValue(std::string_view text) noexcept {
+  return duplicateKeepStrategies.find(text);
+}
 
 }  // namespace orvane

@@ -3,13 +3,10 @@
 #include "core/base/AsciiText.h"
 
 #include <algorithm>
+#include <array>
 
 namespace orvane {
 namespace {
-
-constexpr std::array<std::string_view, allAppLanguages.size()> nativeNames{
-    "English", "Français", "Deutsch", "日本語", "한국어", "简体中文", "繁體中文", "Español",
-};
 
 // Scripts and regions that mean traditional characters.
 constexpr std::array<std::string_view, 4> traditionalSubtags{"hant", "tw", "hk", "mo"};
@@ -48,20 +45,6 @@ AppLanguage chineseOf(std::string_view locale) noexcept {
 }
 
 }  // namespace
-
-std::string_view rawValue(AppLanguage language) noexcept {
-  return appLanguageTags[static_cast<std::size_t>(language)];
-}
-
-std::optional<AppLanguage> appLanguageFromRawValue(std::string_view tag) noexcept {
-  const auto* const found = std::ranges::find(appLanguageTags, tag);
-  if (found == appLanguageTags.end()) return std::nullopt;
-  return allAppLanguages[static_cast<std::size_t>(found - appLanguageTags.begin())];
-}
-
-std::string_view nativeName(AppLanguage language) noexcept {
-  return nativeNames[static_cast<std::size_t>(language)];
-}
 
 AppLanguage appLanguageForLocale(std::string_view locale) noexcept {
   const auto language =

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include "core/base/EnumTable.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -10,23 +11,35 @@ namespace orvane {
 // The languages of the interface, in the order in which they are offered.
 enum class AppLanguage : std::uint8_t { en, fr, de, ja, ko, zhHans, zhHant, es };
 
-inline constexpr std::array allAppLanguages{
-    AppLanguage::en, AppLanguage::fr,     AppLanguage::de,     AppLanguage::ja,
-    AppLanguage::ko, AppLanguage::zhHans, AppLanguage::zhHant, AppLanguage::es,
+struct AppLanguageRow {
+  AppLanguage value;
+  std::string_view rawValue;    // its tag as in BCP 47, which is also how it is stored
+  std::string_view nativeName;  // its own name for itself
 };
 
-// Their tags as in BCP 47.
-inline constexpr std::array<std::string_view, allAppLanguages.size()> appLanguageTags{
-    "en", "fr", "de", "ja", "ko", "zh-Hans", "zh-Hant", "es",
-};
+inline constexpr EnumTable appLanguages({
+    AppLanguageRow{AppLanguage::en, "en", "English"},
+    AppLanguageRow{AppLanguage::fr, "fr", "Français"},
+    AppLanguageRow{AppLanguage::de, "de", "Deutsch"},
+    AppLanguageRow{AppLanguage::ja, "ja", "日本語"},
+    AppLanguageRow{AppLanguage::ko, "ko", "한국어"},
+    AppLanguageRow{AppLanguage::zhHans, "zh-Hans", "简体中文"},
+    AppLanguageRow{AppLanguage::zhHant, "zh-Hant", "繁體中文"},
+    AppLanguageRow{AppLanguage::es, "es", "Español"},
+});
+inline constexpr auto allAppLanguages = appLanguages.values();
+inline constexpr auto appLanguageTags = appLanguages.rawValues();
 
-// The language's tag, which is also how it is stored: "zh-Hans".
-[[nodiscard]] std::string_view rawValue(AppLanguage language) noexcept;
+constexpr std::string_view rawValue(AppLanguage language) noexcept {
+  return appLanguages[language].rawValue;
+}
 // The language of exactly this tag.
-[[nodiscard]] std::optional<AppLanguage> appLanguageFromRawValue(std::string_view tag) noexcept;
-
-// The language's own name for itself.
-[[nodiscard]] std::string_view nativeName(AppLanguage language) noexcept;
+constexpr std::optional<AppLanguage> appLanguageFromRawValue(std::string_view tag) noexcept {
+  return appLanguages.find(tag);
+}
+constexpr std::string_view nativeName(AppLanguage language) noexcept {
+  return appLanguages[language].nativeName;
+}
 
 // The language that suits a locale, as POSIX or BCP 47 name it ("de_AT.UTF-8", "zh-TW"); English for any other.
 [[nodiscard]] AppLanguage appLanguageForLocale(std::string_view locale) noexcept;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include "core/base/EnumTable.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -10,13 +11,28 @@ namespace orvane {
 // A service that keeps a folder in sync with other devices.
 enum class CloudProvider : std::uint8_t { iCloud, dropBox, googleDrive, oneDrive };
 
-inline constexpr std::array allCloudProviders{CloudProvider::iCloud, CloudProvider::dropBox, CloudProvider::googleDrive,
-                                              CloudProvider::oneDrive};
+struct CloudProviderRow {
+  CloudProvider value;
+  std::string_view rawValue;     // the service's display name; also the identity
+  std::string_view systemImage;  // name of a symbol image, kept as an opaque text
+};
 
-// The service's display name; also the identity.
-[[nodiscard]] std::string_view rawValue(CloudProvider provider) noexcept;
-[[nodiscard]] std::optional<CloudProvider> cloudProviderFromRawValue(std::string_view text) noexcept;
-// Name of a symbol image, kept as an opaque text.
-[[nodiscard]] std::string_view systemImage(CloudProvider provider) noexcept;
+inline constexpr EnumTable cloudProviders({
+    CloudProviderRow{CloudProvider::iCloud, "iCloud Drive", "icloud.fill"},
+    CloudProviderRow{CloudProvider::dropBox, "Dropbox", "shippingbox.fill"},
+    CloudProviderRow{CloudProvider::googleDrive, "Google Drive", "externaldrive.fill"},
+    CloudProviderRow{CloudProvider::oneDrive, "OneDrive", "cloud.fill"},
+});
+inline constexpr auto allCloudProviders = cloudProviders.values();
+
+constexpr std::string_view rawValue(CloudProvider provider) noexcept {
+  return cloudProviders[provider].rawValue;
+}
+constexpr std::optional<CloudProvider> cloudProviderFromRawValue(std::string_view text) noexcept {
+  return cloudProviders.find(text);
+}
+constexpr std::string_view systemImage(CloudProvider provider) noexcept {
+  return cloudProviders[provider].systemImage;
+}
 
 }  // namespace orvane

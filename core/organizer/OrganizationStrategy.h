@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include "core/base/EnumTable.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -10,11 +11,19 @@ namespace orvane {
 // How a folder is organised.
 enum class OrganizationStrategy : std::uint8_t { byCategory, byDate, byType };
 
-inline constexpr std::array allOrganizationStrategies{OrganizationStrategy::byCategory, OrganizationStrategy::byDate,
-                                                      OrganizationStrategy::byType};
+// The English title is also the identity.
+inline constexpr EnumTable organizationStrategies({
+    RawValueRow{OrganizationStrategy::byCategory, "Smart Categories"},
+    RawValueRow{OrganizationStrategy::byDate, "By Date (Year & Month)"},
+    RawValueRow{OrganizationStrategy::byType, "By File Type"},
+});
+inline constexpr auto allOrganizationStrategies = organizationStrategies.values();
 
-// The English title; also the identity.
-[[nodiscard]] std::string_view rawValue(OrganizationStrategy strategy) noexcept;
-[[nodiscard]] std::optional<OrganizationStrategy> organizationStrategyFromRawValue(std::string_view text) noexcept;
+constexpr std::string_view rawValue(OrganizationStrategy strategy) noexcept {
+  return organizationStrategies[strategy].rawValue;
+}
+constexpr std::optional<OrganizationStrategy> organizationStrategyFromRawValue(std::string_view text) noexcept {
+  return organizationStrategies.find(text);
+}
 
 }  // namespace orvane

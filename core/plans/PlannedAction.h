@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include "core/base/EnumTable.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -14,10 +15,19 @@ enum class PlannedAction : std::uint8_t {
   move,    // move them into the step's destination folder
 };
 
-inline constexpr std::array allPlannedActions{PlannedAction::trash, PlannedAction::review, PlannedAction::move};
+// The case name is also the JSON form.
+inline constexpr EnumTable plannedActions({
+    RawValueRow{PlannedAction::trash, "trash"},
+    RawValueRow{PlannedAction::review, "review"},
+    RawValueRow{PlannedAction::move, "move"},
+});
+inline constexpr auto allPlannedActions = plannedActions.values();
 
-// The case name; also the JSON form.
-[[nodiscard]] std::string_view rawValue(PlannedAction action) noexcept;
-[[nodiscard]] std::optional<PlannedAction> plannedActionFromRawValue(std::string_view text) noexcept;
+constexpr std::string_view rawValue(PlannedAction action) noexcept {
+  return plannedActions[action].rawValue;
+}
+constexpr std::optional<PlannedAction> plannedActionFromRawValue(std::string_view text) noexcept {
+  return plannedActions.find(text);
+}
 
 }  // namespace orvane

@@ -4,18 +4,6 @@
 
 namespace orvane {
 
-std::string_view rawValue(RuleAction::Type type) noexcept {
-  switch (type) {
-    case RuleAction::Type::moveToFolder:
-      return "moveToFolder";
-    case RuleAction::Type::moveToTrash:
-      return "moveToTrash";
-    case RuleAction::Type::reviewOnly:
-      break;
-  }
-  return "reviewOnly";
-}
-
 Json RuleAction::toJson() const {
   Json json = Json::object();
   json["type"] = rawValue(m_type);

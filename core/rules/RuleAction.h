@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/EnumTable.h"
 #include "core/base/JsonFwd.h"
 
 #include <cstdint>
@@ -37,7 +38,15 @@ class RuleAction {
   std::string m_path;
 };
 
-// The case name; also the JSON form.
-[[nodiscard]] std::string_view rawValue(RuleAction::Type type) noexcept;
+// The case name is also the JSON form.
+inline constexpr EnumTable ruleActionTypes({
+    RawValueRow{RuleAction::Type::moveToFolder, "moveToFolder"},
+    RawValueRow{RuleAction::Type::moveToTrash, "moveToTrash"},
+    RawValueRow{RuleAction::Type::reviewOnly, "reviewOnly"},
+});
+
+constexpr std::string_view rawValue(RuleAction::Type type) noexcept {
+  return ruleActionTypes[type].rawValue;
+}
 
 }  // namespace orvane

@@ -7,30 +7,7 @@
 
 #include <fmt/format.h>
 
-#include <array>
-#include <utility>
-
 namespace orvane {
-namespace {
-
-constexpr std::array actionNames{
-    std::pair{JournalAction::trashed, std::string_view("trashed")},
-    std::pair{JournalAction::restored, std::string_view("restored")},
-    std::pair{JournalAction::moved, std::string_view("moved")},
-};
-
-}  // namespace
-
-std::string_view rawValue(JournalAction action) noexcept {
-  return actionNames[static_cast<std::size_t>(action)].second;
-}
-
-std::optional<JournalAction> journalActionFromRawValue(std::string_view text) noexcept {
-  for (const auto& [action, name] : actionNames) {
-    if (name == text) return action;
-  }
-  return std::nullopt;
-}
 
 std::string JournalEntry::formattedSize() const {
   return formatByteCount(fileSize);
@@ -82,7 +59,7 @@ JournalEntry JournalEntry::fromJson(const Json& json) {
   entry.trashedURL = urlAt(json, "trashedURL");
   entry.fileSize = integerAt(json, "fileSize");
   if (const auto* checksum = optionalKey(json, "checksum")) entry.checksum = stringFrom(*checksum, "checksum");
-  const auto action = journalActionFromRawValue(stringAt(json, "action"));
+  const auto action = journalActions.find(stringAt(json, "action"));
   if (!action) throw JsonError(fmt::format("unknown \"action\" {}", stringAt(json, "action")));
   entry.action = *action;
   return entry;

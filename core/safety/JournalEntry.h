@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/Date.h"
+#include "core/base/EnumTable.h"
 #include "core/base/FileUrl.h"
 #include "core/base/JsonFwd.h"
 #include "core/base/Uuid.h"
@@ -16,9 +17,16 @@ namespace orvane {
 // What was done with an item: moved to the Trash, brought back, or moved to another folder.
 enum class JournalAction : std::uint8_t { trashed, restored, moved };
 
-// The case name; also the JSON form.
-[[nodiscard]] std::string_view rawValue(JournalAction action) noexcept;
-[[nodiscard]] std::optional<JournalAction> journalActionFromRawValue(std::string_view text) noexcept;
+// The case name is also the JSON form.
+inline constexpr EnumTable journalActions({
+    RawValueRow{JournalAction::trashed, "trashed"},
+    RawValueRow{JournalAction::restored, "restored"},
+    RawValueRow{JournalAction::moved, "moved"},
+});
+
+constexpr std::string_view rawValue(JournalAction action) noexcept {
+  return journalActions[action].rawValue;
+}
 
 // One recorded move.
 struct JournalEntry {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/base/EnumTable.h"
 #include "core/base/JsonFwd.h"
 #include "core/scanning/RiskLabel.h"
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -28,22 +28,53 @@ enum class ScanCategory : std::uint8_t {
   manualReview,
 };
 
-inline constexpr std::array allScanCategories{
-    ScanCategory::caches,      ScanCategory::logs,           ScanCategory::developerCaches, ScanCategory::oldDownloads,
-    ScanCategory::screenshots, ScanCategory::largeFiles,     ScanCategory::duplicates,      ScanCategory::appLeftovers,
-    ScanCategory::trash,       ScanCategory::messagingMedia, ScanCategory::browserCaches,   ScanCategory::manualReview,
+struct ScanCategoryRow {
+  ScanCategory value;
+  std::string_view rawValue;     // the case name; also the JSON form and the identity
+  std::string_view displayName;  // English
+  std::string_view systemImage;  // name of a symbol image, kept as an opaque text
+  RiskLabel defaultRisk;
 };
 
-// The case name; also the JSON form and the identity.
-[[nodiscard]] std::string_view rawValue(ScanCategory category) noexcept;
-[[nodiscard]] std::optional<ScanCategory> scanCategoryFromRawValue(std::string_view text) noexcept;
+inline constexpr EnumTable scanCategories({
+    ScanCategoryRow{ScanCategory::caches, "caches", "User Caches", "archivebox.fill", RiskLabel::safe},
+    ScanCategoryRow{ScanCategory::logs, "logs", "System & App Logs", "doc.plaintext.fill", RiskLabel::safe},
+    ScanCategoryRow{ScanCategory::developerCaches, "developerCaches", "Developer Caches", "hammer.fill",
+                    RiskLabel::review},
+    ScanCategoryRow{ScanCategory::oldDownloads, "oldDownloads", "Old Installers & Downloads", "arrow.down.circle.fill",
+                    RiskLabel::safe},
+    ScanCategoryRow{ScanCategory::screenshots, "screenshots", "Screenshots", "camera.viewfinder", RiskLabel::review},
+    ScanCategoryRow{ScanCategory::largeFiles, "largeFiles", "Large Unused Files", "internaldrive.fill",
+                    RiskLabel::review},
+    ScanCategoryRow{ScanCategory::duplicates, "duplicates", "Duplicate Files", "doc.on.doc.fill", RiskLabel::review},
+    ScanCategoryRow{ScanCategory::appLeftovers, "appLeftovers", "App Leftovers", "trash.slash.fill", RiskLabel::review},
+    ScanCategoryRow{ScanCategory::trash, "trash", "Trash Can", "trash.fill", RiskLabel::safe},
+    ScanCategoryRow{ScanCategory::messagingMedia, "messagingMedia", "Messaging Media", "message.fill",
+                    RiskLabel::review},
+    ScanCategoryRow{ScanCategory::browserCaches, "browserCaches", "Browser Caches", "globe", RiskLabel::safe},
+    ScanCategoryRow{ScanCategory::manualReview, "manualReview", "Manual Review", "magnifyingglass.circle.fill",
+                    RiskLabel::manual},
+});
+inline constexpr auto allScanCategories = scanCategories.values();
+
+constexpr std::string_view rawValue(ScanCategory category) noexcept {
+  return scanCategories[category].rawValue;
+}
+constexpr std::optional<ScanCategory> scanCategoryFromRawValue(std::string_view text) noexcept {
+  return scanCategories.find(text);
+}
+constexpr std::string_view displayName(ScanCategory category) noexcept {
+  return scanCategories[category].displayName;
+}
+constexpr std::string_view systemImage(ScanCategory category) noexcept {
+  return scanCategories[category].systemImage;
+}
+constexpr RiskLabel defaultRisk(ScanCategory category) noexcept {
+  return scanCategories[category].defaultRisk;
+}
+
 // From and to a JSON array of case names. The first throws JsonError naming `what`.
 [[nodiscard]] std::vector<ScanCategory> scanCategoriesFrom(const Json& value, std::string_view what);
 [[nodiscard]] Json scanCategoriesToJson(std::span<const ScanCategory> categories);
-// English title.
-[[nodiscard]] std::string_view displayName(ScanCategory category) noexcept;
-// Name of a symbol image, kept as an opaque text.
-[[nodiscard]] std::string_view systemImage(ScanCategory category) noexcept;
-[[nodiscard]] RiskLabel defaultRisk(ScanCategory category) noexcept;
 
 }  // namespace orvane
