@@ -1,29 +1,30 @@
 #pragma once
 
-#include <stdexcept>
+#include "core/base/VariantError.h"
+
+#include <fmt/format.h>
+
 #include <string>
 #include <variant>
 
 namespace orvane {
 
-// A remote planner answered, and the answer is no use. what() is one line for people.
-class PlannerError : public std::runtime_error {
- public:
+struct PlannerErrorCases {
   struct BadServerResponse {
     int status = 0;
+    [[nodiscard]] std::string description() const {
+      return fmt::format("The server answered with HTTP status {}.", status);
+    }
     bool operator==(const BadServerResponse&) const = default;
   };
   struct CannotParseResponse {
+    static std::string description() { return "The server's reply has not the form that it should have."; }
     bool operator==(const CannotParseResponse&) const = default;
   };
   using Case = std::variant<BadServerResponse, CannotParseResponse>;
-
-  explicit PlannerError(Case which);
-  [[nodiscard]] const Case& which() const noexcept { return m_which; }
-  bool operator==(const PlannerError& other) const { return m_which == other.m_which; }
-
- private:
-  Case m_which;
 };
+
+// A remote planner answered, and the answer is no use. what() is one line for people.
+using PlannerError = VariantError<PlannerErrorCases>;
 
 }  // namespace orvane

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "core/base/VariantError.h"
+
 #include <chrono>
 #include <cstdint>
-#include <stdexcept>
 #include <stop_token>
 #include <string>
 #include <variant>
@@ -33,35 +34,36 @@ struct HttpResponse {
   std::string body;
 };
 
-// No answer came, or none that may be used. Secrets in headers and bodies never show in what().
-class HttpError : public std::runtime_error {
- public:
+struct HttpErrorCases {
   struct UrlRefused {
     std::string url;
+    [[nodiscard]] std::string description() const {
+      return "'" + url + "' is no https address, nor http to this machine.";
+    }
     bool operator==(const UrlRefused&) const = default;
   };
   struct TimedOut {
+    static std::string description() { return "The server did not answer in time."; }
     bool operator==(const TimedOut&) const = default;
   };
   struct Cancelled {
+    static std::string description() { return "The request was cancelled."; }
     bool operator==(const Cancelled&) const = default;
   };
   struct ReplyTooLarge {
+    static std::string description() { return "The server's reply is too large."; }
     bool operator==(const ReplyTooLarge&) const = default;
   };
   struct Failed {
     std::string reason;
+    [[nodiscard]] std::string description() const { return "The server could not be asked: " + reason; }
     bool operator==(const Failed&) const = default;
   };
   using Case = std::variant<UrlRefused, TimedOut, Cancelled, ReplyTooLarge, Failed>;
-
-  explicit HttpError(Case which);
-  [[nodiscard]] const Case& which() const noexcept { return m_which; }
-  bool operator==(const HttpError& other) const { return m_which == other.m_which; }
-
- private:
-  Case m_which;
 };
+
+// No answer came, or none that may be used. Secrets in headers and bodies never show in what().
+using HttpError = VariantError<HttpErrorCases>;
 
 // Sends one request and takes the whole reply. Servers are authenticated (TLS verified); no redirection is followed, so
 // that what is sent reaches the host that was named or nobody. Callable from any thread.

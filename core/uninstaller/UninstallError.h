@@ -1,35 +1,33 @@
 #pragma once
 
 #include "core/base/FileUrl.h"
+#include "core/base/VariantError.h"
 
-#include <stdexcept>
 #include <string>
 #include <variant>
 
 namespace orvane {
 
-// An application is not uninstalled. Nothing has moved.
-class UninstallError : public std::runtime_error {
- public:
+struct UninstallErrorCases {
   // Part of the system.
   struct ProtectedApplication {
     std::string name;
     FileUrl url;
+    [[nodiscard]] std::string description() const {
+      return "'" + name + "' is part of the system and cannot be uninstalled.";
+    }
     bool operator==(const ProtectedApplication&) const = default;
   };
   // Nothing there, or no ".app" bundle.
   struct NotAnApplication {
     FileUrl url;
+    [[nodiscard]] std::string description() const { return "There is no application at '" + url.path() + "'."; }
     bool operator==(const NotAnApplication&) const = default;
   };
   using Case = std::variant<ProtectedApplication, NotAnApplication>;
-
-  explicit UninstallError(Case which);
-  [[nodiscard]] const Case& which() const noexcept { return m_which; }
-  bool operator==(const UninstallError& other) const { return m_which == other.m_which; }
-
- private:
-  Case m_which;
 };
+
+// An application is not uninstalled. Nothing has moved.
+using UninstallError = VariantError<UninstallErrorCases>;
 
 }  // namespace orvane
