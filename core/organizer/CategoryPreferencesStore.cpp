@@ -1,8 +1,7 @@
 #include "core/organizer/CategoryPreferencesStore.h"
 
-#include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/platform/Preferences.h"
+#include "core/platform/StoredValue.h"
 
 #include <algorithm>
 
@@ -21,31 +20,19 @@ CategoryPreferencesStore::Categories categoriesFrom(const Json* stored) {
   return categories;
 }
 
-CategoryPreferencesStore::Categories storedCategories(const Preferences& preferences) {
-  const auto stored = preferences.value(preferencesKey);
-  return categoriesFrom(stored ? &*stored : nullptr);
-}
-
-Json toJson(const CategoryPreferencesStore::Categories& categories) {
-  Json json = Json::object();
-  for (const auto& [key, category] : categories) json[key] = category;
-  return json;
-}
-
 }  // namespace
 
 CategoryPreferencesStore::CategoryPreferencesStore(Preferences& preferences)
-    : m_preferences(preferences), m_categories(storedCategories(preferences)) {}
+    : m_preferences(preferences), m_categories(storedValue(preferences, preferencesKey, categoriesFrom)) {}
 
 void CategoryPreferencesStore::rememberPreference(std::string_view extensionKey, std::string_view category) {
   const std::lock_guard lock(m_mutex);
-  m_categories.insert_or_assign(lowercased(extensionKey), std::string(category));
-  m_preferences.update(preferencesKey, [&](const Json* stored) {
-    // Another process may have learned or forgotten something since.
-    m_categories = categoriesFrom(stored);
-    m_categories.insert_or_assign(lowercased(extensionKey), std::string(category));
-    return toJson(m_categories);
-  });
+  const auto remember = [&](Categories& categories) {
+    categories.insert_or_assign(lowercased(extensionKey), std::string(category));
+  };
+  remember(m_categories);
+  // Another process may have learned or forgotten something since.
+  m_categories = changeStoredValue(m_preferences, preferencesKey, remember, categoriesFrom);
 }
 
 std::optional<std::string> CategoryPreferencesStore::preferredCategory(std::string_view extensionKey) const {
@@ -75,7 +62,7 @@ std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
 void CategoryPreferencesStore::reset() {
   const std::lock_guard lock(m_mutex);
   m_categories.clear();
-  m_preferences.setValue(preferencesKey, toJson(m_categories));
+  m_preferences.setValue(preferencesKey, Json(m_categories));
 }
 
 }  // namespace orvane

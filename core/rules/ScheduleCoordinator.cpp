@@ -1,7 +1,6 @@
 #include "core/rules/ScheduleCoordinator.h"
 
-#include "core/base/Json.h"
-#include "core/platform/Preferences.h"
+#include "core/platform/StoredValue.h"
 #include "core/rules/RuleEngine.h"
 #include "core/rules/ScheduleCandidates.h"
 #include "core/rules/UserNotificationService.h"
@@ -11,24 +10,11 @@
 #include <vector>
 
 namespace orvane {
-namespace {
-
-ScheduleSettings settingsFrom(const Json* stored) {
-  if (stored == nullptr) return {};
-  try {
-    return ScheduleSettings::fromJson(*stored);
-  } catch (const JsonError&) {
-    return {};
-  }
-}
-
-}  // namespace
 
 ScheduleCoordinator::ScheduleCoordinator(Collaborators collaborators) : m_with(std::move(collaborators)) {}
 
 ScheduleSettings ScheduleCoordinator::getSettings() const {
-  const auto stored = m_with.preferences.value(storageKey);
-  return settingsFrom(stored ? &*stored : nullptr);
+  return storedValue<ScheduleSettings>(m_with.preferences, storageKey);
 }
 
 void ScheduleCoordinator::updateSettings(const ScheduleSettings& settings) {
@@ -36,13 +22,7 @@ void ScheduleCoordinator::updateSettings(const ScheduleSettings& settings) {
 }
 
 ScheduleSettings ScheduleCoordinator::changeSettings(const std::function<void(ScheduleSettings&)>& change) {
-  ScheduleSettings settings;
-  m_with.preferences.update(storageKey, [&](const Json* stored) {
-    settings = settingsFrom(stored);
-    change(settings);
-    return settings.toJson();
-  });
-  return settings;
+  return changeStoredValue<ScheduleSettings>(m_with.preferences, storageKey, change);
 }
 
 bool ScheduleCoordinator::isRunDue(std::optional<std::int64_t> currentFreeBytes, std::chrono::seconds ahead) const {

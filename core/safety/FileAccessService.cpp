@@ -2,9 +2,8 @@
 
 #include "core/base/CanonicalPath.h"
 #include "core/base/DirectoryReader.h"
-#include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/platform/Preferences.h"
+#include "core/platform/StoredValue.h"
 #include "core/safety/ManagedFolderType.h"
 
 #include <fcntl.h>
@@ -33,29 +32,18 @@ Bookmarks bookmarksFrom(const Json* stored) {
   return result;
 }
 
-Json toJson(const Bookmarks& bookmarks) {
-  Json json = Json::object();
-  for (const auto& [path, bookmark] : bookmarks) json[path] = bookmark;
-  return json;
-}
-
 }  // namespace
 
 FileAccessService::FileAccessService(Preferences& preferences, FolderGrants& grants, std::string homeFolder)
     : m_preferences(preferences), m_grants(grants), m_homeFolder(std::move(homeFolder)) {}
 
 Bookmarks FileAccessService::load() const {
-  const auto stored = m_preferences.value(bookmarkStorageKey);
-  return bookmarksFrom(stored ? &*stored : nullptr);
+  return storedValue(m_preferences, bookmarkStorageKey, bookmarksFrom);
 }
 
 template <typename Change>
 void FileAccessService::change(Change change) {
-  m_preferences.update(bookmarkStorageKey, [&](const Json* stored) {
-    m_activeBookmarks = bookmarksFrom(stored);
-    change(m_activeBookmarks);
-    return toJson(m_activeBookmarks);
-  });
+  m_activeBookmarks = changeStoredValue(m_preferences, bookmarkStorageKey, change, bookmarksFrom);
 }
 
 void FileAccessService::saveBookmark(const FileUrl& url) {
