@@ -10,7 +10,7 @@ bool CleaningFilter::hasCriteria() const noexcept {
 
 Json CleaningFilter::toJson() const {
   Json json = Json::object();
-  if (categories) json["categories"] = scanCategoriesToJson(*categories);
+  if (categories) json["categories"] = *categories;
   if (extensions) json["extensions"] = *extensions;
   if (minimumAgeDays) json["minimumAgeDays"] = *minimumAgeDays;
   if (minimumSizeBytes) json["minimumSizeBytes"] = *minimumSizeBytes;

@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvane {
@@ -22,10 +24,20 @@ struct RuleTrigger {
 
   bool operator==(const RuleTrigger&) const = default;
 
+  // Why a value can never work, in English and naming its key; empty where all can.
+  [[nodiscard]] std::string problem() const;
+  // Each condition in English, as in "in ~/Downloads"; none for a trigger that every file meets.
+  [[nodiscard]] std::vector<std::string> conditions() const;
+
+  // Of the JSON form, in field order.
+  [[nodiscard]] static std::span<const std::string_view> keys();
   // Keys in field order; absent fields are left out.
   [[nodiscard]] Json toJson() const;
   // Every key may be absent or null. Throws JsonError.
   static RuleTrigger fromJson(const Json& json);
 };
+
+// Why a path of a rule can never work, naming its key; empty where it can.
+[[nodiscard]] std::string rulePathProblem(const std::string& path, std::string_view key);
 
 }  // namespace orvane

@@ -20,10 +20,8 @@ std::vector<ScanCategory> scanCategoriesFrom(const Json& value, std::string_view
   return result;
 }
 
-Json scanCategoriesToJson(std::span<const ScanCategory> categories) {
-  Json json = Json::array();
-  for (const auto category : categories) json.push_back(rawValue(category));
-  return json;
+void to_json(Json& json, ScanCategory category) {
+  json = rawValue(category);
 }
 
 }  // namespace orvane

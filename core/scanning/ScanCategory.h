@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -73,8 +72,9 @@ constexpr RiskLabel defaultRisk(ScanCategory category) noexcept {
   return scanCategories[category].defaultRisk;
 }
 
-// From and to a JSON array of case names. The first throws JsonError naming `what`.
+// From a JSON array of case names. Throws JsonError naming `what`.
 [[nodiscard]] std::vector<ScanCategory> scanCategoriesFrom(const Json& value, std::string_view what);
-[[nodiscard]] Json scanCategoriesToJson(std::span<const ScanCategory> categories);
+// How the JSON library writes one.
+void to_json(Json& json, ScanCategory category);
 
 }  // namespace orvane

@@ -31,6 +31,47 @@ TEST(CleanupRuleTest, namesTheKeyThatIsWrong) {
   EXPECT_THROW(static_cast<void>(RuleTrigger::fromJson(Json{{"categories", {"nonsense"}}})), JsonError);
 }
 
+TEST(CleanupRuleTest, wordsEachConditionInTheOrderOfItsKeys) {
+  const RuleTrigger everything{.folderPath = "~/Downloads",
+                               .fileExtensions = {{"dmg", "pkg"}},
+                               .categories = {{ScanCategory::caches, ScanCategory::logs}},
+                               .minimumAgeDays = 7,
+                               .minimumSizeBytes = 2'000'000,
+                               .namePattern = "old"};
+  EXPECT_THAT(everything.conditions(),
+              testing::ElementsAre("in ~/Downloads", ".dmg .pkg", "User Caches or System & App Logs", "7 days old",
+                                   "2 MB or more", "named *old*"));
+  EXPECT_EQ(everything.problem(), "");
+  EXPECT_EQ(std::size(RuleTrigger::keys()), everything.toJson().size());
+  const RuleTrigger nothing{.folderPath = "", .fileExtensions = {{}}, .categories = {{}}, .namePattern = ""};
+  EXPECT_THAT(nothing.conditions(), testing::IsEmpty());
+  EXPECT_EQ(nothing.problem(), "");
+}
+
+struct Problem {
+  const char* name;
+  RuleTrigger trigger;
+  const char* problem;
+};
+class RuleTriggerRefuses : public testing::TestWithParam<Problem> {};
+
+TEST_P(RuleTriggerRefuses, whatCanNeverWork) {
+  EXPECT_EQ(GetParam().trigger.problem(), GetParam().problem);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Problems, RuleTriggerRefuses,
+    testing::Values(
+        Problem{"relativeFolder", {.folderPath = "Downloads"}, R"("folderPath" must begin with / or ~/)"},
+        Problem{"anothersHome", {.folderPath = "~me/x"}, R"("folderPath" must begin with / or ~/)"},
+        Problem{"nul", {.folderPath = std::string("/a\0b", 4)}, R"("folderPath" holds a NUL)"},
+        Problem{"dottedExtension",
+                {.fileExtensions = {{"pdf", ".zip"}}},
+                R"("fileExtensions" holds ".zip": write endings without a dot, as in "pdf")"},
+        Problem{"negativeAge", {.minimumAgeDays = -1}, R"("minimumAgeDays" must not be negative)"},
+        Problem{"firstOfTwo", {.folderPath = "x", .minimumSizeBytes = -1}, R"("folderPath" must begin with / or ~/)"}),
+    [](const auto& test) { return test.param.name; });
+
 TEST(CleanupRuleTest, everyTemplateReadsBackFromItsJson) {
   for (const auto& rule : BuiltInRuleTemplates::defaultRules()) {
     const auto copy = CleanupRule::fromJson(parseJson(jsonText(rule.toJson())));
