@@ -5,9 +5,9 @@
 #include "app/TidyModel.h"
 #include "core/assistant/AIProvider.h"
 #include "core/assistant/KeychainService.h"
-#include "core/base/HttpUrl.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
+#include "core/platform/HttpUrl.h"
 #include "core/platform/Preferences.h"
 #include "core/rules/LaunchAgentManager.h"
 #include "core/rules/ScheduleCoordinator.h"
@@ -207,15 +207,28 @@ void SettingsModel::installAgent() {
 }
 
 void SettingsModel::setModelAddress(const QString& address) {
-  const auto wanted = address.trimmed();
-  const auto url = HttpUrl::parse(wanted.toStdString());
-  m_isModelRefused = !wanted.isEmpty() && !(url && url->isLoopback());
-  if (m_isModelRefused || wanted == m_state.modelAddress) {
+  // The first address that is read has a library loaded.
+  m_queue.post([this, wanted = address.trimmed()](const std::stop_token&) {
+    bool isOnThisMachine = false;
+    try {
+      const auto url = m_with.urls.read(wanted.toStdString());
+      isOnThisMachine = url && url->isLoopback;
+    } catch (const std::exception& error) {
+      qWarning("The address cannot be read: %s", error.what());
+    }
+    callOn(this,
+           [this, wanted, isRefused = !wanted.isEmpty() && !isOnThisMachine] { takeModelAddress(wanted, isRefused); });
+  });
+}
+
+void SettingsModel::takeModelAddress(const QString& address, bool isRefused) {
+  m_isModelRefused = isRefused;
+  if (isRefused || address == m_state.modelAddress) {
     Q_EMIT changed();
     return;
   }
-  m_state.modelAddress = wanted;
-  changePreference(modelAddressKey, wanted);
+  m_state.modelAddress = address;
+  changePreference(modelAddressKey, address);
 }
 
 void SettingsModel::setModelName(const QString& name) {

@@ -16,6 +16,7 @@
 
 namespace orvane {
 
+class HttpUrlReader;
 class KeychainService;
 class LaunchAgentManager;
 class Preferences;
@@ -61,6 +62,7 @@ class SettingsModel : public QObject {
     const UserNotificationService& notifications;
     const KeychainService& keychain;
     Preferences& preferences;
+    const HttpUrlReader& urls;
     TidyModel& tidy;
     std::string program;  // what the background agent starts
   };
@@ -148,6 +150,7 @@ class SettingsModel : public QObject {
   void changeKey(std::function<bool()> change);
   // Shows the change at once, stores it, and has the agent follow.
   void changeSchedule(std::function<void(ScheduleSettings&)> change);
+  void takeModelAddress(const QString& address, bool isRefused);
   void changePreference(std::string_view key, const QString& value);
   [[nodiscard]] QString letAgentFollow(const ScheduleSettings& settings) const;
 

@@ -60,6 +60,7 @@ SettingsModel::Collaborators settingsCollaborators(const WindowServices& service
           .notifications = UserNotificationService::shared(),
           .keychain = KeychainService::shared(),
           .preferences = services.preferences,
+          .urls = systemHttpUrlReader(),
           .tidy = tidy,
           .program = windowProgram()};
 }

@@ -33,6 +33,11 @@ CurlLibrary loaded() {
   find(library, "curl_multi_info_read", curl.multiReadInfo);
   find(library, "curl_multi_strerror", curl.multiErrorText);
   find(library, "curl_multi_cleanup", curl.multiCleanUp);
+  find(library, "curl_url", curl.url);
+  find(library, "curl_url_set", curl.urlSet);
+  find(library, "curl_url_get", curl.urlGet);
+  find(library, "curl_url_cleanup", curl.urlCleanUp);
+  find(library, "curl_free", curl.free);
   find(library, "curl_slist_append", curl.listAppend);
   find(library, "curl_slist_free_all", curl.listFreeAll);
   decltype(&::curl_global_init) initialize = nullptr;

@@ -4,7 +4,7 @@
 
 namespace orvane {
 
-// libcurl, which brings some thirty libraries: they are loaded with the first request that is made, since the program
+// libcurl, which brings some thirty libraries: they are loaded when the first address is read, since the program
 // starts several times as fast without them.
 struct CurlLibrary {
   decltype(&::curl_easy_init) easyInit;
@@ -21,6 +21,11 @@ struct CurlLibrary {
   decltype(&::curl_multi_info_read) multiReadInfo;
   decltype(&::curl_multi_strerror) multiErrorText;
   decltype(&::curl_multi_cleanup) multiCleanUp;
+  decltype(&::curl_url) url;
+  decltype(&::curl_url_set) urlSet;
+  decltype(&::curl_url_get) urlGet;
+  decltype(&::curl_url_cleanup) urlCleanUp;
+  decltype(&::curl_free) free;
   decltype(&::curl_slist_append) listAppend;
   decltype(&::curl_slist_free_all) listFreeAll;
 

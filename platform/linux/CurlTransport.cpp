@@ -1,7 +1,7 @@
 #include "platform/linux/CurlTransport.h"
 
-#include "core/base/HttpUrl.h"
 #include "platform/linux/CurlLibrary.h"
+#include "platform/linux/CurlUrlReader.h"
 
 #include <algorithm>
 #include <functional>
@@ -85,12 +85,12 @@ class Call {
   }
 
   void setAddress(const HttpRequest& request) {
-    const auto url = HttpUrl::parse(request.url);
-    if (!url || (!url->isSecure && !url->isLoopback())) fail(HttpError::UrlRefused{request.url});
+    const auto url = CurlUrlReader().read(request.url);
+    if (!url || (!url->isSecure && !url->isLoopback)) fail(HttpError::UrlRefused{request.url});
     set(CURLOPT_PROTOCOLS_STR, url->isSecure ? "https" : "http");
-    set(CURLOPT_URL, url->text().c_str());
+    set(CURLOPT_URL, url->text.c_str());
     // What goes to this machine never takes a way round.
-    if (request.route == HttpRoute::direct || url->isLoopback()) set(CURLOPT_PROXY, "");
+    if (request.route == HttpRoute::direct || url->isLoopback) set(CURLOPT_PROXY, "");
   }
 
   void setHeaders(const HttpRequest& request) {

@@ -5,6 +5,7 @@
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/BusNotificationCenter.h"
 #include "platform/linux/CurlTransport.h"
+#include "platform/linux/CurlUrlReader.h"
 #include "platform/linux/LibSecretStore.h"
 #include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/LinuxFileMover.h"
@@ -54,6 +55,11 @@ FolderGrants& systemFolderGrants() {
 HttpTransport& systemHttpTransport() {
   static CurlTransport transport;
   return transport;
+}
+
+const HttpUrlReader& systemHttpUrlReader() {
+  static const CurlUrlReader reader;
+  return reader;
 }
 
 LoginItems& systemLoginItems() {

@@ -3,6 +3,7 @@
 #include "core/base/Json.h"
 #include "core/platform/HttpTransport.h"
 #include "core/platform/Preferences.h"
+#include "platform/linux/CurlUrlReader.h"
 
 #include <fmt/format.h>
 
@@ -33,22 +34,23 @@ LocalTopicModel::LocalTopicModel(const Preferences& preferences, HttpTransport& 
                                  std::chrono::milliseconds timeout)
     : m_preferences(preferences), m_transport(transport), m_timeout(timeout) {}
 
-HttpUrl LocalTopicModel::endpoint() const {
-  const auto text = textPreference(m_preferences, endpointKey);
-  if (text.empty()) throw std::runtime_error("no model on this machine is set up");
-  auto url = HttpUrl::parse(text);
-  if (!url) throw std::runtime_error(fmt::format("the local model's address '{}' is not valid", text));
-  if (!url->isLoopback()) {
+std::string LocalTopicModel::endpoint() const {
+  const auto setting = textPreference(m_preferences, endpointKey);
+  if (setting.empty()) throw std::runtime_error("no model on this machine is set up");
+  const auto url = CurlUrlReader().read(setting);
+  if (!url) throw std::runtime_error(fmt::format("the local model's address '{}' is not valid", setting));
+  if (!url->isLoopback) {
     throw std::runtime_error(
-        fmt::format("the local model's address '{}' is refused: names may only be sent to this machine", text));
+        fmt::format("the local model's address '{}' is refused: names may only be sent to this machine", setting));
   }
-  while (url->path.ends_with('/')) url->path.pop_back();
-  if (url->path.ends_with(chatPath)) {
-    url->path.resize(url->path.size() - chatPath.size());
-  } else if (!url->path.ends_with(interfacePath)) {
-    url->path += interfacePath;
+  auto text = url->text;
+  while (text.ends_with('/')) text.pop_back();
+  if (text.ends_with(chatPath)) {
+    text.resize(text.size() - chatPath.size());
+  } else if (!text.ends_with(interfacePath)) {
+    text += interfacePath;
   }
-  return *url;
+  return text;
 }
 
 std::string LocalTopicModel::unavailableReason() {
@@ -60,11 +62,9 @@ std::string LocalTopicModel::unavailableReason() {
 std::string LocalTopicModel::askWhetherAvailable() {
   constexpr int firstServerError = 500;
   try {
-    auto url = endpoint();
-    url.path += modelsPath;
     // Whatever it thinks of the question: a server that answers is there.
     const auto response = m_transport.send({.method = HttpMethod::get,
-                                            .url = url.text(),
+                                            .url = endpoint().append(modelsPath),
                                             .headers = {},
                                             .body = {},
                                             .timeout = availabilityTimeout,
@@ -80,16 +80,14 @@ std::string LocalTopicModel::respond(const std::string& instructions, const std:
                                      const std::stop_token& stop) {
   constexpr int firstSuccess = 200;
   constexpr int lastSuccess = 299;
-  auto url = endpoint();
-  url.path += chatPath;
+  const auto url = endpoint().append(chatPath);
   Json body = Json::object();
   if (const auto name = textPreference(m_preferences, nameKey); !name.empty()) body["model"] = name;
   body["messages"] =
       Json::array({Json{{"role", "system"}, {"content", instructions}}, Json{{"role", "user"}, {"content", prompt}}});
   body["stream"] = false;
   const auto response = m_transport.send(
-      {.url = url.text(), .headers = {}, .body = jsonText(body), .timeout = m_timeout, .route = HttpRoute::direct},
-      stop);
+      {.url = url, .headers = {}, .body = jsonText(body), .timeout = m_timeout, .route = HttpRoute::direct}, stop);
   if (response.status < firstSuccess || response.status > lastSuccess) {
     throw std::runtime_error(fmt::format("the local model's server answers with status {}", response.status));
   }

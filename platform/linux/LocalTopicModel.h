@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/base/HttpUrl.h"
 #include "core/platform/TopicModel.h"
 
 #include <chrono>
@@ -34,8 +33,8 @@ class LocalTopicModel : public TopicModel {
                                     const std::stop_token& stop) override;
 
  private:
-  // Throws std::runtime_error saying what is wrong with the setting.
-  [[nodiscard]] HttpUrl endpoint() const;
+  // The address of the interface. Throws std::runtime_error saying what is wrong with the setting.
+  [[nodiscard]] std::string endpoint() const;
   [[nodiscard]] std::string askWhetherAvailable();
 
   const Preferences& m_preferences;

@@ -12,6 +12,7 @@
 #include "core/rules/LaunchAgentManager.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "core/rules/UserNotificationService.h"
+#include "platform/linux/CurlUrlReader.h"
 #include "tests/app/WindowFixture.h"
 #include "tests/support/AutoOrganizerFixture.h"
 
@@ -118,6 +119,7 @@ class SettingsModelTest : public TaskFixture {
                                    .ruleEngine = rules,
                                    .fileAccessService = folders,
                                    .notificationService = notifications}};
+  CurlUrlReader urls;
   TidyModel tidying{[this](RepeatingTimer& timer) {
     return AutoOrganizeController::Collaborators{
         .organizer = tidier, .store = tidySettings, .factory = topics, .timer = timer, .loginItems = loginItems};
@@ -128,6 +130,7 @@ class SettingsModelTest : public TaskFixture {
                        .notifications = notifications,
                        .keychain = storedKeys,
                        .preferences = preferences,
+                       .urls = urls,
                        .tidy = tidying,
                        .program = "/usr/bin/orvane"}};
 };
@@ -217,7 +220,9 @@ TEST_F(SettingsModelTest, takesModelsOfThisComputerOnly) {
   EXPECT_TRUE(model.isModelNew());
   for (const auto* address : {"http://example.org:11434", "127.0.0.1", "ftp://localhost"}) {
     model.setModelAddress(address);
-    EXPECT_FALSE(model.modelError().isEmpty()) << address;
+    EXPECT_TRUE(becomesTrue([&] { return !model.modelError().isEmpty(); })) << address;
+    model.setModelAddress("http://127.0.0.1:11434");
+    EXPECT_TRUE(becomesTrue([&] { return model.modelError().isEmpty(); })) << address;
   }
   EXPECT_EQ(preferences.value("OrvaneLocalModelEndpoint"), Json("http://127.0.0.1:11434"));
   afterChange([&] { model.setModelName("small"); });
