@@ -81,8 +81,10 @@ CHANGING_PLACES = ("core/safety/", "core/base/AtomicFile.cpp", "platform/", "tes
 SYSTEM_MACRO = re.compile(r"^\s*#\s*(?:el)?if.*\b(__linux__|__linux|__APPLE__|_WIN32|__unix__|__FreeBSD__|BSD)\b")
 SHARED_DEFINITION = re.compile(r"\bshared\s*\(\s*\)\s*(?:noexcept\s*)?\{")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
-# A path of somebody's machine works nowhere else.
-MACHINE_PATH = re.compile(r"/(?:wor[k]|far[m])/|/tmp/bash_job[s]|/root/\.|/home/(?!you\b|user\b|me\b|alex\b)[a-z]+/")
+# Somebody's home folder or temporary file is nowhere else. Some names stand for anybody's home.
+MACHINE_PATH = re.compile(
+    r"(?<![\w.~-])/(?:(?:home|Users)/(?!(?:you|user|me|alex)/)[\w.-]+|root|(?:private/)?(?:var/)?tmp)/[\w.]"
+)
 CONFLICT = re.compile(r"^(?:<{7} |={7}$|>{7} )")
 
 

@@ -51,8 +51,12 @@ VIOLATIONS = [
     ("a removing call in the base", {"core/base/A.cpp": "void f() { ::unlink(p); }\n"}, "cuts short a file"),
     ("a source file that is not built", {"core/base/Z.cpp": ""}, "not named in core/CMakeLists.txt"),
     ("a source file whose name only ends like one that is built", {"core/other/base/A.cpp": ""}, "not named"),
-    ("a machine's path", {"core/base/A.h": "// see /wor" + "k/notes\n"}, "path of one machine"),
-    ("a machine's path in a page", {"docs/page.md": "cd /home/" + "bob/orvane\n"}, "path of one machine"),
+    ("somebody's home in a page", {"docs/page.md": "cd /home/" + "bob/orvane\n"}, "path of one machine"),
+    ("somebody's home elsewhere", {"core/base/A.h": "// see /Users/" + "J.Doe/notes\n"}, "path of one machine"),
+    ("a name that begins like an example", {"docs/page.md": "/home/" + "user2/x\n"}, "path of one machine"),
+    ("the administrator's home", {"run": "source /root/" + ".profile\n"}, "path of one machine"),
+    ("a temporary file", {"run": "tail /tmp/" + "build.log\n"}, "path of one machine"),
+    ("a temporary file that outlives a start", {"run": "log=/var/tmp/" + "x\n"}, "path of one machine"),
     ("a left-over of a merge", {"docs/page.md": "<<<<<<" + "< HEAD\n"}, "left over from a merge"),
     ("a tab", {"core/base/A.h": "\tint a;\n"}, "tab"),
     ("a header without a guard", {"core/base/A.h": None}, "#pragma once"),
@@ -72,6 +76,8 @@ ALLOWED = [
      {"core/safety/B.h": "", "core/safety/B.cpp": '#include "core/scanning/C.h"\n',
       "core/scanning/C.h": '#include "core/safety/B.h"\n'}),
     ("shared() declared and used", {"core/safety/B.h": "static B& shared();\n", "cli/main.cpp": "void f() { B::shared().run(); }\n"}),
+    ("homes of nobody, and folders that only sound temporary",
+     {"docs/page.md": "/home/user/x /Users/me/x ~/tmp/x core/tmp/x $XDG_RUNTIME_DIR/tmp/x /private/var/root\n"}),
     ("a system's macro where it belongs", {"platform/linux/P.cpp": "#if defined(__linux__)\n#endif\n"}),
 ]
 
