@@ -1,6 +1,6 @@
 #include "core/base/AtomicFile.h"
 
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/base/Uuid.h"
 

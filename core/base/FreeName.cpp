@@ -1,7 +1,7 @@
 #include "core/base/FreeName.h"
 
 #include "core/base/FileStatus.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 
 #include <fmt/format.h>

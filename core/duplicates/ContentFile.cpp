@@ -1,7 +1,7 @@
 #include "core/duplicates/ContentFile.h"
 
 #include "core/base/CanonicalPath.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 
 #include <fcntl.h>

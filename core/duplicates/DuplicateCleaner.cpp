@@ -3,7 +3,7 @@
 #include "core/base/ByteCount.h"
 #include "core/base/CheckedArithmetic.h"
 #include "core/base/FileLock.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/duplicates/ContentFile.h"
 #include "core/safety/TrashError.h"

@@ -3,7 +3,7 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/CheckedArithmetic.h"
 #include "core/base/FileLock.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/base/UnicodeText.h"
 #include "core/organizer/FolderOrganizerEngine.h"

@@ -3,7 +3,7 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/DirectoryReader.h"
 #include "core/base/FreeName.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/base/UnicodeText.h"
 #include "core/organizer/GeneratedFolders.h"

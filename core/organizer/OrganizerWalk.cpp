@@ -1,6 +1,6 @@
 #include "core/organizer/OrganizerWalk.h"
 
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/OrganizerCategories.h"

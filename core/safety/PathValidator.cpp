@@ -1,7 +1,7 @@
 #include "core/safety/PathValidator.h"
 
 #include "core/base/CanonicalPath.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "core/safety/RunRecovery.h"
 
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/UnicodeText.h"
 #include "core/platform/FileMover.h"
 #include "core/platform/Trash.h"

@@ -3,7 +3,7 @@
 #include "core/base/AtomicFile.h"
 #include "core/base/CanonicalPath.h"
 #include "core/base/FreeName.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/platform/FileMover.h"
 #include "core/platform/Trash.h"

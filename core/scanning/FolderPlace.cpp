@@ -1,6 +1,6 @@
 #include "core/scanning/FolderPlace.h"
 
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 
 #include <fcntl.h>

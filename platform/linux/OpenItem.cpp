@@ -1,6 +1,6 @@
 #include "platform/linux/OpenItem.h"
 
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 

@@ -1,7 +1,7 @@
 #include "core/base/CanonicalPath.h"
 
 #include "core/base/FileDescriptor.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "tests/support/TemporaryTree.h"
 

@@ -1,5 +1,5 @@
 #include "core/base/FileLock.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "tests/support/AutoOrganizerFixture.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "tests/support/OrganizerFixture.h"
 
 #include <fcntl.h>

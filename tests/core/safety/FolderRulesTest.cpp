@@ -2,7 +2,7 @@
 
 #include "core/base/CanonicalPath.h"
 #include "core/base/DirectoryReader.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "tests/support/TemporaryTree.h"
 

@@ -1,4 +1,4 @@
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 
 #include "core/base/PathText.h"
 #include "core/base/SearchFlags.h"
