@@ -1,0 +1,462 @@
+"""The cases: what can go wrong, when, and in which scenario. Each has a name that says how to repeat it."""
+
+import dataclasses
+import os
+import random
+import signal
+import stat
+
+from oracle import Oracle, TRASHES, check_end, inventory
+from scenarios import HOSTILE_NAMES, SCENARIOS, Scenario, prepared
+from world import ORVANECTL, USER, as_user
+
+# The errors that the manual pages document, of those that happen to files.
+ERRORS = {
+    "open": "EACCES EDQUOT EINTR EIO EMFILE ENAMETOOLONG ENOMEM ENOSPC EPERM EROFS",
+    "tmpfile": "EACCES EDQUOT EIO EMFILE ENOMEM ENOSPC EOPNOTSUPP EPERM EROFS",
+    "rename": "EACCES EDQUOT EINVAL EIO ENAMETOOLONG ENOMEM ENOSPC EPERM EROFS EXDEV",
+    "link": "EACCES EDQUOT EIO ENAMETOOLONG ENOMEM ENOSPC EPERM EROFS EXDEV",
+    "unlink": "EACCES EIO ENAMETOOLONG ENOMEM EPERM EROFS",
+    "rmdir": "EACCES EIO ENAMETOOLONG ENOMEM EPERM EROFS",
+    "mkdir": "EACCES EDQUOT EIO ENAMETOOLONG ENOMEM ENOSPC EPERM EROFS",
+    "symlink": "EACCES EDQUOT EIO ENAMETOOLONG ENOMEM ENOSPC EPERM EROFS",
+    "mknod": "EACCES EDQUOT EIO ENAMETOOLONG ENOMEM ENOSPC EPERM EROFS",
+    "write": "EDQUOT EINTR EIO ENOSPC EPERM",
+    "copy_file_range": "EIO ENOMEM ENOSPC EPERM EXDEV",
+    "sendfile": "EIO ENOMEM",
+    "ftruncate": "EINTR EIO EPERM EROFS",
+    "fsync": "EDQUOT EINTR EIO ENOSPC EROFS",
+    "fdatasync": "EDQUOT EINTR EIO ENOSPC EROFS",
+    "syncfs": "EDQUOT EIO ENOSPC",
+    "chmod": "EACCES EIO ENOMEM EPERM EROFS",
+    "chown": "EACCES EIO ENOMEM EPERM EROFS",
+    "utimens": "EACCES EPERM EROFS",
+    "setxattr": "EDQUOT ENOSPC ENOMEM EPERM EACCES",
+    "removexattr": "EPERM EACCES",
+    "ioctl": "EPERM EIO EXDEV",
+    # reads
+    "openat2": "EACCES EINTR EIO EMFILE ENOMEM",
+    "read": "EINTR EIO",
+    "readdir": "EIO",
+    "stat": "EACCES EIO ENOMEM",
+    "statx": "EACCES EIO ENOMEM",
+    "readlink": "EACCES EIO ENOMEM",
+    "listxattr": "EIO",
+    "getxattr": "EIO",
+    "flock": "EINTR ENOMEM",
+}
+LASTING_ERRORS = ("EIO", "ENOSPC", "EROFS")
+ROOM = 32  # pages and inodes that a disk has left, from none to this
+
+FEATURES = {"no-tmpfile": "tmpfile", "no-noreplace": "noreplace", "no-openat2": "openat2", "bare": "tmpfile,noreplace"}
+FILE_SYSTEMS = ("ext4", "xfs")
+
+
+def numbered(calls, kinds=None):
+    return [f"{number}-{name}" for number, name in enumerate(calls, 1) if kinds is None or name in kinds]
+
+
+def number_of(label):
+    return int(label.split("-")[0])
+
+
+class Group:
+    """Cases that share a template. `name` is the beginning of the names of them all."""
+
+    file_system = "tmpfs"
+
+    def __init__(self, name):
+        self.name = name
+
+    def prepare(self, world):
+        """Makes the template; called once before list and run."""
+
+    def list(self, world):
+        raise NotImplementedError
+
+    def run(self, world, case):
+        """What is wrong, in words."""
+        raise NotImplementedError
+
+
+class ScenarioGroup(Group):
+    """One command, and everything that can happen to it."""
+
+    def __init__(self, scenario, surroundings="", restoring=False):
+        name = f"restore-{scenario.name}" if restoring else scenario.name
+        super().__init__(f"{surroundings}/{name}" if surroundings else name)
+        self.base = scenario
+        self.restoring = restoring
+        self.surroundings = surroundings
+        if surroundings in FILE_SYSTEMS:
+            self.file_system = surroundings
+        words = "restore --last --yes" if restoring else scenario.words
+        self.scenario = dataclasses.replace(scenario, name=self.name, words=words)
+
+    def prepare(self, world):
+        world.lacks = FEATURES.get(self.surroundings, "")
+        self.truth = prepared(world, self.base, self.restoring)
+        self.words = self.scenario.command(world)
+        self.oracle = Oracle(world, self.truth, self.scenario)
+
+    def list(self, world):
+        world.lay_out()
+        calls, result = world.calls(*self.words)
+        if result.status != 0:
+            raise RuntimeError(f"{self.name} fails by itself: {result.errors}")
+        if self.file_system != "tmpfs":
+            return [f"power/{label}" for label in [*numbered(calls), f"{len(calls) + 1}-end"]]
+        cases = ["whole/0"] + [f"kill/{label}" for label in numbered(calls)]
+        cases += [f"tear/{label}" for label in numbered(calls, {"write"})]
+        cases += [f"fail/{label}/{error}" for label in numbered(calls) for error in ERRORS[label.split("-")[1]].split()]
+        if self.surroundings:
+            return cases
+        cases += [f"short/{label}" for label in numbered(calls, {"write"})]
+        cases += [f"fail-on/{label}/{error}" for label in numbered(calls) for error in LASTING_ERRORS
+                  if error in ERRORS[label.split("-")[1]]]
+        cases += [f"{kind}-{volume}/{room}" for kind in ("pages", "inodes") for volume in ("home", "volume")
+                  for room in range(ROOM) if volume == "home" or self.name.endswith("two")]
+        world.lay_out()
+        reads, _ = world.calls(*self.words, side="reads")
+        cases += [f"read/{label}/{error}" for label in numbered(reads) for error in ERRORS[label.split("-")[1]].split()]
+        for label in numbered(calls):
+            cases += [f"start-kill/{label}/{step}" for step in self.steps_of_start(world, label)]
+        return cases
+
+    def steps_of_start(self, world, label):
+        """The changes that the next start makes when the command was killed there."""
+        world.lay_out()
+        world.run(*self.words, faults={"at": number_of(label), "do": "kill"})
+        return numbered(world.calls("history", "--json")[0])
+
+    def run(self, world, case):
+        world.lay_out()
+        kind, at, *more = case.split("/")
+        if kind == "power":
+            return self.oracle.judge(world.run_and_cut_power(*self.words, at=number_of(at)))
+        if kind.startswith(("pages", "inodes")):
+            return self.run_short_of_room(world, *kind.split("-"), int(at))
+        faults = {"at": number_of(at), "do": kind}
+        if kind in ("fail", "fail-on", "read"):
+            error = getattr(__import__("errno"), more[0])
+            faults |= {"do": kind.replace("read", "fail"), "errno": error,
+                       "side": "reads" if kind == "read" else "changes"}
+        if kind == "start-kill":
+            faults["do"] = "kill"
+        if kind == "whole":
+            faults = {}
+        result = world.run(*self.words, faults=faults)
+        findings = []
+        if kind == "start-kill":
+            # The next start fails with an error there, and the one after it is killed there.
+            step = more[0]
+            error = getattr(__import__("errno"), "EIO")
+            for do in ("fail", "kill"):
+                again = world.run("history", "--json", faults={"at": number_of(step), "do": do, "errno": error})
+                check_end(again, "the next start", findings)
+        if kind in ("read", "fail-on"):
+            # What could not be read may have been left out, and was said to be.
+            result.status = result.status or 1
+        return findings + self.oracle.judge(result)
+
+    def run_short_of_room(self, world, kind, volume, room):
+        world.leave(volume, **{kind: room})
+        result = world.run(*self.words)
+        findings = []
+        check_end(world.run("history", "--json"), "a start without room", findings)
+        world.leave(volume)
+        return findings + self.oracle.judge(result)
+
+
+def trash_scenario(name):
+    return next(scenario for scenario in SCENARIOS if scenario.name == name)
+
+
+STATE = "home/Library/Application Support/Orvane"
+PREFERENCES = "home/.config/orvane/preferences.json"
+
+
+class DamageGroup(Group):
+    """A state file of which bytes are missing or wrong."""
+
+    FILES = ("journal", "log", "preferences")
+
+    def __init__(self, which):
+        super().__init__(f"damage/{which}")
+        self.which = which
+
+    def prepare(self, world):
+        world.lacks = ""
+        scenario = trash_scenario("rules/one" if self.which == "preferences" else "trash/one")
+        truth = prepared(world, scenario, restoring=self.which == "journal")
+        self.oracle = Oracle(world, truth, scenario)
+        world.lay_out()
+        if self.which == "log":
+            calls, _ = world.calls(*scenario.command(world))
+            world.lay_out()
+            last = max(number for number, name in enumerate(calls, 1) if name == "rename" and number < len(calls) - 6)
+            world.run(*scenario.command(world), faults={"at": last, "do": "kill"})
+            world.keep()
+            world.lay_out()
+        names = {"journal": f"{STATE}/undo_journal.json", "preferences": PREFERENCES}
+        logs = [name for name in os.listdir(world.path(STATE)) if name.endswith(".log")]
+        self.place = names.get(self.which) or f"{STATE}/{logs[0]}"
+        with open(world.path(self.place), "rb") as file:
+            self.whole = file.read()
+
+    def list(self, world):
+        return [f"{how}/{position}" for how in ("cut", "flip") for position in range(len(self.whole))]
+
+    def run(self, world, case):
+        how, position = case.split("/")
+        position = int(position)
+        damaged = self.whole[:position]
+        if how == "flip":
+            damaged += bytes([self.whole[position] ^ (1 << position % 8)]) + self.whole[position + 1:]
+        world.lay_out()
+        with open(world.path(self.place), "r+b") as file:
+            file.truncate(0)
+            file.write(damaged)
+        before = users(self.oracle.state())
+        start = world.run("history", "--json")
+        findings = [f"a start changes {path!r}" for path in before.keys() ^ users(self.oracle.state()).keys()]
+        runs = len(start.json) if start.status == 0 else 0
+        world.run(*([ORVANECTL, "tidy", "set", "--days", "5"] if self.which == "preferences" else
+                    ["trash", "--yes", "--root", world.path("home/Downloads"), world.path("home/Downloads/stays.txt")])
+                  [self.which == "preferences":])
+        folder = os.path.dirname(world.path(self.place))
+        kept = [name for name in os.listdir(folder) if damaged in content(os.path.join(folder, name))]
+        if self.which == "journal" and runs < 2 and not kept:
+            findings.append(f"the history has {runs} of 2 runs, and the damaged journal is gone")
+        if self.which == "preferences" and not kept and b"Mine" not in content(world.path(self.place)):
+            findings.append("the rules are gone, and the damaged preferences too")
+        return findings + self.oracle.judge_weakly(start)
+
+
+def users(state):
+    """Without what is the program's own."""
+    return {path: item for path, item in state.items()
+            if not path.startswith((b"home/Library/Application Support/Orvane", b"home/.config")) and
+            b"/info/" not in path}
+
+
+def content(path):
+    with open(path, "rb") as file:
+        return file.read(1 << 20)
+
+
+class ReplacedGroup(Group):
+    """Something else in the place of a file or folder that the program keeps."""
+
+    PLACES = (STATE, f"{STATE}/undo_journal.json", f"{STATE}/undo_journal.lock",
+              f"{STATE}/undo_journal.8B0C9C1E-5E0B-4C8E-9B1E-4C2D1E3F4A5B.log", f"{STATE}/duplicates.lock",
+              f"{STATE}/auto_organize.lock", PREFERENCES, f"{PREFERENCES}.lock", "home/.local/share/Trash",
+              "home/.local/share/Trash/files", "home/.local/share/Trash/info", "home/.local/share/Trash/directorysizes",
+              f"volume/.Trash-{USER}")
+    KINDS = ("fifo", "dangling", "link", "folder", "device", "socket", "sparse", "unreadable")
+    COMMANDS = ("trash --yes --root {home}/Downloads --root {volume} {home}/Downloads/plain.txt "
+                "{volume}/Downloads/plain.txt", "restore --last --yes", "tidy set --days 5", "tidy run --yes",
+                "duplicates --clean --yes {home}/Downloads", "trash --yes --root {home}/Downloads "
+                "{home}/Downloads/linked {home}/Downloads/project")
+
+    def prepare(self, world):
+        world.lacks = ""
+        self.scenario = trash_scenario("trash/two")
+        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+
+    def list(self, world):
+        return [f"{kind}/{place.rpartition('/')[2]}" for place in self.PLACES for kind in self.KINDS]
+
+    def run(self, world, case):
+        kind, name = case.split("/")
+        place = next(place for place in self.PLACES if place.rpartition("/")[2] == name)
+        world.lay_out()
+        with as_user():
+            self.replace(world, world.path(place), kind)
+        if kind == "device":
+            os.mknod(world.path(place), stat.S_IFCHR | 0o666, os.makedev(1, 5))
+            os.chmod(world.path(place), 0o666)
+        results = []
+        for words in self.COMMANDS:
+            command = dataclasses.replace(self.scenario, words=words).command(world)
+            results.append(world.run(*command, wrapper=("prlimit", f"--as={4 << 30}")))
+        return self.oracle.judge_weakly(*results)
+
+    def replace(self, world, path, kind):
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        is_folder = os.path.isdir(path)
+        if kind == "unreadable":
+            if not os.path.lexists(path):
+                world.file(os.path.relpath(path, world.top))
+            os.chmod(path, 0o400 if is_folder else 0)
+            return
+        if os.path.lexists(path):
+            os.rename(path, path + " as it was")
+        if kind == "fifo":
+            os.mkfifo(path)
+        elif kind == "dangling":
+            os.symlink(world.path("home/nowhere"), path)
+        elif kind == "link":
+            os.symlink(world.path("outside/Canary" if is_folder else "outside/Canary/keep.txt"), path)
+        elif kind == "folder":
+            os.mkdir(path)
+        elif kind == "socket":
+            __import__("socket").socket(1).bind(os.path.relpath(path))
+        elif kind == "sparse":
+            with open(path, "wb") as file:
+                file.truncate(1 << 40)
+
+
+class TogetherGroup(Group):
+    """Several processes on one home, killed at random."""
+
+    ROUNDS = 60
+
+    def prepare(self, world):
+        world.lacks = ""
+
+        def build(world):
+            for number in range(12):
+                world.file(f"home/Downloads/{number}.txt")
+
+        self.scenario = Scenario("together", build, "history", ("home/Downloads",))
+        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+
+    def list(self, world):
+        return [f"{count}/{seed}" for count in (2, 4) for seed in range(self.ROUNDS)]
+
+    def run(self, world, case):
+        count, seed = map(int, case.split("/"))
+        chance = random.Random(seed)
+        world.lay_out()
+        findings = []
+        os.sched_setaffinity(0, range(os.cpu_count()))
+        for _ in range(2):
+            running = []
+            for _ in range(count):
+                items = [world.path(f"home/Downloads/{number}.txt") for number in chance.sample(range(12), 4)]
+                words = chance.choice([["trash", "--yes", "--root", world.path("home/Downloads"), *items],
+                                       ["trash", "--yes", "--root", world.path("home/Downloads"), *items],
+                                       ["restore", "--last", "--yes"], ["history"]])
+                faults = {"at": chance.randrange(1, 60), "do": chance.choice(["kill", "tear", "none"])}
+                running.append(world.start([ORVANECTL, *words], faults=faults))
+            for process in running:
+                try:
+                    process.communicate(timeout=20)
+                except Exception:  # one that never ends
+                    findings.append("a process never ends")
+                    process.kill()
+                    process.communicate()
+                if process.returncode < 0 and process.returncode != -signal.SIGKILL:
+                    findings.append(f"a process dies of signal {-process.returncode}")
+        return findings + self.oracle.judge()
+
+
+class NameGroup(Group):
+    """One hostile name, twice, so that the second has to find another one in the Trash."""
+
+    def prepare(self, world):
+        world.lacks = ""
+
+    def list(self, world):
+        return list(HOSTILE_NAMES)
+
+    def run(self, world, case):
+        name = HOSTILE_NAMES[case]
+
+        def build(world):
+            for folder in (b"one", b"two", b"three"):
+                world.file(b"home/Downloads/" + folder + b"/" + name)
+
+        folders = ("home/Downloads", *(f"home/Downloads/{folder}" for folder in ("one", "two", "three")))
+        scenario = Scenario(self.name, build, "history", folders, moves=3)
+        oracle = Oracle(world, prepared(world, scenario), scenario)
+        items = [os.path.join(os.fsencode(world.path(folder)), name) for folder in folders[1:]]
+        result = world.run("trash", "--yes", "--root", world.path("home/Downloads"), "--", *items)
+        findings = [] if result.status == 0 else [f"cannot be moved: {result.errors.strip()[:300]}"]
+        return findings + oracle.judge(result)
+
+
+class PermissionGroup(Group):
+    """Folders that may not be read, searched or written."""
+
+    FOLDERS = ("Downloads", "home", "Trash", "files", "info", "Orvane", "volume-trash", "volume")
+    MODES = (0o000, 0o300, 0o400, 0o500, 0o600)
+
+    def prepare(self, world):
+        world.lacks = ""
+        self.scenario = trash_scenario("trash/two")
+        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+        trash = os.fsdecode(TRASHES[b"home"])
+        self.places = {"Downloads": "home/Downloads", "home": "home", "Trash": trash, "files": f"{trash}/files",
+                       "info": f"{trash}/info", "Orvane": STATE, "volume": "volume",
+                       "volume-trash": f"volume/.Trash-{USER}"}
+
+    def list(self, world):
+        return [f"{folder}/{mode:03o}" for folder in self.FOLDERS for mode in self.MODES]
+
+    def run(self, world, case):
+        folder, mode = case.split("/")
+        world.lay_out()
+        path = world.path(self.places[folder])
+        with as_user():
+            os.makedirs(path, mode=0o700, exist_ok=True)
+        before = stat.S_IMODE(os.stat(path).st_mode)
+        os.chmod(path, int(mode, 8))
+        result = world.run(*self.scenario.command(world))
+        findings = []
+        check_end(result, "the command", findings)
+        check_end(world.run("restore", "--last", "--yes"), "restore", findings)
+        os.chmod(path, before)
+        return findings + self.oracle.judge()
+
+
+class OracleGroup(Group):
+    """The oracle itself: damage that it has to see."""
+
+    TRASH = "home/.local/share/Trash"
+    DAMAGE = {
+        "lost": lambda world: os.unlink(world.path(f"{OracleGroup.TRASH}/files/plain.txt")),
+        "lost inside": lambda world: os.unlink(world.path(f"{OracleGroup.TRASH}/files/project/run")),
+        "twice": lambda world: os.link(world.path(f"{OracleGroup.TRASH}/files/plain.txt"),
+                                       world.path("home/Downloads/plain.txt")),
+        "other bytes": lambda world: world.file(f"{OracleGroup.TRASH}/files/plain.txt"),
+        "other mode": lambda world: os.chmod(world.path(f"{OracleGroup.TRASH}/files/project/run"), 0o700),
+        "other time": lambda world: os.utime(world.path(f"{OracleGroup.TRASH}/files/project/fifo")),
+        "no attribute": lambda world: os.removexattr(
+            world.path(f"{OracleGroup.TRASH}/files/project/attributes"), "user.note"),
+        "no record": lambda world: os.unlink(world.path(f"{OracleGroup.TRASH}/info/plain.txt.trashinfo")),
+        "record alone": lambda world: world.file(f"{OracleGroup.TRASH}/info/nothing.trashinfo"),
+        "stray": lambda world: world.file("home/Downloads/.orvane-1.partial"),
+        "stray log": lambda world: world.file(f"{STATE}/undo_journal.json.1.tmp"),
+        "canary": lambda world: os.utime(world.path("volume/Canary/keep.txt")),
+        "outside": lambda world: world.file("outside/new"),
+        "no journal": lambda world: os.unlink(world.path(f"{STATE}/undo_journal.json")),
+    }
+
+    def prepare(self, world):
+        world.lacks = ""
+        self.scenario = trash_scenario("trash/one")
+        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+
+    def list(self, world):
+        return list(self.DAMAGE)
+
+    def run(self, world, case):
+        world.lay_out()
+        world.run(*self.scenario.command(world))
+        self.DAMAGE[case](world)
+        findings = self.oracle.judge()
+        world.outside = inventory(world.path("outside"))
+        return [] if findings else ["the oracle sees nothing"]
+
+
+def all_groups():
+    groups = [OracleGroup("oracle"), NameGroup("name"), PermissionGroup("permission"), ReplacedGroup("replaced"),
+              TogetherGroup("together"), *(DamageGroup(which) for which in DamageGroup.FILES)]
+    for scenario in SCENARIOS:
+        groups += [ScenarioGroup(scenario), ScenarioGroup(scenario, restoring=True)]
+    for name in ("trash/one", "organize/two"):
+        for surroundings in (*FEATURES, *FILE_SYSTEMS):
+            groups += [ScenarioGroup(trash_scenario(name), surroundings, restoring) for restoring in (False, True)]
+    return groups
