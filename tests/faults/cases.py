@@ -1,14 +1,16 @@
 """The cases: what can go wrong, when, and in which scenario. Each has a name that says how to repeat it."""
 
+import collections
 import dataclasses
+import errno
 import os
 import random
-import signal
+import re
 import stat
 
 from oracle import Oracle, TRASHES, check_end, inventory
-from scenarios import HOSTILE_NAMES, SCENARIOS, Scenario, prepared
-from world import ORVANECTL, USER, as_user
+from scenarios import HOSTILE_NAMES, SCENARIOS, Scenario, command_of, make_socket, prepared
+from world import COMMITS, ORVANECTL, USER, as_user
 
 # The errors that the manual pages document, of those that happen to files.
 ERRORS = {
@@ -45,6 +47,8 @@ ERRORS = {
     "getxattr": "EIO",
     "flock": "EINTR ENOMEM",
 }
+READ_ERRORS = ("EACCES", "EINTR", "EIO", "EMFILE")
+START_SCENARIOS = ("trash/one", "organize/two")
 LASTING_ERRORS = ("EIO", "ENOSPC", "EROFS")
 ROOM = 32  # pages and inodes that a disk has left, from none to this
 
@@ -105,7 +109,8 @@ class ScenarioGroup(Group):
         if result.status != 0:
             raise RuntimeError(f"{self.name} fails by itself: {result.errors}")
         if self.file_system != "tmpfs":
-            return [f"power/{label}" for label in [*numbered(calls), f"{len(calls) + 1}-end"]]
+            labels = [*numbered(calls), f"{len(calls) + 1}-end"]
+            return [f"power-{commit}/{label}" for commit in COMMITS for label in labels]
         cases = ["whole/0"] + [f"kill/{label}" for label in numbered(calls)]
         cases += [f"tear/{label}" for label in numbered(calls, {"write"})]
         cases += [f"fail/{label}/{error}" for label in numbered(calls) for error in ERRORS[label.split("-")[1]].split()]
@@ -118,46 +123,46 @@ class ScenarioGroup(Group):
                   for room in range(ROOM) if volume == "home" or self.name.endswith("two")]
         world.lay_out()
         reads, _ = world.calls(*self.words, side="reads")
-        cases += [f"read/{label}/{error}" for label in numbered(reads) for error in ERRORS[label.split("-")[1]].split()]
-        for label in numbered(calls):
-            cases += [f"start-kill/{label}/{step}" for step in self.steps_of_start(world, label)]
-        return cases
-
-    def steps_of_start(self, world, label):
-        """The changes that the next start makes when the command was killed there."""
-        world.lay_out()
-        world.run(*self.words, faults={"at": number_of(label), "do": "kill"})
-        return numbered(world.calls("history", "--json")[0])
+        cases += [f"read/{label}/{error}" for label in numbered(reads) for error in READ_ERRORS
+                  if error in ERRORS[label.split("-")[1]]]
+        return cases + [f"start/{label}" for label in numbered(calls) if self.base.name in START_SCENARIOS]
 
     def run(self, world, case):
         world.lay_out()
         kind, at, *more = case.split("/")
-        if kind == "power":
-            return self.oracle.judge(world.run_and_cut_power(*self.words, at=number_of(at)))
+        if kind == "start":
+            return self.run_starts(world, {"at": number_of(at), "do": "kill"})
+        if kind.startswith("power"):
+            commit = kind.removeprefix("power-")
+            return self.oracle.judge(world.run_and_cut_power(*self.words, at=number_of(at), commit=commit))
         if kind.startswith(("pages", "inodes")):
             return self.run_short_of_room(world, *kind.split("-"), int(at))
         faults = {"at": number_of(at), "do": kind}
         if kind in ("fail", "fail-on", "read"):
-            error = getattr(__import__("errno"), more[0])
+            error = getattr(errno, more[0])
             faults |= {"do": kind.replace("read", "fail"), "errno": error,
                        "side": "reads" if kind == "read" else "changes"}
-        if kind == "start-kill":
-            faults["do"] = "kill"
         if kind == "whole":
             faults = {}
         result = world.run(*self.words, faults=faults)
-        findings = []
-        if kind == "start-kill":
-            # The next start fails with an error there, and the one after it is killed there.
-            step = more[0]
-            error = getattr(__import__("errno"), "EIO")
-            for do in ("fail", "kill"):
-                again = world.run("history", "--json", faults={"at": number_of(step), "do": do, "errno": error})
-                check_end(again, "the next start", findings)
         if kind in ("read", "fail-on"):
             # What could not be read may have been left out, and was said to be.
             result.status = result.status or 1
-        return findings + self.oracle.judge(result)
+        return self.oracle.judge(result)
+
+    def run_starts(self, world, faults):
+        """The command is killed; the next start fails at each of its changes in turn, and the one after is killed."""
+        world.run(*self.words, faults=faults)
+        steps, _ = world.calls("history", "--json")
+        findings = []
+        for step, name in enumerate(steps, 1):
+            world.lay_out()
+            world.run(*self.words, faults=faults)
+            for do in ("fail", "kill"):
+                again = world.run("history", "--json", faults={"at": step, "do": do, "errno": errno.EIO})
+                check_end(again, "the next start", findings)
+            findings += [f"{finding}, after a start that failed at {step}-{name}" for finding in self.oracle.judge()]
+        return findings
 
     def run_short_of_room(self, world, kind, volume, room):
         world.leave(volume, **{kind: room})
@@ -168,7 +173,7 @@ class ScenarioGroup(Group):
         return findings + self.oracle.judge(result)
 
 
-def trash_scenario(name):
+def scenario_named(name):
     return next(scenario for scenario in SCENARIOS if scenario.name == name)
 
 
@@ -187,7 +192,7 @@ class DamageGroup(Group):
 
     def prepare(self, world):
         world.lacks = ""
-        scenario = trash_scenario("rules/one" if self.which == "preferences" else "trash/one")
+        scenario = scenario_named("tidy/two" if self.which == "preferences" else "trash/one")
         truth = prepared(world, scenario, restoring=self.which == "journal")
         self.oracle = Oracle(world, truth, scenario)
         world.lay_out()
@@ -221,15 +226,14 @@ class DamageGroup(Group):
         start = world.run("history", "--json")
         findings = [f"a start changes {path!r}" for path in before.keys() ^ users(self.oracle.state()).keys()]
         runs = len(start.json) if start.status == 0 else 0
-        world.run(*([ORVANECTL, "tidy", "set", "--days", "5"] if self.which == "preferences" else
-                    ["trash", "--yes", "--root", world.path("home/Downloads"), world.path("home/Downloads/stays.txt")])
-                  [self.which == "preferences":])
+        words = "trash --yes --root {home}/Downloads {home}/Downloads/stays.txt"
+        world.run(*command_of(world, "tidy set --days 5" if self.which == "preferences" else words))
         folder = os.path.dirname(world.path(self.place))
         kept = [name for name in os.listdir(folder) if damaged in content(os.path.join(folder, name))]
         if self.which == "journal" and runs < 2 and not kept:
             findings.append(f"the history has {runs} of 2 runs, and the damaged journal is gone")
-        if self.which == "preferences" and not kept and b"Mine" not in content(world.path(self.place)):
-            findings.append("the rules are gone, and the damaged preferences too")
+        if self.which == "preferences" and not kept and b"volume/Downloads" not in content(world.path(self.place)):
+            findings.append("the watched folders are forgotten, and the damaged preferences are gone")
         return findings + self.oracle.judge_weakly(start)
 
 
@@ -261,7 +265,7 @@ class ReplacedGroup(Group):
 
     def prepare(self, world):
         world.lacks = ""
-        self.scenario = trash_scenario("trash/two")
+        self.scenario = scenario_named("trash/two")
         self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
 
     def list(self, world):
@@ -278,8 +282,7 @@ class ReplacedGroup(Group):
             os.chmod(world.path(place), 0o666)
         results = []
         for words in self.COMMANDS:
-            command = dataclasses.replace(self.scenario, words=words).command(world)
-            results.append(world.run(*command, wrapper=("prlimit", f"--as={4 << 30}")))
+            results.append(world.run(*command_of(world, words)))
         return self.oracle.judge_weakly(*results)
 
     def replace(self, world, path, kind):
@@ -301,7 +304,7 @@ class ReplacedGroup(Group):
         elif kind == "folder":
             os.mkdir(path)
         elif kind == "socket":
-            __import__("socket").socket(1).bind(os.path.relpath(path))
+            make_socket(path)
         elif kind == "sparse":
             with open(path, "wb") as file:
                 file.truncate(1 << 40)
@@ -341,14 +344,7 @@ class TogetherGroup(Group):
                 faults = {"at": chance.randrange(1, 60), "do": chance.choice(["kill", "tear", "none"])}
                 running.append(world.start([ORVANECTL, *words], faults=faults))
             for process in running:
-                try:
-                    process.communicate(timeout=20)
-                except Exception:  # one that never ends
-                    findings.append("a process never ends")
-                    process.kill()
-                    process.communicate()
-                if process.returncode < 0 and process.returncode != -signal.SIGKILL:
-                    findings.append(f"a process dies of signal {-process.returncode}")
+                check_end(world.wait_for(process), "a process", findings)
         return findings + self.oracle.judge()
 
 
@@ -385,7 +381,7 @@ class PermissionGroup(Group):
 
     def prepare(self, world):
         world.lacks = ""
-        self.scenario = trash_scenario("trash/two")
+        self.scenario = scenario_named("trash/two")
         self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
         trash = os.fsdecode(TRASHES[b"home"])
         self.places = {"Downloads": "home/Downloads", "home": "home", "Trash": trash, "files": f"{trash}/files",
@@ -409,6 +405,46 @@ class PermissionGroup(Group):
         check_end(world.run("restore", "--last", "--yes"), "restore", findings)
         os.chmod(path, before)
         return findings + self.oracle.judge()
+
+
+class SightGroup(Group):
+    """The library itself: does it number every change that the kernel sees?"""
+
+    KINDS = {"openat": "open", "renameat2": "rename", "renameat": "rename", "linkat": "link", "unlinkat": "unlink",
+             "mkdirat": "mkdir", "symlinkat": "symlink", "mknodat": "mknod", "pwrite64": "write", "writev": "write",
+             "fchmodat": "chmod", "fchmod": "chmod", "fchownat": "chown", "fchown": "chown", "utimensat": "utimens",
+             "lsetxattr": "setxattr", "fsetxattr": "setxattr", "fremovexattr": "removexattr"}
+    CALLS = ("creat", "open", "rename", "link", "unlink", "rmdir", "mkdir", "symlink", "mknod", "write", "pwritev",
+             "pwritev2", "truncate", "ftruncate", "fallocate", "copy_file_range", "sendfile", "sync", "fsync",
+             "fdatasync", "syncfs", "sync_file_range", "chmod", "chown", "lchown", "setxattr", "removexattr",
+             "lremovexattr", "utime", "utimes", "futimesat", *KINDS)
+
+    def prepare(self, world):
+        world.lacks = ""
+
+    def list(self, world):
+        return [scenario.name for scenario in SCENARIOS]
+
+    def run(self, world, case):
+        scenario = scenario_named(case)
+        prepared(world, scenario)
+        world.lay_out()
+        trace = os.path.join(world.work, "trace")
+        calls, _ = world.calls("-f", "-qq", "-y", "-s", "4096", "-e", "signal=none", "-e",
+                               f"trace={','.join(self.CALLS)}", "-o", trace, ORVANECTL, *scenario.command(world),
+                               program="/usr/bin/strace")
+        seen = collections.Counter()
+        for line in content(trace).decode(errors="replace").splitlines():
+            name, _, rest = line.split(None, 1)[1].partition("(")
+            # The folder of an absolute path, and what is written, say nothing about the place.
+            places = re.sub(r'AT_FDCWD<[^>]*>, "/', '"/', rest.split(">")[0] if "write" in name else rest)
+            reads = name in ("open", "openat") and not any(flag in line for flag in ("O_CREAT", "O_TRUNC", "O_TMPFILE"))
+            if world.top in places and not reads:
+                kind = "tmpfile" if "O_TMPFILE" in line else self.KINDS.get(name, name)
+                seen["rmdir" if "AT_REMOVEDIR" in line else kind] += 1
+        numbered_calls = collections.Counter(calls)
+        return [f"{kind}: the kernel sees {seen[kind]}, the library {numbered_calls[kind]}"
+                for kind in sorted(seen.keys() | numbered_calls.keys()) if seen[kind] != numbered_calls[kind]]
 
 
 class OracleGroup(Group):
@@ -436,7 +472,7 @@ class OracleGroup(Group):
 
     def prepare(self, world):
         world.lacks = ""
-        self.scenario = trash_scenario("trash/one")
+        self.scenario = scenario_named("trash/one")
         self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
 
     def list(self, world):
@@ -452,11 +488,11 @@ class OracleGroup(Group):
 
 
 def all_groups():
-    groups = [OracleGroup("oracle"), NameGroup("name"), PermissionGroup("permission"), ReplacedGroup("replaced"),
+    groups = [OracleGroup("oracle"), SightGroup("sight"), NameGroup("name"), PermissionGroup("permission"), ReplacedGroup("replaced"),
               TogetherGroup("together"), *(DamageGroup(which) for which in DamageGroup.FILES)]
     for scenario in SCENARIOS:
         groups += [ScenarioGroup(scenario), ScenarioGroup(scenario, restoring=True)]
     for name in ("trash/one", "organize/two"):
         for surroundings in (*FEATURES, *FILE_SYSTEMS):
-            groups += [ScenarioGroup(trash_scenario(name), surroundings, restoring) for restoring in (False, True)]
+            groups += [ScenarioGroup(scenario_named(name), surroundings, restoring) for restoring in (False, True)]
     return groups

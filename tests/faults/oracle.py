@@ -164,9 +164,11 @@ class Oracle:
             for place in places:
                 self.check_item(origin, item, place, state[place], findings, when)
         self.check_links(instances, state, findings, when)
+        moved_on = {original for action, original, _ in journal.entries if action != "restored"}
         for action, original, trashed in journal.entries:
             place = original if action == "restored" else trashed
-            if place not in state and not self.is_copy(place, journal):
+            again = action == "restored" and original in moved_on
+            if place not in state and not again and not self.is_copy(place, journal):
                 findings.append(f"{when}journal says {action} {shown(place)}, which is not there")
         if inventory(self.world.path("outside")) != self.world.outside:
             findings.append(f"{when}the tree beside the home has changed")

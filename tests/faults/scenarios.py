@@ -39,6 +39,14 @@ def access_list(path, user):
     os.setxattr(path, "system.posix_acl_access", value)
 
 
+def make_socket(path):
+    """Also where the path is longer than a socket's may be."""
+    folder = os.open(os.path.dirname(path), os.O_PATH)
+    with socket.socket(socket.AF_UNIX) as listener:
+        listener.bind(f"/proc/self/fd/{folder}/{os.path.basename(path)}")
+    os.close(folder)
+
+
 def many_kinds(world, folder):
     """A folder with a file of every kind that an ordinary user can make."""
     top = f"{folder}/project"
@@ -57,8 +65,7 @@ def many_kinds(world, folder):
     os.mkfifo(world.path(f"{top}/fifo"))
     world.folder(f"{top}/empty", mode=0o2700)
     world.folder(f"{top}/sub", mode=0o500)
-    with socket.socket(socket.AF_UNIX) as listener:
-        listener.bind(os.path.relpath(world.path(f"{top}/socket")))
+    make_socket(world.path(f"{top}/socket"))
 
 
 @dataclasses.dataclass(frozen=True)

@@ -19,13 +19,15 @@ import tempfile
 import time
 
 USER = 65534
-PATIENCE = 20  # seconds until a program counts as one that never ends
+PATIENCE = 15  # seconds until a program counts as one that never ends
 TOP = os.path.realpath(os.path.join(os.path.dirname(__file__), "../.."))
 ORVANECTL = os.environ.get("ORVANECTL", os.path.join(TOP, "build/dev/cli/orvanectl"))
 INTERPOSER = os.environ.get("FAULTS_LIBRARY", os.path.join(TOP, "build/dev/tests/faults/liborvane_faults.so"))
 VOLUMES = ("home", "volume")
 SHUTDOWN = 0x8004587D  # ioctl of ext4 and XFS
-WITHOUT_FLUSHING_THE_LOG = 2
+# A power cut right before or right after the file system commits its journal of names; data that nobody made durable is
+# lost either way.
+COMMITS = {"before": 2, "after": 1}
 MIB = 1 << 20
 IMAGE_SIZES = {"ext4": 16 * MIB, "xfs": 300 * MIB}
 
@@ -216,11 +218,10 @@ class World:
             options[1] = f"nr_inodes={status.f_files - status.f_ffree + inodes}"
         mount("tmpfs", self.path(volume), "tmpfs", MS_REMOUNT | MS_NOATIME, ",".join(options))
 
-    def cut_power(self):
-        """Everything that is not on the disks yet is lost."""
+    def cut_power(self, commit):
         for name in VOLUMES:
             folder = os.open(self.path(name), os.O_RDONLY)
-            fcntl.ioctl(folder, SHUTDOWN, struct.pack("I", WITHOUT_FLUSHING_THE_LOG))
+            fcntl.ioctl(folder, SHUTDOWN, struct.pack("I", COMMITS[commit]))
             os.close(folder)
 
     def start_again(self):
@@ -254,19 +255,21 @@ class World:
 
     # Programs
 
-    def start(self, words, faults=None, environment=None, wrapper=()):
+    def start(self, words, faults=None):
         values = {"HOME": self.path("home"), "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "TZ": "UTC",
-                  "PYTHONDONTWRITEBYTECODE": "1", "XDG_RUNTIME_DIR": self.work, **(environment or {})}
+                  "PYTHONDONTWRITEBYTECODE": "1", "XDG_RUNTIME_DIR": self.work}
         if faults is not None or self.lacks:
             faults = {"lacks": self.lacks, **(faults or {})}
             values |= {"LD_PRELOAD": INTERPOSER, "FAULTS_ROOT": self.top}
             values |= {f"FAULTS_{name.upper()}": str(value) for name, value in faults.items()}
-        return subprocess.Popen([*wrapper, *words], env=values, cwd=self.path("home"), user=USER, group=USER,
+        return subprocess.Popen(words, env=values, cwd=self.path("home"), user=USER, group=USER,
                                 extra_groups=[], umask=0o022, stdin=subprocess.DEVNULL,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
     def run(self, *words, program=ORVANECTL, **settings):
-        process = self.start([program, *words], **settings)
+        return self.wait_for(self.start([program, *words], **settings))
+
+    def wait_for(self, process):
         timed_out = False
         try:
             output, errors = process.communicate(timeout=PATIENCE)
@@ -276,7 +279,7 @@ class World:
             timed_out = True
         return Result(process.returncode, output.decode(errors="replace"), errors.decode(errors="replace"), timed_out)
 
-    def run_and_cut_power(self, *words, at, program=ORVANECTL):
+    def run_and_cut_power(self, *words, at, commit, program=ORVANECTL):
         """Stops the program before its `at`-th change, or lets it end, and cuts the power there."""
         process = self.start([program, *words], faults={"at": at, "do": "stop"})
         deadline = time.monotonic() + PATIENCE
@@ -286,7 +289,7 @@ class World:
                 break
             time.sleep(0.0005)
         ended = bool(found) and not os.WIFSTOPPED(status)
-        self.cut_power()
+        self.cut_power(commit)
         if not ended:
             os.kill(process.pid, signal.SIGKILL)
             os.waitpid(process.pid, 0)
