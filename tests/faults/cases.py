@@ -3,6 +3,7 @@
 import collections
 import dataclasses
 import errno
+import json
 import os
 import random
 import re
@@ -10,7 +11,7 @@ import stat
 
 from oracle import Oracle, TRASHES, check_end, inventory
 from scenarios import HOSTILE_NAMES, SCENARIOS, Scenario, command_of, make_socket, prepared
-from world import COMMITS, ORVANECTL, USER, as_user
+from world import COMMITS, ORVANECTL, USER, as_user, look_at
 
 # The errors that the manual pages document, of those that happen to files.
 ERRORS = {
@@ -232,8 +233,8 @@ class DamageGroup(Group):
         kept = [name for name in os.listdir(folder) if damaged in content(os.path.join(folder, name))]
         if self.which == "journal" and runs < 2 and not kept:
             findings.append(f"the history has {runs} of 2 runs, and the damaged journal is gone")
-        if self.which == "preferences" and not kept and b"volume/Downloads" not in content(world.path(self.place)):
-            findings.append("the watched folders are forgotten, and the damaged preferences are gone")
+        if self.which == "preferences" and not kept and not is_json(damaged):
+            findings.append("the damaged preferences are gone")
         return findings + self.oracle.judge_weakly(start)
 
 
@@ -242,6 +243,14 @@ def users(state):
     return {path: item for path, item in state.items()
             if not path.startswith((b"home/Library/Application Support/Orvane", b"home/.config")) and
             b"/info/" not in path}
+
+
+def is_json(text):
+    try:
+        json.loads(text)
+    except ValueError:
+        return False
+    return True
 
 
 def content(path):
@@ -349,28 +358,33 @@ class TogetherGroup(Group):
 
 
 class NameGroup(Group):
-    """One hostile name, twice, so that the second has to find another one in the Trash."""
+    """One hostile name three times, so that two of them have to find another one where they go."""
+
+    FOLDERS = tuple(f"home/Downloads/{folder}" for folder in ("one", "two", "three"))
 
     def prepare(self, world):
         world.lacks = ""
 
     def list(self, world):
-        return list(HOSTILE_NAMES)
+        return [f"{how}/{name}" for how in ("trash", "restore", "organize") for name in HOSTILE_NAMES]
 
     def run(self, world, case):
-        name = HOSTILE_NAMES[case]
-
-        def build(world):
-            for folder in (b"one", b"two", b"three"):
-                world.file(b"home/Downloads/" + folder + b"/" + name)
-
-        folders = ("home/Downloads", *(f"home/Downloads/{folder}" for folder in ("one", "two", "three")))
-        scenario = Scenario(self.name, build, "history", folders, moves=3)
+        how, key = case.split("/")
+        places = [os.fsencode(f"{folder}/") + HOSTILE_NAMES[key] for folder in self.FOLDERS]
+        scenario = Scenario(self.name, lambda world: [world.file(place) for place in places], "history",
+                            ("home/Downloads", *self.FOLDERS), creates=("home/Downloads/Organized",))
         oracle = Oracle(world, prepared(world, scenario), scenario)
-        items = [os.path.join(os.fsencode(world.path(folder)), name) for folder in folders[1:]]
-        result = world.run("trash", "--yes", "--root", world.path("home/Downloads"), "--", *items)
+        downloads = world.path("home/Downloads")
+        if how == "organize":
+            return oracle.judge(world.run("organize", downloads, "--subfolders", "--apply", "--yes"))
+        result = world.run("trash", "--yes", "--root", downloads, "--", *map(world.path, places))
         findings = [] if result.status == 0 else [f"cannot be moved: {result.errors.strip()[:300]}"]
-        return findings + oracle.judge(result)
+        if how == "trash":
+            return findings + oracle.judge(result)
+        with as_user():
+            taken = [look_at(world.file(place, b"another")) for place in places]
+        findings += oracle.judge_weakly(result, world.run("restore", "--last", "--yes"))
+        return findings + ["a restored file replaced another"] * (taken != [look_at(world.path(p)) for p in places])
 
 
 class PermissionGroup(Group):

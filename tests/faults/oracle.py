@@ -111,8 +111,7 @@ class Oracle:
 
     def restore_all(self, journal, findings):
         for run in journal.runs:
-            if all(action == "restored" or self.is_copy(trashed, journal)
-                   for action, _, trashed in journal.entries_of[run["runId"]]):
+            if not any(self.is_away(entry, journal) for entry in journal.entries_of.get(run["runId"], [])):
                 continue
             result = self.world.run("restore", run["runId"], "--yes", "--json")
             check_end(result, "restore", findings)
@@ -120,8 +119,7 @@ class Oracle:
             if result.status != 0 and not run["isRestored"]:
                 findings.append(f"restore fails: {result.errors.strip()[:300]}")
         after = Journal(self.world, findings)
-        if any(action != "restored" and not self.is_copy(original, after) and not self.is_copy(trashed, after)
-               for action, original, trashed in after.entries):
+        if any(self.is_away(entry, after) for entry in after.entries):
             findings.append("after restore not all is back by the journal")
         self.account(self.state(), after, findings, "after restore ")
 
@@ -140,6 +138,11 @@ class Oracle:
         if inventory(self.world.path("outside")) != self.world.outside:
             findings.append("the tree beside the home has changed")
         return findings
+
+    def is_away(self, entry, journal):
+        """Is it still to come back? A copy that was set aside is not."""
+        action, original, _ = entry
+        return action != "restored" and not self.is_copy(original, journal)
 
     def is_copy(self, place, journal):
         """Is it a copy on another volume, which goes to the Trash when its original comes back?"""
