@@ -202,9 +202,9 @@ class Oracle:
         copies = [place for place in places if volume_of(place) != volume_of(origin)]
         if not same_volume:
             item = self.truth[origin]
-            elsewhere = [path for path, other in state.items() if item.content and other.content == item.content]
+            elsewhere = [path for path, other in state.items() if lasting(other) == lasting(item)]
             known = ", ".join(map(shown, elsewhere + copies)) or "nowhere"
-            findings.append(f"{when}{shown(origin)} is gone from where the journal looks; its content is {known}")
+            findings.append(f"{when}{shown(origin)} is gone from where the journal looks; its like is {known}")
         if len(same_volume) > 1 or len(copies) > 1:
             findings.append(f"{when}{shown(origin)} is there more than once: {', '.join(map(shown, places))}")
         if copies and origin in same_volume and not any(TRASHES[volume_of(copy)] in copy for copy in copies):
