@@ -29,6 +29,14 @@ void writeAll(int descriptor, std::string_view bytes) {
   }
 }
 
+std::size_t readSome(int descriptor, std::span<char> place) {
+  while (true) {
+    const auto count = ::read(descriptor, place.data(), place.size());
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) throwErrno();
+  }
+}
+
 std::string readAll(int descriptor, std::size_t limit) {
   std::string result;
   struct stat status {};
@@ -36,25 +44,27 @@ std::string readAll(int descriptor, std::size_t limit) {
     result.reserve(std::min(static_cast<std::size_t>(status.st_size) + 1, limit));
   }
   std::string block(128 * 1024, '\0');
-  while (true) {
-    const auto count = ::read(descriptor, block.data(), block.size());
-    if (count < 0) {
-      if (errno == EINTR) continue;
-      throwErrno();
-    }
-    if (count == 0) return result;
-    if (result.size() + static_cast<std::size_t>(count) > limit) throwErrno(EFBIG);
-    result.append(block, 0, static_cast<std::size_t>(count));
+  while (const auto count = readSome(descriptor, block)) {
+    if (result.size() + count > limit) throwErrno(EFBIG);
+    result.append(block, 0, count);
   }
+  return result;
 }
 
-std::string readFile(const std::string& path, std::size_t limit) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+FileDescriptor openRegularFile(const std::string& path) {
+  FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file) throwErrno();
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) throwErrno();
   if (S_ISDIR(status.st_mode)) throwErrno(EISDIR);
   if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
+  return file;
+}
+
+std::string readFile(const std::string& path, std::size_t limit) {
+  const auto file = openRegularFile(path);
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) throwErrno();
   if (status.st_size > 0 && static_cast<std::size_t>(status.st_size) > limit) throwErrno(EFBIG);
   return readAll(file.get(), limit);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,8 +31,12 @@ class FileDescriptor {
 
 // Writes all of `bytes`, going on after partial writes and signals. Throws std::system_error.
 void writeAll(int descriptor, std::string_view bytes);
+// Reads what there is, at most as much as `place` holds; zero at the end of the file. Throws std::system_error.
+[[nodiscard]] std::size_t readSome(int descriptor, std::span<char> place);
 // Reads to the end of the file. Throws std::system_error, with EFBIG when the file holds more than `limit` bytes.
 [[nodiscard]] std::string readAll(int descriptor, std::size_t limit = static_cast<std::size_t>(-1));
+// Opens a regular file for reading, never blocking on anything else that has the name. Throws std::system_error.
+[[nodiscard]] FileDescriptor openRegularFile(const std::string& path);
 // Reads a whole regular file, never blocking on anything else that has the name. Throws std::system_error.
 [[nodiscard]] std::string readFile(const std::string& path, std::size_t limit = static_cast<std::size_t>(-1));
 

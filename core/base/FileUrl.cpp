@@ -90,19 +90,18 @@ void appendPercentEncodedPath(std::string& text, std::string_view path) {
 std::optional<std::string> percentDecoded(std::string_view text) {
   std::string result;
   result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '%') {
-      result.push_back(text[i]);
-      continue;
-    }
-    if (i + 2 >= text.size()) return std::nullopt;
-    const int high = hexValue(text[i + 1]);
-    const int low = hexValue(text[i + 2]);
+  while (true) {
+    const auto plain = std::min(text.find('%'), text.size());
+    result.append(text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (text.empty()) return result;
+    if (text.size() < 3) return std::nullopt;
+    const int high = hexValue(text[1]);
+    const int low = hexValue(text[2]);
     if (high < 0 || low < 0) return std::nullopt;
     result.push_back(static_cast<char>(high * 16 + low));
-    i += 2;
+    text.remove_prefix(3);
   }
-  return result;
 }
 
 }  // namespace orvane

@@ -3,7 +3,7 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/FileStatus.h"
 #include "core/base/IdentityJson.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/safety/PathValidator.h"
 #include "core/tasks/CleanTask.h"
