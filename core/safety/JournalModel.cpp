@@ -1,128 +1,156 @@
 #include "core/safety/JournalModel.h"
 
 #include "core/base/CheckedArithmetic.h"
-#include "core/base/Json.h"
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 
 namespace orvane {
-namespace {
 
-// The journal is this program's own file: as long as it must be, but no deeper than its form.
-constexpr JsonLimits journalLimits{
-    .bytes = static_cast<std::size_t>(-1), .depth = 16, .duplicateKeys = DuplicateKeys::takeFirst};
+class JournalModel::Decoder : public JournalVisitor {
+ public:
+  explicit Decoder(JournalModel& model) : m_model(model) {}
 
-bool supersedes(const JournalEntry& candidate, const JournalEntry& present) {
-  if (candidate.timestamp != present.timestamp) return candidate.timestamp > present.timestamp;
-  return candidate.action == JournalAction::restored && present.action != JournalAction::restored;
-}
+  void takeRun(const CleanupRunSummary& summary) override {
+    if (const auto* known = m_model.find(summary.runId); known == nullptr || !known->isListed) m_model.list(summary);
+  }
+  void takeEntry(const Uuid& runId, JournalEntry entry) override {
+    const auto number = m_model.m_entries.add(entry);
+    if (!number) return;
+    if (m_run == nullptr || m_run->summary.runId != runId) m_run = &m_model.run(runId);
+    m_run->entries.push_back(*number);
+  }
+  // The file's runs come newest first.
+  void finish() { std::reverse(m_model.m_listed.begin(), m_model.m_listed.end()); }
 
-}  // namespace
+ private:
+  JournalModel& m_model;
+  Run* m_run = nullptr;
+};
 
-JournalModel JournalModel::decode(std::string_view text) {
-  const Json json = parseJson(text, journalLimits);
+JournalModel JournalModel::decode(JournalParser::Source source) {
   JournalModel model;
-  const auto& runs = requiredKey(json, "runs");
-  if (!runs.is_array()) throw JsonError("\"runs\" must be an array");
-  for (const auto& run : runs) {
-    auto summary = CleanupRunSummary::fromJson(run);
-    if (model.findRun(summary.runId) == nullptr) model.m_runs.push_back(summary);
-  }
-  const auto& entries = requiredKey(json, "entries");
-  if (!entries.is_object()) throw JsonError("\"entries\" must be an object");
-  for (const auto& [key, list] : entries.items()) {
-    const auto runId = Uuid::parse(key);
-    if (!runId) continue;
-    if (!list.is_array()) throw JsonError("each value of \"entries\" must be an array");
-    auto& target = model.m_entriesByRun[*runId];
-    target.reserve(list.size());
-    for (const auto& element : list) {
-      auto entry = JournalEntry::fromJson(element);
-      if (!model.m_positions.emplace(entry.id, target.size()).second) continue;
-      target.push_back(std::move(entry));
-    }
-  }
+  Decoder decoder(model);
+  JournalParser(std::move(source)).parse(decoder);
+  decoder.finish();
   return model;
 }
 
-const std::vector<JournalEntry>& JournalModel::entries(const Uuid& runId) const {
-  static const std::vector<JournalEntry> none;
-  const auto found = m_entriesByRun.find(runId);
-  return found == m_entriesByRun.end() ? none : found->second;
+JournalModel JournalModel::decode(std::string_view text) {
+  return decode([text](char* place, std::size_t most) mutable {
+    const auto count = std::min(most, text.size());
+    text.copy(place, count);
+    text.remove_prefix(count);
+    return count;
+  });
 }
 
-CleanupRunSummary* JournalModel::findRun(const Uuid& runId) {
-  const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&](const auto& run) { return run.runId == runId; });
-  return found == m_runs.end() ? nullptr : &*found;
+std::vector<CleanupRunSummary> JournalModel::runs() const {
+  std::vector<CleanupRunSummary> result;
+  result.reserve(m_listed.size());
+  for (auto position = m_listed.rbegin(); position != m_listed.rend(); ++position) {
+    result.push_back(m_runs[*position].summary);
+  }
+  return result;
 }
 
-void JournalModel::record(JournalEntry entry) {
-  auto& list = m_entriesByRun[entry.runId];
-  const auto runId = entry.runId;
-  auto* run = findRun(runId);
-  const auto [position, isNew] = m_positions.emplace(entry.id, list.size());
-  if (!isNew && position->second < list.size() && list[position->second].id == entry.id) {
-    list[position->second] = std::move(entry);
+std::vector<JournalEntry> JournalModel::entries(const Uuid& runId) const {
+  std::vector<JournalEntry> result;
+  if (const auto* known = find(runId)) {
+    result.reserve(known->entries.size());
+    for (const auto number : known->entries) result.push_back(m_entries.at(number));
+  }
+  return result;
+}
+
+const JournalModel::Run* JournalModel::find(const Uuid& runId) const {
+  const auto found = m_positions.find(runId);
+  return found == m_positions.end() ? nullptr : &m_runs[found->second];
+}
+
+JournalModel::Run& JournalModel::run(const Uuid& runId) {
+  const auto [position, isNew] = m_positions.emplace(runId, m_runs.size());
+  if (isNew) m_runs.emplace_back().summary.runId = runId;
+  return m_runs[position->second];
+}
+
+void JournalModel::list(const CleanupRunSummary& summary) {
+  auto& listed = run(summary.runId);
+  listed.summary = summary;
+  listed.isListed = true;
+  m_listed.push_back(m_positions.at(summary.runId));
+}
+
+void JournalModel::record(const JournalEntry& entry) {
+  const auto number = m_entries.add(entry);
+  if (!number) {
+    m_entries.replace(*m_entries.find(entry.id), entry);
     return;
   }
-  if (run == nullptr) {
-    m_runs.insert(m_runs.begin(), CleanupRunSummary{runId, entry.timestamp, 1, entry.fileSize, false});
+  auto& known = run(entry.runId);
+  auto& summary = known.summary;
+  if (!known.isListed) {
+    list({entry.runId, entry.timestamp, 1, entry.fileSize, false});
   } else {
     // The figures follow the entries, also where the file that was loaded told otherwise.
-    if (run->itemCount != static_cast<std::int64_t>(list.size())) {
-      run->totalBytes = 0;
-      for (const auto& present : list) run->totalBytes = checkedAdd(run->totalBytes, present.fileSize);
+    if (summary.itemCount != static_cast<std::int64_t>(known.entries.size())) {
+      summary.totalBytes = 0;
+      for (const auto present : known.entries) {
+        summary.totalBytes = checkedAdd(summary.totalBytes, m_entries.fileSizeOf(present));
+      }
     }
-    run->itemCount = static_cast<std::int64_t>(list.size()) + 1;
-    run->totalBytes = checkedAdd(run->totalBytes, entry.fileSize);
+    summary.itemCount = static_cast<std::int64_t>(known.entries.size()) + 1;
+    summary.totalBytes = checkedAdd(summary.totalBytes, entry.fileSize);
   }
-  list.push_back(std::move(entry));
+  known.entries.push_back(*number);
 }
 
 void JournalModel::markRestored(const Uuid& runId) {
-  if (auto* run = findRun(runId)) run->isRestored = true;
+  if (const auto* known = find(runId); known != nullptr && known->isListed) run(runId).summary.isRestored = true;
 }
 
 void JournalModel::merge(const JournalModel& other) {
   // From the oldest on, so that the other's newest run ends up first.
-  for (auto run = other.m_runs.rbegin(); run != other.m_runs.rend(); ++run) {
-    if (auto* present = findRun(run->runId)) {
-      present->isRestored = present->isRestored || run->isRestored;
+  for (const auto position : other.m_listed) {
+    const auto& summary = other.m_runs[position].summary;
+    auto& known = run(summary.runId);
+    if (known.isListed) {
+      known.summary.isRestored = known.summary.isRestored || summary.isRestored;
     } else {
-      m_runs.insert(m_runs.begin(), *run);
+      list(summary);
     }
   }
-  for (const auto& [runId, list] : other.m_entriesByRun) {
-    for (const auto& entry : list) recordUnlessSuperseded(entry);
+  for (const auto& known : other.m_runs) {
+    for (const auto number : known.entries) recordUnlessSuperseded(other.m_entries.at(number));
   }
 }
 
-const JournalEntry* JournalModel::find(const JournalEntry& entry) const {
-  const auto position = m_positions.find(entry.id);
-  const auto& list = entries(entry.runId);
-  if (position == m_positions.end() || position->second >= list.size()) return nullptr;
-  const auto& found = list[position->second];
-  return found.id == entry.id ? &found : nullptr;
+void JournalModel::recordUnlessSuperseded(const JournalEntry& entry) {
+  const auto number = m_entries.find(entry.id);
+  if (number) {
+    const auto present = m_entries.timestampOf(*number);
+    const bool isRestored = m_entries.actionOf(*number) == JournalAction::restored;
+    const bool supersedes =
+        entry.timestamp != present ? entry.timestamp > present : entry.action == JournalAction::restored && !isRestored;
+    if (!supersedes) return;
+  }
+  record(entry);
 }
 
-void JournalModel::recordUnlessSuperseded(JournalEntry entry) {
-  const auto* present = find(entry);
-  if (present == nullptr || supersedes(entry, *present)) record(std::move(entry));
-}
-
-std::vector<Uuid> JournalModel::runOrder() const {
-  std::vector<Uuid> order;
-  for (const auto& run : m_runs) {
-    if (m_entriesByRun.contains(run.runId)) order.push_back(run.runId);
+std::vector<const JournalModel::Run*> JournalModel::runsWithEntries() const {
+  std::vector<const Run*> result;
+  for (auto position = m_listed.rbegin(); position != m_listed.rend(); ++position) {
+    result.push_back(&m_runs[*position]);
   }
   // Entries whose run is not listed stay, in a steady order.
-  std::vector<Uuid> unlisted;
-  for (const auto& [runId, list] : m_entriesByRun) {
-    if (std::find(order.begin(), order.end(), runId) == order.end()) unlisted.push_back(runId);
+  const auto listed = static_cast<std::ptrdiff_t>(result.size());
+  for (const auto& known : m_runs) {
+    if (!known.isListed) result.push_back(&known);
   }
-  std::sort(unlisted.begin(), unlisted.end());
-  order.insert(order.end(), unlisted.begin(), unlisted.end());
-  return order;
+  std::ranges::sort(result.begin() + listed, result.end(), {}, [](const Run* known) { return known->summary.runId; });
+  std::erase_if(result, [](const Run* known) { return known->entries.empty(); });
+  return result;
 }
 
 }  // namespace orvane

@@ -2,7 +2,11 @@
 
 #include "core/base/Uuid.h"
 #include "core/safety/JournalEntry.h"
+#include "core/safety/JournalParser.h"
+#include "core/safety/PackedEntries.h"
 
+#include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -13,21 +17,23 @@ namespace orvane {
 // What the journal file holds: the runs, newest first, and each run's entries in recording order.
 class JournalModel {
  public:
-  // Reads the file's text. Keys of "entries" that are no UUID are dropped. Throws JsonError.
+  // Reads the file's text. Keys of "entries" that are no UUID are dropped, and of an entry that is there twice the
+  // first counts. Throws JsonError, and what `source` throws.
+  static JournalModel decode(JournalParser::Source source);
   static JournalModel decode(std::string_view text);
   // Writes the file's text piece by piece to `sink`: one JSON object with the keys "runs" and "entries".
   template <typename Sink>
   void encode(Sink sink) const;
 
-  [[nodiscard]] const std::vector<CleanupRunSummary>& runs() const noexcept { return m_runs; }
+  [[nodiscard]] std::vector<CleanupRunSummary> runs() const;
   // Empty when unknown.
-  [[nodiscard]] const std::vector<JournalEntry>& entries(const Uuid& runId) const;
+  [[nodiscard]] std::vector<JournalEntry> entries(const Uuid& runId) const;
 
   // Adds an entry, or replaces the one with its identifier, and brings its run's figures up to date. A new run comes
   // first in the list.
-  void record(JournalEntry entry);
+  void record(const JournalEntry& entry);
   // The same, unless a later state of the entry is known already.
-  void recordUnlessSuperseded(JournalEntry entry);
+  void recordUnlessSuperseded(const JournalEntry& entry);
   void markRestored(const Uuid& runId);
 
   // Takes what `other` knows and this one does not. Of two states of one entry the later one stays, and of two runs the
@@ -35,22 +41,28 @@ class JournalModel {
   void merge(const JournalModel& other);
 
  private:
-  using Index = std::unordered_map<Uuid, std::size_t>;
+  class Decoder;
+  struct Run {
+    CleanupRunSummary summary;
+    bool isListed = false;  // among the runs of the file, and not only among the entries
+    std::vector<PackedEntries::Number> entries;
+  };
 
-  [[nodiscard]] std::vector<Uuid> runOrder() const;
-  CleanupRunSummary* findRun(const Uuid& runId);
-  // The entry with the identifier and run of `entry`; null where there is none.
-  [[nodiscard]] const JournalEntry* find(const JournalEntry& entry) const;
+  Run& run(const Uuid& runId);
+  [[nodiscard]] const Run* find(const Uuid& runId) const;
+  void list(const CleanupRunSummary& summary);
+  // Runs whose entries are written, in the order of writing.
+  [[nodiscard]] std::vector<const Run*> runsWithEntries() const;
 
-  std::vector<CleanupRunSummary> m_runs;
-  std::unordered_map<Uuid, std::vector<JournalEntry>> m_entriesByRun;
-  // Where in its run an entry stands.
-  Index m_positions;
+  PackedEntries m_entries;
+  std::deque<Run> m_runs;  // as they became known
+  std::unordered_map<Uuid, std::size_t> m_positions;
+  std::vector<std::size_t> m_listed;  // positions in m_runs, oldest first
 };
 
 template <typename Sink>
 void JournalModel::encode(Sink sink) const {
-  const auto write = [&](auto&& list, auto&& text) {
+  const auto write = [&](const auto& list, auto&& text) {
     const char* separator = "";
     for (const auto& element : list) {
       sink(separator);
@@ -59,14 +71,14 @@ void JournalModel::encode(Sink sink) const {
     }
   };
   sink("{\"runs\":[");
-  write(m_runs, [&](const CleanupRunSummary& run) { sink(run.jsonText()); });
+  write(runs(), [&](const CleanupRunSummary& summary) { sink(summary.jsonText()); });
   sink("],\"entries\":{");
   std::string entryText;
-  write(runOrder(), [&](const Uuid& runId) {
-    sink("\"" + runId.toString() + "\":[");
-    write(entries(runId), [&](const JournalEntry& entry) {
+  write(runsWithEntries(), [&](const Run* run) {
+    sink("\"" + run->summary.runId.toString() + "\":[");
+    write(run->entries, [&](PackedEntries::Number number) {
       entryText.clear();
-      entry.appendJsonText(entryText);
+      m_entries.at(number).appendJsonText(entryText);
       sink(entryText);
     });
     sink("]");

@@ -3,6 +3,7 @@
 #include "core/base/AtomicFile.h"
 #include "core/base/Calendar.h"
 #include "core/base/DirectoryReader.h"
+#include "core/base/FileDescriptor.h"
 #include "core/base/FreeName.h"
 #include "core/base/Json.h"
 #include "core/base/PathText.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <span>
 #include <system_error>
 #include <utility>
 
@@ -41,7 +43,9 @@ void JournalStore::refresh(JournalModel& model) {
   const auto identity = ItemIdentity::of(*status);
   if (m_lastSeen == identity || m_damaged == identity) return;
   try {
-    auto onDisk = JournalModel::decode(readFile(m_path));
+    const auto file = openRegularFile(m_path);
+    auto onDisk = JournalModel::decode(
+        [&](char* place, std::size_t most) { return readSome(file.get(), std::span(place, most)); });
     onDisk.merge(model);
     model = std::move(onDisk);
     m_lastSeen = identity;

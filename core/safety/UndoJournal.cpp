@@ -114,7 +114,7 @@ void UndoJournal::settleDeadRun(const std::string& logName) {
     std::move(settled.notices.begin(), settled.notices.end(), std::back_inserter(m_notices));
     // The process may have died after its journal was saved, and the run may have been restored since.
     m_store.refresh(m_model);
-    for (auto& entry : settled.entries) m_model.recordUnlessSuperseded(std::move(entry));
+    for (const auto& entry : settled.entries) m_model.recordUnlessSuperseded(entry);
     if (!settled.entries.empty() && !m_store.save(m_model)) return;
     if (settled.log == SettledRun::Log::finished) ::unlink(path.c_str());
     if (settled.log == SettledRun::Log::unclear) {
@@ -162,9 +162,9 @@ std::unique_ptr<RunLog> UndoJournal::beginRun(const Uuid& runId) {
   return std::make_unique<RunLog>(m_storageFolder, runId);
 }
 
-void UndoJournal::recordLogged(std::vector<JournalEntry> entries, RunLog& log, Checkpoint checkpoint) {
+void UndoJournal::recordLogged(std::span<const JournalEntry> entries, RunLog& log, Checkpoint checkpoint) {
   const std::lock_guard lock(m_mutex);
-  for (auto& entry : entries) m_model.record(std::move(entry));
+  for (const auto& entry : entries) m_model.record(entry);
   const bool due = log.size() > std::max(smallestCheckpoint, m_store.fileSize() / 4);
   if (checkpoint == Checkpoint::whenDue && !due) return;
   if (!m_store.save(m_model)) return;
@@ -175,9 +175,9 @@ void UndoJournal::recordLogged(std::vector<JournalEntry> entries, RunLog& log, C
   }
 }
 
-void UndoJournal::recordUnsettled(std::vector<JournalEntry> entries) {
+void UndoJournal::recordUnsettled(std::span<const JournalEntry> entries) {
   const std::lock_guard lock(m_mutex);
-  for (auto& entry : entries) m_model.record(std::move(entry));
+  for (const auto& entry : entries) m_model.record(entry);
 }
 
 FileUrl UndoJournal::resolveCollisionIfNeeded(const FileUrl& url) {

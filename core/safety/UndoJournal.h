@@ -62,10 +62,10 @@ class UndoJournal {
   // Takes entries that the log holds durably. The journal file is rewritten at the end, and before once the log has
   // grown past a quarter of it; the log is emptied, and at the end removed, only after that.
   enum class Checkpoint : std::uint8_t { whenDue, atEnd };
-  void recordLogged(std::vector<JournalEntry> entries, RunLog& log, Checkpoint checkpoint);
+  void recordLogged(std::span<const JournalEntry> entries, RunLog& log, Checkpoint checkpoint);
   // Takes entries whose log the disk refuses to complete: they show in the history, and the log stays for the next
   // start.
-  void recordUnsettled(std::vector<JournalEntry> entries);
+  void recordUnsettled(std::span<const JournalEntry> entries);
   // Canonical folder of the journal, which no run may move.
   [[nodiscard]] const std::string& storageFolder() const noexcept;
 
