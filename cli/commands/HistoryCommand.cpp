@@ -49,7 +49,7 @@ ExitStatus runHistory(Session& session, const Arguments&) {
   } else {
     printRuns(session, runs);
   }
-  return ExitStatus::done;
+  return UndoJournal::shared().isReadable() ? ExitStatus::done : ExitStatus::failed;
 }
 
 void printEntries(Session& session, const CleanupRunSummary& run, const std::vector<JournalEntry>& entries) {

@@ -30,6 +30,14 @@ namespace {
 
 constexpr std::int64_t smallestCheckpoint = 64 * 1024;
 
+// Never waits for anything else that has the name of a log.
+constexpr int logFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+
+bool isRegular(const FileDescriptor& file) {
+  struct stat status {};
+  return ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 std::string preparedFolder(const FileUrl& storageDirectory) {
   try {
     createFolders(storageDirectory.path());
@@ -66,7 +74,8 @@ UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& va
       m_storageFolder(preparedFolder(storageDirectory)),
       m_store(m_storageFolder) {
   m_store.refresh(m_model);
-  settleDeadRuns();
+  // What a log tells can only be recorded in a journal that was read.
+  if (!m_store.problem()) settleDeadRuns();
 }
 
 UndoJournal::~UndoJournal() = default;
@@ -88,8 +97,10 @@ void UndoJournal::settleDeadRuns() {
     if (RunLog::runOf(entry->name)) logs.emplace_back(entry->name);
     if (entry->name.ends_with(RunLog::unlockedSuffix)) {
       // Made by a process that died before its log had a name: nothing had been written to it. One that lives holds it.
-      FileDescriptor file(::openat(reader->descriptor(), entry->nameBytes(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
-      if (file && FileLock::tryAcquire(file)) ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);
+      FileDescriptor file(::openat(reader->descriptor(), entry->nameBytes(), logFlags));
+      if (file && isRegular(file) && FileLock::tryAcquire(file)) {
+        ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);
+      }
     }
   }
   std::sort(logs.begin(), logs.end());
@@ -98,10 +109,10 @@ void UndoJournal::settleDeadRuns() {
 
 void UndoJournal::settleDeadRun(const std::string& logName) {
   const std::string path = joinPath(m_storageFolder, logName);
-  FileDescriptor file(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
-  if (!file) {
+  FileDescriptor file(::open(path.c_str(), logFlags));
+  if (!file || !isRegular(file)) {
     m_notices.push_back(fmt::format("The log '{}' of an interrupted run cannot be opened: {}.", escapedForDisplay(path),
-                                    errorText(errno)));
+                                    file ? "it is no regular file" : errorText(errno)));
     return;
   }
   // Held until the journal has what the log told, so that two starting processes do not both work on it.
@@ -149,6 +160,12 @@ std::vector<JournalEntry> UndoJournal::getEntries(const Uuid& runId) {
   return m_model.entries(runId);
 }
 
+bool UndoJournal::isReadable() {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return !m_store.problem();
+}
+
 std::vector<std::string> UndoJournal::takeNotices() {
   const std::lock_guard lock(m_mutex);
   auto notices = std::exchange(m_notices, {});
@@ -158,6 +175,11 @@ std::vector<std::string> UndoJournal::takeNotices() {
 }
 
 std::unique_ptr<RunLog> UndoJournal::beginRun(const Uuid& runId) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_store.refresh(m_model);
+    if (m_store.problem()) throw std::system_error(*m_store.problem());
+  }
   createFolders(m_storageFolder);
   return std::make_unique<RunLog>(m_storageFolder, runId);
 }
@@ -184,16 +206,26 @@ FileUrl UndoJournal::resolveCollisionIfNeeded(const FileUrl& url) {
   return freeUrl(url, NumberingStyle::restored);
 }
 
+std::vector<JournalEntry> UndoJournal::requireEntries(const Uuid& runId) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  if (m_store.problem()) {
+    throw UndoError(UndoError::RestorationFailed{m_storageFolder, "the undo journal cannot be read"});
+  }
+  auto entries = m_model.entries(runId);
+  if (entries.empty()) throw UndoError(UndoError::RunNotFound{runId});
+  return entries;
+}
+
 RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progress, std::stop_token stop) {
   const std::lock_guard restoring(m_restoreMutex);
-  const auto entries = getEntries(runId);
-  if (entries.empty()) throw UndoError(UndoError::RunNotFound{runId});
+  const auto entries = requireEntries(runId);
   return restoreEntries(runId, entries, entries, progress, stop);
 }
 
 RestoreResult UndoJournal::restoreEntry(const Uuid& runId, const Uuid& entryId) {
   const std::lock_guard restoring(m_restoreMutex);
-  const auto entries = getEntries(runId);
+  const auto entries = requireEntries(runId);
   const auto wanted = std::ranges::find(entries, entryId, &JournalEntry::id);
   if (wanted == entries.end()) throw UndoError(UndoError::RunNotFound{runId});
   std::vector<JournalEntry> chosen;

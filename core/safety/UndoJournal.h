@@ -31,7 +31,8 @@ class UndoJournal {
   using Progress = std::function<void(std::size_t done, std::size_t total)>;
 
   // Loads `storageDirectory`/undo_journal.json, creating the folder, and settles what runs that died left behind.
-  // Never throws for what is on the disk: a file that does not decode is set aside and the journal starts empty.
+  // Never throws for what is on the disk: a file that does not decode is set aside and the journal starts empty; while
+  // one cannot be read at all, nothing is recorded, moved or restored.
   UndoJournal(Trash& trash, FileMover& mover, const PathValidator& validator, FileUrl storageDirectory);
   ~UndoJournal();
   static UndoJournal& shared();
@@ -46,7 +47,7 @@ class UndoJournal {
   [[nodiscard]] std::vector<JournalEntry> getEntries(const Uuid& runId);
 
   // Brings every item of a run back to where it was, under a new name where that place is taken. An item that cannot
-  // come back becomes a warning. Throws UndoError when the run is unknown.
+  // come back becomes a warning. Throws UndoError when the run is unknown or the journal cannot be read.
   RestoreResult restoreRun(const Uuid& runId, const Progress& progress = {}, std::stop_token stop = {});
   // The same for one entry of a run; the run counts as restored once nothing of it is left to bring back. What was
   // copied to another volume comes back together with its original.
@@ -54,10 +55,14 @@ class UndoJournal {
   // A free place for a restore: `url` itself, else "name (restored 1).ext" and so on in the same folder.
   [[nodiscard]] static FileUrl resolveCollisionIfNeeded(const FileUrl& url);
 
+  // False while the journal's file is there and cannot be read; what is listed then is not all.
+  [[nodiscard]] bool isReadable();
+
   // What was found wrong with the journal or with runs that died, one line each, since the last call.
   [[nodiscard]] std::vector<std::string> takeNotices();
 
-  // For CleanupRun: the log of a run that begins. Throws std::system_error when it cannot be made.
+  // For CleanupRun: the log of a run that begins. Throws std::system_error when it cannot be made, or when the
+  // journal cannot be read.
   [[nodiscard]] std::unique_ptr<RunLog> beginRun(const Uuid& runId);
   // Takes entries that the log holds durably. The journal file is rewritten at the end, and before once the log has
   // grown past a quarter of it; the log is emptied, and at the end removed, only after that.
@@ -74,6 +79,8 @@ class UndoJournal {
   RestoreResult restoreEntries(const Uuid& runId, std::span<const JournalEntry> run,
                                std::span<const JournalEntry> chosen, const Progress& progress,
                                const std::stop_token& stop);
+  // Throws UndoError when there is nothing of the run.
+  [[nodiscard]] std::vector<JournalEntry> requireEntries(const Uuid& runId);
   void settleDeadRuns();
   void settleDeadRun(const std::string& logName);
 

@@ -139,6 +139,32 @@ TEST_F(HistoryCommand, saysThatTheJournalIsDamagedAndKeepsIt) {
   EXPECT_TRUE(isKept);
 }
 
+TEST_F(HistoryCommand, keepsAJournalThatCannotBeReadForAMoment) {
+  const auto id = runOf("a", "1");
+  const auto recorded = contentOf(journal());
+  const auto file = home.file("Downloads/b");
+  for (const auto* call : {"read:error=EIO", "openat:error=EMFILE", "openat:error=ENOMEM", "openat:error=EACCES"}) {
+    SCOPED_TRACE(call);
+    const auto disturbed = [&](const Words& words) {
+      auto program = setup(words);
+      const Words strace{
+          "/usr/bin/strace", "-f", "-o", "/dev/null", "-P", journal(), "-e", std::string("inject=") + call};
+      program.arguments.insert(program.arguments.begin(), strace.begin(), strace.end());
+      program.environment["ASAN_OPTIONS"] = "detect_leaks=0";
+      return LiveProgram(program).finish();
+    };
+    const auto listed = disturbed({"history"});
+    EXPECT_EQ(listed.exitStatus, 1);
+    EXPECT_THAT(listed.errors, HasSubstr("cannot be read now"));
+    const auto moved = disturbed({"trash", "--yes", "Downloads/b"});
+    EXPECT_EQ(moved.exitStatus, 1);
+    EXPECT_THAT(moved.errors, HasSubstr("Nothing was moved"));
+    EXPECT_TRUE(exists(file));
+    EXPECT_EQ(contentOf(journal()), recorded);
+  }
+  EXPECT_EQ(json({"restore", id, "--yes"})["restoredCount"], 1);
+}
+
 TEST_F(HistoryCommand, movesNothingWhereTheJournalCannotBeWritten) {
   home.file("Library/Application Support", "a file where the folder should be");
   const auto file = home.file("Downloads/a");

@@ -53,6 +53,20 @@ TEST(FileLock, isHeldByOneAtATime) {
   EXPECT_TRUE(FileLock::tryAcquire(second));
 }
 
+TEST(FileLock, isNotWaitedForWithoutEnd) {
+  const test::TemporaryTree tree;
+  const auto path = tree.path("lock");
+  const auto held = FileLock::acquire(path);
+  try {
+    static_cast<void>(FileLock::acquire(path, std::chrono::milliseconds(20)));
+    FAIL();
+  } catch (const LockTimeout& error) {
+    EXPECT_EQ(error.what(), "process " + std::to_string(::getpid()) + " keeps '" + path + "' locked");
+  }
+  ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
+  EXPECT_THROW(static_cast<void>(FileLock::acquire(tree.path("pipe"))), std::system_error);
+}
+
 TEST(CreateFolders, saysWhatStandsInTheWay) {
   const test::TemporaryTree tree;
   createFoldersDurably(tree.path("a/b/c"));

@@ -1,15 +1,19 @@
 #include "core/safety/UndoJournal.h"
 
 #include "core/base/Json.h"
+#include "core/base/OpenFolder.h"
 #include "core/safety/RunLog.h"
 #include "tests/support/SafetyFixture.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 #include <set>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -114,6 +118,49 @@ TEST_F(UndoJournalTest, setsADamagedFileAsideAndStartsAnew) {
     EXPECT_EQ(journal->getRuns().size(), 1U);
     EXPECT_TRUE(journal->takeNotices().empty());
   }
+}
+
+// Whatever stands in the place of the journal or of a log: nothing waits for it, and nothing is put in its place.
+TEST_F(UndoJournalTest, movesNothingWhileTheJournalCannotBeRead) {
+  using Make = std::function<void(const std::string&)>;
+  const std::vector<std::pair<const char*, Make>> rows{
+      {"a folder", [](const std::string& path) { std::filesystem::create_directory(path); }},
+      {"a pipe", [](const std::string& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }},
+      {"a device", [](const std::string& path) { std::filesystem::create_symlink("/dev/zero", path); }},
+  };
+  const auto item = tree.file("Downloads/a.txt");
+  const Uuid dead = Uuid::random();
+  for (const auto& [name, make] : rows) {
+    SCOPED_TRACE(name);
+    clean({item});
+    const auto run = lastRun;
+    { RunLog log(journalFolder(), dead); }
+    std::filesystem::rename(journalPath(), tree.path("kept"));
+    make(journalPath());
+    reopenJournal();
+    EXPECT_FALSE(journal->isReadable());
+    EXPECT_THAT(journal->takeNotices(), testing::ElementsAre(testing::HasSubstr("cannot be read now")));
+    EXPECT_THROW(journal->restoreRun(run), UndoError);
+    const auto other = tree.file("Downloads/other.txt");
+    EXPECT_THAT(clean({other}).front().error, testing::HasSubstr("Nothing was moved"));
+    journal->record(entryOf(Uuid::random(), 1));
+    EXPECT_TRUE(exists(other));
+    EXPECT_FALSE(std::filesystem::is_regular_file(journalPath()));
+    std::filesystem::remove(journalPath());
+    std::filesystem::rename(tree.path("kept"), journalPath());
+    EXPECT_EQ(journal->restoreRun(run).restoredCount, 1);
+    EXPECT_THAT(filesInState(), testing::Not(testing::Contains(testing::HasSubstr("damaged"))));
+    std::filesystem::remove(tree.path("State/" + RunLog::fileName(dead)));
+  }
+}
+
+TEST_F(UndoJournalTest, passesOverWhatIsNoLog) {
+  const auto path = tree.path("State/" + RunLog::fileName(Uuid::random()));
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo((path + ".new").c_str(), 0600), 0);
+  reopenJournal();
+  EXPECT_THAT(journal->takeNotices(), testing::ElementsAre(testing::HasSubstr("it is no regular file")));
+  EXPECT_TRUE(exists(path));
 }
 
 TEST_F(UndoJournalTest, dropsEntriesUnderNamesThatAreNoIdentifiers) {
