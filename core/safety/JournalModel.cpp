@@ -127,13 +127,15 @@ void JournalModel::merge(const JournalModel& other) {
 }
 
 void JournalModel::recordUnlessSuperseded(const JournalEntry& entry) {
+  // What came back is never away again under the same entry. Clocks can be set back, so they decide only between
+  // equals.
+  const auto order = [](JournalAction action, Date timestamp) {
+    return std::pair(action == JournalAction::restored, timestamp);
+  };
   const auto number = m_entries.find(entry.id);
-  if (number) {
-    const auto present = m_entries.timestampOf(*number);
-    const bool isRestored = m_entries.actionOf(*number) == JournalAction::restored;
-    const bool supersedes =
-        entry.timestamp != present ? entry.timestamp > present : entry.action == JournalAction::restored && !isRestored;
-    if (!supersedes) return;
+  if (number &&
+      order(entry.action, entry.timestamp) <= order(m_entries.actionOf(*number), m_entries.timestampOf(*number))) {
+    return;
   }
   record(entry);
 }

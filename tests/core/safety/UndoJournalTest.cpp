@@ -380,6 +380,28 @@ TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
   EXPECT_EQ(journal->getEntries(lastRun).front().action, JournalAction::restored);
 }
 
+TEST_F(UndoJournalTest, whatCameBackStaysBackWhenTheClockWasSetBack) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto outcome = clean({path}).front();
+  MoveIntent intent;
+  intent.entry = journal->getEntries(lastRun).front();
+  intent.entry.action = JournalAction::restored;
+  intent.entry.timestamp -= ReferenceClock::duration(3600);
+  intent.source = outcome.destination;
+  intent.destination = FileUrl(path);
+  intent.identity = ItemIdentity::of(*readPathStatus(outcome.destination.path()));
+  {
+    RunLog log(journalFolder(), Uuid::random());
+    log.appendIntent(intent);
+    log.sync();
+  }
+  std::filesystem::rename(outcome.destination.path(), path);
+  reopenJournal();
+  EXPECT_EQ(journal->getEntries(lastRun).front().action, JournalAction::restored);
+  reopenJournal();
+  EXPECT_EQ(journal->getEntries(lastRun).front().action, JournalAction::restored);
+}
+
 TEST_F(UndoJournalTest, aLogThatEndsInTheMiddleOfALineIsReadAsFarAsItGoes) {
   MoveIntent intent;
   intent.entry = entryOf(Uuid::random(), 5);
