@@ -38,4 +38,10 @@ std::optional<FileStatus> readPathStatus(const std::string& path) noexcept {
   return readFileStatus(folder.get(), std::string(lastComponent(path)).c_str());
 }
 
+Presence presenceAt(const std::string& path) noexcept {
+  if (readPathStatus(path)) return Presence::there;
+  if (errno != ENOENT && errno != ENOTDIR) return Presence::unreachable;
+  return readPathStatus(std::string(parentPath(path))) ? Presence::nothing : Presence::unreachable;
+}
+
 }  // namespace orvane

@@ -3,6 +3,7 @@
 #include "core/base/FileDescriptor.h"
 #include "core/base/FileStatus.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,5 +18,10 @@ namespace orvane {
 // Status of an absolute path of any length, links followed nowhere but in folders above the item where the path is
 // short. Absent with errno set when it cannot be read.
 [[nodiscard]] std::optional<FileStatus> readPathStatus(const std::string& path) noexcept;
+
+// Whether anything stands at an absolute path. A folder that is gone together with what it held speaks of a volume that
+// is not mounted.
+enum class Presence : std::uint8_t { there, nothing, unreachable };
+[[nodiscard]] Presence presenceAt(const std::string& path) noexcept;
 
 }  // namespace orvane

@@ -22,8 +22,9 @@ class FileMover {
   virtual std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
                                                 const Destination& destination) = 0;
 
-  // Removes what a copy that died left at its partial place. Touches nothing that is not such a place.
-  virtual void discardPartial(const FileUrl& partial) noexcept = 0;
+  // Removes what a copy that died left at its partial place. Touches nothing that is not such a place. False
+  // when the system refuses, so that something may be left.
+  [[nodiscard]] virtual bool discardPartial(const FileUrl& partial) noexcept = 0;
 };
 
 }  // namespace orvane

@@ -30,8 +30,9 @@ class Trash {
   // names another item. The record may come from anyone; it is never followed.
   [[nodiscard]] virtual bool mayHold(const FileUrl& trashed, const FileUrl& original) noexcept = 0;
 
-  // Takes back what was written for an item that did not come: nothing is at `trashed`. Never touches an item.
-  virtual void forget(const FileUrl& trashed) noexcept = 0;
+  // Takes back what was written for an item that did not come: nothing is at `trashed`. Never touches an item. False
+  // when the system refuses, so that something may be left.
+  [[nodiscard]] virtual bool forget(const FileUrl& trashed) noexcept = 0;
 
   // Clears the flag that keeps the owner from moving an item; failures are ignored.
   virtual void clearImmutableFlag(const FileUrl& item) noexcept = 0;

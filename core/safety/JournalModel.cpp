@@ -64,6 +64,16 @@ std::vector<JournalEntry> JournalModel::entries(const Uuid& runId) const {
   return result;
 }
 
+std::unordered_multimap<FileUrl, FileUrl> JournalModel::places() const {
+  std::unordered_multimap<FileUrl, FileUrl> result;
+  for (PackedEntries::Number number = 0; number < m_entries.size(); ++number) {
+    if (m_entries.actionOf(number) == JournalAction::restored) continue;
+    auto entry = m_entries.at(number);
+    result.emplace(std::move(entry.originalURL), std::move(entry.trashedURL));
+  }
+  return result;
+}
+
 const JournalModel::Run* JournalModel::find(const Uuid& runId) const {
   const auto found = m_positions.find(runId);
   return found == m_positions.end() ? nullptr : &m_runs[found->second];

@@ -29,6 +29,9 @@ class JournalModel {
   // Empty when unknown.
   [[nodiscard]] std::vector<JournalEntry> entries(const Uuid& runId) const;
 
+  // Where the items that are not back went, by where they came from.
+  [[nodiscard]] std::unordered_multimap<FileUrl, FileUrl> places() const;
+
   // Adds an entry, or replaces the one with its identifier, and brings its run's figures up to date. A new run comes
   // first in the list.
   void record(const JournalEntry& entry);

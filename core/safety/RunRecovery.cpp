@@ -4,11 +4,10 @@
 #include "core/base/UnicodeText.h"
 #include "core/platform/FileMover.h"
 #include "core/platform/Trash.h"
-#include "core/safety/RunLog.h"
 
 #include <fmt/format.h>
 
-#include <cerrno>
+#include <algorithm>
 
 namespace orvane {
 namespace {
@@ -28,9 +27,7 @@ Finding lookAt(const FileUrl& place, const MoveIntent& intent, bool copied) {
   if (const auto status = readPathStatus(place.path())) {
     return isSameItem(*status, intent, copied) ? Finding::there : Finding::another;
   }
-  if (errno != ENOENT && errno != ENOTDIR) return Finding::unreachable;
-  // A folder that is gone as well speaks of a volume that is not mounted.
-  return readPathStatus(place.deletingLastPathComponent().path()) ? Finding::nothing : Finding::unreachable;
+  return presenceAt(place.path()) == Presence::unreachable ? Finding::unreachable : Finding::nothing;
 }
 
 std::string describe(const MoveIntent& intent, std::string_view what) {
@@ -38,36 +35,88 @@ std::string describe(const MoveIntent& intent, std::string_view what) {
                      escapedForDisplay(intent.destination.path()), what);
 }
 
-}  // namespace
+class Settlement {
+ public:
+  Settlement(const OtherRuns& others, Trash& trash, FileMover& mover)
+      : m_others(others), m_trash(trash), m_mover(mover) {}
 
-SettledRun settleRunLog(std::string_view logText, Trash& trash, FileMover& mover) {
-  SettledRun result;
-  const auto worsen = [&](SettledRun::Log log) { result.log = std::max(result.log, log); };
-  for (const auto& [intent, done] : readRunLog(logText)) {
+  void settle(const LoggedIntent& logged) {
+    const auto& intent = logged.intent;
+    const bool isAnothers = !logged.done && m_others.claims(intent.destination);
     const auto atDestination = lookAt(intent.destination, intent, intent.partial.has_value());
     // What was done and has changed or gone since was moved all the same.
-    if (done || atDestination == Finding::there) {
-      result.entries.push_back(intent.entry);
-      if (intent.entry.action == JournalAction::restored) trash.forget(intent.source);
-      continue;
+    if (logged.done || (atDestination == Finding::there && !isAnothers)) {
+      m_result.entries.push_back(intent.entry);
+      if (intent.entry.action == JournalAction::restored) forgetInTrash(intent.source);
+      return;
     }
     const auto atSource = lookAt(intent.source, intent, false);
-    if (atSource == Finding::there) {
-      const bool recordedInTrash = intent.entry.action == JournalAction::trashed && atDestination == Finding::nothing;
-      if (recordedInTrash && trash.mayHold(intent.destination, intent.source)) trash.forget(intent.destination);
-      if (intent.partial) mover.discardPartial(*intent.partial);
-      continue;
-    }
-    if (atSource == Finding::unreachable || atDestination == Finding::unreachable) {
-      result.notices.push_back(describe(intent, "its folder cannot be looked at now; this is tried again later."));
+    if (atSource == Finding::there || isElsewhere(intent)) {
+      if (!isAnothers) takeBack(intent, atDestination);
+    } else if (atSource == Finding::unreachable || atDestination == Finding::unreachable) {
+      m_result.notices.push_back(describe(intent, "its folder cannot be looked at now; this is tried again later."));
       worsen(SettledRun::Log::pending);
     } else {
-      result.notices.push_back(
+      m_result.notices.push_back(
           describe(intent, "it is in neither place any more, or has changed. Nothing was touched."));
       worsen(SettledRun::Log::unclear);
     }
   }
-  return result;
+
+  [[nodiscard]] SettledRun result() && { return std::move(m_result); }
+
+ private:
+  // Whether another run has taken the item.
+  [[nodiscard]] bool isElsewhere(const MoveIntent& intent) const {
+    return std::ranges::any_of(m_others.placesOf(intent.source),
+                               [&](const FileUrl& place) { return lookAt(place, intent, false) == Finding::there; });
+  }
+
+  // The item never went: nothing of its way may stay.
+  void takeBack(const MoveIntent& intent, Finding atDestination) {
+    const bool hasRecord = intent.entry.action == JournalAction::trashed && atDestination == Finding::nothing;
+    if (hasRecord && m_trash.mayHold(intent.destination, intent.source)) forgetInTrash(intent.destination);
+    if (!intent.partial) return;
+    const auto folder = intent.partial->deletingLastPathComponent();
+    const bool isReachable = presenceAt(folder.path()) != Presence::unreachable;
+    if (!isReachable || !m_mover.discardPartial(*intent.partial)) worsen(SettledRun::Log::pending);
+  }
+
+  void forgetInTrash(const FileUrl& trashed) {
+    // The Trash folder itself stands two levels above its items.
+    const auto trashFolder = trashed.deletingLastPathComponent().deletingLastPathComponent();
+    const bool isReachable = presenceAt(trashFolder.path()) != Presence::unreachable;
+    if (!isReachable || !m_trash.forget(trashed)) worsen(SettledRun::Log::pending);
+  }
+
+  void worsen(SettledRun::Log log) { m_result.log = std::max(m_result.log, log); }
+
+  const OtherRuns& m_others;
+  Trash& m_trash;
+  FileMover& m_mover;
+  SettledRun m_result;
+};
+
+}  // namespace
+
+void OtherRuns::add(std::span<const LoggedIntent> log, State state) {
+  for (const auto& [intent, done] : log) {
+    if (done || state == State::alive) m_claimed.insert(intent.destination);
+    m_places.emplace(intent.source, intent.destination);
+  }
+}
+
+std::vector<FileUrl> OtherRuns::placesOf(const FileUrl& source) const {
+  auto places = m_recorded(source);
+  const auto [first, last] = m_places.equal_range(source);
+  for (auto place = first; place != last; ++place) places.push_back(place->second);
+  return places;
+}
+
+SettledRun settleRunLog(std::span<const LoggedIntent> log, const OtherRuns& others, Trash& trash, FileMover& mover) {
+  Settlement settlement(others, trash, mover);
+  for (const auto& logged : log) settlement.settle(logged);
+  return std::move(settlement).result();
 }
 
 }  // namespace orvane

@@ -2,26 +2,24 @@
 
 #include "core/base/AtomicFile.h"
 #include "core/base/CanonicalPath.h"
-#include "core/base/DirectoryReader.h"
 #include "core/base/FreeName.h"
 #include "core/base/HomeFolder.h"
 #include "core/base/PathText.h"
 #include "core/base/UnicodeText.h"
 #include "core/platform/Trash.h"
+#include "core/safety/FoundLogs.h"
 #include "core/safety/RunLog.h"
 #include "core/safety/RunRecovery.h"
 #include "core/safety/RunRestore.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <iterator>
 #include <system_error>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -29,14 +27,6 @@ namespace orvane {
 namespace {
 
 constexpr std::int64_t smallestCheckpoint = 64 * 1024;
-
-// Never waits for anything else that has the name of a log.
-constexpr int logFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-
-bool isRegular(const FileDescriptor& file) {
-  struct stat status {};
-  return ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
-}
 
 std::string preparedFolder(const FileUrl& storageDirectory) {
   try {
@@ -89,55 +79,39 @@ const std::string& UndoJournal::storageFolder() const noexcept {
 }
 
 void UndoJournal::settleDeadRuns() {
-  std::vector<std::string> logs;
-  auto reader = DirectoryReader::open(AT_FDCWD, m_storageFolder.c_str(), DirectoryReader::Links::follow);
-  while (reader) {
-    const auto entry = reader->next();
-    if (!entry) break;
-    if (RunLog::runOf(entry->name)) logs.emplace_back(entry->name);
-    if (entry->name.ends_with(RunLog::unlockedSuffix)) {
-      // Made by a process that died before its log had a name: nothing had been written to it. One that lives holds it.
-      FileDescriptor file(::openat(reader->descriptor(), entry->nameBytes(), logFlags));
-      if (file && isRegular(file) && FileLock::tryAcquire(file)) {
-        ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);
-      }
+  const auto logs = findLogsToSettle(m_storageFolder, m_notices);
+  std::unordered_multimap<FileUrl, FileUrl> recorded;
+  const auto recordedPlaces = [&](const FileUrl& source) {
+    if (recorded.empty()) recorded = m_model.places();
+    std::vector<FileUrl> places;
+    const auto [first, last] = recorded.equal_range(source);
+    for (auto place = first; place != last; ++place) places.push_back(place->second);
+    return places;
+  };
+  for (const auto& log : logs) {
+    if (!log.lock) continue;
+    OtherRuns others(recordedPlaces);
+    for (const auto& other : logs) {
+      if (&other != &log) others.add(other.intents, other.lock ? OtherRuns::State::dead : OtherRuns::State::alive);
     }
+    settleDeadRun(log, others);
   }
-  std::sort(logs.begin(), logs.end());
-  for (const auto& log : logs) settleDeadRun(log);
 }
 
-void UndoJournal::settleDeadRun(const std::string& logName) {
-  const std::string path = joinPath(m_storageFolder, logName);
-  FileDescriptor file(::open(path.c_str(), logFlags));
-  if (!file || !isRegular(file)) {
-    m_notices.push_back(fmt::format("The log '{}' of an interrupted run cannot be opened: {}.", escapedForDisplay(path),
-                                    file ? "it is no regular file" : errorText(errno)));
-    return;
-  }
-  // Held until the journal has what the log told, so that two starting processes do not both work on it.
-  const auto lock = FileLock::tryAcquire(file);
-  if (!lock) return;
-  struct stat status {};
-  if (::fstat(lock->descriptor(), &status) != 0 || status.st_nlink == 0) return;
-  try {
-    auto settled = settleRunLog(readAll(lock->descriptor()), m_trash, m_mover);
-    std::move(settled.notices.begin(), settled.notices.end(), std::back_inserter(m_notices));
-    // The process may have died after its journal was saved, and the run may have been restored since.
-    m_store.refresh(m_model);
-    for (const auto& entry : settled.entries) m_model.recordUnlessSuperseded(entry);
-    if (!settled.entries.empty() && !m_store.save(m_model)) return;
-    if (settled.log == SettledRun::Log::finished) ::unlink(path.c_str());
-    if (settled.log == SettledRun::Log::unclear) {
-      const auto aside = freeUrl(FileUrl(path + ".unclear"), NumberingStyle::plain);
-      if (std::rename(path.c_str(), aside.path().c_str()) == 0) {
-        m_notices.push_back(
-            fmt::format("What the interrupted run was doing is kept in '{}'.", escapedForDisplay(aside.path())));
-      }
+void UndoJournal::settleDeadRun(const FoundLog& log, const OtherRuns& others) {
+  auto settled = settleRunLog(log.intents, others, m_trash, m_mover);
+  std::move(settled.notices.begin(), settled.notices.end(), std::back_inserter(m_notices));
+  // The process may have died after its journal was saved, and the run may have been restored since.
+  m_store.refresh(m_model);
+  for (const auto& entry : settled.entries) m_model.recordUnlessSuperseded(entry);
+  if (!settled.entries.empty() && !m_store.save(m_model)) return;
+  if (settled.log == SettledRun::Log::finished) ::unlink(log.path.c_str());
+  if (settled.log == SettledRun::Log::unclear) {
+    const auto aside = freeUrl(FileUrl(log.path + ".unclear"), NumberingStyle::plain);
+    if (std::rename(log.path.c_str(), aside.path().c_str()) == 0) {
+      m_notices.push_back(
+          fmt::format("What the interrupted run was doing is kept in '{}'.", escapedForDisplay(aside.path())));
     }
-  } catch (const std::system_error& error) {
-    m_notices.push_back(fmt::format("The log '{}' of an interrupted run cannot be read: {}.", escapedForDisplay(path),
-                                    error.code().message()));
   }
 }
 

@@ -20,9 +20,11 @@
 namespace orvane {
 
 class FileMover;
+class OtherRuns;
 class PathValidator;
 class RunLog;
 class Trash;
+struct FoundLog;
 
 // The record of every move, by run, in one file that several processes share. What another process recorded shows at
 // the next call.
@@ -82,7 +84,7 @@ class UndoJournal {
   // Throws UndoError when there is nothing of the run.
   [[nodiscard]] std::vector<JournalEntry> requireEntries(const Uuid& runId);
   void settleDeadRuns();
-  void settleDeadRun(const std::string& logName);
+  void settleDeadRun(const FoundLog& log, const OtherRuns& others);
 
   Trash& m_trash;
   FileMover& m_mover;

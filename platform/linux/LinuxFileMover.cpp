@@ -7,6 +7,9 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <system_error>
+
 namespace orvane {
 namespace {
 constexpr std::string_view partialPrefix = ".orvane-";
@@ -50,14 +53,17 @@ std::unique_ptr<PendingMove> LinuxFileMover::planMove(const FileUrl& item, const
   return std::make_unique<LinuxMove>(item, std::move(open), place, m_destinations.open(folder, folder));
 }
 
-void LinuxFileMover::discardPartial(const FileUrl& partial) noexcept {
+bool LinuxFileMover::discardPartial(const FileUrl& partial) noexcept {
   const auto name = partial.lastPathComponent();
-  if (!name.starts_with(partialPrefix) || !name.ends_with(partialSuffix)) return;
+  if (!name.starts_with(partialPrefix) || !name.ends_with(partialSuffix)) return true;
   try {
     const auto folder = openFolder(parentPath(partial.path()), parentPath(partial.path()));
     removeCopy(folder->get(), std::string(name));
+    return !readFileStatus(folder->get(), std::string(name).c_str()) && errno == ENOENT;
+  } catch (const std::system_error& error) {
+    return error.code() == std::errc::no_such_file_or_directory;
   } catch (const std::exception&) {
-    // Its volume is not there; the copy is hidden and harmless.
+    return false;
   }
 }
 

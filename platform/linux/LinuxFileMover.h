@@ -29,7 +29,7 @@ class LinuxFileMover : public FileMover {
  public:
   std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
                                         const Destination& destination) override;
-  void discardPartial(const FileUrl& partial) noexcept override;
+  [[nodiscard]] bool discardPartial(const FileUrl& partial) noexcept override;
 
  private:
   SharedFolder m_sources;

@@ -218,11 +218,13 @@ bool LinuxTrash::mayHold(const FileUrl& trashed, const FileUrl& original) noexce
   }
 }
 
-void LinuxTrash::forget(const FileUrl& trashed) noexcept {
+bool LinuxTrash::forget(const FileUrl& trashed) noexcept {
   try {
-    if (const auto folder = folderOf(trashed)) folder->removeRecord(std::string(trashed.lastPathComponent()));
+    const auto folder = folderOf(trashed);
+    return !folder || folder->removeRecord(std::string(trashed.lastPathComponent()));
   } catch (const std::exception&) {
     // The record stays: a desktop shows an entry without an item.
+    return false;
   }
 }
 

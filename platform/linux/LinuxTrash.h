@@ -27,7 +27,7 @@ class LinuxTrash : public Trash {
   [[nodiscard]] bool holds(const FileUrl& item) const override;
   std::unique_ptr<PendingMove> planTakeOut(const FileUrl& trashed, const FileUrl& destination) override;
   [[nodiscard]] bool mayHold(const FileUrl& trashed, const FileUrl& original) noexcept override;
-  void forget(const FileUrl& trashed) noexcept override;
+  [[nodiscard]] bool forget(const FileUrl& trashed) noexcept override;
   void clearImmutableFlag(const FileUrl& item) noexcept override;
 
  private:

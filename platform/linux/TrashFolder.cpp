@@ -174,9 +174,10 @@ void TrashFolder::forgetFolderSize(const std::string& name) const noexcept {
   }
 }
 
-void TrashFolder::removeRecord(const std::string& name) const noexcept {
-  if (readFileStatus(m_files->get(), name.c_str()) || errno != ENOENT) return;
-  ::unlinkat(m_info->get(), recordName(name).c_str(), 0);
+bool TrashFolder::removeRecord(const std::string& name) const noexcept {
+  if (readFileStatus(m_files->get(), name.c_str())) return true;
+  if (errno != ENOENT) return false;
+  return ::unlinkat(m_info->get(), recordName(name).c_str(), 0) == 0 || errno == ENOENT;
 }
 
 }  // namespace orvane

@@ -44,8 +44,8 @@ class TrashFolder {
   [[nodiscard]] std::uint64_t noteRecordWritten();
   void makeRecordDurable(std::uint64_t ticket, int record);
 
-  // Removes the record of an item that is not there (any more).
-  void removeRecord(const std::string& name) const noexcept;
+  // Removes the record of an item that is not there (any more); false when it may still be there without an item.
+  bool removeRecord(const std::string& name) const noexcept;
 
   [[nodiscard]] static std::string recordName(std::string_view itemName);
 

@@ -33,6 +33,17 @@ class UndoJournalTest : public test::SafetyFixture {
     return entry;
   }
 
+  static MoveIntent intentFor(const std::string& path, const FileUrl& destination) {
+    MoveIntent intent;
+    intent.entry = entryOf(Uuid::random(), 5);
+    intent.entry.originalURL = FileUrl(path);
+    intent.entry.trashedURL = destination;
+    intent.source = FileUrl(path);
+    intent.destination = destination;
+    intent.identity = ItemIdentity::of(*readPathStatus(path));
+    return intent;
+  }
+
   [[nodiscard]] std::vector<std::string> filesInState() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(journalFolder())) {
@@ -360,6 +371,79 @@ TEST_F(UndoJournalTest, settlesWhatADeadRunLeftBehind) {
   EXPECT_TRUE(journal->takeNotices().empty());
   EXPECT_EQ(journal->restoreRun(runId).restoredCount, 1);
   EXPECT_EQ(contentOf(moved), "moved");
+}
+
+// A run that died before it moved its item, whose record in the Trash is written already.
+TEST_F(UndoJournalTest, keepsTheLogOfADeadRunUntilEverythingIsTakenBack) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto record = tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
+  tree.folder(".local/share/Trash/files");
+  const auto partial = tree.file("Volume/Sorted/.orvane-1.partial");
+  auto intent = intentFor(path, FileUrl(trashPath() + "/files/a.txt"));
+  auto copy = intentFor(path, tree.url("Volume/Sorted/a.txt"));
+  copy.partial = FileUrl(partial);
+  copy.entry.action = JournalAction::moved;
+  const Uuid runId = Uuid::random();
+  {
+    RunLog log(journalFolder(), runId);
+    log.appendIntent(intent);
+    log.appendIntent(copy);
+    log.sync();
+  }
+  // A folder where the record should be: it can be no more removed than on a disk that fails.
+  std::filesystem::remove(record);
+  tree.folder(".local/share/Trash/info/a.txt.trashinfo");
+  std::filesystem::rename(tree.path("Volume"), tree.path("Unplugged"));
+  reopenJournal();
+  EXPECT_TRUE(exists(tree.path("State/" + RunLog::fileName(runId))));
+  std::filesystem::rename(tree.path("Unplugged"), tree.path("Volume"));
+  reopenJournal();
+  EXPECT_FALSE(exists(partial));
+  EXPECT_TRUE(exists(tree.path("State/" + RunLog::fileName(runId))));
+  std::filesystem::remove(record);
+  tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
+  reopenJournal();
+  EXPECT_FALSE(exists(record));
+  EXPECT_FALSE(exists(tree.path("State/" + RunLog::fileName(runId))));
+}
+
+TEST_F(UndoJournalTest, settlesADeadRunWhoseItemALivingOneHas) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto record = tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
+  tree.folder(".local/share/Trash/files");
+  const Uuid dead = Uuid::random();
+  {
+    RunLog log(journalFolder(), dead);
+    log.appendIntent(intentFor(path, FileUrl(trashPath() + "/files/a.txt")));
+    log.sync();
+  }
+  const FileUrl taken(trashPath() + "/files/a.2.txt");
+  RunLog living(journalFolder(), Uuid::random());
+  living.appendIntent(intentFor(path, taken));
+  living.sync();
+  std::filesystem::rename(path, taken.path());
+  reopenJournal();
+  EXPECT_FALSE(exists(record));
+  EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
+  EXPECT_THAT(filesInState(), testing::Not(testing::Contains(testing::HasSubstr(dead.toString()))));
+}
+
+TEST_F(UndoJournalTest, leavesALivingRunTheRecordOfADeadOnesItem) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto record = tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
+  tree.folder(".local/share/Trash/files");
+  const FileUrl destination(trashPath() + "/files/a.txt");
+  {
+    RunLog log(journalFolder(), Uuid::random());
+    log.appendIntent(intentFor(path, destination));
+    log.sync();
+  }
+  RunLog living(journalFolder(), Uuid::random());
+  living.appendIntent(intentFor(path, destination));
+  living.sync();
+  reopenJournal();
+  EXPECT_TRUE(exists(record));
+  EXPECT_TRUE(journal->getRuns().empty());
 }
 
 TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
