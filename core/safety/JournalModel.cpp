@@ -3,7 +3,8 @@
 #include "core/base/CheckedArithmetic.h"
 
 #include <algorithm>
-#include <cstring>
+#include <array>
+#include <unordered_set>
 #include <utility>
 
 namespace orvane {
@@ -62,6 +63,35 @@ std::vector<JournalEntry> JournalModel::entries(const Uuid& runId) const {
     for (const auto number : known->entries) result.push_back(m_entries.at(number));
   }
   return result;
+}
+
+std::int64_t JournalModel::remainingCount(const Uuid& runId) const {
+  const auto* known = find(runId);
+  if (known == nullptr) return 0;
+  std::array<std::int64_t, 3> counts{};
+  for (const auto number : known->entries) ++counts[static_cast<std::size_t>(m_entries.actionOf(number))];
+  const auto [trashed, restored, moved] = counts;
+  // Only where copies stayed while originals came back do the entries have to be looked at.
+  if (moved > 0 && restored > 0) return static_cast<std::int64_t>(remainingEntries(runId).size());
+  return trashed + moved;
+}
+
+std::vector<JournalEntry> JournalModel::remainingEntries(const Uuid& runId) const {
+  auto result = entries(runId);
+  std::unordered_set<FileUrl> restored;
+  for (const auto& entry : result) {
+    if (entry.action == JournalAction::restored) restored.insert(entry.originalURL);
+  }
+  std::erase_if(result, [&](const JournalEntry& entry) {
+    return entry.action == JournalAction::restored ||
+           (entry.action == JournalAction::moved && restored.contains(entry.originalURL));
+  });
+  return result;
+}
+
+bool JournalModel::isRestored(const Uuid& runId) const {
+  const auto* known = find(runId);
+  return known != nullptr && known->summary.isRestored;
 }
 
 std::unordered_multimap<FileUrl, FileUrl> JournalModel::places() const {

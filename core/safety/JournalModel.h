@@ -29,6 +29,11 @@ class JournalModel {
   // Empty when unknown.
   [[nodiscard]] std::vector<JournalEntry> entries(const Uuid& runId) const;
 
+  // How many entries of a run have something to bring back: a copy on another volume has not once its original is back.
+  [[nodiscard]] std::int64_t remainingCount(const Uuid& runId) const;
+  // Those entries.
+  [[nodiscard]] std::vector<JournalEntry> remainingEntries(const Uuid& runId) const;
+  [[nodiscard]] bool isRestored(const Uuid& runId) const;
   // Where the items that are not back went, by where they came from.
   [[nodiscard]] std::unordered_multimap<FileUrl, FileUrl> places() const;
 

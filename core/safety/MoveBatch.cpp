@@ -109,8 +109,8 @@ class Batch {
 
   void logIntent(BatchItem& item) {
     if (item.entry.action != JournalAction::restored) item.entry.trashedURL = item.move->destination();
-    m_log.appendIntent(
-        {item.entry, item.move->source(), item.move->destination(), item.move->identity(), item.move->partial()});
+    m_log.appendIntent({item.entry, item.move->source(), item.move->destination(), item.move->identity(),
+                        item.move->partial(), item.settles});
   }
 
   std::span<BatchItem> m_items;

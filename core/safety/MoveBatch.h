@@ -26,6 +26,8 @@ struct BatchItem {
   State state = State::planned;
   std::string error;                // when failed
   std::function<void()> lastCheck;  // right before the move; what it throws leaves the item where it is
+  // The state that another entry has once the item has moved.
+  std::optional<JournalEntry> settles = std::nullopt;
 };
 
 // Most items that one batch takes: it holds up to two descriptors for each.

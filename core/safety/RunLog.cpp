@@ -13,6 +13,7 @@
 #include <iterator>
 #include <system_error>
 #include <unordered_map>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -41,10 +42,18 @@ MoveIntent intentFromJson(const Json& json) {
   intent.destination = urlAt(json, "destination");
   intent.identity = identityFromJson(requiredKey(json, "identity"));
   if (optionalKey(json, "partial") != nullptr) intent.partial = urlAt(json, "partial");
+  if (const auto* settles = optionalKey(json, "settles")) intent.settles = JournalEntry::fromJson(*settles);
   return intent;
 }
 
 }  // namespace
+
+ItemRecord MoveIntent::record() const {
+  ItemRecord result{entry.id, identity, std::nullopt};
+  if (partial) result.identity.inode = 0;
+  if (source != entry.originalURL) result.source = source;
+  return result;
+}
 
 RunLog::RunLog(const std::string& folder, const Uuid& runId) : m_path(joinPath(folder, fileName(runId))) {
   constexpr int mostAttempts = 16;
@@ -83,7 +92,16 @@ void RunLog::appendIntent(const MoveIntent& intent) {
                  R"(","identity":{{"device":{},"inode":{},"size":{},"modified":[{},{}]}})", identity.device,
                  identity.inode, identity.size, identity.modified.seconds, identity.modified.nanoseconds);
   if (intent.partial) m_unwritten += fmt::format(R"(,"partial":"{}")", intent.partial->absoluteString());
+  if (intent.settles) {
+    m_unwritten += R"(,"settles":)";
+    intent.settles->appendJsonText(m_unwritten);
+  }
   m_unwritten += "}\n";
+  if (intent.entry.action != JournalAction::restored) m_records.push_back(intent.record());
+}
+
+std::vector<ItemRecord> RunLog::takeRecords() {
+  return std::exchange(m_records, {});
 }
 
 void RunLog::appendDone(std::span<const Uuid> entryIds) {

@@ -4,6 +4,7 @@
 #include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
+#include "core/safety/ItemRecords.h"
 #include "core/safety/JournalEntry.h"
 
 #include <memory>
@@ -24,6 +25,11 @@ struct MoveIntent {
   // Where the item's copy grows when it goes to another volume: what arrives has another identity, but this size and
   // modification time. Absent for a plain move.
   std::optional<FileUrl> partial;
+  // The state that another entry has once the item is at `destination`.
+  std::optional<JournalEntry> settles;
+
+  // What the journal keeps of the item beside the entry.
+  [[nodiscard]] ItemRecord record() const;
 };
 
 // The log of one run beside the journal: one JSON object a line, appended and made durable before and after items move,
@@ -41,6 +47,9 @@ class RunLog {
   void appendDone(std::span<const Uuid> entryIds);
   // Writes what was appended and makes it durable. Throws SyncError; nothing may move after that.
   void sync();
+
+  // What is to be kept beside the journal of the items whose intents were appended since the last call.
+  [[nodiscard]] std::vector<ItemRecord> takeRecords();
 
   [[nodiscard]] std::int64_t size() const noexcept { return m_size; }
   // The journal file holds everything that the log holds. A failure only means that the log is read once more.
@@ -60,6 +69,7 @@ class RunLog {
   std::optional<FileLock> m_lock;
   std::string m_unwritten;
   std::int64_t m_size = 0;
+  std::vector<ItemRecord> m_records;
 };
 
 // A log as it was found: the intents in order, the last of each entry, with whether each is known to be done. A last

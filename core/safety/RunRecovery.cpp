@@ -47,7 +47,12 @@ class Settlement {
     // What was done and has changed or gone since was moved all the same.
     if (logged.done || (atDestination == Finding::there && !isAnothers)) {
       m_result.entries.push_back(intent.entry);
-      if (intent.entry.action == JournalAction::restored) forgetInTrash(intent.source);
+      if (intent.settles) m_result.entries.push_back(*intent.settles);
+      if (intent.entry.action == JournalAction::restored) {
+        forgetInTrash(intent.source);
+      } else {
+        m_result.records.push_back(intent.record());
+      }
       return;
     }
     const auto atSource = lookAt(intent.source, intent, false);

@@ -19,6 +19,7 @@ class Trash;
 // What a log comes to, after looking where each item is now.
 struct SettledRun {
   std::vector<JournalEntry> entries;  // of the items that are at their destination
+  std::vector<ItemRecord> records;    // of those that moved away
   std::vector<std::string> notices;   // what could not be told, one line each
   // How the log goes on from here.
   enum class Log {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/safety/ItemRecords.h"
 #include "core/safety/JournalEntry.h"
 #include "core/safety/MoveBatch.h"
 
@@ -19,18 +20,20 @@ class Trash;
 
 struct RestoreResult {
   std::int64_t restoredCount = 0;
-  std::vector<std::string> warnings;  // one for each item that did not come back, in the order of the entries
+  std::vector<std::string> warnings;  // one for each item that did not come back
 };
 
 // Brings the items of one run back, group by group.
 class RunRestore {
  public:
-  enum class Before : std::uint8_t { notRestored, restored };
-  // `entries` is the whole run. `before` tells whether it was restored already: whatever did not come back then is
-  // gone.
+  using Records = std::unordered_map<Uuid, ItemRecord>;
+  // `entries` is the whole run; `records` tells of those of its entries that have one.
   RunRestore(Trash& trash, FileMover& mover, const PathValidator& validator, std::span<const JournalEntry> entries,
-             Before before);
+             Records records);
 
+  // Whether the entry tells of a copy on another volume whose original went to the Trash. Such entries are restored in
+  // a group after that of their originals: a copy is set aside only when its original is back.
+  [[nodiscard]] bool isCopy(const JournalEntry& entry) const;
   // Restores a group of at most maximumBatchSize entries. False when the disk refused to make it durable; nothing more
   // may be restored under this log then.
   [[nodiscard]] bool carryOut(std::span<const JournalEntry> entries, RunLog& log, std::stop_token stop);
@@ -41,19 +44,28 @@ class RunRestore {
   [[nodiscard]] RestoreResult failAll(std::span<const JournalEntry> entries, const std::string& reason) const;
 
  private:
+  // Of an item that was copied to another volume.
+  struct Original {
+    JournalEntry entry;
+    bool isBack = false;
+  };
   struct Attempt;
   Attempt plan(const JournalEntry& entry, std::vector<FileUrl>& promised);
   Attempt planReturn(const JournalEntry& entry, std::vector<FileUrl>& promised);
   Attempt planSettingAside(const JournalEntry& entry);
-  void noteMoved(const JournalEntry& entry, JournalEntry recorded);
+  [[nodiscard]] FileUrl placeOf(const JournalEntry& entry) const;
+  [[nodiscard]] FileUrl wantedPlace(const JournalEntry& entry, const FileUrl& place) const;
+  [[nodiscard]] bool canStillCome(const Original& original) const;
+  void requireAllowed(const FileUrl& place) const;
+  [[nodiscard]] bool isThere(const JournalEntry& entry) const;
+  void noteMoved(const JournalEntry& entry, BatchItem& item);
 
   Trash& m_trash;
   FileMover& m_mover;
   const PathValidator& m_validator;
-  Before m_before;
-  // Items that went to another volume: they were copied there, and the original went to the Trash. Where each original
-  // came from, with its place in the Trash.
-  std::unordered_map<FileUrl, FileUrl> m_originals;
+  Records m_records;
+  // By where they came from.
+  std::unordered_map<FileUrl, Original> m_originals;
   // Run of the copies that are set aside when their originals come back.
   Uuid m_asideRun = Uuid::random();
   RestoreResult m_result;

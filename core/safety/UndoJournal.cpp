@@ -4,6 +4,7 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/FreeName.h"
 #include "core/base/HomeFolder.h"
+#include "core/base/OpenFolder.h"
 #include "core/base/PathText.h"
 #include "core/base/UnicodeText.h"
 #include "core/platform/Trash.h"
@@ -20,7 +21,6 @@
 #include <iterator>
 #include <system_error>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 namespace orvane {
@@ -43,18 +43,6 @@ bool isOtherHalf(const JournalEntry& entry, const JournalEntry& half) {
          entry.action != JournalAction::restored && half.action != JournalAction::restored;
 }
 
-// A copy on another volume has nothing to bring back once its original is back.
-bool isAllRestored(std::span<const JournalEntry> entries) {
-  std::unordered_set<FileUrl> restored;
-  for (const auto& entry : entries) {
-    if (entry.action == JournalAction::restored) restored.insert(entry.originalURL);
-  }
-  return std::ranges::all_of(entries, [&](const JournalEntry& entry) {
-    return entry.action == JournalAction::restored ||
-           (entry.action == JournalAction::moved && restored.contains(entry.originalURL));
-  });
-}
-
 }  // namespace
 
 UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& validator, FileUrl storageDirectory)
@@ -62,7 +50,8 @@ UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& va
       m_mover(mover),
       m_validator(validator),
       m_storageFolder(preparedFolder(storageDirectory)),
-      m_store(m_storageFolder) {
+      m_store(m_storageFolder),
+      m_records(m_storageFolder) {
   m_store.refresh(m_model);
   // What a log tells can only be recorded in a journal that was read.
   if (!m_store.problem()) settleDeadRuns();
@@ -104,7 +93,9 @@ void UndoJournal::settleDeadRun(const FoundLog& log, const OtherRuns& others) {
   // The process may have died after its journal was saved, and the run may have been restored since.
   m_store.refresh(m_model);
   for (const auto& entry : settled.entries) m_model.recordUnlessSuperseded(entry);
-  if (!settled.entries.empty() && !m_store.save(m_model)) return;
+  // While the log stays it keeps the records too.
+  if (settled.log != SettledRun::Log::pending) m_unsavedRecords = std::move(settled.records);
+  if (!settled.entries.empty() && !save()) return;
   if (settled.log == SettledRun::Log::finished) ::unlink(log.path.c_str());
   if (settled.log == SettledRun::Log::unclear) {
     const auto aside = freeUrl(FileUrl(log.path + ".unclear"), NumberingStyle::plain);
@@ -113,6 +104,18 @@ void UndoJournal::settleDeadRun(const FoundLog& log, const OtherRuns& others) {
           fmt::format("What the interrupted run was doing is kept in '{}'.", escapedForDisplay(aside.path())));
     }
   }
+}
+
+bool UndoJournal::save() {
+  try {
+    m_records.append(m_unsavedRecords);
+    m_unsavedRecords.clear();
+  } catch (const std::system_error& error) {
+    m_notices.push_back(fmt::format("What the undo journal in '{}' knows of its items cannot be saved: {}.",
+                                    escapedForDisplay(m_storageFolder), error.code().message()));
+    return false;
+  }
+  return m_store.save(m_model);
 }
 
 void UndoJournal::record(const JournalEntry& entry) {
@@ -132,6 +135,16 @@ std::vector<JournalEntry> UndoJournal::getEntries(const Uuid& runId) {
   const std::lock_guard lock(m_mutex);
   m_store.refresh(m_model);
   return m_model.entries(runId);
+}
+
+std::int64_t UndoJournal::remainingCount(const Uuid& runId) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  const auto count = m_model.remainingCount(runId);
+  if (count == 0 || !m_model.isRestored(runId)) return count;
+  return std::ranges::count_if(m_model.remainingEntries(runId), [](const JournalEntry& entry) {
+    return presenceAt(entry.trashedURL.path()) != Presence::nothing;
+  });
 }
 
 bool UndoJournal::isReadable() {
@@ -161,9 +174,10 @@ std::unique_ptr<RunLog> UndoJournal::beginRun(const Uuid& runId) {
 void UndoJournal::recordLogged(std::span<const JournalEntry> entries, RunLog& log, Checkpoint checkpoint) {
   const std::lock_guard lock(m_mutex);
   for (const auto& entry : entries) m_model.record(entry);
+  std::ranges::move(log.takeRecords(), std::back_inserter(m_unsavedRecords));
   const bool due = log.size() > std::max(smallestCheckpoint, m_store.fileSize() / 4);
   if (checkpoint == Checkpoint::whenDue && !due) return;
-  if (!m_store.save(m_model)) return;
+  if (!save()) return;
   if (checkpoint == Checkpoint::atEnd) {
     log.remove();
   } else {
@@ -211,32 +225,38 @@ RestoreResult UndoJournal::restoreEntry(const Uuid& runId, const Uuid& entryId) 
 RestoreResult UndoJournal::restoreEntries(const Uuid& runId, std::span<const JournalEntry> run,
                                           std::span<const JournalEntry> chosen, const Progress& progress,
                                           const std::stop_token& stop) {
-  const auto runs = getRuns();
-  const bool wasRestored = std::any_of(runs.begin(), runs.end(), [&](const CleanupRunSummary& known) {
-    return known.runId == runId && known.isRestored;
-  });
-  RunRestore restore(m_trash, m_mover, m_validator, run,
-                     wasRestored ? RunRestore::Before::restored : RunRestore::Before::notRestored);
+  std::vector<Uuid> ids;
+  std::ranges::transform(chosen, std::back_inserter(ids), &JournalEntry::id);
+  RunRestore::Records records;
   std::unique_ptr<RunLog> log;
+  std::string reason;
   try {
+    records = m_records.find(ids);
     // Not the run's own identifier: another process may be restoring the same run.
     log = beginRun(Uuid::random());
   } catch (const std::system_error& error) {
-    return restore.failAll(chosen, fmt::format("the undo journal cannot be written: {}", error.code().message()));
+    reason = error.code().message();
   }
-  for (std::size_t start = 0; start < chosen.size() && !stop.stop_requested(); start += maximumBatchSize) {
-    const auto group = chosen.subspan(start, std::min(maximumBatchSize, chosen.size() - start));
-    const bool durable = restore.carryOut(group, *log, stop);
+  RunRestore restore(m_trash, m_mover, m_validator, run, std::move(records));
+  if (!log) return restore.failAll(chosen, fmt::format("the undo journal cannot be written: {}", reason));
+  std::vector<JournalEntry> ordered(chosen.begin(), chosen.end());
+  const auto copies = static_cast<std::size_t>(
+      std::stable_partition(ordered.begin(), ordered.end(), [&](const auto& entry) { return !restore.isCopy(entry); }) -
+      ordered.begin());
+  for (std::size_t start = 0; start < ordered.size() && !stop.stop_requested();) {
+    const auto end = std::min(start + maximumBatchSize, start < copies ? copies : ordered.size());
+    const bool durable = restore.carryOut(std::span(ordered).subspan(start, end - start), *log, stop);
     if (!durable) {
       recordUnsettled(restore.takeRestored());
       return restore.result();
     }
     recordLogged(restore.takeRestored(), *log, Checkpoint::whenDue);
-    if (progress) progress(start + group.size(), chosen.size());
+    start = end;
+    if (progress) progress(start, ordered.size());
   }
   {
     const std::lock_guard lock(m_mutex);
-    const bool isWhole = chosen.size() == run.size() || isAllRestored(m_model.entries(runId));
+    const bool isWhole = chosen.size() == run.size() || m_model.remainingCount(runId) == 0;
     if (!stop.stop_requested() && isWhole) m_model.markRestored(runId);
   }
   recordLogged({}, *log, Checkpoint::atEnd);

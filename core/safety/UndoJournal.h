@@ -2,6 +2,7 @@
 
 #include "core/base/FileUrl.h"
 #include "core/base/Uuid.h"
+#include "core/safety/ItemRecords.h"
 #include "core/safety/JournalEntry.h"
 #include "core/safety/JournalModel.h"
 #include "core/safety/JournalStore.h"
@@ -48,6 +49,10 @@ class UndoJournal {
   // In recording order; empty when unknown.
   [[nodiscard]] std::vector<JournalEntry> getEntries(const Uuid& runId);
 
+  // How many entries of a run have something to bring back. Of a run that was restored as far as it went, what is gone
+  // for good does not count; what lies on a volume that is not there does.
+  [[nodiscard]] std::int64_t remainingCount(const Uuid& runId);
+
   // Brings every item of a run back to where it was, under a new name where that place is taken. An item that cannot
   // come back becomes a warning. Throws UndoError when the run is unknown or the journal cannot be read.
   RestoreResult restoreRun(const Uuid& runId, const Progress& progress = {}, std::stop_token stop = {});
@@ -83,6 +88,8 @@ class UndoJournal {
                                const std::stop_token& stop);
   // Throws UndoError when there is nothing of the run.
   [[nodiscard]] std::vector<JournalEntry> requireEntries(const Uuid& runId);
+  // Records of items first, then the journal: an entry is never there without the record that it could have.
+  bool save();
   void settleDeadRuns();
   void settleDeadRun(const FoundLog& log, const OtherRuns& others);
 
@@ -94,6 +101,8 @@ class UndoJournal {
   std::string m_storageFolder;
   JournalStore m_store;
   JournalModel m_model;
+  ItemRecords m_records;
+  std::vector<ItemRecord> m_unsavedRecords;
   std::vector<std::string> m_notices;
 };
 

@@ -1,6 +1,8 @@
 // The Trash and the mover on real mounts. The whole program lives in a mount namespace of its own.
 
+#include "core/base/OpenFolder.h"
 #include "core/organizer/FolderOrganizerEngine.h"
+#include "core/safety/RunLog.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"
 
@@ -212,6 +214,74 @@ TEST_F(MountTest, eitherHalfOfAMoveToAnotherVolumeBringsBothBack) {
     EXPECT_FALSE(exists(volume + "/Sorted/report.txt"));
     const auto runs = journal->getRuns();
     EXPECT_TRUE(std::ranges::any_of(runs, [&](const auto& run) { return run.runId == lastRun && run.isRestored; }));
+  }
+}
+
+TEST_F(MountTest, aCopyStaysUntilItsOriginalIsBack) {
+  const auto source = tree.file("Downloads/folder/report.txt", "words");
+  ASSERT_EQ(moveOne(source, volume + "/Sorted").result, MoveResult::moved);
+  const auto copy = volume + "/Sorted/report.txt";
+  // Nothing can come back to a folder that is none any more.
+  fs::remove(tree.path("Downloads/folder"));
+  tree.file("Downloads/folder", "in the way");
+  const auto failed = journal->restoreRun(lastRun);
+  EXPECT_EQ(failed.restoredCount, 0);
+  EXPECT_EQ(failed.warnings.size(), 1U);
+  EXPECT_EQ(contentOf(copy), "words");
+  EXPECT_EQ(journal->remainingCount(lastRun), 2);
+  fs::remove(tree.path("Downloads/folder"));
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(contentOf(source), "words");
+  EXPECT_FALSE(exists(copy));
+  EXPECT_EQ(journal->remainingCount(lastRun), 0);
+}
+
+// A restore that was killed with the original back, before and after its copy was set aside.
+TEST_F(MountTest, aRestoreOfCopiesThatWasKilledIsFinishedWithoutTwins) {
+  for (const bool wasSetAside : {false, true}) {
+    SCOPED_TRACE(wasSetAside);
+    const auto source = tree.file("Downloads/report.txt", "words");
+    ASSERT_EQ(moveOne(source, volume + "/Sorted").result, MoveResult::moved);
+    const auto entries = journal->getEntries(lastRun);
+    ASSERT_EQ(entries.size(), 2U);
+    const auto intentOf = [](JournalEntry entry, const FileUrl& from, const FileUrl& to) {
+      MoveIntent intent;
+      intent.entry = std::move(entry);
+      intent.source = from;
+      intent.destination = to;
+      intent.identity = ItemIdentity::of(*readPathStatus(from.path()));
+      return intent;
+    };
+    auto back = intentOf(entries[1], entries[1].trashedURL, entries[1].originalURL);
+    back.entry.action = JournalAction::restored;
+    const FileUrl asidePlace(volume + "/.Trash-" + user() + "/files/report.txt");
+    auto aside = intentOf({}, entries[0].trashedURL, asidePlace);
+    aside.entry.runId = Uuid::random();
+    aside.entry.originalURL = entries[0].trashedURL;
+    aside.entry.trashedURL = asidePlace;
+    aside.settles = entries[0];
+    aside.settles->action = JournalAction::restored;
+    {
+      RunLog log(journalFolder(), Uuid::random());
+      log.appendIntent(back);
+      log.appendIntent(aside);
+      log.sync();
+    }
+    fs::rename(back.source.path(), back.destination.path());
+    fs::create_directories(asidePlace.deletingLastPathComponent().path());
+    if (wasSetAside) fs::rename(aside.source.path(), asidePlace.path());
+    reopenJournal();
+    EXPECT_EQ(journal->remainingCount(lastRun), 0);
+    const auto result = journal->restoreRun(lastRun);
+    EXPECT_THAT(result.warnings, testing::IsEmpty());
+    EXPECT_EQ(result.restoredCount, 0);
+    EXPECT_EQ(contentOf(source), "words");
+    EXPECT_FALSE(exists(tree.path("Downloads/report (restored 1).txt")));
+    EXPECT_FALSE(exists(entries[0].trashedURL.path()));
+    EXPECT_EQ(contentOf(asidePlace.path()), "words");
+    for (const auto& entry : journal->getEntries(lastRun)) EXPECT_EQ(entry.action, JournalAction::restored);
+    fs::remove(source);
+    mountTmpfs("size=64m,mode=755");
   }
 }
 

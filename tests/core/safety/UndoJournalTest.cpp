@@ -222,8 +222,105 @@ TEST_F(UndoJournalTest, whatIsGoneBecomesAWarning) {
 
   result = journal->restoreRun(lastRun);
   EXPECT_EQ(result.restoredCount, 0);
-  EXPECT_EQ(result.warnings.size(), 2U);
+  EXPECT_EQ(result.warnings.size(), 1U);
   EXPECT_EQ(contentOf(stays), "content");
+}
+
+TEST_F(UndoJournalTest, countsWhatIsLeftToBringBack) {
+  const auto back = tree.file("Downloads/back.txt");
+  const auto away = tree.file("Downloads/away.txt");
+  const auto outcomes = clean({back, away});
+  EXPECT_EQ(journal->remainingCount(lastRun), 2);
+  EXPECT_EQ(journal->remainingCount(Uuid::random()), 0);
+  // As on a volume that is not mounted.
+  std::filesystem::rename(trashPath(), tree.path("Unplugged"));
+  EXPECT_EQ(journal->restoreRun(lastRun).warnings.size(), 2U);
+  EXPECT_TRUE(journal->getRuns().front().isRestored);
+  EXPECT_EQ(journal->remainingCount(lastRun), 2);
+  std::filesystem::rename(tree.path("Unplugged"), trashPath());
+  ASSERT_EQ(::unlink(outcomes[1].destination.path().c_str()), 0);
+  EXPECT_EQ(journal->remainingCount(lastRun), 1);
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(journal->remainingCount(lastRun), 0);
+}
+
+TEST_F(UndoJournalTest, aRunThatIsWholeAgainIsRestoredInSilence) {
+  clean({tree.file("Downloads/a.txt")});
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  const auto again = journal->restoreRun(lastRun);
+  EXPECT_EQ(again.restoredCount, 0);
+  EXPECT_THAT(again.warnings, testing::IsEmpty());
+}
+
+TEST_F(UndoJournalTest, anItemThatTookTheNameInTheTrashStaysThere) {
+  const auto path = tree.file("Downloads/a.txt", "first");
+  const auto trashed = clean({path}).front().destination;
+  const auto run = lastRun;
+  ASSERT_EQ(::unlink(trashed.path().c_str()), 0);
+  ASSERT_EQ(::unlink(recordOf(trashed).c_str()), 0);
+  tree.file("Downloads/a.txt", "second");
+  ASSERT_EQ(clean({path}).front().destination, trashed);
+  reopenJournal();
+  EXPECT_EQ(journal->restoreRun(run).restoredCount, 0);
+  EXPECT_EQ(contentOf(trashed.path()), "second");
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(contentOf(path), "second");
+}
+
+TEST_F(UndoJournalTest, followsNoLinkThatTookTheFoldersName) {
+  const auto path = tree.file("Downloads/folder/a.txt", "mine");
+  const auto trashed = clean({path}).front().destination;
+  const auto elsewhere = tree.folder("Elsewhere");
+  std::filesystem::remove(tree.path("Downloads/folder"));
+  tree.link("Downloads/folder", elsewhere);
+  for (const bool hasRecords : {true, false}) {
+    if (!hasRecords) std::filesystem::remove(tree.path("State/undo_journal.items"));
+    const auto result = journal->restoreRun(lastRun);
+    EXPECT_THAT(result.warnings, testing::ElementsAre(testing::HasSubstr("now a link")));
+    EXPECT_EQ(contentOf(trashed.path()), "mine");
+    EXPECT_TRUE(std::filesystem::is_empty(elsewhere));
+  }
+  std::filesystem::remove(tree.path("Downloads/folder"));
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(contentOf(path), "mine");
+}
+
+TEST_F(UndoJournalTest, comesBackThroughTheLinkThatItWentThrough) {
+  tree.file("Downloads/real/a.txt", "mine");
+  tree.link("Downloads/link", tree.path("Downloads/real"));
+  clean({tree.path("Downloads/link/a.txt")});
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(contentOf(tree.path("Downloads/real/a.txt")), "mine");
+}
+
+// The journal is a file that anybody may have changed.
+TEST_F(UndoJournalTest, restoresNothingThatNoActionCouldHaveMoved) {
+  const auto document = tree.file("Documents/letter.txt", "mine");
+  const auto trashed = tree.file(".local/share/Trash/files/a.txt", "another's");
+  struct Row {
+    std::string original;
+    std::string place;
+    JournalAction action;
+  };
+  for (const auto& [original, place, action] : {
+           Row{tree.path("Downloads/letter.txt"), document, JournalAction::trashed},
+           Row{tree.path("Downloads/a.txt"), trashed, JournalAction::moved},
+           Row{tree.path("Downloads/hostname"), "/etc/hostname", JournalAction::moved},
+           Row{tree.path(".ssh/new/config"), trashed, JournalAction::trashed},
+           Row{"/usr/bin/new/a.txt", trashed, JournalAction::trashed},
+       }) {
+    SCOPED_TRACE(original + " from " + place);
+    auto entry = entryOf(Uuid::random(), 1);
+    entry.originalURL = FileUrl(original);
+    entry.trashedURL = FileUrl(place);
+    entry.action = action;
+    journal->record(entry);
+    EXPECT_EQ(journal->restoreRun(entry.runId).warnings.size(), 1U);
+    EXPECT_TRUE(exists(place));
+    EXPECT_FALSE(exists(original));
+  }
+  EXPECT_FALSE(exists(tree.path(".ssh")));
+  EXPECT_FALSE(exists("/usr/bin/new"));
 }
 
 TEST_F(UndoJournalTest, oneEntryComesBackByItself) {
