@@ -23,6 +23,12 @@ void printJson(Session& session, const Records& records) {
   session.out().line(jsonText(json));
 }
 
+std::string stateOf(const CleanupRunSummary& run) {
+  const auto remaining = UndoJournal::shared().remainingCount(run.runId);
+  if (remaining == 0) return "restored";
+  return run.isRestored ? fmt::format("{} can still be restored", formatCount(remaining)) : "can be restored";
+}
+
 void printRuns(Session& session, const std::vector<CleanupRunSummary>& runs) {
   const auto length = distinctPrefixLength(runs);
   Table table({{"Run"}, {"When"}, {"Items", Alignment::right}, {"Size", Alignment::right}, {"State"}});
@@ -33,7 +39,7 @@ void printRuns(Session& session, const std::vector<CleanupRunSummary>& runs) {
                   {run.formattedDate()},
                   {formatCount(run.itemCount)},
                   {run.formattedSize()},
-                  {run.isRestored ? "restored" : "can be restored"}});
+                  {stateOf(run)}});
   }
   if (!runs.empty()) table.print(session);
   session.out().line(fmt::format("{} {} recorded, {}.{}", formatCount(static_cast<std::int64_t>(runs.size())),
@@ -61,8 +67,8 @@ void printEntries(Session& session, const CleanupRunSummary& run, const std::vec
                   {shownPath(entry.trashedURL)}});
   }
   table.print(session);
-  session.out().line(fmt::format("Run {} of {}: {}, {}{}", run.runId.toString(), run.formattedDate(),
-                                 itemCount(run.itemCount), run.formattedSize(), run.isRestored ? ", restored" : ""));
+  session.out().line(fmt::format("Run {} of {}: {}, {}, {}", run.runId.toString(), run.formattedDate(),
+                                 itemCount(run.itemCount), run.formattedSize(), stateOf(run)));
 }
 
 ExitStatus runShow(Session& session, const Arguments& arguments) {

@@ -26,7 +26,8 @@ constexpr std::array options{
 };
 
 const CleanupRunSummary& newestToRestore(const std::vector<CleanupRunSummary>& runs) {
-  const auto found = std::find_if(runs.begin(), runs.end(), [](const auto& run) { return !run.isRestored; });
+  const auto found = std::find_if(runs.begin(), runs.end(),
+                                  [](const auto& run) { return UndoJournal::shared().remainingCount(run.runId) > 0; });
   if (found == runs.end()) throw std::runtime_error("there is no run left to restore");
   return *found;
 }
@@ -66,8 +67,16 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   const auto runs = UndoJournal::shared().getRuns();
   reportJournalNotices();
   const auto& meant = wantsLast ? newestToRestore(runs) : runMeantBy(arguments.plain().front(), runs);
-  const auto question = fmt::format("Bring back the {} ({}) of {}?", itemCount(meant.itemCount),
-                                    formatByteCount(meant.totalBytes), meant.formattedDate());
+  const auto remaining = UndoJournal::shared().remainingCount(meant.runId);
+  if (remaining == 0) {
+    if (session.isJson()) return print(session, {});
+    session.out().line("Nothing of this run is left to bring back.");
+    return ExitStatus::done;
+  }
+  const auto question = remaining == meant.itemCount
+                            ? fmt::format("Bring back the {} ({}) of {}?", itemCount(meant.itemCount),
+                                          formatByteCount(meant.totalBytes), meant.formattedDate())
+                            : fmt::format("Bring back the {} left of {}?", itemCount(remaining), meant.formattedDate());
   switch (askConsent(session, arguments, question)) {
     case Answer::interrupted:
       return ExitStatus::interrupted;

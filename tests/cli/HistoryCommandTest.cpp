@@ -91,6 +91,19 @@ TEST_F(HistoryCommand, restoresRunsOneByOneFromTheNewest) {
   for (const auto& run : json({"history"})) EXPECT_EQ(run["isRestored"], true);
 }
 
+TEST_F(HistoryCommand, offersARunAgainThatCouldNotComeBack) {
+  const auto id = runOf("a", "1");
+  std::filesystem::rename(home.path(".local/share/Trash"), home.path("Unplugged"));
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 1);
+  EXPECT_THAT(run({"history"}).output, HasSubstr("1 can still be restored"));
+  std::filesystem::rename(home.path("Unplugged"), home.path(".local/share/Trash"));
+  EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], 1);
+  const auto again = run({"restore", id, "--yes"});
+  EXPECT_EQ(again.exitStatus, 0);
+  EXPECT_EQ(again.output, "Nothing of this run is left to bring back.\n");
+  EXPECT_EQ(again.errors, "");
+}
+
 TEST_F(HistoryCommand, restoresUnderAnotherNameWhereThePlaceIsTaken) {
   const auto id = runOf("report.pdf", "old");
   home.file("Downloads/report.pdf", "new");
