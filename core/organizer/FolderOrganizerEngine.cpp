@@ -69,6 +69,7 @@ class GroupBuilder {
     move.categoryName = std::move(candidate.category);
     move.fileSize = candidate.size;
     move.isDirectory = candidate.kind == ItemKind::folder;
+    move.identity = candidate.identity;
     move.sourceRelativePath = std::move(candidate.relativePath);
     m_groups[place.index].moves.push_back(std::move(move));
   }

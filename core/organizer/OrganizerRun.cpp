@@ -31,6 +31,7 @@ class Requests {
       request.source = move.originalURL;
       request.fileSize = move.fileSize;
       request.destinationFolder = group.destinationFolder;
+      request.expectedIdentity = move.identity;
       request.timestamp = m_start;
       outcomeIndexes.push_back(outcomes.size() - 1);
     }

@@ -84,9 +84,9 @@ class ExamineFiles : public WorkStack::Task {
       if (!status || status->type != FileType::regular) continue;
       auto category =
           m_walk.chooser.categoryOf({.name = name, .modified = status->modified, .created = status->created});
-      m_chunk.push_back(
-          {{m_prefix.empty() ? std::move(name) : m_prefix + name, ItemKind::file, status->size, std::move(category)},
-           nullptr});
+      m_chunk.push_back({{m_prefix.empty() ? std::move(name) : m_prefix + name, ItemKind::file, status->size,
+                          std::move(category), ItemIdentity::of(*status)},
+                         nullptr});
     }
   }
 
@@ -202,8 +202,11 @@ class ReadFolder : public WorkStack::Task {
     CategoryChooser::Item item{.name = name, .kind = ItemKind::folder, .url = FileUrl(place.canonicalPath)};
     if (status) item.modified = status->modified;
     auto size = std::make_shared<FolderSize>(FolderSize::Extent::everything);
-    m_folder.wholeFolders.push_back(
-        {{std::string(relativePath), ItemKind::folder, 0, m_walk.chooser.categoryOf(item)}, size});
+    OrganizerCandidate candidate{.relativePath = std::string(relativePath),
+                                 .kind = ItemKind::folder,
+                                 .category = m_walk.chooser.categoryOf(item)};
+    if (status) candidate.identity = ItemIdentity::of(*status);
+    m_folder.wholeFolders.push_back({std::move(candidate), size});
     m_tasks.push_back(FolderSize::task(std::move(size), std::move(place), m_walk.held, m_walk.isStopped));
   }
 

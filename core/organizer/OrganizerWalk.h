@@ -1,11 +1,13 @@
 #pragma once
 
+#include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 #include "core/organizer/CategoryChooser.h"
 
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <stop_token>
 #include <string>
@@ -23,6 +25,7 @@ struct OrganizerCandidate {
   ItemKind kind = ItemKind::file;
   std::int64_t size = 0;  // bytes; of everything inside for a folder
   std::string category;
+  std::optional<ItemIdentity> identity = std::nullopt;  // absent where it is gone again
 };
 
 // Which folders are left out, and where the candidates go.

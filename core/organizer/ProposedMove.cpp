@@ -2,7 +2,21 @@
 
 #include "core/base/Json.h"
 
+#include <tuple>
+
 namespace orvane {
+namespace {
+
+auto recordOf(const ProposedMove& move) {
+  return std::tie(move.id, move.originalURL, move.targetURL, move.categoryName, move.fileSize, move.isSelected,
+                  move.isDirectory, move.sourceRelativePath);
+}
+
+}  // namespace
+
+bool ProposedMove::operator==(const ProposedMove& other) const {
+  return recordOf(*this) == recordOf(other);
+}
 
 Json ProposedMove::toJson() const {
   Json json = Json::object();

@@ -1,15 +1,18 @@
 #pragma once
 
+#include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 #include "core/base/JsonFwd.h"
 #include "core/base/Uuid.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace orvane {
 
-// One file or folder that the organizer proposes to move. Equality looks at every field.
+// One file or folder that the organizer proposes to move. Equality looks at every field of the record, but not at the
+// identity, which the given form does not have.
 struct ProposedMove {
   Uuid id = Uuid::random();
   FileUrl originalURL;
@@ -20,7 +23,10 @@ struct ProposedMove {
   bool isDirectory = false;        // a folder that moves as a whole
   std::string sourceRelativePath;  // below the analysed folder, for display
 
-  bool operator==(const ProposedMove&) const = default;
+  // Of the item that was looked at, which alone may move. Absent in a record that was made by hand.
+  std::optional<ItemIdentity> identity;
+
+  bool operator==(const ProposedMove& other) const;
 
   // Keys in field order.
   [[nodiscard]] Json toJson() const;

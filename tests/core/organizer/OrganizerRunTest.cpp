@@ -158,6 +158,21 @@ TEST_F(OrganizerRun, neverMovesThroughALinkOutOfTheFolder) {
   EXPECT_EQ(contentOf(secret), "secret");
 }
 
+TEST_F(OrganizerRun, movesNothingButWhatWasLookedAt) {
+  tree.file("Downloads/a.pdf", "same");
+  const auto replaced = tree.file("Downloads/b.pdf", "before");
+  tree.file("Downloads/folder/in.txt", "before");
+  const auto groups = analyze();
+  fs::remove(replaced);
+  tree.file("Downloads/b.pdf", "after!");
+  fs::rename(tree.path("Downloads/folder"), tree.path("other"));
+  tree.file("Downloads/folder/in.txt", "after!");
+  EXPECT_EQ(engine.applyMoves(groups, *journal, roots()).itemsProcessed, 1);
+  EXPECT_EQ(contentOf(replaced), "after!");
+  EXPECT_EQ(contentOf(tree.path("Downloads/folder/in.txt")), "after!");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Documents/PDFs/a.pdf")), "same");
+}
+
 TEST_F(OrganizerRun, looksForAFreeNameAgainWhenItMoves) {
   tree.file("Downloads/a.pdf", "new");
   const auto groups = analyze();
