@@ -5,6 +5,7 @@
 #include "core/organizer/AutoOrganizeResult.h"
 #include "core/organizer/OrganizationCategoryGroup.h"
 #include "core/organizer/TidyFolder.h"
+#include "core/organizer/TopicUse.h"
 #include "core/safety/CleanupRun.h"
 
 #include <cstdint>
@@ -33,8 +34,6 @@ struct TidyProposal {
 
   [[nodiscard]] bool empty() const noexcept { return groups.empty(); }
 };
-
-enum class TopicUse : std::uint8_t { never, whenAvailable };
 
 struct AutoOrganizeRequest {
   std::vector<FileUrl> folders;

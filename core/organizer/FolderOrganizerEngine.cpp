@@ -1,6 +1,7 @@
 #include "core/organizer/FolderOrganizerEngine.h"
 
 #include "core/base/CanonicalPath.h"
+#include "core/base/CheckedArithmetic.h"
 #include "core/base/DirectoryReader.h"
 #include "core/base/FreeName.h"
 #include "core/base/PathAccess.h"
@@ -61,7 +62,11 @@ class GroupBuilder {
 
   void add(OrganizerCandidate candidate) {
     auto& place = placeOf(candidate.category);
-    if (isThere(candidate, place.canonicalFolder)) return;
+    if (isThere(candidate, place.canonicalFolder)) {
+      ++m_inPlace.count;
+      m_inPlace.bytes = checkedAdd(m_inPlace.bytes, candidate.size);
+      return;
+    }
     const auto& group = m_groups[place.index];
     ProposedMove move;
     move.originalURL = FileUrl(joinPath(m_targetFolder.path(), candidate.relativePath));
@@ -74,11 +79,11 @@ class GroupBuilder {
     m_groups[place.index].moves.push_back(std::move(move));
   }
 
-  [[nodiscard]] FolderOrganizerEngine::Groups take() {
+  [[nodiscard]] FolderOrganizerEngine::Analysis take() {
     std::erase_if(m_groups, [](const auto& group) { return group.moves.empty(); });
     std::sort(m_groups.begin(), m_groups.end(),
               [](const auto& left, const auto& right) { return left.name < right.name; });
-    return std::move(m_groups);
+    return {std::move(m_groups), m_inPlace};
   }
 
  private:
@@ -115,6 +120,7 @@ class GroupBuilder {
   FolderOrganizerEngine::Groups m_groups;
   std::unordered_map<std::string, Place> m_places;
   ProposedNames m_names;
+  FolderOrganizerEngine::Analysis::InPlace m_inPlace;
 };
 
 }  // namespace
@@ -134,6 +140,12 @@ FileUrl FolderOrganizerEngine::categoryFolder(const FileUrl& destinationRoot, st
 }
 
 FolderOrganizerEngine::Groups FolderOrganizerEngine::analyzeFolder(
+    const FileUrl& targetFolder, const std::optional<FileUrl>& baseDestination, Subfolders includeSubfolders,
+    OrganizationStrategy strategy, const std::stop_token& stop, std::atomic<std::size_t>* looked) const {
+  return analyze(targetFolder, baseDestination, includeSubfolders, strategy, stop, looked).groups;
+}
+
+FolderOrganizerEngine::Analysis FolderOrganizerEngine::analyze(
     const FileUrl& targetFolder, const std::optional<FileUrl>& baseDestination, Subfolders includeSubfolders,
     OrganizationStrategy strategy, const std::stop_token& stop, std::atomic<std::size_t>* looked) const {
   const auto destinationRoot = baseDestination.value_or(defaultDestination(targetFolder));

@@ -45,6 +45,18 @@ class FolderOrganizerEngine {
                                      Subfolders includeSubfolders, OrganizationStrategy strategy,
                                      const std::stop_token& stop = {},
                                      std::atomic<std::size_t>* looked = nullptr) const;
+  // The same, and what was left out as it lies in its place, or holds that place.
+  struct Analysis {
+    struct InPlace {
+      std::int64_t count = 0;
+      std::int64_t bytes = 0;
+    };
+    Groups groups;
+    InPlace inPlace = {};
+  };
+  [[nodiscard]] Analysis analyze(const FileUrl& targetFolder, const std::optional<FileUrl>& baseDestination,
+                                 Subfolders includeSubfolders, OrganizationStrategy strategy,
+                                 const std::stop_token& stop = {}, std::atomic<std::size_t>* looked = nullptr) const;
   // The category path of one item.
   [[nodiscard]] std::string determineCategory(const FileUrl& url, ItemKind kind, const FileUrl& targetFolder,
                                               OrganizationStrategy strategy) const;

@@ -3,6 +3,7 @@
 #include "core/base/FileStatus.h"
 #include "core/base/FileUrl.h"
 #include "core/organizer/CategoryChooser.h"
+#include "core/organizer/Subfolders.h"
 
 #include <atomic>
 #include <cstdint>
@@ -13,11 +14,6 @@
 #include <string>
 
 namespace orvane {
-
-enum class Subfolders : std::uint8_t {
-  keepWhole,  // only the folder's own entries; its folders are candidates themselves
-  include,    // the files at every depth
-};
 
 // What the organizer may propose to move.
 struct OrganizerCandidate {

@@ -20,10 +20,18 @@ MoveRequest requestFor(const ProposedRow& row) {
   return request;
 }
 
-std::vector<MoveRequest> requestsFor(const Approval& approval) {
+std::vector<MoveRequest> requestsFor(const Approval& approval, Date start) {
+  const auto& proposal = approval.proposal();
+  // The journal is to show that what is organized in one go happened at one moment.
+  const bool isOrganizing = proposal.kind() == TaskKind::organize || proposal.kind() == TaskKind::tidy;
   std::vector<MoveRequest> requests;
   requests.reserve(approval.rows().size());
-  for (const auto index : approval.rows()) requests.push_back(requestFor(approval.proposal().row(index)));
+  for (const auto index : approval.rows()) {
+    const auto row = proposal.row(index);
+    auto request = requestFor(row);
+    if (isOrganizing) request.timestamp = start;
+    requests.push_back(std::move(request));
+  }
   return requests;
 }
 
@@ -33,7 +41,7 @@ RunReport carryOut(const TaskServices& services, const Approval& approval, const
                    const std::stop_token& stop) {
   RunReport report;
   if (approval.empty()) return report;
-  auto requests = requestsFor(approval);
+  auto requests = requestsFor(approval, report.started);
   CleanupRun run(services.mover, services.journal(), approval.proposal().boundary());
   auto outcomes = run.carryOut(requests, progress, stop);
   for (std::size_t at = 0; at < outcomes.size(); ++at) {

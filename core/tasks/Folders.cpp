@@ -21,6 +21,14 @@ std::optional<FolderLeftOut> problemListing(const FileUrl& folder) {
   return FolderLeftOut{folder, FolderLeftOut::Why::missing, errorText(errno)};
 }
 
+template <typename Bounds>
+std::optional<FolderLeftOut> problemInside(const TaskServices& services, const FileUrl& folder, const Bounds& bounds) {
+  if (auto problem = problemListing(folder)) return problem;
+  auto refusal = services.validator.refusalText(folder, bounds);
+  if (refusal.empty()) return std::nullopt;
+  return FolderLeftOut{folder, FolderLeftOut::Why::refused, std::move(refusal)};
+}
+
 // What counts as granted as long as nothing is stored; the first grant must not take these away unasked.
 void keepDefaults(FileAccessService& service) {
   if (service.hasGrants()) return;
@@ -47,10 +55,12 @@ std::vector<FileUrl> namesOfGrantedFolders(const TaskServices& services) {
 }
 
 std::optional<FolderLeftOut> problemWith(const TaskServices& services, const FileUrl& folder) {
-  if (auto problem = problemListing(folder)) return problem;
-  auto refusal = services.validator.refusalText(folder, fixedRulesOnly);
-  if (refusal.empty()) return std::nullopt;
-  return FolderLeftOut{folder, FolderLeftOut::Why::refused, std::move(refusal)};
+  return problemInside(services, folder, fixedRulesOnly);
+}
+
+std::optional<FolderLeftOut> problemWith(const TaskServices& services, const FileUrl& folder,
+                                         const Boundary& boundary) {
+  return problemInside(services, folder, boundary);
 }
 
 ChosenFolders chosenFolders(const TaskServices& services, std::span<const FileUrl> named) {

@@ -22,6 +22,9 @@ struct TaskServices;
 
 // Why a folder cannot be walked, or is never touched as a whole; absent when neither is so.
 [[nodiscard]] std::optional<FolderLeftOut> problemWith(const TaskServices& services, const FileUrl& folder);
+// The same, or that it lies outside the boundary.
+[[nodiscard]] std::optional<FolderLeftOut> problemWith(const TaskServices& services, const FileUrl& folder,
+                                                       const Boundary& boundary);
 
 struct ChosenFolders {
   std::vector<FileUrl> folders;

@@ -160,6 +160,15 @@ void ProposalBuilder::add(FileItem item, RowMark mark, std::string newName) {
   if (m_piece.size() >= itemsPerPiece) flush();
 }
 
+void ProposalBuilder::change(std::uint32_t row, RowMark mark, std::string newName) {
+  m_data->marks[row] = mark;
+  if (newName.empty()) {
+    m_data->newNames.erase(row);
+  } else {
+    m_data->newNames.insert_or_assign(row, std::move(newName));
+  }
+}
+
 void ProposalBuilder::flush() {
   if (m_piece.empty()) return;
   m_piece.shrink_to_fit();

@@ -166,11 +166,15 @@ struct SyncedRows {
 class ProposalBuilder {
  public:
   ProposalBuilder(TaskKind kind, Boundary boundary, Date countedTo);
+  // Of another proposal with its items, for changes beside them.
+  explicit ProposalBuilder(const Proposal& other) : m_data(std::make_shared<Proposal::Data>(*other.m_data)) {}
 
   std::uint32_t addGroup(RowGroup group);
   [[nodiscard]] RowGroup& group(std::uint32_t index) { return m_data->groups[index]; }
   // `newName` is empty for an item that keeps its name.
   void add(FileItem item, RowMark mark, std::string newName = {});
+  // For a row that is there. Not where the scan's own proposal holds.
+  void change(std::uint32_t row, RowMark mark, std::string newName);
   // A whole scan's items, each standing as scannedMark() has it. Not together with add().
   void setItems(ItemList items) { m_data->items = std::move(items); }
   void note(Notice notice) { m_data->notices.push_back(std::move(notice)); }

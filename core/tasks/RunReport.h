@@ -16,6 +16,7 @@ namespace orvane {
 // What carrying out an approval came to.
 struct RunReport {
   std::optional<Uuid> runId;  // absent when nothing was moved: there is nothing to restore then
+  Date started = ReferenceClock::now();
   Date finished = ReferenceClock::now();
   // Of each approved row in order, and which row of the proposal it is.
   std::vector<MoveOutcome> outcomes;
