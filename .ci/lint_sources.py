@@ -48,6 +48,8 @@ FLOORS = [
         )
     ),
     ("core/*Coordinator.*", 4, "coordinators"),
+    ("core/organizer/AutoOrganizer.*", 4, "coordinators"),
+    ("core/organizer/AutoOrganizeController.*", 4, "coordinators"),
     ("core/*", 3, "engines"),
     ("platform/*", 5, "platform"),
     ("cli/*", 6, "cli"),

@@ -1,11 +1,11 @@
 #include "cli/OrganizeText.h"
 
 #include "cli/FileArguments.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "core/base/ByteCount.h"
-#include "core/base/CheckedArithmetic.h"
 #include "core/base/UnicodeText.h"
+#include "core/tasks/CategoryGroups.h"
 
 #include <fmt/format.h>
 
@@ -19,56 +19,45 @@ namespace {
 // Of each group: nobody reads thousands of lines, and whatever reads them takes the JSON.
 constexpr std::size_t movesShown = 20;
 
-std::string moveLine(const ProposedMove& move) {
-  auto line = escapedForDisplay(move.sourceRelativePath);
-  if (move.isDirectory) line += "/";
-  if (move.targetURL.lastPathComponent() != move.originalURL.lastPathComponent()) {
-    line += fmt::format(" -> {}", escapedForDisplay(move.targetURL.lastPathComponent()));
-  }
+std::string lineOf(const ProposedRow& row) {
+  auto line = escapedForDisplay(row.item.relativePath());
+  if (row.item.isFolder()) line += "/";
+  if (!row.newName.empty()) line += fmt::format(" -> {}", escapedForDisplay(row.newName));
+  if (row.lock == Lock::inPlace) line += " (stays: it is there already)";
+  if (row.lock == Lock::refused) line += " (stays: refused)";
   return line;
 }
 
-void printGroup(Session& session, const OrganizationCategoryGroup& group) {
-  session.out().line(fmt::format("{} ({}, {})  ->  {}", escapedForDisplay(group.name),
-                                 itemCount(static_cast<std::int64_t>(group.moves.size())), group.formattedTotalSize(),
-                                 shownPath(group.destinationFolder)));
-  const auto shown = std::min(movesShown, group.moves.size());
+void printGroup(Session& session, const Proposal& proposal, const RowGroup& group, const GroupRows& rows) {
+  RowSum sum;
+  for (std::size_t at = rows.first; at < rows.first + rows.count; ++at) sum.add(proposal.row(at).item.fileSize());
+  session.out().line(fmt::format("{} ({}, {})  ->  {}", escapedForDisplay(group.name), itemCount(sum.count),
+                                 formatByteCount(sum.bytes), shownPath(*group.destinationFolder)));
+  const auto shown = std::min(movesShown, rows.count);
   std::vector<std::string> sizes;
   int width = 0;
   for (std::size_t i = 0; i < shown; ++i) {
-    sizes.push_back(formatByteCount(group.moves[i].fileSize));
+    sizes.push_back(formatByteCount(proposal.row(rows.first + i).item.fileSize()));
     width = std::max(width, displayWidth(sizes.back()));
   }
   for (std::size_t i = 0; i < shown; ++i) {
     const auto padding = static_cast<std::size_t>(width - displayWidth(sizes[i]));
-    session.out().line(fmt::format("{} {}{}  {}", i + 1 == group.moves.size() ? "└─" : "├─", std::string(padding, ' '),
-                                   sizes[i], moveLine(group.moves[i])));
+    session.out().line(fmt::format("{} {}{}  {}", i + 1 == rows.count ? "└─" : "├─", std::string(padding, ' '),
+                                   sizes[i], lineOf(proposal.row(rows.first + i))));
   }
-  if (shown < group.moves.size()) {
-    session.out().line(
-        fmt::format("└─ and {} more", formatCount(static_cast<std::int64_t>(group.moves.size() - shown))));
+  if (shown < rows.count) {
+    session.out().line(fmt::format("└─ and {} more", formatCount(static_cast<std::int64_t>(rows.count - shown))));
   }
 }
 
 }  // namespace
 
-void printGroups(Session& session, std::span<const OrganizationCategoryGroup> groups) {
-  std::int64_t bytes = 0;
-  for (const auto& group : groups) {
-    printGroup(session, group);
-    bytes = checkedAdd(bytes, group.totalSize());
-  }
-  session.out().line(fmt::format("{} ({}) into {} {}.", itemCount(selectedCount(groups)), formatByteCount(bytes),
-                                 formatCount(static_cast<std::int64_t>(groups.size())),
-                                 groups.size() == 1 ? "folder" : "folders"));
-}
-
-std::int64_t selectedCount(std::span<const OrganizationCategoryGroup> groups) {
-  std::int64_t count = 0;
-  for (const auto& group : groups) {
-    count += std::count_if(group.moves.begin(), group.moves.end(), [](const auto& move) { return move.isSelected; });
-  }
-  return count;
+void printGroups(Session& session, const Proposal& proposal) {
+  const auto rows = rowsByGroup(proposal);
+  for (std::size_t at = 0; at < rows.size(); ++at) printGroup(session, proposal, proposal.groups()[at], rows[at]);
+  const auto sum = proposal.approve().toFolders();
+  session.out().line(fmt::format("{} into {} {}.", itemsText(sum), formatCount(static_cast<std::int64_t>(rows.size())),
+                                 rows.size() == 1 ? "folder" : "folders"));
 }
 
 }  // namespace orvane::cli

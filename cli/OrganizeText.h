@@ -1,19 +1,12 @@
 #pragma once
 
-#include "core/organizer/OrganizationCategoryGroup.h"
-
-#include <cstdint>
-#include <span>
+#include "core/tasks/Proposal.h"
 
 namespace orvane::cli {
 
 class Session;
 
-// The groups of a proposal as a tree, each with its count and size and the first of its moves, and a line that sums
-// them up.
-void printGroups(Session& session, std::span<const OrganizationCategoryGroup> groups);
-
-// How many moves of all groups are selected.
-[[nodiscard]] std::int64_t selectedCount(std::span<const OrganizationCategoryGroup> groups);
+// The groups of a proposal as a tree, each with its count and size and the first of its rows.
+void printGroups(Session& session, const Proposal& proposal);
 
 }  // namespace orvane::cli

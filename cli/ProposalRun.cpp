@@ -92,10 +92,6 @@ struct NoticeText {
   }
 };
 
-void tellSynced(const Approval& approval) {
-  for (const auto& synced : syncedRows(approval)) Session::tell(escapedForDisplay(syncWarning(synced)));
-}
-
 }  // namespace
 
 std::string itemCount(std::int64_t count) {
@@ -104,6 +100,10 @@ std::string itemCount(std::int64_t count) {
 
 std::string itemsText(const RowSum& rows) {
   return fmt::format("{} ({})", itemCount(rows.count), formatByteCount(rows.bytes));
+}
+
+void tellSynced(const Approval& approval) {
+  for (const auto& synced : syncedRows(approval)) Session::tell(escapedForDisplay(syncWarning(synced)));
 }
 
 TaskMonitor scanMonitor(Session& session, ProgressLine& line) {

@@ -37,6 +37,8 @@ inline constexpr OptionSpec rootOption{
 // outlive it.
 [[nodiscard]] TaskMonitor scanMonitor(Session& session, ProgressLine& line);
 
+// Warns of what a cloud service would lose, on standard error.
+void tellSynced(const Approval& approval);
 // Warns of what a cloud service would lose, and asks whether to move what is approved. With --yes it only warns.
 [[nodiscard]] Answer askToMove(Session& session, const Arguments& arguments, const Approval& approval);
 // Carries it out, showing progress; what was found wrong with the journal goes to standard error.

@@ -126,8 +126,7 @@ AgentCoordinator& AgentCoordinator::shared() {
 }
 
 AutoOrganizer& AutoOrganizer::shared() {
-  static AutoOrganizer organizer(FolderOrganizerEngine::shared(), TopicCategorizerFactory::shared(),
-                                 UndoJournal::shared(), systemFileStatusReader(), PathValidator::shared());
+  static AutoOrganizer organizer(TaskServices::shared());
   return organizer;
 }
 

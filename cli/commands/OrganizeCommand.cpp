@@ -1,17 +1,14 @@
 #include "cli/Arguments.h"
-#include "cli/Consent.h"
 #include "cli/FileArguments.h"
-#include "cli/Folders.h"
 #include "cli/OrganizeText.h"
-#include "cli/ProgressLine.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/organizer/FolderOrganizerEngine.h"
-#include "core/safety/UndoJournal.h"
+#include "core/tasks/OrganizeTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
@@ -21,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace orvane::cli {
 namespace {
@@ -55,15 +53,6 @@ constexpr std::array options{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-using Groups = FolderOrganizerEngine::Groups;
-
-struct Proposal {
-  FileUrl folder;
-  FileUrl destination;
-  Groups groups;
-  std::vector<std::size_t> renamed;  // indexes of groups
-};
-
 OrganizationStrategy strategyFrom(const Arguments& arguments) {
   const auto name = arguments.value("--strategy").value_or(std::string(strategies.front().name));
   return std::find_if(strategies.begin(), strategies.end(), [&](const auto& row) { return row.name == name; })
@@ -83,115 +72,84 @@ Rename renameFrom(const std::string& text) {
   return {text.substr(0, sign), text.substr(sign + 1)};
 }
 
-void renameGroup(Proposal& proposal, const Rename& wish) {
-  auto& groups = proposal.groups;
-  const auto found =
-      std::find_if(groups.begin(), groups.end(), [&](const auto& group) { return group.name == wish.from; });
-  if (found == groups.end()) {
-    throw UsageError(fmt::format("--rename: there is no group '{}'", escapedForDisplay(wish.from)));
+// Renames each, and gives the indexes of the groups that were.
+std::vector<std::size_t> renameGroups(Proposal& proposal, const std::vector<Rename>& wishes) {
+  std::vector<std::size_t> renamed;
+  for (const auto& wish : wishes) {
+    const auto& groups = proposal.groups();
+    const auto found = std::ranges::find(groups, wish.from, &RowGroup::name);
+    if (found == groups.end()) {
+      throw UsageError(fmt::format("--rename: there is no group '{}'", escapedForDisplay(wish.from)));
+    }
+    renamed.push_back(static_cast<std::size_t>(found - groups.begin()));
+    auto changed = renameGroup(TaskServices::shared(), proposal, proposal.selection(), renamed.back(), wish.to);
+    if (!changed) {
+      throw UsageError(fmt::format("--rename: '{}' is no name for a folder", escapedForDisplay(wish.to)));
+    }
+    proposal = *std::move(changed);
   }
-  const auto index = static_cast<std::size_t>(found - groups.begin());
-  groups = FolderOrganizerEngine::renamingGroup(index, wish.to, std::move(groups), proposal.destination);
-  if (groups[index].name != trimmed(wish.to)) {
-    throw UsageError(fmt::format("--rename: '{}' is no name for a folder", escapedForDisplay(wish.to)));
-  }
-  proposal.renamed.push_back(index);
+  return renamed;
 }
 
-// Absent when it was interrupted.
-std::optional<Proposal> proposalFrom(Session& session, const Arguments& arguments) {
-  Proposal proposal;
-  proposal.folder = placeFromArgument(arguments.plain().front());
-  const auto destination = arguments.value("--destination");
-  proposal.destination =
-      destination ? placeFromArgument(*destination) : FolderOrganizerEngine::defaultDestination(proposal.folder);
-  std::vector<Rename> wishes;
-  for (const auto& text : arguments.values("--rename")) wishes.push_back(renameFrom(text));
-  const auto subfolders = arguments.has("--subfolders") ? Subfolders::include : Subfolders::keepWhole;
-  const auto stop = session.stop();
-  proposal.groups = FolderOrganizerEngine::shared().analyzeFolder(proposal.folder, proposal.destination, subfolders,
-                                                                  strategyFrom(arguments), stop);
-  if (stop.stop_requested()) return std::nullopt;
-  for (const auto& wish : wishes) renameGroup(proposal, wish);
-  return proposal;
+OrganizeWish wishFrom(const Arguments& arguments) {
+  OrganizeWish wish{.folder = placeFromArgument(arguments.plain().front()), .strategy = strategyFrom(arguments)};
+  if (const auto destination = arguments.value("--destination")) wish.destination = placeFromArgument(*destination);
+  if (arguments.has("--subfolders")) wish.subfolders = Subfolders::include;
+  return wish;
 }
 
-void printSummary(Session& session, const PlanExecutionSummary& summary) {
-  if (session.isJson()) {
-    session.out().line(jsonText(summary.toJson()));
-  } else if (summary.itemsProcessed == 0) {
-    session.out().line("Nothing was moved.");
-  } else {
-    session.out().line(fmt::format("Moved {} into other folders.", itemCount(summary.itemsProcessed)));
-    session.out().line(fmt::format("To bring everything back: orvanectl restore {}", summary.batchId.toString()));
-  }
-}
-
-ExitStatus apply(Session& session, const Arguments& arguments, const Proposal& proposal) {
-  const PlanExecutionSummary nothing{.batchId = Uuid::random()};
-  const auto count = selectedCount(proposal.groups);
-  if (count == 0) {
-    printSummary(session, nothing);
-    return ExitStatus::done;
-  }
-  switch (askConsent(session, arguments, fmt::format("Move {} into other folders?", itemCount(count)))) {
-    case Answer::interrupted:
-      return ExitStatus::interrupted;
-    case Answer::no:
-      printSummary(session, nothing);
-      return ExitStatus::done;
-    case Answer::yes:
-      break;
-  }
-  auto& engine = FolderOrganizerEngine::shared();
-  for (const auto index : proposal.renamed) engine.rememberCategory(proposal.groups[index]);
-  reportJournalNotices();
-  PlanExecution execution;
-  {
-    const auto stop = session.stop();
-    ProgressLine line(session);
-    execution = engine.carryOut(proposal.groups, UndoJournal::shared(),
-                                Boundary({proposal.folder, proposal.destination}), movingProgress(line), stop);
-  }
-  reportJournalNotices();
-  const auto status = reportOutcomes(execution.outcomes);
-  printSummary(session, execution.summary);
+ExitStatus printSummary(Session& session, const Proposal& proposal, const RunReport& report) {
+  if (!session.isJson()) return printReport(session, proposal, report);
+  const auto status = tellFailures(proposal, report);
+  auto summary = report.summary();
+  summary.timestamp = report.started;
+  session.out().line(jsonText(summary.toJson()));
   return status;
 }
 
-void printProposal(Session& session, const Proposal& proposal) {
+ExitStatus apply(Session& session, const Arguments& arguments, const Proposal& proposal,
+                 const std::vector<std::size_t>& renamed) {
+  const auto approval = proposal.approve();
+  if (approval.empty()) return printSummary(session, proposal, {});
+  switch (askToMove(session, arguments, approval)) {
+    case Answer::interrupted:
+      return ExitStatus::interrupted;
+    case Answer::no:
+      return printSummary(session, proposal, {});
+    case Answer::yes:
+      break;
+  }
+  for (const auto group : renamed) rememberName(TaskServices::shared(), proposal, group);
+  return printSummary(session, proposal, moveApproved(session, approval));
+}
+
+void print(Session& session, const Proposal& proposal, const FileUrl& folder) {
   if (session.isJson()) {
     Json json = Json::array();
-    for (const auto& group : proposal.groups) json.push_back(group.toJson());
+    for (const auto& group : groupsOf(proposal)) json.push_back(group.toJson());
     session.out().line(jsonText(json));
-  } else if (proposal.groups.empty()) {
-    session.out().line(fmt::format("There is nothing to organize in {}.", shownPath(proposal.folder)));
+  } else if (proposal.empty()) {
+    session.out().line(fmt::format("There is nothing to organize in {}.", shownPath(folder)));
   } else {
-    printGroups(session, proposal.groups);
+    printGroups(session, proposal);
   }
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
   const bool isToApply = arguments.has("--apply");
   if (isToApply) requireConsentPossible(arguments);
-  const auto folder = placeFromArgument(arguments.plain().front());
-  if (const auto refusal = refusalOf(folder)) {
-    Session::report(*refusal);
-    return ExitStatus::failed;
-  }
-  const auto proposal = proposalFrom(session, arguments);
-  if (!proposal) {
-    Session::report("interrupted; nothing was changed");
-    return ExitStatus::interrupted;
-  }
-  if (!isToApply || !session.isJson()) {
-    printProposal(session, *proposal);
-  }
-  if (isToApply) return apply(session, arguments, *proposal);
-  if (!session.isJson() && !proposal->groups.empty()) {
-    session.out().line("Nothing was moved: add --apply to move them.");
-  }
-  return ExitStatus::done;
+  const auto wish = wishFrom(arguments);
+  std::vector<Rename> renames;
+  for (const auto& text : arguments.values("--rename")) renames.push_back(renameFrom(text));
+  auto proposal = proposeOrganize(TaskServices::shared(), wish, ReferenceClock::now(), {.stop = session.stop()});
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
+  if (firstNotice<FolderLeftOut>(proposal->notices()) != nullptr) return ExitStatus::failed;
+  const auto renamed = renameGroups(*proposal, renames);
+  if (!isToApply || !session.isJson()) print(session, *proposal, wish.folder);
+  if (isToApply) return apply(session, arguments, *proposal, renamed);
+  if (!session.isJson() && !proposal->empty()) session.out().line("Nothing was moved: add --apply to move them.");
+  return tellFailures(*proposal, {});
 }
 
 }  // namespace

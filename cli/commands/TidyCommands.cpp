@@ -3,7 +3,7 @@
 #include "cli/FileArguments.h"
 #include "cli/Folders.h"
 #include "cli/OrganizeText.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
@@ -13,10 +13,10 @@
 #include "core/base/UnicodeText.h"
 #include "core/organizer/AutoOrganizeController.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
-#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/platform/LoginItems.h"
 #include "core/platform/RepeatingTimer.h"
-#include "core/safety/UndoJournal.h"
+#include "core/tasks/NamedTopics.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
@@ -51,7 +51,7 @@ constexpr std::array runOptions{
 
 std::string topicsText(const AutoOrganizeSettings& settings) {
   if (!settings.useAITopics) return "off";
-  const auto reason = TopicCategorizerFactory::shared().unavailableReason();
+  const auto reason = topicsUnavailableReason(TaskServices::shared());
   return reason.empty() ? "on" : fmt::format("on, but not used: {}", escapedForDisplay(reason));
 }
 
@@ -142,12 +142,14 @@ class NoLoginItems : public LoginItems {
 
 Answer askAbout(Session& session, const Arguments& arguments, std::span<const TidyProposal> proposals) {
   std::int64_t count = 0;
-  for (const auto& proposal : proposals) {
-    count += selectedCount(proposal.groups);
+  for (const auto& [folder, proposal] : proposals) {
+    const auto approval = proposal.approve();
+    count += approval.toFolders().count;
     if (!session.isJson() && !arguments.has("--yes")) {
-      session.out().line(fmt::format("{}:", shownPath(proposal.folder)));
-      printGroups(session, proposal.groups);
+      session.out().line(fmt::format("{}:", shownPath(folder)));
+      printGroups(session, proposal);
     }
+    tellSynced(approval);
   }
   return askConsent(session, arguments, fmt::format("Move {}?", itemCount(count)));
 }
@@ -172,10 +174,10 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
   NoLoginItems loginItems;
   AutoOrganizeController controller({.organizer = AutoOrganizer::shared(),
                                      .store = AutoOrganizeSettingsStore::shared(),
-                                     .factory = TopicCategorizerFactory::shared(),
+                                     .factory = TaskServices::shared().topics,
                                      .timer = timer,
                                      .loginItems = loginItems});
-  reportJournalNotices();
+  tellJournalNotices();
   const auto stop = session.stop();
   auto answer = Answer::yes;
   const auto report = controller.runNow(
@@ -184,7 +186,7 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
         return answer == Answer::yes;
       },
       stop);
-  reportJournalNotices();
+  tellJournalNotices();
   switch (report.end) {
     case AutoOrganizeReport::End::busy:
       Session::report("another run is tidying up at this moment; nothing was changed");
@@ -195,7 +197,11 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
     case AutoOrganizeReport::End::completed:
       break;
   }
-  const auto status = reportOutcomes(report.notMoved);
+  tellNotices(report.notices);
+  auto status = ExitStatus::done;
+  for (const auto& [proposal, run] : report.runs) {
+    if (const auto ending = tellFailures(proposal, run); ending != ExitStatus::done) status = ending;
+  }
   printReport(session, report.result, controller.statusMessage().value_or(""));
   return stop.stop_requested() ? ExitStatus::interrupted : status;
 }

@@ -14,7 +14,7 @@ namespace orvane {
 
 AutoOrganizeController::AutoOrganizeController(Collaborators collaborators)
     : m_collaborators(std::move(collaborators)),
-      m_isAIAvailable(m_collaborators.factory.isOnDeviceModelAvailable()),
+      m_unavailableReason(m_collaborators.factory.unavailableReason()),
       m_settings(m_collaborators.store.get()),
       m_launchAtLoginEnabled(m_collaborators.loginItems.isEnabled()) {}
 
@@ -64,7 +64,7 @@ void AutoOrganizeController::rescheduleTimer() {
 }
 
 AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<const TidyProposal>)> approve,
-                                                  const std::stop_token& stop, const CleanupRun::Progress& progress) {
+                                                  const std::stop_token& stop, const RunProgress& progress) {
   {
     const std::lock_guard lock(m_mutex);
     if (m_isRunning) {
@@ -86,7 +86,7 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
   AutoOrganizeRequest request;
   request.folders = current.folderURLs();
   request.recentsDays = current.recentsDays;
-  request.topics = current.useAITopics && m_isAIAvailable ? TopicUse::whenAvailable : TopicUse::never;
+  request.topics = current.useAITopics && isAIAvailable() ? TopicUse::whenAvailable : TopicUse::never;
   request.now = m_collaborators.now();
   request.approve = std::move(approve);
   request.progress = progress;

@@ -43,7 +43,9 @@ class AutoOrganizeController {
   // What the last completed run did; absent before.
   [[nodiscard]] std::optional<AutoOrganizeResult> lastResult() const;
   [[nodiscard]] bool launchAtLoginEnabled() const;
-  [[nodiscard]] bool isAIAvailable() const noexcept { return m_isAIAvailable; }
+  [[nodiscard]] bool isAIAvailable() const noexcept { return m_unavailableReason.empty(); }
+  // Why topics cannot be had; empty where they can.
+  [[nodiscard]] const std::string& unavailableReason() const noexcept { return m_unavailableReason; }
 
   // Starts the timer where the settings ask for it.
   void start();
@@ -51,7 +53,7 @@ class AutoOrganizeController {
   // Tidies now, on the calling thread; does nothing while a run is under way. `approve` is as in AutoOrganizeRequest.
   // Throws std::system_error when the settings or the lock cannot be written.
   AutoOrganizeReport runNow(std::function<bool(std::span<const TidyProposal>)> approve = {},
-                            const std::stop_token& stop = {}, const CleanupRun::Progress& progress = {});
+                            const std::stop_token& stop = {}, const RunProgress& progress = {});
   // Changes the settings, stores them and reschedules. Throws std::system_error.
   void update(const std::function<void(AutoOrganizeSettings&)>& change);
   // A failure shows in the status message.
@@ -65,7 +67,7 @@ class AutoOrganizeController {
   void setRunning(bool isRunning);
 
   Collaborators m_collaborators;
-  const bool m_isAIAvailable;
+  const std::string m_unavailableReason;
   mutable std::mutex m_mutex;
   AutoOrganizeSettings m_settings;
   bool m_isRunning = false;

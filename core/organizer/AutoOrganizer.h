@@ -3,46 +3,25 @@
 #include "core/base/Date.h"
 #include "core/base/FileUrl.h"
 #include "core/organizer/AutoOrganizeResult.h"
-#include "core/organizer/OrganizationCategoryGroup.h"
-#include "core/organizer/TidyFolder.h"
-#include "core/organizer/TopicUse.h"
-#include "core/safety/CleanupRun.h"
+#include "core/tasks/TaskServices.h"
+#include "core/tasks/TidyTask.h"
 
-#include <cstdint>
 #include <functional>
-#include <optional>
 #include <span>
 #include <stop_token>
-#include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace orvane {
-
-class FileStatusReader;
-class FolderOrganizerEngine;
-class PathValidator;
-class TopicCategorizerFactory;
-class TopicCategorizing;
-class UndoJournal;
-
-// What would be moved in one watched folder.
-struct TidyProposal {
-  FileUrl folder;
-  std::vector<OrganizationCategoryGroup> groups;  // in order of their names
-  std::unordered_map<FileUrl, ItemIdentity> identities;
-
-  [[nodiscard]] bool empty() const noexcept { return groups.empty(); }
-};
 
 struct AutoOrganizeRequest {
   std::vector<FileUrl> folders;
   std::int64_t recentsDays = 3;  // of 86,400 seconds each
   TopicUse topics = TopicUse::never;
   Date now = ReferenceClock::now();
-  // Asked once with what would be done, when there is anything; a no changes nothing. Without it nobody is asked.
+  // Asked once with what would be done, when there is anything; a no changes nothing. Without it nobody is asked, and
+  // everything proposed is approved.
   std::function<bool(std::span<const TidyProposal>)> approve = {};
-  CleanupRun::Progress progress = {};  // of the folder that is worked on
+  RunProgress progress = {};  // of the folder that is worked on
 };
 
 struct AutoOrganizeReport {
@@ -51,18 +30,23 @@ struct AutoOrganizeReport {
     declined,  // by whoever was asked
     busy,      // another run is under way, in this process or in another
   };
+  // What became of one folder's proposal.
+  struct Run {
+    Proposal proposal;
+    RunReport report;
+  };
   AutoOrganizeResult result;
   End end = End::completed;
-  std::vector<MoveOutcome> notMoved;  // what was to move and did not, with the reasons
+  std::vector<Run> runs = {};
+  Notices notices = {};  // the folders that could not be looked at
 };
 
 // Keeps watched folders tidy: what arrived lately goes to "Recents", older files to categories or topics below
 // "Sorted". Everything is journalled, one run for each folder.
 class AutoOrganizer {
  public:
-  // The collaborators must outlive this object. `factory` hands out the categorizer for topics.
-  AutoOrganizer(FolderOrganizerEngine& engine, TopicCategorizerFactory& factory, UndoJournal& journal,
-                const FileStatusReader& statusReader, const PathValidator& validator);
+  // What the services refer to must outlive this object.
+  explicit AutoOrganizer(TaskServices services) : m_services(std::move(services)) {}
   static AutoOrganizer& shared();
 
   // Two runs never overlap, also not of two processes: the later one does nothing. A folder that is missing, refused or
@@ -73,18 +57,7 @@ class AutoOrganizer {
   [[nodiscard]] double age(const FileUrl& item, Date now) const;
 
  private:
-  [[nodiscard]] TidyProposal propose(const FileUrl& folder, const AutoOrganizeRequest& request,
-                                     const std::stop_token& stop) const;
-  [[nodiscard]] std::vector<std::string> categoriesOf(const std::vector<TidyItem>& items, const FileUrl& folder,
-                                                      TopicUse topics, const std::stop_token& stop) const;
-  void apply(TidyProposal proposal, const CleanupRun::Progress& progress, AutoOrganizeReport& report,
-             const std::stop_token& stop);
-
-  FolderOrganizerEngine& m_engine;
-  TopicCategorizerFactory& m_factory;
-  UndoJournal& m_journal;
-  const FileStatusReader& m_statusReader;
-  const PathValidator& m_validator;
+  TaskServices m_services;
 };
 
 }  // namespace orvane

@@ -4,7 +4,7 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/FreeName.h"
 #include "core/base/HomeFolder.h"
-#include "core/base/OpenFolder.h"
+#include "core/base/PathAccess.h"
 #include "core/base/PathText.h"
 #include "core/base/UnicodeText.h"
 #include "core/platform/Trash.h"

@@ -1,9 +1,14 @@
 #include "core/tasks/CarryOut.h"
 
+#include "core/base/PathAccess.h"
 #include "core/safety/CleanupRun.h"
 #include "core/tasks/TaskServices.h"
 
+#include <fmt/format.h>
+
+#include <functional>
 #include <span>
+#include <stdexcept>
 #include <utility>
 
 namespace orvane {
@@ -20,6 +25,15 @@ MoveRequest requestFor(const ProposedRow& row) {
   return request;
 }
 
+// A folder stays the same while things are put into it. One that somebody works with is not tidied away.
+std::function<void()> checkUntouched(const FileItem& folder) {
+  return [place = folder.url(), identity = folder.identity()] {
+    const auto status = readPathStatus(place.path());
+    if (status && identity && status->modified == identity->modified) return;
+    throw std::runtime_error(fmt::format("'{}' has changed since it was looked at.", place.path()));
+  };
+}
+
 std::vector<MoveRequest> requestsFor(const Approval& approval, Date start) {
   const auto& proposal = approval.proposal();
   // The journal is to show that what is organized in one go happened at one moment.
@@ -30,6 +44,7 @@ std::vector<MoveRequest> requestsFor(const Approval& approval, Date start) {
     const auto row = proposal.row(index);
     auto request = requestFor(row);
     if (isOrganizing) request.timestamp = start;
+    if (proposal.kind() == TaskKind::tidy && row.item.isFolder()) request.lastCheck = checkUntouched(row.item);
     requests.push_back(std::move(request));
   }
   return requests;

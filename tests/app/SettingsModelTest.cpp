@@ -14,7 +14,6 @@
 #include "core/rules/UserNotificationService.h"
 #include "platform/linux/CurlUrlReader.h"
 #include "tests/app/WindowFixture.h"
-#include "tests/support/AutoOrganizerFixture.h"
 
 #include <atomic>
 #include <map>
@@ -114,7 +113,7 @@ class SettingsModelTest : public TaskFixture {
   UserNotificationService notifications{center, [](std::string_view) {}};
   LaunchAgentManager agent{scheduler, tree.path()};
   KeychainService storedKeys{keyRing};
-  AutoOrganizer tidier{organizer, topics, *journal, statusReader, validator};
+  AutoOrganizer tidier{taskServices()};
   ScheduleCoordinator coordinator{{.preferences = preferences,
                                    .ruleEngine = rules,
                                    .fileAccessService = folders,

@@ -23,9 +23,9 @@ class TidyModelTest : public AutoOrganizerFixture {
   }
   [[nodiscard]] TidyModel::MakeCollaborators collaborators() {
     return [this](RepeatingTimer& timer) {
-      return AutoOrganizeController::Collaborators{.organizer = organizer,
+      return AutoOrganizeController::Collaborators{.organizer = autoOrganizer,
                                                    .store = store,
-                                                   .factory = factory,
+                                                   .factory = topics,
                                                    .timer = timer,
                                                    .loginItems = loginItems,
                                                    .now = [] { return day(10); }};

@@ -85,6 +85,40 @@ TEST_F(OrganizeCommand, asksAtATerminalAndTakesNoForAnAnswer) {
   EXPECT_FALSE(exists(home.path("Stuff/a.pdf")));
 }
 
+TEST_F(OrganizeCommand, movesWhatItShowedAndNothingElse) {
+  home.file("Stuff/same.pdf", "same");
+  home.file("Stuff/Folder/in.txt", "before");
+  LiveProgram program(
+      terminalSetup({"organize", "Stuff", "--apply", "--strategy", "type", "--rename", "PDF Files=Mine"}));
+  program.waitForOutput("Move 4 items into other folders? [y/N] ");
+  std::filesystem::remove(home.path("Stuff/a.pdf"));
+  home.file("Stuff/a.pdf", "another");
+  home.file("Stuff/arrived.pdf");
+  std::filesystem::rename(home.path("Stuff/Folder"), home.path("other"));
+  home.file("Stuff/Folder/in.txt", "another");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, AllOf(HasSubstr("Moved 2 items into other folders."),
+                                   HasSubstr("Stuff/a.pdf' has changed since it was looked at."),
+                                   HasSubstr("Stuff/Folder' has changed since it was looked at.")));
+  EXPECT_EQ(contentOf(home.path("Stuff/a.pdf")), "another");
+  EXPECT_TRUE(exists(home.path("Stuff/arrived.pdf")));
+  EXPECT_EQ(contentOf(home.path("Stuff/Folder/in.txt")), "another");
+  EXPECT_TRUE(exists(home.path("Stuff/Organized/Folders/Sub/b.pdf")));
+  EXPECT_EQ(contentOf(home.path("Stuff/Organized/Mine/same.pdf")), "same");
+}
+
+TEST_F(OrganizeCommand, saysWhatStaysAndWarnsOfWhatIsSynced) {
+  home.file("Dropbox/Papers/a.pdf", "1234");
+  EXPECT_THAT(run({"organize", "Dropbox/Papers", "--strategy", "type", "--apply", "--yes"}).errors,
+              HasSubstr("Warning: 'a.pdf' is synced via Dropbox."));
+  const auto folder = home.path("Dropbox/Papers/Organized/PDF Files");
+  EXPECT_THAT(
+      run({"organize", folder, "--strategy", "type", "--destination", home.path("Dropbox/Papers/Organized")}).errors,
+      HasSubstr("left out: 1 item (4 bytes) in place already"));
+}
+
 struct Misuse {
   const char* name;
   std::vector<std::string> words;
@@ -120,10 +154,18 @@ INSTANTIATE_TEST_SUITE_P(
                {"Stuff", "--apply", "--yes", "--rename", "Documents/PDFs=../../x"},
                2,
                "no name for a folder"},
-        Misuse{"a destination of the system",
-               {"Stuff", "--apply", "--yes", "--destination", "/etc/orvane"},
-               1,
-               "denied"}));
+        Misuse{
+            "a destination of the system", {"Stuff", "--apply", "--yes", "--destination", "/etc/orvane"}, 1, "denied"},
+        Misuse{"a preview into the system", {"Stuff", "--destination", "/etc/orvane"}, 1, "denied"}));
+
+// A link in the place of a folder that nobody named.
+TEST_F(OrganizeCommand, goesThroughNoLinkOutOfTheFolder) {
+  home.link("Stuff/Organized", home.folder("Elsewhere"));
+  const auto result = run({"organize", "Stuff", "--apply", "--yes"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, AllOf(HasSubstr("(stays: refused)"), HasSubstr("Nothing was moved.")));
+  EXPECT_TRUE(exists(home.path("Stuff/a.pdf")));
+}
 
 }  // namespace
 }  // namespace orvane::test

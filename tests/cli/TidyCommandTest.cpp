@@ -79,6 +79,42 @@ TEST_F(TidyCommand, showsAtATerminalWhatItWillDoAndAsks) {
   EXPECT_FALSE(exists(path));
 }
 
+TEST_F(TidyCommand, movesWhatItShowedAndNothingElse) {
+  home.folder("Dropbox");
+  EXPECT_EQ(run({"tidy", "set", "--folder", "Downloads", "--folder", "Dropbox"}).exitStatus, 0);
+  const auto replaced = arrive("replaced.pdf");
+  arrive("same.pdf");
+  setAge(home.file("Dropbox/note.txt"), 300);
+  setAge(home.file("Downloads/folder/in.txt"), 300);
+  setAge(home.path("Downloads/folder"), 300);
+  LiveProgram program(terminalSetup({"tidy", "run"}));
+  program.waitForOutput("Move 4 items? [y/N] ");
+  std::filesystem::remove(replaced);
+  home.file("Downloads/replaced.pdf", "another one");
+  arrive("arrived.pdf");
+  std::filesystem::rename(home.path("Downloads/folder"), home.path("other"));
+  home.file("Downloads/folder/in.txt", "another");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, AllOf(HasSubstr("Warning: 'note.txt' is synced via Dropbox."),
+                                   HasSubstr("Downloads/replaced.pdf' has changed since it was looked at."),
+                                   HasSubstr("Downloads/folder' has changed since it was looked at."),
+                                   HasSubstr("Moved 2 new items to Recents and sorted 0.")));
+  EXPECT_EQ(contentOf(replaced), "another one");
+  EXPECT_TRUE(exists(home.path("Downloads/arrived.pdf")));
+  EXPECT_EQ(contentOf(home.path("Downloads/folder/in.txt")), "another");
+  EXPECT_TRUE(exists(home.path("Downloads/Recents/same.pdf")));
+}
+
+TEST_F(TidyCommand, namesTheFoldersThatItCannotTidy) {
+  arrive("new.pdf");
+  std::filesystem::remove_all(home.path("Desktop"));
+  const auto result = run({"tidy", "run", "--yes"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.errors, HasSubstr("~/Desktop: No such file or directory"));
+}
+
 TEST_F(TidyCommand, namesTheServersProblem) {
   const LocalServer server([](const auto&) { return LocalServer::answer(200, "{}"); });
   home.file(".config/orvane/preferences.json", "{\"OrvaneLocalModelEndpoint\":\"" + server.url() + "\"}");

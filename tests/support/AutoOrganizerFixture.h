@@ -1,51 +1,20 @@
 #pragma once
 
 #include "core/organizer/AutoOrganizer.h"
-#include "core/organizer/TopicCategorizerFactory.h"
-#include "core/platform/FileStatusReader.h"
-#include "core/platform/TopicModel.h"
-#include "platform/linux/LinuxFileStatusReader.h"
-#include "tests/support/OrganizerFixture.h"
+#include "tests/support/TaskFixture.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <functional>
-#include <map>
 #include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace orvane::test {
 
-// A model that answers as the test says; without an answer there is none.
-class ScriptedModel : public TopicModel {
- public:
-  [[nodiscard]] std::string unavailableReason() override { return reply ? "" : "no model"; }
-  [[nodiscard]] std::string respond(const std::string& /*instructions*/, const std::string& prompt,
-                                    const std::stop_token& /*stop*/) override {
-    prompts.push_back(prompt);
-    return reply(prompt);
-  }
-  std::function<std::string(const std::string& prompt)> reply;
-  std::vector<std::string> prompts;
-};
-
-// Creation dates cannot be set, so files of a simulated past have none but their modification date.
-class SimulatedStatusReader : public FileStatusReader {
- public:
-  [[nodiscard]] std::optional<FileStatus> read(int folder, const char* name) const noexcept override {
-    auto status = readFileStatus(folder, name);
-    if (status) status->created = created;
-    return status;
-  }
-  std::optional<FileTime> created;
-};
-
 // ~/Downloads is watched; days are counted from a fixed one.
-class AutoOrganizerFixture : public OrganizerFixture {
+class AutoOrganizerFixture : public TaskFixture {
  public:
   static constexpr std::int64_t dayZero = 1'700'000'000;
   static constexpr double minute = 60.0 / 86400;
@@ -62,11 +31,11 @@ class AutoOrganizerFixture : public OrganizerFixture {
     const timespec times[2] = {{seconds, 0}, {seconds, 0}};
     ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
   }
-  AutoOrganizeReport tidy(double dayNumber, TopicUse topics = TopicUse::never) {
-    return organizer.run(request(dayNumber, topics));
+  AutoOrganizeReport tidy(double dayNumber, TopicUse use = TopicUse::never) {
+    return autoOrganizer.run(request(dayNumber, use));
   }
-  [[nodiscard]] AutoOrganizeRequest request(double dayNumber, TopicUse topics = TopicUse::never) const {
-    return {.folders = {tree.url("Downloads")}, .recentsDays = 3, .topics = topics, .now = day(dayNumber)};
+  [[nodiscard]] AutoOrganizeRequest request(double dayNumber, TopicUse use = TopicUse::never) const {
+    return {.folders = {tree.url("Downloads")}, .recentsDays = 3, .topics = use, .now = day(dayNumber)};
   }
   // Paths of all files below ~/Downloads.
   [[nodiscard]] std::set<std::string> files() const {
@@ -78,10 +47,7 @@ class AutoOrganizerFixture : public OrganizerFixture {
     return result;
   }
 
-  ScriptedModel model;
-  TopicCategorizerFactory factory{model};
-  SimulatedStatusReader statusReader;
-  AutoOrganizer organizer{engine, factory, *journal, statusReader, validator};
+  AutoOrganizer autoOrganizer{taskServices()};
 
  private:
   [[nodiscard]] static ReferenceClock::duration daysLong(double number) {

@@ -6,6 +6,7 @@
 #include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/rules/RuleEngine.h"
 #include "core/safety/FileAccessService.h"
@@ -15,8 +16,8 @@
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/linux/LinuxFolderGrants.h"
 #include "platform/linux/LinuxPreferences.h"
-#include "tests/support/AutoOrganizerFixture.h"
 #include "tests/support/SafetyFixture.h"
+#include "tests/support/ScriptedModel.h"
 
 #include <optional>
 #include <set>
@@ -45,14 +46,15 @@ class NoNetwork : public HttpTransport {
   }
 };
 
-// Creation dates cannot be set: a file counts as made when it was last changed.
+// Creation dates cannot be set: a file counts as made when it was last changed, or when the test says.
 class BackdatedStatusReader : public FileStatusReader {
  public:
   [[nodiscard]] std::optional<FileStatus> read(int folder, const char* name) const noexcept override {
     auto status = readFileStatus(folder, name);
-    if (status) status->created = status->modified;
+    if (status) status->created = created.value_or(status->modified);
     return status;
   }
+  std::optional<FileTime> created;
 };
 
 // The tasks over a home of their own: ~/Downloads is granted.

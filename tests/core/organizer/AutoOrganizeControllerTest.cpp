@@ -1,10 +1,12 @@
 #include "core/organizer/AutoOrganizeController.h"
 
 #include "core/base/HomeFolder.h"
+#include "core/base/Json.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"
 #include "core/platform/RepeatingTimer.h"
 #include "tests/support/AutoOrganizerFixture.h"
+#include "tests/support/MemoryPreferences.h"
 
 #include <gmock/gmock.h>
 
@@ -90,9 +92,9 @@ class Controller : public test::AutoOrganizerFixture {
     });
   }
   [[nodiscard]] AutoOrganizeController::Collaborators collaborators() {
-    return {.organizer = organizer,
+    return {.organizer = autoOrganizer,
             .store = store,
-            .factory = factory,
+            .factory = topics,
             .timer = timer,
             .loginItems = loginItems,
             .now = [this] { return now; },
@@ -167,7 +169,7 @@ TEST_F(Controller, doesNothingWhileARunIsUnderWay) {
 
 TEST_F(Controller, usesTopicsWhereTheyAreWantedAndCanBeHad) {
   arrive("a.pdf", -10);
-  model.reply = [](const auto&) { return R"({"a.pdf": "Taxes", "b.pdf": "Taxes"})"; };
+  topicModel.reply = [](const auto&) { return R"({"a.pdf": "Taxes", "b.pdf": "Taxes"})"; };
   AutoOrganizeController controller(collaborators());
   EXPECT_TRUE(controller.isAIAvailable());
   controller.update([](auto& settings) { settings.useAITopics = false; });
@@ -177,7 +179,7 @@ TEST_F(Controller, usesTopicsWhereTheyAreWantedAndCanBeHad) {
   controller.update([](auto& settings) { settings.useAITopics = true; });
   controller.runNow();
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Taxes/b.pdf")));
-  model.reply = {};
+  topicModel.reply = {};
   EXPECT_FALSE(AutoOrganizeController(collaborators()).isAIAvailable());
 }
 

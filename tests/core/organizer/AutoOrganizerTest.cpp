@@ -1,5 +1,6 @@
 #include "core/base/FileLock.h"
 #include "core/base/PathAccess.h"
+#include "core/tasks/Folders.h"
 #include "tests/support/AutoOrganizerFixture.h"
 
 #include <gmock/gmock.h>
@@ -88,12 +89,12 @@ TEST_F(AutoOrganizerTest, waitsForADownloadThatIsStillGrowing) {
 TEST_F(AutoOrganizerTest, countsAgeFromTheLaterOfCreationAndModification) {
   const auto path = arrive("copied.pdf", -100);
   statusReader.created = FileTime{dayZero, 0};
-  EXPECT_EQ(organizer.age(FileUrl(path), day(2)), 2 * 86400);
+  EXPECT_EQ(autoOrganizer.age(FileUrl(path), day(2)), 2 * 86400);
   EXPECT_EQ(tidy(2).result.movedToRecents, 1) << "it is old, but new here";
   EXPECT_EQ(tidy(3).result.sorted, 1);
   statusReader.created = FileTime{dayZero - 200 * 86400, 0};
-  EXPECT_EQ(organizer.age(FileUrl(arrive("x", -100)), day(0)), 100 * 86400);
-  EXPECT_EQ(organizer.age(tree.url("Downloads/missing"), day(0)), 0);
+  EXPECT_EQ(autoOrganizer.age(FileUrl(arrive("x", -100)), day(0)), 100 * 86400);
+  EXPECT_EQ(autoOrganizer.age(tree.url("Downloads/missing"), day(0)), 0);
 }
 
 TEST_F(AutoOrganizerTest, foldersGoToRecentsAndThenStay) {
@@ -127,7 +128,7 @@ TEST_F(AutoOrganizerTest, undoesAWholePass) {
   const auto before = files();
   auto both = request(1);
   both.folders.insert(both.folders.begin(), {tree.url("Desktop"), tree.url("missing")});
-  const auto report = organizer.run(both);
+  const auto report = autoOrganizer.run(both);
   EXPECT_EQ(report.result.movedToRecents, 1);
   EXPECT_EQ(report.result.sorted, 3);
   EXPECT_THAT(report.result.batchIDs, SizeIs(2));
@@ -144,10 +145,12 @@ TEST_F(AutoOrganizerTest, aFolderThatFailsDoesNotStopTheNext) {
   arrive("old.pdf", -10);
   auto both = request(0);
   both.folders = {FileUrl("/etc"), tree.url("Desktop"), tree.url("Downloads")};
-  const auto report = organizer.run(both);
+  const auto report = autoOrganizer.run(both);
   EXPECT_EQ(report.result.sorted, 1);
-  ASSERT_THAT(report.notMoved, SizeIs(1));
-  EXPECT_EQ(report.notMoved[0].result, MoveResult::refused);
+  ASSERT_THAT(report.runs, SizeIs(2));
+  EXPECT_EQ(report.runs[0].proposal.row(0).lock, Lock::refused);
+  EXPECT_FALSE(report.runs[0].report.runId);
+  EXPECT_EQ(report.notices, Notices{*problemWith(taskServices(), FileUrl("/etc"))});
   EXPECT_TRUE(exists(tree.path("Desktop/old.pdf")));
   EXPECT_TRUE(fs::is_empty(tree.path("Elsewhere")));
 }
@@ -160,13 +163,13 @@ TEST_F(AutoOrganizerTest, sortsByTopicWhereTheModelNamesOne) {
   arrive("Sorted/Travel/map.pdf", -10);
   arrive("Sorted/Documents/PDFs/x.pdf", -10);
   arrive("Sorted/Screenshots/x.png", -10);
-  model.reply = [](const auto&) { return R"({"tax 2020.pdf": "Taxes", "plan.pdf": "Travel"})"; };
+  topicModel.reply = [](const auto&) { return R"({"tax 2020.pdf": "Taxes", "plan.pdf": "Travel"})"; };
   EXPECT_EQ(tidy(1).result.sorted, 3) << "topics are not asked for";
-  EXPECT_THAT(model.prompts, IsEmpty());
+  EXPECT_THAT(topicModel.prompts, IsEmpty());
   journal->restoreRun(journal->getRuns().front().runId);
 
   EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, 3);
-  EXPECT_THAT(model.prompts,
+  EXPECT_THAT(topicModel.prompts,
               ElementsAre("Existing folders: Travel\n\nItems:\n- picture.png\n- plan.pdf\n- tax 2020.pdf"));
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Taxes/tax 2020.pdf")));
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Travel/plan.pdf")));
@@ -174,26 +177,26 @@ TEST_F(AutoOrganizerTest, sortsByTopicWhereTheModelNamesOne) {
 }
 
 TEST_F(AutoOrganizerTest, noTopicLeavesSorted) {
-  const std::vector<std::string> topics{"..",     "../..",   "../../Elsewhere", "/etc",   ".ssh", "Documents",
+  const std::vector<std::string> names{"..",     "../..",   "../../Elsewhere", "/etc",   ".ssh", "Documents",
                                         "media",  "RECENTS", "Keep As Is",      "Sorted", ". .",  std::string(400, 'x'),
                                         "Other/x"};
   std::string reply = "{";
-  for (std::size_t i = 0; i < topics.size(); ++i) {
+  for (std::size_t i = 0; i < names.size(); ++i) {
     arrive(std::to_string(i) + ".pdf", -10);
-    reply += (i > 0 ? "," : "") + ("\"" + std::to_string(i) + ".pdf\": \"" + topics[i] + "\"");
+    reply += (i > 0 ? "," : "") + ("\"" + std::to_string(i) + ".pdf\": \"" + names[i] + "\"");
   }
-  model.reply = [&](const auto&) { return reply + "}"; };
-  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, static_cast<std::int64_t>(topics.size()));
-  std::set<std::string> folders;
-  for (const auto& file : files()) folders.insert(file.substr(0, file.rfind('/')));
-  EXPECT_THAT(folders, UnorderedElementsAre("Sorted/Documents/PDFs", "Sorted/Elsewhere", "Sorted/etc", "Sorted/ssh",
+  topicModel.reply = [&](const auto&) { return reply + "}"; };
+  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, static_cast<std::int64_t>(names.size()));
+  std::set<std::string> sorted;
+  for (const auto& file : files()) sorted.insert(file.substr(0, file.rfind('/')));
+  EXPECT_THAT(sorted, UnorderedElementsAre("Sorted/Documents/PDFs", "Sorted/Elsewhere", "Sorted/etc", "Sorted/ssh",
                                             "Sorted/Other x"));
 }
 
 TEST_F(AutoOrganizerTest, leavesWhatChangedWhileTheModelWasThinking) {
   arrive("a.pdf", -10);
   arrive("b.pdf", -10);
-  model.reply = [&](const auto&) {
+  topicModel.reply = [&](const auto&) {
     arrive("a.pdf", 1, "somebody saved it");
     return R"({"a.pdf": "Taxes", "b.pdf": "Taxes"})";
   };
@@ -210,7 +213,7 @@ TEST_F(AutoOrganizerTest, twoRunsNeverOverlap) {
     EXPECT_THAT(files(), ElementsAre("a.pdf"));
     return false;
   };
-  EXPECT_EQ(organizer.run(outer).end, AutoOrganizeReport::End::declined);
+  EXPECT_EQ(autoOrganizer.run(outer).end, AutoOrganizeReport::End::declined);
   EXPECT_THAT(files(), ElementsAre("a.pdf"));
   {
     // As another process holds it.
@@ -226,7 +229,7 @@ TEST_F(AutoOrganizerTest, aPassWithNothingToDoReadsTwoFoldersAndOpensNoFile) {
   arrive("Sorted/Documents/PDFs/x.pdf", -10);
   arrive("old folder/deep/inner.pdf", -10);
   touch(tree.path("Downloads/old folder"), -10);
-  model.reply = [](const auto&) { return "{}"; };
+  topicModel.reply = [](const auto&) { return "{}"; };
 
   const FileDescriptor events(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
   for (const auto& path : {fresh, recent, tree.path("Downloads/Sorted"), tree.path("Downloads/old folder")}) {
@@ -235,7 +238,7 @@ TEST_F(AutoOrganizerTest, aPassWithNothingToDoReadsTwoFoldersAndOpensNoFile) {
   EXPECT_EQ(tidy(1 + minute, TopicUse::whenAvailable).result.totalMoved(), 0);
   char buffer[4096];
   EXPECT_EQ(::read(events.get(), buffer, sizeof buffer), -1) << "something was opened";
-  EXPECT_THAT(model.prompts, IsEmpty());
+  EXPECT_THAT(topicModel.prompts, IsEmpty());
 }
 
 }  // namespace

@@ -85,7 +85,7 @@ class HeadlessCoordinatorTest : public AutoOrganizerFixture {
   AutoOrganizeSettingsStore tidySettings{stored};
   HeadlessCoordinator headless{{.schedule = schedule,
                                 .tidySettings = tidySettings,
-                                .autoOrganizer = organizer,
+                                .autoOrganizer = autoOrganizer,
                                 .notificationCenter = center,
                                 .volume = volume,
                                 .home = FileUrl(tree.path()),

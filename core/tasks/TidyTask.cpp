@@ -1,0 +1,184 @@
+#include "core/tasks/TidyTask.h"
+
+#include "core/base/Json.h"
+#include "core/base/PathText.h"
+#include "core/base/UnicodeText.h"
+#include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/GeneratedFolders.h"
+#include "core/organizer/ProposedNames.h"
+#include "core/organizer/TidyFolder.h"
+#include "core/organizer/TopicCategorizerFactory.h"
+#include "core/organizer/TopicNames.h"
+#include "core/safety/UndoJournal.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/NamedTopics.h"
+#include "core/tasks/TaskServices.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr double secondsPerDay = 86400;
+constexpr std::string_view lockName = "auto_organize.lock";
+constexpr std::array<std::string_view, 3> ownFolders{recentsFolderName, keepAsIsFolderName, topicsFolderName};
+
+// Whether a folder below "Sorted" may have the name of this topic: topics share that folder with the categories.
+bool isUsableTopic(const std::string& topic) {
+  const auto isSame = [&](std::string_view name) { return lowercased(name) == lowercased(topic); };
+  return TopicNames::canNameFolder(topic) &&
+         std::none_of(reservedTopLevelCategories.begin(), reservedTopLevelCategories.end(), isSame) &&
+         std::none_of(ownFolders.begin(), ownFolders.end(), isSame);
+}
+
+// Collects the moves of one folder into a group for each destination.
+class GroupBuilder {
+ public:
+  explicit GroupBuilder(const FileUrl& folder) : m_folder(folder) {}
+
+  void add(const TidyItem& item, const FileUrl& root, const std::string& category, const std::string& name) {
+    auto& group = groupFor(FolderOrganizerEngine::categoryFolder(root, category), name);
+    ProposedMove move;
+    move.originalURL = item.url;
+    move.targetURL = m_names.take(group.destinationFolder, item.url.lastPathComponent());
+    move.categoryName = name;
+    move.isDirectory = item.kind == ItemKind::folder;
+    move.fileSize = move.isDirectory ? FolderOrganizerEngine::fastFolderSize(item.url) : item.identity.size;
+    move.sourceRelativePath = item.url.path().substr(m_folder.path().size() + 1);
+    move.identity = item.identity;
+    group.moves.push_back(std::move(move));
+  }
+
+  // In order of their names.
+  [[nodiscard]] std::vector<OrganizationCategoryGroup> take() {
+    std::vector<OrganizationCategoryGroup> groups;
+    for (auto& [destination, group] : m_groups) groups.push_back(std::move(group));
+    std::ranges::stable_sort(groups, {}, &OrganizationCategoryGroup::name);
+    return groups;
+  }
+
+ private:
+  OrganizationCategoryGroup& groupFor(FileUrl destination, const std::string& name) {
+    const auto [found, isNew] = m_groups.try_emplace(destination);
+    if (isNew) found->second = {Uuid::random(), name, std::move(destination), {}};
+    return found->second;
+  }
+
+  const FileUrl& m_folder;
+  std::map<FileUrl, OrganizationCategoryGroup> m_groups;
+  ProposedNames m_names;
+};
+
+// The topics that the names of the items may have.
+std::map<std::string, std::string> topicsOf(const TaskServices& services, const std::vector<TidyItem>& items,
+                                            const FileUrl& sorted, NamedTopics& topics, const std::stop_token& stop) {
+  std::set<std::string> names;
+  for (const auto& item : items) names.emplace(item.url.lastPathComponent());
+  const std::vector<std::string> asked(names.begin(), names.end());
+  // The folders below "Sorted" that no category made.
+  const auto existing = TopicNames::foldersBelow(sorted, [&](const std::string& name) {
+    return isUsableTopic(name) && !services.organizer.isGeneratedFolder(name);
+  });
+  auto found = topics.topics(asked, existing, stop);
+  std::erase_if(found, [](const auto& named) { return !isUsableTopic(named.second); });
+  return found;
+}
+
+// One watched folder, and how it is looked at.
+struct Watched {
+  FileUrl folder;
+  std::int64_t recentsDays = 3;
+};
+
+Json subjectOf(const Watched& watched) {
+  Json json = Json::object();
+  json["folder"] = jsonFromUrl(watched.folder);
+  json["recentsDays"] = watched.recentsDays;
+  return json;
+}
+
+// `topics` is null where none are wanted.
+std::optional<Proposal> propose(const TaskServices& services, const Watched& watched, const Boundary& boundary,
+                                Date now, NamedTopics* topics, const TaskMonitor& monitor) {
+  const auto& folder = watched.folder;
+  ProposalBuilder builder(TaskKind::tidy, boundary, now);
+  auto subject = subjectOf(watched);
+  if (auto problem = problemWith(services, folder, boundary)) {
+    builder.note(*std::move(problem));
+    builder.setSubject(std::move(subject));
+    return builder.take();
+  }
+  const std::chrono::duration<double> recentAge(static_cast<double>(watched.recentsDays) * secondsPerDay);
+  const auto items = TidyFolder::read(folder, recentAge, now, services.statusReader);
+  GroupBuilder groups(folder);
+  const std::string recents(recentsFolderName);
+  for (const auto& item : items.recent) groups.add(item, folder, recents, recents);
+  const auto sorted = folder.appendingPathComponent(topicsFolderName);
+  std::map<std::string, std::string> topicByName;
+  if (topics != nullptr && !items.older.empty() && !monitor.stop.stop_requested()) {
+    if (monitor.namingTopics) monitor.namingTopics();
+    topicByName = topicsOf(services, items.older, sorted, *topics, monitor.stop);
+    subject["topics"] = topics->toJson();
+  }
+  if (monitor.stop.stop_requested()) return std::nullopt;
+  const auto chooser = services.organizer.chooserFor(folder, OrganizationStrategy::byCategory);
+  for (const auto& item : items.older) {
+    const auto name = item.url.lastPathComponent();
+    const auto topic = topicByName.find(std::string(name));
+    const auto category = topic != topicByName.end() ? topic->second : chooser.categoryOf({.name = name});
+    groups.add(item, sorted, category, category);
+  }
+  for (const auto& group : groups.take()) addCategoryGroup(builder, group, services.validator, boundary);
+  builder.setSubject(std::move(subject));
+  return builder.take();
+}
+
+}  // namespace
+
+std::optional<TidyPass> TidyPass::begin(const TaskServices& services, const TidyWish& wish, Date now,
+                                        const TaskMonitor& monitor) {
+  FileDescriptor lockFile(
+      ::open(joinPath(services.journal().storageFolder(), lockName).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (!lockFile) throwErrno();
+  auto lock = FileLock::tryAcquire(lockFile);
+  if (!lock) return std::nullopt;
+  TidyPass pass(services, *std::move(lock));
+  for (const auto& folder : wish.folders) {
+    std::optional<NamedTopics> topics;
+    auto* model = wish.topics == TopicUse::whenAvailable ? services.topics.categorizer() : nullptr;
+    if (model != nullptr) topics.emplace(*model);
+    auto proposal =
+        propose(services, {folder, wish.recentsDays}, Boundary({folder}), now, topics ? &*topics : nullptr, monitor);
+    if (!proposal) {
+      pass.m_proposals.clear();
+      break;
+    }
+    const auto& notices = proposal->notices();
+    pass.m_notices.insert(pass.m_notices.end(), notices.begin(), notices.end());
+    if (!proposal->empty()) pass.m_proposals.push_back({folder, *std::move(proposal)});
+  }
+  return pass;
+}
+
+RunReport TidyPass::carryOut(const Approval& approval, const RunProgress& progress, const std::stop_token& stop) const {
+  return orvane::carryOut(m_services, approval, progress, stop);
+}
+
+std::optional<Proposal> reproposeTidy(const TaskServices& services, const Json& subject, const Boundary& boundary,
+                                      Date countedTo, const TaskMonitor& monitor) {
+  const Watched watched{urlAt(subject, "folder"), integerAt(subject, "recentsDays")};
+  std::optional<NamedTopics> topics;
+  if (const auto* known = optionalKey(subject, "topics")) topics.emplace(*known);
+  return propose(services, watched, boundary, countedTo, topics ? &*topics : nullptr, monitor);
+}
+
+}  // namespace orvane

@@ -1,0 +1,111 @@
+#include "core/tasks/TidyTask.h"
+
+#include "core/base/Json.h"
+#include "tests/support/AutoOrganizerFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace orvane::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+class TidyTaskTest : public AutoOrganizerFixture {
+ public:
+  [[nodiscard]] TidyWish wish() const { return {.folders = {tree.url("Downloads")}}; }
+  const TaskServices services = taskServices();
+};
+
+TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
+  arrive("same.pdf", -10);
+  arrive("replaced.pdf", -10, "before");
+  arrive("unchecked.pdf", -10);
+  arrive("new.pdf", 0);
+  arrive("album/1.jpg", 0);
+  arrive("grown/1.jpg", 0);
+  for (const auto* folder : {"Downloads/album", "Downloads/grown"}) touch(tree.path(folder), 0);
+  const auto pass = TidyPass::begin(services, wish(), day(1));
+  ASSERT_TRUE(pass);
+  ASSERT_EQ(pass->proposals().size(), 1U);
+  const auto& proposal = pass->proposals()[0].proposal;
+  auto selection = proposal.selection();
+  EXPECT_EQ(selection.count(), 6);
+  proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+    if (row.item.relativePath() == "unchecked.pdf") selection.set(index, Selection::Whether::unselected);
+  });
+
+  fs::remove(tree.path("Downloads/replaced.pdf"));
+  arrive("replaced.pdf", -10, "another one");
+  arrive("arrived.pdf", -10);
+  fs::rename(tree.path("Downloads/album"), tree.path("other"));
+  arrive("album/2.jpg", 0);
+  touch(tree.path("Downloads/album"), 0);
+  arrive("grown/2.jpg", 0);
+
+  const auto report = pass->carryOut(proposal.approve(selection));
+  EXPECT_EQ(report.moved(), 2);
+  EXPECT_EQ(report.failed, 3) << "somebody works with a folder that has grown";
+  EXPECT_THAT(files(),
+              UnorderedElementsAre("Sorted/Documents/PDFs/same.pdf", "Recents/new.pdf", "replaced.pdf", "unchecked.pdf",
+                                   "arrived.pdf", "album/2.jpg", "grown/1.jpg", "grown/2.jpg"));
+  for (const auto& entry : journal->getEntries(*report.runId)) EXPECT_EQ(entry.timestamp, report.started);
+}
+
+TEST_F(TidyTaskTest, noTwoPassesOverlap) {
+  arrive("a.pdf", -10);
+  {
+    const auto pass = TidyPass::begin(services, wish(), day(1));
+    ASSERT_TRUE(pass);
+    EXPECT_FALSE(TidyPass::begin(services, wish(), day(1)));
+  }
+  EXPECT_TRUE(TidyPass::begin(services, wish(), day(1)));
+}
+
+TEST_F(TidyTaskTest, namesTheFoldersThatItCannotLookAt) {
+  auto several = wish();
+  several.folders.insert(several.folders.begin(), {tree.url("missing"), FileUrl("/etc")});
+  arrive("a.pdf", -10);
+  const auto pass = TidyPass::begin(services, several, day(1));
+  ASSERT_EQ(pass->notices().size(), 2U);
+  EXPECT_EQ(std::get<FolderLeftOut>(pass->notices()[0]).why, FolderLeftOut::Why::missing);
+  EXPECT_EQ(std::get<FolderLeftOut>(pass->notices()[1]).why, FolderLeftOut::Why::refused);
+  EXPECT_EQ(pass->proposals().size(), 1U);
+}
+
+TEST_F(TidyTaskTest, proposesTheSameAgainFromItsSubject) {
+  arrive("plan.pdf", -10);
+  arrive("letter.pdf", -10);
+  arrive("new.pdf", 0);
+  topicModel.reply = [](const std::string&) { return R"({"plan.pdf": "Travel"})"; };
+  auto withTopics = wish();
+  withTopics.topics = TopicUse::whenAvailable;
+  const auto pass = TidyPass::begin(services, withTopics, day(1));
+  const auto& proposal = pass->proposals().at(0).proposal;
+  topicModel.reply = {};
+  auto subject = parseJson(jsonText(proposal.subject()));
+  const auto again = reproposeTidy(services, subject, roots(), proposal.countedTo());
+  ASSERT_TRUE(again);
+  const auto places = [](const Proposal& of) {
+    std::vector<std::string> result;
+    for (const auto& group : groupsOf(of)) {
+      for (const auto& move : group.moves) result.push_back(move.targetURL.path());
+    }
+    return result;
+  };
+  EXPECT_EQ(places(*again), places(proposal));
+  EXPECT_THAT(places(*again), testing::Contains(tree.path("Downloads/Sorted/Travel/plan.pdf")));
+
+  subject["topics"] = Json::array({Json::array({"plan.pdf", "Recents"}), Json::array({"letter.pdf", "../x"})});
+  EXPECT_THAT(places(*reproposeTidy(services, subject, roots(), day(1))),
+              ElementsAre(tree.path("Downloads/Sorted/Documents/PDFs/plan.pdf"), tree.path("Downloads/Recents/new.pdf"),
+                          tree.path("Downloads/Sorted/x/letter.pdf")));
+  EXPECT_TRUE(reproposeTidy(services, subject, Boundary({FileUrl(tree.folder("Elsewhere"))}), day(1))->empty());
+  subject.erase("recentsDays");
+  EXPECT_THROW(static_cast<void>(reproposeTidy(services, subject, roots(), day(1))), JsonError);
+}
+
+}  // namespace
+}  // namespace orvane::test
