@@ -29,6 +29,7 @@ FLOORS = [
             "localization/AppLanguage",
             "rules/CleanupRule",
             "rules/RuleAction",
+            "rules/RuleCheck",
             "rules/RuleTrigger",
             "rules/ScheduleFrequency",
             "rules/ScheduleSettings",

@@ -3,6 +3,7 @@
 #include "core/base/Json.h"
 #include "core/base/PathText.h"
 #include "core/base/UnicodeText.h"
+#include "core/rules/RuleCheck.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -33,25 +34,6 @@ void requireKnownKeys(const Json& object, std::string_view what, Keys known) {
   }
 }
 
-void requirePath(const std::string& path, std::string_view key) {
-  const bool isPath = path.starts_with('/') || path == "~" || path.starts_with("~/");
-  if (!isPath) throw JsonError(fmt::format("\"{}\" must begin with / or ~/", key));
-  if (path.find('\0') != std::string::npos) throw JsonError(fmt::format("\"{}\" holds a NUL", key));
-}
-
-void requireSound(const RuleTrigger& trigger) {
-  if (trigger.folderPath && !trigger.folderPath->empty()) requirePath(*trigger.folderPath, "folderPath");
-  if (trigger.minimumAgeDays.value_or(0) < 0) throw JsonError("\"minimumAgeDays\" must not be negative");
-  if (trigger.minimumSizeBytes.value_or(0) < 0) throw JsonError("\"minimumSizeBytes\" must not be negative");
-  if (!trigger.fileExtensions) return;
-  for (const auto& extension : *trigger.fileExtensions) {
-    if (extension.empty() || extension.find_first_of("./*?") != std::string::npos) {
-      throw JsonError(fmt::format("\"fileExtensions\" holds \"{}\": write endings without a dot, as in \"pdf\"",
-                                  shortenedToBytes(extension, 100)));
-    }
-  }
-}
-
 RuleAction actionFrom(const Json& json) {
   requireKnownKeys(json, "\"action\"", actionKeys);
   const auto type = stringAt(json, "type");
@@ -60,9 +42,7 @@ RuleAction actionFrom(const Json& json) {
     throw JsonError(fmt::format("\"type\" cannot be \"{}\"; it is one of moveToFolder, moveToTrash, reviewOnly",
                                 shortenedToBytes(type, 100)));
   }
-  auto action = RuleAction::fromJson(json);
-  if (action.type() == RuleAction::Type::moveToFolder) requirePath(action.path(), "path");
-  return action;
+  return RuleAction::fromJson(json);
 }
 
 }  // namespace
@@ -73,17 +53,16 @@ CleanupRule ruleFromText(std::string_view text) {
   CleanupRule rule;
   if (optionalKey(json, "id") != nullptr) rule.id = uuidAt(json, "id");
   rule.name = trimmed(stringAt(json, "name"));
-  if (rule.name.empty()) throw JsonError("\"name\" must not be empty");
   if (const auto* description = optionalKey(json, "description")) {
     rule.description = stringFrom(*description, "description");
   }
   const auto& trigger = requiredKey(json, "trigger");
   requireKnownKeys(trigger, "\"trigger\"", triggerKeys);
   rule.trigger = RuleTrigger::fromJson(trigger);
-  requireSound(rule.trigger);
   rule.action = actionFrom(requiredKey(json, "action"));
   if (optionalKey(json, "isEnabled") != nullptr) rule.isEnabled = booleanAt(json, "isEnabled");
   if (optionalKey(json, "createdAt") != nullptr) rule.createdAt = dateAt(json, "createdAt");
+  if (const auto problems = problemsWith(rule); !problems.empty()) throw JsonError(problems.front().text);
   return rule;
 }
 

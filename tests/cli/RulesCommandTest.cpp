@@ -75,6 +75,9 @@ TEST_F(RulesCommand, namesWhatIsWrongWithARule) {
       {R"({"name":"a","trigger":{"categories":["none"]},"action":{"type":"reviewOnly"}})", "\"none\""},
       {R"({"name":"a","trigger":{},"action":{"type":"shred"}})", "\"type\""},
       {R"({"name":"a","trigger":{},"action":{"type":"moveToFolder"}})", "\"path\""},
+      {R"({"name":"a","trigger":{"minimumAgeDays":1},"action":{"type":"moveToFolder","path":"Logs"}})", "\"path\""},
+      {R"({"name":"a","trigger":{},"action":{"type":"moveToTrash"}})", "every file"},
+      {R"({"name":"a","trigger":{"folderPath":"~/","minimumAgeDays":0},"action":{"type":"moveToTrash"}})", "every file"},
   };
   for (const auto& row : cases) {
     const auto result = run({"rules", "add", home.file("rule.json", row.json)});

@@ -1,0 +1,98 @@
+#include "core/rules/BuiltInRuleTemplates.h"
+#include "core/rules/RuleCheck.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+CleanupRule ruleFor(RuleTrigger trigger, RuleAction action = RuleAction::moveToTrash()) {
+  CleanupRule rule;
+  rule.name = "rule";
+  rule.trigger = std::move(trigger);
+  rule.action = std::move(action);
+  return rule;
+}
+
+std::vector<RulePart> faultyPartsOf(const CleanupRule& rule) {
+  std::vector<RulePart> parts;
+  for (const auto& problem : problemsWith(rule)) parts.push_back(problem.part);
+  return parts;
+}
+
+struct TriggerCase {
+  const char* name;
+  RuleTrigger trigger;
+  bool isSound;
+};
+
+TEST(RuleCheck, refusesATriggerThatNarrowsNothing) {
+  const TemporaryTree tree;
+  tree.folder("home");
+  std::filesystem::create_symlink(tree.path("home"), tree.path("link"));
+  const ScopedEnvironment home("HOME", tree.path("link").c_str());
+  const std::vector<ScanCategory> all(allScanCategories.begin(), allScanCategories.end());
+  const std::vector<ScanCategory> allButManual(all.begin(), all.end() - 1);
+  const TriggerCase cases[] = {
+      {"no condition", {}, false},
+      {"empty texts and lists",
+       {.folderPath = "", .fileExtensions = {{}}, .categories = {{}}, .namePattern = ""},
+       false},
+      {"nothing younger or smaller", {.minimumAgeDays = 0, .minimumSizeBytes = 0}, false},
+      {"the root", {.folderPath = "/"}, false},
+      {"the home folder", {.folderPath = "~"}, false},
+      {"with a slash", {.folderPath = "~/"}, false},
+      {"by a detour", {.folderPath = "~/Downloads/.."}, false},
+      {"behind its link", {.folderPath = tree.path("home")}, false},
+      {"the beginning of its name", {.folderPath = tree.path("ho")}, false},
+      {"all categories", {.categories = all}, false},
+      {"all that a rule may touch", {.categories = allButManual}, false},
+      {"all of them in the home folder", {.folderPath = "~", .categories = all, .minimumAgeDays = 0}, false},
+      {"a folder", {.folderPath = "~/Downloads"}, true},
+      {"a folder beside the home folder", {.folderPath = tree.path("home2")}, true},
+      {"a category", {.categories = {{ScanCategory::logs}}}, true},
+      {"an extension", {.fileExtensions = {{"pdf"}}}, true},
+      {"a name", {.namePattern = " "}, true},
+      {"an age", {.minimumAgeDays = 1}, true},
+      {"a size", {.folderPath = "~", .minimumSizeBytes = 1}, true},
+  };
+  for (const auto& row : cases) {
+    const auto rule = ruleFor(row.trigger);
+    if (row.isSound) {
+      EXPECT_THAT(faultyPartsOf(rule), IsEmpty()) << row.name;
+    } else {
+      EXPECT_THAT(faultyPartsOf(rule), ElementsAre(RulePart::whole)) << row.name;
+    }
+    EXPECT_EQ(refusalOf(rule).has_value(), !row.isSound) << row.name;
+  }
+}
+
+TEST(RuleCheck, namesEachFaultyPart) {
+  auto rule = ruleFor({.folderPath = "Downloads",
+                       .fileExtensions = {{"pdf", "tar.gz", "*"}},
+                       .minimumAgeDays = -1,
+                       .minimumSizeBytes = -1},
+                      RuleAction::moveToFolder(""));
+  rule.name = " \n";
+  EXPECT_THAT(faultyPartsOf(rule), ElementsAre(RulePart::name, RulePart::folder, RulePart::minimumAge,
+                                               RulePart::minimumSize, RulePart::extensions, RulePart::destination));
+  EXPECT_EQ(refusalOf(rule)->part, RulePart::folder) << "nobody is hindered by a name";
+  EXPECT_THAT(faultyPartsOf(
+                  ruleFor({.folderPath = std::string("/a\0b", 4)}, RuleAction::moveToFolder(std::string("~/a\0b", 5)))),
+              ElementsAre(RulePart::folder, RulePart::destination));
+  EXPECT_THAT(faultyPartsOf(ruleFor({.fileExtensions = {{"pdf", ""}}})), ElementsAre(RulePart::extensions));
+}
+
+TEST(RuleCheck, findsTheBuiltInRulesSound) {
+  for (const auto& rule : BuiltInRuleTemplates::defaultRules()) EXPECT_THAT(problemsWith(rule), IsEmpty()) << rule.name;
+}
+
+}  // namespace
+}  // namespace orvane::test
