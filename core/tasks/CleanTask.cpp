@@ -5,8 +5,6 @@
 #include "core/tasks/ScanTask.h"
 
 #include <algorithm>
-#include <string>
-#include <unordered_set>
 #include <utility>
 
 namespace orvane {
@@ -50,11 +48,9 @@ std::optional<Proposal> propose(const TaskServices& services, const CleanWish& w
   builder.setSubject(subjectOf(wish));
   for (const auto& notice : notices) builder.note(notice);
   RowsInTrash inTrash;
-  // Folders that overlap meet an item twice.
-  std::unordered_set<std::string> seen;
   const auto end = scanItems(services, wish.folders, wish.developerCaches, monitor, [&](FileItem item) {
     if (item.category() == ScanCategory::trash) inTrash.rows.add(item.fileSize());
-    if (!takes(wish, item) || !seen.insert(item.url().path()).second) return;
+    if (!takes(wish, item)) return;
     item.setSelected(true);
     builder.add(std::move(item), {Choice::selected});
   });

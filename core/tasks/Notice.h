@@ -70,6 +70,7 @@ struct RowsNotTaken {
 struct RuleRefused {
   std::string rule;
   std::string reason;
+  std::string key = {};  // of the text that says it in the user's language
   bool operator==(const RuleRefused&) const = default;
 };
 

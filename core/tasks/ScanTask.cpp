@@ -1,12 +1,29 @@
 #include "core/tasks/ScanTask.h"
 
+#include "core/base/PathText.h"
+#include "core/safety/Boundary.h"
 #include "core/scanning/StorageScanner.h"
 #include "core/tasks/TaskServices.h"
 
+#include <string>
+#include <unordered_set>
 #include <utility>
 #include <variant>
 
 namespace orvane {
+namespace {
+
+bool overlap(const std::vector<FileUrl>& folders) {
+  const auto paths = Boundary(folders).canonicalPaths();
+  for (std::size_t one = 0; one < paths.size(); ++one) {
+    for (std::size_t other = 0; other < paths.size(); ++other) {
+      if (one != other && isSameOrInside(paths[one], paths[other])) return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
 
 ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                     const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take) {
@@ -28,9 +45,13 @@ ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, 
 
 ScanEnd scanItems(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                   const TaskMonitor& monitor, const std::function<void(FileItem)>& take) {
+  const bool mayComeTwice = overlap(folders);
+  std::unordered_set<std::string> seen;
   return scanFolders(services, std::move(folders), developerCaches, monitor, [&](std::vector<ScanEvent>& batch) {
     for (auto& event : batch) {
-      if (auto* item = std::get_if<FileItem>(&event)) take(std::move(*item));
+      auto* item = std::get_if<FileItem>(&event);
+      if (item == nullptr || (mayComeTwice && !seen.insert(item->url().path()).second)) continue;
+      take(std::move(*item));
     }
   });
 }

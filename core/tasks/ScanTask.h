@@ -18,7 +18,7 @@ enum class ScanEnd : std::uint8_t { completed, cancelled };
 // Scans the folders on the calling thread and hands over the events in batches, the last one included.
 ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                     const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take);
-// The same for those who want the items alone.
+// The same for those who want the items alone. One that lies in several of the folders comes once.
 ScanEnd scanItems(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                   const TaskMonitor& monitor, const std::function<void(FileItem)>& take);
 

@@ -1,0 +1,23 @@
+#include "core/rules/RuleDestination.h"
+
+#include "core/base/CanonicalPath.h"
+#include "core/base/HomeFolder.h"
+#include "core/base/PathText.h"
+#include "core/safety/FolderLookups.h"
+#include "core/safety/PathValidator.h"
+#include "core/scanning/FileItem.h"
+
+namespace orvane {
+
+RuleDestination::RuleDestination(const RuleAction& action, const PathValidator& validator, const Boundary& boundary) {
+  if (action.type() != RuleAction::Type::moveToFolder) return;
+  m_folder = FileUrl(expandedHome(action.path()));
+  m_canonicalPath = canonicalPath(m_folder->path());
+  m_refusal = validator.refusalText(*m_folder, boundary);
+}
+
+bool RuleDestination::holds(const FileItem& file, FolderLookups& folders) const {
+  return m_folder && folders.canonical(parentPath(file.url().path())) == m_canonicalPath;
+}
+
+}  // namespace orvane

@@ -1,0 +1,253 @@
+#include "core/tasks/RulesTask.h"
+
+#include "core/base/FileStatus.h"
+#include "core/base/HomeFolder.h"
+#include "core/base/Json.h"
+#include "core/rules/RuleDestination.h"
+#include "core/rules/RuleMatcher.h"
+#include "core/rules/ScheduleCandidates.h"
+#include "core/safety/FolderLookups.h"
+#include "core/tasks/ScanTask.h"
+#include "core/tasks/TaskServices.h"
+
+#include <fmt/format.h>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view scheduledFiles = "scheduled";
+constexpr std::string_view scannedFiles = "scanned";
+constexpr std::size_t candidatesPerPiece = 4096;
+
+using Take = std::function<void(FileItem)>;
+
+// A rule that is carried out, with what it leaves.
+struct ActiveRule {
+  ActiveRule(const CleanupRule& rule, std::uint32_t index, const RulesWish& wish, const PathValidator& validator)
+      : group(index),
+        moves(rule.action.type() != RuleAction::Type::reviewOnly),
+        matcher(rule.trigger, wish.now),
+        destination(rule.action, validator, wish.boundary),
+        kept{.rule = rule.name},
+        inPlace{.rule = rule.name},
+        notTaken{.rule = rule.name} {}
+
+  std::uint32_t group;
+  bool moves;
+  RuleMatcher matcher;
+  RuleDestination destination;
+  RowsKeptByLabel kept;
+  RowsInPlace inPlace;
+  RowsNotTaken notTaken;
+};
+
+// Holds all rules of a wish against one file after the other.
+class RuleJudge {
+ public:
+  RuleJudge(const TaskServices& services, const RulesWish& wish) : m_wish(wish) {
+    for (std::uint32_t index = 0; index < wish.rules.size(); ++index) {
+      const auto& rule = wish.rules[index];
+      if (!rule.isEnabled) continue;
+      if (const auto refusal = refusalOf(rule)) {
+        m_refused.push_back({rule.name, refusal->text, std::string(refusal->key)});
+      } else {
+        m_rules.emplace_back(rule, index, wish, services.validator);
+      }
+    }
+  }
+
+  // How the file stands as a row; absent where it is none.
+  [[nodiscard]] std::optional<RowMark> judge(const FileItem& file) {
+    ActiveRule* mover = nullptr;
+    ActiveRule* lister = nullptr;
+    ActiveRule* holder = nullptr;
+    const auto keepFirst = [](ActiveRule*& first, ActiveRule& rule) {
+      if (first == nullptr) first = &rule;
+    };
+    for (auto& rule : m_rules) {
+      if (!takes(rule, file)) continue;
+      if (!rule.moves) {
+        keepFirst(lister, rule);
+      } else if (rule.destination.holds(file, m_folders)) {
+        keepFirst(holder, rule);
+      } else {
+        keepFirst(mover, rule);
+      }
+    }
+    if (mover != nullptr) return markUnder(*mover, file);
+    if (lister != nullptr) return RowMark{Choice::locked, Lock::listedOnly, lister->group};
+    if (holder != nullptr) holder->inPlace.rows.add(file.fileSize());
+    return std::nullopt;
+  }
+
+  // A builder with a group for each rule of the wish.
+  [[nodiscard]] ProposalBuilder builder() const {
+    ProposalBuilder builder(TaskKind::rules, m_wish.boundary, m_wish.now);
+    for (std::uint32_t index = 0; index < m_wish.rules.size(); ++index) {
+      builder.addGroup({.id = m_wish.rules[index].id, .name = m_wish.rules[index].name, .source = index});
+    }
+    for (const auto& rule : m_rules) {
+      auto& group = builder.group(rule.group);
+      group.destinationFolder = rule.destination.folder();
+      group.refusal = rule.destination.refusal();
+    }
+    return builder;
+  }
+
+  void noteIn(ProposalBuilder& builder) const {
+    for (const auto& refused : m_refused) builder.note(refused);
+    for (const auto& rule : m_rules) {
+      if (rule.kept.rows.count > 0) builder.note(rule.kept);
+      if (rule.inPlace.rows.count > 0) builder.note(rule.inPlace);
+      builder.note(rule.notTaken);
+    }
+    if (m_inTrash.rows.count > 0) builder.note(m_inTrash);
+  }
+
+ private:
+  [[nodiscard]] static bool takes(ActiveRule& rule, const FileItem& file) {
+    const auto mismatch = rule.matcher.mismatch(file);
+    if (!mismatch) return true;
+    ++rule.notTaken.counts[static_cast<std::size_t>(*mismatch)];
+    if (*mismatch == RuleMismatch::manualLabel && rule.matcher.matchesButForLabel(file)) {
+      rule.kept.rows.add(file.fileSize());
+    }
+    return false;
+  }
+
+  [[nodiscard]] std::optional<RowMark> markUnder(const ActiveRule& rule, const FileItem& file) {
+    if (file.category() == ScanCategory::trash) {
+      m_inTrash.rows.add(file.fileSize());
+      return std::nullopt;
+    }
+    if (!rule.destination.refusal().empty()) return RowMark{Choice::locked, Lock::refused, rule.group};
+    return RowMark{Choice::selected, Lock::none, rule.group};
+  }
+
+  const RulesWish& m_wish;
+  std::deque<ActiveRule> m_rules;
+  std::vector<RuleRefused> m_refused;
+  RowsInTrash m_inTrash;
+  FolderLookups m_folders;
+};
+
+ScanEnd findFiles(const TaskServices& services, const RulesWish& wish, const TaskMonitor& monitor, const Take& take) {
+  const auto& folders = wish.boundary.folders();
+  if (wish.files == RuleFiles::scanned) {
+    return scanItems(services, folders, DeveloperCaches::leaveOut, monitor, take);
+  }
+  auto files = scheduleCandidates(folders, monitor.stop);
+  if (monitor.stop.stop_requested()) return ScanEnd::cancelled;
+  for (auto& file : files) take(std::move(file));
+  return ScanEnd::completed;
+}
+
+Json subjectOf(const RulesWish& wish) {
+  Json subject = Json::object();
+  auto& rules = subject["rules"] = Json::array();
+  for (const auto& rule : wish.rules) rules.push_back(rule.toJson());
+  subject["files"] = wish.files == RuleFiles::scheduled ? scheduledFiles : scannedFiles;
+  return subject;
+}
+
+RulesWish wishFrom(const Json& subject) {
+  RulesWish wish;
+  const auto& rules = requiredKey(subject, "rules");
+  if (!rules.is_array()) throw JsonError("\"rules\" must be an array");
+  for (const auto& rule : rules) wish.rules.push_back(CleanupRule::fromJson(rule));
+  const auto files = stringAt(subject, "files");
+  if (files == scheduledFiles) {
+    wish.files = RuleFiles::scheduled;
+  } else if (files != scannedFiles) {
+    throw JsonError(fmt::format("\"files\" must be \"{}\" or \"{}\"", scannedFiles, scheduledFiles));
+  }
+  return wish;
+}
+
+Proposal finished(const RuleJudge& judge, const RulesWish& wish, ProposalBuilder& builder) {
+  judge.noteIn(builder);
+  builder.setSubject(subjectOf(wish));
+  return builder.take();
+}
+
+}  // namespace
+
+std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWish& wish, const TaskMonitor& monitor) {
+  RuleJudge judge(services, wish);
+  auto builder = judge.builder();
+  const auto end = findFiles(services, wish, monitor, [&](FileItem file) {
+    if (const auto mark = judge.judge(file)) builder.add(std::move(file), *mark);
+  });
+  if (end == ScanEnd::cancelled) return std::nullopt;
+  return finished(judge, wish, builder);
+}
+
+std::optional<Proposal> reproposeRules(const TaskServices& services, const Json& subject, const Boundary& boundary,
+                                       Date countedTo, const TaskMonitor& monitor) {
+  auto wish = wishFrom(subject);
+  wish.boundary = boundary;
+  wish.now = countedTo;
+  return proposeRules(services, wish, monitor);
+}
+
+std::optional<ItemList> ruleCandidates(const TaskServices& services, const Boundary& boundary,
+                                       const TaskMonitor& monitor) {
+  ItemList candidates;
+  ItemPiece piece;
+  const auto flush = [&] {
+    piece.shrink_to_fit();
+    candidates.append(std::make_shared<const ItemPiece>(std::exchange(piece, {})));
+  };
+  const RulesWish wish{.rules = {}, .boundary = boundary};
+  const auto end = findFiles(services, wish, monitor, [&](FileItem file) {
+    piece.push_back(std::move(file));
+    if (piece.size() == candidatesPerPiece) flush();
+  });
+  if (end == ScanEnd::cancelled) return std::nullopt;
+  flush();
+  return candidates;
+}
+
+Proposal proposeRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates) {
+  RuleJudge judge(services, wish);
+  auto builder = judge.builder();
+  candidates.forEach([&](std::size_t, const FileItem& file) {
+    if (const auto mark = judge.judge(file)) builder.add(file, *mark);
+    return true;
+  });
+  return finished(judge, wish, builder);
+}
+
+std::optional<RowSum> countRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates,
+                                 const TaskMonitor& monitor) {
+  RuleJudge judge(services, wish);
+  RowSum sum;
+  candidates.forEach([&](std::size_t, const FileItem& file) {
+    if (judge.judge(file)) sum.add(file.fileSize());
+    return !monitor.stop.stop_requested();
+  });
+  if (monitor.stop.stop_requested()) return std::nullopt;
+  return sum;
+}
+
+std::vector<RuleProblem> problemsOnDisk(const TaskServices& services, const CleanupRule& rule,
+                                        const Boundary& boundary) {
+  std::vector<RuleProblem> problems;
+  if (const auto& folder = rule.trigger.folderPath; folder && !itemExists(expandedHome(*folder).c_str())) {
+    problems.push_back({RulePart::folder, fmt::format("there is no folder {}", *folder), "rules.folder_missing"});
+  }
+  const RuleDestination destination(rule.action, services.validator, boundary);
+  if (!destination.refusal().empty()) {
+    problems.push_back({RulePart::destination, destination.refusal(), "rules.destination_refused"});
+  }
+  return problems;
+}
+
+}  // namespace orvane

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/JsonFwd.h"
+#include "core/rules/RuleCheck.h"
+#include "core/safety/Boundary.h"
+#include "core/tasks/ItemList.h"
+#include "core/tasks/Proposal.h"
+#include "core/tasks/TaskMonitor.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+// Which files are offered to rules.
+enum class RuleFiles : std::uint8_t {
+  scanned,    // as a scan finds them, developer caches left out
+  scheduled,  // as a scheduled run walks: all but hidden ones and those inside bundles
+};
+
+struct RulesWish {
+  std::vector<CleanupRule> rules;  // in order; those that are off are passed over
+  Boundary boundary;               // its folders are looked at, and files go nowhere else
+  Date now = ReferenceClock::now();
+  RuleFiles files = RuleFiles::scanned;
+};
+
+// Proposes each file once, under the first rule that moves it, else as a locked row under the first that lists it. The
+// groups are the rules of the wish in their order, also those that are refused and take nothing. Files that lie where
+// they would go, in a Trash, or are kept by their label, are counted in notices. Absent when it was stopped.
+[[nodiscard]] std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWish& wish,
+                                                   const TaskMonitor& monitor = {});
+// From the subject of a proposal, inside a boundary of this machine. Throws JsonError.
+[[nodiscard]] std::optional<Proposal> reproposeRules(const TaskServices& services, const Json& subject,
+                                                     const Boundary& boundary, Date countedTo,
+                                                     const TaskMonitor& monitor = {});
+
+// What a scan of the boundary finds, for looking at several rules one by one. Absent when it was stopped.
+[[nodiscard]] std::optional<ItemList> ruleCandidates(const TaskServices& services, const Boundary& boundary,
+                                                     const TaskMonitor& monitor = {});
+// proposeRules() among candidates that are known already.
+[[nodiscard]] Proposal proposeRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates);
+// The sum of its rows, none of which is kept. Absent when it was stopped.
+[[nodiscard]] std::optional<RowSum> countRules(const TaskServices& services, const RulesWish& wish,
+                                               const ItemList& candidates, const TaskMonitor& monitor = {});
+
+// What the disk and the boundary have against a rule.
+[[nodiscard]] std::vector<RuleProblem> problemsOnDisk(const TaskServices& services, const CleanupRule& rule,
+                                                      const Boundary& boundary);
+
+}  // namespace orvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "core/base/Uuid.h"
+#include "core/rules/CleanupRule.h"
+
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+// The stored rules in their order; the built-in ones where none are stored.
+[[nodiscard]] std::vector<CleanupRule> cleanupRules(const TaskServices& services);
+// The same with identities that last, for those who show them. Throws std::system_error.
+[[nodiscard]] std::vector<CleanupRule> lastingRules(const TaskServices& services);
+
+// These store the list at once. Throw std::system_error.
+
+// Replaces the rule of the same identity in its place, else appends it.
+void storeRule(const TaskServices& services, const CleanupRule& rule);
+void switchRule(const TaskServices& services, const Uuid& id, bool isEnabled);
+// A built-in rule stays.
+void deleteRule(const TaskServices& services, const Uuid& id);
+// The built-in rules as they came; the user's own go.
+void resetRules(const TaskServices& services);
+
+}  // namespace orvane
