@@ -123,18 +123,21 @@ Answer askToMove(Session& session, const Arguments& arguments, const Approval& a
   return askConsent(session, arguments, questionFor(approval));
 }
 
+RunProgress movingProgress(ProgressLine& line) {
+  return [&line](std::size_t done, std::size_t total) {
+    line.update([&] {
+      return fmt::format("Moving: {} of {}", formatCount(static_cast<std::int64_t>(done)),
+                         itemCount(static_cast<std::int64_t>(total)));
+    });
+  };
+}
+
 RunReport moveApproved(Session& session, const Approval& approval) {
   tellJournalNotices();
   RunReport report;
   {
     ProgressLine line(session);
-    const auto progress = [&](std::size_t done, std::size_t total) {
-      line.update([&] {
-        return fmt::format("Moving: {} of {}", formatCount(static_cast<std::int64_t>(done)),
-                           itemCount(static_cast<std::int64_t>(total)));
-      });
-    };
-    report = carryOut(TaskServices::shared(), approval, progress, session.stop());
+    report = carryOut(TaskServices::shared(), approval, movingProgress(line), session.stop());
   }
   tellJournalNotices();
   return report;

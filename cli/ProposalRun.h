@@ -41,6 +41,8 @@ inline constexpr OptionSpec rootOption{
 void tellSynced(const Approval& approval);
 // Warns of what a cloud service would lose, and asks whether to move what is approved. With --yes it only warns.
 [[nodiscard]] Answer askToMove(Session& session, const Arguments& arguments, const Approval& approval);
+// Draws how far a run of moves is. The line must outlive what is returned.
+[[nodiscard]] RunProgress movingProgress(ProgressLine& line);
 // Carries it out, showing progress; what was found wrong with the journal goes to standard error.
 [[nodiscard]] RunReport moveApproved(Session& session, const Approval& approval);
 

@@ -25,15 +25,6 @@ std::string trashQuestion(std::int64_t count, std::int64_t bytes) {
   return fmt::format("Move {} ({}) to the Trash?", itemCount(count), formatByteCount(bytes));
 }
 
-CleanupRun::Progress movingProgress(ProgressLine& line) {
-  return [&line](std::size_t done, std::size_t total) {
-    line.update([&] {
-      return fmt::format("Moving: {} of {}", formatCount(static_cast<std::int64_t>(done)),
-                         itemCount(static_cast<std::int64_t>(total)));
-    });
-  };
-}
-
 ExitStatus reportOutcomes(std::span<const MoveOutcome> outcomes) {
   bool someFailed = false;
   bool someWereNotTried = false;

@@ -58,8 +58,6 @@ RunReport reportRun(Session& session, const CarryOut& carryOut, std::vector<RunR
 // "Move 12 items (3.4 GB) to the Trash?"
 [[nodiscard]] std::string trashQuestion(std::int64_t count, std::int64_t bytes);
 
-// Draws how far a run of moves is. The line must outlive what is returned.
-[[nodiscard]] CleanupRun::Progress movingProgress(ProgressLine& line);
 // Names what was not moved, with its reason, on standard error.
 [[nodiscard]] ExitStatus reportOutcomes(std::span<const MoveOutcome> outcomes);
 

@@ -154,8 +154,7 @@ UserNotificationService& UserNotificationService::shared() {
 
 ScheduleCoordinator& ScheduleCoordinator::shared() {
   static ScheduleCoordinator coordinator({.preferences = systemPreferences(),
-                                          .ruleEngine = RuleEngine::shared(),
-                                          .fileAccessService = FileAccessService::shared(),
+                                          .tasks = TaskServices::shared(),
                                           .notificationService = UserNotificationService::shared()});
   return coordinator;
 }

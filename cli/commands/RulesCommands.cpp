@@ -3,10 +3,9 @@
 #include "cli/FileArguments.h"
 #include "cli/Folders.h"
 #include "cli/ProgressLine.h"
+#include "cli/ProposalRun.h"
 #include "cli/RuleFile.h"
-#include "cli/RuleOutlook.h"
-#include "cli/RuleScan.h"
-#include "cli/RunReport.h"
+#include "cli/RuleText.h"
 #include "cli/Session.h"
 #include "cli/Table.h"
 #include "cli/UsageError.h"
@@ -15,39 +14,25 @@
 #include "core/base/FileDescriptor.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/rules/RuleEngine.h"
-#include "core/safety/UndoJournal.h"
+#include "core/tasks/RulesTask.h"
+#include "core/tasks/StoredRules.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace orvane::cli {
 namespace {
 
 constexpr std::size_t shownIdCharacters = 8;
-
-// Why files are not taken, in the order of RuleMismatch.
-struct MismatchWords {
-  std::string_view key;
-  std::string_view text;
-};
-constexpr std::array<MismatchWords, ruleMismatchCount> mismatchWords{{
-    {"manualLabel", "labelled 'manual'"},
-    {"folder", "in another folder"},
-    {"category", "of another category"},
-    {"extension", "of another file type"},
-    {"age", "too young"},
-    {"size", "too small"},
-    {"name", "of another name"},
-}};
 
 constexpr std::array runOptions{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
@@ -57,9 +42,7 @@ using Rules = std::vector<CleanupRule>;
 
 // Their identities are printed, so they have to be the same the next time.
 Rules storedRules() {
-  auto& engine = RuleEngine::shared();
-  engine.keepIdentities();
-  return engine.getRules();
+  return lastingRules(TaskServices::shared());
 }
 
 bool isCalled(const CleanupRule& rule, const std::string& reference) {
@@ -87,25 +70,6 @@ Rules chosenRules(const Arguments& arguments) {
   Rules result;
   for (const auto& reference : arguments.plain()) result.push_back(ruleFrom(rules, reference));
   return result;
-}
-
-std::string conditionsText(const RuleTrigger& trigger) {
-  std::vector<std::string> parts;
-  if (trigger.folderPath && !trigger.folderPath->empty()) parts.push_back("in " + *trigger.folderPath);
-  if (trigger.categories && !trigger.categories->empty()) {
-    std::vector<std::string_view> names;
-    names.reserve(trigger.categories->size());
-    for (const auto category : *trigger.categories) names.push_back(displayName(category));
-    parts.push_back(fmt::format("{}", fmt::join(names, " or ")));
-  }
-  if (trigger.fileExtensions && !trigger.fileExtensions->empty()) {
-    parts.push_back(fmt::format(".{}", fmt::join(*trigger.fileExtensions, " .")));
-  }
-  if (trigger.namePattern && !trigger.namePattern->empty()) parts.push_back("named *" + *trigger.namePattern + "*");
-  if (trigger.minimumAgeDays) parts.push_back(fmt::format("{} days old", *trigger.minimumAgeDays));
-  if (trigger.minimumSizeBytes) parts.push_back(formatByteCount(*trigger.minimumSizeBytes) + " or more");
-  if (parts.empty()) return "every file";
-  return escapedForDisplay(fmt::format("{}", fmt::join(parts, ", ")));
 }
 
 ExitStatus printRules(Session& session) {
@@ -150,12 +114,12 @@ ExitStatus runAdd(Session& session, const Arguments& arguments) {
   const auto rules = storedRules();
   const auto known = std::ranges::find(rules, rule.id, &CleanupRule::id);
   rule.isBuiltIn = known != rules.end() && known->isBuiltIn;
-  RuleEngine::shared().addOrUpdateRule(rule);
+  storeRule(TaskServices::shared(), rule);
   return printRules(session);
 }
 
 ExitStatus toggle(Session& session, const Arguments& arguments, bool isEnabled) {
-  for (const auto& rule : chosenRules(arguments)) RuleEngine::shared().toggleRule(rule.id, isEnabled);
+  for (const auto& rule : chosenRules(arguments)) switchRule(TaskServices::shared(), rule.id, isEnabled);
   return printRules(session);
 }
 
@@ -175,7 +139,7 @@ ExitStatus runDelete(Session& session, const Arguments& arguments) {
                                 escapedForDisplay(builtIn->name)));
     return ExitStatus::failed;
   }
-  for (const auto& rule : rules) RuleEngine::shared().deleteRule(rule.id);
+  for (const auto& rule : rules) deleteRule(TaskServices::shared(), rule.id);
   return printRules(session);
 }
 
@@ -194,93 +158,75 @@ ExitStatus runReset(Session& session, const Arguments& arguments) {
     case Answer::yes:
       break;
   }
-  RuleEngine::shared().resetToDefaults();
+  resetRules(TaskServices::shared());
   return printRules(session);
 }
 
-void printNotTaken(Session& session, const RulePreview& preview) {
-  std::vector<std::string> reasons;
-  for (std::size_t i = 0; i < mismatchWords.size(); ++i) {
-    if (preview.notTaken[i] == 0) continue;
-    reasons.push_back(fmt::format("{} {}", formatCount(preview.notTaken[i]), mismatchWords[i].text));
-  }
-  if (!reasons.empty()) session.out().line(fmt::format("  Not taken: {}.", fmt::join(reasons, ", ")));
-  if (preview.keptByLabel > 0) {
-    session.out().line(fmt::format("  {} would match but for the label 'manual', which no rule ever touches.",
-                                   itemCount(preview.keptByLabel)));
-  }
-}
-
-Json previewJson(const CleanupRule& rule, const RulePreview& preview, std::span<const FileItem> items) {
-  Json json = Json::object();
-  json["ruleId"] = jsonFromUuid(rule.id);
-  json["name"] = rule.name;
-  json["matches"] = Json::array();
-  for (const auto index : preview.matches) json["matches"].push_back(items[index].toJson());
-  json["keptByLabel"] = preview.keptByLabel;
-  json["notTaken"] = Json::object();
-  for (std::size_t i = 0; i < mismatchWords.size(); ++i) json["notTaken"][mismatchWords[i].key] = preview.notTaken[i];
-  return json;
+RulesWish wishFor(Rules rules) {
+  return {.rules = std::move(rules), .boundary = Boundary(requiredGrantedFolders("one with 'orvanectl folders add'"))};
 }
 
 ExitStatus runPreview(Session& session, const Arguments& arguments) {
   const auto rules = chosenRules(arguments);
-  const auto candidates = ruleCandidates(session, requiredGrantedFolders("one with 'orvanectl folders add'"));
-  if (!candidates) return ExitStatus::interrupted;
-  const auto now = ReferenceClock::now();
+  const auto& services = TaskServices::shared();
+  auto wish = wishFor({});
+  std::optional<ItemList> candidates;
+  {
+    ProgressLine line(session);
+    candidates = ruleCandidates(services, wish.boundary, scanMonitor(session, line));
+  }
+  if (!candidates) return interruptedBeforeChange();
   Json json = Json::array();
   for (const auto& rule : rules) {
-    const auto preview = previewRule(rule, candidates->items, now);
+    wish.rules = {rule};
+    wish.rules.front().isEnabled = true;
+    const auto proposal = proposeRules(services, wish, *candidates);
     if (session.isJson()) {
-      json.push_back(previewJson(rule, preview, candidates->items));
+      json.push_back(previewJson(rule, proposal));
     } else {
-      printPreview(session, rule, preview, candidates->items);
-      printNotTaken(session, preview);
+      printPreview(session, rule, proposal);
     }
   }
   if (session.isJson()) session.out().line(jsonText(json));
   return ExitStatus::done;
 }
 
-ExitStatus runRun(Session& session, const Arguments& arguments) {
-  requireConsentPossible(arguments);
+// Naming a rule is asking for it.
+Rules rulesToRun(const Arguments& arguments) {
   auto rules = chosenRules(arguments);
-  // Naming a rule is asking for it.
-  if (!arguments.plain().empty()) {
+  if (arguments.plain().empty()) {
+    std::erase_if(rules, [](const CleanupRule& rule) { return !rule.isEnabled; });
+  } else {
     for (auto& rule : rules) rule.isEnabled = true;
   }
-  const auto folders = requiredGrantedFolders("one with 'orvanectl folders add'");
-  const auto candidates = ruleCandidates(session, folders);
-  if (!candidates) return ExitStatus::interrupted;
-  // No file may grow old enough for a rule while the question stands.
-  const auto now = ReferenceClock::now();
-  const auto outlook = outlookFor(session, rules, candidates->items, now);
-  const PlanExecutionSummary nothing{.batchId = Uuid::random()};
-  if (outlook.trashed + outlook.moved == 0) {
-    printSummary(session, nothing, outlook);
-    return ExitStatus::done;
-  }
-  switch (askConsent(session, arguments, questionFor(outlook))) {
-    case Answer::interrupted:
-      return ExitStatus::interrupted;
-    case Answer::no:
-      printSummary(session, nothing, {});
-      return ExitStatus::done;
-    case Answer::yes:
-      break;
-  }
-  reportJournalNotices();
-  PlanExecution execution;
+  return rules;
+}
+
+ExitStatus runRun(Session& session, const Arguments& arguments) {
+  requireConsentPossible(arguments);
+  const auto wish = wishFor(rulesToRun(arguments));
+  std::optional<Proposal> proposal;
   {
-    const auto stop = session.stop();
     ProgressLine line(session);
-    execution =
-        RuleEngine::shared().carryOut(rules, candidates->items, Boundary(folders), movingProgress(line), stop, now);
+    proposal = proposeRules(TaskServices::shared(), wish, scanMonitor(session, line));
   }
-  reportJournalNotices();
-  const auto status = reportOutcomes(execution.outcomes);
-  printSummary(session, execution.summary, outlook);
-  return status;
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
+  printMoves(session, *proposal);
+  const auto approval = proposal->approve();
+  RunReport report;
+  if (!approval.empty()) {
+    switch (askToMove(session, arguments, approval)) {
+      case Answer::interrupted:
+        return ExitStatus::interrupted;
+      case Answer::no:
+        break;
+      case Answer::yes:
+        report = moveApproved(session, approval);
+        break;
+    }
+  }
+  return printRulesReport(session, *proposal, report);
 }
 
 constexpr ArgumentSpec oneRule{
@@ -306,7 +252,7 @@ constexpr CommandSpec rulesAddCommand{
         "The file holds one JSON object: \"name\"; \"trigger\" with any of \"folderPath\", \"fileExtensions\", "
         "\"categories\", \"minimumAgeDays\", \"minimumSizeBytes\" and \"namePattern\"; and \"action\" with \"type\" "
         "moveToTrash, reviewOnly, or moveToFolder and its \"path\". A rule with the \"id\" of another one takes its "
-        "place.",
+        "place. One that narrows nothing, and so would take every file, is refused.",
     .arguments = {.name = "FILE",
                   .help = "The file, or - for the standard input.",
                   .least = 1,
@@ -369,8 +315,9 @@ constexpr CommandSpec rulesRunCommand{
     .summary = "Carry out rules",
     .details =
         "Scans the granted folders, asks, and carries out the rules that are switched on, or those named, as one run "
-        "that "
-        "'orvanectl restore' brings back. Destinations have to lie in granted folders too.",
+        "that 'orvanectl restore' brings back. Each file goes by the first rule that takes it. Destinations have to "
+        "lie "
+        "in granted folders too; files that are there already stay.",
     .arguments = anyRules,
     .options = runOptions,
     .run = runRun,

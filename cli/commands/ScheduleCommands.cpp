@@ -1,8 +1,8 @@
 #include "cli/Arguments.h"
 #include "cli/Consent.h"
 #include "cli/ProgressLine.h"
-#include "cli/RuleOutlook.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
+#include "cli/RuleText.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
@@ -13,7 +13,6 @@
 #include "core/platform/Volume.h"
 #include "core/rules/LaunchAgentManager.h"
 #include "core/rules/ScheduleCoordinator.h"
-#include "core/safety/UndoJournal.h"
 #include "platform/SystemServices.h"
 
 #include <fmt/format.h>
@@ -114,31 +113,31 @@ ExitStatus runDue(Session& session, const Arguments& /*arguments*/) {
 
 ExitStatus runRun(Session& session, const Arguments& arguments) {
   requireConsentPossible(arguments);
-  reportJournalNotices();
-  RuleOutlook outlook;
+  tellJournalNotices();
+  Proposal proposal;
   auto answer = Answer::yes;
   const auto stop = session.stop();
-  PlanExecution execution;
+  RunReport report;
   {
     ProgressLine line(session);
-    execution = ScheduleCoordinator::shared().carryOutScheduledRun({
+    report = ScheduleCoordinator::shared().carryOutScheduledRun({
         .approve =
-            [&](std::span<const CleanupRule> rules, std::span<const FileItem> candidates, Date now) {
-              outlook = outlookFor(session, rules, candidates, now);
-              if (outlook.trashed + outlook.moved > 0) answer = askConsent(session, arguments, questionFor(outlook));
+            [&](const Approval& approval) {
+              proposal = approval.proposal();
+              tellNotices(proposal.notices());
+              printMoves(session, proposal);
+              if (!approval.empty()) answer = askToMove(session, arguments, approval);
               return answer == Answer::yes;
             },
         .progress = movingProgress(line),
         .stop = stop,
     });
   }
-  reportJournalNotices();
-  if (answer == Answer::interrupted || (execution.outcomes.empty() && stop.stop_requested())) {
+  tellJournalNotices();
+  if (answer == Answer::interrupted || (report.outcomes.empty() && stop.stop_requested())) {
     return ExitStatus::interrupted;
   }
-  const auto status = reportOutcomes(execution.outcomes);
-  printSummary(session, execution.summary, outlook);
-  return stop.stop_requested() ? ExitStatus::interrupted : status;
+  return printRulesReport(session, proposal, report);
 }
 
 constexpr ArgumentSpec frequencyArgument{.name = "FREQUENCY",

@@ -1,10 +1,10 @@
 #include "core/rules/ScheduleCoordinator.h"
 
 #include "core/platform/StoredValue.h"
-#include "core/rules/RuleEngine.h"
-#include "core/rules/ScheduleCandidates.h"
 #include "core/rules/UserNotificationService.h"
-#include "core/safety/FileAccessService.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/RulesTask.h"
+#include "core/tasks/StoredRules.h"
 
 #include <utility>
 #include <vector>
@@ -29,30 +29,31 @@ bool ScheduleCoordinator::isRunDue(std::optional<std::int64_t> currentFreeBytes,
   return getSettings().isRunDue(currentFreeBytes, m_with.now() + ahead);
 }
 
-PlanExecution ScheduleCoordinator::carryOutScheduledRun(const RunRequest& request) {
+RunReport ScheduleCoordinator::carryOutScheduledRun(const RunRequest& request) {
   const std::lock_guard lock(m_runMutex);
-  PlanExecution nothing;
-  nothing.summary.batchId = Uuid::random();
-  nothing.summary.timestamp = m_with.now();
+  const auto& tasks = m_with.tasks;
+  RunReport nothing;
+  nothing.finished = m_with.now();
 
-  auto rules = m_with.ruleEngine.getRules();
-  std::erase_if(rules, [](const CleanupRule& rule) { return !rule.isEnabled; });
-  if (rules.empty()) return nothing;
-  const auto folders = m_with.fileAccessService.getManagedFolderURLs();
-  const auto candidates = scheduleCandidates(folders, request.stop);
-  // No file may grow old enough for a rule while the question stands.
-  const auto now = m_with.now();
-  if (request.approve && !request.approve(rules, candidates, now)) return nothing;
+  RulesWish wish{.rules = cleanupRules(tasks),
+                 .boundary = Boundary(listedGrants(tasks)),
+                 .now = m_with.now(),
+                 .files = RuleFiles::scheduled};
+  std::erase_if(wish.rules, [](const CleanupRule& rule) { return !rule.isEnabled; });
+  if (wish.rules.empty()) return nothing;
+  const auto proposal = proposeRules(tasks, wish, {.stop = request.stop});
+  if (!proposal) return nothing;
+  const auto approval = proposal->approve();
+  if (request.approve && !request.approve(approval)) return nothing;
   if (request.stop.stop_requested()) return nothing;
-  auto execution =
-      m_with.ruleEngine.carryOut(rules, candidates, Boundary(folders), request.progress, request.stop, now);
+  auto report = carryOut(tasks, approval, request.progress, request.stop);
   changeSettings([&](ScheduleSettings& settings) { settings.lastRunDate = m_with.now(); });
-  m_with.notificationService.postCleanupSummary(execution.summary.itemsProcessed, execution.summary.bytesReclaimed);
-  return execution;
+  m_with.notificationService.postCleanupSummary(report.moved(), report.toTrash.bytes);
+  return report;
 }
 
 PlanExecutionSummary ScheduleCoordinator::executeScheduledRun() {
-  return carryOutScheduledRun({}).summary;
+  return carryOutScheduledRun({}).summary();
 }
 
 }  // namespace orvane

@@ -1,26 +1,22 @@
 #pragma once
 
 #include "core/base/Date.h"
-#include "core/plans/PlanExecution.h"
+#include "core/plans/PlanExecutionSummary.h"
 #include "core/rules/ScheduleSettings.h"
-#include "core/safety/CleanupRun.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/TaskServices.h"
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <mutex>
 #include <optional>
-#include <span>
 #include <stop_token>
 #include <string_view>
 
 namespace orvane {
 
-class FileAccessService;
-class FileItem;
 class Preferences;
-class RuleEngine;
-struct CleanupRule;
 class UserNotificationService;
 
 // Keeps the settings of unattended cleanups and carries one out. What is stored is read again by each operation, so
@@ -32,8 +28,7 @@ class ScheduleCoordinator {
 
   struct Collaborators {
     Preferences& preferences;
-    RuleEngine& ruleEngine;
-    FileAccessService& fileAccessService;
+    TaskServices tasks;
     const UserNotificationService& notificationService;
     Clock now = ReferenceClock::now;
   };
@@ -52,16 +47,15 @@ class ScheduleCoordinator {
   [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes, std::chrono::seconds ahead = {}) const;
 
   struct RunRequest {
-    // Asked once, before anything is touched, with what is going to be done; a no, or a stop, leaves everything as it
-    // is. Without it nobody is asked.
-    std::function<bool(std::span<const CleanupRule> rules, std::span<const FileItem> candidates, Date now)> approve =
-        {};
-    CleanupRun::Progress progress = {};
+    // Asked once, before anything is touched, with what is going to move; a no, or a stop, leaves everything as it is.
+    // Without it the rules alone approve.
+    std::function<bool(const Approval& approval)> approve = {};
+    RunProgress progress = {};
     std::stop_token stop = {};
   };
   // Offers every file of the granted folders to the enabled rules, notes the time and announces what was done. Without
   // an enabled rule nothing happens and the time of the last run stays.
-  PlanExecution carryOutScheduledRun(const RunRequest& request);
+  RunReport carryOutScheduledRun(const RunRequest& request);
   // The same for callers that only want the sum.
   PlanExecutionSummary executeScheduledRun();
 

@@ -114,10 +114,8 @@ class SettingsModelTest : public TaskFixture {
   LaunchAgentManager agent{scheduler, tree.path()};
   KeychainService storedKeys{keyRing};
   AutoOrganizer tidier{taskServices()};
-  ScheduleCoordinator coordinator{{.preferences = preferences,
-                                   .ruleEngine = rules,
-                                   .fileAccessService = folders,
-                                   .notificationService = notifications}};
+  ScheduleCoordinator coordinator{
+      {.preferences = preferences, .tasks = taskServices(), .notificationService = notifications}};
   CurlUrlReader urls;
   TidyModel tidying{[this](RepeatingTimer& timer) {
     return AutoOrganizeController::Collaborators{

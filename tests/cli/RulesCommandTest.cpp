@@ -10,7 +10,10 @@
 namespace orvane::test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+
+constexpr auto* logRule = R"({"name":"Mine","trigger":{"fileExtensions":["log"]},"action":{"type":"moveToTrash"}})";
 
 class RulesCommand : public Orvanectl {
  public:
@@ -55,7 +58,7 @@ TEST_F(RulesCommand, saysHowManyOnlyTheLabelKeeps) {
   const auto paper = home.file("Documents/paper.pdf");
   add(R"({"name":"Papers","trigger":{"fileExtensions":["pdf"]},"action":{"type":"moveToTrash"}})");
   EXPECT_THAT(run({"rules", "preview", "Papers"}).output, HasSubstr("1 item would match but for the label 'manual'"));
-  EXPECT_THAT(run({"rules", "run", "Papers", "--yes"}).output, HasSubstr("but for the label 'manual'"));
+  EXPECT_THAT(run({"rules", "run", "Papers", "--yes"}).errors, HasSubstr("but for the label 'manual'"));
   EXPECT_TRUE(exists(paper));
 }
 
@@ -77,7 +80,8 @@ TEST_F(RulesCommand, namesWhatIsWrongWithARule) {
       {R"({"name":"a","trigger":{},"action":{"type":"moveToFolder"}})", "\"path\""},
       {R"({"name":"a","trigger":{"minimumAgeDays":1},"action":{"type":"moveToFolder","path":"Logs"}})", "\"path\""},
       {R"({"name":"a","trigger":{},"action":{"type":"moveToTrash"}})", "every file"},
-      {R"({"name":"a","trigger":{"folderPath":"~/","minimumAgeDays":0},"action":{"type":"moveToTrash"}})", "every file"},
+      {R"({"name":"a","trigger":{"folderPath":"~/","minimumAgeDays":0},"action":{"type":"moveToTrash"}})",
+       "every file"},
   };
   for (const auto& row : cases) {
     const auto result = run({"rules", "add", home.file("rule.json", row.json)});
@@ -102,8 +106,64 @@ TEST_F(RulesCommand, worksInTheGrantedFoldersOnly) {
 
 TEST_F(RulesCommand, showsTheFilesBeforeItMovesThem) {
   home.file("Downloads/b.log", "text");
-  add(R"({"name":"Mine","trigger":{"fileExtensions":["log"]},"action":{"type":"moveToTrash"}})");
+  add(logRule);
   EXPECT_THAT(run({"rules", "run", "Mine", "--yes"}).output, HasSubstr("~/Downloads/b.log"));
+}
+
+TEST_F(RulesCommand, carriesOutNoStoredRuleThatWouldTakeEverything) {
+  const auto file = home.file("Downloads/b.log", "text");
+  add(logRule);
+  auto stored = json({"rules", "list"});
+  stored.back()["trigger"] = Json::object();
+  home.file(".config/orvane/preferences.json", jsonText(Json{{"OrvaneCleanupRules", stored}}));
+  const auto result = run({"rules", "run", "Mine", "--yes"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.errors, AllOf(HasSubstr("'Mine'"), HasSubstr("every file")));
+  EXPECT_THAT(json({"rules", "preview", "Mine"})[0]["refused"].get<std::string>(), HasSubstr("every file"));
+  EXPECT_TRUE(exists(file));
+}
+
+TEST_F(RulesCommand, countsFilesThatAreInTheirPlace) {
+  const auto moved = home.file("Downloads/a.log", "text");
+  const auto kept = home.file("Downloads/Logs/b.log", "text");
+  add(R"({"name":"Sort","trigger":{"fileExtensions":["log"]},)"
+      R"("action":{"type":"moveToFolder","path":"~/Downloads/Logs"}})");
+  const auto preview = json({"rules", "preview", "Sort"});
+  EXPECT_EQ(preview[0]["matches"].size(), 1U);
+  EXPECT_EQ(preview[0]["inPlace"], 1);
+  EXPECT_THAT(run({"rules", "preview", "Sort"}).output, HasSubstr("1 item in place already."));
+  const auto result = run({"rules", "run", "Sort", "--yes"});
+  EXPECT_THAT(result.output, HasSubstr("Moved 1 item into other folders."));
+  EXPECT_THAT(result.errors, HasSubstr("Sort: left out: 1 item (4 bytes) in place already"));
+  EXPECT_FALSE(exists(moved));
+  EXPECT_TRUE(exists(kept));
+}
+
+TEST_F(RulesCommand, movesWhatWasShownAndNothingElse) {
+  const auto shown = home.file("Downloads/shown.log", "text");
+  const auto replaced = home.file("Downloads/replaced.log", "text");
+  const auto written = home.file("Downloads/written.log", "text");
+  add(logRule);
+  LiveProgram program(terminalSetup({"rules", "run", "Mine"}));
+  program.waitForOutput("Move 3 items (12 bytes) to the Trash? [y/N] ");
+  std::filesystem::remove(replaced);
+  home.file("Downloads/replaced.log", "text");
+  home.file("Downloads/written.log", "more");
+  const auto arrived = home.file("Downloads/arrived.log", "text");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, AllOf(HasSubstr("replaced.log"), HasSubstr("written.log"), HasSubstr("Moved 1 item ")));
+  EXPECT_FALSE(exists(shown));
+  for (const auto& file : {replaced, written, arrived}) EXPECT_TRUE(exists(file)) << file;
+}
+
+TEST_F(RulesCommand, warnsOfItemsThatAreSynced) {
+  home.file("Dropbox/b.log", "text");
+  EXPECT_EQ(run({"folders", "add", home.path("Dropbox")}).exitStatus, 0);
+  add(logRule);
+  EXPECT_THAT(run({"rules", "run", "Mine", "--yes"}).errors, HasSubstr("synced via Dropbox"));
+  EXPECT_FALSE(exists(home.path("Dropbox/b.log")));
 }
 
 TEST_F(RulesCommand, keepsTheLastFolderUnderWhateverNames) {

@@ -64,6 +64,25 @@ TEST_F(ScheduleCommand, asksAtATerminalAndTakesANo) {
   EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
 }
 
+TEST_F(ScheduleCommand, movesWhatWasShownAndWarnsOfWhatIsSynced) {
+  onlyLogs();
+  const auto replaced = recommended();
+  home.file("Dropbox/shown.log", "1234567");
+  EXPECT_EQ(run({"folders", "add", home.path("Dropbox")}).exitStatus, 0);
+  LiveProgram program(terminalSetup({"schedule", "run"}));
+  program.waitForOutput("Move 2 items (14 bytes) to the Trash? [y/N] ");
+  std::filesystem::remove(replaced);
+  EXPECT_EQ(recommended(), replaced);
+  const auto arrived = recommended("arrived.log");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, AllOf(HasSubstr("synced via Dropbox"), HasSubstr("Moved 1 item ")));
+  EXPECT_FALSE(exists(home.path("Dropbox/shown.log")));
+  EXPECT_TRUE(exists(replaced));
+  EXPECT_TRUE(exists(arrived));
+}
+
 TEST_F(ScheduleCommand, losesNothingWhenARunIsKilled) {
   onlyLogs();
   std::vector<std::string> files;

@@ -1,14 +1,10 @@
-#include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/Volume.h"
 #include "core/rules/HeadlessCoordinator.h"
-#include "core/rules/RuleEngine.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "core/rules/UserNotificationService.h"
-#include "core/safety/FileAccessService.h"
-#include "platform/linux/LinuxFolderGrants.h"
-#include "tests/support/AutoOrganizerFixture.h"
 #include "tests/support/MemoryPreferences.h"
+#include "tests/support/TaskFixture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,7 +38,7 @@ class FailingPreferences : public MemoryPreferences {
   std::string_view failsFor;
 };
 
-class HeadlessCoordinatorTest : public AutoOrganizerFixture {
+class HeadlessCoordinatorTest : public TaskFixture {
  public:
   HeadlessCoordinatorTest() {
     for (const auto& rule : rules.getRules()) rules.toggleRule(rule.id, false);
@@ -51,6 +47,12 @@ class HeadlessCoordinatorTest : public AutoOrganizerFixture {
     rule.trigger.fileExtensions = {"log"};
     rule.action = RuleAction::moveToTrash();
     rules.addOrUpdateRule(rule);
+  }
+  // A file that is long there.
+  [[nodiscard]] std::string arrive(std::string_view name) const {
+    const auto path = tree.file("Downloads/" + std::string(name));
+    setAge(path, 3000 * 86400.0);
+    return path;
   }
   // Scheduled cleanups are on, and the last one was so long ago.
   void lastRun(std::chrono::seconds ago, ScheduleFrequency frequency = Daily{}) {
@@ -68,24 +70,20 @@ class HeadlessCoordinatorTest : public AutoOrganizerFixture {
   }
 
   FailingPreferences stored;
-  RuleEngine rules{stored, mover, *journal, validator};
-  LinuxFolderGrants grants;
-  FileAccessService access{stored, grants, tree.path()};
   SilentCenter center;
   std::string console;
   UserNotificationService notifications{center, [](std::string_view) {}};
   Date now = dateFromUnix(1'700'000'000);
   std::chrono::seconds waited{0};
   FixedVolume volume;
-  ScheduleCoordinator schedule{{.preferences = stored,
-                                .ruleEngine = rules,
-                                .fileAccessService = access,
-                                .notificationService = notifications,
-                                .now = [this] { return now; }}};
-  AutoOrganizeSettingsStore tidySettings{stored};
+  ScheduleCoordinator schedule{
+      {.preferences = stored, .tasks = taskServices(), .notificationService = notifications, .now = [this] {
+         return now;
+       }}};
+  AutoOrganizer tidier{taskServices()};
   HeadlessCoordinator headless{{.schedule = schedule,
                                 .tidySettings = tidySettings,
-                                .autoOrganizer = autoOrganizer,
+                                 .autoOrganizer = tidier,
                                 .notificationCenter = center,
                                 .volume = volume,
                                 .home = FileUrl(tree.path()),
@@ -98,8 +96,8 @@ class HeadlessCoordinatorTest : public AutoOrganizerFixture {
 };
 
 TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
-  const auto log = arrive("old.log", -100);
-  const auto picture = arrive("holiday.jpg", -100);
+  const auto log = arrive("old.log");
+  const auto picture = arrive("holiday.jpg");
   headless.carryOut();
   EXPECT_TRUE(exists(log)) << "nothing is on";
   EXPECT_TRUE(exists(picture));
@@ -109,7 +107,7 @@ TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
   headless.carryOut();
   EXPECT_FALSE(exists(log));
   EXPECT_FALSE(exists(picture));
-  EXPECT_EQ(files().size(), 1U) << "the picture, below Sorted";
+  EXPECT_TRUE(exists(tree.path("Downloads/Sorted")));
   EXPECT_EQ(tidySettings.get().lastRunMovedCount, 1);
   EXPECT_EQ(center.posted, 1);
   EXPECT_EQ(center.awaited, 2);
@@ -118,7 +116,7 @@ TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
 }
 
 TEST_F(HeadlessCoordinatorTest, waitsForARunThatIsAlmostDue) {
-  const auto log = arrive("old.log", -100);
+  const auto log = arrive("old.log");
   // A day after the last run was started, which took five minutes.
   lastRun(std::chrono::hours(24) - std::chrono::minutes(5));
   headless.carryOut();
@@ -127,7 +125,7 @@ TEST_F(HeadlessCoordinatorTest, waitsForARunThatIsAlmostDue) {
 }
 
 TEST_F(HeadlessCoordinatorTest, doesNotWaitForWhatIsFarOffOrHangsOnFreeSpace) {
-  const auto log = arrive("old.log", -100);
+  const auto log = arrive("old.log");
   lastRun(std::chrono::hours(23));
   headless.carryOut();
   lastRun(std::chrono::hours(24) - std::chrono::minutes(5), OnLowDiskSpace{-1});
@@ -137,7 +135,7 @@ TEST_F(HeadlessCoordinatorTest, doesNotWaitForWhatIsFarOffOrHangsOnFreeSpace) {
 }
 
 TEST_F(HeadlessCoordinatorTest, tidiesAlsoWhereTheCleanupFails) {
-  const auto picture = arrive("holiday.jpg", -100);
+  const auto picture = arrive("holiday.jpg");
   lastRun(std::chrono::hours(48));
   tidyUp();
   stored.failsFor = ScheduleCoordinator::storageKey;

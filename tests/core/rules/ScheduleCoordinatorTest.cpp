@@ -1,16 +1,14 @@
 #include "core/base/Json.h"
 #include "core/platform/NotificationCenter.h"
-#include "core/rules/RuleEngine.h"
 #include "core/rules/ScheduleCandidates.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "core/rules/UserNotificationService.h"
-#include "core/safety/FileAccessService.h"
-#include "platform/linux/LinuxFolderGrants.h"
-#include "tests/support/MemoryPreferences.h"
-#include "tests/support/SafetyFixture.h"
+#include "tests/support/TaskFixture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace orvane::test {
 namespace {
@@ -26,7 +24,7 @@ class RecordingCenter : public NotificationCenter {
   std::vector<std::string> bodies;
 };
 
-class ScheduleCoordinatorTest : public SafetyFixture {
+class ScheduleCoordinatorTest : public TaskFixture {
  public:
   ScheduleCoordinatorTest() {
     rules.resetToDefaults();
@@ -39,18 +37,13 @@ class ScheduleCoordinatorTest : public SafetyFixture {
     ruleId = rule.id;
   }
 
-  MemoryPreferences preferences;
-  RuleEngine rules{preferences, mover, *journal, validator};
-  LinuxFolderGrants grants;
-  FileAccessService access{preferences, grants, tree.path()};
   RecordingCenter center;
   UserNotificationService notifications{center, [](std::string_view) {}};
   Date now = dateFromUnix(1'700'000'000);
-  ScheduleCoordinator coordinator{{.preferences = preferences,
-                                   .ruleEngine = rules,
-                                   .fileAccessService = access,
-                                   .notificationService = notifications,
-                                   .now = [this] { return now; }}};
+  ScheduleCoordinator coordinator{
+      {.preferences = preferences, .tasks = taskServices(), .notificationService = notifications, .now = [this] {
+         return now;
+       }}};
   Uuid ruleId;
 };
 
@@ -66,6 +59,38 @@ TEST_F(ScheduleCoordinatorTest, runsNotesTheTimeAndTellsOfIt) {
   EXPECT_THAT(center.bodies, ElementsAre("Reclaimed 7 bytes across 1 files. Tap to view details or undo."));
   EXPECT_FALSE(coordinator.isRunDue(std::nullopt));
   EXPECT_EQ(journal->restoreRun(summary.batchId).restoredCount, 1);
+}
+
+TEST_F(ScheduleCoordinatorTest, asksOnceAndMovesWhatWasShown) {
+  const auto file = tree.file("Downloads/old.log", "1234567");
+  int asked = 0;
+  const auto answering = [&](bool answer) {
+    return [&, answer](const Approval& approval) {
+      ++asked;
+      EXPECT_EQ(approval.toTrash(), (RowSum{1, 7}));
+      tree.file("Downloads/arrived.log");
+      return answer;
+    };
+  };
+  EXPECT_EQ(coordinator.carryOutScheduledRun({.approve = answering(false)}).moved(), 0);
+  EXPECT_TRUE(exists(file));
+  EXPECT_FALSE(coordinator.getSettings().lastRunDate);
+  std::filesystem::remove(tree.path("Downloads/arrived.log"));
+  EXPECT_EQ(coordinator.carryOutScheduledRun({.approve = answering(true)}).moved(), 1);
+  EXPECT_FALSE(exists(file));
+  EXPECT_TRUE(exists(tree.path("Downloads/arrived.log")));
+  EXPECT_EQ(asked, 2);
+}
+
+TEST_F(ScheduleCoordinatorTest, carriesOutNoRuleThatWouldTakeEverything) {
+  const auto file = tree.file("Downloads/old.log");
+  rules.toggleRule(ruleId, false);
+  CleanupRule all;
+  all.name = "All";
+  all.action = RuleAction::moveToTrash();
+  rules.addOrUpdateRule(all);
+  EXPECT_EQ(coordinator.executeScheduledRun().itemsProcessed, 0);
+  EXPECT_TRUE(exists(file));
 }
 
 TEST_F(ScheduleCoordinatorTest, seesTheRunOfAnotherProcess) {
