@@ -6,7 +6,7 @@
 #include "app/JournalFeed.h"
 #include "app/Text.h"
 #include "core/base/Calendar.h"
-#include "core/rules/RuleEngine.h"
+#include "core/tasks/StoredRules.h"
 
 #include <QDebug>
 
@@ -130,7 +130,7 @@ double OverviewModel::firstRunDate() const {
 void OverviewModel::reloadSchedule() {
   m_queue.post([this](const std::stop_token&) {
     const auto schedule = m_services.scheduleSettings();
-    const auto rules = m_services.rules.getRules();
+    const auto rules = cleanupRules(m_services.tasks);
     const auto enabled = std::count_if(rules.begin(), rules.end(), [](const auto& rule) { return rule.isEnabled; });
     callOn(this, [this, schedule, enabled] {
       m_schedule = schedule;

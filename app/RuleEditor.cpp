@@ -53,6 +53,26 @@ std::optional<std::string> textOrNone(const QString& text) {
   return trimmed.isEmpty() ? std::nullopt : std::optional(trimmed.toStdString());
 }
 
+QString fieldOf(RulePart part) {
+  switch (part) {
+    case RulePart::name:
+      return QStringLiteral("name");
+    case RulePart::folder:
+      return QStringLiteral("folder");
+    case RulePart::minimumAge:
+      return QStringLiteral("minimumAgeDays");
+    case RulePart::minimumSize:
+      return QStringLiteral("minimumSizeBytes");
+    case RulePart::extensions:
+      return QStringLiteral("extensions");
+    case RulePart::destination:
+      return QStringLiteral("actionPath");
+    case RulePart::whole:
+      break;
+  }
+  return QStringLiteral("rule");
+}
+
 }  // namespace
 
 void RuleEditor::open(const std::optional<CleanupRule>& rule) {
@@ -70,7 +90,7 @@ void RuleEditor::open(const std::optional<CleanupRule>& rule) {
   m_action = m_isNew ? static_cast<int>(Trash) : actionNumber(m_rule.action.type());
   m_actionPath = textFrom(m_rule.action.path());
   m_isOpen = true;
-  setChecked(formalProblems(), -1, 0);
+  setChecked(problemsWith(this->rule()), -1, 0);
   Q_EMIT opened();
   Q_EMIT edited();
 }
@@ -129,24 +149,9 @@ CleanupRule RuleEditor::rule() const {
   return rule;
 }
 
-QVariantMap RuleEditor::formalProblems() const {
-  QVariantMap problems;
-  if (m_name.trimmed().isEmpty()) problems["name"] = QStringLiteral("rules.name_missing");
-  for (const auto& extension : extensionList()) {
-    if (extension.isEmpty() || extension.contains(u'/') || extension.contains(u'*')) {
-      problems["extensions"] = QStringLiteral("rules.extension_wrong");
-    }
-  }
-  if (m_action == Folder && m_actionPath.trimmed().isEmpty()) {
-    problems["actionPath"] = QStringLiteral("rules.destination_missing");
-  }
-  // Without a condition a rule would take everything there is.
-  if (rule().trigger == RuleTrigger{}) problems["rule"] = QStringLiteral("rules.no_condition");
-  return problems;
-}
-
-void RuleEditor::setChecked(const QVariantMap& problems, double matchCount, double matchBytes) {
-  m_problems = problems;
+void RuleEditor::setChecked(std::span<const RuleProblem> problems, double matchCount, double matchBytes) {
+  m_problems.clear();
+  for (const auto& problem : problems) m_problems.insert(fieldOf(problem.part), textFrom(problem.key));
   m_matchCount = matchCount;
   m_matchBytes = matchBytes;
   Q_EMIT checked();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/rules/CleanupRule.h"
+#include "core/rules/RuleCheck.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 
 namespace orvane {
 
@@ -65,9 +66,8 @@ class RuleEditor : public QObject {
 
   // The rule as it stands.
   [[nodiscard]] CleanupRule rule() const;
-  // What is wrong whatever the disk holds.
-  [[nodiscard]] QVariantMap formalProblems() const;
-  void setChecked(const QVariantMap& problems, double matchCount, double matchBytes);
+  // -1 for a count that is not known yet.
+  void setChecked(std::span<const RuleProblem> problems, double matchCount, double matchBytes);
 
  Q_SIGNALS:
   void opened();

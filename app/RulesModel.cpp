@@ -1,23 +1,18 @@
 #include "app/RulesModel.h"
 
 #include "app/Format.h"
-#include "app/Places.h"
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
-#include "core/base/FileStatus.h"
-#include "core/base/HomeFolder.h"
-#include "core/rules/RuleEngine.h"
-#include "core/rules/RuleMatcher.h"
-#include "core/safety/PathValidator.h"
-#include "core/scanning/StorageScanner.h"
-
-#include <fcntl.h>
+#include "core/rules/RuleCheck.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/RulesTask.h"
+#include "core/tasks/StoredRules.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <exception>
 #include <utility>
+#include <variant>
 
 namespace orvane {
 namespace {
@@ -25,69 +20,22 @@ namespace {
 constexpr std::size_t mostPreviewed = 300;
 constexpr std::chrono::milliseconds typingPause{250};
 
-// Everything in the granted folders, developer caches left out. Empty when it was stopped. `looked` counts the files.
-std::vector<FileItem> scanForRules(const WindowServices& services, const std::stop_token& stop,
-                                   std::atomic<std::size_t>* looked = nullptr) {
-  std::vector<FileItem> items;
-  auto stream = services.scanner.scan(existingFolders(services.folders), DeveloperCaches::leaveOut);
-  const std::stop_callback whenStopped(stop, [&stream] { stream.cancel(); });
-  for (auto events = stream.nextBatch(); !events.empty(); events = stream.nextBatch()) {
-    if (looked != nullptr) looked->store(items.size(), std::memory_order_relaxed);
-    for (auto& event : events) {
-      if (auto* item = std::get_if<FileItem>(&event)) items.push_back(std::move(*item));
-    }
+// A line for each notice that a person can do something about.
+struct NoticeText {
+  QString operator()(const RuleRefused& refused) const {
+    return localizedText("rules.left_out").arg(shownName(refused.rule), localizedText(refused.key));
   }
-  if (stop.stop_requested()) items.clear();
-  return items;
-}
-
-struct RuleMatches {
-  double count = 0;
-  double bytes = 0;
-  double movableCount = 0;
-  double movableBytes = 0;
-  QVariantList rows;
+  QString operator()(const RowsInPlace& inPlace) const {
+    return countedText("rules.in_place", inPlace.rows.count).arg(shownName(inPlace.rule));
+  }
+  QString operator()(const RowsKeptByLabel& kept) const {
+    return countedText("rules.kept_by_label", kept.rows.count).arg(shownName(kept.rule));
+  }
+  template <typename Other>
+  QString operator()(const Other& /*notice*/) const {
+    return {};
+  }
 };
-
-bool moves(const CleanupRule& rule) {
-  return rule.action.type() != RuleAction::Type::reviewOnly;
-}
-
-// Each file once, under the first rule that takes it.
-RuleMatches matchesOf(const std::vector<CleanupRule>& rules, const std::vector<FileItem>& items, const FileUrl& home,
-                      const std::stop_token& stop) {
-  RuleMatches result;
-  const auto now = ReferenceClock::now();
-  std::vector<RuleMatcher> matchers;
-  matchers.reserve(rules.size());
-  for (const auto& rule : rules) matchers.emplace_back(rule.trigger, now);
-  for (const auto& item : items) {
-    if (stop.stop_requested()) break;
-    for (std::size_t at = 0; at < matchers.size(); ++at) {
-      if (!matchers[at].matches(item)) continue;
-      result.count += 1;
-      result.bytes += static_cast<double>(item.fileSize());
-      // A rule further down may move what this one only shows.
-      for (std::size_t mover = at; mover < matchers.size(); ++mover) {
-        if (!moves(rules[mover]) || !matchers[mover].matches(item)) continue;
-        result.movableCount += 1;
-        result.movableBytes += static_cast<double>(item.fileSize());
-        break;
-      }
-      if (static_cast<std::size_t>(result.rows.size()) < mostPreviewed) {
-        result.rows.append(QVariantMap{{"name", shownName(item.url().lastPathComponent())},
-                                       {"place", shownPlace(item.url(), home)},
-                                       {"bytes", static_cast<double>(item.fileSize())},
-                                       {"date", milliseconds(item.lastModifiedDate())},
-                                       {"risk", static_cast<int>(item.riskLabel())},
-                                       {"reason", shownName(rules[at].name)},
-                                       {"rule", shownName(rules[at].name)}});
-      }
-      break;
-    }
-  }
-  return result;
-}
 
 QStringList textList(const std::optional<std::vector<std::string>>& texts) {
   QStringList result;
@@ -97,14 +45,13 @@ QStringList textList(const std::optional<std::vector<std::string>>& texts) {
 
 }  // namespace
 
-RulesModel::RulesModel(WindowServices services, SectionServices sections, QObject* parent)
-    : RunModel(std::move(services), parent), m_sections(std::move(sections)) {
+RulesModel::RulesModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {
   m_editTimer.setSingleShot(true);
   m_editTimer.setInterval(typingPause);
   connect(&m_editTimer, &QTimer::timeout, this, &RulesModel::checkEditor);
   connect(&m_editor, &RuleEditor::edited, this, [this] {
     m_checkStop.request_stop();
-    m_editor.setChecked(m_editor.formalProblems(), -1, 0);
+    m_editor.setChecked(problemsWith(m_editor.rule()), -1, 0);
     m_editTimer.start();
   });
   reload();
@@ -116,19 +63,19 @@ RulesModel::~RulesModel() {
 }
 
 void RulesModel::reload() {
-  change([](RuleEngine&) {});
+  change([](const TaskServices&) {});
 }
 
-void RulesModel::change(std::function<void(RuleEngine&)> how) {
+void RulesModel::change(std::function<void(const TaskServices&)> how) {
   m_queue.post([this, how = std::move(how)](const std::stop_token&) {
     std::string error;
-    auto& engine = services().rules;
+    const auto& tasks = services().tasks;
     try {
-      how(engine);
+      how(tasks);
     } catch (const std::exception& failure) {
       error = failure.what();
     }
-    callOn(this, [this, rules = engine.getRules(), error] {
+    callOn(this, [this, rules = cleanupRules(tasks), error] {
       m_error = textFrom(error);
       show(rules);
     });
@@ -226,10 +173,7 @@ void RulesModel::setEnabled(int row, bool isEnabled) {
   rule.isEnabled = isEnabled;
   Q_EMIT dataChanged(index(row), index(row), {IsEnabledRole});
   Q_EMIT rulesChanged();
-  change([id = rule.id, isEnabled](RuleEngine& engine) {
-    engine.keepIdentities();
-    engine.toggleRule(id, isEnabled);
-  });
+  change([id = rule.id, isEnabled](const TaskServices& tasks) { switchRule(tasks, id, isEnabled); });
 }
 
 void RulesModel::add() {
@@ -242,10 +186,7 @@ void RulesModel::edit(int row) {
 
 void RulesModel::save() {
   if (!m_editor.isOpen() || !m_editor.canSave()) return;
-  change([rule = m_editor.rule()](RuleEngine& engine) {
-    engine.keepIdentities();
-    engine.addOrUpdateRule(rule);
-  });
+  change([rule = m_editor.rule()](const TaskServices& tasks) { storeRule(tasks, rule); });
   closeEditor();
 }
 
@@ -258,46 +199,32 @@ void RulesModel::closeEditor() {
 
 void RulesModel::remove(const QString& id) {
   const auto rule = Uuid::parse(id.toStdString());
-  if (rule) change([rule = *rule](RuleEngine& engine) { engine.deleteRule(rule); });
+  if (rule) change([rule = *rule](const TaskServices& tasks) { deleteRule(tasks, rule); });
 }
 
 void RulesModel::reset() {
-  change([](RuleEngine& engine) { engine.resetToDefaults(); });
-}
-
-QVariantMap RulesModel::problemsOnDisk(const CleanupRule& rule, const PathValidator& validator,
-                                       const std::vector<FileUrl>& folders) {
-  QVariantMap problems;
-  if (rule.trigger.folderPath) {
-    const auto path = expandedHome(*rule.trigger.folderPath);
-    const auto status = path.starts_with('/') ? readFileStatus(AT_FDCWD, path.c_str()) : std::nullopt;
-    if (!status) problems["folder"] = QStringLiteral("rules.folder_missing");
-  }
-  if (rule.action.type() == RuleAction::Type::moveToFolder) {
-    const auto path = expandedHome(rule.action.path());
-    const bool isAllowed =
-        path.starts_with('/') && validator.isPathAllowed(FileUrl(path), PathValidator::canonicalizeRoots(folders));
-    if (!isAllowed) problems["actionPath"] = QStringLiteral("rules.destination_refused");
-  }
-  return problems;
+  change([](const TaskServices& tasks) { resetRules(tasks); });
 }
 
 void RulesModel::checkEditor() {
   if (!m_editor.isOpen()) return;
   m_checkStop = {};
-  m_previewQueue.post([this, rule = m_editor.rule(), formal = m_editor.formalProblems(),
-                       stop = m_checkStop.get_token()](const std::stop_token&) {
+  m_previewQueue.post([this, rule = m_editor.rule(), stop = m_checkStop.get_token()](const std::stop_token&) {
     if (stop.stop_requested()) return;
-    auto problems = problemsOnDisk(rule, m_sections.validator, existingFolders(services().folders));
-    problems.insert(formal);
-    if (!m_candidates) m_candidates = std::make_shared<const std::vector<FileItem>>(scanForRules(services(), stop));
-    const auto matches = matchesOf({rule}, *m_candidates, services().home, stop);
-    if (stop.stop_requested()) {
-      m_candidates.reset();
-      return;
-    }
-    callOn(this, [this, problems, matches, stop] {
-      if (!stop.stop_requested()) m_editor.setChecked(problems, matches.count, matches.bytes);
+    const auto& tasks = services().tasks;
+    RulesWish wish{.rules = {rule}, .boundary = Boundary(grantedFolders(tasks))};
+    wish.rules.front().isEnabled = true;
+    auto problems = problemsWith(rule);
+    // A field shows the last of them.
+    const auto onDisk = problemsOnDisk(tasks, rule, wish.boundary);
+    problems.insert(problems.begin(), onDisk.begin(), onDisk.end());
+    const TaskMonitor monitor{.stop = stop};
+    if (!m_candidates) m_candidates = ruleCandidates(tasks, wish.boundary, monitor);
+    const auto sum = m_candidates ? countRules(tasks, wish, *m_candidates, monitor) : std::nullopt;
+    if (!sum) return;
+    callOn(this, [this, problems, sum = *sum, stop] {
+      if (stop.stop_requested()) return;
+      m_editor.setChecked(problems, static_cast<double>(sum.count), static_cast<double>(sum.bytes));
     });
   });
 }
@@ -308,7 +235,7 @@ std::vector<CleanupRule> RulesModel::meant(int row) const {
   std::vector<CleanupRule> result;
   if (row >= 0 && row < ruleCount()) {
     result.push_back(m_rules[static_cast<std::size_t>(row)]);
-    // Whoever runs one by hand wants it run.
+    // Running one by hand is asking for it.
     result.back().isEnabled = true;
     return result;
   }
@@ -321,51 +248,79 @@ void RulesModel::previewRule(int row) {
   m_previewStop.request_stop();
   m_previewStop = {};
   m_isPreviewing = true;
-  m_preview.clear();
-  m_previewCount = 0;
-  m_previewBytes = 0;
-  m_movableCount = 0;
-  m_movableBytes = 0;
-  m_previewed = meant(row);
-  Q_EMIT previewChanged();
+  show(Preview());
   m_previewQueue.post(
-      [this, rules = m_previewed, looked = startLooking(), stop = m_previewStop.get_token()](const std::stop_token&) {
-        const auto matches = matchesOf(rules, scanForRules(services(), stop, looked.get()), services().home, stop);
-        callOn(this, [this, matches, stop] {
+      [this, rules = meant(row), looked = startLooking(), stop = m_previewStop.get_token()](const std::stop_token&) {
+        const auto& tasks = services().tasks;
+        const auto proposal = proposeRules(tasks, {.rules = rules, .boundary = Boundary(grantedFolders(tasks))},
+                                           {.stop = stop, .looked = looked.get()});
+        if (!proposal) return;
+        Preview preview;
+        preview.proposal = *proposal;
+        proposal->forEach([&](std::size_t, const ProposedRow& proposed) {
+          preview.all.add(proposed.item.fileSize());
+          if (proposed.choice == Choice::selected) preview.movable.add(proposed.item.fileSize());
+        });
+        callOn(this, [this, preview, stop] {
           if (stop.stop_requested()) return;
           stopLooking();
           m_isPreviewing = false;
-          m_preview = matches.rows;
-          m_previewCount = matches.count;
-          m_previewBytes = matches.bytes;
-          m_movableCount = matches.movableCount;
-          m_movableBytes = matches.movableBytes;
-          Q_EMIT previewChanged();
+          show(preview);
         });
       });
+}
+
+void RulesModel::show(Preview preview) {
+  m_preview = std::move(preview);
+  Q_EMIT previewChanged();
 }
 
 void RulesModel::closePreview() {
   m_previewStop.request_stop();
   if (m_isPreviewing) stopLooking();
   m_isPreviewing = false;
-  m_preview.clear();
-  m_previewCount = 0;
-  m_movableCount = 0;
-  Q_EMIT previewChanged();
+  show(Preview());
+}
+
+QVariantMap RulesModel::rowOf(const ProposedRow& row) const {
+  const auto& item = row.item;
+  auto reason = shownName(row.group->name);
+  if (row.lock == Lock::listedOnly) reason += QStringLiteral(" · ") + localizedText("rules.review_only");
+  return {{"name", shownName(item.url().lastPathComponent())},
+          {"place", shownPlace(item.url(), services().home)},
+          {"bytes", static_cast<double>(item.fileSize())},
+          {"date", milliseconds(item.lastModifiedDate())},
+          {"risk", static_cast<int>(item.riskLabel())},
+          {"reason", reason},
+          {"warning", row.lock == Lock::refused ? localizedText("rules.destination_refused") : QString()}};
+}
+
+QVariantList RulesModel::preview() const {
+  QVariantList rows;
+  const auto count = std::min(mostPreviewed, m_preview.proposal.size());
+  for (std::size_t at = 0; at < count; ++at) rows.append(rowOf(m_preview.proposal.row(at)));
+  return rows;
+}
+
+QStringList RulesModel::previewRemarks() const {
+  QStringList remarks;
+  for (const auto& notice : m_preview.proposal.notices()) {
+    if (const auto text = std::visit(NoticeText(), notice); !text.isEmpty()) remarks += text;
+  }
+  return remarks;
 }
 
 void RulesModel::runPreviewed() {
-  if (m_previewed.empty() || isWorking()) return;
-  startRun(0, [services = services(), rules = m_previewed, looked = startLooking()](const RunProgress& progress,
-                                                                                    const std::stop_token& stop) {
-    const auto folders = existingFolders(services.folders);
-    // Without a folder there would be no boundary either.
-    if (folders.empty()) return RunReport{};
-    const auto items = scanForRules(services, stop, looked.get());
-    const auto execution = services.rules.carryOut(rules, items, Boundary(folders), progress, stop);
-    return reportOf(execution.summary.batchId, execution.outcomes);
+  if (m_preview.movable.count == 0 || isWorking()) return;
+  startRun(m_preview.movable.count, [tasks = services().tasks, proposal = m_preview.proposal](
+                                        const RunProgress& progress, const std::stop_token& stop) {
+    return carryOut(tasks, proposal.approve(), progress, stop);
   });
+}
+
+void RulesModel::languageChanged() {
+  RunModel::languageChanged();
+  Q_EMIT previewChanged();
 }
 
 void RulesModel::cancel() {

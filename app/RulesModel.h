@@ -2,15 +2,18 @@
 
 #include "app/RuleEditor.h"
 #include "app/RunModel.h"
-#include "app/SectionServices.h"
 #include "core/rules/CleanupRule.h"
+#include "core/tasks/ItemList.h"
+#include "core/tasks/Proposal.h"
 
 #include <QtQml/qqmlregistration.h>
+#include <QStringList>
 #include <QTimer>
 #include <QVariantList>
+#include <QVariantMap>
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <optional>
 #include <stop_token>
 #include <vector>
@@ -30,6 +33,7 @@ class RulesModel : public orvane::RunModel {
   Q_PROPERTY(double previewBytes READ previewBytes NOTIFY previewChanged)
   Q_PROPERTY(double movableCount READ movableCount NOTIFY previewChanged)
   Q_PROPERTY(double movableBytes READ movableBytes NOTIFY previewChanged)
+  Q_PROPERTY(QStringList previewRemarks READ previewRemarks NOTIFY previewChanged)
   Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY previewChanged)
   Q_PROPERTY(QString error READ error NOTIFY rulesChanged)
 
@@ -50,7 +54,7 @@ class RulesModel : public orvane::RunModel {
     NamePatternRole,
   };
 
-  RulesModel(WindowServices services, SectionServices sections, QObject* parent = nullptr);
+  explicit RulesModel(WindowServices services, QObject* parent = nullptr);
   ~RulesModel() override;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -60,13 +64,15 @@ class RulesModel : public orvane::RunModel {
   [[nodiscard]] int ruleCount() const noexcept { return static_cast<int>(m_rules.size()); }
   [[nodiscard]] int enabledCount() const;
   [[nodiscard]] RuleEditor* editor() noexcept { return &m_editor; }
-  // {name, place, bytes, date, risk, reason, rule} of the first few hundred files.
-  [[nodiscard]] const QVariantList& preview() const noexcept { return m_preview; }
-  [[nodiscard]] double previewCount() const noexcept { return m_previewCount; }
-  [[nodiscard]] double previewBytes() const noexcept { return m_previewBytes; }
+  // {name, place, bytes, date, risk, reason, warning} of the first few hundred files.
+  [[nodiscard]] QVariantList preview() const;
+  [[nodiscard]] double previewCount() const noexcept { return static_cast<double>(m_preview.all.count); }
+  [[nodiscard]] double previewBytes() const noexcept { return static_cast<double>(m_preview.all.bytes); }
   // Of these, what the rules would move: some only show.
-  [[nodiscard]] double movableCount() const noexcept { return m_movableCount; }
-  [[nodiscard]] double movableBytes() const noexcept { return m_movableBytes; }
+  [[nodiscard]] double movableCount() const noexcept { return static_cast<double>(m_preview.movable.count); }
+  [[nodiscard]] double movableBytes() const noexcept { return static_cast<double>(m_preview.movable.bytes); }
+  // What is said beside the files, a line each.
+  [[nodiscard]] QStringList previewRemarks() const;
   [[nodiscard]] bool isPreviewing() const noexcept { return m_isPreviewing; }
   // Why the last change was not stored; empty when it was.
   [[nodiscard]] QString error() const { return m_error; }
@@ -83,12 +89,13 @@ class RulesModel : public orvane::RunModel {
   // Of one rule, on or off; -1 for all that are on.
   Q_INVOKABLE void previewRule(int row);
   Q_INVOKABLE void closePreview();
-  // The rules as they were previewed.
+  // Moves what the preview shows, as it was then.
   Q_INVOKABLE void runPreviewed();
   Q_INVOKABLE void cancel() override;
 
   // The rules may have been changed by another process.
   void reload();
+  void languageChanged() override;
 
  Q_SIGNALS:
   void rulesChanged();
@@ -98,28 +105,26 @@ class RulesModel : public orvane::RunModel {
   [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
 
  private:
-  using Candidates = std::shared_ptr<const std::vector<FileItem>>;
+  struct Preview {
+    Proposal proposal;
+    RowSum all;
+    RowSum movable;
+  };
 
   void show(std::vector<CleanupRule> rules);
+  void show(Preview preview);
   // Has a change stored in the background, and the rules read again.
-  void change(std::function<void(RuleEngine&)> how);
+  void change(std::function<void(const TaskServices&)> how);
   [[nodiscard]] std::vector<CleanupRule> meant(int row) const;
   void checkEditor();
-  [[nodiscard]] static QVariantMap problemsOnDisk(const CleanupRule& rule, const PathValidator& validator,
-                                                  const std::vector<FileUrl>& folders);
+  [[nodiscard]] QVariantMap rowOf(const ProposedRow& row) const;
 
-  SectionServices m_sections;
   std::vector<CleanupRule> m_rules;
   RuleEditor m_editor;
   QTimer m_editTimer;
   std::stop_source m_checkStop;
-  Candidates m_candidates;  // of the queue's thread: what the open editor counts
-  QVariantList m_preview;
-  double m_previewCount = 0;
-  double m_previewBytes = 0;
-  double m_movableCount = 0;
-  double m_movableBytes = 0;
-  std::vector<CleanupRule> m_previewed;
+  std::optional<ItemList> m_candidates;  // of the queue's thread: what the open editor counts
+  Preview m_preview;
   bool m_isPreviewing = false;
   std::stop_source m_previewStop;
   QString m_error;

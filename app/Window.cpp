@@ -85,7 +85,7 @@ struct Window::Parts {
         duplicates(services, sections),
         apps(services, sections),
         organize(services, sections),
-        rules(services, sections),
+        rules(services),
         agent(services, sections),
         privacy(services),
         settings(settingsCollaborators(services, tidy)),

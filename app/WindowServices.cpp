@@ -2,7 +2,6 @@
 
 #include "core/base/HomeFolder.h"
 #include "core/localization/LocalizationManager.h"
-#include "core/rules/RuleEngine.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "core/safety/FileAccessService.h"
 #include "core/safety/PermissionsManager.h"
@@ -24,7 +23,6 @@ WindowServices systemWindowServices() {
       .localization = LocalizationManager::shared(),
       .volume = systemVolume(),
       .desktop = systemDesktop(),
-      .rules = RuleEngine::shared(),
       .home = FileUrl(homeFolder()),
       .journal = []() -> UndoJournal& { return UndoJournal::shared(); },
       .scheduleSettings = [] { return ScheduleCoordinator::shared().getSettings(); },

@@ -12,7 +12,6 @@ class FileAccessService;
 class LocalizationManager;
 class PermissionsManager;
 class Preferences;
-class RuleEngine;
 class StorageScanner;
 class TrashMover;
 class UndoJournal;
@@ -31,7 +30,6 @@ struct WindowServices {
   LocalizationManager& localization;
   const Volume& volume;
   Desktop& desktop;
-  RuleEngine& rules;
   FileUrl home;
   // Made at the first call, which reads the whole file and settles what runs that died left behind.
   std::function<UndoJournal&()> journal;

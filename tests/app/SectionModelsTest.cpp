@@ -1,7 +1,6 @@
 #include "app/AgentModel.h"
 #include "app/AppsModel.h"
 #include "app/OrganizeModel.h"
-#include "app/RulesModel.h"
 #include "app/Text.h"
 #include "core/base/Json.h"
 #include "tests/app/SectionFixture.h"
@@ -75,81 +74,6 @@ TEST_F(SectionModelsTest, offersNoTopicsWithoutAModel) {
   ASSERT_TRUE(becomesTrue([&] { return !model.managedFolders().isEmpty(); }));
   QCoreApplication::processEvents();
   EXPECT_FALSE(model.topicsAvailable());
-}
-
-TEST_F(SectionModelsTest, writesARuleCountsPreviewsAndRunsIt) {
-  tree.file("Downloads/keep.txt");
-  tree.file("Downloads/old draft.tmpx", "draft");
-  RulesModel model(services(), sections());
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
-  model.add();
-  auto& editor = *model.editor();
-  EXPECT_TRUE(editor.isNew());
-  EXPECT_FALSE(editor.canSave());
-  EXPECT_TRUE(editor.problems().contains("name"));
-  EXPECT_TRUE(editor.problems().contains("rule"));
-  editor.setProperty("name", "Drafts");
-  editor.setProperty("extensions", ".tmpx");
-  ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
-  EXPECT_TRUE(editor.canSave());
-
-  editor.setProperty("action", RuleEditor::Folder);
-  EXPECT_TRUE(editor.problems().contains("actionPath"));
-  editor.setActionPath("file://" + downloads() + "/Drafts");
-  ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
-  EXPECT_TRUE(editor.canSave());
-  const auto expected = editor.matchCount();
-  model.save();
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
-  const int row = 12;
-  EXPECT_EQ(model.data(model.index(row), RulesModel::NameRole).toString(), "Drafts");
-
-  model.previewRule(row);
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
-  EXPECT_EQ(model.previewCount(), expected);
-
-  model.setEnabled(0, false);
-  ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
-  model.remove(model.data(model.index(row), RulesModel::IdRole).toString());
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
-}
-
-TEST_F(SectionModelsTest, showsTheRulesThatAnotherProcessChanged) {
-  RulesModel model(services(), sections());
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
-  RuleEngine other(preferences, mover, *journal, validator);
-  CleanupRule rule;
-  rule.name = "From the terminal";
-  rule.trigger.fileExtensions = {"log"};
-  other.addOrUpdateRule(rule);
-  model.reload();
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
-  EXPECT_EQ(model.data(model.index(12), RulesModel::NameRole).toString(), "From the terminal");
-}
-
-TEST_F(SectionModelsTest, runsARuleOnWhatItTakesAndUndoesIt) {
-  setAge(tree.file("Downloads/Logs/old.log", "lines"), 60 * 86400.0);
-  tree.file("Downloads/keep.txt");
-  CleanupRule rule;
-  rule.name = "Logs";
-  rule.trigger.fileExtensions = {"log"};
-  rule.action = RuleAction::moveToTrash();
-  rule.isEnabled = false;
-  rules.addOrUpdateRule(rule);
-  RulesModel model(services(), sections());
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
-  model.previewRule(12);
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
-  EXPECT_EQ(model.previewCount(), 1);
-  EXPECT_EQ(model.movableCount(), 1);
-  EXPECT_EQ(model.movableBytes(), 5);
-  model.runPreviewed();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_FALSE(exists(tree.path("Downloads/Logs/old.log")));
-  EXPECT_TRUE(exists(tree.path("Downloads/keep.txt")));
-  model.undo();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_TRUE(exists(tree.path("Downloads/Logs/old.log")));
 }
 
 TEST_F(SectionModelsTest, uninstallsAnApplicationWithWhatIsChosenOfItsLeftovers) {

@@ -74,7 +74,6 @@ class WindowFixture : public TaskFixture {
         .localization = localization,
         .volume = volume,
         .desktop = desktop,
-        .rules = rules,
         .home = FileUrl(tree.path()),
         .journal = [this]() -> UndoJournal& { return *journal; },
         .scheduleSettings = [this] { return schedule; },

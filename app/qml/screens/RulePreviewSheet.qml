@@ -35,6 +35,13 @@ Sheet {
             wrapMode: Text.Wrap
         }
 
+        CaptionText {
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: Texts.firstLines(root.model.previewRemarks, 6)
+            wrapMode: Text.Wrap
+        }
+
         Meter {
             Layout.fillWidth: true
             visible: root.model.isPreviewing
@@ -65,6 +72,8 @@ Sheet {
                     name: modelData.name
                     place: modelData.place
                     remark: modelData.reason
+                    warning: modelData.warning
+                    warningSymbol: "warning"
                     chip: Texts.risk(modelData.risk)
                     chipKind: modelData.risk
                     age: Texts.age(modelData.date)

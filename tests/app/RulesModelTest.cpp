@@ -1,0 +1,184 @@
+#include "app/RulesModel.h"
+
+#include "tests/app/WindowFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace orvane::test {
+namespace {
+
+using testing::IsEmpty;
+
+class RulesModelTest : public WindowFixture {
+ public:
+  // The last in the list.
+  void add(const std::string& name, RuleTrigger trigger, RuleAction action = RuleAction::moveToTrash()) {
+    CleanupRule rule;
+    rule.name = name;
+    rule.trigger = std::move(trigger);
+    rule.action = std::move(action);
+    rules.addOrUpdateRule(rule);
+  }
+  void preview(RulesModel& model, const std::string& name) {
+    int row = -1;
+    ASSERT_TRUE(becomesTrue([&] {
+      for (row = model.ruleCount() - 1; row >= 0; --row) {
+        if (model.data(model.index(row), RulesModel::NameRole).toString().toStdString() == name) break;
+      }
+      return row >= 0;
+    }));
+    model.previewRule(row);
+    ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
+  }
+  static void run(RulesModel& model) {
+    model.runPreviewed();
+    ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  }
+  [[nodiscard]] QString downloads() const { return QString::fromStdString(tree.path("Downloads")); }
+
+  RuleTrigger logs{.fileExtensions = {{"log"}}};
+};
+
+TEST_F(RulesModelTest, writesARuleCountsPreviewsAndRunsIt) {
+  tree.file("Downloads/keep.txt");
+  tree.file("Downloads/old draft.tmpx", "draft");
+  RulesModel model(services());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+  model.add();
+  auto& editor = *model.editor();
+  EXPECT_TRUE(editor.isNew());
+  EXPECT_FALSE(editor.canSave());
+  EXPECT_TRUE(editor.problems().contains("name"));
+  EXPECT_TRUE(editor.problems().contains("rule"));
+  editor.setProperty("name", "Drafts");
+  editor.setProperty("extensions", ".tmpx");
+  ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
+  EXPECT_TRUE(editor.canSave());
+
+  editor.setProperty("action", RuleEditor::Folder);
+  EXPECT_TRUE(editor.problems().contains("actionPath"));
+  editor.setActionPath("file://" + downloads() + "/Drafts");
+  ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
+  EXPECT_TRUE(editor.canSave());
+  const auto expected = editor.matchCount();
+  model.save();
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  const int row = 12;
+  EXPECT_EQ(model.data(model.index(row), RulesModel::NameRole).toString(), "Drafts");
+
+  model.previewRule(row);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
+  EXPECT_EQ(model.previewCount(), expected);
+
+  model.setEnabled(0, false);
+  ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
+  model.remove(model.data(model.index(row), RulesModel::IdRole).toString());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+}
+
+TEST_F(RulesModelTest, showsTheRulesThatAnotherProcessChanged) {
+  RulesModel model(services());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+  RuleEngine other(preferences, mover, *journal, validator);
+  CleanupRule rule;
+  rule.name = "From the terminal";
+  rule.trigger.fileExtensions = {"log"};
+  other.addOrUpdateRule(rule);
+  model.reload();
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  EXPECT_EQ(model.data(model.index(12), RulesModel::NameRole).toString(), "From the terminal");
+}
+
+TEST_F(RulesModelTest, runsARuleOnWhatItTakesAndUndoesIt) {
+  setAge(tree.file("Downloads/Logs/old.log", "lines"), 60 * 86400.0);
+  tree.file("Downloads/keep.txt");
+  CleanupRule rule;
+  rule.name = "Logs";
+  rule.trigger.fileExtensions = {"log"};
+  rule.action = RuleAction::moveToTrash();
+  rule.isEnabled = false;
+  rules.addOrUpdateRule(rule);
+  RulesModel model(services());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  model.previewRule(12);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
+  EXPECT_EQ(model.previewCount(), 1);
+  EXPECT_EQ(model.movableCount(), 1);
+  EXPECT_EQ(model.movableBytes(), 5);
+  model.runPreviewed();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(tree.path("Downloads/Logs/old.log")));
+  EXPECT_TRUE(exists(tree.path("Downloads/keep.txt")));
+  model.undo();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/Logs/old.log")));
+}
+
+TEST_F(RulesModelTest, runsWhatWasPreviewedAndNothingElse) {
+  const auto shown = tree.file("Downloads/shown.log");
+  const auto replaced = tree.file("Downloads/replaced.log");
+  add("Logs", logs);
+  RulesModel model(services());
+  preview(model, "Logs");
+  EXPECT_EQ(model.previewCount(), 2);
+  EXPECT_EQ(model.movableCount(), 2);
+  std::filesystem::remove(replaced);
+  tree.file("Downloads/replaced.log");
+  const auto arrived = tree.file("Downloads/arrived.log");
+  run(model);
+  EXPECT_EQ(model.messages().size(), 1);
+  EXPECT_FALSE(exists(shown));
+  EXPECT_TRUE(exists(replaced));
+  EXPECT_TRUE(exists(arrived));
+}
+
+TEST_F(RulesModelTest, countsFilesInTheirPlaceApart) {
+  const auto moved = tree.file("Downloads/a.log", "1234567");
+  const auto kept = tree.file("Downloads/Logs/b.log", "12345");
+  add("Sort", logs, RuleAction::moveToFolder(tree.path("Downloads/Logs")));
+  RulesModel model(services());
+  preview(model, "Sort");
+  EXPECT_EQ(model.previewCount(), 1);
+  EXPECT_EQ(model.previewBytes(), 7);
+  EXPECT_EQ(model.previewRemarks(), QStringList{"1 item is already where “Sort” would move it."});
+  run(model);
+  EXPECT_THAT(model.messages(), IsEmpty());
+  EXPECT_FALSE(exists(moved));
+  EXPECT_TRUE(exists(kept));
+}
+
+TEST_F(RulesModelTest, leavesOutAStoredRuleThatWouldTakeEverything) {
+  const auto file = tree.file("Downloads/a.log");
+  add("All", {.folderPath = "/"});
+  RulesModel model(services());
+  preview(model, "All");
+  EXPECT_EQ(model.previewCount(), 0);
+  EXPECT_EQ(model.previewRemarks(), QStringList{"“All” is left out. Set at least one condition."});
+  run(model);
+  EXPECT_TRUE(exists(file));
+
+  model.edit(model.ruleCount() - 1);
+  EXPECT_TRUE(model.editor()->problems().contains("rule"));
+  EXPECT_FALSE(model.editor()->canSave());
+}
+
+TEST_F(RulesModelTest, showsWhatItDoesNotMoveAndWhy) {
+  const auto file = tree.file("Downloads/a.log");
+  add("Show", logs, RuleAction::reviewOnly());
+  add("Away", logs, RuleAction::moveToFolder(tree.path("Elsewhere")));
+  RulesModel model(services());
+  preview(model, "Show");
+  EXPECT_EQ(model.previewCount(), 1);
+  EXPECT_EQ(model.movableCount(), 0);
+  EXPECT_EQ(model.preview().front().toMap()["reason"], "Show · Review Only");
+  preview(model, "Away");
+  EXPECT_EQ(model.movableCount(), 0);
+  EXPECT_EQ(model.preview().front().toMap()["warning"], "Orvane must not move files there.");
+  run(model);
+  EXPECT_TRUE(exists(file));
+}
+
+}  // namespace
+}  // namespace orvane::test
