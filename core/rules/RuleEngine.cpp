@@ -1,17 +1,16 @@
 #include "core/rules/RuleEngine.h"
 
-#include "core/base/CanonicalPath.h"
 #include "core/base/CheckedArithmetic.h"
-#include "core/base/HomeFolder.h"
 #include "core/base/Json.h"
-#include "core/base/PathText.h"
 #include "core/platform/Preferences.h"
 #include "core/rules/BuiltInRuleTemplates.h"
+#include "core/rules/RuleDestination.h"
 #include "core/rules/RuleMatcher.h"
+#include "core/safety/CleanupRun.h"
 #include "core/safety/FolderLookups.h"
-#include "core/safety/PathValidator.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace orvane {
@@ -36,87 +35,46 @@ Json encoded(std::span<const CleanupRule> rules) {
   return json;
 }
 
-// The requests of one rule, and which candidate each is for.
-struct Requests {
-  std::vector<MoveRequest> requests;
-  std::vector<std::size_t> candidates;
-};
-
 // One run of several rules over the same candidates.
 class RulesRun {
  public:
-  RulesRun(CleanupRun& run, PlanExecution& execution, std::span<const FileItem> candidates, Date relativeTo)
-      : m_run(run),
-        m_execution(execution),
-        m_candidates(candidates),
-        m_relativeTo(relativeTo),
-        m_hasMoved(candidates.size(), false) {}
+  RulesRun(CleanupRun& run, std::span<const FileItem> candidates)
+      : m_run(run), m_candidates(candidates), m_hasMoved(candidates.size(), false) {
+    m_summary.batchId = run.id();
+  }
 
-  void carryOut(const CleanupRule& rule, const std::string& refusal, const CleanupRun::Progress& progress,
-                const std::stop_token& stop) {
-    const auto requests = requestsOf(rule);
-    if (requests.requests.empty()) return;
-    if (!refusal.empty()) {
-      for (const auto& request : requests.requests) {
-        m_execution.outcomes.push_back({request.source, MoveResult::refused, {}, request.fileSize, refusal});
-      }
-      return;
+  void carryOut(const CleanupRule& rule, const RuleDestination& destination) {
+    std::vector<MoveRequest> requests;
+    std::vector<std::size_t> indexes;
+    RuleMatcher matcher(rule.trigger, m_now);
+    for (std::size_t i = 0; i < m_candidates.size(); ++i) {
+      const auto& file = m_candidates[i];
+      if (m_hasMoved[i] || !matcher.matches(file) || destination.holds(file, m_folders)) continue;
+      auto& request = requests.emplace_back();
+      request.source = file.url();
+      request.fileSize = file.fileSize();
+      request.destinationFolder = destination.folder();
+      request.expectedIdentity = file.identity();
+      indexes.push_back(i);
     }
-    auto outcomes = m_run.carryOut(requests.requests, sum(progress), stop);
-    m_settled += requests.requests.size();
+    const auto outcomes = m_run.carryOut(requests);
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
-      if (outcomes[i].result == MoveResult::moved) note(requests, i);
-      m_execution.outcomes.push_back(std::move(outcomes[i]));
+      if (outcomes[i].result != MoveResult::moved) continue;
+      m_hasMoved[indexes[i]] = true;
+      m_summary.itemsProcessed = checkedAdd<std::int64_t>(m_summary.itemsProcessed, 1);
+      if (destination.folder()) continue;
+      m_summary.bytesReclaimed = checkedAdd(m_summary.bytesReclaimed, requests[i].fileSize);
     }
   }
+  [[nodiscard]] const PlanExecutionSummary& summary() const noexcept { return m_summary; }
 
  private:
-  [[nodiscard]] Requests requestsOf(const CleanupRule& rule) {
-    Requests result;
-    RuleMatcher matcher(rule.trigger, m_relativeTo);
-    std::optional<FileUrl> destination;
-    std::string canonicalDestination;
-    if (rule.action.type() == RuleAction::Type::moveToFolder) {
-      destination = FileUrl(expandedHome(rule.action.path()));
-      canonicalDestination = canonicalPath(destination->path());
-    }
-    for (std::size_t i = 0; i < m_candidates.size(); ++i) {
-      if (m_hasMoved[i] || !matcher.matches(m_candidates[i])) continue;
-      const auto& url = m_candidates[i].url();
-      // It would get another number with every run.
-      if (destination && m_folders.canonical(parentPath(url.path())) == canonicalDestination) continue;
-      auto& request = result.requests.emplace_back();
-      request.source = url;
-      request.fileSize = m_candidates[i].fileSize();
-      request.destinationFolder = destination;
-      result.candidates.push_back(i);
-    }
-    return result;
-  }
-
-  void note(const Requests& requests, std::size_t index) {
-    m_hasMoved[requests.candidates[index]] = true;
-    const auto& request = requests.requests[index];
-    auto& summary = m_execution.summary;
-    summary.itemsProcessed = checkedAdd<std::int64_t>(summary.itemsProcessed, 1);
-    if (!request.destinationFolder) summary.bytesReclaimed = checkedAdd(summary.bytesReclaimed, request.fileSize);
-  }
-
-  // Of all rules so far: how many later ones will find is not known yet.
-  [[nodiscard]] CleanupRun::Progress sum(const CleanupRun::Progress& progress) const {
-    if (!progress) return {};
-    return [&progress, before = m_settled](std::size_t done, std::size_t total) {
-      progress(before + done, before + total);
-    };
-  }
-
   CleanupRun& m_run;
-  PlanExecution& m_execution;
   std::span<const FileItem> m_candidates;
-  Date m_relativeTo;
   std::vector<bool> m_hasMoved;
   FolderLookups m_folders;
-  std::size_t m_settled = 0;
+  Date m_now = ReferenceClock::now();
+  PlanExecutionSummary m_summary;
 };
 
 }  // namespace
@@ -195,28 +153,16 @@ bool RuleEngine::matches(const FileItem& file, const RuleTrigger& trigger, Date 
   return RuleMatcher(trigger, relativeTo).matches(file);
 }
 
-PlanExecution RuleEngine::carryOut(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
-                                   const Boundary& allowedRoots, const CleanupRun::Progress& progress,
-                                   const std::stop_token& stop, Date relativeTo) {
-  CleanupRun run(m_mover, m_journal(), allowedRoots);
-  PlanExecution execution;
-  execution.summary.batchId = run.id();
-  RulesRun rulesRun(run, execution, candidates, relativeTo);
-  for (const auto& rule : rulesToRun) {
-    if (stop.stop_requested()) break;
-    if (!rule.isEnabled || rule.action.type() == RuleAction::Type::reviewOnly) continue;
-    std::string refusal;
-    if (rule.action.type() == RuleAction::Type::moveToFolder) {
-      refusal = m_validator.refusalText(FileUrl(expandedHome(rule.action.path())), allowedRoots);
-    }
-    rulesRun.carryOut(rule, refusal, progress, stop);
-  }
-  return execution;
-}
-
 PlanExecutionSummary RuleEngine::executeRules(std::span<const CleanupRule> rulesToRun,
                                               std::span<const FileItem> candidates, const Boundary& allowedRoots) {
-  return carryOut(rulesToRun, candidates, allowedRoots).summary;
+  CleanupRun run(m_mover, m_journal(), allowedRoots);
+  RulesRun rulesRun(run, candidates);
+  for (const auto& rule : rulesToRun) {
+    if (!rule.isEnabled || rule.action.type() == RuleAction::Type::reviewOnly) continue;
+    const RuleDestination destination(rule.action, m_validator, allowedRoots);
+    if (destination.refusal().empty()) rulesRun.carryOut(rule, destination);
+  }
+  return rulesRun.summary();
 }
 
 }  // namespace orvane

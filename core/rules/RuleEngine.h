@@ -2,17 +2,14 @@
 
 #include "core/base/Date.h"
 #include "core/base/Uuid.h"
-#include "core/plans/PlanExecution.h"
+#include "core/plans/PlanExecutionSummary.h"
 #include "core/rules/CleanupRule.h"
 #include "core/safety/Boundary.h"
-#include "core/safety/CleanupRun.h"
 #include "core/scanning/FileItem.h"
 
 #include <functional>
 #include <mutex>
-#include <optional>
 #include <span>
-#include <stop_token>
 #include <string_view>
 #include <vector>
 
@@ -56,12 +53,7 @@ class RuleEngine {
 
   // Carries out the enabled ones of the rules, in order, on the candidates, in order, as one run. Nothing outside the
   // allowed roots is touched, a destination included. A file that fails stays where it is, later rules may try again,
-  // and the others go on. Progress is told with no lock held: the mover and the journal keep runs apart that overlap.
-  // Ages count to `relativeTo`: what was approved on the strength of a preview is what the same date finds again.
-  PlanExecution carryOut(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
-                         const Boundary& allowedRoots, const CleanupRun::Progress& progress = {},
-                         const std::stop_token& stop = {}, Date relativeTo = ReferenceClock::now());
-  // The same for callers that only want the sum.
+  // and the others go on.
   PlanExecutionSummary executeRules(std::span<const CleanupRule> rulesToRun, std::span<const FileItem> candidates,
                                     const Boundary& allowedRoots);
 
