@@ -199,7 +199,7 @@ class JournalParser::Elements {
 
   [[nodiscard]] JournalEntry entry(simdjson::ondemand::object object) {
     m_entry.read(object);
-    const auto action = journalActionFromRawValue(m_entry.string(entries::action));
+    const auto action = journalActions.find(m_entry.string(entries::action));
     if (!action) throw JsonError(fmt::format("unknown \"action\" {}", m_entry.string(entries::action)));
     return {m_entry.uuid(entries::id),
             m_entry.uuid(entries::runId),
