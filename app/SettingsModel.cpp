@@ -76,7 +76,7 @@ SettingsModel::State SettingsModel::read() const {
     if (account.empty()) continue;
     state.keys.append(QVariantMap{{"name", textFrom(displayName(provider))},
                                   {"account", textFrom(account)},
-                                  {"isStored", m_with.keychain.getKey(account).has_value()}});
+                                  {"isStored", m_with.keychain.hasKey(account)}});
   }
   return state;
 }

@@ -128,8 +128,7 @@ ExitStatus runDelete(Session& session, const Arguments& arguments) {
 
 ExitStatus runStatus(Session& session, const Arguments& arguments) {
   const auto provider = providerFrom(arguments);
-  const auto key = KeychainService::shared().getKey(keyAccount(provider));
-  print(session, provider, key && !key->isEmpty());
+  print(session, provider, KeychainService::shared().hasKey(keyAccount(provider)));
   return ExitStatus::done;
 }
 

@@ -17,6 +17,12 @@ MetadataOnlyRequest requestFor(const std::string& prompt, const std::vector<File
   return {.userPrompt = prompt, .files = sampleFiles, .targetFolders = {}};
 }
 
+// Nothing leaves the machine then.
+bool isAddressRefused(const std::exception& error) {
+  const auto* http = dynamic_cast<const HttpError*>(&error);
+  return http != nullptr && std::holds_alternative<HttpError::UrlRefused>(http->which());
+}
+
 std::string reasonOf(const std::exception& error) {
   if (dynamic_cast<const JsonError*>(&error) != nullptr) {
     return fmt::format("The reply is not a plan: {}", error.what());
@@ -25,10 +31,7 @@ std::string reasonOf(const std::exception& error) {
     return fmt::format("The reply's plan cannot be used: {}", error.what());
   }
   // An address may hold what the user would not want to see printed.
-  if (const auto* http = dynamic_cast<const HttpError*>(&error);
-      http != nullptr && std::holds_alternative<HttpError::UrlRefused>(http->which())) {
-    return "The provider's address is no https address, nor http to this machine.";
-  }
+  if (isAddressRefused(error)) return "The provider's address is no https address, nor http to this machine.";
   return error.what();
 }
 
@@ -36,6 +39,11 @@ std::string reasonOf(const std::exception& error) {
 
 AgentCoordinator::AgentCoordinator(const KeychainService& keychain, HttpTransport& session, ProviderAddresses addresses)
     : m_keychain(keychain), m_session(session), m_addresses(std::move(addresses)) {}
+
+bool AgentCoordinator::hasKey(AIProvider provider) const {
+  const auto account = keyAccount(provider);
+  return !account.empty() && m_keychain.hasKey(account);
+}
 
 std::unique_ptr<LLMClient> AgentCoordinator::resolveClient(AIProvider provider) const {
   if (provider != AIProvider::heuristic) {
@@ -60,7 +68,13 @@ PlannedAnswer AgentCoordinator::requestAnswer(const std::string& prompt, AIProvi
                                               const std::vector<FileMetadataEntry>& sampleFiles,
                                               const std::stop_token& stop) {
   const auto request = requestFor(prompt, sampleFiles);
-  if (!waitForTurn(stop)) return offlineAnswer(request, HttpError(HttpError::Cancelled{}).what());
+  if (!waitForTurn(stop)) {
+    return {.plan = m_fallback.parser().parse(prompt),
+            .asked = provider,
+            .provider = AIProvider::heuristic,
+            .fallbackReason = HttpError(HttpError::Cancelled{}).what(),
+            .sent = std::nullopt};
+  }
   struct Turn {
     AgentCoordinator& coordinator;
     ~Turn() {
@@ -85,24 +99,29 @@ bool AgentCoordinator::waitForTurn(const std::stop_token& stop) {
 PlannedAnswer AgentCoordinator::answer(const MetadataOnlyRequest& request, AIProvider provider,
                                        const std::stop_token& stop) const {
   const auto client = resolveClient(provider);
-  std::optional<std::string> reason;
-  if (client->provider() != provider) reason = "No key is stored for it, or the key ring cannot be read.";
+  PlannedAnswer answer;
+  answer.asked = provider;
+  answer.provider = client->provider();
+  if (answer.provider != provider) answer.fallbackReason = "No key is stored for it, or the key ring cannot be read.";
+  answer.sent = keylessRequest(request, answer.provider);
   try {
-    return {client->generatePlan(request, stop), client->provider(), std::move(reason)};
+    answer.plan = client->generatePlan(request, stop);
   } catch (const std::exception& error) {
-    if (client->provider() != AIProvider::heuristic) reason = reasonOf(error);
-    return offlineAnswer(request, std::move(reason));
+    if (answer.provider != AIProvider::heuristic) answer.fallbackReason = reasonOf(error);
+    if (isAddressRefused(error)) answer.sent.reset();
+    answer.provider = AIProvider::heuristic;
+    answer.plan = m_fallback.parser().parse(request.userPrompt);
   }
-}
-
-PlannedAnswer AgentCoordinator::offlineAnswer(const MetadataOnlyRequest& request,
-                                              std::optional<std::string> reason) const {
-  return {m_fallback.parser().parse(request.userPrompt), AIProvider::heuristic, std::move(reason)};
+  return answer;
 }
 
 std::optional<HttpRequest> AgentCoordinator::keylessRequest(const std::string& prompt, AIProvider provider,
                                                             const std::vector<FileMetadataEntry>& sampleFiles) const {
-  const auto request = requestFor(prompt, sampleFiles);
+  return keylessRequest(requestFor(prompt, sampleFiles), provider);
+}
+
+std::optional<HttpRequest> AgentCoordinator::keylessRequest(const MetadataOnlyRequest& request,
+                                                            AIProvider provider) const {
   switch (provider) {
     case AIProvider::anthropic:
       return AnthropicClient::keylessRequest(request, m_addresses.anthropic);

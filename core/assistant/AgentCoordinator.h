@@ -4,8 +4,8 @@
 #include "core/assistant/HeuristicFallbackClient.h"
 #include "core/assistant/KeychainService.h"
 #include "core/assistant/MetadataOnlyRequest.h"
+#include "core/assistant/PlannedAnswer.h"
 #include "core/assistant/ProviderAddresses.h"
-#include "core/plans/CleaningPlan.h"
 #include "core/platform/HttpTransport.h"
 
 #include <condition_variable>
@@ -18,15 +18,6 @@
 #include <vector>
 
 namespace orvane {
-
-// A plan, and who really made it.
-struct PlannedAnswer {
-  CleaningPlan plan;
-  AIProvider provider = AIProvider::heuristic;
-  // Why another provider than the one asked for made the plan, in one line for people; absent where none did. May quote
-  // from a reply: escape it for display.
-  std::optional<std::string> fallbackReason;
-};
 
 // Chooses the planner, gives it its key, and plans offline where it fails: a request always yields a plan. One request
 // at a time; others wait, and end at once when they are stopped.
@@ -46,6 +37,8 @@ class AgentCoordinator {
   // The provider's client, or the offline one where there is no key.
   [[nodiscard]] std::unique_ptr<LLMClient> resolveClient(AIProvider provider) const;
 
+  // Whether a key is stored for it; never for one that needs none.
+  [[nodiscard]] bool hasKey(AIProvider provider) const;
   // Exactly what requestPlan() would send, but for the key; absent for a provider that sends nothing.
   [[nodiscard]] std::optional<HttpRequest> keylessRequest(const std::string& prompt, AIProvider provider,
                                                           const std::vector<FileMetadataEntry>& sampleFiles) const;
@@ -54,8 +47,8 @@ class AgentCoordinator {
   [[nodiscard]] bool waitForTurn(const std::stop_token& stop);
   [[nodiscard]] PlannedAnswer answer(const MetadataOnlyRequest& request, AIProvider provider,
                                      const std::stop_token& stop) const;
-  [[nodiscard]] PlannedAnswer offlineAnswer(const MetadataOnlyRequest& request,
-                                            std::optional<std::string> reason) const;
+  [[nodiscard]] std::optional<HttpRequest> keylessRequest(const MetadataOnlyRequest& request,
+                                                          AIProvider provider) const;
 
   const KeychainService& m_keychain;
   HttpTransport& m_session;

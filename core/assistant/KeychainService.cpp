@@ -20,4 +20,9 @@ std::optional<SecretText> KeychainService::getKey(std::string_view account) cons
   return key;
 }
 
+bool KeychainService::hasKey(std::string_view account) const {
+  const auto key = getKey(account);
+  return key && !key->isEmpty();
+}
+
 }  // namespace orvane

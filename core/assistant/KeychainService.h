@@ -24,6 +24,8 @@ class KeychainService {
   [[nodiscard]] bool deleteKey(std::string_view account) const;
   // An empty key is returned as an empty text; one that is not UTF-8 is absent.
   [[nodiscard]] std::optional<SecretText> getKey(std::string_view account) const;
+  // Whether a key is stored that may be used: an empty one may not.
+  [[nodiscard]] bool hasKey(std::string_view account) const;
 
  private:
   SecretStore& m_store;

@@ -77,6 +77,12 @@ class Coordinator : public testing::TestWithParam<AIProvider> {
   std::vector<LocalServer::Request> requests;
 };
 
+std::string headersOf(const HttpRequest& request) {
+  std::string text;
+  for (const auto& header : request.headers) text += header.name + ": " + header.value + "\n";
+  return text;
+}
+
 // What is offline has the goal of the prompt.
 void expectOffline(const PlannedAnswer& answer, const std::string& reason) {
   EXPECT_EQ(answer.provider, AIProvider::heuristic);
@@ -93,6 +99,7 @@ TEST_P(Coordinator, takesAPlanWithEveryKey) {
   const auto answer = answerFrom([](const auto&) { return replyWith(GetParam(), jsonText(planDocument())); });
   EXPECT_EQ(answer.provider, GetParam());
   EXPECT_FALSE(answer.fallbackReason);
+  EXPECT_EQ(answer.asked, GetParam());
   EXPECT_EQ(jsonText(answer.plan.toJson()), jsonText(planDocument()));
 }
 
@@ -154,15 +161,24 @@ TEST_P(Coordinator, plansOfflineWhateverElseIsAnswered) {
   };
   for (const auto& reply : replies) {
     SCOPED_TRACE(reply.name);
-    expectOffline(answerFrom([&](const auto&) { return reply.answer(GetParam()); }), reply.reason);
+    const auto answer = answerFrom([&](const auto&) { return reply.answer(GetParam()); });
+    expectOffline(answer, reply.reason);
+    EXPECT_EQ(answer.asked, GetParam());
+    // What was sent is told, whatever came of it.
+    ASSERT_TRUE(answer.sent);
+    EXPECT_EQ(answer.sent->body, requests.at(0).body);
+    EXPECT_THAT(headersOf(*answer.sent), Not(HasSubstr("sk-secret")));
   }
 }
 
 TEST_P(Coordinator, asksNobodyWithoutAKey) {
   for (const char* key : {"", "\xff\xfe"}) {
     secrets.secrets[{"com.orvane.app.keys", std::string(keyAccount(GetParam()))}] = key;
-    expectOffline(answerFrom([](const auto&) { return LocalServer::answer(200, ""); }), "No key");
+    const auto answer = answerFrom([](const auto&) { return LocalServer::answer(200, ""); });
+    expectOffline(answer, "No key");
+    EXPECT_FALSE(answer.sent);
     EXPECT_TRUE(requests.empty());
+    EXPECT_FALSE(keychain.hasKey(keyAccount(GetParam())));
   }
   EXPECT_TRUE(keychain.deleteKey(keyAccount(GetParam())));
   expectOffline(answerFrom([](const auto&) { return LocalServer::answer(200, ""); }), "No key");
@@ -177,8 +193,11 @@ TEST_P(Coordinator, endsAtOnceWhenStoppedAlsoWhileItWaitsForAnother) {
   std::thread asking(
       [&] { expectOffline(coordinator.requestAnswer(prompt, GetParam(), {}, first.get_token()), "cancelled"); });
   silent.waitForRequests(1);
-  std::thread waiting(
-      [&] { expectOffline(coordinator.requestAnswer(prompt, GetParam(), {}, second.get_token()), "cancelled"); });
+  std::thread waiting([&] {
+    const auto answer = coordinator.requestAnswer(prompt, GetParam(), {}, second.get_token());
+    expectOffline(answer, "cancelled");
+    EXPECT_FALSE(answer.sent);
+  });
   second.request_stop();
   waiting.join();
   first.request_stop();
@@ -191,6 +210,7 @@ TEST_P(Coordinator, refusesAnAddressThatWouldShowTheKeyToOthers) {
   const auto answer = coordinator.requestAnswer(prompt, GetParam(), {});
   expectOffline(answer, "no https address");
   EXPECT_THAT(*answer.fallbackReason, Not(HasSubstr("pw")));
+  EXPECT_FALSE(answer.sent);
 }
 
 TEST_P(Coordinator, sendsNamesSizesAndRelativeFoldersAndNothingElse) {
@@ -264,7 +284,7 @@ TEST_P(Coordinator, sendsExactlyThisForm) {
   ASSERT_TRUE(keyless);
   EXPECT_EQ(keyless->body, request.body);
   EXPECT_EQ(keyless->timeout, std::chrono::seconds(60));
-  for (const auto& header : keyless->headers) EXPECT_THAT(header.value, Not(HasSubstr("sk-secret")));
+  EXPECT_THAT(headersOf(*keyless), Not(HasSubstr("sk-secret")));
 }
 
 TEST(OfflineCoordinator, returnsAPlanEvenOneThatValidationRejects) {
