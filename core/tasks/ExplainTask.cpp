@@ -1,0 +1,49 @@
+#include "core/tasks/ExplainTask.h"
+
+#include "core/base/UnicodeText.h"
+#include "core/organizer/CloudFolderDetector.h"
+#include "core/organizer/OrganizerCategories.h"
+#include "core/safety/PathValidator.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/ItemAt.h"
+#include "core/tasks/TaskServices.h"
+
+namespace orvane {
+namespace {
+
+std::optional<Explanation::Item> explainItem(const TaskServices& services, const FileUrl& place) {
+  const auto item = itemAt(services, place, WholeFolder::unmeasured);
+  if (!item) return std::nullopt;
+  const std::string name(place.lastPathComponent());
+  return Explanation::Item{
+      .category = item->category(),
+      .riskLabel = item->riskLabel(),
+      .cleaning = scannedMark(*item),
+      .organizerCategory =
+          std::string(item->isFolder() ? defaultCategoryNameForFolder(name, place)
+                                       : defaultCategoryNameForExtension(lowercased(place.pathExtension()), name)),
+  };
+}
+
+}  // namespace
+
+std::vector<Explanation> explain(const TaskServices& services, std::span<const FileUrl> places) {
+  const Boundary granted(grantedFolders(services));
+  std::vector<Explanation> result;
+  result.reserve(places.size());
+  for (const auto& place : places) {
+    auto& explanation = result.emplace_back();
+    explanation.place = place;
+    explanation.item = explainItem(services, place);
+    if (auto refusal = services.validator.refusalText(place, fixedRulesOnly); !refusal.empty()) {
+      explanation.refusal = std::move(refusal);
+    }
+    explanation.isGranted = services.validator.isPathAllowed(place, granted);
+    explanation.provider = CloudFolderDetector::detectProvider(place);
+    explanation.syncWarning = CloudFolderDetector::syncWarning(place);
+    explanation.isCloudPlaceholder = CloudFolderDetector::isDatalessCloudPlaceholder(place);
+  }
+  return result;
+}
+
+}  // namespace orvane

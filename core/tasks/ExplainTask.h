@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/base/FileUrl.h"
+#include "core/organizer/CloudProvider.h"
+#include "core/scanning/RiskLabel.h"
+#include "core/scanning/ScanCategory.h"
+#include "core/tasks/Proposal.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+// Why a place is treated as it is.
+struct Explanation {
+  // Of what stands there; absent where nothing does.
+  struct Item {
+    ScanCategory category;
+    RiskLabel riskLabel;
+    RowMark cleaning;  // as a cleanup would have it
+    std::string organizerCategory;
+  };
+
+  FileUrl place;
+  std::optional<Item> item;
+  std::optional<std::string> refusal;  // of the fixed rules
+  bool isGranted = false;              // a granted folder holds it, and no rule refuses it
+  std::optional<CloudProvider> provider;
+  std::optional<std::string> syncWarning;
+  bool isCloudPlaceholder = false;
+};
+
+[[nodiscard]] std::vector<Explanation> explain(const TaskServices& services, std::span<const FileUrl> places);
+
+}  // namespace orvane
