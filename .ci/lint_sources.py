@@ -48,6 +48,8 @@ FLOORS = [
             "scanning/StorageSummary",
         )
     ),
+    # The planners' coordinator joins nothing but planners.
+    ("core/assistant/AgentCoordinator.*", 3, "engines"),
     ("core/*Coordinator.*", 4, "coordinators"),
     ("core/organizer/AutoOrganizer.*", 4, "coordinators"),
     ("core/organizer/AutoOrganizeController.*", 4, "coordinators"),

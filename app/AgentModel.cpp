@@ -1,105 +1,56 @@
 #include "app/AgentModel.h"
 
-#include "app/Places.h"
 #include "app/Text.h"
-#include "core/assistant/AgentCoordinator.h"
-#include "core/assistant/KeychainService.h"
-#include "core/base/CanonicalPath.h"
-#include "core/base/FileStatus.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
-#include "core/plans/CleaningPlanSchema.h"
-#include "core/plans/PlanExecutor.h"
-#include "core/plans/PlanFolder.h"
-#include "core/plans/PlanMatcher.h"
-#include "core/safety/PathValidator.h"
-#include "core/scanning/StorageScanner.h"
-
-#include <fcntl.h>
-#include <fmt/format.h>
+#include "core/tasks/AskTask.h"
 
 #include <algorithm>
-#include <atomic>
-#include <exception>
-#include <set>
 #include <utility>
+#include <variant>
 
 namespace orvane {
 
 struct AgentModel::Answer {
   PlannedAnswer planned;
-  std::optional<std::string> fault;
-  std::vector<PlanMatchResult> matches;
+  Proposal proposal;
 };
 
 namespace {
 
-std::vector<FileUrl> rootsFor(const WindowServices& services) {
-  return planRoots(existingFolders(services.folders), services.home.path());
-}
-
-// The plan's folders in which it may change something, each once.
-std::vector<PlanTarget> targetsOf(const CleaningPlan& plan, const WindowServices& services,
-                                  const PathValidator& validator) {
-  const auto roots = PathValidator::canonicalizeRoots(rootsFor(services));
-  std::vector<PlanTarget> targets;
-  std::set<std::string> seen;
-  for (const auto& step : plan.steps) {
-    const auto folder = planFolder(step.targetFolder);
-    if (!folder) continue;
-    PlanTarget target{*folder, canonicalPath(folder->path())};
-    const bool isInside = roots.contains(target.canonical);
-    if (isInside && validator.isPathAllowed(*folder, roots) && seen.insert(target.canonical).second) {
-      targets.push_back(std::move(target));
-    }
+// Why a row cannot be chosen; empty for one that can, and for one whose label says it.
+QString lockText(const ProposedRow& row) {
+  switch (row.lock) {
+    case Lock::inTrash:
+      return localizedText("state.in_trash");
+    case Lock::inPlace:
+      return localizedText("agent.in_place");
+    case Lock::listedOnly:
+      return localizedText("agent.listed_only");
+    case Lock::refused:
+      return shownName(row.group->refusal);
+    case Lock::manualLabel:
+    case Lock::none:
+      break;
   }
-  return targets;
+  return {};
 }
 
-std::vector<PlanMatchResult> matchesFor(const CleaningPlan& plan, const WindowServices& services,
-                                        const PathValidator& validator, std::atomic<std::size_t>& looked,
-                                        const std::stop_token& stop) {
-  auto targets = targetsOf(plan, services, validator);
-  if (targets.empty()) return {};
-  std::vector<FileUrl> folders;
-  folders.reserve(targets.size());
-  for (const auto& target : targets) folders.push_back(target.folder);
-  PlanMatcher matcher(plan, std::move(targets));
-  auto stream = services.scanner.scan(std::move(folders), DeveloperCaches::include);
-  const std::stop_callback whenStopped(stop, [&stream] { stream.cancel(); });
-  for (auto events = stream.nextBatch(); !events.empty(); events = stream.nextBatch()) {
-    looked.fetch_add(events.size(), std::memory_order_relaxed);
-    for (auto& event : events) {
-      if (auto* item = std::get_if<FileItem>(&event)) matcher.take(std::move(*item));
-    }
+QString textOf(const FolderLeftOut& leftOut, const FileUrl& home) {
+  const auto folder = shownPath(leftOut.folder.path(), home);
+  switch (leftOut.why) {
+    case FolderLeftOut::Why::missing:
+      return QStringLiteral("%1: %2").arg(folder, textFrom(leftOut.detail));
+    case FolderLeftOut::Why::refused:
+      return shownName(leftOut.detail);
+    case FolderLeftOut::Why::notGranted:
+    case FolderLeftOut::Why::listedOnly:
+      break;
   }
-  auto matches = matcher.finish();
-  // What is looked at now is what may move later, and nothing else of that name.
-  for (auto& match : matches) {
-    const auto status = readFileStatus(AT_FDCWD, match.item.url().path().c_str());
-    if (status && status->type != FileType::directory) match.identity = ItemIdentity::of(*status);
-  }
-  return matches;
-}
-
-// Why a plan will not do, in words that help on.
-QString faultText(const CleaningPlan& plan) {
-  const bool sortsWholeFolder = plan.steps.size() == 1 && plan.steps.front().action == PlannedAction::move &&
-                                plan.steps.front().destinationFolder == plan.steps.front().targetFolder;
-  return sortsWholeFolder ? localizedText("agent.use_organize").arg(localizedText("nav.organize"))
-                          : localizedText("agent.not_understood");
-}
-
-std::string textOf(const HttpRequest& request) {
-  std::string text = fmt::format("POST {}\nContent-Type: application/json\n", request.url);
-  for (const auto& header : request.headers) text += fmt::format("{}: {}\n", header.name, header.value);
-  return text + "\n" + request.body;
+  return localizedText("agent.folder_not_granted").arg(folder);
 }
 
 }  // namespace
 
-AgentModel::AgentModel(WindowServices services, SectionServices sections, QObject* parent)
-    : RunModel(std::move(services), parent), m_sections(std::move(sections)) {
+AgentModel::AgentModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {
   reloadProviders();
 }
 
@@ -113,8 +64,7 @@ void AgentModel::reloadProviders() {
   m_planQueue.post([this](const std::stop_token&) {
     std::array<bool, allAIProviders.size()> hasKey{};
     for (const auto provider : allAIProviders) {
-      const auto account = keyAccount(provider);
-      hasKey[static_cast<std::size_t>(provider)] = !account.empty() && m_sections.keychain.getKey(account).has_value();
+      hasKey[static_cast<std::size_t>(provider)] = orvane::hasKey(services().tasks, provider);
     }
     callOn(this, [this, hasKey] {
       m_hasKey = hasKey;
@@ -150,8 +100,8 @@ bool AgentModel::isOffline() const {
 
 void AgentModel::updateRequest() {
   m_planQueue.post([this, prompt = m_prompt.trimmed().toStdString(), provider = m_provider](const std::stop_token&) {
-    const auto request = m_sections.agent.keylessRequest(prompt, provider, {});
-    callOn(this, [this, text = textFrom(request ? textOf(*request) : std::string())] {
+    const auto request = requestToSend(services().tasks, prompt, provider);
+    callOn(this, [this, text = textFrom(request ? requestText(*request) : std::string())] {
       m_request = text;
       Q_EMIT requestChanged();
     });
@@ -169,34 +119,35 @@ void AgentModel::dryRun() {
   Q_EMIT planChanged();
   m_planQueue.post([this, prompt, provider = m_provider, looked = startLooking(),
                     stop = m_planStop.get_token()](const std::stop_token&) {
-    const bool isSent = !keyAccount(provider).empty() && m_sections.keychain.getKey(keyAccount(provider)).has_value();
-    if (isSent) {
-      if (const auto request = m_sections.agent.keylessRequest(prompt, provider, {})) {
-        callOn(this, [this, text = textFrom(textOf(*request)), provider] {
-          Q_EMIT requestSent(text, milliseconds(ReferenceClock::now()), textFrom(displayName(provider)));
-        });
-      }
+    const auto& tasks = services().tasks;
+    auto planned = askPlanner(tasks, prompt, provider, stop);
+    if (planned.sent) {
+      callOn(this, [this, text = textFrom(requestText(*planned.sent)), provider] {
+        Q_EMIT requestSent(text, milliseconds(ReferenceClock::now()), textFrom(displayName(provider)));
+      });
     }
-    auto answer = std::make_shared<Answer>();
-    answer->planned = m_sections.agent.requestAnswer(prompt, provider, {}, stop);
-    if (const auto fault = CleaningPlanSchema::firstFault(answer->planned.plan)) {
-      answer->fault = fault->what();
-    } else if (!stop.stop_requested()) {
-      answer->matches = matchesFor(answer->planned.plan, services(), m_sections.validator, *looked, stop);
+    std::shared_ptr<const Answer> answer;
+    if (!stop.stop_requested()) {
+      auto proposal = proposeAnswer(tasks, planned, PlanReach::boundary, ReferenceClock::now(),
+                                    {.stop = stop, .looked = looked.get()});
+      if (proposal) answer = std::make_shared<const Answer>(Answer{std::move(planned), *std::move(proposal)});
     }
-    callOn(this, [this, answer, isStopped = stop.stop_requested()] {
+    callOn(this, [this, answer, stop] {
       stopLooking();
-      show(isStopped ? nullptr : answer);
+      show(stop.stop_requested() ? nullptr : answer);
     });
   });
 }
 
-void AgentModel::show(std::shared_ptr<Answer> answer) {
+void AgentModel::show(std::shared_ptr<const Answer> answer) {
   m_isPlanning = false;
   beginResetModel();
-  m_error = answer && answer->fault ? faultText(answer->planned.plan) : QString();
-  m_answer = m_error.isEmpty() ? std::move(answer) : nullptr;
-  sum();
+  m_answer = std::move(answer);
+  m_selection = m_answer ? m_answer->proposal.selection() : Selection();
+  m_matchBytes = 0;
+  if (m_answer) {
+    m_answer->proposal.forEach([&](std::size_t, const ProposedRow& row) { m_matchBytes += row.item.fileSize(); });
+  }
   endResetModel();
   Q_EMIT planChanged();
   Q_EMIT providerChanged();
@@ -211,6 +162,12 @@ void AgentModel::discard() {
 void AgentModel::cancel() {
   m_planStop.request_stop();
   RunModel::cancel();
+}
+
+void AgentModel::languageChanged() {
+  RunModel::languageChanged();
+  Q_EMIT planChanged();
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {ReasonRole});
 }
 
 QString AgentModel::planTitle() const {
@@ -236,31 +193,39 @@ QString AgentModel::fallbackReason() const {
   return m_answer ? shownName(m_answer->planned.fallbackReason.value_or("")) : QString();
 }
 
+bool AgentModel::isRefused() const {
+  return m_answer && firstNotice<PlanRefused>(m_answer->proposal.notices()) != nullptr;
+}
+
+QString AgentModel::error() const {
+  const auto* refused = m_answer ? firstNotice<PlanRefused>(m_answer->proposal.notices()) : nullptr;
+  if (refused == nullptr) return {};
+  return refused->sortsWholeFolder ? localizedText("agent.use_organize").arg(localizedText("nav.organize"))
+                                   : localizedText("agent.not_understood");
+}
+
+QString AgentModel::fault() const {
+  const auto* refused = m_answer ? firstNotice<PlanRefused>(m_answer->proposal.notices()) : nullptr;
+  return refused == nullptr ? QString() : shownName(refused->fault);
+}
+
+QStringList AgentModel::notices() const {
+  QStringList result;
+  if (!m_answer) return result;
+  for (const auto& notice : m_answer->proposal.notices()) {
+    if (const auto* leftOut = std::get_if<FolderLeftOut>(&notice)) result += textOf(*leftOut, services().home);
+  }
+  return result;
+}
+
 double AgentModel::matchCount() const noexcept {
-  return m_answer ? static_cast<double>(m_answer->matches.size()) : 0.0;
+  return m_answer ? static_cast<double>(m_answer->proposal.size()) : 0.0;
 }
 
 // --- rows
 
-bool AgentModel::canToggle(const PlanMatchResult& match) const {
-  return match.canExecute && match.action != PlannedAction::review && isSelectable(match.item.riskLabel());
-}
-
-void AgentModel::sum() {
-  m_matchBytes = 0;
-  m_selectedCount = 0;
-  m_selectedBytes = 0;
-  if (!m_answer) return;
-  for (const auto& match : m_answer->matches) {
-    m_matchBytes += match.item.fileSize();
-    if (!match.isSelected || !canToggle(match)) continue;
-    ++m_selectedCount;
-    m_selectedBytes += match.item.fileSize();
-  }
-}
-
 int AgentModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() || !m_answer ? 0 : static_cast<int>(m_answer->matches.size());
+  return parent.isValid() || !m_answer ? 0 : static_cast<int>(m_answer->proposal.size());
 }
 
 QHash<int, QByteArray> AgentModel::roleNames() const {
@@ -279,39 +244,45 @@ QHash<int, QByteArray> AgentModel::roleNames() const {
 
 QVariant AgentModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto& match = m_answer->matches[static_cast<std::size_t>(index.row())];
+  const auto at = static_cast<std::size_t>(index.row());
+  const auto row = m_answer->proposal.row(at);
   switch (role) {
     case Qt::DisplayRole:
     case NameRole:
-      return shownName(match.item.url().lastPathComponent());
+      return shownName(row.item.url().lastPathComponent());
     case PlaceRole:
-      return shownPlace(match.item.url(), services().home);
+      return shownPlace(row.item.url(), services().home);
     case ReasonRole:
-      return shownName(match.explanation);
+      return remarkOf(row);
     case RiskRole:
-      return static_cast<int>(match.item.riskLabel());
+      return static_cast<int>(row.item.riskLabel());
     case DateRole:
-      return milliseconds(match.item.lastModifiedDate());
+      return milliseconds(row.item.lastModifiedDate());
     case BytesRole:
-      return static_cast<double>(match.item.fileSize());
+      return static_cast<double>(row.item.fileSize());
     case CheckStateRole:
-      if (!canToggle(match)) return -1;
-      return static_cast<int>(match.isSelected ? Qt::Checked : Qt::Unchecked);
+      if (row.choice == Choice::locked) return -1;
+      return static_cast<int>(m_selection.isSelected(at) ? Qt::Checked : Qt::Unchecked);
     case ActionRole:
-      return textFrom(rawValue(match.action));
-    case DestinationRole:
-      return shownName(match.destinationFolder.value_or(""));
+      return textFrom(rawValue(stepOf(m_answer->planned.plan, row).action));
+    case DestinationRole: {
+      const auto* folder = row.lock == Lock::none ? row.destinationFolder() : nullptr;
+      return folder == nullptr ? QString() : shownPath(folder->path(), services().home);
+    }
     default:
       return {};
   }
 }
 
+QString AgentModel::remarkOf(const ProposedRow& row) const {
+  const auto lock = lockText(row);
+  return lock.isEmpty() ? shownName(stepOf(m_answer->planned.plan, row).explanation) : lock;
+}
+
 void AgentModel::toggle(int row) {
   if (row < 0 || row >= rowCount() || isWorking()) return;
-  auto& match = m_answer->matches[static_cast<std::size_t>(row)];
-  if (!canToggle(match)) return;
-  match.isSelected = !match.isSelected;
-  sum();
+  const auto at = static_cast<std::size_t>(row);
+  m_selection.set(at, m_selection.isSelected(at) ? Selection::Whether::unselected : Selection::Whether::selected);
   Q_EMIT dataChanged(index(row), index(row), {CheckStateRole});
   Q_EMIT selectionChanged();
 }
@@ -319,18 +290,8 @@ void AgentModel::toggle(int row) {
 // --- carrying out
 
 void AgentModel::confirm() {
-  if (!m_answer || m_selectedCount == 0) return;
-  startRun(
-      m_selectedCount,
-      [services = services(), sections = m_sections, matches = m_answer->matches](const RunProgress& progress,
-                                                                                  const std::stop_token& stop) {
-        const Boundary roots(rootsFor(services));
-        // Without a folder there would be no boundary either.
-        if (roots.allowsNothing()) return RunReport{};
-        const auto execution = sections.planExecutor.execute(matches, services.journal(), roots, progress, stop);
-        return reportOf(execution.summary.batchId, execution.outcomes);
-      },
-      [this](const RunReport&) { show(nullptr); });
+  if (!m_answer || m_selection.count() == 0) return;
+  startRun(m_answer->proposal.approve(m_selection), [this](const RunReport&) { show(nullptr); });
 }
 
 QString AgentModel::movedText(std::int64_t count, std::int64_t /*bytes*/) const {

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "app/RunModel.h"
-#include "app/SectionServices.h"
 #include "core/assistant/AIProvider.h"
-#include "core/plans/CleaningPlan.h"
-#include "core/plans/PlanMatchResult.h"
+#include "core/tasks/Selection.h"
 
 #include <QtQml/qqmlregistration.h>
+#include <QStringList>
 #include <QVariantList>
 
 #include <array>
@@ -35,7 +34,10 @@ class AgentModel : public orvane::RunModel {
   Q_PROPERTY(QVariantList planSteps READ planSteps NOTIFY planChanged)
   Q_PROPERTY(QString answeredBy READ answeredBy NOTIFY planChanged)
   Q_PROPERTY(QString fallbackReason READ fallbackReason NOTIFY planChanged)
+  Q_PROPERTY(bool isRefused READ isRefused NOTIFY planChanged)
   Q_PROPERTY(QString error READ error NOTIFY planChanged)
+  Q_PROPERTY(QString fault READ fault NOTIFY planChanged)
+  Q_PROPERTY(QStringList notices READ notices NOTIFY planChanged)
   Q_PROPERTY(double matchCount READ matchCount NOTIFY planChanged)
   Q_PROPERTY(double matchBytes READ matchBytes NOTIFY planChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
@@ -55,7 +57,7 @@ class AgentModel : public orvane::RunModel {
     DestinationRole,
   };
 
-  AgentModel(WindowServices services, SectionServices sections, QObject* parent = nullptr);
+  explicit AgentModel(WindowServices services, QObject* parent = nullptr);
   ~AgentModel() override;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -73,7 +75,8 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] bool isOffline() const;
 
   [[nodiscard]] bool isPlanning() const noexcept { return m_isPlanning; }
-  [[nodiscard]] bool hasPlan() const noexcept { return m_answer != nullptr && m_error.isEmpty(); }
+  // Also one that cannot be used: it is shown as it is.
+  [[nodiscard]] bool hasPlan() const noexcept { return m_answer != nullptr; }
   [[nodiscard]] QString planTitle() const;
   // {text, detail}
   [[nodiscard]] QVariantList planSteps() const;
@@ -81,12 +84,18 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] QString answeredBy() const;
   // Why another one made it than was asked; empty where none did.
   [[nodiscard]] QString fallbackReason() const;
-  // Why there is no plan; empty when there is one.
-  [[nodiscard]] QString error() const { return m_error; }
+  // Whether the plan cannot be used, and so touches no file.
+  [[nodiscard]] bool isRefused() const;
+  // How to ask instead; empty for a plan that can be used.
+  [[nodiscard]] QString error() const;
+  // Why the plan cannot be used, in English; empty for one that can.
+  [[nodiscard]] QString fault() const;
+  // The folders that the plan names and in which nothing is touched.
+  [[nodiscard]] QStringList notices() const;
   [[nodiscard]] double matchCount() const noexcept;
   [[nodiscard]] double matchBytes() const noexcept { return static_cast<double>(m_matchBytes); }
-  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selectedCount); }
-  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selectedBytes); }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
   // What would be sent, to the letter but for the key; empty where nothing is.
   [[nodiscard]] QString request() const { return m_request; }
 
@@ -96,6 +105,8 @@ class AgentModel : public orvane::RunModel {
   Q_INVOKABLE void discard();
   Q_INVOKABLE void updateRequest();
   Q_INVOKABLE void cancel() override;
+
+  void languageChanged() override;
 
   // Keys may be new.
   Q_INVOKABLE void reloadProviders();
@@ -115,21 +126,17 @@ class AgentModel : public orvane::RunModel {
  private:
   struct Answer;
 
-  void show(std::shared_ptr<Answer> answer);
-  void sum();
-  [[nodiscard]] bool canToggle(const PlanMatchResult& match) const;
+  void show(std::shared_ptr<const Answer> answer);
+  [[nodiscard]] QString remarkOf(const ProposedRow& row) const;
 
-  SectionServices m_sections;
   QString m_prompt;
   AIProvider m_provider = AIProvider::heuristic;
   std::array<bool, allAIProviders.size()> m_hasKey{};
   bool m_isPlanning = false;
   std::stop_source m_planStop;
-  std::shared_ptr<Answer> m_answer;
-  QString m_error;
+  std::shared_ptr<const Answer> m_answer;
+  Selection m_selection;
   std::int64_t m_matchBytes = 0;
-  std::int64_t m_selectedCount = 0;
-  std::int64_t m_selectedBytes = 0;
   QString m_request;
   BackgroundQueue m_planQueue;
 };

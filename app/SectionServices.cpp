@@ -1,13 +1,11 @@
 #include "app/SectionServices.h"
 
-#include "core/assistant/AgentCoordinator.h"
 #include "core/assistant/KeychainService.h"
 #include "core/duplicates/DuplicateCleaner.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/organizer/CategoryPreferencesStore.h"
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/organizer/TopicCategorizerFactory.h"
-#include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 
@@ -20,9 +18,7 @@ SectionServices systemSectionServices() {
       .learned = CategoryPreferencesStore::shared(),
       .topics = TopicCategorizerFactory::shared(),
       .uninstaller = AppUninstallerEngine::shared(),
-      .agent = AgentCoordinator::shared(),
       .keychain = KeychainService::shared(),
-      .planExecutor = PlanExecutor::shared(),
       .validator = PathValidator::shared(),
       .duplicateCleaner = []() -> DuplicateCleaner& { return DuplicateCleaner::shared(); },
   };

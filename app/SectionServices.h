@@ -4,7 +4,6 @@
 
 namespace orvane {
 
-class AgentCoordinator;
 class AppUninstallerEngine;
 class CategoryPreferencesStore;
 class DuplicateCleaner;
@@ -12,7 +11,6 @@ class DuplicateFinderEngine;
 class FolderOrganizerEngine;
 class KeychainService;
 class PathValidator;
-class PlanExecutor;
 class TopicCategorizerFactory;
 
 // What the sections beyond the cleanup work with, besides the WindowServices. The same holds for them.
@@ -22,9 +20,7 @@ struct SectionServices {
   CategoryPreferencesStore& learned;
   TopicCategorizerFactory& topics;
   AppUninstallerEngine& uninstaller;
-  AgentCoordinator& agent;
   const KeychainService& keychain;
-  PlanExecutor& planExecutor;
   const PathValidator& validator;
   // Made with the journal.
   std::function<DuplicateCleaner&()> duplicateCleaner;

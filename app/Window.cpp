@@ -86,7 +86,7 @@ struct Window::Parts {
         apps(services, sections),
         organize(services, sections),
         rules(services),
-        agent(services, sections),
+        agent(services),
         privacy(services),
         settings(settingsCollaborators(services, tidy)),
         tray(state, tidy) {}

@@ -1,14 +1,15 @@
 #include "cli/PlanText.h"
 
 #include "cli/FileArguments.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/Table.h"
 #include "core/base/ByteCount.h"
 #include "core/base/Calendar.h"
-#include "core/base/CheckedArithmetic.h"
 #include "core/base/UnicodeText.h"
+#include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanFolder.h"
+#include "core/tasks/Proposal.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -66,19 +67,24 @@ std::string actionOf(const CleaningPlanStep& step) {
   return fmt::format("move the files of {} to {}", folder, destination);
 }
 
-// Why a match is selected or not.
-std::string_view reasonOf(const PlanMatchResult& match) {
-  if (match.action == PlannedAction::review) return "only listed";
-  if (match.action == PlannedAction::move) return "selected: it is only moved";
-  switch (match.item.riskLabel()) {
-    case RiskLabel::safe:
-      return "selected: safe to remove";
-    case RiskLabel::review:
-      return "not selected: have a look at it first";
-    case RiskLabel::manual:
+// Why a row is selected or not.
+std::string reasonOf(const ProposedRow& row) {
+  switch (row.lock) {
+    case Lock::manualLabel:
       return "never: protected, sensitive or unknown";
+    case Lock::inTrash:
+      return "never: it is in a Trash already";
+    case Lock::inPlace:
+      return "it is in place already";
+    case Lock::listedOnly:
+      return "only listed";
+    case Lock::refused:
+      return "never: " + escapedForDisplay(row.group->refusal);
+    case Lock::none:
+      break;
   }
-  return {};
+  if (const auto* destination = row.destinationFolder()) return "selected: goes to " + shownPath(*destination);
+  return row.choice == Choice::selected ? "selected: safe to remove" : "not selected: have a look at it first";
 }
 
 Cell labelCell(RiskLabel label) {
@@ -103,30 +109,25 @@ void printPlan(Session& session, const CleaningPlan& plan) {
   }
 }
 
-void printMatches(Session& session, std::span<const PlanMatchResult> matches) {
+void printRows(Session& session, const Proposal& proposal) {
   session.out().line("");
-  if (matches.empty()) {
+  if (proposal.empty()) {
     session.out().line("No file matches.");
     return;
   }
-  const Date now = ReferenceClock::now();
   Table table({{"Size", Alignment::right}, {"Age", Alignment::right}, {"Risk"}, {"File"}, {"Why"}});
-  std::int64_t selected = 0;
-  std::int64_t bytes = 0;
-  for (const auto& match : matches) {
-    const auto age = std::max<std::int64_t>(0, wholeDaysBetween(match.item.lastModifiedDate(), now));
-    table.addRow({{formatByteCount(match.item.fileSize())},
-                  {dayCount(age)},
-                  labelCell(match.item.riskLabel()),
-                  {shownPath(match.item.url())},
-                  {std::string(reasonOf(match))}});
-    if (!match.isSelected || !match.canExecute || match.action == PlannedAction::review) continue;
-    ++selected;
-    bytes = checkedAdd(bytes, match.item.fileSize());
-  }
+  proposal.forEach([&](std::size_t, const ProposedRow& row) {
+    const auto age = wholeDaysBetween(row.item.lastModifiedDate(), proposal.countedTo());
+    table.addRow({{formatByteCount(row.item.fileSize())},
+                  {dayCount(std::max<std::int64_t>(0, age))},
+                  labelCell(row.item.riskLabel()),
+                  {shownPath(row.item.url())},
+                  {reasonOf(row)}});
+  });
   table.print(session);
-  session.out().line(fmt::format("{} found, {} selected ({}).", itemCount(static_cast<std::int64_t>(matches.size())),
-                                 formatCount(selected), formatByteCount(bytes)));
+  const auto selection = proposal.selection();
+  session.out().line(fmt::format("{} found, {} selected ({}).", itemCount(static_cast<std::int64_t>(proposal.size())),
+                                 formatCount(selection.count()), formatByteCount(selection.bytes())));
 }
 
 }  // namespace orvane::cli

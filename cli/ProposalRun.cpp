@@ -19,8 +19,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <stop_token>
 #include <system_error>
+#include <variant>
 
 namespace orvane::cli {
 namespace {
@@ -194,6 +197,29 @@ ExitStatus askAndMove(Session& session, const Arguments& arguments, const Approv
   return printReport(session, approval.proposal(), moveApproved(session, approval));
 }
 
+AskedRun askAndRun(Session& session, const Arguments& arguments, const Proposal& proposal) {
+  const auto say = [&](std::string_view text) {
+    if (!session.isJson()) session.out().line(text);
+  };
+  const auto approval = proposal.approve();
+  if (approval.empty()) {
+    say("Nothing is selected, so nothing was moved.");
+    return {.status = tellFailures(proposal, {})};
+  }
+  switch (askToMove(session, arguments, approval)) {
+    case Answer::interrupted:
+      return {.status = ExitStatus::interrupted};
+    case Answer::no:
+      say("Nothing was moved.");
+      return {};
+    case Answer::yes:
+      break;
+  }
+  AskedRun run{.report = moveApproved(session, approval)};
+  run.status = session.isJson() ? tellFailures(proposal, *run.report) : printReport(session, proposal, *run.report);
+  return run;
+}
+
 RowSum sumOf(const Approval& approval) {
   return {approval.toTrash().count + approval.toFolders().count,
           checkedAdd(approval.toTrash().bytes, approval.toFolders().bytes)};
@@ -251,6 +277,15 @@ void tellNotices(const Notices& notices) {
   for (const auto& notice : notices) {
     if (const auto text = std::visit(NoticeText{}, notice); !text.empty()) Session::report(text);
   }
+}
+
+ExitStatus statusWith(const Notices& notices, ExitStatus status) {
+  if (status != ExitStatus::done) return status;
+  const bool someAreLeftOut = std::ranges::any_of(notices, [](const Notice& notice) {
+    const auto* leftOut = std::get_if<FolderLeftOut>(&notice);
+    return leftOut != nullptr && leftOut->why != FolderLeftOut::Why::listedOnly;
+  });
+  return someAreLeftOut ? ExitStatus::failed : ExitStatus::done;
 }
 
 std::string textOf(const FolderLeftOut& leftOut) {

@@ -57,6 +57,15 @@ void tellSynced(const Approval& approval);
 // askToMove() and, on a yes, moveApproved() and printReport(); an empty report is printed on a no.
 [[nodiscard]] ExitStatus askAndMove(Session& session, const Arguments& arguments, const Approval& approval);
 
+// What became of a proposal that the user was asked about.
+struct AskedRun {
+  std::optional<RunReport> report = {};  // absent where nothing is selected, and where the answer was no
+  ExitStatus status = ExitStatus::done;
+};
+// Asks whether to move what is proposed as selected, moves it on a yes, and says with text output what became of it.
+// With --json the caller prints the report; failures are named on standard error all the same.
+[[nodiscard]] AskedRun askAndRun(Session& session, const Arguments& arguments, const Proposal& proposal);
+
 // Writes what is approved where --save names a file, which must be new, or - for the standard output.
 [[nodiscard]] ExitStatus saveProposal(Session& session, const Arguments& arguments, const Approval& approval);
 // The rows that would move, for people or as {"items", "totalBytes"}.
@@ -66,6 +75,8 @@ void printDryRun(Session& session, const Proposal& proposal);
 
 // What is said beside the rows goes to standard error.
 void tellNotices(const Notices& notices);
+// The status; failed where all went well but for a folder that was asked for and not looked at.
+[[nodiscard]] ExitStatus statusWith(const Notices& notices, ExitStatus status);
 // One sentence for a folder that was left out.
 [[nodiscard]] std::string textOf(const FolderLeftOut& leftOut);
 // What was found wrong with the undo journal goes to standard error. For commands that use the journal, before they

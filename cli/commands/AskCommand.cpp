@@ -1,23 +1,20 @@
 #include "cli/Arguments.h"
 #include "cli/Consent.h"
-#include "cli/PlanRun.h"
-#include "cli/PlanScan.h"
 #include "cli/PlanText.h"
+#include "cli/ProgressLine.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
-#include "core/assistant/AgentCoordinator.h"
 #include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
-#include "core/plans/CleaningPlanSchema.h"
+#include "core/tasks/AskTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
 #include <array>
 #include <optional>
-#include <stop_token>
 #include <string>
-#include <utility>
 
 namespace orvane::cli {
 namespace {
@@ -39,34 +36,15 @@ constexpr std::array options{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-struct Answered {
-  AIProvider askedProvider = AIProvider::heuristic;
-  AIProvider provider = AIProvider::heuristic;
-  CleaningPlan plan;
-  std::optional<PlanValidationError> fault;
-  PlanPreview preview;
-};
-
-Json jsonFrom(const Answered& answered) {
+Json jsonFrom(const PlannedAnswer& answer, const Proposal& proposal) {
+  const auto* refused = firstNotice<PlanRefused>(proposal.notices());
   Json json = Json::object();
-  json["plan"] = answered.plan.toJson();
-  auto& matches = json["matches"] = Json::array();
-  for (const auto& match : answered.preview.matches) matches.push_back(match.toJson());
-  json["validationError"] = answered.fault ? Json(answered.fault->what()) : Json();
-  json["provider"] = rawValue(answered.provider);
-  json["usedFallback"] = answered.provider != answered.askedProvider;
+  json["plan"] = answer.plan.toJson();
+  json["matches"] = planMatchesJson(answer.plan, proposal);
+  json["validationError"] = refused != nullptr ? Json(refused->fault) : Json();
+  json["provider"] = rawValue(answer.provider);
+  json["usedFallback"] = answer.provider != answer.asked;
   return json;
-}
-
-ExitStatus apply(Session& session, const Arguments& arguments, Answered& answered) {
-  auto run = answered.fault ? PlanRun{.summary = {}, .status = ExitStatus::failed}
-                            : runPlan(session, arguments, answered.preview.matches);
-  if (session.isJson()) {
-    auto json = jsonFrom(answered);
-    json["summary"] = run.summary ? run.summary->toJson() : Json();
-    session.out().line(jsonText(json));
-  }
-  return run.status;
 }
 
 AIProvider providerFrom(const Arguments& arguments) {
@@ -86,33 +64,33 @@ Json jsonFrom(const HttpRequest& request) {
 }
 
 ExitStatus showRequest(Session& session, const std::string& prompt, AIProvider provider) {
-  const auto request = AgentCoordinator::shared().keylessRequest(prompt, provider, {});
+  const auto request = requestToSend(TaskServices::shared(), prompt, provider);
   if (!request) throw UsageError("--show-request needs --provider anthropic or openai; without one nothing is sent");
   if (session.isJson()) {
     session.out().line(jsonText(jsonFrom(*request)));
     return ExitStatus::done;
   }
-  session.out().line(fmt::format("POST {}\nContent-Type: application/json", escapedForDisplay(request->url)));
-  for (const auto& header : request->headers) session.out().line(fmt::format("{}: {}", header.name, header.value));
-  session.out().line(fmt::format("\n{}", request->body));
+  session.out().line(requestText(*request));
   return ExitStatus::done;
 }
 
-// Absent when interrupted.
-std::optional<Answered> ask(const std::string& prompt, AIProvider provider, const std::stop_token& stop) {
-  auto answer = AgentCoordinator::shared().requestAnswer(prompt, provider, {}, stop);
-  if (stop.stop_requested()) return std::nullopt;
-  if (answer.fallbackReason) {
-    Session::report(fmt::format("planned offline, not by {}: {}", displayName(provider),
-                                escapedForDisplay(*answer.fallbackReason)));
+void printAnswer(Session& session, const PlannedAnswer& answer) {
+  if (answer.asked != AIProvider::heuristic) {
+    session.out().line(fmt::format("Planner:  {}", displayName(answer.provider)));
   }
-  Answered answered{.askedProvider = provider,
-                    .provider = answer.provider,
-                    .plan = std::move(answer.plan),
-                    .fault = std::nullopt,
-                    .preview = {}};
-  answered.fault = CleaningPlanSchema::firstFault(answered.plan);
-  return answered;
+  printPlan(session, answer.plan);
+  session.out().flush();
+}
+
+ExitStatus apply(Session& session, const Arguments& arguments, const PlannedAnswer& answer, const Proposal& proposal) {
+  const bool isRefused = firstNotice<PlanRefused>(proposal.notices()) != nullptr;
+  const auto run = isRefused ? AskedRun{.status = ExitStatus::failed} : askAndRun(session, arguments, proposal);
+  if (session.isJson()) {
+    auto json = jsonFrom(answer, proposal);
+    json["summary"] = run.report ? run.report->summary().toJson() : Json();
+    session.out().line(jsonText(json));
+  }
+  return run.status;
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
@@ -121,36 +99,26 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   if (arguments.has("--show-request")) return showRequest(session, prompt, provider);
   const bool applies = arguments.has("--apply");
   if (applies) requireConsentPossible(arguments);
-  auto asked = ask(prompt, provider, session.stop());
-  if (!asked) {
-    Session::report("interrupted; nothing was changed");
-    return ExitStatus::interrupted;
+  const auto& services = TaskServices::shared();
+  const auto answer = askPlanner(services, prompt, provider, session.stop());
+  if (session.stop().stop_requested()) return interruptedBeforeChange();
+  if (!session.isJson()) printAnswer(session, answer);
+  std::optional<Proposal> proposal;
+  {
+    ProgressLine line(session);
+    proposal = proposeAnswer(services, answer, applies ? PlanReach::boundary : PlanReach::everyFolder,
+                             ReferenceClock::now(), scanMonitor(session, line));
   }
-  auto& answered = *asked;
-  if (!session.isJson()) {
-    if (provider != AIProvider::heuristic) {
-      session.out().line(fmt::format("Planner:  {}", displayName(answered.provider)));
-    }
-    printPlan(session, answered.plan);
-    session.out().flush();
-  }
-  if (answered.fault) {
-    Session::report(std::string("the plan cannot be used: ") + answered.fault->what());
-  } else {
-    answered.preview = previewPlan(session, answered.plan, applies ? PlanReach::allowedRoots : PlanReach::everyFolder);
-    if (answered.preview.isInterrupted) {
-      Session::report("interrupted; nothing was changed");
-      return ExitStatus::interrupted;
-    }
-    if (!session.isJson()) printMatches(session, answered.preview.matches);
-  }
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
+  if (!session.isJson() && firstNotice<PlanRefused>(proposal->notices()) == nullptr) printRows(session, *proposal);
   auto status = ExitStatus::done;
   if (applies) {
-    status = apply(session, arguments, answered);
+    status = apply(session, arguments, answer, *proposal);
   } else if (session.isJson()) {
-    session.out().line(jsonText(jsonFrom(answered)));
+    session.out().line(jsonText(jsonFrom(answer, *proposal)));
   }
-  return status == ExitStatus::done && answered.preview.someFoldersAreLeftOut ? ExitStatus::failed : status;
+  return statusWith(proposal->notices(), status);
 }
 
 }  // namespace

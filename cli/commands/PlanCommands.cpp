@@ -1,16 +1,17 @@
 #include "cli/Arguments.h"
 #include "cli/Consent.h"
 #include "cli/FileArguments.h"
-#include "cli/PlanRun.h"
-#include "cli/PlanScan.h"
 #include "cli/PlanText.h"
+#include "cli/ProgressLine.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
 #include "core/base/ByteCount.h"
 #include "core/base/FileDescriptor.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/plans/CleaningPlanSchema.h"
+#include "core/tasks/PlanTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -20,6 +21,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <variant>
 
 namespace orvane::cli {
 namespace {
@@ -48,82 +50,75 @@ std::string documentFrom(const std::string& argument) {
   }
 }
 
-struct CheckedPlan {
-  std::optional<CleaningPlan> plan;  // absent when it is none, or not acceptable
-  std::string error;
-};
-
-CheckedPlan checkedPlan(const Arguments& arguments) {
+// Throws std::runtime_error for a document that cannot be read.
+std::variant<CleaningPlan, PlanRefused> planFrom(const Arguments& arguments) {
   try {
-    auto plan = CleaningPlan::decode(documentFrom(arguments.plain().front()));
-    if (const auto fault = CleaningPlanSchema::firstFault(plan)) return {{}, fault->what()};
-    return {std::move(plan), {}};
+    return planFromDocument(documentFrom(arguments.plain().front()));
   } catch (const JsonError& error) {
-    return {{}, error.what()};
+    return PlanRefused{.fault = error.what()};
   }
 }
 
 // Absent when it cannot be used, which is then said.
 std::optional<CleaningPlan> usablePlan(const Arguments& arguments) {
-  auto checked = checkedPlan(arguments);
-  if (!checked.plan) {
-    Session::report(fmt::format("the plan cannot be used: {}", escapedForDisplay(checked.error)));
+  auto plan = planFrom(arguments);
+  if (const auto* refused = std::get_if<PlanRefused>(&plan)) {
+    tellNotices({*refused});
+    return std::nullopt;
   }
-  return std::move(checked.plan);
+  return std::get<CleaningPlan>(std::move(plan));
 }
 
 ExitStatus runValidate(Session& session, const Arguments& arguments) {
-  const auto checked = checkedPlan(arguments);
+  const auto plan = planFrom(arguments);
+  const auto* refused = std::get_if<PlanRefused>(&plan);
   if (session.isJson()) {
     Json json = Json::object();
-    json["valid"] = checked.plan.has_value();
-    json["error"] = checked.plan ? Json() : Json(checked.error);
+    json["valid"] = refused == nullptr;
+    json["error"] = refused == nullptr ? Json() : Json(refused->fault);
     session.out().line(jsonText(json));
-  } else if (checked.plan) {
+  } else if (refused == nullptr) {
     session.out().line("The plan is valid.");
   } else {
-    session.out().line(fmt::format("The plan is not valid: {}", escapedForDisplay(checked.error)));
+    session.out().line(fmt::format("The plan is not valid: {}", escapedForDisplay(refused->fault)));
   }
-  return checked.plan ? ExitStatus::done : ExitStatus::failed;
+  return refused == nullptr ? ExitStatus::done : ExitStatus::failed;
 }
 
-ExitStatus interrupted() {
-  Session::report("interrupted; nothing was changed");
-  return ExitStatus::interrupted;
+std::optional<Proposal> proposed(Session& session, const CleaningPlan& plan, PlanReach reach) {
+  ProgressLine line(session);
+  return proposePlan(TaskServices::shared(), plan, reach, ReferenceClock::now(), scanMonitor(session, line));
 }
 
 ExitStatus runPreview(Session& session, const Arguments& arguments) {
   const auto plan = usablePlan(arguments);
   if (!plan) return ExitStatus::failed;
-  const auto preview = previewPlan(session, *plan, PlanReach::everyFolder);
-  if (preview.isInterrupted) return interrupted();
+  const auto proposal = proposed(session, *plan, PlanReach::everyFolder);
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
   if (session.isJson()) {
-    Json json = Json::array();
-    for (const auto& match : preview.matches) json.push_back(match.toJson());
-    session.out().line(jsonText(json));
+    session.out().line(jsonText(planMatchesJson(*plan, *proposal)));
   } else {
     printPlan(session, *plan);
-    printMatches(session, preview.matches);
+    printRows(session, *proposal);
   }
-  return preview.someFoldersAreLeftOut ? ExitStatus::failed : ExitStatus::done;
+  return statusWith(proposal->notices(), ExitStatus::done);
 }
 
 ExitStatus runRun(Session& session, const Arguments& arguments) {
   requireConsentPossible(arguments);
   const auto plan = usablePlan(arguments);
   if (!plan) return ExitStatus::failed;
-  auto preview = previewPlan(session, *plan, PlanReach::allowedRoots);
-  if (preview.isInterrupted) return interrupted();
+  const auto proposal = proposed(session, *plan, PlanReach::boundary);
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
   if (!session.isJson()) {
     printPlan(session, *plan);
-    printMatches(session, preview.matches);
+    printRows(session, *proposal);
   }
-  const auto done = runPlan(session, arguments, preview.matches);
-  if (session.isJson()) {
-    const PlanExecutionSummary nothing{.batchId = Uuid::random()};
-    session.out().line(jsonText(done.summary.value_or(nothing).toJson()));
-  }
-  return done.status == ExitStatus::done && preview.someFoldersAreLeftOut ? ExitStatus::failed : done.status;
+  const auto run = askAndRun(session, arguments, *proposal);
+  if (session.isJson()) session.out().line(jsonText(run.report.value_or(RunReport()).summary().toJson()));
+  return statusWith(proposal->notices(), run.status);
 }
 
 }  // namespace

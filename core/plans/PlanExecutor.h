@@ -1,13 +1,11 @@
 #pragma once
 
 #include "core/base/Date.h"
-#include "core/plans/PlanExecution.h"
+#include "core/plans/PlanExecutionSummary.h"
 #include "core/plans/PlanMatchResult.h"
 #include "core/safety/Boundary.h"
-#include "core/safety/CleanupRun.h"
 
 #include <span>
-#include <stop_token>
 #include <vector>
 
 namespace orvane {
@@ -31,10 +29,10 @@ class PlanExecutor {
 
   // Carries out, in order, the results that are selected and may be carried out, as one run that can be undone. Nothing
   // outside the allowed roots is touched, a move's destination included. A file that fails is left where it is and the
-  // others go on; also a journal that cannot be written shows in the outcomes, and then nothing moves. Progress is
-  // told with no lock held: the mover and the journal keep executions apart that overlap.
-  PlanExecution execute(std::span<const PlanMatchResult> matches, UndoJournal& journal, const Boundary& allowedRoots,
-                        const CleanupRun::Progress& progress = {}, std::stop_token stop = {});
+  // others go on, and so is one that is not the file that was found; a journal that cannot be written lets nothing
+  // move.
+  PlanExecutionSummary execute(std::span<const PlanMatchResult> matches, UndoJournal& journal,
+                               const Boundary& allowedRoots);
 
  private:
   TrashMover& m_mover;

@@ -1,10 +1,16 @@
 #include "core/plans/PlanMatchResult.h"
 
 #include "core/base/Json.h"
+#include "core/plans/CleaningPlanStep.h"
 
 #include <utility>
 
 namespace orvane {
+
+MatchStanding matchStanding(PlannedAction action, RiskLabel label) noexcept {
+  if (action == PlannedAction::move) return {true, true};
+  return {orvane::isSelectable(label), label == RiskLabel::safe};
+}
 
 PlanMatchResult::PlanMatchResult(Uuid resultId, FileItem file, PlannedAction plannedAction,
                                  std::optional<std::string> destination, std::string why, bool selected)
@@ -14,6 +20,13 @@ PlanMatchResult::PlanMatchResult(Uuid resultId, FileItem file, PlannedAction pla
       destinationFolder(std::move(destination)),
       explanation(std::move(why)),
       isSelected(selected) {}
+
+PlanMatchResult::PlanMatchResult(const CleaningPlanStep& step, FileItem file)
+    : PlanMatchResult(Uuid::random(), std::move(file), step.action, step.destinationFolder, step.explanation, false) {
+  const auto standing = matchStanding(action, item.riskLabel());
+  isSelected = standing.isSelected;
+  canExecute = standing.canExecute;
+}
 
 Json PlanMatchResult::toJson() const {
   Json json = Json::object();

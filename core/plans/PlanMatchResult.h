@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/base/FileStatus.h"
 #include "core/base/JsonFwd.h"
 #include "core/base/Uuid.h"
 #include "core/plans/PlannedAction.h"
@@ -11,10 +10,21 @@
 
 namespace orvane {
 
+struct CleaningPlanStep;
+
+// How a file stands that a step accepts, by what the step does and by the file's label.
+struct MatchStanding {
+  bool canExecute;
+  bool isSelected;
+};
+[[nodiscard]] MatchStanding matchStanding(PlannedAction action, RiskLabel label) noexcept;
+
 // One proposal of a plan: what is to be done with one file.
 struct PlanMatchResult {
   PlanMatchResult(Uuid resultId, FileItem file, PlannedAction plannedAction, std::optional<std::string> destination,
                   std::string why, bool selected);
+  // Of a file that the step accepts.
+  PlanMatchResult(const CleaningPlanStep& step, FileItem file);
 
   Uuid id;
   FileItem item;
@@ -23,13 +33,10 @@ struct PlanMatchResult {
   std::string explanation;
   bool isSelected;         // whether the user wants it carried out
   bool canExecute = true;  // whether it may be carried out at all
-  // The file that the user looked at: one that is another by the time of the execution is left alone. Not looked at
-  // when absent.
-  std::optional<ItemIdentity> identity = {};
 
   bool operator==(const PlanMatchResult&) const = default;
 
-  // Keys in field order, without the identity; an absent destination is left out.
+  // Keys in field order; an absent destination is left out.
   [[nodiscard]] Json toJson() const;
 };
 

@@ -3,21 +3,22 @@
 #include "core/base/CanonicalPath.h"
 #include "core/base/PathText.h"
 #include "core/plans/CleaningPlan.h"
-#include "core/plans/PlanExecutor.h"
 #include "core/plans/PlanFolder.h"
 #include "core/safety/ManagedFolderType.h"
+#include "core/scanning/FileItem.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace orvane {
 
-PlanMatcher::PlanMatcher(const CleaningPlan& plan, std::vector<PlanTarget> targets)
-    : m_plan(plan), m_targets(std::move(targets)) {
+PlanMatcher::PlanMatcher(const CleaningPlan& plan, std::vector<PlanTarget> targets, Date now)
+    : m_targets(std::move(targets)) {
+  m_steps.reserve(plan.steps.size());
   for (const auto& step : plan.steps) {
     const auto folder = planFolder(step.targetFolder);
     m_stepFolders.push_back(folder ? canonicalPath(folder->path()) : std::string());
+    m_steps.emplace_back(step, now);
   }
   for (const auto& target : m_targets) {
     m_targetsOverlap = m_targetsOverlap || std::ranges::any_of(m_targets, [&](const PlanTarget& other) {
@@ -26,20 +27,12 @@ PlanMatcher::PlanMatcher(const CleaningPlan& plan, std::vector<PlanTarget> targe
   }
 }
 
-void PlanMatcher::take(FileItem item) {
+std::optional<std::size_t> PlanMatcher::stepFor(const FileItem& item) {
   const auto folder = parentPath(item.url().path());
   if (folder != m_folder) enter(folder);
-  if (m_targetsOverlap && !m_seen.insert(canonicalOf(item.url().path())).second) return;
-  if (m_steps != m_pendingSteps) {
-    flush();
-    m_pendingSteps = m_steps;
-  }
-  m_pending.push_back(std::move(item));
-}
-
-std::vector<PlanMatchResult> PlanMatcher::finish() {
-  flush();
-  return std::move(m_matches);
+  if (m_targetsOverlap && !m_seen.insert(canonicalOf(item.url().path())).second) return std::nullopt;
+  const auto found = std::ranges::find_if(m_folderSteps, [&](std::size_t step) { return m_steps[step].accepts(item); });
+  return found == m_folderSteps.end() ? std::nullopt : std::optional(*found);
 }
 
 // Nothing that a scan finds lies behind a link inside the target folder.
@@ -55,20 +48,10 @@ std::string PlanMatcher::canonicalOf(std::string_view path) const {
 void PlanMatcher::enter(std::string_view folder) {
   m_folder = folder;
   const std::string canonical = canonicalOf(folder);
-  m_steps.clear();
+  m_folderSteps.clear();
   for (std::size_t i = 0; i < m_stepFolders.size(); ++i) {
-    if (isSameOrInside(canonical, m_stepFolders[i])) m_steps.push_back(i);
+    if (isSameOrInside(canonical, m_stepFolders[i])) m_folderSteps.push_back(i);
   }
-}
-
-void PlanMatcher::flush() {
-  if (m_pending.empty()) return;
-  CleaningPlan part = m_plan;
-  part.steps.clear();
-  for (const auto index : m_pendingSteps) part.steps.push_back(m_plan.steps[index]);
-  auto found = PlanExecutor::dryRun(part, std::move(m_pending), m_now);
-  m_pending.clear();
-  std::ranges::move(found, std::back_inserter(m_matches));
 }
 
 std::vector<FileUrl> planRoots(std::vector<FileUrl> grantedFolders, const std::string& homeFolder) {

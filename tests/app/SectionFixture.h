@@ -2,7 +2,6 @@
 
 #include "app/SectionServices.h"
 #include "core/duplicates/DuplicateCleaner.h"
-#include "core/plans/PlanExecutor.h"
 #include "tests/app/WindowFixture.h"
 
 namespace orvane::test {
@@ -17,16 +16,13 @@ class SectionFixture : public WindowFixture {
         .learned = learned,
         .topics = topics,
         .uninstaller = uninstaller,
-        .agent = agent,
         .keychain = keychain,
-        .planExecutor = planExecutor,
         .validator = validator,
         .duplicateCleaner = [this]() -> DuplicateCleaner& { return cleaner; },
     };
   }
 
   DuplicateCleaner cleaner{mover, *journal};
-  PlanExecutor planExecutor{mover, validator};
 };
 
 }  // namespace orvane::test

@@ -99,8 +99,8 @@ TEST_F(PlanCommands, runsAndComesBack) {
   const auto text = run({"plan", "run", file, "--yes"});
   EXPECT_THAT(text.output,
               AllOf(HasSubstr("Step 1:   move to the Trash from ~/Downloads"), HasSubstr("2 items found, 2 selected"),
-                    HasSubstr("Moved 2 items; what is in the "
-                              "Trash (3 bytes) is free")));
+                    HasSubstr("~/Documents/letter.txt  selected: goes to ~/Documents/Letters\n"),
+                    HasSubstr("Moved 1 item (3 bytes) to the Trash and 1 item into other folders.")));
 }
 
 TEST_F(PlanCommands, holdsAStepAgainstItsOwnFolderOnly) {
@@ -161,7 +161,27 @@ TEST_F(PlanCommands, previewSaysWhatARunWouldLeaveAlone) {
   const auto result = run({"plan", "preview", document(planOf({stepOf("~/Elsewhere", "trash", anySize)}))});
   EXPECT_EQ(result.exitStatus, 0);
   EXPECT_THAT(result.errors, HasSubstr("~/Elsewhere: in none of the granted folders"));
-  EXPECT_THAT(result.output, HasSubstr("~/Elsewhere/old.log"));
+  EXPECT_THAT(result.output, HasSubstr("~/Elsewhere/old.log  only listed\n1 item found, 0 selected"));
+}
+
+TEST_F(PlanCommands, movesWhatWasShownAndNothingThatChangedSince) {
+  home.file("Downloads/replaced.pdf");
+  home.file("Downloads/same.pdf");
+  auto sort = stepOf("~/Downloads", "move", anySize);
+  sort["destinationFolder"] = "~/Downloads";
+  LiveProgram program(terminalSetup({"plan", "run", document(planOf({sort}))}));
+  program.waitForOutput("[y/N] ");
+  std::filesystem::remove(home.path("Downloads/replaced.pdf"));
+  home.file("Downloads/replaced.pdf", "another one");
+  home.file("Downloads/late.pdf");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, AllOf(HasSubstr("Move 2 items into other folders?"),
+                                   HasSubstr("same.pdf      selected: goes to ~/Downloads/Documents/PDFs")));
+  EXPECT_TRUE(exists(home.path("Downloads/Documents/PDFs/same.pdf")));
+  EXPECT_EQ(contentOf(home.path("Downloads/replaced.pdf")), "another one");
+  EXPECT_TRUE(exists(home.path("Downloads/late.pdf")));
 }
 
 TEST_F(PlanCommands, sayNothingSelectedIsNothingMoved) {

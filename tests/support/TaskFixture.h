@@ -76,7 +76,7 @@ class TaskFixture : public SafetyFixture {
         .topics = topics,
         .tidySettings = tidySettings,
         .uninstaller = uninstaller,
-        .agent = agent,
+        .agent = *planner,
         .home = FileUrl(tree.path()),
         .journal = [this]() -> UndoJournal& { return *journal; },
     };
@@ -112,6 +112,7 @@ class TaskFixture : public SafetyFixture {
   KeychainService keychain{secrets};
   NoNetwork network;
   AgentCoordinator agent{keychain, network, ProviderAddresses()};
+  AgentCoordinator* planner = &agent;  // a test may put its own there
 };
 
 }  // namespace orvane::test

@@ -169,6 +169,14 @@ Page {
             visible: root.model.error !== "" || root.model.messages.length > 0
             isWarning: true
             text: root.model.error !== "" ? root.model.error : Texts.firstLines(root.model.messages, 4)
+            detail: root.model.fault
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.model.notices.length > 0
+            isWarning: true
+            text: Texts.firstLines(root.model.notices, 4)
         }
 
         Card {
@@ -225,14 +233,14 @@ Page {
 
             AgentMatches {
                 anchors.fill: parent
-                visible: root.model.hasPlan
+                visible: root.model.hasPlan && !root.model.isRefused
                 model: root.model
                 isBusy: root.isBusy
             }
 
             EmptyState {
                 anchors.fill: parent
-                visible: !root.model.hasPlan
+                visible: !root.model.hasPlan || root.model.isRefused
                 drawing: "agent"
                 title: root.model.isPlanning ? "" : qsTr("agent.empty_title")
                 text: root.model.isPlanning ? "" : qsTr("agent.empty_text")

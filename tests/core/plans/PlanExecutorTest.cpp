@@ -169,7 +169,7 @@ class PlanExecutorTest : public test::SafetyFixture {
     return PlanExecutor::dryRun(planOf({step}), std::move(items), now);
   }
 
-  [[nodiscard]] PlanExecution execute(const std::vector<PlanMatchResult>& results) {
+  [[nodiscard]] PlanExecutionSummary execute(const std::vector<PlanMatchResult>& results) {
     return executor.execute(results, *journal, roots());
   }
 
@@ -239,14 +239,14 @@ TEST_F(PlanExecutorTest, aFolderAsItsOwnDestinationSortsIntoCategories) {
   const auto shot = tree.file("Downloads/Screenshot 1.png", "shot");
   const auto plain = tree.file("Downloads/Makefile", "make");
   const auto alias = tree.link("alias", tree.path("Downloads"));
-  const auto execution = execute(moves({report, shot, plain}, tree.path("Downloads"), alias));
+  const auto summary = execute(moves({report, shot, plain}, tree.path("Downloads"), alias));
 
-  EXPECT_EQ(execution.summary.itemsProcessed, 3);
-  EXPECT_EQ(execution.summary.bytesReclaimed, 0);
+  EXPECT_EQ(summary.itemsProcessed, 3);
+  EXPECT_EQ(summary.bytesReclaimed, 0);
   EXPECT_EQ(contentOf(tree.path("Downloads/Documents/PDFs/report.PDF")), "report");
   EXPECT_EQ(contentOf(tree.path("Downloads/Media/Screenshots/Screenshot 1.png")), "shot");
   EXPECT_EQ(contentOf(tree.path("Downloads/Other/Makefile")), "make");
-  const auto entries = journal->getEntries(execution.summary.batchId);
+  const auto entries = journal->getEntries(summary.batchId);
   ASSERT_THAT(entries, SizeIs(3));
   EXPECT_EQ(entries[0].action, JournalAction::moved);
   EXPECT_EQ(entries[0].originalURL.path(), report);
@@ -260,7 +260,7 @@ TEST_F(PlanExecutorTest, aTakenNameGetsTheNextFreeOne) {
   tree.file("Downloads/to/none", "there");
   const auto text = tree.file("Downloads/a.txt", "new");
   const auto none = tree.file("Downloads/none", "new");
-  EXPECT_EQ(execute(moves({text, none}, tree.path("Downloads"), tree.path("Downloads/to"))).summary.itemsProcessed, 2);
+  EXPECT_EQ(execute(moves({text, none}, tree.path("Downloads"), tree.path("Downloads/to"))).itemsProcessed, 2);
   EXPECT_EQ(contentOf(tree.path("Downloads/to/a.txt")), "there");
   EXPECT_EQ(contentOf(tree.path("Downloads/to/a (1).txt")), "there too");
   EXPECT_EQ(contentOf(tree.path("Downloads/to/a (2).txt")), "new");
@@ -282,18 +282,18 @@ TEST_F(PlanExecutorTest, aWholePlanComesBackByteForByte) {
                                              itemOf({.path = tree.path("Downloads/sub/cache.bin"), .size = 5})},
                                             now);
   const auto started = ReferenceClock::now();
-  const auto execution = execute(results);
+  const auto summary = execute(results);
 
-  EXPECT_EQ(execution.summary.itemsProcessed, 3);
-  EXPECT_EQ(execution.summary.bytesReclaimed, 5005);
-  EXPECT_GE(execution.summary.timestamp, started);
+  EXPECT_EQ(summary.itemsProcessed, 3);
+  EXPECT_EQ(summary.bytesReclaimed, 5005);
+  EXPECT_GE(summary.timestamp, started);
   EXPECT_NE(everything(), before);
-  const auto entries = journal->getEntries(execution.summary.batchId);
+  const auto entries = journal->getEntries(summary.batchId);
   ASSERT_THAT(entries, SizeIs(3));
   EXPECT_EQ(entries[0].action, JournalAction::trashed);
   EXPECT_EQ(entries[1].action, JournalAction::moved);
 
-  EXPECT_EQ(journal->restoreRun(execution.summary.batchId).restoredCount, 3);
+  EXPECT_EQ(journal->restoreRun(summary.batchId).restoredCount, 3);
   auto after = everything();
   for (const char* made : {"Downloads/Documents", "Downloads/Documents/PDFs"}) after.erase(tree.path(made));
   EXPECT_EQ(after, before);
@@ -314,10 +314,9 @@ TEST_F(PlanExecutorTest, carriesOutOnlyWhatIsSelectedAndMayBe) {
   results[1].isSelected = false;
   results[2].isSelected = true;
   results[3].isSelected = results[3].canExecute = true;
-  const auto execution = execute(results);
+  const auto summary = execute(results);
 
-  EXPECT_EQ(execution.summary.itemsProcessed, 1);
-  EXPECT_THAT(execution.outcomes, SizeIs(1));
+  EXPECT_EQ(summary.itemsProcessed, 1);
   EXPECT_FALSE(exists(safe));
   for (const auto& kept : {unselected, manual, forced, review}) EXPECT_TRUE(exists(kept)) << kept;
 }
@@ -326,10 +325,10 @@ TEST_F(PlanExecutorTest, nothingSelectedWritesNothing) {
   auto results = PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, {})}),
                                       {itemOf({.path = tree.file("Downloads/a")})}, now);
   results[0].isSelected = false;
-  const auto execution = execute(results);
-  EXPECT_EQ(execution.summary.itemsProcessed, 0);
-  EXPECT_EQ(execution.summary.bytesReclaimed, 0);
-  EXPECT_NE(execution.summary.batchId, Uuid());
+  const auto summary = execute(results);
+  EXPECT_EQ(summary.itemsProcessed, 0);
+  EXPECT_EQ(summary.bytesReclaimed, 0);
+  EXPECT_NE(summary.batchId, Uuid());
   EXPECT_THAT(journal->getRuns(), IsEmpty());
   EXPECT_FALSE(exists(journalPath()));
 }
@@ -343,15 +342,10 @@ TEST_F(PlanExecutorTest, aBadFileNeverStopsTheOthers) {
   for (const auto& path : {outside, escape, gone, std::string("/etc/hostname"), tree.path(), good}) {
     items.push_back(itemOf({.path = path}));
   }
-  const auto execution = execute(PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, {})}), items, now));
+  const auto summary = execute(PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, {})}), items, now));
 
-  EXPECT_EQ(execution.summary.itemsProcessed, 1);
-  EXPECT_EQ(execution.summary.bytesReclaimed, 10);
-  ASSERT_THAT(execution.outcomes, SizeIs(6));
-  EXPECT_EQ(execution.outcomes[0].result, MoveResult::refused);
-  EXPECT_EQ(execution.outcomes[1].result, MoveResult::refused);
-  EXPECT_EQ(execution.outcomes[2].result, MoveResult::missing);
-  EXPECT_EQ(execution.outcomes[5].result, MoveResult::moved);
+  EXPECT_EQ(summary.itemsProcessed, 1);
+  EXPECT_EQ(summary.bytesReclaimed, 10);
   EXPECT_TRUE(exists(outside));
   EXPECT_TRUE(exists(escape));
 }
@@ -359,15 +353,19 @@ TEST_F(PlanExecutorTest, aBadFileNeverStopsTheOthers) {
 TEST_F(PlanExecutorTest, leavesAloneAFileThatTookTheNameOfTheOneLookedAt) {
   const auto swapped = tree.file("Downloads/swapped", "looked at");
   const auto kept = tree.file("Downloads/kept", "looked at");
-  auto results = moves({swapped, kept}, tree.path("Downloads"), tree.path("Downloads/to"));
-  for (auto& result : results) {
-    result.identity = ItemIdentity::of(readPathStatus(result.item.url().path()).value());
+  std::vector<FileItem> items;
+  for (const auto& path : {swapped, kept}) {
+    FileItem::Fields fields;
+    fields.url = FileUrl(path);
+    fields.identity = ItemIdentity::of(readPathStatus(path).value());
+    fields.category = ScanCategory::caches;
+    items.emplace_back(std::move(fields));
   }
+  const auto results = PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, {})}), items, now);
   std::filesystem::remove(swapped);
   tree.file("Downloads/swapped", "somebody's only copy");
-  const auto execution = execute(results);
-  EXPECT_EQ(execution.summary.itemsProcessed, 1);
-  EXPECT_EQ(execution.outcomes[0].result, MoveResult::changed);
+  const auto summary = execute(results);
+  EXPECT_EQ(summary.itemsProcessed, 1);
   EXPECT_EQ(contentOf(swapped), "somebody's only copy");
   EXPECT_FALSE(exists(kept));
 }
@@ -387,11 +385,8 @@ TEST_P(PlanDestination, outsideTheRootsChangesNothing) {
   tree.folder("Elsewhere");
   auto results = moves({file}, tree.path("Downloads"), GetParam().folder(tree));
   ASSERT_THAT(results, SizeIs(1));
-  const auto execution = execute(results);
-  EXPECT_EQ(execution.summary.itemsProcessed, 0);
-  ASSERT_THAT(execution.outcomes, SizeIs(1));
-  EXPECT_EQ(execution.outcomes[0].result, MoveResult::refused);
-  EXPECT_FALSE(execution.outcomes[0].error.empty());
+  const auto summary = execute(results);
+  EXPECT_EQ(summary.itemsProcessed, 0);
   EXPECT_EQ(contentOf(file), "stays");
   EXPECT_TRUE(std::filesystem::is_empty(tree.path("Elsewhere")));
   EXPECT_FALSE(exists(tree.path("New")));
@@ -415,8 +410,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(PlanExecutorTest, aDestinationThatCannotBeMadeLeavesTheFile) {
   const auto file = tree.file("Downloads/a.txt");
   tree.file("Downloads/taken");
-  const auto execution = execute(moves({file}, tree.path("Downloads"), tree.path("Downloads/taken/deeper")));
-  EXPECT_EQ(execution.summary.itemsProcessed, 0);
+  const auto summary = execute(moves({file}, tree.path("Downloads"), tree.path("Downloads/taken/deeper")));
+  EXPECT_EQ(summary.itemsProcessed, 0);
   EXPECT_TRUE(exists(file));
 }
 
@@ -424,7 +419,7 @@ TEST_F(PlanExecutorTest, aMoveWithoutADestinationIsLeftAlone) {
   const auto file = tree.file("Downloads/a.txt");
   auto results = moves({file}, tree.path("Downloads"), "/x");
   results[0].destinationFolder.reset();
-  EXPECT_EQ(execute(results).summary.itemsProcessed, 0);
+  EXPECT_EQ(execute(results).itemsProcessed, 0);
   EXPECT_TRUE(exists(file));
 }
 
@@ -433,7 +428,7 @@ TEST_F(PlanExecutorTest, anOfflineOrganizeRequestWorksFromEndToEnd) {
   const auto shot = tree.file("Downloads/Screenshot today.png", "shot");
   const auto plan = OfflineHeuristicParser().parse("sort screenshots in downloads");
   const auto results = PlanExecutor::dryRun(plan, {itemOf({.path = shot, .category = ScanCategory::screenshots})}, now);
-  EXPECT_EQ(execute(results).summary.itemsProcessed, 1);
+  EXPECT_EQ(execute(results).itemsProcessed, 1);
   EXPECT_EQ(contentOf(tree.path("Downloads/Media/Screenshots/Screenshot today.png")), "shot");
 }
 

@@ -1,0 +1,250 @@
+#include "app/AgentModel.h"
+
+#include "app/Text.h"
+#include "core/base/Json.h"
+#include "tests/app/SectionFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace orvane::test {
+namespace {
+
+using testing::IsEmpty;
+
+class AgentModelTest : public SectionFixture {
+ public:
+  // A file that was made and changed so many days ago.
+  std::string aged(std::string_view name, double days) const {
+    auto path = tree.file("Downloads/" + std::string(name), "1234567");
+    setAge(path, days * 86400);
+    return path;
+  }
+  void plan(AgentModel& model, const QString& prompt) {
+    model.setPrompt(prompt);
+    model.dryRun();
+    EXPECT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  }
+  [[nodiscard]] static int rowOf(const AgentModel& model, const QString& name) {
+    for (int row = 0; row < model.rowCount(); ++row) {
+      if (model.data(model.index(row), AgentModel::NameRole).toString() == name) return row;
+    }
+    return -1;
+  }
+
+ private:
+  const ScopedEnvironment m_home{"HOME", tree.path().c_str()};
+};
+
+TEST_F(AgentModelTest, movesExactlyTheFilesWhoseBoxIsChecked) {
+  const auto report = aged("report.pdf", 60);
+  const auto thesis = aged("thesis.docx", 60);
+  const auto setup = aged("setup.dmg", 60);
+  AgentModel model(services());
+  plan(model, "organize files older than 30 days in downloads");
+  ASSERT_EQ(model.rowCount(), 3);
+  for (int row = 0; row < 3; ++row) {
+    EXPECT_EQ(model.data(model.index(row), AgentModel::CheckStateRole).toInt(), Qt::Checked) << row;
+  }
+  EXPECT_EQ(model.selectedCount(), 3);
+  model.toggle(rowOf(model, "thesis.docx"));
+  EXPECT_EQ(model.selectedCount(), 2);
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_THAT(model.messages(), IsEmpty());
+  EXPECT_TRUE(exists(thesis));
+  EXPECT_FALSE(exists(report) || exists(setup));
+  EXPECT_TRUE(exists(tree.path("Downloads/Documents/PDFs/report.pdf")));
+}
+
+TEST_F(AgentModelTest, leavesAFileThatIsReplacedOrArrivesWhileTheQuestionStands) {
+  const auto replaced = aged("report.pdf", 60);
+  AgentModel model(services());
+  plan(model, "organize files older than 30 days in downloads");
+  std::filesystem::remove(replaced);
+  tree.file("Downloads/report.pdf", "another");
+  const auto late = aged("late.pdf", 60);
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_EQ(model.messages().size(), 1);
+  EXPECT_EQ(contentOf(replaced), "another");
+  EXPECT_TRUE(exists(late));
+}
+
+TEST_F(AgentModelTest, namesAFolderThatIsNotGranted) {
+  tree.file("Documents/a.log");
+  AgentModel model(services());
+  plan(model, "delete logs older than 1 day in documents");
+  EXPECT_TRUE(model.hasPlan()) << model.error().toStdString();
+  EXPECT_EQ(model.rowCount(), 0);
+  ASSERT_EQ(model.notices().size(), 1);
+  EXPECT_THAT(model.notices().front().toStdString(), testing::HasSubstr("~/Documents is not one of your folders"));
+}
+
+TEST_F(AgentModelTest, showsDeveloperCachesOnlyToAPlanThatNamesThem) {
+  constexpr std::int64_t size = 300'000'000;
+  tree.sparseFile("Downloads/Library/Developer/CoreSimulator/Caches/dyld/x", size);
+  tree.sparseFile("Downloads/big.bin", size);
+  AgentModel model(services());
+  plan(model, "show me stuff in downloads");
+  EXPECT_EQ(model.rowCount(), 1) << model.error().toStdString();
+  EXPECT_EQ(rowOf(model, "big.bin"), 0);
+  EXPECT_EQ(model.data(model.index(0), AgentModel::CheckStateRole).toInt(), -1) << "it is only listed";
+}
+
+TEST_F(AgentModelTest, carriesOutAMoveOfFilesThatOnlyTheUserCanJudge) {
+  const auto report = aged("report.pdf", 60);
+  AgentModel model(services());
+  plan(model, "organize files older than 30 days in downloads");
+  ASSERT_EQ(model.rowCount(), 1);
+  EXPECT_EQ(model.data(model.index(0), AgentModel::RiskRole).toInt(), static_cast<int>(RiskLabel::manual));
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(report));
+}
+
+TEST_F(AgentModelTest, plansOfflineShowsWhatItWouldDoAndDoesItWhenConfirmed) {
+  setAge(tree.file("Downloads/setup.dmg", "installer"), 60 * 86400.0);
+  tree.file("Downloads/keep.txt");
+  AgentModel model(services());
+  EXPECT_TRUE(model.isOffline());
+  model.setPrompt("delete dmg files older than 30 days in downloads");
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  ASSERT_TRUE(model.hasPlan()) << model.error().toStdString();
+  EXPECT_FALSE(model.planSteps().isEmpty());
+  ASSERT_EQ(model.rowCount(), 1);
+  EXPECT_EQ(model.data(model.index(0), AgentModel::NameRole).toString(), "setup.dmg");
+  EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
+  if (model.selectedCount() == 0) model.toggle(0);
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_THAT(model.messages(), IsEmpty());
+  EXPECT_FALSE(exists(tree.path("Downloads/setup.dmg")));
+  EXPECT_FALSE(model.hasPlan());
+  model.undo();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
+}
+
+TEST_F(AgentModelTest, pointsToTheOrganizerForAWholeFolder) {
+  AgentModel model(services());
+  model.setPrompt("Sort Downloads");
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_TRUE(model.hasPlan());
+  EXPECT_TRUE(model.isRefused());
+  EXPECT_THAT(model.error().toStdString(), testing::HasSubstr("“Organize”"));
+  EXPECT_THAT(model.fault().toStdString(), testing::HasSubstr("at least one filter attribute"));
+  EXPECT_FALSE(model.planSteps().isEmpty());
+  EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST_F(AgentModelTest, showsWhatWouldBeSentAndSendsNothingWithoutAKey) {
+  AgentModel model(services());
+  model.setPrompt("delete old logs");
+  model.updateRequest();
+  model.setProvider(static_cast<int>(AIProvider::anthropic));
+  model.updateRequest();
+  ASSERT_TRUE(becomesTrue([&] { return !model.request().isEmpty(); }));
+  EXPECT_THAT(model.request().toStdString(), testing::HasSubstr("delete old logs"));
+  EXPECT_TRUE(model.isOffline());
+  bool isSent = false;
+  QObject::connect(&model, &AgentModel::requestSent, [&] { isSent = true; });
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_FALSE(isSent);
+}
+
+// A key ring with one key for everybody, and a server that answers as it is told; refuses when it is told nothing.
+class OneKey : public NoSecrets {
+ public:
+  [[nodiscard]] std::optional<SecretText> find(const std::string& /*service*/,
+                                               const std::string& /*account*/) override {
+    return SecretText(key);
+  }
+
+  std::string key = "sk-secret-key";
+};
+class Server : public HttpTransport {
+ public:
+  [[nodiscard]] HttpResponse send(const HttpRequest& request, const std::stop_token& /*stop*/) override {
+    body = request.body;
+    if (plan.empty()) throw HttpError(HttpError::Failed{"no route"});
+    Json reply;
+    reply["content"] = Json::array({Json{{"type", "text"}, {"text", plan}}});
+    return {200, jsonText(reply)};
+  }
+
+  std::string plan;
+  std::string body;
+};
+
+// The window's services with a remote planner.
+class RemoteAgentTest : public AgentModelTest {
+ public:
+  RemoteAgentTest() { planner = &remote; }
+
+  OneKey keys;
+  KeychainService ring{keys};
+  Server server;
+  AgentCoordinator remote{ring, server, ProviderAddresses()};
+};
+
+TEST_F(RemoteAgentTest, anEmptyKeyIsNoKeyAndSendsNothing) {
+  keys.key.clear();
+  AgentModel model(services());
+  bool isSent = false;
+  QObject::connect(&model, &AgentModel::requestSent, [&] { isSent = true; });
+  model.setProvider(static_cast<int>(AIProvider::anthropic));
+  plan(model, "delete old logs");
+  EXPECT_FALSE(isSent);
+  EXPECT_EQ(server.body, "");
+  for (const auto& provider : model.providers()) EXPECT_FALSE(provider.toMap()["hasKey"].toBool());
+  EXPECT_THAT(model.fallbackReason().toStdString(), testing::HasSubstr("No key"));
+}
+
+TEST_F(RemoteAgentTest, tellsWhyItFellBackToAPlanThatCannotBeUsed) {
+  AgentModel model(services());
+  model.setProvider(static_cast<int>(AIProvider::openAI));
+  plan(model, "Sort Downloads");
+  EXPECT_TRUE(model.isRefused());
+  EXPECT_THAT(model.fallbackReason().toStdString(), testing::HasSubstr("no route"));
+  EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::heuristic)));
+}
+
+TEST_F(RemoteAgentTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
+  tree.file("Downloads/setup.dmg", "installer");
+  AgentModel model(services());
+  std::vector<std::string> sent;
+  QObject::connect(&model, &AgentModel::requestSent, [&](const QString& text) { sent.push_back(text.toStdString()); });
+  model.setProvider(static_cast<int>(AIProvider::anthropic));
+  ASSERT_TRUE(becomesTrue([&] { return !model.isOffline(); }));
+  model.setPrompt("clear out installers");
+
+  server.plan = R"({"id":"7E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","userGoal":"clear out installers","steps":[)"
+                R"({"id":"1E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","targetFolder":"~/Downloads",)"
+                R"("filter":{"extensions":["dmg"]},"action":"trash","explanation":"Old."}],)"
+                R"("summary":"Installers.","isDryRun":true,"createdAt":700000000})";
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::anthropic)));
+  EXPECT_TRUE(model.fallbackReason().isEmpty());
+  ASSERT_EQ(sent.size(), 1U);
+  EXPECT_THAT(sent.front(), testing::HasSubstr(server.body));
+  EXPECT_THAT(sent.front(), testing::Not(testing::HasSubstr("sk-secret-key")));
+  ASSERT_EQ(model.rowCount(), 1);
+  if (model.selectedCount() == 0) model.toggle(0);
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(tree.path("Downloads/setup.dmg")));
+
+  server.plan.clear();
+  model.dryRun();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::heuristic)));
+  EXPECT_THAT(model.fallbackReason().toStdString(), testing::HasSubstr("no route"));
+  EXPECT_TRUE(model.isOffline());
+}
+
+}  // namespace
+}  // namespace orvane::test
