@@ -33,6 +33,7 @@ constexpr std::array options{
                .valueName = "",
                .help = "Print what would be sent to the provider, but for the key, and send nothing."},
     OptionSpec{.name = "--apply", .valueName = "", .help = "Carry out what is selected, after asking."},
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -97,21 +98,27 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   const auto& prompt = arguments.plain().front();
   const auto provider = providerFrom(arguments);
   if (arguments.has("--show-request")) return showRequest(session, prompt, provider);
-  const bool applies = arguments.has("--apply");
+  const bool isToSave = arguments.has("--save");
+  const bool applies = arguments.has("--apply") && !isToSave;
   if (applies) requireConsentPossible(arguments);
   const auto& services = TaskServices::shared();
   const auto answer = askPlanner(services, prompt, provider, session.stop());
   if (session.stop().stop_requested()) return interruptedBeforeChange();
-  if (!session.isJson()) printAnswer(session, answer);
+  if (!session.isJson() && !isToSave) printAnswer(session, answer);
+  const auto reach = applies || isToSave ? PlanReach::boundary : PlanReach::everyFolder;
   std::optional<Proposal> proposal;
   {
     ProgressLine line(session);
-    proposal = proposeAnswer(services, answer, applies ? PlanReach::boundary : PlanReach::everyFolder,
-                             ReferenceClock::now(), scanMonitor(session, line));
+    proposal = proposeAnswer(services, answer, reach, ReferenceClock::now(), scanMonitor(session, line));
   }
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
-  if (!session.isJson() && firstNotice<PlanRefused>(proposal->notices()) == nullptr) printRows(session, *proposal);
+  const bool isRefused = firstNotice<PlanRefused>(proposal->notices()) != nullptr;
+  if (isToSave) {
+    const auto status = isRefused ? ExitStatus::failed : saveProposal(session, arguments, proposal->approve());
+    return statusWith(proposal->notices(), status);
+  }
+  if (!session.isJson() && !isRefused) printRows(session, *proposal);
   auto status = ExitStatus::done;
   if (applies) {
     status = apply(session, arguments, answer, *proposal);

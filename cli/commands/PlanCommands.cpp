@@ -34,6 +34,7 @@ constexpr ArgumentSpec planArgument{
     .kind = ValueKind::path,
 };
 constexpr std::array runOptions{
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -106,12 +107,14 @@ ExitStatus runPreview(Session& session, const Arguments& arguments) {
 }
 
 ExitStatus runRun(Session& session, const Arguments& arguments) {
-  requireConsentPossible(arguments);
+  const bool isToSave = arguments.has("--save");
+  if (!isToSave) requireConsentPossible(arguments);
   const auto plan = usablePlan(arguments);
   if (!plan) return ExitStatus::failed;
   const auto proposal = proposed(session, *plan, PlanReach::boundary);
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
+  if (isToSave) return statusWith(proposal->notices(), saveProposal(session, arguments, proposal->approve()));
   if (!session.isJson()) {
     printPlan(session, *plan);
     printRows(session, *proposal);

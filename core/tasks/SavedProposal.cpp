@@ -7,6 +7,7 @@
 #include "core/base/PathText.h"
 #include "core/safety/PathValidator.h"
 #include "core/tasks/CleanTask.h"
+#include "core/tasks/PlanTask.h"
 #include "core/tasks/TaskServices.h"
 #include "core/tasks/TrashTask.h"
 
@@ -35,6 +36,7 @@ Repropose reproposerOf(TaskKind kind) {
     case TaskKind::trash:
       return reproposeTrash;
     case TaskKind::plan:
+      return reproposePlan;
     case TaskKind::rules:
     case TaskKind::duplicates:
     case TaskKind::organize:

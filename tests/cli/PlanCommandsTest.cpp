@@ -164,6 +164,22 @@ TEST_F(PlanCommands, previewSaysWhatARunWouldLeaveAlone) {
   EXPECT_THAT(result.output, HasSubstr("~/Elsewhere/old.log  only listed\n1 item found, 0 selected"));
 }
 
+TEST_F(PlanCommands, aSavedRunIsAppliedLaterAsItWasShown) {
+  home.file("Downloads/a.pdf", "a");
+  home.file("Downloads/b.pdf", "b");
+  auto sort = stepOf("~/Downloads", "move", anySize);
+  sort["destinationFolder"] = "~/Downloads";
+  EXPECT_EQ(run({"plan", "run", document(planOf({sort})), "--save", "saved.json"}).exitStatus, 0);
+  EXPECT_TRUE(exists(home.path("Downloads/a.pdf")) && isUntouched());
+  home.file("Downloads/b.pdf", "changed");
+  home.file("Downloads/late.pdf");
+  const auto report = json({"apply", "saved.json", "--yes"}, 1);
+  EXPECT_EQ(report["itemsProcessed"], 1);
+  EXPECT_EQ(report["failures"][0]["path"], home.path("Downloads/b.pdf"));
+  EXPECT_EQ(contentOf(home.path("Downloads/Documents/PDFs/a.pdf")), "a");
+  EXPECT_TRUE(exists(home.path("Downloads/late.pdf")));
+}
+
 TEST_F(PlanCommands, movesWhatWasShownAndNothingThatChangedSince) {
   home.file("Downloads/replaced.pdf");
   home.file("Downloads/same.pdf");
