@@ -2,17 +2,13 @@
 
 #include "app/Places.h"
 #include "app/Text.h"
-#include "core/base/UnicodeText.h"
-#include "core/organizer/CategoryPreferencesStore.h"
-#include "core/organizer/FolderOrganizerEngine.h"
-#include "core/organizer/TopicCategorizerFactory.h"
-#include "core/organizer/TopicGrouping.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/NamedTopics.h"
 
 #include <QDebug>
 
 #include <algorithm>
 #include <exception>
-#include <set>
 #include <utility>
 
 namespace orvane {
@@ -20,33 +16,15 @@ namespace {
 
 // How deep the picker looks for subfolders.
 constexpr int subfolderDepth = 2;
-
-// "pdf, txt": the kinds of files that a name is remembered for.
-std::string kindsIn(const OrganizationCategoryGroup& group) {
-  std::set<std::string> kinds;
-  for (const auto& move : group.moves) {
-    if (!move.isDirectory) kinds.insert(lowercased(move.originalURL.pathExtension()));
-  }
-  kinds.erase("");
-  std::string result;
-  for (const auto& kind : kinds) result += (result.empty() ? "" : ", ") + kind;
-  return result;
-}
-
-int checkStateOf(const OrganizationCategoryGroup& group) {
-  const auto selected =
-      std::count_if(group.moves.begin(), group.moves.end(), [](const ProposedMove& move) { return move.isSelected; });
-  if (selected == 0) return Qt::Unchecked;
-  return selected == static_cast<std::ptrdiff_t>(group.moves.size()) ? Qt::Checked : Qt::PartiallyChecked;
-}
+// Of what cannot be chosen.
+constexpr int noCheckState = -1;
 
 }  // namespace
 
-OrganizeModel::OrganizeModel(WindowServices services, SectionServices sections, QObject* parent)
-    : RunModel(std::move(services), parent), m_sections(std::move(sections)) {
+OrganizeModel::OrganizeModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {
   reloadFolders();
   m_searchQueue.post([this](const std::stop_token&) {
-    callOn(this, [this, hasModel = m_sections.topics.isOnDeviceModelAvailable()] {
+    callOn(this, [this, hasModel = topicsUnavailableReason(this->services().tasks).empty()] {
       m_hasTopicModel = hasModel;
       Q_EMIT setupChanged();
     });
@@ -59,7 +37,7 @@ OrganizeModel::~OrganizeModel() {
 
 void OrganizeModel::reloadFolders() {
   m_searchQueue.post([this](const std::stop_token&) {
-    callOn(this, [this, folders = existingFolders(services().folders)] {
+    callOn(this, [this, folders = grantedFolders(services().tasks)] {
       m_managedFolders = folders;
       Q_EMIT setupChanged();
     });
@@ -78,7 +56,7 @@ QVariantList OrganizeModel::subfolders() const {
   return folderList(m_subfolders);
 }
 FileUrl OrganizeModel::destinationRoot() const {
-  return m_destination ? *m_destination : FolderOrganizerEngine::defaultDestination(*m_folder);
+  return m_destination.value_or(defaultDestination(*m_folder));
 }
 QString OrganizeModel::destination() const {
   return m_folder ? placeText(destinationRoot()) : QString();
@@ -94,7 +72,7 @@ void OrganizeModel::invalidate() {
   m_searchStop.request_stop();
   m_hasAnalyzed = false;
   m_learnedKinds.clear();
-  setGroups({});
+  setProposal({});
   forgetResult();
   Q_EMIT learnedChanged();
   Q_EMIT searchChanged();
@@ -109,7 +87,7 @@ void OrganizeModel::chooseFolder(const QString& pathOrUrl) {
   m_subfolders.clear();
   invalidate();
   m_searchQueue.post([this, folder = *place](const std::stop_token&) {
-    const auto found = m_sections.organizer.discoverSubfolders(folder, subfolderDepth);
+    const auto found = subfoldersOf(services().tasks, folder, subfolderDepth);
     callOn(this, [this, folder, found] {
       if (m_folder != folder) return;
       m_subfolders = found;
@@ -151,27 +129,28 @@ void OrganizeModel::analyze() {
   m_searchStop = {};
   forgetResult();
   Q_EMIT searchChanged();
-  m_searchQueue.post([this, folder = *m_folder, root = destinationRoot(), strategy = m_strategy,
-                      looked = startLooking(), isByTopic = m_useTopics && topicsAvailable(),
-                      subfolders = m_includeSubfolders ? Subfolders::include : Subfolders::keepWhole,
-                      stop = m_searchStop.get_token()](const std::stop_token&) {
-    const auto found = std::make_shared<std::vector<OrganizationCategoryGroup>>(
-        m_sections.organizer.analyzeFolder(folder, root, subfolders, strategy, stop, looked.get()));
-    auto* categorizer = isByTopic && !stop.stop_requested() ? m_sections.topics.categorizer() : nullptr;
-    if (categorizer != nullptr) {
+  const OrganizeWish wish{
+      .folder = *m_folder,
+      .destination = m_destination,
+      .subfolders = m_includeSubfolders ? Subfolders::include : Subfolders::keepWhole,
+      .strategy = m_strategy,
+      .topics = m_useTopics && topicsAvailable() ? TopicUse::whenAvailable : TopicUse::never,
+  };
+  m_searchQueue.post([this, wish, looked = startLooking(), stop = m_searchStop.get_token()](const std::stop_token&) {
+    TaskMonitor monitor{.stop = stop, .looked = looked.get()};
+    monitor.namingTopics = [this] {
       callOn(this, [this] {
         m_isNamingTopics = true;
         Q_EMIT progressChanged();
       });
-      *found = groupedByTopic(std::move(*found), root, *categorizer, stop);
-    }
-    callOn(this, [this, found, isStopped = stop.stop_requested()] {
+    };
+    callOn(this, [this, proposal = proposeOrganize(services().tasks, wish, ReferenceClock::now(), monitor)] {
       m_isSearching = false;
       m_isNamingTopics = false;
       stopLooking();
-      if (!isStopped) {
-        m_hasAnalyzed = true;
-        setGroups(std::move(*found));
+      if (proposal) {
+        m_hasAnalyzed = firstNotice<FolderLeftOut>(proposal->notices()) == nullptr;
+        setProposal(*proposal);
       }
       Q_EMIT searchChanged();
     });
@@ -183,34 +162,54 @@ void OrganizeModel::cancel() {
   RunModel::cancel();
 }
 
-void OrganizeModel::setGroups(std::vector<OrganizationCategoryGroup> groups) {
+void OrganizeModel::setProposal(Proposal proposal) {
   beginResetModel();
+  m_proposal = std::move(proposal);
+  m_selection = m_proposal.selection();
   m_groups.clear();
-  for (auto& group : groups) m_groups.push_back({.group = std::move(group)});
+  for (const auto& rows : rowsByGroup(m_proposal)) m_groups.push_back({.rows = rows});
+  recount();
   layOut();
   endResetModel();
   Q_EMIT selectionChanged();
 }
 
-std::vector<OrganizationCategoryGroup> OrganizeModel::groups() const {
-  std::vector<OrganizationCategoryGroup> result;
-  for (const auto& shown : m_groups) result.push_back(shown.group);
+QStringList OrganizeModel::notices() const {
+  QStringList result;
+  for (const auto& notice : m_proposal.notices()) {
+    if (const auto* leftOut = std::get_if<FolderLeftOut>(&notice)) {
+      result += localizedText("cleanup.failed_item")
+                    .arg(shownName(leftOut->folder.lastPathComponent()), shownName(leftOut->detail));
+    } else if (const auto* inPlace = std::get_if<RowsInPlace>(&notice)) {
+      result += countedText("organize.in_place", inPlace->rows.count);
+    }
+  }
   return result;
+}
+
+void OrganizeModel::recount() {
+  for (auto& shown : m_groups) {
+    shown.chosen = {};
+    shown.selectable = 0;
+    for (auto row = shown.rows.first; row < shown.rows.first + shown.rows.count; ++row) {
+      if (m_selection.isSelectable(row)) ++shown.selectable;
+      if (m_selection.isSelected(row)) shown.chosen.add(m_proposal.row(row).item.fileSize());
+    }
+  }
 }
 
 void OrganizeModel::layOut() {
   m_rows = 0;
-  m_moveCount = 0;
-  m_selectedCount = 0;
-  m_selectedBytes = 0;
   for (auto& shown : m_groups) {
     shown.start = m_rows;
-    m_rows += 1 + (shown.isExpanded ? static_cast<int>(shown.group.moves.size()) : 0);
-    m_moveCount += static_cast<std::int64_t>(shown.group.moves.size());
-    m_selectedBytes += shown.group.totalSize();
-    m_selectedCount += std::count_if(shown.group.moves.begin(), shown.group.moves.end(),
-                                     [](const ProposedMove& move) { return move.isSelected; });
+    m_rows += 1 + (shown.isExpanded ? static_cast<int>(shown.rows.count) : 0);
   }
+}
+
+int OrganizeModel::checkStateOf(const Shown& shown) const {
+  if (shown.selectable == 0) return noCheckState;
+  if (shown.chosen.count == 0) return Qt::Unchecked;
+  return shown.chosen.count == shown.selectable ? Qt::Checked : Qt::PartiallyChecked;
 }
 
 // --- rows
@@ -222,7 +221,7 @@ OrganizeModel::Place OrganizeModel::placeOf(int row) const {
   const auto at = std::prev(after);
   const auto group = static_cast<std::size_t>(at - m_groups.begin());
   if (row == at->start) return {group, std::nullopt};
-  return {group, static_cast<std::size_t>(row - at->start - 1)};
+  return {group, at->rows.first + static_cast<std::size_t>(row - at->start - 1)};
 }
 
 int OrganizeModel::rowCount(const QModelIndex& parent) const {
@@ -241,28 +240,29 @@ QHash<int, QByteArray> OrganizeModel::roleNames() const {
       {ExpandedRole, "expanded"},
       {IsFolderRole, "isFolder"},
       {SymbolRole, "symbol"},
+      {ReasonRole, "reason"},
   };
 }
 
 QVariant OrganizeModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const auto place = placeOf(index.row());
-  const auto& shown = m_groups[*place.group];
-  if (role == KindRole) return place.move ? Move : Header;
-  return place.move ? moveData(shown.group.moves[*place.move], role) : groupData(shown, role);
+  if (role == KindRole) return place.row ? Move : Header;
+  return place.row ? rowData(*place.row, role) : groupData(*place.group, role);
 }
 
-QVariant OrganizeModel::groupData(const Shown& shown, int role) const {
+QVariant OrganizeModel::groupData(std::size_t group, int role) const {
+  const auto& shown = m_groups[group];
   switch (role) {
     case Qt::DisplayRole:
     case NameRole:
-      return shownName(shown.group.name);
+      return shownName(m_proposal.groups()[group].name);
     case BytesRole:
-      return static_cast<double>(shown.group.totalSize());
+      return static_cast<double>(shown.chosen.bytes);
     case CountRole:
-      return static_cast<double>(shown.group.moves.size());
+      return static_cast<double>(shown.rows.count);
     case CheckStateRole:
-      return checkStateOf(shown.group);
+      return checkStateOf(shown);
     case ExpandedRole:
       return shown.isExpanded;
     case IsFolderRole:
@@ -271,34 +271,45 @@ QVariant OrganizeModel::groupData(const Shown& shown, int role) const {
       return QStringLiteral("folder");
     case FromRole:
     case ToRole:
+    case ReasonRole:
       return QString();
     default:
       return {};
   }
 }
 
-QVariant OrganizeModel::moveData(const ProposedMove& move, int role) const {
+QString OrganizeModel::reasonOf(const ProposedRow& row) const {
+  if (row.lock == Lock::refused) return shownName(row.group->refusal);
+  return row.lock == Lock::inPlace ? countedText("organize.in_place", 1) : QString();
+}
+
+QVariant OrganizeModel::rowData(std::size_t index, int role) const {
+  const auto row = m_proposal.row(index);
+  const auto name = row.item.url().lastPathComponent();
   switch (role) {
     case Qt::DisplayRole:
     case NameRole:
-      return shownName(move.originalURL.lastPathComponent());
+      return shownName(name);
     case FromRole:
-      return shownName(move.sourceRelativePath);
+      return shownName(row.item.relativePath());
     case ToRole:
       // Below the destination; where the name is taken, the free one.
-      return shownName(move.categoryName + "/" + std::string(move.targetURL.lastPathComponent()));
+      return shownName(row.group->name + "/" + std::string(row.newName.empty() ? name : row.newName));
     case BytesRole:
-      return static_cast<double>(move.fileSize);
+      return static_cast<double>(row.item.fileSize());
     case CountRole:
       return 1.0;
     case CheckStateRole:
-      return static_cast<int>(move.isSelected ? Qt::Checked : Qt::Unchecked);
+      if (!m_selection.isSelectable(index)) return noCheckState;
+      return static_cast<int>(m_selection.isSelected(index) ? Qt::Checked : Qt::Unchecked);
     case ExpandedRole:
       return false;
     case IsFolderRole:
-      return move.isDirectory;
+      return row.item.isFolder();
     case SymbolRole:
-      return move.isDirectory ? QStringLiteral("folder") : QStringLiteral("file");
+      return row.item.isFolder() ? QStringLiteral("folder") : QStringLiteral("file");
+    case ReasonRole:
+      return reasonOf(row);
     default:
       return {};
   }
@@ -306,9 +317,9 @@ QVariant OrganizeModel::moveData(const ProposedMove& move, int role) const {
 
 void OrganizeModel::toggleExpanded(int row) {
   const auto place = placeOf(row);
-  if (!place.group || place.move) return;
+  if (!place.group || place.row) return;
   auto& shown = m_groups[*place.group];
-  const int count = static_cast<int>(shown.group.moves.size());
+  const int count = static_cast<int>(shown.rows.count);
   if (shown.isExpanded) {
     beginRemoveRows({}, row + 1, row + count);
     shown.isExpanded = false;
@@ -325,58 +336,66 @@ void OrganizeModel::toggleExpanded(int row) {
 
 // --- editing
 
+void OrganizeModel::groupChanged(const Shown& shown, const QList<int>& roles) {
+  const int last = shown.start + (shown.isExpanded ? static_cast<int>(shown.rows.count) : 0);
+  Q_EMIT dataChanged(index(shown.start), index(last), roles);
+}
+
 void OrganizeModel::toggle(int row) {
   const auto place = placeOf(row);
   if (!place.group || isWorking()) return;
-  auto& shown = m_groups[*place.group];
-  if (place.move) {
-    auto& move = shown.group.moves[*place.move];
-    move.isSelected = !move.isSelected;
-  } else {
-    const bool isSelected = checkStateOf(shown.group) != Qt::Checked;
-    for (auto& move : shown.group.moves) move.isSelected = isSelected;
+  const auto& shown = m_groups[*place.group];
+  const bool isSelected = place.row ? !m_selection.isSelected(*place.row) : checkStateOf(shown) != Qt::Checked;
+  const auto rows = place.row ? GroupRows{*place.row, 1} : shown.rows;
+  for (auto at = rows.first; at < rows.first + rows.count; ++at) {
+    m_selection.set(at, isSelected ? Selection::Whether::selected : Selection::Whether::unselected);
   }
-  layOut();
-  const int last = shown.start + (shown.isExpanded ? static_cast<int>(shown.group.moves.size()) : 0);
-  Q_EMIT dataChanged(index(shown.start), index(last), {CheckStateRole, BytesRole});
+  recount();
+  groupChanged(shown, {CheckStateRole, BytesRole});
   Q_EMIT selectionChanged();
 }
 
 void OrganizeModel::selectAll(bool isSelected) {
   if (isWorking()) return;
-  for (auto& shown : m_groups) {
-    for (auto& move : shown.group.moves) move.isSelected = isSelected;
+  if (isSelected) {
+    m_selection.selectAll();
+  } else {
+    m_selection.deselectAll();
   }
-  layOut();
+  recount();
   if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1), {CheckStateRole, BytesRole});
   Q_EMIT selectionChanged();
 }
 
 void OrganizeModel::renameGroup(int row, const QString& name) {
   const auto place = placeOf(row);
-  if (!place.group || place.move || isWorking()) return;
-  const auto at = *place.group;
-  auto renamed = FolderOrganizerEngine::renamingGroup(at, name.toStdString(), groups(), destinationRoot());
-  if (at >= renamed.size() || renamed[at].name == m_groups[at].group.name) return;
-  m_learnedKinds = kindsIn(renamed[at]);
-  m_learnedName = renamed[at].name;
-  m_searchQueue.post([this, group = renamed[at]](const std::stop_token&) {
+  if (!place.group || place.row || isWorking()) return;
+  const auto group = *place.group;
+  const auto renamed = orvane::renameGroup(services().tasks, m_proposal, m_selection, group, name.toStdString());
+  if (!renamed || renamed->groups()[group].name == m_proposal.groups()[group].name) return;
+  m_proposal = *renamed;
+  m_selection = m_proposal.selection();
+  recount();
+  m_learnedKinds.clear();
+  for (const auto& kind : kindsIn(m_proposal, group)) {
+    m_learnedKinds += (m_learnedKinds.isEmpty() ? QString() : QStringLiteral(", ")) + shownName(kind);
+  }
+  m_learnedName = m_proposal.groups()[group].name;
+  m_searchQueue.post([this, proposal = m_proposal, group](const std::stop_token&) {
     try {
-      m_sections.organizer.rememberCategory(group);
+      rememberName(services().tasks, proposal, group);
     } catch (const std::exception& error) {
       qWarning("The name cannot be remembered: %s", error.what());
     }
   });
-  m_groups[at].group = std::move(renamed[at]);
-  const int last =
-      m_groups[at].start + (m_groups[at].isExpanded ? static_cast<int>(m_groups[at].group.moves.size()) : 0);
-  Q_EMIT dataChanged(index(row), index(last));
+  groupChanged(m_groups[group]);
+  Q_EMIT selectionChanged();
   Q_EMIT learnedChanged();
 }
 
 QString OrganizeModel::learned() const {
-  if (m_learnedKinds.empty()) return {};
-  return localizedText("organize.learned").arg(shownName(m_learnedKinds), shownName(m_learnedName));
+  if (m_learnedKinds.isEmpty()) return {};
+  return localizedText("organize.learned").arg(m_learnedKinds, shownName(m_learnedName));
 }
 
 void OrganizeModel::forgetLearned() {
@@ -384,7 +403,7 @@ void OrganizeModel::forgetLearned() {
   Q_EMIT learnedChanged();
   m_searchQueue.post([this](const std::stop_token&) {
     try {
-      m_sections.learned.reset();
+      forgetNames(services().tasks);
     } catch (const std::exception& error) {
       qWarning("The preferences cannot be written: %s", error.what());
     }
@@ -394,20 +413,12 @@ void OrganizeModel::forgetLearned() {
 // --- carrying out
 
 void OrganizeModel::apply() {
-  if (m_selectedCount == 0 || m_isSearching || !m_folder) return;
-  startRun(
-      m_selectedCount,
-      [services = services(), sections = m_sections, groups = groups(), folder = *m_folder, root = destinationRoot()](
-          const RunProgress& progress, const std::stop_token& stop) {
-        const auto execution =
-            sections.organizer.carryOut(groups, services.journal(), Boundary({folder, root}), progress, stop);
-        return reportOf(execution.summary.batchId, execution.outcomes);
-      },
-      [this](const RunReport&) {
-        setGroups({});
-        m_hasAnalyzed = false;
-        Q_EMIT searchChanged();
-      });
+  if (m_selection.count() == 0 || m_isSearching) return;
+  startRun(m_proposal.approve(m_selection), [this](const RunReport&) {
+    setProposal({});
+    m_hasAnalyzed = false;
+    Q_EMIT searchChanged();
+  });
 }
 
 QString OrganizeModel::movedText(std::int64_t count, std::int64_t /*bytes*/) const {
@@ -417,6 +428,7 @@ QString OrganizeModel::movedText(std::int64_t count, std::int64_t /*bytes*/) con
 void OrganizeModel::languageChanged() {
   RunModel::languageChanged();
   Q_EMIT learnedChanged();
+  Q_EMIT searchChanged();
 }
 
 }  // namespace orvane

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "app/RunModel.h"
-#include "app/SectionServices.h"
-#include "core/organizer/OrganizationCategoryGroup.h"
-#include "core/organizer/OrganizationStrategy.h"
+#include "core/tasks/OrganizeTask.h"
 
 #include <QtQml/qqmlregistration.h>
+#include <QStringList>
 #include <QVariantList>
 
 #include <cstdint>
@@ -38,6 +37,7 @@ class OrganizeModel : public orvane::RunModel {
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
   Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
   Q_PROPERTY(QString learned READ learned NOTIFY learnedChanged)
+  Q_PROPERTY(QStringList notices READ notices NOTIFY searchChanged)
 
  public:
   enum Role {
@@ -51,11 +51,12 @@ class OrganizeModel : public orvane::RunModel {
     ExpandedRole,
     IsFolderRole,
     SymbolRole,
+    ReasonRole,
   };
   enum Kind { Header, Move };
   Q_ENUM(Kind)
 
-  OrganizeModel(WindowServices services, SectionServices sections, QObject* parent = nullptr);
+  explicit OrganizeModel(WindowServices services, QObject* parent = nullptr);
   ~OrganizeModel() override;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -86,9 +87,11 @@ class OrganizeModel : public orvane::RunModel {
   [[nodiscard]] bool isSearching() const noexcept { return m_isSearching; }
   [[nodiscard]] bool hasAnalyzed() const noexcept { return m_hasAnalyzed; }
   [[nodiscard]] QString progressText() const override;
-  [[nodiscard]] double moveCount() const noexcept { return static_cast<double>(m_moveCount); }
-  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selectedCount); }
-  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selectedBytes); }
+  [[nodiscard]] double moveCount() const noexcept { return static_cast<double>(m_proposal.size()); }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
+  // What is to be said beside the rows.
+  [[nodiscard]] QStringList notices() const;
   // What the last renaming taught; empty where it taught nothing.
   [[nodiscard]] QString learned() const;
 
@@ -117,26 +120,32 @@ class OrganizeModel : public orvane::RunModel {
   [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
 
  private:
+  // A group as it is shown, with what is chosen and what could be.
   struct Shown {
-    OrganizationCategoryGroup group;
+    GroupRows rows;
+    RowSum chosen = {};
+    std::int64_t selectable = 0;
     bool isExpanded = true;
     int start = 0;  // its row
   };
   struct Place {
     std::optional<std::size_t> group;
-    std::optional<std::size_t> move;
+    std::optional<std::size_t> row;  // of the proposal
   };
 
   [[nodiscard]] Place placeOf(int row) const;
   [[nodiscard]] FileUrl destinationRoot() const;
-  [[nodiscard]] QVariant groupData(const Shown& shown, int role) const;
-  [[nodiscard]] QVariant moveData(const ProposedMove& move, int role) const;
-  [[nodiscard]] std::vector<OrganizationCategoryGroup> groups() const;
-  void setGroups(std::vector<OrganizationCategoryGroup> groups);
+  [[nodiscard]] QVariant groupData(std::size_t group, int role) const;
+  [[nodiscard]] QVariant rowData(std::size_t index, int role) const;
+  [[nodiscard]] QString reasonOf(const ProposedRow& row) const;
+  [[nodiscard]] int checkStateOf(const Shown& shown) const;
+  void setProposal(Proposal proposal);
+  void recount();
   void layOut();
   void invalidate();
+  // The rows of a group, its header included, are new.
+  void groupChanged(const Shown& shown, const QList<int>& roles = {});
 
-  SectionServices m_sections;
   std::vector<FileUrl> m_managedFolders;
   std::optional<FileUrl> m_folder;
   std::optional<FileUrl> m_destination;
@@ -149,12 +158,11 @@ class OrganizeModel : public orvane::RunModel {
   bool m_hasAnalyzed = false;
   std::stop_source m_searchStop;
   bool m_isNamingTopics = false;
+  Proposal m_proposal;
+  Selection m_selection;
   std::vector<Shown> m_groups;
   int m_rows = 0;
-  std::int64_t m_moveCount = 0;
-  std::int64_t m_selectedCount = 0;
-  std::int64_t m_selectedBytes = 0;
-  std::string m_learnedKinds;
+  QString m_learnedKinds;
   std::string m_learnedName;
   BackgroundQueue m_searchQueue;
 };

@@ -3,9 +3,6 @@
 #include "core/assistant/KeychainService.h"
 #include "core/duplicates/DuplicateCleaner.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
-#include "core/organizer/CategoryPreferencesStore.h"
-#include "core/organizer/FolderOrganizerEngine.h"
-#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/safety/PathValidator.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 
@@ -14,9 +11,6 @@ namespace orvane {
 SectionServices systemSectionServices() {
   return {
       .finder = DuplicateFinderEngine::shared(),
-      .organizer = FolderOrganizerEngine::shared(),
-      .learned = CategoryPreferencesStore::shared(),
-      .topics = TopicCategorizerFactory::shared(),
       .uninstaller = AppUninstallerEngine::shared(),
       .keychain = KeychainService::shared(),
       .validator = PathValidator::shared(),

@@ -3,7 +3,6 @@
 #include "app/ProgressPace.h"
 #include "app/Text.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
-#include "core/organizer/TopicCategorizerFactory.h"
 
 #include <QDebug>
 
@@ -11,7 +10,6 @@
 #include <utility>
 
 namespace orvane {
-namespace {}  // namespace
 
 TidyModel::TidyModel(MakeCollaborators makeCollaborators, QObject* parent)
     : QObject(parent), m_timer([this](std::function<void()> task) {
@@ -30,7 +28,7 @@ void TidyModel::makeController(const MakeCollaborators& makeCollaborators) {
   m_storedSettings = [&store = collaborators.store] { return store.get(); };
   m_controller = std::make_unique<AutoOrganizeController>(collaborators);
   m_controller->start();
-  callOn(this, [this, reason = textFrom(collaborators.factory.unavailableReason())] { m_unavailableReason = reason; });
+  callOn(this, [this, reason = textFrom(m_controller->unavailableReason())] { m_unavailableReason = reason; });
   publish();
 }
 

@@ -84,7 +84,7 @@ struct Window::Parts {
         tidy(tidyCollaborators),
         duplicates(services, sections),
         apps(services, sections),
-        organize(services, sections),
+        organize(services),
         rules(services),
         agent(services),
         privacy(services),

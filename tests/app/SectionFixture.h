@@ -12,9 +12,6 @@ class SectionFixture : public WindowFixture {
   [[nodiscard]] SectionServices sections() {
     return {
         .finder = finder,
-        .organizer = organizer,
-        .learned = learned,
-        .topics = topics,
         .uninstaller = uninstaller,
         .keychain = keychain,
         .validator = validator,

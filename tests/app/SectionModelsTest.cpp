@@ -19,7 +19,7 @@ class SectionModelsTest : public SectionFixture {
 TEST_F(SectionModelsTest, organizesAFolderAsItWasEditedAndUndoesIt) {
   tree.file("Downloads/song.mp3", "la");
   tree.file("Downloads/report.pdf", "words");
-  OrganizeModel model(services(), sections());
+  OrganizeModel model(services());
   EXPECT_EQ(model.folder(), "");
   model.chooseFolder("file://" + downloads());
   EXPECT_EQ(model.folder(), downloads());
@@ -47,12 +47,76 @@ TEST_F(SectionModelsTest, organizesAFolderAsItWasEditedAndUndoesIt) {
   EXPECT_TRUE(exists(tree.path("Downloads/" + moved)));
 }
 
+TEST_F(SectionModelsTest, organizesWhatItShowedAndNothingElse) {
+  tree.file("Downloads/same.pdf", "same");
+  tree.file("Downloads/unchecked.pdf");
+  const auto replaced = tree.file("Downloads/zz replaced.pdf", "before");
+  tree.file("Downloads/album/1.jpg");
+  OrganizeModel model(services());
+  model.chooseFolder(downloads());
+  model.analyze();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
+  ASSERT_EQ(model.rowCount(), 6);
+  // The PDFs in order of their names below their header.
+  ASSERT_EQ(model.data(model.index(2), OrganizeModel::NameRole).toString(), "unchecked.pdf");
+  model.toggle(2);
+  model.renameGroup(0, "Papers");
+  EXPECT_EQ(model.selectedCount(), 3) << "renaming keeps the choice";
+  EXPECT_EQ(model.data(model.index(0), OrganizeModel::CheckStateRole), Qt::PartiallyChecked);
+  EXPECT_EQ(model.data(model.index(1), OrganizeModel::ToRole).toString(), "Papers/same.pdf");
+
+  std::filesystem::remove(replaced);
+  tree.file("Downloads/zz replaced.pdf", "after!");
+  tree.file("Downloads/arrived.pdf");
+  std::filesystem::rename(tree.path("Downloads/album"), tree.path("other"));
+  tree.file("Downloads/album/2.jpg");
+  model.apply();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_EQ(model.messages().size(), 2);
+  EXPECT_EQ(model.resultText(), "1 item moved.");
+  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Papers/same.pdf")));
+  for (const auto* left : {"unchecked.pdf", "zz replaced.pdf", "arrived.pdf", "album/2.jpg"}) {
+    EXPECT_TRUE(exists(tree.path("Downloads/" + std::string(left)))) << left;
+  }
+}
+
+TEST_F(SectionModelsTest, showsWhatCannotBeOrganizedAndWhy) {
+  tree.file("Downloads/a.pdf");
+  tree.link("Downloads/Organized", tree.folder("Elsewhere"));
+  OrganizeModel model(services());
+  model.chooseFolder(downloads());
+  model.analyze();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
+  EXPECT_EQ(model.selectedCount(), 0);
+  EXPECT_EQ(model.data(model.index(0), OrganizeModel::CheckStateRole), -1);
+  EXPECT_EQ(model.data(model.index(1), OrganizeModel::CheckStateRole), -1);
+  EXPECT_THAT(model.data(model.index(1), OrganizeModel::ReasonRole).toString().toStdString(),
+              testing::HasSubstr("denied"));
+  model.selectAll(true);
+  model.toggle(1);
+  EXPECT_EQ(model.selectedCount(), 0);
+
+  model.chooseFolder("/etc");
+  model.analyze();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isSearching(); }));
+  EXPECT_EQ(model.moveCount(), 0);
+  EXPECT_FALSE(model.hasAnalyzed());
+  EXPECT_EQ(model.notices().size(), 1);
+
+  tree.file("Downloads/Documents/PDFs/in place.pdf");
+  model.chooseFolder(downloads() + "/Documents/PDFs");
+  model.chooseDestination(downloads());
+  model.analyze();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
+  EXPECT_EQ(model.notices(), QStringList("1 item is in its place already and stays."));
+}
+
 TEST_F(SectionModelsTest, groupsDocumentsByTopicWhereAModelNamesThem) {
   tree.file("Downloads/song.mp3", "la");
   tree.file("Downloads/tax 2025.pdf", "words");
   tree.file("Downloads/letter.pdf", "words");
   topicModel.reply = [](const std::string&) { return R"({"tax 2025.pdf": "Taxes", "song.mp3": "Music"})"; };
-  OrganizeModel model(services(), sections());
+  OrganizeModel model(services());
   ASSERT_TRUE(becomesTrue([&] { return model.topicsAvailable(); }));
   model.chooseFolder("file://" + downloads());
   model.setUseTopics(true);
@@ -69,7 +133,7 @@ TEST_F(SectionModelsTest, groupsDocumentsByTopicWhereAModelNamesThem) {
 }
 
 TEST_F(SectionModelsTest, offersNoTopicsWithoutAModel) {
-  OrganizeModel model(services(), sections());
+  OrganizeModel model(services());
   ASSERT_TRUE(becomesTrue([&] { return !model.managedFolders().isEmpty(); }));
   QCoreApplication::processEvents();
   EXPECT_FALSE(model.topicsAvailable());

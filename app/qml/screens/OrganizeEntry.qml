@@ -15,6 +15,7 @@ Item {
     required property int checkState
     required property bool expanded
     required property bool isFolder
+    required property string reason
     property bool isFocused: false
     signal toggled
     signal folded
@@ -69,8 +70,8 @@ Item {
         visible: !root.isGroup
         Accessible.role: Accessible.CheckBox
         Accessible.name: root.name
-        Accessible.description: qsTr("organize.from_to").arg(root.from).arg(root.to)
-        Accessible.checkable: true
+        Accessible.description: qsTr("organize.from_to").arg(root.from).arg(root.to) + (root.reason === "" ? "" : ". " + root.reason)
+        Accessible.checkable: root.checkState >= 0
         Accessible.checked: root.checkState === Qt.Checked
         Accessible.onToggleAction: root.toggled()
         Accessible.onPressAction: root.toggled()
@@ -92,6 +93,7 @@ Item {
         TriStateBox {
             x: 43
             anchors.verticalCenter: parent.verticalCenter
+            visible: root.checkState >= 0
             focusPolicy: Qt.NoFocus
             checkState: root.checkState < 0 ? Qt.Unchecked : root.checkState
             Accessible.ignored: true
@@ -137,7 +139,7 @@ Item {
             anchors.right: size.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            text: root.isGroup ? "" : root.to
+            text: root.isGroup ? "" : root.reason === "" ? root.to : root.reason
             color: root.checkState === Qt.Checked ? Theme.text : Theme.muted
             elide: Text.ElideMiddle
             Accessible.ignored: true

@@ -95,6 +95,12 @@ Page {
 
         Notice {
             Layout.fillWidth: true
+            visible: root.model.notices.length > 0 && !root.isBusy
+            text: root.model.notices.join("\n")
+        }
+
+        Notice {
+            Layout.fillWidth: true
             visible: root.model.learned !== ""
             text: root.model.learned
             action: qsTr("organize.forget")

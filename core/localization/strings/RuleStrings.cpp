@@ -107,6 +107,18 @@ constexpr std::array rows{
               {"From now on, %1 goes to %2.", "Désormais, %1 va dans %2.", "Ab jetzt kommt %1 nach %2.",
                "今後、%1 は %2 に移動します。", "이제부터 %1은(는) %2(으)로 이동합니다.", "今后，%1 将归入 %2。",
                "今後，%1 將歸入 %2。", "Desde ahora, %1 va a %2."}},
+    StringRow{
+        "organize.in_place.one",
+        {"%1 item is in its place already and stays.", "%1 élément est déjà à sa place et y reste.",
+         "%1 Objekt liegt schon an seinem Platz und bleibt dort.", "%1 項目はすでに正しい場所にあり、移動しません。",
+         "항목 %1개는 이미 제자리에 있어 그대로 둡니다.", "%1 个项目已在正确的位置，保持不动。",
+         "%1 個項目已在正確的位置，保持不動。", "%1 elemento ya está en su sitio y se queda ahí."}},
+    StringRow{
+        "organize.in_place.other",
+        {"%1 items are in their place already and stay.", "%1 éléments sont déjà à leur place et y restent.",
+         "%1 Objekte liegen schon an ihrem Platz und bleiben dort.", "%1 項目はすでに正しい場所にあり、移動しません。",
+         "항목 %1개는 이미 제자리에 있어 그대로 둡니다.", "%1 个项目已在正确的位置，保持不动。",
+         "%1 個項目已在正確的位置，保持不動。", "%1 elementos ya están en su sitio y se quedan ahí."}},
     StringRow{"organize.result.one",
               {"%1 item moved.", "%1 élément déplacé.", "%1 Objekt verschoben.", "%1 項目を移動しました。",
                "항목 %1개를 옮겼습니다.", "已移动 %1 个项目。", "已移動 %1 個項目。", "%1 elemento movido."}},
