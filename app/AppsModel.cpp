@@ -5,19 +5,17 @@
 #include "app/Places.h"
 #include "app/Text.h"
 #include "core/base/CaselessSearch.h"
-#include "core/uninstaller/AppUninstallerEngine.h"
+#include "core/tasks/UninstallTask.h"
 
 #include <QDebug>
 
 #include <algorithm>
 #include <exception>
-#include <numeric>
 #include <utility>
 
 namespace orvane {
 
-AppsModel::AppsModel(WindowServices services, SectionServices sections, QObject* parent)
-    : RunModel(std::move(services), parent), m_sections(std::move(sections)) {}
+AppsModel::AppsModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {}
 
 AppsModel::~AppsModel() {
   m_listStop.request_stop();
@@ -29,14 +27,13 @@ void AppsModel::list() {
   m_listStop = {};
   Q_EMIT listChanged();
   m_listQueue.post([this, stop = m_listStop.get_token()](const std::stop_token&) {
-    const auto apps = std::make_shared<std::vector<InstalledApp>>(m_sections.uninstaller.findInstalledApps({}, stop));
+    const auto apps = std::make_shared<std::vector<InstalledApp>>(installedApps(services().tasks, {}, stop));
     callOn(this, [this, found = *apps] { showFound(found); });
-    const auto sizes = m_sections.uninstaller.measureApps(*apps, stop);
-    callOn(this, [this, apps, sizes, isStopped = stop.stop_requested()] {
+    const bool areMeasured = measureApps(services().tasks, *apps, stop);
+    callOn(this, [this, apps, areMeasured] {
       m_isListing = false;
       m_hasListed = true;
-      if (!isStopped) {
-        for (std::size_t at = 0; at < apps->size(); ++at) (*apps)[at].appSize = sizes[at];
+      if (areMeasured) {
         m_apps = std::move(*apps);
         m_areMeasured = true;
       }
@@ -142,78 +139,82 @@ void AppsModel::review(int row) {
   if (row < 0 || row >= rowCount() || isWorking() || !m_areMeasured) return;
   const auto& app = m_apps[m_shown[static_cast<std::size_t>(row)]];
   if (app.isSystemProtected) return;
-  m_review = AppUninstallBundle{.app = app, .leftovers = {}};
+  m_review = app;
   m_isFindingLeftovers = true;
-  Q_EMIT reviewChanged();
+  propose({});
   m_listQueue.post([this, app](const std::stop_token&) {
-    std::shared_ptr<AppUninstallBundle> bundle;
+    Proposal proposal;
     try {
-      bundle = std::make_shared<AppUninstallBundle>(m_sections.uninstaller.findLeftovers(app));
+      proposal = proposeUninstall(services().tasks, {app.url});
     } catch (const std::exception& error) {
-      qWarning("No leftovers can be found: %s", error.what());
-      bundle = std::make_shared<AppUninstallBundle>(AppUninstallBundle{.app = app, .leftovers = {}});
+      qWarning("It cannot be uninstalled: %s", error.what());
     }
-    callOn(this, [this, bundle] {
-      if (!m_review || m_review->app.id != bundle->app.id) return;
-      m_review = std::move(*bundle);
+    callOn(this, [this, id = app.id, proposal] {
+      if (!m_review || m_review->id != id) return;
       m_isFindingLeftovers = false;
-      Q_EMIT reviewChanged();
+      if (proposal.empty()) {
+        // It has gone meanwhile, or became one of the system.
+        closeReview();
+        return list();
+      }
+      m_review->name = proposal.row(0).group->name;
+      propose(proposal);
     });
   });
+}
+
+void AppsModel::propose(const Proposal& proposal) {
+  m_proposal = proposal;
+  m_selection = m_proposal.selection();
+  Q_EMIT reviewChanged();
 }
 
 void AppsModel::closeReview() {
   m_review.reset();
   m_isFindingLeftovers = false;
-  Q_EMIT reviewChanged();
+  propose({});
 }
 
 QString AppsModel::reviewName() const {
-  return m_review ? shownName(m_review->app.name) : QString();
+  return m_review ? shownName(m_review->name) : QString();
 }
 QString AppsModel::reviewIdentifier() const {
-  return m_review ? shownName(m_review->app.bundleIdentifier.value_or("")) : QString();
+  return m_review ? shownName(m_review->bundleIdentifier.value_or("")) : QString();
 }
 
 QVariantList AppsModel::leftovers() const {
   QVariantList result;
-  if (!m_review) return result;
-  for (const auto& item : m_review->leftovers) {
-    result.append(QVariantMap{{"name", shownName(item.url().lastPathComponent())},
-                              {"place", shownPlace(item.url(), services().home)},
-                              {"path", placeText(item.url())},
-                              {"bytes", static_cast<double>(item.fileSize())},
-                              {"selected", item.isSelected()}});
-  }
+  m_proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+    if (index == 0) return;
+    result.append(QVariantMap{{"name", shownName(row.item.url().lastPathComponent())},
+                              {"place", shownPlace(row.item.url(), services().home)},
+                              {"path", placeText(row.item.url())},
+                              {"bytes", static_cast<double>(row.item.fileSize())},
+                              {"selected", m_selection.isSelected(index)}});
+  });
   return result;
 }
 
 double AppsModel::reviewBytes() const {
   if (!m_review) return 0;
-  auto bytes = static_cast<double>(m_review->app.appSize);
-  for (const auto& item : m_review->leftovers) {
-    if (item.isSelected()) bytes += static_cast<double>(item.fileSize());
-  }
-  return bytes;
+  return static_cast<double>(m_isFindingLeftovers ? m_review->appSize : m_selection.bytes());
 }
 
 double AppsModel::reviewCount() const {
   if (!m_review) return 0;
-  const auto& items = m_review->leftovers;
-  return 1.0 + static_cast<double>(
-                   std::count_if(items.begin(), items.end(), [](const FileItem& item) { return item.isSelected(); }));
+  return m_isFindingLeftovers ? 1.0 : static_cast<double>(m_selection.count());
 }
 
 void AppsModel::toggleLeftover(int index) {
-  if (!m_review || index < 0 || index >= static_cast<int>(m_review->leftovers.size())) return;
-  auto& item = m_review->leftovers[static_cast<std::size_t>(index)];
-  item.setSelected(!item.isSelected());
+  const auto row = static_cast<std::size_t>(index) + 1;
+  if (index < 0 || row >= m_selection.size()) return;
+  m_selection.set(row, m_selection.isSelected(row) ? Selection::Whether::unselected : Selection::Whether::selected);
   Q_EMIT reviewChanged();
 }
 
 void AppsModel::selectAllLeftovers(bool isSelected) {
-  if (!m_review) return;
-  for (auto& item : m_review->leftovers) item.setSelected(isSelected);
+  const auto wanted = isSelected ? Selection::Whether::selected : Selection::Whether::unselected;
+  for (std::size_t row = 1; row < m_selection.size(); ++row) m_selection.set(row, wanted);
   Q_EMIT reviewChanged();
 }
 
@@ -221,18 +222,10 @@ void AppsModel::selectAllLeftovers(bool isSelected) {
 
 void AppsModel::uninstall() {
   if (!m_review || m_isFindingLeftovers) return;
-  m_uninstalledName = m_review->app.name;
-  startRun(
-      static_cast<std::int64_t>(reviewCount()),
-      [services = services(), sections = m_sections, bundle = *m_review](const RunProgress& progress,
-                                                                         const std::stop_token& stop) {
-        const auto result =
-            sections.uninstaller.uninstall(bundle, services.mover, services.journal(), std::nullopt, progress, stop);
-        return reportOf(result.runId, result.outcomes);
-      },
-      [this](const RunReport& report) {
-        if (report.moved() > 0) list();
-      });
+  m_uninstalledName = m_review->name;
+  startRun(m_proposal.approve(m_selection), [this](const RunReport& report) {
+    if (report.moved() > 0) list();
+  });
   setLookAfterUndo([this]() -> std::function<void()> { return [this] { list(); }; });
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/RunModel.h"
-#include "app/SectionServices.h"
-#include "core/uninstaller/AppUninstallBundle.h"
+#include "core/tasks/Proposal.h"
+#include "core/uninstaller/InstalledApp.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QVariantList>
@@ -47,7 +47,7 @@ class AppsModel : public orvane::RunModel {
   enum Sort { Name, Size, LastUse };
   Q_ENUM(Sort)
 
-  AppsModel(WindowServices services, SectionServices sections, QObject* parent = nullptr);
+  explicit AppsModel(WindowServices services, QObject* parent = nullptr);
   ~AppsModel() override;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -93,10 +93,10 @@ class AppsModel : public orvane::RunModel {
   [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
 
  private:
+  void propose(const Proposal& proposal);
   void showFound(std::vector<InstalledApp> apps);
   void arrange();
 
-  SectionServices m_sections;
   std::vector<InstalledApp> m_apps;
   std::vector<std::size_t> m_shown;  // indexes into m_apps
   std::string m_searchText;
@@ -105,8 +105,11 @@ class AppsModel : public orvane::RunModel {
   bool m_hasListed = false;
   bool m_areMeasured = true;
   std::stop_source m_listStop;
-  std::optional<AppUninstallBundle> m_review;
+  std::optional<InstalledApp> m_review;
   bool m_isFindingLeftovers = false;
+  // Of the application under review, which is its first row.
+  Proposal m_proposal;
+  Selection m_selection;
   std::string m_uninstalledName;
   BackgroundQueue m_listQueue;
 };

@@ -2,13 +2,13 @@
 
 #include "app/AppState.h"
 #include "app/CleanupText.h"
-#include "app/MovedItems.h"
 #include "app/Text.h"
 #include "core/base/FileStatus.h"
 #include "core/platform/Desktop.h"
 #include "core/scanning/RiskEvaluator.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/CleanTask.h"
+#include "core/tasks/History.h"
 
 #include <QDebug>
 
@@ -455,7 +455,7 @@ void CleanupModel::followJournal() {
   if (isWorking() || m_items.items().size() == 0) return;
   m_arrangeQueue.post([this, services = services(), scanned = m_items.snapshot(), since = m_scanStart,
                        generation = m_generation](const std::stop_token&) {
-    const auto moved = movedSince(services.journal(), scanned, since);
+    const auto moved = movedSince(services.tasks, scanned.items, scanned.gone, since);
     if (moved.gone.empty() && moved.back.empty()) return;
     callOn(this, [this, moved, generation] {
       if (generation != m_generation || isWorking()) return;

@@ -5,9 +5,8 @@
 #include "app/Places.h"
 #include "app/Text.h"
 #include "core/base/UnicodeText.h"
-#include "core/duplicates/DuplicateCleaner.h"
-#include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/platform/Desktop.h"
+#include "core/tasks/DuplicatesTask.h"
 
 #include <QDebug>
 #include <QUrl>
@@ -27,18 +26,6 @@ bool isPicture(const FileUrl& url) {
   return std::find(pictureExtensions.begin(), pictureExtensions.end(), extension) != pictureExtensions.end();
 }
 
-// Caches and what developers' tools keep are full of copies that belong there.
-constexpr std::array<std::string_view, 2> leftOutParts{"Library/Caches", "Library/Developer"};
-
-std::vector<FileUrl> searchableFolders(FileAccessService& access) {
-  auto folders = existingFolders(access);
-  std::erase_if(folders, [](const FileUrl& folder) {
-    return std::any_of(leftOutParts.begin(), leftOutParts.end(),
-                       [&](std::string_view part) { return folder.path().find(part) != std::string::npos; });
-  });
-  return folders;
-}
-
 template <typename Container>
 bool has(const Container& container, const typename Container::key_type& key) {
   return container.find(key) != container.end();
@@ -46,8 +33,7 @@ bool has(const Container& container, const typename Container::key_type& key) {
 
 }  // namespace
 
-DuplicatesModel::DuplicatesModel(WindowServices services, SectionServices sections, QObject* parent)
-    : RunModel(std::move(services), parent), m_sections(std::move(sections)) {
+DuplicatesModel::DuplicatesModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {
   reloadRoots();
 }
 
@@ -57,7 +43,7 @@ DuplicatesModel::~DuplicatesModel() {
 
 void DuplicatesModel::reloadRoots() {
   m_searchQueue.post([this](const std::stop_token&) {
-    callOn(this, [this, roots = searchableFolders(services().folders)] {
+    callOn(this, [this, roots = searchableFolders(services().tasks)] {
       m_roots = roots;
       Q_EMIT rootsChanged();
     });
@@ -96,23 +82,22 @@ void DuplicatesModel::search() {
   setRefusal("");
   Q_EMIT stageChanged();
   Q_EMIT searchChanged();
-  m_searchQueue.post([this, leftOut = m_leftOut, strategy = m_strategy,
-                      stop = m_searchStop.get_token()](const std::stop_token&) {
-    auto roots = searchableFolders(services().folders);
-    std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
-    const auto progress = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
-    const auto groups = std::make_shared<std::vector<DuplicateGroup>>(
-        m_sections.finder.findDuplicates(roots, strategy, stop, progress));
-    callOn(this, [this, groups, roots, isStopped = stop.stop_requested()] {
-      m_isSearching = false;
-      if (!isStopped) {
-        m_hasSearched = true;
-        m_searchedRoots = roots;
-        setGroups(std::move(*groups));
-      }
-      Q_EMIT searchChanged();
-    });
-  });
+  m_searchQueue.post(
+      [this, leftOut = m_leftOut, strategy = m_strategy, stop = m_searchStop.get_token()](const std::stop_token&) {
+        auto roots = searchableFolders(services().tasks);
+        std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
+        TaskMonitor monitor{.stop = stop};
+        monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
+        const auto proposal = proposeDuplicates(services().tasks, {std::move(roots), strategy}, monitor);
+        callOn(this, [this, proposal] {
+          m_isSearching = false;
+          if (proposal) {
+            m_hasSearched = true;
+            setProposal(*proposal);
+          }
+          Q_EMIT searchChanged();
+        });
+      });
 }
 
 void DuplicatesModel::noteProgress(const DuplicateProgress& progress) {
@@ -128,29 +113,41 @@ void DuplicatesModel::cancel() {
   RunModel::cancel();
 }
 
-void DuplicatesModel::setGroups(std::vector<DuplicateGroup> groups) {
+void DuplicatesModel::setProposal(Proposal proposal) {
   beginResetModel();
-  m_groups.clear();
-  for (auto& group : groups) {
-    // The strategy may have been chosen anew while the search went on.
-    group.applyKeepStrategy(m_strategy);
-    m_groups.push_back({.group = std::move(group)});
-  }
-  layOut();
+  m_proposal = std::move(proposal);
+  m_selection = m_proposal.selection();
+  setLookAfterUndo({});
+  // The strategy may have been chosen anew while the search went on.
+  applyKeepStrategy(m_proposal, m_strategy, m_selection);
+  m_groups.assign(m_proposal.groups().size(), {});
+  gatherGroups();
   endResetModel();
   Q_EMIT selectionChanged();
 }
 
+void DuplicatesModel::gatherGroups() {
+  for (auto& shown : m_groups) shown.copies.clear();
+  const auto* const groups = m_proposal.groups().data();
+  m_proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+    if (!m_selection.isThere(index)) return;
+    m_groups[static_cast<std::size_t>(row.group - groups)].copies.push_back(static_cast<std::uint32_t>(index));
+  });
+  // What has no second copy is no duplicate any more.
+  m_groupCount = 0;
+  for (auto& shown : m_groups) {
+    if (shown.copies.size() < 2) shown.copies.clear();
+    if (!shown.copies.empty()) ++m_groupCount;
+  }
+  layOut();
+}
+
 void DuplicatesModel::layOut() {
   m_rows = 0;
-  m_selectedCount = 0;
-  m_selectedBytes = 0;
   for (auto& shown : m_groups) {
     shown.start = m_rows;
-    m_rows += 1 + (shown.isExpanded ? static_cast<int>(shown.group.items.size()) : 0);
-    m_selectedBytes += shown.group.selectedWastedBytes();
-    m_selectedCount += std::count_if(shown.group.items.begin(), shown.group.items.end(),
-                                     [](const FileItem& item) { return item.isSelected(); });
+    if (shown.copies.empty()) continue;
+    m_rows += 1 + (shown.isExpanded ? static_cast<int>(shown.copies.size()) : 0);
   }
 }
 
@@ -159,8 +156,7 @@ void DuplicatesModel::setKeepStrategy(int strategy) {
     return;
   }
   m_strategy = static_cast<DuplicateKeepStrategy>(strategy);
-  for (auto& shown : m_groups) shown.group.applyKeepStrategy(m_strategy);
-  layOut();
+  applyKeepStrategy(m_proposal, m_strategy, m_selection);
   if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1));
   Q_EMIT keepStrategyChanged();
   Q_EMIT selectionChanged();
@@ -174,8 +170,8 @@ DuplicatesModel::Place DuplicatesModel::placeOf(int row) const {
                                       [](int value, const Shown& shown) { return value < shown.start; });
   const auto at = std::prev(after);
   const auto group = static_cast<std::size_t>(at - m_groups.begin());
-  if (row == at->start) return {&*at, nullptr, group};
-  return {&*at, &at->group.items[static_cast<std::size_t>(row - at->start - 1)], group};
+  if (row == at->start) return {&*at, std::nullopt, group};
+  return {&*at, at->copies[static_cast<std::size_t>(row - at->start - 1)], group};
 }
 
 int DuplicatesModel::rowCount(const QModelIndex& parent) const {
@@ -197,23 +193,24 @@ QHash<int, QByteArray> DuplicatesModel::roleNames() const {
 QVariant DuplicatesModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const auto place = placeOf(index.row());
-  if (role == KindRole) return place.item != nullptr ? Copy : Header;
-  return place.item != nullptr ? copyData(*place.item, role) : groupData(*place.shown, role);
+  if (role == KindRole) return place.copy ? Copy : Header;
+  return place.copy ? copyData(*place.copy, role) : groupData(*place.shown, role);
 }
 
 QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
-  const auto& group = shown.group;
-  const auto& first = group.items.front().url();
+  const auto& first = item(shown.copies.front()).url();
+  const auto size = static_cast<double>(item(shown.copies.front()).fileSize());
   switch (role) {
     case Qt::DisplayRole:
     case NameRole:
       return shownName(first.lastPathComponent());
     case CopiesRole:
-      return static_cast<double>(group.items.size());
+      return static_cast<double>(shown.copies.size());
     case BytesRole:
-      return static_cast<double>(group.fileSize);
+      return size;
     case FreedRole:
-      return static_cast<double>(group.selectedWastedBytes());
+      return size * static_cast<double>(std::ranges::count_if(
+                        shown.copies, [this](std::uint32_t copy) { return m_selection.isSelected(copy); }));
     case DateRole:
       return 0.0;
     case CheckStateRole:
@@ -234,26 +231,27 @@ QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
   }
 }
 
-QVariant DuplicatesModel::copyData(const FileItem& item, int role) const {
+QVariant DuplicatesModel::copyData(std::uint32_t copy, int role) const {
+  const auto& copied = item(copy);
   switch (role) {
     case Qt::DisplayRole:
     case NameRole:
-      return shownName(item.url().lastPathComponent());
+      return shownName(copied.url().lastPathComponent());
     case PlaceRole:
-      return shownPlace(item.url(), services().home);
+      return shownPlace(copied.url(), services().home);
     case BytesRole:
       return 0.0;
     case DateRole:
-      return milliseconds(item.createdDate());
+      return milliseconds(copied.createdDate());
     case CheckStateRole:
-      if (!isSelectable(item.riskLabel())) return -1;
-      return static_cast<int>(item.isSelected() ? Qt::Checked : Qt::Unchecked);
+      if (!m_selection.isSelectable(copy)) return -1;
+      return static_cast<int>(m_selection.isSelected(copy) ? Qt::Checked : Qt::Unchecked);
     case IsKeptRole:
-      return !item.isSelected();
+      return !m_selection.isSelected(copy);
     case SymbolRole:
-      return isPicture(item.url()) ? QStringLiteral("picture") : QStringLiteral("file");
+      return isPicture(copied.url()) ? QStringLiteral("picture") : QStringLiteral("file");
     case CanToggleRole:
-      return isSelectable(item.riskLabel());
+      return m_selection.isSelectable(copy);
     case CopiesRole:
     case FreedRole:
       return 0.0;
@@ -268,9 +266,9 @@ QVariant DuplicatesModel::copyData(const FileItem& item, int role) const {
 
 void DuplicatesModel::toggleExpanded(int row) {
   const auto place = placeOf(row);
-  if (place.shown == nullptr || place.item != nullptr) return;
+  if (place.shown == nullptr || place.copy) return;
   auto& shown = m_groups[place.group];
-  const int count = static_cast<int>(shown.group.items.size());
+  const int count = static_cast<int>(shown.copies.size());
   if (shown.isExpanded) {
     beginRemoveRows({}, row + 1, row + count);
     shown.isExpanded = false;
@@ -299,26 +297,20 @@ QString DuplicatesModel::refusal() const {
 
 void DuplicatesModel::toggle(int row) {
   const auto place = placeOf(row);
-  if (place.item == nullptr || isWorking()) return;
-  const auto id = place.item->id();
-  const bool isWanted = !place.item->isSelected();
-  if (!isSelectable(place.item->riskLabel())) return setRefusal("duplicates.protected");
-  auto& group = m_groups[place.group].group;
-  group.setSelection(id, isWanted);
-  layOut();
-  const auto& shown = m_groups[place.group];
-  Q_EMIT dataChanged(index(shown.start), index(shown.start + static_cast<int>(group.items.size())));
+  if (!place.copy || isWorking()) return;
+  if (!m_selection.isSelectable(*place.copy)) return setRefusal("duplicates.protected");
+  const bool didChange = setCopySelected(m_proposal, *place.copy, !m_selection.isSelected(*place.copy), m_selection);
+  Q_EMIT dataChanged(index(place.shown->start),
+                     index(place.shown->start + static_cast<int>(place.shown->copies.size())));
   Q_EMIT selectionChanged();
-  // The group itself decides; whether it did shows in the item.
-  const auto isNow = placeOf(row).item->isSelected();
-  setRefusal(isNow == isWanted ? "" : "duplicates.keep_one");
+  setRefusal(didChange ? "" : "duplicates.keep_one");
 }
 
 void DuplicatesModel::openContainingFolder(int row) {
   const auto place = placeOf(row);
   if (place.shown == nullptr) return;
-  const auto& item = place.item != nullptr ? *place.item : place.shown->group.items.front();
-  postWork([services = services(), url = item.url()](const std::stop_token&) {
+  postWork([services = services(),
+            url = item(place.copy.value_or(place.shown->copies.front())).url()](const std::stop_token&) {
     if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
   });
 }
@@ -326,51 +318,34 @@ void DuplicatesModel::openContainingFolder(int row) {
 // --- cleaning
 
 void DuplicatesModel::cleanSelected() {
-  if (m_selectedCount == 0 || m_isSearching || m_searchedRoots.empty()) return;
-  std::vector<DuplicateGroup> groups;
-  for (const auto& shown : m_groups) groups.push_back(shown.group);
-  const auto moved = std::make_shared<std::set<Uuid>>();
-  startRun(
-      m_selectedCount,
-      [sections = m_sections, groups = std::move(groups), roots = m_searchedRoots, moved](const RunProgress& progress,
-                                                                                          const std::stop_token& stop) {
-        const auto cleanup = sections.duplicateCleaner().clean(groups, Boundary(roots), progress, stop);
-        auto report = reportOf(cleanup.runId.value_or(Uuid()), cleanup.outcomes);
-        std::set<FileUrl> places;
-        for (const auto& outcome : cleanup.outcomes) {
-          if (outcome.result == MoveResult::moved) places.insert(outcome.source);
-        }
-        for (const auto& group : groups) {
-          for (const auto& item : group.items) {
-            if (places.contains(item.url())) moved->insert(item.id());
-          }
-        }
-        return report;
-      },
-      [this, moved](const RunReport&) { removeMoved(*moved); });
+  if (m_selection.count() == 0 || m_isSearching) return;
+  startRun(m_proposal.approve(m_selection), [this](const RunReport& report) { showMoved(movedRows(report)); });
 }
 
-void DuplicatesModel::removeMoved(const std::set<Uuid>& moved) {
+void DuplicatesModel::showMoved(std::vector<std::uint32_t> moved) {
   if (moved.empty()) return;
-  auto before = std::make_shared<std::vector<Shown>>(m_groups);
   beginResetModel();
-  for (auto& shown : m_groups) {
-    std::erase_if(shown.group.items, [&](const FileItem& item) { return moved.contains(item.id()); });
-  }
-  // What has no second copy is no duplicate any more.
-  std::erase_if(m_groups, [](const Shown& shown) { return shown.group.items.size() < 2; });
-  layOut();
+  for (const auto copy : moved) m_selection.setThere(copy, false);
+  gatherGroups();
   endResetModel();
   Q_EMIT selectionChanged();
-  setLookAfterUndo([this, before]() -> std::function<void()> {
-    return [this, before] {
-      beginResetModel();
-      m_groups = *before;
-      layOut();
-      endResetModel();
-      Q_EMIT selectionChanged();
-    };
+  setLookAfterUndo([this, proposal = m_proposal, moved = std::move(moved)]() -> std::function<void()> {
+    auto back = moved;
+    std::erase_if(back, [&](std::uint32_t copy) { return !itemExists(proposal.row(copy).item.url().path().c_str()); });
+    return [this, back] { showBack(back); };
   });
+}
+
+// Selected, as they were before.
+void DuplicatesModel::showBack(const std::vector<std::uint32_t>& back) {
+  beginResetModel();
+  for (const auto copy : back) {
+    m_selection.setThere(copy, true);
+    m_selection.set(copy, Selection::Whether::selected);
+  }
+  gatherGroups();
+  endResetModel();
+  Q_EMIT selectionChanged();
 }
 
 QString DuplicatesModel::movedText(std::int64_t count, std::int64_t bytes) const {
@@ -380,7 +355,7 @@ QString DuplicatesModel::movedText(std::int64_t count, std::int64_t bytes) const
 QString DuplicatesModel::failureText(const MoveOutcome& failure) const {
   if (failure.source.path().empty()) return RunModel::failureText(failure);
   return localizedText("duplicates.failed_item")
-      .arg(shownName(failure.source.lastPathComponent()), textFrom(failure.error));
+      .arg(shownName(failure.source.lastPathComponent()), failureReason(failure));
 }
 
 void DuplicatesModel::languageChanged() {

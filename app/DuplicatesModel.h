@@ -1,15 +1,15 @@
 #pragma once
 
 #include "app/RunModel.h"
-#include "app/SectionServices.h"
-#include "core/duplicates/DuplicateGroup.h"
+#include "core/duplicates/DuplicateKeepStrategy.h"
 #include "core/duplicates/DuplicateProgress.h"
+#include "core/tasks/Proposal.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QVariantList>
 
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <set>
 #include <stop_token>
 #include <string>
@@ -55,7 +55,7 @@ class DuplicatesModel : public orvane::RunModel {
   enum Kind { Header, Copy };
   Q_ENUM(Kind)
 
-  DuplicatesModel(WindowServices services, SectionServices sections, QObject* parent = nullptr);
+  explicit DuplicatesModel(WindowServices services, QObject* parent = nullptr);
   ~DuplicatesModel() override;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -73,9 +73,9 @@ class DuplicatesModel : public orvane::RunModel {
   // Files of the stage, done or not.
   [[nodiscard]] double stageFiles() const noexcept { return static_cast<double>(m_stageFiles); }
   [[nodiscard]] double bytesLeft() const noexcept { return static_cast<double>(m_progress.bytesLeft); }
-  [[nodiscard]] int groupCount() const noexcept { return static_cast<int>(m_groups.size()); }
-  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selectedCount); }
-  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selectedBytes); }
+  [[nodiscard]] int groupCount() const noexcept { return m_groupCount; }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
   // {path, name, included} of the granted folders.
   [[nodiscard]] QVariantList roots() const;
   // Why the last click on a copy changed nothing; empty when it did.
@@ -108,40 +108,42 @@ class DuplicatesModel : public orvane::RunModel {
 
  private:
   struct Shown {
-    DuplicateGroup group;
+    std::vector<std::uint32_t> copies;  // rows of the proposal that are there; no group where there are less than two
     bool isExpanded = true;
     int start = 0;  // its row
   };
   struct Place {
     const Shown* shown = nullptr;
-    const FileItem* item = nullptr;
+    std::optional<std::uint32_t> copy;
     std::size_t group = 0;
   };
 
   [[nodiscard]] Place placeOf(int row) const;
+  [[nodiscard]] const FileItem& item(std::uint32_t copy) const { return m_proposal.row(copy).item; }
   [[nodiscard]] QVariant groupData(const Shown& shown, int role) const;
-  [[nodiscard]] QVariant copyData(const FileItem& item, int role) const;
-  void setGroups(std::vector<DuplicateGroup> groups);
-  // Brings rows and sums up to date with the groups.
+  [[nodiscard]] QVariant copyData(std::uint32_t copy, int role) const;
+  void setProposal(Proposal proposal);
+  // Brings groups and rows up to date with what is there.
+  void gatherGroups();
   void layOut();
   void noteProgress(const DuplicateProgress& progress);
-  void removeMoved(const std::set<Uuid>& moved);
+  void showMoved(std::vector<std::uint32_t> moved);
+  void showBack(const std::vector<std::uint32_t>& back);
   void setRefusal(std::string_view key);
 
-  SectionServices m_sections;
   std::vector<FileUrl> m_roots;
   std::set<FileUrl> m_leftOut;
-  std::vector<FileUrl> m_searchedRoots;
   DuplicateKeepStrategy m_strategy = DuplicateKeepStrategy::keepOldest;
   bool m_isSearching = false;
   bool m_hasSearched = false;
   std::stop_source m_searchStop;
   DuplicateProgress m_progress;
   std::int64_t m_stageFiles = 0;
+  Proposal m_proposal;
+  Selection m_selection;
   std::vector<Shown> m_groups;
+  int m_groupCount = 0;
   int m_rows = 0;
-  std::int64_t m_selectedCount = 0;
-  std::int64_t m_selectedBytes = 0;
   std::string m_refusalKey;
   BackgroundQueue m_searchQueue;
 };

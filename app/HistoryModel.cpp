@@ -4,14 +4,12 @@
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
 #include "core/base/CaselessSearch.h"
-#include "core/base/FileStatus.h"
 #include "core/platform/Desktop.h"
-#include "core/safety/UndoJournal.h"
 
 #include <QDebug>
 
 #include <algorithm>
-#include <exception>
+#include <array>
 #include <utility>
 
 namespace orvane {
@@ -19,14 +17,8 @@ namespace {
 
 constexpr std::size_t mostWarnings = 300;
 
-constexpr std::string_view inTrashKey = "state.in_trash";
-constexpr std::string_view movedKey = "state.moved";
-
-std::string_view entryStateKey(const JournalEntry& entry) {
-  if (entry.action == JournalAction::restored) return "state.restored";
-  if (!itemExists(entry.trashedURL.path().c_str())) return "state.gone";
-  return entry.action == JournalAction::trashed ? inTrashKey : movedKey;
-}
+// In the order of ItemState.
+constexpr std::array<std::string_view, 4> stateKeys{"state.restored", "state.in_trash", "state.moved", "state.gone"};
 
 }  // namespace
 
@@ -50,7 +42,7 @@ int HistoryModel::runCount() const {
 
 // --- rows
 
-HistoryModel::View HistoryModel::viewOf(UndoJournal& journal, const JournalContents& contents, const Query& query,
+HistoryModel::View HistoryModel::viewOf(const TaskServices& services, const History& contents, const Query& query,
                                         const std::stop_token& stop) {
   View view;
   const CaselessSearch search(query.searchText);
@@ -60,7 +52,7 @@ HistoryModel::View HistoryModel::viewOf(UndoJournal& journal, const JournalConte
     const auto& id = run.summary.runId;
     ShownRun shown{.run = run, .isExpanded = query.unfolded.contains(id), .entries = {}, .start = view.rows};
     if (isSearching || shown.isExpanded) {
-      auto entries = journal.getEntries(id);
+      auto entries = recordedEntries(services, id);
       if (isSearching) {
         std::erase_if(entries, [&](const JournalEntry& entry) { return !search.isIn(entry.originalURL.path()); });
         if (entries.empty()) continue;
@@ -68,8 +60,8 @@ HistoryModel::View HistoryModel::viewOf(UndoJournal& journal, const JournalConte
       }
       if (shown.isExpanded) {
         for (auto& entry : entries) {
-          const auto stateKey = entryStateKey(entry);
-          shown.entries.push_back({std::move(entry), stateKey});
+          const auto state = itemState(entry);
+          shown.entries.push_back({std::move(entry), state});
         }
       }
     }
@@ -85,7 +77,7 @@ void HistoryModel::rebuild() {
   m_viewQueue.post(
       [this, contents = m_feed.contents(), query = m_query, stop = m_rebuildStop.get_token()](const std::stop_token&) {
         if (stop.stop_requested()) return;
-        auto view = std::make_shared<const View>(viewOf(m_services.journal(), contents, query, stop));
+        auto view = std::make_shared<const View>(viewOf(m_services.tasks, contents, query, stop));
         if (stop.stop_requested()) return;
         callOn(this, [this, view = std::move(view), stop] {
           if (!stop.stop_requested()) show(view);
@@ -153,15 +145,15 @@ QVariant HistoryModel::runData(const ShownRun& shown, int role) {
     case DateRole:
       return milliseconds(run.summary.timestamp);
     case TitleKeyRole:
-      return textFrom(run.kindKey);
+      return textFrom(kindKey(run));
     case CountRole:
       return static_cast<double>(run.summary.itemCount);
     case BytesRole:
       return static_cast<double>(run.summary.totalBytes);
     case StateKeyRole:
-      return textFrom(run.stateKey);
+      return textFrom(stateKey(run));
     case CanRestoreRole:
-      return !run.summary.isRestored && run.remaining > 0;
+      return run.canBeRestored();
     case ExpandedRole:
       return shown.isExpanded;
     case Qt::DisplayRole:
@@ -194,9 +186,9 @@ QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
       return static_cast<double>(entry.fileSize);
     case TitleKeyRole:
     case StateKeyRole:
-      return textFrom(shown.stateKey);
+      return textFrom(stateKeys.at(static_cast<std::size_t>(shown.state)));
     case CanRestoreRole:
-      return shown.stateKey == inTrashKey || shown.stateKey == movedKey;
+      return shown.state == ItemState::inTrash || shown.state == ItemState::moved;
     case ExpandedRole:
       return false;
     default:
@@ -235,21 +227,14 @@ void HistoryModel::restoreRun(int row) {
 
 void HistoryModel::restoreEntry(int row) {
   const auto [run, entry] = placeOf(row);
-  if (entry == nullptr) return;
-  startRestore([this, runId = run->run.summary.runId, entryId = entry->entry.id](const auto&, const auto&) {
-    return m_services.journal().restoreEntry(runId, entryId);
-  });
+  if (entry != nullptr) startRestore({run->run.summary.runId, {entry->entry.id}});
 }
 
 void HistoryModel::restore(const QString& runId) {
-  const auto id = Uuid::parse(runId.toStdString());
-  if (!id) return;
-  startRestore([this, id = *id](const UndoJournal::Progress& progress, const std::stop_token& stop) {
-    return m_services.journal().restoreRun(id, progress, stop);
-  });
+  if (const auto id = Uuid::parse(runId.toStdString())) startRestore({*id});
 }
 
-void HistoryModel::startRestore(Restore restore) {
+void HistoryModel::startRestore(RestoreWish wish) {
   if (m_isRestoring) return;
   m_isRestoring = true;
   m_restoreStop = {};
@@ -259,7 +244,7 @@ void HistoryModel::startRestore(Restore restore) {
   m_warnings.clear();
   Q_EMIT progressChanged();
   Q_EMIT workChanged();
-  m_workQueue.post([this, restore = std::move(restore), stop = m_restoreStop.get_token()](const std::stop_token&) {
+  m_workQueue.post([this, wish = std::move(wish), stop = m_restoreStop.get_token()](const std::stop_token&) {
     ProgressPace pace;
     const auto progress = [&](std::size_t done, std::size_t total) {
       if (!pace.isDue(done, total)) return;
@@ -269,13 +254,8 @@ void HistoryModel::startRestore(Restore restore) {
         Q_EMIT progressChanged();
       });
     };
-    RestoreResult result;
-    try {
-      result = restore(progress, stop);
-    } catch (const std::exception& error) {
-      result.warnings.emplace_back(error.what());
-    }
-    callOn(this, [this, result] { finishRestore(result.restoredCount, result.warnings); });
+    auto [count, warnings] = restoreNow(m_services.tasks, wish, progress, stop);
+    callOn(this, [this, count, warnings = std::move(warnings)] { finishRestore(count, warnings); });
   });
 }
 

@@ -4,14 +4,13 @@
 #include "app/JournalFeed.h"
 #include "app/WindowServices.h"
 #include "core/safety/JournalEntry.h"
-#include "core/safety/UndoJournal.h"
+#include "core/tasks/RestoreTask.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
 #include <QStringList>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -103,10 +102,10 @@ class HistoryModel : public QAbstractListModel {
  private:
   struct ShownEntry {
     JournalEntry entry;
-    std::string_view stateKey;
+    ItemState state;
   };
   struct ShownRun {
-    JournalRun run;
+    RecordedRun run;
     bool isExpanded = false;
     std::vector<ShownEntry> entries;  // when expanded
     int start = 0;                    // its row
@@ -125,16 +124,15 @@ class HistoryModel : public QAbstractListModel {
     const ShownEntry* entry = nullptr;
   };
 
-  [[nodiscard]] static View viewOf(UndoJournal& journal, const JournalContents& contents, const Query& query,
+  [[nodiscard]] static View viewOf(const TaskServices& services, const History& contents, const Query& query,
                                    const std::stop_token& stop);
   [[nodiscard]] Place placeOf(int row) const;
   [[nodiscard]] static QVariant runData(const ShownRun& run, int role);
   [[nodiscard]] QVariant entryData(const ShownEntry& entry, int role) const;
   void rebuild();
   void show(std::shared_ptr<const View> view);
-  using Restore = std::function<RestoreResult(const UndoJournal::Progress& progress, const std::stop_token& stop)>;
   // Has it carried out in the background.
-  void startRestore(Restore restore);
+  void startRestore(RestoreWish wish);
   void finishRestore(std::int64_t count, std::vector<std::string> warnings);
 
   WindowServices m_services;

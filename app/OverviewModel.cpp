@@ -108,11 +108,11 @@ QVariantList OverviewModel::recentRuns() const {
     result.append(QVariantMap{
         {"id", textFrom(run.summary.runId.toString())},
         {"date", milliseconds(run.summary.timestamp)},
-        {"kindKey", textFrom(run.kindKey)},
-        {"stateKey", textFrom(run.stateKey)},
+        {"kindKey", textFrom(kindKey(run))},
+        {"stateKey", textFrom(stateKey(run))},
         {"count", static_cast<double>(run.summary.itemCount)},
         {"bytes", static_cast<double>(run.summary.totalBytes)},
-        {"canUndo", !run.summary.isRestored && run.remaining > 0},
+        {"canUndo", run.canBeRestored()},
     });
   }
   return result;

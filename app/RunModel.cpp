@@ -4,8 +4,8 @@
 #include "app/ProgressPace.h"
 #include "app/Text.h"
 #include "core/base/ByteCount.h"
-#include "core/safety/UndoJournal.h"
 #include "core/tasks/CarryOut.h"
+#include "core/tasks/RestoreTask.h"
 
 #include <chrono>
 #include <exception>
@@ -124,16 +124,11 @@ void RunModel::undo() {
   begin(Work::restoring, m_report.moved());
   m_workQueue.post([this, run = *m_lastRun, look = m_lookAfterUndo, progress = progressFor(),
                     stop = m_stop.get_token()](const std::stop_token&) {
-    RestoreResult result;
-    try {
-      result = m_services.journal().restoreRun(run, progress, stop);
-    } catch (const std::exception& error) {
-      result.warnings.emplace_back(error.what());
-    }
+    const auto result = restoreNow(m_services.tasks, {run}, progress, stop);
     const auto after = look ? look() : std::function<void()>();
     callOn(this, [this, result, after, isComplete = !stop.stop_requested()] {
       if (after) after();
-      finishUndo(result.restoredCount, result.warnings, isComplete);
+      finishUndo(result.count, result.warnings, isComplete);
     });
   });
 }
@@ -188,13 +183,15 @@ QString RunModel::movedText(std::int64_t count, std::int64_t bytes) const {
 }
 
 QString RunModel::failureText(const MoveOutcome& failure) const {
-  const auto error = [&] {
-    if (failure.result == MoveResult::changed) return localizedText("cleanup.changed_since_scan");
-    if (failure.result == MoveResult::missing) return localizedText("cleanup.gone_since_scan");
-    return textFrom(failure.error);
-  }();
   const auto name = failure.source.lastPathComponent();
-  return name.empty() ? error : localizedText("cleanup.failed_item").arg(shownName(name), error);
+  const auto reason = failureReason(failure);
+  return name.empty() ? reason : localizedText("cleanup.failed_item").arg(shownName(name), reason);
+}
+
+QString RunModel::failureReason(const MoveOutcome& failure) {
+  if (failure.result == MoveResult::changed) return localizedText("cleanup.changed_since_scan");
+  if (failure.result == MoveResult::missing) return localizedText("cleanup.gone_since_scan");
+  return textFrom(failure.error);
 }
 
 QString RunModel::progressText() const {

@@ -91,6 +91,8 @@ class RunModel : public QAbstractListModel {
 
   [[nodiscard]] virtual QString movedText(std::int64_t count, std::int64_t bytes) const;
   [[nodiscard]] virtual QString failureText(const MoveOutcome& failure) const;
+  // Why an item was not moved.
+  [[nodiscard]] static QString failureReason(const MoveOutcome& failure);
 
  private:
   enum class Work : std::uint8_t { none, moving, restoring };

@@ -82,8 +82,8 @@ struct Window::Parts {
         history(services, feed),
         overview(services, {.state = state, .cleanup = cleanup, .history = history, .feed = feed}),
         tidy(tidyCollaborators),
-        duplicates(services, sections),
-        apps(services, sections),
+        duplicates(services),
+        apps(services),
         organize(services),
         rules(services),
         agent(services),
@@ -92,7 +92,6 @@ struct Window::Parts {
         tray(state, tidy) {}
 
   WindowServices services;
-  SectionServices sections = systemSectionServices();
   // As the desktop has it, before a language changed anything.
   const QFont systemFont = QGuiApplication::font();
   TableTranslator translator;

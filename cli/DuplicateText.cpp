@@ -3,20 +3,17 @@
 #include "cli/FileArguments.h"
 #include "cli/Session.h"
 #include "core/base/ByteCount.h"
-#include "core/base/CheckedArithmetic.h"
 #include "core/base/Json.h"
+#include "core/tasks/DuplicatesTask.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace orvane::cli {
 namespace {
-
-std::int64_t selectedCount(const DuplicateGroup& group) {
-  return std::count_if(group.items.begin(), group.items.end(), [](const FileItem& item) { return item.isSelected(); });
-}
 
 std::string counted(std::int64_t count, std::string_view one, std::string_view several) {
   return fmt::format("{} {}", formatCount(count), count == 1 ? one : several);
@@ -30,6 +27,13 @@ void printItems(Session& session, const DuplicateGroup& group, bool isSelected, 
   }
 }
 
+// Calls `visit(group)` for each as it is proposed, in order.
+template <typename Visit>
+void forEachGroup(const Proposal& proposal, Visit visit) {
+  const auto selection = proposal.selection();
+  for (const auto row : firstRowsOfGroups(proposal)) visit(duplicateGroupAt(proposal, row, selection));
+}
+
 std::string leftText(std::string_view what, const DuplicateProgress& progress) {
   return fmt::format("{}: {} ({}) left", what, counted(progress.filesLeft, "file", "files"),
                      formatByteCount(std::max<std::int64_t>(0, progress.bytesLeft)));
@@ -37,33 +41,34 @@ std::string leftText(std::string_view what, const DuplicateProgress& progress) {
 
 }  // namespace
 
-void printDuplicateGroups(Session& session, std::span<const DuplicateGroup> groups) {
-  for (const auto& group : groups) {
+void printDuplicateGroups(Session& session, const Proposal& proposal) {
+  std::int64_t groups = 0;
+  forEachGroup(proposal, [&](const DuplicateGroup& group) {
+    ++groups;
     session.out().line(fmt::format("{} of {} each; {} can be freed",
                                    counted(static_cast<std::int64_t>(group.items.size()), "copy", "copies"),
                                    formatByteCount(group.fileSize), formatByteCount(group.selectedWastedBytes())));
     printItems(session, group, false, "keep  ");
     printItems(session, group, true, "remove");
     session.out().line("");
-  }
-  const auto totals = totalsOf(groups);
-  if (totals.groups == 0) {
+  });
+  if (groups == 0) {
     session.out().line("No duplicates were found.");
     return;
   }
+  const auto total = proposal.approve().toTrash();
   session.out().line(fmt::format("{} of identical files; {} ({}) can go to the Trash.",
-                                 counted(totals.groups, "group", "groups"), counted(totals.selected, "copy", "copies"),
-                                 formatByteCount(totals.selectedBytes)));
+                                 counted(groups, "group", "groups"), counted(total.count, "copy", "copies"),
+                                 formatByteCount(total.bytes)));
 }
 
-void writeDuplicateGroups(Session& session, std::span<const DuplicateGroup> groups) {
+void writeDuplicateGroups(Session& session, const Proposal& proposal) {
   std::string_view separator = "[";
-  for (const auto& group : groups) {
-    session.out().write(separator);
+  forEachGroup(proposal, [&](const DuplicateGroup& group) {
+    session.out().write(std::exchange(separator, ","));
     session.out().write(jsonText(group.toJson()));
-    separator = ",";
-  }
-  session.out().line(groups.empty() ? "[]" : "]");
+  });
+  session.out().line(proposal.empty() ? "[]" : "]");
 }
 
 std::string duplicateProgressText(const DuplicateProgress& progress) {
@@ -76,16 +81,6 @@ std::string duplicateProgressText(const DuplicateProgress& progress) {
       return leftText("Comparing contents", progress);
   }
   return {};
-}
-
-DuplicateTotals totalsOf(std::span<const DuplicateGroup> groups) {
-  DuplicateTotals totals;
-  for (const auto& group : groups) {
-    ++totals.groups;
-    totals.selected += selectedCount(group);
-    totals.selectedBytes = checkedAdd(totals.selectedBytes, group.selectedWastedBytes());
-  }
-  return totals;
 }
 
 }  // namespace orvane::cli

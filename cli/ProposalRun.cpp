@@ -79,8 +79,7 @@ struct NoticeText {
     return fmt::format("rule '{}' is left out: {}", escapedForDisplay(refused.rule), refused.reason);
   }
   std::string operator()(const RowsLeftAside& aside) const {
-    return fmt::format("{} {} ({}) stay; --all-leftovers takes them too", formatCount(aside.rows.count),
-                       aside.rows.count == 1 ? "leftover" : "leftovers", formatByteCount(aside.rows.bytes));
+    return fmt::format("{} stay; --all-leftovers takes them too", leftoversText(aside.rows));
   }
   std::string operator()(const PlanRefused& refused) const {
     return fmt::format("the plan cannot be used: {}", escapedForDisplay(refused.fault));
@@ -105,8 +104,9 @@ std::string itemsText(const RowSum& rows) {
   return fmt::format("{} ({})", itemCount(rows.count), formatByteCount(rows.bytes));
 }
 
-void tellSynced(const Approval& approval) {
-  for (const auto& synced : syncedRows(approval)) Session::tell(escapedForDisplay(syncWarning(synced)));
+std::string leftoversText(const RowSum& rows) {
+  return fmt::format("{} {} ({})", formatCount(rows.count), rows.count == 1 ? "leftover" : "leftovers",
+                     formatByteCount(rows.bytes));
 }
 
 TaskMonitor scanMonitor(Session& session, ProgressLine& line) {
@@ -147,9 +147,15 @@ RunReport moveApproved(Session& session, const Approval& approval) {
 }
 
 ExitStatus tellFailures(const Proposal& proposal, const RunReport& report) {
+  return tellFailures(proposal, report, [](const FileUrl& place, const std::string& reason) {
+    Session::report(fmt::format("{}: {}", shownPath(place), escapedForDisplay(reason)));
+  });
+}
+
+ExitStatus tellFailures(const Proposal& proposal, const RunReport& report, const TellFailure& tell) {
   auto status = ExitStatus::done;
   forEachFailure(proposal, report, [&](const FileUrl& place, const std::string& reason) {
-    Session::report(fmt::format("{}: {}", shownPath(place), escapedForDisplay(reason)));
+    tell(place, reason);
     status = ExitStatus::failed;
   });
   if (report.left == 0) return status;

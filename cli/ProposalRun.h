@@ -49,6 +49,9 @@ void tellSynced(const Approval& approval);
 // Names what was not moved, with its reason, on standard error: locked rows that were refused, and rows that failed.
 // Says too that the run was interrupted, where it was.
 [[nodiscard]] ExitStatus tellFailures(const Proposal& proposal, const RunReport& report);
+// The same, each told by `tell`.
+using TellFailure = std::function<void(const FileUrl& place, const std::string& reason)>;
+[[nodiscard]] ExitStatus tellFailures(const Proposal& proposal, const RunReport& report, const TellFailure& tell);
 // tellFailures(), and the summary with the command that undoes the run.
 [[nodiscard]] ExitStatus printReport(Session& session, const Proposal& proposal, const RunReport& report);
 // {"runId", "itemsProcessed", "bytesReclaimed", "failures"}
@@ -89,5 +92,7 @@ void tellJournalNotices();
 [[nodiscard]] RowSum sumOf(const Approval& approval);
 // "12 items (3.4 GB)"
 [[nodiscard]] std::string itemsText(const RowSum& rows);
+// "2 leftovers (3 KB)"
+[[nodiscard]] std::string leftoversText(const RowSum& rows);
 
 }  // namespace orvane::cli

@@ -3,7 +3,6 @@
 #include "core/assistant/AgentCoordinator.h"
 #include "core/assistant/KeychainService.h"
 #include "core/base/HomeFolder.h"
-#include "core/duplicates/DuplicateCleaner.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
@@ -71,11 +70,6 @@ PlanExecutor& PlanExecutor::shared() {
 DuplicateFinderEngine& DuplicateFinderEngine::shared() {
   static DuplicateFinderEngine engine(PathValidator::shared(), systemFileStatusReader());
   return engine;
-}
-
-DuplicateCleaner& DuplicateCleaner::shared() {
-  static DuplicateCleaner cleaner(TrashMover::shared(), UndoJournal::shared());
-  return cleaner;
 }
 
 CategoryPreferencesStore& CategoryPreferencesStore::shared() {

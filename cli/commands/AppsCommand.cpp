@@ -1,7 +1,6 @@
 #include "cli/Arguments.h"
-#include "cli/Consent.h"
 #include "cli/FileArguments.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/Table.h"
 #include "cli/UsageError.h"
@@ -12,9 +11,8 @@
 #include "core/base/FileStatus.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/safety/TrashMover.h"
-#include "core/safety/UndoJournal.h"
-#include "core/uninstaller/AppUninstallerEngine.h"
+#include "core/tasks/TaskServices.h"
+#include "core/tasks/UninstallTask.h"
 
 #include <fmt/format.h>
 
@@ -33,29 +31,14 @@ bool looksLikePath(std::string_view text) {
   return text.find('/') != std::string_view::npos || text.ends_with(".app");
 }
 
-template <typename Matches>
-std::vector<InstalledApp> appsThat(const std::vector<InstalledApp>& apps, Matches matches) {
-  std::vector<InstalledApp> result;
-  for (const auto& app : apps) {
-    if (matches(app)) result.push_back(app);
-  }
-  return result;
-}
-
 // The application that a path, a bundle identifier or a unique name means.
-InstalledApp appMeantBy(const std::string& text) {
-  auto& engine = AppUninstallerEngine::shared();
+FileUrl appMeantBy(const std::string& text) {
   if (looksLikePath(text)) {
     const auto place = placeFromArgument(text);
-    if (itemExists(place.path().c_str())) return engine.appAt(place);
+    if (itemExists(place.path().c_str())) return place;
   }
-  const auto apps = engine.listInstalledApps();
-  auto found = appsThat(apps, [&](const InstalledApp& app) { return app.bundleIdentifier == text; });
-  if (found.empty()) {
-    const auto name = lowercased(text);
-    found = appsThat(apps, [&](const InstalledApp& app) { return lowercased(app.name) == name; });
-  }
-  if (found.size() == 1) return found.front();
+  const auto found = appsMeantBy(TaskServices::shared(), text);
+  if (found.size() == 1) return found.front().url;
   if (found.empty()) {
     throw std::runtime_error(
         fmt::format("there is no application '{}'; 'orvanectl apps list' shows them", escapedForDisplay(text)));
@@ -67,9 +50,9 @@ InstalledApp appMeantBy(const std::string& text) {
 }
 
 ExitStatus runList(Session& session, const Arguments& arguments) {
-  std::optional<std::vector<FileUrl>> directories;
-  if (auto named = placesFromArguments(arguments.values("--directory")); !named.empty()) directories = std::move(named);
-  const auto apps = AppUninstallerEngine::shared().listInstalledApps(directories);
+  const auto& services = TaskServices::shared();
+  auto apps = installedApps(services, placesFromArguments(arguments.values("--directory")));
+  static_cast<void>(measureApps(services, apps));
   if (session.isJson()) {
     Json json = Json::array();
     for (const auto& app : apps) json.push_back(app.toJson());
@@ -94,73 +77,44 @@ ExitStatus runList(Session& session, const Arguments& arguments) {
   return ExitStatus::done;
 }
 
-std::int64_t leftoverBytes(const AppUninstallBundle& bundle) {
-  std::int64_t bytes = 0;
-  for (const auto& item : bundle.leftovers) bytes = checkedAdd(bytes, item.fileSize());
-  return bytes;
-}
-
-std::string leftoverSummary(const AppUninstallBundle& bundle) {
-  const auto count = bundle.leftovers.size();
-  return fmt::format("{} {} ({})", formatCount(static_cast<std::int64_t>(count)), count == 1 ? "leftover" : "leftovers",
-                     formatByteCount(leftoverBytes(bundle)));
-}
-
-void printBundle(Session& session, const AppUninstallBundle& bundle) {
-  Table table({{"Size", Alignment::right}, {"What"}, {"Item"}});
-  table.addRow({{bundle.app.formattedSize()}, {"application"}, {shownPath(bundle.app.url)}});
-  for (const auto& item : bundle.leftovers) {
-    table.addRow(
-        {{item.formattedSize()}, {item.isSelected() ? "leftover" : "leftover, stays"}, {shownPath(item.url())}});
-  }
-  table.print(session);
-}
-
 ExitStatus runLeftovers(Session& session, const Arguments& arguments) {
-  const auto bundle = AppUninstallerEngine::shared().findLeftovers(appMeantBy(arguments.plain().front()));
+  const auto bundle = bundleAt(TaskServices::shared(), appMeantBy(arguments.plain().front()));
   if (session.isJson()) {
     session.out().line(jsonText(bundle.toJson()));
     return ExitStatus::done;
   }
+  RowSum leftovers;
   Table table({{"Size", Alignment::right}, {"Item"}});
   table.addRow({{bundle.app.formattedSize()}, {shownPath(bundle.app.url)}});
-  for (const auto& item : bundle.leftovers) table.addRow({{item.formattedSize()}, {shownPath(item.url())}});
+  for (const auto& item : bundle.leftovers) {
+    leftovers.add(item.fileSize());
+    table.addRow({{item.formattedSize()}, {shownPath(item.url())}});
+  }
   table.print(session);
   session.out().line(fmt::format("{}: {} and {}.{}", escapedForDisplay(bundle.app.name), bundle.app.formattedSize(),
-                                 leftoverSummary(bundle),
+                                 leftoversText(leftovers),
                                  bundle.app.isSystemProtected ? " Part of the system: it cannot be uninstalled." : ""));
   return ExitStatus::done;
 }
 
-ExitStatus runUninstall(Session& session, const Arguments& arguments) {
-  requireConsentPossible(arguments);
-  auto& engine = AppUninstallerEngine::shared();
-  const auto app = appMeantBy(arguments.plain().front());
-  engine.requireUninstallable(app);
-  auto bundle = engine.findLeftovers(app);
-  const bool takesLeftovers = arguments.has("--all-leftovers");
-  for (auto& item : bundle.leftovers) item.setSelected(takesLeftovers);
+void printProposal(Session& session, const Proposal& proposal) {
+  Table table({{"Size", Alignment::right}, {"What"}, {"Item"}});
+  proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+    const auto* const kept = row.choice == Choice::selected ? "leftover" : "leftover, stays";
+    table.addRow({{row.item.formattedSize()}, {index == 0 ? "application" : kept}, {shownPath(row.item.url())}});
+  });
+  table.print(session);
+}
 
-  const auto count = takesLeftovers ? bundle.leftovers.size() + 1 : 1;
-  const auto bytes = takesLeftovers ? checkedAdd(app.appSize, leftoverBytes(bundle)) : app.appSize;
-  if (!arguments.has("--yes") && !session.isJson()) printBundle(session, bundle);
-  if (!takesLeftovers && !bundle.leftovers.empty()) {
-    Session::report(fmt::format("{} stay; --all-leftovers takes them too", leftoverSummary(bundle)));
-  }
-  switch (askConsent(session, arguments, trashQuestion(static_cast<std::int64_t>(count), bytes))) {
-    case Answer::interrupted:
-      return ExitStatus::interrupted;
-    case Answer::no:
-      return RunReport{}.print(session);
-    case Answer::yes:
-      break;
-  }
-  reportJournalNotices();
-  const auto carryOut = [&](const CleanupRun::Progress& progress, const std::stop_token& stop) -> CarriedOut {
-    auto result = engine.uninstall(bundle, TrashMover::shared(), UndoJournal::shared(), std::nullopt, progress, stop);
-    return {result.runId, std::move(result.outcomes)};
-  };
-  return reportRun(session, carryOut).print(session);
+ExitStatus runUninstall(Session& session, const Arguments& arguments) {
+  const bool isToSave = arguments.has("--save");
+  if (!isToSave) requireConsentPossible(arguments);
+  const auto leftovers = arguments.has("--all-leftovers") ? Leftovers::take : Leftovers::leave;
+  const auto proposal = proposeUninstall(TaskServices::shared(), {appMeantBy(arguments.plain().front()), leftovers});
+  if (isToSave) return saveProposal(session, arguments, proposal.approve());
+  if (!arguments.has("--yes") && !session.isJson()) printProposal(session, proposal);
+  tellNotices(proposal.notices());
+  return askAndMove(session, arguments, proposal.approve());
 }
 
 constexpr std::array listOptions{
@@ -172,6 +126,7 @@ constexpr std::array listOptions{
 };
 constexpr std::array uninstallOptions{
     OptionSpec{.name = "--all-leftovers", .valueName = "", .help = "Take everything that 'apps leftovers' shows too."},
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 constexpr ArgumentSpec appArgument{

@@ -1,18 +1,15 @@
 #include "cli/Arguments.h"
-#include "cli/CleanSelection.h"
-#include "cli/Consent.h"
 #include "cli/DuplicateText.h"
 #include "cli/FileArguments.h"
 #include "cli/Folders.h"
 #include "cli/ProgressLine.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
-#include "core/base/ByteCount.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/duplicates/DuplicateCleaner.h"
-#include "core/duplicates/DuplicateFinderEngine.h"
+#include "core/tasks/DuplicatesTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
@@ -30,6 +27,7 @@ constexpr std::array options{
                .kind = ValueKind::choice,
                .choices = strategyNames},
     OptionSpec{.name = "--clean", .valueName = "", .help = "Move the copies that do not stay to the Trash."},
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -38,106 +36,71 @@ DuplicateKeepStrategy strategyFrom(const Arguments& arguments) {
                                                        : DuplicateKeepStrategy::keepOldest;
 }
 
-std::vector<DuplicateGroup> find(Session& session, const Arguments& arguments, const std::vector<FileUrl>& folders) {
+std::optional<Proposal> find(Session& session, const Arguments& arguments, const std::vector<FileUrl>& folders) {
   ProgressLine line(session);
-  return DuplicateFinderEngine::shared().findDuplicates(
-      folders, strategyFrom(arguments), session.stop(),
-      [&](const DuplicateProgress& progress) { line.update([&] { return duplicateProgressText(progress); }); });
+  TaskMonitor monitor{.stop = session.stop()};
+  monitor.comparing = [&](const DuplicateProgress& progress) {
+    line.update([&] { return duplicateProgressText(progress); });
+  };
+  return proposeDuplicates(TaskServices::shared(), {folders, strategyFrom(arguments)}, monitor);
 }
 
-void tellCloudWarnings(std::span<const DuplicateGroup> groups) {
-  std::vector<MoveRequest> requests;
-  for (const auto& group : groups) {
-    for (const auto& item : group.items) {
-      if (item.isSelected()) requests.emplace_back().source = item.url();
-    }
-  }
-  for (const auto& warning : cloudWarnings(requests)) Session::tell(escapedForDisplay(warning));
-}
-
-RunReport reportOf(const DuplicateCleanup& cleanup) {
-  RunReport report;
-  report.itemsProcessed = cleanup.filesMoved;
-  report.bytesReclaimed = cleanup.bytesFreed;
-  if (cleanup.filesMoved > 0) report.runId = cleanup.runId;
-  for (const auto& outcome : cleanup.outcomes) {
-    if (outcome.result == MoveResult::cancelled) {
-      report.isInterrupted = true;
-    } else if (outcome.result != MoveResult::moved) {
-      report.failures.push_back({outcome.source, outcome.error});
-      Session::tell(escapedForDisplay(DuplicateCleanup::failureLine(outcome)));
-    }
-  }
-  return report;
-}
-
-ExitStatus printCleanup(Session& session, const DuplicateCleanup& cleanup) {
-  const auto report = reportOf(cleanup);
+ExitStatus printCleanup(Session& session, const Proposal& proposal, const RunReport& report) {
+  const auto status = tellFailures(proposal, report, [](const FileUrl& copy, const std::string& reason) {
+    Session::tell(escapedForDisplay(duplicateFailureLine(copy, reason)));
+  });
   if (session.isJson()) {
-    session.out().line(jsonText(report.toJson()));
-  } else {
-    session.out().line(DuplicateCleanup::title);
-    session.out().line(cleanup.closingText());
-    if (report.runId) {
-      session.out().line("The space is free once the Trash is emptied.");
-      session.out().line(fmt::format("To bring everything back: orvanectl restore {}", report.runId->toString()));
-    }
+    session.out().line(jsonText(reportJson(proposal, report)));
+    return status;
   }
-  return report.exitStatus();
+  session.out().line(duplicateCleanupTitle);
+  session.out().line(duplicateCleanupText(report));
+  if (report.runId) {
+    session.out().line("The space is free once the Trash is emptied.");
+    session.out().line(fmt::format("To bring everything back: orvanectl restore {}", report.runId->toString()));
+  }
+  return status;
 }
 
-ExitStatus cleanUp(Session& session, const Arguments& arguments, const std::vector<FileUrl>& folders,
-                   std::span<const DuplicateGroup> groups) {
-  const auto totals = totalsOf(groups);
-  if (totals.selected == 0) {
-    if (session.isJson()) return printCleanup(session, {});
-    printDuplicateGroups(session, groups);
-    return ExitStatus::done;
-  }
-  if (!arguments.has("--yes") && !session.isJson()) printDuplicateGroups(session, groups);
-  tellCloudWarnings(groups);
-  switch (askConsent(session, arguments, trashQuestion(totals.selected, totals.selectedBytes))) {
+ExitStatus cleanUp(Session& session, const Arguments& arguments, const Proposal& proposal) {
+  const auto approval = proposal.approve();
+  if (!session.isJson() && (approval.empty() || !arguments.has("--yes"))) printDuplicateGroups(session, proposal);
+  if (approval.empty()) return session.isJson() ? printCleanup(session, proposal, {}) : ExitStatus::done;
+  switch (askToMove(session, arguments, approval)) {
     case Answer::interrupted:
       return ExitStatus::interrupted;
     case Answer::no:
-      return RunReport{}.print(session);
+      return printReport(session, proposal, {});
     case Answer::yes:
       break;
   }
-  reportJournalNotices();
-  DuplicateCleanup cleanup;
-  {
-    ProgressLine line(session);
-    cleanup = DuplicateCleaner::shared().clean(
-        groups, Boundary(folders),
-        [&](std::size_t done, std::size_t total) { line.update([&] { return movingText(done, total); }); },
-        session.stop());
-  }
-  reportJournalNotices();
-  return printCleanup(session, cleanup);
+  return printCleanup(session, proposal, moveApproved(session, approval));
 }
 
-ExitStatus show(Session& session, std::span<const DuplicateGroup> groups) {
+ExitStatus show(Session& session, const Proposal& proposal) {
   if (session.isJson()) {
-    writeDuplicateGroups(session, groups);
+    writeDuplicateGroups(session, proposal);
   } else {
-    printDuplicateGroups(session, groups);
+    printDuplicateGroups(session, proposal);
   }
   return ExitStatus::done;
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
-  const bool cleans = arguments.has("--clean");
+  const bool isToSave = arguments.has("--save");
+  const bool cleans = arguments.has("--clean") && !isToSave;
   if (cleans) requireConsentPossible(arguments);
   const auto chosen = chosenFolders(arguments.plain());
-  // Without a folder there would be no boundary either.
   if (chosen.folders.empty()) return ExitStatus::failed;
-  const auto groups = find(session, arguments, chosen.folders);
-  if (session.stop().stop_requested()) {
-    Session::report("interrupted; nothing was changed");
-    return ExitStatus::interrupted;
+  const auto proposal = find(session, arguments, chosen.folders);
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
+  auto status = ExitStatus::done;
+  if (isToSave) {
+    status = saveProposal(session, arguments, proposal->approve());
+  } else {
+    status = cleans ? cleanUp(session, arguments, *proposal) : show(session, *proposal);
   }
-  const auto status = cleans ? cleanUp(session, arguments, chosen.folders, groups) : show(session, groups);
   return status == ExitStatus::done && chosen.someAreUnusable ? ExitStatus::failed : status;
 }
 

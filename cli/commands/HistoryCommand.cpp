@@ -1,7 +1,7 @@
 #include "cli/Arguments.h"
 #include "cli/FileArguments.h"
+#include "cli/ProposalRun.h"
 #include "cli/RunReference.h"
-#include "cli/RunReport.h"
 #include "cli/Session.h"
 #include "cli/Table.h"
 #include "cli/commands/Commands.h"
@@ -9,7 +9,8 @@
 #include "core/base/CheckedArithmetic.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/safety/UndoJournal.h"
+#include "core/tasks/History.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
@@ -24,7 +25,7 @@ void printJson(Session& session, const Records& records) {
 }
 
 std::string stateOf(const CleanupRunSummary& run) {
-  const auto remaining = UndoJournal::shared().remainingCount(run.runId);
+  const auto remaining = remainingCount(TaskServices::shared(), run.runId);
   if (remaining == 0) return "restored";
   return run.isRestored ? fmt::format("{} can still be restored", formatCount(remaining)) : "can be restored";
 }
@@ -48,14 +49,14 @@ void printRuns(Session& session, const std::vector<CleanupRunSummary>& runs) {
 }
 
 ExitStatus runHistory(Session& session, const Arguments&) {
-  const auto runs = UndoJournal::shared().getRuns();
-  reportJournalNotices();
+  const auto runs = recordedRuns(TaskServices::shared());
+  tellJournalNotices();
   if (session.isJson()) {
     printJson(session, runs);
   } else {
     printRuns(session, runs);
   }
-  return UndoJournal::shared().isReadable() ? ExitStatus::done : ExitStatus::failed;
+  return isHistoryReadable(TaskServices::shared()) ? ExitStatus::done : ExitStatus::failed;
 }
 
 void printEntries(Session& session, const CleanupRunSummary& run, const std::vector<JournalEntry>& entries) {
@@ -72,10 +73,10 @@ void printEntries(Session& session, const CleanupRunSummary& run, const std::vec
 }
 
 ExitStatus runShow(Session& session, const Arguments& arguments) {
-  const auto runs = UndoJournal::shared().getRuns();
-  reportJournalNotices();
+  const auto runs = recordedRuns(TaskServices::shared());
+  tellJournalNotices();
   const auto& run = runMeantBy(arguments.plain().front(), runs);
-  const auto entries = UndoJournal::shared().getEntries(run.runId);
+  const auto entries = recordedEntries(TaskServices::shared(), run.runId);
   if (session.isJson()) {
     printJson(session, entries);
   } else {

@@ -1,15 +1,16 @@
 #include "cli/Arguments.h"
-#include "cli/Consent.h"
 #include "cli/ProgressLine.h"
+#include "cli/ProposalRun.h"
 #include "cli/RunReference.h"
-#include "cli/RunReport.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
 #include "core/base/ByteCount.h"
 #include "core/base/Json.h"
 #include "core/base/UnicodeText.h"
-#include "core/safety/UndoJournal.h"
+#include "core/tasks/History.h"
+#include "core/tasks/RestoreTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
@@ -27,36 +28,34 @@ constexpr std::array options{
 
 const CleanupRunSummary& newestToRestore(const std::vector<CleanupRunSummary>& runs) {
   const auto found = std::find_if(runs.begin(), runs.end(),
-                                  [](const auto& run) { return UndoJournal::shared().remainingCount(run.runId) > 0; });
+                                  [](const auto& run) { return remainingCount(TaskServices::shared(), run.runId) > 0; });
   if (found == runs.end()) throw std::runtime_error("there is no run left to restore");
   return *found;
 }
 
-RestoreResult restore(Session& session, const Uuid& runId) {
+RunReport restore(Session& session, const Approval& approval) {
   ProgressLine line(session);
-  return UndoJournal::shared().restoreRun(
-      runId,
-      [&](std::size_t done, std::size_t total) {
-        line.update([&] {
-          return fmt::format("Bringing back: {} of {}", formatCount(static_cast<std::int64_t>(done)),
-                             itemCount(static_cast<std::int64_t>(total)));
-        });
-      },
-      session.stop());
+  const auto progress = [&](std::size_t done, std::size_t total) {
+    line.update([&] {
+      return fmt::format("Bringing back: {} of {}", formatCount(static_cast<std::int64_t>(done)),
+                         itemCount(static_cast<std::int64_t>(total)));
+    });
+  };
+  return carryOut(TaskServices::shared(), approval, progress, session.stop());
 }
 
-ExitStatus print(Session& session, const RestoreResult& result) {
-  for (const auto& warning : result.warnings) Session::report(escapedForDisplay(warning));
+ExitStatus print(Session& session, const RunReport& report, const std::vector<std::string>& warnings) {
+  for (const auto& warning : warnings) Session::report(escapedForDisplay(warning));
   if (session.isJson()) {
     Json json = Json::object();
-    json["restoredCount"] = result.restoredCount;
-    json["warnings"] = result.warnings;
+    json["restoredCount"] = report.moved();
+    json["warnings"] = warnings;
     session.out().line(jsonText(json));
   } else {
-    session.out().line(result.restoredCount == 0 ? "Nothing was brought back."
-                                                 : fmt::format("Brought back {}.", itemCount(result.restoredCount)));
+    session.out().line(report.moved() == 0 ? "Nothing was brought back."
+                                           : fmt::format("Brought back {}.", itemCount(report.moved())));
   }
-  return result.warnings.empty() ? ExitStatus::done : ExitStatus::failed;
+  return warnings.empty() ? ExitStatus::done : ExitStatus::failed;
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
@@ -64,30 +63,35 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   if (wantsLast != arguments.plain().empty()) throw UsageError("name one RUN, or --last");
   requireConsentPossible(arguments);
   const auto stop = session.stop();
-  const auto runs = UndoJournal::shared().getRuns();
-  reportJournalNotices();
+  const auto runs = recordedRuns(TaskServices::shared());
+  tellJournalNotices();
   const auto& meant = wantsLast ? newestToRestore(runs) : runMeantBy(arguments.plain().front(), runs);
-  const auto remaining = UndoJournal::shared().remainingCount(meant.runId);
-  if (remaining == 0) {
-    if (session.isJson()) return print(session, {});
+  if (remainingCount(TaskServices::shared(), meant.runId) == 0) {
+    if (session.isJson()) return print(session, RunReport(), {});
     session.out().line("Nothing of this run is left to bring back.");
     return ExitStatus::done;
   }
-  const auto question = remaining == meant.itemCount
-                            ? fmt::format("Bring back the {} ({}) of {}?", itemCount(meant.itemCount),
-                                          formatByteCount(meant.totalBytes), meant.formattedDate())
-                            : fmt::format("Bring back the {} left of {}?", itemCount(remaining), meant.formattedDate());
-  switch (askConsent(session, arguments, question)) {
-    case Answer::interrupted:
-      return ExitStatus::interrupted;
-    case Answer::no:
-      return print(session, {});
-    case Answer::yes:
-      break;
+  const auto proposal = proposeRestore(TaskServices::shared(), {meant.runId});
+  const auto approval = proposal.approve();
+  RunReport report;
+  if (!approval.empty()) {
+    const auto count = approval.toFolders().count;
+    const auto question =
+        count == meant.itemCount
+            ? fmt::format("Bring back the {} of {}?", itemsText(approval.toFolders()), meant.formattedDate())
+            : fmt::format("Bring back the {} left of {}?", itemCount(count), meant.formattedDate());
+    switch (askConsent(session, arguments, question)) {
+      case Answer::interrupted:
+        return ExitStatus::interrupted;
+      case Answer::no:
+        return print(session, {}, {});
+      case Answer::yes:
+        break;
+    }
+    report = restore(session, approval);
   }
-  const auto result = restore(session, meant.runId);
-  reportJournalNotices();
-  const auto status = print(session, result);
+  tellJournalNotices();
+  const auto status = print(session, report, restoreWarnings(proposal, report));
   if (stop.stop_requested()) {
     Session::report("interrupted; restore the run again to bring back the rest");
     return ExitStatus::interrupted;

@@ -1,14 +1,14 @@
 #include "cli/Arguments.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/Table.h"
 #include "cli/commands/Commands.h"
-#include "core/base/CheckedArithmetic.h"
 #include "core/base/HomeFolder.h"
 #include "core/base/Json.h"
 #include "core/platform/Volume.h"
-#include "core/safety/UndoJournal.h"
 #include "core/scanning/StorageSummary.h"
+#include "core/tasks/History.h"
+#include "core/tasks/TaskServices.h"
 #include "platform/SystemServices.h"
 
 #include <fmt/format.h>
@@ -18,17 +18,6 @@
 namespace orvane::cli {
 namespace {
 
-// What was moved to the Trash and has not been brought back; moves to other folders reclaim nothing.
-std::int64_t lifetimeReclaimed(UndoJournal& journal) {
-  std::int64_t bytes = 0;
-  for (const auto& run : journal.getRuns()) {
-    for (const auto& entry : journal.getEntries(run.runId)) {
-      if (entry.action == JournalAction::trashed) bytes = checkedAdd(bytes, entry.fileSize);
-    }
-  }
-  return bytes;
-}
-
 ExitStatus run(Session& session, const Arguments&) {
   const FileUrl home(homeFolder());
   const auto disk = systemVolume().capacity(home);
@@ -37,8 +26,8 @@ ExitStatus run(Session& session, const Arguments&) {
   summary.totalDiskBytes = disk->totalBytes;
   summary.freeDiskBytes = disk->availableBytes;
   summary.usedDiskBytes = disk->totalBytes - disk->availableBytes;
-  summary.lifetimeReclaimedBytes = lifetimeReclaimed(UndoJournal::shared());
-  reportJournalNotices();
+  summary.lifetimeReclaimedBytes = readHistory(TaskServices::shared()).lifetimeReclaimedBytes;
+  tellJournalNotices();
   if (session.isJson()) {
     session.out().line(jsonText(summary.toJson()));
     return ExitStatus::done;

@@ -11,6 +11,7 @@
 #include "core/scanning/FolderPlace.h"
 #include "core/scanning/WorkStack.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <memory>
@@ -23,13 +24,6 @@ namespace {
 
 constexpr std::array<std::string_view, 2> skippedRootFragments{"Library/Caches", "Library/Developer"};
 constexpr std::string_view photoLibraryEnding = ".photoslibrary";
-
-bool isSkippedRoot(std::string_view path) noexcept {
-  for (const auto fragment : skippedRootFragments) {
-    if (path.find(fragment) != std::string_view::npos) return true;
-  }
-  return path.empty();
-}
 
 struct Walk {
   FoundFiles& found;
@@ -97,6 +91,13 @@ class ListFolder : public WorkStack::Task {
 
 }  // namespace
 
+bool isSearchable(const FileUrl& folder) noexcept {
+  const auto& path = folder.path();
+  return !path.empty() &&
+         std::none_of(skippedRootFragments.begin(), skippedRootFragments.end(),
+                      [&](std::string_view fragment) { return path.find(fragment) != std::string::npos; });
+}
+
 void listCandidates(FoundFiles& found, const std::vector<FileUrl>& folders, const PathValidator& validator,
                     const FileStatusReader& statusReader, SearchMonitor& monitor) {
   Walk walk{found, validator, statusReader, monitor, PathValidator::canonicalizeRoots(folders), {}};
@@ -104,7 +105,7 @@ void listCandidates(FoundFiles& found, const std::vector<FileUrl>& folders, cons
   WorkStack::Tasks tasks;
   std::vector<FoundFolder*> starts;
   for (std::size_t i = 0; i < folders.size(); ++i) {
-    if (isSkippedRoot(folders[i].path())) continue;
+    if (!isSearchable(folders[i])) continue;
     auto& folder = found.addFolder(nullptr, folders[i].path());
     starts.push_back(&folder);
     tasks.push_back(

@@ -23,10 +23,6 @@ std::string nameOf(const JournalEntry& entry) {
   return std::string(entry.originalURL.lastPathComponent());
 }
 
-std::string goneWarning(const JournalEntry& entry) {
-  return "Item was emptied from Trash or moved: " + nameOf(entry);
-}
-
 std::string failureWarning(const JournalEntry& entry, const std::string& reason) {
   return "Failed to restore " + nameOf(entry) + ": " + reason;
 }
@@ -48,9 +44,17 @@ struct RunRestore::Attempt {
   std::string warning;
 };
 
+std::string RunRestore::goneWarning(std::string_view name) {
+  return "Item was emptied from Trash or moved: " + std::string(name);
+}
+
 RunRestore::RunRestore(Trash& trash, FileMover& mover, const PathValidator& validator,
-                       std::span<const JournalEntry> entries, Records records)
-    : m_trash(trash), m_mover(mover), m_validator(validator), m_records(std::move(records)) {
+                       std::span<const JournalEntry> entries, Records records, Expected expected)
+    : m_trash(trash),
+      m_mover(mover),
+      m_validator(validator),
+      m_records(std::move(records)),
+      m_expected(std::move(expected)) {
   std::unordered_set<FileUrl> copied;
   for (const auto& entry : entries) {
     if (entry.action == JournalAction::moved) copied.insert(entry.originalURL);
@@ -88,7 +92,7 @@ RunRestore::Attempt RunRestore::plan(const JournalEntry& entry, std::vector<File
       if (original->second.isBack) return isThere(entry) ? planSettingAside(entry) : Attempt{};
       if (canStillCome(original->second)) return {};
     }
-    if (!isThere(entry)) return {nullptr, {}, {}, goneWarning(entry)};
+    if (!isThere(entry)) return {nullptr, {}, {}, goneWarning(nameOf(entry))};
     return planReturn(entry, promised);
   } catch (const std::runtime_error& error) {
     return {nullptr, {}, {}, failureWarning(entry, error.what())};
@@ -136,7 +140,14 @@ RunRestore::Attempt RunRestore::planReturn(const JournalEntry& entry, std::vecto
                                                      : m_mover.planMove(place, std::string(parentPath(place.path())),
                                                                         [&](const FileStatus&) { return destination; });
   promised.push_back(destination);
+  requireExpected(entry, *move);
   return {std::move(move), restoredState(entry), {}, {}};
+}
+
+void RunRestore::requireExpected(const JournalEntry& entry, const PendingMove& move) const {
+  const auto expected = m_expected.find(entry.id);
+  if (expected == m_expected.end() || expected->second.isStill(move.identity())) return;
+  throw std::runtime_error("'" + entry.trashedURL.path() + "' has changed since it was looked at.");
 }
 
 // Under a run of its own.
@@ -177,8 +188,11 @@ bool RunRestore::carryOut(std::span<const JournalEntry> entries, RunLog& log, st
       warnings[positions[i]] = failureWarning(entry, items[i].error);
     }
   }
-  std::copy_if(std::make_move_iterator(warnings.begin()), std::make_move_iterator(warnings.end()),
-               std::back_inserter(m_result.warnings), [](const std::string& text) { return !text.empty(); });
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (warnings[i].empty()) continue;
+    m_result.warnings.push_back(std::move(warnings[i]));
+    m_result.failed.push_back(entries[i].id);
+  }
   return durable;
 }
 
@@ -189,6 +203,7 @@ void RunRestore::noteMoved(const JournalEntry& entry, BatchItem& item) {
     m_restored.push_back(*std::move(item.settles));
     return;
   }
+  m_result.places.emplace(entry.id, item.move->destination());
   ++m_result.restoredCount;
   if (const auto original = m_originals.find(entry.originalURL); original != m_originals.end()) {
     original->second.isBack = original->second.isBack || entry.action == JournalAction::trashed;
@@ -202,7 +217,9 @@ std::vector<JournalEntry> RunRestore::takeRestored() {
 RestoreResult RunRestore::failAll(std::span<const JournalEntry> entries, const std::string& reason) const {
   RestoreResult result;
   for (const auto& entry : entries) {
-    if (entry.action != JournalAction::restored) result.warnings.push_back(failureWarning(entry, reason));
+    if (entry.action == JournalAction::restored) continue;
+    result.warnings.push_back(failureWarning(entry, reason));
+    result.failed.push_back(entry.id);
   }
   return result;
 }

@@ -1,13 +1,16 @@
 #pragma once
 
+#include "core/base/FileStatus.h"
 #include "core/safety/ItemRecords.h"
 #include "core/safety/JournalEntry.h"
 #include "core/safety/MoveBatch.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -18,18 +21,32 @@ class PathValidator;
 class RunLog;
 class Trash;
 
+// One entry that is to come back.
+struct RestoreRequest {
+  Uuid entry;
+  // Of the item that was approved, which alone may come back; absent where any may.
+  std::optional<ItemIdentity> expectedIdentity;
+};
+
 struct RestoreResult {
   std::int64_t restoredCount = 0;
-  std::vector<std::string> warnings;  // one for each item that did not come back
+  std::vector<std::string> warnings;         // one for each item that did not come back
+  std::vector<Uuid> failed;                  // the entries of the warnings
+  std::unordered_map<Uuid, FileUrl> places;  // where the others are now; those that were not tried are missing
 };
 
 // Brings the items of one run back, group by group.
 class RunRestore {
  public:
   using Records = std::unordered_map<Uuid, ItemRecord>;
-  // `entries` is the whole run; `records` tells of those of its entries that have one.
+  using Expected = std::unordered_map<Uuid, ItemIdentity>;
+  // `entries` is the whole run; `records` tells of those of its entries that have one; `expected` has the items of
+  // entries for which no other item may come back.
   RunRestore(Trash& trash, FileMover& mover, const PathValidator& validator, std::span<const JournalEntry> entries,
-             Records records);
+             Records records, Expected expected = {});
+
+  // The warning of an item that is nowhere to be found.
+  [[nodiscard]] static std::string goneWarning(std::string_view name);
 
   // Whether the entry tells of a copy on another volume whose original went to the Trash. Such entries are restored in
   // a group after that of their originals: a copy is set aside only when its original is back.
@@ -58,12 +75,14 @@ class RunRestore {
   [[nodiscard]] bool canStillCome(const Original& original) const;
   void requireAllowed(const FileUrl& place) const;
   [[nodiscard]] bool isThere(const JournalEntry& entry) const;
+  void requireExpected(const JournalEntry& entry, const PendingMove& move) const;
   void noteMoved(const JournalEntry& entry, BatchItem& item);
 
   Trash& m_trash;
   FileMover& m_mover;
   const PathValidator& m_validator;
   Records m_records;
+  Expected m_expected;
   // By where they came from.
   std::unordered_map<FileUrl, Original> m_originals;
   // Run of the copies that are set aside when their originals come back.

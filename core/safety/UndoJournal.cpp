@@ -21,6 +21,7 @@
 #include <iterator>
 #include <system_error>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace orvane {
@@ -35,12 +36,6 @@ std::string preparedFolder(const FileUrl& storageDirectory) {
     // Without the folder nothing can be saved, and every save says so.
   }
   return canonicalPath(storageDirectory.path());
-}
-
-// Of an item that went to another volume: the copy there, and the original in the Trash.
-bool isOtherHalf(const JournalEntry& entry, const JournalEntry& half) {
-  return entry.originalURL == half.originalURL && entry.action != half.action &&
-         entry.action != JournalAction::restored && half.action != JournalAction::restored;
 }
 
 }  // namespace
@@ -208,23 +203,45 @@ std::vector<JournalEntry> UndoJournal::requireEntries(const Uuid& runId) {
 RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progress, std::stop_token stop) {
   const std::lock_guard restoring(m_restoreMutex);
   const auto entries = requireEntries(runId);
-  return restoreEntries(runId, entries, entries, progress, stop);
+  return restoreChosen(runId, entries, entries, {}, progress, stop);
+}
+
+RestoreResult UndoJournal::restoreEntries(const Uuid& runId, std::span<const RestoreRequest> requests,
+                                          const Progress& progress, const std::stop_token& stop) {
+  const std::lock_guard restoring(m_restoreMutex);
+  const auto entries = requireEntries(runId);
+  std::unordered_set<Uuid> wanted;
+  RunRestore::Expected expected;
+  for (const auto& request : requests) {
+    wanted.insert(request.entry);
+    if (request.expectedIdentity) expected.emplace(request.entry, *request.expectedIdentity);
+  }
+  std::size_t known = 0;
+  std::unordered_map<FileUrl, JournalAction> wantedOrigins;
+  for (const auto& entry : entries) {
+    if (!wanted.contains(entry.id)) continue;
+    ++known;
+    if (entry.action != JournalAction::restored) wantedOrigins.emplace(entry.originalURL, entry.action);
+  }
+  if (known < wanted.size()) throw UndoError(UndoError::RunNotFound{runId});
+  std::vector<JournalEntry> chosen;
+  std::ranges::copy_if(entries, std::back_inserter(chosen), [&](const JournalEntry& entry) {
+    if (wanted.contains(entry.id)) return true;
+    // Of an item that went to another volume: the copy there, or the original in the Trash.
+    const auto half = wantedOrigins.find(entry.originalURL);
+    return half != wantedOrigins.end() && entry.action != JournalAction::restored && entry.action != half->second;
+  });
+  return restoreChosen(runId, entries, chosen, std::move(expected), progress, stop);
 }
 
 RestoreResult UndoJournal::restoreEntry(const Uuid& runId, const Uuid& entryId) {
-  const std::lock_guard restoring(m_restoreMutex);
-  const auto entries = requireEntries(runId);
-  const auto wanted = std::ranges::find(entries, entryId, &JournalEntry::id);
-  if (wanted == entries.end()) throw UndoError(UndoError::RunNotFound{runId});
-  std::vector<JournalEntry> chosen;
-  std::ranges::copy_if(entries, std::back_inserter(chosen),
-                       [&](const JournalEntry& entry) { return entry.id == entryId || isOtherHalf(entry, *wanted); });
-  return restoreEntries(runId, entries, chosen, {}, {});
+  const RestoreRequest request{entryId, {}};
+  return restoreEntries(runId, std::span(&request, 1));
 }
 
-RestoreResult UndoJournal::restoreEntries(const Uuid& runId, std::span<const JournalEntry> run,
-                                          std::span<const JournalEntry> chosen, const Progress& progress,
-                                          const std::stop_token& stop) {
+RestoreResult UndoJournal::restoreChosen(const Uuid& runId, std::span<const JournalEntry> run,
+                                         std::span<const JournalEntry> chosen, RunRestore::Expected expected,
+                                         const Progress& progress, const std::stop_token& stop) {
   std::vector<Uuid> ids;
   std::ranges::transform(chosen, std::back_inserter(ids), &JournalEntry::id);
   RunRestore::Records records;
@@ -237,7 +254,7 @@ RestoreResult UndoJournal::restoreEntries(const Uuid& runId, std::span<const Jou
   } catch (const std::system_error& error) {
     reason = error.code().message();
   }
-  RunRestore restore(m_trash, m_mover, m_validator, run, std::move(records));
+  RunRestore restore(m_trash, m_mover, m_validator, run, std::move(records), std::move(expected));
   if (!log) return restore.failAll(chosen, fmt::format("the undo journal cannot be written: {}", reason));
   std::vector<JournalEntry> ordered(chosen.begin(), chosen.end());
   const auto copies = static_cast<std::size_t>(

@@ -56,6 +56,10 @@ class UndoJournal {
   // Brings every item of a run back to where it was, under a new name where that place is taken. An item that cannot
   // come back becomes a warning. Throws UndoError when the run is unknown or the journal cannot be read.
   RestoreResult restoreRun(const Uuid& runId, const Progress& progress = {}, std::stop_token stop = {});
+  // The same for some entries of a run, each only as the item that was approved. What was copied to another volume
+  // comes back together with its original. Throws UndoError too when an entry is unknown.
+  RestoreResult restoreEntries(const Uuid& runId, std::span<const RestoreRequest> requests,
+                               const Progress& progress = {}, const std::stop_token& stop = {});
   // The same for one entry of a run; the run counts as restored once nothing of it is left to bring back. What was
   // copied to another volume comes back together with its original.
   RestoreResult restoreEntry(const Uuid& runId, const Uuid& entryId);
@@ -83,9 +87,9 @@ class UndoJournal {
 
  private:
   // Of a run's entries those that are chosen.
-  RestoreResult restoreEntries(const Uuid& runId, std::span<const JournalEntry> run,
-                               std::span<const JournalEntry> chosen, const Progress& progress,
-                               const std::stop_token& stop);
+  RestoreResult restoreChosen(const Uuid& runId, std::span<const JournalEntry> run,
+                              std::span<const JournalEntry> chosen, RunRestore::Expected expected,
+                              const Progress& progress, const std::stop_token& stop);
   // Throws UndoError when there is nothing of the run.
   [[nodiscard]] std::vector<JournalEntry> requireEntries(const Uuid& runId);
   // Records of items first, then the journal: an entry is never there without the record that it could have.

@@ -1,14 +1,25 @@
 #include "core/tasks/CarryOut.h"
 
 #include "core/base/PathAccess.h"
+#include "core/duplicates/DuplicateGuard.h"
 #include "core/safety/CleanupRun.h"
+#include "core/safety/TrashError.h"
+#include "core/safety/UndoJournal.h"
+#include "core/tasks/RestoreTask.h"
 #include "core/tasks/TaskServices.h"
+#include "core/uninstaller/AppUninstallerEngine.h"
 
 #include <fmt/format.h>
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <unordered_map>
 #include <utility>
 
 namespace orvane {
@@ -50,19 +61,113 @@ std::vector<MoveRequest> requestsFor(const Approval& approval, Date start) {
   return requests;
 }
 
+std::vector<MoveOutcome> leftAll(std::span<const MoveRequest> requests, MoveResult result, std::string_view why) {
+  std::vector<MoveOutcome> outcomes;
+  outcomes.reserve(requests.size());
+  for (const auto& request : requests) {
+    outcomes.push_back({request.source, result, {}, request.fileSize, std::string(why)});
+  }
+  return outcomes;
+}
+
+// What moves a run's requests needs.
+struct Moving {
+  const TaskServices& services;
+  const Approval& approval;
+  CleanupRun& run;
+  const RunProgress& progress;
+  const std::stop_token& stop;
+};
+
+// --- duplicates
+
+using StayingByGroup = std::unordered_map<const RowGroup*, std::shared_ptr<DuplicateGuard::Staying>>;
+
+// Of the groups that lose a row, the rows that were not approved.
+StayingByGroup stayingCopies(const Approval& approval) {
+  const auto& proposal = approval.proposal();
+  StayingByGroup result;
+  for (const auto index : approval.rows()) {
+    auto& staying = result[proposal.row(index).group];
+    if (!staying) staying = std::make_shared<DuplicateGuard::Staying>();
+  }
+  auto approved = approval.rows().begin();
+  proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+    if (approved != approval.rows().end() && *approved == index) {
+      ++approved;
+    } else if (const auto found = result.find(row.group); found != result.end()) {
+      found->second->push_back(row.item.url());
+    }
+  });
+  return result;
+}
+
+std::vector<MoveOutcome> moveCopies(const Moving& moving, std::vector<MoveRequest> requests) {
+  const auto& folder = moving.services.journal().storageFolder();
+  std::optional<FileLock> turn;
+  try {
+    turn = DuplicateGuard::takeTurn(folder, moving.stop);
+  } catch (const std::system_error& error) {
+    const auto why = fmt::format("Orvane's folder '{}' cannot be written ({})", folder, error.code().message());
+    return leftAll(requests, MoveResult::failed, TrashError(TrashError::UnderlyingError{why}).what());
+  }
+  if (!turn) return leftAll(requests, MoveResult::cancelled, {});
+  const DuplicateGuard guard(*std::move(turn), moving.services.mover, moving.stop);
+  const auto staying = stayingCopies(moving.approval);
+  for (std::size_t at = 0; at < requests.size(); ++at) {
+    const auto row = moving.approval.proposal().row(moving.approval.rows()[at]);
+    requests[at].lastCheck = guard.check(row.item, staying.at(row.group));
+  }
+  return moving.run.carryOut(requests, moving.progress, moving.stop);
+}
+
+// --- applications
+
+std::vector<MoveOutcome> moveApplication(const Moving& moving, const std::vector<MoveRequest>& requests) {
+  const auto row = moving.approval.proposal().row(moving.approval.rows().front());
+  if (row.group == nullptr) return leftAll(requests, MoveResult::failed, AppUninstallerEngine::leftWithApplication);
+  InstalledApp app;
+  app.name = row.group->name;
+  app.url = row.item.url();
+  try {
+    moving.services.uninstaller.requireUninstallable(app);
+  } catch (const UninstallError& error) {
+    auto outcomes = leftAll(requests, MoveResult::failed, AppUninstallerEngine::leftWithApplication);
+    outcomes.front().result = MoveResult::refused;
+    outcomes.front().error = error.what();
+    return outcomes;
+  }
+  return AppUninstallerEngine::moveWithLeftovers(moving.run, requests, moving.progress, moving.stop);
+}
+
+std::vector<MoveOutcome> moveAll(const Moving& moving, std::vector<MoveRequest> requests) {
+  switch (moving.approval.proposal().kind()) {
+    case TaskKind::duplicates:
+      return moveCopies(moving, std::move(requests));
+    case TaskKind::uninstall:
+      return moveApplication(moving, requests);
+    default:
+      return moving.run.carryOut(requests, moving.progress, moving.stop);
+  }
+}
+
 }  // namespace
 
 RunReport carryOut(const TaskServices& services, const Approval& approval, const RunProgress& progress,
                    const std::stop_token& stop) {
   RunReport report;
   if (approval.empty()) return report;
-  auto requests = requestsFor(approval, report.started);
-  CleanupRun run(services.mover, services.journal(), approval.proposal().boundary());
-  auto outcomes = run.carryOut(requests, progress, stop);
+  const auto& proposal = approval.proposal();
+  CleanupRun run(services.mover, services.journal(), proposal.boundary());
+  // What comes back is recorded in the run that moved it.
+  const bool restores = proposal.kind() == TaskKind::restore;
+  auto outcomes = restores ? bringBack(services, approval, progress, stop)
+                           : moveAll({services, approval, run, progress, stop}, requestsFor(approval, report.started));
   for (std::size_t at = 0; at < outcomes.size(); ++at) {
-    report.note(std::move(outcomes[at]), approval.rows()[at], !requests[at].destinationFolder);
+    const auto row = approval.rows()[at];
+    report.note(std::move(outcomes[at]), row, proposal.row(row).destinationFolder() == nullptr);
   }
-  if (report.moved() > 0) report.runId = run.id();
+  if (report.moved() > 0 && !restores) report.runId = run.id();
   report.finished = ReferenceClock::now();
   return report;
 }

@@ -1,5 +1,12 @@
 #pragma once
 
+#include "core/base/Date.h"
+#include "core/base/FileUrl.h"
+#include "core/safety/JournalEntry.h"
+#include "core/tasks/ItemList.h"
+
+#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -7,6 +14,52 @@ namespace orvane {
 
 struct TaskServices;
 
+// What a run was, by what became of its items: the journal does not say who asked for it.
+enum class RunKind : std::uint8_t { clean, duplicates, tidy, organize, other };
+// Where the items of a run are that have not been brought back.
+enum class RunState : std::uint8_t { restored, inTrash, moved };
+
+struct RecordedRun {
+  CleanupRunSummary summary;
+  RunKind kind = RunKind::other;
+  RunState state = RunState::restored;
+  std::int64_t remaining = 0;  // items that have not been brought back
+
+  [[nodiscard]] bool canBeRestored() const noexcept { return remaining > 0; }
+};
+
+struct History {
+  std::vector<RecordedRun> runs;  // newest first
+  // Moved to the Trash and not brought back; moves to other folders reclaim nothing.
+  std::int64_t lifetimeReclaimedBytes = 0;
+};
+// Everything that was ever recorded. Looks at every entry.
+[[nodiscard]] History readHistory(const TaskServices& services);
+// Newest first.
+[[nodiscard]] std::vector<CleanupRunSummary> recordedRuns(const TaskServices& services);
+// Whether the journal could be read; where not, the notices say why.
+[[nodiscard]] bool isHistoryReadable(const TaskServices& services);
+// How many items of a run have not been brought back.
+[[nodiscard]] std::int64_t remainingCount(const TaskServices& services, const Uuid& runId);
+// In recording order; empty for an unknown run.
+[[nodiscard]] std::vector<JournalEntry> recordedEntries(const TaskServices& services, const Uuid& runId);
+
+// Where an item is that was moved. Looks at the disk.
+enum class ItemState : std::uint8_t { restored, inTrash, moved, gone };
+[[nodiscard]] ItemState itemState(const JournalEntry& entry);
+
+// Indexes of items that are no longer, or are again, where they were found.
+struct MovedItems {
+  std::vector<std::uint32_t> gone;
+  std::vector<std::uint32_t> back;
+};
+// What runs recorded since `since` moved, or brought back, of the items, by whichever program. `gone` holds a byte for
+// each item, not zero where it had left its place before.
+[[nodiscard]] MovedItems movedSince(const TaskServices& services, const ItemList& items,
+                                    std::span<const std::uint8_t> gone, Date since);
+
+// The file that changes with every recorded move.
+[[nodiscard]] FileUrl journalFile(const TaskServices& services);
 // What was found wrong with the journal or with runs that died, one line each, since the last call.
 [[nodiscard]] std::vector<std::string> takeJournalNotices(const TaskServices& services);
 

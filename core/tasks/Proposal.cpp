@@ -93,7 +93,7 @@ Approval Proposal::approve(const Selection& selection) const {
     if (row.group == nullptr || !row.group->keepsOne) return;
     auto& group = keeping[row.group];
     if (!isKept) {
-      group.hasStaying = true;
+      group.hasStaying |= index >= selection.size() || selection.isThere(index);
     } else if (!group.firstKept) {
       group.firstKept = at;
     }

@@ -8,8 +8,10 @@
 #include "core/safety/PathValidator.h"
 #include "core/tasks/CleanTask.h"
 #include "core/tasks/PlanTask.h"
+#include "core/tasks/DuplicatesTask.h"
 #include "core/tasks/TaskServices.h"
 #include "core/tasks/TrashTask.h"
+#include "core/tasks/UninstallTask.h"
 
 #include <fmt/format.h>
 
@@ -35,13 +37,15 @@ Repropose reproposerOf(TaskKind kind) {
       return reproposeClean;
     case TaskKind::trash:
       return reproposeTrash;
+    case TaskKind::duplicates:
+      return reproposeDuplicates;
+    case TaskKind::uninstall:
+      return reproposeUninstall;
     case TaskKind::plan:
       return reproposePlan;
     case TaskKind::rules:
-    case TaskKind::duplicates:
     case TaskKind::organize:
     case TaskKind::tidy:
-    case TaskKind::uninstall:
     case TaskKind::restore:
       break;
   }
@@ -195,7 +199,7 @@ std::optional<Proposal> proposeSaved(const TaskServices& services, const SavedPr
       refused.emplace_back(row.item, std::move(reason));
     }
   }
-  ProposalBuilder builder(fresh->kind(), boundary, countedTo);
+  ProposalBuilder builder(fresh->kind(), fresh->boundary(), countedTo);
   builder.setSubject(saved.subject);
   for (const auto& group : fresh->groups()) builder.addGroup(group);
   for (const auto& notice : fresh->notices()) builder.note(notice);

@@ -95,7 +95,7 @@ MoveOutcome outcomeOfLeft(const MoveRequest& leftover, MoveResult appResult) {
   outcome.fileSize = leftover.fileSize;
   if (appResult != MoveResult::cancelled) {
     outcome.result = MoveResult::failed;
-    outcome.error = "Left with its application, which was not moved.";
+    outcome.error = AppUninstallerEngine::leftWithApplication;
   }
   return outcome;
 }
@@ -242,32 +242,35 @@ void AppUninstallerEngine::requireUninstallable(const InstalledApp& app) {
   }
 }
 
+std::vector<MoveOutcome> AppUninstallerEngine::moveWithLeftovers(CleanupRun& run, std::span<const MoveRequest> requests,
+                                                                 const CleanupRun::Progress& progress,
+                                                                 const std::stop_token& stop) {
+  const auto progressFrom = [&](std::size_t before) -> CleanupRun::Progress {
+    if (!progress) return {};
+    return [&, before](std::size_t done, std::size_t) { progress(before + done, requests.size()); };
+  };
+  auto outcomes = run.carryOut(requests.first(1), progressFrom(0), stop);
+  const auto leftovers = requests.subspan(1);
+  if (const auto appResult = outcomes.front().result; appResult != MoveResult::moved) {
+    for (const auto& leftover : leftovers) outcomes.push_back(outcomeOfLeft(leftover, appResult));
+  } else if (!leftovers.empty()) {
+    auto rest = run.carryOut(leftovers, progressFrom(1), stop);
+    std::move(rest.begin(), rest.end(), std::back_inserter(outcomes));
+  }
+  return outcomes;
+}
+
 UninstallResult AppUninstallerEngine::uninstall(const AppUninstallBundle& bundle, TrashMover& mover,
                                                 UndoJournal& journal, const std::optional<FileUrl>& libraryRoot,
                                                 const CleanupRun::Progress& progress, const std::stop_token& stop) {
   requireUninstallable(bundle.app);
   // The moves serialise themselves, and they call the caller back: no lock is held here.
-  const auto app = requestFor(bundle.app.url, bundle.app.appSize);
-  std::vector<MoveRequest> leftovers;
+  std::vector<MoveRequest> requests{requestFor(bundle.app.url, bundle.app.appSize)};
   for (const auto& item : bundle.leftovers) {
-    if (item.isSelected()) leftovers.push_back(requestFor(item.url(), item.fileSize()));
+    if (item.isSelected()) requests.push_back(requestFor(item.url(), item.fileSize()));
   }
   CleanupRun run(mover, journal, Boundary({bundle.app.url.deletingLastPathComponent(), libraryOrDefault(libraryRoot)}));
-  const auto progressFrom = [&](std::size_t before) -> CleanupRun::Progress {
-    if (!progress) return {};
-    return [&, before](std::size_t done, std::size_t) { progress(before + done, leftovers.size() + 1); };
-  };
-  UninstallResult result;
-  result.runId = run.id();
-  result.outcomes = run.carryOut({&app, 1}, progressFrom(0), stop);
-  const auto appResult = result.outcomes.front().result;
-  if (appResult != MoveResult::moved) {
-    for (const auto& leftover : leftovers) result.outcomes.push_back(outcomeOfLeft(leftover, appResult));
-  } else if (!leftovers.empty()) {
-    auto rest = run.carryOut(leftovers, progressFrom(1), stop);
-    std::move(rest.begin(), rest.end(), std::back_inserter(result.outcomes));
-  }
-  return result;
+  return {run.id(), moveWithLeftovers(run, requests, progress, stop)};
 }
 
 }  // namespace orvane

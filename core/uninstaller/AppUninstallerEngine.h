@@ -59,8 +59,14 @@ class AppUninstallerEngine {
   // Throws UninstallError for a protected application, whatever the caller's record says of it, and for what is no
   // application. uninstall() begins with it.
   void requireUninstallable(const InstalledApp& app);
-  // Moves the application and the selected leftovers to the Trash as one run. The leftovers stay when the application
-  // does: they are its data then. Throws UninstallError, having moved nothing, where requireUninstallable() does.
+  // Has a run move the application, which is the first request, and then its leftovers. They stay when it does: they
+  // are its data then. Outcomes are in the order of the requests.
+  static std::vector<MoveOutcome> moveWithLeftovers(CleanupRun& run, std::span<const MoveRequest> requests,
+                                                    const CleanupRun::Progress& progress, const std::stop_token& stop);
+  // Why a leftover stays where its application has not moved.
+  static constexpr std::string_view leftWithApplication = "Left with its application, which was not moved.";
+  // Moves the application and the selected leftovers to the Trash as one run, as moveWithLeftovers() does. Throws
+  // UninstallError, having moved nothing, where requireUninstallable() does.
   UninstallResult uninstall(const AppUninstallBundle& bundle, TrashMover& mover, UndoJournal& journal,
                             const std::optional<FileUrl>& libraryRoot = std::nullopt,
                             const CleanupRun::Progress& progress = {}, const std::stop_token& stop = {});

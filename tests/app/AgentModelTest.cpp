@@ -2,7 +2,7 @@
 
 #include "app/Text.h"
 #include "core/base/Json.h"
-#include "tests/app/SectionFixture.h"
+#include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using testing::IsEmpty;
 
-class AgentModelTest : public SectionFixture {
+class AgentModelTest : public WindowFixture {
  public:
   // A file that was made and changed so many days ago.
   std::string aged(std::string_view name, double days) const {

@@ -1,13 +1,15 @@
 #include "app/DuplicatesModel.h"
 
-#include "tests/app/SectionFixture.h"
+#include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace orvane::test {
 namespace {
 
-class DuplicatesModelTest : public SectionFixture {
+class DuplicatesModelTest : public WindowFixture {
  public:
   DuplicatesModelTest() {
     setAge(tree.file("Downloads/a.jpg", "the same picture"), 3 * 86400.0);
@@ -20,7 +22,7 @@ class DuplicatesModelTest : public SectionFixture {
   }
   [[nodiscard]] QVariant value(int row, int role) const { return model.data(model.index(row), role); }
 
-  DuplicatesModel model{services(), sections()};
+  DuplicatesModel model{services()};
 };
 
 TEST_F(DuplicatesModelTest, findsCopiesKeepsOneCleansTheOthersAndBringsThemBack) {
@@ -44,6 +46,50 @@ TEST_F(DuplicatesModelTest, findsCopiesKeepsOneCleansTheOthersAndBringsThemBack)
   ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
   EXPECT_EQ(contentOf(tree.path("Downloads/copy of a.jpg")), "the same picture");
   EXPECT_EQ(model.rowCount(), 3);
+}
+
+TEST_F(DuplicatesModelTest, movesOnlyTheCopiesThatWereShown) {
+  const auto replaced = tree.file("Downloads/replaced.jpg", "the same picture");
+  const auto written = tree.file("Downloads/written.jpg", "the same picture");
+  setAge(tree.file("Downloads/kept.txt", "a text"), 86400);
+  const auto lonely = tree.file("Downloads/copy of kept.txt", "a text");
+  search();
+  ASSERT_EQ(model.selectedCount(), 4);
+  const auto time = std::filesystem::last_write_time(replaced);
+  std::filesystem::rename(replaced, tree.path("before"));
+  tree.file("Downloads/replaced.jpg", "the same picture");
+  std::filesystem::last_write_time(replaced, time);
+  tree.file("Downloads/written.jpg", "no such picture!");
+  std::filesystem::remove(tree.path("Downloads/kept.txt"));
+  const auto arrived = tree.file("Downloads/arrived.jpg", "the same picture");
+  model.cleanSelected();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  EXPECT_EQ(model.resultText(), "Cleaned 1 duplicate files, freeing 16 bytes.");
+  EXPECT_EQ(model.messages().size(), 3);
+  EXPECT_TRUE(model.messages().contains("Failed to trash duplicate replaced.jpg: it changed after the scan"));
+  for (const auto& path : {replaced, written, lonely, arrived}) EXPECT_TRUE(exists(path)) << path;
+  EXPECT_FALSE(exists(tree.path("Downloads/copy of a.jpg")));
+  // Neither copy of the first group's list has gone from it but the one that moved.
+  EXPECT_EQ(model.groupCount(), 2);
+  EXPECT_EQ(model.selectedCount(), 3);
+}
+
+TEST_F(DuplicatesModelTest, foldsGroupsAndForgetsAnUndoneRunOfAnOlderSearch) {
+  search();
+  model.toggleExpanded(0);
+  EXPECT_EQ(model.rowCount(), 1);
+  model.toggleExpanded(0);
+  model.cleanSelected();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  tree.file("Downloads/second.txt", "alone");
+  search();
+  ASSERT_EQ(model.rowCount(), 3);
+  EXPECT_TRUE(model.canUndo());
+  model.undo();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/copy of a.jpg")));
+  EXPECT_EQ(model.rowCount(), 3);
+  EXPECT_EQ(model.selectedCount(), 1);
 }
 
 TEST_F(DuplicatesModelTest, saysWhyTheLastCopyStays) {

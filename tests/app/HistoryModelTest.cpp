@@ -96,6 +96,14 @@ TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
   EXPECT_TRUE(exists(tree.path("Downloads/b.txt")));
 }
 
+TEST_F(HistoryModelTest, anUnknownRunIsAWarning) {
+  ASSERT_TRUE(becomesTrue([this] { return model->isLoaded(); }));
+  model->restore(QString::fromStdString(Uuid::random().toString()));
+  ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring(); }));
+  ASSERT_EQ(model->warnings().size(), 1);
+  EXPECT_TRUE(model->warnings().front().startsWith("No recorded cleanup run found for ID: "));
+}
+
 TEST_F(HistoryModelTest, findsRunsByWhatTheyMoved) {
   clean({tree.file("Downloads/holiday.jpg"), tree.file("Downloads/letter.txt")});
   clean({tree.file("Downloads/other.txt")});

@@ -2,7 +2,7 @@
 #include "app/OrganizeModel.h"
 #include "app/Text.h"
 #include "core/base/Json.h"
-#include "tests/app/SectionFixture.h"
+#include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using testing::IsEmpty;
 
-class SectionModelsTest : public SectionFixture {
+class SectionModelsTest : public WindowFixture {
  public:
   [[nodiscard]] QString downloads() const { return QString::fromStdString(tree.path("Downloads")); }
 };
@@ -145,7 +145,7 @@ TEST_F(SectionModelsTest, uninstallsAnApplicationWithWhatIsChosenOfItsLeftovers)
             R"(<string>com.example.paint</string><key>CFBundleName</key><string>Paint</string></dict></plist>)");
   tree.file("Library/Caches/com.example.paint/data", "cache");
   tree.file("Library/Logs/com.example.paint/log", "log");
-  AppsModel model(services(), sections());
+  AppsModel model(services());
   model.list();
   ASSERT_TRUE(becomesTrue([&] { return model.hasListed(); }));
   ASSERT_EQ(model.rowCount(), 1);
@@ -174,6 +174,35 @@ TEST_F(SectionModelsTest, uninstallsAnApplicationWithWhatIsChosenOfItsLeftovers)
   ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
   EXPECT_TRUE(exists(tree.path("Applications/Paint.app/Contents/Info.plist")));
   EXPECT_TRUE(exists(chosen));
+}
+
+TEST_F(SectionModelsTest, anApplicationThatIsReplacedUnderReviewStays) {
+  const auto install = [&] {
+    tree.file("Applications/Paint.app/Contents/Info.plist",
+              R"(<?xml version="1.0"?><plist version="1.0"><dict><key>CFBundleIdentifier</key>)"
+              R"(<string>com.example.paint</string><key>CFBundleName</key><string>Paint</string></dict></plist>)");
+  };
+  install();
+  tree.file("Library/Caches/com.example.paint/data", "cache");
+  AppsModel model(services());
+  model.list();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasListed(); }));
+  model.review(0);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isFindingLeftovers(); }));
+  model.selectAllLeftovers(true);
+  EXPECT_EQ(model.reviewCount(), 2);
+  std::filesystem::rename(tree.path("Applications/Paint.app"), tree.path("before"));
+  install();
+  model.uninstall();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_EQ(model.messages().size(), 2);
+  EXPECT_TRUE(exists(tree.path("Applications/Paint.app")));
+  EXPECT_TRUE(exists(tree.path("Library/Caches/com.example.paint/data")));
+
+  // One that has gone before it is reviewed is listed no more.
+  std::filesystem::remove_all(tree.path("Applications/Paint.app"));
+  model.review(0);
+  EXPECT_TRUE(becomesTrue([&] { return !model.isReviewing() && !model.isListing() && model.rowCount() == 0; }));
 }
 
 }  // namespace

@@ -133,5 +133,20 @@ TEST_F(AppsCommand, asksAndShowsWhatGoes) {
   EXPECT_TRUE(exists(home.path("Applications/Subject.app")));
 }
 
+TEST_F(AppsCommand, anApplicationThatIsReplacedMeanwhileStays) {
+  leftovers();
+  LiveProgram program(terminalSetup({"apps", "uninstall", "Subject", "--all-leftovers"}));
+  program.waitForOutput("[y/N]");
+  std::filesystem::rename(home.path("Applications/Subject.app"), home.path("before"));
+  app("Applications/Subject.app", "Subject", "org.example.subject");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, HasSubstr("has changed since it was looked at"));
+  EXPECT_THAT(result.output, HasSubstr("Left with its application, which was not moved."));
+  EXPECT_TRUE(exists(home.path("Applications/Subject.app")));
+  EXPECT_TRUE(exists(home.path("Library/Caches/org.example.subject/cache")));
+}
+
 }  // namespace
 }  // namespace orvane::test

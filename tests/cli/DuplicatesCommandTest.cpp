@@ -86,6 +86,42 @@ TEST_F(DuplicatesCommand, asksBeforeItChangesAnything) {
   EXPECT_EQ(run({"duplicates", "--keep", "newest"}).exitStatus, 2);
 }
 
+TEST_F(DuplicatesCommand, movesOnlyTheCopiesThatWereShown) {
+  download("a");
+  const auto same = download("copy of a");
+  const auto replaced = download("replaced copy");
+  const auto written = download("written copy");
+  download("kept", "other content");
+  const auto lonely = download("copy of kept", "other content");
+  LiveProgram program(terminalSetup({"duplicates", "--clean", "--keep", "shortest-path"}));
+  program.waitForOutput("Move 4 items");
+  const auto time = std::filesystem::last_write_time(replaced);
+  std::filesystem::rename(replaced, home.path("before"));
+  download("replaced copy");
+  std::filesystem::last_write_time(replaced, time);
+  download("written copy", "changed");
+  std::filesystem::remove(home.path("Downloads/kept"));
+  const auto arrived = download("arrived copy");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, HasSubstr("Cleaned 1 duplicate files, freeing 7 bytes."));
+  for (const auto& path : {replaced, written, lonely}) {
+    EXPECT_THAT(result.output, HasSubstr("Failed to trash duplicate " + path + ": "));
+    EXPECT_TRUE(exists(path)) << path;
+  }
+  EXPECT_TRUE(exists(arrived));
+  EXPECT_FALSE(exists(same));
+}
+
+TEST_F(DuplicatesCommand, saysWhichFoldersItDoesNotSearch) {
+  home.file("Library/Caches/a");
+  home.file("Library/Caches/b");
+  const auto result = run({"duplicates", "Library/Caches"});
+  EXPECT_EQ(result.output, "No duplicates were found.\n");
+  EXPECT_THAT(result.errors, HasSubstr("Library/Caches' is not searched for duplicates"));
+}
+
 TEST_F(DuplicatesCommand, leavesFilesThatItMayNotRead) {
   download("a");
   download("b");

@@ -122,6 +122,27 @@ TEST_F(HistoryCommand, warnsOfItemsThatAreGone) {
   EXPECT_EQ(result.errors, "orvanectl: Item was emptied from Trash or moved: gone\n");
 }
 
+TEST_F(HistoryCommand, asksForWhatIsLeftOfARunAndBringsBackOnlyThat) {
+  home.file("Downloads/a", "1");
+  home.file("Downloads/b", "22");
+  const std::string id = json({"trash", "--yes", "Downloads/a", "Downloads/b"})["runId"];
+  LiveProgram program(terminalSetup({"restore", id}));
+  program.waitForOutput("Bring back the 2 items (3 bytes)");
+  // Another file takes its place in the Trash while the question stands.
+  std::filesystem::remove(trashed("a"));
+  home.file(".local/share/Trash/files/a", "another");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, HasSubstr("Failed to restore a: "));
+  EXPECT_THAT(result.output, HasSubstr("Brought back 1 item."));
+  EXPECT_FALSE(exists(home.path("Downloads/a")));
+  LiveProgram again(terminalSetup({"restore", id}));
+  again.waitForOutput("Bring back the 1 item (7 bytes)");
+  again.send("n\n");
+  EXPECT_EQ(again.finish().exitStatus, 0);
+}
+
 TEST_F(HistoryCommand, restoresNothingWithoutAYes) {
   runOf("a", "1");
   for (const auto& [answer, status] : {std::pair{"n\n", 0}, std::pair{"\x03", 130}}) {

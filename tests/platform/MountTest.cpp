@@ -207,7 +207,7 @@ TEST_F(MountTest, eitherHalfOfAMoveToAnotherVolumeBringsBothBack) {
   for (const std::size_t half : {0U, 1U}) {
     const auto source = tree.file("Downloads/report.txt", "words");
     ASSERT_EQ(moveOne(source, volume + "/Sorted").result, MoveResult::moved);
-    const auto result = journal->restoreEntry(lastRun, journal->getEntries(lastRun).at(half).id);
+    const auto result = restoreOne(journal->getEntries(lastRun).at(half).id);
     EXPECT_THAT(result.warnings, testing::IsEmpty());
     EXPECT_EQ(result.restoredCount, 1);
     EXPECT_EQ(contentOf(source), "words");

@@ -57,6 +57,11 @@ class SafetyFixture : public testing::Test {
     return run.carryOut(requests(paths));
   }
 
+  // One entry of the last run.
+  RestoreResult restoreOne(const Uuid& entry) {
+    return journal->restoreEntries(lastRun, std::vector{RestoreRequest{entry, {}}});
+  }
+
   TemporaryTree tree;
   PathValidator validator;
   LinuxTrash trash;

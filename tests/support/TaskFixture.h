@@ -19,10 +19,12 @@
 #include "tests/support/SafetyFixture.h"
 #include "tests/support/ScriptedModel.h"
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace orvane::test {
 
@@ -63,12 +65,16 @@ class TaskFixture : public SafetyFixture {
   TaskFixture() { folders.saveBookmark(tree.url("Downloads")); }
 
   [[nodiscard]] TaskServices taskServices() {
+    return taskServices(mover, [this]() -> UndoJournal& { return *journal; });
+  }
+  // As another process has them, which moves and records by itself.
+  [[nodiscard]] TaskServices taskServices(TrashMover& ownMover, std::function<UndoJournal&()> ownJournal) {
     return {
         .validator = validator,
         .statusReader = statusReader,
         .scanner = scanner,
         .folders = folders,
-        .mover = mover,
+        .mover = ownMover,
         .rules = rules,
         .finder = finder,
         .organizer = organizer,
@@ -78,7 +84,7 @@ class TaskFixture : public SafetyFixture {
         .uninstaller = uninstaller,
         .agent = *planner,
         .home = FileUrl(tree.path()),
-        .journal = [this]() -> UndoJournal& { return *journal; },
+        .journal = std::move(ownJournal),
     };
   }
 

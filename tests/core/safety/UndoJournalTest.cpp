@@ -328,9 +328,7 @@ TEST_F(UndoJournalTest, oneEntryComesBackByItself) {
   const auto second = tree.file("Downloads/second.txt", "2");
   clean({first, second});
   const auto isRestored = [this] { return journal->getRuns().front().isRestored; };
-  const auto restore = [this](std::size_t at) {
-    return journal->restoreEntry(lastRun, journal->getEntries(lastRun).at(at).id);
-  };
+  const auto restore = [this](std::size_t at) { return restoreOne(journal->getEntries(lastRun).at(at).id); };
   EXPECT_EQ(restore(1).restoredCount, 1);
   EXPECT_EQ(contentOf(second), "2");
   EXPECT_FALSE(exists(first));
@@ -346,11 +344,12 @@ TEST_F(UndoJournalTest, oneEntryComesBackByItself) {
 TEST_F(UndoJournalTest, theLastEntryThatComesBackMakesTheRunRestored) {
   clean({tree.file("Downloads/a.txt"), tree.file("Downloads/b.txt")});
   for (const auto& entry : journal->getEntries(lastRun)) {
-    EXPECT_EQ(journal->restoreEntry(lastRun, entry.id).restoredCount, 1);
+    EXPECT_EQ(restoreOne(entry.id).restoredCount, 1);
   }
   EXPECT_TRUE(journal->getRuns().front().isRestored);
-  EXPECT_THROW(journal->restoreEntry(lastRun, Uuid::random()), UndoError);
-  EXPECT_THROW(journal->restoreEntry(Uuid::random(), Uuid::random()), UndoError);
+  EXPECT_THROW(restoreOne(Uuid::random()), UndoError);
+  lastRun = Uuid::random();
+  EXPECT_THROW(restoreOne(Uuid::random()), UndoError);
 }
 
 TEST_F(UndoJournalTest, anotherItemUnderTheSameNameInTheTrashStaysThere) {

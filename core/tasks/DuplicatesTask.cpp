@@ -1,0 +1,145 @@
+#include "core/tasks/DuplicatesTask.h"
+
+#include "core/base/ByteCount.h"
+#include "core/base/Json.h"
+#include "core/duplicates/DuplicateFinderEngine.h"
+#include "core/duplicates/DuplicateWalk.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/TaskServices.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+namespace orvane {
+namespace {
+
+FolderLeftOut notSearched(const FileUrl& folder) {
+  return {
+      folder, FolderLeftOut::Why::refused,
+      fmt::format("'{}' is not searched for duplicates: caches are full of copies that belong there.", folder.path())};
+}
+
+RowMark markOf(const FileItem& copy, std::uint32_t group) {
+  if (!isSelectable(copy.riskLabel())) return {Choice::locked, Lock::manualLabel, group};
+  return {copy.isSelected() ? Choice::selected : Choice::unselected, Lock::none, group};
+}
+
+Json subjectOf(const DuplicatesWish& wish) {
+  Json subject = Json::object();
+  subject["folders"] = jsonFromUrls(wish.folders);
+  subject["keep"] = rawValue(wish.keep);
+  return subject;
+}
+
+std::optional<Proposal> propose(const TaskServices& services, const DuplicatesWish& wish, const Boundary& boundary,
+                                Notices notices, const TaskMonitor& monitor) {
+  ProposalBuilder builder(TaskKind::duplicates, boundary, wish.now);
+  builder.setSubject(subjectOf(wish));
+  for (auto& notice : notices) builder.note(std::move(notice));
+  for (const auto& folder : wish.folders) {
+    if (!isSearchable(folder)) builder.note(notSearched(folder));
+  }
+  auto groups = services.finder.findDuplicates(wish.folders, wish.keep, monitor.stop, monitor.comparing);
+  if (monitor.stop.stop_requested()) return std::nullopt;
+  for (auto& found : groups) {
+    const auto group = builder.addGroup({.id = found.id, .checksum = std::move(found.hash), .keepsOne = true});
+    for (auto& copy : std::exchange(found.items, {})) {
+      const auto mark = markOf(copy, group);
+      builder.add(std::move(copy), mark);
+    }
+  }
+  return builder.take();
+}
+
+// Calls `visit(row index, copy)` for each copy of the group that begins with a row and is not gone.
+template <typename Visit>
+void forEachCopy(const Proposal& proposal, std::uint32_t firstRow, const Selection& selection, Visit visit) {
+  const auto* const group = proposal.row(firstRow).group;
+  for (auto at = firstRow; at < proposal.size(); ++at) {
+    const auto row = proposal.row(at);
+    if (row.group != group) return;
+    if (selection.isThere(at)) visit(at, row.item);
+  }
+}
+
+// Chooses as the group, which was made of the selection, has it by now.
+void take(const DuplicateGroup& group, const Proposal& proposal, std::uint32_t firstRow, Selection& selection) {
+  auto copy = group.items.begin();
+  forEachCopy(proposal, firstRow, selection, [&](std::uint32_t at, const FileItem& /*item*/) {
+    selection.set(at, copy->isSelected() ? Selection::Whether::selected : Selection::Whether::unselected);
+    ++copy;
+  });
+}
+
+}  // namespace
+
+std::vector<FileUrl> searchableFolders(const TaskServices& services) {
+  auto folders = grantedFolders(services);
+  std::erase_if(folders, [](const FileUrl& folder) { return !isSearchable(folder); });
+  return folders;
+}
+
+std::optional<Proposal> proposeDuplicates(const TaskServices& services, const DuplicatesWish& wish,
+                                          const TaskMonitor& monitor) {
+  return propose(services, wish, Boundary(wish.folders), {}, monitor);
+}
+
+std::optional<Proposal> reproposeDuplicates(const TaskServices& services, const Json& subject, const Boundary& boundary,
+                                            Date countedTo, const TaskMonitor& monitor) {
+  auto inside = foldersInside(boundary, urlsAt(subject, "folders"));
+  const auto keep = duplicateKeepStrategyFromRawValue(stringAt(subject, "keep"));
+  if (!keep) throw JsonError("\"keep\" must be a way to choose the copy that stays");
+  return propose(services, {std::move(inside.folders), *keep, countedTo}, boundary,
+                 Notices(inside.leftOut.begin(), inside.leftOut.end()), monitor);
+}
+
+std::vector<std::uint32_t> firstRowsOfGroups(const Proposal& proposal) {
+  std::vector<std::uint32_t> result;
+  const RowGroup* last = nullptr;
+  proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+    if (row.group != last) result.push_back(static_cast<std::uint32_t>(index));
+    last = row.group;
+  });
+  return result;
+}
+
+DuplicateGroup duplicateGroupAt(const Proposal& proposal, std::uint32_t firstRow, const Selection& selection) {
+  const auto row = proposal.row(firstRow);
+  DuplicateGroup group;
+  group.id = row.group->id;
+  group.fileSize = row.item.fileSize();
+  group.hash = row.group->checksum;
+  forEachCopy(proposal, firstRow, selection, [&](std::uint32_t at, const FileItem& copy) {
+    group.items.push_back(copy);
+    group.items.back().setSelected(selection.isSelected(at));
+  });
+  return group;
+}
+
+void applyKeepStrategy(const Proposal& proposal, DuplicateKeepStrategy strategy, Selection& selection) {
+  for (const auto firstRow : firstRowsOfGroups(proposal)) {
+    auto group = duplicateGroupAt(proposal, firstRow, selection);
+    group.applyKeepStrategy(strategy);
+    take(group, proposal, firstRow, selection);
+  }
+}
+
+bool setCopySelected(const Proposal& proposal, std::uint32_t row, bool isSelected, Selection& selection) {
+  auto firstRow = row;
+  while (firstRow > 0 && proposal.row(firstRow - 1).group == proposal.row(row).group) --firstRow;
+  auto group = duplicateGroupAt(proposal, firstRow, selection);
+  group.setSelection(proposal.row(row).item.id(), isSelected);
+  take(group, proposal, firstRow, selection);
+  return selection.isSelected(row) == isSelected;
+}
+
+std::string duplicateCleanupText(const RunReport& report) {
+  return fmt::format("Cleaned {} duplicate files, freeing {}.", report.moved(), formatByteCount(report.movedBytes()));
+}
+
+std::string duplicateFailureLine(const FileUrl& copy, std::string_view error) {
+  return fmt::format("Failed to trash duplicate {}: {}", copy.path(), error);
+}
+
+}  // namespace orvane

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/FileUrl.h"
+#include "core/base/JsonFwd.h"
+#include "core/duplicates/DuplicateGroup.h"
+#include "core/duplicates/DuplicateKeepStrategy.h"
+#include "core/safety/Boundary.h"
+#include "core/safety/MoveOutcome.h"
+#include "core/tasks/Proposal.h"
+#include "core/tasks/RunReport.h"
+#include "core/tasks/TaskMonitor.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+// The granted folders that a search for duplicates looks into.
+[[nodiscard]] std::vector<FileUrl> searchableFolders(const TaskServices& services);
+
+struct DuplicatesWish {
+  std::vector<FileUrl> folders;  // also the boundary
+  DuplicateKeepStrategy keep = DuplicateKeepStrategy::keepOldest;
+  Date now = ReferenceClock::now();
+};
+
+// Searches, and proposes a group that keeps one for each set of identical files, most wasted bytes first. Its rows
+// follow each other and are all its copies: the one that the strategy keeps is unselected, the others are selected.
+// Folders that are not searched are named in notices. Absent when it was stopped.
+[[nodiscard]] std::optional<Proposal> proposeDuplicates(const TaskServices& services, const DuplicatesWish& wish,
+                                                        const TaskMonitor& monitor = {});
+// From the subject of a proposal, inside a boundary of this machine. Throws JsonError.
+[[nodiscard]] std::optional<Proposal> reproposeDuplicates(const TaskServices& services, const Json& subject,
+                                                          const Boundary& boundary, Date countedTo,
+                                                          const TaskMonitor& monitor = {});
+
+// Of each group of a proposal of duplicates: its first row.
+[[nodiscard]] std::vector<std::uint32_t> firstRowsOfGroups(const Proposal& proposal);
+// The group that begins with a row, without the copies that are gone, selected as chosen.
+[[nodiscard]] DuplicateGroup duplicateGroupAt(const Proposal& proposal, std::uint32_t firstRow,
+                                              const Selection& selection);
+
+// Chooses in every group all copies but the one that the strategy keeps.
+void applyKeepStrategy(const Proposal& proposal, DuplicateKeepStrategy strategy, Selection& selection);
+// Selects or unselects one copy, where its group allows it. False where it did not.
+[[nodiscard]] bool setCopySelected(const Proposal& proposal, std::uint32_t row, bool isSelected, Selection& selection);
+
+// What the user is told at the end of a cleanup: a title, and a sentence below it.
+inline constexpr std::string_view duplicateCleanupTitle = "Duplicate Cleanup";
+[[nodiscard]] std::string duplicateCleanupText(const RunReport& report);
+// What the console is told of a copy that stayed against the user's wish.
+[[nodiscard]] std::string duplicateFailureLine(const FileUrl& copy, std::string_view error);
+
+}  // namespace orvane

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "core/base/Date.h"
+#include "core/base/Uuid.h"
+#include "core/safety/MoveOutcome.h"
+#include "core/tasks/Proposal.h"
+
+#include <cstdint>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+struct RunReport;
+
+struct RestoreWish {
+  Uuid runId;
+  std::vector<Uuid> entries = {};  // of the run; all where it is empty
+  Date now = ReferenceClock::now();
+};
+
+// Proposes to bring back what of the run has not come back: items at their present places, under the identifiers of
+// their entries, bound for the folders that they came from. One that is not there has no identity. What was copied to
+// another volume is one row with its original. Items of a run that was restored already are refused. Throws UndoError
+// when the run is unknown.
+[[nodiscard]] Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish);
+// For carryOut(): has the journal bring the approved rows back, each only if it is the item that was approved.
+[[nodiscard]] std::vector<MoveOutcome> bringBack(const TaskServices& services, const Approval& approval,
+                                                 const RunProgress& progress, const std::stop_token& stop);
+
+// What did not come back, and why, one line each, in the order of the rows.
+[[nodiscard]] std::vector<std::string> restoreWarnings(const Proposal& proposal, const RunReport& report);
+
+struct Restored {
+  std::int64_t count = 0;
+  std::vector<std::string> warnings;
+};
+// Brings everything back at once, for a button that names what it brings back. An unknown run is a warning.
+[[nodiscard]] Restored restoreNow(const TaskServices& services, const RestoreWish& wish,
+                                  const RunProgress& progress = {}, const std::stop_token& stop = {});
+
+}  // namespace orvane

@@ -1,0 +1,132 @@
+#include "core/safety/UndoError.h"
+#include "core/tasks/History.h"
+#include "core/tasks/RestoreTask.h"
+#include "core/tasks/TrashTask.h"
+#include "tests/support/TaskFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class RestoreTask : public TaskFixture {
+ public:
+  // Trashes new files of these names as one run.
+  Uuid trashRun(const std::vector<std::string>& names) {
+    std::vector<FileUrl> places;
+    for (const auto& name : names) places.emplace_back(tree.file("Downloads/" + name, name));
+    const auto report = carryOut(taskServices(), proposeTrash(taskServices(), places, roots()).approve());
+    EXPECT_EQ(report.moved(), static_cast<std::int64_t>(names.size()));
+    return report.runId.value();
+  }
+  [[nodiscard]] bool isThere(const std::string& name) const { return exists(tree.path("Downloads/" + name)); }
+  [[nodiscard]] bool isRestored() const { return journal->getRuns().front().isRestored; }
+};
+
+TEST_F(RestoreTask, bringsBackExactlyWhatWasApproved) {
+  const auto run = trashRun({"a", "bb", "ccc"});
+  const auto proposal = proposeRestore(taskServices(), {run});
+  ASSERT_EQ(proposal.size(), 3U);
+  EXPECT_EQ(*proposal.row(0).destinationFolder(), tree.url("Downloads"));
+  auto selection = proposal.selection();
+  selection.set(1, Selection::Whether::unselected);
+  EXPECT_EQ(proposal.approve(selection).toFolders(), (RowSum{2, 4}));
+  auto report = carryOut(taskServices(), proposal.approve(selection));
+  EXPECT_EQ(report.toFolders, (RowSum{2, 4}));
+  EXPECT_EQ(report.runId, std::nullopt) << "nothing that could be undone";
+  EXPECT_EQ(report.outcomes[0].destination, tree.url("Downloads/a"));
+  EXPECT_TRUE(isThere("a") && !isThere("bb") && isThere("ccc"));
+  EXPECT_FALSE(isRestored());
+
+  const auto rest = proposeRestore(taskServices(), {run});
+  ASSERT_EQ(rest.size(), 1U);
+  EXPECT_EQ(carryOut(taskServices(), rest.approve()).moved(), 1);
+  EXPECT_TRUE(isRestored());
+  // All of it again.
+  const auto none = proposeRestore(taskServices(), {run});
+  EXPECT_TRUE(none.approve().empty());
+  EXPECT_THAT(restoreWarnings(none, {}),
+              ElementsAre("Item was emptied from Trash or moved: a", "Item was emptied from Trash or moved: bb",
+                          "Item was emptied from Trash or moved: ccc"));
+}
+
+TEST_F(RestoreTask, leavesWhatIsNotTheItemThatWasShown) {
+  const auto run = trashRun({"same", "replaced", "written", "gone", "late"});
+  const auto place = [&](std::size_t at) { return journal->getEntries(run).at(at).trashedURL.path(); };
+  const auto content = contentOf(place(4));
+  std::filesystem::remove(place(4));
+  const auto proposal = proposeRestore(taskServices(), {run});
+  std::filesystem::remove(place(1));
+  tree.file(".local/share/Trash/files/replaced", "another");
+  tree.file(".local/share/Trash/files/written", "more than before");
+  std::filesystem::remove(place(3));
+  tree.file(".local/share/Trash/files/late", content);
+
+  const auto report = carryOut(taskServices(), proposal.approve());
+  EXPECT_EQ(report.moved(), 1);
+  EXPECT_EQ(report.failed, 4);
+  EXPECT_TRUE(isThere("same"));
+  EXPECT_THAT(restoreWarnings(proposal, report),
+              ElementsAre(HasSubstr("Failed to restore replaced: "), HasSubstr("Failed to restore written: "),
+                          "Item was emptied from Trash or moved: gone", HasSubstr("Failed to restore late: ")));
+  EXPECT_EQ(contentOf(place(1)), "another");
+}
+
+TEST_F(RestoreTask, restoresUnderAnotherNameAndSaysWhere) {
+  const auto run = trashRun({"report.pdf"});
+  tree.file("Downloads/report.pdf", "new");
+  const auto report = carryOut(taskServices(), proposeRestore(taskServices(), {run}).approve());
+  EXPECT_EQ(report.outcomes.at(0).destination, tree.url("Downloads/report (restored 1).pdf"));
+  EXPECT_EQ(contentOf(tree.path("Downloads/report.pdf")), "new");
+}
+
+TEST_F(RestoreTask, countsWhatAStopLeaves) {
+  const auto run = trashRun({"a", "bb"});
+  const auto approval = proposeRestore(taskServices(), {run}).approve();
+  std::stop_source stop;
+  stop.request_stop();
+  const auto report = carryOut(taskServices(), approval, {}, stop.get_token());
+  EXPECT_EQ(report.left, 2);
+  EXPECT_FALSE(isRestored());
+  // Somebody else is faster.
+  EXPECT_EQ(journal->restoreRun(run).restoredCount, 2);
+  EXPECT_EQ(carryOut(taskServices(), approval).failed, 2);
+}
+
+TEST_F(RestoreTask, refusesWhatNoRunHas) {
+  EXPECT_THROW(static_cast<void>(proposeRestore(taskServices(), {Uuid::random()})), UndoError);
+  const auto run = trashRun({"a"});
+  EXPECT_TRUE(proposeRestore(taskServices(), {run, {Uuid::random()}}).empty());
+}
+
+TEST_F(RestoreTask, historyTellsWhatRunsWereAndWhereTheirItemsAre) {
+  const auto first = trashRun({"a", "bb"});
+  const auto second = trashRun({"ccc"});
+  static_cast<void>(carryOut(taskServices(), proposeRestore(taskServices(), {second}).approve()));
+  const auto entries = recordedEntries(taskServices(), first);
+  static_cast<void>(carryOut(taskServices(), proposeRestore(taskServices(), {first, {entries.at(0).id}}).approve()));
+  const auto history = readHistory(taskServices());
+  ASSERT_EQ(history.runs.size(), 2U);
+  EXPECT_EQ(history.runs[0].state, RunState::restored);
+  EXPECT_FALSE(history.runs[0].canBeRestored());
+  EXPECT_EQ(history.runs[1].state, RunState::inTrash);
+  EXPECT_EQ(history.runs[1].kind, RunKind::clean);
+  EXPECT_EQ(history.runs[1].remaining, 1);
+  EXPECT_TRUE(history.runs[1].canBeRestored());
+  EXPECT_EQ(history.lifetimeReclaimedBytes, 2);
+  const auto now = recordedEntries(taskServices(), first);
+  EXPECT_EQ(itemState(now.at(0)), ItemState::restored);
+  EXPECT_EQ(itemState(now.at(1)), ItemState::inTrash);
+  std::filesystem::remove(now.at(1).trashedURL.path());
+  EXPECT_EQ(itemState(now.at(1)), ItemState::gone);
+  EXPECT_THAT(recordedEntries(taskServices(), Uuid::random()), IsEmpty());
+}
+
+}  // namespace
+}  // namespace orvane::test
