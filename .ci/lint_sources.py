@@ -12,54 +12,92 @@ import subprocess
 import sys
 
 # Who may include whom: a file includes files of its own floor or of lower ones. The first pattern that fits decides.
+RECORDS = (
+    "assistant/AIProvider",
+    "assistant/FileMetadataEntry",
+    "assistant/MetadataOnlyRequest",
+    "assistant/PlannerError",
+    "assistant/ProviderAddresses",
+    "duplicates/DuplicateGroup",
+    "duplicates/DuplicateKeepStrategy",
+    "duplicates/DuplicateProgress",
+    "localization/AppLanguage",
+    "organizer/AutoOrganizeResult",
+    "organizer/AutoOrganizeSettings",
+    "organizer/CloudFolderDetector",
+    "organizer/CloudProvider",
+    "organizer/OrganizationCategoryGroup",
+    "organizer/OrganizationStrategy",
+    "organizer/ProposedMove",
+    "organizer/Subfolders",
+    "plans/CleaningFilter",
+    "plans/CleaningPlan",
+    "plans/CleaningPlanStep",
+    "plans/PlanExecutionSummary",
+    "plans/PlanFolder",
+    "plans/PlanMatchResult",
+    "plans/PlanValidationError",
+    "plans/PlannedAction",
+    "rules/CleanupRule",
+    "rules/RuleAction",
+    "rules/RuleCheck",
+    "rules/RuleMismatch",
+    "rules/RuleTrigger",
+    "rules/ScheduleFrequency",
+    "rules/ScheduleSettings",
+    "safety/Boundary",
+    "safety/JournalEntry",
+    "safety/ManagedFolderType",
+    "safety/MoveOutcome",
+    "safety/SecurityError",
+    "safety/TrashError",
+    "safety/UndoError",
+    "scanning/DeveloperCaches",
+    "scanning/FileItem",
+    "scanning/RiskEvaluator",
+    "scanning/RiskLabel",
+    "scanning/ScanCategory",
+    "scanning/ScanEvent",
+    "scanning/SensitivePaths",
+    "scanning/StorageSummary",
+    "uninstaller/AppUninstallBundle",
+    "uninstaller/InstalledApp",
+    "uninstaller/UninstallError",
+)
+# They keep settings and ask the system, and move nothing: the front ends may use them.
+SERVICES = (
+    "assistant/KeychainService",
+    "organizer/AutoOrganizeSettingsStore",
+    "rules/LaunchAgentManager",
+    "rules/UserNotificationService",
+    "safety/PermissionsManager",
+    "uninstaller/BundleInformation",
+)
+# They join tasks into what happens by itself.
+COORDINATORS = (
+    "organizer/AutoOrganizeController",
+    "organizer/AutoOrganizer",
+    "rules/HeadlessCoordinator",
+    "rules/ScheduleCoordinator",
+)
 FLOORS = [
     ("core/base/*", 0, "base"),
     ("core/platform/*", 1, "interfaces"),
-    *(
-        (f"core/{record}.*", 2, "records")
-        for record in (
-            "assistant/AIProvider",
-            "assistant/FileMetadataEntry",
-            "assistant/MetadataOnlyRequest",
-            "assistant/PlannerError",
-            "assistant/ProviderAddresses",
-            "duplicates/DuplicateGroup",
-            "duplicates/DuplicateKeepStrategy",
-            "duplicates/DuplicateProgress",
-            "localization/AppLanguage",
-            "rules/CleanupRule",
-            "rules/RuleAction",
-            "rules/RuleCheck",
-            "rules/RuleTrigger",
-            "rules/ScheduleFrequency",
-            "rules/ScheduleSettings",
-            "safety/Boundary",
-            "safety/JournalEntry",
-            "safety/ManagedFolderType",
-            "safety/SecurityError",
-            "safety/TrashError",
-            "safety/UndoError",
-            "scanning/FileItem",
-            "scanning/RiskEvaluator",
-            "scanning/RiskLabel",
-            "scanning/ScanCategory",
-            "scanning/ScanEvent",
-            "scanning/SensitivePaths",
-            "scanning/StorageSummary",
-        )
-    ),
-    # The planners' coordinator joins nothing but planners.
-    ("core/assistant/AgentCoordinator.*", 3, "engines"),
-    ("core/*Coordinator.*", 4, "coordinators"),
-    ("core/organizer/AutoOrganizer.*", 4, "coordinators"),
-    ("core/organizer/AutoOrganizeController.*", 4, "coordinators"),
+    *((f"core/{name}.*", 2, "records") for name in RECORDS),
+    *((f"core/{name}.*", 3, "services") for name in SERVICES),
+    *((f"core/{name}.*", 5, "coordinators") for name in COORDINATORS),
+    ("core/localization/*", 3, "localization"),
+    ("core/tasks/*", 4, "tasks"),
     ("core/*", 3, "engines"),
-    ("platform/*", 5, "platform"),
-    ("cli/*", 6, "cli"),
-    ("app/*", 6, "app"),
-    ("tests/*", 7, "tests"),
-    ("bench/*", 7, "bench"),
+    ("platform/*", 6, "platform"),
+    ("cli/*", 7, "cli"),
+    ("app/*", 7, "app"),
+    ("tests/*", 8, "tests"),
+    ("bench/*", 8, "bench"),
 ]
+# Of the core, the front ends name only these floors: they show proposals and reports, and decide nothing.
+FRONT_ENDS = ("cli/", "app/")
+SHOWN_TO_FRONT_ENDS = {"base", "interfaces", "records", "services", "localization", "tasks", "coordinators"}
 
 SOURCE_SUFFIXES = {".h", ".cpp"}
 
@@ -150,9 +188,23 @@ def check_floors(tree):
             target = floor_of(included) if kind == '"' else None
             if target is None:
                 continue
-            sideways = target[0] == own[0] and target[1] != own[1]
+            # Floors of one height in the core know each other; programs and what stands above them do not.
+            sideways = target[0] == own[0] >= 6 and target[1] != own[1]
             if target[0] > own[0] or sideways:
                 yield f"{path}:{number}: {own[1]} includes {included}, which is {target[1]}"
+
+
+def check_front_ends(tree):
+    """The front ends hold no rules: what moves is decided below, once for both, and they cannot name what moves it."""
+    for path in tree.sources:
+        if not path.startswith(FRONT_ENDS):
+            continue
+        for number, kind, included in tree.includes(path):
+            if kind != '"' or not included.startswith(("core/", "platform/")):
+                continue
+            name = floor_of(included)[1]
+            if name not in SHOWN_TO_FRONT_ENDS and included != "platform/SystemServices.h":
+                yield f"{path}:{number}: a front end includes {included}, which is {name}; use or add a task"
 
 
 def check_include_paths(tree):
@@ -254,6 +306,7 @@ def check_texts(tree):
 
 CHECKS = [
     check_floors,
+    check_front_ends,
     check_include_paths,
     check_loops,
     check_private_libraries,

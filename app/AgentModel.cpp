@@ -178,8 +178,9 @@ QVariantList AgentModel::planSteps() const {
   QVariantList result;
   if (!m_answer) return result;
   for (const auto& step : m_answer->planned.plan.steps) {
-    auto detail = shownPath(step.targetFolder, services().home);
-    if (step.destinationFolder) detail += QStringLiteral(" → ") + shownPath(*step.destinationFolder, services().home);
+    auto detail = shownPath(step.targetFolder, services().tasks.home);
+    if (step.destinationFolder)
+      detail += QStringLiteral(" → ") + shownPath(*step.destinationFolder, services().tasks.home);
     result.append(QVariantMap{{"text", shownName(step.explanation)}, {"detail", detail}});
   }
   return result;
@@ -213,7 +214,7 @@ QStringList AgentModel::notices() const {
   QStringList result;
   if (!m_answer) return result;
   for (const auto& notice : m_answer->proposal.notices()) {
-    if (const auto* leftOut = std::get_if<FolderLeftOut>(&notice)) result += textOf(*leftOut, services().home);
+    if (const auto* leftOut = std::get_if<FolderLeftOut>(&notice)) result += textOf(*leftOut, services().tasks.home);
   }
   return result;
 }
@@ -251,7 +252,7 @@ QVariant AgentModel::data(const QModelIndex& index, int role) const {
     case NameRole:
       return shownName(row.item.url().lastPathComponent());
     case PlaceRole:
-      return shownPlace(row.item.url(), services().home);
+      return shownPlace(row.item.url(), services().tasks.home);
     case ReasonRole:
       return remarkOf(row);
     case RiskRole:
@@ -267,7 +268,7 @@ QVariant AgentModel::data(const QModelIndex& index, int role) const {
       return textFrom(rawValue(stepOf(m_answer->planned.plan, row).action));
     case DestinationRole: {
       const auto* folder = row.lock == Lock::none ? row.destinationFolder() : nullptr;
-      return folder == nullptr ? QString() : shownPath(folder->path(), services().home);
+      return folder == nullptr ? QString() : shownPath(folder->path(), services().tasks.home);
     }
     default:
       return {};

@@ -128,7 +128,7 @@ void AppState::setLifetimeReclaimed(std::int64_t bytes) {
 
 void AppState::refresh() {
   m_queue.post([this](const std::stop_token&) {
-    const auto disk = m_services.volume.capacity(m_services.home);
+    const auto disk = m_services.volume.capacity(m_services.tasks.home);
     const bool hasAccess = m_services.permissions.checkFullDiskAccess();
     callOn(this, [this, disk, hasAccess] {
       if (disk) {

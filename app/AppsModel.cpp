@@ -187,7 +187,7 @@ QVariantList AppsModel::leftovers() const {
   m_proposal.forEach([&](std::size_t index, const ProposedRow& row) {
     if (index == 0) return;
     result.append(QVariantMap{{"name", shownName(row.item.url().lastPathComponent())},
-                              {"place", shownPlace(row.item.url(), services().home)},
+                              {"place", shownPlace(row.item.url(), services().tasks.home)},
                               {"path", placeText(row.item.url())},
                               {"bytes", static_cast<double>(row.item.fileSize())},
                               {"selected", m_selection.isSelected(index)}});

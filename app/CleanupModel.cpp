@@ -165,7 +165,7 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case NameRole:
       return shownName(item.url().lastPathComponent());
     case PlaceRole:
-      return shownPlace(item.url(), services().home);
+      return shownPlace(item.url(), services().tasks.home);
     case ReasonRole:
       return reasonText(item);
     case RiskRole:
@@ -182,7 +182,7 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case ExpandedRole:
       return false;
     case CloudWarningRole:
-      return cloudText(item, services().home);
+      return cloudText(item, services().tasks.home);
     case IsFolderRole:
       return m_items.items().item(index).isFolder();
     default:
@@ -204,7 +204,7 @@ QString CleanupModel::explanation(int row) const {
   }
   const auto& item = m_items.items().item(*place->item);
   QStringList lines{reasonText(item), localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc")};
-  if (const auto cloud = cloudText(item, services().home); !cloud.isEmpty()) lines += cloud;
+  if (const auto cloud = cloudText(item, services().tasks.home); !cloud.isEmpty()) lines += cloud;
   return lines.join(u'\n');
 }
 

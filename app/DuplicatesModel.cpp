@@ -238,7 +238,7 @@ QVariant DuplicatesModel::copyData(std::uint32_t copy, int role) const {
     case NameRole:
       return shownName(copied.url().lastPathComponent());
     case PlaceRole:
-      return shownPlace(copied.url(), services().home);
+      return shownPlace(copied.url(), services().tasks.home);
     case BytesRole:
       return 0.0;
     case DateRole:

@@ -177,9 +177,9 @@ QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
     case NameRole:
       return shownName(entry.originalURL.lastPathComponent());
     case PlaceRole:
-      return shownPlace(entry.originalURL, m_services.home);
+      return shownPlace(entry.originalURL, m_services.tasks.home);
     case DestinationRole:
-      return shownPlace(entry.trashedURL, m_services.home);
+      return shownPlace(entry.trashedURL, m_services.tasks.home);
     case CountRole:
       return 1.0;
     case BytesRole:

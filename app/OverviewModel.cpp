@@ -90,7 +90,7 @@ void OverviewModel::summarize() {
   m_queue.post(
       [this, scanned = m_with.state.scannedItems().snapshot(), stop = m_stop.get_token()](const std::stop_token&) {
         QVariantList list;
-        for (const auto& area : overviewAreas(scanned, stop)) list.append(mapFrom(area, m_services.home));
+        for (const auto& area : overviewAreas(scanned, stop)) list.append(mapFrom(area, m_services.tasks.home));
         callOn(this, [this, list] {
           m_isSummarizing = false;
           if (m_areas == list) return;

@@ -1,21 +1,9 @@
 #include "app/Places.h"
 
 #include "app/Text.h"
-#include "core/base/DirectoryReader.h"
 #include "core/base/UnicodeText.h"
-#include "core/safety/FileAccessService.h"
-
-#include <fcntl.h>
 
 namespace orvane {
-
-std::vector<FileUrl> existingFolders(FileAccessService& access) {
-  auto folders = access.getManagedFolderURLs();
-  std::erase_if(folders, [](const FileUrl& folder) {
-    return !DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow);
-  });
-  return folders;
-}
 
 std::optional<FileUrl> placeFrom(const QString& pathOrUrl) {
   const auto text = pathOrUrl.toStdString();

@@ -9,11 +9,6 @@
 
 namespace orvane {
 
-class FileAccessService;
-
-// The granted folders that can be listed. Reads the disk.
-[[nodiscard]] std::vector<FileUrl> existingFolders(FileAccessService& access);
-
 // A place as QML hands it over: a path, or the URL of a file. Absent for anything else.
 [[nodiscard]] std::optional<FileUrl> placeFrom(const QString& pathOrUrl);
 // A place as QML keeps it: its path where that is text, else its URL.

@@ -287,7 +287,7 @@ QVariantMap RulesModel::rowOf(const ProposedRow& row) const {
   auto reason = shownName(row.group->name);
   if (row.lock == Lock::listedOnly) reason += QStringLiteral(" · ") + localizedText("rules.review_only");
   return {{"name", shownName(item.url().lastPathComponent())},
-          {"place", shownPlace(item.url(), services().home)},
+          {"place", shownPlace(item.url(), services().tasks.home)},
           {"bytes", static_cast<double>(item.fileSize())},
           {"date", milliseconds(item.lastModifiedDate())},
           {"risk", static_cast<int>(item.riskLabel())},

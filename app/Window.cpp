@@ -27,7 +27,6 @@
 #include "core/assistant/KeychainService.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
-#include "core/organizer/TopicCategorizerFactory.h"
 #include "core/platform/LoginItems.h"
 #include "core/rules/LaunchAgentManager.h"
 #include "core/rules/ScheduleCoordinator.h"
@@ -48,7 +47,7 @@ namespace {
 AutoOrganizeController::Collaborators tidyCollaborators(RepeatingTimer& timer) {
   return {.organizer = AutoOrganizer::shared(),
           .store = AutoOrganizeSettingsStore::shared(),
-          .factory = TopicCategorizerFactory::shared(),
+          .factory = TaskServices::shared().topics,
           .timer = timer,
           .loginItems = systemLoginItems()};
 }

@@ -3,18 +3,13 @@
 #include "core/tasks/TaskServices.h"
 
 #include <functional>
-#include <optional>
 
 namespace orvane {
 
 class Desktop;
-class FileAccessService;
 class LocalizationManager;
 class PermissionsManager;
 class Preferences;
-class StorageScanner;
-class TrashMover;
-class UndoJournal;
 class Volume;
 struct ScheduleSettings;
 
@@ -22,17 +17,11 @@ struct ScheduleSettings;
 // threads only: it may wait for the disk.
 struct WindowServices {
   TaskServices tasks;
-  StorageScanner& scanner;
-  TrashMover& mover;
-  FileAccessService& folders;
   PermissionsManager& permissions;
   Preferences& preferences;
   LocalizationManager& localization;
   const Volume& volume;
   Desktop& desktop;
-  FileUrl home;
-  // Made at the first call, which reads the whole file and settles what runs that died left behind.
-  std::function<UndoJournal&()> journal;
   std::function<ScheduleSettings()> scheduleSettings;
 };
 

@@ -109,6 +109,10 @@ std::string leftoversText(const RowSum& rows) {
                      formatByteCount(rows.bytes));
 }
 
+void tellSynced(const Approval& approval) {
+  for (const auto& synced : syncedRows(approval)) Session::tell(escapedForDisplay(syncWarning(synced)));
+}
+
 TaskMonitor scanMonitor(Session& session, ProgressLine& line) {
   TaskMonitor monitor;
   monitor.stop = session.stop();

@@ -1,6 +1,6 @@
 #include "cli/Arguments.h"
 #include "cli/Folders.h"
-#include "cli/RunReport.h"
+#include "cli/ProposalRun.h"
 #include "cli/ScanJson.h"
 #include "cli/ScanRun.h"
 #include "cli/ScanTotals.h"

@@ -66,16 +66,11 @@ class WindowFixture : public TaskFixture {
   [[nodiscard]] WindowServices services() {
     return {
         .tasks = taskServices(),
-        .scanner = scanner,
-        .mover = mover,
-        .folders = folders,
         .permissions = permissions,
         .preferences = preferences,
         .localization = localization,
         .volume = volume,
         .desktop = desktop,
-        .home = FileUrl(tree.path()),
-        .journal = [this]() -> UndoJournal& { return *journal; },
         .scheduleSettings = [this] { return schedule; },
     };
   }

@@ -1,5 +1,6 @@
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/Volume.h"
+#include "core/organizer/AutoOrganizer.h"
 #include "core/rules/HeadlessCoordinator.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "core/rules/UserNotificationService.h"

@@ -1,0 +1,304 @@
+#include "app/AgentModel.h"
+#include "app/AppsModel.h"
+#include "app/DuplicatesModel.h"
+#include "app/OrganizeModel.h"
+#include "app/RulesModel.h"
+#include "core/rules/CleanupRule.h"
+#include "tests/app/WindowFixture.h"
+#include "tests/support/LiveProgram.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace orvane::test {
+namespace {
+
+// What a front end said that it would move.
+struct Shown {
+  double count = 0;
+  double bytes = 0;
+};
+
+class FrontEnds : public WindowFixture {
+ public:
+  using Words = std::vector<std::string>;
+
+  FrontEnds() { terminalHome.folder("Downloads"); }
+
+  // The window's way: shows, lets `meanwhile` happen, and carries out.
+  [[nodiscard]] Shown inWindow(const std::function<Shown(const std::function<void()>& meanwhile)>& use,
+                               const std::function<void(const TemporaryTree&)>& meanwhile) {
+    return use([&] { meanwhile(tree); });
+  }
+
+  Json terminal(Words words) const {
+    LiveProgram::Setup setup{.arguments = {ORVANECTL},
+                             .environment = {{"HOME", terminalHome.path()},
+                                             {"PATH", "/usr/bin:/bin"},
+                                             {"LANG", "en_US.UTF-8"},
+                                             {"TZ", "UTC"}},
+                             .workingFolder = terminalHome.path()};
+    for (auto& word : words) setup.arguments.push_back(std::move(word));
+    const auto result = LiveProgram(setup).finish();
+    EXPECT_NE(result.exitStatus, 2) << result.errors;
+    return result.output.empty() ? Json() : parseJson(result.output);
+  }
+  // The terminal's way.
+  [[nodiscard]] Shown inTerminal(Words words, const std::function<void(const TemporaryTree&)>& meanwhile) const {
+    words.insert(words.end(), {"--save", "../" + saved()});
+    (void)terminal(std::move(words));
+    const auto document = parseJson(contentOf(savedPath()));
+    Shown shown;
+    for (const auto& row : document["rows"]) {
+      shown.count += 1;
+      shown.bytes += row["fileSize"].get<double>();
+    }
+    meanwhile(terminalHome);
+    (void)terminal({"apply", "--yes", "--json", savedPath()});
+    std::filesystem::remove(savedPath());
+    return shown;
+  }
+
+  // What is left where the user keeps files.
+  [[nodiscard]] static std::vector<std::string> left(const TemporaryTree& home) {
+    auto files = filesBelow(home.path());
+    std::erase_if(files, [](const std::string& path) {
+      return path.starts_with(".") || path.starts_with("State/") ||
+             path.starts_with("Library/Application Support/Orvane");
+    });
+    return files;
+  }
+
+  TemporaryTree terminalHome;
+  ScopedEnvironment home{"HOME", tree.path().c_str()};
+
+ private:
+  [[nodiscard]] std::string saved() const {
+    return std::string(FileUrl(terminalHome.path()).lastPathComponent()) + ".json";
+  }
+  [[nodiscard]] std::string savedPath() const { return terminalHome.path() + ".json"; }
+};
+
+// The same home twice, the same things happening in it between showing and moving, and the same left in the end.
+struct Case {
+  std::string name;
+  std::function<void(const TemporaryTree&)> arrange;
+  FrontEnds::Words words;
+  std::function<Shown(FrontEnds&, const std::function<void()>& meanwhile)> window;
+  std::function<void(const TemporaryTree&)> meanwhile;
+  double count;
+  std::set<std::string> moved;  // of what was arranged
+};
+
+void replaced(const TemporaryTree& home, const std::string& path, std::string_view content) {
+  std::filesystem::rename(home.path(path), home.path(path + ".before"));
+  home.file(path, content);
+}
+
+template <typename Model>
+Shown shownBy(const Model& model) {
+  return {model.selectedCount(), model.selectedBytes()};
+}
+
+template <typename Model>
+void settle(Model& model) {
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+}
+
+Shown cleansInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
+  AppState state(test.services());
+  CleanupModel model(test.services(), state);
+  bool isFinished = false;
+  QObject::connect(&state, &AppState::scanFinished, [&] { isFinished = true; });
+  state.startScan();
+  EXPECT_TRUE(becomesTrue([&] { return isFinished; }));
+  const auto shown = shownBy(model);
+  meanwhile();
+  model.cleanSelected();
+  settle(model);
+  return shown;
+}
+
+Shown findsDuplicatesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
+  DuplicatesModel model(test.services());
+  EXPECT_TRUE(becomesTrue([&] { return !model.roots().isEmpty(); }));
+  model.search();
+  EXPECT_TRUE(becomesTrue([&] { return model.hasSearched(); }));
+  const auto shown = shownBy(model);
+  meanwhile();
+  model.cleanSelected();
+  settle(model);
+  return shown;
+}
+
+Shown organizesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
+  OrganizeModel model(test.services());
+  model.chooseFolder(QString::fromStdString(test.tree.path("Downloads")));
+  model.analyze();
+  EXPECT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
+  const auto shown = shownBy(model);
+  meanwhile();
+  model.apply();
+  settle(model);
+  return shown;
+}
+
+const Json ruleJson = parseJson(R"({"name":"Drafts","trigger":{"fileExtensions":["bak"],"minimumAgeDays":3},
+                                    "action":{"type":"moveToTrash"}})");
+
+Shown runsRulesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
+  CleanupRule rule;
+  rule.name = "Drafts";
+  rule.trigger = RuleTrigger::fromJson(ruleJson["trigger"]);
+  rule.action = RuleAction::moveToTrash();
+  test.rules.addOrUpdateRule(rule);
+  RulesModel model(test.services());
+  EXPECT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  model.previewRule(12);
+  EXPECT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
+  const Shown shown{model.movableCount(), model.movableBytes()};
+  meanwhile();
+  model.runPreviewed();
+  settle(model);
+  return shown;
+}
+
+const char* const request = "organize files older than 30 days in downloads";
+
+Shown asksInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
+  AgentModel model(test.services());
+  model.setPrompt(request);
+  model.dryRun();
+  EXPECT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  const auto shown = shownBy(model);
+  meanwhile();
+  model.confirm();
+  settle(model);
+  return shown;
+}
+
+Shown uninstallsInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
+  AppsModel model(test.services());
+  model.list();
+  EXPECT_TRUE(becomesTrue([&] { return model.hasListed(); }));
+  model.setSearchText("Subject");
+  model.review(0);
+  EXPECT_TRUE(becomesTrue([&] { return !model.isFindingLeftovers(); }));
+  model.selectAllLeftovers(true);
+  const Shown shown{model.reviewCount(), model.reviewBytes()};
+  meanwhile();
+  model.uninstall();
+  settle(model);
+  return shown;
+}
+
+void arrangeDownloads(const TemporaryTree& home, const std::vector<std::string>& names, double days) {
+  for (const auto& name : names) setAge(home.file("Downloads/" + name, "before " + name), days * 86400);
+}
+
+const std::vector<Case>& cases() {
+  static const std::vector<Case> all{
+      {"clean",
+       [](const TemporaryTree& home) {
+         arrangeDownloads(home, {"a.log", "b.log", "c.log", "photo.jpg"}, 1);
+       },
+       {"clean"},
+       cleansInWindow,
+       [](const TemporaryTree& home) {
+         replaced(home, "Downloads/b.log", "before b.log");
+         home.file("Downloads/new.log", "late");
+       },
+       3,
+       {"Downloads/a.log", "Downloads/c.log"}},
+      {"duplicates",
+       [](const TemporaryTree& home) {
+         for (const char* name : {"a", "b", "c"}) setAge(home.file("Downloads/" + std::string(name), "same"), 86400);
+       },
+       {"duplicates", "--keep", "oldest", "--clean"},
+       findsDuplicatesInWindow,
+       [](const TemporaryTree& home) { home.file("Downloads/d", "same"); },
+       2,
+       {}},
+      {"organize",
+       [](const TemporaryTree& home) {
+         arrangeDownloads(home, {"song.mp3", "report.pdf", "photo.jpg"}, 1);
+       },
+       {"organize", "Downloads"},
+       organizesInWindow,
+       [](const TemporaryTree& home) {
+         replaced(home, "Downloads/report.pdf", "before report.pdf");
+         home.file("Downloads/late.pdf", "late");
+       },
+       3,
+       {"Downloads/song.mp3", "Downloads/photo.jpg"}},
+      {"rules",
+       [](const TemporaryTree& home) {
+         arrangeDownloads(home, {"a.bak", "b.bak"}, 10);
+         arrangeDownloads(home, {"young.bak"}, 2.99999);
+       },
+       {"rules", "run", "Drafts"},
+       runsRulesInWindow,
+       [](const TemporaryTree& home) {
+         replaced(home, "Downloads/a.bak", "before a.bak");
+         setAge(home.file("Downloads/new.bak", "late"), 10 * 86400);
+       },
+       2,
+       {"Downloads/b.bak"}},
+      {"ask",
+       [](const TemporaryTree& home) {
+         arrangeDownloads(home, {"report.pdf", "thesis.docx", "setup.dmg"}, 60);
+         arrangeDownloads(home, {"new.pdf"}, 2);
+       },
+       {"ask", request},
+       asksInWindow,
+       [](const TemporaryTree& home) { replaced(home, "Downloads/report.pdf", "before report.pdf"); },
+       3,
+       {"Downloads/thesis.docx", "Downloads/setup.dmg"}},
+      {"uninstall",
+       [](const TemporaryTree& home) {
+         home.file("Applications/Subject.app/Contents/Info.plist",
+                   "<plist version=\"1.0\"><dict><key>CFBundleName</key><string>Subject</string>"
+                   "<key>CFBundleIdentifier</key><string>org.example.subject</string></dict></plist>");
+         home.file("Library/Preferences/org.example.subject.plist", "set");
+         home.file("Library/Caches/org.example.subject/cache", "cached");
+       },
+       {"apps", "uninstall", "Subject", "--all-leftovers"},
+       uninstallsInWindow,
+       [](const TemporaryTree& home) { replaced(home, "Library/Preferences/org.example.subject.plist", "another"); },
+       3,
+       {"Applications/Subject.app/Contents/Info.plist", "Library/Caches/org.example.subject/cache"}},
+  };
+  return all;
+}
+
+class FrontEndsAgree : public FrontEnds, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
+  const auto& given = cases()[GetParam()];
+  given.arrange(tree);
+  given.arrange(terminalHome);
+  terminalHome.file("rule.json", jsonText(ruleJson));
+  (void)terminal({"folders", "add", "Downloads"});
+  (void)terminal({"rules", "add", "rule.json"});
+  std::filesystem::remove(terminalHome.path("rule.json"));
+
+  const auto terminalShown = inTerminal(given.words, given.meanwhile);
+  const auto windowShown = given.window(*this, [&] { given.meanwhile(tree); });
+  EXPECT_EQ(terminalShown.count, given.count);
+  EXPECT_EQ(windowShown.count, given.count);
+  EXPECT_EQ(windowShown.bytes, terminalShown.bytes);
+  EXPECT_EQ(left(tree), left(terminalHome));
+  for (const auto& path : given.moved) EXPECT_FALSE(exists(tree.path(path))) << path;
+}
+
+INSTANTIATE_TEST_SUITE_P(Tasks, FrontEndsAgree, testing::Range(std::size_t{0}, cases().size()),
+                         [](const auto& given) { return cases()[given.param].name; });
+
+}  // namespace
+}  // namespace orvane::test
