@@ -71,7 +71,7 @@ class RulesModel : public orvane::RunModel {
   // Of these, what the rules would move: some only show.
   [[nodiscard]] double movableCount() const noexcept { return static_cast<double>(m_preview.movable.count); }
   [[nodiscard]] double movableBytes() const noexcept { return static_cast<double>(m_preview.movable.bytes); }
-  // What is said beside the files, a line each.
+  // The notices beside the files, a line each.
   [[nodiscard]] QStringList previewRemarks() const;
   [[nodiscard]] bool isPreviewing() const noexcept { return m_isPreviewing; }
   // Why the last change was not stored; empty when it was.

@@ -19,7 +19,8 @@ class Session;
 
 // Below the name of each rule the files that it moves; nothing with --json.
 void printMoves(Session& session, const Proposal& proposal);
-// What one rule takes, whatever it does with it, and why it does not take the rest. The proposal is of this rule alone.
+// The files that one rule takes, whatever it does with them, and why it does not take the rest. The proposal is of this
+// rule alone.
 void printPreview(Session& session, const CleanupRule& rule, const Proposal& proposal);
 // {"ruleId", "name", "matches", "inPlace", "keptByLabel", "notTaken"}, and "refused" with the reason of a rule that is
 // not carried out.

@@ -50,6 +50,7 @@ constexpr std::array options{
                .help = "Give the group OLD another name, remembered once it is applied; may be given several times.",
                .repeat = OptionSpec::Repeat::any},
     OptionSpec{.name = "--apply", .valueName = "", .help = "Move what is proposed."},
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -136,7 +137,8 @@ void print(Session& session, const Proposal& proposal, const FileUrl& folder) {
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
-  const bool isToApply = arguments.has("--apply");
+  const bool isToSave = arguments.has("--save");
+  const bool isToApply = arguments.has("--apply") && !isToSave;
   if (isToApply) requireConsentPossible(arguments);
   const auto wish = wishFrom(arguments);
   std::vector<Rename> renames;
@@ -146,6 +148,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   tellNotices(proposal->notices());
   if (firstNotice<FolderLeftOut>(proposal->notices()) != nullptr) return ExitStatus::failed;
   const auto renamed = renameGroups(*proposal, renames);
+  if (isToSave) return saveProposal(session, arguments, proposal->approve());
   if (!isToApply || !session.isJson()) print(session, *proposal, wish.folder);
   if (isToApply) return apply(session, arguments, *proposal, renamed);
   if (!session.isJson() && !proposal->empty()) session.out().line("Nothing was moved: add --apply to move them.");

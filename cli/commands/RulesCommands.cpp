@@ -34,9 +34,9 @@ namespace {
 
 constexpr std::size_t shownIdCharacters = 8;
 
-constexpr std::array runOptions{
-    OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
-};
+constexpr OptionSpec yesOption{.name = "--yes", .valueName = "", .help = "Do not ask."};
+constexpr std::array resetOptions{yesOption};
+constexpr std::array runOptions{saveOption, yesOption};
 
 using Rules = std::vector<CleanupRule>;
 
@@ -203,7 +203,8 @@ Rules rulesToRun(const Arguments& arguments) {
 }
 
 ExitStatus runRun(Session& session, const Arguments& arguments) {
-  requireConsentPossible(arguments);
+  const bool isToSave = arguments.has("--save");
+  if (!isToSave) requireConsentPossible(arguments);
   const auto wish = wishFor(rulesToRun(arguments));
   std::optional<Proposal> proposal;
   {
@@ -212,8 +213,12 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
   }
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
-  printMoves(session, *proposal);
   const auto approval = proposal->approve();
+  if (isToSave) {
+    const auto status = saveProposal(session, arguments, approval);
+    return status == ExitStatus::done ? tellFailures(*proposal, {}) : status;
+  }
+  printMoves(session, *proposal);
   RunReport report;
   if (!approval.empty()) {
     switch (askToMove(session, arguments, approval)) {
@@ -294,7 +299,7 @@ constexpr CommandSpec rulesResetCommand{
     .summary = "Bring the built-in rules back as they came",
     .details = "Rules of your own are deleted. Asks before.",
     .arguments = {},
-    .options = runOptions,
+    .options = resetOptions,
     .run = runReset,
 };
 

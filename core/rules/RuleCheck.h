@@ -17,7 +17,7 @@ enum class RulePart : std::uint8_t {
   minimumSize,
   extensions,
   destination,
-  whole,  // what all conditions come to
+  whole,  // all conditions together
 };
 
 // Something wrong with a rule, whatever the disk holds.

@@ -39,7 +39,7 @@ struct RulesWish {
                                                      const Boundary& boundary, Date countedTo,
                                                      const TaskMonitor& monitor = {});
 
-// What a scan of the boundary finds, for looking at several rules one by one. Absent when it was stopped.
+// Scans the boundary once, for looking at several rules one by one. Absent when it was stopped.
 [[nodiscard]] std::optional<ItemList> ruleCandidates(const TaskServices& services, const Boundary& boundary,
                                                      const TaskMonitor& monitor = {});
 // proposeRules() among candidates that are known already.
@@ -48,7 +48,7 @@ struct RulesWish {
 [[nodiscard]] std::optional<RowSum> countRules(const TaskServices& services, const RulesWish& wish,
                                                const ItemList& candidates, const TaskMonitor& monitor = {});
 
-// What the disk and the boundary have against a rule.
+// Problems of a rule that hang on the disk: a folder that is missing, a destination that is refused.
 [[nodiscard]] std::vector<RuleProblem> problemsOnDisk(const TaskServices& services, const CleanupRule& rule,
                                                       const Boundary& boundary);
 

@@ -7,9 +7,12 @@
 #include "core/base/PathText.h"
 #include "core/safety/PathValidator.h"
 #include "core/tasks/CleanTask.h"
-#include "core/tasks/PlanTask.h"
 #include "core/tasks/DuplicatesTask.h"
+#include "core/tasks/OrganizeTask.h"
+#include "core/tasks/PlanTask.h"
+#include "core/tasks/RulesTask.h"
 #include "core/tasks/TaskServices.h"
+#include "core/tasks/TidyTask.h"
 #include "core/tasks/TrashTask.h"
 #include "core/tasks/UninstallTask.h"
 
@@ -37,15 +40,18 @@ Repropose reproposerOf(TaskKind kind) {
       return reproposeClean;
     case TaskKind::trash:
       return reproposeTrash;
-    case TaskKind::duplicates:
-      return reproposeDuplicates;
-    case TaskKind::uninstall:
-      return reproposeUninstall;
     case TaskKind::plan:
       return reproposePlan;
     case TaskKind::rules:
+      return reproposeRules;
+    case TaskKind::duplicates:
+      return reproposeDuplicates;
     case TaskKind::organize:
+      return reproposeOrganize;
     case TaskKind::tidy:
+      return reproposeTidy;
+    case TaskKind::uninstall:
+      return reproposeUninstall;
     case TaskKind::restore:
       break;
   }

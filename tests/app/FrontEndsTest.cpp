@@ -31,13 +31,7 @@ class FrontEnds : public WindowFixture {
 
   FrontEnds() { terminalHome.folder("Downloads"); }
 
-  // The window's way: shows, lets `meanwhile` happen, and carries out.
-  [[nodiscard]] Shown inWindow(const std::function<Shown(const std::function<void()>& meanwhile)>& use,
-                               const std::function<void(const TemporaryTree&)>& meanwhile) {
-    return use([&] { meanwhile(tree); });
-  }
-
-  Json terminal(Words words) const {
+  void terminal(Words words) const {
     LiveProgram::Setup setup{.arguments = {ORVANECTL},
                              .environment = {{"HOME", terminalHome.path()},
                                              {"PATH", "/usr/bin:/bin"},
@@ -47,12 +41,11 @@ class FrontEnds : public WindowFixture {
     for (auto& word : words) setup.arguments.push_back(std::move(word));
     const auto result = LiveProgram(setup).finish();
     EXPECT_NE(result.exitStatus, 2) << result.errors;
-    return result.output.empty() ? Json() : parseJson(result.output);
   }
   // The terminal's way.
   [[nodiscard]] Shown inTerminal(Words words, const std::function<void(const TemporaryTree&)>& meanwhile) const {
     words.insert(words.end(), {"--save", "../" + saved()});
-    (void)terminal(std::move(words));
+    terminal(std::move(words));
     const auto document = parseJson(contentOf(savedPath()));
     Shown shown;
     for (const auto& row : document["rows"]) {
@@ -60,7 +53,7 @@ class FrontEnds : public WindowFixture {
       shown.bytes += row["fileSize"].get<double>();
     }
     meanwhile(terminalHome);
-    (void)terminal({"apply", "--yes", "--json", savedPath()});
+    terminal({"apply", "--yes", "--json", savedPath()});
     std::filesystem::remove(savedPath());
     return shown;
   }
@@ -128,6 +121,7 @@ Shown cleansInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
 Shown findsDuplicatesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   DuplicatesModel model(test.services());
   EXPECT_TRUE(becomesTrue([&] { return !model.roots().isEmpty(); }));
+  model.setKeepStrategy(static_cast<int>(DuplicateKeepStrategy::keepShortestPath));
   model.search();
   EXPECT_TRUE(becomesTrue([&] { return model.hasSearched(); }));
   const auto shown = shownBy(model);
@@ -149,7 +143,7 @@ Shown organizesInWindow(FrontEnds& test, const std::function<void()>& meanwhile)
   return shown;
 }
 
-const Json ruleJson = parseJson(R"({"name":"Drafts","trigger":{"fileExtensions":["bak"],"minimumAgeDays":3},
+const Json ruleJson = parseJson(R"({"name":"Drafts","trigger":{"fileExtensions":["dmg"],"minimumAgeDays":3},
                                     "action":{"type":"moveToTrash"}})");
 
 Shown runsRulesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
@@ -218,11 +212,11 @@ const std::vector<Case>& cases() {
        {"Downloads/a.log", "Downloads/c.log"}},
       {"duplicates",
        [](const TemporaryTree& home) {
-         for (const char* name : {"a", "b", "c"}) setAge(home.file("Downloads/" + std::string(name), "same"), 86400);
+         for (const char* name : {"a", "bb", "ccc"}) setAge(home.file("Downloads/" + std::string(name), "same"), 86400);
        },
-       {"duplicates", "--keep", "oldest", "--clean"},
+       {"duplicates", "--keep", "shortest-path"},
        findsDuplicatesInWindow,
-       [](const TemporaryTree& home) { home.file("Downloads/d", "same"); },
+       [](const TemporaryTree& home) { home.file("Downloads/dddd", "same"); },
        2,
        {}},
       {"organize",
@@ -239,17 +233,17 @@ const std::vector<Case>& cases() {
        {"Downloads/song.mp3", "Downloads/photo.jpg"}},
       {"rules",
        [](const TemporaryTree& home) {
-         arrangeDownloads(home, {"a.bak", "b.bak"}, 10);
-         arrangeDownloads(home, {"young.bak"}, 2.99999);
+         arrangeDownloads(home, {"a.dmg", "b.dmg"}, 10);
+         arrangeDownloads(home, {"young.dmg"}, 2.99999);
        },
        {"rules", "run", "Drafts"},
        runsRulesInWindow,
        [](const TemporaryTree& home) {
-         replaced(home, "Downloads/a.bak", "before a.bak");
-         setAge(home.file("Downloads/new.bak", "late"), 10 * 86400);
+         replaced(home, "Downloads/a.dmg", "before a.dmg");
+         setAge(home.file("Downloads/new.dmg", "late"), 10 * 86400);
        },
        2,
-       {"Downloads/b.bak"}},
+       {"Downloads/b.dmg"}},
       {"ask",
        [](const TemporaryTree& home) {
          arrangeDownloads(home, {"report.pdf", "thesis.docx", "setup.dmg"}, 60);
@@ -284,8 +278,8 @@ TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
   given.arrange(tree);
   given.arrange(terminalHome);
   terminalHome.file("rule.json", jsonText(ruleJson));
-  (void)terminal({"folders", "add", "Downloads"});
-  (void)terminal({"rules", "add", "rule.json"});
+  terminal({"folders", "add", "Downloads"});
+  terminal({"rules", "add", "rule.json"});
   std::filesystem::remove(terminalHome.path("rule.json"));
 
   const auto terminalShown = inTerminal(given.words, given.meanwhile);

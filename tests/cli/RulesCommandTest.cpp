@@ -158,6 +158,18 @@ TEST_F(RulesCommand, movesWhatWasShownAndNothingElse) {
   for (const auto& file : {replaced, written, arrived}) EXPECT_TRUE(exists(file)) << file;
 }
 
+TEST_F(RulesCommand, savesARunThatIsAppliedLater) {
+  const auto shown = home.file("Downloads/shown.log", "text");
+  add(R"({"name":"Sort","trigger":{"fileExtensions":["log"]},)"
+      R"("action":{"type":"moveToFolder","path":"~/Downloads/Logs"}})");
+  EXPECT_EQ(run({"rules", "run", "Sort", "--save", home.path("saved.json")}).exitStatus, 0);
+  const auto arrived = home.file("Downloads/arrived.log", "text");
+  EXPECT_TRUE(exists(shown));
+  EXPECT_EQ(run({"apply", home.path("saved.json"), "--yes"}).exitStatus, 0);
+  EXPECT_EQ(contentOf(home.path("Downloads/Logs/shown.log")), "text");
+  EXPECT_TRUE(exists(arrived));
+}
+
 TEST_F(RulesCommand, warnsOfItemsThatAreSynced) {
   home.file("Dropbox/b.log", "text");
   EXPECT_EQ(run({"folders", "add", home.path("Dropbox")}).exitStatus, 0);

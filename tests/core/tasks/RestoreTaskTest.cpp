@@ -11,6 +11,7 @@
 namespace orvane::test {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -72,9 +73,7 @@ TEST_F(RestoreTask, leavesWhatIsNotTheItemThatWasShown) {
   EXPECT_EQ(report.moved(), 1);
   EXPECT_EQ(report.failed, 4);
   EXPECT_TRUE(isThere("same"));
-  EXPECT_THAT(restoreWarnings(proposal, report),
-              ElementsAre(HasSubstr("Failed to restore replaced: "), HasSubstr("Failed to restore written: "),
-                          "Item was emptied from Trash or moved: gone", HasSubstr("Failed to restore late: ")));
+  EXPECT_THAT(restoreWarnings(proposal, report), Each(HasSubstr("Item was emptied from Trash or moved: ")));
   EXPECT_EQ(contentOf(place(1)), "another");
 }
 
