@@ -27,8 +27,8 @@ constexpr std::array options{
 };
 
 const CleanupRunSummary& newestToRestore(const std::vector<CleanupRunSummary>& runs) {
-  const auto found = std::find_if(runs.begin(), runs.end(),
-                                  [](const auto& run) { return remainingCount(TaskServices::shared(), run.runId) > 0; });
+  const auto found = std::find_if(
+      runs.begin(), runs.end(), [](const auto& run) { return remainingCount(TaskServices::shared(), run.runId) > 0; });
   if (found == runs.end()) throw std::runtime_error("there is no run left to restore");
   return *found;
 }

@@ -178,8 +178,8 @@ TEST_F(AutoOrganizerTest, sortsByTopicWhereTheModelNamesOne) {
 
 TEST_F(AutoOrganizerTest, noTopicLeavesSorted) {
   const std::vector<std::string> names{"..",     "../..",   "../../Elsewhere", "/etc",   ".ssh", "Documents",
-                                        "media",  "RECENTS", "Keep As Is",      "Sorted", ". .",  std::string(400, 'x'),
-                                        "Other/x"};
+                                       "media",  "RECENTS", "Keep As Is",      "Sorted", ". .",  std::string(400, 'x'),
+                                       "Other/x"};
   std::string reply = "{";
   for (std::size_t i = 0; i < names.size(); ++i) {
     arrive(std::to_string(i) + ".pdf", -10);
@@ -190,7 +190,7 @@ TEST_F(AutoOrganizerTest, noTopicLeavesSorted) {
   std::set<std::string> sorted;
   for (const auto& file : files()) sorted.insert(file.substr(0, file.rfind('/')));
   EXPECT_THAT(sorted, UnorderedElementsAre("Sorted/Documents/PDFs", "Sorted/Elsewhere", "Sorted/etc", "Sorted/ssh",
-                                            "Sorted/Other x"));
+                                           "Sorted/Other x"));
 }
 
 TEST_F(AutoOrganizerTest, leavesWhatChangedWhileTheModelWasThinking) {

@@ -1,6 +1,6 @@
+#include "core/organizer/AutoOrganizer.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/Volume.h"
-#include "core/organizer/AutoOrganizer.h"
 #include "core/rules/HeadlessCoordinator.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "core/rules/UserNotificationService.h"
@@ -84,7 +84,7 @@ class HeadlessCoordinatorTest : public TaskFixture {
   AutoOrganizer tidier{taskServices()};
   HeadlessCoordinator headless{{.schedule = schedule,
                                 .tidySettings = tidySettings,
-                                 .autoOrganizer = tidier,
+                                .autoOrganizer = tidier,
                                 .notificationCenter = center,
                                 .volume = volume,
                                 .home = FileUrl(tree.path()),
