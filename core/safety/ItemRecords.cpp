@@ -51,8 +51,9 @@ std::optional<ItemRecord> recordFrom(const Uuid& entryId, std::string_view line)
 }  // namespace
 
 bool ItemRecord::describes(const FileStatus& status) const noexcept {
-  if (identity.inode != 0 && identity.inode != status.inode) return false;
-  return status.type == FileType::directory || (identity.size == status.size && identity.modified == status.modified);
+  const bool isSameTime = identity.modified == status.modified;
+  if (status.type != FileType::directory) return isSameTime && identity.size == status.size;
+  return isSameTime || identity.inode == 0 || identity.inode == status.inode;
 }
 
 ItemRecords::ItemRecords(const std::string& folder) : m_path(joinPath(folder, fileName)) {}

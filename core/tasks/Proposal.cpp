@@ -126,6 +126,7 @@ std::vector<SyncedRows> syncedRows(const Approval& approval) {
     found.try_emplace(*provider, SyncedRows{*provider, {}, item.url()}).first->second.rows.add(item.fileSize());
   }
   std::vector<SyncedRows> result;
+  result.reserve(found.size());
   for (auto& [provider, rows] : found) result.push_back(std::move(rows));
   return result;
 }
