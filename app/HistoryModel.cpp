@@ -254,8 +254,8 @@ void HistoryModel::startRestore(RestoreWish wish) {
         Q_EMIT progressChanged();
       });
     };
-    auto [count, warnings] = restoreNow(m_services.tasks, wish, progress, stop);
-    callOn(this, [this, count, warnings = std::move(warnings)] { finishRestore(count, warnings); });
+    const auto restored = restoreNow(m_services.tasks, wish, progress, stop);
+    callOn(this, [this, restored] { finishRestore(restored.count, restored.warnings); });
   });
 }
 
