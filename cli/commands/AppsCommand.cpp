@@ -34,7 +34,7 @@ bool looksLikePath(std::string_view text) {
 // The application that a path, a bundle identifier or a unique name means.
 FileUrl appMeantBy(const std::string& text) {
   if (looksLikePath(text)) {
-    const auto place = placeFromArgument(text);
+    auto place = placeFromArgument(text);
     if (itemExists(place.path().c_str())) return place;
   }
   const auto found = appsMeantBy(TaskServices::shared(), text);

@@ -19,8 +19,8 @@ struct ItemRecord {
   // Where it was, with no link on the way; absent where the entry's own location is that.
   std::optional<FileUrl> source;
 
-  // Whether the item that was found is the one: a file by size and time, which it keeps when a home is copied to another
-  // disk; a folder by its time or, as it may change while it lies in the Trash, by its inode.
+  // Whether the item that was found is the one: a file by size and time, which it keeps when a home is copied to
+  // another disk; a folder by its time or, as it may change while it lies in the Trash, by its inode.
   [[nodiscard]] bool describes(const FileStatus& status) const noexcept;
 };
 

@@ -96,7 +96,7 @@ Page {
         Notice {
             Layout.fillWidth: true
             visible: root.model.notices.length > 0 && !root.isBusy
-            text: root.model.notices.join("\n")
+            text: Texts.firstLines(root.model.notices, 8)
         }
 
         Notice {
