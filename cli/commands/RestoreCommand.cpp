@@ -75,11 +75,9 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   const auto approval = proposal.approve();
   RunReport report;
   if (!approval.empty()) {
-    const auto count = approval.toFolders().count;
-    const auto question =
-        count == meant.itemCount
-            ? fmt::format("Bring back the {} of {}?", itemsText(approval.toFolders()), meant.formattedDate())
-            : fmt::format("Bring back the {} left of {}?", itemCount(count), meant.formattedDate());
+    const bool isWhole = approval.toFolders().count == meant.itemCount;
+    const auto question = fmt::format("Bring back the {} {} {}?", itemsText(approval.toFolders()),
+                                      isWhole ? "of" : "left of", meant.formattedDate());
     switch (askConsent(session, arguments, question)) {
       case Answer::interrupted:
         return ExitStatus::interrupted;

@@ -134,7 +134,7 @@ TEST_F(HistoryCommand, asksForWhatIsLeftOfARunAndBringsBackOnlyThat) {
   program.send("y\n");
   const auto result = program.finish();
   EXPECT_EQ(result.exitStatus, 1);
-  EXPECT_THAT(result.output, HasSubstr("Failed to restore a: "));
+  EXPECT_THAT(result.output, HasSubstr("Item was emptied from Trash or moved: a"));
   EXPECT_THAT(result.output, HasSubstr("Brought back 1 item."));
   EXPECT_FALSE(exists(home.path("Downloads/a")));
   LiveProgram again(terminalSetup({"restore", id}));
