@@ -1,10 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <exception>
 #include <functional>
-#include <future>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -16,20 +17,35 @@ namespace orvane {
 // when no thread can be started.
 template <typename Result>
 std::optional<Result> finishedWithin(std::chrono::milliseconds timeout, std::function<Result()> work) {
-  auto promise = std::make_shared<std::promise<Result>>();
-  auto future = promise->get_future();
-  std::thread([promise, work = std::move(work)]() mutable {
+  // Result and exception are handed over whole: the thread keeps no reference that it would drop while the caller uses
+  // them.
+  struct Handover {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool isDone = false;
+    std::optional<Result> result;
+    std::exception_ptr problem;
+  };
+  const auto handover = std::make_shared<Handover>();
+  std::thread([handover, work = std::move(work)]() mutable {
+    std::optional<Result> result;
+    std::exception_ptr problem;
     try {
-      auto result = work();
-      work = nullptr;
-      promise->set_value(std::move(result));
+      result = work();
     } catch (...) {
-      work = nullptr;
-      promise->set_exception(std::current_exception());
+      problem = std::current_exception();
     }
+    work = nullptr;
+    const std::lock_guard lock(handover->mutex);
+    handover->result = std::move(result);
+    handover->problem = std::exchange(problem, nullptr);
+    handover->isDone = true;
+    handover->changed.notify_all();
   }).detach();
-  if (future.wait_for(timeout) != std::future_status::ready) return std::nullopt;
-  return future.get();
+  std::unique_lock lock(handover->mutex);
+  if (!handover->changed.wait_for(lock, timeout, [&] { return handover->isDone; })) return std::nullopt;
+  if (handover->problem) std::rethrow_exception(std::exchange(handover->problem, nullptr));
+  return std::exchange(handover->result, std::nullopt);
 }
 
 }  // namespace orvane

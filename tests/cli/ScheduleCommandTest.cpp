@@ -76,7 +76,7 @@ TEST_F(ScheduleCommand, movesWhatWasShownAndWarnsOfWhatIsSynced) {
   const auto arrived = recommended("arrived.log");
   program.send("y\n");
   const auto result = program.finish();
-  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(result.exitStatus, 1) << result.output;
   EXPECT_THAT(result.output, AllOf(HasSubstr("synced via Dropbox"), HasSubstr("Moved 1 item ")));
   EXPECT_FALSE(exists(home.path("Dropbox/shown.log")));
   EXPECT_TRUE(exists(replaced));
