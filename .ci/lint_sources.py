@@ -124,7 +124,7 @@ CHANGING_CALL = re.compile(
     r"|(?:\.|->)(removeRecursively|moveToTrash)\s*\(\s*\)"
     r"|(?<![\w.>:])(?:::|std::)?(system|popen)\s*\("
 )
-CHANGING_PLACES = ("core/safety/", "core/base/AtomicFile.cpp", "platform/", "tests/", "bench/")
+CHANGING_PLACES = ("core/safety/", "core/base/files/AtomicFile.cpp", "platform/", "tests/", "bench/")
 
 SYSTEM_MACRO = re.compile(r"^\s*#\s*(?:el)?if.*\b(__linux__|__linux|__APPLE__|_WIN32|__unix__|__FreeBSD__|BSD)\b")
 SHARED_DEFINITION = re.compile(r"\bshared\s*\(\s*\)\s*(?:noexcept\s*)?\{")
@@ -270,7 +270,7 @@ def check_changing_calls(tree):
     for path, number, match in tree.matches(CHANGING_CALL, CHANGING_PLACES):
         yield (
             f"{path}:{number}: {match.group(0)!r} removes, renames or cuts short a file; only core/safety, platform and "
-            "core/base/AtomicFile.cpp may"
+            "core/base/files/AtomicFile.cpp may"
         )
 
 

@@ -1,7 +1,7 @@
 #include "app/AppState.h"
 
 #include "app/Text.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/platform/Desktop.h"
 #include "core/platform/Preferences.h"
 #include "core/platform/Volume.h"

@@ -4,7 +4,7 @@
 #include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
-#include "core/base/CaselessSearch.h"
+#include "core/base/text/CaselessSearch.h"
 #include "core/tasks/UninstallTask.h"
 
 #include <QDebug>

@@ -1,7 +1,7 @@
 #include "app/CleanupArrangement.h"
 
 #include "app/Text.h"
-#include "core/base/CaselessSearch.h"
+#include "core/base/text/CaselessSearch.h"
 
 #include <QCollator>
 

@@ -3,7 +3,7 @@
 #include "app/AppState.h"
 #include "app/CleanupText.h"
 #include "app/Text.h"
-#include "core/base/FileStatus.h"
+#include "core/base/files/FileStatus.h"
 #include "core/platform/Desktop.h"
 #include "core/scanning/RiskEvaluator.h"
 #include "core/tasks/CarryOut.h"

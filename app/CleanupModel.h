@@ -4,7 +4,7 @@
 #include "app/CleanupArrangement.h"
 #include "app/RunModel.h"
 #include "app/WindowServices.h"
-#include "core/base/Date.h"
+#include "core/base/values/Date.h"
 #include "core/tasks/Selection.h"
 
 #include <QtQml/qqmlregistration.h>

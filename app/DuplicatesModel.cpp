@@ -4,7 +4,7 @@
 #include "app/PictureProvider.h"
 #include "app/Places.h"
 #include "app/Text.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/platform/Desktop.h"
 #include "core/tasks/DuplicatesTask.h"
 

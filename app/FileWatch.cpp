@@ -1,6 +1,6 @@
 #include "app/FileWatch.h"
 
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 #include "app/Format.h"
 
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
-#include "core/base/Calendar.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/values/Calendar.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 

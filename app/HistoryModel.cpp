@@ -2,8 +2,8 @@
 
 #include "app/ProgressPace.h"
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
-#include "core/base/CaselessSearch.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/CaselessSearch.h"
 #include "core/platform/Desktop.h"
 
 #include <QDebug>

@@ -5,7 +5,7 @@
 #include "app/HistoryModel.h"
 #include "app/JournalFeed.h"
 #include "app/Text.h"
-#include "core/base/Calendar.h"
+#include "core/base/values/Calendar.h"
 #include "core/tasks/StoredRules.h"
 
 #include <QDebug>

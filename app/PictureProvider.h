@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/BackgroundQueue.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 
 #include <QImage>
 #include <QQuickAsyncImageProvider>

@@ -1,6 +1,6 @@
 #include "app/Pictures.h"
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 #include "core/uninstaller/BundleInformation.h"
 
 #include <fcntl.h>

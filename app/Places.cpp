@@ -1,7 +1,7 @@
 #include "app/Places.h"
 
 #include "app/Text.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 
 namespace orvane {
 

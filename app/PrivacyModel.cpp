@@ -1,7 +1,7 @@
 #include "app/PrivacyModel.h"
 
 #include "app/Text.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/platform/Preferences.h"
 #include "core/safety/PermissionsManager.h"
 

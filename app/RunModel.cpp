@@ -3,7 +3,7 @@
 #include "app/Format.h"
 #include "app/ProgressPace.h"
 #include "app/Text.h"
-#include "core/base/ByteCount.h"
+#include "core/base/text/ByteCount.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/RestoreTask.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/BackgroundQueue.h"
 #include "app/WindowServices.h"
-#include "core/base/Uuid.h"
+#include "core/base/values/Uuid.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/RunReport.h"
 

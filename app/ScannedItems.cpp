@@ -1,7 +1,7 @@
 #include "app/ScannedItems.h"
 
 #include "app/BackgroundQueue.h"
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,7 +1,7 @@
 #include "app/SingleInstance.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/FileDescriptor.h"
 
 #include <fcntl.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileLock.h"
+#include "core/base/files/FileLock.h"
 
 #include <QByteArray>
 #include <QLocalServer>

@@ -1,7 +1,7 @@
 #include "app/Text.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/localization/LocalizationManager.h"
 
 #include <cmath>

@@ -1,6 +1,6 @@
 // Times the preview of plans over what a scan of FOLDER finds, beside the scan itself: plan_benchmark FOLDER
 
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"

@@ -1,7 +1,7 @@
 // Benchmarks of scanning. With "--scan FOLDER" (keeping every item), "--count FOLDER" (keeping none) or "--size FOLDER"
 // it does that once and says what it found, for timing beside other programs.
 
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 #include "core/organizer/CategoryClassifier.h"
 #include "core/organizer/FolderClassifier.h"
 #include "core/safety/FolderRules.h"

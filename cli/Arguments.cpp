@@ -1,8 +1,8 @@
 #include "cli/Arguments.h"
 
 #include "cli/UsageError.h"
-#include "core/base/FatalError.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/base/values/FatalError.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -4,8 +4,8 @@
 #include "cli/InputLine.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fmt/format.h>
 #include <unistd.h>

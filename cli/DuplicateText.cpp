@@ -2,8 +2,8 @@
 
 #include "cli/FileArguments.h"
 #include "cli/Session.h"
-#include "core/base/ByteCount.h"
-#include "core/base/Json.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
 #include "core/tasks/DuplicatesTask.h"
 
 #include <fmt/format.h>

@@ -1,10 +1,10 @@
 #include "cli/FileArguments.h"
 
 #include "cli/UsageError.h"
-#include "core/base/CanonicalPath.h"
-#include "core/base/HomeFolder.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fmt/format.h>
 

@@ -5,8 +5,8 @@
 #include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/FileStatus.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FileStatus.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/TaskServices.h"
 

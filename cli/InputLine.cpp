@@ -1,6 +1,6 @@
 #include "cli/InputLine.h"
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 
 #include <poll.h>
 #include <unistd.h>

@@ -3,8 +3,8 @@
 #include "cli/FileArguments.h"
 #include "cli/ProposalRun.h"
 #include "cli/Session.h"
-#include "core/base/ByteCount.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/tasks/CategoryGroups.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "cli/Output.h"
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 
 #include <cerrno>
 #include <system_error>

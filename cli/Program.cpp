@@ -5,7 +5,7 @@
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

@@ -1,8 +1,8 @@
 #include "cli/ProgressLine.h"
 
 #include "cli/Session.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fmt/format.h>
 #include <sys/ioctl.h>

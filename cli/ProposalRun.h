@@ -3,7 +3,7 @@
 #include "cli/CommandSpec.h"
 #include "cli/Consent.h"
 #include "cli/ExitStatus.h"
-#include "core/base/JsonFwd.h"
+#include "core/base/text/JsonFwd.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"

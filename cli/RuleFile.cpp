@@ -1,8 +1,8 @@
 #include "cli/RuleFile.h"
 
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/rules/RuleCheck.h"
 
 #include <fmt/format.h>

@@ -3,9 +3,9 @@
 #include "cli/FileArguments.h"
 #include "cli/ProposalRun.h"
 #include "cli/Session.h"
-#include "core/base/ByteCount.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

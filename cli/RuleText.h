@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/ExitStatus.h"
-#include "core/base/JsonFwd.h"
+#include "core/base/text/JsonFwd.h"
 #include "core/rules/CleanupRule.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/RunReport.h"

@@ -1,8 +1,8 @@
 #include "cli/RunReference.h"
 
 #include "cli/UsageError.h"
-#include "core/base/HexDigit.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/HexDigit.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/safety/UndoError.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "cli/ScanJson.h"
 
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fmt/format.h>
 

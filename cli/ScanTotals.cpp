@@ -1,8 +1,8 @@
 #include "cli/ScanTotals.h"
 
 #include "cli/Table.h"
-#include "core/base/ByteCount.h"
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <string>
 

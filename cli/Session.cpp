@@ -1,7 +1,7 @@
 #include "cli/Session.h"
 
 #include "cli/Arguments.h"
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 
 #include <fmt/format.h>
 #include <unistd.h>

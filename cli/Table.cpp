@@ -1,7 +1,7 @@
 #include "cli/Table.h"
 
 #include "cli/Session.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <algorithm>
 #include <numeric>

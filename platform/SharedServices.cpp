@@ -2,7 +2,7 @@
 
 #include "core/assistant/AgentCoordinator.h"
 #include "core/assistant/KeychainService.h"
-#include "core/base/HomeFolder.h"
+#include "core/base/files/HomeFolder.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"

@@ -2,7 +2,7 @@
 #include "cli/FileArguments.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/rules/LaunchAgentManager.h"
 #include "core/rules/ScheduleCoordinator.h"
 #include "platform/SystemServices.h"

@@ -6,7 +6,7 @@
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/tasks/AskTask.h"
 #include "core/tasks/TaskServices.h"
 

@@ -6,8 +6,8 @@
 #include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/tasks/DuplicatesTask.h"
 #include "core/tasks/TaskServices.h"
 

@@ -2,9 +2,9 @@
 #include "cli/FileArguments.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/tasks/ExplainTask.h"
 #include "core/tasks/TaskServices.h"
 

@@ -3,7 +3,7 @@
 #include "cli/ProposalRun.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/TaskServices.h"
 

@@ -5,10 +5,10 @@
 #include "cli/commands/Commands.h"
 #include "core/assistant/AIProvider.h"
 #include "core/assistant/KeychainService.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/Json.h"
-#include "core/base/SecretText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/SecretText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fmt/format.h>
 #include <termios.h>

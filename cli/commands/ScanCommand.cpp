@@ -6,8 +6,8 @@
 #include "cli/ScanTotals.h"
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
-#include "core/base/ByteCount.h"
-#include "core/base/HomeFolder.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/text/ByteCount.h"
 #include "core/platform/Volume.h"
 #include "platform/SystemServices.h"
 

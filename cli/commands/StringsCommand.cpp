@@ -2,8 +2,8 @@
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "cli/commands/Commands.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/LocalizedStrings.h"
 

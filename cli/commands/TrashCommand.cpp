@@ -5,7 +5,7 @@
 #include "cli/Session.h"
 #include "cli/Table.h"
 #include "cli/commands/Commands.h"
-#include "core/base/ByteCount.h"
+#include "core/base/text/ByteCount.h"
 #include "core/tasks/TaskServices.h"
 #include "core/tasks/TrashTask.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/assistant/PlannerError.h"
 #include "core/assistant/RemoteExchange.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanSchema.h"
 
 #include <fmt/format.h>

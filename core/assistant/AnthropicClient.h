@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/assistant/LLMClient.h"
-#include "core/base/SecretText.h"
+#include "core/base/text/SecretText.h"
 #include "core/platform/HttpTransport.h"
 
 #include <string>

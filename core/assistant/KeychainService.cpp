@@ -1,6 +1,6 @@
 #include "core/assistant/KeychainService.h"
 
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 
 namespace orvane {
 

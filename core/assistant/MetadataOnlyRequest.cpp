@@ -1,6 +1,6 @@
 #include "core/assistant/MetadataOnlyRequest.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 
 #include <fmt/format.h>
 

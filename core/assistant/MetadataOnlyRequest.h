@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/assistant/FileMetadataEntry.h"
-#include "core/base/JsonFwd.h"
+#include "core/base/text/JsonFwd.h"
 
 #include <string>
 #include <vector>

@@ -1,8 +1,8 @@
 #include "core/assistant/RemoteExchange.h"
 
 #include "core/assistant/PlannerError.h"
-#include "core/base/Json.h"
-#include "core/base/SecretText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/SecretText.h"
 #include "core/plans/CleaningPlanSchema.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/Sha256.h"
+#include "core/base/values/Sha256.h"
 #include "core/duplicates/ContentFile.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "core/duplicates/ContentFile.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

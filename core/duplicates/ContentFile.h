@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileDescriptor.h"
-#include "core/base/FileStatus.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FileStatus.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 #include "core/duplicates/DuplicateGroup.h"
 #include "core/duplicates/DuplicateKeepStrategy.h"
 #include "core/duplicates/DuplicateProgress.h"

@@ -1,8 +1,8 @@
 #include "core/duplicates/DuplicateGroup.h"
 
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <algorithm>
 

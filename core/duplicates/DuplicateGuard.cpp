@@ -1,7 +1,7 @@
 #include "core/duplicates/DuplicateGuard.h"
 
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 #include "core/duplicates/ContentFile.h"
 #include "core/safety/TrashMover.h"
 

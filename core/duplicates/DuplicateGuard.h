@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileLock.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileLock.h"
+#include "core/base/files/FileUrl.h"
 #include "core/scanning/FileItem.h"
 
 #include <functional>

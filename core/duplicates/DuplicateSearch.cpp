@@ -1,6 +1,6 @@
 #include "core/duplicates/DuplicateSearch.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/duplicates/ContentComparison.h"
 #include "core/duplicates/ContentFile.h"
 #include "core/duplicates/DuplicateWalk.h"

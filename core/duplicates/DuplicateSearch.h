@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
-#include "core/base/Sha256.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Sha256.h"
 #include "core/duplicates/DuplicateGroup.h"
 #include "core/duplicates/FoundFiles.h"
 

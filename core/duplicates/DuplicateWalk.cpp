@@ -1,7 +1,7 @@
 #include "core/duplicates/DuplicateWalk.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/PathText.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathText.h"
 #include "core/duplicates/SearchMonitor.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/safety/FolderRules.h"

@@ -1,6 +1,6 @@
 #include "core/duplicates/HashUtility.h"
 
-#include "core/base/Sha256.h"
+#include "core/base/values/Sha256.h"
 #include "core/duplicates/ContentFile.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "core/localization/AppLanguage.h"
 
-#include "core/base/AsciiText.h"
+#include "core/base/text/AsciiText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "core/localization/LocalizationManager.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/platform/Preferences.h"

@@ -1,7 +1,7 @@
 #include "core/organizer/AutoOrganizeResult.h"
 
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 namespace orvane {
 

@@ -1,8 +1,8 @@
 #include "core/organizer/AutoOrganizeSettings.h"
 
-#include "core/base/HomeFolder.h"
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
 
 #include <string_view>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/FileUrl.h"
-#include "core/base/JsonFwd.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/Date.h"
 
 #include <cstdint>
 #include <optional>

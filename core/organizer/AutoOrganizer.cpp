@@ -1,6 +1,6 @@
 #include "core/organizer/AutoOrganizer.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/organizer/TidyFolder.h"
 #include "core/platform/FileStatusReader.h"
 

@@ -1,8 +1,8 @@
 #include "core/organizer/CategoryChooser.h"
 
-#include "core/base/Calendar.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/base/values/Calendar.h"
 #include "core/organizer/OrganizerCategories.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "core/organizer/CategoryPreferencesStore.h"
 
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/platform/StoredValue.h"
 
 #include <algorithm>

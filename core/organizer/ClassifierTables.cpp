@@ -1,7 +1,7 @@
 #include "core/organizer/ClassifierTables.h"
 
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <algorithm>
 #include <string>

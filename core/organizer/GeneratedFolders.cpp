@@ -1,6 +1,6 @@
 #include "core/organizer/GeneratedFolders.h"
 
-#include "core/base/FatalError.h"
+#include "core/base/values/FatalError.h"
 
 #include <unicode/regex.h>
 

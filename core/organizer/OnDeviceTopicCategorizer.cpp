@@ -1,6 +1,6 @@
 #include "core/organizer/OnDeviceTopicCategorizer.h"
 
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/organizer/TopicResponseParser.h"
 #include "core/platform/TopicModel.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
-#include "core/base/JsonFwd.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/Uuid.h"
 #include "core/organizer/ProposedMove.h"
 
 #include <cstdint>

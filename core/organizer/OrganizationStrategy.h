@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/EnumTable.h"
+#include "core/base/values/EnumTable.h"
 
 #include <cstdint>
 #include <optional>

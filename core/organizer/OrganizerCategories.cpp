@@ -1,7 +1,7 @@
 #include "core/organizer/OrganizerCategories.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fcntl.h>
 

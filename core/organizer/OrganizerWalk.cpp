@@ -1,7 +1,7 @@
 #include "core/organizer/OrganizerWalk.h"
 
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/OrganizerCategories.h"
 #include "core/scanning/BundleNames.h"

@@ -1,6 +1,6 @@
 #include "core/organizer/ProposedMove.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 
 #include <tuple>
 

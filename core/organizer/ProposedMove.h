@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/base/FileStatus.h"
-#include "core/base/FileUrl.h"
-#include "core/base/JsonFwd.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/Uuid.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "core/organizer/ProposedNames.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/FreeName.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FreeName.h"
 
 #include <fcntl.h>
 

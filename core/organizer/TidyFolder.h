@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/FileStatus.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Date.h"
 #include "core/organizer/CategoryChooser.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 #include "core/organizer/TopicGrouping.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathText.h"
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/ProposedNames.h"

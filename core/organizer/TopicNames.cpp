@@ -1,7 +1,7 @@
 #include "core/organizer/TopicNames.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fcntl.h>
 #include <unicode/uchar.h>

@@ -1,6 +1,6 @@
 #include "core/organizer/TopicResponseParser.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/organizer/TopicNames.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #include "core/plans/CleaningFilter.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 
 namespace orvane {
 bool CleaningFilter::hasCriteria() const noexcept {

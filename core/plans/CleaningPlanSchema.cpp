@@ -1,8 +1,8 @@
 #include "core/plans/CleaningPlanSchema.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/plans/CleaningPlan.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "core/plans/CleaningPlanStep.h"
 
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "core/plans/FilterMatcher.h"
 
-#include "core/base/AsciiText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/AsciiText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/CaselessSearch.h"
-#include "core/base/Date.h"
-#include "core/base/MinimumAge.h"
+#include "core/base/text/CaselessSearch.h"
+#include "core/base/values/Date.h"
+#include "core/base/values/MinimumAge.h"
 #include "core/plans/CleaningFilter.h"
 #include "core/scanning/FileItem.h"
 

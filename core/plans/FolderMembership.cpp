@@ -1,10 +1,10 @@
 #include "core/plans/FolderMembership.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/DirectoryReader.h"
-#include "core/base/FileStatus.h"
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileDescriptor.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FileUrl.h"
 
 #include <cstdint>
 #include <string>

@@ -1,8 +1,8 @@
 #include "core/plans/OfflineHeuristicParser.h"
 
-#include "core/base/HomeFolder.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/plans/PromptReading.h"
 
 #include <fmt/format.h>

@@ -1,8 +1,8 @@
 #include "core/plans/PlanDestinations.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/organizer/OrganizerCategories.h"
 #include "core/plans/PlanFolder.h"
 #include "core/safety/PathValidator.h"

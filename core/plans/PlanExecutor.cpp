@@ -1,6 +1,6 @@
 #include "core/plans/PlanExecutor.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanDestinations.h"
 #include "core/plans/StepMatcher.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/Date.h"
+#include "core/base/values/Date.h"
 #include "core/plans/PlanExecutionSummary.h"
 #include "core/plans/PlanMatchResult.h"
 #include "core/safety/Boundary.h"

@@ -1,9 +1,9 @@
 #include "core/plans/PlanFolder.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/HomeFolder.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "core/plans/PlanMatchResult.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanStep.h"
 
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/JsonFwd.h"
-#include "core/base/Uuid.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/Uuid.h"
 #include "core/plans/PlannedAction.h"
 #include "core/scanning/FileItem.h"
 

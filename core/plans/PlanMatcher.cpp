@@ -1,7 +1,7 @@
 #include "core/plans/PlanMatcher.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathText.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanFolder.h"
 #include "core/safety/ManagedFolderType.h"

@@ -1,7 +1,7 @@
 #include "core/plans/PromptReading.h"
 
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/plans/QuantityPattern.h"
 
 #include <algorithm>

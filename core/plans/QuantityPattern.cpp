@@ -1,6 +1,6 @@
 #include "core/plans/QuantityPattern.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/RegularExpression.h"
+#include "core/base/text/RegularExpression.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "core/platform/PendingMove.h"
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 #include "core/platform/SyncError.h"
 
 #include <sys/stat.h>

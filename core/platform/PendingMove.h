@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileStatus.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/SecretText.h"
+#include "core/base/text/SecretText.h"
 
 #include <optional>
 #include <string>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/JsonFwd.h"
-#include "core/base/Uuid.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/Date.h"
+#include "core/base/values/Uuid.h"
 #include "core/rules/RuleAction.h"
 #include "core/rules/RuleTrigger.h"
 

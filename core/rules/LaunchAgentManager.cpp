@@ -1,6 +1,6 @@
 #include "core/rules/LaunchAgentManager.h"
 
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 
 #include <fmt/format.h>
 

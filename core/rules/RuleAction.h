@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/EnumTable.h"
-#include "core/base/JsonFwd.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/EnumTable.h"
 
 #include <cstdint>
 #include <string>

@@ -1,8 +1,8 @@
 #include "core/rules/RuleDestination.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/HomeFolder.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/files/PathText.h"
 #include "core/safety/FolderLookups.h"
 #include "core/safety/PathValidator.h"
 #include "core/scanning/FileItem.h"

@@ -1,7 +1,7 @@
 #include "core/rules/RuleEngine.h"
 
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/platform/Preferences.h"
 #include "core/rules/BuiltInRuleTemplates.h"
 #include "core/rules/RuleDestination.h"

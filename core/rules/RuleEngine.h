@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/Uuid.h"
+#include "core/base/values/Date.h"
+#include "core/base/values/Uuid.h"
 #include "core/plans/PlanExecutionSummary.h"
 #include "core/rules/CleanupRule.h"
 #include "core/safety/Boundary.h"

@@ -1,6 +1,6 @@
 #include "core/rules/RuleMatcher.h"
 
-#include "core/base/HomeFolder.h"
+#include "core/base/files/HomeFolder.h"
 
 namespace orvane {
 namespace {

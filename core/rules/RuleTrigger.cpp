@@ -1,8 +1,8 @@
 #include "core/rules/RuleTrigger.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,8 +1,8 @@
 #include "core/rules/ScheduleCandidates.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/FileStatus.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/PathText.h"
 #include "core/organizer/FolderClassifier.h"
 #include "core/scanning/BundleNames.h"
 #include "core/scanning/FolderPlace.h"

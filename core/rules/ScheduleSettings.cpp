@@ -1,7 +1,7 @@
 #include "core/rules/ScheduleSettings.h"
 
-#include "core/base/Calendar.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/Calendar.h"
 
 #include <limits>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/JsonFwd.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/Date.h"
 #include "core/rules/ScheduleFrequency.h"
 
 #include <cstdint>

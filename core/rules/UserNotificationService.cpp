@@ -1,7 +1,7 @@
 #include "core/rules/UserNotificationService.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/Uuid.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/values/Uuid.h"
 #include "core/platform/NotificationCenter.h"
 
 #include <fmt/format.h>

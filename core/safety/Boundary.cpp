@@ -1,7 +1,7 @@
 #include "core/safety/Boundary.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathText.h"
 
 #include <algorithm>
 

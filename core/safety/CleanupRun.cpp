@@ -1,6 +1,6 @@
 #include "core/safety/CleanupRun.h"
 
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 #include "core/safety/FolderLookups.h"
 #include "core/safety/MoveBatch.h"
 #include "core/safety/RunLog.h"

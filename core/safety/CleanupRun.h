@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/FileStatus.h"
-#include "core/base/FileUrl.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Date.h"
+#include "core/base/values/Uuid.h"
 #include "core/safety/Boundary.h"
 #include "core/safety/JournalEntry.h"
 #include "core/safety/MoveOutcome.h"

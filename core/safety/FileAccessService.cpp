@@ -1,8 +1,8 @@
 #include "core/safety/FileAccessService.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/DirectoryReader.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/platform/StoredValue.h"
 #include "core/safety/ManagedFolderType.h"
 

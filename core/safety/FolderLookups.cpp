@@ -1,6 +1,6 @@
 #include "core/safety/FolderLookups.h"
 
-#include "core/base/CanonicalPath.h"
+#include "core/base/files/CanonicalPath.h"
 
 namespace orvane {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 
 #include <functional>
 #include <map>

@@ -1,8 +1,8 @@
 #include "core/safety/FoundLogs.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

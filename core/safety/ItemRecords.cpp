@@ -1,7 +1,7 @@
 #include "core/safety/ItemRecords.h"
 
-#include "core/base/FileDescriptor.h"
-#include "core/base/PathText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PathText.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/FileStatus.h"
-#include "core/base/FileUrl.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Uuid.h"
 
 #include <optional>
 #include <span>

@@ -1,9 +1,9 @@
 #include "core/safety/JournalEntry.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/Calendar.h"
-#include "core/base/HashCombine.h"
-#include "core/base/Json.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/Calendar.h"
+#include "core/base/values/HashCombine.h"
 
 #include <fmt/format.h>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/EnumTable.h"
-#include "core/base/FileUrl.h"
-#include "core/base/JsonFwd.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/text/JsonFwd.h"
+#include "core/base/values/Date.h"
+#include "core/base/values/EnumTable.h"
+#include "core/base/values/Uuid.h"
 
 #include <cstdint>
 #include <functional>

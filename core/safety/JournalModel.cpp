@@ -1,6 +1,6 @@
 #include "core/safety/JournalModel.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <algorithm>
 #include <array>

@@ -1,13 +1,13 @@
 #include "core/safety/JournalStore.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/Calendar.h"
-#include "core/base/DirectoryReader.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/FreeName.h"
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FreeName.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/base/values/Calendar.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

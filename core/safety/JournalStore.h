@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileLock.h"
-#include "core/base/FileStatus.h"
+#include "core/base/files/FileLock.h"
+#include "core/base/files/FileStatus.h"
 #include "core/safety/JournalModel.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/EnumTable.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/EnumTable.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/Uuid.h"
+#include "core/base/values/Uuid.h"
 #include "core/platform/PendingMove.h"
 #include "core/safety/JournalEntry.h"
 

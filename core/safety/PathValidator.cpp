@@ -1,7 +1,7 @@
 #include "core/safety/PathValidator.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/PathAccess.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathAccess.h"
 
 #include <algorithm>
 

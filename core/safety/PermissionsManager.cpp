@@ -1,7 +1,7 @@
 #include "core/safety/PermissionsManager.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/PathText.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathText.h"
 #include "core/platform/Desktop.h"
 
 #include <fcntl.h>

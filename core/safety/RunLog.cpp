@@ -1,8 +1,8 @@
 #include "core/safety/RunLog.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
 #include "core/platform/SyncError.h"
 
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 #include "core/safety/RunRecovery.h"
 
-#include "core/base/PathAccess.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/platform/FileMover.h"
 #include "core/platform/Trash.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileStatus.h"
+#include "core/base/files/FileStatus.h"
 #include "core/safety/ItemRecords.h"
 #include "core/safety/JournalEntry.h"
 #include "core/safety/MoveBatch.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/VariantError.h"
+#include "core/base/values/VariantError.h"
 
 #include <string>
 #include <variant>

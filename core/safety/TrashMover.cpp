@@ -1,9 +1,9 @@
 #include "core/safety/TrashMover.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/CanonicalPath.h"
-#include "core/base/FreeName.h"
-#include "core/base/PathText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/FreeName.h"
+#include "core/base/files/PathText.h"
 #include "core/platform/FileMover.h"
 #include "core/platform/SyncError.h"
 #include "core/platform/Trash.h"

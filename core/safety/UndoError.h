@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/Uuid.h"
-#include "core/base/VariantError.h"
+#include "core/base/values/Uuid.h"
+#include "core/base/values/VariantError.h"
 
 #include <string>
 #include <variant>

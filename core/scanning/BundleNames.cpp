@@ -1,6 +1,6 @@
 #include "core/scanning/BundleNames.h"
 
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 
 #include <algorithm>
 #include <array>

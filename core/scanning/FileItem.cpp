@@ -1,8 +1,8 @@
 #include "core/scanning/FileItem.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/HashCombine.h"
-#include "core/base/Json.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/HashCombine.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "core/scanning/FolderPlace.h"
 
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 
 #include <fcntl.h>
 

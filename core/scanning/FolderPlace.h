@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/DirectoryReader.h"
+#include "core/base/files/DirectoryReader.h"
 #include "core/scanning/HeldFolders.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #include "core/scanning/FolderScan.h"
 
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 #include "core/organizer/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/scanning/BlackHoleNames.h"

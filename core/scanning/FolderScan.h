@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/DirectoryReader.h"
+#include "core/base/files/DirectoryReader.h"
 #include "core/organizer/FolderClassifier.h"
 #include "core/safety/FolderRules.h"
 #include "core/scanning/FolderPlace.h"

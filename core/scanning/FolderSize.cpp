@@ -1,8 +1,8 @@
 #include "core/scanning/FolderSize.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathText.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <string_view>
 

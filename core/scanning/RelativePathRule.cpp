@@ -1,6 +1,6 @@
 #include "core/scanning/RelativePathRule.h"
 
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 
 namespace orvane {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Date.h"
 #include "core/scanning/RiskLabel.h"
 #include "core/scanning/ScanCategory.h"
 

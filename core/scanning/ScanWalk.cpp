@@ -1,6 +1,6 @@
 #include "core/scanning/ScanWalk.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/organizer/CategoryClassifier.h"
 #include "core/safety/PathValidator.h"
 #include "core/scanning/FolderScan.h"

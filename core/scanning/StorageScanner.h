@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 #include "core/scanning/DeveloperCaches.h"
 #include "core/scanning/ScanEvent.h"
 

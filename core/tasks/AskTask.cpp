@@ -1,7 +1,7 @@
 #include "core/tasks/AskTask.h"
 
 #include "core/assistant/AgentCoordinator.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "core/tasks/CarryOut.h"
 
-#include "core/base/PathAccess.h"
+#include "core/base/files/PathAccess.h"
 #include "core/duplicates/DuplicateGuard.h"
 #include "core/safety/CleanupRun.h"
 #include "core/safety/TrashError.h"

@@ -1,6 +1,6 @@
 #include "core/tasks/CleanTask.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/ScanTask.h"
 

@@ -1,7 +1,7 @@
 #include "core/tasks/DuplicatesTask.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/Json.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/duplicates/DuplicateWalk.h"
 #include "core/tasks/Folders.h"

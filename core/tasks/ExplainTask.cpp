@@ -1,6 +1,6 @@
 #include "core/tasks/ExplainTask.h"
 
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/organizer/CloudFolderDetector.h"
 #include "core/organizer/OrganizerCategories.h"
 #include "core/safety/PathValidator.h"

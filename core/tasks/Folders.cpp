@@ -1,8 +1,8 @@
 #include "core/tasks/Folders.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/DirectoryReader.h"
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FileDescriptor.h"
 #include "core/safety/FileAccessService.h"
 #include "core/safety/ManagedFolderType.h"
 #include "core/safety/PathValidator.h"

@@ -1,8 +1,8 @@
 #include "core/tasks/History.h"
 
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/FileStatus.h"
-#include "core/base/PathText.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/PathText.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/safety/UndoJournal.h"
 #include "core/tasks/TaskServices.h"
 

@@ -1,6 +1,6 @@
 #include "core/tasks/NamedTopics.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/organizer/TopicNames.h"
 #include "core/tasks/TaskServices.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/JsonFwd.h"
+#include "core/base/text/JsonFwd.h"
 #include "core/organizer/TopicCategorizing.h"
 
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/assistant/AIProvider.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 #include "core/organizer/CloudProvider.h"
 #include "core/rules/RuleMismatch.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Date.h"
 #include "core/organizer/OrganizationStrategy.h"
 #include "core/organizer/Subfolders.h"
 #include "core/organizer/TopicUse.h"

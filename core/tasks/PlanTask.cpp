@@ -1,8 +1,8 @@
 #include "core/tasks/PlanTask.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/Json.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "core/plans/PlanDestinations.h"
 #include "core/plans/PlanFolder.h"

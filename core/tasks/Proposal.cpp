@@ -1,8 +1,8 @@
 #include "core/tasks/Proposal.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/Json.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/organizer/CloudFolderDetector.h"
 
 #include <fmt/format.h>

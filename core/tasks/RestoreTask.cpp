@@ -1,7 +1,7 @@
 #include "core/tasks/RestoreTask.h"
 
-#include "core/base/FileStatus.h"
-#include "core/base/Json.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/text/Json.h"
 #include "core/safety/UndoJournal.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/RunReport.h"

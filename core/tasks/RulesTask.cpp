@@ -1,8 +1,8 @@
 #include "core/tasks/RulesTask.h"
 
-#include "core/base/FileStatus.h"
-#include "core/base/HomeFolder.h"
-#include "core/base/Json.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/text/Json.h"
 #include "core/rules/RuleDestination.h"
 #include "core/rules/RuleMatcher.h"
 #include "core/rules/ScheduleCandidates.h"

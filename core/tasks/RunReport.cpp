@@ -1,6 +1,6 @@
 #include "core/tasks/RunReport.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/FileStatus.h"
-#include "core/base/FileUrl.h"
-#include "core/base/Json.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/Date.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 

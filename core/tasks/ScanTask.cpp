@@ -1,6 +1,6 @@
 #include "core/tasks/ScanTask.h"
 
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 #include "core/safety/Boundary.h"
 #include "core/scanning/StorageScanner.h"
 #include "core/tasks/TaskServices.h"

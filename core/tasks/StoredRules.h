@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/Uuid.h"
+#include "core/base/values/Uuid.h"
 #include "core/rules/CleanupRule.h"
 
 #include <vector>

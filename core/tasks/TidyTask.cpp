@@ -1,8 +1,8 @@
 #include "core/tasks/TidyTask.h"
 
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/ProposedNames.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/Date.h"
-#include "core/base/FileLock.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileLock.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Date.h"
 #include "core/organizer/TopicUse.h"
 #include "core/tasks/CategoryGroups.h"
 #include "core/tasks/Proposal.h"

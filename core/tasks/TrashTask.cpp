@@ -1,8 +1,8 @@
 #include "core/tasks/TrashTask.h"
 
-#include "core/base/FileDescriptor.h"
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashError.h"
 #include "core/scanning/FolderSize.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 

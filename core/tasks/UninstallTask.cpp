@@ -1,9 +1,9 @@
 #include "core/tasks/UninstallTask.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/FileStatus.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 

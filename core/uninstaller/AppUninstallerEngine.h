@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Uuid.h"
 #include "core/safety/CleanupRun.h"
 #include "core/uninstaller/AppUninstallBundle.h"
 #include "core/uninstaller/InstalledApp.h"

@@ -1,11 +1,11 @@
 #include "core/uninstaller/BundleInformation.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/DirectoryReader.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/FileStatus.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/uninstaller/PropertyList.h"
 
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 #include "core/uninstaller/ContentSizes.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/FileStatus.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/FileStatus.h"
 #include "core/scanning/FolderSize.h"
 #include "core/scanning/HeldFolders.h"
 #include "core/scanning/WorkStack.h"

@@ -1,7 +1,7 @@
 #include "core/uninstaller/InstalledApp.h"
 
-#include "core/base/ByteCount.h"
-#include "core/base/Json.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/Json.h"
 
 namespace orvane {
 

@@ -1,6 +1,6 @@
 #include "core/uninstaller/LeftoverLocations.h"
 
-#include "core/base/UnicodeText.h"
+#include "core/base/text/UnicodeText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/base/FileUrl.h"
-#include "core/base/VariantError.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/VariantError.h"
 
 #include <string>
 #include <variant>

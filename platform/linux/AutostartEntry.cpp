@@ -1,8 +1,8 @@
 #include "platform/linux/AutostartEntry.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/PathText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PathText.h"
 #include "platform/linux/ConfigurationFolder.h"
 
 #include <fmt/format.h>

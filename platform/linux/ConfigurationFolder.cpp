@@ -1,7 +1,7 @@
 #include "platform/linux/ConfigurationFolder.h"
 
-#include "core/base/HomeFolder.h"
-#include "core/base/PathText.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/files/PathText.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #include "platform/linux/CurlUrlReader.h"
 
-#include "core/base/AsciiText.h"
+#include "core/base/text/AsciiText.h"
 #include "platform/linux/CurlLibrary.h"
 
 #include <arpa/inet.h>

@@ -1,6 +1,6 @@
 #include "platform/linux/LinuxFolderGrants.h"
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

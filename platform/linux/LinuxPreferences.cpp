@@ -1,12 +1,12 @@
 #include "platform/linux/LinuxPreferences.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/Calendar.h"
-#include "core/base/CanonicalPath.h"
-#include "core/base/FileLock.h"
-#include "core/base/FreeName.h"
-#include "core/base/Json.h"
-#include "core/base/PathText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/FileLock.h"
+#include "core/base/files/FreeName.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/Calendar.h"
 #include "platform/linux/ConfigurationFolder.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "platform/linux/LinuxVolume.h"
 
-#include "core/base/CheckedArithmetic.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <sys/statvfs.h>
 

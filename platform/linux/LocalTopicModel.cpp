@@ -1,6 +1,6 @@
 #include "platform/linux/LocalTopicModel.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/platform/HttpTransport.h"
 #include "core/platform/Preferences.h"
 #include "platform/linux/CurlUrlReader.h"

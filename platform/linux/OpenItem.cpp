@@ -1,7 +1,7 @@
 #include "platform/linux/OpenItem.h"
 
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 
 #include <fcntl.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/base/FileDescriptor.h"
-#include "core/base/FileStatus.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,9 +1,9 @@
 #include "platform/linux/SystemdScheduler.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/PathText.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
 #include "platform/linux/ConfigurationFolder.h"
 #include "platform/posix/RunTool.h"
 

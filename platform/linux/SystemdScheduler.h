@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/Date.h"
+#include "core/base/values/Date.h"
 #include "core/platform/BackgroundScheduler.h"
 
 #include <string>

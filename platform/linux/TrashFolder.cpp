@@ -1,9 +1,9 @@
 #include "platform/linux/TrashFolder.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/FileUrl.h"
-#include "core/base/PathText.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/files/PathText.h"
+#include "core/base/values/Uuid.h"
 #include "core/platform/SyncError.h"
 
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 #include "platform/linux/TrashInfo.h"
 
-#include "core/base/Calendar.h"
-#include "core/base/FileUrl.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Calendar.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/TrashMoves.h"
 
-#include "core/base/PathText.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/PathText.h"
+#include "core/base/values/Uuid.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/TrashFolder.h"
 #include "platform/linux/TrashInfo.h"

@@ -1,7 +1,7 @@
 #include "platform/linux/VolumeCopy.h"
 
-#include "core/base/DirectoryReader.h"
-#include "core/base/PathText.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathText.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

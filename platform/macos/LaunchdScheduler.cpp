@@ -1,7 +1,7 @@
 #include "platform/macos/LaunchdScheduler.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/PathText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/PathText.h"
 #include "core/rules/LaunchAgentManager.h"
 #include "platform/posix/RunTool.h"
 

@@ -1,7 +1,7 @@
 #include "app/AppsModel.h"
 #include "app/OrganizeModel.h"
 #include "app/Text.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>

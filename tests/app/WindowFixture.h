@@ -4,7 +4,7 @@
 #include "app/CleanupModel.h"
 #include "app/JournalFeed.h"
 #include "app/WindowServices.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/platform/Desktop.h"

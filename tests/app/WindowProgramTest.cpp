@@ -1,6 +1,6 @@
 // The program itself, without a display.
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "tests/support/LiveProgram.h"
 #include "tests/support/TemporaryTree.h"
 

@@ -1,4 +1,4 @@
-#include "core/base/FileLock.h"
+#include "core/base/files/FileLock.h"
 #include "core/scanning/ScanCategory.h"
 #include "tests/cli/OrvanectlFixture.h"
 

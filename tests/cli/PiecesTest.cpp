@@ -2,8 +2,8 @@
 #include "cli/RunReference.h"
 #include "cli/ScanJson.h"
 #include "cli/UsageError.h"
-#include "core/base/Json.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/scanning/ScanEvent.h"
 
 #include <gtest/gtest.h>

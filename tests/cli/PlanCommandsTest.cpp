@@ -1,4 +1,4 @@
-#include "core/base/Uuid.h"
+#include "core/base/values/Uuid.h"
 #include "tests/cli/OrvanectlFixture.h"
 
 namespace orvane::test {

@@ -1,6 +1,6 @@
 #include "tests/cli/OrvanectlFixture.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

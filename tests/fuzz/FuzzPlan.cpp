@@ -1,6 +1,6 @@
 // Any text is a plan or a JsonError; a plan is written as it was read, is judged, and matches files without harm.
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "core/plans/PlanExecutor.h"

@@ -1,8 +1,8 @@
 // Any request yields a plan of one step that is acceptable, or rejected for no other reason than that it names nothing.
 
-#include "core/base/Json.h"
-#include "core/base/RegularExpression.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/RegularExpression.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "core/plans/OfflineHeuristicParser.h"
 #include "tests/fuzz/FuzzCheck.h"

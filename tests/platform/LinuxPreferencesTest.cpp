@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "tests/support/TemporaryTree.h"
 

@@ -1,6 +1,6 @@
 // The Trash and the mover on real mounts. The whole program lives in a mount namespace of its own.
 
-#include "core/base/PathAccess.h"
+#include "core/base/files/PathAccess.h"
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/safety/RunLog.h"
 #include "tests/support/MemoryPreferences.h"

@@ -1,4 +1,4 @@
-#include "core/base/Date.h"
+#include "core/base/values/Date.h"
 #include "platform/linux/SystemdScheduler.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryTree.h"

@@ -1,6 +1,6 @@
 #include "tests/support/ChildProcess.h"
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 #include "tests/support/ChildProcess.h"
 
 #include <sys/types.h>

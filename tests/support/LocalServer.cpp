@@ -1,6 +1,6 @@
 #include "tests/support/LocalServer.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 
 #include <arpa/inet.h>
 #include <fmt/format.h>

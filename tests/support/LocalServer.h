@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/FileDescriptor.h"
+#include "core/base/files/FileDescriptor.h"
 
 #include <condition_variable>
 #include <functional>

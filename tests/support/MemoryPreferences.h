@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/platform/Preferences.h"
 
 #include <functional>

@@ -1,9 +1,9 @@
 #include "tests/support/TemporaryTree.h"
 
-#include "core/base/AtomicFile.h"
-#include "core/base/FileDescriptor.h"
-#include "core/base/FileStatus.h"
-#include "core/base/PathText.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/PathText.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

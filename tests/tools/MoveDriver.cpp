@@ -4,7 +4,7 @@
 //   move-driver HOME move       everything directly in HOME/Downloads goes to HOME/Sorted
 //   move-driver HOME restore    every run comes back
 
-#include "core/base/DirectoryReader.h"
+#include "core/base/files/DirectoryReader.h"
 #include "core/safety/CleanupRun.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashMover.h"

@@ -2,7 +2,7 @@
 
 #include "core/assistant/AnthropicClient.h"
 #include "core/assistant/OpenAIClient.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "platform/linux/CurlTransport.h"
 #include "tests/support/LocalServer.h"

@@ -1,8 +1,8 @@
-#include "core/base/CanonicalPath.h"
+#include "core/base/files/CanonicalPath.h"
 
-#include "core/base/FileDescriptor.h"
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>

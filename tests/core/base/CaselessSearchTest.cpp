@@ -1,4 +1,4 @@
-#include "core/base/CaselessSearch.h"
+#include "core/base/text/CaselessSearch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "core/base/FileUrl.h"
-#include "core/base/PathText.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/files/PathText.h"
 
 #include <gtest/gtest.h>
 

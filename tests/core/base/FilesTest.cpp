@@ -1,6 +1,6 @@
-#include "core/base/AtomicFile.h"
-#include "core/base/FileLock.h"
-#include "core/base/PathAccess.h"
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/FileLock.h"
+#include "core/base/files/PathAccess.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>

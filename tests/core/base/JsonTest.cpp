@@ -1,5 +1,5 @@
-#include "core/base/CheckedArithmetic.h"
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
+#include "core/base/values/CheckedArithmetic.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
-#include "core/base/MinimumAge.h"
+#include "core/base/values/MinimumAge.h"
 
-#include "core/base/Calendar.h"
+#include "core/base/values/Calendar.h"
 #include "tests/support/TimeZone.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "core/base/RegularExpression.h"
+#include "core/base/text/RegularExpression.h"
 
 #include <gtest/gtest.h>
 

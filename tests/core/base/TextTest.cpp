@@ -1,8 +1,8 @@
-#include "core/base/ByteCount.h"
-#include "core/base/Calendar.h"
-#include "core/base/FreeName.h"
-#include "core/base/UnicodeText.h"
-#include "core/base/Uuid.h"
+#include "core/base/files/FreeName.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/base/values/Calendar.h"
+#include "core/base/values/Uuid.h"
 #include "tests/support/TimeZone.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/duplicates/DuplicateGroup.h"
 
 #include <gmock/gmock.h>

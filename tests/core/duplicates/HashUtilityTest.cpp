@@ -1,4 +1,4 @@
-#include "core/base/Sha256.h"
+#include "core/base/values/Sha256.h"
 #include "core/duplicates/HashUtility.h"
 #include "tests/support/TemporaryTree.h"
 

@@ -1,5 +1,5 @@
-#include "core/base/RegularExpression.h"
-#include "core/base/UnicodeText.h"
+#include "core/base/text/RegularExpression.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/localization/LocalizedStrings.h"
 #include "tests/support/TemporaryTree.h"
 

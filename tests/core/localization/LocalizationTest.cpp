@@ -1,5 +1,5 @@
-#include "core/base/Json.h"
-#include "core/base/RegularExpression.h"
+#include "core/base/text/Json.h"
+#include "core/base/text/RegularExpression.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/localization/ThreadSafeLanguageStore.h"

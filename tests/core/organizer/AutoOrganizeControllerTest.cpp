@@ -1,7 +1,7 @@
 #include "core/organizer/AutoOrganizeController.h"
 
-#include "core/base/HomeFolder.h"
-#include "core/base/Json.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/text/Json.h"
 #include "core/organizer/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"
 #include "core/platform/RepeatingTimer.h"

@@ -1,5 +1,5 @@
-#include "core/base/FileLock.h"
-#include "core/base/PathAccess.h"
+#include "core/base/files/FileLock.h"
+#include "core/base/files/PathAccess.h"
 #include "core/tasks/Folders.h"
 #include "tests/support/AutoOrganizerFixture.h"
 

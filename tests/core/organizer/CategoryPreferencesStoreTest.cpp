@@ -1,6 +1,6 @@
 #include "core/organizer/CategoryPreferencesStore.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "tests/support/MemoryPreferences.h"
 
 #include <gmock/gmock.h>

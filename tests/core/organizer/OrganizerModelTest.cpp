@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/organizer/OrganizationCategoryGroup.h"
 #include "core/organizer/OrganizationStrategy.h"
 

@@ -1,4 +1,4 @@
-#include "core/base/PathAccess.h"
+#include "core/base/files/PathAccess.h"
 #include "tests/support/OrganizerFixture.h"
 
 #include <fcntl.h>

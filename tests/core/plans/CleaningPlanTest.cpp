@@ -1,6 +1,6 @@
 #include "core/plans/CleaningPlan.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/plans/PlanExecutionSummary.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "core/plans/PlanExecutor.h"
 
-#include "core/base/Json.h"
-#include "core/base/PathAccess.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/text/Json.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/OfflineHeuristicParser.h"
 #include "tests/support/SafetyFixture.h"

@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/rules/ScheduleCandidates.h"
 #include "core/rules/ScheduleCoordinator.h"

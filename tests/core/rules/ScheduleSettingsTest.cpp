@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/rules/ScheduleSettings.h"
 #include "tests/support/TimeZone.h"
 

@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/platform/Desktop.h"
 #include "core/safety/FileAccessService.h"
 #include "core/safety/PermissionsManager.h"

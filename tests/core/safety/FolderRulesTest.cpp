@@ -1,9 +1,9 @@
 #include "core/safety/FolderRules.h"
 
-#include "core/base/CanonicalPath.h"
-#include "core/base/DirectoryReader.h"
-#include "core/base/PathAccess.h"
-#include "core/base/PathText.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>

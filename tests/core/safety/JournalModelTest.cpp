@@ -1,6 +1,6 @@
 #include "core/safety/JournalModel.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "core/safety/PathValidator.h"
 
-#include "core/base/PathText.h"
+#include "core/base/files/PathText.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <gmock/gmock.h>

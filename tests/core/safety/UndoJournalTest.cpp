@@ -1,7 +1,7 @@
 #include "core/safety/UndoJournal.h"
 
-#include "core/base/Json.h"
-#include "core/base/PathAccess.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/text/Json.h"
 #include "core/safety/RunLog.h"
 #include "tests/support/SafetyFixture.h"
 

@@ -1,7 +1,7 @@
 #include "core/scanning/StorageScanner.h"
 
-#include "core/base/FileDescriptor.h"
-#include "core/base/PathText.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PathText.h"
 #include "core/safety/PathValidator.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 #include "tests/support/TemporaryTree.h"

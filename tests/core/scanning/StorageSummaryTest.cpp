@@ -1,6 +1,6 @@
 #include "core/scanning/StorageSummary.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "core/base/FileLock.h"
-#include "core/base/Json.h"
+#include "core/base/files/FileLock.h"
+#include "core/base/text/Json.h"
 #include "core/duplicates/DuplicateGuard.h"
 #include "core/tasks/DuplicatesTask.h"
 #include "core/tasks/SavedProposal.h"

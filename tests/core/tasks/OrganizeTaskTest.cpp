@@ -1,6 +1,6 @@
 #include "core/tasks/OrganizeTask.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "tests/support/TaskFixture.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "core/tasks/PlanTask.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "tests/support/TaskFixture.h"
 

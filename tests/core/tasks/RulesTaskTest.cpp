@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/tasks/RulesTask.h"
 #include "tests/support/TaskFixture.h"
 

@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "core/tasks/CleanTask.h"
 #include "core/tasks/SavedProposal.h"
 #include "core/tasks/TrashTask.h"

@@ -1,6 +1,6 @@
 #include "core/tasks/TidyTask.h"
 
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "tests/support/AutoOrganizerFixture.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "core/base/Json.h"
+#include "core/base/text/Json.h"
 #include "tests/core/uninstaller/UninstallerFixture.h"
 
 #include <filesystem>

@@ -1,0 +1,91 @@
+#include "core/base/files/AtomicFile.h"
+
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
+#include "core/base/values/Uuid.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace orvane {
+namespace {
+constexpr std::size_t bufferSize = 256 * 1024;
+}
+
+AtomicFile::AtomicFile(std::string path, unsigned mode)
+    : m_path(std::move(path)), m_temporaryPath(m_path + "." + Uuid::random().toString() + ".tmp") {
+  m_file.reset(::open(m_temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+  if (!m_file) throwErrno();
+}
+
+AtomicFile::~AtomicFile() {
+  if (!m_temporaryPath.empty()) ::unlink(m_temporaryPath.c_str());
+}
+
+void AtomicFile::write(std::string_view bytes) {
+  m_buffer.append(bytes);
+  if (m_buffer.size() >= bufferSize) flushBuffer();
+}
+
+void AtomicFile::flushBuffer() {
+  writeAll(m_file.get(), m_buffer);
+  m_buffer.clear();
+}
+
+void AtomicFile::commit() {
+  flushBuffer();
+  if (::fsync(m_file.get()) != 0) throwErrno();
+  m_file.reset();
+  if (std::rename(m_temporaryPath.c_str(), m_path.c_str()) != 0) throwErrno();
+  m_temporaryPath.clear();
+  syncFolder(std::string(parentPath(m_path)));
+}
+
+void AtomicFile::replace(const std::string& path, std::string_view bytes, unsigned mode) {
+  AtomicFile file(path, mode);
+  file.write(bytes);
+  file.commit();
+}
+
+void syncFolder(const std::string& path) {
+  const FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder || ::fsync(folder.get()) != 0) throwErrno();
+}
+
+namespace {
+
+bool isFolder(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) {
+    if (!S_ISDIR(status.st_mode)) throwErrno(ENOTDIR);
+    return true;
+  }
+  return errno == ENAMETOOLONG && openFolderWithoutLinks(AT_FDCWD, path);
+}
+
+template <typename AfterEach>
+void createMissingFolders(const std::string& path, unsigned mode, AfterEach afterEach) {
+  if (isFolder(path)) return;
+  if (errno != ENOENT) throwErrno();
+  const std::string parent(parentPath(path));
+  if (parent.empty() || parent == path) throwErrno(ENOENT);
+  createMissingFolders(parent, mode, afterEach);
+  if (::mkdir(path.c_str(), mode) != 0 && errno != EEXIST) throwErrno();
+  afterEach(parent);
+}
+
+}  // namespace
+
+void createFolders(const std::string& path, unsigned mode) {
+  createMissingFolders(path, mode, [](const std::string&) {});
+}
+
+void createFoldersDurably(const std::string& path, unsigned mode) {
+  createMissingFolders(path, mode, [](const std::string& parent) { syncFolder(parent); });
+}
+
+}  // namespace orvane

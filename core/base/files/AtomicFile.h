@@ -1,0 +1,44 @@
+#pragma once
+
+#include "core/base/files/FileDescriptor.h"
+
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+// Replaces a file's content so that a reader, and the disk after a power cut, holds the old content or the new, never
+// a part: temporary file beside it, fsync, rename, fsync of the folder. What was written before commit() is dropped
+// unless commit() is reached.
+class AtomicFile {
+ public:
+  // `mode` is that of the new file. Throws std::system_error.
+  explicit AtomicFile(std::string path, unsigned mode = 0600);
+  ~AtomicFile();
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  void write(std::string_view bytes);
+  void commit();
+
+  // All at once.
+  static void replace(const std::string& path, std::string_view bytes, unsigned mode = 0600);
+
+ private:
+  void flushBuffer();
+
+  std::string m_path;
+  std::string m_temporaryPath;
+  FileDescriptor m_file;
+  std::string m_buffer;
+};
+
+// Makes the names in a folder durable. Throws std::system_error.
+void syncFolder(const std::string& path);
+
+// Creates a folder with its parents, for this user alone where they are new. Throws std::system_error.
+void createFolders(const std::string& path, unsigned mode = 0700);
+// The same, with the names of the new folders made durable.
+void createFoldersDurably(const std::string& path, unsigned mode = 0700);
+
+}  // namespace orvane

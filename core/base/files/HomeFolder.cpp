@@ -1,0 +1,32 @@
+#include "core/base/files/HomeFolder.h"
+
+#include "core/base/files/PathText.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace orvane {
+
+std::string homeFolder() {
+  if (const char* home = std::getenv("HOME"); home != nullptr && home[0] == '/') return standardizedPath(home);
+  passwd entry{};
+  passwd* found = nullptr;
+  std::array<char, 16384> buffer{};
+  if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr &&
+      found->pw_dir != nullptr && found->pw_dir[0] == '/') {
+    return standardizedPath(found->pw_dir);
+  }
+  throw std::runtime_error("the home folder is unknown: set HOME to its absolute path");
+}
+
+std::string expandedHome(std::string_view path) {
+  if (path == "~") return homeFolder();
+  if (!path.starts_with("~/")) return std::string(path);
+  return joinPath(homeFolder(), path.substr(2));
+}
+
+}  // namespace orvane

@@ -1,0 +1,99 @@
+#include "core/base/values/Uuid.h"
+
+#include "core/base/text/HexDigit.h"
+#include "core/base/values/FatalError.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+
+namespace orvane {
+namespace {
+
+// How often this process came out of a fork: asking for the process's number instead would cost a system call each
+// time.
+std::atomic<unsigned> forkCount = 0;
+
+unsigned currentForkCount() {
+  static const int registered = ::pthread_atfork(nullptr, nullptr, [] { ++forkCount; });
+  if (registered != 0) fatalError("forks cannot be noticed");
+  return forkCount.load(std::memory_order_relaxed);
+}
+
+// Random bytes drawn from the system in blocks: a scan makes an identifier per file, and a system call each would
+// cost as much as reading the file's status.
+class RandomPool {
+ public:
+  void take(std::array<std::uint8_t, 16>& out) {
+    if (m_used == m_bytes.size() || m_forkCount != currentForkCount()) refill();
+    std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_used), out.size(), out.begin());
+    m_used += out.size();
+  }
+
+ private:
+  void refill() {
+    if (::getentropy(m_bytes.data(), m_bytes.size()) != 0) fatalError("the system gives no random bytes");
+    m_used = 0;
+    m_forkCount = currentForkCount();
+  }
+
+  std::array<std::uint8_t, 256> m_bytes{};
+  std::size_t m_used = 256;
+  unsigned m_forkCount = 0;
+};
+
+constexpr bool isHyphenPosition(std::size_t index) {
+  return index == 8 || index == 13 || index == 18 || index == 23;
+}
+
+}  // namespace
+
+Uuid Uuid::random() {
+  thread_local RandomPool pool;
+  Uuid result;
+  pool.take(result.m_bytes);
+  result.m_bytes[6] = static_cast<std::uint8_t>((result.m_bytes[6] & 0x0F) | 0x40);
+  result.m_bytes[8] = static_cast<std::uint8_t>((result.m_bytes[8] & 0x3F) | 0x80);
+  return result;
+}
+
+std::optional<Uuid> Uuid::parse(std::string_view text) noexcept {
+  if (text.size() != 36) return std::nullopt;
+  Uuid result;
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (isHyphenPosition(i)) {
+      if (text[i] != '-') return std::nullopt;
+      continue;
+    }
+    const int value = hexValue(text[i]);
+    if (value < 0) return std::nullopt;
+    auto& byte = result.m_bytes[digits / 2];
+    byte = static_cast<std::uint8_t>((byte << 4) | value);
+    ++digits;
+  }
+  return result;
+}
+
+std::string Uuid::toString() const {
+  std::string text;
+  appendTo(text);
+  return text;
+}
+
+void Uuid::appendTo(std::string& text) const {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  // Where the two digits of each byte stand.
+  constexpr std::array<std::uint8_t, 16> places{0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
+  const auto start = text.size();
+  text.append(36, '-');
+  auto* place = text.data() + start;
+  for (std::size_t i = 0; i < m_bytes.size(); ++i) {
+    place[places[i]] = digits[m_bytes[i] >> 4];
+    place[places[i] + 1] = digits[m_bytes[i] & 0x0F];
+  }
+}
+
+}  // namespace orvane
