@@ -5,7 +5,7 @@
 #include "app/ScanFeed.h"
 #include "app/ScannedItems.h"
 #include "app/WindowServices.h"
-#include "core/scanning/StorageSummary.h"
+#include "core/scanning/records/StorageSummary.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/ScannedItems.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include <array>
 #include <cstdint>

@@ -5,7 +5,7 @@
 #include "app/Text.h"
 #include "core/base/files/FileStatus.h"
 #include "core/platform/Desktop.h"
-#include "core/scanning/RiskEvaluator.h"
+#include "core/scanning/records/RiskEvaluator.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/CleanTask.h"
 #include "core/tasks/History.h"

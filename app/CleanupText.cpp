@@ -2,7 +2,7 @@
 
 #include "app/Text.h"
 #include "core/organizer/CloudFolderDetector.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <string>
 

@@ -4,7 +4,7 @@
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/safety/PathValidator.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 
 #include <algorithm>

@@ -6,7 +6,7 @@
 #include "core/organizer/FolderClassifier.h"
 #include "core/safety/FolderRules.h"
 #include "core/safety/PathValidator.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 
 #include <benchmark/benchmark.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/scanning/FileItem.h"
-#include "core/scanning/RiskLabel.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/FileItem.h"
+#include "core/scanning/records/RiskLabel.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include <array>
 #include <cstdint>

@@ -22,7 +22,7 @@
 #include "core/safety/PermissionsManager.h"
 #include "core/safety/TrashMover.h"
 #include "core/safety/UndoJournal.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/SystemServices.h"

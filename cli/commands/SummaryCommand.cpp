@@ -6,7 +6,7 @@
 #include "core/base/files/HomeFolder.h"
 #include "core/base/text/Json.h"
 #include "core/platform/Volume.h"
-#include "core/scanning/StorageSummary.h"
+#include "core/scanning/records/StorageSummary.h"
 #include "core/tasks/History.h"
 #include "core/tasks/TaskServices.h"
 #include "platform/SystemServices.h"

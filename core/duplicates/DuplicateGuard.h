@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileLock.h"
 #include "core/base/files/FileUrl.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <functional>
 #include <memory>

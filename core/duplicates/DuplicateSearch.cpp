@@ -6,7 +6,7 @@
 #include "core/duplicates/DuplicateWalk.h"
 #include "core/duplicates/HashUtility.h"
 #include "core/duplicates/SearchMonitor.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <sys/resource.h>
 

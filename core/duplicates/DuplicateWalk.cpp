@@ -6,10 +6,10 @@
 #include "core/platform/FileStatusReader.h"
 #include "core/safety/FolderRules.h"
 #include "core/safety/PathValidator.h"
-#include "core/scanning/BlackHoleNames.h"
-#include "core/scanning/BundleNames.h"
-#include "core/scanning/FolderPlace.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/walk/BlackHoleNames.h"
+#include "core/scanning/walk/BundleNames.h"
+#include "core/scanning/walk/FolderPlace.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <algorithm>
 #include <array>

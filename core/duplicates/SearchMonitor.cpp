@@ -1,6 +1,6 @@
 #include "core/duplicates/SearchMonitor.h"
 
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <algorithm>
 #include <chrono>

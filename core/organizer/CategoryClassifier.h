@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include <cstdint>
 #include <optional>

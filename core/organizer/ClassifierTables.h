@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include <array>
 #include <cstdint>

@@ -11,8 +11,8 @@
 #include "core/organizer/OrganizerRun.h"
 #include "core/organizer/ProposedNames.h"
 #include "core/safety/SecurityError.h"
-#include "core/scanning/BundleNames.h"
-#include "core/scanning/FolderSize.h"
+#include "core/scanning/walk/BundleNames.h"
+#include "core/scanning/walk/FolderSize.h"
 
 #include <fcntl.h>
 

@@ -4,10 +4,10 @@
 #include "core/base/files/PathText.h"
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/OrganizerCategories.h"
-#include "core/scanning/BundleNames.h"
-#include "core/scanning/FolderPlace.h"
-#include "core/scanning/FolderSize.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/walk/BundleNames.h"
+#include "core/scanning/walk/FolderPlace.h"
+#include "core/scanning/walk/FolderSize.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/text/JsonFwd.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include <cstdint>
 #include <optional>

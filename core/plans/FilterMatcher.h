@@ -4,7 +4,7 @@
 #include "core/base/values/Date.h"
 #include "core/base/values/MinimumAge.h"
 #include "core/plans/CleaningFilter.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <cstdint>
 #include <optional>

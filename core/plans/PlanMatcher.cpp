@@ -5,7 +5,7 @@
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanFolder.h"
 #include "core/safety/ManagedFolderType.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <algorithm>
 #include <utility>

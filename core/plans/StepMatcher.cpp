@@ -2,7 +2,7 @@
 
 #include "core/plans/CleaningPlanStep.h"
 #include "core/plans/PlanFolder.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 namespace orvane {
 

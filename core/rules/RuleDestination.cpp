@@ -5,7 +5,7 @@
 #include "core/base/files/PathText.h"
 #include "core/safety/FolderLookups.h"
 #include "core/safety/PathValidator.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 namespace orvane {
 

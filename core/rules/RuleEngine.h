@@ -5,7 +5,7 @@
 #include "core/plans/PlanExecutionSummary.h"
 #include "core/rules/CleanupRule.h"
 #include "core/safety/Boundary.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <functional>
 #include <mutex>

@@ -4,7 +4,7 @@
 #include "core/plans/FilterMatcher.h"
 #include "core/rules/RuleMismatch.h"
 #include "core/rules/RuleTrigger.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <cstddef>
 #include <cstdint>

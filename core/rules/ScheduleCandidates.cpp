@@ -4,10 +4,10 @@
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
 #include "core/organizer/FolderClassifier.h"
-#include "core/scanning/BundleNames.h"
-#include "core/scanning/FolderPlace.h"
-#include "core/scanning/FolderRisk.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/scan/FolderRisk.h"
+#include "core/scanning/walk/BundleNames.h"
+#include "core/scanning/walk/FolderPlace.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <algorithm>
 #include <atomic>

@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <span>
 #include <stop_token>

@@ -2,8 +2,8 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
-#include "core/scanning/DeveloperCaches.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/DeveloperCaches.h"
+#include "core/scanning/records/ScanCategory.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 

@@ -2,8 +2,8 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/organizer/CloudProvider.h"
-#include "core/scanning/RiskLabel.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/RiskLabel.h"
+#include "core/scanning/records/ScanCategory.h"
 #include "core/tasks/Proposal.h"
 
 #include <optional>

@@ -3,8 +3,8 @@
 #include "core/organizer/CategoryClassifier.h"
 #include "core/organizer/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
-#include "core/scanning/FolderSize.h"
-#include "core/scanning/RiskEvaluator.h"
+#include "core/scanning/records/RiskEvaluator.h"
+#include "core/scanning/walk/FolderSize.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fcntl.h>

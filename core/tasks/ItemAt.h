@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include <cstddef>
 #include <memory>

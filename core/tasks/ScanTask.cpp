@@ -2,7 +2,7 @@
 
 #include "core/base/files/PathText.h"
 #include "core/safety/Boundary.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/TaskServices.h"
 
 #include <string>

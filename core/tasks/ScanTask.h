@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-#include "core/scanning/DeveloperCaches.h"
-#include "core/scanning/ScanEvent.h"
+#include "core/scanning/records/DeveloperCaches.h"
+#include "core/scanning/records/ScanEvent.h"
 #include "core/tasks/TaskMonitor.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/ScanEvent.h"
+#include "core/scanning/records/ScanEvent.h"
 
 #include <atomic>
 #include <cstddef>

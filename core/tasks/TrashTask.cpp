@@ -5,7 +5,7 @@
 #include "core/base/text/Json.h"
 #include "core/safety/PathValidator.h"
 #include "core/safety/TrashError.h"
-#include "core/scanning/FolderSize.h"
+#include "core/scanning/walk/FolderSize.h"
 #include "core/tasks/ItemAt.h"
 #include "core/tasks/TaskServices.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Uuid.h"
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 #include "core/uninstaller/InstalledApp.h"
 
 #include <vector>

@@ -2,9 +2,9 @@
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/FileStatus.h"
-#include "core/scanning/FolderSize.h"
-#include "core/scanning/HeldFolders.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/walk/FolderSize.h"
+#include "core/scanning/walk/HeldFolders.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <fcntl.h>
 

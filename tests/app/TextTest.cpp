@@ -6,7 +6,7 @@
 #include "core/localization/LocalizedStrings.h"
 #include "core/organizer/CloudProvider.h"
 #include "core/safety/ManagedFolderType.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/ScanCategory.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>

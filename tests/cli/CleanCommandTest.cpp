@@ -1,5 +1,5 @@
 #include "core/base/files/FileLock.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/ScanCategory.h"
 #include "tests/cli/OrvanectlFixture.h"
 
 #include <algorithm>

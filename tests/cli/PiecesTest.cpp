@@ -4,7 +4,7 @@
 #include "cli/UsageError.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/scanning/ScanEvent.h"
+#include "core/scanning/records/ScanEvent.h"
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,7 @@
 #include "core/platform/FileStatusReader.h"
 #include "core/rules/RuleEngine.h"
 #include "core/safety/FileAccessService.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"

@@ -1,4 +1,4 @@
-#include "core/scanning/FileItem.h"
+#include "core/scanning/records/FileItem.h"
 
 #include "core/base/text/Json.h"
 

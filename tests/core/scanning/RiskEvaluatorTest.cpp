@@ -1,6 +1,6 @@
-#include "core/scanning/RiskEvaluator.h"
+#include "core/scanning/records/RiskEvaluator.h"
 
-#include "core/scanning/FolderRisk.h"
+#include "core/scanning/scan/FolderRisk.h"
 
 #include <gtest/gtest.h>
 

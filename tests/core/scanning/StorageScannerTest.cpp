@@ -1,4 +1,4 @@
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
 
 #include "core/base/files/FileDescriptor.h"
 #include "core/base/files/PathText.h"

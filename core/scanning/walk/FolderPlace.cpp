@@ -1,4 +1,4 @@
-#include "core/scanning/FolderPlace.h"
+#include "core/scanning/walk/FolderPlace.h"
 
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/scanning/FolderSize.h"
-#include "core/scanning/ScanEvent.h"
+#include "core/scanning/records/ScanEvent.h"
+#include "core/scanning/walk/FolderSize.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/scanning/ScanContext.h"
-#include "core/scanning/StorageScanner.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/scan/ScanContext.h"
+#include "core/scanning/scan/StorageScanner.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <cstdint>
 #include <deque>

@@ -1,11 +1,11 @@
-#include "core/scanning/FolderScan.h"
+#include "core/scanning/scan/FolderScan.h"
 
 #include "core/base/files/PathText.h"
 #include "core/organizer/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
-#include "core/scanning/BlackHoleNames.h"
-#include "core/scanning/BundleNames.h"
-#include "core/scanning/WholeFolders.h"
+#include "core/scanning/walk/BlackHoleNames.h"
+#include "core/scanning/walk/BundleNames.h"
+#include "core/scanning/walk/WholeFolders.h"
 
 #include <utility>
 

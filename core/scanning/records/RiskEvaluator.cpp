@@ -1,6 +1,6 @@
-#include "core/scanning/RiskEvaluator.h"
+#include "core/scanning/records/RiskEvaluator.h"
 
-#include "core/scanning/SensitivePaths.h"
+#include "core/scanning/records/SensitivePaths.h"
 
 #include <string_view>
 

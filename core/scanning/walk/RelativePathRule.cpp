@@ -1,4 +1,4 @@
-#include "core/scanning/RelativePathRule.h"
+#include "core/scanning/walk/RelativePathRule.h"
 
 #include "core/base/files/PathText.h"
 

@@ -1,4 +1,4 @@
-#include "core/scanning/BundleNames.h"
+#include "core/scanning/walk/BundleNames.h"
 
 #include "core/base/files/PathText.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/EnumTable.h"
-#include "core/scanning/RiskLabel.h"
+#include "core/scanning/records/RiskLabel.h"
 
 #include <cstdint>
 #include <optional>

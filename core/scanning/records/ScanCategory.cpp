@@ -1,4 +1,4 @@
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include "core/base/files/PathText.h"
 #include "core/base/text/Json.h"

@@ -1,4 +1,4 @@
-#include "core/scanning/HeldFolders.h"
+#include "core/scanning/walk/HeldFolders.h"
 
 #include <fcntl.h>
 

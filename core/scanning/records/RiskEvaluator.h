@@ -2,8 +2,8 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
-#include "core/scanning/RiskLabel.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/RiskLabel.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
 
-#include "core/scanning/FolderSize.h"
-#include "core/scanning/ScanWalk.h"
+#include "core/scanning/scan/ScanWalk.h"
+#include "core/scanning/walk/FolderSize.h"
 
 namespace orvane {
 

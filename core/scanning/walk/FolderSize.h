@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/base/files/FileStatus.h"
-#include "core/scanning/FolderPlace.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/walk/FolderPlace.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,10 +1,10 @@
-#include "core/scanning/ScanWalk.h"
+#include "core/scanning/scan/ScanWalk.h"
 
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/organizer/CategoryClassifier.h"
 #include "core/safety/PathValidator.h"
-#include "core/scanning/FolderScan.h"
-#include "core/scanning/RiskEvaluator.h"
+#include "core/scanning/records/RiskEvaluator.h"
+#include "core/scanning/scan/FolderScan.h"
 
 #include <utility>
 

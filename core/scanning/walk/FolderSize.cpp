@@ -1,4 +1,4 @@
-#include "core/scanning/FolderSize.h"
+#include "core/scanning/walk/FolderSize.h"
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/PathText.h"

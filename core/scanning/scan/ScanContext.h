@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/safety/Boundary.h"
-#include "core/scanning/HeldFolders.h"
-#include "core/scanning/ListingBoard.h"
-#include "core/scanning/StorageScanner.h"
+#include "core/scanning/scan/StorageScanner.h"
+#include "core/scanning/walk/HeldFolders.h"
+#include "core/scanning/walk/ListingBoard.h"
 
 #include <atomic>
 #include <string>

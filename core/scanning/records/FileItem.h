@@ -5,8 +5,8 @@
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
-#include "core/scanning/RiskLabel.h"
-#include "core/scanning/ScanCategory.h"
+#include "core/scanning/records/RiskLabel.h"
+#include "core/scanning/records/ScanCategory.h"
 
 #include <cstdint>
 #include <functional>

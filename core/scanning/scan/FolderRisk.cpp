@@ -1,7 +1,7 @@
-#include "core/scanning/FolderRisk.h"
+#include "core/scanning/scan/FolderRisk.h"
 
-#include "core/scanning/RiskEvaluator.h"
-#include "core/scanning/SensitivePaths.h"
+#include "core/scanning/records/RiskEvaluator.h"
+#include "core/scanning/records/SensitivePaths.h"
 
 namespace orvane {
 namespace {

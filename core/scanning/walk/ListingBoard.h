@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/FolderListing.h"
+#include "core/scanning/walk/FolderListing.h"
 
 #include <atomic>
 #include <condition_variable>

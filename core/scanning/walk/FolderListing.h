@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/ListingChunk.h"
+#include "core/scanning/walk/ListingChunk.h"
 
 #include <memory>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "core/scanning/ListingBoard.h"
+#include "core/scanning/walk/ListingBoard.h"
 
 #include <chrono>
 #include <iterator>

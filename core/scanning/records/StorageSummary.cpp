@@ -1,4 +1,4 @@
-#include "core/scanning/StorageSummary.h"
+#include "core/scanning/records/StorageSummary.h"
 
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"

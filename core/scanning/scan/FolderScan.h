@@ -3,11 +3,11 @@
 #include "core/base/files/DirectoryReader.h"
 #include "core/organizer/FolderClassifier.h"
 #include "core/safety/FolderRules.h"
-#include "core/scanning/FolderPlace.h"
-#include "core/scanning/FolderRisk.h"
-#include "core/scanning/RelativePathRule.h"
-#include "core/scanning/ScanContext.h"
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/scan/FolderRisk.h"
+#include "core/scanning/scan/ScanContext.h"
+#include "core/scanning/walk/FolderPlace.h"
+#include "core/scanning/walk/RelativePathRule.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <memory>
 #include <string>

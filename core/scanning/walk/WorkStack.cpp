@@ -1,4 +1,4 @@
-#include "core/scanning/WorkStack.h"
+#include "core/scanning/walk/WorkStack.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/files/DirectoryReader.h"
-#include "core/scanning/HeldFolders.h"
+#include "core/scanning/walk/HeldFolders.h"
 
 #include <memory>
 #include <optional>
