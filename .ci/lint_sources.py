@@ -45,13 +45,6 @@ RECORDS = (
     "rules/RuleTrigger",
     "rules/ScheduleFrequency",
     "rules/ScheduleSettings",
-    "safety/Boundary",
-    "safety/JournalEntry",
-    "safety/ManagedFolderType",
-    "safety/MoveOutcome",
-    "safety/SecurityError",
-    "safety/TrashError",
-    "safety/UndoError",
     "uninstaller/AppUninstallBundle",
     "uninstaller/InstalledApp",
     "uninstaller/UninstallError",
@@ -62,7 +55,6 @@ SERVICES = (
     "organizer/AutoOrganizeSettingsStore",
     "rules/LaunchAgentManager",
     "rules/UserNotificationService",
-    "safety/PermissionsManager",
     "uninstaller/BundleInformation",
 )
 # They join tasks into what happens by itself.

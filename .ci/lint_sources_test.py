@@ -25,7 +25,7 @@ VIOLATIONS = [
      {"core/tasks/T.h": '#include "core/rules/ScheduleCoordinator.h"\n', "core/rules/ScheduleCoordinator.h": ""},
      "which is coordinators"),
     ("the terminal program includes an engine",
-     {"cli/main.cpp": '#include "core/safety/TrashMover.h"\n', "core/safety/TrashMover.h": ""}, "which is engines"),
+     {"cli/main.cpp": '#include "core/safety/run/TrashMover.h"\n', "core/safety/run/TrashMover.h": ""}, "which is engines"),
     ("the window includes an engine",
      {"app/W.h": '#include "core/scanning/scan/StorageScanner.h"\n', "core/scanning/scan/StorageScanner.h": ""}, "which is engines"),
     ("the window includes a class of the platform",

@@ -5,7 +5,7 @@
 #include "core/platform/Desktop.h"
 #include "core/platform/Preferences.h"
 #include "core/platform/Volume.h"
-#include "core/safety/PermissionsManager.h"
+#include "core/safety/services/PermissionsManager.h"
 
 #include <QDebug>
 

@@ -2,7 +2,7 @@
 
 #include "app/Places.h"
 #include "app/Text.h"
-#include "core/safety/ManagedFolderType.h"
+#include "core/safety/records/ManagedFolderType.h"
 #include "core/tasks/Folders.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "app/BackgroundQueue.h"
 #include "app/JournalFeed.h"
 #include "app/WindowServices.h"
-#include "core/safety/JournalEntry.h"
+#include "core/safety/records/JournalEntry.h"
 #include "core/tasks/RestoreTask.h"
 
 #include <QtQml/qqmlregistration.h>

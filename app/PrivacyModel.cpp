@@ -3,7 +3,7 @@
 #include "app/Text.h"
 #include "core/base/text/Json.h"
 #include "core/platform/Preferences.h"
-#include "core/safety/PermissionsManager.h"
+#include "core/safety/services/PermissionsManager.h"
 
 #include <QDebug>
 

@@ -2,7 +2,7 @@
 
 #include "core/localization/LocalizationManager.h"
 #include "core/rules/ScheduleCoordinator.h"
-#include "core/safety/PermissionsManager.h"
+#include "core/safety/services/PermissionsManager.h"
 #include "platform/SystemServices.h"
 
 namespace orvane {

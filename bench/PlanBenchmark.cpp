@@ -3,7 +3,7 @@
 #include "core/base/text/UnicodeText.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanExecutor.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 

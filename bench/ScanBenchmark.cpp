@@ -4,8 +4,8 @@
 #include "core/base/files/FileUrl.h"
 #include "core/organizer/CategoryClassifier.h"
 #include "core/organizer/FolderClassifier.h"
-#include "core/safety/FolderRules.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/FolderRules.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 

@@ -3,7 +3,7 @@
 #include "cli/UsageError.h"
 #include "core/base/text/HexDigit.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/safety/UndoError.h"
+#include "core/safety/records/UndoError.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/safety/JournalEntry.h"
+#include "core/safety/records/JournalEntry.h"
 
 #include <span>
 #include <string_view>

@@ -3,7 +3,7 @@
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
 #include "core/duplicates/ContentFile.h"
-#include "core/safety/TrashMover.h"
+#include "core/safety/run/TrashMover.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>

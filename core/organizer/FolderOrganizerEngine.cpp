@@ -10,7 +10,7 @@
 #include "core/organizer/GeneratedFolders.h"
 #include "core/organizer/OrganizerRun.h"
 #include "core/organizer/ProposedNames.h"
-#include "core/safety/SecurityError.h"
+#include "core/safety/records/SecurityError.h"
 #include "core/scanning/walk/BundleNames.h"
 #include "core/scanning/walk/FolderSize.h"
 

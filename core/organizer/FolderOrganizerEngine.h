@@ -6,8 +6,8 @@
 #include "core/organizer/OrganizationStrategy.h"
 #include "core/organizer/OrganizerWalk.h"
 #include "core/plans/PlanExecution.h"
-#include "core/safety/Boundary.h"
-#include "core/safety/CleanupRun.h"
+#include "core/safety/records/Boundary.h"
+#include "core/safety/run/CleanupRun.h"
 
 #include <atomic>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/PathText.h"
 #include "core/base/values/CheckedArithmetic.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 
 #include <map>
 #include <string>

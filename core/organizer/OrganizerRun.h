@@ -2,8 +2,8 @@
 
 #include "core/organizer/OrganizationCategoryGroup.h"
 #include "core/plans/PlanExecution.h"
-#include "core/safety/Boundary.h"
-#include "core/safety/CleanupRun.h"
+#include "core/safety/records/Boundary.h"
+#include "core/safety/run/CleanupRun.h"
 
 #include <span>
 #include <stop_token>

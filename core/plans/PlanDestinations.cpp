@@ -5,7 +5,7 @@
 #include "core/base/text/UnicodeText.h"
 #include "core/organizer/OrganizerCategories.h"
 #include "core/plans/PlanFolder.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 
 #include <utility>
 

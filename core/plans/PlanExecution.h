@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/plans/PlanExecutionSummary.h"
-#include "core/safety/CleanupRun.h"
+#include "core/safety/run/CleanupRun.h"
 
 #include <vector>
 

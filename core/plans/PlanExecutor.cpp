@@ -4,7 +4,7 @@
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanDestinations.h"
 #include "core/plans/StepMatcher.h"
-#include "core/safety/CleanupRun.h"
+#include "core/safety/run/CleanupRun.h"
 
 #include <optional>
 #include <utility>

@@ -3,7 +3,7 @@
 #include "core/base/values/Date.h"
 #include "core/plans/PlanExecutionSummary.h"
 #include "core/plans/PlanMatchResult.h"
-#include "core/safety/Boundary.h"
+#include "core/safety/records/Boundary.h"
 
 #include <span>
 #include <vector>

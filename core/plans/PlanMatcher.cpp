@@ -4,7 +4,7 @@
 #include "core/base/files/PathText.h"
 #include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanFolder.h"
-#include "core/safety/ManagedFolderType.h"
+#include "core/safety/records/ManagedFolderType.h"
 #include "core/scanning/records/FileItem.h"
 
 #include <algorithm>

@@ -3,8 +3,8 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/HomeFolder.h"
 #include "core/base/files/PathText.h"
-#include "core/safety/FolderLookups.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/FolderLookups.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/scanning/records/FileItem.h"
 
 namespace orvane {

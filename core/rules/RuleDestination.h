@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/rules/RuleAction.h"
-#include "core/safety/Boundary.h"
+#include "core/safety/records/Boundary.h"
 
 #include <optional>
 #include <string>

@@ -6,8 +6,8 @@
 #include "core/rules/BuiltInRuleTemplates.h"
 #include "core/rules/RuleDestination.h"
 #include "core/rules/RuleMatcher.h"
-#include "core/safety/CleanupRun.h"
-#include "core/safety/FolderLookups.h"
+#include "core/safety/rules/FolderLookups.h"
+#include "core/safety/run/CleanupRun.h"
 
 #include <algorithm>
 #include <optional>

@@ -4,7 +4,7 @@
 #include "core/base/values/Uuid.h"
 #include "core/plans/PlanExecutionSummary.h"
 #include "core/rules/CleanupRule.h"
-#include "core/safety/Boundary.h"
+#include "core/safety/records/Boundary.h"
 #include "core/scanning/records/FileItem.h"
 
 #include <functional>

@@ -2,9 +2,9 @@
 
 #include "core/base/files/PathAccess.h"
 #include "core/duplicates/DuplicateGuard.h"
-#include "core/safety/CleanupRun.h"
-#include "core/safety/TrashError.h"
-#include "core/safety/UndoJournal.h"
+#include "core/safety/journal/UndoJournal.h"
+#include "core/safety/records/TrashError.h"
+#include "core/safety/run/CleanupRun.h"
 #include "core/tasks/RestoreTask.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"

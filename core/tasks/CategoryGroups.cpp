@@ -1,6 +1,6 @@
 #include "core/tasks/CategoryGroups.h"
 
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 #include "core/base/text/UnicodeText.h"
 #include "core/organizer/CloudFolderDetector.h"
 #include "core/organizer/OrganizerCategories.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/ItemAt.h"
 #include "core/tasks/TaskServices.h"

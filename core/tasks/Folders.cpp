@@ -3,9 +3,9 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/DirectoryReader.h"
 #include "core/base/files/FileDescriptor.h"
-#include "core/safety/FileAccessService.h"
-#include "core/safety/ManagedFolderType.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/access/FileAccessService.h"
+#include "core/safety/records/ManagedFolderType.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-#include "core/safety/Boundary.h"
+#include "core/safety/records/Boundary.h"
 #include "core/tasks/Notice.h"
 
 #include <optional>

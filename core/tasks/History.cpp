@@ -3,7 +3,7 @@
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
 #include "core/base/values/CheckedArithmetic.h"
-#include "core/safety/UndoJournal.h"
+#include "core/safety/journal/UndoJournal.h"
 #include "core/tasks/TaskServices.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
-#include "core/safety/JournalEntry.h"
+#include "core/safety/records/JournalEntry.h"
 #include "core/tasks/ItemList.h"
 
 #include <cstdint>

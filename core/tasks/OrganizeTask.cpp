@@ -7,7 +7,7 @@
 #include "core/organizer/FolderOrganizerEngine.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/organizer/TopicGrouping.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/NamedTopics.h"
 #include "core/tasks/TaskServices.h"

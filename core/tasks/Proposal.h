@@ -4,7 +4,7 @@
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
-#include "core/safety/Boundary.h"
+#include "core/safety/records/Boundary.h"
 #include "core/tasks/ItemList.h"
 #include "core/tasks/Notice.h"
 #include "core/tasks/Selection.h"

@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileStatus.h"
 #include "core/base/text/Json.h"
-#include "core/safety/UndoJournal.h"
+#include "core/safety/journal/UndoJournal.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/RunReport.h"
 #include "core/tasks/TaskServices.h"

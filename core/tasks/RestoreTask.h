@@ -2,7 +2,7 @@
 
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
-#include "core/safety/MoveOutcome.h"
+#include "core/safety/records/MoveOutcome.h"
 #include "core/tasks/Proposal.h"
 
 #include <cstdint>

@@ -6,7 +6,7 @@
 #include "core/rules/RuleDestination.h"
 #include "core/rules/RuleMatcher.h"
 #include "core/rules/ScheduleCandidates.h"
-#include "core/safety/FolderLookups.h"
+#include "core/safety/rules/FolderLookups.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
 

@@ -3,7 +3,7 @@
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
 #include "core/plans/PlanExecutionSummary.h"
-#include "core/safety/MoveOutcome.h"
+#include "core/safety/records/MoveOutcome.h"
 #include "core/tasks/Notice.h"
 
 #include <cstdint>

@@ -5,7 +5,7 @@
 #include "core/base/files/IdentityJson.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/tasks/CleanTask.h"
 #include "core/tasks/DuplicatesTask.h"
 #include "core/tasks/OrganizeTask.h"

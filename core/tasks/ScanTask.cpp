@@ -1,7 +1,7 @@
 #include "core/tasks/ScanTask.h"
 
 #include "core/base/files/PathText.h"
-#include "core/safety/Boundary.h"
+#include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/TaskServices.h"
 

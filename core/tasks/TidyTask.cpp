@@ -9,7 +9,7 @@
 #include "core/organizer/TidyFolder.h"
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/organizer/TopicNames.h"
-#include "core/safety/UndoJournal.h"
+#include "core/safety/journal/UndoJournal.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/NamedTopics.h"

@@ -5,7 +5,7 @@
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/uninstaller/BundleInformation.h"
 #include "core/uninstaller/ContentSizes.h"
 #include "core/uninstaller/LeftoverLocations.h"

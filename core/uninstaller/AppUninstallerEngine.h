@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Uuid.h"
-#include "core/safety/CleanupRun.h"
+#include "core/safety/run/CleanupRun.h"
 #include "core/uninstaller/AppUninstallBundle.h"
 #include "core/uninstaller/InstalledApp.h"
 #include "core/uninstaller/UninstallError.h"

@@ -5,7 +5,7 @@
 #include "app/Text.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/organizer/CloudProvider.h"
-#include "core/safety/ManagedFolderType.h"
+#include "core/safety/records/ManagedFolderType.h"
 #include "core/scanning/records/ScanCategory.h"
 #include "tests/app/WindowFixture.h"
 

@@ -9,7 +9,7 @@
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/platform/Desktop.h"
 #include "core/rules/ScheduleSettings.h"
-#include "core/safety/PermissionsManager.h"
+#include "core/safety/services/PermissionsManager.h"
 #include "platform/linux/LinuxVolume.h"
 #include "tests/support/TaskFixture.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/base/files/PathAccess.h"
 #include "core/organizer/FolderOrganizerEngine.h"
-#include "core/safety/RunLog.h"
+#include "core/safety/journal/RunLog.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"
 

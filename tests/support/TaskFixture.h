@@ -9,7 +9,7 @@
 #include "core/organizer/TopicCategorizerFactory.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/rules/RuleEngine.h"
-#include "core/safety/FileAccessService.h"
+#include "core/safety/access/FileAccessService.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/TaskServices.h"

@@ -5,10 +5,10 @@
 //   move-driver HOME restore    every run comes back
 
 #include "core/base/files/DirectoryReader.h"
-#include "core/safety/CleanupRun.h"
-#include "core/safety/PathValidator.h"
-#include "core/safety/TrashMover.h"
-#include "core/safety/UndoJournal.h"
+#include "core/safety/journal/UndoJournal.h"
+#include "core/safety/rules/PathValidator.h"
+#include "core/safety/run/CleanupRun.h"
+#include "core/safety/run/TrashMover.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/LinuxTrash.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/base/files/DirectoryReader.h"
 #include "core/organizer/FolderClassifier.h"
-#include "core/safety/FolderRules.h"
+#include "core/safety/rules/FolderRules.h"
 #include "core/scanning/scan/FolderRisk.h"
 #include "core/scanning/scan/ScanContext.h"
 #include "core/scanning/walk/FolderPlace.h"

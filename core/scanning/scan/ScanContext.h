@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/safety/Boundary.h"
+#include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/scanning/walk/HeldFolders.h"
 #include "core/scanning/walk/ListingBoard.h"

@@ -2,7 +2,7 @@
 
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/organizer/CategoryClassifier.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/scanning/records/RiskEvaluator.h"
 #include "core/scanning/scan/FolderScan.h"
 

@@ -1,6 +1,6 @@
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/duplicates/HashUtility.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryTree.h"

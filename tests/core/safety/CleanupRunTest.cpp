@@ -1,4 +1,4 @@
-#include "core/safety/CleanupRun.h"
+#include "core/safety/run/CleanupRun.h"
 
 #include "tests/support/SafetyFixture.h"
 

@@ -1,4 +1,4 @@
-#include "core/safety/FolderRules.h"
+#include "core/safety/rules/FolderRules.h"
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/DirectoryReader.h"

@@ -1,4 +1,4 @@
-#include "core/safety/JournalModel.h"
+#include "core/safety/journal/JournalModel.h"
 
 #include "core/base/text/Json.h"
 

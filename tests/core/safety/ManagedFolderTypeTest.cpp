@@ -1,4 +1,4 @@
-#include "core/safety/ManagedFolderType.h"
+#include "core/safety/records/ManagedFolderType.h"
 
 #include <gtest/gtest.h>
 

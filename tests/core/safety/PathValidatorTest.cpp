@@ -1,4 +1,4 @@
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 
 #include "core/base/files/PathText.h"
 #include "tests/support/TemporaryTree.h"

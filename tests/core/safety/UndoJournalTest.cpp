@@ -1,8 +1,8 @@
-#include "core/safety/UndoJournal.h"
+#include "core/safety/journal/UndoJournal.h"
 
 #include "core/base/files/PathAccess.h"
 #include "core/base/text/Json.h"
-#include "core/safety/RunLog.h"
+#include "core/safety/journal/RunLog.h"
 #include "tests/support/SafetyFixture.h"
 
 #include <fcntl.h>

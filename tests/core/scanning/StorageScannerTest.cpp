@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileDescriptor.h"
 #include "core/base/files/PathText.h"
-#include "core/safety/PathValidator.h"
+#include "core/safety/rules/PathValidator.h"
 #include "platform/linux/LinuxFileStatusReader.h"
 #include "tests/support/TemporaryTree.h"
 

@@ -1,4 +1,4 @@
-#include "core/safety/UndoError.h"
+#include "core/safety/records/UndoError.h"
 #include "core/tasks/History.h"
 #include "core/tasks/RestoreTask.h"
 #include "core/tasks/TrashTask.h"

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "core/base/files/FileLock.h"
+#include "core/safety/journal/RunLog.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// A run's log as it was found beside the journal. Its run is dead when nobody held the lock, which is held here then,
+// so that two starting processes do not both settle it.
+struct FoundLog {
+  std::string path;
+  std::optional<FileLock> lock;
+  std::vector<LoggedIntent> intents;
+};
+
+// The logs in the journal's folder, in a steady order; none when no run is dead. What cannot be read is left alone and
+// told in `notices`.
+[[nodiscard]] std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices);
+
+}  // namespace orvane

@@ -1,0 +1,283 @@
+#include "core/safety/journal/UndoJournal.h"
+
+#include "core/base/files/AtomicFile.h"
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/FreeName.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/platform/Trash.h"
+#include "core/safety/journal/FoundLogs.h"
+#include "core/safety/journal/RunLog.h"
+#include "core/safety/run/RunRecovery.h"
+#include "core/safety/run/RunRestore.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <system_error>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::int64_t smallestCheckpoint = 64 * 1024;
+
+std::string preparedFolder(const FileUrl& storageDirectory) {
+  try {
+    createFolders(storageDirectory.path());
+  } catch (const std::system_error&) {
+    // Without the folder nothing can be saved, and every save says so.
+  }
+  return canonicalPath(storageDirectory.path());
+}
+
+}  // namespace
+
+UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& validator, FileUrl storageDirectory)
+    : m_trash(trash),
+      m_mover(mover),
+      m_validator(validator),
+      m_storageFolder(preparedFolder(storageDirectory)),
+      m_store(m_storageFolder),
+      m_records(m_storageFolder) {
+  m_store.refresh(m_model);
+  // What a log tells can only be recorded in a journal that was read.
+  if (!m_store.problem()) settleDeadRuns();
+}
+
+UndoJournal::~UndoJournal() = default;
+
+FileUrl UndoJournal::defaultStorageDirectory() {
+  return FileUrl(homeFolder() + "/Library/Application Support/Orvane");
+}
+
+const std::string& UndoJournal::storageFolder() const noexcept {
+  return m_storageFolder;
+}
+
+void UndoJournal::settleDeadRuns() {
+  const auto logs = findLogsToSettle(m_storageFolder, m_notices);
+  std::unordered_multimap<FileUrl, FileUrl> recorded;
+  const auto recordedPlaces = [&](const FileUrl& source) {
+    if (recorded.empty()) recorded = m_model.places();
+    std::vector<FileUrl> places;
+    const auto [first, last] = recorded.equal_range(source);
+    for (auto place = first; place != last; ++place) places.push_back(place->second);
+    return places;
+  };
+  for (const auto& log : logs) {
+    if (!log.lock) continue;
+    OtherRuns others(recordedPlaces);
+    for (const auto& other : logs) {
+      if (&other != &log) others.add(other.intents, other.lock ? OtherRuns::State::dead : OtherRuns::State::alive);
+    }
+    settleDeadRun(log, others);
+  }
+}
+
+void UndoJournal::settleDeadRun(const FoundLog& log, const OtherRuns& others) {
+  auto settled = settleRunLog(log.intents, others, m_trash, m_mover);
+  std::move(settled.notices.begin(), settled.notices.end(), std::back_inserter(m_notices));
+  // The process may have died after its journal was saved, and the run may have been restored since.
+  m_store.refresh(m_model);
+  for (const auto& entry : settled.entries) m_model.recordUnlessSuperseded(entry);
+  // While the log stays it keeps the records too.
+  if (settled.log != SettledRun::Log::pending) m_unsavedRecords = std::move(settled.records);
+  if (!settled.entries.empty() && !save()) return;
+  if (settled.log == SettledRun::Log::finished) ::unlink(log.path.c_str());
+  if (settled.log == SettledRun::Log::unclear) {
+    const auto aside = freeUrl(FileUrl(log.path + ".unclear"), NumberingStyle::plain);
+    if (std::rename(log.path.c_str(), aside.path().c_str()) == 0) {
+      m_notices.push_back(
+          fmt::format("What the interrupted run was doing is kept in '{}'.", escapedForDisplay(aside.path())));
+    }
+  }
+}
+
+bool UndoJournal::save() {
+  try {
+    m_records.append(m_unsavedRecords);
+    m_unsavedRecords.clear();
+  } catch (const std::system_error& error) {
+    m_notices.push_back(fmt::format("What the undo journal in '{}' knows of its items cannot be saved: {}.",
+                                    escapedForDisplay(m_storageFolder), error.code().message()));
+    return false;
+  }
+  return m_store.save(m_model);
+}
+
+void UndoJournal::record(const JournalEntry& entry) {
+  const std::lock_guard lock(m_mutex);
+  m_model.record(entry);
+  // A failure is in the notices; what is in memory stays authoritative.
+  static_cast<void>(m_store.save(m_model));
+}
+
+std::vector<CleanupRunSummary> UndoJournal::getRuns() {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return m_model.runs();
+}
+
+std::vector<JournalEntry> UndoJournal::getEntries(const Uuid& runId) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return m_model.entries(runId);
+}
+
+std::int64_t UndoJournal::remainingCount(const Uuid& runId) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  const auto count = m_model.remainingCount(runId);
+  if (count == 0 || !m_model.isRestored(runId)) return count;
+  return std::ranges::count_if(m_model.remainingEntries(runId), [](const JournalEntry& entry) {
+    return presenceAt(entry.trashedURL.path()) != Presence::nothing;
+  });
+}
+
+bool UndoJournal::isReadable() {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return !m_store.problem();
+}
+
+std::vector<std::string> UndoJournal::takeNotices() {
+  const std::lock_guard lock(m_mutex);
+  auto notices = std::exchange(m_notices, {});
+  auto more = m_store.takeNotices();
+  std::move(more.begin(), more.end(), std::back_inserter(notices));
+  return notices;
+}
+
+std::unique_ptr<RunLog> UndoJournal::beginRun(const Uuid& runId) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_store.refresh(m_model);
+    if (m_store.problem()) throw std::system_error(*m_store.problem());
+  }
+  createFolders(m_storageFolder);
+  return std::make_unique<RunLog>(m_storageFolder, runId);
+}
+
+void UndoJournal::recordLogged(std::span<const JournalEntry> entries, RunLog& log, Checkpoint checkpoint) {
+  const std::lock_guard lock(m_mutex);
+  for (const auto& entry : entries) m_model.record(entry);
+  std::ranges::move(log.takeRecords(), std::back_inserter(m_unsavedRecords));
+  const bool due = log.size() > std::max(smallestCheckpoint, m_store.fileSize() / 4);
+  if (checkpoint == Checkpoint::whenDue && !due) return;
+  if (!save()) return;
+  if (checkpoint == Checkpoint::atEnd) {
+    log.remove();
+  } else {
+    log.clear();
+  }
+}
+
+void UndoJournal::recordUnsettled(std::span<const JournalEntry> entries) {
+  const std::lock_guard lock(m_mutex);
+  for (const auto& entry : entries) m_model.record(entry);
+}
+
+FileUrl UndoJournal::resolveCollisionIfNeeded(const FileUrl& url) {
+  return freeUrl(url, NumberingStyle::restored);
+}
+
+std::vector<JournalEntry> UndoJournal::requireEntries(const Uuid& runId) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  if (m_store.problem()) {
+    throw UndoError(UndoError::RestorationFailed{m_storageFolder, "the undo journal cannot be read"});
+  }
+  auto entries = m_model.entries(runId);
+  if (entries.empty()) throw UndoError(UndoError::RunNotFound{runId});
+  return entries;
+}
+
+RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progress, std::stop_token stop) {
+  const std::lock_guard restoring(m_restoreMutex);
+  const auto entries = requireEntries(runId);
+  return restoreChosen(runId, entries, entries, {}, progress, stop);
+}
+
+RestoreResult UndoJournal::restoreEntries(const Uuid& runId, std::span<const RestoreRequest> requests,
+                                          const Progress& progress, const std::stop_token& stop) {
+  const std::lock_guard restoring(m_restoreMutex);
+  const auto entries = requireEntries(runId);
+  std::unordered_set<Uuid> wanted;
+  RunRestore::Expected expected;
+  for (const auto& request : requests) {
+    wanted.insert(request.entry);
+    if (request.expectedIdentity) expected.emplace(request.entry, *request.expectedIdentity);
+  }
+  std::size_t known = 0;
+  std::unordered_map<FileUrl, JournalAction> wantedOrigins;
+  for (const auto& entry : entries) {
+    if (!wanted.contains(entry.id)) continue;
+    ++known;
+    if (entry.action != JournalAction::restored) wantedOrigins.emplace(entry.originalURL, entry.action);
+  }
+  if (known < wanted.size()) throw UndoError(UndoError::RunNotFound{runId});
+  std::vector<JournalEntry> chosen;
+  std::ranges::copy_if(entries, std::back_inserter(chosen), [&](const JournalEntry& entry) {
+    if (wanted.contains(entry.id)) return true;
+    // Of an item that went to another volume: the copy there, or the original in the Trash.
+    const auto half = wantedOrigins.find(entry.originalURL);
+    return half != wantedOrigins.end() && entry.action != JournalAction::restored && entry.action != half->second;
+  });
+  return restoreChosen(runId, entries, chosen, std::move(expected), progress, stop);
+}
+
+RestoreResult UndoJournal::restoreEntry(const Uuid& runId, const Uuid& entryId) {
+  const RestoreRequest request{entryId, {}};
+  return restoreEntries(runId, std::span(&request, 1));
+}
+
+RestoreResult UndoJournal::restoreChosen(const Uuid& runId, std::span<const JournalEntry> run,
+                                         std::span<const JournalEntry> chosen, RunRestore::Expected expected,
+                                         const Progress& progress, const std::stop_token& stop) {
+  std::vector<Uuid> ids;
+  std::ranges::transform(chosen, std::back_inserter(ids), &JournalEntry::id);
+  RunRestore::Records records;
+  std::unique_ptr<RunLog> log;
+  std::string reason;
+  try {
+    records = m_records.find(ids);
+    // Not the run's own identifier: another process may be restoring the same run.
+    log = beginRun(Uuid::random());
+  } catch (const std::system_error& error) {
+    reason = error.code().message();
+  }
+  RunRestore restore(m_trash, m_mover, m_validator, run, std::move(records), std::move(expected));
+  if (!log) return restore.failAll(chosen, fmt::format("the undo journal cannot be written: {}", reason));
+  std::vector<JournalEntry> ordered(chosen.begin(), chosen.end());
+  const auto copies = static_cast<std::size_t>(
+      std::stable_partition(ordered.begin(), ordered.end(), [&](const auto& entry) { return !restore.isCopy(entry); }) -
+      ordered.begin());
+  for (std::size_t start = 0; start < ordered.size() && !stop.stop_requested();) {
+    const auto end = std::min(start + maximumBatchSize, start < copies ? copies : ordered.size());
+    const bool durable = restore.carryOut(std::span(ordered).subspan(start, end - start), *log, stop);
+    if (!durable) {
+      recordUnsettled(restore.takeRestored());
+      return restore.result();
+    }
+    recordLogged(restore.takeRestored(), *log, Checkpoint::whenDue);
+    start = end;
+    if (progress) progress(start, ordered.size());
+  }
+  {
+    const std::lock_guard lock(m_mutex);
+    const bool isWhole = chosen.size() == run.size() || m_model.remainingCount(runId) == 0;
+    if (!stop.stop_requested() && isWhole) m_model.markRestored(runId);
+  }
+  recordLogged({}, *log, Checkpoint::atEnd);
+  return restore.result();
+}
+
+}  // namespace orvane

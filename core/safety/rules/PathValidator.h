@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/base/files/FileUrl.h"
+#include "core/safety/records/Boundary.h"
+#include "core/safety/records/SecurityError.h"
+#include "core/safety/rules/ProtectedLocations.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+// The gate that every listing and every move passes: refuses system locations, the user's identity files, version
+// control, tricks with dots, and whatever really lies outside the allowed roots.
+class PathValidator {
+ public:
+  // Tests give a home folder of their own.
+  explicit PathValidator(const std::string& homeFolder);
+  // For the current user's home folder.
+  static PathValidator& shared();
+
+  // Throws SecurityError, the first rule that refuses deciding.
+  void validate(const FileUrl& url, const Boundary& boundary) const;
+  void validate(const FileUrl& url, FixedRulesOnly only) const;
+  // The non-throwing twins: true when the matching validate() does not throw.
+  [[nodiscard]] bool isPathAllowed(const FileUrl& url, const Boundary& boundary) const;
+  [[nodiscard]] bool isPathAllowed(const FileUrl& url, FixedRulesOnly only) const;
+
+  // What validate() would say; empty when it does not throw.
+  [[nodiscard]] std::string refusalText(const FileUrl& url, const Boundary& boundary) const;
+  [[nodiscard]] std::string refusalText(const FileUrl& url, FixedRulesOnly only) const;
+
+  // Links resolved, standardised; in the order given. For callers that validate many paths.
+  [[nodiscard]] static Boundary canonicalizeRoots(std::span<const FileUrl> roots);
+
+  // The rules from the system locations on, for a path that is canonical already; absent when it may be touched.
+  [[nodiscard]] std::optional<SecurityError::Case> checkCanonical(std::string_view canonicalPath,
+                                                                  const Boundary& boundary) const;
+
+  // Whether the text of a path, before anything is resolved, tries to climb.
+  [[nodiscard]] static bool hasTraversal(std::string_view path) noexcept;
+  [[nodiscard]] const ProtectedLocations& protectedLocations() const noexcept { return m_protected; }
+
+ private:
+  // `boundary` is null where only the fixed rules are asked.
+  [[nodiscard]] std::optional<SecurityError::Case> refusal(const FileUrl& url, const Boundary* boundary) const;
+  [[nodiscard]] bool isProtected(std::string_view canonicalPath, const Boundary* boundary) const;
+
+  ProtectedLocations m_protected;
+};
+
+}  // namespace orvane

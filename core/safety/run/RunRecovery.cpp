@@ -1,0 +1,127 @@
+#include "core/safety/run/RunRecovery.h"
+
+#include "core/base/files/PathAccess.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/platform/FileMover.h"
+#include "core/platform/Trash.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace orvane {
+namespace {
+
+enum class Finding { there, another, nothing, unreachable };
+
+// Devices are numbered anew at every start of the system, so a device number tells nothing here. Nor do size and time
+// of an item that was renamed: whoever had it open may have gone on writing.
+bool isSameItem(const FileStatus& status, const MoveIntent& intent, bool copied) {
+  if (!copied) return status.inode == intent.identity.inode;
+  // A folder's own size is the file system's affair.
+  const bool sameSize = status.type == FileType::directory || status.size == intent.identity.size;
+  return sameSize && status.modified == intent.identity.modified;
+}
+
+Finding lookAt(const FileUrl& place, const MoveIntent& intent, bool copied) {
+  if (const auto status = readPathStatus(place.path())) {
+    return isSameItem(*status, intent, copied) ? Finding::there : Finding::another;
+  }
+  return presenceAt(place.path()) == Presence::unreachable ? Finding::unreachable : Finding::nothing;
+}
+
+std::string describe(const MoveIntent& intent, std::string_view what) {
+  return fmt::format("An interrupted run was moving '{}' to '{}': {}", escapedForDisplay(intent.source.path()),
+                     escapedForDisplay(intent.destination.path()), what);
+}
+
+class Settlement {
+ public:
+  Settlement(const OtherRuns& others, Trash& trash, FileMover& mover)
+      : m_others(others), m_trash(trash), m_mover(mover) {}
+
+  void settle(const LoggedIntent& logged) {
+    const auto& intent = logged.intent;
+    const bool isAnothers = !logged.done && m_others.claims(intent.destination);
+    const auto atDestination = lookAt(intent.destination, intent, intent.partial.has_value());
+    // What was done and has changed or gone since was moved all the same.
+    if (logged.done || (atDestination == Finding::there && !isAnothers)) {
+      m_result.entries.push_back(intent.entry);
+      if (intent.settles) m_result.entries.push_back(*intent.settles);
+      if (intent.entry.action == JournalAction::restored) {
+        forgetInTrash(intent.source);
+      } else {
+        m_result.records.push_back(intent.record());
+      }
+      return;
+    }
+    const auto atSource = lookAt(intent.source, intent, false);
+    if (atSource == Finding::there || isElsewhere(intent)) {
+      if (!isAnothers) takeBack(intent, atDestination);
+    } else if (atSource == Finding::unreachable || atDestination == Finding::unreachable) {
+      m_result.notices.push_back(describe(intent, "its folder cannot be looked at now; this is tried again later."));
+      worsen(SettledRun::Log::pending);
+    } else {
+      m_result.notices.push_back(
+          describe(intent, "it is in neither place any more, or has changed. Nothing was touched."));
+      worsen(SettledRun::Log::unclear);
+    }
+  }
+
+  [[nodiscard]] SettledRun result() && { return std::move(m_result); }
+
+ private:
+  // Whether another run has taken the item.
+  [[nodiscard]] bool isElsewhere(const MoveIntent& intent) const {
+    return std::ranges::any_of(m_others.placesOf(intent.source),
+                               [&](const FileUrl& place) { return lookAt(place, intent, false) == Finding::there; });
+  }
+
+  // The item never went: nothing of its way may stay.
+  void takeBack(const MoveIntent& intent, Finding atDestination) {
+    const bool hasRecord = intent.entry.action == JournalAction::trashed && atDestination == Finding::nothing;
+    if (hasRecord && m_trash.mayHold(intent.destination, intent.source)) forgetInTrash(intent.destination);
+    if (!intent.partial) return;
+    const auto folder = intent.partial->deletingLastPathComponent();
+    const bool isReachable = presenceAt(folder.path()) != Presence::unreachable;
+    if (!isReachable || !m_mover.discardPartial(*intent.partial)) worsen(SettledRun::Log::pending);
+  }
+
+  void forgetInTrash(const FileUrl& trashed) {
+    // The Trash folder itself stands two levels above its items.
+    const auto trashFolder = trashed.deletingLastPathComponent().deletingLastPathComponent();
+    const bool isReachable = presenceAt(trashFolder.path()) != Presence::unreachable;
+    if (!isReachable || !m_trash.forget(trashed)) worsen(SettledRun::Log::pending);
+  }
+
+  void worsen(SettledRun::Log log) { m_result.log = std::max(m_result.log, log); }
+
+  const OtherRuns& m_others;
+  Trash& m_trash;
+  FileMover& m_mover;
+  SettledRun m_result;
+};
+
+}  // namespace
+
+void OtherRuns::add(std::span<const LoggedIntent> log, State state) {
+  for (const auto& [intent, done] : log) {
+    if (done || state == State::alive) m_claimed.insert(intent.destination);
+    m_places.emplace(intent.source, intent.destination);
+  }
+}
+
+std::vector<FileUrl> OtherRuns::placesOf(const FileUrl& source) const {
+  auto places = m_recorded(source);
+  const auto [first, last] = m_places.equal_range(source);
+  for (auto place = first; place != last; ++place) places.push_back(place->second);
+  return places;
+}
+
+SettledRun settleRunLog(std::span<const LoggedIntent> log, const OtherRuns& others, Trash& trash, FileMover& mover) {
+  Settlement settlement(others, trash, mover);
+  for (const auto& logged : log) settlement.settle(logged);
+  return std::move(settlement).result();
+}
+
+}  // namespace orvane
