@@ -22,14 +22,6 @@ RECORDS = (
     "duplicates/DuplicateKeepStrategy",
     "duplicates/DuplicateProgress",
     "localization/AppLanguage",
-    "organizer/AutoOrganizeResult",
-    "organizer/AutoOrganizeSettings",
-    "organizer/CloudFolderDetector",
-    "organizer/CloudProvider",
-    "organizer/OrganizationCategoryGroup",
-    "organizer/OrganizationStrategy",
-    "organizer/ProposedMove",
-    "organizer/Subfolders",
     "plans/CleaningFilter",
     "plans/CleaningPlan",
     "plans/CleaningPlanStep",
@@ -52,15 +44,12 @@ RECORDS = (
 # They keep settings and ask the system, and move nothing: the front ends may use them.
 SERVICES = (
     "assistant/KeychainService",
-    "organizer/AutoOrganizeSettingsStore",
     "rules/LaunchAgentManager",
     "rules/UserNotificationService",
     "uninstaller/BundleInformation",
 )
 # They join tasks into what happens by itself.
 COORDINATORS = (
-    "organizer/AutoOrganizeController",
-    "organizer/AutoOrganizer",
     "rules/HeadlessCoordinator",
     "rules/ScheduleCoordinator",
 )

@@ -1,7 +1,7 @@
 #include "app/CleanupText.h"
 
 #include "app/Text.h"
-#include "core/organizer/CloudFolderDetector.h"
+#include "core/organizer/records/CloudFolderDetector.h"
 #include "core/scanning/records/FileItem.h"
 
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "app/ProgressPace.h"
 #include "app/Text.h"
-#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
 
 #include <QDebug>
 

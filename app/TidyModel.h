@@ -2,7 +2,7 @@
 
 #include "app/BackgroundQueue.h"
 #include "app/QtRepeatingTimer.h"
-#include "core/organizer/AutoOrganizeController.h"
+#include "core/organizer/tidy/AutoOrganizeController.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>

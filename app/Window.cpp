@@ -26,7 +26,7 @@
 #include "app/TrayIcon.h"
 #include "core/assistant/KeychainService.h"
 #include "core/localization/LocalizationManager.h"
-#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"
 #include "core/rules/LaunchAgentManager.h"
 #include "core/rules/ScheduleCoordinator.h"

@@ -2,8 +2,8 @@
 // it does that once and says what it found, for timing beside other programs.
 
 #include "core/base/files/FileUrl.h"
-#include "core/organizer/CategoryClassifier.h"
-#include "core/organizer/FolderClassifier.h"
+#include "core/organizer/categories/CategoryClassifier.h"
+#include "core/organizer/categories/FolderClassifier.h"
 #include "core/safety/rules/FolderRules.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/scanning/scan/StorageScanner.h"

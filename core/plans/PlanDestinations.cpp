@@ -3,7 +3,7 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/PathText.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/organizer/OrganizerCategories.h"
+#include "core/organizer/categories/OrganizerCategories.h"
 #include "core/plans/PlanFolder.h"
 #include "core/safety/rules/PathValidator.h"
 

@@ -1,7 +1,7 @@
 #include "core/rules/HeadlessCoordinator.h"
 
-#include "core/organizer/AutoOrganizeSettingsStore.h"
-#include "core/organizer/AutoOrganizer.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
+#include "core/organizer/tidy/AutoOrganizer.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/Volume.h"
 #include "core/rules/ScheduleCoordinator.h"

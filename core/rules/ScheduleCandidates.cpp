@@ -3,7 +3,7 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
-#include "core/organizer/FolderClassifier.h"
+#include "core/organizer/categories/FolderClassifier.h"
 #include "core/scanning/scan/FolderRisk.h"
 #include "core/scanning/walk/BundleNames.h"
 #include "core/scanning/walk/FolderPlace.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/organizer/OrganizationCategoryGroup.h"
+#include "core/organizer/records/OrganizationCategoryGroup.h"
 #include "core/tasks/Proposal.h"
 
 #include <cstddef>

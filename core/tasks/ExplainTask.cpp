@@ -1,8 +1,8 @@
 #include "core/tasks/ExplainTask.h"
 
 #include "core/base/text/UnicodeText.h"
-#include "core/organizer/CloudFolderDetector.h"
-#include "core/organizer/OrganizerCategories.h"
+#include "core/organizer/categories/OrganizerCategories.h"
+#include "core/organizer/records/CloudFolderDetector.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/ItemAt.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-#include "core/organizer/CloudProvider.h"
+#include "core/organizer/records/CloudProvider.h"
 #include "core/scanning/records/RiskLabel.h"
 #include "core/scanning/records/ScanCategory.h"
 #include "core/tasks/Proposal.h"

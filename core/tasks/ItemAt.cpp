@@ -1,7 +1,7 @@
 #include "core/tasks/ItemAt.h"
 
-#include "core/organizer/CategoryClassifier.h"
-#include "core/organizer/CloudFolderDetector.h"
+#include "core/organizer/categories/CategoryClassifier.h"
+#include "core/organizer/records/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/scanning/records/RiskEvaluator.h"
 #include "core/scanning/walk/FolderSize.h"

@@ -1,8 +1,8 @@
 #include "core/tasks/NamedTopics.h"
 
 #include "core/base/text/Json.h"
-#include "core/organizer/TopicCategorizerFactory.h"
-#include "core/organizer/TopicNames.h"
+#include "core/organizer/topics/TopicCategorizerFactory.h"
+#include "core/organizer/topics/TopicNames.h"
 #include "core/tasks/TaskServices.h"
 
 namespace orvane {

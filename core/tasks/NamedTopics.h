@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/text/JsonFwd.h"
-#include "core/organizer/TopicCategorizing.h"
+#include "core/organizer/topics/TopicCategorizing.h"
 
 #include <map>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "core/assistant/AIProvider.h"
 #include "core/base/files/FileUrl.h"
-#include "core/organizer/CloudProvider.h"
+#include "core/organizer/records/CloudProvider.h"
 #include "core/rules/RuleMismatch.h"
 
 #include <array>

@@ -2,9 +2,9 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
-#include "core/organizer/OrganizationStrategy.h"
-#include "core/organizer/Subfolders.h"
-#include "core/organizer/TopicUse.h"
+#include "core/organizer/records/OrganizationStrategy.h"
+#include "core/organizer/records/Subfolders.h"
+#include "core/organizer/records/TopicUse.h"
 #include "core/tasks/CategoryGroups.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"

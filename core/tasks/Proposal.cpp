@@ -3,7 +3,7 @@
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/base/values/CheckedArithmetic.h"
-#include "core/organizer/CloudFolderDetector.h"
+#include "core/organizer/records/CloudFolderDetector.h"
 
 #include <fmt/format.h>
 

@@ -3,7 +3,7 @@
 #include "core/base/files/FileLock.h"
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
-#include "core/organizer/TopicUse.h"
+#include "core/organizer/records/TopicUse.h"
 #include "core/tasks/CategoryGroups.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/RunReport.h"

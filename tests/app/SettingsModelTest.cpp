@@ -4,7 +4,7 @@
 #include "app/TidyModel.h"
 #include "core/assistant/AIProvider.h"
 #include "core/assistant/KeychainService.h"
-#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/BackgroundScheduler.h"
 #include "core/platform/LoginItems.h"
 #include "core/platform/NotificationCenter.h"

@@ -4,7 +4,7 @@
 #include "app/TableTranslator.h"
 #include "app/Text.h"
 #include "core/localization/LocalizedStrings.h"
-#include "core/organizer/CloudProvider.h"
+#include "core/organizer/records/CloudProvider.h"
 #include "core/safety/records/ManagedFolderType.h"
 #include "core/scanning/records/ScanCategory.h"
 #include "tests/app/WindowFixture.h"

@@ -1,6 +1,6 @@
 #include "app/TidyModel.h"
 
-#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"
 #include "tests/app/WindowFixture.h"
 #include "tests/support/AutoOrganizerFixture.h"

@@ -1,6 +1,6 @@
 #include "platform/linux/LocalTopicModel.h"
 
-#include "core/organizer/OnDeviceTopicCategorizer.h"
+#include "core/organizer/topics/OnDeviceTopicCategorizer.h"
 #include "platform/linux/CurlTransport.h"
 #include "tests/support/LocalServer.h"
 #include "tests/support/MemoryPreferences.h"

@@ -1,7 +1,7 @@
 // The Trash and the mover on real mounts. The whole program lives in a mount namespace of its own.
 
 #include "core/base/files/PathAccess.h"
-#include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/safety/journal/RunLog.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"

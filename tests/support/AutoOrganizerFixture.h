@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/organizer/AutoOrganizer.h"
+#include "core/organizer/tidy/AutoOrganizer.h"
 #include "tests/support/TaskFixture.h"
 
 #include <fcntl.h>

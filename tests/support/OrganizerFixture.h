@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/organizer/CategoryPreferencesStore.h"
-#include "core/organizer/FolderOrganizerEngine.h"
+#include "core/organizer/categories/CategoryPreferencesStore.h"
+#include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"
 

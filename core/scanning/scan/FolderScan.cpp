@@ -1,7 +1,7 @@
 #include "core/scanning/scan/FolderScan.h"
 
 #include "core/base/files/PathText.h"
-#include "core/organizer/CloudFolderDetector.h"
+#include "core/organizer/records/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/scanning/walk/BlackHoleNames.h"
 #include "core/scanning/walk/BundleNames.h"

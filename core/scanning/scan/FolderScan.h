@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/files/DirectoryReader.h"
-#include "core/organizer/FolderClassifier.h"
+#include "core/organizer/categories/FolderClassifier.h"
 #include "core/safety/rules/FolderRules.h"
 #include "core/scanning/scan/FolderRisk.h"
 #include "core/scanning/scan/ScanContext.h"

@@ -1,7 +1,7 @@
 #include "core/scanning/scan/ScanWalk.h"
 
 #include "core/base/values/CheckedArithmetic.h"
-#include "core/organizer/CategoryClassifier.h"
+#include "core/organizer/categories/CategoryClassifier.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/scanning/records/RiskEvaluator.h"
 #include "core/scanning/scan/FolderScan.h"

@@ -1,8 +1,8 @@
-#include "core/organizer/AutoOrganizeController.h"
+#include "core/organizer/tidy/AutoOrganizeController.h"
 
 #include "core/base/files/HomeFolder.h"
 #include "core/base/text/Json.h"
-#include "core/organizer/AutoOrganizeSettingsStore.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"
 #include "core/platform/RepeatingTimer.h"
 #include "tests/support/AutoOrganizerFixture.h"

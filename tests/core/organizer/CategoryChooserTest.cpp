@@ -1,4 +1,4 @@
-#include "core/organizer/CategoryChooser.h"
+#include "core/organizer/categories/CategoryChooser.h"
 
 #include "tests/support/TemporaryTree.h"
 #include "tests/support/TimeZone.h"

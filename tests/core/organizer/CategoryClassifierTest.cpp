@@ -1,6 +1,6 @@
-#include "core/organizer/CategoryClassifier.h"
+#include "core/organizer/categories/CategoryClassifier.h"
 
-#include "core/organizer/FolderClassifier.h"
+#include "core/organizer/categories/FolderClassifier.h"
 
 #include <gtest/gtest.h>
 

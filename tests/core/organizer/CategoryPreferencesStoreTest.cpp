@@ -1,4 +1,4 @@
-#include "core/organizer/CategoryPreferencesStore.h"
+#include "core/organizer/categories/CategoryPreferencesStore.h"
 
 #include "core/base/text/Json.h"
 #include "tests/support/MemoryPreferences.h"

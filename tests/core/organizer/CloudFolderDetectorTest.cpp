@@ -1,4 +1,4 @@
-#include "core/organizer/CloudFolderDetector.h"
+#include "core/organizer/records/CloudFolderDetector.h"
 
 #include "tests/support/TemporaryTree.h"
 

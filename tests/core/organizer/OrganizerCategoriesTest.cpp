@@ -1,6 +1,6 @@
-#include "core/organizer/OrganizerCategories.h"
+#include "core/organizer/categories/OrganizerCategories.h"
 
-#include "core/organizer/GeneratedFolders.h"
+#include "core/organizer/categories/GeneratedFolders.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <gtest/gtest.h>

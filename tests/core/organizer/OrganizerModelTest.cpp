@@ -1,6 +1,6 @@
 #include "core/base/text/Json.h"
-#include "core/organizer/OrganizationCategoryGroup.h"
-#include "core/organizer/OrganizationStrategy.h"
+#include "core/organizer/records/OrganizationCategoryGroup.h"
+#include "core/organizer/records/OrganizationStrategy.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "core/organizer/TopicGrouping.h"
+#include "core/organizer/topics/TopicGrouping.h"
 
-#include "core/organizer/TopicCategorizing.h"
+#include "core/organizer/topics/TopicCategorizing.h"
 #include "tests/support/OrganizerFixture.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
-#include "core/organizer/OnDeviceTopicCategorizer.h"
-#include "core/organizer/TopicNames.h"
-#include "core/organizer/TopicResponseParser.h"
+#include "core/organizer/topics/OnDeviceTopicCategorizer.h"
+#include "core/organizer/topics/TopicNames.h"
+#include "core/organizer/topics/TopicResponseParser.h"
 #include "core/platform/TopicModel.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "core/organizer/AutoOrganizer.h"
+#include "core/organizer/tidy/AutoOrganizer.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/Volume.h"
 #include "core/rules/HeadlessCoordinator.h"

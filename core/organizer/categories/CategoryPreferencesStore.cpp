@@ -1,0 +1,68 @@
+#include "core/organizer/categories/CategoryPreferencesStore.h"
+
+#include "core/base/text/UnicodeText.h"
+#include "core/platform/StoredValue.h"
+
+#include <algorithm>
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view preferencesKey = "OrvaneLearnedCategoryPreferences";
+
+CategoryPreferencesStore::Categories categoriesFrom(const Json* stored) {
+  CategoryPreferencesStore::Categories categories;
+  if (stored == nullptr || !stored->is_object()) return categories;
+  for (const auto& [key, category] : stored->items()) {
+    if (!category.is_string()) return {};
+    categories.insert_or_assign(key, category.get<std::string>());
+  }
+  return categories;
+}
+
+}  // namespace
+
+CategoryPreferencesStore::CategoryPreferencesStore(Preferences& preferences)
+    : m_preferences(preferences), m_categories(storedValue(preferences, preferencesKey, categoriesFrom)) {}
+
+void CategoryPreferencesStore::rememberPreference(std::string_view extensionKey, std::string_view category) {
+  const std::lock_guard lock(m_mutex);
+  const auto remember = [&](Categories& categories) {
+    categories.insert_or_assign(lowercased(extensionKey), std::string(category));
+  };
+  remember(m_categories);
+  // Another process may have learned or forgotten something since.
+  m_categories = changeStoredValue(m_preferences, preferencesKey, remember, categoriesFrom);
+}
+
+std::optional<std::string> CategoryPreferencesStore::preferredCategory(std::string_view extensionKey) const {
+  const std::string key = lowercased(extensionKey);
+  const std::lock_guard lock(m_mutex);
+  const auto found = m_categories.find(key);
+  if (found == m_categories.end()) return std::nullopt;
+  return found->second;
+}
+
+CategoryPreferencesStore::Categories CategoryPreferencesStore::preferences() const {
+  const std::lock_guard lock(m_mutex);
+  return m_categories;
+}
+
+std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
+  const std::lock_guard lock(m_mutex);
+  std::set<std::string> roots;
+  for (const auto& [key, category] : m_categories) {
+    const auto start = category.find_first_not_of('/');
+    if (start == std::string::npos) continue;
+    roots.insert(category.substr(start, std::min(category.find('/', start), category.size()) - start));
+  }
+  return roots;
+}
+
+void CategoryPreferencesStore::reset() {
+  const std::lock_guard lock(m_mutex);
+  m_categories.clear();
+  m_preferences.setValue(preferencesKey, Json(m_categories));
+}
+
+}  // namespace orvane

@@ -1,0 +1,36 @@
+#include "core/organizer/categories/FolderClassifier.h"
+
+#include <algorithm>
+
+namespace orvane {
+
+FolderClassifier::FolderClassifier(std::string_view folderPrefix) {
+  const auto contains = [&](std::string_view fragment) {
+    return folderPrefix.find(fragment) != std::string_view::npos;
+  };
+  for (const auto& row : pathFragments) {
+    if (contains(row.fragment)) {
+      m_category = row.category;
+      break;
+    }
+    const auto nameStart = row.fragment.rfind('/') + 1;
+    if (nameStart < row.fragment.size() && folderPrefix.ends_with(row.fragment.substr(0, nameStart))) {
+      m_namePrefixes.push_back({row.fragment.substr(nameStart), row.category});
+    }
+  }
+  m_facts.inLogs = contains(logsFragment);
+  m_facts.inCaches = contains(cachesFragment);
+  m_facts.inDownloads = contains(downloadsFragment);
+  m_facts.inLeftovers = std::any_of(leftoverFragments.begin(), leftoverFragments.end(), contains);
+}
+
+ScanCategory FolderClassifier::classify(std::string_view name, std::int64_t fileSize) const {
+  if (name == trashFolderName) return ScanCategory::trash;
+  for (const auto& row : m_namePrefixes) {
+    if (name.starts_with(row.prefix)) return row.category;
+  }
+  if (m_category) return *m_category;
+  return categoryByName(name, fileSize, m_facts);
+}
+
+}  // namespace orvane

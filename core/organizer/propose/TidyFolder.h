@@ -1,0 +1,49 @@
+#pragma once
+
+#include "core/base/files/FileStatus.h"
+#include "core/base/files/FileUrl.h"
+#include "core/base/values/Date.h"
+#include "core/organizer/categories/CategoryChooser.h"
+
+#include <array>
+#include <chrono>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+class FileStatusReader;
+
+// The folders that the automatic organizer keeps inside a watched folder.
+inline constexpr std::string_view recentsFolderName = "Recents";
+inline constexpr std::string_view keepAsIsFolderName = "Keep As Is";
+inline constexpr std::string_view topicsFolderName = "Sorted";
+
+// Whoever writes a file is left in peace for so long after the last change.
+inline constexpr std::chrono::seconds settleSeconds{120};
+// Of downloads that are still being written; lower case.
+inline constexpr std::array<std::string_view, 6> inProgressExtensions{"crdownload", "download",   "part",
+                                                                      "partial",    "opdownload", "tmp"};
+
+struct TidyItem {
+  FileUrl url;
+  ItemKind kind = ItemKind::file;
+  ItemIdentity identity;
+};
+
+// The items of a watched folder that may be moved, in order of their paths.
+struct TidyFolder {
+  std::vector<TidyItem> recent;  // bound for the recents folder
+  std::vector<TidyItem> older;   // files to be sorted, those that leave the recents folder included
+
+  // Reads the folder and its recents folder and nothing else; opens no file. What cannot be read yields nothing.
+  // Hidden items, links, downloads in progress and whatever may still be changing are left out, and so are folders
+  // among the older items: they stay where they are. `recentAge` is the age from which on an item is older.
+  [[nodiscard]] static TidyFolder read(const FileUrl& folder, std::chrono::duration<double> recentAge, Date now,
+                                       const FileStatusReader& statusReader);
+};
+
+// Seconds since the later of creation and modification; zero where neither can be read.
+[[nodiscard]] double itemAge(const FileStatus& status, Date now) noexcept;
+
+}  // namespace orvane

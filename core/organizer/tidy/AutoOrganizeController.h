@@ -1,0 +1,79 @@
+#pragma once
+
+#include "core/organizer/records/AutoOrganizeSettings.h"
+#include "core/organizer/tidy/AutoOrganizer.h"
+
+#include <chrono>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <string>
+
+namespace orvane {
+
+class AutoOrganizeSettingsStore;
+class LoginItems;
+class RepeatingTimer;
+
+// Runs the automatic organizer by the settings, on a timer or at once, and says in one line what it did. Needs no
+// window. Callable from any thread; whoever is told of a change is called without a lock held.
+class AutoOrganizeController {
+ public:
+  static constexpr std::chrono::seconds interval{120};
+
+  struct Collaborators {  // all must outlive the controller
+    AutoOrganizer& organizer;
+    AutoOrganizeSettingsStore& store;
+    TopicCategorizerFactory& factory;
+    RepeatingTimer& timer;
+    LoginItems& loginItems;
+    std::function<Date()> now = ReferenceClock::now;
+    std::function<void()> whenChanged = {};  // anything that the operations below return may be new
+  };
+  // Asks once whether topics can be had.
+  explicit AutoOrganizeController(Collaborators collaborators);
+  ~AutoOrganizeController();
+  AutoOrganizeController(const AutoOrganizeController&) = delete;
+  AutoOrganizeController& operator=(const AutoOrganizeController&) = delete;
+
+  [[nodiscard]] AutoOrganizeSettings settings() const;
+  [[nodiscard]] bool isRunning() const;
+  [[nodiscard]] std::optional<std::string> statusMessage() const;
+  // What the last completed run did; absent before.
+  [[nodiscard]] std::optional<AutoOrganizeResult> lastResult() const;
+  [[nodiscard]] bool launchAtLoginEnabled() const;
+  [[nodiscard]] bool isAIAvailable() const noexcept { return m_unavailableReason.empty(); }
+  // Why topics cannot be had; empty where they can.
+  [[nodiscard]] const std::string& unavailableReason() const noexcept { return m_unavailableReason; }
+
+  // Starts the timer where the settings ask for it.
+  void start();
+  void rescheduleTimer();
+  // Tidies now, on the calling thread; does nothing while a run is under way. `approve` is as in AutoOrganizeRequest.
+  // Throws std::system_error when the settings or the lock cannot be written.
+  AutoOrganizeReport runNow(std::function<bool(std::span<const TidyProposal>)> approve = {},
+                            const std::stop_token& stop = {}, const RunProgress& progress = {});
+  // Changes the settings, stores them and reschedules. Throws std::system_error.
+  void update(const std::function<void(AutoOrganizeSettings&)>& change);
+  // A failure shows in the status message.
+  void setLaunchAtLogin(bool isEnabled);
+
+  // What a run says that moved so much.
+  [[nodiscard]] static std::string statusText(const AutoOrganizeResult& result);
+
+ private:
+  void changed() const;
+  void setRunning(bool isRunning);
+
+  Collaborators m_collaborators;
+  const std::string m_unavailableReason;
+  mutable std::mutex m_mutex;
+  AutoOrganizeSettings m_settings;
+  bool m_isRunning = false;
+  std::optional<std::string> m_statusMessage;
+  std::optional<AutoOrganizeResult> m_lastResult;
+  bool m_launchAtLoginEnabled = false;
+};
+
+}  // namespace orvane

@@ -1,0 +1,68 @@
+#include "core/organizer/topics/TopicNames.h"
+
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/text/UnicodeText.h"
+
+#include <fcntl.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+
+namespace orvane {
+namespace {
+
+bool separates(UChar32 character) {
+  switch (u_charType(character)) {
+    case U_CONTROL_CHAR:
+    case U_FORMAT_CHAR:
+    case U_LINE_SEPARATOR:
+    case U_PARAGRAPH_SEPARATOR:
+      return true;
+    default:
+      return character == ' ' || character == '/' || character == ':' || character == '\\';
+  }
+}
+
+}  // namespace
+
+std::optional<std::string> TopicNames::sanitize(std::string_view text) {
+  const auto unicode = icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
+  icu::UnicodeString spaced;
+  bool isAfterSeparator = false;
+  for (int32_t i = 0; i < unicode.length(); i = unicode.moveIndex32(i, 1)) {
+    const auto character = unicode.char32At(i);
+    if (separates(character)) {
+      isAfterSeparator = true;
+      continue;
+    }
+    if (isAfterSeparator && !spaced.isEmpty()) spaced.append(u' ');
+    isAfterSeparator = false;
+    spaced.append(character);
+  }
+  std::string name;
+  spaced.toUTF8String(name);
+  const auto first = name.find_first_not_of(". ");
+  if (first == std::string::npos) return std::nullopt;
+  name = name.substr(first, name.find_last_not_of(". ") - first + 1);
+  if (perceivedCharacterCount(name) > longestName) return std::nullopt;
+  return name;
+}
+
+bool TopicNames::canNameFolder(std::string_view topic) noexcept {
+  constexpr std::size_t longestNameBytes = 255;
+  return !topic.empty() && topic.size() <= longestNameBytes && !topic.starts_with('.') &&
+         topic.find('/') == std::string_view::npos;
+}
+
+std::set<std::string> TopicNames::foldersBelow(const FileUrl& parent,
+                                               const std::function<bool(const std::string&)>& admits) {
+  std::set<std::string> topics;
+  auto reader = DirectoryReader::open(AT_FDCWD, parent.path().c_str(), DirectoryReader::Links::refuse);
+  while (const auto entry = reader ? reader->next() : std::nullopt) {
+    if (entry->type != FileType::directory && entry->type != FileType::unknown) continue;
+    std::string name(entry->name);
+    if (isValidUtf8(name) && canNameFolder(name) && admits(name)) topics.insert(std::move(name));
+  }
+  return topics;
+}
+
+}  // namespace orvane
