@@ -30,13 +30,6 @@ RECORDS = (
     "plans/PlanMatchResult",
     "plans/PlanValidationError",
     "plans/PlannedAction",
-    "rules/CleanupRule",
-    "rules/RuleAction",
-    "rules/RuleCheck",
-    "rules/RuleMismatch",
-    "rules/RuleTrigger",
-    "rules/ScheduleFrequency",
-    "rules/ScheduleSettings",
     "uninstaller/AppUninstallBundle",
     "uninstaller/InstalledApp",
     "uninstaller/UninstallError",
@@ -44,14 +37,10 @@ RECORDS = (
 # They keep settings and ask the system, and move nothing: the front ends may use them.
 SERVICES = (
     "assistant/KeychainService",
-    "rules/LaunchAgentManager",
-    "rules/UserNotificationService",
     "uninstaller/BundleInformation",
 )
 # They join tasks into what happens by itself.
 COORDINATORS = (
-    "rules/HeadlessCoordinator",
-    "rules/ScheduleCoordinator",
 )
 FLOORS = [
     ("core/base/*", 0, "base"),

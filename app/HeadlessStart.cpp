@@ -1,6 +1,6 @@
 #include "app/HeadlessStart.h"
 
-#include "core/rules/HeadlessCoordinator.h"
+#include "core/rules/schedule/HeadlessCoordinator.h"
 
 #include <algorithm>
 #include <thread>

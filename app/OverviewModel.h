@@ -3,7 +3,7 @@
 #include "app/BackgroundQueue.h"
 #include "app/OverviewAreas.h"
 #include "app/WindowServices.h"
-#include "core/rules/ScheduleSettings.h"
+#include "core/rules/records/ScheduleSettings.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>

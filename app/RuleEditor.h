@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/rules/RuleCheck.h"
+#include "core/rules/records/RuleCheck.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>

@@ -2,7 +2,7 @@
 
 #include "app/Format.h"
 #include "app/Text.h"
-#include "core/rules/RuleCheck.h"
+#include "core/rules/records/RuleCheck.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/RulesTask.h"

@@ -2,7 +2,7 @@
 
 #include "app/RuleEditor.h"
 #include "app/RunModel.h"
-#include "core/rules/CleanupRule.h"
+#include "core/rules/records/CleanupRule.h"
 #include "core/tasks/ItemList.h"
 #include "core/tasks/Proposal.h"
 

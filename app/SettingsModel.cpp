@@ -9,9 +9,9 @@
 #include "core/base/text/UnicodeText.h"
 #include "core/platform/HttpUrl.h"
 #include "core/platform/Preferences.h"
-#include "core/rules/LaunchAgentManager.h"
-#include "core/rules/ScheduleCoordinator.h"
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/LaunchAgentManager.h"
+#include "core/rules/services/UserNotificationService.h"
 
 #include <QDebug>
 

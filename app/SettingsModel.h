@@ -2,7 +2,7 @@
 
 #include "app/BackgroundQueue.h"
 #include "app/GrantedFolders.h"
-#include "core/rules/ScheduleSettings.h"
+#include "core/rules/records/ScheduleSettings.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>

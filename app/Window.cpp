@@ -28,9 +28,9 @@
 #include "core/localization/LocalizationManager.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"
-#include "core/rules/LaunchAgentManager.h"
-#include "core/rules/ScheduleCoordinator.h"
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/LaunchAgentManager.h"
+#include "core/rules/services/UserNotificationService.h"
 #include "platform/SystemServices.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #include "app/WindowServices.h"
 
 #include "core/localization/LocalizationManager.h"
-#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
 #include "core/safety/services/PermissionsManager.h"
 #include "platform/SystemServices.h"
 

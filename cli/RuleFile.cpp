@@ -3,7 +3,7 @@
 #include "core/base/files/PathText.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/rules/RuleCheck.h"
+#include "core/rules/records/RuleCheck.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

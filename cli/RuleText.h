@@ -2,7 +2,7 @@
 
 #include "cli/ExitStatus.h"
 #include "core/base/text/JsonFwd.h"
-#include "core/rules/CleanupRule.h"
+#include "core/rules/records/CleanupRule.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/RunReport.h"
 

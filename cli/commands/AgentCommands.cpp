@@ -3,8 +3,8 @@
 #include "cli/Session.h"
 #include "cli/commands/Commands.h"
 #include "core/base/text/Json.h"
-#include "core/rules/LaunchAgentManager.h"
-#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/LaunchAgentManager.h"
 #include "platform/SystemServices.h"
 
 #include <fmt/format.h>

@@ -11,8 +11,8 @@
 #include "core/base/text/UnicodeText.h"
 #include "core/base/values/Calendar.h"
 #include "core/platform/Volume.h"
-#include "core/rules/LaunchAgentManager.h"
-#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/LaunchAgentManager.h"
 #include "platform/SystemServices.h"
 
 #include <fmt/format.h>

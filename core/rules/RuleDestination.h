@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-#include "core/rules/RuleAction.h"
+#include "core/rules/records/RuleAction.h"
 #include "core/safety/records/Boundary.h"
 
 #include <optional>

@@ -2,8 +2,8 @@
 
 #include "core/base/values/Date.h"
 #include "core/plans/FilterMatcher.h"
-#include "core/rules/RuleMismatch.h"
-#include "core/rules/RuleTrigger.h"
+#include "core/rules/records/RuleMismatch.h"
+#include "core/rules/records/RuleTrigger.h"
 #include "core/scanning/records/FileItem.h"
 
 #include <cstddef>

@@ -3,7 +3,7 @@
 #include "core/assistant/AIProvider.h"
 #include "core/base/files/FileUrl.h"
 #include "core/organizer/records/CloudProvider.h"
-#include "core/rules/RuleMismatch.h"
+#include "core/rules/records/RuleMismatch.h"
 
 #include <array>
 #include <cstdint>

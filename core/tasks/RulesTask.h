@@ -2,7 +2,7 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
-#include "core/rules/RuleCheck.h"
+#include "core/rules/records/RuleCheck.h"
 #include "core/safety/records/Boundary.h"
 #include "core/tasks/ItemList.h"
 #include "core/tasks/Proposal.h"

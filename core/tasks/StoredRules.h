@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/values/Uuid.h"
-#include "core/rules/CleanupRule.h"
+#include "core/rules/records/CleanupRule.h"
 
 #include <vector>
 

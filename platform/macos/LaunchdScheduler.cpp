@@ -2,7 +2,7 @@
 
 #include "core/base/files/AtomicFile.h"
 #include "core/base/files/PathText.h"
-#include "core/rules/LaunchAgentManager.h"
+#include "core/rules/services/LaunchAgentManager.h"
 #include "platform/posix/RunTool.h"
 
 #include <unistd.h>

@@ -3,7 +3,7 @@
 #include "app/DuplicatesModel.h"
 #include "app/OrganizeModel.h"
 #include "app/RulesModel.h"
-#include "core/rules/CleanupRule.h"
+#include "core/rules/records/CleanupRule.h"
 #include "tests/app/WindowFixture.h"
 #include "tests/support/LiveProgram.h"
 

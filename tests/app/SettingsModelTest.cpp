@@ -9,9 +9,9 @@
 #include "core/platform/LoginItems.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/SecretStore.h"
-#include "core/rules/LaunchAgentManager.h"
-#include "core/rules/ScheduleCoordinator.h"
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/LaunchAgentManager.h"
+#include "core/rules/services/UserNotificationService.h"
 #include "platform/linux/CurlUrlReader.h"
 #include "tests/app/WindowFixture.h"
 

@@ -8,7 +8,7 @@
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/platform/Desktop.h"
-#include "core/rules/ScheduleSettings.h"
+#include "core/rules/records/ScheduleSettings.h"
 #include "core/safety/services/PermissionsManager.h"
 #include "platform/linux/LinuxVolume.h"
 #include "tests/support/TaskFixture.h"

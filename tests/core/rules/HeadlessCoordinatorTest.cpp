@@ -1,9 +1,9 @@
 #include "core/organizer/tidy/AutoOrganizer.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/Volume.h"
-#include "core/rules/HeadlessCoordinator.h"
-#include "core/rules/ScheduleCoordinator.h"
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/schedule/HeadlessCoordinator.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/UserNotificationService.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/TaskFixture.h"
 

@@ -1,4 +1,4 @@
-#include "core/rules/LaunchAgentManager.h"
+#include "core/rules/services/LaunchAgentManager.h"
 #include "platform/macos/LaunchdScheduler.h"
 #include "tests/support/TemporaryTree.h"
 

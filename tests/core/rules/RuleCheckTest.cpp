@@ -1,5 +1,5 @@
 #include "core/rules/BuiltInRuleTemplates.h"
-#include "core/rules/RuleCheck.h"
+#include "core/rules/records/RuleCheck.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <gmock/gmock.h>

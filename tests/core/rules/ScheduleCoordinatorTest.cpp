@@ -1,8 +1,8 @@
 #include "core/base/text/Json.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/rules/ScheduleCandidates.h"
-#include "core/rules/ScheduleCoordinator.h"
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/UserNotificationService.h"
 #include "tests/support/TaskFixture.h"
 
 #include <gmock/gmock.h>

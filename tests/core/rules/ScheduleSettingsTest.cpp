@@ -1,5 +1,5 @@
 #include "core/base/text/Json.h"
-#include "core/rules/ScheduleSettings.h"
+#include "core/rules/records/ScheduleSettings.h"
 #include "tests/support/TimeZone.h"
 
 #include <gtest/gtest.h>

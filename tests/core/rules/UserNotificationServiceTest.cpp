@@ -1,5 +1,5 @@
 #include "core/platform/NotificationCenter.h"
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/services/UserNotificationService.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/services/UserNotificationService.h"
 
 #include "core/base/text/ByteCount.h"
 #include "core/base/values/Uuid.h"

@@ -1,4 +1,4 @@
-#include "core/rules/ScheduleSettings.h"
+#include "core/rules/records/ScheduleSettings.h"
 
 #include "core/base/text/Json.h"
 #include "core/base/values/Calendar.h"

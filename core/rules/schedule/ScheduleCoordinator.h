@@ -2,7 +2,7 @@
 
 #include "core/base/values/Date.h"
 #include "core/plans/PlanExecutionSummary.h"
-#include "core/rules/ScheduleSettings.h"
+#include "core/rules/records/ScheduleSettings.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/TaskServices.h"
 

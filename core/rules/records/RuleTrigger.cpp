@@ -1,4 +1,4 @@
-#include "core/rules/RuleTrigger.h"
+#include "core/rules/records/RuleTrigger.h"
 
 #include "core/base/files/PathText.h"
 #include "core/base/text/ByteCount.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/platform/BackgroundScheduler.h"
-#include "core/rules/ScheduleFrequency.h"
+#include "core/rules/records/ScheduleFrequency.h"
 
 #include <chrono>
 #include <string>

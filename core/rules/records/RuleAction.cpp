@@ -1,4 +1,4 @@
-#include "core/rules/RuleAction.h"
+#include "core/rules/records/RuleAction.h"
 
 #include "core/base/text/Json.h"
 

@@ -3,8 +3,8 @@
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
-#include "core/rules/RuleAction.h"
-#include "core/rules/RuleTrigger.h"
+#include "core/rules/records/RuleAction.h"
+#include "core/rules/records/RuleTrigger.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "core/rules/RuleCheck.h"
+#include "core/rules/records/RuleCheck.h"
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/HomeFolder.h"

@@ -2,7 +2,7 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
-#include "core/rules/ScheduleFrequency.h"
+#include "core/rules/records/ScheduleFrequency.h"
 
 #include <cstdint>
 #include <optional>

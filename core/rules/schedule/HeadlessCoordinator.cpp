@@ -1,10 +1,10 @@
-#include "core/rules/HeadlessCoordinator.h"
+#include "core/rules/schedule/HeadlessCoordinator.h"
 
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/organizer/tidy/AutoOrganizer.h"
 #include "core/platform/NotificationCenter.h"
 #include "core/platform/Volume.h"
-#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "core/rules/CleanupRule.h"
+#include "core/rules/records/CleanupRule.h"
 
 #include "core/base/text/Json.h"
 

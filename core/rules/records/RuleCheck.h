@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/rules/CleanupRule.h"
+#include "core/rules/records/CleanupRule.h"
 
 #include <cstdint>
 #include <optional>

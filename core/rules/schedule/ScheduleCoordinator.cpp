@@ -1,7 +1,7 @@
-#include "core/rules/ScheduleCoordinator.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
 
 #include "core/platform/StoredValue.h"
-#include "core/rules/UserNotificationService.h"
+#include "core/rules/services/UserNotificationService.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/RulesTask.h"
 #include "core/tasks/StoredRules.h"

@@ -1,4 +1,4 @@
-#include "core/rules/ScheduleFrequency.h"
+#include "core/rules/records/ScheduleFrequency.h"
 
 #include "core/base/text/Json.h"
 

@@ -1,4 +1,4 @@
-#include "core/rules/LaunchAgentManager.h"
+#include "core/rules/services/LaunchAgentManager.h"
 
 #include "core/base/files/PathText.h"
 
