@@ -1,8 +1,8 @@
 // Times the preview of plans over what a scan of FOLDER finds, beside the scan itself: plan_benchmark FOLDER
 
 #include "core/base/text/UnicodeText.h"
-#include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanExecutor.h"
+#include "core/plans/records/CleaningPlan.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "platform/linux/LinuxFileStatusReader.h"

@@ -7,8 +7,8 @@
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/base/values/Calendar.h"
-#include "core/plans/CleaningPlan.h"
-#include "core/plans/PlanFolder.h"
+#include "core/plans/records/CleaningPlan.h"
+#include "core/plans/records/PlanFolder.h"
 #include "core/tasks/Proposal.h"
 
 #include <fmt/format.h>

@@ -4,7 +4,7 @@
 #include "core/assistant/OpenAIClient.h"
 #include "core/assistant/PlannerError.h"
 #include "core/base/text/Json.h"
-#include "core/plans/PlanValidationError.h"
+#include "core/plans/records/PlanValidationError.h"
 
 #include <fmt/format.h>
 

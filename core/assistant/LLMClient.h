@@ -2,7 +2,7 @@
 
 #include "core/assistant/AIProvider.h"
 #include "core/assistant/MetadataOnlyRequest.h"
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 
 #include <stop_token>
 

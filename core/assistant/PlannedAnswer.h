@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/assistant/AIProvider.h"
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 #include "core/platform/HttpTransport.h"
 
 #include <optional>

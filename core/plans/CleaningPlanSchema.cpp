@@ -3,7 +3,7 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/PathText.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 
 #include <algorithm>
 #include <array>

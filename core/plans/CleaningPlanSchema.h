@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/plans/PlanValidationError.h"
+#include "core/plans/records/PlanValidationError.h"
 
 #include <optional>
 #include <string_view>

@@ -3,7 +3,7 @@
 #include "core/base/text/CaselessSearch.h"
 #include "core/base/values/Date.h"
 #include "core/base/values/MinimumAge.h"
-#include "core/plans/CleaningFilter.h"
+#include "core/plans/records/CleaningFilter.h"
 #include "core/scanning/records/FileItem.h"
 
 #include <cstdint>

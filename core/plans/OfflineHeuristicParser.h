@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 
 #include <optional>
 #include <string_view>

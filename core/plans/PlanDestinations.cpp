@@ -4,7 +4,7 @@
 #include "core/base/files/PathText.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/organizer/categories/OrganizerCategories.h"
-#include "core/plans/PlanFolder.h"
+#include "core/plans/records/PlanFolder.h"
 #include "core/safety/rules/PathValidator.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/plans/PlanExecutionSummary.h"
+#include "core/plans/records/PlanExecutionSummary.h"
 #include "core/safety/run/CleanupRun.h"
 
 #include <vector>

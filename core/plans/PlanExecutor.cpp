@@ -1,9 +1,9 @@
 #include "core/plans/PlanExecutor.h"
 
 #include "core/base/values/CheckedArithmetic.h"
-#include "core/plans/CleaningPlan.h"
 #include "core/plans/PlanDestinations.h"
 #include "core/plans/StepMatcher.h"
+#include "core/plans/records/CleaningPlan.h"
 #include "core/safety/run/CleanupRun.h"
 
 #include <optional>

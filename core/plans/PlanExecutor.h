@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/base/values/Date.h"
-#include "core/plans/PlanExecutionSummary.h"
-#include "core/plans/PlanMatchResult.h"
+#include "core/plans/records/PlanExecutionSummary.h"
+#include "core/plans/records/PlanMatchResult.h"
 #include "core/safety/records/Boundary.h"
 
 #include <span>

@@ -2,8 +2,8 @@
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/PathText.h"
-#include "core/plans/CleaningPlan.h"
-#include "core/plans/PlanFolder.h"
+#include "core/plans/records/CleaningPlan.h"
+#include "core/plans/records/PlanFolder.h"
 #include "core/safety/records/ManagedFolderType.h"
 #include "core/scanning/records/FileItem.h"
 

@@ -1,7 +1,7 @@
 #include "core/plans/StepMatcher.h"
 
-#include "core/plans/CleaningPlanStep.h"
-#include "core/plans/PlanFolder.h"
+#include "core/plans/records/CleaningPlanStep.h"
+#include "core/plans/records/PlanFolder.h"
 #include "core/scanning/records/FileItem.h"
 
 namespace orvane {

@@ -2,7 +2,7 @@
 
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
-#include "core/plans/PlanExecutionSummary.h"
+#include "core/plans/records/PlanExecutionSummary.h"
 #include "core/rules/records/CleanupRule.h"
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/records/FileItem.h"

@@ -2,7 +2,7 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
-#include "core/plans/PlanExecutionSummary.h"
+#include "core/plans/records/PlanExecutionSummary.h"
 #include "core/safety/records/MoveOutcome.h"
 #include "core/tasks/Notice.h"
 

@@ -1,9 +1,9 @@
 // Any text is a plan or a JsonError; a plan is written as it was read, is judged, and matches files without harm.
 
 #include "core/base/text/Json.h"
-#include "core/plans/CleaningPlan.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "core/plans/PlanExecutor.h"
+#include "core/plans/records/CleaningPlan.h"
 #include "tests/fuzz/FuzzCheck.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/values/Date.h"
-#include "core/plans/PlanExecutionSummary.h"
+#include "core/plans/records/PlanExecutionSummary.h"
 #include "core/rules/records/ScheduleSettings.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/TaskServices.h"

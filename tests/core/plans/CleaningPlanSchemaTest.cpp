@@ -1,6 +1,6 @@
 #include "core/plans/CleaningPlanSchema.h"
 
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 
 #include "core/base/text/Json.h"
-#include "core/plans/PlanExecutionSummary.h"
+#include "core/plans/records/PlanExecutionSummary.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 
 #include "core/base/files/PathAccess.h"
 #include "core/base/text/Json.h"
-#include "core/plans/CleaningPlan.h"
 #include "core/plans/OfflineHeuristicParser.h"
+#include "core/plans/records/CleaningPlan.h"
 #include "tests/support/SafetyFixture.h"
 
 #include <gmock/gmock.h>

@@ -3,7 +3,7 @@
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
 #include "core/base/values/Uuid.h"
-#include "core/plans/CleaningPlanStep.h"
+#include "core/plans/records/CleaningPlanStep.h"
 
 #include <string>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "core/plans/CleaningPlanStep.h"
+#include "core/plans/records/CleaningPlanStep.h"
 
 #include "core/base/files/PathText.h"
 #include "core/base/text/Json.h"

@@ -2,8 +2,8 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Uuid.h"
-#include "core/plans/CleaningFilter.h"
-#include "core/plans/PlannedAction.h"
+#include "core/plans/records/CleaningFilter.h"
+#include "core/plans/records/PlannedAction.h"
 
 #include <optional>
 #include <string>

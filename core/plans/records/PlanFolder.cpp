@@ -1,4 +1,4 @@
-#include "core/plans/PlanFolder.h"
+#include "core/plans/records/PlanFolder.h"
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/HomeFolder.h"

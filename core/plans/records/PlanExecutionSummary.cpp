@@ -1,4 +1,4 @@
-#include "core/plans/PlanExecutionSummary.h"
+#include "core/plans/records/PlanExecutionSummary.h"
 
 #include "core/base/text/Json.h"
 

@@ -2,7 +2,7 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Uuid.h"
-#include "core/plans/PlannedAction.h"
+#include "core/plans/records/PlannedAction.h"
 #include "core/scanning/records/FileItem.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
-#include "core/plans/PlanMatchResult.h"
+#include "core/plans/records/PlanMatchResult.h"
 
 #include "core/base/text/Json.h"
-#include "core/plans/CleaningPlanStep.h"
+#include "core/plans/records/CleaningPlanStep.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "core/plans/CleaningFilter.h"
+#include "core/plans/records/CleaningFilter.h"
 
 #include "core/base/text/Json.h"
 

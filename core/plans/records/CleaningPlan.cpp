@@ -1,4 +1,4 @@
-#include "core/plans/CleaningPlan.h"
+#include "core/plans/records/CleaningPlan.h"
 
 #include "core/base/text/Json.h"
 
