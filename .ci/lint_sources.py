@@ -13,11 +13,6 @@ import sys
 
 # Who may include whom: a file includes files of its own floor or of lower ones. The first pattern that fits decides.
 RECORDS = (
-    "assistant/AIProvider",
-    "assistant/FileMetadataEntry",
-    "assistant/MetadataOnlyRequest",
-    "assistant/PlannerError",
-    "assistant/ProviderAddresses",
     "duplicates/DuplicateGroup",
     "duplicates/DuplicateKeepStrategy",
     "duplicates/DuplicateProgress",
@@ -28,7 +23,6 @@ RECORDS = (
 )
 # They keep settings and ask the system, and move nothing: the front ends may use them.
 SERVICES = (
-    "assistant/KeychainService",
     "uninstaller/BundleInformation",
 )
 # They join tasks into what happens by itself.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/RunModel.h"
-#include "core/assistant/AIProvider.h"
+#include "core/assistant/records/AIProvider.h"
 #include "core/tasks/Selection.h"
 
 #include <QtQml/qqmlregistration.h>

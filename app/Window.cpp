@@ -24,7 +24,7 @@
 #include "app/TableTranslator.h"
 #include "app/TidyModel.h"
 #include "app/TrayIcon.h"
-#include "core/assistant/KeychainService.h"
+#include "core/assistant/services/KeychainService.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"

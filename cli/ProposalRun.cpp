@@ -6,7 +6,7 @@
 #include "cli/Session.h"
 #include "cli/Table.h"
 #include "cli/UsageError.h"
-#include "core/assistant/AIProvider.h"
+#include "core/assistant/records/AIProvider.h"
 #include "core/base/files/AtomicFile.h"
 #include "core/base/files/FileStatus.h"
 #include "core/base/text/ByteCount.h"

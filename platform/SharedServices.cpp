@@ -1,7 +1,7 @@
 // The wiring of the program: each shared instance, made at its first use from those above it.
 
 #include "core/assistant/AgentCoordinator.h"
-#include "core/assistant/KeychainService.h"
+#include "core/assistant/services/KeychainService.h"
 #include "core/base/files/HomeFolder.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/localization/LocalizationManager.h"

@@ -2,7 +2,7 @@
 
 #include "core/assistant/AnthropicClient.h"
 #include "core/assistant/OpenAIClient.h"
-#include "core/assistant/PlannerError.h"
+#include "core/assistant/records/PlannerError.h"
 #include "core/base/text/Json.h"
 #include "core/plans/records/PlanValidationError.h"
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "core/assistant/AIProvider.h"
 #include "core/assistant/HeuristicFallbackClient.h"
-#include "core/assistant/KeychainService.h"
-#include "core/assistant/MetadataOnlyRequest.h"
 #include "core/assistant/PlannedAnswer.h"
-#include "core/assistant/ProviderAddresses.h"
+#include "core/assistant/records/AIProvider.h"
+#include "core/assistant/records/MetadataOnlyRequest.h"
+#include "core/assistant/records/ProviderAddresses.h"
+#include "core/assistant/services/KeychainService.h"
 #include "core/platform/HttpTransport.h"
 
 #include <condition_variable>

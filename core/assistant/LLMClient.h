@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/assistant/AIProvider.h"
-#include "core/assistant/MetadataOnlyRequest.h"
+#include "core/assistant/records/AIProvider.h"
+#include "core/assistant/records/MetadataOnlyRequest.h"
 #include "core/plans/records/CleaningPlan.h"
 
 #include <stop_token>

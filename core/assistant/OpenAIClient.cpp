@@ -1,7 +1,7 @@
 #include "core/assistant/OpenAIClient.h"
 
-#include "core/assistant/PlannerError.h"
 #include "core/assistant/RemoteExchange.h"
+#include "core/assistant/records/PlannerError.h"
 #include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanSchema.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/assistant/AIProvider.h"
+#include "core/assistant/records/AIProvider.h"
 #include "core/plans/records/CleaningPlan.h"
 #include "core/platform/HttpTransport.h"
 

@@ -1,6 +1,6 @@
 #include "core/assistant/RemoteExchange.h"
 
-#include "core/assistant/PlannerError.h"
+#include "core/assistant/records/PlannerError.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/SecretText.h"
 #include "core/plans/CleaningPlanSchema.h"

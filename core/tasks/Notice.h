@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/assistant/AIProvider.h"
+#include "core/assistant/records/AIProvider.h"
 #include "core/base/files/FileUrl.h"
 #include "core/organizer/records/CloudProvider.h"
 #include "core/rules/records/RuleMismatch.h"

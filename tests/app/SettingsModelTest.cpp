@@ -2,8 +2,8 @@
 
 #include "app/PrivacyModel.h"
 #include "app/TidyModel.h"
-#include "core/assistant/AIProvider.h"
-#include "core/assistant/KeychainService.h"
+#include "core/assistant/records/AIProvider.h"
+#include "core/assistant/services/KeychainService.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/BackgroundScheduler.h"
 #include "core/platform/LoginItems.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/assistant/AgentCoordinator.h"
-#include "core/assistant/KeychainService.h"
+#include "core/assistant/services/KeychainService.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/organizer/categories/CategoryPreferencesStore.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"

@@ -1,4 +1,4 @@
-#include "core/assistant/MetadataOnlyRequest.h"
+#include "core/assistant/records/MetadataOnlyRequest.h"
 
 #include "core/base/text/Json.h"
 

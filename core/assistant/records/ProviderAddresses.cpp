@@ -1,4 +1,4 @@
-#include "core/assistant/ProviderAddresses.h"
+#include "core/assistant/records/ProviderAddresses.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/assistant/FileMetadataEntry.h"
+#include "core/assistant/records/FileMetadataEntry.h"
 #include "core/base/text/JsonFwd.h"
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "core/assistant/KeychainService.h"
+#include "core/assistant/services/KeychainService.h"
 
 #include "core/base/text/UnicodeText.h"
 

@@ -1,4 +1,4 @@
-#include "core/assistant/FileMetadataEntry.h"
+#include "core/assistant/records/FileMetadataEntry.h"
 
 #include "core/base/text/Json.h"
 
