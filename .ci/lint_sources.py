@@ -13,9 +13,6 @@ import sys
 
 # Who may include whom: a file includes files of its own floor or of lower ones. The first pattern that fits decides.
 RECORDS = (
-    "duplicates/DuplicateGroup",
-    "duplicates/DuplicateKeepStrategy",
-    "duplicates/DuplicateProgress",
     "localization/AppLanguage",
     "uninstaller/AppUninstallBundle",
     "uninstaller/InstalledApp",

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/RunModel.h"
-#include "core/duplicates/DuplicateKeepStrategy.h"
-#include "core/duplicates/DuplicateProgress.h"
+#include "core/duplicates/records/DuplicateKeepStrategy.h"
+#include "core/duplicates/records/DuplicateProgress.h"
 #include "core/tasks/Proposal.h"
 
 #include <QtQml/qqmlregistration.h>

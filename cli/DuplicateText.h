@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/duplicates/DuplicateProgress.h"
+#include "core/duplicates/records/DuplicateProgress.h"
 #include "core/tasks/Proposal.h"
 
 #include <string>

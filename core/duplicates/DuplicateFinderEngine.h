@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-#include "core/duplicates/DuplicateGroup.h"
-#include "core/duplicates/DuplicateKeepStrategy.h"
-#include "core/duplicates/DuplicateProgress.h"
+#include "core/duplicates/records/DuplicateGroup.h"
+#include "core/duplicates/records/DuplicateKeepStrategy.h"
+#include "core/duplicates/records/DuplicateProgress.h"
 
 #include <functional>
 #include <mutex>

@@ -2,8 +2,8 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Sha256.h"
-#include "core/duplicates/DuplicateGroup.h"
 #include "core/duplicates/FoundFiles.h"
+#include "core/duplicates/records/DuplicateGroup.h"
 
 #include <cstdint>
 #include <mutex>

@@ -1,4 +1,4 @@
-#include "core/duplicates/DuplicateGroup.h"
+#include "core/duplicates/records/DuplicateGroup.h"
 #include "tests/cli/OrvanectlFixture.h"
 
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
 #include "core/base/text/Json.h"
-#include "core/duplicates/DuplicateGroup.h"
+#include "core/duplicates/records/DuplicateGroup.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Uuid.h"
-#include "core/duplicates/DuplicateKeepStrategy.h"
+#include "core/duplicates/records/DuplicateKeepStrategy.h"
 #include "core/scanning/records/FileItem.h"
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "core/duplicates/DuplicateGroup.h"
+#include "core/duplicates/records/DuplicateGroup.h"
 
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
