@@ -14,13 +14,9 @@ import sys
 # Who may include whom: a file includes files of its own floor or of lower ones. The first pattern that fits decides.
 RECORDS = (
     "localization/AppLanguage",
-    "uninstaller/AppUninstallBundle",
-    "uninstaller/InstalledApp",
-    "uninstaller/UninstallError",
 )
 # They keep settings and ask the system, and move nothing: the front ends may use them.
 SERVICES = (
-    "uninstaller/BundleInformation",
 )
 # They join tasks into what happens by itself.
 COORDINATORS = (

@@ -2,7 +2,7 @@
 
 #include "app/RunModel.h"
 #include "core/tasks/Proposal.h"
-#include "core/uninstaller/InstalledApp.h"
+#include "core/uninstaller/records/InstalledApp.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QVariantList>

@@ -1,7 +1,7 @@
 #include "app/Pictures.h"
 
 #include "core/base/files/FileDescriptor.h"
-#include "core/uninstaller/BundleInformation.h"
+#include "core/uninstaller/services/BundleInformation.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -6,8 +6,8 @@
 #include "core/safety/records/Boundary.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
-#include "core/uninstaller/AppUninstallBundle.h"
-#include "core/uninstaller/InstalledApp.h"
+#include "core/uninstaller/records/AppUninstallBundle.h"
+#include "core/uninstaller/records/InstalledApp.h"
 
 #include <cstdint>
 #include <optional>

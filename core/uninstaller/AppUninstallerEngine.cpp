@@ -6,9 +6,9 @@
 #include "core/base/files/PathText.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/safety/rules/PathValidator.h"
-#include "core/uninstaller/BundleInformation.h"
 #include "core/uninstaller/ContentSizes.h"
 #include "core/uninstaller/LeftoverLocations.h"
+#include "core/uninstaller/services/BundleInformation.h"
 
 #include <fcntl.h>
 

@@ -3,9 +3,9 @@
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Uuid.h"
 #include "core/safety/run/CleanupRun.h"
-#include "core/uninstaller/AppUninstallBundle.h"
-#include "core/uninstaller/InstalledApp.h"
-#include "core/uninstaller/UninstallError.h"
+#include "core/uninstaller/records/AppUninstallBundle.h"
+#include "core/uninstaller/records/InstalledApp.h"
+#include "core/uninstaller/records/UninstallError.h"
 
 #include <mutex>
 #include <optional>

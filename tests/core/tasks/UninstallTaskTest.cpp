@@ -1,7 +1,7 @@
 #include "core/base/text/Json.h"
 #include "core/tasks/SavedProposal.h"
 #include "core/tasks/UninstallTask.h"
-#include "core/uninstaller/UninstallError.h"
+#include "core/uninstaller/records/UninstallError.h"
 #include "tests/core/uninstaller/UninstallerFixture.h"
 #include "tests/support/TaskFixture.h"
 

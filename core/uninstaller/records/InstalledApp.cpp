@@ -1,4 +1,4 @@
-#include "core/uninstaller/InstalledApp.h"
+#include "core/uninstaller/records/InstalledApp.h"
 
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"

@@ -1,4 +1,4 @@
-#include "core/uninstaller/BundleInformation.h"
+#include "core/uninstaller/services/BundleInformation.h"
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/DirectoryReader.h"

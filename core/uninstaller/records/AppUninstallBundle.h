@@ -3,7 +3,7 @@
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Uuid.h"
 #include "core/scanning/records/FileItem.h"
-#include "core/uninstaller/InstalledApp.h"
+#include "core/uninstaller/records/InstalledApp.h"
 
 #include <vector>
 

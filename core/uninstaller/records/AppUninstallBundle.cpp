@@ -1,4 +1,4 @@
-#include "core/uninstaller/AppUninstallBundle.h"
+#include "core/uninstaller/records/AppUninstallBundle.h"
 
 #include "core/base/text/Json.h"
 
