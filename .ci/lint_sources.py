@@ -13,7 +13,6 @@ import sys
 
 # Who may include whom: a file includes files of its own floor or of lower ones. The first pattern that fits decides.
 RECORDS = (
-    "localization/AppLanguage",
 )
 # They keep settings and ask the system, and move nothing: the front ends may use them.
 SERVICES = (

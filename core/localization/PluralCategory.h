@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/localization/AppLanguage.h"
+#include "core/localization/records/AppLanguage.h"
 
 #include <cstdint>
 #include <string>

@@ -1,4 +1,4 @@
-#include "core/localization/AppLanguage.h"
+#include "core/localization/records/AppLanguage.h"
 
 #include "core/base/text/AsciiText.h"
 
