@@ -25,7 +25,7 @@ VIOLATIONS = [
      {"core/tasks/T.h": '#include "core/rules/schedule/ScheduleCoordinator.h"\n', "core/rules/schedule/ScheduleCoordinator.h": ""},
      "which is coordinators"),
     ("the terminal program includes an engine",
-     {"cli/main.cpp": '#include "core/safety/run/TrashMover.h"\n', "core/safety/run/TrashMover.h": ""}, "which is engines"),
+     {"cli/frame/main.cpp": '#include "core/safety/run/TrashMover.h"\n', "core/safety/run/TrashMover.h": ""}, "which is engines"),
     ("the window includes an engine",
      {"app/W.h": '#include "core/scanning/scan/StorageScanner.h"\n', "core/scanning/scan/StorageScanner.h": ""}, "which is engines"),
     ("the window includes a class of the platform",
@@ -42,17 +42,17 @@ VIOLATIONS = [
      {"core/safety/B.h": '#include "core/scanning/C.h"\n', "core/scanning/C.h": '#include "core/rules/D.h"\n',
       "core/rules/D.h": '#include "core/safety/B.h"\n'}, "include loop"),
     ("Qt in the core", {"core/base/A.h": "#include <QString>\n"}, "Qt"),
-    ("Qt in the terminal program", {"cli/main.cpp": "#include <QtCore/QFile>\n"}, "Qt"),
+    ("Qt in the terminal program", {"cli/frame/main.cpp": "#include <QtCore/QFile>\n"}, "Qt"),
     ("D-Bus in the core", {"core/base/A.h": "#include <sdbus-c++/sdbus-c++.h>\n"}, "D-Bus"),
     ("curl in the core", {"core/base/A.h": "#include <curl/curl.h>\n"}, "curl"),
     ("libsecret in the core", {"core/base/A.h": "#include <libsecret/secret.h>\n"}, "libsecret"),
     ("CLI11 in the core", {"core/base/A.h": "#include <CLI/CLI.hpp>\n"}, "CLI11"),
     ("a system's macro in the core", {"core/base/A.h": "#if defined(__linux__)\n#endif\n"}, "__linux__"),
-    ("a system's macro in an elif", {"cli/main.cpp": "#if 0\n# elif defined(__APPLE__)\n#endif\n"}, "__APPLE__"),
+    ("a system's macro in an elif", {"cli/frame/main.cpp": "#if 0\n# elif defined(__APPLE__)\n#endif\n"}, "__APPLE__"),
     ("shared() elsewhere", {"core/safety/B.cpp": "B& B::shared() {\n"}, "shared() may be defined only"),
     ("shared() in a header", {"core/safety/B.h": "static B& shared() { static B b; return b; }\n"}, "shared() may be defined only"),
     *(
-        (f"{call} in the terminal program", {"cli/main.cpp": f"void f() {{ {call}; }}\n"}, "cuts short a file")
+        (f"{call} in the terminal program", {"cli/frame/main.cpp": f"void f() {{ {call}; }}\n"}, "cuts short a file")
         for call in (
             "unlink(p)", "::unlinkat(AT_FDCWD, p, 0)", "::rmdir(p)", "std::rename(a, b)", "::renameat2(a, b, c, d, e)",
             "std::remove(p.c_str())", "::remove(p)", "std::filesystem::remove_all(p)", "fs::rename(a, b)", "truncate(p, 0)",
@@ -76,11 +76,11 @@ VIOLATIONS = [
 ALLOWED = [
     ("includes downwards and among engines",
      {"core/safety/B.h": '#include "core/base/A.h"\n#include "core/scanning/C.h"\n', "core/base/A.h": "",
-      "core/scanning/C.h": "", "cli/main.cpp": '#include "platform/SystemServices.h"\n#include "core/tasks/T.h"\n#include "core/scanning/records/FileItem.h"\n',
+      "core/scanning/C.h": "", "cli/frame/main.cpp": '#include "platform/SystemServices.h"\n#include "core/tasks/T.h"\n#include "core/scanning/records/FileItem.h"\n',
       "platform/SystemServices.h": "", "core/tasks/T.h": '#include "core/safety/B.h"\n', "core/scanning/records/FileItem.h": "",
       "platform/P.h": '#include "core/safety/B.h"\n'}),
     ("what only looks like a removing call",
-     {"cli/main.cpp": 'void f() { list.remove(a); map->rename(b); std::remove(b, e, v); '
+     {"cli/frame/main.cpp": 'void f() { list.remove(a); map->rename(b); std::remove(b, e, v); '
       'journal.unlink(c); X::remove(d); say("unlink(p)"); }  // unlink(p)\nvoid removeFolder(P p);\n'}),
     ("removing calls where they belong",
      {"core/safety/B.cpp": "void f() { ::unlink(p); }\n", "platform/linux/P.cpp": "void f() { ::renameat2(p); }\n"}),
@@ -88,7 +88,7 @@ ALLOWED = [
     ("a header's implementation that uses what is built on the header",
      {"core/safety/B.h": "", "core/safety/B.cpp": '#include "core/scanning/C.h"\n',
       "core/scanning/C.h": '#include "core/safety/B.h"\n'}),
-    ("shared() declared and used", {"core/safety/B.h": "static B& shared();\n", "cli/main.cpp": "void f() { B::shared().run(); }\n"}),
+    ("shared() declared and used", {"core/safety/B.h": "static B& shared();\n", "cli/frame/main.cpp": "void f() { B::shared().run(); }\n"}),
     ("homes of nobody, and folders that only sound temporary",
      {"docs/page.md": "/home/user/x /Users/me/x ~/tmp/x core/tmp/x $XDG_RUNTIME_DIR/tmp/x /private/var/root\n"}),
     ("a system's macro where it belongs", {"platform/linux/P.cpp": "#if defined(__linux__)\n#endif\n"}),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/CommandSpec.h"
+#include "cli/frame/CommandSpec.h"
 
 #include <span>
 

@@ -1,8 +1,8 @@
-#include "cli/Arguments.h"
-#include "cli/ManPage.h"
-#include "cli/Session.h"
-#include "cli/ShellCompletion.h"
 #include "cli/commands/Commands.h"
+#include "cli/frame/Arguments.h"
+#include "cli/frame/Session.h"
+#include "cli/pages/ManPage.h"
+#include "cli/pages/ShellCompletion.h"
 
 #include <array>
 
