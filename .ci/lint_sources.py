@@ -12,14 +12,7 @@ import subprocess
 import sys
 
 # Who may include whom: a file includes files of its own floor or of lower ones. The first pattern that fits decides.
-RECORDS = (
-)
-# They keep settings and ask the system, and move nothing: the front ends may use them.
-SERVICES = (
-)
-# They join tasks into what happens by itself.
-COORDINATORS = (
-)
+# Services keep settings and ask the system, and move nothing; coordinators join tasks into what happens by itself.
 FLOORS = [
     ("core/base/*", 0, "base"),
     ("core/platform/*", 1, "interfaces"),
@@ -28,9 +21,6 @@ FLOORS = [
     ("core/*/services/*", 4, "services"),
     ("core/organizer/tidy/*", 6, "coordinators"),
     ("core/rules/schedule/*", 6, "coordinators"),
-    *((f"core/{name}.*", 2, "records") for name in RECORDS),
-    *((f"core/{name}.*", 4, "services") for name in SERVICES),
-    *((f"core/{name}.*", 6, "coordinators") for name in COORDINATORS),
     ("core/localization/*", 4, "localization"),
     ("core/tasks/*", 5, "tasks"),
     ("core/*", 4, "engines"),

@@ -11,7 +11,7 @@ HEADER = "#pragma once\n"
 CMAKE = {
     "core/CMakeLists.txt": "add_library(core base/A.cpp safety/B.cpp scanning/C.cpp)\n",
     "platform/CMakeLists.txt": "add_library(platform linux/P.cpp SharedServices.cpp)\n",
-    "cli/CMakeLists.txt": "add_executable(cli main.cpp)\n",
+    "cli/CMakeLists.txt": "add_executable(cli frame/main.cpp)\n",
 }
 
 # Name, files, and a piece of the one finding.

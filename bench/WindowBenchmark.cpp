@@ -6,10 +6,10 @@
 // Runs without a display (QT_QPA_PLATFORM=offscreen) with software rendering, in a home of its own, on made-up items:
 // the disk plays no part.
 
-#include "app/AppState.h"
-#include "app/BackgroundQueue.h"
-#include "app/CleanupModel.h"
-#include "app/Window.h"
+#include "app/cleanup/CleanupModel.h"
+#include "app/common/BackgroundQueue.h"
+#include "app/shell/AppState.h"
+#include "app/shell/Window.h"
 
 #include <fmt/format.h>
 

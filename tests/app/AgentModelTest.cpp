@@ -1,6 +1,6 @@
-#include "app/AgentModel.h"
+#include "app/agent/AgentModel.h"
 
-#include "app/Text.h"
+#include "app/common/Text.h"
 #include "core/base/text/Json.h"
 #include "tests/app/WindowFixture.h"
 

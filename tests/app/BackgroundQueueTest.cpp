@@ -1,4 +1,4 @@
-#include "app/BackgroundQueue.h"
+#include "app/common/BackgroundQueue.h"
 
 #include "tests/app/WindowFixture.h"
 

@@ -1,6 +1,6 @@
-#include "app/CleanupModel.h"
+#include "app/cleanup/CleanupModel.h"
 
-#include "app/OverviewAreas.h"
+#include "app/overview/OverviewAreas.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>

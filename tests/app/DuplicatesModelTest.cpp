@@ -1,4 +1,4 @@
-#include "app/DuplicatesModel.h"
+#include "app/duplicates/DuplicatesModel.h"
 
 #include "tests/app/WindowFixture.h"
 

@@ -1,6 +1,6 @@
-#include "app/HistoryModel.h"
+#include "app/history/HistoryModel.h"
 
-#include "app/OverviewModel.h"
+#include "app/overview/OverviewModel.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>

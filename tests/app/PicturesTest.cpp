@@ -1,6 +1,6 @@
-#include "app/Pictures.h"
+#include "app/common/Pictures.h"
 
-#include "app/PictureProvider.h"
+#include "app/common/PictureProvider.h"
 #include "tests/app/WindowFixture.h"
 #include "tests/support/TemporaryTree.h"
 

@@ -1,4 +1,4 @@
-#include "app/RulesModel.h"
+#include "app/rules/RulesModel.h"
 
 #include "tests/app/WindowFixture.h"
 

@@ -1,6 +1,6 @@
-#include "app/AppsModel.h"
-#include "app/OrganizeModel.h"
-#include "app/Text.h"
+#include "app/apps/AppsModel.h"
+#include "app/common/Text.h"
+#include "app/organize/OrganizeModel.h"
 #include "core/base/text/Json.h"
 #include "tests/app/WindowFixture.h"
 

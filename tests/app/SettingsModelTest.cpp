@@ -1,7 +1,7 @@
-#include "app/SettingsModel.h"
+#include "app/settings/SettingsModel.h"
 
-#include "app/PrivacyModel.h"
-#include "app/TidyModel.h"
+#include "app/privacy/PrivacyModel.h"
+#include "app/settings/TidyModel.h"
 #include "core/assistant/records/AIProvider.h"
 #include "core/assistant/services/KeychainService.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"

@@ -1,8 +1,8 @@
-#include "app/Format.h"
-#include "app/LanguageModel.h"
-#include "app/NavigationModel.h"
-#include "app/TableTranslator.h"
-#include "app/Text.h"
+#include "app/common/Format.h"
+#include "app/common/Text.h"
+#include "app/shell/LanguageModel.h"
+#include "app/shell/NavigationModel.h"
+#include "app/shell/TableTranslator.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/organizer/records/CloudProvider.h"
 #include "core/safety/records/ManagedFolderType.h"
@@ -44,10 +44,10 @@ std::set<std::string> mentioned(const std::string& folder, const std::string& ex
 
 TEST(Texts, areThereForEveryKeyThatTheScreensName) {
   const auto keys = textKeys();
-  const auto inScreens = mentioned("app/qml", ".qml", std::regex(R"re(qsTr\(\s*"([^"]+)"\s*\))re"));
+  const auto inScreens = mentioned("app", ".qml", std::regex(R"re(qsTr\(\s*"([^"]+)"\s*\))re"));
   ASSERT_GT(inScreens.size(), 40U);
   for (const auto& key : inScreens) EXPECT_TRUE(keys.contains(key)) << key;
-  for (const auto& key : mentioned("app/qml", ".qml", std::regex(R"re(Texts\.counted\(\s*"([^"]+)")re"))) {
+  for (const auto& key : mentioned("app", ".qml", std::regex(R"re(Texts\.counted\(\s*"([^"]+)")re"))) {
     EXPECT_TRUE(keys.contains(key + ".one") && keys.contains(key + ".other")) << key;
   }
 }
@@ -79,7 +79,7 @@ TEST(Texts, areShownSomewhere) {
   const std::array<std::string_view, 4> composed{"category.", "reason.", "risk.", "unit."};
   const std::regex quoted(R"re("([a-z]+\.[a-zA-Z_.]+)")re");
   auto named = mentioned("app", ".cpp", quoted);
-  named.merge(mentioned("app/qml", ".qml", quoted));
+  named.merge(mentioned("app", ".qml", quoted));
   named.merge(mentioned("platform", ".cpp", quoted));
   named.merge(mentioned("core/rules", ".cpp", quoted));
   for (const auto& key : textKeys()) {
@@ -95,7 +95,7 @@ TEST(Icons, areDrawnForEverySymbolThatTheCoreNames) {
   for (const auto type : allManagedFolderTypes) symbols.insert(systemImage(type));
   for (const auto provider : allCloudProviders) symbols.insert(systemImage(provider));
   for (const auto symbol : symbols) {
-    const auto file = std::string(ORVANE_SOURCES "/app/qml/icons/").append(symbol).append(".svg");
+    const auto file = std::string(ORVANE_SOURCES "/app/icons/").append(symbol).append(".svg");
     EXPECT_TRUE(std::filesystem::is_regular_file(file)) << symbol;
   }
 }

@@ -1,4 +1,4 @@
-#include "app/TidyModel.h"
+#include "app/settings/TidyModel.h"
 
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
 #include "core/platform/LoginItems.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/AppState.h"
-#include "app/CleanupModel.h"
-#include "app/JournalFeed.h"
-#include "app/WindowServices.h"
+#include "app/cleanup/CleanupModel.h"
+#include "app/common/JournalFeed.h"
+#include "app/shell/AppState.h"
+#include "app/shell/WindowServices.h"
 #include "core/base/text/Json.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Format.h"
-#include "app/IconProvider.h"
-#include "app/TableTranslator.h"
+#include "app/common/Format.h"
+#include "app/common/IconProvider.h"
+#include "app/shell/TableTranslator.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 
 #include <QCoreApplication>

@@ -1,0 +1,144 @@
+#pragma once
+
+#include "app/common/RunModel.h"
+#include "core/assistant/records/AIProvider.h"
+#include "core/tasks/Selection.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QStringList>
+#include <QVariantList>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// The assistant: a request in plain words becomes a plan, and the plan a list of files with what would be done with
+// each. Nothing is changed before the user confirms.
+class AgentModel : public orvane::RunModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  Q_PROPERTY(QString prompt READ prompt WRITE setPrompt NOTIFY promptChanged)
+  Q_PROPERTY(int provider READ provider WRITE setProvider NOTIFY providerChanged)
+  Q_PROPERTY(QVariantList providers READ providers NOTIFY providerChanged)
+  Q_PROPERTY(bool isOffline READ isOffline NOTIFY providerChanged)
+  Q_PROPERTY(bool isPlanning READ isPlanning NOTIFY planChanged)
+  Q_PROPERTY(bool hasPlan READ hasPlan NOTIFY planChanged)
+  Q_PROPERTY(QString planTitle READ planTitle NOTIFY planChanged)
+  Q_PROPERTY(QVariantList planSteps READ planSteps NOTIFY planChanged)
+  Q_PROPERTY(QString answeredBy READ answeredBy NOTIFY planChanged)
+  Q_PROPERTY(QString fallbackReason READ fallbackReason NOTIFY planChanged)
+  Q_PROPERTY(bool isRefused READ isRefused NOTIFY planChanged)
+  Q_PROPERTY(QString error READ error NOTIFY planChanged)
+  Q_PROPERTY(QString fault READ fault NOTIFY planChanged)
+  Q_PROPERTY(QStringList notices READ notices NOTIFY planChanged)
+  Q_PROPERTY(double matchCount READ matchCount NOTIFY planChanged)
+  Q_PROPERTY(double matchBytes READ matchBytes NOTIFY planChanged)
+  Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
+  Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
+  Q_PROPERTY(QString request READ request NOTIFY requestChanged)
+
+ public:
+  enum Role {
+    NameRole = Qt::UserRole + 1,
+    PlaceRole,
+    ReasonRole,
+    RiskRole,
+    DateRole,
+    BytesRole,
+    CheckStateRole,
+    ActionRole,
+    DestinationRole,
+  };
+
+  explicit AgentModel(WindowServices services, QObject* parent = nullptr);
+  ~AgentModel() override;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+  [[nodiscard]] QString prompt() const { return m_prompt; }
+  void setPrompt(const QString& prompt);
+  // As AIProvider counts.
+  [[nodiscard]] int provider() const noexcept { return static_cast<int>(m_provider); }
+  void setProvider(int provider);
+  // {name, hasKey, needsKey}
+  [[nodiscard]] QVariantList providers() const;
+  // Whether the plan was made on this machine; before there is one, whether it would be.
+  [[nodiscard]] bool isOffline() const;
+
+  [[nodiscard]] bool isPlanning() const noexcept { return m_isPlanning; }
+  // Also one that cannot be used: it is shown as it is.
+  [[nodiscard]] bool hasPlan() const noexcept { return m_answer != nullptr; }
+  [[nodiscard]] QString planTitle() const;
+  // {text, detail}
+  [[nodiscard]] QVariantList planSteps() const;
+  // Who really made the plan.
+  [[nodiscard]] QString answeredBy() const;
+  // Why another one made it than was asked; empty where none did.
+  [[nodiscard]] QString fallbackReason() const;
+  // Whether the plan cannot be used, and so touches no file.
+  [[nodiscard]] bool isRefused() const;
+  // How to ask instead; empty for a plan that can be used.
+  [[nodiscard]] QString error() const;
+  // Why the plan cannot be used, in English; empty for one that can.
+  [[nodiscard]] QString fault() const;
+  // The folders that the plan names and in which nothing is touched.
+  [[nodiscard]] QStringList notices() const;
+  [[nodiscard]] double matchCount() const noexcept;
+  [[nodiscard]] double matchBytes() const noexcept { return static_cast<double>(m_matchBytes); }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
+  // What would be sent, to the letter but for the key; empty where nothing is.
+  [[nodiscard]] QString request() const { return m_request; }
+
+  Q_INVOKABLE void dryRun();
+  Q_INVOKABLE void toggle(int row);
+  Q_INVOKABLE void confirm();
+  Q_INVOKABLE void discard();
+  Q_INVOKABLE void updateRequest();
+  Q_INVOKABLE void cancel() override;
+
+  void languageChanged() override;
+
+  // Keys may be new.
+  Q_INVOKABLE void reloadProviders();
+
+ Q_SIGNALS:
+  void promptChanged();
+  void providerChanged();
+  void planChanged();
+  void selectionChanged();
+  void requestChanged();
+  // A request left this machine: its text, when, and whose it was.
+  void requestSent(const QString& text, double date, const QString& provider);
+
+ protected:
+  [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
+
+ private:
+  struct Answer;
+
+  void show(std::shared_ptr<const Answer> answer);
+  [[nodiscard]] QString remarkOf(const ProposedRow& row) const;
+
+  QString m_prompt;
+  AIProvider m_provider = AIProvider::heuristic;
+  std::array<bool, allAIProviders.size()> m_hasKey{};
+  bool m_isPlanning = false;
+  std::stop_source m_planStop;
+  std::shared_ptr<const Answer> m_answer;
+  Selection m_selection;
+  std::int64_t m_matchBytes = 0;
+  QString m_request;
+  BackgroundQueue m_planQueue;
+};
+
+}  // namespace orvane

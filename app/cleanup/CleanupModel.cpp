@@ -1,0 +1,491 @@
+#include "app/cleanup/CleanupModel.h"
+
+#include "app/cleanup/CleanupText.h"
+#include "app/common/Text.h"
+#include "app/shell/AppState.h"
+#include "core/base/files/FileStatus.h"
+#include "core/platform/Desktop.h"
+#include "core/scanning/records/RiskEvaluator.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/CleanTask.h"
+#include "core/tasks/History.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr int colorCount = 10;
+constexpr std::chrono::milliseconds shortestArrangeDelay{200};
+constexpr std::chrono::milliseconds countInterval{40};
+
+}  // namespace
+
+CleanupModel::CleanupModel(WindowServices services, AppState& state, QObject* parent)
+    : RunModel(std::move(services), parent), m_state(state), m_items(state.scannedItems()) {
+  m_arrangeTimer.setSingleShot(true);
+  m_countTimer.setSingleShot(true);
+  connect(&m_countTimer, &QTimer::timeout, this, &CleanupModel::tellCounts);
+  connect(&m_arrangeTimer, &QTimer::timeout, this, &CleanupModel::arrange);
+  connect(&m_items, &ScannedItems::begun, this, [this] {
+    m_selection.clear();
+    setLookAfterUndo({});
+    ++m_generation;
+    m_scanStart = ReferenceClock::now();
+    show({});
+  });
+  connect(&m_items, &ScannedItems::appended, this, &CleanupModel::takeItems);
+  connect(&m_items, &ScannedItems::presenceChanged, this, [this] { arrange(); });
+  connect(&m_state, &AppState::scanFinished, this, [this] {
+    if (m_countTimer.isActive()) tellCounts();
+    arrange();
+  });
+  connect(&m_state, &AppState::summaryChanged, this, &CleanupModel::freeBytesChanged);
+  connect(this, &CleanupModel::selectionChanged, this, &CleanupModel::freeBytesChanged);
+}
+
+CleanupModel::~CleanupModel() {
+  m_arrangeStop.request_stop();
+}
+
+double CleanupModel::itemCount() const {
+  return static_cast<double>(m_items.count());
+}
+double CleanupModel::currentFreeBytes() const {
+  return m_state.freeBytes();
+}
+double CleanupModel::projectedFreeBytes() const {
+  return m_state.freeBytes() + selectedBytes();
+}
+
+// --- rows
+
+int CleanupModel::rowsOf(const Section& section) {
+  if (section.shown.items.empty()) return 0;
+  return 1 + (section.isExpanded ? static_cast<int>(section.shown.items.size()) : 0);
+}
+
+int CleanupModel::totalRows() const {
+  int rows = 0;
+  for (const auto& section : m_sections) rows += rowsOf(section);
+  return rows;
+}
+
+int CleanupModel::headerRow(ScanCategory category) const {
+  int row = 0;
+  for (std::size_t before = 0; before < indexOf(category); ++before) row += rowsOf(m_sections[before]);
+  return row;
+}
+
+std::optional<CleanupModel::Place> CleanupModel::placeOf(int row) const {
+  if (row < 0) return std::nullopt;
+  for (const auto category : allScanCategories) {
+    const auto& section = m_sections[indexOf(category)];
+    const int rows = rowsOf(section);
+    if (row >= rows) {
+      row -= rows;
+      continue;
+    }
+    if (row == 0) return Place{category, std::nullopt};
+    return Place{category, section.shown.items[static_cast<std::size_t>(row - 1)]};
+  }
+  return std::nullopt;
+}
+
+int CleanupModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : m_rows;
+}
+
+QHash<int, QByteArray> CleanupModel::roleNames() const {
+  return {
+      {KindRole, "kind"},
+      {NameRole, "name"},
+      {PlaceRole, "place"},
+      {ReasonRole, "reason"},
+      {RiskRole, "risk"},
+      {DateRole, "date"},
+      {BytesRole, "bytes"},
+      {CheckStateRole, "checkState"},
+      {ColorIndexRole, "colorIndex"},
+      {CountRole, "count"},
+      {ExpandedRole, "expanded"},
+      {CloudWarningRole, "cloudWarning"},
+      {IsFolderRole, "isFolder"},
+      {CategoryRole, "category"},
+  };
+}
+
+QVariant CleanupModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const auto place = placeOf(index.row());
+  if (!place) return {};
+  if (role == KindRole) return place->item ? Item : Header;
+  if (role == ColorIndexRole) return static_cast<int>(indexOf(place->category)) % colorCount;
+  if (role == CategoryRole) return textFrom(rawValue(place->category));
+  return place->item ? itemData(*place->item, role) : sectionData(place->category, role);
+}
+
+QVariant CleanupModel::sectionData(ScanCategory category, int role) const {
+  const auto& section = m_sections[indexOf(category)];
+  switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+      return localizedText("category." + std::string(rawValue(category)));
+    case RiskRole:
+      return static_cast<int>(defaultRisk(category));
+    case BytesRole:
+      return static_cast<double>(section.shown.bytes);
+    case CountRole:
+      return static_cast<double>(section.shown.items.size());
+    case CheckStateRole:
+      return checkStateOf(section);
+    case ExpandedRole:
+      return section.isExpanded;
+    case DateRole:
+      return 0.0;
+    case IsFolderRole:
+      return true;
+    case PlaceRole:
+    case ReasonRole:
+    case CloudWarningRole:
+      return QString();
+    default:
+      return {};
+  }
+}
+
+QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
+  const auto& item = m_items.items().item(index);
+  switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+      return shownName(item.url().lastPathComponent());
+    case PlaceRole:
+      return shownPlace(item.url(), services().tasks.home);
+    case ReasonRole:
+      return reasonText(item);
+    case RiskRole:
+      return static_cast<int>(item.riskLabel());
+    case DateRole:
+      return milliseconds(item.lastModifiedDate());
+    case BytesRole:
+      return static_cast<double>(item.fileSize());
+    case CountRole:
+      return 1.0;
+    case CheckStateRole:
+      if (!m_selection.isSelectable(index)) return -1;
+      return static_cast<int>(m_selection.isSelected(index) ? Qt::Checked : Qt::Unchecked);
+    case ExpandedRole:
+      return false;
+    case CloudWarningRole:
+      return cloudText(item, services().tasks.home);
+    case IsFolderRole:
+      return m_items.items().item(index).isFolder();
+    default:
+      return {};
+  }
+}
+
+int CleanupModel::checkStateOf(const Section& section) const {
+  if (section.selectable == 0) return -1;
+  if (section.selected == 0) return Qt::Unchecked;
+  return section.selected == section.selectable ? Qt::Checked : Qt::PartiallyChecked;
+}
+
+QString CleanupModel::explanation(int row) const {
+  const auto place = placeOf(row);
+  if (!place) return {};
+  if (!place->item) {
+    return localizedText("risk." + std::string(rawValue(defaultRisk(place->category))) + ".desc");
+  }
+  const auto& item = m_items.items().item(*place->item);
+  QStringList lines{reasonText(item), localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc")};
+  if (const auto cloud = cloudText(item, services().tasks.home); !cloud.isEmpty()) lines += cloud;
+  return lines.join(u'\n');
+}
+
+// --- search, order and filters
+
+QString CleanupModel::searchText() const {
+  return textFrom(m_query.searchText);
+}
+void CleanupModel::setSearchText(const QString& text) {
+  auto query = m_query;
+  query.searchText = text.trimmed().toStdString();
+  changeQuery(query);
+}
+
+CleanupModel::Sort CleanupModel::sort() const noexcept {
+  return static_cast<Sort>(m_query.order);
+}
+void CleanupModel::setSort(Sort sort) {
+  auto query = m_query;
+  query.order = static_cast<CleanupOrder>(sort);
+  changeQuery(query);
+}
+
+int CleanupModel::riskFilter() const noexcept {
+  return m_query.risk ? static_cast<int>(*m_query.risk) : -1;
+}
+void CleanupModel::setRiskFilter(int risk) {
+  auto query = m_query;
+  const bool isRisk = risk >= 0 && risk < static_cast<int>(allRiskLabels.size());
+  query.risk = isRisk ? std::optional(static_cast<RiskLabel>(risk)) : std::nullopt;
+  changeQuery(query);
+}
+
+QString CleanupModel::categoryFilter() const {
+  return m_query.category ? textFrom(rawValue(*m_query.category)) : QString();
+}
+void CleanupModel::setCategoryFilter(const QString& category) {
+  auto query = m_query;
+  query.category = scanCategoryFromRawValue(category.toStdString());
+  changeQuery(query);
+}
+
+QString CleanupModel::folderFilter() const {
+  return textFrom(m_query.folder);
+}
+void CleanupModel::setFolderFilter(const QString& folder) {
+  auto query = m_query;
+  query.folder = folder.toStdString();
+  changeQuery(query);
+}
+
+void CleanupModel::clearFilters() {
+  changeQuery(CleanupQuery{.searchText = {}, .order = m_query.order, .risk = {}, .category = {}, .folder = {}});
+}
+
+void CleanupModel::showOnly(const QString& category, const QString& folder) {
+  CleanupQuery query;
+  query.order = m_query.order;
+  query.category = scanCategoryFromRawValue(category.toStdString());
+  query.folder = folder.toStdString();
+  if (query.category) m_sections[indexOf(*query.category)].isExpanded = true;
+  changeQuery(query);
+}
+
+void CleanupModel::changeQuery(const CleanupQuery& query) {
+  if (query == m_query) return;
+  m_query = query;
+  Q_EMIT queryChanged();
+  // Whatever is being worked out now answers the wrong question.
+  m_arrangeStop.request_stop();
+  arrange();
+}
+
+void CleanupModel::takeItems(std::size_t first) {
+  m_items.items().forEachFrom(first, [this](std::size_t, const FileItem& item) {
+    m_selection.append(scannedMark(item).choice, item.fileSize());
+    return true;
+  });
+  // Everything that shows a count is worked out again then: once a frame will do.
+  if (!m_countTimer.isActive()) m_countTimer.start(countInterval);
+  // Arranging takes longer the more there is: it may not take all the time.
+  if (!m_isArranging && !m_arrangeTimer.isActive()) {
+    m_arrangeTimer.start(std::max(shortestArrangeDelay, 2 * m_lastArrangement));
+  }
+  m_isDirty = true;
+}
+
+void CleanupModel::tellCounts() {
+  m_countTimer.stop();
+  Q_EMIT countsChanged();
+  Q_EMIT selectionChanged();
+}
+
+void CleanupModel::arrange() {
+  m_arrangeTimer.stop();
+  m_isDirty = true;
+  if (m_isArranging) return;
+  m_isArranging = true;
+  m_isDirty = false;
+  m_arrangeStop = {};
+  m_arrangeQueue.post([this, scanned = m_items.snapshot(), query = m_query, generation = m_generation,
+                       stop = m_arrangeStop.get_token()](const std::stop_token&) {
+    const auto started = std::chrono::steady_clock::now();
+    auto arrangement = arrangeForCleanup(scanned, query, stop);
+    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - started);
+    // Functions that Qt queues are copied.
+    const auto shared = std::make_shared<std::optional<CleanupArrangement>>(std::move(arrangement));
+    callOn(this, [this, shared, took, generation] {
+      m_isArranging = false;
+      m_lastArrangement = took;
+      if (*shared && generation == m_generation) show(*std::move(*shared));
+      if (!m_isDirty) return;
+      if (*shared && m_state.isScanning()) {
+        m_arrangeTimer.start(std::max(shortestArrangeDelay, 2 * m_lastArrangement));
+      } else {
+        arrange();
+      }
+    });
+  });
+}
+
+// Rows are not followed from their old place to their new one: the list keeps its position, and reads anew what it
+// shows. Telling a million moves would block it.
+void CleanupModel::show(CleanupArrangement arrangement) {
+  m_shownCount = 0;
+  int rows = 0;
+  for (std::size_t at = 0; at < m_sections.size(); ++at) {
+    m_shownCount += static_cast<std::int64_t>(arrangement.sections[at].items.size());
+    if (arrangement.sections[at].items.empty()) continue;
+    rows += 1 + (m_sections[at].isExpanded ? static_cast<int>(arrangement.sections[at].items.size()) : 0);
+  }
+  const int before = m_rows;
+  if (rows > before) beginInsertRows({}, before, rows - 1);
+  if (rows < before) beginRemoveRows({}, rows, before - 1);
+  for (std::size_t at = 0; at < m_sections.size(); ++at) {
+    m_sections[at].shown = std::move(arrangement.sections[at]);
+  }
+  recountSections();
+  m_rows = rows;
+  if (rows > before) endInsertRows();
+  if (rows < before) endRemoveRows();
+  if (const int both = std::min(rows, before); both > 0) Q_EMIT dataChanged(index(0), index(both - 1));
+  Q_EMIT countsChanged();
+}
+
+void CleanupModel::recountSections() {
+  for (auto& section : m_sections) {
+    section.selectable = 0;
+    section.selected = 0;
+    for (const auto index : section.shown.items) {
+      section.selectable += m_selection.isSelectable(index) ? 1 : 0;
+      section.selected += m_selection.isSelected(index) ? 1 : 0;
+    }
+  }
+}
+
+// --- selection
+
+void CleanupModel::refreshChecks() {
+  recountSections();
+  if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1), {CheckStateRole});
+  Q_EMIT selectionChanged();
+}
+
+void CleanupModel::toggle(int row) {
+  const auto place = placeOf(row);
+  if (!place || isWorking()) return;
+  auto& section = m_sections[indexOf(place->category)];
+  const auto whether = [](bool isSelected) {
+    return isSelected ? Selection::Whether::selected : Selection::Whether::unselected;
+  };
+  if (!place->item) {
+    const bool select = section.selected < section.selectable;
+    for (const auto index : section.shown.items) m_selection.set(index, whether(select));
+    return refreshChecks();
+  }
+  if (!m_selection.isSelectable(*place->item)) return;
+  const bool isSelected = m_selection.isSelected(*place->item);
+  m_selection.set(*place->item, whether(!isSelected));
+  section.selected += isSelected ? -1 : 1;
+  Q_EMIT dataChanged(index(row), index(row), {CheckStateRole});
+  const auto header = index(headerRow(place->category));
+  Q_EMIT dataChanged(header, header, {CheckStateRole});
+  Q_EMIT selectionChanged();
+}
+
+void CleanupModel::toggleExpanded(int row) {
+  const auto place = placeOf(row);
+  if (!place || place->item) return;
+  auto& section = m_sections[indexOf(place->category)];
+  const int count = static_cast<int>(section.shown.items.size());
+  if (section.isExpanded) {
+    beginRemoveRows({}, row + 1, row + count);
+    section.isExpanded = false;
+    m_rows -= count;
+    endRemoveRows();
+  } else {
+    beginInsertRows({}, row + 1, row + count);
+    section.isExpanded = true;
+    m_rows += count;
+    endInsertRows();
+  }
+  Q_EMIT dataChanged(index(row), index(row), {ExpandedRole});
+}
+
+void CleanupModel::selectRecommended() {
+  if (isWorking()) return;
+  m_selection.selectProposed();
+  refreshChecks();
+}
+
+void CleanupModel::deselectAll() {
+  if (isWorking()) return;
+  m_selection.deselectAll();
+  refreshChecks();
+}
+
+// --- cleaning and undoing
+
+void CleanupModel::cleanSelected() {
+  if (isWorking() || m_selection.count() == 0) return;
+  // Going through a million rows takes a while.
+  startRun(
+      m_selection.count(),
+      [tasks = services().tasks, proposal = proposeScanned(m_items.items(), m_items.folders(), m_scanStart),
+       selection = m_selection](const RunProgress& progress, const std::stop_token& stop) {
+        return carryOut(tasks, proposal.approve(selection), progress, stop);
+      },
+      [this, generation = m_generation](const RunReport& report) { takeOut(movedRows(report), generation); });
+}
+
+void CleanupModel::takeOut(const std::vector<std::uint32_t>& moved, int generation) {
+  if (generation != m_generation || moved.empty()) return;
+  for (const auto index : moved) m_selection.setThere(index, false);
+  m_items.setPresence(moved, ScannedItems::Presence::gone);
+  refreshChecks();
+  setLookAfterUndo([this, items = m_items.items(), moved, generation]() -> std::function<void()> {
+    // One whose place was taken came back under another name; it is found again by the next scan.
+    std::vector<std::uint32_t> back;
+    std::copy_if(moved.begin(), moved.end(), std::back_inserter(back),
+                 [&](std::uint32_t index) { return itemExists(items.item(index).url().path().c_str()); });
+    return [this, back = std::move(back), generation] { takeBack(back, generation); };
+  });
+}
+
+void CleanupModel::followJournal() {
+  // What it moves itself it knows best.
+  if (isWorking() || m_items.items().size() == 0) return;
+  m_arrangeQueue.post([this, services = services(), scanned = m_items.snapshot(), since = m_scanStart,
+                       generation = m_generation](const std::stop_token&) {
+    const auto moved = movedSince(services.tasks, scanned.items, scanned.gone, since);
+    if (moved.gone.empty() && moved.back.empty()) return;
+    callOn(this, [this, moved, generation] {
+      if (generation != m_generation || isWorking()) return;
+      for (const auto index : moved.gone) m_selection.setThere(index, false);
+      m_items.setPresence(moved.gone, ScannedItems::Presence::gone);
+      takeBack(moved.back, generation);
+    });
+  });
+}
+
+void CleanupModel::takeBack(const std::vector<std::uint32_t>& back, int generation) {
+  if (generation != m_generation) return;
+  for (const auto index : back) m_selection.setThere(index, true);
+  m_items.setPresence(back, ScannedItems::Presence::there);
+  refreshChecks();
+}
+
+void CleanupModel::openContainingFolder(int row) {
+  const auto place = placeOf(row);
+  if (!place || !place->item) return;
+  postWork([services = services(), url = m_items.items().item(*place->item).url()](const std::stop_token&) {
+    if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
+  });
+}
+
+void CleanupModel::languageChanged() {
+  if (m_rows > 0) {
+    Q_EMIT dataChanged(index(0), index(m_rows - 1), {Qt::DisplayRole, NameRole, ReasonRole, CloudWarningRole});
+  }
+  RunModel::languageChanged();
+}
+
+}  // namespace orvane

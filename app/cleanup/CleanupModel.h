@@ -1,0 +1,172 @@
+#pragma once
+
+#include "app/cleanup/CleanupArrangement.h"
+#include "app/common/BackgroundQueue.h"
+#include "app/common/RunModel.h"
+#include "app/shell/WindowServices.h"
+#include "core/base/values/Date.h"
+#include "core/tasks/Selection.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QTimer>
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+#include <vector>
+
+namespace orvane {
+
+class AppState;
+
+// The scanned items by category, headers and items as rows of one list, with what is selected, and the cleanup of it.
+// Filtering and sorting are done in the background; what is shown changes once they are through.
+// The tool that describes types to QML looks for the base by the name that stands here.
+class CleanupModel : public orvane::RunModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY queryChanged)
+  Q_PROPERTY(Sort sort READ sort WRITE setSort NOTIFY queryChanged)
+  Q_PROPERTY(int riskFilter READ riskFilter WRITE setRiskFilter NOTIFY queryChanged)
+  Q_PROPERTY(QString categoryFilter READ categoryFilter WRITE setCategoryFilter NOTIFY queryChanged)
+  Q_PROPERTY(QString folderFilter READ folderFilter WRITE setFolderFilter NOTIFY queryChanged)
+  Q_PROPERTY(double itemCount READ itemCount NOTIFY countsChanged)
+  Q_PROPERTY(double shownCount READ shownCount NOTIFY countsChanged)
+  Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
+  Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
+  Q_PROPERTY(double currentFreeBytes READ currentFreeBytes NOTIFY freeBytesChanged)
+  Q_PROPERTY(double projectedFreeBytes READ projectedFreeBytes NOTIFY freeBytesChanged)
+  Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY workChanged)
+  Q_PROPERTY(bool isUndoing READ isUndoing NOTIFY workChanged)
+
+ public:
+  enum Role {
+    KindRole = Qt::UserRole + 1,
+    NameRole,
+    PlaceRole,
+    ReasonRole,
+    RiskRole,
+    DateRole,
+    BytesRole,
+    CheckStateRole,
+    ColorIndexRole,
+    CountRole,
+    ExpandedRole,
+    CloudWarningRole,
+    IsFolderRole,
+    CategoryRole,
+  };
+  enum Kind { Header, Item };
+  Q_ENUM(Kind)
+  enum Sort { Size, Date, Name };
+  Q_ENUM(Sort)
+
+  CleanupModel(WindowServices services, AppState& state, QObject* parent = nullptr);
+  ~CleanupModel() override;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+  [[nodiscard]] QString searchText() const;
+  void setSearchText(const QString& text);
+  [[nodiscard]] Sort sort() const noexcept;
+  void setSort(Sort sort);
+  // -1 for every risk.
+  [[nodiscard]] int riskFilter() const noexcept;
+  void setRiskFilter(int risk);
+  // A category's raw value; empty for all.
+  [[nodiscard]] QString categoryFilter() const;
+  void setCategoryFilter(const QString& category);
+  [[nodiscard]] QString folderFilter() const;
+  void setFolderFilter(const QString& folder);
+  Q_INVOKABLE void clearFilters();
+  // Shows what one area of the overview holds.
+  void showOnly(const QString& category, const QString& folder);
+
+  [[nodiscard]] double itemCount() const;
+  [[nodiscard]] double shownCount() const noexcept { return static_cast<double>(m_shownCount); }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
+  [[nodiscard]] double currentFreeBytes() const;
+  // Once the Trash is emptied.
+  [[nodiscard]] double projectedFreeBytes() const;
+  [[nodiscard]] bool isCleaning() const noexcept { return isMoving(); }
+  [[nodiscard]] bool isUndoing() const noexcept { return isRestoring(); }
+
+  // Of an item, its selection; of a header, that of everything shown below it.
+  Q_INVOKABLE void toggle(int row);
+  Q_INVOKABLE void toggleExpanded(int row);
+  Q_INVOKABLE void selectRecommended();
+  Q_INVOKABLE void deselectAll();
+  Q_INVOKABLE void cleanSelected();
+  Q_INVOKABLE void openContainingFolder(int row);
+  // Why an item has its label, in sentences.
+  [[nodiscard]] Q_INVOKABLE QString explanation(int row) const;
+
+  void languageChanged() override;
+
+  // The journal changed: other sections and programs may have moved what is listed.
+  void followJournal();
+
+ Q_SIGNALS:
+  void queryChanged();
+  void countsChanged();
+  void selectionChanged();
+  void freeBytesChanged();
+
+ private:
+  struct Section {
+    ArrangedSection shown;
+    std::int64_t selectable = 0;
+    std::int64_t selected = 0;
+    bool isExpanded = true;
+  };
+  struct Place {
+    ScanCategory category;
+    std::optional<std::uint32_t> item;  // absent for a header
+  };
+
+  [[nodiscard]] static std::size_t indexOf(ScanCategory category) { return static_cast<std::size_t>(category); }
+  [[nodiscard]] std::optional<Place> placeOf(int row) const;
+  [[nodiscard]] int headerRow(ScanCategory category) const;
+  [[nodiscard]] static int rowsOf(const Section& section);
+  [[nodiscard]] int totalRows() const;
+  [[nodiscard]] QVariant sectionData(ScanCategory category, int role) const;
+  [[nodiscard]] QVariant itemData(std::uint32_t index, int role) const;
+  [[nodiscard]] int checkStateOf(const Section& section) const;
+
+  void takeItems(std::size_t first);
+  void tellCounts();
+  void arrange();
+  void show(CleanupArrangement arrangement);
+  void changeQuery(const CleanupQuery& query);
+  void recountSections();
+  void refreshChecks();
+  void takeOut(const std::vector<std::uint32_t>& moved, int generation);
+  void takeBack(const std::vector<std::uint32_t>& back, int generation);
+
+  AppState& m_state;
+  ScannedItems& m_items;
+  Selection m_selection;
+  CleanupQuery m_query;
+  std::array<Section, allScanCategories.size()> m_sections;
+  int m_rows = 0;
+  std::int64_t m_shownCount = 0;
+  orvane::Date m_scanStart;
+  int m_generation = 0;  // goes up with each scan: indexes are those of one scan
+
+  QTimer m_arrangeTimer;
+  QTimer m_countTimer;
+  bool m_isArranging = false;
+  bool m_isDirty = false;
+  std::stop_source m_arrangeStop;
+  std::chrono::milliseconds m_lastArrangement{0};
+
+  BackgroundQueue m_arrangeQueue;
+};
+
+}  // namespace orvane

@@ -1,0 +1,32 @@
+#include "app/cleanup/CleanupText.h"
+
+#include "app/common/Text.h"
+#include "core/organizer/records/CloudFolderDetector.h"
+#include "core/scanning/records/FileItem.h"
+
+#include <string>
+
+namespace orvane {
+namespace {
+
+bool isRecentInstaller(const FileItem& item) {
+  return item.category() == ScanCategory::oldDownloads && item.riskLabel() == RiskLabel::review;
+}
+
+}  // namespace
+
+QString reasonText(const FileItem& item) {
+  if (item.riskLabel() == RiskLabel::manual && item.category() != ScanCategory::manualReview) {
+    return localizedText("reason.protected");
+  }
+  if (isRecentInstaller(item)) return localizedText("reason.recent");
+  return localizedText("reason." + std::string(rawValue(item.category())));
+}
+
+QString cloudText(const FileItem& item, const FileUrl& home) {
+  if (item.isCloudPlaceholder()) return localizedText("cleanup.cloud_only");
+  const auto provider = CloudFolderDetector::detectProvider(item.url(), home.path());
+  return provider ? localizedText("cleanup.cloud_warning").arg(textFrom(rawValue(*provider))) : QString();
+}
+
+}  // namespace orvane

@@ -1,0 +1,105 @@
+#include "app/common/Pictures.h"
+
+#include "core/base/files/FileDescriptor.h"
+#include "core/uninstaller/services/BundleInformation.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <QBuffer>
+#include <QFile>
+#include <QImageReader>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cstdint>
+#include <system_error>
+
+namespace orvane {
+namespace {
+
+constexpr qint64 largestPicture = 512LL * 1024 * 1024;   // bytes
+constexpr std::size_t largestIcon = 32UL * 1024 * 1024;  // bytes
+constexpr qint64 mostPixels = 400'000'000;
+
+// Drawings are programs of a kind: a few lines of one can ask for hours.
+bool isDrawing(const QByteArray& format) {
+  return format.startsWith("svg") || format.startsWith("pdf");
+}
+
+// At the size that is wanted, which some formats are decoded at and others scaled to.
+QImage decoded(QImageReader& reader, QSize size, Qt::AspectRatioMode mode) {
+  if (isDrawing(reader.format()) || !size.isValid()) return {};
+  reader.setAutoTransform(true);
+  const auto natural = reader.size();
+  if (natural.isValid()) {
+    if (static_cast<qint64>(natural.width()) * natural.height() > mostPixels) return {};
+    const auto scaled = natural.scaled(size, mode);
+    if (scaled.width() < natural.width()) reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
+  }
+  auto image = reader.read();
+  if (image.isNull()) return {};
+  // A format that does not tell its size is known only now.
+  const auto scaled = image.size().scaled(size, mode).expandedTo(QSize(1, 1));
+  return scaled.width() < image.width() ? image.scaled(scaled, Qt::IgnoreAspectRatio, Qt::SmoothTransformation) : image;
+}
+
+// An icon family (.icns) is a list of pictures, each behind four letters and its length. Those of the last fifteen
+// years are PNG files. The smallest that fills `size`, else the largest; empty when there is none.
+QByteArray pngOfFamily(const QByteArray& family, QSize size) {
+  constexpr qsizetype headLength = 8;
+  constexpr qsizetype pngHeadLength = 24;
+  const auto number = [&family](qsizetype at) {
+    return static_cast<qint64>(qFromBigEndian<quint32>(family.constData() + at));
+  };
+  QByteArray best;
+  qint64 bestWidth = 0;
+  for (qsizetype at = headLength; at + headLength <= family.size();) {
+    const auto length = number(at + 4);
+    if (length < headLength || length > family.size() - at) break;
+    const auto content = at + headLength;
+    if (length >= headLength + pngHeadLength && family.mid(content, 8) == "\x89PNG\r\n\x1a\n") {
+      const auto width = number(content + 16);
+      const bool isBetter = bestWidth < size.width() ? width > bestWidth : width >= size.width() && width < bestWidth;
+      if (isBetter) {
+        bestWidth = width;
+        best = family.mid(content, length - headLength);
+      }
+    }
+    at += length;
+  }
+  return best;
+}
+
+}  // namespace
+
+QImage readThumbnail(const FileUrl& file, QSize size) {
+  FileDescriptor descriptor(open(file.path().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat status {};
+  if (!descriptor || fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  if (status.st_size > largestPicture) return {};
+  QFile device;
+  if (!device.open(descriptor.get(), QIODevice::ReadOnly)) return {};
+  QImageReader reader(&device);
+  return decoded(reader, size, Qt::KeepAspectRatioByExpanding);
+}
+
+QImage readApplicationIcon(const FileUrl& bundle, QSize size) {
+  const auto file = bundleIconFile(bundle);
+  if (!file) return {};
+  QByteArray bytes;
+  try {
+    bytes = QByteArray::fromStdString(readFile(file->path(), largestIcon));
+  } catch (const std::system_error&) {
+    return {};
+  }
+  if (bytes.startsWith("icns")) {
+    if (auto png = pngOfFamily(bytes, size); !png.isEmpty()) bytes = std::move(png);
+  }
+  QBuffer buffer(&bytes);
+  if (!buffer.open(QIODevice::ReadOnly)) return {};
+  QImageReader reader(&buffer);
+  return decoded(reader, size, Qt::KeepAspectRatio);
+}
+
+}  // namespace orvane

@@ -1,0 +1,212 @@
+#include "app/common/RunModel.h"
+
+#include "app/common/Format.h"
+#include "app/common/ProgressPace.h"
+#include "app/common/Text.h"
+#include "core/base/text/ByteCount.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/RestoreTask.h"
+
+#include <chrono>
+#include <exception>
+#include <memory>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::size_t mostMessages = 300;
+constexpr std::chrono::milliseconds lookInterval{100};
+
+}  // namespace
+
+RunReport reportOf(const Uuid& runId, std::span<const MoveOutcome> outcomes) {
+  RunReport report;
+  for (const auto& outcome : outcomes) report.note(outcome, 0, true);
+  if (report.moved() > 0) report.runId = runId;
+  return report;
+}
+
+RunModel::RunModel(WindowServices services, QObject* parent)
+    : QAbstractListModel(parent), m_services(std::move(services)) {
+  m_lookTimer.setInterval(lookInterval);
+  connect(&m_lookTimer, &QTimer::timeout, this, &RunModel::progressChanged);
+}
+
+RunModel::~RunModel() {
+  m_stop.request_stop();
+}
+
+RunProgress RunModel::progressFor() {
+  // Called for every file; the main thread is told now and then.
+  return [this, pace = ProgressPace()](std::size_t done, std::size_t total) mutable {
+    if (!pace.isDue(done, total)) return;
+    callOn(this, [this, done, total] {
+      m_done = static_cast<std::int64_t>(done);
+      m_total = static_cast<std::int64_t>(total);
+      Q_EMIT progressChanged();
+    });
+  };
+}
+
+void RunModel::begin(Work work, std::int64_t total) {
+  m_work = work;
+  m_stop = {};
+  m_done = 0;
+  m_total = total;
+  forgetResult();
+  Q_EMIT progressChanged();
+}
+
+void RunModel::forgetResult() {
+  if (m_work == Work::none) m_total = 0;
+  m_result = Result::none;
+  m_report = {};
+  m_warnings.clear();
+  Q_EMIT workChanged();
+}
+
+void RunModel::startRun(std::int64_t total, CarryOut carryOut, Finished finished) {
+  if (isWorking()) return;
+  begin(Work::moving, total);
+  m_workQueue.post([this, carryOut = std::move(carryOut), finished = std::move(finished), progress = progressFor(),
+                    stop = m_stop.get_token()](const std::stop_token&) {
+    const auto report = std::make_shared<RunReport>();
+    try {
+      *report = carryOut(progress, stop);
+    } catch (const std::exception& error) {
+      report->note({{}, MoveResult::failed, {}, 0, error.what()}, 0, true);
+    }
+    callOn(this, [this, report, finished] {
+      m_work = Work::none;
+      if (m_looked) stopLooking();
+      m_result = Result::moved;
+      if (report->runId) m_lastRun = report->runId;
+      if (finished) finished(*report);
+      report->forgetMoved();
+      m_report = std::move(*report);
+      Q_EMIT workChanged();
+      Q_EMIT cleaned();
+    });
+  });
+}
+
+void RunModel::startRun(Approval approval, Finished finished) {
+  const auto total = static_cast<std::int64_t>(approval.rows().size());
+  startRun(
+      total,
+      [tasks = m_services.tasks, approval = std::move(approval)](const RunProgress& progress,
+                                                                 const std::stop_token& stop) {
+        return carryOut(tasks, approval, progress, stop);
+      },
+      std::move(finished));
+}
+
+RunModel::LookedCount RunModel::startLooking() {
+  m_looked = std::make_shared<std::atomic<std::size_t>>(0);
+  m_lookTimer.start();
+  Q_EMIT progressChanged();
+  return m_looked;
+}
+
+void RunModel::stopLooking() {
+  m_lookTimer.stop();
+  m_looked.reset();
+  Q_EMIT progressChanged();
+}
+
+void RunModel::cancel() {
+  m_stop.request_stop();
+}
+
+void RunModel::undo() {
+  if (!canUndo()) return;
+  begin(Work::restoring, m_report.moved());
+  m_workQueue.post([this, run = *m_lastRun, look = m_lookAfterUndo, progress = progressFor(),
+                    stop = m_stop.get_token()](const std::stop_token&) {
+    const auto result = restoreNow(m_services.tasks, {run}, progress, stop);
+    const auto after = look ? look() : std::function<void()>();
+    callOn(this, [this, result, after, isComplete = !stop.stop_requested()] {
+      if (after) after();
+      finishUndo(result.count, result.warnings, isComplete);
+    });
+  });
+}
+
+void RunModel::finishUndo(std::int64_t count, std::vector<std::string> warnings, bool isComplete) {
+  m_work = Work::none;
+  m_result = Result::restored;
+  m_restoredCount = count;
+  m_warnings = std::move(warnings);
+  // One that was stopped can be taken up again.
+  if (isComplete) m_lastRun.reset();
+  Q_EMIT workChanged();
+  Q_EMIT undone();
+}
+
+QStringList RunModel::messages() const {
+  QStringList result;
+  for (const auto& outcome : m_report.outcomes) {
+    if (outcome.result == MoveResult::moved || outcome.result == MoveResult::cancelled) continue;
+    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
+    result += failureText(outcome);
+  }
+  for (const auto& warning : m_warnings) {
+    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
+    result += textFrom(warning);
+  }
+  const auto all = static_cast<std::size_t>(m_report.failed) + m_warnings.size();
+  if (all > mostMessages) {
+    const auto more = static_cast<std::int64_t>(all - mostMessages);
+    result += localizedText("cleanup.more_failures").arg(textFrom(formatCount(more)));
+  }
+  return result;
+}
+
+QString RunModel::resultText() const {
+  switch (m_result) {
+    case Result::none:
+      return {};
+    case Result::moved: {
+      auto text = movedText(m_report.moved(), m_report.movedBytes());
+      if (m_report.left == 0) return text;
+      return text + u' ' + countedText("cleanup.cancelled", m_report.left);
+    }
+    case Result::restored:
+      return countedText("cleanup.restored", m_restoredCount);
+  }
+  return {};
+}
+
+QString RunModel::movedText(std::int64_t count, std::int64_t bytes) const {
+  return countedText("cleanup.result", count).arg(Format::bytes(static_cast<double>(bytes)));
+}
+
+QString RunModel::failureText(const MoveOutcome& failure) const {
+  const auto name = failure.source.lastPathComponent();
+  const auto reason = failureReason(failure);
+  return name.empty() ? reason : localizedText("cleanup.failed_item").arg(shownName(name), reason);
+}
+
+QString RunModel::failureReason(const MoveOutcome& failure) {
+  if (failure.result == MoveResult::changed) return localizedText("cleanup.changed_since_scan");
+  if (failure.result == MoveResult::missing) return localizedText("cleanup.gone_since_scan");
+  return textFrom(failure.error);
+}
+
+QString RunModel::progressText() const {
+  if (m_looked && m_total == 0) {
+    const auto count = static_cast<std::int64_t>(m_looked->load());
+    return count == 0 ? QString() : countedText("count.files", count);
+  }
+  if (m_work == Work::none) return {};
+  const auto key = m_work == Work::moving ? "cleanup.moving_progress" : "cleanup.restoring_progress";
+  return localizedText(key).arg(textFrom(formatCount(m_done)), textFrom(formatCount(m_total)));
+}
+
+void RunModel::languageChanged() {
+  Q_EMIT progressChanged();
+  Q_EMIT workChanged();
+}
+
+}  // namespace orvane

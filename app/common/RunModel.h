@@ -1,0 +1,121 @@
+#pragma once
+
+#include "app/common/BackgroundQueue.h"
+#include "app/shell/WindowServices.h"
+#include "core/base/values/Uuid.h"
+#include "core/tasks/Proposal.h"
+#include "core/tasks/RunReport.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QAbstractListModel>
+#include <QStringList>
+#include <QTimer>
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// Sums of the outcomes of a run that an engine carried out.
+[[nodiscard]] RunReport reportOf(const Uuid& runId, std::span<const MoveOutcome> outcomes);
+
+// A list that the user moves files from: one run at a time in the background, with progress, Cancel, its result in
+// words, and Undo of the last one.
+class RunModel : public QAbstractListModel {
+  Q_OBJECT
+  QML_ANONYMOUS
+  Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged)
+  Q_PROPERTY(bool canUndo READ canUndo NOTIFY workChanged)
+  Q_PROPERTY(QStringList messages READ messages NOTIFY workChanged)
+  Q_PROPERTY(QString resultText READ resultText NOTIFY workChanged)
+  Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
+  Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
+  Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
+
+ public:
+  ~RunModel() override;
+
+  [[nodiscard]] bool isWorking() const noexcept { return m_work != Work::none; }
+  [[nodiscard]] bool isMoving() const noexcept { return m_work == Work::moving; }
+  [[nodiscard]] bool isRestoring() const noexcept { return m_work == Work::restoring; }
+  // Whether the last run can be undone from here.
+  [[nodiscard]] bool canUndo() const noexcept { return m_lastRun.has_value() && m_work == Work::none; }
+  // What went wrong in the last run or its undoing; the first few hundred, and how many more there are.
+  [[nodiscard]] QStringList messages() const;
+  [[nodiscard]] QString resultText() const;
+  [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
+  [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
+  [[nodiscard]] virtual QString progressText() const;
+
+  Q_INVOKABLE void undo();
+  Q_INVOKABLE virtual void cancel();
+
+  // Texts are new.
+  virtual void languageChanged();
+
+ Q_SIGNALS:
+  void workChanged();
+  void progressChanged();
+  void cleaned();
+  void undone();
+
+ protected:
+  explicit RunModel(WindowServices services, QObject* parent);
+
+  [[nodiscard]] const WindowServices& services() const noexcept { return m_services; }
+
+  // Has `carryOut` called in the background; what it throws becomes a failure. It may use the services and what it
+  // holds itself, nothing else of the model. `finished` is then called on the main thread.
+  using CarryOut = std::function<RunReport(const RunProgress& progress, const std::stop_token& stop)>;
+  using Finished = std::function<void(const RunReport&)>;
+  void startRun(std::int64_t total, CarryOut carryOut, Finished finished = {});
+  // The same for what the user approved.
+  void startRun(Approval approval, Finished finished = {});
+  // For a search in the background: progressText() tells how many files it has counted here, until stopLooking().
+  using LookedCount = std::shared_ptr<std::atomic<std::size_t>>;
+  [[nodiscard]] LookedCount startLooking();
+  void stopLooking();
+  // After an undo, on the background thread and then on the main thread.
+  using LookAfterUndo = std::function<std::function<void()>()>;
+  void setLookAfterUndo(LookAfterUndo look) { m_lookAfterUndo = std::move(look); }
+  // Has a task carried out between runs.
+  void postWork(BackgroundQueue::Task task) { m_workQueue.post(std::move(task)); }
+  void forgetResult();
+
+  [[nodiscard]] virtual QString movedText(std::int64_t count, std::int64_t bytes) const;
+  [[nodiscard]] virtual QString failureText(const MoveOutcome& failure) const;
+  // Why an item was not moved.
+  [[nodiscard]] static QString failureReason(const MoveOutcome& failure);
+
+ private:
+  enum class Work : std::uint8_t { none, moving, restoring };
+  enum class Result : std::uint8_t { none, moved, restored };
+
+  void begin(Work work, std::int64_t total);
+  [[nodiscard]] RunProgress progressFor();
+  void finishUndo(std::int64_t count, std::vector<std::string> warnings, bool isComplete);
+
+  WindowServices m_services;
+  Work m_work = Work::none;
+  std::stop_source m_stop;
+  std::int64_t m_done = 0;
+  std::int64_t m_total = 0;
+  std::optional<Uuid> m_lastRun;
+  LookAfterUndo m_lookAfterUndo;
+  LookedCount m_looked;
+  QTimer m_lookTimer;
+  Result m_result = Result::none;
+  RunReport m_report;
+  std::int64_t m_restoredCount = 0;
+  std::vector<std::string> m_warnings;
+  BackgroundQueue m_workQueue;
+};
+
+}  // namespace orvane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "app/common/ScannedItems.h"
+
+#include <cstdint>
+#include <functional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+struct TaskServices;
+
+enum class ScanOutcome : std::uint8_t { completed, cancelled, noFolders };
+
+// What a scan reports, from the thread that carries it out, in pieces that take the main thread a moment each.
+struct ScanFeed {
+  std::function<void(std::vector<FileUrl> folders)> begun;
+  std::function<void(SharedPiece piece, std::int64_t bytes)> found;
+  // `place` is the name of the entry that is being examined.
+  std::function<void(std::int64_t examined, const std::string& place)> progress;
+};
+
+// Scans the granted folders that exist, developer caches included, and waits for the end.
+ScanOutcome scanGrantedFolders(const TaskServices& services, const ScanFeed& feed, const std::stop_token& stop);
+
+}  // namespace orvane

@@ -1,0 +1,366 @@
+#include "app/duplicates/DuplicatesModel.h"
+
+#include "app/common/Format.h"
+#include "app/common/PictureProvider.h"
+#include "app/common/Places.h"
+#include "app/common/Text.h"
+#include "core/base/text/UnicodeText.h"
+#include "core/platform/Desktop.h"
+#include "core/tasks/DuplicatesTask.h"
+
+#include <QDebug>
+#include <QUrl>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::array<std::string_view, 11> pictureExtensions{"bmp", "gif", "heic", "ico",  "jpeg", "jpg",
+                                                             "png", "svg", "tif",  "tiff", "webp"};
+
+bool isPicture(const FileUrl& url) {
+  const auto extension = lowercased(url.pathExtension());
+  return std::find(pictureExtensions.begin(), pictureExtensions.end(), extension) != pictureExtensions.end();
+}
+
+template <typename Container>
+bool has(const Container& container, const typename Container::key_type& key) {
+  return container.find(key) != container.end();
+}
+
+}  // namespace
+
+DuplicatesModel::DuplicatesModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {
+  reloadRoots();
+}
+
+DuplicatesModel::~DuplicatesModel() {
+  m_searchStop.request_stop();
+}
+
+void DuplicatesModel::reloadRoots() {
+  m_searchQueue.post([this](const std::stop_token&) {
+    callOn(this, [this, roots = searchableFolders(services().tasks)] {
+      m_roots = roots;
+      Q_EMIT rootsChanged();
+    });
+  });
+}
+
+QVariantList DuplicatesModel::roots() const {
+  QVariantList result;
+  for (const auto& root : m_roots) {
+    result.append(QVariantMap{
+        {"path", placeText(root)}, {"name", shownName(root.lastPathComponent())}, {"included", !has(m_leftOut, root)}});
+  }
+  return result;
+}
+
+void DuplicatesModel::setRootIncluded(const QString& path, bool isIncluded) {
+  const auto root = placeFrom(path);
+  if (!root) return;
+  if (isIncluded) {
+    m_leftOut.erase(*root);
+  } else {
+    m_leftOut.insert(*root);
+  }
+  Q_EMIT rootsChanged();
+}
+
+// --- the search
+
+void DuplicatesModel::search() {
+  if (m_isSearching || isWorking()) return;
+  m_isSearching = true;
+  m_searchStop = {};
+  m_progress = {};
+  m_stageFiles = 0;
+  forgetResult();
+  setRefusal("");
+  Q_EMIT stageChanged();
+  Q_EMIT searchChanged();
+  m_searchQueue.post(
+      [this, leftOut = m_leftOut, strategy = m_strategy, stop = m_searchStop.get_token()](const std::stop_token&) {
+        auto roots = searchableFolders(services().tasks);
+        std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
+        TaskMonitor monitor{.stop = stop};
+        monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
+        const auto proposal = proposeDuplicates(services().tasks, {std::move(roots), strategy}, monitor);
+        callOn(this, [this, proposal] {
+          m_isSearching = false;
+          if (proposal) {
+            m_hasSearched = true;
+            setProposal(*proposal);
+          }
+          Q_EMIT searchChanged();
+        });
+      });
+}
+
+void DuplicatesModel::noteProgress(const DuplicateProgress& progress) {
+  const bool isNewStage = progress.stage != m_progress.stage;
+  m_progress = progress;
+  if (isNewStage) m_stageFiles = 0;
+  m_stageFiles = std::max(m_stageFiles, progress.filesLeft);
+  Q_EMIT stageChanged();
+}
+
+void DuplicatesModel::cancel() {
+  m_searchStop.request_stop();
+  RunModel::cancel();
+}
+
+void DuplicatesModel::setProposal(Proposal proposal) {
+  beginResetModel();
+  m_proposal = std::move(proposal);
+  m_selection = m_proposal.selection();
+  setLookAfterUndo({});
+  // The strategy may have been chosen anew while the search went on.
+  applyKeepStrategy(m_proposal, m_strategy, m_selection);
+  m_groups.assign(m_proposal.groups().size(), {});
+  gatherGroups();
+  endResetModel();
+  Q_EMIT selectionChanged();
+}
+
+void DuplicatesModel::gatherGroups() {
+  for (auto& shown : m_groups) shown.copies.clear();
+  const auto* const groups = m_proposal.groups().data();
+  m_proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+    if (!m_selection.isThere(index)) return;
+    m_groups[static_cast<std::size_t>(row.group - groups)].copies.push_back(static_cast<std::uint32_t>(index));
+  });
+  // What has no second copy is no duplicate any more.
+  m_groupCount = 0;
+  for (auto& shown : m_groups) {
+    if (shown.copies.size() < 2) shown.copies.clear();
+    if (!shown.copies.empty()) ++m_groupCount;
+  }
+  layOut();
+}
+
+void DuplicatesModel::layOut() {
+  m_rows = 0;
+  for (auto& shown : m_groups) {
+    shown.start = m_rows;
+    if (shown.copies.empty()) continue;
+    m_rows += 1 + (shown.isExpanded ? static_cast<int>(shown.copies.size()) : 0);
+  }
+}
+
+void DuplicatesModel::setKeepStrategy(int strategy) {
+  if (strategy < 0 || strategy >= static_cast<int>(allDuplicateKeepStrategies.size()) || strategy == keepStrategy()) {
+    return;
+  }
+  m_strategy = static_cast<DuplicateKeepStrategy>(strategy);
+  applyKeepStrategy(m_proposal, m_strategy, m_selection);
+  if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1));
+  Q_EMIT keepStrategyChanged();
+  Q_EMIT selectionChanged();
+}
+
+// --- rows
+
+DuplicatesModel::Place DuplicatesModel::placeOf(int row) const {
+  if (row < 0 || row >= m_rows) return {};
+  const auto after = std::upper_bound(m_groups.begin(), m_groups.end(), row,
+                                      [](int value, const Shown& shown) { return value < shown.start; });
+  const auto at = std::prev(after);
+  const auto group = static_cast<std::size_t>(at - m_groups.begin());
+  if (row == at->start) return {&*at, std::nullopt, group};
+  return {&*at, at->copies[static_cast<std::size_t>(row - at->start - 1)], group};
+}
+
+int DuplicatesModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : m_rows;
+}
+
+QHash<int, QByteArray> DuplicatesModel::roleNames() const {
+  return {
+      {KindRole, "kind"},           {NameRole, "name"},
+      {PlaceRole, "place"},         {CopiesRole, "copies"},
+      {BytesRole, "bytes"},         {FreedRole, "freed"},
+      {DateRole, "date"},           {CheckStateRole, "checkState"},
+      {IsKeptRole, "isKept"},       {ThumbnailRole, "thumbnail"},
+      {SymbolRole, "symbol"},       {ExpandedRole, "expanded"},
+      {CanToggleRole, "canToggle"},
+  };
+}
+
+QVariant DuplicatesModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const auto place = placeOf(index.row());
+  if (role == KindRole) return place.copy ? Copy : Header;
+  return place.copy ? copyData(*place.copy, role) : groupData(*place.shown, role);
+}
+
+QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
+  const auto& first = item(shown.copies.front()).url();
+  const auto size = static_cast<double>(item(shown.copies.front()).fileSize());
+  switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+      return shownName(first.lastPathComponent());
+    case CopiesRole:
+      return static_cast<double>(shown.copies.size());
+    case BytesRole:
+      return size;
+    case FreedRole:
+      return size * static_cast<double>(std::ranges::count_if(
+                        shown.copies, [this](std::uint32_t copy) { return m_selection.isSelected(copy); }));
+    case DateRole:
+      return 0.0;
+    case CheckStateRole:
+      return -1;
+    case ThumbnailRole:
+      return isPicture(first) ? pictureSource(thumbnailProvider, first) : QString();
+    case SymbolRole:
+      return isPicture(first) ? QStringLiteral("picture") : QStringLiteral("file");
+    case ExpandedRole:
+      return shown.isExpanded;
+    case IsKeptRole:
+    case CanToggleRole:
+      return false;
+    case PlaceRole:
+      return QString();
+    default:
+      return {};
+  }
+}
+
+QVariant DuplicatesModel::copyData(std::uint32_t copy, int role) const {
+  const auto& copied = item(copy);
+  switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+      return shownName(copied.url().lastPathComponent());
+    case PlaceRole:
+      return shownPlace(copied.url(), services().tasks.home);
+    case BytesRole:
+      return 0.0;
+    case DateRole:
+      return milliseconds(copied.createdDate());
+    case CheckStateRole:
+      if (!m_selection.isSelectable(copy)) return -1;
+      return static_cast<int>(m_selection.isSelected(copy) ? Qt::Checked : Qt::Unchecked);
+    case IsKeptRole:
+      return !m_selection.isSelected(copy);
+    case SymbolRole:
+      return isPicture(copied.url()) ? QStringLiteral("picture") : QStringLiteral("file");
+    case CanToggleRole:
+      return m_selection.isSelectable(copy);
+    case CopiesRole:
+    case FreedRole:
+      return 0.0;
+    case ThumbnailRole:
+      return QString();
+    case ExpandedRole:
+      return false;
+    default:
+      return {};
+  }
+}
+
+void DuplicatesModel::toggleExpanded(int row) {
+  const auto place = placeOf(row);
+  if (place.shown == nullptr || place.copy) return;
+  auto& shown = m_groups[place.group];
+  const int count = static_cast<int>(shown.copies.size());
+  if (shown.isExpanded) {
+    beginRemoveRows({}, row + 1, row + count);
+    shown.isExpanded = false;
+    layOut();
+    endRemoveRows();
+  } else {
+    beginInsertRows({}, row + 1, row + count);
+    shown.isExpanded = true;
+    layOut();
+    endInsertRows();
+  }
+  Q_EMIT dataChanged(index(row), index(row), {ExpandedRole});
+}
+
+// --- selection
+
+void DuplicatesModel::setRefusal(std::string_view key) {
+  if (key.empty() && m_refusalKey.empty()) return;
+  m_refusalKey = key;
+  Q_EMIT refusalChanged();
+}
+
+QString DuplicatesModel::refusal() const {
+  return m_refusalKey.empty() ? QString() : localizedText(m_refusalKey);
+}
+
+void DuplicatesModel::toggle(int row) {
+  const auto place = placeOf(row);
+  if (!place.copy || isWorking()) return;
+  if (!m_selection.isSelectable(*place.copy)) return setRefusal("duplicates.protected");
+  const bool didChange = setCopySelected(m_proposal, *place.copy, !m_selection.isSelected(*place.copy), m_selection);
+  Q_EMIT dataChanged(index(place.shown->start),
+                     index(place.shown->start + static_cast<int>(place.shown->copies.size())));
+  Q_EMIT selectionChanged();
+  setRefusal(didChange ? "" : "duplicates.keep_one");
+}
+
+void DuplicatesModel::openContainingFolder(int row) {
+  const auto place = placeOf(row);
+  if (place.shown == nullptr) return;
+  postWork([services = services(),
+            url = item(place.copy.value_or(place.shown->copies.front())).url()](const std::stop_token&) {
+    if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
+  });
+}
+
+// --- cleaning
+
+void DuplicatesModel::cleanSelected() {
+  if (m_selection.count() == 0 || m_isSearching) return;
+  startRun(m_proposal.approve(m_selection), [this](const RunReport& report) { showMoved(movedRows(report)); });
+}
+
+void DuplicatesModel::showMoved(std::vector<std::uint32_t> moved) {
+  if (moved.empty()) return;
+  beginResetModel();
+  for (const auto copy : moved) m_selection.setThere(copy, false);
+  gatherGroups();
+  endResetModel();
+  Q_EMIT selectionChanged();
+  setLookAfterUndo([this, proposal = m_proposal, moved = std::move(moved)]() -> std::function<void()> {
+    auto back = moved;
+    std::erase_if(back, [&](std::uint32_t copy) { return !itemExists(proposal.row(copy).item.url().path().c_str()); });
+    return [this, back] { showBack(back); };
+  });
+}
+
+// Selected, as they were before.
+void DuplicatesModel::showBack(const std::vector<std::uint32_t>& back) {
+  beginResetModel();
+  for (const auto copy : back) {
+    m_selection.setThere(copy, true);
+    m_selection.set(copy, Selection::Whether::selected);
+  }
+  gatherGroups();
+  endResetModel();
+  Q_EMIT selectionChanged();
+}
+
+QString DuplicatesModel::movedText(std::int64_t count, std::int64_t bytes) const {
+  return countedText("duplicates.result", count).arg(Format::bytes(static_cast<double>(bytes)));
+}
+
+QString DuplicatesModel::failureText(const MoveOutcome& failure) const {
+  if (failure.source.path().empty()) return RunModel::failureText(failure);
+  return localizedText("duplicates.failed_item")
+      .arg(shownName(failure.source.lastPathComponent()), failureReason(failure));
+}
+
+void DuplicatesModel::languageChanged() {
+  RunModel::languageChanged();
+  Q_EMIT refusalChanged();
+}
+
+}  // namespace orvane

@@ -1,0 +1,151 @@
+#pragma once
+
+#include "app/common/RunModel.h"
+#include "core/duplicates/records/DuplicateKeepStrategy.h"
+#include "core/duplicates/records/DuplicateProgress.h"
+#include "core/tasks/Proposal.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QVariantList>
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// The groups of identical files, largest first, and the copies of those that are unfolded, as rows of one list.
+class DuplicatesModel : public orvane::RunModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  Q_PROPERTY(bool isSearching READ isSearching NOTIFY searchChanged)
+  Q_PROPERTY(bool hasSearched READ hasSearched NOTIFY searchChanged)
+  Q_PROPERTY(int keepStrategy READ keepStrategy WRITE setKeepStrategy NOTIFY keepStrategyChanged)
+  Q_PROPERTY(int stage READ stage NOTIFY stageChanged)
+  Q_PROPERTY(double filesFound READ filesFound NOTIFY stageChanged)
+  Q_PROPERTY(double filesLeft READ filesLeft NOTIFY stageChanged)
+  Q_PROPERTY(double stageFiles READ stageFiles NOTIFY stageChanged)
+  Q_PROPERTY(double bytesLeft READ bytesLeft NOTIFY stageChanged)
+  Q_PROPERTY(int groupCount READ groupCount NOTIFY selectionChanged)
+  Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
+  Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
+  Q_PROPERTY(QVariantList roots READ roots NOTIFY rootsChanged)
+  Q_PROPERTY(QString refusal READ refusal NOTIFY refusalChanged)
+
+ public:
+  enum Role {
+    KindRole = Qt::UserRole + 1,
+    NameRole,
+    PlaceRole,
+    CopiesRole,
+    BytesRole,
+    FreedRole,
+    DateRole,
+    CheckStateRole,
+    IsKeptRole,
+    ThumbnailRole,
+    SymbolRole,
+    ExpandedRole,
+    CanToggleRole,
+  };
+  enum Kind { Header, Copy };
+  Q_ENUM(Kind)
+
+  explicit DuplicatesModel(WindowServices services, QObject* parent = nullptr);
+  ~DuplicatesModel() override;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+  [[nodiscard]] bool isSearching() const noexcept { return m_isSearching; }
+  [[nodiscard]] bool hasSearched() const noexcept { return m_hasSearched; }
+  // As DuplicateKeepStrategy counts. Choosing one applies it to every group.
+  [[nodiscard]] int keepStrategy() const noexcept { return static_cast<int>(m_strategy); }
+  void setKeepStrategy(int strategy);
+  [[nodiscard]] int stage() const noexcept { return static_cast<int>(m_progress.stage); }
+  [[nodiscard]] double filesFound() const noexcept { return static_cast<double>(m_progress.filesFound); }
+  [[nodiscard]] double filesLeft() const noexcept { return static_cast<double>(m_progress.filesLeft); }
+  // Files of the stage, done or not.
+  [[nodiscard]] double stageFiles() const noexcept { return static_cast<double>(m_stageFiles); }
+  [[nodiscard]] double bytesLeft() const noexcept { return static_cast<double>(m_progress.bytesLeft); }
+  [[nodiscard]] int groupCount() const noexcept { return m_groupCount; }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
+  // {path, name, included} of the granted folders.
+  [[nodiscard]] QVariantList roots() const;
+  // Why the last click on a copy changed nothing; empty when it did.
+  [[nodiscard]] QString refusal() const;
+
+  Q_INVOKABLE void search();
+  Q_INVOKABLE void toggle(int row);
+  Q_INVOKABLE void toggleExpanded(int row);
+  Q_INVOKABLE void setRootIncluded(const QString& path, bool isIncluded);
+  Q_INVOKABLE void cleanSelected();
+  Q_INVOKABLE void openContainingFolder(int row);
+  // The search, or the run.
+  Q_INVOKABLE void cancel() override;
+
+  // The granted folders may be new.
+  void reloadRoots();
+  void languageChanged() override;
+
+ Q_SIGNALS:
+  void searchChanged();
+  void stageChanged();
+  void keepStrategyChanged();
+  void selectionChanged();
+  void rootsChanged();
+  void refusalChanged();
+
+ protected:
+  [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
+  [[nodiscard]] QString failureText(const MoveOutcome& failure) const override;
+
+ private:
+  struct Shown {
+    std::vector<std::uint32_t> copies;  // rows of the proposal that are there; no group where there are less than two
+    bool isExpanded = true;
+    int start = 0;  // its row
+  };
+  struct Place {
+    const Shown* shown = nullptr;
+    std::optional<std::uint32_t> copy;
+    std::size_t group = 0;
+  };
+
+  [[nodiscard]] Place placeOf(int row) const;
+  [[nodiscard]] const FileItem& item(std::uint32_t copy) const { return m_proposal.row(copy).item; }
+  [[nodiscard]] QVariant groupData(const Shown& shown, int role) const;
+  [[nodiscard]] QVariant copyData(std::uint32_t copy, int role) const;
+  void setProposal(Proposal proposal);
+  // Brings groups and rows up to date with what is there.
+  void gatherGroups();
+  void layOut();
+  void noteProgress(const DuplicateProgress& progress);
+  void showMoved(std::vector<std::uint32_t> moved);
+  void showBack(const std::vector<std::uint32_t>& back);
+  void setRefusal(std::string_view key);
+
+  std::vector<FileUrl> m_roots;
+  std::set<FileUrl> m_leftOut;
+  DuplicateKeepStrategy m_strategy = DuplicateKeepStrategy::keepOldest;
+  bool m_isSearching = false;
+  bool m_hasSearched = false;
+  std::stop_source m_searchStop;
+  DuplicateProgress m_progress;
+  std::int64_t m_stageFiles = 0;
+  Proposal m_proposal;
+  Selection m_selection;
+  std::vector<Shown> m_groups;
+  int m_groupCount = 0;
+  int m_rows = 0;
+  std::string m_refusalKey;
+  BackgroundQueue m_searchQueue;
+};
+
+}  // namespace orvane

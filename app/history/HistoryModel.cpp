@@ -1,0 +1,322 @@
+#include "app/history/HistoryModel.h"
+
+#include "app/common/ProgressPace.h"
+#include "app/common/Text.h"
+#include "core/base/text/ByteCount.h"
+#include "core/base/text/CaselessSearch.h"
+#include "core/platform/Desktop.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::size_t mostWarnings = 300;
+
+// In the order of ItemState.
+constexpr std::array<std::string_view, 4> stateKeys{"state.restored", "state.in_trash", "state.moved", "state.gone"};
+
+}  // namespace
+
+HistoryModel::HistoryModel(WindowServices services, JournalFeed& feed, QObject* parent)
+    : QAbstractListModel(parent), m_services(std::move(services)), m_feed(feed) {
+  connect(&m_feed, &JournalFeed::loaded, this, &HistoryModel::rebuild);
+  connect(&m_feed, &JournalFeed::noticed, this, [this](const std::vector<std::string>& lines) {
+    m_warnings.insert(m_warnings.end(), lines.begin(), lines.end());
+    Q_EMIT workChanged();
+  });
+}
+
+HistoryModel::~HistoryModel() {
+  m_rebuildStop.request_stop();
+  m_restoreStop.request_stop();
+}
+
+int HistoryModel::runCount() const {
+  return static_cast<int>(m_feed.contents().runs.size());
+}
+
+// --- rows
+
+HistoryModel::View HistoryModel::viewOf(const TaskServices& services, const History& contents, const Query& query,
+                                        const std::stop_token& stop) {
+  View view;
+  const CaselessSearch search(query.searchText);
+  const bool isSearching = !query.searchText.empty();
+  for (const auto& run : contents.runs) {
+    if (stop.stop_requested()) break;
+    const auto& id = run.summary.runId;
+    ShownRun shown{.run = run, .isExpanded = query.unfolded.contains(id), .entries = {}, .start = view.rows};
+    if (isSearching || shown.isExpanded) {
+      auto entries = recordedEntries(services, id);
+      if (isSearching) {
+        std::erase_if(entries, [&](const JournalEntry& entry) { return !search.isIn(entry.originalURL.path()); });
+        if (entries.empty()) continue;
+        shown.isExpanded = !query.folded.contains(id);
+      }
+      if (shown.isExpanded) {
+        for (auto& entry : entries) {
+          const auto state = itemState(entry);
+          shown.entries.push_back({std::move(entry), state});
+        }
+      }
+    }
+    view.rows += 1 + static_cast<int>(shown.entries.size());
+    view.runs.push_back(std::move(shown));
+  }
+  return view;
+}
+
+void HistoryModel::rebuild() {
+  m_rebuildStop.request_stop();
+  m_rebuildStop = {};
+  m_viewQueue.post(
+      [this, contents = m_feed.contents(), query = m_query, stop = m_rebuildStop.get_token()](const std::stop_token&) {
+        if (stop.stop_requested()) return;
+        auto view = std::make_shared<const View>(viewOf(m_services.tasks, contents, query, stop));
+        if (stop.stop_requested()) return;
+        callOn(this, [this, view = std::move(view), stop] {
+          if (!stop.stop_requested()) show(view);
+        });
+      });
+}
+
+// The list keeps its position and reads anew what it shows.
+void HistoryModel::show(std::shared_ptr<const View> view) {
+  const int before = m_view->rows;
+  const int rows = view->rows;
+  if (rows > before) beginInsertRows({}, before, rows - 1);
+  if (rows < before) beginRemoveRows({}, rows, before - 1);
+  m_view = std::move(view);
+  if (rows > before) endInsertRows();
+  if (rows < before) endRemoveRows();
+  if (const int both = std::min(rows, before); both > 0) Q_EMIT dataChanged(index(0), index(both - 1));
+  m_isLoaded = true;
+  Q_EMIT countsChanged();
+}
+
+HistoryModel::Place HistoryModel::placeOf(int row) const {
+  if (row < 0 || row >= m_view->rows) return {};
+  const auto& runs = m_view->runs;
+  const auto after =
+      std::upper_bound(runs.begin(), runs.end(), row, [](int value, const ShownRun& run) { return value < run.start; });
+  const auto& run = *std::prev(after);
+  if (row == run.start) return {&run, nullptr};
+  return {&run, &run.entries[static_cast<std::size_t>(row - run.start - 1)]};
+}
+
+int HistoryModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : m_view->rows;
+}
+
+QHash<int, QByteArray> HistoryModel::roleNames() const {
+  return {
+      {KindRole, "kind"},
+      {IdRole, "id"},
+      {DateRole, "date"},
+      {TitleKeyRole, "titleKey"},
+      {NameRole, "name"},
+      {PlaceRole, "place"},
+      {DestinationRole, "destination"},
+      {CountRole, "count"},
+      {BytesRole, "bytes"},
+      {StateKeyRole, "stateKey"},
+      {CanRestoreRole, "canRestore"},
+      {ExpandedRole, "expanded"},
+  };
+}
+
+QVariant HistoryModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const auto [run, entry] = placeOf(index.row());
+  if (role == KindRole) return entry != nullptr ? Entry : Run;
+  return entry != nullptr ? entryData(*entry, role) : runData(*run, role);
+}
+
+QVariant HistoryModel::runData(const ShownRun& shown, int role) {
+  const auto& run = shown.run;
+  switch (role) {
+    case IdRole:
+      return textFrom(run.summary.runId.toString());
+    case DateRole:
+      return milliseconds(run.summary.timestamp);
+    case TitleKeyRole:
+      return textFrom(kindKey(run));
+    case CountRole:
+      return static_cast<double>(run.summary.itemCount);
+    case BytesRole:
+      return static_cast<double>(run.summary.totalBytes);
+    case StateKeyRole:
+      return textFrom(stateKey(run));
+    case CanRestoreRole:
+      return run.canBeRestored();
+    case ExpandedRole:
+      return shown.isExpanded;
+    case Qt::DisplayRole:
+    case NameRole:
+    case PlaceRole:
+    case DestinationRole:
+      return QString();
+    default:
+      return {};
+  }
+}
+
+QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
+  const auto& entry = shown.entry;
+  switch (role) {
+    case IdRole:
+      return textFrom(entry.id.toString());
+    case DateRole:
+      return milliseconds(entry.timestamp);
+    case Qt::DisplayRole:
+    case NameRole:
+      return shownName(entry.originalURL.lastPathComponent());
+    case PlaceRole:
+      return shownPlace(entry.originalURL, m_services.tasks.home);
+    case DestinationRole:
+      return shownPlace(entry.trashedURL, m_services.tasks.home);
+    case CountRole:
+      return 1.0;
+    case BytesRole:
+      return static_cast<double>(entry.fileSize);
+    case TitleKeyRole:
+    case StateKeyRole:
+      return textFrom(stateKeys.at(static_cast<std::size_t>(shown.state)));
+    case CanRestoreRole:
+      return shown.state == ItemState::inTrash || shown.state == ItemState::moved;
+    case ExpandedRole:
+      return false;
+    default:
+      return {};
+  }
+}
+
+QString HistoryModel::searchText() const {
+  return textFrom(m_query.searchText);
+}
+
+void HistoryModel::setSearchText(const QString& text) {
+  auto wanted = text.trimmed().toStdString();
+  if (wanted == m_query.searchText) return;
+  m_query.searchText = std::move(wanted);
+  m_query.folded.clear();
+  Q_EMIT searchTextChanged();
+  rebuild();
+}
+
+void HistoryModel::toggleExpanded(int row) {
+  const auto [run, entry] = placeOf(row);
+  if (run == nullptr || entry != nullptr) return;
+  const auto& id = run->run.summary.runId;
+  auto& chosen = m_query.searchText.empty() ? m_query.unfolded : m_query.folded;
+  if (chosen.erase(id) == 0) chosen.insert(id);
+  rebuild();
+}
+
+// --- restoring
+
+void HistoryModel::restoreRun(int row) {
+  const auto [run, entry] = placeOf(row);
+  if (run != nullptr && entry == nullptr) restore(textFrom(run->run.summary.runId.toString()));
+}
+
+void HistoryModel::restoreEntry(int row) {
+  const auto [run, entry] = placeOf(row);
+  if (entry != nullptr) startRestore({run->run.summary.runId, {entry->entry.id}});
+}
+
+void HistoryModel::restore(const QString& runId) {
+  if (const auto id = Uuid::parse(runId.toStdString())) startRestore({*id});
+}
+
+void HistoryModel::startRestore(RestoreWish wish) {
+  if (m_isRestoring) return;
+  m_isRestoring = true;
+  m_restoreStop = {};
+  m_done = 0;
+  m_total = 0;
+  m_restoredCount.reset();
+  m_warnings.clear();
+  Q_EMIT progressChanged();
+  Q_EMIT workChanged();
+  m_workQueue.post([this, wish = std::move(wish), stop = m_restoreStop.get_token()](const std::stop_token&) {
+    ProgressPace pace;
+    const auto progress = [&](std::size_t done, std::size_t total) {
+      if (!pace.isDue(done, total)) return;
+      callOn(this, [this, done, total] {
+        m_done = static_cast<std::int64_t>(done);
+        m_total = static_cast<std::int64_t>(total);
+        Q_EMIT progressChanged();
+      });
+    };
+    const auto restored = restoreNow(m_services.tasks, wish, progress, stop);
+    callOn(this, [this, restored] { finishRestore(restored.count, restored.warnings); });
+  });
+}
+
+void HistoryModel::finishRestore(std::int64_t count, std::vector<std::string> warnings) {
+  m_isRestoring = false;
+  m_restoredCount = count;
+  m_warnings = std::move(warnings);
+  m_feed.reload();
+  Q_EMIT workChanged();
+  Q_EMIT restored();
+}
+
+void HistoryModel::cancel() {
+  m_restoreStop.request_stop();
+}
+
+void HistoryModel::reload() {
+  m_feed.reload();
+}
+
+void HistoryModel::clearResult() {
+  m_restoredCount.reset();
+  m_warnings.clear();
+  Q_EMIT workChanged();
+}
+
+QStringList HistoryModel::warnings() const {
+  QStringList result;
+  for (const auto& warning : m_warnings) {
+    if (static_cast<std::size_t>(result.size()) == mostWarnings) break;
+    result += textFrom(warning);
+  }
+  if (m_warnings.size() > mostWarnings) {
+    const auto more = static_cast<std::int64_t>(m_warnings.size() - mostWarnings);
+    result += localizedText("cleanup.more_failures").arg(textFrom(formatCount(more)));
+  }
+  return result;
+}
+
+QString HistoryModel::resultText() const {
+  return m_restoredCount ? countedText("cleanup.restored", *m_restoredCount) : QString();
+}
+
+QString HistoryModel::progressText() const {
+  if (!m_isRestoring) return {};
+  return localizedText("cleanup.restoring_progress").arg(textFrom(formatCount(m_done)), textFrom(formatCount(m_total)));
+}
+
+void HistoryModel::openContainingFolder(int row) {
+  const auto [run, entry] = placeOf(row);
+  if (entry == nullptr) return;
+  const auto& place =
+      entry->entry.action == JournalAction::restored ? entry->entry.originalURL : entry->entry.trashedURL;
+  m_workQueue.post([this, place](const std::stop_token&) {
+    if (!m_services.desktop.reveal(place)) qWarning("No file manager could be started.");
+  });
+}
+
+void HistoryModel::languageChanged() {
+  Q_EMIT progressChanged();
+  Q_EMIT workChanged();
+}
+
+}  // namespace orvane

@@ -1,0 +1,156 @@
+#pragma once
+
+#include "app/common/BackgroundQueue.h"
+#include "app/common/JournalFeed.h"
+#include "app/shell/WindowServices.h"
+#include "core/safety/records/JournalEntry.h"
+#include "core/tasks/RestoreTask.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QAbstractListModel>
+#include <QStringList>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <set>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+// The runs of the undo journal, newest first, and the entries of those that are unfolded, as rows of one list.
+class HistoryModel : public QAbstractListModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
+  Q_PROPERTY(int runCount READ runCount NOTIFY countsChanged)
+  Q_PROPERTY(int shownCount READ shownCount NOTIFY countsChanged)
+  Q_PROPERTY(bool isLoaded READ isLoaded NOTIFY countsChanged)
+  Q_PROPERTY(bool isRestoring READ isRestoring NOTIFY workChanged)
+  Q_PROPERTY(bool canCancel READ isRestoring NOTIFY workChanged)
+  Q_PROPERTY(QStringList warnings READ warnings NOTIFY workChanged)
+  Q_PROPERTY(QString resultText READ resultText NOTIFY workChanged)
+  Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
+  Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
+  Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
+
+ public:
+  enum Role {
+    KindRole = Qt::UserRole + 1,
+    IdRole,
+    DateRole,
+    TitleKeyRole,
+    NameRole,
+    PlaceRole,
+    DestinationRole,
+    CountRole,
+    BytesRole,
+    StateKeyRole,
+    CanRestoreRole,
+    ExpandedRole,
+  };
+  enum Kind { Run, Entry };
+  Q_ENUM(Kind)
+
+  // `feed` must outlive the model.
+  HistoryModel(WindowServices services, JournalFeed& feed, QObject* parent = nullptr);
+  ~HistoryModel() override;
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+  [[nodiscard]] QString searchText() const;
+  // Shows only runs with entries whose path holds the text, and of those only these entries.
+  void setSearchText(const QString& text);
+  [[nodiscard]] int runCount() const;
+  [[nodiscard]] int shownCount() const noexcept { return static_cast<int>(m_view->runs.size()); }
+  [[nodiscard]] bool isLoaded() const noexcept { return m_isLoaded; }
+  [[nodiscard]] bool isRestoring() const noexcept { return m_isRestoring; }
+  // Of the last restore, and what was wrong with the journal.
+  [[nodiscard]] QStringList warnings() const;
+  [[nodiscard]] QString resultText() const;
+  [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
+  [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
+  [[nodiscard]] QString progressText() const;
+
+  Q_INVOKABLE void toggleExpanded(int row);
+  Q_INVOKABLE void restoreRun(int row);
+  // One item of a run.
+  Q_INVOKABLE void restoreEntry(int row);
+  // Does nothing while another one is being restored.
+  Q_INVOKABLE void restore(const QString& runId);
+  Q_INVOKABLE void cancel();
+  Q_INVOKABLE void reload();
+  Q_INVOKABLE void clearResult();
+  // Where an item is now: its place in the Trash or the folder that it was moved to.
+  Q_INVOKABLE void openContainingFolder(int row);
+
+  // Texts are new.
+  void languageChanged();
+
+ Q_SIGNALS:
+  void searchTextChanged();
+  void countsChanged();
+  void workChanged();
+  void progressChanged();
+  void restored();
+
+ private:
+  struct ShownEntry {
+    JournalEntry entry;
+    ItemState state;
+  };
+  struct ShownRun {
+    RecordedRun run;
+    bool isExpanded = false;
+    std::vector<ShownEntry> entries;  // when expanded
+    int start = 0;                    // its row
+  };
+  struct View {
+    std::vector<ShownRun> runs;
+    int rows = 0;
+  };
+  struct Query {
+    std::string searchText;
+    std::set<Uuid> unfolded;
+    std::set<Uuid> folded;  // of those that a search unfolds
+  };
+  struct Place {
+    const ShownRun* run = nullptr;
+    const ShownEntry* entry = nullptr;
+  };
+
+  [[nodiscard]] static View viewOf(const TaskServices& services, const History& contents, const Query& query,
+                                   const std::stop_token& stop);
+  [[nodiscard]] Place placeOf(int row) const;
+  [[nodiscard]] static QVariant runData(const ShownRun& run, int role);
+  [[nodiscard]] QVariant entryData(const ShownEntry& entry, int role) const;
+  void rebuild();
+  void show(std::shared_ptr<const View> view);
+  // Has it carried out in the background.
+  void startRestore(RestoreWish wish);
+  void finishRestore(std::int64_t count, std::vector<std::string> warnings);
+
+  WindowServices m_services;
+  JournalFeed& m_feed;
+  Query m_query;
+  std::shared_ptr<const View> m_view = std::make_shared<View>();
+  bool m_isLoaded = false;
+  std::stop_source m_rebuildStop;
+
+  bool m_isRestoring = false;
+  std::stop_source m_restoreStop;
+  std::int64_t m_done = 0;
+  std::int64_t m_total = 0;
+  std::optional<std::int64_t> m_restoredCount;
+  std::vector<std::string> m_warnings;
+
+  BackgroundQueue m_viewQueue;
+  BackgroundQueue m_workQueue;
+};
+
+}  // namespace orvane

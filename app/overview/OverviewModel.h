@@ -1,0 +1,87 @@
+#pragma once
+
+#include "app/common/BackgroundQueue.h"
+#include "app/overview/OverviewAreas.h"
+#include "app/shell/WindowServices.h"
+#include "core/rules/records/ScheduleSettings.h"
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+#include <QTimer>
+#include <QVariantList>
+
+#include <memory>
+#include <stop_token>
+
+namespace orvane {
+
+class AppState;
+class CleanupModel;
+class HistoryModel;
+class JournalFeed;
+
+// What the first screen shows beside the figures of AppState: the areas of the last scan, the last runs, the schedule.
+class OverviewModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
+  // {label, titleKey, category, colorIndex, folder, bytes, count, children}, largest first.
+  Q_PROPERTY(QVariantList areas READ areas NOTIFY areasChanged)
+  // {id, date, kindKey, stateKey, count, bytes, canUndo}, newest first.
+  Q_PROPERTY(QVariantList recentRuns READ recentRuns NOTIFY runsChanged)
+  Q_PROPERTY(int runCount READ runCount NOTIFY runsChanged)
+  Q_PROPERTY(double firstRunDate READ firstRunDate NOTIFY runsChanged)
+  Q_PROPERTY(double nextScheduledRun READ nextScheduledRun NOTIFY scheduleChanged)
+  Q_PROPERTY(int enabledRules READ enabledRules NOTIFY scheduleChanged)
+  Q_PROPERTY(QString scheduleFrequencyKey READ scheduleFrequencyKey NOTIFY scheduleChanged)
+  Q_PROPERTY(int scheduleThresholdGB READ scheduleThresholdGB NOTIFY scheduleChanged)
+
+ public:
+  struct Collaborators {  // all must outlive the model
+    AppState& state;
+    CleanupModel& cleanup;
+    HistoryModel& history;
+    JournalFeed& feed;
+  };
+  OverviewModel(WindowServices services, Collaborators collaborators, QObject* parent = nullptr);
+  ~OverviewModel() override;
+
+  [[nodiscard]] const QVariantList& areas() const noexcept { return m_areas; }
+  [[nodiscard]] QVariantList recentRuns() const;
+  [[nodiscard]] int runCount() const;
+  [[nodiscard]] double firstRunDate() const;
+  // 0 where no date is set: runs are off, or wait for the disk to fill.
+  [[nodiscard]] double nextScheduledRun() const;
+  [[nodiscard]] int enabledRules() const noexcept { return m_enabledRules; }
+  [[nodiscard]] QString scheduleFrequencyKey() const;
+  // Of "frequency.low_space", in units of 2 to the power 30 bytes.
+  [[nodiscard]] int scheduleThresholdGB() const;
+
+  Q_INVOKABLE void undo(const QString& runId);
+  // Goes to the cleanup, which shows that area only.
+  Q_INVOKABLE void showArea(const QString& category, const QString& folder);
+
+  // The rules or the schedule may be new.
+  void reloadSchedule();
+
+ Q_SIGNALS:
+  void areasChanged();
+  void runsChanged();
+  void scheduleChanged();
+
+ private:
+  void summarize();
+  void summarizeSoon();
+
+  WindowServices m_services;
+  Collaborators m_with;
+  QVariantList m_areas;
+  QTimer m_timer;
+  bool m_isSummarizing = false;
+  std::stop_source m_stop;
+  ScheduleSettings m_schedule;
+  int m_enabledRules = 0;
+  BackgroundQueue m_queue;
+};
+
+}  // namespace orvane

@@ -1,0 +1,335 @@
+#include "app/rules/RulesModel.h"
+
+#include "app/common/Format.h"
+#include "app/common/Text.h"
+#include "core/rules/records/RuleCheck.h"
+#include "core/tasks/CarryOut.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/RulesTask.h"
+#include "core/tasks/StoredRules.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <utility>
+#include <variant>
+
+namespace orvane {
+namespace {
+
+constexpr std::size_t mostPreviewed = 300;
+constexpr std::chrono::milliseconds typingPause{250};
+
+// A line for each notice that a person can do something about.
+struct NoticeText {
+  QString operator()(const RuleRefused& refused) const {
+    return localizedText("rules.left_out").arg(shownName(refused.rule), localizedText(refused.key));
+  }
+  QString operator()(const RowsInPlace& inPlace) const {
+    return countedText("rules.in_place", inPlace.rows.count).arg(shownName(inPlace.rule));
+  }
+  QString operator()(const RowsKeptByLabel& kept) const {
+    return countedText("rules.kept_by_label", kept.rows.count).arg(shownName(kept.rule));
+  }
+  template <typename Other>
+  QString operator()(const Other& /*notice*/) const {
+    return {};
+  }
+};
+
+QStringList textList(const std::optional<std::vector<std::string>>& texts) {
+  QStringList result;
+  for (const auto& text : texts.value_or(std::vector<std::string>())) result += textFrom(text);
+  return result;
+}
+
+}  // namespace
+
+RulesModel::RulesModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {
+  m_editTimer.setSingleShot(true);
+  m_editTimer.setInterval(typingPause);
+  connect(&m_editTimer, &QTimer::timeout, this, &RulesModel::checkEditor);
+  connect(&m_editor, &RuleEditor::edited, this, [this] {
+    m_checkStop.request_stop();
+    m_editor.setChecked(problemsWith(m_editor.rule()), -1, 0);
+    m_editTimer.start();
+  });
+  reload();
+}
+
+RulesModel::~RulesModel() {
+  m_checkStop.request_stop();
+  m_previewStop.request_stop();
+}
+
+void RulesModel::reload() {
+  change([](const TaskServices&) {});
+}
+
+void RulesModel::change(std::function<void(const TaskServices&)> how) {
+  m_queue.post([this, how = std::move(how)](const std::stop_token&) {
+    std::string error;
+    const auto& tasks = services().tasks;
+    try {
+      how(tasks);
+    } catch (const std::exception& failure) {
+      error = failure.what();
+    }
+    callOn(this, [this, rules = cleanupRules(tasks), error] {
+      m_error = textFrom(error);
+      show(rules);
+    });
+  });
+}
+
+void RulesModel::show(std::vector<CleanupRule> rules) {
+  if (rules.size() == m_rules.size()) {
+    m_rules = std::move(rules);
+    if (!m_rules.empty()) Q_EMIT dataChanged(index(0), index(ruleCount() - 1));
+  } else {
+    beginResetModel();
+    m_rules = std::move(rules);
+    endResetModel();
+  }
+  Q_EMIT rulesChanged();
+}
+
+// --- rows
+
+int RulesModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : ruleCount();
+}
+
+int RulesModel::enabledCount() const {
+  return static_cast<int>(
+      std::count_if(m_rules.begin(), m_rules.end(), [](const CleanupRule& rule) { return rule.isEnabled; }));
+}
+
+QHash<int, QByteArray> RulesModel::roleNames() const {
+  return {
+      {IdRole, "id"},
+      {NameRole, "name"},
+      {DescriptionRole, "description"},
+      {IsEnabledRole, "isEnabled"},
+      {IsBuiltInRole, "isBuiltIn"},
+      {ActionRole, "action"},
+      {ActionPathRole, "actionPath"},
+      {FolderRole, "folder"},
+      {ExtensionsRole, "extensions"},
+      {CategoriesRole, "categories"},
+      {MinimumAgeRole, "minimumAgeDays"},
+      {MinimumSizeRole, "minimumSizeBytes"},
+      {NamePatternRole, "namePattern"},
+  };
+}
+
+QVariant RulesModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const auto& rule = m_rules[static_cast<std::size_t>(index.row())];
+  switch (role) {
+    case IdRole:
+      return textFrom(rule.id.toString());
+    case Qt::DisplayRole:
+    case NameRole:
+      return shownName(rule.name);
+    case DescriptionRole:
+      return shownName(rule.description);
+    case IsEnabledRole:
+      return rule.isEnabled;
+    case IsBuiltInRole:
+      return rule.isBuiltIn;
+    case ActionRole:
+      return textFrom(rawValue(rule.action.type()));
+    case ActionPathRole:
+      return shownName(rule.action.path());
+    case FolderRole:
+      return shownName(rule.trigger.folderPath.value_or(""));
+    case ExtensionsRole:
+      return textList(rule.trigger.fileExtensions).join(QStringLiteral(", "));
+    case CategoriesRole: {
+      QStringList names;
+      for (const auto category : rule.trigger.categories.value_or(std::vector<ScanCategory>())) {
+        names += textFrom(rawValue(category));
+      }
+      return names;
+    }
+    case MinimumAgeRole:
+      return static_cast<double>(rule.trigger.minimumAgeDays.value_or(-1));
+    case MinimumSizeRole:
+      return static_cast<double>(rule.trigger.minimumSizeBytes.value_or(-1));
+    case NamePatternRole:
+      return shownName(rule.trigger.namePattern.value_or(""));
+    default:
+      return {};
+  }
+}
+
+// --- changing rules
+
+void RulesModel::setEnabled(int row, bool isEnabled) {
+  if (row < 0 || row >= ruleCount()) return;
+  auto& rule = m_rules[static_cast<std::size_t>(row)];
+  if (rule.isEnabled == isEnabled) return;
+  rule.isEnabled = isEnabled;
+  Q_EMIT dataChanged(index(row), index(row), {IsEnabledRole});
+  Q_EMIT rulesChanged();
+  change([id = rule.id, isEnabled](const TaskServices& tasks) { switchRule(tasks, id, isEnabled); });
+}
+
+void RulesModel::add() {
+  m_editor.open(std::nullopt);
+}
+
+void RulesModel::edit(int row) {
+  if (row >= 0 && row < ruleCount()) m_editor.open(m_rules[static_cast<std::size_t>(row)]);
+}
+
+void RulesModel::save() {
+  if (!m_editor.isOpen() || !m_editor.canSave()) return;
+  change([rule = m_editor.rule()](const TaskServices& tasks) { storeRule(tasks, rule); });
+  closeEditor();
+}
+
+void RulesModel::closeEditor() {
+  m_checkStop.request_stop();
+  m_editTimer.stop();
+  m_editor.close();
+  m_previewQueue.post([this](const std::stop_token&) { m_candidates.reset(); });
+}
+
+void RulesModel::remove(const QString& id) {
+  const auto rule = Uuid::parse(id.toStdString());
+  if (rule) change([rule = *rule](const TaskServices& tasks) { deleteRule(tasks, rule); });
+}
+
+void RulesModel::reset() {
+  change([](const TaskServices& tasks) { resetRules(tasks); });
+}
+
+void RulesModel::checkEditor() {
+  if (!m_editor.isOpen()) return;
+  m_checkStop = {};
+  m_previewQueue.post([this, rule = m_editor.rule(), stop = m_checkStop.get_token()](const std::stop_token&) {
+    if (stop.stop_requested()) return;
+    const auto& tasks = services().tasks;
+    RulesWish wish{.rules = {rule}, .boundary = Boundary(grantedFolders(tasks))};
+    wish.rules.front().isEnabled = true;
+    auto problems = problemsWith(rule);
+    // A field shows the last of them.
+    const auto onDisk = problemsOnDisk(tasks, rule, wish.boundary);
+    problems.insert(problems.begin(), onDisk.begin(), onDisk.end());
+    const TaskMonitor monitor{.stop = stop};
+    if (!m_candidates) m_candidates = ruleCandidates(tasks, wish.boundary, monitor);
+    const auto sum = m_candidates ? countRules(tasks, wish, *m_candidates, monitor) : std::nullopt;
+    if (!sum) return;
+    callOn(this, [this, problems, sum = *sum, stop] {
+      if (stop.stop_requested()) return;
+      m_editor.setChecked(problems, static_cast<double>(sum.count), static_cast<double>(sum.bytes));
+    });
+  });
+}
+
+// --- preview and run
+
+std::vector<CleanupRule> RulesModel::meant(int row) const {
+  std::vector<CleanupRule> result;
+  if (row >= 0 && row < ruleCount()) {
+    result.push_back(m_rules[static_cast<std::size_t>(row)]);
+    // Running one by hand is asking for it.
+    result.back().isEnabled = true;
+    return result;
+  }
+  std::copy_if(m_rules.begin(), m_rules.end(), std::back_inserter(result),
+               [](const CleanupRule& rule) { return rule.isEnabled; });
+  return result;
+}
+
+void RulesModel::previewRule(int row) {
+  m_previewStop.request_stop();
+  m_previewStop = {};
+  m_isPreviewing = true;
+  show(Preview());
+  m_previewQueue.post(
+      [this, rules = meant(row), looked = startLooking(), stop = m_previewStop.get_token()](const std::stop_token&) {
+        const auto& tasks = services().tasks;
+        const auto proposal = proposeRules(tasks, {.rules = rules, .boundary = Boundary(grantedFolders(tasks))},
+                                           {.stop = stop, .looked = looked.get()});
+        if (!proposal) return;
+        Preview preview;
+        preview.proposal = *proposal;
+        proposal->forEach([&](std::size_t, const ProposedRow& proposed) {
+          preview.all.add(proposed.item.fileSize());
+          if (proposed.choice == Choice::selected) preview.movable.add(proposed.item.fileSize());
+        });
+        callOn(this, [this, preview, stop] {
+          if (stop.stop_requested()) return;
+          stopLooking();
+          m_isPreviewing = false;
+          show(preview);
+        });
+      });
+}
+
+void RulesModel::show(Preview preview) {
+  m_preview = std::move(preview);
+  Q_EMIT previewChanged();
+}
+
+void RulesModel::closePreview() {
+  m_previewStop.request_stop();
+  if (m_isPreviewing) stopLooking();
+  m_isPreviewing = false;
+  show(Preview());
+}
+
+QVariantMap RulesModel::rowOf(const ProposedRow& row) const {
+  const auto& item = row.item;
+  auto reason = shownName(row.group->name);
+  if (row.lock == Lock::listedOnly) reason += QStringLiteral(" · ") + localizedText("rules.review_only");
+  return {{"name", shownName(item.url().lastPathComponent())},
+          {"place", shownPlace(item.url(), services().tasks.home)},
+          {"bytes", static_cast<double>(item.fileSize())},
+          {"date", milliseconds(item.lastModifiedDate())},
+          {"risk", static_cast<int>(item.riskLabel())},
+          {"reason", reason},
+          {"warning", row.lock == Lock::refused ? localizedText("rules.destination_refused") : QString()}};
+}
+
+QVariantList RulesModel::preview() const {
+  QVariantList rows;
+  const auto count = std::min(mostPreviewed, m_preview.proposal.size());
+  for (std::size_t at = 0; at < count; ++at) rows.append(rowOf(m_preview.proposal.row(at)));
+  return rows;
+}
+
+QStringList RulesModel::previewRemarks() const {
+  QStringList remarks;
+  for (const auto& notice : m_preview.proposal.notices()) {
+    if (const auto text = std::visit(NoticeText(), notice); !text.isEmpty()) remarks += text;
+  }
+  return remarks;
+}
+
+void RulesModel::runPreviewed() {
+  if (m_preview.movable.count == 0 || isWorking()) return;
+  startRun(m_preview.movable.count, [tasks = services().tasks, proposal = m_preview.proposal](
+                                        const RunProgress& progress, const std::stop_token& stop) {
+    return carryOut(tasks, proposal.approve(), progress, stop);
+  });
+}
+
+void RulesModel::languageChanged() {
+  RunModel::languageChanged();
+  Q_EMIT previewChanged();
+}
+
+void RulesModel::cancel() {
+  m_previewStop.request_stop();
+  RunModel::cancel();
+}
+
+QString RulesModel::movedText(std::int64_t count, std::int64_t bytes) const {
+  return countedText("rules.result", count).arg(Format::bytes(static_cast<double>(bytes)));
+}
+
+}  // namespace orvane

@@ -1,0 +1,183 @@
+#include "app/shell/AppState.h"
+
+#include "app/common/Text.h"
+#include "core/base/text/Json.h"
+#include "core/platform/Desktop.h"
+#include "core/platform/Preferences.h"
+#include "core/platform/Volume.h"
+#include "core/safety/services/PermissionsManager.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+// How often the disk's figures are read while the program is idle.
+constexpr std::chrono::seconds refreshInterval{30};
+
+bool flagFrom(const std::optional<Json>& value) {
+  return value && value->is_boolean() && value->get<bool>();
+}
+
+}  // namespace
+
+AppState::AppState(WindowServices services, QObject* parent) : QObject(parent), m_services(std::move(services)) {
+  m_hasCompletedOnboarding = flagFrom(m_services.preferences.value(onboardingKey));
+  connect(&m_scannedItems, &ScannedItems::presenceChanged, this, [this] {
+    recalculateStorageSummary(m_scannedItems.bytes());
+    refresh();
+  });
+  connect(&m_refreshTimer, &QTimer::timeout, this, &AppState::refresh);
+  m_refreshTimer.start(refreshInterval);
+  refresh();
+}
+
+AppState::~AppState() {
+  m_scanStop.request_stop();
+}
+
+void AppState::setSelectedNavigation(int section) {
+  if (section < 0 || section >= static_cast<int>(navigationRows.size()) || section == selectedNavigation()) return;
+  m_selectedNavigation = static_cast<AppNavigationItem>(section);
+  Q_EMIT navigationChanged();
+}
+
+QString AppState::scanStatus() const {
+  if (!m_isScanning) return {};
+  if (m_examined == 0) return localizedText("cleanup.scan_initializing");
+  return countedText("cleanup.scan_progress", m_examined).arg(m_currentPlace);
+}
+
+QString AppState::scanFailed() const {
+  return m_hasNoFolders ? localizedText("cleanup.no_folders") : QString();
+}
+
+void AppState::startScan() {
+  if (m_isScanning) return;
+  m_isScanning = true;
+  m_hasNoFolders = false;
+  m_examined = 0;
+  m_currentPlace.clear();
+  m_scanStop = {};
+  Q_EMIT scanChanged();
+  Q_EMIT scanStatusChanged();
+  m_scanQueue.post([this, stop = m_scanStop.get_token()](const std::stop_token&) {
+    const auto end = scanGrantedFolders(
+        m_services.tasks,
+        {
+            .begun =
+                [this](std::vector<FileUrl> folders) {
+                  callOn(this, [this, folders = std::move(folders)] { beginItems(folders); });
+                },
+            .found = [this, &stop](SharedPiece piece,
+                                   std::int64_t bytes) { m_scannedItems.appendLater(std::move(piece), bytes, stop); },
+            .progress =
+                [this](std::int64_t examined, const std::string& place) {
+                  callOn(this, [this, examined, place = shownName(place)] { showProgress(examined, place); });
+                },
+        },
+        stop);
+    callOn(this, [this, end] { finishScan(end); });
+  });
+}
+
+void AppState::cancelScan() {
+  m_scanStop.request_stop();
+}
+
+void AppState::beginItems(std::vector<FileUrl> folders) {
+  m_scannedItems.begin(std::move(folders));
+  recalculateStorageSummary(0);
+}
+
+void AppState::showProgress(std::int64_t examined, const QString& place) {
+  m_examined = examined;
+  m_currentPlace = place;
+  m_summary.reclaimableBytes = m_scannedItems.bytes();
+  Q_EMIT scanStatusChanged();
+  Q_EMIT summaryChanged();
+}
+
+void AppState::finishScan(ScanOutcome end) {
+  m_isScanning = false;
+  // What is examined is told now and then only.
+  m_examined = std::max(m_examined, m_scannedItems.count());
+  m_hasNoFolders = end == ScanOutcome::noFolders;
+  if (end != ScanOutcome::noFolders) m_lastScanDate = milliseconds(ReferenceClock::now());
+  recalculateStorageSummary(m_scannedItems.bytes());
+  Q_EMIT scanStatusChanged();
+  Q_EMIT scanChanged();
+  Q_EMIT scanFinished();
+  refresh();
+}
+
+void AppState::recalculateStorageSummary(std::int64_t reclaimableBytes) {
+  m_summary.reclaimableBytes = reclaimableBytes;
+  Q_EMIT summaryChanged();
+}
+
+void AppState::setLifetimeReclaimed(std::int64_t bytes) {
+  if (m_summary.lifetimeReclaimedBytes == bytes) return;
+  m_summary.lifetimeReclaimedBytes = bytes;
+  Q_EMIT summaryChanged();
+}
+
+void AppState::refresh() {
+  m_queue.post([this](const std::stop_token&) {
+    const auto disk = m_services.volume.capacity(m_services.tasks.home);
+    const bool hasAccess = m_services.permissions.checkFullDiskAccess();
+    callOn(this, [this, disk, hasAccess] {
+      if (disk) {
+        m_summary.totalDiskBytes = disk->totalBytes;
+        m_summary.freeDiskBytes = disk->availableBytes;
+        m_summary.usedDiskBytes = disk->totalBytes - disk->availableBytes;
+        Q_EMIT summaryChanged();
+      }
+      if (std::exchange(m_hasFullDiskAccess, hasAccess) != hasAccess) Q_EMIT fullDiskAccessChanged();
+    });
+  });
+}
+
+void AppState::completeOnboarding() {
+  if (std::exchange(m_hasCompletedOnboarding, true)) return;
+  Q_EMIT onboardingChanged();
+  m_queue.post([this](const std::stop_token&) {
+    try {
+      m_services.preferences.setValue(onboardingKey, Json(true));
+    } catch (const std::exception& error) {
+      qWarning("The preferences cannot be written: %s", error.what());
+    }
+  });
+}
+
+void AppState::openTrash() {
+  m_queue.post([this](const std::stop_token&) {
+    if (!m_services.desktop.openUrl("trash:///")) qWarning("No program shows the Trash.");
+  });
+}
+
+void AppState::quit() {
+  Q_EMIT quitRequested();
+}
+
+void AppState::setAppearance(bool darkScheme, bool reducedMotion) {
+  if (m_darkScheme == darkScheme && m_reducedMotion == reducedMotion) return;
+  m_darkScheme = darkScheme;
+  m_reducedMotion = reducedMotion;
+  Q_EMIT appearanceChanged();
+}
+
+void AppState::setCanKeepTray(bool canKeepTray) {
+  if (std::exchange(m_canKeepTray, canKeepTray) != canKeepTray) Q_EMIT canKeepTrayChanged();
+}
+
+void AppState::languageChanged() {
+  Q_EMIT scanStatusChanged();
+  Q_EMIT scanChanged();
+}
+
+}  // namespace orvane

@@ -1,0 +1,221 @@
+#include "app/shell/Window.h"
+
+#include "app/agent/AgentModel.h"
+#include "app/apps/AppsModel.h"
+#include "app/cleanup/CleanupModel.h"
+#include "app/common/FileWatch.h"
+#include "app/common/Format.h"
+#include "app/common/IconProvider.h"
+#include "app/common/JournalFeed.h"
+#include "app/common/PictureProvider.h"
+#include "app/common/Pictures.h"
+#include "app/duplicates/DuplicatesModel.h"
+#include "app/history/HistoryModel.h"
+#include "app/organize/OrganizeModel.h"
+#include "app/overview/OverviewModel.h"
+#include "app/privacy/PrivacyModel.h"
+#include "app/rules/RulesModel.h"
+#include "app/settings/SettingsModel.h"
+#include "app/settings/TidyModel.h"
+#include "app/shell/AppState.h"
+#include "app/shell/DesktopAppearance.h"
+#include "app/shell/InterfaceFont.h"
+#include "app/shell/LanguageModel.h"
+#include "app/shell/NavigationModel.h"
+#include "app/shell/TableTranslator.h"
+#include "app/shell/TrayIcon.h"
+#include "core/assistant/services/KeychainService.h"
+#include "core/localization/LocalizationManager.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
+#include "core/platform/LoginItems.h"
+#include "core/rules/schedule/ScheduleCoordinator.h"
+#include "core/rules/services/LaunchAgentManager.h"
+#include "core/rules/services/UserNotificationService.h"
+#include "platform/SystemServices.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+// Made from this module's headers; registers the types that QML uses.
+void qml_register_types_Orvane();
+
+namespace orvane {
+namespace {
+
+AutoOrganizeController::Collaborators tidyCollaborators(RepeatingTimer& timer) {
+  return {.organizer = AutoOrganizer::shared(),
+          .store = AutoOrganizeSettingsStore::shared(),
+          .factory = TaskServices::shared().topics,
+          .timer = timer,
+          .loginItems = systemLoginItems()};
+}
+
+SettingsModel::Collaborators settingsCollaborators(const WindowServices& services, TidyModel& tidy) {
+  return {.tasks = services.tasks,
+          .schedule = ScheduleCoordinator::shared(),
+          .agent = LaunchAgentManager::shared(),
+          .notifications = UserNotificationService::shared(),
+          .keychain = KeychainService::shared(),
+          .preferences = services.preferences,
+          .urls = systemHttpUrlReader(),
+          .tidy = tidy,
+          .program = windowProgram()};
+}
+
+template <typename Model>
+QVariant variantOf(Model& model) {
+  return QVariant::fromValue(&model);
+}
+
+}  // namespace
+
+struct Window::Parts {
+  explicit Parts(WindowServices given)
+      : services(std::move(given)),
+        state(services),
+        languages(services.localization),
+        feed(services),
+        cleanup(services, state),
+        history(services, feed),
+        overview(services, {.state = state, .cleanup = cleanup, .history = history, .feed = feed}),
+        tidy(tidyCollaborators),
+        duplicates(services),
+        apps(services),
+        organize(services),
+        rules(services),
+        agent(services),
+        privacy(services),
+        settings(settingsCollaborators(services, tidy)),
+        tray(state, tidy) {}
+
+  WindowServices services;
+  // As the desktop has it, before a language changed anything.
+  const QFont systemFont = QGuiApplication::font();
+  TableTranslator translator;
+  DesktopAppearance appearance;
+  FileWatch preferences;
+  AppState state;
+  NavigationModel navigation;
+  LanguageModel languages;
+  JournalFeed feed;
+  CleanupModel cleanup;
+  HistoryModel history;
+  OverviewModel overview;
+  TidyModel tidy;
+  DuplicatesModel duplicates;
+  AppsModel apps;
+  OrganizeModel organize;
+  RulesModel rules;
+  AgentModel agent;
+  PrivacyModel privacy;
+  SettingsModel settings;
+  TrayIcon tray;
+  QQmlApplicationEngine engine;
+};
+
+Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
+  Format::followLanguage();
+  m_parts = std::make_unique<Parts>(std::move(services));
+  auto& parts = *m_parts;
+  QCoreApplication::installTranslator(&parts.translator);
+  connect(&parts.languages, &LanguageModel::currentChanged, this, &Window::languageChanged);
+
+  const auto applyAppearance = [&parts] {
+    parts.state.setAppearance(parts.appearance.isDark(), parts.appearance.isMotionReduced());
+  };
+  applyAppearance();
+  connect(&parts.appearance, &DesktopAppearance::changed, this, applyAppearance);
+
+  parts.preferences.watch(systemPreferencesFile());
+  connect(&parts.preferences, &FileWatch::changed, this, [&parts] {
+    parts.tidy.reload();
+    parts.duplicates.reloadRoots();
+    parts.organize.reloadFolders();
+    parts.rules.reload();
+    parts.overview.reloadSchedule();
+    parts.settings.refresh();
+    parts.privacy.refresh();
+  });
+  connect(&parts.feed, &JournalFeed::loaded, &parts.cleanup, &CleanupModel::followJournal);
+  connect(&parts.settings, &SettingsModel::keysChanged, &parts.agent, &AgentModel::reloadProviders);
+  connect(&parts.agent, &AgentModel::requestSent, &parts.privacy, &PrivacyModel::setLastRequest);
+  connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
+  connect(&parts.state, &AppState::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+  // Without a tray nobody would find the way back to a closed window.
+  const auto follow = [&parts] { QGuiApplication::setQuitOnLastWindowClosed(!parts.state.canKeepTray()); };
+  follow();
+  connect(&parts.state, &AppState::canKeepTrayChanged, this, follow);
+}
+
+Window::~Window() = default;
+
+bool Window::show() {
+  qml_register_types_Orvane();
+  auto& parts = *m_parts;
+  QGuiApplication::setFont(interfaceFont(parts.systemFont, parts.languages.currentCode()));
+  parts.engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+  // The engine owns what it is given.
+  parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
+  parts.engine.addImageProvider(QString::fromLatin1(thumbnailProvider),
+                                std::make_unique<PictureProvider>(readThumbnail).release());
+  parts.engine.addImageProvider(QString::fromLatin1(applicationIconProvider),
+                                std::make_unique<PictureProvider>(readApplicationIcon).release());
+  parts.engine.setInitialProperties({
+      {"appState", variantOf(parts.state)},
+      {"navigation", variantOf(parts.navigation)},
+      {"languages", variantOf(parts.languages)},
+      {"overview", variantOf(parts.overview)},
+      {"cleanup", variantOf(parts.cleanup)},
+      {"history", variantOf(parts.history)},
+      {"tidy", variantOf(parts.tidy)},
+      {"duplicates", variantOf(parts.duplicates)},
+      {"apps", variantOf(parts.apps)},
+      {"organize", variantOf(parts.organize)},
+      {"rules", variantOf(parts.rules)},
+      {"agent", variantOf(parts.agent)},
+      {"privacy", variantOf(parts.privacy)},
+      {"settings", variantOf(parts.settings)},
+  });
+  parts.engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Orvane/shell/Main.qml")));
+  return !parts.engine.rootObjects().isEmpty();
+}
+
+void Window::raise(const QByteArray& wish) {
+  for (const auto& row : navigationRows) {
+    if (wish == QByteArray::fromStdString(std::string(row.rawValue))) {
+      m_parts->state.setSelectedNavigation(static_cast<int>(row.section));
+    }
+  }
+  for (auto* object : m_parts->engine.rootObjects()) {
+    auto* window = qobject_cast<QQuickWindow*>(object);
+    if (window == nullptr) continue;
+    window->show();
+    if ((window->windowStates() & Qt::WindowMinimized) != 0) window->showNormal();
+    window->raise();
+    window->requestActivate();
+  }
+}
+
+void Window::languageChanged() {
+  auto& parts = *m_parts;
+  Format::followLanguage();
+  QGuiApplication::setFont(interfaceFont(parts.systemFont, parts.languages.currentCode()));
+  const int type = qmlTypeId("Orvane", 1, 0, "Format");
+  if (auto* format = parts.engine.singletonInstance<Format*>(type)) format->languageChanged();
+  parts.engine.retranslate();
+  parts.state.languageChanged();
+  parts.cleanup.languageChanged();
+  parts.history.languageChanged();
+  parts.duplicates.languageChanged();
+  parts.apps.languageChanged();
+  parts.organize.languageChanged();
+  parts.rules.languageChanged();
+  parts.agent.languageChanged();
+  parts.tidy.languageChanged();
+  parts.settings.languageChanged();
+  parts.tray.languageChanged();
+}
+
+}  // namespace orvane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "app/shell/WindowServices.h"
+
+#include <QByteArray>
+#include <QObject>
+
+#include <memory>
+
+namespace orvane {
+
+// The window with everything that stands behind it.
+class Window : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit Window(WindowServices services, QObject* parent = nullptr);
+  ~Window() override;
+
+  // False when the window cannot be made.
+  [[nodiscard]] bool show();
+  // Brings the window to the front, and shows a section of it where the wish names one by its raw value.
+  void raise(const QByteArray& wish);
+
+ private:
+  struct Parts;
+  void languageChanged();
+
+  std::unique_ptr<Parts> m_parts;
+};
+
+}  // namespace orvane
