@@ -98,6 +98,7 @@ set(ORVANE_QML_FILES
   settings/ScheduleSettingsCard.qml
   settings/SettingsScreen.qml
   settings/TidySettings.qml
+  settings/TidySheet.qml
   apps/UninstallSheet.qml
 )
 set(ORVANE_QML_RESOURCES

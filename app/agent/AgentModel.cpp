@@ -1,5 +1,6 @@
 #include "app/agent/AgentModel.h"
 
+#include "app/common/LeftOutFolders.h"
 #include "app/common/Text.h"
 #include "core/tasks/AskTask.h"
 
@@ -32,20 +33,6 @@ QString lockText(const ProposedRow& row) {
       break;
   }
   return {};
-}
-
-QString textOf(const FolderLeftOut& leftOut, const FileUrl& home) {
-  const auto folder = shownPath(leftOut.folder.path(), home);
-  switch (leftOut.why) {
-    case FolderLeftOut::Why::missing:
-      return QStringLiteral("%1: %2").arg(folder, textFrom(leftOut.detail));
-    case FolderLeftOut::Why::refused:
-      return shownName(leftOut.detail);
-    case FolderLeftOut::Why::notGranted:
-    case FolderLeftOut::Why::listedOnly:
-      break;
-  }
-  return localizedText("agent.folder_not_granted").arg(folder);
 }
 
 }  // namespace
@@ -211,12 +198,7 @@ QString AgentModel::fault() const {
 }
 
 QStringList AgentModel::notices() const {
-  QStringList result;
-  if (!m_answer) return result;
-  for (const auto& notice : m_answer->proposal.notices()) {
-    if (const auto* leftOut = std::get_if<FolderLeftOut>(&notice)) result += textOf(*leftOut, services().tasks.home);
-  }
-  return result;
+  return m_answer ? leftOutFolders(m_answer->proposal.notices(), services().tasks.home) : QStringList();
 }
 
 double AgentModel::matchCount() const noexcept {

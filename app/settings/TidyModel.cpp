@@ -1,8 +1,12 @@
 #include "app/settings/TidyModel.h"
 
+#include "app/common/LeftOutFolders.h"
 #include "app/common/ProgressPace.h"
 #include "app/common/Text.h"
+#include "core/base/files/HomeFolder.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
+#include "core/tasks/CategoryGroups.h"
 
 #include <QDebug>
 
@@ -10,6 +14,12 @@
 #include <utility>
 
 namespace orvane {
+namespace {
+
+// Of each folder that something goes to.
+constexpr qsizetype namesShown = 4;
+
+}  // namespace
 
 TidyModel::TidyModel(MakeCollaborators makeCollaborators, QObject* parent)
     : QObject(parent), m_timer([this](std::function<void()> task) {
@@ -20,6 +30,7 @@ TidyModel::TidyModel(MakeCollaborators makeCollaborators, QObject* parent)
 
 TidyModel::~TidyModel() {
   m_runStop.request_stop();
+  m_lookStop.request_stop();
 }
 
 void TidyModel::makeController(const MakeCollaborators& makeCollaborators) {
@@ -89,8 +100,81 @@ double TidyModel::lastRunDate() const {
   return milliseconds(m_settings.lastRunDate);
 }
 
-void TidyModel::runNow() {
+void TidyModel::look() {
   if (!m_isReady || m_isRunning) return;
+  m_lookStop.request_stop();
+  m_lookStop = {};
+  show({}, {});
+  m_isLooking = true;
+  m_runError.clear();
+  Q_EMIT lookChanged();
+  Q_EMIT asked();
+  m_runQueue.post([this, stop = m_lookStop.get_token()](const std::stop_token&) {
+    TidyLook look;
+    RowSum sum;
+    QString problem;
+    try {
+      look = m_controller->look(stop);
+      for (const auto& [folder, proposal] : look.proposals) {
+        const auto wanted = proposal.approve().toFolders();
+        sum = {sum.count + wanted.count, checkedAdd(sum.bytes, wanted.bytes)};
+      }
+    } catch (const std::exception& error) {
+      problem = shownName(error.what());
+    }
+    callOn(this, [this, stop, problem, sum, look = std::move(look)]() mutable {
+      if (stop.stop_requested()) return;
+      m_isLooking = false;
+      m_runError = problem;
+      show(std::move(look), sum);
+      Q_EMIT changed();
+    });
+  });
+}
+
+void TidyModel::show(TidyLook look, RowSum sum) {
+  m_look = std::move(look);
+  m_proposedSum = sum;
+  Q_EMIT lookChanged();
+}
+
+QVariantList TidyModel::proposed() const {
+  const FileUrl home(homeFolder());
+  QVariantList rows;
+  for (const auto& [folder, proposal] : m_look.proposals) {
+    const auto lengths = rowsByGroup(proposal);
+    for (std::size_t at = 0; at < lengths.size(); ++at) {
+      const auto& group = proposal.groups()[at];
+      RowSum sum;
+      QStringList names;
+      for (std::size_t row = lengths[at].first; row < lengths[at].first + lengths[at].count; ++row) {
+        const auto proposed = proposal.row(row);
+        sum.add(proposed.item.fileSize());
+        if (names.size() < namesShown) names.append(shownName(proposed.item.url().lastPathComponent()));
+      }
+      rows.append(QVariantMap{{QStringLiteral("name"), shownName(group.name)},
+                              {QStringLiteral("place"), shownPath(group.destinationFolder->path(), home)},
+                              {QStringLiteral("names"), names},
+                              {QStringLiteral("count"), static_cast<double>(sum.count)},
+                              {QStringLiteral("bytes"), static_cast<double>(sum.bytes)},
+                              {QStringLiteral("warning"), textFrom(group.refusal)}});
+    }
+  }
+  return rows;
+}
+
+QStringList TidyModel::remarks() const {
+  return leftOutFolders(m_look.notices, FileUrl(homeFolder()));
+}
+
+void TidyModel::dismiss() {
+  m_lookStop.request_stop();
+  m_isLooking = false;
+  show({}, {});
+}
+
+void TidyModel::confirm() {
+  if (m_isLooking || m_isRunning || m_proposedSum.count == 0) return;
   m_isRunning = true;
   m_runStop = {};
   m_runError.clear();
@@ -98,7 +182,7 @@ void TidyModel::runNow() {
   m_total = 0;
   Q_EMIT changed();
   Q_EMIT progressChanged();
-  m_runQueue.post([this, stop = m_runStop.get_token()](const std::stop_token&) {
+  m_runQueue.post([this, look = m_look, stop = m_runStop.get_token()](const std::stop_token&) mutable {
     ProgressPace pace;
     const auto progress = [&](std::size_t done, std::size_t total) {
       if (!pace.isDue(done, total)) return;
@@ -109,12 +193,20 @@ void TidyModel::runNow() {
       });
     };
     try {
-      m_controller->runNow({}, stop, progress);
+      const auto report = m_controller->runShown(std::move(look), stop, progress);
+      const bool isBusy = report.end == AutoOrganizeReport::End::busy;
+      std::int64_t failed = 0;
+      for (const auto& run : report.runs) failed += run.report.failed;
+      callOn(this, [this, isBusy, failed] {
+        if (isBusy) m_runError = localizedText("tidy.busy");
+        if (failed > 0) m_runError = countedText("tidy.failed", failed);
+      });
     } catch (const std::exception& error) {
       callOn(this, [this, problem = shownName(error.what())] { m_runError = problem; });
     }
     publish();
   });
+  dismiss();
 }
 
 QString TidyModel::statusText() const {
@@ -126,6 +218,7 @@ QString TidyModel::statusText() const {
 
 void TidyModel::languageChanged() {
   Q_EMIT changed();
+  Q_EMIT lookChanged();
 }
 
 void TidyModel::cancel() {

@@ -7,6 +7,8 @@
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QString>
+#include <QStringList>
+#include <QVariantList>
 
 #include <functional>
 #include <memory>
@@ -31,6 +33,11 @@ class TidyModel : public QObject {
   Q_PROPERTY(QString launchAtLoginError READ launchAtLoginError NOTIFY changed)
   Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
   Q_PROPERTY(QString unavailableReason READ unavailableReason NOTIFY changed)
+  Q_PROPERTY(bool isLooking READ isLooking NOTIFY lookChanged)
+  Q_PROPERTY(double selectedCount READ selectedCount NOTIFY lookChanged)
+  Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY lookChanged)
+  Q_PROPERTY(QVariantList proposed READ proposed NOTIFY lookChanged)
+  Q_PROPERTY(QStringList remarks READ remarks NOTIFY lookChanged)
   Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
   Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
 
@@ -66,7 +73,21 @@ class TidyModel : public QObject {
   // Changes and stores the settings, in the background.
   void update(std::function<void(AutoOrganizeSettings&)> change);
 
-  Q_INVOKABLE void runNow();
+  // What tidying would do now: true while it is looked for, then what can be confirmed.
+  [[nodiscard]] bool isLooking() const noexcept { return m_isLooking; }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_proposedSum.count); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_proposedSum.bytes); }
+  // A row for each folder that something goes to.
+  [[nodiscard]] QVariantList proposed() const;
+  // What is said beside the rows.
+  [[nodiscard]] QStringList remarks() const;
+
+  // Looks at what there is to tidy, and asks whoever shows it.
+  Q_INVOKABLE void look();
+  // Carries out what was shown.
+  Q_INVOKABLE void confirm();
+  // Forgets what was shown.
+  Q_INVOKABLE void dismiss();
   Q_INVOKABLE void cancel();
   // The settings may have been changed by another process.
   void reload();
@@ -76,11 +97,14 @@ class TidyModel : public QObject {
  Q_SIGNALS:
   void changed();
   void progressChanged();
+  void lookChanged();
+  void asked();
 
  private:
   void makeController(const MakeCollaborators& makeCollaborators);
   // From any thread.
   void publish();
+  void show(TidyLook look, RowSum sum);
 
   bool m_isReady = false;
   bool m_isRunning = false;
@@ -92,9 +116,13 @@ class TidyModel : public QObject {
   std::optional<AutoOrganizeResult> m_lastResult;
   QString m_runError;
   QString m_unavailableReason;
+  bool m_isLooking = false;
+  TidyLook m_look;
+  RowSum m_proposedSum;
   std::size_t m_done = 0;
   std::size_t m_total = 0;
   std::stop_source m_runStop;
+  std::stop_source m_lookStop;
 
   std::function<AutoOrganizeSettings()> m_storedSettings;
   QtRepeatingTimer m_timer;

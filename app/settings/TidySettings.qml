@@ -64,7 +64,7 @@ SettingsCard {
             enabled: root.tidy.isReady
             symbol: "play"
             text: qsTr("tray.organize_now")
-            onClicked: root.tidy.runNow()
+            onClicked: root.tidy.look()
         }
     }
 

@@ -97,6 +97,14 @@ ApplicationWindow {
     }
 
     Connections {
+        target: window.tidy
+
+        function onAsked() {
+            tidySheet.open();
+        }
+    }
+
+    Connections {
         target: loader.item as SettingsScreen
 
         function onIntroductionAsked() {
@@ -140,6 +148,12 @@ ApplicationWindow {
         appState: window.appState
         settings: window.settings
         languages: window.languages
+    }
+
+    TidySheet {
+        id: tidySheet
+
+        tidy: window.tidy
     }
 
     Instantiator {

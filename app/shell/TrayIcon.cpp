@@ -50,7 +50,10 @@ TrayIcon::TrayIcon(AppState& state, TidyModel& tidy, QObject* parent) : QObject(
   m_quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
 
   connect(m_keepTidy, &QAction::triggered, this, [this](bool isChecked) { m_tidy.setEnabled(isChecked); });
-  connect(m_organizeNow, &QAction::triggered, &m_tidy, &TidyModel::runNow);
+  connect(m_organizeNow, &QAction::triggered, this, [this] {
+    Q_EMIT m_state.raised();
+    m_tidy.look();
+  });
   connect(m_scan, &QAction::triggered, &m_state, &AppState::startScan);
   connect(m_open, &QAction::triggered, &m_state, &AppState::raised);
   connect(m_quit, &QAction::triggered, &m_state, &AppState::quit);

@@ -17,6 +17,7 @@
 #include "core/platform/RepeatingTimer.h"
 #include "core/tasks/NamedTopics.h"
 #include "core/tasks/TaskServices.h"
+#include "core/tasks/TidyTask.h"
 
 #include <fmt/format.h>
 
@@ -46,6 +47,7 @@ constexpr std::array setOptions{
                .choices = switchWords},
 };
 constexpr std::array runOptions{
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -168,7 +170,16 @@ void printReport(Session& session, const AutoOrganizeResult& result, const std::
   }
 }
 
+ExitStatus saveLook(Session& session, const Arguments& arguments) {
+  const auto wish = TidyWish::of(AutoOrganizeSettingsStore::shared().get());
+  const auto proposal = proposeTidy(TaskServices::shared(), wish, ReferenceClock::now(), {.stop = session.stop()});
+  if (!proposal) return interruptedBeforeChange();
+  tellNotices(proposal->notices());
+  return statusWith(proposal->notices(), saveProposal(session, arguments, proposal->approve()));
+}
+
 ExitStatus runRun(Session& session, const Arguments& arguments) {
+  if (arguments.has("--save")) return saveLook(session, arguments);
   requireConsentPossible(arguments);
   NoTimer timer;
   NoLoginItems loginItems;

@@ -7,6 +7,7 @@
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/organizer/propose/ProposedNames.h"
 #include "core/organizer/propose/TidyFolder.h"
+#include "core/organizer/records/AutoOrganizeSettings.h"
 #include "core/organizer/topics/TopicCategorizerFactory.h"
 #include "core/organizer/topics/TopicNames.h"
 #include "core/safety/journal/UndoJournal.h"
@@ -22,6 +23,7 @@
 #include <chrono>
 #include <map>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -93,43 +95,51 @@ std::map<std::string, std::string> topicsOf(const TaskServices& services, const 
   return found;
 }
 
-// One watched folder, and how it is looked at.
-struct Watched {
-  FileUrl folder;
+// How watched folders are looked at.
+struct Watch {
   std::int64_t recentsDays = 3;
+  const Boundary& boundary;
+  Date now;
 };
 
-Json subjectOf(const Watched& watched) {
+struct WatchedFolder {
+  FileUrl folder;
+  std::optional<NamedTopics> topics;
+};
+
+Json subjectOf(const std::vector<WatchedFolder>& watched, std::int64_t recentsDays) {
   Json json = Json::object();
-  json["folder"] = jsonFromUrl(watched.folder);
-  json["recentsDays"] = watched.recentsDays;
+  json["recentsDays"] = recentsDays;
+  auto& folders = json["folders"] = Json::array();
+  for (const auto& [folder, topics] : watched) {
+    Json entry = Json::object();
+    entry["folder"] = jsonFromUrl(folder);
+    if (topics) entry["topics"] = topics->toJson();
+    folders.push_back(std::move(entry));
+  }
   return json;
 }
 
-// `topics` is null where none are wanted.
-std::optional<Proposal> propose(const TaskServices& services, const Watched& watched, const Boundary& boundary,
-                                Date now, NamedTopics* topics, const TaskMonitor& monitor) {
+// False when it was stopped.
+bool addFolder(ProposalBuilder& builder, const TaskServices& services, WatchedFolder& watched, const Watch& watch,
+               const TaskMonitor& monitor) {
   const auto& folder = watched.folder;
-  ProposalBuilder builder(TaskKind::tidy, boundary, now);
-  auto subject = subjectOf(watched);
-  if (auto problem = problemWith(services, folder, boundary)) {
+  if (auto problem = problemWith(services, folder, watch.boundary)) {
     builder.note(*std::move(problem));
-    builder.setSubject(std::move(subject));
-    return builder.take();
+    return true;
   }
-  const std::chrono::duration<double> recentAge(static_cast<double>(watched.recentsDays) * secondsPerDay);
-  const auto items = TidyFolder::read(folder, recentAge, now, services.statusReader);
+  const std::chrono::duration<double> recentAge(static_cast<double>(watch.recentsDays) * secondsPerDay);
+  const auto items = TidyFolder::read(folder, recentAge, watch.now, services.statusReader);
   GroupBuilder groups(folder);
   const std::string recents(recentsFolderName);
   for (const auto& item : items.recent) groups.add(item, folder, recents, recents);
   const auto sorted = folder.appendingPathComponent(topicsFolderName);
   std::map<std::string, std::string> topicByName;
-  if (topics != nullptr && !items.older.empty() && !monitor.stop.stop_requested()) {
+  if (watched.topics && !items.older.empty() && !monitor.stop.stop_requested()) {
     if (monitor.namingTopics) monitor.namingTopics();
-    topicByName = topicsOf(services, items.older, sorted, *topics, monitor.stop);
-    subject["topics"] = topics->toJson();
+    topicByName = topicsOf(services, items.older, sorted, *watched.topics, monitor.stop);
   }
-  if (monitor.stop.stop_requested()) return std::nullopt;
+  if (monitor.stop.stop_requested()) return false;
   const auto chooser = services.organizer.chooserFor(folder, OrganizationStrategy::byCategory);
   for (const auto& item : items.older) {
     const auto name = item.url.lastPathComponent();
@@ -137,48 +147,81 @@ std::optional<Proposal> propose(const TaskServices& services, const Watched& wat
     const auto category = topic != topicByName.end() ? topic->second : chooser.categoryOf({.name = name});
     groups.add(item, sorted, category, category);
   }
-  for (const auto& group : groups.take()) addCategoryGroup(builder, group, services.validator, boundary);
-  builder.setSubject(std::move(subject));
+  for (const auto& group : groups.take()) addCategoryGroup(builder, group, services.validator, watch.boundary);
+  return true;
+}
+
+std::optional<Proposal> propose(const TaskServices& services, std::vector<WatchedFolder> folders, const Watch& watch,
+                                const TaskMonitor& monitor) {
+  ProposalBuilder builder(TaskKind::tidy, watch.boundary, watch.now);
+  for (auto& watched : folders) {
+    if (!addFolder(builder, services, watched, watch, monitor)) return std::nullopt;
+  }
+  builder.setSubject(subjectOf(folders, watch.recentsDays));
   return builder.take();
+}
+
+std::vector<WatchedFolder> watchedFolders(const TaskServices& services, std::span<const FileUrl> folders,
+                                          TopicUse topics) {
+  auto* model = topics == TopicUse::whenAvailable ? services.topics.categorizer() : nullptr;
+  std::vector<WatchedFolder> result;
+  for (const auto& folder : folders) {
+    result.push_back({folder, model != nullptr ? std::optional<NamedTopics>(*model) : std::nullopt});
+  }
+  return result;
 }
 
 }  // namespace
 
-std::optional<TidyPass> TidyPass::begin(const TaskServices& services, const TidyWish& wish, Date now,
-                                        const TaskMonitor& monitor) {
+TidyWish TidyWish::of(const AutoOrganizeSettings& settings) {
+  return {settings.folderURLs(), settings.recentsDays,
+          settings.useAITopics ? TopicUse::whenAvailable : TopicUse::never};
+}
+
+TidyLook lookForTidying(const TaskServices& services, const TidyWish& wish, Date now, const TaskMonitor& monitor) {
+  TidyLook look;
+  for (const auto& folder : wish.folders) {
+    const Boundary boundary({folder});
+    auto proposal = propose(services, watchedFolders(services, std::span(&folder, 1), wish.topics),
+                            {wish.recentsDays, boundary, now}, monitor);
+    if (!proposal) return {};
+    const auto& notices = proposal->notices();
+    look.notices.insert(look.notices.end(), notices.begin(), notices.end());
+    if (!proposal->empty()) look.proposals.push_back({folder, *std::move(proposal)});
+  }
+  return look;
+}
+
+std::optional<TidyPass> TidyPass::begin(const TaskServices& services) {
   FileDescriptor lockFile(
       ::open(joinPath(services.journal().storageFolder(), lockName).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   if (!lockFile) throwErrno();
   auto lock = FileLock::tryAcquire(lockFile);
   if (!lock) return std::nullopt;
-  TidyPass pass(services, *std::move(lock));
-  for (const auto& folder : wish.folders) {
-    std::optional<NamedTopics> topics;
-    auto* model = wish.topics == TopicUse::whenAvailable ? services.topics.categorizer() : nullptr;
-    if (model != nullptr) topics.emplace(*model);
-    auto proposal =
-        propose(services, {folder, wish.recentsDays}, Boundary({folder}), now, topics ? &*topics : nullptr, monitor);
-    if (!proposal) {
-      pass.m_proposals.clear();
-      break;
-    }
-    const auto& notices = proposal->notices();
-    pass.m_notices.insert(pass.m_notices.end(), notices.begin(), notices.end());
-    if (!proposal->empty()) pass.m_proposals.push_back({folder, *std::move(proposal)});
-  }
-  return pass;
+  return TidyPass(services, *std::move(lock));
 }
 
 RunReport TidyPass::carryOut(const Approval& approval, const RunProgress& progress, const std::stop_token& stop) const {
   return orvane::carryOut(m_services, approval, progress, stop);
 }
 
+std::optional<Proposal> proposeTidy(const TaskServices& services, const TidyWish& wish, Date now,
+                                    const TaskMonitor& monitor) {
+  const Boundary boundary(wish.folders);
+  return propose(services, watchedFolders(services, wish.folders, wish.topics), {wish.recentsDays, boundary, now},
+                 monitor);
+}
+
 std::optional<Proposal> reproposeTidy(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                       Date countedTo, const TaskMonitor& monitor) {
-  const Watched watched{urlAt(subject, "folder"), integerAt(subject, "recentsDays")};
-  std::optional<NamedTopics> topics;
-  if (const auto* known = optionalKey(subject, "topics")) topics.emplace(*known);
-  return propose(services, watched, boundary, countedTo, topics ? &*topics : nullptr, monitor);
+  const auto& folders = requiredKey(subject, "folders");
+  if (!folders.is_array()) throw JsonError("\"folders\" must be an array");
+  std::vector<WatchedFolder> watched;
+  for (const auto& entry : folders) {
+    auto& folder = watched.emplace_back(WatchedFolder{urlAt(entry, "folder"), std::nullopt});
+    if (const auto* known = optionalKey(entry, "topics")) folder.topics.emplace(*known);
+  }
+  return propose(services, std::move(watched), {integerAt(subject, "recentsDays"), boundary, countedTo}, monitor);
 }
 
 }  // namespace orvane

@@ -16,12 +16,15 @@
 
 namespace orvane {
 
+struct AutoOrganizeSettings;
 struct TaskServices;
 
 struct TidyWish {
   std::vector<FileUrl> folders;  // watched
   std::int64_t recentsDays = 3;  // of 86,400 seconds each
   TopicUse topics = TopicUse::never;
+
+  [[nodiscard]] static TidyWish of(const AutoOrganizeSettings& settings);
 };
 
 // What would be moved in one watched folder.
@@ -30,18 +33,22 @@ struct TidyProposal {
   Proposal proposal;
 };
 
-// One look at the watched folders and what is moved after it. No other pass, of this process or another, overlaps it.
+// What tidying proposes, each watched folder by itself.
+struct TidyLook {
+  std::vector<TidyProposal> proposals;  // of each folder in which there is something to move
+  Notices notices;                      // the folders that could not be looked at
+};
+// Proposes nothing where it was stopped.
+[[nodiscard]] TidyLook lookForTidying(const TaskServices& services, const TidyWish& wish, Date now,
+                                      const TaskMonitor& monitor = {});
+
+// The right to tidy: no two passes overlap, of this process or of others.
 class TidyPass {
  public:
-  // Looks at each folder; at none where it is stopped. Absent while another pass is under way. `services` must outlive
-  // the pass. Throws std::system_error when the lock between processes cannot be made.
-  [[nodiscard]] static std::optional<TidyPass> begin(const TaskServices& services, const TidyWish& wish, Date now,
-                                                     const TaskMonitor& monitor = {});
+  // Absent while another pass is under way. `services` must outlive the pass. Throws std::system_error when the lock
+  // between processes cannot be made.
+  [[nodiscard]] static std::optional<TidyPass> begin(const TaskServices& services);
 
-  // Of each folder in which there is something to move.
-  [[nodiscard]] const std::vector<TidyProposal>& proposals() const noexcept { return m_proposals; }
-  // The folders that could not be looked at.
-  [[nodiscard]] const Notices& notices() const noexcept { return m_notices; }
   // Moves what was approved of one folder, as a run of its own.
   [[nodiscard]] RunReport carryOut(const Approval& approval, const RunProgress& progress = {},
                                    const std::stop_token& stop = {}) const;
@@ -51,12 +58,13 @@ class TidyPass {
 
   const TaskServices& m_services;
   FileLock m_lock;
-  std::vector<TidyProposal> m_proposals;
-  Notices m_notices;
 };
 
-// What a pass proposes for one folder, from the subject of such a proposal and inside another boundary. Topics are
-// those of the subject. Absent when it was stopped. Throws JsonError.
+// All watched folders as one proposal, to be saved. Absent when it was stopped.
+[[nodiscard]] std::optional<Proposal> proposeTidy(const TaskServices& services, const TidyWish& wish, Date now,
+                                                  const TaskMonitor& monitor = {});
+// Proposes again from the subject of such a proposal, inside another boundary. Topics are those of the subject. Absent
+// when it was stopped. Throws JsonError.
 [[nodiscard]] std::optional<Proposal> reproposeTidy(const TaskServices& services, const Json& subject,
                                                     const Boundary& boundary, Date countedTo,
                                                     const TaskMonitor& monitor = {});

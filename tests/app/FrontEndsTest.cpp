@@ -3,6 +3,9 @@
 #include "app/duplicates/DuplicatesModel.h"
 #include "app/organize/OrganizeModel.h"
 #include "app/rules/RulesModel.h"
+#include "app/settings/TidyModel.h"
+#include "core/organizer/services/AutoOrganizeSettingsStore.h"
+#include "core/platform/LoginItems.h"
 #include "core/rules/records/CleanupRule.h"
 #include "tests/app/WindowFixture.h"
 #include "tests/support/LiveProgram.h"
@@ -192,6 +195,34 @@ Shown uninstallsInWindow(FrontEnds& test, const std::function<void()>& meanwhile
   return shown;
 }
 
+class NoLoginItems : public LoginItems {
+ public:
+  [[nodiscard]] bool isEnabled() const override { return false; }
+  void setEnabled(bool /*isEnabled*/) override {}
+};
+
+Shown tidiesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
+  const auto services = test.services();
+  AutoOrganizer organizer(services.tasks);
+  AutoOrganizeSettingsStore store(services.preferences);
+  NoLoginItems loginItems;
+  TidyModel model([&](RepeatingTimer& timer) {
+    return AutoOrganizeController::Collaborators{.organizer = organizer,
+                                                 .store = store,
+                                                 .factory = services.tasks.topics,
+                                                 .timer = timer,
+                                                 .loginItems = loginItems};
+  });
+  EXPECT_TRUE(becomesTrue([&] { return model.isReady(); }));
+  model.look();
+  EXPECT_TRUE(becomesTrue([&] { return !model.isLooking(); }));
+  const auto shown = shownBy(model);
+  meanwhile();
+  model.confirm();
+  EXPECT_TRUE(becomesTrue([&] { return !model.isRunning(); }));
+  return shown;
+}
+
 void arrangeDownloads(const TemporaryTree& home, const std::vector<std::string>& names, double days) {
   for (const auto& name : names) setAge(home.file("Downloads/" + name, "before " + name), days * 86400);
 }
@@ -228,6 +259,18 @@ const std::vector<Case>& cases() {
        [](const TemporaryTree& home) {
          replaced(home, "Downloads/report.pdf", "before report.pdf");
          home.file("Downloads/late.pdf", "late");
+       },
+       3,
+       {"Downloads/song.mp3", "Downloads/photo.jpg"}},
+      {"tidy",
+       [](const TemporaryTree& home) {
+         arrangeDownloads(home, {"song.mp3", "report.pdf", "photo.jpg"}, 1);
+       },
+       {"tidy", "run"},
+       tidiesInWindow,
+       [](const TemporaryTree& home) {
+         replaced(home, "Downloads/report.pdf", "before report.pdf");
+         setAge(home.file("Downloads/late.pdf", "late"), 86400);
        },
        3,
        {"Downloads/song.mp3", "Downloads/photo.jpg"}},

@@ -43,21 +43,36 @@ TEST_F(TidyModelTest, tidiesNowAndSaysWhatItDid) {
   TidyModel tidying(collaborators());
   ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
   EXPECT_FALSE(tidying.isEnabled());
-  tidying.runNow();
+  tidying.look();
+  EXPECT_TRUE(tidying.isLooking());
+  tidying.confirm();
+  EXPECT_FALSE(tidying.isRunning()) << "nothing was shown yet";
+  ASSERT_TRUE(becomesTrue([&] { return !tidying.isLooking(); }));
+  EXPECT_EQ(tidying.selectedCount(), 2);
+  const auto rows = tidying.proposed();
+  ASSERT_EQ(rows.size(), 2);
+  EXPECT_EQ(rows[1].toMap()["names"], QStringList("new.pdf"));
+  arrive("later.pdf", 9);
+  tidying.confirm();
   EXPECT_TRUE(tidying.isRunning());
   ASSERT_TRUE(becomesTrue([&] { return !tidying.isRunning(); }));
   EXPECT_EQ(tidying.movedCount(), 2);
   EXPECT_EQ(tidying.statusText(), "Moved 1 new item to Recents and sorted 1. Undo anytime in History.");
   EXPECT_TRUE(exists(tree.path("Downloads/Recents/new.pdf")));
+  EXPECT_TRUE(exists(tree.path("Downloads/later.pdf"))) << "it was not shown";
   EXPECT_EQ(tidying.progressDone(), 2);
   EXPECT_EQ(tidying.progressTotal(), 2);
 
   ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::de);
   EXPECT_TRUE(tidying.statusText().startsWith("1 neues Objekt nach Recents"));
   ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
-  tidying.runNow();
-  ASSERT_TRUE(becomesTrue([&] { return !tidying.isRunning(); }));
-  EXPECT_EQ(tidying.statusText(), "Everything is tidy.");
+  tidying.look();
+  ASSERT_TRUE(becomesTrue([&] { return !tidying.isLooking(); }));
+  EXPECT_EQ(tidying.selectedCount(), 1);
+  tidying.dismiss();
+  tidying.confirm();
+  EXPECT_FALSE(tidying.isRunning());
+  EXPECT_TRUE(exists(tree.path("Downloads/later.pdf")));
 }
 
 TEST_F(TidyModelTest, saysWhyThereAreNoTopics) {

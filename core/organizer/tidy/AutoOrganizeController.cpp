@@ -63,8 +63,38 @@ void AutoOrganizeController::rescheduleTimer() {
   });
 }
 
+AutoOrganizeRequest AutoOrganizeController::request() const {
+  // Another process may have changed them.
+  const auto current = m_collaborators.store.get();
+  AutoOrganizeRequest request;
+  request.folders = current.folderURLs();
+  request.recentsDays = current.recentsDays;
+  request.topics = current.useAITopics && isAIAvailable() ? TopicUse::whenAvailable : TopicUse::never;
+  request.now = m_collaborators.now();
+  return request;
+}
+
 AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<const TidyProposal>)> approve,
                                                   const std::stop_token& stop, const RunProgress& progress) {
+  auto wanted = request();
+  wanted.approve = std::move(approve);
+  wanted.progress = progress;
+  return run(wanted, stop);
+}
+
+TidyLook AutoOrganizeController::look(const std::stop_token& stop) {
+  return m_collaborators.organizer.look(request(), stop);
+}
+
+AutoOrganizeReport AutoOrganizeController::runShown(TidyLook shown, const std::stop_token& stop,
+                                                    const RunProgress& progress) {
+  auto wanted = request();
+  wanted.shown = std::move(shown);
+  wanted.progress = progress;
+  return run(wanted, stop);
+}
+
+AutoOrganizeReport AutoOrganizeController::run(const AutoOrganizeRequest& request, const std::stop_token& stop) {
   {
     const std::lock_guard lock(m_mutex);
     if (m_isRunning) {
@@ -81,15 +111,6 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
   const Running running{*this};
   changed();
 
-  // Another process may have changed them.
-  const auto current = m_collaborators.store.get();
-  AutoOrganizeRequest request;
-  request.folders = current.folderURLs();
-  request.recentsDays = current.recentsDays;
-  request.topics = current.useAITopics && isAIAvailable() ? TopicUse::whenAvailable : TopicUse::never;
-  request.now = m_collaborators.now();
-  request.approve = std::move(approve);
-  request.progress = progress;
   auto report = m_collaborators.organizer.run(request, stop);
   if (report.end != AutoOrganizeReport::End::completed) return report;
 

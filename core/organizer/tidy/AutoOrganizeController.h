@@ -54,6 +54,10 @@ class AutoOrganizeController {
   // Throws std::system_error when the settings or the lock cannot be written.
   AutoOrganizeReport runNow(std::function<bool(std::span<const TidyProposal>)> approve = {},
                             const std::stop_token& stop = {}, const RunProgress& progress = {});
+  // What a run would propose now; changes nothing.
+  [[nodiscard]] TidyLook look(const std::stop_token& stop = {});
+  // Carries out what was shown, and nothing else. Throws as runNow does.
+  AutoOrganizeReport runShown(TidyLook shown, const std::stop_token& stop = {}, const RunProgress& progress = {});
   // Changes the settings, stores them and reschedules. Throws std::system_error.
   void update(const std::function<void(AutoOrganizeSettings&)>& change);
   // A failure shows in the status message.
@@ -63,6 +67,9 @@ class AutoOrganizeController {
   [[nodiscard]] static std::string statusText(const AutoOrganizeResult& result);
 
  private:
+  // As the settings ask for now.
+  [[nodiscard]] AutoOrganizeRequest request() const;
+  AutoOrganizeReport run(const AutoOrganizeRequest& request, const std::stop_token& stop);
   void changed() const;
   void setRunning(bool isRunning);
 

@@ -27,16 +27,21 @@ void addUp(AutoOrganizeResult& result, const FileUrl& folder, const AutoOrganize
 
 }  // namespace
 
+TidyLook AutoOrganizer::look(const AutoOrganizeRequest& request, const std::stop_token& stop) const {
+  return lookForTidying(m_services, {request.folders, request.recentsDays, request.topics}, request.now,
+                        {.stop = stop});
+}
+
 AutoOrganizeReport AutoOrganizer::run(const AutoOrganizeRequest& request, const std::stop_token& stop) {
   AutoOrganizeReport report;
-  const auto pass =
-      TidyPass::begin(m_services, {request.folders, request.recentsDays, request.topics}, request.now, {.stop = stop});
+  const auto pass = TidyPass::begin(m_services);
   if (!pass) {
     report.end = AutoOrganizeReport::End::busy;
     return report;
   }
-  report.notices = pass->notices();
-  const auto& proposals = pass->proposals();
+  const auto found = request.shown ? *request.shown : look(request, stop);
+  report.notices = found.notices;
+  const auto& proposals = found.proposals;
   const bool hasRows =
       std::ranges::any_of(proposals, [](const TidyProposal& tidying) { return !tidying.proposal.approve().empty(); });
   if (hasRows && request.approve && !request.approve(proposals)) {

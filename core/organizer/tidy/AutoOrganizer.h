@@ -7,6 +7,7 @@
 #include "core/tasks/TidyTask.h"
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <vector>
@@ -18,6 +19,8 @@ struct AutoOrganizeRequest {
   std::int64_t recentsDays = 3;  // of 86,400 seconds each
   TopicUse topics = TopicUse::never;
   Date now = ReferenceClock::now();
+  // When somebody was shown it already, nothing else is looked for.
+  std::optional<TidyLook> shown = {};
   // Asked once with what would be done, when there is anything; a no changes nothing. Without it nobody is asked, and
   // everything proposed is approved.
   std::function<bool(std::span<const TidyProposal>)> approve = {};
@@ -52,6 +55,8 @@ class AutoOrganizer {
   // Two runs never overlap, also not of two processes: the later one does nothing. A folder that is missing, refused or
   // fails does not stop the next. Throws std::system_error when the lock between processes cannot be made.
   AutoOrganizeReport run(const AutoOrganizeRequest& request, const std::stop_token& stop = {});
+  // What a run would propose; changes nothing.
+  [[nodiscard]] TidyLook look(const AutoOrganizeRequest& request, const std::stop_token& stop = {}) const;
 
   // Seconds since the later of creation and modification; zero where neither can be read.
   [[nodiscard]] double age(const FileUrl& item, Date now) const;

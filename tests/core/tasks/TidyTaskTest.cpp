@@ -27,10 +27,9 @@ TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
   arrive("album/1.jpg", 0);
   arrive("grown/1.jpg", 0);
   for (const auto* folder : {"Downloads/album", "Downloads/grown"}) touch(tree.path(folder), 0);
-  const auto pass = TidyPass::begin(services, wish(), day(1));
-  ASSERT_TRUE(pass);
-  ASSERT_EQ(pass->proposals().size(), 1U);
-  const auto& proposal = pass->proposals()[0].proposal;
+  const auto look = lookForTidying(services, wish(), day(1));
+  ASSERT_EQ(look.proposals.size(), 1U);
+  const auto& proposal = look.proposals[0].proposal;
   auto selection = proposal.selection();
   EXPECT_EQ(selection.count(), 6);
   proposal.forEach([&](std::size_t index, const ProposedRow& row) {
@@ -45,7 +44,7 @@ TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
   touch(tree.path("Downloads/album"), 0);
   arrive("grown/2.jpg", 0);
 
-  const auto report = pass->carryOut(proposal.approve(selection));
+  const auto report = TidyPass::begin(services)->carryOut(proposal.approve(selection));
   EXPECT_EQ(report.moved(), 2);
   EXPECT_EQ(report.failed, 3) << "somebody works with a folder that has grown";
   EXPECT_THAT(files(),
@@ -55,24 +54,23 @@ TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
 }
 
 TEST_F(TidyTaskTest, noTwoPassesOverlap) {
-  arrive("a.pdf", -10);
   {
-    const auto pass = TidyPass::begin(services, wish(), day(1));
+    const auto pass = TidyPass::begin(services);
     ASSERT_TRUE(pass);
-    EXPECT_FALSE(TidyPass::begin(services, wish(), day(1)));
+    EXPECT_FALSE(TidyPass::begin(services));
   }
-  EXPECT_TRUE(TidyPass::begin(services, wish(), day(1)));
+  EXPECT_TRUE(TidyPass::begin(services));
 }
 
 TEST_F(TidyTaskTest, namesTheFoldersThatItCannotLookAt) {
   auto several = wish();
   several.folders.insert(several.folders.begin(), {tree.url("missing"), FileUrl("/etc")});
   arrive("a.pdf", -10);
-  const auto pass = TidyPass::begin(services, several, day(1));
-  ASSERT_EQ(pass->notices().size(), 2U);
-  EXPECT_EQ(std::get<FolderLeftOut>(pass->notices()[0]).why, FolderLeftOut::Why::missing);
-  EXPECT_EQ(std::get<FolderLeftOut>(pass->notices()[1]).why, FolderLeftOut::Why::refused);
-  EXPECT_EQ(pass->proposals().size(), 1U);
+  const auto look = lookForTidying(services, several, day(1));
+  ASSERT_EQ(look.notices.size(), 2U);
+  EXPECT_EQ(std::get<FolderLeftOut>(look.notices[0]).why, FolderLeftOut::Why::missing);
+  EXPECT_EQ(std::get<FolderLeftOut>(look.notices[1]).why, FolderLeftOut::Why::refused);
+  EXPECT_EQ(look.proposals.size(), 1U);
 }
 
 TEST_F(TidyTaskTest, proposesTheSameAgainFromItsSubject) {
@@ -82,8 +80,8 @@ TEST_F(TidyTaskTest, proposesTheSameAgainFromItsSubject) {
   topicModel.reply = [](const std::string&) { return R"({"plan.pdf": "Travel"})"; };
   auto withTopics = wish();
   withTopics.topics = TopicUse::whenAvailable;
-  const auto pass = TidyPass::begin(services, withTopics, day(1));
-  const auto& proposal = pass->proposals().at(0).proposal;
+  withTopics.folders.push_back(FileUrl(tree.folder("Desktop")));
+  const auto proposal = *proposeTidy(services, withTopics, day(1));
   topicModel.reply = {};
   auto subject = parseJson(jsonText(proposal.subject()));
   const auto again = reproposeTidy(services, subject, roots(), proposal.countedTo());
@@ -98,7 +96,8 @@ TEST_F(TidyTaskTest, proposesTheSameAgainFromItsSubject) {
   EXPECT_EQ(places(*again), places(proposal));
   EXPECT_THAT(places(*again), testing::Contains(tree.path("Downloads/Sorted/Travel/plan.pdf")));
 
-  subject["topics"] = Json::array({Json::array({"plan.pdf", "Recents"}), Json::array({"letter.pdf", "../x"})});
+  subject["folders"][0]["topics"] =
+      Json::array({Json::array({"plan.pdf", "Recents"}), Json::array({"letter.pdf", "../x"})});
   EXPECT_THAT(places(*reproposeTidy(services, subject, roots(), day(1))),
               ElementsAre(tree.path("Downloads/Sorted/Documents/PDFs/plan.pdf"), tree.path("Downloads/Recents/new.pdf"),
                           tree.path("Downloads/Sorted/x/letter.pdf")));

@@ -1,0 +1,101 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// What tidying would do now. Nothing moves before it is confirmed.
+Sheet {
+    id: root
+
+    required property TidyModel tidy
+
+    title: qsTr("tray.organize_now")
+    sheetWidth: 640
+    onClosed: tidy.dismiss()
+
+    ColumnLayout {
+        width: parent.width
+        spacing: 12
+
+        BodyText {
+            Layout.fillWidth: true
+            color: Theme.muted
+            text: root.tidy.isLooking
+                  ? qsTr("organize.analyzing")
+                  : root.tidy.selectedCount === 0
+                    ? qsTr("tidy.nothing")
+                    : Texts.joined([Texts.counted("organize.moves", root.tidy.selectedCount),
+                                    Texts.bytes(root.tidy.selectedBytes)], " · ")
+            wrapMode: Text.Wrap
+        }
+
+        CaptionText {
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: Texts.firstLines(root.tidy.remarks, 6)
+            wrapMode: Text.Wrap
+        }
+
+        Meter {
+            Layout.fillWidth: true
+            visible: root.tidy.isLooking
+            value: -1
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.preferredHeight: Math.min(360, list.contentHeight + 2)
+            visible: root.tidy.proposed.length > 0
+            radius: Theme.controlRadius
+            color: Theme.surface
+            border.color: Theme.line
+
+            RowList {
+                id: list
+
+                anchors.fill: parent
+                anchors.margins: 1
+                label: qsTr("tray.organize_now")
+                model: root.tidy.proposed
+                delegate: ItemRow {
+                    required property var modelData
+
+                    width: list.width
+                    hasBox: false
+                    showsChip: false
+                    indent: 16
+                    name: "→ " + modelData.place
+                    remark: Texts.joined(modelData.names, ", ") + (modelData.count > modelData.names.length ? ", …" : "")
+                    warning: modelData.warning
+                    warningSymbol: "warning"
+                    age: Texts.counted("count.items", modelData.count)
+                    size: Texts.bytes(modelData.bytes)
+                }
+            }
+
+            RoundedCorners {
+                radius: Theme.controlRadius
+                ground: Theme.surface
+            }
+        }
+    }
+
+    buttons: [
+        PrimaryButton {
+            visible: root.tidy.selectedCount > 0
+            symbol: "play"
+            text: qsTr("organize.apply_count").arg(Texts.count(root.tidy.selectedCount)).arg(
+                      Texts.bytes(root.tidy.selectedBytes))
+            onClicked: {
+                root.tidy.confirm();
+                root.close();
+            }
+        },
+        PlainButton {
+            focus: true
+            text: qsTr("action.close")
+            onClicked: root.close()
+        }
+    ]
+}
