@@ -77,6 +77,35 @@ def organize(window, home):
     wait_for("the files to come back", lambda: files_below(downloads) == before)
 
 
+# --- tidying
+
+
+def prepare_tidying(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    for name in ("song.mp3", "report.pdf"):
+        (downloads / name).write_bytes(name.encode() * 500)
+        os.utime(downloads / name, (time.time() - DAY,) * 2)
+
+
+def tidy(window, home):
+    downloads = home / "Downloads"
+    before = files_below(downloads)
+
+    window.press("Settings")
+    window.focus("Days in Recents", "spin button")
+    for _ in range(4):
+        window.key(0xFF09)  # Tab
+    window.press("Organize Now")
+    window.sees("2 moves proposed")
+    expect(files_below(downloads) == before, "asking moved something")
+    (downloads / "late.pdf").write_bytes(b"late")
+    os.utime(downloads / "late.pdf", (time.time() - DAY,) * 2)
+    window.press("Move 2 · 9 KB")
+    moved = {"Recents/" + name: content for name, content in before.items()} | {"late.pdf": b"late"}
+    wait_for("the shown files in Recents", lambda: files_below(downloads) == moved)
+
+
 # --- applications
 
 
@@ -125,6 +154,7 @@ if __name__ == "__main__":
             {
                 "duplicates": Scenario(prepare_duplicates, clean_duplicates),
                 "organizer": Scenario(prepare_organizer, organize),
+                "tidying": Scenario(prepare_tidying, tidy),
                 "applications": Scenario(prepare_applications, uninstall),
             }
         )
