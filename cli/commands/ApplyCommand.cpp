@@ -10,6 +10,7 @@
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
+#include "core/tasks/PlanTask.h"
 #include "core/tasks/SavedProposal.h"
 #include "core/tasks/TaskServices.h"
 
@@ -81,11 +82,12 @@ void printRows(Session& session, const Proposal& proposal) {
 ExitStatus run(Session& session, const Arguments& arguments) {
   const bool isDryRun = arguments.has("--dry-run");
   if (!isDryRun) requireConsentPossible(arguments);
-  const auto boundary = boundaryFrom(arguments);
+  auto boundary = boundaryFrom(arguments);
   std::optional<Proposal> proposal;
   try {
     ProgressLine line(session);
     const auto saved = savedFrom(arguments.plain().front());
+    if (saved.kind == TaskKind::plan && !arguments.has("--root")) boundary = planBoundary(TaskServices::shared());
     proposal = proposeSaved(TaskServices::shared(), saved, boundary, scanMonitor(session, line));
   } catch (const JsonError& error) {
     Session::report(fmt::format("{} cannot be applied: {}", escapedForDisplay(arguments.plain().front()),

@@ -1,6 +1,7 @@
 #include "app/agent/AgentModel.h"
 #include "app/apps/AppsModel.h"
 #include "app/duplicates/DuplicatesModel.h"
+#include "app/history/HistoryModel.h"
 #include "app/organize/OrganizeModel.h"
 #include "app/rules/RulesModel.h"
 #include "app/settings/TidyModel.h"
@@ -336,6 +337,33 @@ TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
 
 INSTANTIATE_TEST_SUITE_P(Tasks, FrontEndsAgree, testing::Range(std::size_t{0}, cases().size()),
                          [](const auto& given) { return cases()[given.param].name; });
+
+// Restoring has no rows to choose from: both bring back the same of what both moved.
+TEST_F(FrontEnds, bringBackTheSame) {
+  const auto arrange = [](const TemporaryTree& at) { arrangeDownloads(at, {"a.log", "b.log", "c.log"}, 1); };
+  const auto meanwhile = [](const TemporaryTree& at) {
+    at.file("Downloads/b.log", "in the way");
+    std::filesystem::remove(at.path(".local/share/Trash/files/c.log"));
+  };
+  arrange(tree);
+  arrange(terminalHome);
+  terminal({"folders", "add", "Downloads"});
+  terminal({"clean", "--yes"});
+  cleansInWindow(*this, [] {});
+  meanwhile(tree);
+  meanwhile(terminalHome);
+  terminal({"restore", "--last", "--yes"});
+  JournalFeed feed(services());
+  HistoryModel model(services(), feed);
+  model.reload();
+  EXPECT_TRUE(becomesTrue([&] { return model.isLoaded() && model.runCount() == 1; }));
+  model.restoreRun(0);
+  EXPECT_TRUE(becomesTrue([&] { return !model.isRestoring(); }));
+  EXPECT_EQ(model.warnings().size(), 1);
+  EXPECT_EQ(left(tree), left(terminalHome));
+  EXPECT_EQ(left(tree),
+            (std::vector<std::string>{"Downloads/a.log", "Downloads/b (restored 1).log", "Downloads/b.log"}));
+}
 
 }  // namespace
 }  // namespace orvane::test

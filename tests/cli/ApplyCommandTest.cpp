@@ -51,6 +51,15 @@ TEST_F(ApplyCommand, asksAndStaysInsideTheGrantedFoldersOrTheRootsNamed) {
   EXPECT_EQ(json({"apply", "--yes", "--root", "project", file})["itemsProcessed"], 1);
 }
 
+TEST_F(ApplyCommand, carriesOutASavedPlanWherePlansMayAct) {
+  home.folder("Library/Caches");
+  const auto log = home.file("Library/Logs/old.log", "precious");
+  setAge(log, 40 * 86400.0);
+  EXPECT_EQ(run({"ask", "delete old logs", "--save", "saved.json"}).exitStatus, 0);
+  EXPECT_EQ(json({"apply", "--yes", "saved.json"})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(log));
+}
+
 TEST_F(ApplyCommand, neverReplacesAFileBySaving) {
   recommended();
   home.file("mine.json", "mine");

@@ -10,6 +10,7 @@
 
 #include <exception>
 #include <utility>
+#include <variant>
 
 namespace orvane {
 namespace {
@@ -31,7 +32,13 @@ void HeadlessCoordinator::cleanIfDue() {
     if (!isDue(patience)) return;
     m_with.wait(lookInterval);
   }
-  m_with.schedule.executeScheduledRun();
+  m_with.schedule.carryOutScheduledRun({.approve = [&](const Approval& approval) {
+    for (const auto& notice : approval.proposal().notices()) {
+      const auto* refused = std::get_if<RuleRefused>(&notice);
+      if (refused != nullptr) m_with.console(fmt::format("Rule '{}' is left out: {}", refused->rule, refused->reason));
+    }
+    return true;
+  }});
 }
 
 void HeadlessCoordinator::tidyIfEnabled() {

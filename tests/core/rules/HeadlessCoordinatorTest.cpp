@@ -96,6 +96,20 @@ class HeadlessCoordinatorTest : public TaskFixture {
                                     }}};
 };
 
+TEST_F(HeadlessCoordinatorTest, namesTheRuleThatItLeavesOut) {
+  CleanupRule everything;
+  everything.name = "Everything";
+  everything.action = RuleAction::moveToTrash();
+  rules.addOrUpdateRule(everything);
+  const auto log = arrive("old.log");
+  const auto picture = arrive("holiday.jpg");
+  lastRun(std::chrono::hours(48));
+  headless.carryOut();
+  EXPECT_FALSE(exists(log));
+  EXPECT_TRUE(exists(picture));
+  EXPECT_THAT(console, testing::StartsWith("Rule 'Everything' is left out: "));
+}
+
 TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
   const auto log = arrive("old.log");
   const auto picture = arrive("holiday.jpg");
