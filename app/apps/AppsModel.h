@@ -5,6 +5,7 @@
 #include "core/uninstaller/records/InstalledApp.h"
 
 #include <QtQml/qqmlregistration.h>
+#include <QStringList>
 #include <QVariantList>
 
 #include <cstdint>
@@ -21,6 +22,7 @@ class AppsModel : public orvane::RunModel {
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")
   Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY queryChanged)
+  Q_PROPERTY(QStringList sortKeys READ sortKeys CONSTANT)
   Q_PROPERTY(int sort READ sort WRITE setSort NOTIFY queryChanged)
   Q_PROPERTY(int appCount READ appCount NOTIFY listChanged)
   Q_PROPERTY(bool isListing READ isListing NOTIFY listChanged)
@@ -58,6 +60,10 @@ class AppsModel : public orvane::RunModel {
   // In the name or the identifier, ignoring case.
   void setSearchText(const QString& text);
   // By name, the largest first, or the one that was not used for longest first.
+  // Keys of texts, as Sort counts.
+  [[nodiscard]] static QStringList sortKeys() {
+    return {QStringLiteral("sort.name"), QStringLiteral("sort.size"), QStringLiteral("sort.last_used")};
+  }
   [[nodiscard]] int sort() const noexcept { return m_sort; }
   void setSort(int sort);
   // Of all, shown or not.

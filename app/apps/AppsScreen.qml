@@ -42,7 +42,7 @@ Page {
         MenuButton {
             visible: !root.isEmpty
             label: qsTr("cleanup.sort_by")
-            choices: [qsTr("sort.name"), qsTr("sort.size"), qsTr("sort.last_used")]
+            keys: root.model.sortKeys
             current: root.model.sort
             onChosen: index => root.model.sort = index
         },

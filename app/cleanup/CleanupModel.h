@@ -8,6 +8,7 @@
 #include "core/tasks/Selection.h"
 
 #include <QtQml/qqmlregistration.h>
+#include <QStringList>
 #include <QTimer>
 
 #include <array>
@@ -33,6 +34,8 @@ class CleanupModel : public orvane::RunModel {
   Q_PROPERTY(int riskFilter READ riskFilter WRITE setRiskFilter NOTIFY queryChanged)
   Q_PROPERTY(QString categoryFilter READ categoryFilter WRITE setCategoryFilter NOTIFY queryChanged)
   Q_PROPERTY(QString folderFilter READ folderFilter WRITE setFolderFilter NOTIFY queryChanged)
+  Q_PROPERTY(QStringList sortKeys READ sortKeys CONSTANT)
+  Q_PROPERTY(QStringList riskKeys READ riskKeys CONSTANT)
   Q_PROPERTY(double itemCount READ itemCount NOTIFY countsChanged)
   Q_PROPERTY(double shownCount READ shownCount NOTIFY countsChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
@@ -73,8 +76,17 @@ class CleanupModel : public orvane::RunModel {
 
   [[nodiscard]] QString searchText() const;
   void setSearchText(const QString& text);
+  // Keys of texts, as Sort counts.
+  [[nodiscard]] static QStringList sortKeys() {
+    return {QStringLiteral("sort.size"), QStringLiteral("sort.date"), QStringLiteral("sort.name")};
+  }
   [[nodiscard]] Sort sort() const noexcept;
   void setSort(Sort sort);
+  // Keys of texts: for every risk, then one by one.
+  [[nodiscard]] static QStringList riskKeys() {
+    return {QStringLiteral("cleanup.all_risks"), QStringLiteral("risk.safe"), QStringLiteral("risk.review"),
+            QStringLiteral("risk.manual")};
+  }
   // -1 for every risk.
   [[nodiscard]] int riskFilter() const noexcept;
   void setRiskFilter(int risk);

@@ -12,9 +12,6 @@ Page {
 
     readonly property bool isEmpty: model.itemCount === 0
     readonly property bool isWorking: model.isCleaning || model.isUndoing
-    readonly property var riskChoices: [
-        qsTr("cleanup.all_risks"), qsTr("risk.safe"), qsTr("risk.review"), qsTr("risk.manual")
-    ]
     readonly property bool isFiltered: model.searchText !== "" || model.riskFilter >= 0 || model.categoryFilter !== ""
                                        || model.folderFilter !== ""
     // Scanning again would not help.
@@ -61,14 +58,14 @@ Page {
         MenuButton {
             visible: !root.isEmpty
             label: qsTr("cleanup.filter_by_risk")
-            choices: root.riskChoices
+            keys: root.model.riskKeys
             current: root.model.riskFilter + 1
             onChosen: index => root.model.riskFilter = index - 1
         },
         MenuButton {
             visible: !root.isEmpty
             label: qsTr("cleanup.sort_by")
-            choices: [qsTr("sort.size"), qsTr("sort.date"), qsTr("sort.name")]
+            keys: root.model.sortKeys
             current: root.model.sort
             onChosen: index => root.model.sort = index
         },

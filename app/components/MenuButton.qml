@@ -7,8 +7,9 @@ import Orvane
 PlainButton {
     id: root
 
-    // The texts of the choices, in order.
-    property var choices: []
+    // The texts of the choices, in order, or their keys.
+    property var keys: []
+    property var choices: keys.map(key => qsTr(key))
     property int current: -1
     property string label: ""
     signal chosen(int index)

@@ -6,6 +6,7 @@
 #include "core/tasks/Proposal.h"
 
 #include <QtQml/qqmlregistration.h>
+#include <QStringList>
 #include <QVariantList>
 
 #include <cstdint>
@@ -24,6 +25,7 @@ class DuplicatesModel : public orvane::RunModel {
   QML_UNCREATABLE("made by the program")
   Q_PROPERTY(bool isSearching READ isSearching NOTIFY searchChanged)
   Q_PROPERTY(bool hasSearched READ hasSearched NOTIFY searchChanged)
+  Q_PROPERTY(QStringList keepKeys READ keepKeys CONSTANT)
   Q_PROPERTY(int keepStrategy READ keepStrategy WRITE setKeepStrategy NOTIFY keepStrategyChanged)
   Q_PROPERTY(int stage READ stage NOTIFY stageChanged)
   Q_PROPERTY(double filesFound READ filesFound NOTIFY stageChanged)
@@ -65,6 +67,10 @@ class DuplicatesModel : public orvane::RunModel {
   [[nodiscard]] bool isSearching() const noexcept { return m_isSearching; }
   [[nodiscard]] bool hasSearched() const noexcept { return m_hasSearched; }
   // As DuplicateKeepStrategy counts. Choosing one applies it to every group.
+  // Keys of texts, as DuplicateKeepStrategy counts.
+  [[nodiscard]] static QStringList keepKeys() {
+    return {QStringLiteral("duplicates.keep_oldest"), QStringLiteral("duplicates.keep_shortest")};
+  }
   [[nodiscard]] int keepStrategy() const noexcept { return static_cast<int>(m_strategy); }
   void setKeepStrategy(int strategy);
   [[nodiscard]] int stage() const noexcept { return static_cast<int>(m_progress.stage); }

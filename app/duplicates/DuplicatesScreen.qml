@@ -58,7 +58,7 @@ Page {
         MenuButton {
             label: qsTr("duplicates.keep_label")
             enabled: !root.model.isSearching && !root.model.isWorking
-            choices: [qsTr("duplicates.keep_oldest"), qsTr("duplicates.keep_shortest")]
+            keys: root.model.keepKeys
             current: root.model.keepStrategy
             onChosen: index => root.model.keepStrategy = index
         },

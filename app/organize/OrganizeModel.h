@@ -26,6 +26,7 @@ class OrganizeModel : public orvane::RunModel {
   Q_PROPERTY(QVariantList subfolders READ subfolders NOTIFY setupChanged)
   Q_PROPERTY(QString destination READ destination NOTIFY setupChanged)
   Q_PROPERTY(QString destinationName READ destinationName NOTIFY setupChanged)
+  Q_PROPERTY(QStringList strategyKeys READ strategyKeys CONSTANT)
   Q_PROPERTY(int strategy READ strategy WRITE setStrategy NOTIFY setupChanged)
   Q_PROPERTY(bool includeSubfolders READ includeSubfolders WRITE setIncludeSubfolders NOTIFY setupChanged)
   Q_PROPERTY(bool useTopics READ useTopics WRITE setUseTopics NOTIFY setupChanged)
@@ -70,6 +71,11 @@ class OrganizeModel : public orvane::RunModel {
   // Where the category folders are made.
   [[nodiscard]] QString destination() const;
   [[nodiscard]] QString destinationName() const;
+  // Keys of texts, as OrganizationStrategy counts.
+  [[nodiscard]] static QStringList strategyKeys() {
+    return {QStringLiteral("organize.by_category"), QStringLiteral("organize.by_date"),
+            QStringLiteral("organize.by_type")};
+  }
   // As OrganizationStrategy counts.
   [[nodiscard]] int strategy() const noexcept { return static_cast<int>(m_strategy); }
   void setStrategy(int strategy);

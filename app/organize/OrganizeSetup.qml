@@ -46,7 +46,7 @@ Card {
 
         MenuButton {
             label: qsTr("organize.strategy")
-            choices: [qsTr("organize.by_category"), qsTr("organize.by_date"), qsTr("organize.by_type")]
+            keys: root.model.strategyKeys
             current: root.model.strategy
             onChosen: index => root.model.strategy = index
         }

@@ -75,6 +75,12 @@ QString fieldOf(RulePart part) {
 
 }  // namespace
 
+QStringList RuleEditor::allCategories() {
+  QStringList result;
+  for (const auto category : allScanCategories) result += textFrom(rawValue(category));
+  return result;
+}
+
 void RuleEditor::open(const std::optional<CleanupRule>& rule) {
   m_isNew = !rule;
   m_rule = rule.value_or(CleanupRule{});

@@ -28,9 +28,11 @@ class RuleEditor : public QObject {
   Q_PROPERTY(QString folder READ folder WRITE setFolder NOTIFY edited)
   Q_PROPERTY(QString extensions MEMBER m_extensions NOTIFY edited)
   Q_PROPERTY(QStringList categories MEMBER m_categories NOTIFY edited)
+  Q_PROPERTY(QStringList allCategories READ allCategories CONSTANT)
   Q_PROPERTY(double minimumAgeDays MEMBER m_minimumAgeDays NOTIFY edited)
   Q_PROPERTY(double minimumSizeBytes MEMBER m_minimumSizeBytes NOTIFY edited)
   Q_PROPERTY(QString namePattern MEMBER m_namePattern NOTIFY edited)
+  Q_PROPERTY(QStringList actionKeys READ actionKeys CONSTANT)
   Q_PROPERTY(int action MEMBER m_action NOTIFY edited)
   Q_PROPERTY(QString actionPath READ actionPath WRITE setActionPath NOTIFY edited)
   Q_PROPERTY(QVariantMap problems READ problems NOTIFY checked)
@@ -54,6 +56,12 @@ class RuleEditor : public QObject {
   [[nodiscard]] QString folder() const { return m_folder; }
   // Paths, also as a dialog gives them.
   void setFolder(const QString& pathOrUrl);
+  // Names of all that a rule can ask for.
+  [[nodiscard]] static QStringList allCategories();
+  // Keys of texts, as Action counts.
+  [[nodiscard]] static QStringList actionKeys() {
+    return {QStringLiteral("rules.to_trash"), QStringLiteral("rules.to_a_folder"), QStringLiteral("rules.review_only")};
+  }
   [[nodiscard]] QString actionPath() const { return m_actionPath; }
   void setActionPath(const QString& pathOrUrl);
 

@@ -15,10 +15,6 @@ Sheet {
     readonly property var problems: editor.problems
     readonly property string problem: problems.rule ?? problems.name ?? ""
     readonly property var categories: editor.categories
-    readonly property var categoryNames: [
-        "caches", "logs", "developerCaches", "oldDownloads", "screenshots", "largeFiles", "duplicates", "appLeftovers",
-        "trash", "messagingMedia", "browserCaches", "manualReview"
-    ]
 
     function toggleCategory(name: string) {
         const current = root.categories.slice();
@@ -121,7 +117,7 @@ Sheet {
             rowSpacing: 4
 
             Repeater {
-                model: root.categoryNames
+                model: root.editor.allCategories
 
                 TriStateBox {
                     required property string modelData
@@ -183,7 +179,7 @@ Sheet {
             MenuButton {
                 Layout.alignment: Qt.AlignTop
                 label: qsTr("rules.action")
-                choices: [qsTr("rules.to_trash"), qsTr("rules.to_a_folder"), qsTr("rules.review_only")]
+                keys: root.editor.actionKeys
                 current: root.editor.action
                 onChosen: index => root.editor.action = index
             }

@@ -56,8 +56,7 @@ SettingsCard {
 
         MenuButton {
             label: qsTr("settings.frequency")
-            choices: [qsTr("settings.daily"), qsTr("settings.weekly"), qsTr("settings.monthly"),
-                      qsTr("settings.low_space")]
+            keys: root.model.frequencyKeys
             current: root.model.scheduleFrequency
             onChosen: index => root.model.scheduleFrequency = index
         }

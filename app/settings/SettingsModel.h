@@ -7,6 +7,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantList>
 
 #include <functional>
@@ -33,6 +34,7 @@ class SettingsModel : public QObject {
   Q_PROPERTY(QVariantList folders READ folders NOTIFY changed)
   Q_PROPERTY(QString folderError READ folderError NOTIFY changed)
   Q_PROPERTY(bool scheduleEnabled READ scheduleEnabled WRITE setScheduleEnabled NOTIFY changed)
+  Q_PROPERTY(QStringList frequencyKeys READ frequencyKeys CONSTANT)
   Q_PROPERTY(int scheduleFrequency READ scheduleFrequency WRITE setScheduleFrequency NOTIFY changed)
   Q_PROPERTY(int scheduleThresholdGB READ scheduleThresholdGB WRITE setScheduleThresholdGB NOTIFY changed)
   Q_PROPERTY(bool scheduleApprovedOnly READ scheduleApprovedOnly WRITE setScheduleApprovedOnly NOTIFY changed)
@@ -74,6 +76,11 @@ class SettingsModel : public QObject {
   [[nodiscard]] const QString& folderError() const noexcept { return m_folderError; }
   [[nodiscard]] bool scheduleEnabled() const noexcept { return m_state.schedule.isEnabled; }
   void setScheduleEnabled(bool isEnabled);
+  // Keys of texts, as the frequency counts.
+  [[nodiscard]] static QStringList frequencyKeys() {
+    return {QStringLiteral("settings.daily"), QStringLiteral("settings.weekly"), QStringLiteral("settings.monthly"),
+            QStringLiteral("settings.low_space")};
+  }
   [[nodiscard]] int scheduleFrequency() const;
   void setScheduleFrequency(int frequency);
   // Kept while another frequency is chosen.

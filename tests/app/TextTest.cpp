@@ -54,7 +54,9 @@ TEST(Texts, areThereForEveryKeyThatTheScreensName) {
 
 TEST(Texts, areThereForEveryKeyThatTheModelsName) {
   const auto keys = textKeys();
-  const auto inModels = mentioned("app", ".cpp", std::regex(R"re("([a-z]+\.[a-z][a-zA-Z_]*(?:\.[a-z]+)*)")re"));
+  const std::regex quotedKey(R"re("([a-z]+\.[a-z][a-zA-Z_]*(?:\.[a-z]+)*)")re");
+  auto inModels = mentioned("app", ".cpp", quotedKey);
+  inModels.merge(mentioned("app", ".h", quotedKey));
   ASSERT_GT(inModels.size(), 30U);
   for (const auto& key : inModels) {
     if (key.starts_with("org.")) continue;  // names on the message bus
@@ -79,6 +81,7 @@ TEST(Texts, areShownSomewhere) {
   const std::array<std::string_view, 4> composed{"category.", "reason.", "risk.", "unit."};
   const std::regex quoted(R"re("([a-z]+\.[a-zA-Z_.]+)")re");
   auto named = mentioned("app", ".cpp", quoted);
+  named.merge(mentioned("app", ".h", quoted));
   named.merge(mentioned("app", ".qml", quoted));
   named.merge(mentioned("platform", ".cpp", quoted));
   named.merge(mentioned("core/rules", ".cpp", quoted));
