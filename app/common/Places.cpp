@@ -1,18 +1,16 @@
 #include "app/common/Places.h"
 
 #include "app/common/Text.h"
-#include "core/base/text/UnicodeText.h"
+#include "core/base/files/PlaceText.h"
 
 namespace orvane {
 
 std::optional<FileUrl> placeFrom(const QString& pathOrUrl) {
-  const auto text = pathOrUrl.toStdString();
-  if (text.starts_with('/')) return FileUrl(text);
-  return FileUrl::fromAbsoluteString(text);
+  return placeFromPathOrUrl(pathOrUrl.toStdString());
 }
 
 QString placeText(const FileUrl& place) {
-  return textFrom(isValidUtf8(place.path()) ? place.path() : place.absoluteString());
+  return textFrom(pathOrUrl(place));
 }
 
 QVariantList folderList(const std::vector<FileUrl>& folders) {

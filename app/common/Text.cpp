@@ -1,5 +1,6 @@
 #include "app/common/Text.h"
 
+#include "core/base/files/PlaceText.h"
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/localization/LocalizationManager.h"
@@ -41,8 +42,7 @@ double milliseconds(const std::optional<Date>& date) {
 }
 
 QString shownPath(std::string_view path, const FileUrl& home) {
-  const auto inside = home.path() + "/";
-  return shownName(path.starts_with(inside) ? "~/" + std::string(path.substr(inside.size())) : std::string(path));
+  return textFrom(displayPath(path, home.path()));
 }
 
 }  // namespace orvane

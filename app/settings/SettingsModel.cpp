@@ -5,8 +5,8 @@
 #include "app/settings/TidyModel.h"
 #include "core/assistant/records/AIProvider.h"
 #include "core/assistant/services/KeychainService.h"
+#include "core/base/files/PlaceText.h"
 #include "core/base/text/Json.h"
-#include "core/base/text/UnicodeText.h"
 #include "core/platform/HttpUrl.h"
 #include "core/platform/Preferences.h"
 #include "core/rules/schedule/ScheduleCoordinator.h"
@@ -49,11 +49,6 @@ ScheduleFrequency frequencyFrom(int index, int thresholdGB) {
 QString textPreference(const Preferences& preferences, std::string_view key) {
   const auto value = preferences.value(key);
   return value && value->is_string() ? textFrom(value->get<std::string>()) : QString();
-}
-
-// As the settings keep it: a path, or its URL where it is not UTF-8.
-std::string storedForm(const FileUrl& folder) {
-  return isValidUtf8(folder.path()) ? folder.path() : folder.absoluteString();
 }
 
 }  // namespace
@@ -287,7 +282,7 @@ QVariantList SettingsModel::autoFolders() const {
 void SettingsModel::addAutoFolder(const QString& url) {
   const auto folder = placeFrom(url).value_or(FileUrl());
   if (folder == FileUrl()) return;
-  m_with.tidy.update([form = storedForm(folder)](AutoOrganizeSettings& settings) {
+  m_with.tidy.update([form = pathOrUrl(folder)](AutoOrganizeSettings& settings) {
     if (std::ranges::find(settings.folderPaths, form) == settings.folderPaths.end()) {
       settings.folderPaths.push_back(form);
     }

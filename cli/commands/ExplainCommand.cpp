@@ -3,6 +3,7 @@
 #include "cli/frame/FileArguments.h"
 #include "cli/frame/Session.h"
 #include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PlaceText.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/tasks/ExplainTask.h"
@@ -24,7 +25,7 @@ Json orNull(const std::optional<Value>& value) {
 Json jsonFrom(const Explanation& explanation) {
   const auto& item = explanation.item;
   Json json = Json::object();
-  json["path"] = pathForJson(explanation.place);
+  json["path"] = pathOrUrl(explanation.place);
   json["category"] = item ? Json(rawValue(item->category)) : Json();
   json["riskLabel"] = item ? Json(rawValue(item->riskLabel)) : Json();
   json["isAllowed"] = !explanation.refusal.has_value();

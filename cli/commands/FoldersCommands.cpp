@@ -3,6 +3,7 @@
 #include "cli/frame/FileArguments.h"
 #include "cli/frame/ProposalRun.h"
 #include "cli/frame/Session.h"
+#include "core/base/files/PlaceText.h"
 #include "core/base/text/Json.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/TaskServices.h"
@@ -16,7 +17,7 @@ ExitStatus print(Session& session) {
   const auto folders = listedGrants(TaskServices::shared());
   if (session.isJson()) {
     Json json = Json::array();
-    for (const auto& folder : folders) json.push_back(pathForJson(folder));
+    for (const auto& folder : folders) json.push_back(pathOrUrl(folder));
     session.out().line(jsonText(json));
     return ExitStatus::done;
   }

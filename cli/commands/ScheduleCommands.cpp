@@ -19,6 +19,8 @@
 
 #include <array>
 #include <charconv>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -29,6 +31,7 @@ namespace {
 constexpr std::string_view lowDiskPrefix = "low-disk:";
 
 constexpr std::array runOptions{
+    saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -112,10 +115,12 @@ ExitStatus runDue(Session& session, const Arguments& /*arguments*/) {
 }
 
 ExitStatus runRun(Session& session, const Arguments& arguments) {
-  requireConsentPossible(arguments);
+  const bool isToSave = arguments.has("--save");
+  if (!isToSave) requireConsentPossible(arguments);
   tellJournalNotices();
   Proposal proposal;
   auto answer = Answer::yes;
+  std::optional<ExitStatus> saved;
   const auto stop = session.stop();
   RunReport report;
   {
@@ -125,6 +130,10 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
             [&](const Approval& approval) {
               proposal = approval.proposal();
               tellNotices(proposal.notices());
+              if (isToSave) {
+                saved = saveProposal(session, arguments, approval);
+                return false;
+              }
               printMoves(session, proposal);
               if (!approval.empty()) answer = askToMove(session, arguments, approval);
               return answer == Answer::yes;
@@ -134,6 +143,8 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
     });
   }
   tellJournalNotices();
+  if (isToSave && saved) return *saved;
+  if (isToSave) throw std::runtime_error("no rule is switched on, so there is nothing to save");
   if (answer == Answer::interrupted || (report.outcomes.empty() && stop.stop_requested())) {
     return ExitStatus::interrupted;
   }

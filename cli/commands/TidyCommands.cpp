@@ -7,6 +7,7 @@
 #include "cli/frame/Session.h"
 #include "cli/frame/UsageError.h"
 #include "cli/text/OrganizeText.h"
+#include "core/base/files/PlaceText.h"
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
@@ -120,7 +121,7 @@ ExitStatus runSet(Session& session, const Arguments& arguments) {
   std::vector<std::string> paths;
   for (const auto& folder : folders) {
     if (const auto refusal = refusalOf(folder)) throw UsageError(fmt::format("--folder: {}", *refusal));
-    paths.push_back(pathForJson(folder));
+    paths.push_back(pathOrUrl(folder));
   }
   const auto dayCount = days ? std::optional(daysFrom(*days)) : std::nullopt;
   return change(session, [&](AutoOrganizeSettings& settings) {

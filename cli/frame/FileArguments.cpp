@@ -3,7 +3,7 @@
 #include "cli/frame/UsageError.h"
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/HomeFolder.h"
-#include "core/base/files/PathText.h"
+#include "core/base/files/PlaceText.h"
 #include "core/base/text/UnicodeText.h"
 
 #include <fmt/format.h>
@@ -35,16 +35,7 @@ std::vector<FileUrl> placesFromArguments(const std::vector<std::string>& texts) 
 }
 
 std::string shownPath(const FileUrl& url) {
-  const std::string home = homeFolder();
-  const std::string& path = url.path();
-  if (home != "/" && path != home && isSameOrInside(path, home)) {
-    return "~" + escapedForDisplay(std::string_view(path).substr(home.size()));
-  }
-  return escapedForDisplay(path);
-}
-
-std::string pathForJson(const FileUrl& url) {
-  return isValidUtf8(url.path()) ? url.path() : url.absoluteString();
+  return displayPath(url.path(), homeFolder());
 }
 
 }  // namespace orvane::cli

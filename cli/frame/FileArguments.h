@@ -19,7 +19,5 @@ namespace orvane::cli {
 
 // For people: escaped, and with "~" for the home folder.
 [[nodiscard]] std::string shownPath(const FileUrl& url);
-// For JSON texts that hold a path: the path itself, or its URL where it is not UTF-8.
-[[nodiscard]] std::string pathForJson(const FileUrl& url);
 
 }  // namespace orvane::cli

@@ -9,6 +9,7 @@
 #include "core/assistant/records/AIProvider.h"
 #include "core/base/files/AtomicFile.h"
 #include "core/base/files/FileStatus.h"
+#include "core/base/files/PlaceText.h"
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
@@ -188,7 +189,7 @@ Json reportJson(const Proposal& proposal, const RunReport& report) {
   auto& failures = json["failures"] = Json::array();
   forEachFailure(proposal, report, [&](const FileUrl& place, const std::string& reason) {
     Json entry = Json::object();
-    entry["path"] = pathForJson(place);
+    entry["path"] = pathOrUrl(place);
     entry["error"] = reason;
     failures.push_back(std::move(entry));
   });

@@ -83,6 +83,18 @@ TEST_F(ScheduleCommand, movesWhatWasShownAndWarnsOfWhatIsSynced) {
   EXPECT_TRUE(exists(arrived));
 }
 
+TEST_F(ScheduleCommand, savesWhatARunWouldMove) {
+  onlyLogs();
+  const auto file = recommended();
+  EXPECT_EQ(run({"schedule", "run", "--save", "saved.json"}).exitStatus, 0);
+  EXPECT_TRUE(exists(file));
+  EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
+  const auto later = recommended("later.log");
+  EXPECT_EQ(json({"apply", "--yes", "saved.json"})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(file));
+  EXPECT_TRUE(exists(later));
+}
+
 TEST_F(ScheduleCommand, losesNothingWhenARunIsKilled) {
   onlyLogs();
   std::vector<std::string> files;

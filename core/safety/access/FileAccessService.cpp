@@ -2,7 +2,7 @@
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/DirectoryReader.h"
-#include "core/base/text/UnicodeText.h"
+#include "core/base/files/PlaceText.h"
 #include "core/platform/StoredValue.h"
 #include "core/safety/records/ManagedFolderType.h"
 
@@ -14,12 +14,11 @@ namespace {
 using Bookmarks = std::map<std::string, std::string>;
 
 std::string keyOf(const std::string& path) {
-  return isValidUtf8(path) ? path : FileUrl(path).absoluteString();
+  return pathOrUrl(FileUrl(path));
 }
 
 FileUrl folderOf(const std::string& key) {
-  if (key.starts_with('/')) return FileUrl(key);
-  return FileUrl::fromAbsoluteString(key).value_or(FileUrl(key));
+  return placeFromPathOrUrl(key).value_or(FileUrl(key));
 }
 
 // A damaged bookmark is kept as one that leads nowhere, so that its folder's path counts.
