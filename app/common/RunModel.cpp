@@ -120,28 +120,33 @@ void RunModel::cancel() {
 }
 
 void RunModel::undo() {
-  if (!canUndo()) return;
-  begin(Work::restoring, m_report.moved());
-  m_workQueue.post([this, run = *m_lastRun, look = m_lookAfterUndo, progress = progressFor(),
+  if (canUndo()) startRestore({*m_lastRun}, m_report.moved());
+}
+
+void RunModel::startRestore(RestoreWish wish, std::int64_t total) {
+  if (isWorking()) return;
+  begin(Work::restoring, total);
+  m_workQueue.post([this, wish = std::move(wish), look = m_lookAfterUndo, progress = progressFor(),
                     stop = m_stop.get_token()](const std::stop_token&) {
-    const auto result = restoreNow(m_services.tasks, {run}, progress, stop);
+    const auto restored = restoreNow(m_services.tasks, wish, progress, stop);
     const auto after = look ? look() : std::function<void()>();
-    callOn(this, [this, result, after, isComplete = !stop.stop_requested()] {
+    callOn(this, [this, restored, after, isComplete = !stop.stop_requested()] {
       if (after) after();
-      finishUndo(result.count, result.warnings, isComplete);
+      m_work = Work::none;
+      m_result = Result::restored;
+      m_restoredCount = restored.count;
+      m_warnings = restored.warnings;
+      // One that was stopped can be taken up again.
+      if (isComplete) m_lastRun.reset();
+      Q_EMIT workChanged();
+      Q_EMIT undone();
     });
   });
 }
 
-void RunModel::finishUndo(std::int64_t count, std::vector<std::string> warnings, bool isComplete) {
-  m_work = Work::none;
-  m_result = Result::restored;
-  m_restoredCount = count;
-  m_warnings = std::move(warnings);
-  // One that was stopped can be taken up again.
-  if (isComplete) m_lastRun.reset();
+void RunModel::addWarnings(const std::vector<std::string>& warnings) {
+  m_warnings.insert(m_warnings.end(), warnings.begin(), warnings.end());
   Q_EMIT workChanged();
-  Q_EMIT undone();
 }
 
 QStringList RunModel::messages() const {

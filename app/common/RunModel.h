@@ -4,6 +4,7 @@
 #include "app/shell/WindowServices.h"
 #include "core/base/values/Uuid.h"
 #include "core/tasks/Proposal.h"
+#include "core/tasks/RestoreTask.h"
 #include "core/tasks/RunReport.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -78,6 +79,10 @@ class RunModel : public QAbstractListModel {
   void startRun(std::int64_t total, CarryOut carryOut, Finished finished = {});
   // The same for what the user approved.
   void startRun(Approval approval, Finished finished = {});
+  // Brings back in the background what the wish names, of so many items where that is known; undone() tells the end.
+  void startRestore(RestoreWish wish, std::int64_t total = 0);
+  // Adds to what messages() tells.
+  void addWarnings(const std::vector<std::string>& warnings);
   // For a search in the background: progressText() tells how many files it has counted here, until stopLooking().
   using LookedCount = std::shared_ptr<std::atomic<std::size_t>>;
   [[nodiscard]] LookedCount startLooking();
@@ -100,7 +105,6 @@ class RunModel : public QAbstractListModel {
 
   void begin(Work work, std::int64_t total);
   [[nodiscard]] RunProgress progressFor();
-  void finishUndo(std::int64_t count, std::vector<std::string> warnings, bool isComplete);
 
   WindowServices m_services;
   Work m_work = Work::none;

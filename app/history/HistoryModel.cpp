@@ -1,8 +1,6 @@
 #include "app/history/HistoryModel.h"
 
-#include "app/common/ProgressPace.h"
 #include "app/common/Text.h"
-#include "core/base/text/ByteCount.h"
 #include "core/base/text/CaselessSearch.h"
 #include "core/platform/Desktop.h"
 
@@ -15,25 +13,20 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t mostWarnings = 300;
-
 // In the order of ItemState.
 constexpr std::array<std::string_view, 4> stateKeys{"state.restored", "state.in_trash", "state.moved", "state.gone"};
 
 }  // namespace
 
 HistoryModel::HistoryModel(WindowServices services, JournalFeed& feed, QObject* parent)
-    : QAbstractListModel(parent), m_services(std::move(services)), m_feed(feed) {
+    : RunModel(std::move(services), parent), m_feed(feed) {
   connect(&m_feed, &JournalFeed::loaded, this, &HistoryModel::rebuild);
-  connect(&m_feed, &JournalFeed::noticed, this, [this](const std::vector<std::string>& lines) {
-    m_warnings.insert(m_warnings.end(), lines.begin(), lines.end());
-    Q_EMIT workChanged();
-  });
+  connect(&m_feed, &JournalFeed::noticed, this, &HistoryModel::addWarnings);
+  connect(this, &RunModel::undone, &m_feed, &JournalFeed::reload);
 }
 
 HistoryModel::~HistoryModel() {
   m_rebuildStop.request_stop();
-  m_restoreStop.request_stop();
 }
 
 int HistoryModel::runCount() const {
@@ -77,7 +70,7 @@ void HistoryModel::rebuild() {
   m_viewQueue.post(
       [this, contents = m_feed.contents(), query = m_query, stop = m_rebuildStop.get_token()](const std::stop_token&) {
         if (stop.stop_requested()) return;
-        auto view = std::make_shared<const View>(viewOf(m_services.tasks, contents, query, stop));
+        auto view = std::make_shared<const View>(viewOf(services().tasks, contents, query, stop));
         if (stop.stop_requested()) return;
         callOn(this, [this, view = std::move(view), stop] {
           if (!stop.stop_requested()) show(view);
@@ -177,9 +170,9 @@ QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
     case NameRole:
       return shownName(entry.originalURL.lastPathComponent());
     case PlaceRole:
-      return shownPlace(entry.originalURL, m_services.tasks.home);
+      return shownPlace(entry.originalURL, services().tasks.home);
     case DestinationRole:
-      return shownPlace(entry.trashedURL, m_services.tasks.home);
+      return shownPlace(entry.trashedURL, services().tasks.home);
     case CountRole:
       return 1.0;
     case BytesRole:
@@ -234,74 +227,12 @@ void HistoryModel::restore(const QString& runId) {
   if (const auto id = Uuid::parse(runId.toStdString())) startRestore({*id});
 }
 
-void HistoryModel::startRestore(RestoreWish wish) {
-  if (m_isRestoring) return;
-  m_isRestoring = true;
-  m_restoreStop = {};
-  m_done = 0;
-  m_total = 0;
-  m_restoredCount.reset();
-  m_warnings.clear();
-  Q_EMIT progressChanged();
-  Q_EMIT workChanged();
-  m_workQueue.post([this, wish = std::move(wish), stop = m_restoreStop.get_token()](const std::stop_token&) {
-    ProgressPace pace;
-    const auto progress = [&](std::size_t done, std::size_t total) {
-      if (!pace.isDue(done, total)) return;
-      callOn(this, [this, done, total] {
-        m_done = static_cast<std::int64_t>(done);
-        m_total = static_cast<std::int64_t>(total);
-        Q_EMIT progressChanged();
-      });
-    };
-    const auto restored = restoreNow(m_services.tasks, wish, progress, stop);
-    callOn(this, [this, restored] { finishRestore(restored.count, restored.warnings); });
-  });
-}
-
-void HistoryModel::finishRestore(std::int64_t count, std::vector<std::string> warnings) {
-  m_isRestoring = false;
-  m_restoredCount = count;
-  m_warnings = std::move(warnings);
-  m_feed.reload();
-  Q_EMIT workChanged();
-  Q_EMIT restored();
-}
-
-void HistoryModel::cancel() {
-  m_restoreStop.request_stop();
-}
-
 void HistoryModel::reload() {
   m_feed.reload();
 }
 
 void HistoryModel::clearResult() {
-  m_restoredCount.reset();
-  m_warnings.clear();
-  Q_EMIT workChanged();
-}
-
-QStringList HistoryModel::warnings() const {
-  QStringList result;
-  for (const auto& warning : m_warnings) {
-    if (static_cast<std::size_t>(result.size()) == mostWarnings) break;
-    result += textFrom(warning);
-  }
-  if (m_warnings.size() > mostWarnings) {
-    const auto more = static_cast<std::int64_t>(m_warnings.size() - mostWarnings);
-    result += localizedText("cleanup.more_failures").arg(textFrom(formatCount(more)));
-  }
-  return result;
-}
-
-QString HistoryModel::resultText() const {
-  return m_restoredCount ? countedText("cleanup.restored", *m_restoredCount) : QString();
-}
-
-QString HistoryModel::progressText() const {
-  if (!m_isRestoring) return {};
-  return localizedText("cleanup.restoring_progress").arg(textFrom(formatCount(m_done)), textFrom(formatCount(m_total)));
+  forgetResult();
 }
 
 void HistoryModel::openContainingFolder(int row) {
@@ -309,14 +240,9 @@ void HistoryModel::openContainingFolder(int row) {
   if (entry == nullptr) return;
   const auto& place =
       entry->entry.action == JournalAction::restored ? entry->entry.originalURL : entry->entry.trashedURL;
-  m_workQueue.post([this, place](const std::stop_token&) {
-    if (!m_services.desktop.reveal(place)) qWarning("No file manager could be started.");
+  postWork([this, place](const std::stop_token&) {
+    if (!services().desktop.reveal(place)) qWarning("No file manager could be started.");
   });
-}
-
-void HistoryModel::languageChanged() {
-  Q_EMIT progressChanged();
-  Q_EMIT workChanged();
 }
 
 }  // namespace orvane

@@ -2,13 +2,10 @@
 
 #include "app/common/BackgroundQueue.h"
 #include "app/common/JournalFeed.h"
-#include "app/shell/WindowServices.h"
+#include "app/common/RunModel.h"
 #include "core/safety/records/JournalEntry.h"
-#include "core/tasks/RestoreTask.h"
 
 #include <QtQml/qqmlregistration.h>
-#include <QAbstractListModel>
-#include <QStringList>
 
 #include <cstdint>
 #include <memory>
@@ -21,7 +18,7 @@
 namespace orvane {
 
 // The runs of the undo journal, newest first, and the entries of those that are unfolded, as rows of one list.
-class HistoryModel : public QAbstractListModel {
+class HistoryModel : public orvane::RunModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")
@@ -31,11 +28,6 @@ class HistoryModel : public QAbstractListModel {
   Q_PROPERTY(bool isLoaded READ isLoaded NOTIFY countsChanged)
   Q_PROPERTY(bool isRestoring READ isRestoring NOTIFY workChanged)
   Q_PROPERTY(bool canCancel READ isRestoring NOTIFY workChanged)
-  Q_PROPERTY(QStringList warnings READ warnings NOTIFY workChanged)
-  Q_PROPERTY(QString resultText READ resultText NOTIFY workChanged)
-  Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
-  Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
-  Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
 
  public:
   enum Role {
@@ -69,13 +61,6 @@ class HistoryModel : public QAbstractListModel {
   [[nodiscard]] int runCount() const;
   [[nodiscard]] int shownCount() const noexcept { return static_cast<int>(m_view->runs.size()); }
   [[nodiscard]] bool isLoaded() const noexcept { return m_isLoaded; }
-  [[nodiscard]] bool isRestoring() const noexcept { return m_isRestoring; }
-  // Of the last restore, and what was wrong with the journal.
-  [[nodiscard]] QStringList warnings() const;
-  [[nodiscard]] QString resultText() const;
-  [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
-  [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
-  [[nodiscard]] QString progressText() const;
 
   Q_INVOKABLE void toggleExpanded(int row);
   Q_INVOKABLE void restoreRun(int row);
@@ -83,21 +68,14 @@ class HistoryModel : public QAbstractListModel {
   Q_INVOKABLE void restoreEntry(int row);
   // Does nothing while another one is being restored.
   Q_INVOKABLE void restore(const QString& runId);
-  Q_INVOKABLE void cancel();
   Q_INVOKABLE void reload();
   Q_INVOKABLE void clearResult();
   // Where an item is now: its place in the Trash or the folder that it was moved to.
   Q_INVOKABLE void openContainingFolder(int row);
 
-  // Texts are new.
-  void languageChanged();
-
  Q_SIGNALS:
   void searchTextChanged();
   void countsChanged();
-  void workChanged();
-  void progressChanged();
-  void restored();
 
  private:
   struct ShownEntry {
@@ -131,26 +109,14 @@ class HistoryModel : public QAbstractListModel {
   [[nodiscard]] QVariant entryData(const ShownEntry& entry, int role) const;
   void rebuild();
   void show(std::shared_ptr<const View> view);
-  // Has it carried out in the background.
-  void startRestore(RestoreWish wish);
-  void finishRestore(std::int64_t count, std::vector<std::string> warnings);
 
-  WindowServices m_services;
   JournalFeed& m_feed;
   Query m_query;
   std::shared_ptr<const View> m_view = std::make_shared<View>();
   bool m_isLoaded = false;
   std::stop_source m_rebuildStop;
 
-  bool m_isRestoring = false;
-  std::stop_source m_restoreStop;
-  std::int64_t m_done = 0;
-  std::int64_t m_total = 0;
-  std::optional<std::int64_t> m_restoredCount;
-  std::vector<std::string> m_warnings;
-
   BackgroundQueue m_viewQueue;
-  BackgroundQueue m_workQueue;
 };
 
 }  // namespace orvane

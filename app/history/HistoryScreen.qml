@@ -68,11 +68,11 @@ Page {
 
         Notice {
             Layout.fillWidth: true
-            visible: !root.model.isRestoring && root.model.warnings.length > 0
+            visible: !root.model.isRestoring && root.model.messages.length > 0
             isWarning: true
-            text: Texts.counted("history.not_restored", root.model.warnings.length)
-            detail: Texts.firstLines(root.model.warnings, 4)
-            action: root.model.warnings.length > 4 ? qsTr("history.show_all_warnings") : ""
+            text: Texts.counted("history.not_restored", root.model.messages.length)
+            detail: Texts.firstLines(root.model.messages, 4)
+            action: root.model.messages.length > 4 ? qsTr("history.show_all_warnings") : ""
             onActed: warnings.open()
         }
 
@@ -127,8 +127,8 @@ Page {
     AlertDialog {
         id: warnings
 
-        title: Texts.counted("history.not_restored", root.model.warnings.length)
+        title: Texts.counted("history.not_restored", root.model.messages.length)
         message: qsTr("history.warnings_text")
-        details: root.model.warnings
+        details: root.model.messages
     }
 }

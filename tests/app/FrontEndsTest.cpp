@@ -359,7 +359,7 @@ TEST_F(FrontEnds, bringBackTheSame) {
   EXPECT_TRUE(becomesTrue([&] { return model.isLoaded() && model.runCount() == 1; }));
   model.restoreRun(0);
   EXPECT_TRUE(becomesTrue([&] { return !model.isRestoring(); }));
-  EXPECT_EQ(model.warnings().size(), 1);
+  EXPECT_EQ(model.messages().size(), 1);
   EXPECT_EQ(left(tree), left(terminalHome));
   EXPECT_EQ(left(tree),
             (std::vector<std::string>{"Downloads/a.log", "Downloads/b (restored 1).log", "Downloads/b.log"}));

@@ -55,7 +55,7 @@ TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
   EXPECT_EQ(contentOf(tree.path("Downloads/a.txt")), "first");
   EXPECT_EQ(contentOf(tree.path("Downloads/b.txt")), "second");
   EXPECT_EQ(value(0, HistoryModel::StateKeyRole).toString(), "state.restored");
-  EXPECT_THAT(model->warnings(), IsEmpty());
+  EXPECT_THAT(model->messages(), IsEmpty());
   model->toggleExpanded(0);
   EXPECT_TRUE(showsRows(1));
 }
@@ -78,7 +78,7 @@ TEST_F(HistoryModelTest, bringsBackOneItemAndLeavesTheOthers) {
   ASSERT_TRUE(becomesTrue([this] { return !value(0, HistoryModel::CanRestoreRole).toBool(); }));
   EXPECT_EQ(value(0, HistoryModel::StateKeyRole).toString(), "state.restored");
   EXPECT_EQ(contentOf(tree.path("Downloads/a.txt")), "first");
-  EXPECT_THAT(model->warnings(), IsEmpty());
+  EXPECT_THAT(model->messages(), IsEmpty());
 }
 
 TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
@@ -91,8 +91,8 @@ TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
   EXPECT_EQ(value(1, HistoryModel::StateKeyRole).toString(), "state.gone");
   EXPECT_FALSE(value(1, HistoryModel::CanRestoreRole).toBool());
   model->restoreRun(0);
-  ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring() && !model->warnings().empty(); }));
-  EXPECT_EQ(model->warnings().size(), 1);
+  ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring() && !model->messages().empty(); }));
+  EXPECT_EQ(model->messages().size(), 1);
   EXPECT_TRUE(exists(tree.path("Downloads/b.txt")));
 }
 
@@ -100,8 +100,8 @@ TEST_F(HistoryModelTest, anUnknownRunIsAWarning) {
   ASSERT_TRUE(becomesTrue([this] { return model->isLoaded(); }));
   model->restore(QString::fromStdString(Uuid::random().toString()));
   ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring(); }));
-  ASSERT_EQ(model->warnings().size(), 1);
-  EXPECT_TRUE(model->warnings().front().startsWith("No recorded cleanup run found for ID: "));
+  ASSERT_EQ(model->messages().size(), 1);
+  EXPECT_TRUE(model->messages().front().startsWith("No recorded cleanup run found for ID: "));
 }
 
 TEST_F(HistoryModelTest, findsRunsByWhatTheyMoved) {
