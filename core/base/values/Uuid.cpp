@@ -6,8 +6,9 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
+#include <cstring>
+#include <random>
 
 namespace orvane {
 namespace {
@@ -22,26 +23,27 @@ unsigned currentForkCount() {
   return forkCount.load(std::memory_order_relaxed);
 }
 
-// Random bytes drawn from the system in blocks: a scan makes an identifier per file, and a system call each would
-// cost as much as reading the file's status.
-class RandomPool {
+// Seeded from the system once: a scan makes an identifier for each file, and a system call each would cost as much as
+// reading the file's status. An identifier tells things apart; it is no secret.
+class Generator {
  public:
-  void take(std::array<std::uint8_t, 16>& out) {
-    if (m_used == m_bytes.size() || m_forkCount != currentForkCount()) refill();
-    std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_used), out.size(), out.begin());
-    m_used += out.size();
+  Generator() {
+    std::array<std::uint32_t, 8> seed{};
+    if (::getentropy(seed.data(), sizeof seed) != 0) fatalError("the system gives no random bytes");
+    std::seed_seq sequence(seed.begin(), seed.end());
+    m_engine.seed(sequence);
+  }
+
+  [[nodiscard]] bool isOfThisProcess() const { return m_forkCount == currentForkCount(); }
+
+  void fill(std::array<std::uint8_t, 16>& bytes) {
+    const std::array<std::uint64_t, 2> words{m_engine(), m_engine()};
+    std::memcpy(bytes.data(), words.data(), sizeof words);
   }
 
  private:
-  void refill() {
-    if (::getentropy(m_bytes.data(), m_bytes.size()) != 0) fatalError("the system gives no random bytes");
-    m_used = 0;
-    m_forkCount = currentForkCount();
-  }
-
-  std::array<std::uint8_t, 256> m_bytes{};
-  std::size_t m_used = 256;
-  unsigned m_forkCount = 0;
+  std::mt19937_64 m_engine;
+  unsigned m_forkCount = currentForkCount();
 };
 
 constexpr bool isHyphenPosition(std::size_t index) {
@@ -51,9 +53,10 @@ constexpr bool isHyphenPosition(std::size_t index) {
 }  // namespace
 
 Uuid Uuid::random() {
-  thread_local RandomPool pool;
+  thread_local std::optional<Generator> generator;
+  if (!generator || !generator->isOfThisProcess()) generator.emplace();
   Uuid result;
-  pool.take(result.m_bytes);
+  generator->fill(result.m_bytes);
   result.m_bytes[6] = static_cast<std::uint8_t>((result.m_bytes[6] & 0x0F) | 0x40);
   result.m_bytes[8] = static_cast<std::uint8_t>((result.m_bytes[8] & 0x3F) | 0x80);
   return result;
