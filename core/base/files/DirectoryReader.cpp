@@ -23,34 +23,15 @@ FileType typeOf(unsigned char type) noexcept {
 
 }  // namespace
 
-void DirectoryReader::Closer::operator()(void* stream) const noexcept {
-  ::closedir(static_cast<DIR*>(stream));
-}
-
 std::optional<DirectoryReader> DirectoryReader::open(int parent, const char* name, Links links) noexcept {
   const int followFlag = links == Links::refuse ? O_NOFOLLOW : 0;
   return from(FileDescriptor(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | followFlag)));
 }
 
-std::optional<DirectoryReader> DirectoryReader::from(FileDescriptor folder) noexcept {
-  if (!folder) return std::nullopt;
-  DIR* stream = ::fdopendir(folder.get());
-  if (stream == nullptr) return std::nullopt;
-  static_cast<void>(folder.release());
-  return DirectoryReader(stream);
-}
-
-std::optional<DirectoryReader::Entry> DirectoryReader::next() noexcept {
-  while (const dirent* entry = ::readdir(static_cast<DIR*>(m_stream.get()))) {
-    const std::string_view name = entry->d_name;
-    if (name == "." || name == "..") continue;
-    return Entry{name, typeOf(entry->d_type)};
-  }
-  return std::nullopt;
-}
-
-int DirectoryReader::descriptor() const noexcept {
-  return ::dirfd(static_cast<DIR*>(m_stream.get()));
+std::optional<DirectoryReader::Entry> DirectoryReader::entryFrom(const char* name, unsigned char type) noexcept {
+  const std::string_view text = name;
+  if (text == "." || text == "..") return std::nullopt;
+  return Entry{text, typeOf(type)};
 }
 
 }  // namespace orvane

@@ -11,7 +11,8 @@
 
 namespace orvane {
 
-// Reads the entries of one folder in the order in which the file system gives them, "." and ".." left out.
+// Reads the entries of one folder in the order in which the file system gives them, "." and ".." left out. The port
+// defines how the entries come from the system: the stream and the functions that use it.
 class DirectoryReader {
  public:
   struct Entry {
@@ -37,11 +38,15 @@ class DirectoryReader {
   [[nodiscard]] int descriptor() const noexcept;
 
  private:
+  struct Stream;
   struct Closer {
-    void operator()(void* stream) const noexcept;
+    void operator()(Stream* stream) const noexcept;
   };
-  explicit DirectoryReader(void* stream) noexcept : m_stream(stream) {}
-  std::unique_ptr<void, Closer> m_stream;
+  explicit DirectoryReader(Stream* stream) noexcept : m_stream(stream) {}
+  // An entry from the fields of POSIX's dirent; absent for "." and "..".
+  static std::optional<Entry> entryFrom(const char* name, unsigned char type) noexcept;
+
+  std::unique_ptr<Stream, Closer> m_stream;
 };
 
 }  // namespace orvane
