@@ -1,20 +1,19 @@
 #include "core/duplicates/DuplicateWalk.h"
 
-#include "core/base/files/DirectoryReader.h"
-#include "core/base/files/PathText.h"
 #include "core/duplicates/SearchMonitor.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/safety/rules/FolderRules.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/scanning/walk/BlackHoleNames.h"
 #include "core/scanning/walk/BundleNames.h"
-#include "core/scanning/walk/FolderPlace.h"
-#include "core/scanning/walk/WorkStack.h"
+#include "core/scanning/walk/FolderVisit.h"
 
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,68 +24,64 @@ namespace {
 constexpr std::array<std::string_view, 2> skippedRootFragments{"Library/Caches", "Library/Developer"};
 constexpr std::string_view photoLibraryEnding = ".photoslibrary";
 
-struct Walk {
+struct Search {
   FoundFiles& found;
   const PathValidator& validator;
   const FileStatusReader& statusReader;
   SearchMonitor& monitor;
   Boundary boundary;
-  HeldFolders held;
+  TreeWalk walk;
 };
 
-class ListFolder : public WorkStack::Task {
+class ListFolder : public FolderVisit<ListFolder> {
  public:
-  ListFolder(Walk& walk, FoundFolder& folder, FolderPlace place)
-      : m_walk(walk), m_folder(folder), m_place(std::move(place)) {}
+  ListFolder(Search& search, FoundFolder& folder, FolderPlace place)
+      : FolderVisit(search.walk, std::move(place)), m_search(search), m_folder(folder) {}
+  ListFolder(ListFolder& parent, std::string_view name, FolderPlace place)
+      : ListFolder(parent.m_search, parent.m_search.found.addFolder(&parent.m_folder, std::string(name)),
+                   std::move(place)) {
+    parent.m_folder.folders.push_back(&m_folder);
+  }
 
-  void run(WorkStack& stack) noexcept override {
+  [[nodiscard]] std::optional<FolderRules> enter() const {
     std::string path;
     m_folder.pathInto(path);
     if (path.size() > 1) path.pop_back();
-    const FolderRules rules(m_walk.validator, path, m_place.canonicalPath, m_walk.boundary);
-    auto reader = rules.refusesAllBelow() ? std::nullopt : m_place.open();
-    if (!reader) return;
-    while (const auto entry = reader->next()) {
-      if (m_walk.monitor.isStopped()) return;
-      if (!entry->name.starts_with('.')) examine(*entry, *reader, rules);
-    }
-    m_folder.files.shrink_to_fit();
-    m_folder.fileNames.shrink_to_fit();
-    m_walk.monitor.addFound(static_cast<std::int64_t>(m_folder.files.size()));
-    stack.push(m_tasks);
+    std::optional<FolderRules> rules(std::in_place, m_search.validator, path, canonicalPath(), m_search.boundary);
+    if (rules->refusesAllBelow()) rules.reset();
+    return rules;
   }
 
- private:
-  void examine(const DirectoryReader::Entry& entry, const DirectoryReader& reader, const FolderRules& rules) {
-    auto type = entry.type;
-    std::optional<FileStatus> status;
-    if (type == FileType::unknown || (type == FileType::regular && rules.admits(entry.name))) {
-      status = m_walk.statusReader.read(reader.descriptor(), entry.nameBytes());
-      type = status ? status->type : FileType::other;
-    }
-    if (type == FileType::directory) return examineFolder(entry.name, reader, rules);
-    if (type != FileType::regular || !status || status->size < 1 || !rules.admits(entry.name)) return;
+  [[nodiscard]] static bool needsStatus(const FolderRules& rules, const Entry& entry) noexcept {
+    return entry.type == FileType::regular && rules.admits(entry.name);
+  }
+  [[nodiscard]] std::optional<FileStatus> readStatus(const char* name) const noexcept {
+    return m_search.statusReader.read(descriptor(), name);
+  }
+
+  void file(const FolderRules& rules, const Entry& entry, const std::optional<FileStatus>& status) {
+    if (!status || status->type != FileType::regular || status->size < 1) return;
+    if (entry.type == FileType::unknown && !rules.admits(entry.name)) return;
     if (m_folder.fileNames.size() > std::numeric_limits<std::uint32_t>::max()) return;
     m_folder.files.emplace_back(*status, static_cast<std::uint32_t>(m_folder.fileNames.size()));
     m_folder.fileNames.append(entry.name).push_back('\0');
   }
 
-  void examineFolder(std::string_view name, const DirectoryReader& reader, const FolderRules& rules) {
+  [[nodiscard]] static Descent folder(const FolderRules& rules, std::string_view name) {
     // A folder that is refused is still entered: what it holds may be allowed.
-    if (rules.admits(name) && (isBlackHoleName(name) || name.ends_with(photoLibraryEnding))) return;
-    if (isBundleName(name)) return;
-    if (m_tasks.empty()) m_self = m_walk.held.hold(reader.descriptor());
-    auto& folder = m_walk.found.addFolder(&m_folder, std::string(name));
-    m_folder.folders.push_back(&folder);
-    m_tasks.push_back(
-        std::make_unique<ListFolder>(m_walk, folder, FolderPlace{m_self, joinPath(m_place.canonicalPath, name)}));
+    const bool isClosed = rules.admits(name) && (isBlackHoleName(name) || name.ends_with(photoLibraryEnding));
+    return {isClosed || isBundleName(name) ? Descent::Kind::skip : Descent::Kind::descend};
   }
 
-  Walk& m_walk;
+  void leave(const FolderRules& /*rules*/) {
+    m_folder.files.shrink_to_fit();
+    m_folder.fileNames.shrink_to_fit();
+    m_search.monitor.addFound(static_cast<std::int64_t>(m_folder.files.size()));
+  }
+
+ private:
+  Search& m_search;
   FoundFolder& m_folder;
-  FolderPlace m_place;
-  std::shared_ptr<const HeldFolder> m_self;
-  WorkStack::Tasks m_tasks;
 };
 
 }  // namespace
@@ -100,8 +95,7 @@ bool isSearchable(const FileUrl& folder) noexcept {
 
 void listCandidates(FoundFiles& found, const std::vector<FileUrl>& folders, const PathValidator& validator,
                     const FileStatusReader& statusReader, SearchMonitor& monitor) {
-  Walk walk{found, validator, statusReader, monitor, PathValidator::canonicalizeRoots(folders), {}};
-  WorkStack stack;
+  Search search{found, validator, statusReader, monitor, PathValidator::canonicalizeRoots(folders), {}};
   WorkStack::Tasks tasks;
   std::vector<FoundFolder*> starts;
   for (std::size_t i = 0; i < folders.size(); ++i) {
@@ -109,10 +103,11 @@ void listCandidates(FoundFiles& found, const std::vector<FileUrl>& folders, cons
     auto& folder = found.addFolder(nullptr, folders[i].path());
     starts.push_back(&folder);
     tasks.push_back(
-        std::make_unique<ListFolder>(walk, folder, FolderPlace{nullptr, walk.boundary.canonicalPaths()[i]}));
+        std::make_unique<ListFolder>(search, folder, FolderPlace{nullptr, search.boundary.canonicalPaths()[i]}));
   }
-  stack.push(tasks);
-  monitor.onAllProcessors([&] { stack.work(); });
+  search.walk.work.push(tasks);
+  const std::stop_callback onStop(monitor.stopToken(), [&] { search.walk.stop(); });
+  monitor.onAllProcessors([&] { search.walk.work.work(); });
   found.settleOrder(starts);
 }
 

@@ -19,6 +19,8 @@ class SearchMonitor {
 
   [[nodiscard]] bool isStopped() const noexcept { return m_stop.stop_requested(); }
 
+  [[nodiscard]] const std::stop_token& stopToken() const noexcept { return m_stop; }
+
   void beginStage(DuplicateProgress::Stage stage, std::int64_t files, std::int64_t bytes) noexcept;
   void addFound(std::int64_t files) noexcept { m_found.fetch_add(files, std::memory_order_relaxed); }
   void settle(std::int64_t files, std::int64_t bytes) noexcept;

@@ -1,19 +1,16 @@
 #include "core/rules/ScheduleCandidates.h"
 
 #include "core/base/files/CanonicalPath.h"
-#include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
 #include "core/organizer/categories/FolderClassifier.h"
 #include "core/scanning/scan/FolderRisk.h"
 #include "core/scanning/walk/BundleNames.h"
-#include "core/scanning/walk/FolderPlace.h"
-#include "core/scanning/walk/WorkStack.h"
+#include "core/scanning/walk/FolderVisit.h"
 
 #include <algorithm>
-#include <atomic>
-#include <deque>
+#include <iterator>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,77 +26,48 @@ struct WalkedFolder {
   std::vector<WalkedFolder*> subfolders;
 };
 
-struct Walk {
-  HeldFolders held;
-  std::atomic<bool> isStopped = false;
-
-  // Folders are added by several threads and never move.
-  WalkedFolder& add() {
-    const std::lock_guard lock(mutex);
-    return folders.emplace_back();
-  }
-
-  std::mutex mutex;
-  std::deque<WalkedFolder> folders;
-};
-
-class ReadFolder : public WorkStack::Task {
+class ReadFolder : public FolderVisit<ReadFolder> {
  public:
-  ReadFolder(Walk& walk, WalkedFolder& folder, const std::string& path, FolderPlace place)
-      : m_walk(walk), m_folder(folder), m_prefix(joinPath(path, "")), m_place(std::move(place)) {}
-
-  void run(WorkStack& stack) override {
-    auto reader = m_place.open();
-    if (!reader) return;
-    const FolderClassifier classifier(m_prefix);
-    const FolderRisk risk(m_prefix);
-    while (const auto entry = reader->next()) {
-      if (m_walk.isStopped.load(std::memory_order_relaxed)) return;
-      if (!entry->name.starts_with('.')) examine(*entry, *reader, {classifier, risk});
-    }
-    stack.push(m_tasks);
-  }
-
- private:
-  struct Judges {
-    const FolderClassifier& classifier;
-    const FolderRisk& risk;
+  struct Rules {
+    FolderClassifier classifier;
+    FolderRisk risk;
   };
 
-  void examine(const DirectoryReader::Entry& entry, const DirectoryReader& reader, const Judges& judges) {
-    auto type = entry.type;
-    std::optional<FileStatus> status;
-    if (type == FileType::regular || type == FileType::unknown) {
-      status = readFileStatus(reader.descriptor(), entry.nameBytes());
-      type = status ? status->type : FileType::other;
-    }
-    if (type == FileType::regular && status) return addFile(entry.name, *status, judges);
-    if (type != FileType::directory || isBundleName(entry.name)) return;
-    if (m_tasks.empty()) m_self = m_walk.held.hold(reader.descriptor());
-    auto& folder = m_walk.add();
-    m_folder.subfolders.push_back(&folder);
-    m_tasks.push_back(std::make_unique<ReadFolder>(m_walk, folder, m_prefix + std::string(entry.name),
-                                                   FolderPlace{m_self, joinPath(m_place.canonicalPath, entry.name)}));
+  ReadFolder(TreeWalk& walk, SteadyList<WalkedFolder>& folders, const std::string& path, FolderPlace place)
+      : FolderVisit(walk, std::move(place)),
+        m_folders(folders),
+        m_folder(folders.add()),
+        m_prefix(joinPath(path, "")) {}
+  ReadFolder(ReadFolder& parent, std::string_view name, FolderPlace place)
+      : ReadFolder(parent.m_walk, parent.m_folders, joinPath(parent.m_prefix, name), std::move(place)) {
+    parent.m_folder.subfolders.push_back(&m_folder);
   }
 
-  void addFile(std::string_view name, const FileStatus& status, const Judges& judges) {
+  [[nodiscard]] WalkedFolder& found() const noexcept { return m_folder; }
+
+  [[nodiscard]] std::optional<Rules> enter() const { return Rules{FolderClassifier(m_prefix), FolderRisk(m_prefix)}; }
+
+  [[nodiscard]] static Descent folder(const Rules& /*rules*/, std::string_view name) {
+    return {isBundleName(name) ? Descent::Kind::skip : Descent::Kind::descend};
+  }
+
+  void file(const Rules& rules, const Entry& entry, const std::optional<FileStatus>& status) {
+    if (!status || status->type != FileType::regular) return;
     FileItem::Fields fields;
-    fields.url = FileUrl(std::string(m_prefix).append(name));
+    fields.url = FileUrl(std::string(m_prefix).append(entry.name));
     fields.relativeStart = static_cast<std::uint32_t>(m_prefix.size());
-    fields.identity = ItemIdentity::of(status);
-    fields.fileSize = status.size;
-    fields.createdDate = status.modified.date();
-    fields.category = judges.classifier.classify(name, status.size);
-    fields.riskLabel = judges.risk.evaluate(fields.category, name, fields.createdDate);
+    fields.identity = ItemIdentity::of(*status);
+    fields.fileSize = status->size;
+    fields.createdDate = status->modified.date();
+    fields.category = rules.classifier.classify(entry.name, status->size);
+    fields.riskLabel = rules.risk.evaluate(fields.category, entry.name, fields.createdDate);
     m_folder.items.emplace_back(std::move(fields));
   }
 
-  Walk& m_walk;
+ private:
+  SteadyList<WalkedFolder>& m_folders;
   WalkedFolder& m_folder;
   std::string m_prefix;  // the path with a slash at its end
-  FolderPlace m_place;
-  std::shared_ptr<const HeldFolder> m_self;
-  WorkStack::Tasks m_tasks;
 };
 
 struct Root {
@@ -139,27 +107,17 @@ std::vector<FileItem> flattened(const std::vector<WalkedFolder*>& tops) {
 }  // namespace
 
 std::vector<FileItem> scheduleCandidates(std::span<const FileUrl> folders, const std::stop_token& stop) {
-  Walk walk;
+  SteadyList<WalkedFolder> found;
   std::vector<WalkedFolder*> tops;
-  {
-    WorkStack work;
-    const std::stop_callback onStop(stop, [&] {
-      walk.isStopped = true;
-      work.stop();
-    });
-    WorkStack::Tasks tasks;
-    for (auto& root : rootsOf(folders)) {
-      tops.push_back(&walk.add());
-      tasks.push_back(std::make_unique<ReadFolder>(walk, *tops.back(), root.folder.path(),
-                                                   FolderPlace{nullptr, std::move(root.canonical)}));
-    }
-    work.push(tasks);
-    work.work(foldersReadAlone);
-    if (!work.isEmpty()) {
-      work.start(WorkStack::processorCount() - 1);
-      work.work();
-    }
+  TreeWalk walk;
+  WorkStack::Tasks tasks;
+  for (auto& root : rootsOf(folders)) {
+    auto task =
+        std::make_unique<ReadFolder>(walk, found, root.folder.path(), FolderPlace{nullptr, std::move(root.canonical)});
+    tops.push_back(&task->found());
+    tasks.push_back(std::move(task));
   }
+  walk.run(std::move(tasks), foldersReadAlone, stop);
   if (stop.stop_requested()) return {};
   return flattened(tops);
 }

@@ -3,13 +3,11 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/FileStatus.h"
 #include "core/scanning/walk/FolderSize.h"
-#include "core/scanning/walk/HeldFolders.h"
-#include "core/scanning/walk/WorkStack.h"
 
 #include <fcntl.h>
 
-#include <atomic>
 #include <memory>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -20,29 +18,19 @@ constexpr std::size_t foldersReadAlone = 32;
 }  // namespace
 
 std::vector<std::int64_t> contentSizes(std::span<const FileUrl> places, const std::stop_token& stop) {
-  std::atomic<bool> isStopped = false;
-  const std::stop_callback whenStopped(stop, [&] { isStopped = true; });
-  HeldFolders held;
   std::vector<std::int64_t> bytes(places.size(), 0);
   std::vector<std::shared_ptr<FolderSize>> folders(places.size());
-  {
-    WorkStack work;
-    WorkStack::Tasks tasks;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      const auto place = canonicalPlace(places[i].path());
-      const auto status = readFileStatus(AT_FDCWD, place.c_str());
-      if (status && status->type == FileType::regular) bytes[i] = status->size;
-      if (!status || status->type != FileType::directory) continue;
-      folders[i] = std::make_shared<FolderSize>(FolderSize::Extent::everything);
-      tasks.push_back(FolderSize::task(folders[i], FolderPlace{nullptr, place}, held, isStopped));
-    }
-    work.push(tasks);
-    work.work(foldersReadAlone);
-    if (!work.isEmpty()) {
-      work.start(WorkStack::processorCount() - 1);
-      work.work();
-    }
+  TreeWalk walk;
+  WorkStack::Tasks tasks;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const auto place = canonicalPlace(places[i].path());
+    const auto status = readFileStatus(AT_FDCWD, place.c_str());
+    if (status && status->type == FileType::regular) bytes[i] = status->size;
+    if (!status || status->type != FileType::directory) continue;
+    folders[i] = std::make_shared<FolderSize>(FolderSize::Extent::everything);
+    tasks.push_back(FolderSize::task(folders[i], FolderPlace{nullptr, place}, walk));
   }
+  walk.run(std::move(tasks), foldersReadAlone, stop);
   for (std::size_t i = 0; i < places.size(); ++i) {
     if (folders[i]) bytes[i] = folders[i]->bytes();
   }

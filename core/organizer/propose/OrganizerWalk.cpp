@@ -5,17 +5,15 @@
 #include "core/organizer/categories/GeneratedFolders.h"
 #include "core/organizer/categories/OrganizerCategories.h"
 #include "core/scanning/walk/BundleNames.h"
-#include "core/scanning/walk/FolderPlace.h"
-#include "core/scanning/walk/FolderSize.h"
-#include "core/scanning/walk/WorkStack.h"
+#include "core/scanning/walk/FolderVisit.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <deque>
+#include <iterator>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <utility>
 
 namespace orvane {
@@ -44,20 +42,11 @@ struct WalkedFolder {
   std::vector<WalkedFolder*> subfolders;
 };
 
-struct Walk {
+struct Search {
   const OrganizerScope& scope;
   const CategoryChooser& chooser;
-  HeldFolders held;
-  std::atomic<bool> isStopped = false;
-
-  // Folders are added by many threads and never move.
-  WalkedFolder& add() {
-    const std::lock_guard lock(mutex);
-    return folders.emplace_back();
-  }
-
-  std::mutex mutex;
-  std::deque<WalkedFolder> folders;
+  SteadyList<WalkedFolder> folders;
+  TreeWalk walk;
 };
 
 using Names = std::vector<std::string>;
@@ -65,9 +54,9 @@ using Names = std::vector<std::string>;
 class ExamineFiles : public WorkStack::Task {
  public:
   // `prefix` is how the folder is reached from the one that is organised, with a slash at its end unless it is that.
-  ExamineFiles(Walk& walk, std::vector<Found>& chunk, std::shared_ptr<const HeldFolder> folder, std::string prefix,
+  ExamineFiles(Search& search, std::vector<Found>& chunk, std::shared_ptr<const HeldFolder> folder, std::string prefix,
                Names names)
-      : m_walk(walk),
+      : m_search(search),
         m_chunk(chunk),
         m_folder(std::move(folder)),
         m_prefix(std::move(prefix)),
@@ -77,13 +66,13 @@ class ExamineFiles : public WorkStack::Task {
 
   void examine(int folder) {
     m_chunk.reserve(m_names.size());
-    if (m_walk.scope.looked != nullptr) m_walk.scope.looked->fetch_add(m_names.size(), std::memory_order_relaxed);
+    if (m_search.scope.looked != nullptr) m_search.scope.looked->fetch_add(m_names.size(), std::memory_order_relaxed);
     for (auto& name : m_names) {
-      if (m_walk.isStopped.load(std::memory_order_relaxed)) return;
+      if (m_search.walk.isStopped()) return;
       const auto status = readFileStatus(folder, name.c_str());
       if (!status || status->type != FileType::regular) continue;
       auto category =
-          m_walk.chooser.categoryOf({.name = name, .modified = status->modified, .created = status->created});
+          m_search.chooser.categoryOf({.name = name, .modified = status->modified, .created = status->created});
       m_chunk.push_back({{m_prefix.empty() ? std::move(name) : m_prefix + name, ItemKind::file, status->size,
                           std::move(category), ItemIdentity::of(*status)},
                          nullptr});
@@ -91,7 +80,7 @@ class ExamineFiles : public WorkStack::Task {
   }
 
  private:
-  Walk& m_walk;
+  Search& m_search;
   std::vector<Found>& m_chunk;
   std::shared_ptr<const HeldFolder> m_folder;
   std::string m_prefix;
@@ -100,128 +89,127 @@ class ExamineFiles : public WorkStack::Task {
 
 enum class ProjectTest : std::uint8_t { skip, apply };
 
-class ReadFolder : public WorkStack::Task {
+class ReadFolder : public FolderVisit<ReadFolder> {
  public:
-  ReadFolder(Walk& walk, WalkedFolder& folder, FolderPlace place, std::string prefix, ProjectTest projectTest)
-      : m_walk(walk),
+  // What lies in a folder of the organizer's own has been organised.
+  struct Rules {
+    bool takesFiles;
+  };
+
+  ReadFolder(Search& search, WalkedFolder& folder, FolderPlace place, std::string prefix, ProjectTest projectTest)
+      : FolderVisit(search.walk, std::move(place)),
+        m_search(search),
         m_folder(folder),
-        m_place(std::move(place)),
         m_prefix(std::move(prefix)),
         m_projectTest(projectTest) {}
+  ReadFolder(ReadFolder& parent, std::string_view name, FolderPlace place)
+      : ReadFolder(parent.m_search, parent.m_search.folders.add(), std::move(place),
+                   parent.m_prefix + std::string(name) + "/",
+                   isReservedTopLevelCategory(name) ? ProjectTest::skip : ProjectTest::apply) {
+    parent.m_folder.subfolders.push_back(&m_folder);
+  }
 
-  void run(WorkStack& stack) override {
-    auto held = m_place;
-    auto reader = m_place.open();
-    if (!reader) return;
-    // What lies in a folder of the organizer's own has been organised.
-    m_takesFiles =
-        !includesSubfolders() || !isGeneratedFolder(lastComponent(m_place.canonicalPath), m_walk.scope.learnedRoots);
-    // Whether a project's files are looked at is known only when all names have been read.
-    if (m_projectTest == ProjectTest::skip) m_self = m_walk.held.hold(reader->descriptor());
-    readEntries(*reader, stack);
-    if (m_projectTest == ProjectTest::apply && m_isProject) {
-      addWhole(std::string_view(m_prefix).substr(0, m_prefix.size() - 1), std::move(held));
-    } else {
-      if (!m_self) m_self = m_walk.held.hold(reader->descriptor());
-      examineChunks(reader->descriptor(), stack);
-      examineHere(reader->descriptor(), std::move(m_fileNames));
-      for (const auto& name : m_folderNames) examineFolder(name);
+  [[nodiscard]] std::optional<Rules> enter() {
+    // A project is read once more, for its size.
+    if (m_projectTest == ProjectTest::apply) m_again = place();
+    return Rules{!includesSubfolders() || !isGeneratedFolder(lastComponent(canonicalPath()), scope().learnedRoots)};
+  }
+
+  [[nodiscard]] bool takes(std::string_view name) {
+    m_isProject = m_isProject || (m_projectTest == ProjectTest::apply && marksProject(name));
+    return !name.starts_with('.');
+  }
+  [[nodiscard]] static bool needsStatus(Rules /*rules*/, const Entry& /*entry*/) noexcept { return false; }
+
+  // Whether a project's files are looked at is known only when all names have been read.
+  void file(Rules rules, const Entry& entry, const std::optional<FileStatus>& status) {
+    const auto type = status ? status->type : entry.type;
+    if (type != FileType::regular || !rules.takesFiles) return;
+    m_fileNames.emplace_back(entry.name);
+    if (m_projectTest == ProjectTest::skip) examineChunks();
+  }
+  Descent folder(Rules /*rules*/, std::string_view name) {
+    m_folderNames.emplace_back(name);
+    return {};
+  }
+
+  void leave(Rules /*rules*/) {
+    if (m_isProject) {
+      auto size = addWhole(std::string_view(m_prefix).substr(0, m_prefix.size() - 1), canonicalPath());
+      m_tasks.push_back(FolderSize::task(std::move(size), std::move(m_again), m_walk));
+      return;
     }
-    stack.push(m_tasks);
+    examineChunks();
+    examineHere(std::move(m_fileNames));
+    std::sort(m_folderNames.begin(), m_folderNames.end());
+    for (const auto& name : m_folderNames) follow(name, descentTo(name));
   }
 
  private:
-  [[nodiscard]] bool includesSubfolders() const noexcept { return m_walk.scope.subfolders == Subfolders::include; }
-  [[nodiscard]] bool isTop() const noexcept { return m_prefix.empty(); }
-
-  void readEntries(DirectoryReader& reader, WorkStack& stack) {
-    while (const auto entry = reader.next()) {
-      if (m_walk.isStopped.load(std::memory_order_relaxed)) return;
-      m_isProject = m_isProject || (m_projectTest == ProjectTest::apply && marksProject(entry->name));
-      if (entry->name.starts_with('.')) continue;
-      auto type = entry->type;
-      if (type == FileType::unknown) {
-        const auto status = readFileStatus(reader.descriptor(), entry->nameBytes());
-        type = status ? status->type : FileType::other;
-      }
-      if (type == FileType::directory) m_folderNames.emplace_back(entry->name);
-      if (type != FileType::regular || !m_takesFiles) continue;
-      m_fileNames.emplace_back(entry->name);
-      if (m_projectTest == ProjectTest::skip) examineChunks(reader.descriptor(), stack);
-    }
-    std::sort(m_folderNames.begin(), m_folderNames.end());
-  }
+  [[nodiscard]] const OrganizerScope& scope() const noexcept { return m_search.scope; }
+  [[nodiscard]] bool includesSubfolders() const noexcept { return scope().subfolders == Subfolders::include; }
 
   // Hands full chunks of names to whichever thread is free, while this one may read on.
-  void examineChunks(int descriptor, WorkStack& stack) {
+  void examineChunks() {
     while (m_fileNames.size() >= filesPerChunk) {
       const auto first = m_fileNames.end() - static_cast<std::ptrdiff_t>(filesPerChunk);
       Names names(std::make_move_iterator(first), std::make_move_iterator(m_fileNames.end()));
       m_fileNames.erase(first, m_fileNames.end());
-      if (!m_self) {
-        examineHere(descriptor, std::move(names));
+      if (!hold()) {
+        examineHere(std::move(names));
         continue;
       }
       WorkStack::Tasks tasks;
       tasks.push_back(
-          std::make_unique<ExamineFiles>(m_walk, m_folder.chunks.emplace_back(), m_self, m_prefix, std::move(names)));
-      stack.push(tasks, WorkStack::Pusher::goesOn);
+          std::make_unique<ExamineFiles>(m_search, m_folder.chunks.emplace_back(), hold(), m_prefix, std::move(names)));
+      m_walk.work.push(tasks, WorkStack::Pusher::goesOn);
     }
   }
 
-  void examineHere(int descriptor, Names names) {
-    if (!names.empty()) {
-      ExamineFiles(m_walk, m_folder.chunks.emplace_back(), nullptr, m_prefix, std::move(names)).examine(descriptor);
-    }
+  void examineHere(Names names) {
+    if (names.empty()) return;
+    ExamineFiles(m_search, m_folder.chunks.emplace_back(), nullptr, m_prefix, std::move(names)).examine(descriptor());
   }
 
-  void examineFolder(const std::string& name) {
-    FolderPlace place{m_self, joinPath(m_place.canonicalPath, name)};
+  [[nodiscard]] Descent descentTo(const std::string& name) {
+    const auto path = joinPath(canonicalPath(), name);
     if (!includesSubfolders()) {
-      if (!isOrganizersOwn(name, place.canonicalPath)) addWhole(m_prefix + name, std::move(place));
-      return;
+      if (isOrganizersOwn(name, path)) return {};
+      return {Descent::Kind::whole, addWhole(m_prefix + name, path)};
     }
-    if (isClosed(name)) return;
-    const bool isReserved = isReservedTopLevelCategory(name);
-    if (!isReserved && isBundleName(name)) return addWhole(m_prefix + name, std::move(place));
-    auto& subfolder = m_walk.add();
-    m_folder.subfolders.push_back(&subfolder);
-    m_tasks.push_back(std::make_unique<ReadFolder>(m_walk, subfolder, std::move(place), m_prefix + name + "/",
-                                                   isReserved ? ProjectTest::skip : ProjectTest::apply));
+    if (isClosed(name)) return {};
+    if (isReservedTopLevelCategory(name) || !isBundleName(name)) return {Descent::Kind::descend};
+    return {Descent::Kind::whole, addWhole(m_prefix + name, path)};
   }
 
   [[nodiscard]] bool isOrganizersOwn(std::string_view name, const std::string& path) const {
-    const auto& scope = m_walk.scope;
-    return isGeneratedFolder(name, scope.learnedRoots) || isSameOrInside(scope.destinationRoot, path) ||
-           name == defaultRootName || (scope.destinationRoot == scope.folder && isReservedTopLevelCategory(name));
+    return isGeneratedFolder(name, scope().learnedRoots) || isSameOrInside(scope().destinationRoot, path) ||
+           name == defaultRootName || (scope().destinationRoot == scope().folder && isReservedTopLevelCategory(name));
   }
 
-  void addWhole(std::string_view relativePath, FolderPlace place) {
+  [[nodiscard]] std::shared_ptr<FolderSize> addWhole(std::string_view relativePath, const std::string& path) {
     const auto name = lastComponent(relativePath);
-    const auto status = readPathStatus(place.canonicalPath);
-    CategoryChooser::Item item{.name = name, .kind = ItemKind::folder, .url = FileUrl(place.canonicalPath)};
+    const auto status = readPathStatus(path);
+    CategoryChooser::Item item{.name = name, .kind = ItemKind::folder, .url = FileUrl(path)};
     if (status) item.modified = status->modified;
     auto size = std::make_shared<FolderSize>(FolderSize::Extent::everything);
     OrganizerCandidate candidate{.relativePath = std::string(relativePath),
                                  .kind = ItemKind::folder,
-                                 .category = m_walk.chooser.categoryOf(item)};
+                                 .category = m_search.chooser.categoryOf(item)};
     if (status) candidate.identity = ItemIdentity::of(*status);
     m_folder.wholeFolders.push_back({std::move(candidate), size});
-    m_tasks.push_back(FolderSize::task(std::move(size), std::move(place), m_walk.held, m_walk.isStopped));
+    return size;
   }
 
-  Walk& m_walk;
+  Search& m_search;
   WalkedFolder& m_folder;
-  FolderPlace m_place;
   std::string m_prefix;
   ProjectTest m_projectTest;
 
-  bool m_takesFiles = true;
+  FolderPlace m_again;
   bool m_isProject = false;
   Names m_fileNames;
   Names m_folderNames;
-  std::shared_ptr<const HeldFolder> m_self;
-  WorkStack::Tasks m_tasks;
 };
 
 // The next eight bytes as a number that orders as they do. A name holds no zero byte, so a shorter one comes first.
@@ -289,21 +277,12 @@ void visitAll(WalkedFolder& top, const VisitCandidate& visit) {
 
 void visitOrganizerCandidates(const OrganizerScope& scope, const CategoryChooser& chooser, const std::stop_token& stop,
                               const VisitCandidate& visit) {
-  Walk walk{.scope = scope, .chooser = chooser, .held = {}, .mutex = {}, .folders = {}};
-  auto& top = walk.add();
-  {
-    WorkStack work;
-    const std::stop_callback onStop(stop, [&] {
-      walk.isStopped = true;
-      work.stop();
-    });
-    WorkStack::Tasks tasks;
-    tasks.push_back(
-        std::make_unique<ReadFolder>(walk, top, FolderPlace{nullptr, scope.folder}, std::string(), ProjectTest::skip));
-    work.push(tasks);
-    work.start(WorkStack::processorCount() - 1);
-    work.work();
-  }
+  Search search{.scope = scope, .chooser = chooser, .folders = {}, .walk = {}};
+  auto& top = search.folders.add();
+  WorkStack::Tasks tasks;
+  tasks.push_back(
+      std::make_unique<ReadFolder>(search, top, FolderPlace{nullptr, scope.folder}, std::string(), ProjectTest::skip));
+  search.walk.run(std::move(tasks), 0, stop);
   visitAll(top, visit);
 }
 

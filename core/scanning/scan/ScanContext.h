@@ -2,10 +2,9 @@
 
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
-#include "core/scanning/walk/HeldFolders.h"
 #include "core/scanning/walk/ListingBoard.h"
+#include "core/scanning/walk/TreeWalk.h"
 
-#include <atomic>
 #include <string>
 #include <vector>
 
@@ -20,9 +19,8 @@ struct ScanContext {
   const FileStatusReader& statusReader;
   Boundary boundary;
   DeveloperCaches developerCaches;
-  HeldFolders held;
   ListingBoard board;
-  std::atomic<bool> isStopped = false;
+  TreeWalk walk;
 };
 
 }  // namespace orvane

@@ -34,19 +34,18 @@ ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& s
                                                  m_folders[i].path(),
                                                  FolderPlace{nullptr, m_context.boundary.canonicalPaths()[i]}));
   }
-  m_work.push(tasks);
-  m_hasThreads = m_work.start(WorkStack::processorCount()) > 0;
+  m_context.walk.work.push(tasks);
+  m_hasThreads = m_context.walk.work.start(WorkStack::processorCount()) > 0;
 }
 
 ScanStream::Walk::~Walk() {
-  m_context.isStopped = true;
-  m_work.stop();
+  m_context.walk.stop();
 }
 
 std::vector<ScanEvent> ScanStream::Walk::nextBatch() {
   std::vector<ScanEvent> events;
   while (!m_isEnded && events.empty()) {
-    if (m_context.isStopped) {
+    if (m_context.walk.isStopped()) {
       m_isEnded = true;
       events.emplace_back(ScanCancelled{});
     } else if (!m_ready.empty()) {
@@ -56,16 +55,15 @@ std::vector<ScanEvent> ScanStream::Walk::nextBatch() {
       m_isEnded = true;
       events.emplace_back(ScanCompleted{m_itemsFound, m_bytesFound});
     } else {
-      if (!m_hasThreads) m_work.work(1);
-      m_context.board.take(m_ready, m_context.isStopped);
+      if (!m_hasThreads) m_context.walk.work.work(1);
+      m_context.board.take(m_ready);
     }
   }
   return events;
 }
 
 void ScanStream::Walk::cancel() noexcept {
-  m_context.isStopped = true;
-  m_work.stop();
+  m_context.walk.stop();
   m_context.board.wake();
 }
 

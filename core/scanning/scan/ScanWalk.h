@@ -2,7 +2,6 @@
 
 #include "core/scanning/scan/ScanContext.h"
 #include "core/scanning/scan/StorageScanner.h"
-#include "core/scanning/walk/WorkStack.h"
 
 #include <cstdint>
 #include <deque>
@@ -29,7 +28,6 @@ class ScanStream::Walk {
 
   std::vector<FileUrl> m_folders;
   ScanContext m_context;
-  WorkStack m_work;
   std::deque<ListingChunk> m_ready;
   std::int64_t m_examined = 0;
   std::int64_t m_itemsFound = 0;

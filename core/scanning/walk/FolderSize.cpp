@@ -1,10 +1,10 @@
 #include "core/scanning/walk/FolderSize.h"
 
 #include "core/base/files/CanonicalPath.h"
-#include "core/base/files/PathText.h"
 #include "core/base/values/CheckedArithmetic.h"
+#include "core/scanning/walk/FolderVisit.h"
 
-#include <string_view>
+#include <optional>
 
 namespace orvane {
 namespace {
@@ -14,65 +14,40 @@ constexpr std::size_t foldersReadAlone = 32;
 
 }  // namespace
 
-class FolderSize::ReadFolder : public WorkStack::Task {
+class FolderSize::ReadFolder : public FolderVisit<ReadFolder> {
  public:
-  ReadFolder(std::shared_ptr<FolderSize> size, FolderPlace place, HeldFolders& held, const std::atomic<bool>& stopped)
-      : m_size(std::move(size)), m_place(std::move(place)), m_held(held), m_stopped(stopped) {}
+  ReadFolder(std::shared_ptr<FolderSize> size, FolderPlace place, TreeWalk& walk)
+      : FolderVisit(walk, std::move(place)), m_size(std::move(size)) {}
+  ReadFolder(ReadFolder& parent, std::string_view /*name*/, FolderPlace place)
+      : ReadFolder(parent.m_size, std::move(place), parent.m_walk) {}
 
-  void run(WorkStack& stack) override {
-    WorkStack::Tasks subfolders;
-    if (auto reader = m_place.open()) {
-      read(*reader, subfolders);
-    }
-    m_size->finishFolder(static_cast<int>(subfolders.size()));
-    stack.push(subfolders);
+  // The bytes of the folder's own files.
+  [[nodiscard]] static std::optional<std::int64_t> enter() { return 0; }
+  [[nodiscard]] bool takes(std::string_view name) const noexcept { return m_size->takes(name); }
+  void file(std::int64_t& bytes, const Entry& /*entry*/, const std::optional<FileStatus>& status) {
+    if (!status || status->type != FileType::regular || !m_size->counts(*status)) return;
+    bytes = checkedAdd(bytes, status->size);
   }
+  [[nodiscard]] Descent folder(std::int64_t /*bytes*/, std::string_view name) const noexcept {
+    return {m_size->isEntered(name) ? Descent::Kind::descend : Descent::Kind::skip};
+  }
+  void leave(std::int64_t bytes) { m_size->add(bytes); }
+  void finish() { m_size->finishFolder(static_cast<int>(m_tasks.size())); }
 
  private:
-  void read(DirectoryReader& reader, WorkStack::Tasks& subfolders) {
-    std::int64_t bytes = 0;
-    std::shared_ptr<const HeldFolder> self;
-    while (const auto entry = reader.next()) {
-      if (m_stopped.load(std::memory_order_relaxed)) break;
-      if (!m_size->takes(entry->name)) continue;
-      FileType type = entry->type;
-      if (type == FileType::regular || type == FileType::unknown) {
-        const auto status = readFileStatus(reader.descriptor(), entry->nameBytes());
-        type = status ? status->type : FileType::other;
-        if (type == FileType::regular && m_size->counts(*status)) bytes = checkedAdd(bytes, status->size);
-      }
-      if (type != FileType::directory || !m_size->isEntered(entry->name)) continue;
-      if (subfolders.empty()) self = m_held.hold(reader.descriptor());
-      subfolders.push_back(std::make_unique<ReadFolder>(
-          m_size, FolderPlace{self, joinPath(m_place.canonicalPath, entry->name)}, m_held, m_stopped));
-    }
-    m_size->add(bytes);
-  }
-
   std::shared_ptr<FolderSize> m_size;
-  FolderPlace m_place;
-  HeldFolders& m_held;
-  const std::atomic<bool>& m_stopped;
 };
 
-std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, FolderPlace place,
-                                                  HeldFolders& held, const std::atomic<bool>& stopped) {
-  return std::make_unique<ReadFolder>(std::move(size), std::move(place), held, stopped);
+std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, FolderPlace place, TreeWalk& walk) {
+  return std::make_unique<ReadFolder>(std::move(size), std::move(place), walk);
 }
 
 std::int64_t FolderSize::of(const std::string& path, Extent extent) {
-  const std::atomic<bool> neverStopped = false;
-  HeldFolders held;
   const auto size = std::make_shared<FolderSize>(extent);
-  WorkStack work;
+  TreeWalk walk;
   WorkStack::Tasks tasks;
-  tasks.push_back(task(size, FolderPlace{nullptr, canonicalPath(path)}, held, neverStopped));
-  work.push(tasks);
-  work.work(foldersReadAlone);
-  if (!work.isEmpty()) {
-    work.start(WorkStack::processorCount() - 1);
-    work.work();
-  }
+  tasks.push_back(task(size, FolderPlace{nullptr, canonicalPath(path)}, walk));
+  walk.run(std::move(tasks), foldersReadAlone);
   return size->bytes();
 }
 

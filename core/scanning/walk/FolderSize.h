@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileStatus.h"
 #include "core/scanning/walk/FolderPlace.h"
-#include "core/scanning/walk/WorkStack.h"
+#include "core/scanning/walk/TreeWalk.h"
 
 #include <atomic>
 #include <cstdint>
@@ -32,10 +32,10 @@ class FolderSize {
   // The whole of one tree at once, with as many threads as it is worth. A link at the path itself is followed.
   [[nodiscard]] static std::int64_t of(const std::string& path, Extent extent);
 
-  // The task that reads `place`, the top of the tree, and makes the tasks for the rest. `held` and `stopped` must
-  // outlive the tasks; once `stopped` is set they come to their end without a meaningful sum.
+  // The task that reads `place`, the top of the tree, and makes the tasks for the rest. Once the walk is stopped they
+  // come to their end without a meaningful sum.
   [[nodiscard]] static std::unique_ptr<WorkStack::Task> task(std::shared_ptr<FolderSize> size, FolderPlace place,
-                                                             HeldFolders& held, const std::atomic<bool>& stopped);
+                                                             TreeWalk& walk);
 
   [[nodiscard]] bool isComplete() const noexcept { return m_openFolders == 0; }
   // Valid once complete.

@@ -53,12 +53,12 @@ void ListingBoard::wake() noexcept {
   m_changed.notify_one();
 }
 
-void ListingBoard::take(std::deque<ListingChunk>& chunks, const std::atomic<bool>& isStopped) {
+void ListingBoard::take(std::deque<ListingChunk>& chunks) {
   Folders done;
   std::unique_lock lock(m_mutex);
   m_isReaderWaiting = true;
   m_changed.wait_for(lock, longestSleep,
-                     [&] { return m_newEvents >= eventsWorthWaking || m_openWork == 0 || m_isWakened || isStopped; });
+                     [&] { return m_newEvents >= eventsWorthWaking || m_openWork == 0 || m_isWakened; });
   m_isReaderWaiting = false;
   m_isWakened = false;
   m_newEvents = 0;

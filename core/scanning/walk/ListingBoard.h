@@ -2,7 +2,6 @@
 
 #include "core/scanning/walk/FolderListing.h"
 
-#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -34,9 +33,9 @@ class ListingBoard {
   // The size of a whole folder is there.
   void sizeCompleted();
 
-  // For the reader: waits until something is likely to be ready and takes what is, which may be nothing. `isStopped`
-  // with wake() ends the wait.
-  void take(std::deque<ListingChunk>& chunks, const std::atomic<bool>& isStopped);
+  // For the reader: waits until something is likely to be ready and takes what is, which may be nothing. wake() ends
+  // the wait.
+  void take(std::deque<ListingChunk>& chunks);
   void wake() noexcept;
   // Everything has been taken.
   [[nodiscard]] bool isFinished() const;

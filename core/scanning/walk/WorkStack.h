@@ -36,6 +36,8 @@ class WorkStack {
   unsigned start(unsigned threads);
   // Works on the calling thread until nothing is left to do, or until `limit` tasks have been carried out.
   void work(std::size_t limit = static_cast<std::size_t>(-1));
+  // Waits for the threads, which end when nothing is left.
+  void join() { m_threads.clear(); }
   [[nodiscard]] bool isEmpty() const;
   // Drops what has not begun. Callable from any thread.
   void stop() noexcept;
