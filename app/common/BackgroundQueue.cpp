@@ -1,6 +1,9 @@
 #include "app/common/BackgroundQueue.h"
 
+#include <QtGlobal>
+
 #include <chrono>
+#include <stdexcept>
 
 namespace orvane {
 namespace {
@@ -22,7 +25,12 @@ BackgroundQueue::~BackgroundQueue() {
 
 void BackgroundQueue::post(Task task) {
   m_pool.start([task = std::move(task), stop = m_stop.get_token()] {
-    if (!stop.stop_requested()) task(stop);
+    if (stop.stop_requested()) return;
+    try {
+      task(stop);
+    } catch (const std::runtime_error& error) {
+      qWarning("%s", error.what());
+    }
   });
 }
 

@@ -15,7 +15,7 @@ namespace orvane {
 // tasks has a thread, which ends soon after its last one.
 class BackgroundQueue {
  public:
-  // An exception that leaves a task ends the program.
+  // What std::runtime_error leaves a task is told on the console; any other exception ends the program.
   using Task = std::function<void(const std::stop_token& stop)>;
 
   BackgroundQueue();

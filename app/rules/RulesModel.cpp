@@ -69,15 +69,20 @@ void RulesModel::reload() {
 void RulesModel::change(std::function<void(const TaskServices&)> how) {
   m_queue.post([this, how = std::move(how)](const std::stop_token&) {
     std::string error;
+    std::optional<std::vector<CleanupRule>> rules;
     const auto& tasks = services().tasks;
-    try {
-      how(tasks);
-    } catch (const std::exception& failure) {
-      error = failure.what();
-    }
-    callOn(this, [this, rules = cleanupRules(tasks), error] {
+    const auto attempt = [&](const std::function<void()>& step) {
+      try {
+        step();
+      } catch (const std::exception& failure) {
+        error = failure.what();
+      }
+    };
+    attempt([&] { how(tasks); });
+    attempt([&] { rules = cleanupRules(tasks); });
+    callOn(this, [this, rules, error] {
       m_error = textFrom(error);
-      show(rules);
+      show(rules.value_or(m_rules));
     });
   });
 }

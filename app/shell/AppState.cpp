@@ -53,36 +53,44 @@ QString AppState::scanStatus() const {
 }
 
 QString AppState::scanFailed() const {
-  return m_hasNoFolders ? localizedText("cleanup.no_folders") : QString();
+  return m_hasNoFolders ? localizedText("cleanup.no_folders") : m_scanProblem;
 }
 
 void AppState::startScan() {
   if (m_isScanning) return;
   m_isScanning = true;
   m_hasNoFolders = false;
+  m_scanProblem.clear();
   m_examined = 0;
   m_currentPlace.clear();
   m_scanStop = {};
   Q_EMIT scanChanged();
   Q_EMIT scanStatusChanged();
   m_scanQueue.post([this, stop = m_scanStop.get_token()](const std::stop_token&) {
-    const auto end = scanGrantedFolders(
-        m_services.tasks,
-        {
-            .begun =
-                [this](std::vector<FileUrl> folders) {
-                  callOn(this, [this, folders = std::move(folders)] { beginItems(folders); });
-                },
-            .found = [this, &stop](SharedPiece piece,
-                                   std::int64_t bytes) { m_scannedItems.appendLater(std::move(piece), bytes, stop); },
-            .progress =
-                [this](std::int64_t examined, const std::string& place) {
-                  callOn(this, [this, examined, place = shownName(place)] { showProgress(examined, place); });
-                },
-        },
-        stop);
-    callOn(this, [this, end] { finishScan(end); });
+    try {
+      callOn(this, [this, end = scan(stop)] { finishScan(end); });
+    } catch (const std::runtime_error& error) {
+      callOn(this, [this, problem = shownName(error.what())] { finishScan(ScanOutcome::cancelled, problem); });
+    }
   });
+}
+
+ScanOutcome AppState::scan(const std::stop_token& stop) {
+  return scanGrantedFolders(
+      m_services.tasks,
+      {
+          .begun =
+              [this](std::vector<FileUrl> folders) {
+                callOn(this, [this, folders = std::move(folders)] { beginItems(folders); });
+              },
+          .found = [this, &stop](SharedPiece piece,
+                                 std::int64_t bytes) { m_scannedItems.appendLater(std::move(piece), bytes, stop); },
+          .progress =
+              [this](std::int64_t examined, const std::string& place) {
+                callOn(this, [this, examined, place = shownName(place)] { showProgress(examined, place); });
+              },
+      },
+      stop);
 }
 
 void AppState::cancelScan() {
@@ -102,12 +110,13 @@ void AppState::showProgress(std::int64_t examined, const QString& place) {
   Q_EMIT summaryChanged();
 }
 
-void AppState::finishScan(ScanOutcome end) {
+void AppState::finishScan(ScanOutcome end, const QString& problem) {
   m_isScanning = false;
   // What is examined is told now and then only.
   m_examined = std::max(m_examined, m_scannedItems.count());
   m_hasNoFolders = end == ScanOutcome::noFolders;
-  if (end != ScanOutcome::noFolders) m_lastScanDate = milliseconds(ReferenceClock::now());
+  m_scanProblem = problem;
+  if (end != ScanOutcome::noFolders && problem.isEmpty()) m_lastScanDate = milliseconds(ReferenceClock::now());
   recalculateStorageSummary(m_scannedItems.bytes());
   Q_EMIT scanStatusChanged();
   Q_EMIT scanChanged();

@@ -112,7 +112,8 @@ class AppState : public QObject {
  private:
   void beginItems(std::vector<FileUrl> folders);
   void showProgress(std::int64_t examined, const QString& place);
-  void finishScan(ScanOutcome end);
+  ScanOutcome scan(const std::stop_token& stop);
+  void finishScan(ScanOutcome end, const QString& problem = {});
 
   WindowServices m_services;
   ScannedItems m_scannedItems;
@@ -120,6 +121,7 @@ class AppState : public QObject {
   AppNavigationItem m_selectedNavigation = AppNavigationItem::Overview;
   bool m_isScanning = false;
   bool m_hasNoFolders = false;
+  QString m_scanProblem;
   std::int64_t m_examined = 0;
   QString m_currentPlace;
   double m_lastScanDate = 0;

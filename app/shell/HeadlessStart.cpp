@@ -3,6 +3,8 @@
 #include "core/rules/schedule/HeadlessCoordinator.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <exception>
 #include <thread>
 
 namespace orvane {
@@ -12,8 +14,17 @@ bool asksForScheduledRun(std::span<const char* const> arguments) {
                      [](std::string_view argument) { return argument == scheduledRunArgument; });
 }
 
-void runScheduledWork() {
-  std::thread([] { HeadlessCoordinator::shared().carryOut(); }).join();
+int runScheduledWork() {
+  int status = 1;
+  std::thread([&] {
+    try {
+      status = HeadlessCoordinator::shared().carryOut() ? 0 : 1;
+    } catch (const std::exception& error) {
+      // Its pieces read the preferences as they are made.
+      std::fprintf(stderr, "orvane: %s\n", error.what());
+    }
+  }).join();
+  return status;
 }
 
 }  // namespace orvane

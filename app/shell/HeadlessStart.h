@@ -9,7 +9,8 @@ namespace orvane {
 inline constexpr std::string_view scheduledRunArgument = "--scheduled-run";
 [[nodiscard]] bool asksForScheduledRun(std::span<const char* const> arguments);
 
-// Carries out the scheduled work and waits for its end. Needs no display and makes nothing of Qt's.
-void runScheduledWork();
+// Carries out the scheduled work and waits for its end. Needs no display and makes nothing of Qt's. Returns the status
+// to exit with: not 0 when something failed.
+[[nodiscard]] int runScheduledWork();
 
 }  // namespace orvane

@@ -50,8 +50,7 @@ int showWindow(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   if (orvane::asksForScheduledRun(std::span(argv, static_cast<std::size_t>(argc)))) {
-    orvane::runScheduledWork();
-    return 0;
+    return orvane::runScheduledWork();
   }
   try {
     return showWindow(argc, argv);

@@ -13,7 +13,8 @@ class Preferences {
  public:
   virtual ~Preferences() = default;
 
-  // The stored value as it is on the disk now; absent where there is none.
+  // The stored value as it is on the disk now; absent where there is none. Throws std::system_error when the disk does
+  // not tell: what cannot be read is not missing.
   [[nodiscard]] virtual std::optional<Json> value(std::string_view key) const = 0;
   // Stores durably; keys that another process wrote meanwhile stay. Throws std::system_error.
   virtual void setValue(std::string_view key, const Json& value) = 0;

@@ -4,8 +4,10 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/FileLock.h"
 #include "core/base/files/FreeName.h"
+#include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
 #include "core/base/text/Json.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/base/values/Calendar.h"
 #include "platform/linux/ConfigurationFolder.h"
 
@@ -29,14 +31,34 @@ std::optional<Json> decoded(std::string_view text) {
   return std::nullopt;
 }
 
-// Absent when there is no file. Throws std::system_error when there is one that cannot be read.
+[[noreturn]] void refuse(const std::string& path, std::error_code reason) {
+  throw std::system_error(reason, fmt::format("The preferences '{}' cannot be read", escapedForDisplay(path)));
+}
+
+bool isLink(const std::string& path) {
+  const auto status = readPathStatus(path);
+  return status && status->type == FileType::symbolicLink;
+}
+
+// Absent when there is no file. Throws std::system_error when there is one that cannot be read, or a link to nowhere.
 std::optional<std::string> contentOf(const std::string& path) {
   try {
     return readFile(path);
   } catch (const std::system_error& error) {
-    if (error.code() == std::errc::no_such_file_or_directory) return std::nullopt;
-    throw;
+    if (error.code() == std::errc::not_a_directory) return std::nullopt;
+    if (error.code() == std::errc::no_such_file_or_directory && !isLink(path)) return std::nullopt;
+    refuse(path, error.code());
   }
+}
+
+// What is stored; absent when the file was read whole and is damaged. A link to a file that holds no preferences leads
+// to somebody else's: std::system_error, as where nothing can be read.
+std::optional<Json> storedIn(const std::string& path) {
+  const auto text = contentOf(path);
+  if (!text) return Json::object();
+  auto json = decoded(*text);
+  if (!json && isLink(path)) refuse(path, std::make_error_code(std::errc::invalid_argument));
+  return json;
 }
 
 void setAside(const std::string& path) {
@@ -47,7 +69,13 @@ void setAside(const std::string& path) {
 
 }  // namespace
 
-LinuxPreferences::LinuxPreferences(std::string path) : m_path(std::move(path)) {}
+LinuxPreferences::LinuxPreferences(std::string path) : m_path(std::move(path)) {
+  AtomicFile::removeAbandoned(canonicalPath(m_path), lockPath());
+}
+
+std::string LinuxPreferences::lockPath() const {
+  return m_path + ".lock";
+}
 
 std::string LinuxPreferences::defaultPath() {
   return joinPath(configurationFolder(), "orvane/preferences.json");
@@ -55,17 +83,11 @@ std::string LinuxPreferences::defaultPath() {
 
 std::optional<Json> LinuxPreferences::value(std::string_view key) const {
   const std::lock_guard guard(m_mutex);
-  try {
-    const auto text = contentOf(m_path);
-    const auto json = text ? decoded(*text) : std::nullopt;
-    if (!json) return std::nullopt;
-    const auto found = json->find(key);
-    if (found == json->end()) return std::nullopt;
-    return *found;
-  } catch (const std::system_error&) {
-    // What cannot be read is as good as not set; a write will say why.
-    return std::nullopt;
-  }
+  const auto json = storedIn(m_path);
+  if (!json) return std::nullopt;
+  const auto found = json->find(key);
+  if (found == json->end()) return std::nullopt;
+  return *found;
 }
 
 void LinuxPreferences::setValue(std::string_view key, const Json& value) {
@@ -75,16 +97,16 @@ void LinuxPreferences::setValue(std::string_view key, const Json& value) {
 void LinuxPreferences::update(std::string_view key, const std::function<Json(const Json*)>& change) {
   const std::lock_guard guard(m_mutex);
   createFolders(std::string(parentPath(m_path)));
-  const auto lock = FileLock::acquire(m_path + ".lock");
+  const auto lock = FileLock::acquire(lockPath());
   // Where the file is a link, as some keep their settings, what it points to is written.
   const std::string path = canonicalPath(m_path);
-  const auto text = contentOf(path);
-  auto json = text ? decoded(*text) : Json::object();
+  auto json = storedIn(m_path);
   const bool isDamaged = !json;
   if (isDamaged) json = Json::object();
   const auto found = json->find(key);
   auto value = change(found == json->end() ? nullptr : &*found);
   if (isDamaged) setAside(path);
+  AtomicFile::removeAbandoned(path);
   (*json)[key] = std::move(value);
   AtomicFile::replace(path, json->dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }

@@ -9,9 +9,11 @@ namespace orvane {
 
 // One JSON object in a file of the user's configuration folder. Writers of all processes take turns, and each reads
 // the file again before it writes. A file that is no JSON object counts as empty; before it is first written over it is
-// set aside beside its place, with ".damaged-" and the time added to its name.
+// set aside beside its place, with ".damaged-" and the time added to its name. A link is followed to such an object and
+// to nothing else.
 class LinuxPreferences : public Preferences {
  public:
+  // Removes what a writer that died left beside the file.
   explicit LinuxPreferences(std::string path);
   // $XDG_CONFIG_HOME/orvane/preferences.json, below ~/.config where that is not set to an absolute path.
   static std::string defaultPath();
@@ -21,6 +23,8 @@ class LinuxPreferences : public Preferences {
   void update(std::string_view key, const std::function<Json(const Json* stored)>& change) override;
 
  private:
+  [[nodiscard]] std::string lockPath() const;
+
   // One of this process's threads at a time.
   mutable std::mutex m_mutex;
   std::string m_path;

@@ -49,6 +49,13 @@ TEST_F(WindowProgramTest, tidiesWithoutADisplayWhereTheUserAskedForIt) {
   EXPECT_TRUE(exists(home.path("Downloads/Recents/report.pdf")));
 }
 
+TEST_F(WindowProgramTest, doesNothingWherePreferencesCannotBeRead) {
+  home.folder(".config/orvane/preferences.json");
+  const auto result = LiveProgram(setup("--scheduled-run")).finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, HasSubstr("preferences.json' cannot be read"));
+}
+
 TEST_F(WindowProgramTest, cleansWithoutADisplayWhenARunIsDue) {
   const auto old = home.file("Downloads/old.log");
   setAge(old, 86400.0 * 90);

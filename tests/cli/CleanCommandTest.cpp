@@ -2,8 +2,12 @@
 #include "core/scanning/records/ScanCategory.h"
 #include "tests/cli/OrvanectlFixture.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <csignal>
+#include <functional>
+#include <map>
 
 namespace orvane::test {
 namespace {
@@ -51,6 +55,35 @@ TEST_F(CleanCommand, movesWhatIsRecommendedAndSaysHowToBringItBack) {
   const auto runId = result.output.substr(command + 18, 36);
   EXPECT_EQ(run({"restore", runId, "--yes"}).exitStatus, 0);
   EXPECT_EQ(contentOf(log), "1234567");
+}
+
+// Folders whose grant was taken back would count again.
+TEST_F(CleanCommand, movesNothingWherePreferencesCannotBeRead) {
+  const auto log = recommended();
+  const auto foreign = home.file("Documents/letter.txt", "not preferences");
+  const auto place = home.folder(".config/orvane") + "/preferences.json";
+  const std::map<std::string, std::function<void()>> obstacles{
+      {"a folder", [&] { std::filesystem::create_directory(place); }},
+      {"a FIFO", [&] { ASSERT_EQ(::mkfifo(place.c_str(), 0600), 0); }},
+      {"a link to nowhere", [&] { std::filesystem::create_symlink(home.path("nowhere"), place); }},
+      {"a link to another file", [&] { std::filesystem::create_symlink(foreign, place); }},
+  };
+  for (const auto& [what, stand] : obstacles) {
+    SCOPED_TRACE(what);
+    stand();
+    const auto kind = std::filesystem::symlink_status(place).type();
+    for (const Words& words : {Words{"clean", "--yes"}, Words{"tidy", "set", "--days", "5"}}) {
+      const auto result = run(words);
+      EXPECT_EQ(result.exitStatus, 1) << result.output;
+      EXPECT_THAT(result.errors, HasSubstr("preferences.json' cannot be read"));
+    }
+    EXPECT_TRUE(exists(log));
+    EXPECT_EQ(std::filesystem::symlink_status(place).type(), kind);
+    std::filesystem::remove(place);
+  }
+  EXPECT_EQ(contentOf(foreign), "not preferences");
+  EXPECT_FALSE(exists(home.path("nowhere")));
+  EXPECT_EQ(run({"clean", "--yes"}).exitStatus, 0);
 }
 
 TEST_F(CleanCommand, hasItsGivenJsonForm) {

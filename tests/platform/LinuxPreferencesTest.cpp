@@ -1,3 +1,4 @@
+#include "core/base/files/FileLock.h"
 #include "core/base/text/Json.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "tests/support/TemporaryTree.h"
@@ -106,6 +107,31 @@ TEST_F(LinuxPreferencesTest, writesThroughALink) {
   EXPECT_TRUE(std::filesystem::is_symlink(tree.path("config/orvane/preferences.json")));
   EXPECT_EQ(preferences.value("old"), 1);
   EXPECT_EQ(parseJson(contentOf(tree.path("dotfiles/settings.json"))), (Json{{"old", 1}, {"new", 2}}));
+}
+
+TEST_F(LinuxPreferencesTest, leavesAForeignFileBehindALinkAlone) {
+  tree.file("dotfiles/letter.txt", "not preferences");
+  tree.link("config/orvane/preferences.json", tree.path("dotfiles/letter.txt"));
+  EXPECT_THROW(static_cast<void>(preferences.value("key")), std::system_error);
+  EXPECT_THROW(preferences.setValue("key", 1), std::system_error);
+  EXPECT_EQ(filesBelow(tree.path("dotfiles")), std::vector<std::string>{"letter.txt"});
+  EXPECT_EQ(contentOf(tree.path("dotfiles/letter.txt")), "not preferences");
+}
+
+TEST_F(LinuxPreferencesTest, removesWhatAWriterThatDiedLeft) {
+  const auto folder = tree.folder("config/orvane");
+  const std::string left = folder + "/preferences.json.8B0C9C1E-5E0B-4C8E-9B1E-4C2D1E3F4A5B.tmp";
+  const auto others = {folder + "/preferences.json.mine.tmp", folder + "/notes.tmp"};
+  for (const auto& kept : others) tree.file(kept.substr(tree.path().size() + 1));
+  {
+    tree.file(left.substr(tree.path().size() + 1));
+    const auto lock = FileLock::acquire(folder + "/preferences.json.lock");
+    const LinuxPreferences whileSomebodyWrites(folder + "/preferences.json");
+    EXPECT_TRUE(exists(left));
+  }
+  const LinuxPreferences next(folder + "/preferences.json");
+  EXPECT_FALSE(exists(left));
+  for (const auto& kept : others) EXPECT_TRUE(exists(kept)) << kept;
 }
 
 TEST_F(LinuxPreferencesTest, throwsWhereItCannotBeWritten) {

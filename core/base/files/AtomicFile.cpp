@@ -1,5 +1,7 @@
 #include "core/base/files/AtomicFile.h"
 
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FileLock.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
 #include "core/base/values/Uuid.h"
@@ -9,15 +11,41 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
+#include <system_error>
 
 namespace orvane {
 namespace {
+
 constexpr std::size_t bufferSize = 256 * 1024;
+constexpr std::string_view temporarySuffix = ".tmp";
+
+// Whether `name` is that of a temporary file of the file `target`.
+bool isTemporary(std::string_view name, std::string_view target) {
+  if (!name.starts_with(target) || !name.ends_with(temporarySuffix)) return false;
+  name.remove_prefix(target.size());
+  if (name.size() <= temporarySuffix.size() || name.front() != '.') return false;
+  return Uuid::parse(name.substr(1, name.size() - 1 - temporarySuffix.size())).has_value();
 }
 
+// Calls `found` with the folder's descriptor and the name of each temporary file of `path`, until it returns false.
+template <typename Found>
+void findTemporaries(const std::string& path, Found found) {
+  const std::string folder(parentPath(path));
+  auto reader = DirectoryReader::open(AT_FDCWD, folder.c_str(), DirectoryReader::Links::follow);
+  while (reader) {
+    const auto entry = reader->next();
+    if (!entry) return;
+    if (isTemporary(entry->name, lastComponent(path)) && !found(reader->descriptor(), entry->nameBytes())) return;
+  }
+}
+
+}  // namespace
+
 AtomicFile::AtomicFile(std::string path, unsigned mode)
-    : m_path(std::move(path)), m_temporaryPath(m_path + "." + Uuid::random().toString() + ".tmp") {
+    : m_path(std::move(path)),
+      m_temporaryPath(m_path + "." + Uuid::random().toString() + std::string(temporarySuffix)) {
   m_file.reset(::open(m_temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
   if (!m_file) throwErrno();
 }
@@ -49,6 +77,25 @@ void AtomicFile::replace(const std::string& path, std::string_view bytes, unsign
   AtomicFile file(path, mode);
   file.write(bytes);
   file.commit();
+}
+
+void AtomicFile::removeAbandoned(const std::string& path) noexcept {
+  findTemporaries(path, [](int folder, const char* name) {
+    ::unlinkat(folder, name, 0);
+    return true;
+  });
+}
+
+void AtomicFile::removeAbandoned(const std::string& path, const std::string& lockPath) noexcept {
+  bool any = false;
+  findTemporaries(path, [&](int, const char*) { return !(any = true); });
+  if (!any) return;
+  try {
+    const auto lock = FileLock::acquire(lockPath, std::chrono::milliseconds(0));
+    removeAbandoned(path);
+  } catch (const std::system_error&) {
+    // Left for a later start.
+  }
 }
 
 void syncFolder(const std::string& path) {

@@ -24,6 +24,11 @@ class AtomicFile {
   // All at once.
   static void replace(const std::string& path, std::string_view bytes, unsigned mode = 0600);
 
+  // Removes what writers of `path` left that died before commit(). The caller holds the lock under which they write.
+  static void removeAbandoned(const std::string& path) noexcept;
+  // The same for a caller without that lock; what somebody who holds it left is theirs to remove.
+  static void removeAbandoned(const std::string& path, const std::string& lockPath) noexcept;
+
  private:
   void flushBuffer();
 

@@ -55,17 +55,20 @@ void HeadlessCoordinator::tidyIfEnabled() {
   });
 }
 
-void HeadlessCoordinator::carryOut() noexcept {
+bool HeadlessCoordinator::carryOut() noexcept {
+  bool allDone = true;
   const auto attempt = [&](std::string_view what, auto&& work) noexcept {
     try {
       work();
     } catch (const std::exception& error) {
       m_with.console(fmt::format("{} failed: {}", what, error.what()));
+      allDone = false;
     }
   };
   attempt("Scheduled cleanup", [&] { cleanIfDue(); });
   attempt("Tidying up", [&] { tidyIfEnabled(); });
   m_with.notificationCenter.awaitAnswers(answerTime);
+  return allDone;
 }
 
 }  // namespace orvane

@@ -37,8 +37,8 @@ class HeadlessCoordinator {
   explicit HeadlessCoordinator(Collaborators collaborators);
   static HeadlessCoordinator& shared();
 
-  // Never throws: what fails is told to the console, and the rest is done.
-  void carryOut() noexcept;
+  // Never throws: what fails is told to the console, and the rest is done. False when something failed.
+  bool carryOut() noexcept;
 
  private:
   void cleanIfDue();

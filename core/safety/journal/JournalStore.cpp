@@ -1,7 +1,6 @@
 #include "core/safety/journal/JournalStore.h"
 
 #include "core/base/files/AtomicFile.h"
-#include "core/base/files/DirectoryReader.h"
 #include "core/base/files/FileDescriptor.h"
 #include "core/base/files/FreeName.h"
 #include "core/base/files/PathText.h"
@@ -27,7 +26,6 @@
 namespace orvane {
 namespace {
 constexpr std::string_view fileName = "undo_journal.json";
-constexpr std::string_view temporaryPrefix = "undo_journal.json.";
 constexpr std::string_view lockName = "undo_journal.lock";
 
 ItemIdentity identityOf(const FileDescriptor& file) {
@@ -37,12 +35,17 @@ ItemIdentity identityOf(const FileDescriptor& file) {
 }
 }  // namespace
 
-JournalStore::JournalStore(std::string folder) : m_folder(std::move(folder)), m_path(joinPath(m_folder, fileName)) {}
+JournalStore::JournalStore(std::string folder) : m_folder(std::move(folder)), m_path(joinPath(m_folder, fileName)) {
+  AtomicFile::removeAbandoned(m_path, lockPath());
+}
+
+std::string JournalStore::lockPath() const {
+  return joinPath(m_folder, lockName);
+}
 
 FileLock JournalStore::lock() {
   try {
-    auto held = FileLock::acquire(joinPath(m_folder, lockName),
-                                  m_isLockKept ? std::chrono::milliseconds(0) : FileLock::longestWait);
+    auto held = FileLock::acquire(lockPath(), m_isLockKept ? std::chrono::milliseconds(0) : FileLock::longestWait);
     m_isLockKept = false;
     return held;
   } catch (const LockTimeout&) {
@@ -118,7 +121,7 @@ bool JournalStore::save(JournalModel& model) {
     refresh(model);
     if (m_problem) return false;
     setAsideIfDamaged();
-    removeAbandonedTemporaryFiles();
+    AtomicFile::removeAbandoned(m_path);
     AtomicFile file(m_path);
     model.encode([&](std::string_view text) { file.write(text); });
     file.commit();
@@ -144,18 +147,6 @@ void JournalStore::setAsideIfDamaged() {
   if (std::rename(m_path.c_str(), aside.path().c_str()) != 0) throwErrno();
   m_damaged.reset();
   note(fmt::format("The undo journal that could not be read is kept as '{}'.", escapedForDisplay(aside.path())));
-}
-
-// Called under the lock, when nobody else is writing one.
-void JournalStore::removeAbandonedTemporaryFiles() const noexcept {
-  auto reader = DirectoryReader::open(AT_FDCWD, m_folder.c_str(), DirectoryReader::Links::follow);
-  while (reader) {
-    const auto entry = reader->next();
-    if (!entry) return;
-    if (entry->name.starts_with(temporaryPrefix) && entry->name.ends_with(".tmp")) {
-      ::unlinkat(reader->descriptor(), entry->nameBytes(), 0);
-    }
-  }
 }
 
 void JournalStore::note(std::string line) {

@@ -14,6 +14,7 @@ namespace orvane {
 // The journal file on the disk, shared by several processes. Not safe for several threads at once.
 class JournalStore {
  public:
+  // Removes what a writer that died left in the folder.
   explicit JournalStore(std::string folder);
 
   [[nodiscard]] const std::string& folder() const noexcept { return m_folder; }
@@ -34,13 +35,13 @@ class JournalStore {
   [[nodiscard]] std::vector<std::string> takeNotices();
 
  private:
+  [[nodiscard]] std::string lockPath() const;
   // Throws LockTimeout and std::system_error.
   [[nodiscard]] FileLock lock();
   // Throws JsonError for what was read whole and is no journal, anything else for what could not be read.
   void read(JournalModel& model);
   void noteProblem(std::error_code problem);
   void setAsideIfDamaged();
-  void removeAbandonedTemporaryFiles() const noexcept;
   void note(std::string line);
 
   std::string m_folder;

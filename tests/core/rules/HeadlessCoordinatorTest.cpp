@@ -119,7 +119,7 @@ TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
 
   lastRun(std::chrono::hours(48));
   tidyUp();
-  headless.carryOut();
+  EXPECT_TRUE(headless.carryOut());
   EXPECT_FALSE(exists(log));
   EXPECT_FALSE(exists(picture));
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted")));
@@ -154,7 +154,7 @@ TEST_F(HeadlessCoordinatorTest, tidiesAlsoWhereTheCleanupFails) {
   lastRun(std::chrono::hours(48));
   tidyUp();
   stored.failsFor = ScheduleCoordinator::storageKey;
-  headless.carryOut();
+  EXPECT_FALSE(headless.carryOut());
   EXPECT_FALSE(exists(picture));
   EXPECT_EQ(console, "Scheduled cleanup failed: disk full");
 }
