@@ -1,6 +1,7 @@
 #include "app/shell/HeadlessStart.h"
 #include "app/shell/SingleInstance.h"
 #include "app/shell/Window.h"
+#include "core/base/files/HomeFolder.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -10,6 +11,7 @@
 #include <cstdio>
 #include <exception>
 #include <span>
+#include <stdexcept>
 #include <string_view>
 
 namespace {
@@ -49,10 +51,11 @@ int showWindow(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (orvane::asksForScheduledRun(std::span(argv, static_cast<std::size_t>(argc)))) {
-    return orvane::runScheduledWork();
-  }
   try {
+    if (const auto problem = orvane::problemWithHome()) throw std::runtime_error(*problem);
+    if (orvane::asksForScheduledRun(std::span(argv, static_cast<std::size_t>(argc)))) {
+      return orvane::runScheduledWork();
+    }
     return showWindow(argc, argv);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "orvane: %s\n", error.what());

@@ -5,6 +5,7 @@
 #include "cli/frame/Session.h"
 #include "cli/frame/UsageError.h"
 #include "cli/pages/Help.h"
+#include "core/base/files/HomeFolder.h"
 #include "core/base/text/UnicodeText.h"
 
 #include <fcntl.h>
@@ -16,6 +17,7 @@
 #include <cerrno>
 #include <csignal>
 #include <exception>
+#include <stdexcept>
 #include <vector>
 
 namespace orvane::cli {
@@ -121,6 +123,7 @@ ExitStatus run(std::span<const std::string> words) {
   }
   try {
     const auto invocation = commandIn(words);
+    if (const auto problem = problemWithHome()) throw std::runtime_error(*problem);
     return runCommand(invocation);
   } catch (const UsageError& error) {
     return usageFailure(error, nullptr);

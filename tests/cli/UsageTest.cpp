@@ -1,5 +1,8 @@
 #include "tests/cli/OrvanectlFixture.h"
 
+#include <sys/types.h>
+#include <unistd.h>
+
 #include <algorithm>
 
 namespace orvane::test {
@@ -130,6 +133,23 @@ TEST_F(Orvanectl, saysThatTheHomeFolderIsUnknown) {
   }
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_EQ(result.errors, "orvanectl: the home folder is unknown: set HOME to its absolute path\n");
+}
+
+// What root makes in the Trash and beside the journal would shut its user out.
+TEST_F(Orvanectl, rootLeavesTheHomeOfAnotherUserAlone) {
+  constexpr uid_t somebody = 12345;
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can be told from the owner of a home";
+  const auto log = recommended();
+  ASSERT_EQ(::chown(home.path().c_str(), somebody, somebody), 0);
+  for (const Words& words : {Words{"clean", "--yes"}, Words{"history"}, Words{"tidy", "set", "--days", "5"}}) {
+    const auto result = run(words);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_THAT(result.errors, testing::MatchesRegex("orvanectl: the home folder '.*' belongs to another user;.*\n"));
+  }
+  EXPECT_TRUE(exists(log));
+  EXPECT_TRUE(isUntouched());
+  EXPECT_FALSE(exists(home.path(".config")));
+  EXPECT_EQ(run({"--help"}).exitStatus, 0);
 }
 
 }  // namespace

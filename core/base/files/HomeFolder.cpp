@@ -2,7 +2,9 @@
 
 #include "core/base/files/PathText.h"
 
+#include <fmt/format.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -21,6 +23,15 @@ std::string homeFolder() {
     return standardizedPath(found->pw_dir);
   }
   throw std::runtime_error("the home folder is unknown: set HOME to its absolute path");
+}
+
+std::optional<std::string> problemWithHome() {
+  if (::geteuid() != 0) return std::nullopt;
+  const auto home = homeFolder();
+  struct stat status {};
+  if (::stat(home.c_str(), &status) != 0 || status.st_uid == 0) return std::nullopt;
+  return fmt::format("the home folder '{}' belongs to another user; run this without sudo, or as root with 'sudo -H'",
+                     home);
 }
 
 std::string expandedHome(std::string_view path) {
