@@ -153,5 +153,25 @@ TEST_F(ScanCommand, keepsEveryByteOfANameInTheUrl) {
                                    urlOf("Downloads/a\\b\".log"), urlOf("Downloads/" + longest)));
 }
 
+TEST_F(Orvanectl, noNameInJsonReachesTheTerminalAsACommand) {
+  // CSI in one character, a delete character, and text that runs backwards.
+  const std::string name =
+      "a\xC2\x9B"
+      "31m\x7F\xE2\x80\xAE"
+      "fdp.\xD8\x9C\xE2\x81\xA6\xE2\x80\xA6.log";
+  recommended(name);
+  const auto output = run({"scan", "--json"}).output;
+  for (const char* hidden : {"\xC2\x9B", "\x7F", "\xE2\x80\xAE", "\xD8\x9C", "\xE2\x81\xA6"}) {
+    EXPECT_EQ(output.find(hidden), std::string::npos) << hidden;
+  }
+  EXPECT_THAT(output, testing::HasSubstr("\xE2\x80\xA6")) << "an ellipsis hides nothing";
+  std::istringstream lines(output);
+  bool isToldWhole = false;
+  for (std::string line; std::getline(lines, line);) {
+    isToldWhole = isToldWhole || parseJson(line).dump().find(Json(name).dump()) != std::string::npos;
+  }
+  EXPECT_TRUE(isToldWhole);
+}
+
 }  // namespace
 }  // namespace orvane::test

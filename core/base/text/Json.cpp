@@ -83,6 +83,36 @@ void requireWithin(std::string_view text, const JsonLimits& limits) {
   throw JsonError(fmt::format("\"{}\" must be {}", what, expected));
 }
 
+struct CodePoint {
+  unsigned code;
+  std::size_t length;  // bytes
+};
+
+// Of valid UTF-8, up to three bytes; of more the code does not matter.
+CodePoint codePointAt(std::string_view text, std::size_t at) {
+  const auto byte = [&](std::size_t offset) { return static_cast<unsigned char>(text[at + offset]); };
+  if (byte(0) < 0x80) return {byte(0), 1};
+  if (byte(0) < 0xE0) return {(byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU), 2};
+  return {(byte(0) & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU), 3};
+}
+
+// Characters that a terminal takes for a command or that reorder what stands beside them.
+bool isHidden(unsigned code) {
+  return (code >= 0x7F && code <= 0x9F) || code == 0x061C || code == 0x200E || code == 0x200F ||
+         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+}
+
+// Where the next of them stands in valid UTF-8; npos where there is none.
+std::size_t nextHidden(std::string_view text, std::size_t from) {
+  // The first bytes that they can have.
+  constexpr std::string_view beginnings = "\x7F\xC2\xD8\xE2";
+  for (auto at = text.find_first_of(beginnings, from); at != std::string_view::npos;
+       at = text.find_first_of(beginnings, at + 1)) {
+    if (isHidden(codePointAt(text, at).code)) return at;
+  }
+  return std::string_view::npos;
+}
+
 }  // namespace
 
 Json parseJson(std::string_view text, const JsonLimits& limits) {
@@ -120,8 +150,20 @@ Json parseJsonRows(std::string_view text, const JsonLimits& limits, std::string_
   }
 }
 
+// Escapes too what a terminal would take for a command.
 std::string jsonText(const Json& value) {
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  auto text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  auto at = nextHidden(text, 0);
+  if (at == std::string::npos) return text;
+  std::string escaped;
+  std::size_t written = 0;
+  for (; at != std::string::npos; at = nextHidden(text, written)) {
+    escaped.append(text, written, at - written);
+    const auto [code, length] = codePointAt(text, at);
+    escaped += fmt::format("\\u{:04x}", code);
+    written = at + length;
+  }
+  return escaped.append(text, written);
 }
 
 const Json& requiredKey(const Json& value, std::string_view key) {
