@@ -1,5 +1,6 @@
 #include "core/base/files/FreeName.h"
 
+#include "core/base/files/FileDescriptor.h"
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
@@ -12,33 +13,34 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t maximumNameBytes = 255;
-
-// A name that cannot be looked at counts as taken only where something may stand there.
-bool isTaken(const FileUrl& url) {
-  return readPathStatus(url.path()).has_value() || (errno != ENOENT && errno != ENOTDIR && errno != EACCES);
-}
+constexpr std::int64_t mostTries = 1'000'000;
 
 }  // namespace
 
 std::string numberedName(std::string_view name, std::int64_t number, NumberingStyle style) {
+  const std::string mark = fmt::format(" ({}{})", style == NumberingStyle::restored ? "restored " : "", number);
   const auto [base, extension] = splitName(name);
-  std::string ending = fmt::format(" ({}{})", style == NumberingStyle::restored ? "restored " : "", number);
-  if (!extension.empty()) ending += fmt::format(".{}", extension);
-  std::string_view kept = base;
-  if (kept.size() + ending.size() > maximumNameBytes) {
-    kept = shortenedToBytes(base, ending.size() < maximumNameBytes ? maximumNameBytes - ending.size() : 0);
+  std::string ending = extension.empty() ? mark : fmt::format("{}.{}", mark, extension);
+  std::string_view stem = base;
+  if (ending.size() < maximumNameBytes) stem = shortenedToBytes(base, maximumNameBytes - ending.size());
+  if (ending.size() >= maximumNameBytes || stem.empty()) {
+    stem = shortenedToBytes(name, maximumNameBytes - mark.size());
+    ending = mark;
   }
-  return std::string(kept) + ending;
+  return std::string(stem) + ending;
 }
 
 FileUrl freeUrl(const FileUrl& wanted, NumberingStyle style, const std::function<bool(const FileUrl&)>& alsoTaken) {
-  const auto taken = [&](const FileUrl& url) { return (alsoTaken && alsoTaken(url)) || isTaken(url); };
+  const auto taken = [&](const FileUrl& url) {
+    return (alsoTaken && alsoTaken(url)) || readPathStatus(url.path()).has_value();
+  };
   if (!taken(wanted)) return wanted;
   const FileUrl folder = wanted.deletingLastPathComponent();
-  for (std::int64_t number = 1;; ++number) {
+  for (std::int64_t number = 1; number <= mostTries; ++number) {
     FileUrl candidate = folder.appendingPathComponent(numberedName(wanted.lastPathComponent(), number, style));
     if (!taken(candidate)) return candidate;
   }
+  throwErrno(EEXIST);
 }
 
 }  // namespace orvane

@@ -133,6 +133,13 @@ TEST(FreeName, keepsWithinTheLongestName) {
   EXPECT_LE(numbered.size(), 255U);
   EXPECT_TRUE(isValidUtf8(numbered));
   EXPECT_TRUE(numbered.ends_with(" (restored 12).txt"));
+  // An extension that leaves no room for the number.
+  for (const std::size_t length : {236U, 240U, 253U}) {
+    const std::string name = "a." + std::string(length, 'x');
+    const auto first = numberedName(name, 1, NumberingStyle::restored);
+    EXPECT_LE(first.size(), 255U) << length;
+    EXPECT_NE(first, numberedName(name, 2, NumberingStyle::restored)) << length;
+  }
 }
 
 }  // namespace
