@@ -51,6 +51,8 @@ class PendingMove {
   // Where it will be. finishPreparing() may change it when another process takes the name first.
   [[nodiscard]] const FileUrl& destination() const noexcept { return m_destination; }
   [[nodiscard]] const ItemIdentity& identity() const noexcept { return m_identity; }
+  // Whether a lock kept its owner from moving the item; it is taken off with the move.
+  [[nodiscard]] bool isLocked() const noexcept { return m_isLocked; }
   // Whether the item goes to another volume: it is copied, and what it came from stays where it is.
   [[nodiscard]] bool copies() const noexcept { return m_partial.has_value(); }
   // Where a copy grows until it is whole and takes its name at the destination; absent for a plain move.
@@ -62,16 +64,18 @@ class PendingMove {
   virtual void finishPreparing(FolderSyncSet& /*folders*/) {}
   // Moves the item without replacing anything, and puts it back if what moved is not what was meant.
   virtual void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) = 0;
-  // What is left to tidy once the move is durable. Never throws: the item has moved.
-  virtual void finish() noexcept {}
-  // Takes back what prepare() wrote, for an item that did not move.
-  virtual void abandon() noexcept {}
+  // What is left to tidy once the move is durable. Never throws: the item has moved. False when the system refuses, so
+  // that something is left for the next start.
+  [[nodiscard]] virtual bool finish() noexcept { return true; }
+  // Takes back what prepare() wrote, for an item that did not move. False as above.
+  [[nodiscard]] virtual bool abandon() noexcept { return true; }
 
  protected:
   PendingMove() = default;
   FileUrl m_source;
   FileUrl m_destination;
   ItemIdentity m_identity;
+  bool m_isLocked = false;
   std::optional<FileUrl> m_partial;
 };
 

@@ -13,7 +13,7 @@ class Trash {
   virtual ~Trash() = default;
 
   // Decides where an item goes: opens its folder without following links from `boundary` (a canonical folder) down,
-  // reads its identity, clears its lock and chooses a free name in the Trash of its volume. `item` is a canonical
+  // reads its identity and chooses a free name in the Trash of its volume. `item` is a canonical
   // folder path and a name. `admit` sees the item before anything is changed and throws when it may not go. Throws
   // std::runtime_error when the item is gone (std::system_error), lies inside a Trash, or its volume has no usable
   // Trash.
@@ -30,12 +30,16 @@ class Trash {
   // names another item. The record may come from anyone; it is never followed.
   [[nodiscard]] virtual bool mayHold(const FileUrl& trashed, const FileUrl& original) noexcept = 0;
 
-  // Takes back what was written for an item that did not come: nothing is at `trashed`. Never touches an item. False
-  // when the system refuses, so that something may be left.
+  // Removes the record of an item that left: nothing is at `trashed`. Never touches an item. False when the system
+  // refuses, so that something may be left.
   [[nodiscard]] virtual bool forget(const FileUrl& trashed) noexcept = 0;
+  // Removes what was written for an item from `original` that never came to `trashed`. As forget(), but leaves the
+  // record of another item.
+  [[nodiscard]] virtual bool takeBackRecord(const FileUrl& trashed, const FileUrl& original) noexcept = 0;
 
-  // Clears the flag that keeps the owner from moving an item; failures are ignored.
+  // The flag that keeps the owner from moving an item; failures are ignored.
   virtual void clearImmutableFlag(const FileUrl& item) noexcept = 0;
+  virtual void setImmutableFlag(const FileUrl& item) noexcept = 0;
 };
 
 }  // namespace orvane

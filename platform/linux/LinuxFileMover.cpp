@@ -14,6 +14,12 @@ namespace orvane {
 namespace {
 constexpr std::string_view partialPrefix = ".orvane-";
 constexpr std::string_view partialSuffix = ".partial";
+
+bool isCopyRemoved(int folder, const std::string& name) noexcept {
+  removeCopy(folder, name);
+  return !readFileStatus(folder, name.c_str()) && errno == ENOENT;
+}
+
 }  // namespace
 
 LinuxMove::LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination, const OpenFolder& folder)
@@ -21,6 +27,7 @@ LinuxMove::LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destinat
   m_source = item;
   m_destination = destination;
   m_identity = m_item.identity();
+  m_isLocked = m_item.isImmutable;
   if (folder.mount != m_item.mount) {
     const auto name = fmt::format("{}{}{}", partialPrefix, Uuid::random().toString(), partialSuffix);
     m_partial = destination.deletingLastPathComponent().appendingPathComponent(name);
@@ -40,15 +47,14 @@ void LinuxMove::carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) {
   renameWithoutReplacing(m_destinationFolder->get(), partialName, m_destinationFolder->get(), name);
 }
 
-void LinuxMove::abandon() noexcept {
-  if (m_partial) removeCopy(m_destinationFolder->get(), std::string(m_partial->lastPathComponent()));
+bool LinuxMove::abandon() noexcept {
+  return !m_partial || isCopyRemoved(m_destinationFolder->get(), std::string(m_partial->lastPathComponent()));
 }
 
 std::unique_ptr<PendingMove> LinuxFileMover::planMove(const FileUrl& item, const std::string& boundary,
                                                       const Destination& destination) {
   auto open = openItemIn(m_sources.open(parentPath(item.path()), boundary), item.lastPathComponent());
   const auto place = destination(open.status);
-  clearImmutableAttribute(open);
   const auto folder = parentPath(place.path());
   return std::make_unique<LinuxMove>(item, std::move(open), place, m_destinations.open(folder, folder));
 }
@@ -58,10 +64,21 @@ bool LinuxFileMover::discardPartial(const FileUrl& partial) noexcept {
   if (!name.starts_with(partialPrefix) || !name.ends_with(partialSuffix)) return true;
   try {
     const auto folder = openFolder(parentPath(partial.path()), parentPath(partial.path()));
-    removeCopy(folder->get(), std::string(name));
-    return !readFileStatus(folder->get(), std::string(name).c_str()) && errno == ENOENT;
+    return isCopyRemoved(folder->get(), std::string(name));
   } catch (const std::system_error& error) {
     return error.code() == std::errc::no_such_file_or_directory;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+bool LinuxFileMover::undoLink(const FileUrl& source, const FileUrl& destination, std::uint64_t inode) noexcept {
+  try {
+    const auto first = openItem(source, parentPath(source.path()));
+    const auto second = openItem(destination, parentPath(destination.path()));
+    const bool isLink = first.status.device == second.status.device && first.status.inode == inode &&
+                        second.status.inode == inode && second.status.type != FileType::directory;
+    return !isLink || ::unlinkat(second.folder->get(), second.name.c_str(), 0) == 0;
   } catch (const std::exception&) {
     return false;
   }

@@ -3,6 +3,7 @@
 #include "core/platform/FileMover.h"
 #include "platform/linux/OpenItem.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -15,7 +16,7 @@ class LinuxMove : public PendingMove {
   LinuxMove(const FileUrl& item, OpenItem open, const FileUrl& destination, const OpenFolder& folder);
 
   void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) override;
-  void abandon() noexcept override;
+  [[nodiscard]] bool abandon() noexcept override;
 
  protected:
   [[nodiscard]] FileType itemType() const noexcept { return m_item.status.type; }
@@ -30,6 +31,7 @@ class LinuxFileMover : public FileMover {
   std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
                                         const Destination& destination) override;
   [[nodiscard]] bool discardPartial(const FileUrl& partial) noexcept override;
+  [[nodiscard]] bool undoLink(const FileUrl& source, const FileUrl& destination, std::uint64_t inode) noexcept override;
 
  private:
   SharedFolder m_sources;

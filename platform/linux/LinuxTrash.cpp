@@ -170,7 +170,10 @@ std::shared_ptr<TrashFolder> LinuxTrash::folderOf(const FileUrl& trashed) {
   const std::string path(parentPath(files));
   FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat info {};
-  if (!folder || ::fstatat(folder.get(), "info", &info, AT_SYMLINK_NOFOLLOW) != 0) return nullptr;
+  if (!folder || ::fstatat(folder.get(), "info", &info, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (errno == ENOENT || errno == ENOTDIR) return nullptr;
+    throwErrno();
+  }
   if (!S_ISDIR(info.st_mode)) return nullptr;
   // Relative records begin at the volume's top folder.
   std::string top;
@@ -190,7 +193,6 @@ std::unique_ptr<PendingMove> LinuxTrash::planTrash(const FileUrl& item, const st
   OpenItem open = openItemIn(m_sources.open(parentPath(item.path()), boundary), item.lastPathComponent());
   admit(open.status);
   refuseInTrash(item);
-  clearImmutableAttribute(open);
   auto folder = folderFor(open, std::string(parentPath(item.path())));
   return makeMoveIntoTrash(item, std::move(open), std::move(folder));
 }
@@ -221,20 +223,45 @@ bool LinuxTrash::mayHold(const FileUrl& trashed, const FileUrl& original) noexce
 bool LinuxTrash::forget(const FileUrl& trashed) noexcept {
   try {
     const auto folder = folderOf(trashed);
-    return !folder || folder->removeRecord(std::string(trashed.lastPathComponent()));
+    return !folder || (folder->removeRecord(std::string(trashed.lastPathComponent())) && folder->removeNewSizes());
   } catch (const std::exception&) {
     // The record stays: a desktop shows an entry without an item.
     return false;
   }
 }
 
-void LinuxTrash::clearImmutableFlag(const FileUrl& item) noexcept {
+bool LinuxTrash::takeBackRecord(const FileUrl& trashed, const FileUrl& original) noexcept {
+  try {
+    const auto folder = folderOf(trashed);
+    if (!folder) return true;
+    const std::string name(trashed.lastPathComponent());
+    const bool hasNone = folder->removeNewRecord(name);
+    return (!mayHold(trashed, original) || folder->removeRecord(name)) && hasNone;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+namespace {
+
+void changeFlag(const FileUrl& item, Immutable wanted) noexcept {
   try {
     const FileUrl place(canonicalPlace(item.path()));
-    clearImmutableAttribute(openItem(place, parentPath(place.path())));
+    const auto open = openItem(place, parentPath(place.path()));
+    changeImmutableAttribute(open.folder->get(), open.name, wanted);
   } catch (const std::exception&) {
     // Whatever keeps the flag from being read will be told by the move.
   }
+}
+
+}  // namespace
+
+void LinuxTrash::clearImmutableFlag(const FileUrl& item) noexcept {
+  changeFlag(item, Immutable::no);
+}
+
+void LinuxTrash::setImmutableFlag(const FileUrl& item) noexcept {
+  changeFlag(item, Immutable::yes);
 }
 
 }  // namespace orvane

@@ -28,14 +28,17 @@ class LinuxTrash : public Trash {
   std::unique_ptr<PendingMove> planTakeOut(const FileUrl& trashed, const FileUrl& destination) override;
   [[nodiscard]] bool mayHold(const FileUrl& trashed, const FileUrl& original) noexcept override;
   [[nodiscard]] bool forget(const FileUrl& trashed) noexcept override;
+  [[nodiscard]] bool takeBackRecord(const FileUrl& trashed, const FileUrl& original) noexcept override;
   void clearImmutableFlag(const FileUrl& item) noexcept override;
+  void setImmutableFlag(const FileUrl& item) noexcept override;
 
  private:
   std::shared_ptr<TrashFolder> folderFor(const OpenItem& item, const std::string& parent);
   std::shared_ptr<TrashFolder> remembered(const Mount& mount);
   std::shared_ptr<TrashFolder> openHomeTrash() const;
   std::shared_ptr<TrashFolder> openTopTrash(const Mount& mount, const std::string& parent) const;
-  // The Trash folder that a place in a Trash belongs to; absent where the path is no such place.
+  // The Trash folder that a place in a Trash belongs to; absent where the path is no such place. Throws
+  // std::system_error.
   static std::shared_ptr<TrashFolder> folderOf(const FileUrl& trashed);
   void refuseInTrash(const FileUrl& item) const;
 

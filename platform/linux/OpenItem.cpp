@@ -123,13 +123,13 @@ OpenFolder SharedFolder::open(std::string_view folder, std::string_view boundary
   return opened;
 }
 
-void clearImmutableAttribute(const OpenItem& item) noexcept {
-  if (!item.isImmutable) return;
-  const FileDescriptor file(
-      ::openat(item.folder->get(), item.name.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+void changeImmutableAttribute(int folder, const std::string& name, Immutable wanted) noexcept {
+  const FileDescriptor file(::openat(folder, name.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
   int attributes = 0;
   if (!file || ::ioctl(file.get(), FS_IOC_GETFLAGS, &attributes) != 0) return;
-  attributes &= ~FS_IMMUTABLE_FL;
+  const bool isSet = (attributes & FS_IMMUTABLE_FL) != 0;
+  if (isSet == (wanted == Immutable::yes)) return;
+  attributes ^= FS_IMMUTABLE_FL;
   static_cast<void>(::ioctl(file.get(), FS_IOC_SETFLAGS, &attributes));
 }
 
@@ -139,12 +139,10 @@ void renameWithoutReplacing(int fromFolder, const std::string& from, int toFolde
   const auto status = readFileStatus(fromFolder, from.c_str());
   if (!status) throwErrno();
   if (status->type == FileType::directory) {
-    // A folder replaces an empty one at once, and mkdir takes only a free name.
-    if (::mkdirat(toFolder, to.c_str(), 0700) != 0) throwErrno();
-    if (::renameat(fromFolder, from.c_str(), toFolder, to.c_str()) == 0) return;
-    const int error = errno;
-    ::unlinkat(toFolder, to.c_str(), AT_REMOVEDIR);
-    throwErrno(error);
+    // A folder takes no name but that of an empty folder. One made in place of it first would stay after a crash.
+    if (readFileStatus(toFolder, to.c_str())) throwErrno(EEXIST);
+    if (::renameat(fromFolder, from.c_str(), toFolder, to.c_str()) != 0) throwErrno();
+    return;
   }
   if (::linkat(fromFolder, from.c_str(), toFolder, to.c_str(), 0) != 0) throwErrno();
   if (::unlinkat(fromFolder, from.c_str(), 0) != 0) {
@@ -154,9 +152,12 @@ void renameWithoutReplacing(int fromFolder, const std::string& from, int toFolde
   }
 }
 
-void renameChecked(const OpenItem& item, int toFolder, const std::string& to) {
+namespace {
+
+void moveChecked(const OpenItem& item, int toFolder, const std::string& to) {
   constexpr const char* changed = "it changed while it was being moved and was left where it is";
   if (ItemIdentity::of(item.currentStatus()) != item.identity()) throw std::runtime_error(changed);
+  if (item.isImmutable) changeImmutableAttribute(item.folder->get(), item.name, Immutable::no);
   renameWithoutReplacing(item.folder->get(), item.name, toFolder, to);
   const auto landed = readFileStatus(toFolder, to.c_str());
   if (landed && ItemIdentity::of(*landed) == item.identity()) return;
@@ -168,6 +169,20 @@ void renameChecked(const OpenItem& item, int toFolder, const std::string& to) {
     throw std::runtime_error(std::string("another item took its name and could not be put back: ") + error.what());
   }
   throw std::runtime_error(changed);
+}
+
+}  // namespace
+
+void renameChecked(const OpenItem& item, int toFolder, const std::string& to) {
+  try {
+    moveChecked(item, toFolder, to);
+  } catch (const std::runtime_error&) {
+    const auto still = readFileStatus(item.folder->get(), item.name.c_str());
+    if (item.isImmutable && still && still->inode == item.status.inode) {
+      changeImmutableAttribute(item.folder->get(), item.name, Immutable::yes);
+    }
+    throw;
+  }
 }
 
 }  // namespace orvane

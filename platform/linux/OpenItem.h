@@ -66,15 +66,18 @@ class SharedFolder {
   Mount m_mount;
 };
 
-// Clears the immutable attribute (chattr +i) where it is set and this process may; otherwise nothing happens.
-void clearImmutableAttribute(const OpenItem& item) noexcept;
+// Changes the immutable attribute (chattr +i) where it is the other way and this process may; otherwise nothing
+// happens.
+enum class Immutable : std::uint8_t { no, yes };
+void changeImmutableAttribute(int folder, const std::string& name, Immutable wanted) noexcept;
 
 // Renames without replacing, as renameat2(2) with RENAME_NOREPLACE, also on file systems that do not know that flag.
 // Throws std::system_error.
 void renameWithoutReplacing(int fromFolder, const std::string& from, int toFolder, const std::string& to);
 
-// The same for an item that must be, before and after, the one that was looked at: another one is put back. Throws
-// std::runtime_error; the item is then where it was.
+// The same for an item that must be, before and after, the one that was looked at: another one is put back. The
+// immutable attribute is cleared for the move alone, and given back when it fails. Throws std::runtime_error; the item
+// is then where it was.
 void renameChecked(const OpenItem& item, int toFolder, const std::string& to);
 
 }  // namespace orvane

@@ -3,6 +3,7 @@
 #include "core/base/files/DirectoryReader.h"
 #include "core/base/files/FileUrl.h"
 #include "core/base/files/PathText.h"
+#include "core/base/values/Sha256.h"
 #include "core/base/values/Uuid.h"
 #include "core/platform/SyncError.h"
 
@@ -13,6 +14,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <span>
 #include <system_error>
 
 namespace orvane {
@@ -21,8 +23,11 @@ namespace {
 constexpr std::string_view recordSuffix = ".trashinfo";
 constexpr std::size_t longestName = 255 - recordSuffix.size();
 constexpr std::int64_t mostNumberedTries = 16;
+constexpr std::int64_t mostTries = 32;
 constexpr std::uint64_t mostSingleSyncs = 8;
+constexpr std::size_t longestSizes = 64UL * 1024 * 1024;
 constexpr const char* sizesName = "directorysizes";
+constexpr const char* newSizesName = ".directorysizes.orvane";
 
 std::shared_ptr<const FileDescriptor> subfolder(int trash, const char* name) {
   if (::mkdirat(trash, name, 0700) == 0) {
@@ -35,8 +40,18 @@ std::shared_ptr<const FileDescriptor> subfolder(int trash, const char* name) {
   return std::make_shared<const FileDescriptor>(std::move(folder));
 }
 
+// A name that cannot be looked at is not taken: what takes it never replaces, and says why it fails.
 bool existsIn(int folder, const std::string& name) {
-  return readFileStatus(folder, name.c_str()).has_value() || errno != ENOENT;
+  return readFileStatus(folder, name.c_str()).has_value();
+}
+
+bool isRegular(int file) noexcept {
+  struct stat status {};
+  return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool isRemoved(int folder, const char* name) noexcept {
+  return ::unlinkat(folder, name, 0) == 0 || errno == ENOENT;
 }
 
 // "name.2.ext", shortened so that its record's name fits.
@@ -102,6 +117,7 @@ std::string TrashFolder::reserveName(std::string_view wanted) {
     std::int64_t tries = 0;
     do {
       const bool numbered = ++tries <= mostNumberedTries;
+      if (tries > mostTries) throwErrno(EEXIST);
       name = nameWithSuffix(wanted, numbered ? std::to_string(++number) : Uuid::random().toString());
     } while (!isFree(name));
   }
@@ -137,21 +153,27 @@ std::string TrashFolder::recordName(std::string_view itemName) {
   return std::string(itemName) + std::string(recordSuffix);
 }
 
+std::string TrashFolder::newRecordName(std::string_view itemName) {
+  Sha256 digest;
+  digest.update(std::as_bytes(std::span(itemName)));
+  return fmt::format(".{}.tmp", digestText(digest.finish()));
+}
+
 void TrashFolder::noteFolderSize(const std::string& name) const noexcept {
   struct stat record {};
   if (::fstatat(m_info->get(), recordName(name).c_str(), &record, AT_SYMLINK_NOFOLLOW) != 0) return;
   const std::string line = fmt::format("{} {} {}\n", sizeOnDisk(m_files->get(), name.c_str()),
                                        static_cast<std::int64_t>(record.st_mtime), percentEncodedPath(name));
   const FileDescriptor sizes(
-      ::openat(m_folder.get(), sizesName, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-  if (sizes) static_cast<void>(!::write(sizes.get(), line.data(), line.size()));
+      ::openat(m_folder.get(), sizesName, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+  if (sizes && isRegular(sizes.get())) static_cast<void>(!::write(sizes.get(), line.data(), line.size()));
 }
 
 void TrashFolder::forgetFolderSize(const std::string& name) const noexcept {
   try {
-    const FileDescriptor sizes(::openat(m_folder.get(), sizesName, O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-    if (!sizes) return;
-    const std::string text = readAll(sizes.get());
+    const FileDescriptor sizes(::openat(m_folder.get(), sizesName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!sizes || !isRegular(sizes.get())) return;
+    const std::string text = readAll(sizes.get(), longestSizes);
     const std::string ending = " " + percentEncodedPath(name);
     std::string kept;
     for (std::size_t start = 0; start < text.size();) {
@@ -161,13 +183,12 @@ void TrashFolder::forgetFolderSize(const std::string& name) const noexcept {
       start = end + 1;
     }
     if (kept.size() == text.size()) return;
-    const std::string temporary = fmt::format("{}.{}", sizesName, Uuid::random().toString());
     const FileDescriptor file(
-        ::openat(m_folder.get(), temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+        ::openat(m_folder.get(), newSizesName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file) return;
     writeAll(file.get(), kept);
-    if (::renameat(m_folder.get(), temporary.c_str(), m_folder.get(), sizesName) != 0) {
-      ::unlinkat(m_folder.get(), temporary.c_str(), 0);
+    if (::renameat(m_folder.get(), newSizesName, m_folder.get(), sizesName) != 0) {
+      ::unlinkat(m_folder.get(), newSizesName, 0);
     }
   } catch (const std::exception&) {
     // Desktops measure the folder again when the cache does not fit.
@@ -177,7 +198,15 @@ void TrashFolder::forgetFolderSize(const std::string& name) const noexcept {
 bool TrashFolder::removeRecord(const std::string& name) const noexcept {
   if (readFileStatus(m_files->get(), name.c_str())) return true;
   if (errno != ENOENT) return false;
-  return ::unlinkat(m_info->get(), recordName(name).c_str(), 0) == 0 || errno == ENOENT;
+  return isRemoved(m_info->get(), recordName(name).c_str());
+}
+
+bool TrashFolder::removeNewRecord(const std::string& name) const noexcept {
+  return isRemoved(m_info->get(), newRecordName(name).c_str());
+}
+
+bool TrashFolder::removeNewSizes() const noexcept {
+  return isRemoved(m_folder.get(), newSizesName);
 }
 
 }  // namespace orvane

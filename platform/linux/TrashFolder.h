@@ -31,7 +31,8 @@ class TrashFolder {
   // What the record of an item says of where it came from. `original` is canonical.
   [[nodiscard]] std::string recordedPath(std::string_view original) const;
 
-  // A name that neither an item, nor a record, nor another pending move has; promised until release().
+  // A name that neither an item, nor a record, nor another pending move has, as far as can be seen; promised until
+  // release(). Throws std::system_error when there is none to be found.
   [[nodiscard]] std::string reserveName(std::string_view wanted);
   void release(const std::string& name) noexcept;
 
@@ -46,8 +47,15 @@ class TrashFolder {
 
   // Removes the record of an item that is not there (any more); false when it may still be there without an item.
   bool removeRecord(const std::string& name) const noexcept;
+  // Remove what a process that died left while it wrote the record of that item, or the sizes; false when it may be
+  // there still.
+  [[nodiscard]] bool removeNewRecord(const std::string& name) const noexcept;
+  [[nodiscard]] bool removeNewSizes() const noexcept;
 
   [[nodiscard]] static std::string recordName(std::string_view itemName);
+  // Of the record while it is written, where the file system knows no unnamed files. Follows from the item's name, so
+  // that it is found again, and is never too long.
+  [[nodiscard]] static std::string newRecordName(std::string_view itemName);
 
  private:
   [[nodiscard]] bool isFree(const std::string& name) const;

@@ -1,7 +1,6 @@
 #include "platform/linux/TrashMoves.h"
 
 #include "core/base/files/PathText.h"
-#include "core/base/values/Uuid.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/TrashFolder.h"
 #include "platform/linux/TrashInfo.h"
@@ -16,12 +15,15 @@
 namespace orvane {
 namespace {
 
+constexpr int mostTries = 64;
+
 class MoveIntoTrash : public PendingMove {
  public:
   MoveIntoTrash(const FileUrl& item, OpenItem open, std::shared_ptr<TrashFolder> folder)
       : m_item(std::move(open)), m_folder(std::move(folder)) {
     m_source = item;
     m_identity = m_item.identity();
+    m_isLocked = m_item.isImmutable;
     takeName(m_folder->reserveName(m_item.name));
   }
 
@@ -33,9 +35,7 @@ class MoveIntoTrash : public PendingMove {
     if (!m_record) {
       // Some file systems know no unnamed files.
       if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL && errno != ENOENT) throwErrno();
-      m_temporaryName = fmt::format(".{}.tmp", Uuid::random().toString());
-      m_record.reset(::openat(info, m_temporaryName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-      if (!m_record) throwErrno();
+      openNamedRecord();
     }
     writeAll(m_record.get(), trashInfoText(m_folder->recordedPath(m_source.path()), ReferenceClock::now()));
     m_ticket = m_folder->noteRecordWritten();
@@ -43,11 +43,7 @@ class MoveIntoTrash : public PendingMove {
 
   void finishPreparing(FolderSyncSet& folders) override {
     m_folder->makeRecordDurable(m_ticket, m_record.get());
-    while (!giveRecordItsName()) {
-      const std::string taken = m_name;
-      takeName(m_folder->reserveName(m_item.name));
-      m_folder->release(taken);
-    }
+    for (int tries = 1; !giveRecordItsName(); ++tries) takeAnotherName(tries);
     m_record.reset();
     m_hasRecord = true;
     folders.add(m_folder->info(), ::syncfs);
@@ -59,19 +55,42 @@ class MoveIntoTrash : public PendingMove {
     renameChecked(m_item, m_folder->files()->get(), m_name);
   }
 
-  void finish() noexcept override {
+  [[nodiscard]] bool finish() noexcept override {
     if (m_item.status.type == FileType::directory) m_folder->noteFolderSize(m_name);
+    return true;
   }
 
-  void abandon() noexcept override {
-    if (!m_temporaryName.empty()) ::unlinkat(m_folder->info()->get(), m_temporaryName.c_str(), 0);
-    if (m_hasRecord) m_folder->removeRecord(m_name);
+  [[nodiscard]] bool abandon() noexcept override {
+    const bool hasNone = m_temporaryName.empty() ||
+                         ::unlinkat(m_folder->info()->get(), m_temporaryName.c_str(), 0) == 0 || errno == ENOENT;
+    return (!m_hasRecord || m_folder->removeRecord(m_name)) && hasNone;
   }
 
  private:
   void takeName(std::string name) {
     m_name = std::move(name);
     m_destination = FileUrl(joinPath(joinPath(m_folder->path(), "files"), m_name));
+  }
+
+  // Another process has taken the name.
+  void takeAnotherName(int tries) {
+    if (tries == mostTries) throwErrno(EEXIST);
+    const std::string taken = m_name;
+    takeName(m_folder->reserveName(m_item.name));
+    m_folder->release(taken);
+  }
+
+  void openNamedRecord() {
+    for (int tries = 1;; ++tries) {
+      std::string name = TrashFolder::newRecordName(m_name);
+      m_record.reset(::openat(m_folder->info()->get(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+      if (m_record) {
+        m_temporaryName = std::move(name);
+        return;
+      }
+      if (errno != EEXIST) throwErrno();
+      takeAnotherName(tries);
+    }
   }
 
   // False when another process took the name first.
@@ -111,11 +130,11 @@ class MoveOutOfTrash : public LinuxMove {
         m_folder(std::move(folder)) {}
 
   // The record goes last: until the item is back for good, the Trash can still tell where it belongs.
-  void finish() noexcept override {
-    if (!m_folder || copies()) return;
+  [[nodiscard]] bool finish() noexcept override {
+    if (!m_folder || copies()) return true;
     const std::string name(source().lastPathComponent());
-    m_folder->removeRecord(name);
     if (itemType() == FileType::directory) m_folder->forgetFolderSize(name);
+    return m_folder->removeRecord(name);
   }
 
  private:

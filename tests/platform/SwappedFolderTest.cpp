@@ -60,7 +60,7 @@ TEST_F(SwappedFolderTest, anItemReplacedBetweenDecisionAndMoveStays) {
   move->prepare();
   move->finishPreparing(folders);
   EXPECT_THROW(move->carryOut(folders, folders), std::runtime_error);
-  move->abandon();
+  EXPECT_TRUE(move->abandon());
   EXPECT_EQ(contentOf(path), "another file");
   EXPECT_FALSE(exists(recordOf(move->destination())));
 }
@@ -77,19 +77,43 @@ TEST_F(SwappedFolderTest, aNameTakenInTheTrashMeanwhileIsNotOverwritten) {
   EXPECT_EQ(contentOf(move->destination().path()), "approved");
 }
 
-TEST_F(SwappedFolderTest, aLockedFileIsUnlockedAndMoved) {
-  const auto path = tree.file("Downloads/locked", "locked");
-  {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    int attributes = 0;
-    if (::ioctl(file.get(), FS_IOC_GETFLAGS, &attributes) != 0) GTEST_SKIP() << "no such attribute here";
-    attributes |= FS_IMMUTABLE_FL;
-    if (::ioctl(file.get(), FS_IOC_SETFLAGS, &attributes) != 0) GTEST_SKIP() << "this user may not lock files";
+class LockedFileTest : public SwappedFolderTest {
+ public:
+  void SetUp() override {
+    trash.setImmutableFlag(FileUrl(path));
+    if (!isLocked(path)) GTEST_SKIP() << "files cannot be locked here, or not by this user";
   }
+  void TearDown() override { trash.clearImmutableFlag(FileUrl(path)); }
+
+  static bool isLocked(const std::string& place) {
+    const FileDescriptor file(::open(place.c_str(), O_RDONLY | O_CLOEXEC));
+    int attributes = 0;
+    return ::ioctl(file.get(), FS_IOC_GETFLAGS, &attributes) == 0 && (attributes & FS_IMMUTABLE_FL) != 0;
+  }
+
+  std::string path = tree.file("Downloads/locked", "locked");
+};
+
+TEST_F(LockedFileTest, isUnlockedToMoveAndLockedAgainAtHome) {
   EXPECT_THROW(fs::remove(path), fs::filesystem_error);
   const auto outcome = clean({path}).front();
   EXPECT_EQ(outcome.result, MoveResult::moved) << outcome.error;
   EXPECT_EQ(contentOf(outcome.destination.path()), "locked");
+  EXPECT_FALSE(isLocked(outcome.destination.path()));
+  reopenJournal();
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_TRUE(isLocked(path));
+}
+
+TEST_F(LockedFileTest, keepsItsLockWhereItDoesNotMove) {
+  const auto refused = trash.planTrash(FileUrl(path), tree.path("Downloads"), admitAll);
+  EXPECT_TRUE(isLocked(path)) << "planning alone unlocks it";
+  refused->prepare();
+  tree.file(".local/share/Trash/files/locked", "another");
+  FolderSyncSet folders;
+  EXPECT_THROW(refused->carryOut(folders, folders), std::runtime_error);
+  EXPECT_TRUE(refused->abandon());
+  EXPECT_TRUE(isLocked(path));
 }
 
 }  // namespace

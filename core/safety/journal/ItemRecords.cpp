@@ -35,17 +35,20 @@ std::optional<Number> takeNumber(std::string_view& text) {
 }
 
 constexpr std::string_view noSource = "-";
+constexpr std::string_view lockedEnding = " locked";
 
-// "ENTRY inode size seconds nanoseconds URL", the URL perhaps only a hyphen.
+// "ENTRY inode size seconds nanoseconds URL", the URL perhaps only a hyphen, with " locked" behind it or without.
 std::optional<ItemRecord> recordFrom(const Uuid& entryId, std::string_view line) {
   const auto inode = takeNumber<std::uint64_t>(line);
   const auto size = takeNumber<std::int64_t>(line);
   const auto seconds = takeNumber<std::int64_t>(line);
   const auto nanoseconds = takeNumber<std::int64_t>(line);
+  const bool isLocked = line.ends_with(lockedEnding);
+  if (isLocked) line.remove_suffix(lockedEnding.size());
   auto source = FileUrl::fromAbsoluteString(line);
   const bool isWhole = inode && size && seconds && nanoseconds && (source || line == noSource);
   if (!isWhole) return std::nullopt;
-  return ItemRecord{entryId, {0, *inode, *size, {*seconds, *nanoseconds}}, std::move(source)};
+  return ItemRecord{entryId, {0, *inode, *size, {*seconds, *nanoseconds}}, std::move(source), isLocked};
 }
 
 }  // namespace
@@ -67,7 +70,7 @@ void ItemRecords::append(std::span<const ItemRecord> records) const {
   if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
   // The last line may have been cut short.
   std::string text = "\n";
-  for (const auto& [entryId, identity, source] : records) {
+  for (const auto& [entryId, identity, source, isLocked] : records) {
     fmt::format_to(std::back_inserter(text), "{} {} {} {} {} ", entryId.toString(), identity.inode, identity.size,
                    identity.modified.seconds, identity.modified.nanoseconds);
     if (source) {
@@ -75,6 +78,7 @@ void ItemRecords::append(std::span<const ItemRecord> records) const {
     } else {
       text += noSource;
     }
+    if (isLocked) text += lockedEnding;
     text += '\n';
   }
   writeAll(file.get(), text);

@@ -18,6 +18,8 @@ struct ItemRecord {
   ItemIdentity identity;  // without its device; a copy has another inode than the original, and none is known
   // Where it was, with no link on the way; absent where the entry's own location is that.
   std::optional<FileUrl> source;
+  // Whether it had a lock, which it is to have again when it comes back.
+  bool isLocked = false;
 
   // Whether the item that was found is the one: a file by size and time, which it keeps when a home is copied to
   // another disk; a folder by its time or, as it may change while it lies in the Trash, by its inode.

@@ -43,13 +43,14 @@ MoveIntent intentFromJson(const Json& json) {
   intent.identity = identityFromJson(requiredKey(json, "identity"));
   if (optionalKey(json, "partial") != nullptr) intent.partial = urlAt(json, "partial");
   if (const auto* settles = optionalKey(json, "settles")) intent.settles = JournalEntry::fromJson(*settles);
+  intent.isLocked = optionalKey(json, "locked") != nullptr;
   return intent;
 }
 
 }  // namespace
 
 ItemRecord MoveIntent::record() const {
-  ItemRecord result{entry.id, identity, std::nullopt};
+  ItemRecord result{entry.id, identity, std::nullopt, isLocked};
   if (partial) result.identity.inode = 0;
   if (source != entry.originalURL) result.source = source;
   return result;
@@ -96,6 +97,7 @@ void RunLog::appendIntent(const MoveIntent& intent) {
     m_unwritten += R"(,"settles":)";
     intent.settles->appendJsonText(m_unwritten);
   }
+  if (intent.isLocked) m_unwritten += R"(,"locked":true)";
   m_unwritten += "}\n";
   if (intent.entry.action != JournalAction::restored) m_records.push_back(intent.record());
 }
@@ -130,11 +132,12 @@ void RunLog::sync() {
 }
 
 void RunLog::clear() noexcept {
+  if (m_isKept) return;
   if (::ftruncate(m_lock->descriptor(), 0) == 0) m_size = 0;
 }
 
 void RunLog::remove() noexcept {
-  ::unlink(m_path.c_str());
+  if (!m_isKept) ::unlink(m_path.c_str());
 }
 
 std::string RunLog::fileName(const Uuid& runId) {

@@ -27,6 +27,7 @@ struct MoveIntent {
   std::optional<FileUrl> partial;
   // The state that another entry has once the item is at `destination`.
   std::optional<JournalEntry> settles;
+  bool isLocked = false;  // as PendingMove has it
 
   // What the journal keeps of the item beside the entry.
   [[nodiscard]] ItemRecord record() const;
@@ -55,6 +56,8 @@ class RunLog {
   // The journal file holds everything that the log holds. A failure only means that the log is read once more.
   void clear() noexcept;
   void remove() noexcept;
+  // From now on these two do nothing: there is something left that the next start has to tidy.
+  void keep() noexcept { m_isKept = true; }
 
   // File name of the log of a run, and the run of such a name.
   [[nodiscard]] static std::string fileName(const Uuid& runId);
@@ -69,6 +72,7 @@ class RunLog {
   std::optional<FileLock> m_lock;
   std::string m_unwritten;
   std::int64_t m_size = 0;
+  bool m_isKept = false;
   std::vector<ItemRecord> m_records;
 };
 

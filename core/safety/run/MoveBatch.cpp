@@ -43,7 +43,7 @@ class Batch {
     forEach(State::planned, [&](BatchItem& item) {
       if (m_stop.stop_requested() || !passesLastCheck(item)) {
         item.state = State::cancelled;
-        item.move->abandon();
+        abandon(item);
         return;
       }
       item.move->carryOut(destinations, sources);
@@ -56,7 +56,7 @@ class Batch {
   void logDone() {
     std::vector<Uuid> done;
     forEach(State::moved, [&](BatchItem& item) {
-      item.move->finish();
+      if (!item.move->finish()) m_log.keep();
       done.push_back(item.entry.id);
     });
     if (done.empty()) return;
@@ -96,10 +96,14 @@ class Batch {
     }
   }
 
-  static void fail(BatchItem& item, const std::string& reason) {
+  void fail(BatchItem& item, const std::string& reason) {
     item.state = State::failed;
     item.error = reason;
-    item.move->abandon();
+    abandon(item);
+  }
+
+  void abandon(BatchItem& item) {
+    if (!item.move->abandon()) m_log.keep();
   }
 
   // A restored entry keeps telling where in the Trash its item was.
@@ -110,7 +114,7 @@ class Batch {
   void logIntent(BatchItem& item) {
     if (item.entry.action != JournalAction::restored) item.entry.trashedURL = item.move->destination();
     m_log.appendIntent({item.entry, item.move->source(), item.move->destination(), item.move->identity(),
-                        item.move->partial(), item.settles});
+                        item.move->partial(), item.settles, item.move->isLocked()});
   }
 
   std::span<BatchItem> m_items;

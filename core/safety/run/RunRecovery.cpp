@@ -43,7 +43,14 @@ class Settlement {
   void settle(const LoggedIntent& logged) {
     const auto& intent = logged.intent;
     const bool isAnothers = !logged.done && m_others.claims(intent.destination);
-    const auto atDestination = lookAt(intent.destination, intent, intent.partial.has_value());
+    auto atDestination = lookAt(intent.destination, intent, intent.partial.has_value());
+    if (atDestination == Finding::there && !logged.done && !isAnothers && isUnderBothNames(intent)) {
+      if (!m_mover.undoLink(intent.source, intent.destination, intent.identity.inode)) {
+        worsen(SettledRun::Log::pending);
+        return;
+      }
+      atDestination = Finding::nothing;
+    }
     // What was done and has changed or gone since was moved all the same.
     if (logged.done || (atDestination == Finding::there && !isAnothers)) {
       m_result.entries.push_back(intent.entry);
@@ -53,11 +60,14 @@ class Settlement {
       } else {
         m_result.records.push_back(intent.record());
       }
+      discardPartial(intent);
       return;
     }
     const auto atSource = lookAt(intent.source, intent, false);
     if (atSource == Finding::there || isElsewhere(intent)) {
-      if (!isAnothers) takeBack(intent, atDestination);
+      if (isAnothers) return;
+      if (intent.isLocked && atSource == Finding::there) m_trash.setImmutableFlag(intent.source);
+      takeBack(intent);
     } else if (atSource == Finding::unreachable || atDestination == Finding::unreachable) {
       m_result.notices.push_back(describe(intent, "its folder cannot be looked at now; this is tried again later."));
       worsen(SettledRun::Log::pending);
@@ -78,20 +88,38 @@ class Settlement {
   }
 
   // The item never went: nothing of its way may stay.
-  void takeBack(const MoveIntent& intent, Finding atDestination) {
-    const bool hasRecord = intent.entry.action == JournalAction::trashed && atDestination == Finding::nothing;
-    if (hasRecord && m_trash.mayHold(intent.destination, intent.source)) forgetInTrash(intent.destination);
+  void takeBack(const MoveIntent& intent) {
+    const bool hasRecord = intent.entry.action == JournalAction::trashed;
+    if (hasRecord && !(isInReach(intent.destination) && m_trash.takeBackRecord(intent.destination, intent.source))) {
+      worsen(SettledRun::Log::pending);
+    }
+    discardPartial(intent);
+  }
+
+  // Where renames are made of a link and an unlink, a kill in between leaves both.
+  static bool isUnderBothNames(const MoveIntent& intent) {
+    if (intent.partial) return false;
+    const auto destination = readPathStatus(intent.destination.path());
+    const auto source = readPathStatus(intent.source.path());
+    return source && destination && source->type != FileType::directory && source->device == destination->device &&
+           source->inode == destination->inode;
+  }
+
+  void discardPartial(const MoveIntent& intent) {
     if (!intent.partial) return;
     const auto folder = intent.partial->deletingLastPathComponent();
     const bool isReachable = presenceAt(folder.path()) != Presence::unreachable;
     if (!isReachable || !m_mover.discardPartial(*intent.partial)) worsen(SettledRun::Log::pending);
   }
 
-  void forgetInTrash(const FileUrl& trashed) {
-    // The Trash folder itself stands two levels above its items.
+  // The Trash folder itself stands two levels above its items.
+  static bool isInReach(const FileUrl& trashed) {
     const auto trashFolder = trashed.deletingLastPathComponent().deletingLastPathComponent();
-    const bool isReachable = presenceAt(trashFolder.path()) != Presence::unreachable;
-    if (!isReachable || !m_trash.forget(trashed)) worsen(SettledRun::Log::pending);
+    return presenceAt(trashFolder.path()) != Presence::unreachable;
+  }
+
+  void forgetInTrash(const FileUrl& trashed) {
+    if (!isInReach(trashed) || !m_trash.forget(trashed)) worsen(SettledRun::Log::pending);
   }
 
   void worsen(SettledRun::Log log) { m_result.log = std::max(m_result.log, log); }

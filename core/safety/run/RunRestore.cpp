@@ -204,6 +204,9 @@ void RunRestore::noteMoved(const JournalEntry& entry, BatchItem& item) {
     return;
   }
   m_result.places.emplace(entry.id, item.move->destination());
+  if (const auto record = m_records.find(entry.id); record != m_records.end() && record->second.isLocked) {
+    m_trash.setImmutableFlag(item.move->destination());
+  }
   ++m_result.restoredCount;
   if (const auto original = m_originals.find(entry.originalURL); original != m_originals.end()) {
     original->second.isBack = original->second.isBack || entry.action == JournalAction::trashed;

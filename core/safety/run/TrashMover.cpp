@@ -120,7 +120,7 @@ FileUrl TrashMover::moveToTrash(const FileUrl& url, const Boundary& allowedRoots
     records.syncAll();
     move->carryOut(destinations, sources);
   } catch (const std::runtime_error& error) {
-    move->abandon();
+    static_cast<void>(move->abandon());
     throw TrashError(TrashError::UnderlyingError{error.what()});
   }
   try {
@@ -129,7 +129,7 @@ FileUrl TrashMover::moveToTrash(const FileUrl& url, const Boundary& allowedRoots
   } catch (const SyncError&) {
     // It has moved; whether a power cut could take that back makes no difference to where it is now.
   }
-  move->finish();
+  static_cast<void>(move->finish());
   return move->destination();
 }
 
