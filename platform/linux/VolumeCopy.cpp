@@ -21,6 +21,8 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t blockSize = 1024 * 1024;
+// Each level holds two descriptors open, also while a copy is removed.
+constexpr int mostLevels = 1000;
 
 using InodeKey = std::pair<dev_t, ino_t>;
 
@@ -139,6 +141,10 @@ class Copier {
  private:
   void copyFolder(int fromFolder, const std::string& from, int toFolder, const std::string& to,
                   const std::string& place, const struct stat& status) {
+    if (m_level == mostLevels) {
+      throw std::runtime_error("its folders are nested too deeply to be copied to another volume");
+    }
+    ++m_level;
     const auto source = openForReading(fromFolder, from, O_DIRECTORY);
     if (::mkdirat(toFolder, to.c_str(), 0700) != 0) throwErrno();
     const auto copy = openForReading(toFolder, to, O_DIRECTORY);
@@ -146,6 +152,7 @@ class Copier {
       this->copy(source.get(), name, copy.get(), name, joinPath(place, name));
     }
     finishOpen(source.get(), copy.get(), status);
+    --m_level;
   }
 
   void copyFile(int fromFolder, const std::string& from, int toFolder, const std::string& to, const std::string& place,
@@ -184,6 +191,7 @@ class Copier {
   }
 
   int m_destinationRoot;
+  int m_level = 0;
   std::map<InodeKey, std::string> m_firstNames;
 };
 

@@ -159,6 +159,51 @@ TEST_F(MountTest, itemsOfATopTrashAreNotTrashedAgain) {
   EXPECT_TRUE(exists(outcome.destination.path()));
 }
 
+TEST_F(MountTest, foldersNestedTooDeeplyStayWhereTheyAre) {
+  const auto top = tree.folder("Downloads/deep");
+  FileDescriptor folder(::open(top.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  for (int level = 0; level < 1100; ++level) {
+    ASSERT_EQ(::mkdirat(folder.get(), "d", 0700), 0);
+    folder = FileDescriptor(::openat(folder.get(), "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  }
+  const auto outcome = moveOne(top, volume);
+  EXPECT_EQ(outcome.result, MoveResult::failed);
+  EXPECT_THAT(outcome.error, testing::HasSubstr("nested too deeply"));
+  EXPECT_TRUE(exists(top));
+  EXPECT_TRUE(fs::is_empty(volume)) << "a part of the copy stayed";
+  EXPECT_EQ(trashOne(top).result, MoveResult::moved);
+}
+
+// As when the run was cut off between the copy and the Trash.
+TEST_F(MountTest, aCopyWhoseOriginalNeverLeftIsSetAsideByTheRestore) {
+  const auto source = tree.file("Downloads/report.txt", "words");
+  // The home Trash cannot be used.
+  tree.file(".local/share/Trash", "in the way");
+  const auto outcome = moveOne(source, volume + "/Sorted");
+  EXPECT_EQ(outcome.result, MoveResult::failed);
+  EXPECT_THAT(outcome.error, testing::HasSubstr("the original stays where it is"));
+  EXPECT_EQ(contentOf(volume + "/Sorted/report.txt"), "words");
+  EXPECT_EQ(journal->remainingCount(lastRun), 1);
+  const auto result = journal->restoreRun(lastRun);
+  EXPECT_THAT(result.warnings, testing::IsEmpty());
+  EXPECT_EQ(result.restoredCount, 1);
+  EXPECT_EQ(contentOf(source), "words");
+  EXPECT_FALSE(exists(tree.path("Downloads/report (restored 1).txt")));
+  EXPECT_EQ(contentOf(volume + "/.Trash-" + user() + "/files/report.txt"), "words");
+  EXPECT_EQ(journal->remainingCount(lastRun), 0);
+}
+
+TEST_F(MountTest, aCopyWhoseOriginalCannotBeReachedStaysAndSaysSo) {
+  const auto copy = moveOne(tree.file("Downloads/a"), volume).destination;
+  fs::rename(tree.path(".local/share"), tree.path("Unplugged"));
+  const auto result = journal->restoreRun(lastRun);
+  EXPECT_THAT(result.warnings, testing::Contains(testing::HasSubstr("its original cannot be reached now")));
+  EXPECT_TRUE(exists(copy.path()));
+  fs::rename(tree.path("Unplugged"), tree.path(".local/share"));
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_TRUE(exists(tree.path("Downloads/a")));
+}
+
 TEST_F(MountTest, aMoveToAnotherVolumeCopiesEverythingAndIsUndone) {
   const auto source = tree.folder("Downloads/project");
   tree.file("Downloads/project/a", std::string(3'000'000, 'a'));
@@ -271,8 +316,9 @@ TEST_F(MountTest, aRestoreOfCopiesThatWasKilledIsFinishedWithoutTwins) {
     fs::create_directories(asidePlace.deletingLastPathComponent().path());
     if (wasSetAside) fs::rename(aside.source.path(), asidePlace.path());
     reopenJournal();
-    EXPECT_EQ(journal->remainingCount(lastRun), 0);
+    EXPECT_EQ(journal->remainingCount(lastRun), wasSetAside ? 0 : 1);
     const auto result = journal->restoreRun(lastRun);
+    EXPECT_EQ(journal->remainingCount(lastRun), 0);
     EXPECT_THAT(result.warnings, testing::IsEmpty());
     EXPECT_EQ(result.restoredCount, 0);
     EXPECT_EQ(contentOf(source), "words");

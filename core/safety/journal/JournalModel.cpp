@@ -8,6 +8,20 @@
 #include <utility>
 
 namespace orvane {
+namespace {
+
+// Tells of an entry of the run whether it is that of a copy whose original is back.
+auto copyLeftAmong(const std::vector<JournalEntry>& run) {
+  std::unordered_set<FileUrl> restored;
+  for (const auto& entry : run) {
+    if (entry.action == JournalAction::restored) restored.insert(entry.originalURL);
+  }
+  return [restored = std::move(restored)](const JournalEntry& entry) {
+    return entry.action == JournalAction::moved && restored.contains(entry.originalURL);
+  };
+}
+
+}  // namespace
 
 class JournalModel::Decoder : public JournalVisitor {
  public:
@@ -78,14 +92,16 @@ std::int64_t JournalModel::remainingCount(const Uuid& runId) const {
 
 std::vector<JournalEntry> JournalModel::remainingEntries(const Uuid& runId) const {
   auto result = entries(runId);
-  std::unordered_set<FileUrl> restored;
-  for (const auto& entry : result) {
-    if (entry.action == JournalAction::restored) restored.insert(entry.originalURL);
-  }
-  std::erase_if(result, [&](const JournalEntry& entry) {
-    return entry.action == JournalAction::restored ||
-           (entry.action == JournalAction::moved && restored.contains(entry.originalURL));
-  });
+  const auto isCopyLeft = copyLeftAmong(result);
+  std::erase_if(
+      result, [&](const JournalEntry& entry) { return entry.action == JournalAction::restored || isCopyLeft(entry); });
+  return result;
+}
+
+std::vector<JournalEntry> JournalModel::copiesLeft(const Uuid& runId) const {
+  auto result = entries(runId);
+  const auto isCopyLeft = copyLeftAmong(result);
+  std::erase_if(result, [&](const JournalEntry& entry) { return !isCopyLeft(entry); });
   return result;
 }
 

@@ -33,6 +33,9 @@ class JournalModel {
   [[nodiscard]] std::int64_t remainingCount(const Uuid& runId) const;
   // Those entries.
   [[nodiscard]] std::vector<JournalEntry> remainingEntries(const Uuid& runId) const;
+  // The copies on other volumes whose originals are back and that the journal still tells of: whoever brought these
+  // back did not come to set the copies aside.
+  [[nodiscard]] std::vector<JournalEntry> copiesLeft(const Uuid& runId) const;
   [[nodiscard]] bool isRestored(const Uuid& runId) const;
   // Where the items that are not back went, by where they came from.
   [[nodiscard]] std::unordered_multimap<FileUrl, FileUrl> places() const;

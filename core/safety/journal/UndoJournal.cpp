@@ -135,10 +135,30 @@ std::vector<JournalEntry> UndoJournal::getEntries(const Uuid& runId) {
 std::int64_t UndoJournal::remainingCount(const Uuid& runId) {
   const std::lock_guard lock(m_mutex);
   m_store.refresh(m_model);
-  const auto count = m_model.remainingCount(runId);
-  if (count == 0 || !m_model.isRestored(runId)) return count;
-  return std::ranges::count_if(m_model.remainingEntries(runId), [](const JournalEntry& entry) {
-    return presenceAt(entry.trashedURL.path()) != Presence::nothing;
+  auto count = m_model.remainingCount(runId);
+  if (count > 0 && m_model.isRestored(runId)) {
+    count = std::ranges::count_if(m_model.remainingEntries(runId), [](const JournalEntry& entry) {
+      return presenceAt(entry.trashedURL.path()) != Presence::nothing;
+    });
+  }
+  return count + copiesLeft(runId);
+}
+
+std::int64_t UndoJournal::copiesLeft(const Uuid& runId) const {
+  const auto copies = m_model.copiesLeft(runId);
+  if (copies.empty()) return 0;
+  std::vector<Uuid> ids;
+  std::ranges::transform(copies, std::back_inserter(ids), &JournalEntry::id);
+  RunRestore::Records records;
+  try {
+    records = m_records.find(ids);
+  } catch (const std::system_error&) {
+    // The restore itself will say so.
+  }
+  return std::ranges::count_if(copies, [&](const JournalEntry& entry) {
+    const auto status = readPathStatus(entry.trashedURL.path());
+    const auto record = records.find(entry.id);
+    return status && (record == records.end() || record->second.describes(*status));
   });
 }
 
@@ -265,6 +285,7 @@ RestoreResult UndoJournal::restoreChosen(const Uuid& runId, std::span<const Jour
     const bool durable = restore.carryOut(std::span(ordered).subspan(start, end - start), *log, stop);
     if (!durable) {
       recordUnsettled(restore.takeRestored());
+      restore.noteNotTried(std::span(ordered).subspan(end));
       return restore.result();
     }
     recordLogged(restore.takeRestored(), *log, Checkpoint::whenDue);

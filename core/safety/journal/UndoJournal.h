@@ -94,6 +94,8 @@ class UndoJournal {
   [[nodiscard]] std::vector<JournalEntry> requireEntries(const Uuid& runId);
   // Records of items first, then the journal: an entry is never there without the record that it could have.
   bool save();
+  // How many copies are still there though their originals are back. Called under the lock.
+  [[nodiscard]] std::int64_t copiesLeft(const Uuid& runId) const;
   void settleDeadRuns();
   void settleDeadRun(const FoundLog& log, const OtherRuns& others);
 

@@ -74,10 +74,11 @@ class Group {
     return result;
   }
 
-  // What was copied to another volume and now leaves where it came from.
-  [[nodiscard]] std::vector<MoveRequest> copiedSources() const {
+  // What was copied to another volume and now leaves where it came from; `outcomes` gets what was told of each.
+  [[nodiscard]] std::vector<MoveRequest> copiedSources(std::vector<MoveOutcome*>& outcomes) const {
     std::vector<MoveRequest> result;
-    for (const auto& item : m_items) {
+    for (std::size_t i = 0; i < m_items.size(); ++i) {
+      const auto& item = m_items[i];
       if (item.state != BatchItem::State::moved || !item.move->copies()) continue;
       MoveRequest request;
       request.source = item.entry.originalURL;
@@ -86,6 +87,7 @@ class Group {
       request.expectedIdentity = item.move->identity();
       request.timestamp = item.entry.timestamp;
       result.push_back(std::move(request));
+      outcomes.push_back(m_outcomes[i]);
     }
     return result;
   }
@@ -129,6 +131,13 @@ class Group {
   std::unordered_set<FileUrl> m_promised;
   FolderLookups m_lookups;
 };
+
+// Its copy is whole and recorded: restoring the run sets it aside.
+void noteSourceStays(MoveOutcome& outcome, const std::string& reason) {
+  outcome.result = MoveResult::failed;
+  outcome.error = fmt::format("'{}' was copied to '{}', and the original stays where it is: {}", outcome.source.path(),
+                              outcome.destination.path(), reason.empty() ? "the disk refused to record it" : reason);
+}
 
 void failAll(std::span<MoveOutcome> outcomes, const std::string& reason) {
   for (auto& outcome : outcomes) {
@@ -176,14 +185,21 @@ bool CleanupRun::carryOutGroup(std::span<const MoveRequest> requests, std::span<
   for (std::size_t i = 0; i < requests.size() && !stop.stop_requested(); ++i) group.plan(requests[i], outcomes[i]);
   if (!group.carryOut(log, stop)) {
     m_journal.recordUnsettled(group.entries());
+    std::vector<MoveOutcome*> copied;
+    static_cast<void>(group.copiedSources(copied));
+    for (auto* outcome : copied) noteSourceStays(*outcome, {});
     return false;
   }
   m_journal.recordLogged(group.entries(), log, UndoJournal::Checkpoint::whenDue);
-  const auto sources = group.copiedSources();
+  std::vector<MoveOutcome*> copied;
+  const auto sources = group.copiedSources(copied);
   if (sources.empty()) return true;
-  // A source that stays behind is no loss: its copy is whole, and the outcome stands.
-  std::vector<MoveOutcome> ignored(sources.size());
-  return carryOutGroup(sources, ignored, log, {});
+  std::vector<MoveOutcome> followed(sources.size());
+  const bool durable = carryOutGroup(sources, followed, log, {});
+  for (std::size_t i = 0; i < followed.size(); ++i) {
+    if (followed[i].result != MoveResult::moved) noteSourceStays(*copied[i], followed[i].error);
+  }
+  return durable;
 }
 
 }  // namespace orvane

@@ -78,8 +78,15 @@ bool RunRestore::isThere(const JournalEntry& entry) const {
   return entry.action != JournalAction::trashed || m_trash.mayHold(entry.trashedURL, entry.originalURL);
 }
 
-bool RunRestore::canStillCome(const Original& original) const {
-  return isThere(original.entry) || presenceAt(original.entry.trashedURL.path()) == Presence::unreachable;
+// Whether the entry tells of a copy whose original did not follow it to the Trash: the run was cut off in between, or
+// the system refused.
+bool RunRestore::neverLeft(const JournalEntry& entry) const {
+  const auto record = m_records.find(entry.id);
+  if (entry.action != JournalAction::moved || record == m_records.end() || record->second.identity.inode != 0) {
+    return false;
+  }
+  const auto status = readPathStatus(canonicalPlace(entry.originalURL.path()));
+  return status && status->modified == record->second.identity.modified && record->second.describes(*status);
 }
 
 RunRestore::Attempt RunRestore::plan(const JournalEntry& entry, std::vector<FileUrl>& promised) {
@@ -90,9 +97,16 @@ RunRestore::Attempt RunRestore::plan(const JournalEntry& entry, std::vector<File
       // The original itself comes back, so its copy goes to the Trash, or stays for as long as the original cannot
       // come.
       if (original->second.isBack) return isThere(entry) ? planSettingAside(entry) : Attempt{};
-      if (canStillCome(original->second)) return {};
+      if (isThere(original->second.entry)) return {};
+      if (presenceAt(original->second.entry.trashedURL.path()) == Presence::unreachable) {
+        return {nullptr,
+                {},
+                {},
+                failureWarning(entry, "its original cannot be reached now, and the copy stays until it can")};
+      }
     }
     if (!isThere(entry)) return {nullptr, {}, {}, goneWarning(nameOf(entry))};
+    if (neverLeft(entry)) return planSettingAside(entry);
     return planReturn(entry, promised);
   } catch (const std::runtime_error& error) {
     return {nullptr, {}, {}, failureWarning(entry, error.what())};
@@ -196,11 +210,21 @@ bool RunRestore::carryOut(std::span<const JournalEntry> entries, RunLog& log, st
   return durable;
 }
 
+void RunRestore::noteNotTried(std::span<const JournalEntry> entries) {
+  for (const auto& entry : entries) {
+    if (entry.action == JournalAction::restored) continue;
+    m_result.warnings.push_back(failureWarning(entry, "not tried, the disk refused to record the moves before it"));
+    m_result.failed.push_back(entry.id);
+  }
+}
+
 void RunRestore::noteMoved(const JournalEntry& entry, BatchItem& item) {
   m_restored.push_back(std::move(item.entry));
   if (item.settles) {
-    // Its original is counted.
     m_restored.push_back(*std::move(item.settles));
+    m_result.places.emplace(entry.id, entry.originalURL);
+    // An original that is in the journal too is counted itself.
+    if (!m_originals.contains(entry.originalURL)) ++m_result.restoredCount;
     return;
   }
   m_result.places.emplace(entry.id, item.move->destination());

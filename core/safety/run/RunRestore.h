@@ -54,6 +54,8 @@ class RunRestore {
   // Restores a group of at most maximumBatchSize entries. False when the disk refused to make it durable; nothing more
   // may be restored under this log then.
   [[nodiscard]] bool carryOut(std::span<const JournalEntry> entries, RunLog& log, std::stop_token stop);
+  // For what is left when carryOut() says so.
+  void noteNotTried(std::span<const JournalEntry> entries);
   // What the journal is to record since the last call: new states of the entries that came back, and copies set aside.
   [[nodiscard]] std::vector<JournalEntry> takeRestored();
   [[nodiscard]] const RestoreResult& result() const noexcept { return m_result; }
@@ -72,9 +74,9 @@ class RunRestore {
   Attempt planSettingAside(const JournalEntry& entry);
   [[nodiscard]] FileUrl placeOf(const JournalEntry& entry) const;
   [[nodiscard]] FileUrl wantedPlace(const JournalEntry& entry, const FileUrl& place) const;
-  [[nodiscard]] bool canStillCome(const Original& original) const;
   void requireAllowed(const FileUrl& place) const;
   [[nodiscard]] bool isThere(const JournalEntry& entry) const;
+  [[nodiscard]] bool neverLeft(const JournalEntry& entry) const;
   void requireExpected(const JournalEntry& entry, const PendingMove& move) const;
   void noteMoved(const JournalEntry& entry, BatchItem& item);
 
