@@ -43,7 +43,7 @@ bool isLink(const std::string& path) {
 // Absent when there is no file. Throws std::system_error when there is one that cannot be read, or a link to nowhere.
 std::optional<std::string> contentOf(const std::string& path) {
   try {
-    return readFile(path);
+    return readFile(path, JsonLimits{}.bytes);
   } catch (const std::system_error& error) {
     if (error.code() == std::errc::not_a_directory) return std::nullopt;
     if (error.code() == std::errc::no_such_file_or_directory && !isLink(path)) return std::nullopt;

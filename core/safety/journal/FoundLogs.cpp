@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -20,6 +21,9 @@ namespace {
 
 // Never waits for anything else that has the name of a log.
 constexpr int openFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+
+// Far beyond any that this program writes: the journal is brought up to date, and the log emptied, before.
+constexpr std::int64_t longestLog = std::int64_t{1024} * 1024 * 1024;
 
 // Throws std::system_error.
 struct stat statusOf(int descriptor) {
@@ -73,6 +77,7 @@ std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<st
   std::vector<FoundLog> logs;
   const auto take = [&](FoundLog log, int descriptor) {
     try {
+      if (statusOf(descriptor).st_size > longestLog) throwErrno(EFBIG);
       log.intents = readRunLog(readAll(descriptor));
       logs.push_back(std::move(log));
       return true;

@@ -26,6 +26,8 @@
 namespace orvane {
 namespace {
 constexpr std::string_view fileName = "undo_journal.json";
+// Of ten million entries and more; what is longer was not written by this program.
+constexpr std::int64_t longestJournal = std::int64_t{8} * 1024 * 1024 * 1024;
 constexpr std::string_view lockName = "undo_journal.lock";
 
 ItemIdentity identityOf(const FileDescriptor& file) {
@@ -83,6 +85,7 @@ void JournalStore::read(JournalModel& model) {
   }
   const auto identity = identityOf(file);
   if (m_lastSeen == identity || m_damaged == identity) return;
+  if (identity.size > longestJournal) throwErrno(EFBIG);
   std::int64_t size = 0;
   const auto source = [&](char* place, std::size_t most) {
     const auto count = readSome(file.get(), std::span(place, most));

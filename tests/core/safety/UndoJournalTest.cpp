@@ -226,6 +226,20 @@ TEST_F(UndoJournalTest, whatIsGoneBecomesAWarning) {
   EXPECT_EQ(contentOf(stays), "content");
 }
 
+TEST_F(UndoJournalTest, aJournalOfATerabyteIsNotReadToItsEnd) {
+  clean({tree.file("Downloads/a.txt")});
+  std::filesystem::rename(journalPath(), tree.path("kept"));
+  tree.sparseFile("State/undo_journal.json", std::int64_t{1} << 40);
+  tree.sparseFile("State/undo_journal.8B0C9C1E-5E0B-4C8E-9B1E-4C2D1E3F4A5B.log", std::int64_t{1} << 40);
+  reopenJournal();
+  EXPECT_FALSE(journal->isReadable());
+  EXPECT_EQ(clean({tree.file("Downloads/b.txt")}).front().result, MoveResult::failed);
+  std::filesystem::rename(tree.path("kept"), journalPath());
+  reopenJournal();
+  EXPECT_EQ(journal->getRuns().size(), 1U);
+  EXPECT_THAT(journal->takeNotices(), testing::ElementsAre(testing::HasSubstr("File too large")));
+}
+
 TEST_F(UndoJournalTest, countsWhatIsLeftToBringBack) {
   const auto back = tree.file("Downloads/back.txt");
   const auto away = tree.file("Downloads/away.txt");
