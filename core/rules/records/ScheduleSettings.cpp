@@ -3,6 +3,7 @@
 #include "core/base/text/Json.h"
 #include "core/base/values/Calendar.h"
 
+#include <chrono>
 #include <limits>
 
 namespace orvane {
@@ -26,9 +27,20 @@ bool ScheduleSettings::isRunDue(std::optional<std::int64_t> currentFreeBytes, Da
   // A first run is never withheld.
   if (!lastRunDate) return true;
   if (low != nullptr) return false;
-  const auto days = wholeDaysBetween(*lastRunDate, now);
-  if (std::holds_alternative<Daily>(frequency)) return days >= 1;
-  return days >= (std::holds_alternative<Weekly>(frequency) ? 7 : 30);
+  return wholeDaysBetween(*lastRunDate, now) >= *periodDays();
+}
+
+bool ScheduleSettings::isTimerStartDue(std::optional<std::int64_t> currentFreeBytes, Date now) const {
+  if (isRunDue(currentFreeBytes, now)) return true;
+  const auto period = periodDays();
+  return isEnabled && period && lastRunDate && now - *lastRunDate >= std::chrono::days(*period);
+}
+
+std::optional<std::int64_t> ScheduleSettings::periodDays() const noexcept {
+  if (std::holds_alternative<Daily>(frequency)) return 1;
+  if (std::holds_alternative<Weekly>(frequency)) return 7;
+  if (std::holds_alternative<Monthly>(frequency)) return 30;
+  return std::nullopt;
 }
 
 Json ScheduleSettings::toJson() const {

@@ -20,11 +20,18 @@ struct ScheduleSettings {
 
   // Whether a run is due at `now`; the free bytes of the start-up volume are absent where they are not known.
   [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes, Date now) const;
+  // The same for the start that a timer makes. It comes in steps of 24 hours, so when summer time ends it comes an hour
+  // before the calendar's day is full: that start counts by either.
+  [[nodiscard]] bool isTimerStartDue(std::optional<std::int64_t> currentFreeBytes, Date now) const;
 
   // Keys in field order; an absent date is left out.
   [[nodiscard]] Json toJson() const;
   // Throws JsonError.
   static ScheduleSettings fromJson(const Json& json);
+
+ private:
+  // The days since the last run that are enough; absent where days play no part.
+  [[nodiscard]] std::optional<std::int64_t> periodDays() const noexcept;
 };
 
 }  // namespace orvane

@@ -24,7 +24,7 @@ HeadlessCoordinator::HeadlessCoordinator(Collaborators collaborators) : m_with(s
 
 bool HeadlessCoordinator::isDue(std::chrono::seconds ahead) const {
   const auto capacity = m_with.volume.capacity(m_with.home);
-  return m_with.schedule.isRunDue(capacity ? std::optional(capacity->availableBytes) : std::nullopt, ahead);
+  return m_with.schedule.isTimerStartDue(capacity ? std::optional(capacity->availableBytes) : std::nullopt, ahead);
 }
 
 void HeadlessCoordinator::cleanIfDue() {

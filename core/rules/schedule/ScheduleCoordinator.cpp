@@ -25,8 +25,13 @@ ScheduleSettings ScheduleCoordinator::changeSettings(const std::function<void(Sc
   return changeStoredValue<ScheduleSettings>(m_with.preferences, storageKey, change);
 }
 
-bool ScheduleCoordinator::isRunDue(std::optional<std::int64_t> currentFreeBytes, std::chrono::seconds ahead) const {
-  return getSettings().isRunDue(currentFreeBytes, m_with.now() + ahead);
+bool ScheduleCoordinator::isRunDue(std::optional<std::int64_t> currentFreeBytes) const {
+  return getSettings().isRunDue(currentFreeBytes, m_with.now());
+}
+
+bool ScheduleCoordinator::isTimerStartDue(std::optional<std::int64_t> currentFreeBytes,
+                                          std::chrono::seconds ahead) const {
+  return getSettings().isTimerStartDue(currentFreeBytes, m_with.now() + ahead);
 }
 
 RunReport ScheduleCoordinator::carryOutScheduledRun(const RunRequest& request) {

@@ -42,9 +42,10 @@ class ScheduleCoordinator {
   // The same for a change of what is stored now.
   ScheduleSettings changeSettings(const std::function<void(ScheduleSettings&)>& change);
 
-  // Whether a run is due, or will be `ahead` of now; the free bytes of the start-up volume are absent where they are
-  // not known.
-  [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes, std::chrono::seconds ahead = {}) const;
+  // Whether a run is due; the free bytes of the start-up volume are absent where they are not known.
+  [[nodiscard]] bool isRunDue(std::optional<std::int64_t> currentFreeBytes) const;
+  // Whether one is due for the start that a timer makes, or will be `ahead` of now.
+  [[nodiscard]] bool isTimerStartDue(std::optional<std::int64_t> currentFreeBytes, std::chrono::seconds ahead) const;
 
   struct RunRequest {
     // Asked once, before anything is touched, with what is going to move; a no, or a stop, leaves everything as it is.

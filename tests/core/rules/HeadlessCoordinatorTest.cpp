@@ -6,6 +6,7 @@
 #include "core/rules/services/UserNotificationService.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/TaskFixture.h"
+#include "tests/support/TimeZone.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -137,6 +138,28 @@ TEST_F(HeadlessCoordinatorTest, waitsForARunThatIsAlmostDue) {
   headless.carryOut();
   EXPECT_FALSE(exists(log));
   EXPECT_EQ(waited, std::chrono::minutes(5));
+}
+
+// The timer comes at 10:00 UTC, which is noon before clocks go back and eleven after.
+TEST_F(HeadlessCoordinatorTest, acceptsTheTimersStartWhenSummerTimeEnds) {
+  struct Row {
+    ScheduleFrequency frequency;
+    int days;
+  };
+  inTimeZone("Europe/Berlin", [&] {
+    const auto start = dateFromUnix(1'792'922'400);  // 2026-10-25T10:00:00Z, nine hours after the change
+    for (const auto& row : {Row{Daily{}, 1}, Row{Weekly{}, 7}, Row{Monthly{}, 30}}) {
+      const auto log = arrive("old.log");
+      now = start;
+      waited = {};
+      lastRun(std::chrono::days(row.days) - std::chrono::seconds(20), row.frequency);
+      headless.carryOut();
+      EXPECT_FALSE(exists(log)) << displayName(row.frequency);
+      EXPECT_EQ(waited, std::chrono::seconds(20));
+      headless.carryOut();
+      EXPECT_EQ(waited, std::chrono::seconds(20)) << "a second start is none";
+    }
+  });
 }
 
 TEST_F(HeadlessCoordinatorTest, doesNotWaitForWhatIsFarOffOrHangsOnFreeSpace) {
