@@ -13,7 +13,8 @@ namespace orvane {
 [[nodiscard]] std::string_view parentPath(std::string_view path) noexcept;
 [[nodiscard]] std::string joinPath(std::string_view folder, std::string_view name);
 
-// A file name cut at its last dot. A name whose only dots lead it (".bashrc"), or that ends in a dot, has no extension.
+// A file name cut at its last dot. A name whose only dots lead it (".bashrc"), or that ends in a dot, has no extension;
+// nor is text with white space one ("Dr. Smith").
 struct NameParts {
   std::string_view base;
   std::string_view extension;  // without the dot

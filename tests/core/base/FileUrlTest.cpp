@@ -40,7 +40,8 @@ TEST_P(SplitName, cutsAtTheLastDot) {
 INSTANTIATE_TEST_SUITE_P(Names, SplitName,
                          testing::Values(NameCase{"report.pdf", "report", "pdf"},
                                          NameCase{"archive.tar.gz", "archive.tar", "gz"},
-                                         NameCase{".bashrc", ".bashrc", ""}, NameCase{"...x", "...x", ""},
+                                         NameCase{".bashrc", ".bashrc", ""}, NameCase{"Dr. Smith", "Dr. Smith", ""},
+                                         NameCase{"p.pdf ", "p.pdf ", ""}, NameCase{"...x", "...x", ""},
                                          NameCase{".Notes.icloud", ".Notes", "icloud"}, NameCase{"end.", "end.", ""},
                                          NameCase{"none", "none", ""}, NameCase{"", "", ""}));
 
