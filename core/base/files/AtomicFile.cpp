@@ -98,6 +98,16 @@ void AtomicFile::removeAbandoned(const std::string& path, const std::string& loc
   }
 }
 
+void appendDurably(const std::string& path, std::string_view text) {
+  const FileDescriptor file(
+      ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+  struct stat status {};
+  if (!file || ::fstat(file.get(), &status) != 0) throwErrno();
+  if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
+  writeAll(file.get(), text);
+  if (::fdatasync(file.get()) != 0) throwErrno();
+}
+
 void syncFolder(const std::string& path) {
   const FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!folder || ::fsync(folder.get()) != 0) throwErrno();
@@ -121,18 +131,24 @@ void createMissingFolders(const std::string& path, unsigned mode, AfterEach afte
   const std::string parent(parentPath(path));
   if (parent.empty() || parent == path) throwErrno(ENOENT);
   createMissingFolders(parent, mode, afterEach);
-  if (::mkdir(path.c_str(), mode) != 0 && errno != EEXIST) throwErrno();
-  afterEach(parent);
+  const bool isNew = ::mkdir(path.c_str(), mode) == 0;
+  if (!isNew && errno != EEXIST) throwErrno();
+  afterEach(parent, isNew ? &path : nullptr);
 }
 
 }  // namespace
 
 void createFolders(const std::string& path, unsigned mode) {
-  createMissingFolders(path, mode, [](const std::string&) {});
+  createMissingFolders(path, mode, [](const std::string&, const std::string*) {});
 }
 
-void createFoldersDurably(const std::string& path, unsigned mode) {
-  createMissingFolders(path, mode, [](const std::string& parent) { syncFolder(parent); });
+std::vector<std::string> createFoldersDurably(const std::string& path, unsigned mode) {
+  std::vector<std::string> made;
+  createMissingFolders(path, mode, [&](const std::string& parent, const std::string* folder) {
+    syncFolder(parent);
+    if (folder != nullptr) made.push_back(*folder);
+  });
+  return made;
 }
 
 }  // namespace orvane

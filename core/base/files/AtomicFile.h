@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -38,12 +39,16 @@ class AtomicFile {
   std::string m_buffer;
 };
 
+// Adds to the end of a regular file, which is made where it is missing. Durable when it returns. Throws
+// std::system_error.
+void appendDurably(const std::string& path, std::string_view text);
+
 // Makes the names in a folder durable. Throws std::system_error.
 void syncFolder(const std::string& path);
 
 // Creates a folder with its parents, for this user alone where they are new. Throws std::system_error.
 void createFolders(const std::string& path, unsigned mode = 0700);
-// The same, with the names of the new folders made durable.
-void createFoldersDurably(const std::string& path, unsigned mode = 0700);
+// The same, with the names of the new folders made durable. Returns their paths, outermost first.
+std::vector<std::string> createFoldersDurably(const std::string& path, unsigned mode = 0700);
 
 }  // namespace orvane

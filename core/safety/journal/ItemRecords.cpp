@@ -1,14 +1,12 @@
 #include "core/safety/journal/ItemRecords.h"
 
+#include "core/base/files/AtomicFile.h"
 #include "core/base/files/FileDescriptor.h"
 #include "core/base/files/PathText.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
 #include <iterator>
@@ -66,11 +64,6 @@ ItemRecords::ItemRecords(const std::string& folder) : m_path(joinPath(folder, fi
 
 void ItemRecords::append(std::span<const ItemRecord> records) const {
   if (records.empty()) return;
-  const FileDescriptor file(
-      ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-  struct stat status {};
-  if (!file || ::fstat(file.get(), &status) != 0) throwErrno();
-  if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
   // The last line may have been cut short.
   std::string text = "\n";
   for (const auto& [entryId, identity, source, isLocked] : records) {
@@ -84,8 +77,7 @@ void ItemRecords::append(std::span<const ItemRecord> records) const {
     if (isLocked) text += lockedEnding;
     text += '\n';
   }
-  writeAll(file.get(), text);
-  if (::fdatasync(file.get()) != 0) throwErrno();
+  appendDurably(m_path, text);
 }
 
 std::unordered_map<Uuid, ItemRecord> ItemRecords::find(std::span<const Uuid> entryIds) const {

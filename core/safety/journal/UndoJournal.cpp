@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
+#include <set>
 #include <system_error>
 #include <unordered_map>
 #include <unordered_set>
@@ -46,7 +47,8 @@ UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& va
       m_validator(validator),
       m_storageFolder(preparedFolder(storageDirectory)),
       m_store(m_storageFolder),
-      m_records(m_storageFolder) {
+      m_records(m_storageFolder),
+      m_madeFolders(m_storageFolder) {
   m_store.refresh(m_model);
   // What a log tells can only be recorded in a journal that was read.
   if (!m_store.problem()) settleDeadRuns();
@@ -209,6 +211,11 @@ FileUrl UndoJournal::resolveCollisionIfNeeded(const FileUrl& url) {
   return freeUrl(url, NumberingStyle::restored);
 }
 
+void UndoJournal::recordMade(std::span<const std::string> folders) {
+  const std::lock_guard lock(m_mutex);
+  m_madeFolders.append(folders);
+}
+
 std::vector<JournalEntry> UndoJournal::requireEntries(const Uuid& runId) {
   const std::lock_guard lock(m_mutex);
   m_store.refresh(m_model);
@@ -298,6 +305,11 @@ RestoreResult UndoJournal::restoreChosen(const Uuid& runId, std::span<const Jour
     if (!stop.stop_requested() && isWhole) m_model.markRestored(runId);
   }
   recordLogged({}, *log, Checkpoint::atEnd);
+  std::set<std::string> left;
+  for (const auto& entry : chosen) {
+    if (entry.action == JournalAction::moved) left.emplace(parentPath(entry.trashedURL.path()));
+  }
+  m_madeFolders.removeEmpty(left);
   return restore.result();
 }
 

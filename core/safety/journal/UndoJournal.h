@@ -5,6 +5,7 @@
 #include "core/safety/journal/ItemRecords.h"
 #include "core/safety/journal/JournalModel.h"
 #include "core/safety/journal/JournalStore.h"
+#include "core/safety/journal/MadeFolders.h"
 #include "core/safety/records/JournalEntry.h"
 #include "core/safety/records/UndoError.h"
 #include "core/safety/run/RunRestore.h"
@@ -82,6 +83,9 @@ class UndoJournal {
   // Takes entries whose log the disk refuses to complete: they show in the history, and the log stays for the next
   // start.
   void recordUnsettled(std::span<const JournalEntry> entries);
+  // Takes folders that a run made, by their canonical paths: what is brought back takes those along that are empty
+  // then.
+  void recordMade(std::span<const std::string> folders);
   // Canonical folder of the journal, which no run may move.
   [[nodiscard]] const std::string& storageFolder() const noexcept;
 
@@ -108,6 +112,7 @@ class UndoJournal {
   JournalStore m_store;
   JournalModel m_model;
   ItemRecords m_records;
+  MadeFolders m_madeFolders;
   std::vector<ItemRecord> m_unsavedRecords;
   std::vector<std::string> m_notices;
 };

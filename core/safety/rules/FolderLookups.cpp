@@ -18,4 +18,8 @@ const std::string& FolderLookups::destination(const FileUrl& folder,
   return m_destinations.emplace(folder, canonicalPath(folder.path())).first->second;
 }
 
+void FolderLookups::noteMade(std::vector<std::string> folders) {
+  for (const auto& folder : folders) m_made.push_back(canonicalPath(folder));
+}
+
 }  // namespace orvane

@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace orvane {
 
@@ -19,9 +21,14 @@ class FolderLookups {
   [[nodiscard]] const std::string& destination(const FileUrl& folder,
                                                const std::function<void(const FileUrl&)>& prepare);
 
+  // The folders that were made on the way; takeMade() gives those since its last call.
+  void noteMade(std::vector<std::string> folders);
+  [[nodiscard]] std::vector<std::string> takeMade() noexcept { return std::exchange(m_made, {}); }
+
  private:
   std::map<std::string, std::string, std::less<>> m_canonicalPaths;
   std::map<FileUrl, std::string> m_destinations;
+  std::vector<std::string> m_made;
 };
 
 }  // namespace orvane

@@ -65,6 +65,9 @@ class Group {
     return durable;
   }
 
+  // The folders that were made for what was planned since the last call.
+  [[nodiscard]] std::vector<std::string> takeMadeFolders() { return m_lookups.takeMade(); }
+
   // Entries of what moved.
   [[nodiscard]] std::vector<JournalEntry> entries() const {
     std::vector<JournalEntry> result;
@@ -183,6 +186,7 @@ bool CleanupRun::carryOutGroup(std::span<const MoveRequest> requests, std::span<
                                const std::stop_token& stop) {
   Group group(m_mover, m_roots, m_id, m_journal.storageFolder());
   for (std::size_t i = 0; i < requests.size() && !stop.stop_requested(); ++i) group.plan(requests[i], outcomes[i]);
+  m_journal.recordMade(group.takeMadeFolders());
   if (!group.carryOut(log, stop)) {
     m_journal.recordUnsettled(group.entries());
     std::vector<MoveOutcome*> copied;

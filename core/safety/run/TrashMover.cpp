@@ -100,7 +100,7 @@ std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const Boun
       admit(status);
       const FileUrl folder(lookups.destination(destinationFolder, [&](const FileUrl& wanted) {
         m_validator.validate(wanted, allowedRoots);
-        createFoldersDurably(wanted.path(), 0755);
+        lookups.noteMade(createFoldersDurably(wanted.path(), 0755));
       }));
       return freeUrl(folder.appendingPathComponent(place.item.lastPathComponent()), NumberingStyle::plain, isPromised);
     });
