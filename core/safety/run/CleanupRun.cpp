@@ -23,9 +23,15 @@ MoveResult resultOf(const TrashError& error) {
   return MoveResult::failed;
 }
 
-std::string changedText(const FileUrl& item) {
-  return TrashError(TrashError::UnderlyingError{fmt::format("'{}' has changed since it was looked at.", item.path())})
-      .what();
+// Why an item was left. What was bound for another folder has no trouble with the Trash.
+std::string failureText(const MoveRequest& request, const std::string& reason) {
+  if (request.destinationFolder) return reason;
+  return TrashError(TrashError::UnderlyingError{reason}).what();
+}
+
+std::string failureText(const MoveRequest& request, const TrashError& error) {
+  const auto* underlying = std::get_if<TrashError::UnderlyingError>(&error.which());
+  return underlying != nullptr ? failureText(request, underlying->message) : error.what();
 }
 
 // One group of requests on its way through planning, moving and reporting.
@@ -39,7 +45,8 @@ class Group {
       auto move = planned(request);
       if (request.expectedIdentity && !request.expectedIdentity->isStill(move->identity())) {
         outcome.result = MoveResult::changed;
-        outcome.error = changedText(request.source);
+        outcome.error =
+            failureText(request, fmt::format("'{}' has changed since it was looked at.", request.source.path()));
         return;
       }
       JournalEntry entry;
@@ -53,15 +60,16 @@ class Group {
       m_promised.insert(move->destination());
       m_items.push_back({std::move(move), std::move(entry), BatchItem::State::planned, {}, request.lastCheck});
       m_outcomes.push_back(&outcome);
+      m_requests.push_back(&request);
     } catch (const TrashError& error) {
       outcome.result = resultOf(error);
-      outcome.error = error.what();
+      outcome.error = failureText(request, error);
     }
   }
 
   [[nodiscard]] bool carryOut(RunLog& log, const std::stop_token& stop) {
     const bool durable = m_items.empty() || carryOutBatch(m_items, log, stop);
-    for (std::size_t i = 0; i < m_items.size(); ++i) report(m_items[i], *m_outcomes[i]);
+    for (std::size_t i = 0; i < m_items.size(); ++i) report(m_items[i], *m_requests[i], *m_outcomes[i]);
     return durable;
   }
 
@@ -109,7 +117,7 @@ class Group {
     return move;
   }
 
-  static void report(const BatchItem& item, MoveOutcome& outcome) {
+  static void report(const BatchItem& item, const MoveRequest& request, MoveOutcome& outcome) {
     switch (item.state) {
       case BatchItem::State::moved:
         outcome.result = MoveResult::moved;
@@ -117,7 +125,7 @@ class Group {
         break;
       case BatchItem::State::failed:
         outcome.result = MoveResult::failed;
-        outcome.error = TrashError(TrashError::UnderlyingError{item.error}).what();
+        outcome.error = failureText(request, item.error);
         break;
       case BatchItem::State::planned:
       case BatchItem::State::cancelled:
@@ -131,6 +139,7 @@ class Group {
   const std::string& m_journalFolder;
   std::vector<BatchItem> m_items;
   std::vector<MoveOutcome*> m_outcomes;
+  std::vector<const MoveRequest*> m_requests;
   std::unordered_set<FileUrl> m_promised;
   FolderLookups m_lookups;
 };
