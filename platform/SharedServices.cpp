@@ -83,8 +83,8 @@ AppUninstallerEngine& AppUninstallerEngine::shared() {
 }
 
 FolderOrganizerEngine& FolderOrganizerEngine::shared() {
-  static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(),
-                                      PathValidator::shared());
+  static FolderOrganizerEngine engine(CategoryPreferencesStore::shared(), TrashMover::shared(), PathValidator::shared(),
+                                      systemProfile());
   return engine;
 }
 
@@ -190,6 +190,7 @@ const TaskServices& TaskServices::shared() {
       .agent = AgentCoordinator::shared(),
       .home = FileUrl(homeFolder()),
       .journal = []() -> UndoJournal& { return UndoJournal::shared(); },
+      .profile = systemProfile(),
   };
   return services;
 }

@@ -3,15 +3,19 @@
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/DirectoryReader.h"
 #include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PathText.h"
 #include "core/safety/access/FileAccessService.h"
 #include "core/safety/records/ManagedFolderType.h"
+#include "core/safety/records/SecurityError.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <set>
+#include <string_view>
 
 namespace orvane {
 namespace {
@@ -27,6 +31,16 @@ std::optional<FolderLeftOut> problemInside(const TaskServices& services, const F
   auto refusal = services.validator.refusalText(folder, bounds);
   if (refusal.empty()) return std::nullopt;
   return FolderLeftOut{folder, FolderLeftOut::Why::refused, std::move(refusal)};
+}
+
+// A folder of the system, or one that holds the home folder and so everybody's things.
+std::optional<FolderLeftOut> problemGranting(const TaskServices& services, const FileUrl& folder) {
+  if (auto problem = problemWith(services, folder)) return problem;
+  const auto path = canonicalPath(folder.path());
+  const bool isSystems = std::ranges::any_of(services.profile.systemFolders(),
+                                             [&](std::string_view place) { return isSameOrInside(path, place); });
+  if (!isSystems && !isSameOrInside(canonicalPath(services.home.path()), path)) return std::nullopt;
+  return FolderLeftOut{folder, FolderLeftOut::Why::refused, SecurityError(SecurityError::ProtectedPath{path}).what()};
 }
 
 // What counts as granted as long as nothing is stored; the first grant must not take these away unasked.
@@ -95,7 +109,7 @@ ChosenFolders foldersInside(const Boundary& boundary, std::span<const FileUrl> f
 
 std::optional<FolderLeftOut> grantFolders(const TaskServices& services, std::span<const FileUrl> folders) {
   for (const auto& folder : folders) {
-    if (auto problem = problemWith(services, folder)) return problem;
+    if (auto problem = problemGranting(services, folder)) return problem;
   }
   keepDefaults(services.folders);
   for (const auto& folder : folders) services.folders.saveBookmark(folder);

@@ -37,8 +37,9 @@ struct ChosenFolders {
 // Those of the folders that lie inside a boundary; the others are left out as not granted.
 [[nodiscard]] ChosenFolders foldersInside(const Boundary& boundary, std::span<const FileUrl> folders);
 
-// Grants folders; those that count by default until the first grant stay. Links are resolved. On a problem with one
-// nothing is granted. Throws std::runtime_error when it cannot be stored.
+// Grants folders; those that count by default until the first grant stay. Links are resolved. Folders of the system,
+// and those that hold the home folder, are refused. On a problem with one nothing is granted. Throws std::runtime_error
+// when it cannot be stored.
 [[nodiscard]] std::optional<FolderLeftOut> grantFolders(const TaskServices& services, std::span<const FileUrl> folders);
 
 struct GrantRemoval {

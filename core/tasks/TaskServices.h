@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
+#include "core/platform/SystemProfile.h"
 
 #include <functional>
 
@@ -40,6 +41,7 @@ struct TaskServices {
   FileUrl home;
   // Made at the first call, which reads the whole file and settles what runs that died left behind.
   std::function<UndoJournal&()> journal;
+  const SystemProfile& profile = SystemProfile::none();
 
   // The program's own.
   static const TaskServices& shared();

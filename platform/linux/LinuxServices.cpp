@@ -12,6 +12,7 @@
 #include "platform/linux/LinuxFileStatusReader.h"
 #include "platform/linux/LinuxFolderGrants.h"
 #include "platform/linux/LinuxPreferences.h"
+#include "platform/linux/LinuxProfile.h"
 #include "platform/linux/LinuxTrash.h"
 #include "platform/linux/LinuxVolume.h"
 #include "platform/linux/LocalTopicModel.h"
@@ -97,6 +98,11 @@ TopicModel& systemTopicModel() {
 Trash& systemTrash() {
   static LinuxTrash trash(LinuxTrash::defaultHomeTrash());
   return trash;
+}
+
+const SystemProfile& systemProfile() {
+  static const LinuxProfile profile;
+  return profile;
 }
 
 Volume& systemVolume() {

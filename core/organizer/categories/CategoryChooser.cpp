@@ -22,6 +22,7 @@ constexpr std::string_view noExtensionCategory = "No Extension";
 constexpr std::string_view filesEnding = " Files";
 constexpr std::string_view monthPattern = "yyyy-MM (MMMM)";
 constexpr std::string_view documentsPrefix = "Documents/";
+constexpr std::string_view mediaPrefix = "Media/";
 constexpr std::size_t maximumNameBytes = 255;
 
 constexpr std::string_view picturesWords[] = {"image", "photo", "pic", "picture"};
@@ -114,7 +115,7 @@ std::string_view inMediaFolder(const CategoryChooser::Item& item) {
   if (isImageExtension(extension)) return nameSaysScreenshot(item.name) ? screenshotsCategory : "Images";
   if (isVideoExtension(extension)) return "Videos";
   if (isAudioExtension(extension)) return "Audio";
-  return "Other";
+  return otherCategory;
 }
 
 std::string withoutDocuments(std::string category) {
@@ -135,8 +136,8 @@ std::int64_t localDay(Date date) {
 }  // namespace
 
 CategoryChooser::CategoryChooser(const FileUrl& targetFolder, OrganizationStrategy strategy,
-                                 CategoryPreferencesStore::Categories learned)
-    : m_strategy(strategy), m_targetKind(kindOf(targetFolder)), m_learned(std::move(learned)) {}
+                                 CategoryPreferencesStore::Categories learned, const SystemProfile& profile)
+    : m_strategy(strategy), m_targetKind(kindOf(targetFolder)), m_learned(std::move(learned)), m_profile(profile) {}
 
 CategoryChooser::TargetKind CategoryChooser::kindOf(const FileUrl& folder) {
   const auto name = lowercased(folder.lastPathComponent());
@@ -174,7 +175,7 @@ std::string CategoryChooser::byKindOfTarget(const Item& item) const {
     case TargetKind::pictures:
       return std::string(inPicturesFolder(item));
     case TargetKind::media:
-      return std::string(inMediaFolder(item));
+      return std::string(mediaKind(item));
     case TargetKind::documents:
       return withoutDocuments(ordinary(item));
     case TargetKind::development:
@@ -189,8 +190,24 @@ std::string CategoryChooser::ordinary(const Item& item) const {
   if (item.kind == ItemKind::folder) return std::string(defaultCategoryNameForFolder(item.name, item.url));
   const auto extension = extensionOf(item.name);
   const auto learned = m_learned.find(extension);
-  return learned != m_learned.end() ? learned->second
-                                    : std::string(defaultCategoryNameForExtension(extension, item.name));
+  return learned != m_learned.end() ? learned->second : std::string(categoryOfFile(extension, item.name));
+}
+
+std::string_view CategoryChooser::mediaKind(const Item& item) const {
+  const auto kind = inMediaFolder(item);
+  if (kind != otherCategory) return kind;
+  auto category = categoryOfFile(extensionOf(item.name), item.name);
+  if (!category.starts_with(mediaPrefix)) return kind;
+  category.remove_prefix(mediaPrefix.size());
+  return category;
+}
+
+std::string_view CategoryChooser::categoryOfFile(std::string_view extension, std::string_view name) const {
+  const auto given = defaultCategoryNameForExtension(extension, name);
+  if (given != otherCategory) return given;
+  const auto kinds = m_profile.fileKinds();
+  const auto found = std::ranges::find(kinds, extension, &SystemProfile::FileKind::extension);
+  return found != kinds.end() ? found->category : given;
 }
 
 }  // namespace orvane

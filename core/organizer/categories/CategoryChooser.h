@@ -4,6 +4,7 @@
 #include "core/base/files/FileUrl.h"
 #include "core/organizer/categories/CategoryPreferencesStore.h"
 #include "core/organizer/records/OrganizationStrategy.h"
+#include "core/platform/SystemProfile.h"
 
 #include <cstdint>
 #include <map>
@@ -29,9 +30,9 @@ class CategoryChooser {
     std::optional<FileTime> created = std::nullopt;
   };
 
-  // Which kind of folder `targetFolder` is shows in its name alone.
+  // Which kind of folder `targetFolder` is shows in its name alone. `profile` must outlive this object.
   CategoryChooser(const FileUrl& targetFolder, OrganizationStrategy strategy,
-                  CategoryPreferencesStore::Categories learned);
+                  CategoryPreferencesStore::Categories learned, const SystemProfile& profile = SystemProfile::none());
 
   [[nodiscard]] std::string categoryOf(const Item& item) const;
 
@@ -42,10 +43,15 @@ class CategoryChooser {
   [[nodiscard]] std::string byDate(const Item& item) const;
   [[nodiscard]] std::string byKindOfTarget(const Item& item) const;
   [[nodiscard]] std::string ordinary(const Item& item) const;
+  // The same in a folder of media.
+  [[nodiscard]] std::string_view mediaKind(const Item& item) const;
+  // By the given table, else by the profile's.
+  [[nodiscard]] std::string_view categoryOfFile(std::string_view extension, std::string_view name) const;
 
   OrganizationStrategy m_strategy;
   TargetKind m_targetKind;
   CategoryPreferencesStore::Categories m_learned;
+  const SystemProfile& m_profile;
 
   // Naming a month is slow, and most files share theirs with others: the names by local day.
   mutable std::mutex m_mutex;

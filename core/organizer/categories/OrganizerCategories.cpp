@@ -104,7 +104,7 @@ std::string_view defaultCategoryNameForExtension(std::string_view extension, std
     if (!contains(row.extensions, extension)) continue;
     return row.category == imagesCategory && nameSaysScreenshot(filename) ? screenshotsCategory : row.category;
   }
-  return "Other";
+  return otherCategory;
 }
 
 std::string_view defaultCategoryNameForFolder(std::string_view folderName, const std::optional<FileUrl>& folderURL) {

@@ -10,6 +10,9 @@ namespace orvane {
 
 // The organizer's own names of categories: paths below the destination root, such as "Media/Images".
 
+// Of files whose extension no row names.
+inline constexpr std::string_view otherCategory = "Other";
+
 // Of a file. The extension is without its dot and compared exactly: lower-case it first.
 [[nodiscard]] std::string_view defaultCategoryNameForExtension(std::string_view extension, std::string_view filename);
 // Of a folder that moves as a whole: by its name, and where that says nothing by the names of its entries.

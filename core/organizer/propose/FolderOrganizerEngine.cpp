@@ -126,8 +126,8 @@ class GroupBuilder {
 }  // namespace
 
 FolderOrganizerEngine::FolderOrganizerEngine(CategoryPreferencesStore& preferences, TrashMover& mover,
-                                             const PathValidator& validator)
-    : m_preferences(preferences), m_mover(mover), m_validator(validator) {}
+                                             const PathValidator& validator, const SystemProfile& profile)
+    : m_preferences(preferences), m_mover(mover), m_validator(validator), m_profile(profile) {}
 
 FileUrl FolderOrganizerEngine::defaultDestination(const FileUrl& targetFolder) {
   return targetFolder.appendingPathComponent(defaultDestinationName);
@@ -169,7 +169,10 @@ std::string FolderOrganizerEngine::determineCategory(const FileUrl& url, ItemKin
 }
 
 CategoryChooser FolderOrganizerEngine::chooserFor(const FileUrl& targetFolder, OrganizationStrategy strategy) const {
-  return CategoryChooser(targetFolder, strategy, m_preferences.preferences());
+  // Names that no folder can have were remembered by earlier versions.
+  auto learned = m_preferences.preferences();
+  std::erase_if(learned, [](const auto& each) { return !isCategoryName(each.second); });
+  return CategoryChooser(targetFolder, strategy, std::move(learned), m_profile);
 }
 
 FolderOrganizerEngine::Groups FolderOrganizerEngine::renamingGroup(std::size_t groupIndex, std::string_view newName,

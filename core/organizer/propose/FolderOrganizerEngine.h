@@ -6,6 +6,7 @@
 #include "core/organizer/records/OrganizationCategoryGroup.h"
 #include "core/organizer/records/OrganizationStrategy.h"
 #include "core/plans/PlanExecution.h"
+#include "core/platform/SystemProfile.h"
 #include "core/safety/records/Boundary.h"
 #include "core/safety/run/CleanupRun.h"
 
@@ -32,7 +33,8 @@ class FolderOrganizerEngine {
   using Groups = std::vector<OrganizationCategoryGroup>;
 
   // The collaborators must outlive this object.
-  FolderOrganizerEngine(CategoryPreferencesStore& preferences, TrashMover& mover, const PathValidator& validator);
+  FolderOrganizerEngine(CategoryPreferencesStore& preferences, TrashMover& mover, const PathValidator& validator,
+                        const SystemProfile& profile = SystemProfile::none());
   static FolderOrganizerEngine& shared();
 
   // The folder that moves go into when no other is named: "Organized" inside the target folder.
@@ -103,6 +105,7 @@ class FolderOrganizerEngine {
   CategoryPreferencesStore& m_preferences;
   TrashMover& m_mover;
   const PathValidator& m_validator;
+  const SystemProfile& m_profile;
 };
 
 }  // namespace orvane

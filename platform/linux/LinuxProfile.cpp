@@ -1,0 +1,53 @@
+#include "platform/linux/LinuxProfile.h"
+
+#include <array>
+
+namespace orvane {
+namespace {
+
+constexpr std::array kinds{
+    SystemProfile::FileKind{"odt", "Documents/Text & Notes"},
+    SystemProfile::FileKind{"epub", "Documents/Text & Notes"},
+    SystemProfile::FileKind{"ods", "Documents/Spreadsheets"},
+    SystemProfile::FileKind{"odp", "Documents/Presentations"},
+    SystemProfile::FileKind{"tif", "Media/Images"},
+    SystemProfile::FileKind{"bmp", "Media/Images"},
+    SystemProfile::FileKind{"raw", "Media/Images"},
+    SystemProfile::FileKind{"dng", "Media/Images"},
+    SystemProfile::FileKind{"cr2", "Media/Images"},
+    SystemProfile::FileKind{"cr3", "Media/Images"},
+    SystemProfile::FileKind{"nef", "Media/Images"},
+    SystemProfile::FileKind{"arw", "Media/Images"},
+    SystemProfile::FileKind{"orf", "Media/Images"},
+    SystemProfile::FileKind{"raf", "Media/Images"},
+    SystemProfile::FileKind{"rw2", "Media/Images"},
+    SystemProfile::FileKind{"pef", "Media/Images"},
+    SystemProfile::FileKind{"srw", "Media/Images"},
+    SystemProfile::FileKind{"srt", "Media/Videos"},
+    SystemProfile::FileKind{"ogg", "Media/Audio"},
+    SystemProfile::FileKind{"opus", "Media/Audio"},
+    SystemProfile::FileKind{"xz", "Archives"},
+    SystemProfile::FileKind{"zst", "Archives"},
+    SystemProfile::FileKind{"deb", "Installers"},
+    SystemProfile::FileKind{"rpm", "Installers"},
+    SystemProfile::FileKind{"appimage", "Installers"},
+    SystemProfile::FileKind{"msi", "Installers"},
+    SystemProfile::FileKind{"exe", "Installers"},
+};
+
+constexpr std::array<std::string_view, 15> folders{
+    "/boot", "/efi",  "/lib", "/lib32",     "/lib64",   "/libx32",  "/lost+found", "/ostree",
+    "/proc", "/snap", "/sys", "/var/cache", "/var/lib", "/var/log", "/var/spool",
+};
+
+}  // namespace
+
+std::span<const SystemProfile::FileKind> LinuxProfile::fileKinds() const noexcept {
+  return kinds;
+}
+
+std::span<const std::string_view> LinuxProfile::systemFolders() const noexcept {
+  return folders;
+}
+
+}  // namespace orvane
