@@ -35,14 +35,21 @@ namespace {
 constexpr std::size_t shownIdCharacters = 8;
 
 constexpr OptionSpec yesOption{.name = "--yes", .valueName = "", .help = "Do not ask."};
-constexpr std::array resetOptions{yesOption};
+constexpr std::array askingOptions{yesOption};
 constexpr std::array runOptions{saveOption, yesOption};
 
 using Rules = std::vector<CleanupRule>;
 
 // Their identities are printed, so they have to be the same the next time.
 Rules storedRules() {
-  return lastingRules(TaskServices::shared());
+  auto lasting = lastingRules(TaskServices::shared());
+  if (lasting.setAsideUnder) {
+    Session::report(fmt::format(
+        "the stored rules could not be read, so the built-in ones count again; what was stored is kept as '{}' in "
+        "preferences.json",
+        *lasting.setAsideUnder));
+  }
+  return std::move(lasting.rules);
 }
 
 bool isCalled(const CleanupRule& rule, const std::string& reference) {
@@ -139,12 +146,22 @@ ExitStatus runDelete(Session& session, const Arguments& arguments) {
                                 escapedForDisplay(builtIn->name)));
     return ExitStatus::failed;
   }
+  requireConsentPossible(arguments, "this deletes a rule of your own");
+  const auto question = fmt::format("Delete the rule '{}'?", escapedForDisplay(rules.front().name));
+  switch (askConsent(session, arguments, question)) {
+    case Answer::interrupted:
+      return ExitStatus::interrupted;
+    case Answer::no:
+      return ExitStatus::done;
+    case Answer::yes:
+      break;
+  }
   for (const auto& rule : rules) deleteRule(TaskServices::shared(), rule.id);
   return printRules(session);
 }
 
 ExitStatus runReset(Session& session, const Arguments& arguments) {
-  requireConsentPossible(arguments);
+  requireConsentPossible(arguments, "this deletes rules of your own");
   const auto rules = storedRules();
   const auto own = std::ranges::count(rules, false, &CleanupRule::isBuiltIn);
   const auto question =
@@ -288,9 +305,9 @@ constexpr CommandSpec rulesDisableCommand{
 constexpr CommandSpec rulesDeleteCommand{
     .name = "rules delete",
     .summary = "Delete a rule of your own",
-    .details = "Built-in rules cannot be deleted, only switched off.",
+    .details = "Built-in rules cannot be deleted, only switched off. Asks before.",
     .arguments = oneRule,
-    .options = {},
+    .options = askingOptions,
     .run = runDelete,
 };
 
@@ -299,7 +316,7 @@ constexpr CommandSpec rulesResetCommand{
     .summary = "Bring the built-in rules back as they came",
     .details = "Rules of your own are deleted. Asks before.",
     .arguments = {},
-    .options = resetOptions,
+    .options = askingOptions,
     .run = runReset,
 };
 

@@ -37,9 +37,9 @@ Answer readAnswer(const std::stop_token& stop) {
 
 }  // namespace
 
-void requireConsentPossible(const Arguments& arguments) {
+void requireConsentPossible(const Arguments& arguments, std::string_view effect) {
   if (arguments.has("--yes") || Session::canAsk()) return;
-  throw UsageError("this changes files, and nobody can be asked here: add --yes to go ahead");
+  throw UsageError(fmt::format("{}, and nobody can be asked here: add --yes to go ahead", effect));
 }
 
 Answer askConsent(Session& session, const Arguments& arguments, std::string_view question) {

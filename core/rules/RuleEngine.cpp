@@ -1,6 +1,7 @@
 #include "core/rules/RuleEngine.h"
 
 #include "core/base/text/Json.h"
+#include "core/base/values/Calendar.h"
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/platform/Preferences.h"
 #include "core/rules/BuiltInRuleTemplates.h"
@@ -8,6 +9,8 @@
 #include "core/rules/RuleMatcher.h"
 #include "core/safety/rules/FolderLookups.h"
 #include "core/safety/run/CleanupRun.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <optional>
@@ -103,13 +106,21 @@ std::vector<CleanupRule> RuleEngine::getRules() {
   return m_rules;
 }
 
-void RuleEngine::keepIdentities() {
+std::optional<std::string> RuleEngine::keepIdentities() {
   const std::lock_guard lock(m_mutex);
-  if (m_preferences.value(storageKey)) return;
+  const auto before = m_preferences.value(storageKey);
+  if (before && decoded(*before)) return std::nullopt;
+  std::optional<std::string> asideKey;
+  if (before) {
+    asideKey = fmt::format("{}.damaged-{}", storageKey, localTimestamp(ReferenceClock::now()));
+    m_preferences.setValue(*asideKey, *before);
+  }
   m_preferences.update(storageKey, [&](const Json* stored) {
+    const bool isUsable = stored != nullptr && decoded(*stored);
     refresh(stored);
-    return stored != nullptr ? *stored : encoded(m_rules);
+    return isUsable ? *stored : encoded(m_rules);
   });
+  return asideKey;
 }
 
 void RuleEngine::change(const std::function<void(std::vector<CleanupRule>&)>& how) {

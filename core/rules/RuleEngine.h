@@ -9,7 +9,9 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -35,8 +37,9 @@ class RuleEngine {
 
   // The stored rules, in their order; the built-in ones where nothing, or nothing that decodes, is stored.
   [[nodiscard]] std::vector<CleanupRule> getRules();
-  // Stores the built-in rules where nothing is stored yet, so that their identities last. Throws std::system_error.
-  void keepIdentities();
+  // Stores the built-in rules where nothing, or nothing that decodes, is stored, so that their identities last. Returns
+  // the key under which it set aside what does not decode. Throws std::system_error.
+  std::optional<std::string> keepIdentities();
 
   // These store the whole list. Throw std::system_error.
 

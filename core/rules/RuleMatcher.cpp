@@ -1,5 +1,6 @@
 #include "core/rules/RuleMatcher.h"
 
+#include "core/base/files/CanonicalPath.h"
 #include "core/base/files/HomeFolder.h"
 
 namespace orvane {
@@ -35,7 +36,11 @@ RuleMismatch mismatchOf(FilterCriterion criterion) {
 
 RuleMatcher::RuleMatcher(const RuleTrigger& trigger, Date now)
     : m_needsExtension(trigger.fileExtensions && !trigger.fileExtensions->empty()), m_filter(filterOf(trigger), now) {
-  if (trigger.folderPath) m_pathPrefix = expandedHome(*trigger.folderPath);
+  if (!trigger.folderPath) return;
+  m_pathPrefix = expandedHome(*trigger.folderPath);
+  // A home folder such as "~/Downloads" may be a link to another disk, whose files have another path.
+  m_realPrefix = canonicalPath(m_pathPrefix);
+  if (m_pathPrefix.ends_with('/') && !m_realPrefix.ends_with('/')) m_realPrefix += '/';
 }
 
 std::optional<RuleMismatch> RuleMatcher::mismatch(const FileItem& file) {
@@ -48,7 +53,8 @@ bool RuleMatcher::matchesButForLabel(const FileItem& file) {
 }
 
 std::optional<RuleMismatch> RuleMatcher::triggerMismatch(const FileItem& file) {
-  if (!file.url().path().starts_with(m_pathPrefix)) return RuleMismatch::folder;
+  const auto& path = file.url().path();
+  if (!path.starts_with(m_pathPrefix) && !path.starts_with(m_realPrefix)) return RuleMismatch::folder;
   const auto unmet = m_filter.firstUnmet(file);
   if (unmet) return mismatchOf(*unmet);
   // A list that names the empty extension does not mean files without one.

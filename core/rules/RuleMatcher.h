@@ -30,6 +30,7 @@ class RuleMatcher {
 
   // The beginning that a path must have, as plain text: a folder's name admits those of which it is the beginning.
   std::string m_pathPrefix;
+  std::string m_realPrefix;  // where the prefix leads
   bool m_needsExtension;
   FilterMatcher m_filter;
 };

@@ -3,15 +3,17 @@
 #include "core/rules/RuleEngine.h"
 #include "core/tasks/TaskServices.h"
 
+#include <utility>
+
 namespace orvane {
 
 std::vector<CleanupRule> cleanupRules(const TaskServices& services) {
   return services.rules.getRules();
 }
 
-std::vector<CleanupRule> lastingRules(const TaskServices& services) {
-  services.rules.keepIdentities();
-  return services.rules.getRules();
+LastingRules lastingRules(const TaskServices& services) {
+  auto key = services.rules.keepIdentities();
+  return {services.rules.getRules(), std::move(key)};
 }
 
 void storeRule(const TaskServices& services, const CleanupRule& rule) {

@@ -3,6 +3,8 @@
 #include "core/base/values/Uuid.h"
 #include "core/rules/records/CleanupRule.h"
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace orvane {
@@ -12,7 +14,12 @@ struct TaskServices;
 // The stored rules in their order; the built-in ones where none are stored.
 [[nodiscard]] std::vector<CleanupRule> cleanupRules(const TaskServices& services);
 // The same with identities that last, for those who show them. Throws std::system_error.
-[[nodiscard]] std::vector<CleanupRule> lastingRules(const TaskServices& services);
+struct LastingRules {
+  std::vector<CleanupRule> rules;
+  // The key of the preferences under which stored rules were just set aside, as they could not be read.
+  std::optional<std::string> setAsideUnder = std::nullopt;
+};
+[[nodiscard]] LastingRules lastingRules(const TaskServices& services);
 
 // These store the list at once. Throw std::system_error.
 

@@ -35,6 +35,51 @@ TEST_F(RulesCommand, showsIdentitiesThatLast) {
   EXPECT_THAT(run({"rules", "enable", "nothing"}).errors, HasSubstr("no rule 'nothing'"));
 }
 
+TEST_F(RulesCommand, setsStoredRulesAsideThatItCannotRead) {
+  home.file(".config/orvane/preferences.json", R"({"OrvaneCleanupRules":[{"name":"half a rule"}]})");
+  const auto listed = run({"rules", "list", "--json"});
+  EXPECT_THAT(listed.errors, HasSubstr("kept as 'OrvaneCleanupRules.damaged-"));
+  const auto id = parseJson(listed.output)[0]["id"].get<std::string>();
+  const auto disabled = run({"rules", "disable", id});
+  EXPECT_EQ(disabled.exitStatus, 0);
+  EXPECT_EQ(disabled.errors, "");
+  EXPECT_THAT(contentOf(home.path(".config/orvane/preferences.json")), HasSubstr("half a rule"));
+}
+
+TEST_F(RulesCommand, asksBeforeItDeletesARule) {
+  add(logRule);
+  for (const auto* command : {"delete", "reset"}) {
+    Words words{"rules", command};
+    if (words[1] == "delete") words.emplace_back("Mine");
+    const auto result = run(words);
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_THAT(result.errors, HasSubstr("of your own, and nobody can be asked here"));
+  }
+  LiveProgram program(terminalSetup({"rules", "delete", "Mine"}));
+  program.waitForOutput("Delete the rule 'Mine'? [y/N] ");
+  program.send("n\n");
+  EXPECT_EQ(program.finish().exitStatus, 0);
+  EXPECT_EQ(json({"rules", "list"}).size(), 13U);
+  EXPECT_EQ(json({"rules", "delete", "Mine", "--yes"}).size(), 12U);
+}
+
+TEST_F(RulesCommand, findsTheFilesOfAFolderThatIsALinkToAnotherDisk) {
+  const auto file = home.file("disk/b.log", "text");
+  home.link("Downloads", home.path("disk"));
+  EXPECT_EQ(run({"folders", "add", "Downloads"}).exitStatus, 0);
+  add(R"({"name":"Mine","trigger":{"folderPath":"~/Downloads","fileExtensions":["log"]},"action":{"type":"moveToTrash"}})");
+  EXPECT_EQ(json({"rules", "run", "Mine", "--yes"})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(file));
+}
+
+TEST_F(RulesCommand, grantsNoFolderOfTheSystem) {
+  for (const auto* folder : {"/", "/boot", "/proc/sys", "/var/lib", ".."}) {
+    const auto result = run({"folders", "add", folder});
+    EXPECT_EQ(result.exitStatus, 1) << folder;
+    EXPECT_THAT(result.errors, HasSubstr("protected")) << folder;
+  }
+}
+
 TEST_F(RulesCommand, carriesARuleOutAndBack) {
   const auto taken = home.file("Downloads/a.tmp", "text");
   const auto kept = home.file("Downloads/b.log", "text");
