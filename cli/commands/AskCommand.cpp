@@ -119,7 +119,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
     return statusWith(proposal->notices(), status);
   }
   if (!session.isJson() && !isRefused) printRows(session, *proposal);
-  auto status = ExitStatus::done;
+  auto status = isRefused ? ExitStatus::failed : ExitStatus::done;
   if (applies) {
     status = apply(session, arguments, answer, *proposal);
   } else if (session.isJson()) {

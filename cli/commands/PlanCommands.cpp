@@ -60,11 +60,20 @@ std::variant<CleaningPlan, PlanRefused> planFrom(const Arguments& arguments) {
   }
 }
 
+// Whether the plan may be used, and why not; `refused` is null where it may.
+void printVerdict(Session& session, const PlanRefused* refused) {
+  Json json = Json::object();
+  json["valid"] = refused == nullptr;
+  json["error"] = refused == nullptr ? Json() : Json(refused->fault);
+  session.out().line(jsonText(json));
+}
+
 // Absent when it cannot be used, which is then said.
-std::optional<CleaningPlan> usablePlan(const Arguments& arguments) {
+std::optional<CleaningPlan> usablePlan(Session& session, const Arguments& arguments) {
   auto plan = planFrom(arguments);
   if (const auto* refused = std::get_if<PlanRefused>(&plan)) {
     tellNotices({*refused});
+    if (session.isJson()) printVerdict(session, refused);
     return std::nullopt;
   }
   return std::get<CleaningPlan>(std::move(plan));
@@ -74,10 +83,7 @@ ExitStatus runValidate(Session& session, const Arguments& arguments) {
   const auto plan = planFrom(arguments);
   const auto* refused = std::get_if<PlanRefused>(&plan);
   if (session.isJson()) {
-    Json json = Json::object();
-    json["valid"] = refused == nullptr;
-    json["error"] = refused == nullptr ? Json() : Json(refused->fault);
-    session.out().line(jsonText(json));
+    printVerdict(session, refused);
   } else if (refused == nullptr) {
     session.out().line("The plan is valid.");
   } else {
@@ -92,7 +98,7 @@ std::optional<Proposal> proposed(Session& session, const CleaningPlan& plan, Pla
 }
 
 ExitStatus runPreview(Session& session, const Arguments& arguments) {
-  const auto plan = usablePlan(arguments);
+  const auto plan = usablePlan(session, arguments);
   if (!plan) return ExitStatus::failed;
   const auto proposal = proposed(session, *plan, PlanReach::everyFolder);
   if (!proposal) return interruptedBeforeChange();
@@ -109,7 +115,7 @@ ExitStatus runPreview(Session& session, const Arguments& arguments) {
 ExitStatus runRun(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   if (!isToSave) requireConsentPossible(arguments);
-  const auto plan = usablePlan(arguments);
+  const auto plan = usablePlan(session, arguments);
   if (!plan) return ExitStatus::failed;
   const auto proposal = proposed(session, *plan, PlanReach::boundary);
   if (!proposal) return interruptedBeforeChange();

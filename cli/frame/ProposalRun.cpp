@@ -83,7 +83,8 @@ struct NoticeText {
     return fmt::format("{} stay; --all-leftovers takes them too", leftoversText(aside.rows));
   }
   std::string operator()(const PlanRefused& refused) const {
-    return fmt::format("the plan cannot be used: {}", escapedForDisplay(refused.fault));
+    return fmt::format("the plan cannot be used: {}{}", escapedForDisplay(refused.fault),
+                       refused.sortsWholeFolder ? "; 'orvanectl organize FOLDER' sorts a whole folder" : "");
   }
   std::string operator()(const PlannerFailed& failed) const {
     return fmt::format("planned offline, not by {}: {}", displayName(failed.asked), escapedForDisplay(failed.reason));

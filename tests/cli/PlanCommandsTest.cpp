@@ -62,6 +62,7 @@ TEST_F(PlanCommands, refusesWhatIsNoPlanInOneLine) {
       EXPECT_EQ(result.output, "");
       EXPECT_THAT(result.errors, StartsWith("orvanectl: "));
       EXPECT_LT(result.errors.size(), 500U);
+      EXPECT_EQ(json(words, 1)["valid"], false);
     }
   }
   EXPECT_EQ(json({"plan", "validate", home.file("plan.json", std::string(5'000'000, ' '))}, 1).dump(),
