@@ -93,7 +93,9 @@ std::optional<SecretText> readKey(Session& session, AIProvider provider) {
   return key;
 }
 
-void print(Session& session, AIProvider provider, bool isStored) {
+// Says whether a key is stored as far as the key ring tells.
+void printStored(Session& session, AIProvider provider) {
+  const bool isStored = KeychainService::shared().hasKey(keyAccount(provider));
   if (session.isJson()) {
     Json json = Json::object();
     json["provider"] = rawValue(provider);
@@ -113,7 +115,7 @@ ExitStatus runSet(Session& session, const Arguments& arguments) {
   }
   const bool isStored = KeychainService::shared().saveKey(*key, keyAccount(provider));
   if (!isStored) Session::report(cannotStore);
-  if (isStored || session.isJson()) print(session, provider, isStored);
+  if (isStored || session.isJson()) printStored(session, provider);
   return isStored ? ExitStatus::done : ExitStatus::failed;
 }
 
@@ -122,13 +124,13 @@ ExitStatus runDelete(Session& session, const Arguments& arguments) {
   const bool isGone = KeychainService::shared().deleteKey(keyAccount(provider));
   if (!isGone)
     Session::report("the key could not be deleted: the key ring is locked, or there is none in this session");
-  if (isGone || session.isJson()) print(session, provider, !isGone);
+  if (isGone || session.isJson()) printStored(session, provider);
   return isGone ? ExitStatus::done : ExitStatus::failed;
 }
 
 ExitStatus runStatus(Session& session, const Arguments& arguments) {
   const auto provider = providerFrom(arguments);
-  print(session, provider, KeychainService::shared().hasKey(keyAccount(provider)));
+  printStored(session, provider);
   return ExitStatus::done;
 }
 

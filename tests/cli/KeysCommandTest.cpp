@@ -75,7 +75,7 @@ TEST_F(KeysCommand, answersWhenTheKeyRingIsLockedSilentOrGone) {
       "echo "
       "$?; done\n";
   const std::string nothing =
-      "{\"provider\":\"openai\",\"stored\":false}\n1\n{\"provider\":\"openai\",\"stored\":true}\n1\n"
+      "{\"provider\":\"openai\",\"stored\":false}\n1\n{\"provider\":\"openai\",\"stored\":false}\n1\n"
       "{\"provider\":\"openai\",\"stored\":false}\n0\n";
   const auto result = inSession(
       "start\necho key | ctl keys set openai >/dev/null\n"
@@ -84,7 +84,7 @@ TEST_F(KeysCommand, answersWhenTheKeyRingIsLockedSilentOrGone) {
   EXPECT_EQ(result.output, nothing + nothing) << result.errors;
   environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + home.path("nobody");
   EXPECT_EQ(json({"keys", "status", "openai"})["stored"], false);
-  EXPECT_EQ(json({"keys", "delete", "openai"}, 1)["stored"], true);
+  EXPECT_EQ(json({"keys", "delete", "openai"}, 1)["stored"], false);
 }
 
 TEST_F(KeysCommand, takesAKeyAtATerminalWithoutShowingIt) {
