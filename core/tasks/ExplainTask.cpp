@@ -1,7 +1,6 @@
 #include "core/tasks/ExplainTask.h"
 
-#include "core/base/text/UnicodeText.h"
-#include "core/organizer/categories/OrganizerCategories.h"
+#include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/organizer/records/CloudFolderDetector.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
@@ -14,14 +13,13 @@ namespace {
 std::optional<Explanation::Item> explainItem(const TaskServices& services, const FileUrl& place) {
   const auto item = itemAt(services, place, WholeFolder::unmeasured);
   if (!item) return std::nullopt;
-  const std::string name(place.lastPathComponent());
   return Explanation::Item{
       .category = item->category(),
       .riskLabel = item->riskLabel(),
       .cleaning = scannedMark(*item),
       .organizerCategory =
-          std::string(item->isFolder() ? defaultCategoryNameForFolder(name, place)
-                                       : defaultCategoryNameForExtension(lowercased(place.pathExtension()), name)),
+          services.organizer.determineCategory(place, item->isFolder() ? ItemKind::folder : ItemKind::file,
+                                               place.deletingLastPathComponent(), OrganizationStrategy::byCategory),
   };
 }
 

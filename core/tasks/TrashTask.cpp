@@ -51,7 +51,7 @@ Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> pla
     }
     auto item = itemAt(services, place, WholeFolder::measured);
     if (!item) {
-      lock(place, errorText(errno));
+      lock(place, errno == ENOENT ? TrashError(TrashError::FileNotFound{place.path()}).what() : errorText(errno));
     } else if (!liesInOneOf(taken, place.path())) {
       builder.add(*std::move(item), {Choice::selected});
     }

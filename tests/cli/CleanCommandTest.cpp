@@ -1,7 +1,9 @@
+#include "core/base/files/FileDescriptor.h"
 #include "core/base/files/FileLock.h"
 #include "core/scanning/records/ScanCategory.h"
 #include "tests/cli/OrvanectlFixture.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -173,6 +175,22 @@ TEST_F(CleanCommand, movesNamesOfEveryKind) {
   EXPECT_EQ(json({"clean", "--yes"})["itemsProcessed"], names.size());
   EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], names.size());
   for (const auto& name : names) EXPECT_TRUE(exists(home.path("Downloads/" + name)));
+}
+
+TEST_F(CleanCommand, movesWhatLiesDeeperThanOneCallReaches) {
+  FileDescriptor folder(::open(home.folder("Downloads").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const std::string name(240, 'd');
+  for (int depth = 0; depth < 20; ++depth) {
+    ASSERT_EQ(::mkdirat(folder.get(), name.c_str(), 0755), 0);
+    folder.reset(::openat(folder.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  }
+  {
+    const FileDescriptor file(::openat(folder.get(), "old.log", O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+    writeAll(file.get(), "1234567");
+  }
+  EXPECT_EQ(json({"clean", "--yes"})["itemsProcessed"], 1);
+  EXPECT_EQ(contentOf(trashed("old.log")), "1234567");
+  EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], 1);
 }
 
 TEST_F(CleanCommand, warnsOfSyncedFolders) {

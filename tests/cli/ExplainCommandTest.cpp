@@ -41,6 +41,17 @@ TEST_F(ExplainCommand, namesWhatIsMissingAndStillTellsWhatItsPathDecides) {
   EXPECT_EQ(answer[1]["isAllowed"], false);
 }
 
+TEST_F(ExplainCommand, namesTheCategoryThatTheOrganizerUses) {
+  home.file("Pictures/img_1.png");
+  home.file("Downloads/a.pdf");
+  home.file(".config/orvane/preferences.json", R"({"OrvaneLearnedCategoryPreferences":{"pdf":"Papers"}})");
+  for (const auto* folder : {"Pictures", "Downloads"}) {
+    const auto group = json({"organize", folder})[0];
+    const auto place = group["moves"][0]["sourceRelativePath"].get<std::string>();
+    EXPECT_EQ(json({"explain", std::string(folder) + "/" + place})[0]["organizerCategory"], group["name"]);
+  }
+}
+
 TEST_F(ExplainCommand, writesPathsThatAreNotUtf8AsTheirUrl) {
   home.file("Downloads/\xFF");
   EXPECT_EQ(json({"explain", "Downloads/\xFF"})[0]["path"], home.url("Downloads/\xFF").absoluteString());

@@ -76,7 +76,7 @@ TEST_F(TrashCommand, namesWhatFailedAndMovesTheRest) {
   home.file("Downloads/there");
   const auto result = run({"trash", "--yes", "Downloads/missing", "Downloads/there"});
   EXPECT_EQ(result.exitStatus, 1);
-  EXPECT_THAT(result.errors, HasSubstr("orvanectl: ~/Downloads/missing: No such file or directory"));
+  EXPECT_THAT(result.errors, HasSubstr("orvanectl: ~/Downloads/missing: File not found at path: "));
   EXPECT_THAT(result.output, HasSubstr("Moved 1 item"));
   EXPECT_FALSE(exists(home.path("Downloads/there")));
 }
