@@ -8,7 +8,6 @@
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/base/values/CheckedArithmetic.h"
 #include "core/tasks/History.h"
 #include "core/tasks/TaskServices.h"
 
@@ -33,9 +32,7 @@ std::string stateOf(const CleanupRunSummary& run) {
 void printRuns(Session& session, const std::vector<CleanupRunSummary>& runs) {
   const auto length = distinctPrefixLength(runs);
   Table table({{"Run"}, {"When"}, {"Items", Alignment::right}, {"Size", Alignment::right}, {"State"}});
-  std::int64_t bytes = 0;
   for (const auto& run : runs) {
-    bytes = checkedAdd(bytes, run.totalBytes);
     table.addRow({{run.runId.toString().substr(0, length)},
                   {run.formattedDate()},
                   {formatCount(run.itemCount)},
@@ -43,9 +40,19 @@ void printRuns(Session& session, const std::vector<CleanupRunSummary>& runs) {
                   {stateOf(run)}});
   }
   if (!runs.empty()) table.print(session);
-  session.out().line(fmt::format("{} {} recorded, {}.{}", formatCount(static_cast<std::int64_t>(runs.size())),
-                                 runs.size() == 1 ? "run" : "runs", formatByteCount(bytes),
-                                 runs.empty() ? "" : " To bring one back: orvanectl restore RUN"));
+  const auto count = formatCount(static_cast<std::int64_t>(runs.size()));
+  if (runs.empty()) {
+    session.out().line(fmt::format("{} runs recorded.", count));
+    return;
+  }
+  const auto totals = historyTotals(TaskServices::shared());
+  session.out().line(fmt::format("{} {} recorded: {} moved, {} brought back, {} still in the Trash.{}", count,
+                                 runs.size() == 1 ? "run" : "runs", formatByteCount(totals.moved.bytes),
+                                 formatByteCount(totals.restored.bytes), formatByteCount(totals.inTrash.bytes),
+                                 " To bring one back: orvanectl restore RUN"));
+  for (const auto& [place, rows] : totals.away) {
+    session.out().line(fmt::format("Not there now: {}, with {}.", shownPath(place), itemsText(rows)));
+  }
 }
 
 ExitStatus runHistory(Session& session, const Arguments&) {

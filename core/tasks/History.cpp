@@ -1,6 +1,7 @@
 #include "core/tasks/History.h"
 
 #include "core/base/files/FileStatus.h"
+#include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/safety/journal/UndoJournal.h"
@@ -46,6 +47,16 @@ RecordedRun runOf(const CleanupRunSummary& summary, const std::vector<JournalEnt
   return run;
 }
 
+// The first folder on the way to a place that is not there.
+FileUrl missingPlace(std::string path) {
+  std::string missing = path;
+  while (path.size() > 1 && !itemExists(path.c_str())) {
+    missing = path;
+    path = std::string(parentPath(path));
+  }
+  return FileUrl(missing);
+}
+
 // Where the items of those runs came from. A run that was brought back tells of items that are there again.
 std::vector<std::string> originsSince(UndoJournal& journal, Date since) {
   std::vector<std::string> origins;
@@ -80,6 +91,28 @@ History readHistory(const TaskServices& services) {
     history.runs.push_back(runOf(summary, entries));
   }
   return history;
+}
+
+HistoryTotals historyTotals(const TaskServices& services) {
+  HistoryTotals totals;
+  auto& journal = services.journal();
+  for (const auto& summary : journal.getRuns()) {
+    const auto entries = journal.getEntries(summary.runId);
+    std::unordered_set<std::string_view> origins;
+    for (const auto& entry : entries) {
+      if (origins.insert(entry.originalURL.path()).second) totals.moved.add(entry.fileSize);
+      if (entry.action == JournalAction::restored) {
+        totals.restored.add(entry.fileSize);
+        continue;
+      }
+      const auto& place = entry.trashedURL.path();
+      const auto presence = presenceAt(place);
+      if (presence == Presence::unreachable) totals.away[missingPlace(place)].add(entry.fileSize);
+      if (presence != Presence::there) continue;
+      (entry.action == JournalAction::trashed ? totals.inTrash : totals.inFolders).add(entry.fileSize);
+    }
+  }
+  return totals;
 }
 
 std::vector<CleanupRunSummary> recordedRuns(const TaskServices& services) {

@@ -4,8 +4,10 @@
 #include "core/base/values/Date.h"
 #include "core/safety/records/JournalEntry.h"
 #include "core/tasks/ItemList.h"
+#include "core/tasks/Notice.h"
 
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string>
 #include <vector>
@@ -35,6 +37,16 @@ struct History {
 };
 // Everything that was ever recorded. Looks at every entry.
 [[nodiscard]] History readHistory(const TaskServices& services);
+// What became of everything that was ever moved. Looks at the disk.
+struct HistoryTotals {
+  RowSum moved;  // everything; what went to another volume once
+  RowSum restored;
+  RowSum inTrash;    // still there
+  RowSum inFolders;  // moved to other folders, and still there
+  // On volumes that are not there, by the place where each should be.
+  std::map<FileUrl, RowSum> away;
+};
+[[nodiscard]] HistoryTotals historyTotals(const TaskServices& services);
 // Newest first.
 [[nodiscard]] std::vector<CleanupRunSummary> recordedRuns(const TaskServices& services);
 // Whether the journal could be read; where not, the notices say why.

@@ -25,6 +25,10 @@ std::optional<FileStatus> statusOf(const JournalEntry& entry) {
   return readFileStatus(AT_FDCWD, entry.trashedURL.path().c_str());
 }
 
+std::string backAlready(const JournalEntry& entry) {
+  return "Was brought back already: " + std::string(entry.originalURL.lastPathComponent());
+}
+
 // Adds the entries of one run as rows.
 class RestoreRows {
  public:
@@ -47,7 +51,7 @@ class RestoreRows {
   }
   void addRefused(const JournalEntry& entry) {
     if (!isWanted(entry)) return;
-    const auto group = m_builder.addGroup({.refusal = RunRestore::goneWarning(entry.originalURL.lastPathComponent())});
+    const auto group = m_builder.addGroup({.refusal = backAlready(entry)});
     m_builder.add(itemOf(entry), {Choice::locked, Lock::refused, group});
   }
 
@@ -137,7 +141,7 @@ class RestoreOutcomes {
     } else if (entry.action == JournalAction::restored) {
       // Somebody else was faster.
       outcome.result = MoveResult::missing;
-      outcome.error = RunRestore::goneWarning(entry.originalURL.lastPathComponent());
+      outcome.error = backAlready(entry);
     } else if (!m_isStopped) {
       outcome.result = MoveResult::failed;
       outcome.error = "Not tried: the disk refused to record the moves before it.";

@@ -31,14 +31,15 @@ TEST_F(HistoryCommand, listsRunsNewestFirst) {
   EXPECT_EQ(runs[1].dump(), R"({"runId":")" + first + R"(","timestamp":)" + runs[1]["timestamp"].dump() +
                                 R"(,"itemCount":1,"totalBytes":1,"isRestored":false})");
   const auto text = run({"history"}).output;
-  EXPECT_THAT(text, MatchesRegex("Run +When +Items +Size +State\n" + second.substr(0, 8) +
-                                 "[^\n]* 1 +2 bytes +can be restored\n" + first.substr(0, 8) +
-                                 "[^\n]*\n2 runs recorded, 3 bytes[^\n]*\n"));
+  EXPECT_THAT(text,
+              MatchesRegex("Run +When +Items +Size +State\n" + second.substr(0, 8) +
+                           "[^\n]* 1 +2 bytes +can be restored\n" + first.substr(0, 8) +
+                           "[^\n]*\n2 runs recorded: 3 bytes moved, Zero KB brought back, 3 bytes still[^\n]*\n"));
 }
 
 TEST_F(HistoryCommand, isEmptyBeforeTheFirstRun) {
   EXPECT_EQ(run({"history", "--json"}).output, "[]\n");
-  EXPECT_EQ(run({"history"}).output, "0 runs recorded, Zero KB.\n");
+  EXPECT_EQ(run({"history"}).output, "0 runs recorded.\n");
 }
 
 TEST_F(HistoryCommand, showsTheEntriesOfARun) {
@@ -102,6 +103,21 @@ TEST_F(HistoryCommand, offersARunAgainThatCouldNotComeBack) {
   EXPECT_EQ(again.exitStatus, 0);
   EXPECT_EQ(again.output, "Nothing of this run is left to bring back.\n");
   EXPECT_EQ(again.errors, "");
+}
+
+TEST_F(HistoryCommand, tellsApartWhatIsBackWhatIsThereAndWhatIsAway) {
+  runOf("a", "1");
+  runOf("b", "22");
+  runOf("emptied", "4444");
+  std::filesystem::remove(trashed("emptied"));
+  EXPECT_EQ(run({"restore", json({"history"})[1]["runId"].get<std::string>(), "--yes"}).exitStatus, 0);
+  home.file("Stuff/c.pdf", "333");
+  EXPECT_EQ(run({"organize", "Stuff", "--destination", "Drive/Box", "--apply", "--yes"}).exitStatus, 0);
+  std::filesystem::rename(home.path("Drive"), home.path("unplugged"));
+  EXPECT_THAT(
+      run({"history"}).output,
+      HasSubstr("4 runs recorded: 10 bytes moved, 2 bytes brought back, 1 byte still in the Trash. To bring one "
+                "back: orvanectl restore RUN\nNot there now: ~/Drive, with 1 item (3 bytes).\n"));
 }
 
 TEST_F(HistoryCommand, restoresUnderAnotherNameWhereThePlaceIsTaken) {

@@ -52,9 +52,8 @@ TEST_F(RestoreTask, bringsBackExactlyWhatWasApproved) {
   // All of it again.
   const auto none = proposeRestore(taskServices(), {run});
   EXPECT_TRUE(none.approve().empty());
-  EXPECT_THAT(restoreWarnings(none, {}),
-              ElementsAre("Item was emptied from Trash or moved: a", "Item was emptied from Trash or moved: bb",
-                          "Item was emptied from Trash or moved: ccc"));
+  EXPECT_THAT(restoreWarnings(none, {}), ElementsAre("Was brought back already: a", "Was brought back already: bb",
+                                                     "Was brought back already: ccc"));
 }
 
 TEST_F(RestoreTask, leavesWhatIsNotTheItemThatWasShown) {
