@@ -82,10 +82,10 @@ RowSum sumOf(const Groups& groups) {
 }
 
 // Puts documents into folders of their topics, and counts what lies in such a folder already.
-void groupByTopic(Groups& groups, RowSum& inPlace, const FileUrl& destination, NamedTopics& topics,
-                  const std::stop_token& stop) {
+void groupByTopic(Groups& groups, RowSum& inPlace, const FileUrl& folder, const FileUrl& destination,
+                  NamedTopics& topics, const std::stop_token& stop) {
   const auto before = sumOf(groups);
-  groups = groupedByTopic(std::move(groups), destination, topics, stop);
+  groups = groupedByTopic(std::move(groups), folder, destination, topics, stop);
   const auto after = sumOf(groups);
   inPlace.count += before.count - after.count;
   inPlace.bytes = checkedAdd(inPlace.bytes, before.bytes - after.bytes);
@@ -107,7 +107,7 @@ std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish
   RowSum inPlace{found.inPlace.count, found.inPlace.bytes};
   if (topics != nullptr && !monitor.stop.stop_requested()) {
     if (monitor.namingTopics) monitor.namingTopics();
-    groupByTopic(found.groups, inPlace, destination, *topics, monitor.stop);
+    groupByTopic(found.groups, inPlace, wish.folder, destination, *topics, monitor.stop);
     subject["topics"] = topics->toJson();
   }
   if (monitor.stop.stop_requested()) return std::nullopt;
@@ -128,6 +128,10 @@ std::optional<std::size_t> groupNamed(const Proposal& proposal, const std::strin
 
 }  // namespace
 
+bool canHaveTopics(const FileUrl& folder, OrganizationStrategy strategy) {
+  return strategy == OrganizationStrategy::byCategory && CategoryChooser::sortsDocuments(folder);
+}
+
 FileUrl defaultDestination(const FileUrl& folder) {
   return FolderOrganizerEngine::defaultDestination(folder);
 }
@@ -140,7 +144,7 @@ std::optional<Proposal> proposeOrganize(const TaskServices& services, const Orga
                                         const TaskMonitor& monitor) {
   std::vector<FileUrl> folders{wish.folder};
   if (wish.destination) folders.push_back(*wish.destination);
-  const bool areWanted = wish.topics == TopicUse::whenAvailable && wish.strategy == OrganizationStrategy::byCategory;
+  const bool areWanted = wish.topics == TopicUse::whenAvailable && canHaveTopics(wish.folder, wish.strategy);
   std::optional<NamedTopics> topics;
   if (auto* model = areWanted ? services.topics.categorizer() : nullptr) topics.emplace(*model);
   return propose(services, wish, Boundary(std::move(folders)), now, topics ? &*topics : nullptr, monitor);

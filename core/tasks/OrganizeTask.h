@@ -28,6 +28,8 @@ struct OrganizeWish {
   TopicUse topics = TopicUse::never;  // for documents that are organized by category
 };
 
+// Whether documents of a folder of this name can be sorted by topic.
+[[nodiscard]] bool canHaveTopics(const FileUrl& folder, OrganizationStrategy strategy);
 // Where the category folders are made when no destination is named.
 [[nodiscard]] FileUrl defaultDestination(const FileUrl& folder);
 // The folders below a folder that could be organized on their own, `maxDepth` levels deep.

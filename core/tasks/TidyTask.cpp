@@ -2,8 +2,6 @@
 
 #include "core/base/files/PathText.h"
 #include "core/base/text/Json.h"
-#include "core/base/text/UnicodeText.h"
-#include "core/organizer/categories/GeneratedFolders.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/organizer/propose/ProposedNames.h"
 #include "core/organizer/propose/TidyFolder.h"
@@ -19,7 +17,6 @@
 #include <fcntl.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <map>
 #include <set>
@@ -32,15 +29,6 @@ namespace {
 
 constexpr double secondsPerDay = 86400;
 constexpr std::string_view lockName = "auto_organize.lock";
-constexpr std::array<std::string_view, 3> ownFolders{recentsFolderName, keepAsIsFolderName, topicsFolderName};
-
-// Whether a folder below "Sorted" may have the name of this topic: topics share that folder with the categories.
-bool isUsableTopic(const std::string& topic) {
-  const auto isSame = [&](std::string_view name) { return lowercased(name) == lowercased(topic); };
-  return TopicNames::canNameFolder(topic) &&
-         std::none_of(reservedTopLevelCategories.begin(), reservedTopLevelCategories.end(), isSame) &&
-         std::none_of(ownFolders.begin(), ownFolders.end(), isSame);
-}
 
 // Collects the moves of one folder into a group for each destination.
 class GroupBuilder {
@@ -80,7 +68,7 @@ class GroupBuilder {
   ProposedNames m_names;
 };
 
-// The topics that the names of the items may have.
+// The folders below "Sorted" of the topics that the names of the items have. Topics share it with the categories.
 std::map<std::string, std::string> topicsOf(const TaskServices& services, const std::vector<TidyItem>& items,
                                             const FileUrl& sorted, NamedTopics& topics, const std::stop_token& stop) {
   std::set<std::string> names;
@@ -88,11 +76,9 @@ std::map<std::string, std::string> topicsOf(const TaskServices& services, const 
   const std::vector<std::string> asked(names.begin(), names.end());
   // The folders below "Sorted" that no category made.
   const auto existing = TopicNames::foldersBelow(sorted, [&](const std::string& name) {
-    return isUsableTopic(name) && !services.organizer.isGeneratedFolder(name);
+    return TopicNames::folderName(name) == name && !services.organizer.isGeneratedFolder(name);
   });
-  auto found = topics.topics(asked, existing, stop);
-  std::erase_if(found, [](const auto& named) { return !isUsableTopic(named.second); });
-  return found;
+  return TopicNames::foldersOf(topics.topics(asked, existing, stop), existing);
 }
 
 // How watched folders are looked at.

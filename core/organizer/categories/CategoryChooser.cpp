@@ -148,6 +148,14 @@ CategoryChooser::TargetKind CategoryChooser::kindOf(const FileUrl& folder) {
   return TargetKind::other;
 }
 
+bool CategoryChooser::isDocumentsFolder(const FileUrl& folder) {
+  return kindOf(folder) == TargetKind::documents;
+}
+
+bool CategoryChooser::sortsDocuments(const FileUrl& folder) {
+  return isDocumentsFolder(folder) || kindOf(folder) == TargetKind::other;
+}
+
 std::string CategoryChooser::categoryOf(const Item& item) const {
   switch (m_strategy) {
     case OrganizationStrategy::byType:

@@ -36,6 +36,11 @@ class CategoryChooser {
 
   [[nodiscard]] std::string categoryOf(const Item& item) const;
 
+  // Whether a folder of this name holds documents, so that their kinds stand right in its destination.
+  [[nodiscard]] static bool isDocumentsFolder(const FileUrl& folder);
+  // Whether documents of a folder of this name are sorted as documents.
+  [[nodiscard]] static bool sortsDocuments(const FileUrl& folder);
+
  private:
   enum class TargetKind : std::uint8_t { pictures, media, documents, development, other };
   static TargetKind kindOf(const FileUrl& folder);

@@ -139,6 +139,14 @@ bool marksProject(std::string_view entryName) {
   return contains(wholeProjectEntries, lowercased(entryName));
 }
 
+bool isDocumentKind(std::string_view category) noexcept {
+  constexpr std::string_view prefix = "Documents/";
+  const auto names = [&](const ExtensionCategory& row) {
+    return row.category.starts_with(prefix) && row.category.substr(prefix.size()) == category;
+  };
+  return std::any_of(extensionCategories.begin(), extensionCategories.end(), names);
+}
+
 bool isImageExtension(std::string_view extension) noexcept {
   return contains(imageExtensions, extension);
 }

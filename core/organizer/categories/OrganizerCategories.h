@@ -28,6 +28,9 @@ inline constexpr std::string_view otherCategory = "Other";
 // Whether an entry of this name makes the folder that holds it such a project.
 [[nodiscard]] bool marksProject(std::string_view entryName);
 
+// Whether a category, without the "Documents/" before it, is a kind of documents.
+[[nodiscard]] bool isDocumentKind(std::string_view category) noexcept;
+
 // The kinds of file that the organizer names after what they show or play. Lower-case extensions.
 [[nodiscard]] bool isImageExtension(std::string_view extension) noexcept;
 [[nodiscard]] bool isVideoExtension(std::string_view extension) noexcept;

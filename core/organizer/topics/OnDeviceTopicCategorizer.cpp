@@ -1,6 +1,7 @@
 #include "core/organizer/topics/OnDeviceTopicCategorizer.h"
 
 #include "core/base/text/UnicodeText.h"
+#include "core/organizer/topics/TopicNames.h"
 #include "core/organizer/topics/TopicResponseParser.h"
 #include "core/platform/TopicModel.h"
 
@@ -50,7 +51,8 @@ std::map<std::string, std::string> OnDeviceTopicCategorizer::topics(std::span<co
     try {
       const auto reply = m_model.respond(std::string(instructions), prompt(batch, known), stop);
       for (auto& [name, topic] : TopicResponseParser::parse(reply, {batch.begin(), batch.end()})) {
-        known.insert(topic);
+        // What can be no folder is not offered again.
+        if (auto folder = TopicNames::folderName(topic)) known.insert(*std::move(folder));
         result.insert_or_assign(name, std::move(topic));
       }
     } catch (const std::exception&) {

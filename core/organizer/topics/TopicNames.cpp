@@ -2,13 +2,27 @@
 
 #include "core/base/files/DirectoryReader.h"
 #include "core/base/text/UnicodeText.h"
+#include "core/organizer/categories/GeneratedFolders.h"
 
 #include <fcntl.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
+#include <array>
+#include <utility>
+
 namespace orvane {
 namespace {
+
+// Categories that are topics as well.
+constexpr std::array<std::string_view, 2> topicCategories{"Archives", "Installers"};
+
+bool canNameFolder(std::string_view topic) noexcept {
+  constexpr std::size_t longestNameBytes = 255;
+  return !topic.empty() && topic.size() <= longestNameBytes && !topic.starts_with('.') &&
+         topic.find('/') == std::string_view::npos && topic.find("..") == std::string_view::npos;
+}
 
 bool separates(UChar32 character) {
   switch (u_charType(character)) {
@@ -47,10 +61,30 @@ std::optional<std::string> TopicNames::sanitize(std::string_view text) {
   return name;
 }
 
-bool TopicNames::canNameFolder(std::string_view topic) noexcept {
-  constexpr std::size_t longestNameBytes = 255;
-  return !topic.empty() && topic.size() <= longestNameBytes && !topic.starts_with('.') &&
-         topic.find('/') == std::string_view::npos;
+std::optional<std::string> TopicNames::folderName(std::string_view topic) {
+  if (!canNameFolder(topic) || isGeneratedFolder(topic, {})) return std::nullopt;
+  const auto folded = lowercased(topic);
+  const auto isSame = [&](std::string_view name) { return lowercased(name) == folded; };
+  if (const auto found = std::ranges::find_if(topicCategories, isSame); found != topicCategories.end()) {
+    return std::string(*found);
+  }
+  if (std::ranges::any_of(reservedTopLevelCategories, isSame) || std::ranges::any_of(generatedFolderNames, isSame)) {
+    return std::nullopt;
+  }
+  return std::string(topic);
+}
+
+std::map<std::string, std::string> TopicNames::foldersOf(const std::map<std::string, std::string>& topics,
+                                                         const std::set<std::string>& existing) {
+  std::map<std::string, std::string> spellings;
+  for (const auto& name : existing) spellings.emplace(lowercased(name), name);
+  std::map<std::string, std::string> result;
+  for (const auto& [item, topic] : topics) {
+    if (auto name = folderName(topic)) {
+      result.emplace(item, spellings.try_emplace(lowercased(*name), std::move(*name)).first->second);
+    }
+  }
+  return result;
 }
 
 std::set<std::string> TopicNames::foldersBelow(const FileUrl& parent,

@@ -28,7 +28,7 @@ class ListedTopics : public TopicCategorizing {
 class TopicGroupingTest : public OrganizerFixture {
  public:
   [[nodiscard]] Groups grouped(Subfolders subfolders = Subfolders::keepWhole) {
-    return groupedByTopic(analyze(subfolders), tree.url("Downloads/Organized"), topics);
+    return groupedByTopic(analyze(subfolders), tree.url("Downloads"), tree.url("Downloads/Organized"), topics);
   }
   ListedTopics topics;
 };
@@ -59,18 +59,26 @@ TEST_F(TopicGroupingTest, givesEveryMoveAPlaceOfItsOwn) {
   EXPECT_EQ(moves.at("b/report.pdf"), "Downloads/Organized/Documents/Work/report (2).pdf");
 }
 
-TEST_F(TopicGroupingTest, joinsAKindThatHasTheNameOfTheTopic) {
-  tree.file("Downloads/a.pdf");
-  tree.file("Downloads/b.docx");
-  topics.answers = {{"b.docx", "PDFs"}};
-  const auto groups = grouped();
-  EXPECT_THAT(namesOf(groups), ElementsAre("Documents/PDFs"));
-  EXPECT_EQ(groups.front().moves.size(), 2U);
+// There the kinds stand right in the destination.
+TEST_F(TopicGroupingTest, worksInAFolderOfDocuments) {
+  tree.file("Documents/tax.pdf");
+  tree.file("Documents/letter.docx");
+  tree.file("Documents/song.mp3");
+  tree.folder("Documents/Organized/Holidays");
+  tree.folder("Documents/Organized/Media");
+  topics.answers = {{"tax.pdf", "Taxes"}, {"song.mp3", "Music"}};
+  const auto folder = tree.url("Documents");
+  const auto root = tree.url("Documents/Organized");
+  const auto groups = groupedByTopic(analyze(Subfolders::keepWhole, "Documents"), folder, root, topics);
+  EXPECT_THAT(topics.asked, ElementsAre("letter.docx", "tax.pdf"));
+  EXPECT_THAT(topics.existing, ElementsAre("Holidays"));
+  EXPECT_THAT(namesOf(groups), ElementsAre("Media/Audio", "Taxes", "Text & Notes"));
 }
 
 TEST_F(TopicGroupingTest, refusesNamesThatAreNoFolderBesideTheKinds) {
   tree.file("Downloads/a.pdf");
-  for (const auto& topic : {std::string("../out"), std::string(".hidden"), std::string(""), std::string(300, 'x')}) {
+  for (const auto& topic : {std::string("../out"), std::string(".hidden"), std::string(""), std::string(300, 'x'),
+                            std::string("pdfs"), std::string("Media")}) {
     topics.answers = {{"a.pdf", topic}};
     EXPECT_THAT(namesOf(grouped()), ElementsAre("Documents/PDFs")) << topic;
   }

@@ -107,6 +107,14 @@ TEST(TopicCategorizer, asksInBatchesAndTellsLaterOnesOfEarlierTopics) {
               testing::StartsWith("Existing folders: Art, Topic of item 0, Zoo\n\nItems:\n- item 50"));
 }
 
+TEST(TopicCategorizer, offersNoTopicAgainThatCanBeNoFolder) {
+  std::vector<std::string> names;
+  for (int i = 0; i < 30; ++i) names.push_back(std::to_string(i));
+  FakeModel model([&](const std::string&) { return R"({"0": "Documents", "1": "PDFs", "2": "Work"})"; });
+  static_cast<void>(OnDeviceTopicCategorizer(model).topics(names, {}));
+  EXPECT_THAT(model.prompts.at(1), testing::StartsWith("Existing folders: Work\n"));
+}
+
 TEST(TopicCategorizer, namesAtMost25FoldersAndNoneWhereThereAreNone) {
   std::set<std::string> many;
   for (int i = 10; i < 40; ++i) many.insert("T" + std::to_string(i));
