@@ -5,6 +5,7 @@
 #include "cli/frame/Session.h"
 #include "cli/frame/UsageError.h"
 #include "cli/text/OrganizeText.h"
+#include "cli/text/Table.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/tasks/OrganizeTask.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -50,6 +52,8 @@ constexpr std::array options{
                .help = "Give the group OLD another name, remembered once it is applied; may be given several times.",
                .repeat = OptionSpec::Repeat::any},
     OptionSpec{.name = "--apply", .valueName = "", .help = "Move what is proposed."},
+    OptionSpec{.name = "--learned", .valueName = "", .help = "List the names that renamed groups taught, and stop."},
+    OptionSpec{.name = "--forget", .valueName = "", .help = "Forget those names, and stop."},
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
@@ -108,6 +112,37 @@ ExitStatus printSummary(Session& session, const Proposal& proposal, const RunRep
   return status;
 }
 
+// The names of renamed groups, as far as something moved into them.
+void rememberMoved(const Proposal& proposal, const std::vector<std::size_t>& renamed, const RunReport& report) {
+  std::set<const RowGroup*> filled;
+  for (std::size_t at = 0; at < report.outcomes.size(); ++at) {
+    if (report.outcomes[at].result == MoveResult::moved) filled.insert(proposal.row(report.rows[at]).group);
+  }
+  for (const auto group : renamed) {
+    if (filled.contains(&proposal.groups()[group])) rememberName(TaskServices::shared(), proposal, group);
+  }
+}
+
+ExitStatus printLearned(Session& session) {
+  const auto names = rememberedNames(TaskServices::shared());
+  if (session.isJson()) {
+    Json json = Json::object();
+    for (const auto& [kind, name] : names) json[kind] = name;
+    session.out().line(jsonText(json));
+    return ExitStatus::done;
+  }
+  Table table({{"Kind"}, {"Folder"}});
+  for (const auto& [kind, name] : names) {
+    table.addRow({{kind.empty() ? "(no extension)" : escapedForDisplay(kind)}, {escapedForDisplay(name)}});
+  }
+  if (names.empty()) {
+    session.out().line("No name is remembered.");
+  } else {
+    table.print(session);
+  }
+  return ExitStatus::done;
+}
+
 ExitStatus apply(Session& session, const Arguments& arguments, const Proposal& proposal,
                  const std::vector<std::size_t>& renamed) {
   const auto approval = proposal.approve();
@@ -120,8 +155,9 @@ ExitStatus apply(Session& session, const Arguments& arguments, const Proposal& p
     case Answer::yes:
       break;
   }
-  for (const auto group : renamed) rememberName(TaskServices::shared(), proposal, group);
-  return printSummary(session, proposal, moveApproved(session, approval));
+  const auto report = moveApproved(session, approval);
+  rememberMoved(proposal, renamed, report);
+  return printSummary(session, proposal, report);
 }
 
 void print(Session& session, const Proposal& proposal, const FileUrl& folder) {
@@ -137,6 +173,9 @@ void print(Session& session, const Proposal& proposal, const FileUrl& folder) {
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
+  if (arguments.has("--forget")) forgetNames(TaskServices::shared());
+  if (arguments.has("--forget") || arguments.has("--learned")) return printLearned(session);
+  if (arguments.plain().empty()) throw UsageError("name the FOLDER to sort");
   const bool isToSave = arguments.has("--save");
   const bool isToApply = arguments.has("--apply") && !isToSave;
   if (isToApply) requireConsentPossible(arguments);
@@ -164,10 +203,12 @@ constexpr CommandSpec organizeCommand{
         "Proposes where the files and folders of FOLDER would go, and with --apply asks and moves them as one run that "
         "'orvanectl restore' brings back. Folders move whole; with --subfolders the files inside them are proposed "
         "instead, except those of software projects and bundles, which stay together.\n\n"
-        "Hidden items, symbolic links, what lies in its place already and folders made by earlier runs stay where they "
-        "are. A taken name gets a number. Files whose group was renamed go to the new name in later runs too.\n\n"
+        "Hidden items, symbolic links, downloads in progress, what lies in its place already and folders made by "
+        "earlier "
+        "runs stay where they are. A taken name gets a number. Files whose group was renamed go to the new name in "
+        "later runs too.\n\n"
         "With --json it prints the groups with all their moves, and with --apply the summary.",
-    .arguments = {.name = "FOLDER", .help = "The folder to sort.", .least = 1, .most = 1, .kind = ValueKind::folder},
+    .arguments = {.name = "FOLDER", .help = "The folder to sort.", .least = 0, .most = 1, .kind = ValueKind::folder},
     .options = options,
     .run = run,
 };

@@ -71,6 +71,23 @@ struct NoticeText {
   std::string operator()(const RowsInPlace& inPlace) const {
     return fmt::format("{}left out: {} in place already", prefix(inPlace.rule), itemsText(inPlace.rows));
   }
+  std::string operator()(const RowsNotProposed& left) const {
+    if (left.why == RowsNotProposed::Why::unfinished) {
+      return fmt::format("left out: {} still being written or open in another program", itemsText(left.rows));
+    }
+    return fmt::format("left out: {} that may not be moved ({})", itemsText(left.rows), escapedForDisplay(left.detail));
+  }
+  std::string operator()(const RowsReturned& returned) const {
+    return fmt::format("left alone: {} brought back before and not changed since; --returned takes them too",
+                       itemsText(returned.rows));
+  }
+  std::string operator()(const ProjectTakenApart& project) const {
+    return fmt::format("{} is a software project, which this takes apart", shownPath(project.folder));
+  }
+  std::string operator()(const LinksToRows& links) const {
+    return fmt::format("{} to what moves will point nowhere",
+                       links.count == 1 ? "1 symbolic link" : formatCount(links.count) + " symbolic links");
+  }
   std::string operator()(const RowsInTrash& inTrash) const {
     return fmt::format("left out: {} in a Trash already; emptying the Trash frees the space", itemsText(inTrash.rows));
   }

@@ -53,6 +53,36 @@ struct RowsInPlace {
   bool operator==(const RowsInPlace&) const = default;
 };
 
+// Items that are not proposed, as they could not move or are being worked with.
+struct RowsNotProposed {
+  enum class Why : std::uint8_t {
+    refused,     // by the path rules; `detail` is their text for the first
+    unfinished,  // downloads in progress and what an office program has open
+  };
+  RowSum rows = {};
+  Why why = Why::refused;
+  std::string detail = {};
+  bool operator==(const RowsNotProposed&) const = default;
+};
+
+// Items that a restore brought back and nobody changed since: they are left alone.
+struct RowsReturned {
+  RowSum rows = {};
+  bool operator==(const RowsReturned&) const = default;
+};
+
+// The folder that would be taken apart is a software project.
+struct ProjectTakenApart {
+  FileUrl folder;
+  bool operator==(const ProjectTakenApart&) const = default;
+};
+
+// Symbolic links that point to what would move, and would point nowhere then.
+struct LinksToRows {
+  std::int64_t count = 0;
+  bool operator==(const LinksToRows&) const = default;
+};
+
 // Items that lie in a Trash already.
 struct RowsInTrash {
   RowSum rows = {};
@@ -94,8 +124,9 @@ struct PlannerFailed {
   bool operator==(const PlannerFailed&) const = default;
 };
 
-using Notice = std::variant<FolderLeftOut, RowsKeptByLabel, RowsInPlace, RowsInTrash, RowsNotTaken, RuleRefused,
-                            RowsLeftAside, PlanRefused, PlannerFailed>;
+using Notice =
+    std::variant<FolderLeftOut, RowsKeptByLabel, RowsInPlace, RowsNotProposed, RowsReturned, ProjectTakenApart,
+                 LinksToRows, RowsInTrash, RowsNotTaken, RuleRefused, RowsLeftAside, PlanRefused, PlannerFailed>;
 using Notices = std::vector<Notice>;
 
 // The first notice of a kind; null where there is none.

@@ -4,11 +4,14 @@
 #include "core/base/text/UnicodeText.h"
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/organizer/categories/CategoryPreferencesStore.h"
+#include "core/organizer/categories/OrganizerCategories.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/organizer/topics/TopicCategorizerFactory.h"
 #include "core/organizer/topics/TopicGrouping.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/LinksToRows.h"
+#include "core/tasks/MovableItems.h"
 #include "core/tasks/NamedTopics.h"
 #include "core/tasks/TaskServices.h"
 
@@ -91,6 +94,21 @@ void groupByTopic(Groups& groups, RowSum& inPlace, const FileUrl& folder, const 
   inPlace.bytes = checkedAdd(inPlace.bytes, before.bytes - after.bytes);
 }
 
+// Takes out what no run would move, and counts what lies in a folder of a topic already.
+void sift(Groups& groups, RowSum& inPlace, const OrganizeWish& wish, MovableItems& movable) {
+  const TopicFolders topicFolders(wish.folder, destinationOf(wish));
+  for (auto& group : groups) {
+    std::erase_if(group.moves, [&](const ProposedMove& move) {
+      if (topicFolders.hold(move.originalURL)) {
+        inPlace.add(move.fileSize);
+        return true;
+      }
+      return !movable.admits(move.originalURL, move.fileSize);
+    });
+  }
+  std::erase_if(groups, [](const OrganizationCategoryGroup& group) { return group.moves.empty(); });
+}
+
 // `topics` is null where none are wanted.
 std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish& wish, const Boundary& boundary,
                                 Date now, NamedTopics* topics, const TaskMonitor& monitor) {
@@ -105,6 +123,8 @@ std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish
   auto found = services.organizer.analyze(wish.folder, destination, wish.subfolders, wish.strategy, monitor.stop,
                                           monitor.looked);
   RowSum inPlace{found.inPlace.count, found.inPlace.bytes};
+  MovableItems movable(services.validator, boundary);
+  sift(found.groups, inPlace, wish, movable);
   if (topics != nullptr && !monitor.stop.stop_requested()) {
     if (monitor.namingTopics) monitor.namingTopics();
     groupByTopic(found.groups, inPlace, wish.folder, destination, *topics, monitor.stop);
@@ -113,8 +133,17 @@ std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish
   if (monitor.stop.stop_requested()) return std::nullopt;
   for (const auto& group : found.groups) addCategoryGroup(builder, group, services.validator, boundary);
   if (inPlace.count > 0) builder.note(RowsInPlace{inPlace});
+  for (auto& notice : movable.notices()) builder.note(std::move(notice));
   builder.setSubject(std::move(subject));
-  return builder.take();
+  auto proposal = builder.take();
+  if (proposal.empty()) return proposal;
+  ProposalBuilder told(proposal);
+  if (isProjectOrBundleDirectory(wish.folder)) told.note(ProjectTakenApart{wish.folder});
+  auto others = grantedFolders(services);
+  others.push_back(services.home);
+  others.push_back(services.home.appendingPathComponent("Desktop"));
+  if (const auto links = linksToRows(proposal, wish.folder, wish.subfolders, others)) told.note(LinksToRows{links});
+  return told.take();
 }
 
 // The group that has the name, counted among those that have it.
@@ -211,6 +240,11 @@ std::vector<std::string> kindsIn(const Proposal& proposal, std::size_t group) {
   }
   kinds.erase("");
   return {kinds.begin(), kinds.end()};
+}
+
+std::map<std::string, std::string> rememberedNames(const TaskServices& services) {
+  const auto names = services.learned.preferences();
+  return {names.begin(), names.end()};
 }
 
 void forgetNames(const TaskServices& services) {

@@ -10,6 +10,7 @@
 #include "core/tasks/TaskMonitor.h"
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,6 +54,8 @@ struct OrganizeWish {
 void rememberName(const TaskServices& services, const Proposal& proposal, std::size_t group);
 // The kinds of files in a group, as extensions in lower case.
 [[nodiscard]] std::vector<std::string> kindsIn(const Proposal& proposal, std::size_t group);
+// The names that it uses, by kind of file.
+[[nodiscard]] std::map<std::string, std::string> rememberedNames(const TaskServices& services);
 // Has it forget every name. Throws std::system_error.
 void forgetNames(const TaskServices& services);
 

@@ -119,6 +119,118 @@ TEST_F(OrganizeCommand, saysWhatStaysAndWarnsOfWhatIsSynced) {
       HasSubstr("left out: 1 item (4 bytes) in place already"));
 }
 
+TEST_F(OrganizeCommand, proposesNothingThatAlwaysFails) {
+  home.file("Stuff/a..b.pdf");
+  home.file("Stuff/movie.mp4.crdownload");
+  home.file("Stuff/~$letter.docx");
+  const auto result = run({"organize", "Stuff", "--apply", "--yes"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.output, HasSubstr("Moved 2 items into other folders."));
+  EXPECT_THAT(result.errors,
+              AllOf(HasSubstr("left out: 1 item (7 bytes) that may not be moved (Operation denied: Path traversal"),
+                    HasSubstr("left out: 2 items (14 bytes) still being written or open in another program")));
+  for (const auto* name : {"a..b.pdf", "movie.mp4.crdownload", "~$letter.docx"}) {
+    EXPECT_TRUE(exists(home.path("Stuff/" + std::string(name)))) << name;
+  }
+}
+
+TEST_F(OrganizeCommand, itsUndoTakesAwayTheFoldersThatItMade) {
+  home.file("Stuff/song.mp3");
+  home.folder("Stuff/Organized/Archives");
+  const auto summary = json({"organize", "Stuff", "--apply", "--yes"});
+  home.file("Stuff/Organized/Media/Audio/mine.txt");
+  EXPECT_EQ(run({"restore", summary["batchId"].get<std::string>(), "--yes"}).exitStatus, 0);
+  EXPECT_FALSE(exists(home.path("Stuff/Organized/Documents")));
+  EXPECT_TRUE(exists(home.path("Stuff/Organized/Media/Audio/mine.txt")));
+  EXPECT_TRUE(exists(home.path("Stuff/Organized/Archives"))) << "it was there before, and empty";
+
+  const auto again = json({"organize", "Stuff", "--apply", "--yes"});
+  const auto other = home.folder("other");
+  std::filesystem::rename(home.path("Stuff/Organized/Documents/PDFs/a.pdf"), other + "/a.pdf");
+  std::filesystem::rename(other, home.path("Stuff/Organized/Documents/PDFs"));
+  EXPECT_EQ(run({"restore", again["batchId"].get<std::string>(), "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(home.path("Stuff/Organized/Documents/PDFs"))) << "somebody else made it";
+  EXPECT_FALSE(exists(home.path("Stuff/Organized/Documents/Folders")));
+}
+
+TEST_F(OrganizeCommand, remembersNamesOnceSomethingMovedAndForgetsThem) {
+  const auto rename = [](const std::string& name) {
+    return Words{"organize", "Stuff", "--apply", "--rename", "Documents/PDFs=" + name};
+  };
+  auto tooLong = rename(std::string(300, 'x'));
+  tooLong.emplace_back("--yes");
+  EXPECT_EQ(run(tooLong).exitStatus, 2);
+  LiveProgram refused(terminalSetup(rename("Papers")));
+  refused.waitForOutput("[y/N] ");
+  // Nothing of the group can move any more.
+  std::filesystem::remove(home.path("Stuff/a.pdf"));
+  refused.send("y\n");
+  EXPECT_EQ(refused.finish().exitStatus, 1);
+  EXPECT_EQ(json({"organize", "--learned"}), Json::object());
+
+  home.file("Stuff/c.pdf");
+  auto moved = rename("Papers");
+  moved.emplace_back("--yes");
+  EXPECT_EQ(run(moved).exitStatus, 0);
+  EXPECT_EQ(json({"organize", "--learned"}), (Json{{"pdf", "Papers"}}));
+  EXPECT_THAT(run({"organize", "--learned"}).output, HasSubstr("pdf   Papers"));
+  EXPECT_EQ(run({"organize", "--forget"}).output, "No name is remembered.\n");
+  EXPECT_EQ(json({"organize", "--learned"}), Json::object());
+}
+
+TEST_F(OrganizeCommand, workWithNamesThatWereRememberedTooLong) {
+  home.file(".config/orvane/preferences.json",
+            jsonText(Json{{"OrvaneLearnedCategoryPreferences", Json{{"pdf", std::string(300, 'x')}}}}));
+  EXPECT_EQ(json({"organize", "Stuff"})[1]["name"], "Documents/PDFs");
+}
+
+TEST_F(OrganizeCommand, takesNoTextWithSpacesForAnExtension) {
+  home.file("Stuff/Dr. Smith");
+  home.file("Stuff/p.pdf ");
+  const auto groups = json({"organize", "Stuff", "--strategy", "type"});
+  ASSERT_EQ(groups.size(), 3U);
+  EXPECT_EQ(groups[1]["name"], "No Extension");
+  EXPECT_EQ(groups[1]["moves"].size(), 2U);
+}
+
+TEST_F(OrganizeCommand, leavesTheFoldersOfTopicsAlone) {
+  home.file("Stuff/Organized/Documents/Travel/visa.pdf");
+  home.file("Documents/Organized/Travel/visa.pdf");
+  EXPECT_EQ(json({"organize", "Stuff", "--subfolders"})[0]["moves"].size(), 2U);
+  EXPECT_EQ(json({"organize", "Documents", "--subfolders"}), Json::array());
+}
+
+TEST_F(OrganizeCommand, saysWhatItTakesApartAndWhichLinksBreak) {
+  home.file("Stuff/Makefile");
+  home.file("Stuff/package.json", "{}");
+  home.link("Stuff/latest", "Sub/b.pdf");
+  home.link("Stuff/direct.pdf", home.path("Stuff/a.pdf"));
+  home.link("Stuff/elsewhere", "/usr");
+  home.link("Desktop/paper", home.path("Stuff/a.pdf"));
+  const auto result = run({"organize", "Stuff"});
+  EXPECT_THAT(result.errors, AllOf(HasSubstr("~/Stuff is a software project, which this takes apart"),
+                                   HasSubstr("3 symbolic links to what moves will point nowhere")));
+  EXPECT_EQ(run({"organize", "Stuff/Sub"}).errors, "");
+}
+
+TEST_F(OrganizeCommand, knowsTheKindsOfFilesOfThisSystemAfterTheGivenOnes) {
+  const std::map<std::string, std::string> kinds{{"a.deb", "Installers"},
+                                                 {"b.AppImage", "Installers"},
+                                                 {"c.odt", "Documents/Text & Notes"},
+                                                 {"d.tif", "Media/Images"},
+                                                 {"e.NEF", "Media/Images"},
+                                                 {"f.zst", "Archives"},
+                                                 {"g.opus", "Media/Audio"},
+                                                 {"h.key", "Documents/Presentations"},
+                                                 {"i.unknown", "Other"}};
+  for (const auto& [name, kind] : kinds) home.file("Kinds/" + name);
+  std::map<std::string, std::string> found;
+  for (const auto& group : json({"organize", "Kinds"})) {
+    for (const auto& move : group["moves"]) found.emplace(move["sourceRelativePath"], group["name"]);
+  }
+  EXPECT_EQ(found, kinds);
+}
+
 struct Misuse {
   const char* name;
   std::vector<std::string> words;

@@ -11,6 +11,7 @@
 #include "core/organizer/propose/OrganizerRun.h"
 #include "core/organizer/propose/ProposedNames.h"
 #include "core/safety/records/SecurityError.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/scanning/walk/BundleNames.h"
 #include "core/scanning/walk/FolderSize.h"
 
@@ -27,6 +28,7 @@ namespace orvane {
 namespace {
 
 constexpr std::string_view defaultDestinationName = "Organized";
+constexpr std::size_t longestNameBytes = 255;
 constexpr std::string_view rejectedText = "Selected files were rejected by safety invariants.";
 
 // Visits the components of a category path, empty ones left out.
@@ -42,12 +44,12 @@ void forEachComponent(std::string_view category, Visit visit) {
 // Whether a folder below a destination root can have this name.
 bool isCategoryName(std::string_view name) {
   bool hasComponent = false;
-  bool climbs = false;
+  bool isRefused = PathValidator::hasTraversal(name);
   forEachComponent(name, [&](auto component) {
     hasComponent = true;
-    climbs = climbs || component == "." || component == "..";
+    isRefused = isRefused || component == "." || component.size() > longestNameBytes;
   });
-  return hasComponent && !climbs && name.find('\0') == std::string_view::npos;
+  return hasComponent && !isRefused;
 }
 
 // Collects proposals into one group for each category.

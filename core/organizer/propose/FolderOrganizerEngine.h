@@ -66,9 +66,9 @@ class FolderOrganizerEngine {
   // Names the categories of many items of one folder.
   [[nodiscard]] CategoryChooser chooserFor(const FileUrl& targetFolder, OrganizationStrategy strategy) const;
 
-  // Renames one group and remembers the name for the extensions in it. A name of nothing but white space, and one that
-  // climbs out of the destination root, changes nothing; nor does an index out of range. Throws std::system_error when
-  // the name cannot be remembered.
+  // Renames one group and remembers the name for the extensions in it. A name of nothing but white space, one that is
+  // too long for a folder, and one that the path rules refuse, such as one that climbs, changes nothing; nor does an
+  // index out of range. Throws std::system_error when the name cannot be remembered.
   [[nodiscard]] Groups updateCategory(std::size_t groupIndex, std::string_view newName, Groups groups,
                                       const FileUrl& destRoot);
   // The two halves of it, for whoever only previews a name first.

@@ -24,10 +24,6 @@ bool isOneOf(std::string_view text, const std::array<std::string_view, Size>& te
   return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
-bool isInProgress(std::string_view name) {
-  return isOneOf(lowercased(splitName(name).extension), inProgressExtensions);
-}
-
 struct SettledItem {
   TidyItem item;
   double age;  // seconds
@@ -38,7 +34,7 @@ std::vector<SettledItem> settledItems(DirectoryReader& reader, const FileUrl& fo
                                       const FileStatusReader& statusReader) {
   std::vector<SettledItem> items;
   while (const auto entry = reader.next()) {
-    if (entry->name.starts_with('.') || isInProgress(entry->name)) continue;
+    if (entry->name.starts_with('.') || isUnfinished(entry->name)) continue;
     if (entry->type == FileType::symbolicLink || entry->type == FileType::other) continue;
     const auto status = statusReader.read(reader.descriptor(), entry->nameBytes());
     if (!status || (status->type != FileType::regular && status->type != FileType::directory)) continue;
@@ -57,6 +53,11 @@ void addOlder(TidyFolder& result, TidyItem item) {
 }
 
 }  // namespace
+
+bool isUnfinished(std::string_view name) {
+  constexpr std::string_view openDocumentStart = "~$";
+  return name.starts_with(openDocumentStart) || isOneOf(lowercased(splitName(name).extension), inProgressExtensions);
+}
 
 double itemAge(const FileStatus& status, Date now) noexcept {
   auto latest = status.modified.date();

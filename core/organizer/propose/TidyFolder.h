@@ -25,6 +25,9 @@ inline constexpr std::chrono::seconds settleSeconds{120};
 inline constexpr std::array<std::string_view, 6> inProgressExtensions{"crdownload", "download",   "part",
                                                                       "partial",    "opdownload", "tmp"};
 
+// Whether an item of this name is a download in progress, or what an office program keeps beside an open document.
+[[nodiscard]] bool isUnfinished(std::string_view name);
+
 struct TidyItem {
   FileUrl url;
   ItemKind kind = ItemKind::file;

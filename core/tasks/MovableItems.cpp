@@ -1,0 +1,42 @@
+#include "core/tasks/MovableItems.h"
+
+#include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathText.h"
+#include "core/organizer/propose/TidyFolder.h"
+#include "core/safety/rules/FolderRules.h"
+#include "core/safety/rules/PathValidator.h"
+
+namespace orvane {
+
+MovableItems::MovableItems(const PathValidator& validator, const Boundary& boundary)
+    : m_validator(validator), m_boundary(boundary) {}
+
+MovableItems::~MovableItems() = default;
+
+const FolderRules& MovableItems::rulesOf(const std::string& folder) {
+  auto& rules = m_rules[folder];
+  if (!rules) rules = std::make_unique<FolderRules>(m_validator, folder, canonicalPath(folder), m_boundary);
+  return *rules;
+}
+
+bool MovableItems::admits(const FileUrl& item, std::int64_t bytes) {
+  const auto name = item.lastPathComponent();
+  if (isUnfinished(name)) {
+    m_unfinished.rows.add(bytes);
+    return false;
+  }
+  if (rulesOf(std::string(parentPath(item.path()))).admits(name)) return true;
+  if (m_refused.rows.count == 0) m_refused.detail = m_validator.refusalText(item, m_boundary);
+  m_refused.rows.add(bytes);
+  return false;
+}
+
+Notices MovableItems::notices() const {
+  Notices result;
+  for (const auto* kind : {&m_refused, &m_unfinished}) {
+    if (kind->rows.count > 0) result.emplace_back(*kind);
+  }
+  return result;
+}
+
+}  // namespace orvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/base/files/FileUrl.h"
+#include "core/safety/records/Boundary.h"
+#include "core/tasks/Notice.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+namespace orvane {
+
+class FolderRules;
+class PathValidator;
+
+// Tells apart what the organizer may propose and what no run would move, and counts the latter.
+class MovableItems {
+ public:
+  // Both must outlive this object.
+  MovableItems(const PathValidator& validator, const Boundary& boundary);
+  ~MovableItems();
+
+  // Whether an item that is no link may be proposed; counted where not.
+  [[nodiscard]] bool admits(const FileUrl& item, std::int64_t bytes);
+  // Of what was not admitted.
+  [[nodiscard]] Notices notices() const;
+
+ private:
+  const FolderRules& rulesOf(const std::string& folder);
+
+  const PathValidator& m_validator;
+  const Boundary& m_boundary;
+  std::unordered_map<std::string, std::unique_ptr<FolderRules>> m_rules;
+  RowsNotProposed m_refused{.why = RowsNotProposed::Why::refused};
+  RowsNotProposed m_unfinished{.why = RowsNotProposed::Why::unfinished};
+};
+
+}  // namespace orvane
