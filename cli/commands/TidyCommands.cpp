@@ -49,6 +49,9 @@ constexpr std::array setOptions{
 };
 constexpr std::array runOptions{
     saveOption,
+    OptionSpec{.name = "--returned",
+               .valueName = "",
+               .help = "Take what was brought back before as well, though it has not changed since."},
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -171,8 +174,13 @@ void printReport(Session& session, const AutoOrganizeResult& result, const std::
   }
 }
 
+ReturnedUse returnedUse(const Arguments& arguments) {
+  return arguments.has("--returned") ? ReturnedUse::take : ReturnedUse::leave;
+}
+
 ExitStatus saveLook(Session& session, const Arguments& arguments) {
-  const auto wish = TidyWish::of(AutoOrganizeSettingsStore::shared().get());
+  auto wish = TidyWish::of(AutoOrganizeSettingsStore::shared().get());
+  wish.returned = returnedUse(arguments);
   const auto proposal = proposeTidy(TaskServices::shared(), wish, ReferenceClock::now(), {.stop = session.stop()});
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
@@ -197,7 +205,7 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
         answer = askAbout(session, arguments, proposals);
         return answer == Answer::yes;
       },
-      stop);
+      stop, {}, returnedUse(arguments));
   tellJournalNotices();
   switch (report.end) {
     case AutoOrganizeReport::End::busy:
@@ -268,8 +276,8 @@ constexpr CommandSpec tidyRunCommand{
         "Moves what arrived lately into \"Recents\" inside each watched folder and sorts older files into folders "
         "below "
         "\"Sorted\", each folder as one run that 'orvanectl restore' brings back. What is in \"Sorted\" or \"Keep As "
-        "Is\", older folders, hidden items, links, downloads in progress and whatever changed in the last two minutes "
-        "stay where they are.",
+        "Is\", older folders that were never recent, hidden items, links, downloads in progress, whatever changed in "
+        "the last two minutes and what was brought back and has not changed since stay where they are.",
     .arguments = noArguments,
     .options = runOptions,
     .run = runRun,

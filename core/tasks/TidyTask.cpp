@@ -11,6 +11,7 @@
 #include "core/safety/journal/UndoJournal.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/MovableItems.h"
 #include "core/tasks/NamedTopics.h"
 #include "core/tasks/TaskServices.h"
 
@@ -28,6 +29,8 @@ namespace orvane {
 namespace {
 
 constexpr double secondsPerDay = 86400;
+constexpr std::string_view returnedKey = "takesReturned";
+constexpr std::string_view foldersCategory = "Folders";
 constexpr std::string_view lockName = "auto_organize.lock";
 
 // Collects the moves of one folder into a group for each destination.
@@ -72,7 +75,9 @@ class GroupBuilder {
 std::map<std::string, std::string> topicsOf(const TaskServices& services, const std::vector<TidyItem>& items,
                                             const FileUrl& sorted, NamedTopics& topics, const std::stop_token& stop) {
   std::set<std::string> names;
-  for (const auto& item : items) names.emplace(item.url.lastPathComponent());
+  for (const auto& item : items) {
+    if (item.kind == ItemKind::file) names.emplace(item.url.lastPathComponent());
+  }
   const std::vector<std::string> asked(names.begin(), names.end());
   // The folders below "Sorted" that no category made.
   const auto existing = TopicNames::foldersBelow(sorted, [&](const std::string& name) {
@@ -86,6 +91,7 @@ struct Watch {
   std::int64_t recentsDays = 3;
   const Boundary& boundary;
   Date now;
+  ReturnedUse returned = ReturnedUse::leave;
 };
 
 struct WatchedFolder {
@@ -93,9 +99,10 @@ struct WatchedFolder {
   std::optional<NamedTopics> topics;
 };
 
-Json subjectOf(const std::vector<WatchedFolder>& watched, std::int64_t recentsDays) {
+Json subjectOf(const std::vector<WatchedFolder>& watched, const Watch& watch) {
   Json json = Json::object();
-  json["recentsDays"] = recentsDays;
+  json["recentsDays"] = watch.recentsDays;
+  json[returnedKey] = watch.returned == ReturnedUse::take;
   auto& folders = json["folders"] = Json::array();
   for (const auto& [folder, topics] : watched) {
     Json entry = Json::object();
@@ -106,6 +113,29 @@ Json subjectOf(const std::vector<WatchedFolder>& watched, std::int64_t recentsDa
   return json;
 }
 
+// The items of a watched folder but for what no run would move and what a restore brought back, which is noted.
+TidyFolder itemsIn(const TaskServices& services, const FileUrl& folder, const Watch& watch, ProposalBuilder& builder) {
+  const std::chrono::duration<double> recentAge(static_cast<double>(watch.recentsDays) * secondsPerDay);
+  auto items = TidyFolder::read(folder, recentAge, watch.now, services.statusReader);
+  if (items.recent.empty() && items.older.empty()) return items;
+  MovableItems movable(services.validator, watch.boundary);
+  RowsReturned left;
+  const ReturnedItems here(services.journal(), folder);
+  const ReturnedItems inRecents(services.journal(), folder.appendingPathComponent(recentsFolderName));
+  const auto stays = [&](const TidyItem& item) {
+    if (!movable.admits(item.url, item.identity.size)) return true;
+    const auto& returned = item.url.deletingLastPathComponent() == folder ? here : inRecents;
+    if (watch.returned == ReturnedUse::take || !returned.holds(item.url, item.identity)) return false;
+    left.rows.add(item.kind == ItemKind::folder ? 0 : item.identity.size);
+    return true;
+  };
+  std::erase_if(items.recent, stays);
+  std::erase_if(items.older, stays);
+  for (auto& notice : movable.notices()) builder.note(std::move(notice));
+  if (left.rows.count > 0) builder.note(left);
+  return items;
+}
+
 // False when it was stopped.
 bool addFolder(ProposalBuilder& builder, const TaskServices& services, WatchedFolder& watched, const Watch& watch,
                const TaskMonitor& monitor) {
@@ -114,8 +144,7 @@ bool addFolder(ProposalBuilder& builder, const TaskServices& services, WatchedFo
     builder.note(*std::move(problem));
     return true;
   }
-  const std::chrono::duration<double> recentAge(static_cast<double>(watch.recentsDays) * secondsPerDay);
-  const auto items = TidyFolder::read(folder, recentAge, watch.now, services.statusReader);
+  const auto items = itemsIn(services, folder, watch, builder);
   GroupBuilder groups(folder);
   const std::string recents(recentsFolderName);
   for (const auto& item : items.recent) groups.add(item, folder, recents, recents);
@@ -129,6 +158,10 @@ bool addFolder(ProposalBuilder& builder, const TaskServices& services, WatchedFo
   const auto chooser = services.organizer.chooserFor(folder, OrganizationStrategy::byCategory);
   for (const auto& item : items.older) {
     const auto name = item.url.lastPathComponent();
+    if (item.kind == ItemKind::folder) {
+      groups.add(item, sorted, std::string(foldersCategory), std::string(foldersCategory));
+      continue;
+    }
     const auto topic = topicByName.find(std::string(name));
     const auto category = topic != topicByName.end() ? topic->second : chooser.categoryOf({.name = name});
     groups.add(item, sorted, category, category);
@@ -143,7 +176,7 @@ std::optional<Proposal> propose(const TaskServices& services, std::vector<Watche
   for (auto& watched : folders) {
     if (!addFolder(builder, services, watched, watch, monitor)) return std::nullopt;
   }
-  builder.setSubject(subjectOf(folders, watch.recentsDays));
+  builder.setSubject(subjectOf(folders, watch));
   return builder.take();
 }
 
@@ -160,8 +193,8 @@ std::vector<WatchedFolder> watchedFolders(const TaskServices& services, std::spa
 }  // namespace
 
 TidyWish TidyWish::of(const AutoOrganizeSettings& settings) {
-  return {settings.folderURLs(), settings.recentsDays,
-          settings.useAITopics ? TopicUse::whenAvailable : TopicUse::never};
+  return {settings.folderURLs(), settings.recentsDays, settings.useAITopics ? TopicUse::whenAvailable : TopicUse::never,
+          ReturnedUse::leave};
 }
 
 TidyLook lookForTidying(const TaskServices& services, const TidyWish& wish, Date now, const TaskMonitor& monitor) {
@@ -169,7 +202,7 @@ TidyLook lookForTidying(const TaskServices& services, const TidyWish& wish, Date
   for (const auto& folder : wish.folders) {
     const Boundary boundary({folder});
     auto proposal = propose(services, watchedFolders(services, std::span(&folder, 1), wish.topics),
-                            {wish.recentsDays, boundary, now}, monitor);
+                            {wish.recentsDays, boundary, now, wish.returned}, monitor);
     if (!proposal) return {};
     const auto& notices = proposal->notices();
     look.notices.insert(look.notices.end(), notices.begin(), notices.end());
@@ -194,8 +227,8 @@ RunReport TidyPass::carryOut(const Approval& approval, const RunProgress& progre
 std::optional<Proposal> proposeTidy(const TaskServices& services, const TidyWish& wish, Date now,
                                     const TaskMonitor& monitor) {
   const Boundary boundary(wish.folders);
-  return propose(services, watchedFolders(services, wish.folders, wish.topics), {wish.recentsDays, boundary, now},
-                 monitor);
+  return propose(services, watchedFolders(services, wish.folders, wish.topics),
+                 {wish.recentsDays, boundary, now, wish.returned}, monitor);
 }
 
 std::optional<Proposal> reproposeTidy(const TaskServices& services, const Json& subject, const Boundary& boundary,
@@ -207,7 +240,10 @@ std::optional<Proposal> reproposeTidy(const TaskServices& services, const Json& 
     auto& folder = watched.emplace_back(WatchedFolder{urlAt(entry, "folder"), std::nullopt});
     if (const auto* known = optionalKey(entry, "topics")) folder.topics.emplace(*known);
   }
-  return propose(services, std::move(watched), {integerAt(subject, "recentsDays"), boundary, countedTo}, monitor);
+  const bool takesReturned = optionalKey(subject, returnedKey) != nullptr && booleanAt(subject, returnedKey);
+  const auto returned = takesReturned ? ReturnedUse::take : ReturnedUse::leave;
+  return propose(services, std::move(watched), {integerAt(subject, "recentsDays"), boundary, countedTo, returned},
+                 monitor);
 }
 
 }  // namespace orvane

@@ -6,6 +6,7 @@
 #include "core/organizer/records/TopicUse.h"
 #include "core/tasks/CategoryGroups.h"
 #include "core/tasks/Proposal.h"
+#include "core/tasks/ReturnedItems.h"
 #include "core/tasks/RunReport.h"
 #include "core/tasks/TaskMonitor.h"
 
@@ -23,6 +24,7 @@ struct TidyWish {
   std::vector<FileUrl> folders;  // watched
   std::int64_t recentsDays = 3;  // of 86,400 seconds each
   TopicUse topics = TopicUse::never;
+  ReturnedUse returned = ReturnedUse::leave;
 
   [[nodiscard]] static TidyWish of(const AutoOrganizeSettings& settings);
 };

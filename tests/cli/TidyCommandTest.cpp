@@ -57,8 +57,40 @@ TEST_F(TidyCommand, runsAndComesBack) {
   EXPECT_EQ(json({"restore", report["result"]["batchIDs"][0].get<std::string>(), "--yes"})["restoredCount"], 1);
   EXPECT_TRUE(exists(path));
   EXPECT_EQ(json({"tidy", "show"})["lastRunMovedCount"], 1);
-  EXPECT_THAT(run({"tidy", "run", "--yes"}).output, HasSubstr("orvanectl restore "));
   EXPECT_EQ(run({"tidy", "run", "--yes"}).output, "Everything is tidy.\n");
+}
+
+TEST_F(TidyCommand, leavesAloneWhatWasBroughtBackUntilItChanges) {
+  const auto kept = arrive("kept.pdf");
+  const auto changed = arrive("changed.pdf");
+  const auto numbered = arrive("report.pdf");
+  EXPECT_EQ(json({"tidy", "run", "--yes"})["result"]["movedToRecents"], 3);
+  // Its place is taken when it comes back.
+  home.file("Downloads/report.pdf", "another");
+  EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], 3);
+  std::filesystem::remove(numbered);
+  const auto again = run({"tidy", "run", "--yes"});
+  EXPECT_EQ(again.output, "Everything is tidy.\n");
+  EXPECT_THAT(again.errors, HasSubstr("left alone: 3 items (21 bytes) brought back before and not changed since"));
+
+  home.file("Downloads/changed.pdf", "written to since");
+  EXPECT_EQ(json({"tidy", "run", "--yes"})["result"]["movedToRecents"], 0) << "it may still be changing";
+  EXPECT_EQ(json({"tidy", "run", "--yes", "--returned"})["result"]["movedToRecents"], 2);
+  EXPECT_TRUE(exists(changed));
+  EXPECT_FALSE(exists(kept));
+}
+
+TEST_F(TidyCommand, proposesNothingThatCouldNotMove) {
+  const auto climbing = arrive("a..b.pdf");
+  const auto open = arrive("~$letter.docx");
+  arrive("new.pdf");
+  const auto result = run({"tidy", "run", "--yes"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.output, HasSubstr("Moved 1 new item to Recents"));
+  EXPECT_THAT(result.errors,
+              AllOf(HasSubstr("left out: 1 item (7 bytes) that may not be moved ("), HasSubstr("a..b.pdf")));
+  EXPECT_TRUE(exists(climbing));
+  EXPECT_TRUE(exists(open));
 }
 
 TEST_F(TidyCommand, showsAtATerminalWhatItWillDoAndAsks) {

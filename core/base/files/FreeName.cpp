@@ -30,6 +30,18 @@ std::string numberedName(std::string_view name, std::int64_t number, NumberingSt
   return std::string(stem) + ending;
 }
 
+std::optional<std::string> unnumberedName(std::string_view name, NumberingStyle style) {
+  const auto [base, extension] = splitName(name);
+  const std::string_view opening = style == NumberingStyle::restored ? " (restored " : " (";
+  const auto start = base.rfind(opening);
+  if (start == std::string_view::npos || !base.ends_with(')')) return std::nullopt;
+  const auto digits = base.substr(start + opening.size(), base.size() - start - opening.size() - 1);
+  if (digits.empty() || digits.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
+  std::string original(base.substr(0, start));
+  if (!extension.empty()) original.append(".").append(extension);
+  return original;
+}
+
 FileUrl freeUrl(const FileUrl& wanted, NumberingStyle style, const std::function<bool(const FileUrl&)>& alsoTaken) {
   const auto taken = [&](const FileUrl& url) {
     return (alsoTaken && alsoTaken(url)) || readPathStatus(url.path()).has_value();

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,9 @@ enum class NumberingStyle : std::uint8_t { plain, restored };
 // `name` with its number before the extension, shortened at a character so that it stays within 255 bytes. An extension
 // that leaves no room counts as part of the stem.
 [[nodiscard]] std::string numberedName(std::string_view name, std::int64_t number, NumberingStyle style);
+
+// The name that numberedName() was given, as far as it was not shortened; absent for a name without such a number.
+[[nodiscard]] std::optional<std::string> unnumberedName(std::string_view name, NumberingStyle style);
 
 // `wanted`, or the first numbered name in the same folder, counted from 1, that is not taken. A dangling link takes its
 // name too; one that cannot be looked at is not taken: the move itself never replaces and says why it fails.

@@ -48,10 +48,6 @@ std::vector<SettledItem> settledItems(DirectoryReader& reader, const FileUrl& fo
   return items;
 }
 
-void addOlder(TidyFolder& result, TidyItem item) {
-  if (item.kind == ItemKind::file) result.older.push_back(std::move(item));
-}
-
 }  // namespace
 
 bool isUnfinished(std::string_view name) {
@@ -74,8 +70,8 @@ TidyFolder TidyFolder::read(const FileUrl& folder, std::chrono::duration<double>
     if (isOneOf(item.url.lastPathComponent(), ownNames)) continue;
     if (age < recentAge.count()) {
       result.recent.push_back(std::move(item));
-    } else {
-      addOlder(result, std::move(item));
+    } else if (item.kind == ItemKind::file) {
+      result.older.push_back(std::move(item));
     }
   }
   auto recents = DirectoryReader::open(reader->descriptor(), std::string(recentsFolderName).c_str(),
@@ -83,7 +79,7 @@ TidyFolder TidyFolder::read(const FileUrl& folder, std::chrono::duration<double>
   if (!recents) return result;
   for (auto& [item, age] :
        settledItems(*recents, folder.appendingPathComponent(recentsFolderName), now, statusReader)) {
-    if (age >= recentAge.count()) addOlder(result, std::move(item));
+    if (age >= recentAge.count()) result.older.push_back(std::move(item));
   }
   return result;
 }

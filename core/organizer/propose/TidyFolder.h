@@ -37,11 +37,12 @@ struct TidyItem {
 // The items of a watched folder that may be moved, in order of their paths.
 struct TidyFolder {
   std::vector<TidyItem> recent;  // bound for the recents folder
-  std::vector<TidyItem> older;   // files to be sorted, those that leave the recents folder included
+  std::vector<TidyItem> older;   // to be sorted: files, and whatever leaves the recents folder
 
   // Reads the folder and its recents folder and nothing else; opens no file. What cannot be read yields nothing.
-  // Hidden items, links, downloads in progress and whatever may still be changing are left out, and so are folders
-  // among the older items: they stay where they are. `recentAge` is the age from which on an item is older.
+  // Hidden items, links, what is unfinished and whatever may still be changing are left out, and so are older folders
+  // that never were in the recents folder: they stay where they are. `recentAge` is the age from which on an item is
+  // older.
   [[nodiscard]] static TidyFolder read(const FileUrl& folder, std::chrono::duration<double> recentAge, Date now,
                                        const FileStatusReader& statusReader);
 };

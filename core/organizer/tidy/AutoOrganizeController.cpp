@@ -75,8 +75,10 @@ AutoOrganizeRequest AutoOrganizeController::request() const {
 }
 
 AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<const TidyProposal>)> approve,
-                                                  const std::stop_token& stop, const RunProgress& progress) {
+                                                  const std::stop_token& stop, const RunProgress& progress,
+                                                  ReturnedUse returned) {
   auto wanted = request();
+  wanted.returned = returned;
   wanted.approve = std::move(approve);
   wanted.progress = progress;
   return run(wanted, stop);

@@ -53,7 +53,8 @@ class AutoOrganizeController {
   // Tidies now, on the calling thread; does nothing while a run is under way. `approve` is as in AutoOrganizeRequest.
   // Throws std::system_error when the settings or the lock cannot be written.
   AutoOrganizeReport runNow(std::function<bool(std::span<const TidyProposal>)> approve = {},
-                            const std::stop_token& stop = {}, const RunProgress& progress = {});
+                            const std::stop_token& stop = {}, const RunProgress& progress = {},
+                            ReturnedUse returned = ReturnedUse::leave);
   // What a run would propose now; changes nothing.
   [[nodiscard]] TidyLook look(const std::stop_token& stop = {});
   // Carries out what was shown, and nothing else. Throws as runNow does.

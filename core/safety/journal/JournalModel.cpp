@@ -1,5 +1,6 @@
 #include "core/safety/journal/JournalModel.h"
 
+#include "core/base/files/PathText.h"
 #include "core/base/values/CheckedArithmetic.h"
 
 #include <algorithm>
@@ -116,6 +117,16 @@ std::unordered_multimap<FileUrl, FileUrl> JournalModel::places() const {
     if (m_entries.actionOf(number) == JournalAction::restored) continue;
     auto entry = m_entries.at(number);
     result.emplace(std::move(entry.originalURL), std::move(entry.trashedURL));
+  }
+  return result;
+}
+
+std::vector<JournalEntry> JournalModel::restoredInto(std::string_view folder) const {
+  std::vector<JournalEntry> result;
+  for (PackedEntries::Number number = 0; number < m_entries.size(); ++number) {
+    if (m_entries.actionOf(number) != JournalAction::restored) continue;
+    auto entry = m_entries.at(number);
+    if (parentPath(entry.originalURL.path()) == folder) result.push_back(std::move(entry));
   }
   return result;
 }

@@ -37,6 +37,8 @@ class JournalModel {
   // back did not come to set the copies aside.
   [[nodiscard]] std::vector<JournalEntry> copiesLeft(const Uuid& runId) const;
   [[nodiscard]] bool isRestored(const Uuid& runId) const;
+  // The entries whose items came back right into a folder.
+  [[nodiscard]] std::vector<JournalEntry> restoredInto(std::string_view folder) const;
   // Where the items that are not back went, by where they came from.
   [[nodiscard]] std::unordered_multimap<FileUrl, FileUrl> places() const;
 

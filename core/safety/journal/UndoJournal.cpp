@@ -216,6 +216,12 @@ void UndoJournal::recordMade(std::span<const std::string> folders) {
   m_madeFolders.append(folders);
 }
 
+std::vector<JournalEntry> UndoJournal::restoredInto(const FileUrl& folder) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return m_model.restoredInto(folder.path());
+}
+
 std::vector<JournalEntry> UndoJournal::requireEntries(const Uuid& runId) {
   const std::lock_guard lock(m_mutex);
   m_store.refresh(m_model);

@@ -50,6 +50,10 @@ class UndoJournal {
   // In recording order; empty when unknown.
   [[nodiscard]] std::vector<JournalEntry> getEntries(const Uuid& runId);
 
+  // The entries of all runs whose items came back right into a folder, which is named as the entries name it. Each
+  // carries the time when it came back.
+  [[nodiscard]] std::vector<JournalEntry> restoredInto(const FileUrl& folder);
+
   // How many entries of a run have something to bring back. Of a run that was restored as far as it went, what is gone
   // for good does not count; what lies on a volume that is not there does.
   [[nodiscard]] std::int64_t remainingCount(const Uuid& runId);

@@ -97,14 +97,16 @@ TEST_F(AutoOrganizerTest, countsAgeFromTheLaterOfCreationAndModification) {
   EXPECT_EQ(autoOrganizer.age(tree.url("Downloads/missing"), day(0)), 0);
 }
 
-TEST_F(AutoOrganizerTest, foldersGoToRecentsAndThenStay) {
+TEST_F(AutoOrganizerTest, foldersGoToRecentsAndThenToTheFoldersThatAreSorted) {
   arrive("album/1.jpg", 0, "12345");
   touch(tree.path("Downloads/album"), 0);
   EXPECT_EQ(tidy(1).result.movedToRecents, 1);
   EXPECT_EQ(journal->getRuns().front().totalBytes, 5);
   touch(tree.path("Downloads/Recents/album"), 0);
-  EXPECT_EQ(tidy(20).result.totalMoved(), 0);
-  EXPECT_THAT(files(), ElementsAre("Recents/album/1.jpg"));
+  topicModel.reply = [](const auto&) { return R"({"album": "Travel"})"; };
+  EXPECT_EQ(tidy(2).result.totalMoved(), 0);
+  EXPECT_EQ(tidy(20, TopicUse::whenAvailable).result.sorted, 1);
+  EXPECT_THAT(files(), ElementsAre("Sorted/Folders/album/1.jpg"));
 }
 
 TEST_F(AutoOrganizerTest, numbersTakenNames) {
@@ -168,12 +170,34 @@ TEST_F(AutoOrganizerTest, sortsByTopicWhereTheModelNamesOne) {
   EXPECT_THAT(topicModel.prompts, IsEmpty());
   journal->restoreRun(journal->getRuns().front().runId);
 
-  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, 3);
+  auto again = request(1, TopicUse::whenAvailable);
+  again.returned = ReturnedUse::take;
+  EXPECT_EQ(autoOrganizer.run(again).result.sorted, 3);
   EXPECT_THAT(topicModel.prompts,
               ElementsAre("Existing folders: Travel\n\nItems:\n- picture.png\n- plan.pdf\n- tax 2020.pdf"));
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Taxes/tax 2020.pdf")));
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Travel/plan.pdf")));
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted/Media/Images/picture.png")));
+}
+
+TEST_F(AutoOrganizerTest, asksNoModelForWhatCannotMove) {
+  arrive("a..b.pdf", -10);
+  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, 0);
+  EXPECT_THAT(topicModel.prompts, IsEmpty());
+}
+
+TEST_F(AutoOrganizerTest, takesTheWordsOfTheModelForOneFolderEach) {
+  arrive("a.deb", -10);
+  arrive("b.pdf", -10);
+  arrive("c.pdf", -10);
+  arrive("d.pdf", -10);
+  arrive("Sorted/Travel/map.pdf", -10);
+  topicModel.reply = [](const auto&) {
+    return R"({"a.deb": "installers", "b.pdf": "travel", "c.pdf": "TRAVEL", "d.pdf": "pdfs"})";
+  };
+  EXPECT_EQ(tidy(1, TopicUse::whenAvailable).result.sorted, 4);
+  EXPECT_THAT(files(), UnorderedElementsAre("Sorted/Installers/a.deb", "Sorted/Travel/b.pdf", "Sorted/Travel/c.pdf",
+                                            "Sorted/Travel/map.pdf", "Sorted/Documents/PDFs/d.pdf"));
 }
 
 TEST_F(AutoOrganizerTest, noTopicLeavesSorted) {
