@@ -2,8 +2,12 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace orvane::fuzz {
+
+// What a target does with one input; each defines it once.
+void run(std::string_view input);
 
 // Reports a broken promise to the fuzzer.
 inline void check(bool holds, const char* promise) {

@@ -6,9 +6,6 @@
 #include "core/plans/records/CleaningPlan.h"
 #include "tests/fuzz/FuzzCheck.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #include <vector>
 
@@ -29,6 +26,8 @@ std::vector<FileItem> candidates() {
   return items;
 }
 
+}  // namespace
+
 void run(std::string_view text) {
   CleaningPlan plan;
   try {
@@ -42,14 +41,4 @@ void run(std::string_view text) {
   check(PlanExecutor::dryRun(plan, candidates(), dateFromUnix(1'750'000'000)).size() <= 4, "a file matches once");
 }
 
-}  // namespace
 }  // namespace orvane::fuzz
-
-extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
-  return ::setenv("HOME", "/home/fuzz", 1);
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  orvane::fuzz::run({reinterpret_cast<const char*>(data), size});
-  return 0;
-}

@@ -7,9 +7,6 @@
 #include "core/plans/OfflineHeuristicParser.h"
 #include "tests/fuzz/FuzzCheck.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #include <variant>
 
@@ -21,6 +18,8 @@ bool mayOverflow(std::string_view prompt) {
   static const auto longNumber = RegularExpression::compile(R"(\d{9})");
   return longNumber->firstMatch(lowercased(prompt)).has_value();
 }
+
+}  // namespace
 
 void run(std::string_view prompt) {
   if (mayOverflow(prompt)) return;
@@ -37,14 +36,4 @@ void run(std::string_view prompt) {
   }
 }
 
-}  // namespace
 }  // namespace orvane::fuzz
-
-extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
-  return ::setenv("HOME", "/home/fuzz", 1);
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  orvane::fuzz::run({reinterpret_cast<const char*>(data), size});
-  return 0;
-}

@@ -7,9 +7,6 @@
 #include "core/plans/CleaningPlanSchema.h"
 #include "tests/fuzz/FuzzCheck.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 namespace orvane::fuzz {
@@ -26,15 +23,10 @@ void read(std::string_view body) {
 }
 
 }  // namespace
+
+void run(std::string_view body) {
+  read<AnthropicClient>(body);
+  read<OpenAIClient>(body);
+}
+
 }  // namespace orvane::fuzz
-
-extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
-  return ::setenv("HOME", "/home/fuzz", 1);
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view body(reinterpret_cast<const char*>(data), size);
-  orvane::fuzz::read<orvane::AnthropicClient>(body);
-  orvane::fuzz::read<orvane::OpenAIClient>(body);
-  return 0;
-}
