@@ -13,9 +13,12 @@ MovableItems::MovableItems(const PathValidator& validator, const Boundary& bound
 
 MovableItems::~MovableItems() = default;
 
-const FolderRules& MovableItems::rulesOf(const std::string& folder) {
-  auto& rules = m_rules[folder];
+const FolderRules& MovableItems::rulesOf(std::string_view folder) {
+  if (m_lastRules != nullptr && m_lastFolder == folder) return *m_lastRules;
+  m_lastFolder = folder;
+  auto& rules = m_rules[m_lastFolder];
   if (!rules) rules = std::make_unique<FolderRules>(m_validator, folder, canonicalPath(folder), m_boundary);
+  m_lastRules = rules.get();
   return *rules;
 }
 
@@ -25,7 +28,7 @@ bool MovableItems::admits(const FileUrl& item, std::int64_t bytes) {
     m_unfinished.rows.add(bytes);
     return false;
   }
-  if (rulesOf(std::string(parentPath(item.path()))).admits(name)) return true;
+  if (rulesOf(parentPath(item.path())).admits(name)) return true;
   if (m_refused.rows.count == 0) m_refused.detail = m_validator.refusalText(item, m_boundary);
   m_refused.rows.add(bytes);
   return false;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace orvane {
@@ -27,11 +28,14 @@ class MovableItems {
   [[nodiscard]] Notices notices() const;
 
  private:
-  const FolderRules& rulesOf(const std::string& folder);
+  const FolderRules& rulesOf(std::string_view folder);
 
   const PathValidator& m_validator;
   const Boundary& m_boundary;
   std::unordered_map<std::string, std::unique_ptr<FolderRules>> m_rules;
+  // Items mostly come folder by folder.
+  std::string m_lastFolder;
+  const FolderRules* m_lastRules = nullptr;
   RowsNotProposed m_refused{.why = RowsNotProposed::Why::refused};
   RowsNotProposed m_unfinished{.why = RowsNotProposed::Why::unfinished};
 };
