@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/base/files/FileStatus.h"
-#include "core/scanning/walk/FolderPlace.h"
 #include "core/scanning/walk/TreeWalk.h"
 
 #include <atomic>

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "core/base/files/DirectoryReader.h"
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
-#include "core/scanning/walk/FolderPlace.h"
 #include "core/scanning/walk/FolderSize.h"
 #include "core/scanning/walk/TreeWalk.h"
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "core/base/files/DirectoryReader.h"
 #include "core/base/files/FileDescriptor.h"
 
 #include <atomic>
 #include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace orvane {
@@ -31,6 +34,15 @@ class HeldFolders {
  private:
   static constexpr int maximum = 128;
   std::atomic<int> m_count = 0;
+};
+
+// A folder that waits to be read. It is never reached through a symbolic link below the walk's start.
+struct FolderPlace {
+  std::shared_ptr<const HeldFolder> parent;
+  std::string canonicalPath;
+
+  // Absent when it is gone, unreadable or no folder any more. Lets go of the parent.
+  [[nodiscard]] std::optional<DirectoryReader> open();
 };
 
 }  // namespace orvane
