@@ -162,7 +162,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
       WorkStack::Tasks tasks;
       tasks.push_back(
           std::make_unique<ExamineFiles>(m_search, m_folder.chunks.emplace_back(), hold(), m_prefix, std::move(names)));
-      m_walk.work.push(tasks, WorkStack::Pusher::goesOn);
+      m_walk.work.push(tasks, *this, WorkStack::Maker::goesOn);
     }
   }
 

@@ -60,7 +60,7 @@ std::optional<FolderScan::Rules> FolderScan::enter() const {
 
 void FolderScan::publish(ListingBoard::Part part) {
   m_context.board.publish(m_listing, part, std::exchange(m_chunk, {}), std::exchange(m_subfolders, {}));
-  m_walk.work.push(m_tasks);
+  if (part == ListingBoard::Part::more) m_walk.work.push(m_tasks, *this, WorkStack::Maker::goesOn);
 }
 
 bool FolderScan::takes(std::string_view name) {

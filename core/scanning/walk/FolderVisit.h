@@ -40,7 +40,7 @@ class FolderVisit : public WorkStack::Task {
       if (auto reader = m_place.open()) read(*reader, *rules);
     }
     visit().finish();
-    m_walk.work.push(m_tasks);
+    m_walk.work.push(m_tasks, *this, WorkStack::Maker::ends);
   }
 
   // Whether the entry is looked at; hidden ones are not.

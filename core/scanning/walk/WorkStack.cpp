@@ -10,16 +10,24 @@ WorkStack::~WorkStack() {
   stop();
 }
 
-void WorkStack::push(Tasks& tasks, Pusher pusher) {
+void WorkStack::push(Tasks& tasks) {
+  add(tasks, m_tasks.end(), 0);
+}
+
+void WorkStack::push(Tasks& tasks, const Task& maker, Maker next) {
+  add(tasks, maker.m_place, next == Maker::ends ? 1 : 0);
+}
+
+void WorkStack::add(Tasks& tasks, Tasks::const_iterator place, std::size_t takenByMaker) {
   if (tasks.empty()) return;
-  std::size_t wanted = tasks.size();
+  std::size_t wanted = tasks.size() - takenByMaker;
   {
     const std::lock_guard lock(m_mutex);
+    wanted = std::min(wanted, m_idle);
     if (!m_isStopped) {
-      m_tasks.insert(m_tasks.end(), std::make_move_iterator(tasks.rbegin()), std::make_move_iterator(tasks.rend()));
+      m_waiting += tasks.size();
+      m_tasks.splice(place, tasks);
     }
-    const bool takesOneItself = m_running > 0 && pusher == Pusher::ends;
-    wanted = std::min(wanted - (takesOneItself ? 1 : 0), m_idle);
   }
   tasks.clear();
   for (; wanted > 0; --wanted) m_changed.notify_one();
@@ -40,25 +48,26 @@ void WorkStack::work(std::size_t limit) {
   std::unique_lock lock(m_mutex);
   while (limit > 0) {
     ++m_idle;
-    m_changed.wait(lock, [&] { return !m_tasks.empty() || m_running == 0 || m_isStopped; });
+    m_changed.wait(lock, [&] { return m_waiting > 0 || m_tasks.empty() || m_isStopped; });
     --m_idle;
-    if (m_tasks.empty()) return;
-    auto task = std::move(m_tasks.back());
-    m_tasks.pop_back();
-    ++m_running;
+    if (m_waiting == 0) return;
+    const auto place = std::find_if(m_tasks.begin(), m_tasks.end(), [](const auto& task) { return task != nullptr; });
+    auto task = std::move(*place);
+    task->m_place = place;
+    --m_waiting;
     lock.unlock();
     task->run(*this);
     task.reset();
     lock.lock();
-    --m_running;
+    m_tasks.erase(place);
     --limit;
-    if (m_running == 0 && m_tasks.empty()) m_changed.notify_all();
+    if (m_tasks.empty()) m_changed.notify_all();
   }
 }
 
 bool WorkStack::isEmpty() const {
   const std::lock_guard lock(m_mutex);
-  return m_tasks.empty();
+  return m_waiting == 0;
 }
 
 void WorkStack::stop() noexcept {
@@ -66,7 +75,12 @@ void WorkStack::stop() noexcept {
   {
     const std::lock_guard lock(m_mutex);
     m_isStopped = true;
-    dropped.swap(m_tasks);
+    m_waiting = 0;
+    for (auto task = m_tasks.begin(); task != m_tasks.end();) {
+      const auto next = std::next(task);
+      if (*task) dropped.splice(dropped.end(), m_tasks, task);
+      task = next;
+    }
   }
   m_changed.notify_all();
 }

@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -10,17 +11,23 @@
 
 namespace orvane {
 
-// Tasks that make more tasks, carried out by several threads. What was added last is taken first, so that together the
-// threads go through a tree nearly depth first and little waits at any time.
+// Tasks that make more tasks, carried out by several threads in the order of one walk: the tasks that a task makes come
+// before those that followed it. So the threads stay close together in a tree, little waits at any time, and who reads
+// the findings in that order seldom waits for a task that has not begun.
 class WorkStack {
  public:
+  class Task;
+  using Tasks = std::list<std::unique_ptr<Task>>;
   class Task {
    public:
     virtual ~Task() = default;
     // May push further tasks. Must not throw.
     virtual void run(WorkStack& stack) = 0;
+
+   private:
+    friend class WorkStack;
+    Tasks::const_iterator m_place;  // while it runs
   };
-  using Tasks = std::vector<std::unique_ptr<Task>>;
 
   WorkStack() = default;
   // Drops what has not begun and waits for the threads.
@@ -28,10 +35,12 @@ class WorkStack {
   WorkStack(const WorkStack&) = delete;
   WorkStack& operator=(const WorkStack&) = delete;
 
-  // What the task that pushes does next: an idle thread less is woken for one that ends.
-  enum class Pusher : std::uint8_t { ends, goesOn };
-  // The first of them is taken first. `tasks` is left empty.
-  void push(Tasks& tasks, Pusher pusher = Pusher::ends);
+  // Adds tasks behind all others. `tasks` is left empty.
+  void push(Tasks& tasks);
+  // Adds tasks that the running task `maker` made, behind those that it made before. An idle thread less is woken for a
+  // maker that ends.
+  enum class Maker : std::uint8_t { ends, goesOn };
+  void push(Tasks& tasks, const Task& maker, Maker next);
   // Starts threads that work until nothing is left, and returns how many the system granted.
   unsigned start(unsigned threads);
   // Works on the calling thread until nothing is left to do, or until `limit` tasks have been carried out.
@@ -46,10 +55,12 @@ class WorkStack {
   [[nodiscard]] static unsigned processorCount() noexcept;
 
  private:
+  void add(Tasks& tasks, Tasks::const_iterator place, std::size_t takenByMaker);
+
   mutable std::mutex m_mutex;
   std::condition_variable m_changed;
-  Tasks m_tasks;
-  std::size_t m_running = 0;
+  Tasks m_tasks;  // an empty pointer in the place of each that runs
+  std::size_t m_waiting = 0;
   std::size_t m_idle = 0;
   bool m_isStopped = false;
   std::vector<std::jthread> m_threads;
