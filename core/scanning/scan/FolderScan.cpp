@@ -14,6 +14,8 @@ namespace {
 
 // A chunk is handed on as soon as it is full, so that a huge folder neither fills the memory nor delays its findings.
 constexpr std::size_t entriesPerChunk = 1024;
+// Most folders hold no more files than this.
+constexpr std::size_t usualFiles = 32;
 
 std::string withSlash(std::string path) {
   if (!path.ends_with('/')) path.push_back('/');
@@ -89,6 +91,7 @@ void FolderScan::file(const Rules& rules, const Entry& entry, const std::optiona
   fields.category = rules.classifier.classify(entry.name, status->size);
   fields.riskLabel = rules.risk.evaluate(fields.category, entry.name, fields.createdDate);
   fields.isCloudPlaceholder = CloudFolderDetector::isPlaceholderName(entry.name);
+  if (m_chunk.events.empty()) m_chunk.events.reserve(usualFiles);
   m_chunk.events.emplace_back(std::in_place_type<FileItem>, std::move(fields));
   ++m_chunk.examined;
 }
