@@ -1,6 +1,6 @@
 #include "app/agent/AgentModel.h"
 
-#include "app/common/LeftOutFolders.h"
+#include "app/common/NoticeTexts.h"
 #include "app/common/Text.h"
 #include "core/tasks/AskTask.h"
 

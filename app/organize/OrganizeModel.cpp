@@ -1,5 +1,6 @@
 #include "app/organize/OrganizeModel.h"
 
+#include "app/common/NoticeTexts.h"
 #include "app/common/Places.h"
 #include "app/common/Text.h"
 #include "core/tasks/Folders.h"
@@ -63,6 +64,9 @@ QString OrganizeModel::destination() const {
 }
 QString OrganizeModel::destinationName() const {
   return m_folder ? shownName(destinationRoot().lastPathComponent()) : QString();
+}
+bool OrganizeModel::topicsAvailable() const {
+  return m_hasTopicModel && canHaveTopics(m_folder.value_or(FileUrl()), m_strategy);
 }
 QVariantList OrganizeModel::managedFolders() const {
   return folderList(m_managedFolders);
@@ -175,16 +179,7 @@ void OrganizeModel::setProposal(Proposal proposal) {
 }
 
 QStringList OrganizeModel::notices() const {
-  QStringList result;
-  for (const auto& notice : m_proposal.notices()) {
-    if (const auto* leftOut = std::get_if<FolderLeftOut>(&notice)) {
-      result += localizedText("cleanup.failed_item")
-                    .arg(shownName(leftOut->folder.lastPathComponent()), shownName(leftOut->detail));
-    } else if (const auto* inPlace = std::get_if<RowsInPlace>(&notice)) {
-      result += countedText("organize.in_place", inPlace->rows.count);
-    }
-  }
-  return result;
+  return noticeTexts(m_proposal.notices(), services().tasks.home);
 }
 
 void OrganizeModel::recount() {

@@ -84,10 +84,8 @@ class OrganizeModel : public orvane::RunModel {
   // Of documents, when they are organized by category.
   [[nodiscard]] bool useTopics() const noexcept { return m_useTopics; }
   void setUseTopics(bool isWanted);
-  // Whether a language model on this machine can name them, and the strategy has a place for them.
-  [[nodiscard]] bool topicsAvailable() const noexcept {
-    return m_hasTopicModel && m_strategy == OrganizationStrategy::byCategory;
-  }
+  // Whether a language model on this machine can name them, and folder and strategy have a place for them.
+  [[nodiscard]] bool topicsAvailable() const;
   [[nodiscard]] QVariantList managedFolders() const;
 
   [[nodiscard]] bool isSearching() const noexcept { return m_isSearching; }

@@ -1,6 +1,6 @@
 #include "app/settings/TidyModel.h"
 
-#include "app/common/LeftOutFolders.h"
+#include "app/common/NoticeTexts.h"
 #include "app/common/ProgressPace.h"
 #include "app/common/Text.h"
 #include "core/base/files/HomeFolder.h"
@@ -164,7 +164,7 @@ QVariantList TidyModel::proposed() const {
 }
 
 QStringList TidyModel::remarks() const {
-  return leftOutFolders(m_look.notices, FileUrl(homeFolder()));
+  return noticeTexts(m_look.notices, FileUrl(homeFolder()));
 }
 
 void TidyModel::dismiss() {

@@ -1,0 +1,65 @@
+#include "app/common/NoticeTexts.h"
+
+#include "app/common/Text.h"
+#include "core/base/files/FileUrl.h"
+
+#include <QString>
+
+#include <variant>
+
+namespace orvane {
+namespace {
+
+QString textOf(const FolderLeftOut& leftOut, const FileUrl& home) {
+  const auto folder = shownPath(leftOut.folder.path(), home);
+  switch (leftOut.why) {
+    case FolderLeftOut::Why::missing:
+      return QStringLiteral("%1: %2").arg(folder, textFrom(leftOut.detail));
+    case FolderLeftOut::Why::refused:
+      return shownName(leftOut.detail);
+    case FolderLeftOut::Why::notGranted:
+    case FolderLeftOut::Why::listedOnly:
+      break;
+  }
+  return localizedText("agent.folder_not_granted").arg(folder);
+}
+
+struct NoticeText {
+  const FileUrl& home;
+
+  QString operator()(const FolderLeftOut& leftOut) const { return textOf(leftOut, home); }
+  QString operator()(const RowsInPlace& inPlace) const { return countedText("organize.in_place", inPlace.rows.count); }
+  QString operator()(const RowsNotProposed& left) const {
+    if (left.why == RowsNotProposed::Why::unfinished) return countedText("organize.unfinished", left.rows.count);
+    return countedText("organize.not_movable", left.rows.count) + u' ' + shownName(left.detail);
+  }
+  QString operator()(const RowsReturned& returned) const { return countedText("tidy.returned", returned.rows.count); }
+  QString operator()(const ProjectTakenApart& project) const {
+    return localizedText("organize.project").arg(shownPath(project.folder.path(), home));
+  }
+  QString operator()(const LinksToRows& links) const { return countedText("organize.links", links.count); }
+  template <typename Other>
+  QString operator()(const Other& /*notice*/) const {
+    return {};
+  }
+};
+
+}  // namespace
+
+QStringList noticeTexts(const Notices& notices, const FileUrl& home) {
+  QStringList result;
+  for (const auto& notice : notices) {
+    if (const auto text = std::visit(NoticeText{home}, notice); !text.isEmpty()) result += text;
+  }
+  return result;
+}
+
+QStringList leftOutFolders(const Notices& notices, const FileUrl& home) {
+  QStringList result;
+  for (const auto& notice : notices) {
+    if (const auto* leftOut = std::get_if<FolderLeftOut>(&notice)) result += textOf(*leftOut, home);
+  }
+  return result;
+}
+
+}  // namespace orvane
