@@ -106,19 +106,20 @@ void AgentModel::dryRun() {
   Q_EMIT planChanged();
   m_planQueue.post([this, prompt, provider = m_provider, looked = startLooking(),
                     stop = m_planStop.get_token()](const std::stop_token&) {
-    const auto& tasks = services().tasks;
-    auto planned = askPlanner(tasks, prompt, provider, stop);
-    if (planned.sent) {
-      callOn(this, [this, text = textFrom(requestText(*planned.sent)), provider] {
-        Q_EMIT requestSent(text, milliseconds(ReferenceClock::now()), textFrom(displayName(provider)));
-      });
-    }
-    std::shared_ptr<const Answer> answer;
-    if (!stop.stop_requested()) {
+    const auto answer = tried([&]() -> std::shared_ptr<const Answer> {
+      const auto& tasks = services().tasks;
+      auto planned = askPlanner(tasks, prompt, provider, stop);
+      if (planned.sent) {
+        callOn(this, [this, text = textFrom(requestText(*planned.sent)), provider] {
+          Q_EMIT requestSent(text, milliseconds(ReferenceClock::now()), textFrom(displayName(provider)));
+        });
+      }
+      if (stop.stop_requested()) return nullptr;
       auto proposal = proposeAnswer(tasks, planned, PlanReach::boundary, ReferenceClock::now(),
                                     {.stop = stop, .looked = looked.get()});
-      if (proposal) answer = std::make_shared<const Answer>(Answer{std::move(planned), *std::move(proposal)});
-    }
+      if (!proposal) return nullptr;
+      return std::make_shared<const Answer>(Answer{std::move(planned), *std::move(proposal)});
+    });
     callOn(this, [this, answer, stop] {
       stopLooking();
       show(stop.stop_requested() ? nullptr : answer);

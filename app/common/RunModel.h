@@ -2,6 +2,7 @@
 
 #include "app/common/BackgroundQueue.h"
 #include "app/shell/WindowServices.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/base/values/Uuid.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/RestoreTask.h"
@@ -14,6 +15,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -83,6 +85,16 @@ class RunModel : public QAbstractListModel {
   void startRestore(RestoreWish wish, std::int64_t total = 0);
   // Adds to what messages() tells.
   void addWarnings(const std::vector<std::string>& warnings);
+  // What a search in the background finds; nothing where it throws, and messages() says why.
+  template <typename Search>
+  auto tried(Search search) -> decltype(search()) {
+    try {
+      return search();
+    } catch (const std::exception& error) {
+      callOn(this, [this, problem = escapedForDisplay(error.what())] { addWarnings({problem}); });
+      return {};
+    }
+  }
   // For a search in the background: progressText() tells how many files it has counted here, until stopLooking().
   using LookedCount = std::shared_ptr<std::atomic<std::size_t>>;
   [[nodiscard]] LookedCount startLooking();

@@ -84,11 +84,13 @@ void DuplicatesModel::search() {
   Q_EMIT searchChanged();
   m_searchQueue.post(
       [this, leftOut = m_leftOut, strategy = m_strategy, stop = m_searchStop.get_token()](const std::stop_token&) {
-        auto roots = searchableFolders(services().tasks);
-        std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
         TaskMonitor monitor{.stop = stop};
         monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
-        const auto proposal = proposeDuplicates(services().tasks, {std::move(roots), strategy}, monitor);
+        const auto proposal = tried([&] {
+          auto roots = searchableFolders(services().tasks);
+          std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
+          return proposeDuplicates(services().tasks, {std::move(roots), strategy}, monitor);
+        });
         callOn(this, [this, proposal] {
           m_isSearching = false;
           if (proposal) {

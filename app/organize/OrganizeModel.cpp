@@ -148,7 +148,9 @@ void OrganizeModel::analyze() {
         Q_EMIT progressChanged();
       });
     };
-    callOn(this, [this, proposal = proposeOrganize(services().tasks, wish, ReferenceClock::now(), monitor)] {
+    const auto proposal =
+        tried([&] { return proposeOrganize(services().tasks, wish, ReferenceClock::now(), monitor); });
+    callOn(this, [this, proposal] {
       m_isSearching = false;
       m_isNamingTopics = false;
       stopLooking();

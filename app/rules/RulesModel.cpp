@@ -257,12 +257,13 @@ void RulesModel::previewRule(int row) {
   m_previewQueue.post(
       [this, rules = meant(row), looked = startLooking(), stop = m_previewStop.get_token()](const std::stop_token&) {
         const auto& tasks = services().tasks;
-        const auto proposal = proposeRules(tasks, {.rules = rules, .boundary = Boundary(grantedFolders(tasks))},
-                                           {.stop = stop, .looked = looked.get()});
-        if (!proposal) return;
+        const auto proposal = tried([&] {
+          return proposeRules(tasks, {.rules = rules, .boundary = Boundary(grantedFolders(tasks))},
+                              {.stop = stop, .looked = looked.get()});
+        });
         Preview preview;
-        preview.proposal = *proposal;
-        proposal->forEach([&](std::size_t, const ProposedRow& proposed) {
+        preview.proposal = proposal.value_or(Proposal());
+        preview.proposal.forEach([&](std::size_t, const ProposedRow& proposed) {
           preview.all.add(proposed.item.fileSize());
           if (proposed.choice == Choice::selected) preview.movable.add(proposed.item.fileSize());
         });

@@ -48,6 +48,15 @@ TEST_F(DuplicatesModelTest, findsCopiesKeepsOneCleansTheOthersAndBringsThemBack)
   EXPECT_EQ(model.rowCount(), 3);
 }
 
+TEST_F(DuplicatesModelTest, saysWhyItCannotSearch) {
+  std::filesystem::remove(tree.path(".config/orvane/preferences.json"));
+  tree.folder(".config/orvane/preferences.json");
+  search();
+  EXPECT_EQ(model.rowCount(), 0);
+  ASSERT_EQ(model.messages().size(), 1);
+  EXPECT_TRUE(model.messages().front().contains("preferences.json")) << model.messages().front().toStdString();
+}
+
 TEST_F(DuplicatesModelTest, movesOnlyTheCopiesThatWereShown) {
   const auto replaced = tree.file("Downloads/replaced.jpg", "the same picture");
   const auto written = tree.file("Downloads/written.jpg", "the same picture");

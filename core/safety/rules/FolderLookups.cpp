@@ -18,7 +18,7 @@ const std::string& FolderLookups::destination(const FileUrl& folder,
   return m_destinations.emplace(folder, canonicalPath(folder.path())).first->second;
 }
 
-void FolderLookups::noteMade(std::vector<std::string> folders) {
+void FolderLookups::noteMade(const std::vector<std::string>& folders) {
   for (const auto& folder : folders) m_made.push_back(canonicalPath(folder));
 }
 

@@ -22,7 +22,7 @@ class FolderLookups {
                                                const std::function<void(const FileUrl&)>& prepare);
 
   // The folders that were made on the way; takeMade() gives those since its last call.
-  void noteMade(std::vector<std::string> folders);
+  void noteMade(const std::vector<std::string>& folders);
   [[nodiscard]] std::vector<std::string> takeMade() noexcept { return std::exchange(m_made, {}); }
 
  private:
