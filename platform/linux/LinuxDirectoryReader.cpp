@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace orvane {
@@ -25,7 +27,7 @@ thread_local std::unique_ptr<Block> spareBlock;
 // Reads by getdents64(2). The C library's stream adds a lock to each entry and system calls to each folder.
 struct DirectoryReader::Stream {
   explicit Stream(FileDescriptor opened) : folder(std::move(opened)), block(std::move(spareBlock)) {
-    if (!block) block = std::make_unique_for_overwrite<Block>();
+    if (!block) block.reset(new (std::nothrow) Block);
   }
   ~Stream() { spareBlock = std::move(block); }
   Stream(const Stream&) = delete;
@@ -51,7 +53,11 @@ void DirectoryReader::Closer::operator()(Stream* stream) const noexcept {
 
 std::optional<DirectoryReader> DirectoryReader::from(FileDescriptor folder) noexcept {
   if (!folder) return std::nullopt;
-  DirectoryReader reader(new Stream(std::move(folder)));
+  DirectoryReader reader(new (std::nothrow) Stream(std::move(folder)));
+  if (!reader.m_stream || !reader.m_stream->block) {
+    errno = ENOMEM;
+    return std::nullopt;
+  }
   if (reader.m_stream->readBlock() < 0) return std::nullopt;
   return reader;
 }

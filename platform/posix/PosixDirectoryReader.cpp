@@ -2,6 +2,9 @@
 
 #include <dirent.h>
 
+#include <cerrno>
+#include <new>
+
 namespace orvane {
 
 // The C library's stream.
@@ -19,7 +22,11 @@ std::optional<DirectoryReader> DirectoryReader::from(FileDescriptor folder) noex
   DIR* opened = ::fdopendir(folder.get());
   if (opened == nullptr) return std::nullopt;
   static_cast<void>(folder.release());
-  return DirectoryReader(new Stream{opened});
+  auto* stream = new (std::nothrow) Stream{opened};
+  if (stream != nullptr) return DirectoryReader(stream);
+  ::closedir(opened);
+  errno = ENOMEM;
+  return std::nullopt;
 }
 
 std::optional<DirectoryReader::Entry> DirectoryReader::next() noexcept {
