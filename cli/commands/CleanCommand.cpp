@@ -5,8 +5,9 @@
 #include "cli/frame/ProposalRun.h"
 #include "cli/frame/Session.h"
 #include "cli/frame/UsageError.h"
-#include "cli/text/ScanTotals.h"
+#include "cli/text/TotalsTable.h"
 #include "core/tasks/CleanTask.h"
+#include "core/tasks/ScanTotals.h"
 #include "core/tasks/TaskServices.h"
 
 #include <array>
@@ -16,10 +17,7 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array<std::string_view, allScanCategories.size()> categoryNames{
-    "caches",     "logs",         "developerCaches", "oldDownloads",   "screenshots",   "largeFiles",
-    "duplicates", "appLeftovers", "trash",           "messagingMedia", "browserCaches", "manualReview",
-};
+constexpr auto categoryNames = scanCategories.rawValues();
 
 constexpr std::array options{
     OptionSpec{.name = "--category",
@@ -55,7 +53,7 @@ CleanWish wishFrom(const Arguments& arguments) {
 void printTable(Session& session, const Proposal& proposal) {
   ScanTotals totals;
   proposal.forEach([&](std::size_t, const ProposedRow& row) { totals.add(row.item); });
-  totals.printTable(session);
+  printTotals(session, totals);
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {

@@ -4,11 +4,12 @@
 #include "cli/frame/ProposalRun.h"
 #include "cli/frame/ScanRun.h"
 #include "cli/frame/Session.h"
-#include "cli/text/ScanJson.h"
-#include "cli/text/ScanTotals.h"
+#include "cli/text/TotalsTable.h"
 #include "core/base/files/HomeFolder.h"
 #include "core/base/text/ByteCount.h"
 #include "core/platform/Volume.h"
+#include "core/scanning/records/ScanEventText.h"
+#include "core/tasks/ScanTotals.h"
 #include "platform/SystemServices.h"
 
 #include <fmt/format.h>
@@ -52,7 +53,7 @@ ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCach
       if (const auto* item = std::get_if<FileItem>(&event)) totals.add(*item);
     }
   });
-  totals.printTable(session);
+  printTotals(session, totals);
   session.out().line("");
   printDisk(session);
   session.out().line(fmt::format("Found {} ({}), of which {} ({}) can go without a second look: orvanectl clean",

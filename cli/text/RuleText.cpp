@@ -86,22 +86,9 @@ std::string notTakenText(const RowsNotTaken& notTaken) {
 }  // namespace
 
 std::string conditionsText(const RuleTrigger& trigger) {
-  std::vector<std::string> parts;
-  if (trigger.folderPath && !trigger.folderPath->empty()) parts.push_back("in " + *trigger.folderPath);
-  if (trigger.categories && !trigger.categories->empty()) {
-    std::vector<std::string_view> names;
-    names.reserve(trigger.categories->size());
-    for (const auto category : *trigger.categories) names.push_back(displayName(category));
-    parts.push_back(fmt::format("{}", fmt::join(names, " or ")));
-  }
-  if (trigger.fileExtensions && !trigger.fileExtensions->empty()) {
-    parts.push_back(fmt::format(".{}", fmt::join(*trigger.fileExtensions, " .")));
-  }
-  if (trigger.namePattern && !trigger.namePattern->empty()) parts.push_back("named *" + *trigger.namePattern + "*");
-  if (trigger.minimumAgeDays) parts.push_back(fmt::format("{} days old", *trigger.minimumAgeDays));
-  if (trigger.minimumSizeBytes) parts.push_back(formatByteCount(*trigger.minimumSizeBytes) + " or more");
-  if (parts.empty()) return "every file";
-  return escapedForDisplay(fmt::format("{}", fmt::join(parts, ", ")));
+  const auto conditions = trigger.conditions();
+  if (conditions.empty()) return "every file";
+  return escapedForDisplay(fmt::format("{}", fmt::join(conditions, ", ")));
 }
 
 std::string actionText(const RuleAction& action) {

@@ -1,10 +1,10 @@
 #include "cli/frame/ProgressLine.h"
 #include "cli/frame/RunReference.h"
 #include "cli/frame/UsageError.h"
-#include "cli/text/ScanJson.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/scanning/records/ScanEvent.h"
+#include "core/scanning/records/ScanEventText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,10 @@
-#include "cli/text/ScanTotals.h"
+#include "cli/text/TotalsTable.h"
 
 #include "cli/text/Table.h"
 #include "core/base/text/ByteCount.h"
-#include "core/base/values/CheckedArithmetic.h"
+#include "core/tasks/ScanTotals.h"
 
+#include <array>
 #include <string>
 
 namespace orvane::cli {
@@ -26,36 +27,19 @@ Cell riskCell(const ScanTotals::CategorySum& sum) {
 
 }  // namespace
 
-void ScanTotals::Sum::add(std::int64_t size) {
-  ++count;
-  bytes = checkedAdd(bytes, size);
-}
-
-void ScanTotals::add(const FileItem& item, std::int64_t size) {
-  auto& sum = m_categories[static_cast<std::size_t>(item.category())];
-  sum.add(size);
-  sum.labels[static_cast<std::size_t>(item.riskLabel())] = true;
-  m_all.add(size);
-  if (item.isSelected() && item.category() != ScanCategory::trash) m_recommended.add(size);
-}
-
-const ScanTotals::CategorySum& ScanTotals::of(ScanCategory category) const {
-  return m_categories[static_cast<std::size_t>(category)];
-}
-
-void ScanTotals::printTable(Session& session) const {
+void printTotals(Session& session, const ScanTotals& totals) {
   Table table({{"Category", Alignment::left},
                {"Items", Alignment::right},
                {"Size", Alignment::right},
                {"Risk", Alignment::left}});
   for (const auto category : allScanCategories) {
-    const auto& sum = of(category);
+    const auto& sum = totals.of(category);
     if (sum.count == 0) continue;
     table.addRow(
         {{std::string(displayName(category))}, {formatCount(sum.count)}, {formatByteCount(sum.bytes)}, riskCell(sum)});
   }
   table.addRule();
-  table.addRow({{"Total"}, {formatCount(m_all.count)}, {formatByteCount(m_all.bytes)}, {}});
+  table.addRow({{"Total"}, {formatCount(totals.all().count)}, {formatByteCount(totals.all().bytes)}, {}});
   table.print(session);
 }
 

@@ -1,4 +1,4 @@
-#include "cli/frame/RuleFile.h"
+#include "core/rules/records/RuleDocument.h"
 
 #include "core/base/files/PathText.h"
 #include "core/base/text/Json.h"
@@ -12,15 +12,13 @@
 #include <array>
 #include <span>
 
-namespace orvane::cli {
+namespace orvane {
 namespace {
 
 using Keys = std::span<const std::string_view>;
 
 constexpr std::array<std::string_view, 8> ruleKeys{"id",     "name",      "description", "trigger",
                                                    "action", "isEnabled", "isBuiltIn",   "createdAt"};
-constexpr std::array<std::string_view, 6> triggerKeys{"folderPath",     "fileExtensions",   "categories",
-                                                      "minimumAgeDays", "minimumSizeBytes", "namePattern"};
 constexpr std::array<std::string_view, 2> actionKeys{"type", "path"};
 constexpr std::array actionTypes{RuleAction::Type::moveToFolder, RuleAction::Type::moveToTrash,
                                  RuleAction::Type::reviewOnly};
@@ -57,7 +55,7 @@ CleanupRule ruleFromText(std::string_view text) {
     rule.description = stringFrom(*description, "description");
   }
   const auto& trigger = requiredKey(json, "trigger");
-  requireKnownKeys(trigger, "\"trigger\"", triggerKeys);
+  requireKnownKeys(trigger, "\"trigger\"", RuleTrigger::keys());
   rule.trigger = RuleTrigger::fromJson(trigger);
   rule.action = actionFrom(requiredKey(json, "action"));
   if (optionalKey(json, "isEnabled") != nullptr) rule.isEnabled = booleanAt(json, "isEnabled");
@@ -66,4 +64,4 @@ CleanupRule ruleFromText(std::string_view text) {
   return rule;
 }
 
-}  // namespace orvane::cli
+}  // namespace orvane

@@ -1,4 +1,4 @@
-#include "cli/text/ScanJson.h"
+#include "core/scanning/records/ScanEventText.h"
 
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
@@ -9,7 +9,7 @@
 #include <iterator>
 #include <string_view>
 
-namespace orvane::cli {
+namespace orvane {
 namespace {
 
 // Whether a text stands in JSON as it is.
@@ -76,4 +76,4 @@ void appendScanEvent(std::string& text, const ScanEvent& event) {
   std::visit(EventWriter{text}, event);
 }
 
-}  // namespace orvane::cli
+}  // namespace orvane

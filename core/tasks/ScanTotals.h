@@ -3,25 +3,17 @@
 #include "core/scanning/records/FileItem.h"
 #include "core/scanning/records/RiskLabel.h"
 #include "core/scanning/records/ScanCategory.h"
+#include "core/tasks/Notice.h"
 
 #include <array>
 #include <cstdint>
-#include <set>
 
-namespace orvane::cli {
-
-class Session;
+namespace orvane {
 
 // Counts and sizes of items by category. Keeps none of the items.
 class ScanTotals {
  public:
-  struct Sum {
-    std::int64_t count = 0;
-    std::int64_t bytes = 0;
-
-    void add(std::int64_t size);
-  };
-  struct CategorySum : Sum {
+  struct CategorySum : RowSum {
     std::array<bool, allRiskLabels.size()> labels{};  // those that occur, by declaration
   };
 
@@ -30,17 +22,14 @@ class ScanTotals {
   void add(const FileItem& item, std::int64_t size);
 
   [[nodiscard]] const CategorySum& of(ScanCategory category) const;
-  [[nodiscard]] const Sum& all() const noexcept { return m_all; }
+  [[nodiscard]] const RowSum& all() const noexcept { return m_all; }
   // Of the items that are selected from the start, without those that are in a Trash already.
-  [[nodiscard]] const Sum& recommended() const noexcept { return m_recommended; }
-
-  // A row for each category that has items, in declaration order, and one for all.
-  void printTable(Session& session) const;
+  [[nodiscard]] const RowSum& recommended() const noexcept { return m_recommended; }
 
  private:
   std::array<CategorySum, allScanCategories.size()> m_categories;
-  Sum m_all;
-  Sum m_recommended;
+  RowSum m_all;
+  RowSum m_recommended;
 };
 
-}  // namespace orvane::cli
+}  // namespace orvane
