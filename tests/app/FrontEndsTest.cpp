@@ -13,6 +13,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -27,6 +28,8 @@ namespace {
 struct Shown {
   double count = 0;
   double bytes = 0;
+  std::multiset<std::string> names = {};
+  std::size_t notices = 0;  // lines beside the rows
 };
 
 class FrontEnds : public WindowFixture {
@@ -35,7 +38,7 @@ class FrontEnds : public WindowFixture {
 
   FrontEnds() { terminalHome.folder("Downloads"); }
 
-  void terminal(Words words) const {
+  ChildResult terminal(Words words) const {
     LiveProgram::Setup setup{.arguments = {ORVANECTL},
                              .environment = {{"HOME", terminalHome.path()},
                                              {"PATH", "/usr/bin:/bin"},
@@ -43,18 +46,22 @@ class FrontEnds : public WindowFixture {
                                              {"TZ", "UTC"}},
                              .workingFolder = terminalHome.path()};
     for (auto& word : words) setup.arguments.push_back(std::move(word));
-    const auto result = LiveProgram(setup).finish();
+    auto result = LiveProgram(setup).finish();
     EXPECT_NE(result.exitStatus, 2) << result.errors;
+    return result;
   }
   // The terminal's way.
   [[nodiscard]] Shown inTerminal(Words words, const std::function<void(const TemporaryTree&)>& meanwhile) const {
     words.insert(words.end(), {"--save", "../" + saved()});
-    terminal(std::move(words));
+    const auto said = terminal(std::move(words)).errors;
     const auto document = parseJson(contentOf(savedPath()));
     Shown shown;
+    // The last line tells where it was saved.
+    shown.notices = static_cast<std::size_t>(std::ranges::count(said, '\n')) - 1;
     for (const auto& row : document["rows"]) {
       shown.count += 1;
       shown.bytes += row["fileSize"].get<double>();
+      shown.names.emplace(urlAt(row, "url").lastPathComponent());
     }
     meanwhile(terminalHome);
     terminal({"apply", "--yes", "--json", savedPath()});
@@ -91,6 +98,7 @@ struct Case {
   std::function<void(const TemporaryTree&)> meanwhile;
   double count;
   std::set<std::string> moved;  // of what was arranged
+  std::size_t notices = 0;
 };
 
 void replaced(const TemporaryTree& home, const std::string& path, std::string_view content) {
@@ -100,7 +108,25 @@ void replaced(const TemporaryTree& home, const std::string& path, std::string_vi
 
 template <typename Model>
 Shown shownBy(const Model& model) {
-  return {model.selectedCount(), model.selectedBytes()};
+  Shown shown{model.selectedCount(), model.selectedBytes()};
+  for (int row = 0; row < model.rowCount(); ++row) {
+    const auto value = [&](int role) { return model.data(model.index(row), role); };
+    if constexpr (requires { Model::Header; }) {
+      if (value(Model::KindRole).toInt() == Model::Header) continue;
+    }
+    if (value(Model::CheckStateRole).toInt() == Qt::Checked) {
+      shown.names.insert(value(Model::NameRole).toString().toStdString());
+    }
+  }
+  if constexpr (requires { model.notices(); }) shown.notices = static_cast<std::size_t>(model.notices().size());
+  return shown;
+}
+
+void addNames(Shown& shown, const QVariantList& rows, const char* key) {
+  for (const auto& row : rows) {
+    const auto path = row.toMap()[key].toString().toStdString();
+    shown.names.emplace(FileUrl(path).lastPathComponent());
+  }
 }
 
 template <typename Model>
@@ -114,7 +140,7 @@ Shown cleansInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   bool isFinished = false;
   QObject::connect(&state, &AppState::scanFinished, [&] { isFinished = true; });
   state.startScan();
-  EXPECT_TRUE(becomesTrue([&] { return isFinished; }));
+  EXPECT_TRUE(becomesTrue([&] { return isFinished && model.rowCount() > 0; }));
   const auto shown = shownBy(model);
   meanwhile();
   model.cleanSelected();
@@ -160,7 +186,9 @@ Shown runsRulesInWindow(FrontEnds& test, const std::function<void()>& meanwhile)
   EXPECT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
   model.previewRule(12);
   EXPECT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
-  const Shown shown{model.movableCount(), model.movableBytes()};
+  Shown shown{model.movableCount(), model.movableBytes()};
+  shown.notices = static_cast<std::size_t>(model.previewRemarks().size());
+  addNames(shown, model.preview(), "name");
   meanwhile();
   model.runPreviewed();
   settle(model);
@@ -189,7 +217,9 @@ Shown uninstallsInWindow(FrontEnds& test, const std::function<void()>& meanwhile
   model.review(0);
   EXPECT_TRUE(becomesTrue([&] { return !model.isFindingLeftovers(); }));
   model.selectAllLeftovers(true);
-  const Shown shown{model.reviewCount(), model.reviewBytes()};
+  Shown shown{model.reviewCount(), model.reviewBytes()};
+  addNames(shown, model.leftovers(), "path");
+  shown.names.insert("Subject.app");
   meanwhile();
   model.uninstall();
   settle(model);
@@ -217,7 +247,11 @@ Shown tidiesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   EXPECT_TRUE(becomesTrue([&] { return model.isReady(); }));
   model.look();
   EXPECT_TRUE(becomesTrue([&] { return !model.isLooking(); }));
-  const auto shown = shownBy(model);
+  Shown shown{model.selectedCount(), model.selectedBytes()};
+  shown.notices = static_cast<std::size_t>(model.remarks().size());
+  for (const auto& group : model.proposed()) {
+    for (const auto& name : group.toMap()["names"].toStringList()) shown.names.insert(name.toStdString());
+  }
   meanwhile();
   model.confirm();
   EXPECT_TRUE(becomesTrue([&] { return !model.isRunning(); }));
@@ -253,7 +287,7 @@ const std::vector<Case>& cases() {
        {}},
       {"organize",
        [](const TemporaryTree& home) {
-         arrangeDownloads(home, {"song.mp3", "report.pdf", "photo.jpg"}, 1);
+         arrangeDownloads(home, {"song.mp3", "report.pdf", "photo.jpg", "film.mkv.part"}, 1);
        },
        {"organize", "Downloads"},
        organizesInWindow,
@@ -262,7 +296,8 @@ const std::vector<Case>& cases() {
          home.file("Downloads/late.pdf", "late");
        },
        3,
-       {"Downloads/song.mp3", "Downloads/photo.jpg"}},
+       {"Downloads/song.mp3", "Downloads/photo.jpg"},
+       1},
       {"tidy",
        [](const TemporaryTree& home) {
          arrangeDownloads(home, {"song.mp3", "report.pdf", "photo.jpg"}, 1);
@@ -274,7 +309,8 @@ const std::vector<Case>& cases() {
          setAge(home.file("Downloads/late.pdf", "late"), 86400);
        },
        3,
-       {"Downloads/song.mp3", "Downloads/photo.jpg"}},
+       {"Downloads/song.mp3", "Downloads/photo.jpg"},
+       1},
       {"rules",
        [](const TemporaryTree& home) {
          arrangeDownloads(home, {"a.dmg", "b.dmg"}, 10);
@@ -331,6 +367,9 @@ TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
   EXPECT_EQ(terminalShown.count, given.count);
   EXPECT_EQ(windowShown.count, given.count);
   EXPECT_EQ(windowShown.bytes, terminalShown.bytes);
+  EXPECT_EQ(windowShown.names, terminalShown.names);
+  EXPECT_EQ(terminalShown.notices, given.notices);
+  EXPECT_EQ(windowShown.notices, given.notices);
   EXPECT_EQ(left(tree), left(terminalHome));
   for (const auto& path : given.moved) EXPECT_FALSE(exists(tree.path(path))) << path;
 }
