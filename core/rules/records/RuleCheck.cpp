@@ -8,21 +8,24 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace orvane {
 namespace {
 
-using namespace std::string_view_literals;
-
-constexpr std::size_t quotedBytes = 100;
-
-std::string faultOfPath(const std::string& path, std::string_view key) {
-  const bool isPath = path.starts_with('/') || path == "~" || path.starts_with("~/");
-  if (!isPath) return fmt::format("\"{}\" must begin with / or ~/", key);
-  if (path.find('\0') != std::string::npos) return fmt::format("\"{}\" holds a NUL", key);
-  return {};
-}
+// How the problem of a field is told apart and worded.
+struct FieldPart {
+  std::string_view field;
+  RulePart part;
+  std::string_view key;
+};
+constexpr std::array fieldParts{
+    FieldPart{"folderPath", RulePart::folder, "rules.folder_missing"},
+    FieldPart{"minimumAgeDays", RulePart::minimumAge, "rules.number_negative"},
+    FieldPart{"minimumSizeBytes", RulePart::minimumSize, "rules.number_negative"},
+    FieldPart{"fileExtensions", RulePart::extensions, "rules.extension_wrong"},
+};
 
 // A folder condition is the plain beginning of a path: one that the home folder begins with lets everything in it pass.
 bool narrows(const std::string& folder) {
@@ -57,26 +60,14 @@ std::vector<RuleProblem> problemsWith(const CleanupRule& rule) {
   };
   const auto& trigger = rule.trigger;
   if (trimmed(rule.name).empty()) note(RulePart::name, "\"name\" must not be empty", "rules.name_missing");
-  if (trigger.folderPath && !trigger.folderPath->empty()) {
-    note(RulePart::folder, faultOfPath(*trigger.folderPath, "folderPath"), "rules.folder_missing");
-  }
-  if (trigger.minimumAgeDays.value_or(0) < 0) {
-    note(RulePart::minimumAge, "\"minimumAgeDays\" must not be negative", "rules.number_negative");
-  }
-  if (trigger.minimumSizeBytes.value_or(0) < 0) {
-    note(RulePart::minimumSize, "\"minimumSizeBytes\" must not be negative", "rules.number_negative");
-  }
-  for (const auto& extension : trigger.fileExtensions.value_or(std::vector<std::string>())) {
-    if (!extension.empty() && extension.find_first_of("./*?\0"sv) == std::string::npos) continue;
-    note(RulePart::extensions,
-         fmt::format("\"fileExtensions\" holds \"{}\": write endings without a dot, as in \"pdf\"",
-                     shortenedToBytes(extension, quotedBytes)),
-         "rules.extension_wrong");
-    break;
+  auto fieldProblems = trigger.problems();
+  for (const auto& [field, part, key] : fieldParts) {
+    const auto found = std::ranges::find(fieldProblems, field, &RuleTrigger::Problem::key);
+    if (found != fieldProblems.end()) note(part, std::move(found->text), key);
   }
   if (rule.action.type() == RuleAction::Type::moveToFolder) {
     const auto& path = rule.action.path();
-    note(RulePart::destination, faultOfPath(path, "path"),
+    note(RulePart::destination, rulePathProblem(path, "path"),
          path.empty() ? "rules.destination_missing" : "rules.destination_refused");
   }
   if (!narrows(trigger)) {

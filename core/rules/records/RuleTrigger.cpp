@@ -9,17 +9,19 @@
 
 #include <array>
 #include <tuple>
+#include <utility>
 
 namespace orvane {
 namespace {
 
+using namespace std::string_view_literals;
 using Texts = std::vector<std::string>;
 using Categories = std::vector<ScanCategory>;
 
 std::string extensionsProblem(const Texts& extensions, std::string_view key) {
   constexpr std::size_t quotedBytes = 100;
   for (const auto& extension : extensions) {
-    if (extension.empty() || extension.find_first_of("./*?") != std::string::npos) {
+    if (extension.empty() || extension.find_first_of("./*?\0"sv) != std::string::npos) {
       return fmt::format("\"{}\" holds \"{}\": write endings without a dot, as in \"pdf\"", key,
                          shortenedToBytes(extension, quotedBytes));
     }
@@ -86,10 +88,11 @@ std::string rulePathProblem(const std::string& path, std::string_view key) {
   return {};
 }
 
-std::string RuleTrigger::problem() const {
-  std::string result;
+std::vector<RuleTrigger::Problem> RuleTrigger::problems() const {
+  std::vector<Problem> result;
   forEachCondition(*this, [&](const auto& field, const auto& value) {
-    if (result.empty() && field.problem != nullptr) result = field.problem(value, field.key);
+    if (field.problem == nullptr) return;
+    if (auto text = field.problem(value, field.key); !text.empty()) result.push_back({field.key, std::move(text)});
   });
   return result;
 }

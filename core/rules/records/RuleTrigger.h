@@ -24,8 +24,13 @@ struct RuleTrigger {
 
   bool operator==(const RuleTrigger&) const = default;
 
-  // Why a value can never work, in English and naming its key; empty where all can.
-  [[nodiscard]] std::string problem() const;
+  // A value that can never work: its key, and an English sentence that names it.
+  struct Problem {
+    std::string_view key;
+    std::string text;
+  };
+  // In field order.
+  [[nodiscard]] std::vector<Problem> problems() const;
   // Each condition in English, as in "in ~/Downloads"; none for a trigger that every file meets.
   [[nodiscard]] std::vector<std::string> conditions() const;
 

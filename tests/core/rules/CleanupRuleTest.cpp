@@ -41,11 +41,11 @@ TEST(CleanupRuleTest, wordsEachConditionInTheOrderOfItsKeys) {
   EXPECT_THAT(everything.conditions(),
               testing::ElementsAre("in ~/Downloads", ".dmg .pkg", "User Caches or System & App Logs", "7 days old",
                                    "2 MB or more", "named *old*"));
-  EXPECT_EQ(everything.problem(), "");
+  EXPECT_TRUE(everything.problems().empty());
   EXPECT_EQ(std::size(RuleTrigger::keys()), everything.toJson().size());
   const RuleTrigger nothing{.folderPath = "", .fileExtensions = {{}}, .categories = {{}}, .namePattern = ""};
   EXPECT_THAT(nothing.conditions(), testing::IsEmpty());
-  EXPECT_EQ(nothing.problem(), "");
+  EXPECT_TRUE(nothing.problems().empty());
 }
 
 struct Problem {
@@ -56,7 +56,7 @@ struct Problem {
 class RuleTriggerRefuses : public testing::TestWithParam<Problem> {};
 
 TEST_P(RuleTriggerRefuses, whatCanNeverWork) {
-  EXPECT_EQ(GetParam().trigger.problem(), GetParam().problem);
+  EXPECT_EQ(GetParam().trigger.problems().at(0).text, GetParam().problem);
 }
 
 INSTANTIATE_TEST_SUITE_P(
