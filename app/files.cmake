@@ -1,4 +1,4 @@
-# What the window is made of, relative to app/. In the program each file stands below :/qt/qml/Orvane by its path from
+# The files of the window, relative to app/. In the program each file stands below :/qt/qml/Orvane by its path from
 # here.
 set(ORVANE_QML_FILES
   shell/Main.qml

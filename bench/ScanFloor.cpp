@@ -47,7 +47,7 @@ class Floor {
   void report() const { std::printf("%lld entries, %lld bytes\n", m_entries.load(), m_bytes.load()); }
 
  private:
-  // What getdents64(2) writes; glibc gives the record no name of its own.
+  // The record that getdents64(2) writes; glibc gives it no name of its own.
   using Record = dirent64;
 
   void read(const std::string& folder, std::vector<std::string>& found) {

@@ -96,7 +96,7 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] double matchBytes() const noexcept { return static_cast<double>(m_matchBytes); }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
-  // What would be sent, to the letter but for the key; empty where nothing is.
+  // The request that would be sent, to the letter but for the key; empty where nothing is sent.
   [[nodiscard]] QString request() const { return m_request; }
 
   Q_INVOKABLE void dryRun();

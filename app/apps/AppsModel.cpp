@@ -135,7 +135,7 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
 // --- review
 
 void AppsModel::review(int row) {
-  // What an application weighs is part of what is asked about it.
+  // The size of an application is part of the question.
   if (row < 0 || row >= rowCount() || isWorking() || !m_areMeasured) return;
   const auto& app = m_apps[m_shown[static_cast<std::size_t>(row)]];
   if (app.isSystemProtected) return;

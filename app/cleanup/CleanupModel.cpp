@@ -273,7 +273,7 @@ void CleanupModel::changeQuery(const CleanupQuery& query) {
   if (query == m_query) return;
   m_query = query;
   Q_EMIT queryChanged();
-  // Whatever is being worked out now answers the wrong question.
+  // Work under way now answers an outdated question.
   m_arrangeStop.request_stop();
   arrange();
 }
@@ -451,7 +451,7 @@ void CleanupModel::takeOut(const std::vector<std::uint32_t>& moved, int generati
 }
 
 void CleanupModel::followJournal() {
-  // What it moves itself it knows best.
+  // The model knows its own moves best.
   if (isWorking() || m_items.items().size() == 0) return;
   m_arrangeQueue.post([this, services = services(), scanned = m_items.snapshot(), since = m_scanStart,
                        generation = m_generation](const std::stop_token&) {

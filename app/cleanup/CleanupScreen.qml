@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What a scan found, by category; what is ticked goes to the Trash.
+// The result of a scan, by category; ticked items go to the Trash.
 Page {
     id: root
 

@@ -15,7 +15,7 @@ namespace orvane {
 // tasks has a thread, which ends soon after its last one.
 class BackgroundQueue {
  public:
-  // What std::runtime_error leaves a task is told on the console; any other exception ends the program.
+  // A std::runtime_error that leaves a task is printed on the console; any other exception ends the program.
   using Task = std::function<void(const std::stop_token& stop)>;
 
   BackgroundQueue();

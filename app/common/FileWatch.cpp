@@ -32,7 +32,7 @@ void FileWatch::watch(const std::string& path) {
 }
 
 void FileWatch::watchFolder() {
-  // What is missing shows first in the nearest folder above it.
+  // A missing file shows first in the nearest folder above it.
   QString existing = m_folder;
   while (!existing.isEmpty() && !QFileInfo(existing).isDir()) existing = QFileInfo(existing).path();
   if (existing.isEmpty() || m_watcher.directories() == QStringList{existing}) return;

@@ -21,7 +21,7 @@ QImage noPicture() {
 
 class Response : public QQuickImageResponse {
  public:
-  // What the reading thread knows of the response, which may be gone before it.
+  // The reading thread's view of the response, which may be gone before it.
   struct Link {
     std::mutex mutex;
     Response* response = nullptr;

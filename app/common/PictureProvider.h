@@ -11,8 +11,8 @@
 
 namespace orvane {
 
-// Hands pictures of items to the screens, read in the background: neither the window nor its icons ever wait for
-// one. What is no picture comes as a single clear pixel, since an error would be written to the log each time, and the
+// Hands pictures of items to the screens, read in the background: neither the window nor its icons ever wait for one. A
+// file that is no picture comes as a single clear pixel, since an error would be written to the log each time, and the
 // screen shows what it shows without.
 class PictureProvider : public QQuickAsyncImageProvider {
  public:

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-// What is read here may come from anywhere: whatever is no picture, is damaged, or is out of all proportion comes back
+// Pictures may come from anywhere: a file that is no picture, is damaged, or is out of all proportion comes back
 // as a null image. Nothing but a regular file is waited for. From any thread.
 
 // A picture file as a small image that covers `size`, upright.

@@ -17,7 +17,7 @@ namespace orvane {
 // stopped from any other. As a call may take long, it is made elsewhere.
 class QtRepeatingTimer : public QObject, public RepeatingTimer {
  public:
-  // `execute` has a task carried out on a thread that may wait. What it is given must not outlive the timer.
+  // `execute` has a task carried out on a thread that may wait. The task must not outlive the timer.
   explicit QtRepeatingTimer(std::function<void(std::function<void()> task)> execute);
 
   void start(std::chrono::seconds interval, std::function<void()> tick) override;

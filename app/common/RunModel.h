@@ -50,7 +50,7 @@ class RunModel : public QAbstractListModel {
   [[nodiscard]] bool isRestoring() const noexcept { return m_work == Work::restoring; }
   // Whether the last run can be undone from here.
   [[nodiscard]] bool canUndo() const noexcept { return m_lastRun.has_value() && m_work == Work::none; }
-  // What went wrong in the last run or its undoing; the first few hundred, and how many more there are.
+  // The failures of the last run or its undoing; the first few hundred, and how many more there are.
   [[nodiscard]] QStringList messages() const;
   [[nodiscard]] QString resultText() const;
   [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
@@ -85,7 +85,7 @@ class RunModel : public QAbstractListModel {
   void startRestore(RestoreWish wish, std::int64_t total = 0);
   // Adds to what messages() tells.
   void addWarnings(const std::vector<std::string>& warnings);
-  // What a search in the background finds; nothing where it throws, and messages() says why.
+  // The result of a search in the background; nothing where it throws, and messages() says why.
   template <typename Search>
   auto tried(Search search) -> decltype(search()) {
     try {

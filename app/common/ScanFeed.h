@@ -14,7 +14,7 @@ struct TaskServices;
 
 enum class ScanOutcome : std::uint8_t { completed, cancelled, noFolders };
 
-// What a scan reports, from the thread that carries it out, in pieces that take the main thread a moment each.
+// The reports of a scan, from the thread that carries it out, in pieces that take the main thread a moment each.
 struct ScanFeed {
   std::function<void(std::vector<FileUrl> folders)> begun;
   std::function<void(SharedPiece piece, std::int64_t bytes)> found;

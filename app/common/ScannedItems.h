@@ -20,8 +20,8 @@ namespace orvane {
 [[nodiscard]] std::string_view shownFolder(const ItemList& items, std::size_t index,
                                            std::span<const FileUrl> scannedFolders);
 
-// What the last scan found and is still there, for the screens that show it. Belongs to the main thread; a snapshot may
-// go to any other.
+// The items of the last scan that are still there, for the screens that show them. Belongs to the main thread; a
+// snapshot may go to any other.
 class ScannedItems : public QObject {
   Q_OBJECT
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Orvane
 
-// What all buttons share: an icon and a text in the middle, a focus ring, a name for assistive technology.
+// The base of all buttons: an icon and a text in the middle, a focus ring, a name for assistive technology.
 T.Button {
     id: root
 

@@ -10,7 +10,7 @@ Item {
     default property alias content: inner.data
     property int padding: 20
     property int radius: Theme.cardRadius
-    // What lies inside reaches to the hairline, and the corners are put over it.
+    // The content reaches to the hairline, and the corners are drawn over it.
     property bool flush: false
     property color outline: Theme.line
 

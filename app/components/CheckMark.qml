@@ -1,7 +1,8 @@
 import QtQuick
 import Orvane
 
-// The drawing of a box that is empty, ticked or partly ticked. Whoever shows it answers clicks and speaks for it.
+// The drawing of a box that is empty, ticked or partly ticked. The control around it answers clicks and has the
+// accessible name.
 Rectangle {
     id: root
 

@@ -8,7 +8,7 @@ Rectangle {
     property string source: ""
     property string symbol: "file"
 
-    // What is no picture comes as a single pixel.
+    // A file that is no picture comes as a single pixel.
     readonly property bool hasPicture: picture.status === Image.Ready && picture.implicitWidth > 1
 
     implicitWidth: 52

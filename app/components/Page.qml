@@ -1,7 +1,7 @@
 import QtQuick
 import Orvane
 
-// What all screens share: the margins, the header at the top, the content below.
+// The frame of all screens: the margins, the header at the top, the content below.
 FocusScope {
     id: root
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What there is, what is selected, what there will be; the button that does it; and the promise. Beside a list it is a
+// Space now, selected and projected; the button that acts; and the promise. Beside a list it is a
 // column, under one a line.
 Item {
     id: root

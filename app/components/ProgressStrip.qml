@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What is being done, how far it is, and Cancel. With `result` set it says what came of it, with Undo.
+// The present work, its progress, and Cancel. With `result` set it says what came of it, with Undo.
 Card {
     id: root
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What is set, with a remark below it, and its control at the right.
+// The name of a setting, with a remark below it, and its control at the right.
 Item {
     id: root
 

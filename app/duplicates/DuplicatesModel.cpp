@@ -135,7 +135,7 @@ void DuplicatesModel::gatherGroups() {
     if (!m_selection.isThere(index)) return;
     m_groups[static_cast<std::size_t>(row.group - groups)].copies.push_back(static_cast<std::uint32_t>(index));
   });
-  // What has no second copy is no duplicate any more.
+  // A file without a second copy is no duplicate any more.
   m_groupCount = 0;
   for (auto& shown : m_groups) {
     if (shown.copies.size() < 2) shown.copies.clear();

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What Orvane does and never does, where it may work, and off it goes. Shown at the first start and on demand.
+// Orvane's promise and the folders that it may look at, then the first scan. Shown at the first start and on demand.
 Sheet {
     id: root
 

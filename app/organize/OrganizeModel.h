@@ -15,7 +15,7 @@
 
 namespace orvane {
 
-// What the organizer proposes for one folder: groups by category, and the moves of those that are unfolded, as rows of
+// The organizer's proposal for one folder: groups by category, and the moves of those that are unfolded, as rows of
 // one list that the user edits before it is carried out.
 class OrganizeModel : public orvane::RunModel {
   Q_OBJECT
@@ -94,9 +94,9 @@ class OrganizeModel : public orvane::RunModel {
   [[nodiscard]] double moveCount() const noexcept { return static_cast<double>(m_proposal.size()); }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
-  // What is to be said beside the rows.
+  // The notices beside the rows.
   [[nodiscard]] QStringList notices() const;
-  // What the last renaming taught; empty where it taught nothing.
+  // The lesson of the last renaming; empty where it taught nothing.
   [[nodiscard]] QString learned() const;
 
   Q_INVOKABLE void chooseFolder(const QString& pathOrUrl);

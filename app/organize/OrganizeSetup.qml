@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Orvane
 
-// What is to be organized, into where, and how.
+// The folder to organize, the destination, and the strategy.
 Card {
     id: root
 

@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// What one part of the overview's picture stands for.
+// The meaning of one part of the overview's picture.
 struct OverviewArea {
   ScanCategory category = ScanCategory::caches;
   std::string folder;  // as shownFolder() gives it; empty for a whole category

@@ -20,7 +20,8 @@ class CleanupModel;
 class HistoryModel;
 class JournalFeed;
 
-// What the first screen shows beside the figures of AppState: the areas of the last scan, the last runs, the schedule.
+// The content of the first screen beside the figures of AppState: the areas of the last scan, the last runs, the
+// schedule.
 class OverviewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT

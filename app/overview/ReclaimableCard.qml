@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What the last scan found, as a treemap. Before a scan it says so; after one that found nothing, too.
+// The last scan's result, as a treemap. Before a scan it says so; after one that found nothing, too.
 Card {
     id: root
 

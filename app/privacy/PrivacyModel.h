@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-// What Orvane may look at, and what it last sent.
+// The folders that Orvane may look at, and the last request that it sent.
 class PrivacyModel : public QObject {
   Q_OBJECT
   QML_ELEMENT

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What Orvane may look at, and word for word what it last sent.
+// The folders that Orvane may look at, and the last request that it sent, word for word.
 Page {
     id: root
 

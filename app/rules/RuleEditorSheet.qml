@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// Writes or changes a rule. What is typed is checked at once, and the files that it would take are counted.
+// Writes or changes a rule. Checks the text as it is typed, and counts the files that the rule would take.
 Sheet {
     id: root
 
@@ -243,7 +243,7 @@ Sheet {
         property alias placeholder: input.placeholder
         property alias text: input.text
         property bool digitsOnly: false
-        // A key of the string table. What was not written yet is not called wrong.
+        // A key of the string table. A field that is not filled yet is not called wrong.
         property string problem: ""
         property bool isTouched: false
         readonly property bool isWrong: problem !== "" && (isTouched || text !== "")

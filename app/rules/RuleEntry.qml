@@ -41,8 +41,8 @@ Item {
                                                                     ? qsTr("rules.to_folder").arg(actionPath)
                                                                     : qsTr("rules.review_only")
 
-    // What can be done with the rule: {symbol, key, run}. What only some have comes first, so that the others stand below
-    // one another.
+    // The actions on the rule: {symbol, key, run}. Actions that only some rules have come first, so that the others
+    // stand below one another.
     readonly property var offers: {
         const all = [
             {symbol: "search", key: "rules.preview", run: () => root.previewAsked()},

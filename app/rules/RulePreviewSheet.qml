@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What a rule, or all that are on, would take. Nothing moves.
+// The items that a rule, or all that are on, would take. Nothing moves.
 Sheet {
     id: root
 

@@ -63,7 +63,7 @@ Page {
             enabled: !root.isBusy && root.model.enabledCount > 0
             symbol: "play"
             text: Texts.counted("rules.run_enabled", root.model.enabledCount)
-            // What moves is said before it moves.
+            // The button says what moves before it moves.
             onClicked: preview.ask(-1)
         }
     ]

@@ -133,7 +133,7 @@ class SettingsModel : public QObject {
  Q_SIGNALS:
   void changed();
   void tidyChanged();
-  // What is stored was read anew.
+  // Emitted after the stored settings were read anew.
   void published();
   // Other screens look at these too.
   void foldersChanged();

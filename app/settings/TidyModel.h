@@ -61,7 +61,7 @@ class TidyModel : public QObject {
   void setLaunchAtLogin(bool isEnabled);
   // Why the last change was refused; empty where it was not.
   [[nodiscard]] const QString& launchAtLoginError() const noexcept { return m_launchAtLoginError; }
-  // What the last run of this process did, or why it could not be; empty before.
+  // The result of the last run of this process, or why it failed; empty before.
   [[nodiscard]] QString statusText() const;
   // Why there is no language model; empty where there is one.
   [[nodiscard]] const QString& unavailableReason() const noexcept { return m_unavailableReason; }
@@ -73,13 +73,13 @@ class TidyModel : public QObject {
   // Changes and stores the settings, in the background.
   void update(std::function<void(AutoOrganizeSettings&)> change);
 
-  // What tidying would do now: true while it is looked for, then what can be confirmed.
+  // The moves that tidying would make now: true while they are looked for, then the rows to confirm.
   [[nodiscard]] bool isLooking() const noexcept { return m_isLooking; }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_proposedSum.count); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_proposedSum.bytes); }
   // A row for each folder that something goes to.
   [[nodiscard]] QVariantList proposed() const;
-  // What is said beside the rows.
+  // The notices beside the rows.
   [[nodiscard]] QStringList remarks() const;
 
   // Looks at what there is to tidy, and asks whoever shows it.

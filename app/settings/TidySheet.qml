@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What tidying would do now. Nothing moves before it is confirmed.
+// The moves that tidying would make now. Nothing moves before it is confirmed.
 Sheet {
     id: root
 

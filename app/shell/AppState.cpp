@@ -112,7 +112,7 @@ void AppState::showProgress(std::int64_t examined, const QString& place) {
 
 void AppState::finishScan(ScanOutcome end, const QString& problem) {
   m_isScanning = false;
-  // What is examined is told now and then only.
+  // The examined path is reported now and then only.
   m_examined = std::max(m_examined, m_scannedItems.count());
   m_hasNoFolders = end == ScanOutcome::noFolders;
   m_scanProblem = problem;

@@ -18,8 +18,8 @@
 
 namespace orvane {
 
-// What all screens share: the section shown, the running scan, and the figures of the disk. Changed on the main thread
-// only.
+// The state that all screens share: the section shown, the running scan, and the figures of the disk. Changed on the
+// main thread only.
 class AppState : public QObject {
   Q_OBJECT
   QML_ELEMENT

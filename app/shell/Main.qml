@@ -24,7 +24,7 @@ ApplicationWindow {
     required property SettingsModel settings
 
     readonly property Page screen: loader.item as Page
-    // What each section shows, by AppNavigationItem.
+    // The screen of each section, by AppNavigationItem.
     readonly property var screens: [
         ["Overview", {appState: appState, model: overview}],
         ["Cleanup", {appState: appState, model: cleanup, overview: overview}],

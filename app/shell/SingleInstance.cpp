@@ -72,7 +72,7 @@ SingleInstance::Role SingleInstance::claim(const QByteArray& wish) {
 }
 
 void SingleInstance::listen() {
-  // What a process that died left behind: the lock says that it is gone.
+  // The socket of a process that died: the lock says that it is gone.
   QLocalServer::removeServer(socketPath(m_folder));
   if (!m_server.listen(socketPath(m_folder))) qWarning("A second start will not find this one.");
 }

@@ -13,8 +13,8 @@ class Preferences;
 class Volume;
 struct ScheduleSettings;
 
-// What the view-models work with. Everything must outlive them, and but for the localization is called from background
-// threads only: it may wait for the disk.
+// The collaborators of the view-models. Everything must outlive them, and but for the localization is called from
+// background threads only: it may wait for the disk.
 struct WindowServices {
   TaskServices tasks;
   PermissionsManager& permissions;

@@ -31,7 +31,7 @@ ScanEnd printEvents(Session& session, std::vector<FileUrl> folders, DeveloperCac
       appendScanEvent(session.out().buffer(), event);
       session.out().settle();
     }
-    // Whoever reads along sees what there is so far.
+    // A reader at the other end of a pipe sees the events so far.
     session.out().flush();
   });
 }

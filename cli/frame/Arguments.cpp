@@ -46,7 +46,7 @@ Arguments::Arguments(const CommandSpec& command, std::span<const std::string> wo
       m_plain.push_back(word);
     }
   }
-  // Whoever asks for help gets it, however little else fits.
+  // A request for help is answered even if nothing else of the command line fits.
   if (!has("--help")) checkPlain();
 }
 

@@ -11,7 +11,7 @@
 
 namespace orvane::cli {
 
-// What was given to a command, checked against its definition. Every text is exactly what was typed.
+// The arguments of a command, checked against its definition. Every text is exactly what was typed.
 class Arguments {
  public:
   // `words` are what follows the command's name. Words after "--" are plain arguments, whatever they look like.

@@ -11,7 +11,7 @@ namespace orvane::cli {
 class Arguments;
 class Session;
 
-// What a value is, so that a shell can complete it.
+// The kind of a value, so that a shell can complete it.
 enum class ValueKind : std::uint8_t { text, path, folder, choice };
 
 struct OptionSpec {

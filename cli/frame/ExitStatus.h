@@ -4,7 +4,7 @@
 
 namespace orvane::cli {
 
-// What the program tells whoever started it.
+// The exit status of the program.
 enum class ExitStatus : std::uint8_t {
   done = 0,
   failed = 1,         // it ran, and something failed

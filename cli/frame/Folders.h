@@ -25,8 +25,8 @@ struct ChosenFolders {
   std::vector<FileUrl> folders;
   bool someAreUnusable = false;  // named by the user, missing or refused, and reported
 };
-// The folders named, or the granted ones where none is named. What is wrong with one is said on standard error.
-// Throws UsageError.
+// The folders named, or the granted ones where none is named. Reports each unusable folder on standard error. Throws
+// UsageError.
 [[nodiscard]] ChosenFolders chosenFolders(const std::vector<std::string>& named);
 
 }  // namespace orvane::cli

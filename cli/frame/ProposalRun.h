@@ -60,7 +60,7 @@ using TellFailure = std::function<void(const FileUrl& place, const std::string& 
 // askToMove() and, on a yes, moveApproved() and printReport(); an empty report is printed on a no.
 [[nodiscard]] ExitStatus askAndMove(Session& session, const Arguments& arguments, const Approval& approval);
 
-// What became of a proposal that the user was asked about.
+// The user's answer about a proposal.
 struct AskedRun {
   std::optional<RunReport> report = {};  // absent where nothing is selected, and where the answer was no
   ExitStatus status = ExitStatus::done;
@@ -76,13 +76,13 @@ void printDryRun(Session& session, const Proposal& proposal);
 // Says that nothing was changed.
 [[nodiscard]] ExitStatus interruptedBeforeChange();
 
-// What is said beside the rows goes to standard error.
+// Prints the notices beside the rows on standard error.
 void tellNotices(const Notices& notices);
 // The status; failed where all went well but for a folder that was asked for and not looked at.
 [[nodiscard]] ExitStatus statusWith(const Notices& notices, ExitStatus status);
 // One sentence for a folder that was left out.
 [[nodiscard]] std::string textOf(const FolderLeftOut& leftOut);
-// What was found wrong with the undo journal goes to standard error. For commands that use the journal, before they
+// Prints the faults of the undo journal on standard error. For commands that use the journal, before they
 // print.
 void tellJournalNotices();
 

@@ -14,7 +14,7 @@ class Arguments;
 
 enum class OutputFormat : std::uint8_t { text, json };
 
-// What a running command works with besides its arguments: where it prints, and how it is stopped.
+// The surroundings of a running command besides its arguments: where it prints, and how it is stopped.
 class Session {
  public:
   explicit Session(const Arguments& arguments);

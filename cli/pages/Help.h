@@ -11,7 +11,7 @@ namespace orvane::cli {
 constexpr std::string_view programName = "orvanectl";
 constexpr std::string_view programSummary = "reclaim disk space without deleting anything";
 
-// What `orvanectl --help` and `orvanectl COMMAND --help` print.
+// The texts that `orvanectl --help` and `orvanectl COMMAND --help` print.
 [[nodiscard]] std::string programHelp();
 [[nodiscard]] std::string commandHelp(const CommandSpec& command);
 

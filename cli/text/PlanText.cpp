@@ -31,7 +31,7 @@ std::string shownFolder(const std::string& text) {
   return folder ? shownPath(*folder) : escapedForDisplay(text);
 }
 
-// What a filter asks for; empty when it asks for nothing.
+// The conditions of a filter in words; empty when it has none.
 std::string criteriaOf(const CleaningFilter& filter) {
   std::vector<std::string> criteria;
   if (filter.categories && !filter.categories->empty()) {

@@ -19,7 +19,7 @@ class AnthropicClient : public LLMClient {
   [[nodiscard]] CleaningPlan generatePlan(const MetadataOnlyRequest& request,
                                           const std::stop_token& stop = {}) const override;
 
-  // What is sent, but for the key.
+  // The request as sent, but for the key.
   [[nodiscard]] static HttpRequest keylessRequest(const MetadataOnlyRequest& request, std::string_view baseAddress);
   // The plan in a reply's body. Throws PlannerError, JsonError or PlanValidationError.
   [[nodiscard]] static CleaningPlan planFromReply(std::string_view body);

@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// What the remote clients share.
+// The parts that the remote clients share.
 
 // A POST to `path` of the server at `baseAddress`, without a key.
 [[nodiscard]] HttpRequest postTo(std::string_view baseAddress, std::string_view path, const Json& body);

@@ -51,7 +51,7 @@ std::size_t ContentFile::readAtOnce(const std::string& path, std::span<std::byte
   if (!file) return 0;
   ssize_t count = -1;
   do {
-    // What comes short of the buffer is the file's end: looking again for it would be one more call.
+    // A read shorter than the buffer ends at the file's end: looking again for it would be one more call.
     count = ::pread(file.get(), buffer.data(), buffer.size(), 0);
   } while (count < 0 && errno == EINTR);
   return count < 0 ? 0 : static_cast<std::size_t>(count);

@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-// A regular file open for reading. What was opened stays what is read, whatever happens to its name.
+// A regular file open for reading. Reads always go to the file that was opened, whatever happens to its name.
 class ContentFile {
  public:
   // Never blocks, whatever has the name by now, and follows no link that stands at it. Absent with errno set when it
@@ -48,7 +48,7 @@ class ContentFile {
   ItemIdentity m_identity;
   FileTime m_statusChanged;
   bool m_isSparse = false;
-  // What follows m_probed up to m_nextData is a hole.
+  // The bytes from m_probed up to m_nextData are a hole.
   std::int64_t m_probed = 0;
   std::int64_t m_nextData = 0;
 };

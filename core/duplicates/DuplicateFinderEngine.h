@@ -27,8 +27,8 @@ class DuplicateFinderEngine {
 
   // The groups, most wasted bytes first, groups with equal ones in the order in which their first files were found. In
   // each group the strategy's choice is unselected and all others are selected. Several names of one file (hard links,
-  // overlapping folders, bind mounts) are one file under the name found first. What cannot be read, and what changes
-  // during the search, is left out without a word. Empty once `stop` is requested.
+  // overlapping folders, bind mounts) are one file under the name found first. Leaves out without a word files that
+  // cannot be read or that change during the search. Empty once `stop` is requested.
   [[nodiscard]] std::vector<DuplicateGroup> findDuplicates(const std::vector<FileUrl>& folders,
                                                            DuplicateKeepStrategy strategy, std::stop_token stop = {},
                                                            const Progress& progress = {});

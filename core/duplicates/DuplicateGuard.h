@@ -38,7 +38,7 @@ class DuplicateGuard {
 
   // Copies of one content that are not to move.
   using Staying = std::vector<FileUrl>;
-  // The last check of a move request for a copy with its identity. What it throws says why the copy is left alone. The
+  // The last check of a move request for a copy with its identity. Its exception says why the copy is left alone. The
   // copy, the guard and the mover must outlive it.
   [[nodiscard]] std::function<void()> check(const FileItem& copy, std::shared_ptr<const Staying> staying) const;
 

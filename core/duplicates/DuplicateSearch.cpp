@@ -189,7 +189,7 @@ DuplicateSearch::Fate DuplicateSearch::readBeginning(Candidate& candidate, Begin
     candidate.fingerprint = fingerprintOf(bytes);
     return Fate::undecided;
   }
-  // What another file with its name may hold by now is grouped by what it holds; a cleanup looks at all of it again.
+  // Another file may have taken the name by now; it is grouped by its own content, and a cleanup reads all of it again.
   const auto size = static_cast<std::size_t>(sizeOf(candidate));
   const auto& path = reader.paths.of(candidate.place);
   if (ContentFile::readAtOnce(path, std::span(reader.buffer).first(size + 1)) != size) return Fate::dropped;
@@ -231,7 +231,7 @@ void DuplicateSearch::compareContents() {
   const auto small = std::partition(units.begin(), units.end(), [&](Unit unit) { return unit.count > sideBySide; });
   std::for_each(units.begin(), small, [&](Unit unit) { hashUnit(unit); });
   units.erase(units.begin(), small);
-  // What takes longest goes first, so that no thread is left alone with it; the rest in the order of the disk.
+  // The longest work goes first, so that no thread is left alone with it; the rest in the order of the disk.
   const auto isLong = [&](Unit unit) { return bytesOf(unit) > bytes / 16; };
   const auto start = [&](Unit unit) {
     return std::pair(m_candidates[unit.first].device, m_candidates[unit.first].inode);

@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// What the threads of one search share: whether to stop, and how far they are.
+// The state that the threads of one search share: whether to stop, and how far they are.
 class SearchMonitor {
  public:
   using Report = std::function<void(const DuplicateProgress&)>;

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-// What carrying out a plan did, and what became of each file.
+// The result of carrying out a plan, with the outcome for each file.
 struct PlanExecution {
   PlanExecutionSummary summary;
   // Of every result that was to be carried out, in order; those that were not moved say why.

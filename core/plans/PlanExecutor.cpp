@@ -14,7 +14,7 @@ namespace {
 
 bool isToBeCarriedOut(const PlanMatchResult& match) {
   if (!match.isSelected || !match.canExecute) return false;
-  // Whoever set the flags: what is only to be looked at is never removed.
+  // A step that only reviews never removes anything, whatever the flags say.
   return match.action != PlannedAction::review && matchStanding(match.action, match.item.riskLabel()).canExecute;
 }
 

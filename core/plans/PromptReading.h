@@ -6,7 +6,7 @@
 
 namespace orvane {
 
-// What is recognised in a request in plain words: keywords, one folder, an age and a size.
+// The parts that the parser recognises in a request in plain words: keywords, one folder, an age and a size.
 struct PromptReading {
   std::optional<std::string_view> folder;  // path below "~"
   std::optional<std::int64_t> ageDays;

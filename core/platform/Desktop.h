@@ -6,7 +6,7 @@
 
 namespace orvane {
 
-// What is asked of the user's desktop.
+// The services of the user's desktop.
 class Desktop {
  public:
   virtual ~Desktop() = default;

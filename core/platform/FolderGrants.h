@@ -10,7 +10,7 @@ namespace orvane {
 // Bookmarks: what the operating system needs to give a program access to a folder again in a later start.
 class FolderGrants {
  public:
-  // What a bookmark leads to.
+  // The folder that a bookmark resolves to.
   struct Resolved {
     FileUrl folder;
     bool isStale = false;  // it still works, but should be made anew

@@ -64,7 +64,7 @@ class PendingMove {
   virtual void finishPreparing(FolderSyncSet& /*folders*/) {}
   // Moves the item without replacing anything, and puts it back if what moved is not what was meant.
   virtual void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) = 0;
-  // What is left to tidy once the move is durable. Never throws: the item has moved. False when the system refuses, so
+  // Tidies up once the move is durable. Never throws: the item has moved. False when the system refuses, so
   // that something is left for the next start.
   [[nodiscard]] virtual bool finish() noexcept { return true; }
   // Takes back what prepare() wrote, for an item that did not move. False as above.

@@ -20,7 +20,7 @@ class Preferences {
   virtual void setValue(std::string_view key, const Json& value) = 0;
 
   // Stores what `change` makes of the value that is on the disk now (null where there is none), with no other process
-  // in between. What `change` throws is passed on, and nothing is stored then. Throws std::system_error. `change` must
+  // in between. Passes on an exception of `change`, and stores nothing then. Throws std::system_error. `change` must
   // not use these preferences.
   virtual void update(std::string_view key, const std::function<Json(const Json* stored)>& change) = 0;
 };

@@ -5,7 +5,7 @@
 
 namespace orvane {
 
-// What a system has beyond the given tables, as data. Rows of a profile are asked after the given ones and change none
+// The data that a system adds to the given tables. Rows of a profile are asked after the given ones and change none
 // of them; without a profile everything answers as the given tables say.
 class SystemProfile {
  public:

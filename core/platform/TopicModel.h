@@ -5,7 +5,7 @@
 
 namespace orvane {
 
-// A language model on this machine. What it is asked never leaves the machine. Callable from any thread.
+// A language model on this machine. Requests never leave the machine. Callable from any thread.
 class TopicModel {
  public:
   virtual ~TopicModel() = default;

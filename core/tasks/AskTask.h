@@ -16,7 +16,7 @@ namespace orvane {
 // refuse it. The planner is told the request and nothing of any file.
 [[nodiscard]] PlannedAnswer askPlanner(const TaskServices& services, const std::string& prompt, AIProvider provider,
                                        const std::stop_token& stop = {});
-// What the answer's plan would do, as proposePlan() tells it. That another planner made it is a notice.
+// The proposal of the answer's plan, made by proposePlan(). A notice says when another planner made it.
 [[nodiscard]] std::optional<Proposal> proposeAnswer(const TaskServices& services, const PlannedAnswer& answer,
                                                     PlanReach reach, Date now, const TaskMonitor& monitor = {});
 

@@ -70,7 +70,7 @@ std::vector<MoveOutcome> leftAll(std::span<const MoveRequest> requests, MoveResu
   return outcomes;
 }
 
-// What moves a run's requests needs.
+// The collaborators that move a run's requests.
 struct Moving {
   const TaskServices& services;
   const Approval& approval;
@@ -159,7 +159,7 @@ RunReport carryOut(const TaskServices& services, const Approval& approval, const
   if (approval.empty()) return report;
   const auto& proposal = approval.proposal();
   CleanupRun run(services.mover, services.journal(), proposal.boundary());
-  // What comes back is recorded in the run that moved it.
+  // A restored item is recorded in the run that moved it.
   const bool restores = proposal.kind() == TaskKind::restore;
   auto outcomes = restores ? bringBack(services, approval, progress, stop)
                            : moveAll({services, approval, run, progress, stop}, requestsFor(approval, report.started));

@@ -17,7 +17,7 @@ struct TaskServices;
 
 enum class ReviewItems : std::uint8_t { leaveOut, include };
 
-// What a cleanup is to look at and to take.
+// The folders that a cleanup looks at, and the filter for what it takes.
 struct CleanWish {
   std::vector<FileUrl> folders = {};          // also the boundary
   std::vector<ScanCategory> categories = {};  // all where empty
@@ -26,7 +26,7 @@ struct CleanWish {
 };
 
 // Scans, and proposes what is selected from the start, and on demand the review items of the categories named: rows
-// that are all selected. What lies in a Trash is counted in a notice. Absent when it was stopped.
+// that are all selected. A notice counts the items in a Trash. Absent when it was stopped.
 [[nodiscard]] std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWish& wish,
                                                    const TaskMonitor& monitor = {});
 // Proposes again what the subject of an earlier proposal asks for, as far as it lies inside the boundary. Throws
@@ -34,7 +34,7 @@ struct CleanWish {
 [[nodiscard]] std::optional<Proposal> reproposeClean(const TaskServices& services, const Json& subject,
                                                      const Boundary& boundary, Date countedTo,
                                                      const TaskMonitor& monitor = {});
-// What a scan of the folders found, whole: each row stands as scannedMark() has it.
+// The whole result of a scan of the folders: scannedMark() decides the state of each row.
 [[nodiscard]] Proposal proposeScanned(ItemList items, std::vector<FileUrl> folders, Date scanned);
 
 }  // namespace orvane

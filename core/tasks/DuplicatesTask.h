@@ -52,10 +52,10 @@ void applyKeepStrategy(const Proposal& proposal, DuplicateKeepStrategy strategy,
 // Selects or unselects one copy, where its group allows it. False where it did not.
 [[nodiscard]] bool setCopySelected(const Proposal& proposal, std::uint32_t row, bool isSelected, Selection& selection);
 
-// What the user is told at the end of a cleanup: a title, and a sentence below it.
+// The message at the end of a cleanup: a title, and a sentence below it.
 inline constexpr std::string_view duplicateCleanupTitle = "Duplicate Cleanup";
 [[nodiscard]] std::string duplicateCleanupText(const RunReport& report);
-// What the console is told of a copy that stayed against the user's wish.
+// The console's line about a copy that stayed against the user's wish.
 [[nodiscard]] std::string duplicateFailureLine(const FileUrl& copy, std::string_view error);
 
 }  // namespace orvane

@@ -43,7 +43,7 @@ std::optional<FolderLeftOut> problemGranting(const TaskServices& services, const
   return FolderLeftOut{folder, FolderLeftOut::Why::refused, SecurityError(SecurityError::ProtectedPath{path}).what()};
 }
 
-// What counts as granted as long as nothing is stored; the first grant must not take these away unasked.
+// The folders that count as granted while nothing is stored; the first grant must not take these away unasked.
 void keepDefaults(FileAccessService& service) {
   if (service.hasGrants()) return;
   for (const auto& folder : service.getManagedFolderURLs()) service.saveBookmark(folder);

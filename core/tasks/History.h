@@ -16,7 +16,7 @@ namespace orvane {
 
 struct TaskServices;
 
-// What a run was, by what became of its items: the journal does not say who asked for it.
+// The kind of a run, derived from the outcome of its items: the journal does not say who asked for it.
 enum class RunKind : std::uint8_t { clean, duplicates, tidy, organize, other };
 // Where the items of a run are that have not been brought back.
 enum class RunState : std::uint8_t { restored, inTrash, moved };
@@ -37,7 +37,7 @@ struct History {
 };
 // Everything that was ever recorded. Looks at every entry.
 [[nodiscard]] History readHistory(const TaskServices& services);
-// What became of everything that was ever moved. Looks at the disk.
+// The state of every item that was ever moved. Looks at the disk.
 struct HistoryTotals {
   RowSum moved;  // everything; what went to another volume once
   RowSum restored;
@@ -65,14 +65,14 @@ struct MovedItems {
   std::vector<std::uint32_t> gone;
   std::vector<std::uint32_t> back;
 };
-// What runs recorded since `since` moved, or brought back, of the items, by whichever program. `gone` holds a byte for
-// each item, not zero where it had left its place before.
+// Looks up which of the items a run recorded since `since` moved or brought back, by whichever program. `gone` holds a
+// byte for each item, not zero where it had left its place before.
 [[nodiscard]] MovedItems movedSince(const TaskServices& services, const ItemList& items,
                                     std::span<const std::uint8_t> gone, Date since);
 
 // The file that changes with every recorded move.
 [[nodiscard]] FileUrl journalFile(const TaskServices& services);
-// What was found wrong with the journal or with runs that died, one line each, since the last call.
+// The faults found in the journal or in runs that died, one line each, since the last call.
 [[nodiscard]] std::vector<std::string> takeJournalNotices(const TaskServices& services);
 
 }  // namespace orvane

@@ -12,7 +12,7 @@ struct TaskServices;
 
 enum class WholeFolder : std::uint8_t { unmeasured, measured };
 
-// What stands at a place, with its identity, classified and labelled as a scan does it. A folder's size is that of all
+// The item at a place, with its identity, classified and labelled as a scan does it. A folder's size is that of all
 // files inside it, hidden ones included, or 0 where it is not measured. Absent, with errno set, where nothing stands
 // there.
 [[nodiscard]] std::optional<FileItem> itemAt(const TaskServices& services, const FileUrl& place, WholeFolder size);

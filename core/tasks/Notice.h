@@ -23,7 +23,7 @@ struct RowSum {
   bool operator==(const RowSum&) const = default;
 };
 
-// What a proposal says beside its rows. Each front end words it in its own way; none invents one.
+// A fact that a proposal states beside its rows. Each front end words it in its own way; none invents one.
 
 // A folder that was asked for and not looked at, or in which nothing may be changed.
 struct FolderLeftOut {

@@ -36,8 +36,8 @@ struct OrganizeWish {
 // The folders below a folder that could be organized on their own, `maxDepth` levels deep.
 [[nodiscard]] std::vector<FileUrl> subfoldersOf(const TaskServices& services, const FileUrl& folder, int maxDepth);
 
-// Proposes where the items of a folder would go: a group for each category folder, everything selected. What lies in
-// its place is counted in a notice; a folder that cannot be organized yields a notice and no row. Absent when it was
+// Proposes where the items of a folder would go: a group for each category folder, everything selected. A notice counts
+// the items in their place; a folder that cannot be organized yields a notice and no row. Absent when it was
 // stopped.
 [[nodiscard]] std::optional<Proposal> proposeOrganize(const TaskServices& services, const OrganizeWish& wish, Date now,
                                                       const TaskMonitor& monitor = {});

@@ -41,7 +41,7 @@ enum class PlanReach : std::uint8_t {
 
 // The rows as an array of matches in their given form, each as it was proposed. The plan is the one of the proposal.
 [[nodiscard]] Json planMatchesJson(const CleaningPlan& plan, const Proposal& proposal);
-// What the plan's step says of a row.
+// The verdict of the plan's step on a row.
 [[nodiscard]] const CleaningPlanStep& stepOf(const CleaningPlan& plan, const ProposedRow& row);
 
 }  // namespace orvane

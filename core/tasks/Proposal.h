@@ -37,7 +37,8 @@ enum class Lock : std::uint8_t {
   refused,      // its group's refusal says why
 };
 
-// What rows share: a step of a plan with its destination, a rule, a category folder, a set of identical files.
+// The properties that rows share: a step of a plan with its destination, a rule, a category folder, a set of identical
+// files.
 struct RowGroup {
   Uuid id = Uuid::random();
   std::string name = {};
@@ -50,7 +51,7 @@ struct RowGroup {
   bool operator==(const RowGroup&) const = default;
 };
 
-// What a proposal keeps of a row beside its item.
+// The part of a row that a proposal keeps beside its item.
 struct RowMark {
   static constexpr std::uint32_t noGroup = UINT32_MAX;
   Choice choice = Choice::unselected;
@@ -73,8 +74,8 @@ struct ProposedRow {
 
 class Approval;
 
-// What a user action would do, with the state of each item at that moment. Changes nothing, and never changes itself;
-// copies share the rows.
+// The effect that a user action would have, with the state of each item at that moment. Changes nothing, and never
+// changes itself; copies share the rows.
 class Proposal {
  public:
   // Of no row, inside a boundary that allows nothing.
@@ -86,7 +87,7 @@ class Proposal {
   [[nodiscard]] const Boundary& boundary() const noexcept { return m_data->boundary; }
   [[nodiscard]] const std::vector<RowGroup>& groups() const noexcept { return m_data->groups; }
   [[nodiscard]] const Notices& notices() const noexcept { return m_data->notices; }
-  // What the task was asked, in a form of the task's own: enough to propose again.
+  // The request to the task, in a form of the task's own: enough to propose again.
   [[nodiscard]] const Json& subject() const noexcept { return *m_data->subject; }
 
   [[nodiscard]] std::size_t size() const noexcept { return m_data->items.size(); }
@@ -106,7 +107,7 @@ class Proposal {
   // The rows that are chosen, but for those that are locked; of a group that keeps one, the first stays where all are
   // chosen. Rows beyond the selection are not chosen.
   [[nodiscard]] Approval approve(const Selection& selection) const;
-  // What is proposed as selected.
+  // The rows proposed as selected.
   [[nodiscard]] Approval approve() const;
 
  private:
@@ -156,7 +157,7 @@ struct SyncedRows {
   bool operator==(const SyncedRows&) const = default;
 };
 [[nodiscard]] std::vector<SyncedRows> syncedRows(const Approval& approval);
-// What to tell the user before they move, in English.
+// Warnings for the user before they move, in English.
 [[nodiscard]] std::string syncWarning(const SyncedRows& synced);
 
 // How a row of a scan stands: safe items are selected, manual ones and those in a Trash cannot be.

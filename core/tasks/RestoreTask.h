@@ -22,7 +22,7 @@ struct RestoreWish {
 };
 
 // Proposes to bring back what of the run has not come back: items at their present places, under the identifiers of
-// their entries, bound for the folders that they came from. One that is not there has no identity. What was copied to
+// their entries, bound for the folders that they came from. One that is not there has no identity. An item copied to
 // another volume is one row with its original. Items of a run that was restored already are refused. Throws UndoError
 // when the run is unknown.
 [[nodiscard]] Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish);
@@ -30,7 +30,7 @@ struct RestoreWish {
 [[nodiscard]] std::vector<MoveOutcome> bringBack(const TaskServices& services, const Approval& approval,
                                                  const RunProgress& progress, const std::stop_token& stop);
 
-// What did not come back, and why, one line each, in the order of the rows.
+// One line for each item that did not come back, with the reason, in the order of the rows.
 [[nodiscard]] std::vector<std::string> restoreWarnings(const Proposal& proposal, const RunReport& report);
 
 struct Restored {

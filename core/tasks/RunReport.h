@@ -13,7 +13,7 @@
 
 namespace orvane {
 
-// What carrying out an approval came to.
+// The result of carrying out an approval.
 struct RunReport {
   std::optional<Uuid> runId;  // absent when nothing was moved: there is nothing to restore then
   Date started = ReferenceClock::now();

@@ -18,8 +18,8 @@ namespace orvane {
 
 struct TaskServices;
 
-// A proposal as a file keeps it, to be read by a person or a program and carried out later. Whatever comes from such a
-// file may have been written by a stranger.
+// A proposal as a file keeps it, to be read by a person or a program and carried out later. Everything from such a file
+// may have been written by a stranger.
 struct SavedProposal {
   // A file that is longer is refused unread.
   static constexpr std::size_t maximumBytes = std::size_t{512} * 1024 * 1024;

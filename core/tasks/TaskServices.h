@@ -22,7 +22,7 @@ class TopicCategorizerFactory;
 class TrashMover;
 class UndoJournal;
 
-// What the tasks work with. Front ends hold it and hand it on; the engines behind it are for the tasks alone.
+// The collaborators of the tasks. Front ends hold it and hand it on; the engines behind it are for the tasks alone.
 // Everything must outlive its users, and may wait for the disk when it is called.
 struct TaskServices {
   const PathValidator& validator;

@@ -29,13 +29,13 @@ struct TidyWish {
   [[nodiscard]] static TidyWish of(const AutoOrganizeSettings& settings);
 };
 
-// What would be moved in one watched folder.
+// The moves proposed in one watched folder.
 struct TidyProposal {
   FileUrl folder;
   Proposal proposal;
 };
 
-// What tidying proposes, each watched folder by itself.
+// The proposal of tidying, each watched folder by itself.
 struct TidyLook {
   std::vector<TidyProposal> proposals;  // of each folder in which there is something to move
   Notices notices;                      // the folders that could not be looked at

@@ -83,7 +83,7 @@ MoveRequest requestFor(const FileUrl& place, std::int64_t size) {
   request.source = place;
   request.fileSize = size;
   const auto status = readFileStatus(AT_FDCWD, place.path().c_str());
-  // What is inside a folder may change at any time.
+  // The content of a folder may change at any time.
   if (status && status->type != FileType::directory) request.expectedIdentity = ItemIdentity::of(*status);
   return request;
 }
@@ -234,7 +234,7 @@ AppUninstallBundle AppUninstallerEngine::findLeftovers(const InstalledApp& app,
 
 void AppUninstallerEngine::requireUninstallable(const InstalledApp& app) {
   const std::lock_guard lock(m_mutex);
-  // What the caller holds may be old or made up: the bundle on the disk decides too.
+  // The caller's record may be old or made up: the bundle on the disk decides too.
   if (!isAppBundle(app.url)) throw UninstallError(UninstallError::NotAnApplication{app.url});
   if (app.isSystemProtected || isAppProtected(app.url.path(), app.bundleIdentifier) ||
       inspectAppBundle(app.url).isSystemProtected) {

@@ -22,7 +22,7 @@ class TrashMover;
 class UndoJournal;
 struct BundleInformation;
 
-// What became of an uninstall.
+// The result of an uninstall.
 struct UninstallResult {
   Uuid runId;
   // The application first, then the selected leftovers in their order.
@@ -36,7 +36,7 @@ class AppUninstallerEngine {
   static AppUninstallerEngine& shared();
 
   // The bundles that lie directly in the folders ("/Applications" and the user's own "Applications" when absent), by
-  // name as the user's language sorts, ignoring case. What is missing or unreadable is passed over. Empty once a stop
+  // name as the user's language sorts, ignoring case. Passes over missing and unreadable ones. Empty once a stop
   // is requested.
   [[nodiscard]] std::vector<InstalledApp> listInstalledApps(
       const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt, const std::stop_token& stop = {});
@@ -49,7 +49,7 @@ class AppUninstallerEngine {
   // One application, wherever it is. Throws UninstallError when there is none.
   [[nodiscard]] InstalledApp appAt(const FileUrl& url);
 
-  // What the application left under `libraryRoot` (the user's Library when absent): what is named by its identifier,
+  // The application's leftovers under `libraryRoot` (the user's Library when absent): items named by its identifier,
   // and folders named by its display name where no other application can mean the same name. Other applications are
   // those of `searchDirectories`, as for the list, and of the application's own folder. Nothing is selected.
   [[nodiscard]] AppUninstallBundle findLeftovers(

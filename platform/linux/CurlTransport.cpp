@@ -89,7 +89,7 @@ class Call {
     if (!url || (!url->isSecure && !url->isLoopback)) fail(HttpError::UrlRefused{request.url});
     set(CURLOPT_PROTOCOLS_STR, url->isSecure ? "https" : "http");
     set(CURLOPT_URL, url->text.c_str());
-    // What goes to this machine never takes a way round.
+    // Requests to this machine never go through a proxy.
     if (request.route == HttpRoute::direct || url->isLoopback) set(CURLOPT_PROXY, "");
   }
 

@@ -51,8 +51,8 @@ std::optional<std::string> contentOf(const std::string& path) {
   }
 }
 
-// What is stored; absent when the file was read whole and is damaged. A link to a file that holds no preferences leads
-// to somebody else's: std::system_error, as where nothing can be read.
+// The stored preferences; absent when the file was read whole and is damaged. A link to a file that holds no
+// preferences leads to somebody else's: std::system_error, as where nothing can be read.
 std::optional<Json> storedIn(const std::string& path) {
   const auto text = contentOf(path);
   if (!text) return Json::object();

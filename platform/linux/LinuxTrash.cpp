@@ -250,7 +250,7 @@ void changeFlag(const FileUrl& item, Immutable wanted) noexcept {
     const auto open = openItem(place, parentPath(place.path()));
     changeImmutableAttribute(open.folder->get(), open.name, wanted);
   } catch (const std::exception&) {
-    // Whatever keeps the flag from being read will be told by the move.
+    // The move reports any fault that keeps the flag from being read.
   }
 }
 

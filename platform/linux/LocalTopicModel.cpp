@@ -62,7 +62,7 @@ std::string LocalTopicModel::unavailableReason() {
 std::string LocalTopicModel::askWhetherAvailable() {
   constexpr int firstServerError = 500;
   try {
-    // Whatever it thinks of the question: a server that answers is there.
+    // Any answer shows that a server is there, even a refusal.
     const auto response = m_transport.send({.method = HttpMethod::get,
                                             .url = endpoint().append(modelsPath),
                                             .headers = {},

@@ -109,7 +109,7 @@ std::string SystemdScheduler::timerPath(const std::string& label) const {
 }
 
 std::string SystemdScheduler::serviceText(const BackgroundJob& job) {
-  // What the run starts for a click on its notification must outlive it, hence only its own process is killed.
+  // The program started by a click on the run's notification must outlive it, hence only its own process is killed.
   return fmt::format(
       "[Unit]\n"
       "Description=Scheduled cleanup of Orvane\n"

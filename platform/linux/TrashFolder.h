@@ -28,7 +28,7 @@ class TrashFolder {
   // Whether the folder is still the one at its path.
   [[nodiscard]] bool isCurrent() const noexcept;
 
-  // What the record of an item says of where it came from. `original` is canonical.
+  // The origin that an item's record names. `original` is canonical.
   [[nodiscard]] std::string recordedPath(std::string_view original) const;
 
   // A name that neither an item, nor a record, nor another pending move has, as far as can be seen; promised until

@@ -13,8 +13,8 @@
 namespace orvane {
 
 // The work's result, or nothing when it takes too long: its thread is then left to itself with everything that `work`
-// holds. What `work` holds is gone before this returns a result. Throws what the work throws, and std::system_error
-// when no thread can be started.
+// holds. Destroys everything that `work` holds before it returns a result. Throws what the work throws, and
+// std::system_error when no thread can be started.
 template <typename Result>
 std::optional<Result> finishedWithin(std::chrono::milliseconds timeout, std::function<Result()> work) {
   // Result and exception are handed over whole: the thread keeps no reference that it would drop while the caller uses

@@ -24,7 +24,7 @@
 namespace orvane::test {
 namespace {
 
-// What a front end said that it would move.
+// The moves that a front end announced.
 struct Shown {
   double count = 0;
   double bytes = 0;
@@ -69,7 +69,7 @@ class FrontEnds : public WindowFixture {
     return shown;
   }
 
-  // What is left where the user keeps files.
+  // The files left where the user keeps them.
   [[nodiscard]] static std::vector<std::string> left(const TemporaryTree& home) {
     auto files = filesBelow(home.path());
     std::erase_if(files, [](const std::string& path) {

@@ -110,7 +110,7 @@ TEST_F(PicturesTest, hasNoIconWhereTheBundleHasNoneOfItsOwn) {
 
 class PictureProviderTest : public PicturesTest {
  public:
-  // What an Image with this source would show.
+  // The picture that an Image with this source would show.
   [[nodiscard]] QImage shown(const QString& source) {
     const auto id = source.section(u'/', 3);
     const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id, wanted));

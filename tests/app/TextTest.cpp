@@ -134,7 +134,7 @@ TEST_F(LanguageTest, changesEverywhereAtOnceAndIsRemembered) {
   EXPECT_EQ(changes, 1);
   EXPECT_EQ(model.currentCode(), "fr");
   EXPECT_EQ(translator.translate("Main", "nav.overview", nullptr, -1), "Aperçu");
-  // What is no key stays as it is.
+  // A text that is no key stays as it is.
   EXPECT_TRUE(translator.translate("Main", "some words", nullptr, -1).isNull());
   const auto remembered = [this] {
     return LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "de").currentLanguage();

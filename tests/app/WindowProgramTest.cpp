@@ -83,7 +83,7 @@ TEST_F(WindowProgramTest, takesTheFlagWholeOnly) {
 }
 
 TEST_F(WindowProgramTest, opensOneWindowOnly) {
-  // What one that was killed left behind keeps nobody out.
+  // The leftovers of a killed instance keep no other out.
   const auto place = home.file("runtime/orvane.socket", "");
   home.file("runtime/orvane.lock", "");
   const LiveProgram first(setup("--first", "offscreen"));

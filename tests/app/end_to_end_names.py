@@ -14,7 +14,7 @@ SECTIONS = [
     "Overview", "Cleanup", "Duplicates", "Applications", "Organize", "Rules", "AI Agent", "History", "Privacy",
     "Settings",
 ]
-# What somebody acts on, by the names of roles that assistive technology uses.
+# The controls that a person acts on, by the names of roles that assistive technology uses.
 INTERACTIVE = {
     "check box", "check menu item", "combo box", "entry", "link", "list", "list item", "menu item", "page tab",
     "password text", "push button", "push button menu", "radio button", "radio menu item", "slider", "spin button",

@@ -7,7 +7,7 @@ using testing::HasSubstr;
 
 class GeneratedPages : public Orvanectl {
  public:
-  // What bash offers for the words, the last of which is being typed.
+  // The completions that bash offers for the words, the last of which is being typed.
   [[nodiscard]] std::string offered(const std::string& words) const {
     const auto script = home.file("completion.bash", run({"internal-completions", "bash"}).output);
     auto program = setup({});

@@ -41,7 +41,7 @@ class Orvanectl : public testing::Test {
     return result;
   }
   [[nodiscard]] ChildResult run(const Words& words) const { return LiveProgram(setup(words)).finish(); }
-  // What it prints, which must be one JSON document and nothing else.
+  // Its output, which must be one JSON document and nothing else.
   Json json(Words words, int exitStatus = 0) const {
     words.push_back("--json");
     const auto result = run(words);

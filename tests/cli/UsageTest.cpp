@@ -135,7 +135,7 @@ TEST_F(Orvanectl, saysThatTheHomeFolderIsUnknown) {
   EXPECT_EQ(result.errors, "orvanectl: the home folder is unknown: set HOME to its absolute path\n");
 }
 
-// What root makes in the Trash and beside the journal would shut its user out.
+// Files that root makes in the Trash and beside the journal would shut its user out.
 TEST_F(Orvanectl, rootLeavesTheHomeOfAnotherUserAlone) {
   constexpr uid_t somebody = 12345;
   if (::geteuid() != 0) GTEST_SKIP() << "only root can be told from the owner of a home";

@@ -147,7 +147,7 @@ class ScenarioGroup(Group):
             faults = {}
         result = world.run(*self.words, faults=faults)
         if kind in ("read", "fail-on"):
-            # What could not be read may have been left out, and was said to be.
+            # An unreadable item may have been left out, and was reported.
             result.status = result.status or 1
         return self.oracle.judge(result)
 

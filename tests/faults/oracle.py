@@ -118,7 +118,7 @@ class Oracle:
                 continue
             result = self.world.run("restore", run["runId"], "--yes", "--json")
             check_end(result, "restore", findings)
-            # What came back before is told as a warning.
+            # An item that came back before is reported as a warning.
             if result.status != 0 and not run["isRestored"]:
                 findings.append(f"restore fails: {result.errors.strip()[:300]}")
         after = Journal(self.world, findings)

@@ -73,13 +73,13 @@ class Scenario:
     name: str
     # Makes the files; runs as the user.
     build: typing.Callable
-    # What orvanectl is told; "{home}" and "{volume}" stand for the two volumes.
+    # The arguments of orvanectl; "{home}" and "{volume}" stand for the two volumes.
     words: str
     # Folders that only hold what moves, so their own times change.
     folders: tuple
     # Folders that the command may make: these and whatever folders are inside them.
     creates: tuple = ()
-    # What orvanectl is told before, to set the scene.
+    # The calls of orvanectl that set the scene.
     before: tuple = ()
     moves: int = 0  # how many entries the journal has to get at least
 

@@ -6,7 +6,7 @@
 
 namespace orvane::fuzz {
 
-// What a target does with one input; each defines it once.
+// The work of a target on one input; each defines it once.
 void run(std::string_view input);
 
 // Reports a broken promise to the fuzzer.

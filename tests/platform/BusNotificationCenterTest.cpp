@@ -71,7 +71,7 @@ TEST_F(BusNotificationCenterTest, showsWhatIsPostedAndAnswersAClick) {
   EXPECT_EQ(contentOf(tree.path("noted")).substr(0, 37), "Orvane\nTitle & <more>\nReclaimed 2 KB\n");
   tell("dunstctl action");
   clicked.get_future().wait();
-  // What was posted is dealt with.
+  // The posted notification is dealt with.
   center.awaitAnswers(std::chrono::hours(1));
 }
 

@@ -33,7 +33,7 @@ class SystemdSchedulerTest : public testing::Test {
             .outputPath = tree.path("lo gs%/stdout.log"),
             .errorPath = tree.path("lo gs%/stderr.log")};
   }
-  // What the service manager's own checker says of the units.
+  // The verdict of the service manager's own checker on the units.
   [[nodiscard]] ChildResult verify() const {
     tree.folder("runtime");
     return runProgram({"systemd-analyze", "verify", "--user", tree.path("units/com.orvane.cleanup.service"),

@@ -35,7 +35,7 @@ class TemporaryTree {
 
 [[nodiscard]] bool exists(const std::string& path);
 [[nodiscard]] std::string contentOf(const std::string& path);
-// What is in a folder and below it that is no folder, by its path from there, sorted.
+// Everything below a folder that is no folder, by its path from there, sorted.
 [[nodiscard]] std::vector<std::string> filesBelow(const std::string& folder);
 // Sets access and modification time, in seconds before now.
 void setAge(const std::string& path, double seconds);

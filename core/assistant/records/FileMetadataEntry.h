@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// What a remote planner may be told of one file: never its content, never where on the disk it is.
+// The facts about one file that a remote planner may receive: never its content, never where on the disk it is.
 struct FileMetadataEntry {
   Uuid id = Uuid::random();
   std::string filename;       // with its extension

@@ -21,8 +21,8 @@ struct MetadataOnlyRequest {
   // Throws JsonError.
   static MetadataOnlyRequest fromJson(const Json& json);
 
-  // What a remote planner reads: the user's words, then a line for each file with its name, extension, size and
-  // relative folder. Neither identities, dates nor target folders are in it.
+  // The text that a remote planner reads: the user's words, then a line for each file with its name, extension, size
+  // and relative folder. Neither identities, dates nor target folders are in it.
   [[nodiscard]] std::string userMessage() const;
 };
 

@@ -8,9 +8,9 @@
 
 namespace orvane {
 
-// Replaces a file's content so that a reader, and the disk after a power cut, holds the old content or the new, never
-// a part: temporary file beside it, fsync, rename, fsync of the folder. What was written before commit() is dropped
-// unless commit() is reached.
+// Replaces a file's content so that a reader, and the disk after a power cut, holds the old content or the new, never a
+// part: temporary file beside it, fsync, rename, fsync of the folder. Without commit() the old
+// content stays.
 class AtomicFile {
  public:
   // `mode` is that of the new file. Throws std::system_error.

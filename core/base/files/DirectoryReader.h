@@ -24,7 +24,7 @@ class DirectoryReader {
     [[nodiscard]] const char* nameBytes() const noexcept { return name.data(); }
   };
 
-  // What to do where a symbolic link stands at the name of the folder.
+  // The choice for a symbolic link at the name of the folder.
   enum class Links : std::uint8_t { follow, refuse };
   // Opens the folder `name` inside the folder open at `parent` (AT_FDCWD for a path). Absent when it cannot be
   // opened; errno tells why.

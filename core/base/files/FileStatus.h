@@ -20,7 +20,7 @@ struct FileTime {
   bool operator==(const FileTime&) const = default;
 };
 
-// What the system knows of one directory entry, links not followed.
+// The system's facts about one directory entry, links not followed.
 struct FileStatus {
   FileType type = FileType::unknown;
   std::uint32_t mode = 0;  // permission bits only

@@ -38,8 +38,8 @@ struct JsonLimits {
 // and what exceeds the limits is refused. Throws JsonError.
 [[nodiscard]] Json parseJson(std::string_view text, const JsonLimits& limits = {});
 // The same for a document whose key `rows`, an array of objects at its top, may be long: each of them is handed to
-// `visit` as soon as it is read and is not kept; the array of what is returned is empty. What `visit` throws ends the
-// reading.
+// `visit` as soon as it is read and is not kept; the array of what is returned is empty. An exception of `visit` ends
+// the reading.
 [[nodiscard]] Json parseJsonRows(std::string_view text, const JsonLimits& limits, std::string_view rows,
                                  const std::function<void(const Json& row)>& visit);
 // Compact text. Bytes that are not UTF-8 become U+FFFD: keep them out by writing a location as its URL.

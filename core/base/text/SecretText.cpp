@@ -5,7 +5,7 @@
 namespace orvane {
 
 void wipe(std::string& text) noexcept {
-  // What a move or a shorter text left behind too; nothing is allocated within the capacity.
+  // Covers the rest that a move or a shorter text left behind, too; nothing is allocated within the capacity.
   text.resize(text.capacity());
   // A plain memset of bytes that nobody reads again would be left out.
   OPENSSL_cleanse(text.data(), text.size());

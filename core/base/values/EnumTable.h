@@ -7,8 +7,8 @@
 
 namespace orvane {
 
-// What is given for each case of an enum: a row for each, in the order of declaration. A `Row` has at least the case as
-// `value` and its text in JSON, settings and arguments as `rawValue`.
+// The values given for each case of an enum: a row for each, in the order of declaration. A `Row` has at least the case
+// as `value` and its text in JSON, settings and arguments as `rawValue`.
 template <typename Row, std::size_t count>
 class EnumTable {
  public:

@@ -20,7 +20,8 @@ class MinimumAge {
   // Days by the calendar and by 24 hours differ by less than this many hours, whatever the time zone does.
   static constexpr std::int64_t marginHours = 48;
 
-  // What the calendar adds for the days, in milliseconds, when it adds the same to every date within an hour.
+  // The length that the calendar adds for the days, in milliseconds, when it adds the same to every date within an
+  // hour.
   struct Hour {
     bool isKnown = false;
     std::optional<double> added;

@@ -9,7 +9,7 @@
 
 namespace orvane {
 
-// What the classifier of whole paths and its twin for folders share.
+// The tables that the classifier of whole paths and its twin for folders share.
 
 struct PathFragmentRow {
   ScanCategory category;
@@ -55,7 +55,7 @@ inline constexpr std::array<std::string_view, 2> leftoverFragments{"/Library/App
 
 constexpr std::int64_t largeFileBytes = 104'857'600;
 
-// What an extension alone says of a file.
+// The category that an extension alone gives a file.
 enum class ExtensionKind : std::uint8_t { log, installer, archive, other };
 // `extension` is without the dot, in any case.
 [[nodiscard]] ExtensionKind extensionKind(std::string_view extension);

@@ -41,7 +41,7 @@ class FolderOrganizerEngine {
   [[nodiscard]] static FileUrl defaultDestination(const FileUrl& targetFolder);
 
   // Proposes where the items of a folder would go, everything selected, groups in order of their names (by code point).
-  // What lies in its place already is left out; so are hidden items, links and the organizer's own folders. No two
+  // Leaves out items that lie in their place already, hidden items, links and the organizer's own folders. No two
   // proposals share a target. Changes nothing. A stop yields a part. `looked` counts the files that are looked at.
   [[nodiscard]] Groups analyzeFolder(const FileUrl& targetFolder, const std::optional<FileUrl>& baseDestination,
                                      Subfolders includeSubfolders, OrganizationStrategy strategy,

@@ -23,7 +23,7 @@ class Requests {
     const auto destination = canonicalPath(group.destinationFolder.path());
     for (const auto& move : group.moves) {
       if (!move.isSelected) continue;
-      // What the proposal was made from may have moved since.
+      // An item of the proposal may have moved since.
       if (canonicalFolderOf(move.originalURL) == destination) continue;
       outcomes.push_back({move.originalURL, MoveResult::refused, {}, move.fileSize, refusal});
       if (!refusal.empty()) continue;

@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t filesPerChunk = 2048;
 
 constexpr std::string_view defaultRootName = "Organized";
-// What the organizer filled, or what its user wants left alone, at any depth.
+// Folders that the organizer filled or that its user wants left alone, at any depth.
 constexpr std::array<std::string_view, 5> closedNames{"Folders", "Projects", "Recents", "Keep As Is", "Sorted"};
 
 bool isClosed(std::string_view name) noexcept {
@@ -35,7 +35,7 @@ struct Found {
   std::shared_ptr<const FolderSize> size;  // of a folder
 };
 
-// What one folder yields. Tasks fill separate chunks, which never move.
+// The result of one folder. Tasks fill separate chunks, which never move.
 struct WalkedFolder {
   std::deque<std::vector<Found>> chunks;
   std::vector<Found> wholeFolders;
@@ -91,7 +91,7 @@ enum class ProjectTest : std::uint8_t { skip, apply };
 
 class ReadFolder : public FolderVisit<ReadFolder> {
  public:
-  // What lies in a folder of the organizer's own has been organised.
+  // Items in a folder of the organizer's own have been organised.
   struct Rules {
     bool takesFiles;
   };

@@ -15,7 +15,7 @@
 
 namespace orvane {
 
-// What the organizer may propose to move.
+// The items that the organizer may propose to move.
 struct OrganizerCandidate {
   std::string relativePath;  // below the folder that is organised
   ItemKind kind = ItemKind::file;

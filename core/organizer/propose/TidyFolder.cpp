@@ -15,7 +15,7 @@
 namespace orvane {
 namespace {
 
-// What `orvanectl organize` makes is the organizer's own, too.
+// Folders that `orvanectl organize` makes are the organizer's own, too.
 constexpr std::array<std::string_view, 4> ownNames{recentsFolderName, topicsFolderName, keepAsIsFolderName,
                                                    "Organized"};
 

@@ -19,7 +19,7 @@ inline constexpr std::string_view recentsFolderName = "Recents";
 inline constexpr std::string_view keepAsIsFolderName = "Keep As Is";
 inline constexpr std::string_view topicsFolderName = "Sorted";
 
-// Whoever writes a file is left in peace for so long after the last change.
+// A file that may still be written is left alone for so long after its last change.
 inline constexpr std::chrono::seconds settleSeconds{120};
 // Of downloads that are still being written; lower case.
 inline constexpr std::array<std::string_view, 6> inProgressExtensions{"crdownload", "download",   "part",
@@ -39,7 +39,7 @@ struct TidyFolder {
   std::vector<TidyItem> recent;  // bound for the recents folder
   std::vector<TidyItem> older;   // to be sorted: files, and whatever leaves the recents folder
 
-  // Reads the folder and its recents folder and nothing else; opens no file. What cannot be read yields nothing.
+  // Reads the folder and its recents folder and nothing else; opens no file. An unreadable folder yields nothing.
   // Hidden items, links, what is unfinished and whatever may still be changing are left out, and so are older folders
   // that never were in the recents folder: they stay where they are. `recentAge` is the age from which on an item is
   // older.

@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What one run of the automatic organizer moved.
+// The moves of one run of the automatic organizer.
 struct AutoOrganizeResult {
   std::int64_t movedToRecents = 0;
   std::int64_t sorted = 0;

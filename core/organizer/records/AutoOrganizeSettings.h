@@ -17,7 +17,7 @@ struct AutoOrganizeSettings {
     std::int64_t first;
     std::int64_t last;
   };
-  // What the user may choose for recentsDays.
+  // The values of recentsDays that the user may choose.
   static constexpr DayRange recentsDayRange{1, 30};
   // ~/Desktop and ~/Downloads.
   [[nodiscard]] static std::vector<std::string> defaultFolderPaths();

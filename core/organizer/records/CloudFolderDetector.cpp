@@ -18,7 +18,8 @@ struct DetectionRow {
   std::string_view text;
 };
 
-// The first row that matches decides. What follows the home folder has no slash at its end: "/Dropbox Old" counts too.
+// The first row that matches decides. The text after the home folder has no slash at its end: "/Dropbox Old" counts
+// too.
 constexpr std::array rows{
     DetectionRow{CloudProvider::iCloud, Match::anywhere, "Library/Mobile Documents/com~apple~CloudDocs"},
     DetectionRow{CloudProvider::iCloud, Match::anywhere, "Mobile Documents"},

@@ -17,7 +17,7 @@ class CloudFolderDetector {
   [[nodiscard]] static std::optional<CloudProvider> detectProvider(const FileUrl& url);
   [[nodiscard]] static std::optional<CloudProvider> detectProvider(const FileUrl& url, std::string_view homeFolder);
 
-  // What to tell the user before the item is removed, in English; absent when it is not synced.
+  // The warning before the item is removed, in English; absent when it is not synced.
   [[nodiscard]] static std::optional<std::string> syncWarning(const FileUrl& url);
   [[nodiscard]] static std::optional<std::string> syncWarning(const FileUrl& url, std::string_view homeFolder);
 

@@ -40,7 +40,7 @@ class AutoOrganizeController {
   [[nodiscard]] AutoOrganizeSettings settings() const;
   [[nodiscard]] bool isRunning() const;
   [[nodiscard]] std::optional<std::string> statusMessage() const;
-  // What the last completed run did; absent before.
+  // The result of the last completed run; absent before.
   [[nodiscard]] std::optional<AutoOrganizeResult> lastResult() const;
   [[nodiscard]] bool launchAtLoginEnabled() const;
   [[nodiscard]] bool isAIAvailable() const noexcept { return m_unavailableReason.empty(); }
@@ -55,7 +55,7 @@ class AutoOrganizeController {
   AutoOrganizeReport runNow(std::function<bool(std::span<const TidyProposal>)> approve = {},
                             const std::stop_token& stop = {}, const RunProgress& progress = {},
                             ReturnedUse returned = ReturnedUse::leave);
-  // What a run would propose now; changes nothing.
+  // The proposal that a run would make now; changes nothing.
   [[nodiscard]] TidyLook look(const std::stop_token& stop = {});
   // Carries out what was shown, and nothing else. Throws as runNow does.
   AutoOrganizeReport runShown(TidyLook shown, const std::stop_token& stop = {}, const RunProgress& progress = {});
@@ -64,7 +64,7 @@ class AutoOrganizeController {
   // A failure shows in the status message.
   void setLaunchAtLogin(bool isEnabled);
 
-  // What a run says that moved so much.
+  // The message of a run that moved so much.
   [[nodiscard]] static std::string statusText(const AutoOrganizeResult& result);
 
  private:

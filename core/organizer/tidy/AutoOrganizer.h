@@ -34,7 +34,7 @@ struct AutoOrganizeReport {
     declined,  // by whoever was asked
     busy,      // another run is under way, in this process or in another
   };
-  // What became of one folder's proposal.
+  // The outcome of one folder's proposal.
   struct Run {
     Proposal proposal;
     RunReport report;
@@ -49,14 +49,14 @@ struct AutoOrganizeReport {
 // "Sorted". Everything is journalled, one run for each folder.
 class AutoOrganizer {
  public:
-  // What the services refer to must outlive this object.
+  // The objects that the services refer to must outlive this one.
   explicit AutoOrganizer(TaskServices services) : m_services(std::move(services)) {}
   static AutoOrganizer& shared();
 
   // Two runs never overlap, also not of two processes: the later one does nothing. A folder that is missing, refused or
   // fails does not stop the next. Throws std::system_error when the lock between processes cannot be made.
   AutoOrganizeReport run(const AutoOrganizeRequest& request, const std::stop_token& stop = {});
-  // What a run would propose; changes nothing.
+  // The proposal that a run would make; changes nothing.
   [[nodiscard]] TidyLook look(const AutoOrganizeRequest& request, const std::stop_token& stop = {}) const;
 
   // Seconds since the later of creation and modification; zero where neither can be read.

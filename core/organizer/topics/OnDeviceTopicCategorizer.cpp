@@ -51,7 +51,7 @@ std::map<std::string, std::string> OnDeviceTopicCategorizer::topics(std::span<co
     try {
       const auto reply = m_model.respond(std::string(instructions), prompt(batch, known), stop);
       for (auto& [name, topic] : TopicResponseParser::parse(reply, {batch.begin(), batch.end()})) {
-        // What can be no folder is not offered again.
+        // A topic that cannot name a folder is not offered again.
         if (auto folder = TopicNames::folderName(topic)) known.insert(*std::move(folder));
         result.insert_or_assign(name, std::move(topic));
       }

@@ -12,9 +12,9 @@ namespace orvane {
 class TopicCategorizing;
 
 // A proposal for a folder with its documents by topic instead of by kind: a topic becomes a folder beside the kinds of
-// documents. What has no topic keeps its category, and so does everything that is no document. Only names are looked
-// at; a name that several files have is asked about once. The order of the groups is that of the engine, and no two
-// proposals share a target. Reads the folders under `destinationRoot`, changes nothing.
+// documents. An item without a topic keeps its category, and so does everything that is no document. Only names are
+// looked at; a name that several files have is asked about once. The order of the groups is that of the engine, and no
+// two proposals share a target. Reads the folders under `destinationRoot`, changes nothing.
 [[nodiscard]] std::vector<OrganizationCategoryGroup> groupedByTopic(std::vector<OrganizationCategoryGroup> groups,
                                                                     const FileUrl& folder,
                                                                     const FileUrl& destinationRoot,

@@ -12,7 +12,7 @@
 
 namespace orvane {
 
-// What may be the name of a topic folder.
+// Whether a text may name a topic folder.
 class TopicNames {
  public:
   static constexpr std::int64_t longestName = 40;  // characters as a reader perceives them

@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-// What the assistant proposes to do with the user's files. Checked by CleaningPlanSchema::validate() before anything
+// The assistant's proposal for the user's files. Checked by CleaningPlanSchema::validate() before anything
 // else looks at it.
 struct CleaningPlan {
   Uuid id = Uuid::random();

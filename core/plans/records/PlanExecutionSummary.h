@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What a plan, an organizing batch or a set of rules did.
+// The result of a plan, an organizing batch or a set of rules.
 struct PlanExecutionSummary {
   Uuid batchId = {};                // the run identifier that all its journal entries share
   std::int64_t itemsProcessed = 0;  // files actually trashed or moved

@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What a plan does with the files that a step selects.
+// The action that a plan takes on the files that a step selects.
 enum class PlannedAction : std::uint8_t {
   trash,   // move them to the Trash
   review,  // only list them

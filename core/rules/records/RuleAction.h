@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// What a rule does with the files that meet its trigger.
+// The action that a rule takes on the files that meet its trigger.
 class RuleAction {
  public:
   enum class Type : std::uint8_t { moveToFolder, moveToTrash, reviewOnly };

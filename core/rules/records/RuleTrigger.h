@@ -12,8 +12,8 @@
 
 namespace orvane {
 
-// What a file must meet for a rule to act on it. An absent field places no condition, and neither does an empty list or
-// text.
+// The conditions that a file must meet for a rule to act on it. An absent field places no condition, and neither does
+// an empty list or text.
 struct RuleTrigger {
   std::optional<std::string> folderPath = {};                   // "~/" stands for the home folder
   std::optional<std::vector<std::string>> fileExtensions = {};  // without the dot

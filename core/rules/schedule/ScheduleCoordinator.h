@@ -19,7 +19,7 @@ namespace orvane {
 class Preferences;
 class UserNotificationService;
 
-// Keeps the settings of unattended cleanups and carries one out. What is stored is read again by each operation, so
+// Keeps the settings of unattended cleanups and carries one out. Each operation reads the stored settings again, so
 // that a run of another process counts. Callable from any thread; one run of this process at a time.
 class ScheduleCoordinator {
  public:

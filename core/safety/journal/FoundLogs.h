@@ -17,7 +17,7 @@ struct FoundLog {
   std::vector<LoggedIntent> intents;
 };
 
-// The logs in the journal's folder, in a steady order; none when no run is dead. What cannot be read is left alone and
+// The logs in the journal's folder, in a steady order; none when no run is dead. Unreadable ones are left alone and
 // told in `notices`.
 [[nodiscard]] std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices);
 

@@ -26,8 +26,8 @@ struct ItemRecord {
   [[nodiscard]] bool describes(const FileStatus& status) const noexcept;
 };
 
-// What the journal's own form has no place for, in a file beside it: a line for each entry, only ever appended. Without
-// it, or without a line, nothing is known of an item but its name.
+// Facts that the journal's own form has no place for, in a file beside it: a line for each entry, only ever appended.
+// Without it, or without a line, nothing is known of an item but its name.
 class ItemRecords {
  public:
   explicit ItemRecords(const std::string& folder);

@@ -194,7 +194,7 @@ void JournalModel::merge(const JournalModel& other) {
 }
 
 void JournalModel::recordUnlessSuperseded(const JournalEntry& entry) {
-  // What came back is never away again under the same entry. Clocks can be set back, so they decide only between
+  // A restored item never leaves again under the same entry. Clocks can be set back, so they decide only between
   // equals.
   const auto order = [](JournalAction action, Date timestamp) {
     return std::pair(action == JournalAction::restored, timestamp);

@@ -14,7 +14,7 @@
 
 namespace orvane {
 
-// What the journal file holds: the runs, newest first, and each run's entries in recording order.
+// The content of the journal file: the runs, newest first, and each run's entries in recording order.
 class JournalModel {
  public:
   // Reads the file's text. Keys of "entries" that are no UUID are dropped, and of an entry that is there twice the

@@ -141,7 +141,7 @@ class Members {
       m_expected = index + 1;
       return index;
     }
-    // Whatever stands there is escaped, or no name of a member.
+    // Anything else there is escaped, or no name of a member.
     const char* end = key.raw();
     while (*end != '"') end += *end == '\\' ? 2 : 1;
     const std::string_view quoted(key.raw() - 1, static_cast<std::size_t>(end - key.raw()) + 2);
@@ -330,7 +330,7 @@ void JournalParser::checkValue() {
   static_cast<void>(parsed(std::string_view(m_buffer).substr(m_kept, m_position - m_kept)));
 }
 
-// The next character that is no white space; NUL at the end of the text. What comes before it is given up.
+// The next character that is no white space; NUL at the end of the text. Drops the text before it.
 char JournalParser::peek() {
   for (;; ++m_position) {
     m_kept = m_position;
@@ -403,7 +403,7 @@ void JournalParser::skipString() {
   throwInvalid("it ends in the middle");
 }
 
-// Reads on; false at the end of the text. What is kept moves to the front, behind one free character.
+// Reads on; false at the end of the text. The kept text moves to the front, behind one free character.
 bool JournalParser::fill() {
   const std::size_t kept = m_end - m_kept;
   std::copy(m_buffer.begin() + static_cast<std::ptrdiff_t>(m_kept),

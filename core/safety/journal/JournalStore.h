@@ -31,7 +31,7 @@ class JournalStore {
   // then is the only copy of what is new.
   [[nodiscard]] bool save(JournalModel& model);
 
-  // What went wrong, one line each, since the last call.
+  // The faults since the last call, one line each.
   [[nodiscard]] std::vector<std::string> takeNotices();
 
  private:

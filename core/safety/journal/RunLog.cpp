@@ -178,7 +178,7 @@ std::vector<LoggedIntent> readRunLog(std::string_view text) {
         intents[position->second] = {std::move(intent), false};
       }
     } catch (const JsonError&) {
-      // A block that the disk did not keep. What follows it may still tell of items that moved.
+      // A block that the disk did not keep. The lines after it may still tell of items that moved.
       continue;
     }
   }

@@ -16,7 +16,8 @@
 
 namespace orvane {
 
-// What a run is about to do with one item. `entry` is what the journal is to say once the item is at `destination`.
+// The move that a run is about to make of one item. `entry` is what the journal is to say once the item is at
+// `destination`.
 struct MoveIntent {
   JournalEntry entry;
   FileUrl source;  // canonical folder and name
@@ -29,7 +30,7 @@ struct MoveIntent {
   std::optional<JournalEntry> settles;
   bool isLocked = false;  // as PendingMove has it
 
-  // What the journal keeps of the item beside the entry.
+  // The facts about the item that the journal keeps beside the entry.
   [[nodiscard]] ItemRecord record() const;
 };
 
@@ -49,7 +50,7 @@ class RunLog {
   // Writes what was appended and makes it durable. Throws SyncError; nothing may move after that.
   void sync();
 
-  // What is to be kept beside the journal of the items whose intents were appended since the last call.
+  // The facts to keep beside the journal about the items whose intents were appended since the last call.
   [[nodiscard]] std::vector<ItemRecord> takeRecords();
 
   [[nodiscard]] std::int64_t size() const noexcept { return m_size; }

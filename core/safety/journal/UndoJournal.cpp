@@ -50,7 +50,7 @@ UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& va
       m_records(m_storageFolder),
       m_madeFolders(m_storageFolder) {
   m_store.refresh(m_model);
-  // What a log tells can only be recorded in a journal that was read.
+  // Entries of a log can only be added to a journal that was read.
   if (!m_store.problem()) settleDeadRuns();
 }
 

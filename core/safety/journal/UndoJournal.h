@@ -28,8 +28,8 @@ class RunLog;
 class Trash;
 struct FoundLog;
 
-// The record of every move, by run, in one file that several processes share. What another process recorded shows at
-// the next call.
+// The record of every move, by run, in one file that several processes share. Records of another process show at the
+// next call.
 class UndoJournal {
  public:
   using Progress = std::function<void(std::size_t done, std::size_t total)>;
@@ -61,11 +61,11 @@ class UndoJournal {
   // Brings every item of a run back to where it was, under a new name where that place is taken. An item that cannot
   // come back becomes a warning. Throws UndoError when the run is unknown or the journal cannot be read.
   RestoreResult restoreRun(const Uuid& runId, const Progress& progress = {}, std::stop_token stop = {});
-  // The same for some entries of a run, each only as the item that was approved. What was copied to another volume
-  // comes back together with its original. Throws UndoError too when an entry is unknown.
+  // The same for some entries of a run, each only as the item that was approved. An item copied to another volume comes
+  // back together with its original. Throws UndoError too when an entry is unknown.
   RestoreResult restoreEntries(const Uuid& runId, std::span<const RestoreRequest> requests,
                                const Progress& progress = {}, const std::stop_token& stop = {});
-  // The same for one entry of a run; the run counts as restored once nothing of it is left to bring back. What was
+  // The same for one entry of a run; the run counts as restored once nothing of it is left to bring back. An item
   // copied to another volume comes back together with its original.
   RestoreResult restoreEntry(const Uuid& runId, const Uuid& entryId);
   // A free place for a restore: `url` itself, else "name (restored 1).ext" and so on in the same folder.
@@ -74,7 +74,7 @@ class UndoJournal {
   // False while the journal's file is there and cannot be read; what is listed then is not all.
   [[nodiscard]] bool isReadable();
 
-  // What was found wrong with the journal or with runs that died, one line each, since the last call.
+  // The faults found in the journal or in runs that died, one line each, since the last call.
   [[nodiscard]] std::vector<std::string> takeNotices();
 
   // For CleanupRun: the log of a run that begins. Throws std::system_error when it cannot be made, or when the

@@ -14,7 +14,7 @@
 
 namespace orvane {
 
-// What was done with an item: moved to the Trash, brought back, or moved to another folder.
+// The action recorded for an item: moved to the Trash, brought back, or moved to another folder.
 enum class JournalAction : std::uint8_t { trashed, restored, moved };
 
 // The case name is also the JSON form.

@@ -17,7 +17,7 @@ enum class MoveResult : std::uint8_t {
   cancelled,  // not tried: the run was stopped
 };
 
-// What became of one item that was to move.
+// The outcome of one requested move.
 struct MoveOutcome {
   FileUrl source;
   MoveResult result = MoveResult::cancelled;

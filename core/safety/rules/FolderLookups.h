@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-// What was found out about the folders of one group of moves: thousands of items mostly share a few. Lives only as long
+// Cached facts about the folders of one group of moves: thousands of items mostly share a few. Lives only as long
 // as the group is planned, since links may change. Items themselves are never remembered.
 class FolderLookups {
  public:

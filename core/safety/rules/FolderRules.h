@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What the path validator says of the entries of one folder, decided once for the folder, so that an entry costs a look
+// The path validator's verdict on the entries of one folder, decided once for the folder, so that an entry costs a look
 // at its name. Holds for entries that are no symbolic links: those need PathValidator itself.
 class FolderRules {
  public:

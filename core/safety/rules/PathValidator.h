@@ -29,7 +29,7 @@ class PathValidator {
   [[nodiscard]] bool isPathAllowed(const FileUrl& url, const Boundary& boundary) const;
   [[nodiscard]] bool isPathAllowed(const FileUrl& url, FixedRulesOnly only) const;
 
-  // What validate() would say; empty when it does not throw.
+  // The message that validate() would throw; empty when it does not throw.
   [[nodiscard]] std::string refusalText(const FileUrl& url, const Boundary& boundary) const;
   [[nodiscard]] std::string refusalText(const FileUrl& url, FixedRulesOnly only) const;
 

@@ -26,7 +26,7 @@ class ProtectedLocations {
 
 // Folders that are refused but for the temporary folders of single users inside them.
 inline constexpr std::string_view privateSystemFolders[] = {"/private", "/var"};
-// What may be admitted inside those, where an allowed root covers it.
+// The exceptions inside those, admitted where an allowed root covers them.
 inline constexpr std::string_view userTemporaryFolders[] = {"/private/var/folders", "/var/folders"};
 
 [[nodiscard]] bool isVersionControlName(std::string_view name) noexcept;

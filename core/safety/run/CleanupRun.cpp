@@ -23,7 +23,7 @@ MoveResult resultOf(const TrashError& error) {
   return MoveResult::failed;
 }
 
-// Why an item was left. What was bound for another folder has no trouble with the Trash.
+// Why an item was left. A failure of a move to another folder never names the Trash.
 std::string failureText(const MoveRequest& request, const std::string& reason) {
   if (request.destinationFolder) return reason;
   return TrashError(TrashError::UnderlyingError{reason}).what();
@@ -85,7 +85,7 @@ class Group {
     return result;
   }
 
-  // What was copied to another volume and now leaves where it came from; `outcomes` gets what was told of each.
+  // Sets aside the sources of items that were copied to another volume; `outcomes` gets the result for each.
   [[nodiscard]] std::vector<MoveRequest> copiedSources(std::vector<MoveOutcome*>& outcomes) const {
     std::vector<MoveRequest> result;
     for (std::size_t i = 0; i < m_items.size(); ++i) {

@@ -51,7 +51,7 @@ class Settlement {
       }
       atDestination = Finding::nothing;
     }
-    // What was done and has changed or gone since was moved all the same.
+    // A logged "done" counts as moved, even if the item has since changed or vanished.
     if (logged.done || (atDestination == Finding::there && !isAnothers)) {
       m_result.entries.push_back(intent.entry);
       if (intent.settles) m_result.entries.push_back(*intent.settles);

@@ -16,7 +16,7 @@ namespace orvane {
 class FileMover;
 class Trash;
 
-// What a log comes to, after looking where each item is now.
+// The verdict on a log, after looking where each item is now.
 struct SettledRun {
   std::vector<JournalEntry> entries;  // of the items that are at their destination
   std::vector<ItemRecord> records;    // of those that moved away

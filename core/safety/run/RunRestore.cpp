@@ -35,7 +35,7 @@ JournalEntry restoredState(JournalEntry entry) {
 
 }  // namespace
 
-// What became of one entry before its group moves: a planned move with what the journal is to say of it, or the warning
+// The state of one entry before its group moves: a planned move with what the journal is to say of it, or the warning
 // that there is none.
 struct RunRestore::Attempt {
   std::unique_ptr<PendingMove> move;

@@ -56,7 +56,7 @@ class RunRestore {
   [[nodiscard]] bool carryOut(std::span<const JournalEntry> entries, RunLog& log, std::stop_token stop);
   // For what is left when carryOut() says so.
   void noteNotTried(std::span<const JournalEntry> entries);
-  // What the journal is to record since the last call: new states of the entries that came back, and copies set aside.
+  // The records for the journal since the last call: new states of the entries that came back, and copies set aside.
   [[nodiscard]] std::vector<JournalEntry> takeRestored();
   [[nodiscard]] const RestoreResult& result() const noexcept { return m_result; }
   // For when nothing can be restored at all.

@@ -47,7 +47,7 @@ class TrashMover {
   struct Place;
   // Throws SecurityError.
   Place validatedPlace(const FileUrl& url, const Boundary& allowedRoots, FolderLookups& lookups) const;
-  // What `plan` makes of the item's place and of the admission that it asks. Throws TrashError.
+  // The move that `plan` makes from the item's place and the admission that it asks for. Throws TrashError.
   template <typename Plan>
   std::unique_ptr<PendingMove> planned(const FileUrl& url, const Boundary& allowedRoots, FolderLookups& lookups,
                                        Plan plan);

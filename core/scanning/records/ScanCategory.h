@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-// What kind of reclaimable item a file is. Declaration order is the order in which categories are listed.
+// The kind of reclaimable item that a file is. Declaration order is the order in which categories are listed.
 enum class ScanCategory : std::uint8_t {
   caches,
   logs,

@@ -13,7 +13,7 @@ namespace orvane {
 class FileStatusReader;
 class PathValidator;
 
-// What all folders of one scan share.
+// The state that all folders of one scan share.
 struct ScanContext {
   const PathValidator& validator;
   const FileStatusReader& statusReader;

@@ -41,8 +41,8 @@ class StorageScanner {
   static StorageScanner& shared();
 
   // Returns at once; the walk runs in the background: root by root, all entries of a folder in the file system's order,
-  // then its subfolders one after the other, each with everything below it. What is missing, unreadable or refused by
-  // the validator is skipped without a word.
+  // then its subfolders one after the other, each with everything below it. Skips folders that are missing,
+  // unreadable or refused by the validator without a word.
   [[nodiscard]] ScanStream scan(std::vector<FileUrl> folders, DeveloperCaches developerCaches);
 
   // Logical bytes of the regular files in a folder tree. Hidden entries, links, "node_modules", "Pods" and photo

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-// What the scan of one folder yields, bit by bit.
+// The result of the scan of one folder, bit by bit.
 struct FolderListing {
   std::vector<ListingChunk> chunks;
   // The folders to go through after this one, in order; valid once complete.

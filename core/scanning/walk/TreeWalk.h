@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-// What the visits of one walk share.
+// The state that the visits of one walk share.
 struct TreeWalk {
   // Carries out the tasks, and those that they make, on all processors; the calling thread alone reads the first
   // `foldersAlone` folders, which threads are not worth. Returns when nothing is left or `token` asks to stop.

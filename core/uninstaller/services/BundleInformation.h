@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What an application bundle says of itself in its information list.
+// The facts that an application bundle states in its information list.
 struct BundleInformation {
   // The bundle's file name without extension where the list has no name or cannot be read. As the list gives it,
   // whatever the user's language: it is by this name that applications name their folders.

@@ -15,7 +15,7 @@ void qml_register_types_Orvane();
 
 namespace orvane {
 
-// What the window gives its components: the texts, the icons, the figures.
+// The context that the window gives its components: the texts, the icons, the figures.
 class ComponentSetup : public QObject {
   Q_OBJECT
 

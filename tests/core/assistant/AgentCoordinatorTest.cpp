@@ -83,7 +83,7 @@ std::string headersOf(const HttpRequest& request) {
   return text;
 }
 
-// What is offline has the goal of the prompt.
+// An offline plan has the goal of the prompt.
 void expectOffline(const PlannedAnswer& answer, const std::string& reason) {
   EXPECT_EQ(answer.provider, AIProvider::heuristic);
   EXPECT_EQ(answer.plan.userGoal, prompt);
@@ -164,7 +164,7 @@ TEST_P(Coordinator, plansOfflineWhateverElseIsAnswered) {
     const auto answer = answerFrom([&](const auto&) { return reply.answer(GetParam()); });
     expectOffline(answer, reply.reason);
     EXPECT_EQ(answer.asked, GetParam());
-    // What was sent is told, whatever came of it.
+    // The request as sent is reported, whatever came of it.
     ASSERT_TRUE(answer.sent);
     EXPECT_EQ(answer.sent->body, requests.at(0).body);
     EXPECT_THAT(headersOf(*answer.sent), Not(HasSubstr("sk-secret")));

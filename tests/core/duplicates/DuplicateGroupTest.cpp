@@ -113,7 +113,7 @@ TEST(DuplicateGroup, neverSelectsTheLastCopy) {
   EXPECT_THAT(selection(group), ElementsAre(false, true, true));
 }
 
-// Whatever is done to a group, one of its items stays unselected.
+// One item of a group stays unselected, whatever is done to the group.
 TEST(DuplicateGroup, keepsOneWhateverIsDone) {
   std::mt19937 random(7);
   const auto below = [&](std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random); };
@@ -130,7 +130,7 @@ TEST(DuplicateGroup, keepsOneWhateverIsDone) {
           group.applyKeepStrategy(allDuplicateKeepStrategies.at(below(2)));
           break;
         case 1:
-          // What a caller may do by itself, and is to follow with this.
+          // A change that a caller may make by itself and must follow with this.
           for (auto& item : group.items) item.setSelected(below(3) != 0);
           group.enforceKeepOneInvariant();
           break;

@@ -63,7 +63,7 @@ TEST(CategoryClassifier, knowsScreenshotsByTheBeginningOfTheirNames) {
   }
 }
 
-// Whatever way a path is cut into folder and name, the folder's classifier says the same as the path's.
+// The folder's classifier gives the same answer as the path's, however a path is cut into folder and name.
 TEST(FolderClassifier, agreesOnPathsMadeOfTellingPieces) {
   const std::vector<std::string> pieces{
       "h",

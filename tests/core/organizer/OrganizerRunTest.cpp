@@ -119,7 +119,7 @@ TEST_F(OrganizerRun, failsWhenSafetyAloneStandsAgainstEverything) {
   EXPECT_TRUE(exists(outside));
   EXPECT_THAT(journal->getRuns(), SizeIs(0));
 
-  // What is gone is passed over, and nothing selected is no failure.
+  // A vanished item is passed over, and an empty selection is no failure.
   groups = analyze();
   fs::remove(tree.path("Downloads/gone.pdf"));
   EXPECT_EQ(engine.applyMoves(groups, *journal, roots()).itemsProcessed, 0);

@@ -18,7 +18,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// What a property-list parser reads at a key, in its own XML.
+// The value that a property-list parser reads at a key, in its own XML.
 std::string valueAt(const std::string& text, const char* key, int element = -1) {
   plist_t list = nullptr;
   plist_from_xml(text.data(), static_cast<std::uint32_t>(text.size()), &list);

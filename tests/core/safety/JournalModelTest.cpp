@@ -20,7 +20,7 @@ using testing::Values;
 constexpr const char* firstRun = "0A1B2C3D-0000-4000-8000-00000000000F";
 constexpr const char* secondRun = "0A1B2C3D-0000-4000-8000-00000000000E";
 
-// What a journal says, with everything in the order in which it stands there.
+// The content of a journal, with everything in the order in which it stands there.
 struct Contents {
   std::vector<CleanupRunSummary> runs;
   std::vector<std::pair<Uuid, std::vector<JournalEntry>>> entries;

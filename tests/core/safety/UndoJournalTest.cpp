@@ -131,7 +131,7 @@ TEST_F(UndoJournalTest, setsADamagedFileAsideAndStartsAnew) {
   }
 }
 
-// Whatever stands in the place of the journal or of a log: nothing waits for it, and nothing is put in its place.
+// Another kind of file in the place of the journal or of a log: nothing waits for it, and nothing replaces it.
 TEST_F(UndoJournalTest, movesNothingWhileTheJournalCannotBeRead) {
   using Make = std::function<void(const std::string&)>;
   const std::vector<std::pair<const char*, Make>> rows{

@@ -374,7 +374,7 @@ TEST_F(DuplicatesTask, keepsOneWhenTwoCleanAtOnce) {
   for (int i = 0; i < pairs; ++i) EXPECT_EQ(left.count("content " + std::to_string(i)), 1U) << i;
 }
 
-// Whatever happens between search and cleaning, no content is only in the Trash afterwards.
+// No change between search and cleaning leaves a content only in the Trash.
 class Race : public DuplicatesTask, public testing::WithParamInterface<unsigned> {
  public:
   std::size_t below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random); }
@@ -402,7 +402,7 @@ class Race : public DuplicatesTask, public testing::WithParamInterface<unsigned>
         fs::remove(other);
         return fs::create_symlink(path, other);
       default: {
-        // What keeps its time and its size.
+        // A file that keeps its time and its size.
         const auto time = fs::last_write_time(path);
         write(path, static_cast<std::int64_t>(below(20'000)), "?");
         fs::last_write_time(path, time);

@@ -82,7 +82,7 @@ TEST_F(ProposalTest, whatIsNotTheItemThatWasShownStays) {
   }
   EXPECT_TRUE(exists(tree.path("Downloads/arrived.log")));
   EXPECT_EQ(carryOut(taskServices(), whole.approve()).moved(), 0);
-  // What is put into a folder does not make it another one.
+  // A new file in a folder does not make it another folder.
   const auto again = proposeTrash(taskServices(), std::vector{tree.url("Downloads/other")}, roots());
   tree.file("Downloads/other/late", "y");
   EXPECT_EQ(carryOut(taskServices(), again.approve()).moved(), 1);

@@ -26,7 +26,7 @@ class UninstallTest : public test::UninstallerFixture {
     return engine.uninstall(bundle, mover, *journal, tree.url("Library"));
   }
 
-  // What each path below the home holds: mode and content, or where a link leads.
+  // The state of each path below the home: mode and content, or where a link leads.
   std::map<std::string, std::string> contents() const {
     std::map<std::string, std::string> result;
     for (const auto* top : {"Applications", "Library"}) {
