@@ -173,6 +173,7 @@ void OrganizeModel::setProposal(Proposal proposal) {
   m_proposal = std::move(proposal);
   m_selection = m_proposal.selection();
   m_groups.clear();
+  m_renamed.clear();
   for (const auto& rows : rowsByGroup(m_proposal)) m_groups.push_back({.rows = rows});
   recount();
   layOut();
@@ -373,20 +374,26 @@ void OrganizeModel::renameGroup(int row, const QString& name) {
   m_proposal = *renamed;
   m_selection = m_proposal.selection();
   recount();
-  m_learnedKinds.clear();
-  for (const auto& kind : kindsIn(m_proposal, group)) {
+  if (std::ranges::find(m_renamed, group) == m_renamed.end()) m_renamed.push_back(group);
+  groupChanged(m_groups[group]);
+  Q_EMIT selectionChanged();
+}
+
+// A name is remembered once files moved under it.
+void OrganizeModel::learn(const Proposal& proposal, const RunReport& report) {
+  auto learned = filledGroups(proposal, m_renamed, report);
+  if (learned.empty()) return;
+  m_learnedName = proposal.groups()[learned.back()].name;
+  for (const auto& kind : kindsIn(proposal, learned.back())) {
     m_learnedKinds += (m_learnedKinds.isEmpty() ? QString() : QStringLiteral(", ")) + shownName(kind);
   }
-  m_learnedName = m_proposal.groups()[group].name;
-  m_searchQueue.post([this, proposal = m_proposal, group](const std::stop_token&) {
+  m_searchQueue.post([this, proposal, learned = std::move(learned)](const std::stop_token&) {
     try {
-      rememberName(services().tasks, proposal, group);
+      rememberNames(services().tasks, proposal, learned);
     } catch (const std::exception& error) {
       qWarning("The name cannot be remembered: %s", error.what());
     }
   });
-  groupChanged(m_groups[group]);
-  Q_EMIT selectionChanged();
   Q_EMIT learnedChanged();
 }
 
@@ -411,7 +418,8 @@ void OrganizeModel::forgetLearned() {
 
 void OrganizeModel::apply() {
   if (m_selection.count() == 0 || m_isSearching) return;
-  startRun(m_proposal.approve(m_selection), [this](const RunReport&) {
+  startRun(m_proposal.approve(m_selection), [this](const RunReport& report) {
+    learn(m_proposal, report);
     setProposal({});
     m_hasAnalyzed = false;
     Q_EMIT searchChanged();

@@ -105,7 +105,7 @@ class OrganizeModel : public orvane::RunModel {
   Q_INVOKABLE void toggle(int row);
   Q_INVOKABLE void toggleExpanded(int row);
   Q_INVOKABLE void selectAll(bool isSelected);
-  // Gives the group of a header another name, and remembers it for the kinds of files in it.
+  // Gives the group of a header another name, which is remembered for the kinds of files that move under it.
   Q_INVOKABLE void renameGroup(int row, const QString& name);
   Q_INVOKABLE void forgetLearned();
   Q_INVOKABLE void apply();
@@ -147,6 +147,7 @@ class OrganizeModel : public orvane::RunModel {
   void recount();
   void layOut();
   void invalidate();
+  void learn(const Proposal& proposal, const RunReport& report);
   // The rows of a group, its header included, are new.
   void groupChanged(const Shown& shown, const QList<int>& roles = {});
 
@@ -166,6 +167,7 @@ class OrganizeModel : public orvane::RunModel {
   Selection m_selection;
   std::vector<Shown> m_groups;
   int m_rows = 0;
+  std::vector<std::size_t> m_renamed;  // groups of the proposal
   QString m_learnedKinds;
   std::string m_learnedName;
   BackgroundQueue m_searchQueue;

@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -112,17 +111,6 @@ ExitStatus printSummary(Session& session, const Proposal& proposal, const RunRep
   return status;
 }
 
-// The names of renamed groups, as far as something moved into them.
-void rememberMoved(const Proposal& proposal, const std::vector<std::size_t>& renamed, const RunReport& report) {
-  std::set<const RowGroup*> filled;
-  for (std::size_t at = 0; at < report.outcomes.size(); ++at) {
-    if (report.outcomes[at].result == MoveResult::moved) filled.insert(proposal.row(report.rows[at]).group);
-  }
-  for (const auto group : renamed) {
-    if (filled.contains(&proposal.groups()[group])) rememberName(TaskServices::shared(), proposal, group);
-  }
-}
-
 ExitStatus printLearned(Session& session) {
   const auto names = rememberedNames(TaskServices::shared());
   if (session.isJson()) {
@@ -156,7 +144,7 @@ ExitStatus apply(Session& session, const Arguments& arguments, const Proposal& p
       break;
   }
   const auto report = moveApproved(session, approval);
-  rememberMoved(proposal, renamed, report);
+  rememberNames(TaskServices::shared(), proposal, filledGroups(proposal, renamed, report));
   return printSummary(session, proposal, report);
 }
 

@@ -16,6 +16,7 @@
 #include "core/tasks/TaskServices.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -52,7 +53,7 @@ Json subjectOf(const OrganizeWish& wish) {
   return json;
 }
 
-OrganizeWish wishFrom(const Json& subject) {
+OrganizeWish organizeWishFrom(const Json& subject) {
   OrganizeWish wish;
   wish.folder = urlAt(subject, "folder");
   if (optionalKey(subject, "destination") != nullptr) wish.destination = urlAt(subject, "destination");
@@ -181,7 +182,7 @@ std::optional<Proposal> proposeOrganize(const TaskServices& services, const Orga
 
 std::optional<Proposal> reproposeOrganize(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                           Date countedTo, const TaskMonitor& monitor) {
-  const auto wish = wishFrom(subject);
+  const auto wish = organizeWishFrom(subject);
   const auto renamings = renamingsFrom(subject);
   std::optional<NamedTopics> topics;
   if (const auto* known = optionalKey(subject, "topics")) topics.emplace(*known);
@@ -198,7 +199,7 @@ std::optional<Proposal> reproposeOrganize(const TaskServices& services, const Js
 std::optional<Proposal> renameGroup(const TaskServices& services, const Proposal& proposal, const Selection& selection,
                                     std::size_t group, std::string_view name) {
   if (group >= proposal.groups().size()) return std::nullopt;
-  const auto wish = wishFrom(proposal.subject());
+  const auto wish = organizeWishFrom(proposal.subject());
   const auto groups = FolderOrganizerEngine::renamingGroup(group, name, groupsOf(proposal), destinationOf(wish));
   const auto& renamed = groups[group];
   if (renamed.name != trimmed(name)) return std::nullopt;
@@ -227,8 +228,20 @@ std::optional<Proposal> renameGroup(const TaskServices& services, const Proposal
   return builder.take();
 }
 
-void rememberName(const TaskServices& services, const Proposal& proposal, std::size_t group) {
-  services.organizer.rememberCategory(groupsOf(proposal).at(group));
+std::vector<std::size_t> filledGroups(const Proposal& proposal, const std::vector<std::size_t>& groups,
+                                      const RunReport& report) {
+  std::set<const RowGroup*> filled;
+  for (const auto row : movedRows(report)) filled.insert(proposal.row(row).group);
+  std::vector<std::size_t> kept;
+  std::ranges::copy_if(groups, std::back_inserter(kept),
+                       [&](auto group) { return filled.contains(&proposal.groups()[group]); });
+  return kept;
+}
+
+void rememberNames(const TaskServices& services, const Proposal& proposal, const std::vector<std::size_t>& groups) {
+  if (groups.empty()) return;
+  const auto all = groupsOf(proposal);
+  for (const auto group : groups) services.organizer.rememberCategory(all.at(group));
 }
 
 std::vector<std::string> kindsIn(const Proposal& proposal, std::size_t group) {

@@ -7,6 +7,7 @@
 #include "core/organizer/records/TopicUse.h"
 #include "core/tasks/CategoryGroups.h"
 #include "core/tasks/Proposal.h"
+#include "core/tasks/RunReport.h"
 #include "core/tasks/TaskMonitor.h"
 
 #include <cstddef>
@@ -50,8 +51,11 @@ struct OrganizeWish {
 // below the destination can have that name. A row that lies there already is locked.
 [[nodiscard]] std::optional<Proposal> renameGroup(const TaskServices& services, const Proposal& proposal,
                                                   const Selection& selection, std::size_t group, std::string_view name);
-// Has the organizer use a group's name for the kinds of files in it from now on. Throws std::system_error.
-void rememberName(const TaskServices& services, const Proposal& proposal, std::size_t group);
+// Those of the groups into which the run moved something, so that their names can be remembered.
+[[nodiscard]] std::vector<std::size_t> filledGroups(const Proposal& proposal, const std::vector<std::size_t>& groups,
+                                                    const RunReport& report);
+// Has the organizer use the groups' names for the kinds of files in them from now on. Throws std::system_error.
+void rememberNames(const TaskServices& services, const Proposal& proposal, const std::vector<std::size_t>& groups);
 // The kinds of files in a group, as extensions in lower case.
 [[nodiscard]] std::vector<std::string> kindsIn(const Proposal& proposal, std::size_t group);
 // The names that it uses, by kind of file.
