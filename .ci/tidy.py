@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Runs clang-tidy over the project's own files (tests left out), as many at a time as there are processors.
+"""Runs clang-tidy over the project's own files (tests left out), in the groups in which they are compiled, as many
+groups at a time as there are processors.
 
-Compile commands are those of the build folder given. A file that passed once is looked at again only when it, anything
+Compile commands are those of the build folder given. A group that passed once is looked at again only when it, anything
 that it includes, its compile command, the checks or the tool change: what passed is kept in the user's cache folder.
 """
 
@@ -10,11 +11,19 @@ import hashlib
 import json
 import os
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
 
 CHECKED = ("core/", "platform/", "cli/", "app/")
+
+
+def sources_of(entry):
+    """The source files that one compile command reads: those of a group where sources are compiled together."""
+    if "/Unity/" not in entry["file"]:
+        return [entry["file"]]
+    return re.findall(r'^#include "(.*)"$', pathlib.Path(entry["file"]).read_text(), re.MULTILINE)
 
 
 def preprocessed(entry):
@@ -60,7 +69,7 @@ def main():
     entries = [
         entry
         for entry in json.loads((pathlib.Path(folder) / "compile_commands.json").read_text())
-        if os.path.relpath(entry["file"], top).startswith(CHECKED)
+        if any(os.path.relpath(source, top).startswith(CHECKED) for source in sources_of(entry))
     ]
     if not entries:
         sys.exit("tidy: no file to check")
@@ -70,7 +79,8 @@ def main():
             if report is not None:
                 failed += 1
                 print(report)
-    print(f"tidy: {len(entries)} files, {failed} with findings")
+    files = sum(len(sources_of(entry)) for entry in entries)
+    print(f"tidy: {files} files in {len(entries)} groups, {failed} groups with findings")
     sys.exit(1 if failed else 0)
 
 

@@ -12,11 +12,11 @@
 namespace orvane {
 namespace {
 
-constexpr std::string_view path = "/v1/messages";
+constexpr std::string_view messagesPath = "/v1/messages";
 constexpr std::string_view interfaceVersion = "2023-06-01";
-constexpr std::string_view model = "claude-3-5-sonnet-20241022";
+constexpr std::string_view messagesModel = "claude-3-5-sonnet-20241022";
 constexpr int maximumTokens = 1024;
-constexpr std::string_view leadIn =
+constexpr std::string_view messagesLeadIn =
     "You are Orvane's cleanup planner. Analyze the metadata and produce a JSON response adhering to this schema:";
 constexpr std::string_view closing = "Return ONLY valid JSON.";
 
@@ -27,14 +27,14 @@ AnthropicClient::AnthropicClient(SecretText apiKey, HttpTransport& session, std:
 
 HttpRequest AnthropicClient::keylessRequest(const MetadataOnlyRequest& request, std::string_view baseAddress) {
   Json body = Json::object();
-  body["model"] = model;
+  body["model"] = messagesModel;
   body["max_tokens"] = maximumTokens;
-  body["system"] = fmt::format("{}\n{}\n{}", leadIn, CleaningPlanSchema::promptBlock(), closing);
+  body["system"] = fmt::format("{}\n{}\n{}", messagesLeadIn, CleaningPlanSchema::promptBlock(), closing);
   Json message = Json::object();
   message["role"] = "user";
   message["content"] = request.userMessage();
   body["messages"] = Json::array({std::move(message)});
-  auto post = postTo(baseAddress, path, body);
+  auto post = postTo(baseAddress, messagesPath, body);
   post.headers.push_back({"anthropic-version", std::string(interfaceVersion)});
   return post;
 }

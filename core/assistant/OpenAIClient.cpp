@@ -12,9 +12,9 @@
 namespace orvane {
 namespace {
 
-constexpr std::string_view path = "/v1/chat/completions";
-constexpr std::string_view model = "gpt-4o";
-constexpr std::string_view leadIn =
+constexpr std::string_view completionsPath = "/v1/chat/completions";
+constexpr std::string_view completionsModel = "gpt-4o";
+constexpr std::string_view completionsLeadIn =
     "You are Orvane's cleanup planner. Analyze metadata and output valid JSON conforming to the CleaningPlan schema:";
 
 Json message(std::string_view role, std::string content) {
@@ -31,12 +31,13 @@ OpenAIClient::OpenAIClient(SecretText apiKey, HttpTransport& session, std::strin
 
 HttpRequest OpenAIClient::keylessRequest(const MetadataOnlyRequest& request, std::string_view baseAddress) {
   Json body = Json::object();
-  body["model"] = model;
-  body["messages"] = Json::array({message("system", fmt::format("{}\n{}", leadIn, CleaningPlanSchema::promptBlock())),
-                                  message("user", request.userMessage())});
+  body["model"] = completionsModel;
+  body["messages"] =
+      Json::array({message("system", fmt::format("{}\n{}", completionsLeadIn, CleaningPlanSchema::promptBlock())),
+                   message("user", request.userMessage())});
   body["response_format"] = Json::object();
   body["response_format"]["type"] = "json_object";
-  return postTo(baseAddress, path, body);
+  return postTo(baseAddress, completionsPath, body);
 }
 
 CleaningPlan OpenAIClient::planFromReply(std::string_view body) {

@@ -23,7 +23,7 @@ namespace orvane {
 namespace {
 
 constexpr auto lockInterval = std::chrono::milliseconds(20);
-constexpr std::size_t blockSize = 128 * 1024;
+constexpr std::size_t comparedBlockSize = 128 * 1024;
 
 [[noreturn]] void leave(const std::string& reason) {
   throw std::runtime_error(reason);
@@ -31,7 +31,7 @@ constexpr std::size_t blockSize = 128 * 1024;
 
 }  // namespace
 
-// What is held open from the comparison until the copy has moved.
+// The descriptors held open from the comparison until the copy has moved.
 struct DuplicateGuard::ComparedPair {
   std::optional<ContentFile> copy;
   std::optional<ContentFile> kept;
@@ -85,15 +85,15 @@ class DuplicateGuard::CopyCheck {
   // Both are of one size.
   [[nodiscard]] bool isEqual(ContentFile& left, ContentFile& right) const {
     const auto size = left.identity().size;
-    const auto buffer = std::make_unique_for_overwrite<std::byte[]>(2 * blockSize);
+    const auto buffer = std::make_unique_for_overwrite<std::byte[]>(2 * comparedBlockSize);
     left.expectWholeRead();
     right.expectWholeRead();
-    for (std::int64_t offset = 0; offset < size; offset += blockSize) {
+    for (std::int64_t offset = 0; offset < size; offset += comparedBlockSize) {
       if (m_guard.m_stop.stop_requested()) leave("the cleanup was stopped");
-      const auto length = static_cast<std::size_t>(std::min<std::int64_t>(blockSize, size - offset));
+      const auto length = static_cast<std::size_t>(std::min<std::int64_t>(comparedBlockSize, size - offset));
       if (left.isHole(offset, length) && right.isHole(offset, length)) continue;
       const std::span leftBlock(buffer.get(), length);
-      const std::span rightBlock(buffer.get() + blockSize, length);
+      const std::span rightBlock(buffer.get() + comparedBlockSize, length);
       if (left.read(offset, leftBlock) < length || right.read(offset, rightBlock) < length) return false;
       if (std::memcmp(leftBlock.data(), rightBlock.data(), length) != 0) return false;
     }

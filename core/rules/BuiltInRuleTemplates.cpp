@@ -9,7 +9,7 @@ namespace {
 
 using Action = RuleAction::Type;
 
-constexpr std::int64_t gibibyte = std::int64_t{1024} * 1024 * 1024;
+constexpr std::int64_t oneGibibyte = std::int64_t{1024} * 1024 * 1024;
 
 // Empty texts, and numbers of none, stand for absent fields.
 constexpr std::int64_t none = -1;
@@ -27,7 +27,7 @@ struct Template {
   bool isEnabled;
 };
 
-// What the descriptions say is meant for people; the triggers are what counts.
+// The descriptions are for people; only the triggers decide.
 // clang-format off: a field a line
 constexpr std::array<Template, 12> templates{{
     {"Old Screenshots to Trash",
@@ -69,7 +69,7 @@ constexpr std::array<Template, 12> templates{{
      {},
      {},
      90,
-     gibibyte,
+     oneGibibyte,
      {},
      Action::reviewOnly,
      {},

@@ -29,7 +29,7 @@ Json subjectOf(const CleanWish& wish) {
   return json;
 }
 
-CleanWish wishFrom(const Json& subject) {
+CleanWish cleanWishFrom(const Json& subject) {
   CleanWish wish;
   wish.folders = urlsAt(subject, "folders");
   for (const auto& name : stringsFrom(requiredKey(subject, "categories"), "categories")) {
@@ -67,7 +67,7 @@ std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWi
 
 std::optional<Proposal> reproposeClean(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                        Date countedTo, const TaskMonitor& monitor) {
-  auto wish = wishFrom(subject);
+  auto wish = cleanWishFrom(subject);
   auto inside = foldersInside(boundary, wish.folders);
   wish.folders = std::move(inside.folders);
   return propose(services, wish, boundary, countedTo, monitor, {inside.leftOut.begin(), inside.leftOut.end()});

@@ -157,7 +157,7 @@ Json subjectOf(const RulesWish& wish) {
   return subject;
 }
 
-RulesWish wishFrom(const Json& subject) {
+RulesWish rulesWishFrom(const Json& subject) {
   RulesWish wish;
   const auto& rules = requiredKey(subject, "rules");
   if (!rules.is_array()) throw JsonError("\"rules\" must be an array");
@@ -191,7 +191,7 @@ std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWi
 
 std::optional<Proposal> reproposeRules(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                        Date countedTo, const TaskMonitor& monitor) {
-  auto wish = wishFrom(subject);
+  auto wish = rulesWishFrom(subject);
   wish.boundary = boundary;
   wish.now = countedTo;
   return proposeRules(services, wish, monitor);

@@ -15,7 +15,7 @@
 namespace orvane {
 namespace {
 
-constexpr int mostTries = 64;
+constexpr int placingTries = 64;
 
 class MoveIntoTrash : public PendingMove {
  public:
@@ -74,7 +74,7 @@ class MoveIntoTrash : public PendingMove {
 
   // Another process has taken the name.
   void takeAnotherName(int tries) {
-    if (tries == mostTries) throwErrno(EEXIST);
+    if (tries == placingTries) throwErrno(EEXIST);
     const std::string taken = m_name;
     takeName(m_folder->reserveName(m_item.name));
     m_folder->release(taken);

@@ -83,13 +83,13 @@ void requireWithin(std::string_view text, const JsonLimits& limits) {
   throw JsonError(fmt::format("\"{}\" must be {}", what, expected));
 }
 
-struct CodePoint {
+struct DecodedCharacter {
   unsigned code;
   std::size_t length;  // bytes
 };
 
 // Of valid UTF-8, up to three bytes; of more the code does not matter.
-CodePoint codePointAt(std::string_view text, std::size_t at) {
+DecodedCharacter codePointAt(std::string_view text, std::size_t at) {
   const auto byte = [&](std::size_t offset) { return static_cast<unsigned char>(text[at + offset]); };
   if (byte(0) < 0x80) return {byte(0), 1};
   if (byte(0) < 0xE0) return {(byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU), 2};

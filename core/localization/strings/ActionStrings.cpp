@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // clang-format off: a text a line, in the order of the languages
-constexpr std::array rows{
+constexpr std::array actionRows{
     StringRow{"action.scan",
               {"Scan Now", "Analyser", "Jetzt scannen", "今すぐスキャン", "지금 스캔", "立即扫描", "立即掃描",
                "Analizar ahora"}},
@@ -49,7 +49,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> actionStrings() noexcept {
-  return rows;
+  return actionRows;
 }
 
 }  // namespace orvane

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array cleanupRows{
     StringRow{
         "preview.once_emptied",
         {"once the Trash is emptied", "une fois la corbeille vidée", "sobald der Papierkorb geleert ist",
@@ -279,7 +279,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> cleanupStrings() noexcept {
-  return rows;
+  return cleanupRows;
 }
 
 }  // namespace orvane

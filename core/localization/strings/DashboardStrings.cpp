@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array dashboardRows{
     StringRow{"dashboard.last_scan",
               {"Last scan %1 · %2 in %3", "Dernière analyse\u00a0: %1 · %2 dans %3", "Letzter Scan: %1 · %2 in %3",
                "前回のスキャン：%1 · %3内の %2", "마지막 스캔: %1 · %3에서 %2", "上次扫描：%1 · %3中的 %2",
@@ -170,7 +170,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> dashboardStrings() noexcept {
-  return rows;
+  return dashboardRows;
 }
 
 }  // namespace orvane

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array duplicateRows{
     StringRow{"duplicates.groups.one",
               {"%1 group", "%1 groupe", "%1 Gruppe", "%1 グループ", "그룹 %1개", "%1 组", "%1 組", "%1 grupo"}},
     StringRow{"duplicates.groups.other",
@@ -233,7 +233,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> duplicateStrings() noexcept {
-  return rows;
+  return duplicateRows;
 }
 
 }  // namespace orvane

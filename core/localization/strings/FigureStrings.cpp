@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // clang-format off: a text a line, in the order of the languages
-constexpr std::array rows{
+constexpr std::array figureRows{
     StringRow{"risk.safe", {"Safe", "Sans risque", "Unbedenklich", "安全", "안전", "安全", "安全", "Seguro"}},
     StringRow{"risk.review", {"Review", "À vérifier", "Prüfen", "要確認", "검토", "需检查", "需檢查", "Revisar"}},
     StringRow{"risk.manual", {"Manual", "Manuel", "Manuell", "手動", "수동", "手动", "手動", "Manual"}},
@@ -58,7 +58,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> figureStrings() noexcept {
-  return rows;
+  return figureRows;
 }
 
 }  // namespace orvane

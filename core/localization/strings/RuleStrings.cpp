@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array ruleRows{
     StringRow{
         "rules.not_stored",
         {"The rules could not be stored.", "Les règles n’ont pas pu être enregistrées.",
@@ -497,7 +497,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> ruleStrings() noexcept {
-  return rows;
+  return ruleRows;
 }
 
 }  // namespace orvane

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array sectionRows{
     StringRow{"duplicates.subtitle",
               {"Identical files, byte for byte. One of each always stays.",
                "Fichiers identiques, octet par octet. Un exemplaire est toujours conservé.",
@@ -50,7 +50,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> sectionStrings() noexcept {
-  return rows;
+  return sectionRows;
 }
 
 }  // namespace orvane

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array settingsRows{
     StringRow{"permission.granted",
               {"Orvane can look into protected folders.", "Orvane peut examiner les dossiers protégés.",
                "Orvane kann in geschützte Ordner hineinsehen.", "Orvane は保護されたフォルダを調べられます。",
@@ -301,7 +301,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> settingsStrings() noexcept {
-  return rows;
+  return settingsRows;
 }
 
 }  // namespace orvane

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // clang-format off: a text a line, in the order of the languages
-constexpr std::array rows{
+constexpr std::array shellRows{
     StringRow{"app.name", {"Orvane", "Orvane", "Orvane", "Orvane", "Orvane", "Orvane", "Orvane", "Orvane"}},
     StringRow{
         "app.tagline",
@@ -100,7 +100,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> shellStrings() noexcept {
-  return rows;
+  return shellRows;
 }
 
 }  // namespace orvane

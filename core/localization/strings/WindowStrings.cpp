@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array windowRows{
     StringRow{"nav.language", {"Language", "Langue", "Sprache", "言語", "언어", "语言", "語言", "Idioma"}},
     StringRow{"sidebar.disk",
               {"Disk · %1 free of %2", "Libre\u00a0: %1 sur %2", "Frei: %1 von %2", "空き容量 %1 / %2",
@@ -189,7 +189,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> windowStrings() noexcept {
-  return rows;
+  return windowRows;
 }
 
 }  // namespace orvane

@@ -8,7 +8,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::string_view preferencesKey = "OrvaneLearnedCategoryPreferences";
+constexpr std::string_view learnedCategoriesKey = "OrvaneLearnedCategoryPreferences";
 
 CategoryPreferencesStore::Categories categoriesFrom(const Json* stored) {
   CategoryPreferencesStore::Categories categories;
@@ -23,7 +23,7 @@ CategoryPreferencesStore::Categories categoriesFrom(const Json* stored) {
 }  // namespace
 
 CategoryPreferencesStore::CategoryPreferencesStore(Preferences& preferences)
-    : m_preferences(preferences), m_categories(storedValue(preferences, preferencesKey, categoriesFrom)) {}
+    : m_preferences(preferences), m_categories(storedValue(preferences, learnedCategoriesKey, categoriesFrom)) {}
 
 void CategoryPreferencesStore::rememberPreference(std::string_view extensionKey, std::string_view category) {
   const std::lock_guard lock(m_mutex);
@@ -32,7 +32,7 @@ void CategoryPreferencesStore::rememberPreference(std::string_view extensionKey,
   };
   remember(m_categories);
   // Another process may have learned or forgotten something since.
-  m_categories = changeStoredValue(m_preferences, preferencesKey, remember, categoriesFrom);
+  m_categories = changeStoredValue(m_preferences, learnedCategoriesKey, remember, categoriesFrom);
 }
 
 std::optional<std::string> CategoryPreferencesStore::preferredCategory(std::string_view extensionKey) const {
@@ -62,7 +62,7 @@ std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
 void CategoryPreferencesStore::reset() {
   const std::lock_guard lock(m_mutex);
   m_categories.clear();
-  m_preferences.setValue(preferencesKey, Json(m_categories));
+  m_preferences.setValue(learnedCategoriesKey, Json(m_categories));
 }
 
 }  // namespace orvane

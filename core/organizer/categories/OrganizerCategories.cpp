@@ -34,7 +34,7 @@ struct ExtensionCategory {
 };
 
 constexpr std::string_view imagesCategory = "Media/Images";
-constexpr std::string_view screenshotsCategory = "Media/Screenshots";
+constexpr std::string_view screenshotsOfMedia = "Media/Screenshots";
 
 constexpr std::array extensionCategories{
     ExtensionCategory{pdfExtensions, "Documents/PDFs"},
@@ -102,7 +102,7 @@ std::optional<std::vector<std::string>> lowerCaseEntries(const FileUrl& folder) 
 std::string_view defaultCategoryNameForExtension(std::string_view extension, std::string_view filename) {
   for (const auto& row : extensionCategories) {
     if (!contains(row.extensions, extension)) continue;
-    return row.category == imagesCategory && nameSaysScreenshot(filename) ? screenshotsCategory : row.category;
+    return row.category == imagesCategory && nameSaysScreenshot(filename) ? screenshotsOfMedia : row.category;
   }
   return otherCategory;
 }

@@ -47,7 +47,7 @@ struct Field {
   std::string (*problem)(const Value& value, std::string_view key);  // null where every value can work
   std::string (*words)(const Value& value);
 };
-constexpr std::tuple fields{
+constexpr std::tuple triggerFields{
     Field<std::string>{"folderPath", &RuleTrigger::folderPath, stringFrom, rulePathProblem,
                        [](const auto& path) { return "in " + path; }},
     Field<Texts>{"fileExtensions", &RuleTrigger::fileExtensions, stringsFrom, extensionsProblem,
@@ -63,7 +63,7 @@ constexpr std::tuple fields{
 
 template <typename Visit>
 void forEachField(Visit visit) {
-  std::apply([&](const auto&... field) { (visit(field), ...); }, fields);
+  std::apply([&](const auto&... field) { (visit(field), ...); }, triggerFields);
 }
 
 // Calls back with each field that places a condition, and its value.
@@ -104,7 +104,7 @@ std::vector<std::string> RuleTrigger::conditions() const {
 }
 
 std::span<const std::string_view> RuleTrigger::keys() {
-  static constexpr auto all = std::apply([](const auto&... field) { return std::array{field.key...}; }, fields);
+  static constexpr auto all = std::apply([](const auto&... field) { return std::array{field.key...}; }, triggerFields);
   return all;
 }
 

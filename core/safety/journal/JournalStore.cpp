@@ -25,7 +25,7 @@
 
 namespace orvane {
 namespace {
-constexpr std::string_view fileName = "undo_journal.json";
+constexpr std::string_view journalFileName = "undo_journal.json";
 // Of ten million entries and more; what is longer was not written by this program.
 constexpr std::int64_t longestJournal = std::int64_t{8} * 1024 * 1024 * 1024;
 constexpr std::string_view lockName = "undo_journal.lock";
@@ -37,7 +37,8 @@ ItemIdentity identityOf(const FileDescriptor& file) {
 }
 }  // namespace
 
-JournalStore::JournalStore(std::string folder) : m_folder(std::move(folder)), m_path(joinPath(m_folder, fileName)) {
+JournalStore::JournalStore(std::string folder)
+    : m_folder(std::move(folder)), m_path(joinPath(m_folder, journalFileName)) {
   AtomicFile::removeAbandoned(m_path, lockPath());
 }
 

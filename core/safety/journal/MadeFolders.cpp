@@ -21,7 +21,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::string_view fileName = "undo_journal.folders";
+constexpr std::string_view foldersFileName = "undo_journal.folders";
 
 // Whether it was the folder, was empty and is gone.
 bool removeIfStill(const std::string& path, std::uint64_t inode) {
@@ -35,7 +35,7 @@ bool removeIfStill(const std::string& path, std::uint64_t inode) {
 
 }  // namespace
 
-MadeFolders::MadeFolders(const std::string& folder) : m_path(joinPath(folder, fileName)) {}
+MadeFolders::MadeFolders(const std::string& folder) : m_path(joinPath(folder, foldersFileName)) {}
 
 void MadeFolders::append(std::span<const std::string> folders) const noexcept {
   if (folders.empty()) return;
@@ -83,7 +83,7 @@ void MadeFolders::removeEmpty(const std::set<std::string>& folders) const noexce
       }
     }
   } catch (const std::exception&) {
-    // What cannot be read is not removed.
+    // An unreadable folder is not removed.
   }
 }
 

@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint32_t sameName = 0xFFFFFFFF;
 constexpr std::uint32_t noChecksum = 0xFFFFFFFF;
 
-constexpr std::size_t blockBytes = 256 * 1024;
+constexpr std::size_t packedBlockBytes = 256 * 1024;
 
 std::pair<std::string_view, std::string_view> splitAfterFolder(const FileUrl& url) {
   const std::string_view path = url.path();
@@ -63,7 +63,7 @@ class PackedEntries::Texts {
  public:
   char* reserve(std::size_t length) {
     if (length > m_free) {
-      m_free = std::max(length, blockBytes);
+      m_free = std::max(length, packedBlockBytes);
       m_blocks.push_back(std::make_unique_for_overwrite<char[]>(m_free));
       m_place = m_blocks.back().get();
     }

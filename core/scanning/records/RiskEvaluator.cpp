@@ -5,19 +5,11 @@
 #include <string_view>
 
 namespace orvane {
-namespace {
-
-bool contains(std::string_view text, std::string_view fragment) noexcept {
-  return text.find(fragment) != std::string_view::npos;
-}
-
-}  // namespace
-
 RiskLabel RiskEvaluator::evaluate(ScanCategory category, const FileUrl& url, std::int64_t /*fileSize*/,
                                   Date createdDate, std::optional<Date> /*lastOpenedDate*/) {
   const std::string_view path = url.path();
-  if (contains(path, keychainsFragment) || contains(path, systemPreferenceFragment) ||
-      (path.ends_with(propertyListEnding) && contains(path, preferencesFragment))) {
+  if (containsFragment(path, keychainsFragment) || containsFragment(path, systemPreferenceFragment) ||
+      (path.ends_with(propertyListEnding) && containsFragment(path, preferencesFragment))) {
     return RiskLabel::manual;
   }
   return labelByCategory(category, createdDate);

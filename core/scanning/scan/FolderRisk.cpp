@@ -4,17 +4,10 @@
 #include "core/scanning/records/SensitivePaths.h"
 
 namespace orvane {
-namespace {
-
-bool contains(std::string_view text, std::string_view fragment) noexcept {
-  return text.find(fragment) != std::string_view::npos;
-}
-
-}  // namespace
-
 FolderRisk::FolderRisk(std::string_view folderPrefix) noexcept
-    : m_isSensitive(contains(folderPrefix, keychainsFragment) || contains(folderPrefix, systemPreferenceFragment)),
-      m_inPreferences(contains(folderPrefix, preferencesFragment)),
+    : m_isSensitive(containsFragment(folderPrefix, keychainsFragment) ||
+                    containsFragment(folderPrefix, systemPreferenceFragment)),
+      m_inPreferences(containsFragment(folderPrefix, preferencesFragment)),
       m_isPreferences(folderPrefix.ends_with(preferencesFragment)) {}
 
 RiskLabel FolderRisk::evaluate(ScanCategory category, std::string_view name, Date createdDate) const noexcept {

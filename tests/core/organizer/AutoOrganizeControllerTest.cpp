@@ -19,7 +19,7 @@ using test::exists;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* key = "OrvaneAutoOrganizeSettings";
+constexpr const char* settingsKey = "OrvaneAutoOrganizeSettings";
 
 TEST(AutoOrganizeSettings, haveTheirGivenForm) {
   test::TemporaryTree home;
@@ -49,11 +49,11 @@ TEST(AutoOrganizeSettings, fallBackToTheDefaults) {
   test::MemoryPreferences preferences;
   AutoOrganizeSettingsStore store(preferences);
   EXPECT_EQ(store.get(), AutoOrganizeSettings());
-  preferences.values[key] = Json{{"isEnabled", true}};
+  preferences.values[settingsKey] = Json{{"isEnabled", true}};
   EXPECT_EQ(store.get(), AutoOrganizeSettings());
   store.update([](auto& settings) { settings.recentsDays = 7; });
   EXPECT_EQ(store.get().recentsDays, 7);
-  EXPECT_EQ(preferences.values[key]["recentsDays"], 7);
+  EXPECT_EQ(preferences.values[settingsKey]["recentsDays"], 7);
 }
 
 class ManualTimer : public RepeatingTimer {

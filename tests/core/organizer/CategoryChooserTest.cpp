@@ -33,10 +33,10 @@ TEST_P(SmartCategory, dependsOnTheFolderAndTheName) {
 }
 
 constexpr auto file = ItemKind::file;
-constexpr auto folder = ItemKind::folder;
+constexpr auto aFolder = ItemKind::folder;
 
 INSTANTIATE_TEST_SUITE_P(Pictures, SmartCategory,
-                         testing::Values(Choice{"Pictures", "Trip", folder, "Folders"},
+                         testing::Values(Choice{"Pictures", "Trip", aFolder, "Folders"},
                                          Choice{"my PHOTOS", "Screen Shot 1.gif", file, "Screenshots"},
                                          Choice{"Pictures", "Capture.png", file, "Screenshots"},
                                          Choice{"Pictures", "CleanShot of a logo.png", file, "Screenshots"},
@@ -56,24 +56,24 @@ INSTANTIATE_TEST_SUITE_P(Pictures, SmartCategory,
 
 INSTANTIATE_TEST_SUITE_P(
     Media, SmartCategory,
-    testing::Values(Choice{"Media", "old PHOTOS", folder, "Images"}, Choice{"Media", "movie photos", folder, "Images"},
-                    Choice{"Media", "Movies", folder, "Videos"}, Choice{"Media", "musicals", folder, "Audio"},
-                    Choice{"Media", "Stuff", folder, "Folders"}, Choice{"media", "a.SVG", file, "Images"},
-                    Choice{"Media", "My Screenshot.png", file, "Screenshots"},
+    testing::Values(Choice{"Media", "old PHOTOS", aFolder, "Images"},
+                    Choice{"Media", "movie photos", aFolder, "Images"}, Choice{"Media", "Movies", aFolder, "Videos"},
+                    Choice{"Media", "musicals", aFolder, "Audio"}, Choice{"Media", "Stuff", aFolder, "Folders"},
+                    Choice{"media", "a.SVG", file, "Images"}, Choice{"Media", "My Screenshot.png", file, "Screenshots"},
                     Choice{"Media", "screenshot.mov", file, "Videos"}, Choice{"Media", "a.aiff", file, "Audio"},
                     Choice{"Media", "a.pdf", file, "Other"}, Choice{"Media 2", "a.pdf", file, "Documents/PDFs"}));
 
 INSTANTIATE_TEST_SUITE_P(Documents, SmartCategory,
                          testing::Values(Choice{"Documents", "a.pdf", file, "PDFs"},
                                          Choice{"DOCUMENT", "a.txt", file, "Text & Notes"},
-                                         Choice{"Documents", "Homework", folder, "Folders"},
+                                         Choice{"Documents", "Homework", aFolder, "Folders"},
                                          Choice{"Documents", "a.png", file, "Media/Images"},
-                                         Choice{"Documents", "Backups", folder, "Archives/Folders"},
+                                         Choice{"Documents", "Backups", aFolder, "Archives/Folders"},
                                          Choice{"Documents", "a.doc", file, "Old/Letters"}));
 
 INSTANTIATE_TEST_SUITE_P(Development, SmartCategory,
                          testing::Values(Choice{"Dev", "a.png", file, "Source Code"},
-                                         Choice{"development", "Photos", folder, "Projects"},
+                                         Choice{"development", "Photos", aFolder, "Projects"},
                                          Choice{"CODE", "x.inv", file, "Source Code"}));
 
 INSTANTIATE_TEST_SUITE_P(OtherFolders, SmartCategory,
@@ -81,9 +81,9 @@ INSTANTIATE_TEST_SUITE_P(OtherFolders, SmartCategory,
                                          Choice{"Downloads", "noext", file, "Other"},
                                          Choice{"Downloads", ".hidden", file, "Other"},
                                          Choice{"Downloads", "bill.INV", file, "Work/Invoices"},
-                                         Choice{"Downloads", "MyPhotos", folder, "Media/Folders"},
+                                         Choice{"Downloads", "MyPhotos", aFolder, "Media/Folders"},
                                          Choice{"Downloads", "Screenshot.webp", file, "Media/Screenshots"},
-                                         Choice{"Downloads", "nothing told", folder, "Documents/Folders"}));
+                                         Choice{"Downloads", "nothing told", aFolder, "Documents/Folders"}));
 
 std::string byType(std::string_view name, ItemKind kind = ItemKind::file) {
   return CategoryChooser(FileUrl("/d/Pictures"), OrganizationStrategy::byType, {{"pdf", "x"}})

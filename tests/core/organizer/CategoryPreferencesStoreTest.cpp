@@ -11,7 +11,7 @@
 namespace orvane {
 namespace {
 
-constexpr const char* key = "OrvaneLearnedCategoryPreferences";
+constexpr const char* learnedKey = "OrvaneLearnedCategoryPreferences";
 
 using test::MemoryPreferences;
 
@@ -21,16 +21,16 @@ TEST(CategoryPreferencesStore, remembersUnderLowerCaseKeysAndStoresAtOnce) {
   store.rememberPreference("PDF", "Work/Invoices");
   EXPECT_EQ(store.preferredCategory("Pdf"), "Work/Invoices");
   EXPECT_FALSE(store.preferredCategory("txt"));
-  EXPECT_EQ(preferences.values[key], Json({{"pdf", "Work/Invoices"}}));
+  EXPECT_EQ(preferences.values[learnedKey], Json({{"pdf", "Work/Invoices"}}));
   EXPECT_EQ(CategoryPreferencesStore(preferences).preferredCategory("pdf"), "Work/Invoices");
   store.reset();
   EXPECT_FALSE(store.preferredCategory("pdf"));
-  EXPECT_EQ(preferences.values[key], Json::object());
+  EXPECT_EQ(preferences.values[learnedKey], Json::object());
 }
 
 TEST(CategoryPreferencesStore, namesTheFirstFolderOfEveryCategory) {
   MemoryPreferences preferences;
-  preferences.values[key] =
+  preferences.values[learnedKey] =
       Json({{"a", "Work/Invoices"}, {"b", "Work"}, {"c", "/Led/By slash"}, {"d", "/"}, {"e", ""}});
   EXPECT_THAT(CategoryPreferencesStore(preferences).learnedCategoryRoots(), testing::ElementsAre("Led", "Work"));
 }
@@ -38,7 +38,7 @@ TEST(CategoryPreferencesStore, namesTheFirstFolderOfEveryCategory) {
 TEST(CategoryPreferencesStore, startsEmptyFromAMalformedValue) {
   for (const Json& stored : {Json("text"), Json::array({1}), Json({{"pdf", 1}, {"txt", "Notes"}}), Json()}) {
     MemoryPreferences preferences;
-    preferences.values[key] = stored;
+    preferences.values[learnedKey] = stored;
     EXPECT_FALSE(CategoryPreferencesStore(preferences).preferredCategory("txt")) << stored;
   }
 }
@@ -49,7 +49,7 @@ TEST(CategoryPreferencesStore, keepsWhatAnotherProcessLearned) {
   CategoryPreferencesStore other(preferences);
   other.rememberPreference("txt", "Notes");
   store.rememberPreference("pdf", "Work");
-  EXPECT_EQ(preferences.values[key], Json({{"pdf", "Work"}, {"txt", "Notes"}}));
+  EXPECT_EQ(preferences.values[learnedKey], Json({{"pdf", "Work"}, {"txt", "Notes"}}));
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ using enum ScanCategory;
 
 constexpr std::int64_t mebibyte = 1'048'576;
 constexpr std::int64_t gibibyte = 1'073'741'824;
-constexpr std::nullopt_t none = std::nullopt;
+constexpr std::nullopt_t absent = std::nullopt;
 
 enum class Template : std::uint8_t { organize, screenshot, installer, cachesAndLogs, removalQuery, reviewQuery };
 
@@ -109,95 +109,98 @@ Categories only(ScanCategory category) {
   return std::vector{category};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Screenshots, OfflineParser,
-    testing::Values(
-        Request{"clean screenshots", Template::screenshot, "Downloads", only(screenshots), pictures, 30, none},
-        Request{"remove screen shots older than two weeks from my desktop", Template::screenshot, "Desktop",
-                only(screenshots), pictures, 14, none},
-        Request{"Delete Screenshot.", Template::screenshot, "Downloads", only(screenshots), pictures, 30, none},
-        Request{"big screenshots in pictures", Template::screenshot, "Pictures", only(screenshots), pictures, 30,
-                500 * mebibyte},
-        Request{"screenshots and dmg files", Template::screenshot, "Downloads", only(screenshots), pictures, 30, none},
-        Request{"sort screenshots on my desktop", Template::organize, "Desktop", only(screenshots), pictures, none,
-                none},
-        Request{"trash and sort screenshots", Template::screenshot, "Downloads", only(screenshots), pictures, 30,
-                none}));
+INSTANTIATE_TEST_SUITE_P(Screenshots, OfflineParser,
+                         testing::Values(Request{"clean screenshots", Template::screenshot, "Downloads",
+                                                 only(screenshots), pictures, 30, absent},
+                                         Request{"remove screen shots older than two weeks from my desktop",
+                                                 Template::screenshot, "Desktop", only(screenshots), pictures, 14,
+                                                 absent},
+                                         Request{"Delete Screenshot.", Template::screenshot, "Downloads",
+                                                 only(screenshots), pictures, 30, absent},
+                                         Request{"big screenshots in pictures", Template::screenshot, "Pictures",
+                                                 only(screenshots), pictures, 30, 500 * mebibyte},
+                                         Request{"screenshots and dmg files", Template::screenshot, "Downloads",
+                                                 only(screenshots), pictures, 30, absent},
+                                         Request{"sort screenshots on my desktop", Template::organize, "Desktop",
+                                                 only(screenshots), pictures, absent, absent},
+                                         Request{"trash and sort screenshots", Template::screenshot, "Downloads",
+                                                 only(screenshots), pictures, 30, absent}));
 
 INSTANTIATE_TEST_SUITE_P(Installers, OfflineParser,
                          testing::Values(Request{"delete dmg files", Template::installer, "Downloads",
-                                                 only(oldDownloads), installers, 7, none},
+                                                 only(oldDownloads), installers, 7, absent},
                                          Request{"delete dmg files on the desktop", Template::installer, "Downloads",
-                                                 only(oldDownloads), installers, 7, none},
+                                                 only(oldDownloads), installers, 7, absent},
                                          Request{"remove setup.dmg older than a year", Template::installer, "Downloads",
-                                                 only(oldDownloads), installers, 365, none},
+                                                 only(oldDownloads), installers, 365, absent},
                                          Request{"installers over 3 megabytes", Template::installer, "Downloads",
                                                  only(oldDownloads), installers, 7, 3 * mebibyte},
                                          Request{"organise installers on my desktop", Template::organize, "Desktop",
-                                                 none, std::vector<std::string>{"dmg", "pkg", "iso"}, none, none}));
+                                                 absent, std::vector<std::string>{"dmg", "pkg", "iso"}, absent,
+                                                 absent}));
 
 INSTANTIATE_TEST_SUITE_P(CachesAndLogs, OfflineParser,
                          testing::Values(Request{"clear caches", Template::cachesAndLogs, "Library/Caches",
-                                                 only(caches), none, none, none},
+                                                 only(caches), absent, absent, absent},
                                          Request{"tidy and delete old logs", Template::cachesAndLogs, "Library/Logs",
-                                                 only(logs), none, 30, none},
+                                                 only(logs), absent, 30, absent},
                                          Request{"logs and caches", Template::cachesAndLogs, "Library/Caches",
-                                                 std::vector{caches, logs}, none, none, none},
+                                                 std::vector{caches, logs}, absent, absent, absent},
                                          Request{"logs in my documents from six months ago", Template::cachesAndLogs,
-                                                 "Documents", only(logs), none, 180, none}));
+                                                 "Documents", only(logs), absent, 180, absent}));
 
 INSTANTIATE_TEST_SUITE_P(
     Organizing, OfflineParser,
-    testing::Values(Request{"sort my downloads", Template::organize, "Downloads", none, none, none, none},
-                    Request{"tidy my desktop", Template::organize, "Desktop", none, none, none, none},
-                    Request{"group old photos", Template::organize, "Pictures", none, none, 30, none},
-                    Request{"categorize huge documents", Template::organize, "Documents", none, none, none,
+    testing::Values(Request{"sort my downloads", Template::organize, "Downloads", absent, absent, absent, absent},
+                    Request{"tidy my desktop", Template::organize, "Desktop", absent, absent, absent, absent},
+                    Request{"group old photos", Template::organize, "Pictures", absent, absent, 30, absent},
+                    Request{"categorize huge documents", Template::organize, "Documents", absent, absent, absent,
                             500 * mebibyte}));
 
 INSTANTIATE_TEST_SUITE_P(
     Queries, OfflineParser,
     testing::Values(
-        Request{"find files larger than 2 gb", Template::reviewQuery, "Downloads", only(largeFiles), none, none,
+        Request{"find files larger than 2 gb", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent,
                 2'147'483'648},
-        Request{"find big files", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 524'288'000},
-        Request{"show me stuff", Template::reviewQuery, "Downloads", none, none, none, 209'715'200},
-        Request{"", Template::reviewQuery, "Downloads", none, none, none, 209'715'200},
-        Request{"login items", Template::reviewQuery, "Downloads", none, none, none, 209'715'200},
-        Request{"stale stuff", Template::reviewQuery, "Downloads", none, none, 30, none},
-        Request{"free space on my desktop", Template::removalQuery, "Desktop", none, none, none, 209'715'200},
-        Request{"purge files of 3 days and 1 gig", Template::removalQuery, "Downloads", only(largeFiles), none, 3,
+        Request{"find big files", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 524'288'000},
+        Request{"show me stuff", Template::reviewQuery, "Downloads", absent, absent, absent, 209'715'200},
+        Request{"", Template::reviewQuery, "Downloads", absent, absent, absent, 209'715'200},
+        Request{"login items", Template::reviewQuery, "Downloads", absent, absent, absent, 209'715'200},
+        Request{"stale stuff", Template::reviewQuery, "Downloads", absent, absent, 30, absent},
+        Request{"free space on my desktop", Template::removalQuery, "Desktop", absent, absent, absent, 209'715'200},
+        Request{"purge files of 3 days and 1 gig", Template::removalQuery, "Downloads", only(largeFiles), absent, 3,
                 gibibyte},
-        Request{"show organizer", Template::reviewQuery, "Downloads", none, none, none, 209'715'200}));
+        Request{"show organizer", Template::reviewQuery, "Downloads", absent, absent, absent, 209'715'200}));
 
 INSTANTIATE_TEST_SUITE_P(
     Quantities, OfflineParser,
     testing::Values(
-        Request{"files of a week", Template::reviewQuery, "Downloads", none, none, 7, none},
-        Request{"files of an year", Template::reviewQuery, "Downloads", none, none, 365, none},
-        Request{"files of ten\tmonths", Template::reviewQuery, "Downloads", none, none, 300, none},
-        Request{"files of 5weeks", Template::reviewQuery, "Downloads", none, none, 35, none},
-        Request{"older than 1 day or 9 days", Template::reviewQuery, "Downloads", none, none, 1, none},
-        Request{"files of 0 days", Template::reviewQuery, "Downloads", none, none, 0, none},
-        Request{"files of \u0663\u0660 days", Template::reviewQuery, "Downloads", none, none, 30, none},
-        Request{"old files of 12 daysy", Template::reviewQuery, "Downloads", none, none, 30, none},
-        Request{"files of the last week", Template::reviewQuery, "Downloads", none, none, none, 200 * mebibyte},
-        Request{"3 megabytes", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 3'145'728},
-        Request{"4 gigs", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 4 * gibibyte},
-        Request{"two gigabytes", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 2 * gibibyte},
-        Request{"7MEG", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 7 * mebibyte},
-        Request{"1.5 gb", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 5 * gibibyte},
-        Request{"mb", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 104'857'600},
-        Request{"gb or mb, big", Template::reviewQuery, "Downloads", only(largeFiles), none, none, gibibyte},
-        Request{"large mb", Template::reviewQuery, "Downloads", only(largeFiles), none, none, 100 * mebibyte}));
+        Request{"files of a week", Template::reviewQuery, "Downloads", absent, absent, 7, absent},
+        Request{"files of an year", Template::reviewQuery, "Downloads", absent, absent, 365, absent},
+        Request{"files of ten\tmonths", Template::reviewQuery, "Downloads", absent, absent, 300, absent},
+        Request{"files of 5weeks", Template::reviewQuery, "Downloads", absent, absent, 35, absent},
+        Request{"older than 1 day or 9 days", Template::reviewQuery, "Downloads", absent, absent, 1, absent},
+        Request{"files of 0 days", Template::reviewQuery, "Downloads", absent, absent, 0, absent},
+        Request{"files of \u0663\u0660 days", Template::reviewQuery, "Downloads", absent, absent, 30, absent},
+        Request{"old files of 12 daysy", Template::reviewQuery, "Downloads", absent, absent, 30, absent},
+        Request{"files of the last week", Template::reviewQuery, "Downloads", absent, absent, absent, 200 * mebibyte},
+        Request{"3 megabytes", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 3'145'728},
+        Request{"4 gigs", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 4 * gibibyte},
+        Request{"two gigabytes", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 2 * gibibyte},
+        Request{"7MEG", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 7 * mebibyte},
+        Request{"1.5 gb", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 5 * gibibyte},
+        Request{"mb", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 104'857'600},
+        Request{"gb or mb, big", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, gibibyte},
+        Request{"large mb", Template::reviewQuery, "Downloads", only(largeFiles), absent, absent, 100 * mebibyte}));
 
 INSTANTIATE_TEST_SUITE_P(
     Folders, OfflineParser,
-    testing::Values(Request{"desktop or downloads", Template::reviewQuery, "Downloads", none, none, none,
-                            200 * mebibyte},
-                    Request{"photo documents", Template::reviewQuery, "Documents", none, none, none, 200 * mebibyte},
-                    Request{"logs on the desktop", Template::cachesAndLogs, "Desktop", only(logs), none, none, none},
-                    Request{"my DESKTOP\u00e9s", Template::reviewQuery, "Downloads", none, none, none, 200 * mebibyte},
-                    Request{"pictures\u2026", Template::reviewQuery, "Pictures", none, none, none, 200 * mebibyte}));
+    testing::Values(
+        Request{"desktop or downloads", Template::reviewQuery, "Downloads", absent, absent, absent, 200 * mebibyte},
+        Request{"photo documents", Template::reviewQuery, "Documents", absent, absent, absent, 200 * mebibyte},
+        Request{"logs on the desktop", Template::cachesAndLogs, "Desktop", only(logs), absent, absent, absent},
+        Request{"my DESKTOP\u00e9s", Template::reviewQuery, "Downloads", absent, absent, absent, 200 * mebibyte},
+        Request{"pictures\u2026", Template::reviewQuery, "Pictures", absent, absent, absent, 200 * mebibyte}));
 
 class OfflineParserAlone : public testing::Test {
  protected:

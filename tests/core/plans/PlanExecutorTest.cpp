@@ -51,7 +51,7 @@ CleaningPlanStep stepOf(PlannedAction action, CleaningFilter filter, std::string
   return step;
 }
 
-CleaningPlan planOf(std::vector<CleaningPlanStep> steps) {
+CleaningPlan planWith(std::vector<CleaningPlanStep> steps) {
   CleaningPlan plan;
   plan.userGoal = "goal";
   plan.steps = std::move(steps);
@@ -59,7 +59,7 @@ CleaningPlan planOf(std::vector<CleaningPlanStep> steps) {
 }
 
 bool matches(const CleaningFilter& filter, const Candidate& candidate) {
-  return !PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, filter)}), {itemOf(candidate)}, now).empty();
+  return !PlanExecutor::dryRun(planWith({stepOf(PlannedAction::trash, filter)}), {itemOf(candidate)}, now).empty();
 }
 
 struct FilterCase {
@@ -77,24 +77,26 @@ TEST_P(PlanFilter, decides) {
   EXPECT_EQ(matches(GetParam().filter, GetParam().candidate), GetParam().accepted);
 }
 
-using Categories = std::vector<ScanCategory>;
-using Extensions = std::vector<std::string>;
+using CategoryList = std::vector<ScanCategory>;
+using ExtensionList = std::vector<std::string>;
 
 INSTANTIATE_TEST_SUITE_P(
     Criteria, PlanFilter,
     testing::Values(
         FilterCase{"no criteria", {}, {}, true},
+        FilterCase{"empty criteria",
+                   {.categories = CategoryList{}, .extensions = ExtensionList{}, .nameContains = ""},
+                   {},
+                   true},
         FilterCase{
-            "empty criteria", {.categories = Categories{}, .extensions = Extensions{}, .nameContains = ""}, {}, true},
-        FilterCase{
-            "one of the categories", {.categories = Categories{ScanCategory::logs, ScanCategory::caches}}, {}, true},
-        FilterCase{"other category", {.categories = Categories{ScanCategory::manualReview}}, {}, false},
-        FilterCase{"extension in any case", {.extensions = Extensions{"jpg"}}, {.path = "/d/photo.JPG"}, true},
-        FilterCase{"filter in any case", {.extensions = Extensions{"gif", "JpG"}}, {.path = "/d/photo.jpg"}, true},
-        FilterCase{"filter with a dot", {.extensions = Extensions{".jpg"}}, {.path = "/d/photo.jpg"}, false},
-        FilterCase{"beginning of an extension", {.extensions = Extensions{"jp"}}, {.path = "/d/photo.jpg"}, false},
-        FilterCase{"extension beyond ASCII", {.extensions = Extensions{"ÄÖ"}}, {.path = "/d/photo.äÖ"}, true},
-        FilterCase{"no extension", {.extensions = Extensions{"bashrc"}}, {.path = "/d/.bashrc"}, false},
+            "one of the categories", {.categories = CategoryList{ScanCategory::logs, ScanCategory::caches}}, {}, true},
+        FilterCase{"other category", {.categories = CategoryList{ScanCategory::manualReview}}, {}, false},
+        FilterCase{"extension in any case", {.extensions = ExtensionList{"jpg"}}, {.path = "/d/photo.JPG"}, true},
+        FilterCase{"filter in any case", {.extensions = ExtensionList{"gif", "JpG"}}, {.path = "/d/photo.jpg"}, true},
+        FilterCase{"filter with a dot", {.extensions = ExtensionList{".jpg"}}, {.path = "/d/photo.jpg"}, false},
+        FilterCase{"beginning of an extension", {.extensions = ExtensionList{"jp"}}, {.path = "/d/photo.jpg"}, false},
+        FilterCase{"extension beyond ASCII", {.extensions = ExtensionList{"ÄÖ"}}, {.path = "/d/photo.äÖ"}, true},
+        FilterCase{"no extension", {.extensions = ExtensionList{"bashrc"}}, {.path = "/d/.bashrc"}, false},
         FilterCase{"exact size", {.minimumSizeBytes = 10}, {}, true},
         FilterCase{"a byte too small", {.minimumSizeBytes = 11}, {}, false},
         FilterCase{"negative size", {.minimumSizeBytes = -1}, {.size = 0}, true},
@@ -103,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
         FilterCase{"age of 0", {.minimumAgeDays = 0}, {.ageDays = 0}, true},
         FilterCase{"name in any case", {.nameContains = "RÉSUMÉ"}, {.path = "/d/Mon résumé.pdf"}, true},
         FilterCase{"folder's name does not count", {.nameContains = "report"}, {.path = "/report/x.pdf"}, false},
-        FilterCase{"all must hold", {.extensions = Extensions{"txt"}, .minimumSizeBytes = 11}, {}, false}));
+        FilterCase{"all must hold", {.extensions = ExtensionList{"txt"}, .minimumSizeBytes = 11}, {}, false}));
 
 struct Table {
   PlannedAction action;
@@ -116,7 +118,7 @@ class PlanSelection : public test::SafetyFixture, public testing::WithParamInter
 TEST_P(PlanSelection, followsActionAndRisk) {
   const auto& row = GetParam();
   const auto file = tree.file("Downloads/a.txt");
-  const auto results = PlanExecutor::dryRun(planOf({stepOf(row.action, {}, tree.path("Downloads"))}),
+  const auto results = PlanExecutor::dryRun(planWith({stepOf(row.action, {}, tree.path("Downloads"))}),
                                             {itemOf({.path = file, .label = row.label})}, now);
   ASSERT_THAT(results, SizeIs(1));
   EXPECT_EQ(results[0].canExecute, row.canExecute);
@@ -134,14 +136,14 @@ INSTANTIATE_TEST_SUITE_P(Rows, PlanSelection,
                                          Table{PlannedAction::review, RiskLabel::manual, false, false}));
 
 TEST(PlanDryRun, keepsTheCandidatesOrderAndTakesTheFirstStep) {
-  auto first = stepOf(PlannedAction::review, {.extensions = Extensions{"b"}});
+  auto first = stepOf(PlannedAction::review, {.extensions = ExtensionList{"b"}});
   first.explanation = "first";
-  auto second = stepOf(PlannedAction::trash, {.extensions = Extensions{"a", "b"}});
+  auto second = stepOf(PlannedAction::trash, {.extensions = ExtensionList{"a", "b"}});
   second.explanation = "second";
   second.destinationFolder = "/ignored";
   const std::vector<FileItem> candidates{itemOf({.path = "/d/1.a"}), itemOf({.path = "/d/2.b"}),
                                          itemOf({.path = "/d/3.c"}), itemOf({.path = "/d/4.a"})};
-  const auto results = PlanExecutor::dryRun(planOf({first, second}), candidates, now);
+  const auto results = PlanExecutor::dryRun(planWith({first, second}), candidates, now);
 
   ASSERT_THAT(results, SizeIs(3));
   EXPECT_EQ(results[0].item, candidates[0]);
@@ -166,7 +168,7 @@ class PlanExecutorTest : public test::SafetyFixture {
     step.destinationFolder = destination;
     std::vector<FileItem> items;
     for (const auto& file : files) items.push_back(itemOf({.path = file}));
-    return PlanExecutor::dryRun(planOf({step}), std::move(items), now);
+    return PlanExecutor::dryRun(planWith({step}), std::move(items), now);
   }
 
   [[nodiscard]] PlanExecutionSummary execute(const std::vector<PlanMatchResult>& results) {
@@ -273,9 +275,9 @@ TEST_F(PlanExecutorTest, aWholePlanComesBackByteForByte) {
   tree.file("Downloads/sub/cache.bin", "cache");
   test::setAge(tree.path("Downloads/old.dmg"), 86400 * 90);
   const auto before = everything();
-  auto organize = stepOf(PlannedAction::move, {.extensions = Extensions{"pdf"}}, tree.path("Downloads"));
+  auto organize = stepOf(PlannedAction::move, {.extensions = ExtensionList{"pdf"}}, tree.path("Downloads"));
   organize.destinationFolder = organize.targetFolder;
-  const auto plan = planOf({organize, stepOf(PlannedAction::trash, {.minimumAgeDays = 30}, tree.path("Downloads"))});
+  const auto plan = planWith({organize, stepOf(PlannedAction::trash, {.minimumAgeDays = 30}, tree.path("Downloads"))});
   const auto results = PlanExecutor::dryRun(plan,
                                             {itemOf({.path = tree.path("Downloads/old.dmg"), .size = 5000}),
                                              itemOf({.path = tree.path("Downloads/report.pdf"), .size = 6}),
@@ -306,7 +308,7 @@ TEST_F(PlanExecutorTest, carriesOutOnlyWhatIsSelectedAndMayBe) {
   const auto forced = tree.file("Downloads/forced");
   const auto review = tree.file("Downloads/review");
   auto results = PlanExecutor::dryRun(
-      planOf({stepOf(PlannedAction::review, {.nameContains = "review"}), stepOf(PlannedAction::trash, {})}),
+      planWith({stepOf(PlannedAction::review, {.nameContains = "review"}), stepOf(PlannedAction::trash, {})}),
       {itemOf({.path = safe}), itemOf({.path = unselected}), itemOf({.path = manual, .label = RiskLabel::manual}),
        itemOf({.path = forced, .label = RiskLabel::manual}), itemOf({.path = review})},
       now);
@@ -322,7 +324,7 @@ TEST_F(PlanExecutorTest, carriesOutOnlyWhatIsSelectedAndMayBe) {
 }
 
 TEST_F(PlanExecutorTest, nothingSelectedWritesNothing) {
-  auto results = PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, {})}),
+  auto results = PlanExecutor::dryRun(planWith({stepOf(PlannedAction::trash, {})}),
                                       {itemOf({.path = tree.file("Downloads/a")})}, now);
   results[0].isSelected = false;
   const auto summary = execute(results);
@@ -342,7 +344,7 @@ TEST_F(PlanExecutorTest, aBadFileNeverStopsTheOthers) {
   for (const auto& path : {outside, escape, gone, std::string("/etc/hostname"), tree.path(), good}) {
     items.push_back(itemOf({.path = path}));
   }
-  const auto summary = execute(PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, {})}), items, now));
+  const auto summary = execute(PlanExecutor::dryRun(planWith({stepOf(PlannedAction::trash, {})}), items, now));
 
   EXPECT_EQ(summary.itemsProcessed, 1);
   EXPECT_EQ(summary.bytesReclaimed, 10);
@@ -361,7 +363,7 @@ TEST_F(PlanExecutorTest, leavesAloneAFileThatTookTheNameOfTheOneLookedAt) {
     fields.category = ScanCategory::caches;
     items.emplace_back(std::move(fields));
   }
-  const auto results = PlanExecutor::dryRun(planOf({stepOf(PlannedAction::trash, {})}), items, now);
+  const auto results = PlanExecutor::dryRun(planWith({stepOf(PlannedAction::trash, {})}), items, now);
   std::filesystem::remove(swapped);
   tree.file("Downloads/swapped", "somebody's only copy");
   const auto summary = execute(results);

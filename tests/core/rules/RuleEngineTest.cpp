@@ -26,7 +26,7 @@ FileItem item(const std::string& path, double age = 0, RiskLabel risk = RiskLabe
   return FileItem(std::move(fields));
 }
 
-CleanupRule ruleFor(RuleTrigger trigger, RuleAction action) {
+CleanupRule ruleWith(RuleTrigger trigger, RuleAction action) {
   CleanupRule rule;
   rule.name = "rule";
   rule.trigger = std::move(trigger);
@@ -53,7 +53,7 @@ TEST_F(RuleEngineTest, offersTheBuiltInRulesUntilSomeAreStored) {
 
 TEST_F(RuleEngineTest, deletesOnlyTheUsersRules) {
   const auto builtIn = engine.getRules().front();
-  const auto own = ruleFor({}, RuleAction::reviewOnly());
+  const auto own = ruleWith({}, RuleAction::reviewOnly());
   engine.addOrUpdateRule(own);
   EXPECT_EQ(other.getRules().size(), 13U);
   other.deleteRule(own.id);
@@ -111,11 +111,11 @@ TEST_F(RuleEngineTest, trashesAndMovesAsOneRunThatComesBack) {
   temporary.fileExtensions = {"tmp"};
   RuleTrigger text;
   text.fileExtensions = {"txt"};
-  auto off = ruleFor({}, RuleAction::moveToTrash());
+  auto off = ruleWith({}, RuleAction::moveToTrash());
   off.isEnabled = false;
-  const std::vector rules{off, ruleFor({}, RuleAction::reviewOnly()), ruleFor(temporary, RuleAction::moveToTrash()),
-                          ruleFor(text, RuleAction::moveToFolder(tree.path("Downloads/Texts"))),
-                          ruleFor(text, RuleAction::moveToTrash())};
+  const std::vector rules{off, ruleWith({}, RuleAction::reviewOnly()), ruleWith(temporary, RuleAction::moveToTrash()),
+                          ruleWith(text, RuleAction::moveToFolder(tree.path("Downloads/Texts"))),
+                          ruleWith(text, RuleAction::moveToTrash())};
   const std::vector files{item(trashed), item(moved), item(kept)};
 
   const auto summary = engine.executeRules(rules, files, roots());
@@ -134,7 +134,7 @@ TEST_F(RuleEngineTest, trashesAndMovesAsOneRunThatComesBack) {
 
 TEST_F(RuleEngineTest, leavesAFileThatIsInItsFolderAlready) {
   const auto file = tree.file("Downloads/PDFs/a.pdf");
-  const std::vector rules{ruleFor({}, RuleAction::moveToFolder(tree.path("Downloads/PDFs")))};
+  const std::vector rules{ruleWith({}, RuleAction::moveToFolder(tree.path("Downloads/PDFs")))};
   EXPECT_EQ(engine.executeRules(rules, std::vector{item(file)}, roots()).itemsProcessed, 0);
   EXPECT_TRUE(exists(file));
 }
@@ -147,22 +147,22 @@ TEST_F(RuleEngineTest, leavesAFileThatIsNotTheOneThatWasFound) {
   fields.identity = ItemIdentity::of(*readFileStatus(AT_FDCWD, file.c_str()));
   std::filesystem::remove(file);
   tree.file("Downloads/a.txt");
-  const std::vector rules{ruleFor({}, RuleAction::moveToTrash())};
+  const std::vector rules{ruleWith({}, RuleAction::moveToTrash())};
   EXPECT_EQ(engine.executeRules(rules, std::vector{FileItem(fields)}, roots()).itemsProcessed, 0);
   EXPECT_TRUE(exists(file));
 }
 
 TEST_F(RuleEngineTest, refusesADestinationOutsideTheRoots) {
   const auto file = tree.file("Downloads/a.pdf");
-  const std::vector rules{ruleFor({}, RuleAction::moveToFolder(tree.path("Elsewhere"))),
-                          ruleFor({}, RuleAction::moveToTrash())};
+  const std::vector rules{ruleWith({}, RuleAction::moveToFolder(tree.path("Elsewhere"))),
+                          ruleWith({}, RuleAction::moveToTrash())};
   EXPECT_EQ(engine.executeRules(rules, std::vector{item(file)}, roots()).bytesReclaimed, 7);
   EXPECT_FALSE(exists(tree.path("Elsewhere")));
 }
 
 TEST_F(RuleEngineTest, losesNoRuleThatAnotherProcessAdds) {
-  const auto mine = ruleFor({}, RuleAction::reviewOnly());
-  const auto theirs = ruleFor({}, RuleAction::reviewOnly());
+  const auto mine = ruleWith({}, RuleAction::reviewOnly());
+  const auto theirs = ruleWith({}, RuleAction::reviewOnly());
   engine.keepIdentities();
   engine.addOrUpdateRule(mine);
   other.addOrUpdateRule(theirs);
