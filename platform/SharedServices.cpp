@@ -43,7 +43,7 @@ void writeToConsole(std::string_view line) {
 }  // namespace
 
 PathValidator& PathValidator::shared() {
-  static PathValidator validator(homeFolder());
+  static PathValidator validator(homeFolder(), systemProfile());
   return validator;
 }
 

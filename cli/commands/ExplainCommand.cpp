@@ -61,6 +61,9 @@ void printText(Session& session, const Explanation& explanation) {
     line("cleaning", cleaningText(item->cleaning));
   }
   line("allowed", explanation.refusal ? "no. " + *explanation.refusal : "yes, no fixed rule protects it");
+  if (!explanation.protectedContent.empty()) {
+    line("protects", fmt::format("{}, whatever folders are named", explanation.protectedContent));
+  }
   if (!explanation.refusal && !explanation.isGranted) {
     line("folders", "outside the granted folders: name its folder to clean it, or --root to trash it");
   }

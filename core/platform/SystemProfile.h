@@ -1,12 +1,17 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace orvane {
 
 // The data that a system adds to the given tables. Rows of a profile are asked after the given ones and change none
 // of them; without a profile everything answers as the given tables say.
+//
+// Patterns are relative to a base folder: in a component "*" stands for any characters, and "{a,b}" for one of several
+// texts.
 class SystemProfile {
  public:
   virtual ~SystemProfile() = default;
@@ -18,6 +23,60 @@ class SystemProfile {
   [[nodiscard]] virtual std::span<const FileKind> fileKinds() const noexcept { return {}; }
   // Folders that nobody may grant, nor anything in them. Absolute.
   [[nodiscard]] virtual std::span<const std::string_view> systemFolders() const noexcept { return {}; }
+
+  // Folders at which patterns begin.
+  enum class Base : std::uint8_t { root, home, cache, config, data, state };
+  // Where a base is now: an absolute path, standardised; empty where the system has none.
+  [[nodiscard]] virtual std::string baseFolder(Base /*base*/) const { return {}; }
+
+  // A place that nothing lists or moves, with everything inside and whatever folders are named. Neither is a folder
+  // moved that could hold one.
+  struct ProtectedPlace {
+    Base base;
+    std::string_view pattern;
+    std::string_view content;      // what is there, in English: "key rings of the desktop"
+    std::string_view except = {};  // pattern below the place: may go, with everything inside
+  };
+  // The rows at Base::root leave out a home folder that lies in one of them.
+  [[nodiscard]] virtual std::span<const ProtectedPlace> protectedPlaces() const noexcept { return {}; }
+  // Names that are protected with everything inside wherever they stand; each belongs to a store whose files must not
+  // move singly.
+  struct ProtectedName {
+    std::string_view name;
+    std::string_view content;
+  };
+  [[nodiscard]] virtual std::span<const ProtectedName> protectedNames() const noexcept { return {}; }
+  // Whether a protected place may go whole all the same, as the program that it belonged to is gone. Looks at the disk.
+  [[nodiscard]] virtual bool isLeftOver(const std::string& /*path*/) const { return false; }
+  // Whether an item is protected by what it holds or by who uses it now, which no name tells. Looks at the disk.
+  [[nodiscard]] virtual bool isStoreInUse(const std::string& /*path*/) const { return false; }
+
+  // How many items a known place is.
+  enum class Unit : std::uint8_t {
+    whole,  // what fits is one item, sized in full
+    file,   // the same, and only where it is a file
+  };
+  // Where a program that runs leaves a sign of it.
+  struct BusySign {
+    Base base = Base::root;
+    // "%" stands for the first component of the place below its base. Empty where there is no sign.
+    std::string_view pattern = {};
+  };
+  // A place whose content can go, or can be looked through, though no folder that holds it is granted or walked. The
+  // first row that fits decides.
+  struct KnownPlace {
+    Base base;
+    std::string_view pattern;
+    Unit unit;
+    std::string_view category;  // raw value of a scan category
+    std::string_view label;     // raw value of a risk label
+    std::string_view reason;    // key of a text, in which "%1" is the program
+    std::string_view program;   // a proper name; empty where the reason names none
+    BusySign busy = {};
+  };
+  [[nodiscard]] virtual std::span<const KnownPlace> knownPlaces() const noexcept { return {}; }
+  // Whether the sign at the path tells of a program that runs now. Looks at the disk.
+  [[nodiscard]] virtual bool isBusySign(const std::string& /*path*/) const { return false; }
 
   [[nodiscard]] static const SystemProfile& none() noexcept {
     static const SystemProfile profile;

@@ -35,6 +35,7 @@ std::vector<Explanation> explain(const TaskServices& services, std::span<const F
     explanation.item = explainItem(services, place);
     if (auto refusal = services.validator.refusalText(place, fixedRulesOnly); !refusal.empty()) {
       explanation.refusal = std::move(refusal);
+      explanation.protectedContent = services.validator.protectedContent(place);
     }
     explanation.isGranted = services.validator.isPathAllowed(place, granted);
     explanation.provider = CloudFolderDetector::detectProvider(place);

@@ -28,7 +28,9 @@ struct Explanation {
   FileUrl place;
   std::optional<Item> item;
   std::optional<std::string> refusal;  // of the fixed rules
-  bool isGranted = false;              // a granted folder holds it, and no rule refuses it
+  // What a rule of this system protects there, in English: "key rings". Empty where none does.
+  std::string protectedContent;
+  bool isGranted = false;  // a granted folder holds it, and no rule refuses it
   std::optional<CloudProvider> provider;
   std::optional<std::string> syncWarning;
   bool isCloudPlaceholder = false;

@@ -29,7 +29,7 @@ template <typename Bounds>
 std::optional<FolderLeftOut> problemInside(const TaskServices& services, const FileUrl& folder, const Bounds& bounds) {
   if (auto problem = problemListing(folder)) return problem;
   auto refusal = services.validator.refusalText(folder, bounds);
-  if (refusal.empty()) return std::nullopt;
+  if (refusal.empty() || services.validator.isRefusedForContent(folder)) return std::nullopt;
   return FolderLeftOut{folder, FolderLeftOut::Why::refused, std::move(refusal)};
 }
 

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxProfile.h"
 
 #include <array>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -41,6 +42,26 @@ constexpr std::array<std::string_view, 15> folders{
 };
 
 }  // namespace
+
+LinuxProfile::LinuxProfile(XdgFolders folders) : m_folders(std::move(folders)) {}
+
+std::string LinuxProfile::baseFolder(Base base) const {
+  switch (base) {
+    case Base::root:
+      return "/";
+    case Base::home:
+      return m_folders.home;
+    case Base::cache:
+      return m_folders.cache;
+    case Base::config:
+      return m_folders.config;
+    case Base::data:
+      return m_folders.data;
+    case Base::state:
+      return m_folders.state;
+  }
+  return {};
+}
 
 std::span<const SystemProfile::FileKind> LinuxProfile::fileKinds() const noexcept {
   return kinds;

@@ -1,14 +1,32 @@
 #pragma once
 
 #include "core/platform/SystemProfile.h"
+#include "platform/linux/XdgFolders.h"
+
+#include <string>
 
 namespace orvane {
 
+// A Linux home by the folders of the desktop's specifications. The tables stand in a file each.
 class LinuxProfile : public SystemProfile {
  public:
+  explicit LinuxProfile(XdgFolders folders);
+
   [[nodiscard]] std::span<const FileKind> fileKinds() const noexcept override;
   // By the Filesystem Hierarchy Standard, but for places that hold homes or users' disks on some systems.
   [[nodiscard]] std::span<const std::string_view> systemFolders() const noexcept override;
+  [[nodiscard]] std::string baseFolder(Base base) const override;
+
+  // LinuxProtectedPlaces.cpp
+  [[nodiscard]] std::span<const ProtectedPlace> protectedPlaces() const noexcept override;
+  [[nodiscard]] std::span<const ProtectedName> protectedNames() const noexcept override;
+  // The folder of a Flatpak program that neither the user nor the system has installed.
+  [[nodiscard]] bool isLeftOver(const std::string& path) const override;
+  // A Wine prefix, a library of Steam's, or the disk of a virtual machine that runs.
+  [[nodiscard]] bool isStoreInUse(const std::string& path) const override;
+
+ private:
+  XdgFolders m_folders;
 };
 
 }  // namespace orvane

@@ -101,7 +101,7 @@ Trash& systemTrash() {
 }
 
 const SystemProfile& systemProfile() {
-  static const LinuxProfile profile;
+  static const LinuxProfile profile(XdgFolders::fromEnvironment());
   return profile;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/linux/TrashFolder.h"
 #include "platform/linux/TrashInfo.h"
 #include "platform/linux/TrashMoves.h"
+#include "platform/linux/XdgFolders.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -92,9 +93,7 @@ LinuxTrash::LinuxTrash(std::string homeTrash) : m_homeTrash(std::move(homeTrash)
 LinuxTrash::~LinuxTrash() = default;
 
 std::string LinuxTrash::defaultHomeTrash() {
-  const char* data = std::getenv("XDG_DATA_HOME");
-  const std::string folder = data != nullptr && data[0] == '/' ? data : homeFolder() + "/.local/share";
-  return joinPath(standardizedPath(folder), "Trash");
+  return joinPath(XdgFolders::fromEnvironment().data, "Trash");
 }
 
 bool LinuxTrash::holds(const FileUrl& item) const {

@@ -2,6 +2,7 @@
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
 
 #include <algorithm>
 
@@ -39,7 +40,8 @@ bool isSymbolicLink(const std::string& path) noexcept {
 
 }  // namespace
 
-PathValidator::PathValidator(const std::string& homeFolder) : m_protected(homeFolder) {}
+PathValidator::PathValidator(const std::string& homeFolder, const SystemProfile& profile)
+    : m_protected(homeFolder, profile) {}
 
 void PathValidator::validate(const FileUrl& url, const Boundary& boundary) const {
   if (auto refused = refusal(url, &boundary)) throw SecurityError(*std::move(refused));
@@ -94,13 +96,35 @@ bool PathValidator::hasTraversal(std::string_view path) noexcept {
          path.starts_with("./") || path.find('\0') != std::string_view::npos;
 }
 
-bool PathValidator::isProtected(std::string_view canonicalPath, const Boundary* boundary) const {
+bool PathValidator::isGivenProtected(std::string_view canonicalPath, const Boundary* boundary) const {
   const auto trees = m_protected.trees();
   const auto places = m_protected.places();
   return std::any_of(trees.begin(), trees.end(), [&](const auto& tree) { return isAtOrBelow(canonicalPath, tree); }) ||
-         isPrivateSystemPath(canonicalPath, boundary) ||
+         (isPrivateSystemPath(canonicalPath, boundary) && !m_protected.isInExemptHome(canonicalPath)) ||
          std::find(places.begin(), places.end(), canonicalPath) != places.end() ||
          hasVersionControlComponent(canonicalPath);
+}
+
+bool PathValidator::isProtected(std::string_view canonicalPath, const Boundary* boundary) const {
+  return isGivenProtected(canonicalPath, boundary) ||
+         m_protected.find(canonicalPath).kind != ProtectedLocations::Finding::Kind::none ||
+         m_protected.profile().isStoreInUse(std::string(canonicalPath));
+}
+
+std::optional<SecurityError::Case> PathValidator::checkReturn(std::string_view canonicalPath) const {
+  const Boundary folder({FileUrl(std::string(parentPath(canonicalPath)))});
+  if (!isGivenProtected(canonicalPath, &folder) && isInside(canonicalPath, folder)) return std::nullopt;
+  return SecurityError::ProtectedPath{std::string(canonicalPath)};
+}
+
+std::string_view PathValidator::protectedContent(const FileUrl& url) const {
+  return m_protected.find(canonicalPath(url.path())).content;
+}
+
+bool PathValidator::isRefusedForContent(const FileUrl& url) const {
+  const auto path = canonicalPath(url.path());
+  return !hasTraversal(url.path()) && !isGivenProtected(path, nullptr) &&
+         m_protected.find(path).kind == ProtectedLocations::Finding::Kind::holdsProtected;
 }
 
 }  // namespace orvane

@@ -17,8 +17,8 @@ namespace orvane {
 // control, tricks with dots, and whatever really lies outside the allowed roots.
 class PathValidator {
  public:
-  // Tests give a home folder of their own.
-  explicit PathValidator(const std::string& homeFolder);
+  // Tests give a home folder of their own. The profile must outlive this object.
+  explicit PathValidator(const std::string& homeFolder, const SystemProfile& profile = SystemProfile::none());
   // For the current user's home folder.
   static PathValidator& shared();
 
@@ -40,6 +40,15 @@ class PathValidator {
   [[nodiscard]] std::optional<SecurityError::Case> checkCanonical(std::string_view canonicalPath,
                                                                   const Boundary& boundary) const;
 
+  // The same for the place at which an item stood that comes back: the system profile does not keep it from its own
+  // place, wherever that is.
+  [[nodiscard]] std::optional<SecurityError::Case> checkReturn(std::string_view canonicalPath) const;
+
+  // Of the rows of the system profile, what they protect at the place, as the profile has it: "key rings".
+  [[nodiscard]] std::string_view protectedContent(const FileUrl& url) const;
+  // Whether a place is refused only because of what it could hold: it never moves, and may be walked.
+  [[nodiscard]] bool isRefusedForContent(const FileUrl& url) const;
+
   // Whether the text of a path, before anything is resolved, tries to climb.
   [[nodiscard]] static bool hasTraversal(std::string_view path) noexcept;
   [[nodiscard]] const ProtectedLocations& protectedLocations() const noexcept { return m_protected; }
@@ -47,6 +56,9 @@ class PathValidator {
  private:
   // `boundary` is null where only the fixed rules are asked.
   [[nodiscard]] std::optional<SecurityError::Case> refusal(const FileUrl& url, const Boundary* boundary) const;
+  // By the given rules alone.
+  [[nodiscard]] bool isGivenProtected(std::string_view canonicalPath, const Boundary* boundary) const;
+  // By the profile too.
   [[nodiscard]] bool isProtected(std::string_view canonicalPath, const Boundary* boundary) const;
 
   ProtectedLocations m_protected;

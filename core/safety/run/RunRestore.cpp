@@ -125,9 +125,7 @@ FileUrl RunRestore::placeOf(const JournalEntry& entry) const {
 }
 
 void RunRestore::requireAllowed(const FileUrl& place) const {
-  const std::string folder(parentPath(place.path()));
-  if (auto refusal = m_validator.checkCanonical(place.path(), Boundary({FileUrl(folder)})))
-    throw SecurityError(*std::move(refusal));
+  if (auto refusal = m_validator.checkReturn(place.path())) throw SecurityError(*std::move(refusal));
 }
 
 // Where the item was, with no link on the way that was not there when it went.

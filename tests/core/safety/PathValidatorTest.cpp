@@ -1,6 +1,8 @@
 #include "core/safety/rules/PathValidator.h"
 
 #include "core/base/files/PathText.h"
+#include "core/safety/rules/FolderRules.h"
+#include "platform/linux/LinuxProfile.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <gmock/gmock.h>
@@ -149,6 +151,26 @@ TEST_F(PathValidatorTest, protectsAHomeFolderThatIsReachedThroughALink) {
   EXPECT_FALSE(validator.isPathAllowed(FileUrl(m_home), fixedRulesOnly));
   EXPECT_FALSE(validator.isPathAllowed(m_tree.url("linkedHome/.ssh/id_rsa"), fixedRulesOnly));
   EXPECT_TRUE(validator.isPathAllowed(m_tree.url("linkedHome/Downloads"), fixedRulesOnly));
+}
+
+TEST(PathValidator, admitsAHomeFolderThatASystemKeepsAmongItsOwn) {
+  for (const std::string home : {"/var/home/you", "/srv/homes/you", "/root"}) {
+    const LinuxProfile profile(XdgFolders::below(home));
+    const PathValidator validator(home, profile);
+    const Boundary boundary({FileUrl(home)});
+    const auto admits = [&](const std::string& path) {
+      const auto folder = std::string(parentPath(path));
+      const bool isAllowed = validator.isPathAllowed(FileUrl(path), boundary);
+      EXPECT_EQ(FolderRules(validator, folder, folder, boundary).admits(lastComponent(path)), isAllowed) << path;
+      return isAllowed;
+    };
+    EXPECT_TRUE(admits(home + "/Downloads/a"));
+    EXPECT_TRUE(admits(home + "/a"));
+    for (const std::string refused : {"/.netrc", "/.config/a", "", "2/a", "/.local/share", "/../x"}) {
+      EXPECT_FALSE(admits(home + refused)) << home << refused;
+    }
+    EXPECT_FALSE(admits(std::string(parentPath(home)) + "/other/a")) << home;
+  }
 }
 
 TEST_F(PathValidatorTest, keepsTheBoundaryWhenARootsLinkIsChanged) {

@@ -1,0 +1,169 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+// A file of each place that nothing may list or move, by its path in the home, and how `explain` names it.
+struct Kept {
+  const char* path;
+  const char* content;
+};
+
+const std::vector<Kept> kept{
+    {".local/share/keyrings/login.keyring", "key rings"},
+    {".local/share/kwalletd/kdewallet.kwl", "key rings"},
+    {".local/share/gnupg/pubring.kbx", "key rings"},
+    {".gnupg/pubring.kbx", "keys of GnuPG"},
+    {".password-store/bank.gpg", "passwords"},
+    {".pki/nssdb/key4.db", "certificates"},
+    {".netrc", "passwords"},
+    {".pgpass", "passwords"},
+    {".git-credentials", "passwords"},
+    {".authinfo.gpg", "passwords"},
+    {".kube/config", "cloud"},
+    {".docker/config.json", "cloud"},
+    {".azure/accessTokens.json", "cloud"},
+    {".aws/credentials", "cloud"},
+    {".cargo/credentials.toml", "registries"},
+    {".npmrc", "registries"},
+    {".pypirc", "registries"},
+    {".mozilla/firefox/a.default/cookies.sqlite", "Firefox"},
+    {".config/mozilla/firefox/a.default/cookies.sqlite", "Firefox"},
+    {".thunderbird/a.default/Mail/Inbox", "Thunderbird"},
+    {".local/share/evolution/mail/local/Inbox", "Evolution"},
+    {".var/app/org.mozilla.firefox/.mozilla/firefox/key4.db", "Flatpak"},
+    {".var/app/org.example.App/config/settings.ini", "Flatpak"},
+    {"snap/firefox/common/.mozilla/firefox/key4.db", "Snap"},
+    {".local/share/TelegramDesktop/tdata/key_datas", "Telegram"},
+    {".local/share/Steam/steamapps/compatdata/730/pfx/user.reg", "Steam"},
+    {".local/share/Steam/userdata/1/local.vdf", "Steam"},
+    {"Games/SteamLibrary/steamapps/compatdata/730/pfx/x", "Steam"},
+    {".local/share/flatpak/repo/objects/a", "store"},
+    {".local/share/docker/overlay2/a", "store"},
+    {".local/share/containers/storage/a", "store"},
+    {".local/share/libvirt/images/a.qcow2", "store"},
+    {".local/share/gnome-boxes/images/a", "store"},
+    {".rustup/toolchains/stable/bin/rustc", "Rust"},
+    {".wine/system.reg", "Wine"},
+    {"Games/old/drive_c/game.exe", "Wine"},
+    {"Games/old/system.reg", "Wine"},
+    {"VirtualBox VMs/a/a.vdi", "virtual machines"},
+    {".zshenv", "shell"},
+    {".bash_aliases", "shell"},
+    {".xprofile", "session"},
+    {".Xauthority", "session"},
+    {".bash_history", "history"},
+    {".python_history", "history"},
+    {".local/share/fish/fish_history", "history"},
+    {".local/state/bash/history", "history"},
+    {".config/autostart/a.desktop", "settings"},
+};
+
+class ProtectedPlaces : public Orvanectl {
+ public:
+  ProtectedPlaces() {
+    environment["FLATPAK_SYSTEM_DIR"] = home.path("flatpak-system");
+    home.folder("flatpak-system/app/org.mozilla.firefox");
+    home.folder(".local/share/flatpak/app/org.example.App");
+    // Two of each content, so that a search for copies finds them where it may look.
+    for (const auto& place : kept) {
+      home.file(place.path, std::string("0123456789") + place.path);
+      home.file("copies/" + std::to_string(m_count++), std::string("0123456789") + place.path);
+    }
+  }
+
+  void expectAllThere() const {
+    for (const auto& place : kept) EXPECT_TRUE(exists(home.path(place.path))) << place.path;
+  }
+
+ private:
+  int m_count = 0;
+};
+
+TEST_F(ProtectedPlaces, moveNeitherThemselvesNorAsPartOfAFolderThatHoldsThem) {
+  Words words{"trash", "--yes", "--root", home.path(), "--root", "/"};
+  for (const auto& place : kept) {
+    for (auto path = std::string(place.path); !path.empty(); path = std::filesystem::path(path).parent_path()) {
+      // The games folder of nobody's prefix may go.
+      if (path != "Games") words.push_back(home.path(path));
+    }
+  }
+  const auto report = json(words, 1);
+  EXPECT_EQ(report["itemsProcessed"], 0) << report.dump(1);
+  expectAllThere();
+}
+
+TEST_F(ProtectedPlaces, areNeitherScannedNorCleanedNorSearchedForCopiesNorOrganized) {
+  for (const auto* folder : {"", ".local", ".local/share", ".local/share/Steam", "snap", ".cargo", "Games/old"}) {
+    const auto found = run({"scan", "--developer-caches", "--json", home.path(folder)}).output;
+    for (const auto& place : kept) EXPECT_THAT(found, Not(HasSubstr(home.url(place.path).absoluteString())));
+    const auto copies = run({"duplicates", "--json", home.path(folder)}).output;
+    for (const auto& place : kept) EXPECT_THAT(copies, Not(HasSubstr(home.url(place.path).absoluteString())));
+    static_cast<void>(run({"clean", "--yes", home.path(folder)}));
+    static_cast<void>(run({"organize", "--subfolders", "--apply", "--yes", home.path(folder)}));
+  }
+  expectAllThere();
+}
+
+TEST_F(ProtectedPlaces, areNoFoldersToGrant) {
+  for (const auto* folder : {".password-store", ".var/app/org.example.App/config", ".local/share/keyrings"}) {
+    EXPECT_EQ(run({"folders", "add", home.path(folder)}).exitStatus, 1) << folder;
+  }
+}
+
+TEST_F(ProtectedPlaces, areNamedByExplain) {
+  for (const auto& place : kept) {
+    const auto text = run({"explain", home.path(place.path)}).output;
+    EXPECT_THAT(text, HasSubstr("allowed    no. ")) << place.path;
+    EXPECT_THAT(text, HasSubstr(place.content)) << place.path;
+  }
+}
+
+TEST_F(ProtectedPlaces, stayWhereALinkLeads) {
+  const auto tokens = home.file("dotfiles/tokens");
+  const auto other = home.file("dotfiles/other");
+  std::filesystem::remove(home.path(".npmrc"));
+  home.link(".npmrc", tokens);
+  const auto report =
+      json({"trash", "--yes", "--root", home.path(), tokens, home.path(".npmrc"), home.path("dotfiles"), other}, 1);
+  EXPECT_EQ(report["itemsProcessed"], 1) << report.dump(1);
+  EXPECT_FALSE(exists(other));
+}
+
+TEST_F(ProtectedPlaces, followTheFoldersOfTheEnvironment) {
+  environment["XDG_DATA_HOME"] = home.path("data");
+  environment["XDG_CONFIG_HOME"] = home.path("settings");
+  const auto ring = home.file("data/keyrings/login.keyring");
+  const auto setting = home.file("settings/app/rc");
+  EXPECT_EQ(json({"trash", "--yes", "--root", home.path(), ring, setting, home.path("data")}, 1)["itemsProcessed"], 0);
+}
+
+TEST_F(ProtectedPlaces, leaveTheFolderOfAFlatpakProgramThatIsGone) {
+  home.file(".var/app/org.example.Gone/config/settings.ini");
+  const auto gone = home.path(".var/app/org.example.Gone");
+  EXPECT_EQ(json({"trash", "--yes", "--root", home.path(), gone + "/config"}, 1)["itemsProcessed"], 0);
+  EXPECT_EQ(json({"trash", "--yes", "--root", home.path(), gone})["itemsProcessed"], 1);
+}
+
+TEST_F(ProtectedPlaces, holdTheDiskOfAVirtualMachineThatRuns) {
+  const auto disk = home.file("machines/work.QCOW2");
+  {
+    LiveProgram machine({.arguments = {"/bin/sh", "-c", "exec 3<\"$0\"; echo ready; exec sleep 1000", disk},
+                         .environment = environment});
+    machine.waitForOutput("ready");
+    EXPECT_EQ(json({"trash", "--yes", "--root", home.path(), disk}, 1)["itemsProcessed"], 0);
+  }
+  EXPECT_EQ(json({"trash", "--yes", "--root", home.path(), disk})["itemsProcessed"], 1);
+}
+
+TEST_F(ProtectedPlaces, ofTheSystemStayWhateverTheRoot) {
+  for (const auto* place : {"/boot", "/proc/version", "/sys/kernel", "/run/x", "/srv/x", "/lib/x", "/snap/x", "/"}) {
+    EXPECT_EQ(json({"trash", "--yes", "--root", "/", place}, 1)["itemsProcessed"], 0) << place;
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test
