@@ -167,7 +167,7 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case PlaceRole:
       return shownPlace(item.url(), services().tasks.home);
     case ReasonRole:
-      return reasonText(item);
+      return reasonText(services().tasks, item);
     case RiskRole:
       return static_cast<int>(item.riskLabel());
     case DateRole:
@@ -203,7 +203,8 @@ QString CleanupModel::explanation(int row) const {
     return localizedText("risk." + std::string(rawValue(defaultRisk(place->category))) + ".desc");
   }
   const auto& item = m_items.items().item(*place->item);
-  QStringList lines{reasonText(item), localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc")};
+  QStringList lines{reasonText(services().tasks, item),
+                    localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc")};
   if (const auto cloud = cloudText(item, services().tasks.home); !cloud.isEmpty()) lines += cloud;
   return lines.join(u'\n');
 }
@@ -429,7 +430,8 @@ void CleanupModel::cleanSelected() {
   // Going through a million rows takes a while.
   startRun(
       m_selection.count(),
-      [tasks = services().tasks, proposal = proposeScanned(m_items.items(), m_items.folders(), m_scanStart),
+      [tasks = services().tasks,
+       proposal = proposeScanned(services().tasks, m_items.items(), m_items.folders(), m_scanStart),
        selection = m_selection](const RunProgress& progress, const std::stop_token& stop) {
         return carryOut(tasks, proposal.approve(selection), progress, stop);
       },

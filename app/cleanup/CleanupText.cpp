@@ -1,8 +1,10 @@
 #include "app/cleanup/CleanupText.h"
 
 #include "app/common/Text.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/organizer/records/CloudFolderDetector.h"
 #include "core/scanning/records/FileItem.h"
+#include "core/tasks/KnownPlaces.h"
 
 #include <string>
 
@@ -15,7 +17,9 @@ bool isRecentInstaller(const FileItem& item) {
 
 }  // namespace
 
-QString reasonText(const FileItem& item) {
+QString reasonText(const TaskServices& services, const FileItem& item) {
+  const auto place = knownPlaceReason(services, item, ThreadSafeLanguageStore::shared().currentLanguage());
+  if (!place.empty()) return textFrom(place);
   if (item.riskLabel() == RiskLabel::manual && item.category() != ScanCategory::manualReview) {
     return localizedText("reason.protected");
   }

@@ -6,9 +6,10 @@ namespace orvane {
 
 class FileItem;
 class FileUrl;
+struct TaskServices;
 
 // Why a scanned item is where it is in the list: in a few words, without a full stop.
-[[nodiscard]] QString reasonText(const FileItem& item);
+[[nodiscard]] QString reasonText(const TaskServices& services, const FileItem& item);
 // The effect of moving the item on the cloud service that keeps its folder; empty where there is none.
 [[nodiscard]] QString cloudText(const FileItem& item, const FileUrl& home);
 

@@ -1,6 +1,7 @@
 #include "app/common/ScanFeed.h"
 
 #include "core/tasks/Folders.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
 
@@ -65,13 +66,15 @@ ScanOutcome scanGrantedFolders(const TaskServices& services, const ScanFeed& fee
 
   PieceMaker pieces(feed);
   const TaskMonitor monitor{.stop = stop, .scanning = [&](const ScanProgress& progress) { pieces.note(progress); }};
-  const auto end =
-      scanFolders(services, std::move(folders), DeveloperCaches::include, monitor, [&](std::vector<ScanEvent>& events) {
+  const auto end = scanFolders(
+      services, std::move(folders), DeveloperCaches::include, monitor,
+      [&](std::vector<ScanEvent>& events) {
         for (auto& event : events) {
           if (auto* item = std::get_if<FileItem>(&event)) pieces.add(std::move(*item));
         }
         pieces.flushWhenDue();
-      });
+      },
+      grantedKnownPlaces(services));
   pieces.finish();
   return end == ScanEnd::completed ? ScanOutcome::completed : ScanOutcome::cancelled;
 }

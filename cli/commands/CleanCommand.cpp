@@ -32,6 +32,7 @@ constexpr std::array options{
     OptionSpec{.name = "--developer-caches",
                .valueName = "",
                .help = "Scan the developer tools' caches too, each folder as one item."},
+    noKnownPlacesOption,
     OptionSpec{.name = "--dry-run", .valueName = "", .help = "Show what would be moved, and stop."},
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
@@ -63,6 +64,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   if (!isDryRun && !isToSave) requireConsentPossible(arguments);
   auto chosen = chosenFolders(arguments.plain());
   wish.folders = std::move(chosen.folders);
+  wish.knownPlaces = knownPlacesFrom(arguments);
   if (wish.folders.empty()) return ExitStatus::failed;
   std::optional<Proposal> proposal;
   {
@@ -92,7 +94,8 @@ constexpr CommandSpec cleanCommand{
     .name = "clean",
     .summary = "Scan, and move what is recommended to the Trash",
     .details =
-        "Scans the folders, selects the items that are safe to remove, shows them by category, asks, and moves them to "
+        "Scans the folders, and where none is named the caches and logs of programs too, selects the items that are "
+        "safe to remove, shows them by category, asks, and moves them to "
         "the Trash as one run that 'orvanectl restore' brings back. Nothing is ever deleted: the space is free once "
         "the Trash is emptied.\n\n"
         "Items that are in a Trash already are left out. With --json, \"runId\" is null when nothing was moved.",

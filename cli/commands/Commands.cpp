@@ -32,6 +32,7 @@ constexpr std::array commands{
     &appsLeftoversCommand,
     &appsUninstallCommand,
     &foldersListCommand,
+    &foldersKnownCommand,
     &foldersAddCommand,
     &foldersRemoveCommand,
     &rulesListCommand,

@@ -22,6 +22,7 @@ extern const CommandSpec duplicatesCommand;
 extern const CommandSpec explainCommand;
 extern const CommandSpec foldersAddCommand;
 extern const CommandSpec foldersListCommand;
+extern const CommandSpec foldersKnownCommand;
 extern const CommandSpec foldersRemoveCommand;
 extern const CommandSpec historyCommand;
 extern const CommandSpec historyShowCommand;

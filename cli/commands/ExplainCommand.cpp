@@ -61,7 +61,8 @@ void printText(Session& session, const Explanation& explanation) {
     line("cleaning", cleaningText(item->cleaning));
   }
   line("allowed", explanation.refusal ? "no. " + *explanation.refusal : "yes, no fixed rule protects it");
-  if (!explanation.protectedContent.empty()) {
+  if (!explanation.knownPlaceReason.empty()) line("why", explanation.knownPlaceReason);
+  if (explanation.refusal && !explanation.protectedContent.empty()) {
     line("protects", fmt::format("{}, whatever folders are named", explanation.protectedContent));
   }
   if (!explanation.refusal && !explanation.isGranted) {

@@ -3,15 +3,21 @@
 #include "cli/frame/FileArguments.h"
 #include "cli/frame/ProposalRun.h"
 #include "cli/frame/Session.h"
+#include "cli/text/Table.h"
 #include "core/base/files/PlaceText.h"
 #include "core/base/text/Json.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
+#include <array>
+
 namespace orvane::cli {
 namespace {
+
+constexpr std::array<std::string_view, 2> switchStates{"on", "off"};
 
 ExitStatus print(Session& session) {
   const auto folders = listedGrants(TaskServices::shared());
@@ -28,6 +34,33 @@ ExitStatus print(Session& session) {
 
 ExitStatus runList(Session& session, const Arguments& /*arguments*/) {
   return print(session);
+}
+
+ExitStatus runKnown(Session& session, const Arguments& arguments) {
+  const auto& services = TaskServices::shared();
+  if (!arguments.plain().empty()) {
+    grantKnownPlaces(services, arguments.plain().front() == "on" ? KnownPlaces::include : KnownPlaces::leaveOut);
+  }
+  const bool isOn = grantedKnownPlaces(services) == KnownPlaces::include;
+  const auto places = knownPlaceItems(services, DeveloperCaches::include, {});
+  if (session.isJson()) {
+    Json json = Json::object();
+    json["enabled"] = isOn;
+    auto& items = json["items"] = Json::array();
+    for (const auto& place : places) items.push_back(place.toJson());
+    session.out().line(jsonText(json));
+    return ExitStatus::done;
+  }
+  Table table({{"Size", Alignment::right}, {"Risk"}, {"Place"}, {"Why"}});
+  for (const auto& place : places) {
+    table.addRow({{place.formattedSize()},
+                  {std::string(rawValue(place.riskLabel()))},
+                  {shownPath(place.url())},
+                  {knownPlaceReason(services, place, AppLanguage::en)}});
+  }
+  if (!places.empty()) table.print(session);
+  session.out().line(isOn ? "Caches and logs of programs are scanned." : "Caches and logs of programs are left out.");
+  return ExitStatus::done;
 }
 
 ExitStatus runAdd(Session& session, const Arguments& arguments) {
@@ -65,6 +98,24 @@ constexpr CommandSpec foldersListCommand{
     .arguments = {},
     .options = {},
     .run = runList,
+};
+
+constexpr CommandSpec foldersKnownCommand{
+    .name = "folders known",
+    .summary = "Show the caches and logs of programs, or switch them on or off",
+    .details =
+        "The places where programs keep what they can make again or nobody reads any more. They count as one grant of "
+        "their own: 'scan' and 'clean' look through them where no folder is named, without walking the hidden folders "
+        "around them. What a running program uses is shown, and not selected. With --json, prints "
+        "{\"enabled\",\"items\"}.",
+    .arguments = {.name = "STATE",
+                  .help = "on or off; neither only shows.",
+                  .least = 0,
+                  .most = 1,
+                  .kind = ValueKind::choice,
+                  .choices = switchStates},
+    .options = {},
+    .run = runKnown,
 };
 
 constexpr CommandSpec foldersAddCommand{

@@ -23,17 +23,22 @@ constexpr std::array options{
     OptionSpec{.name = "--developer-caches",
                .valueName = "",
                .help = "Include the developer tools' caches, each folder as one item."},
+    noKnownPlacesOption,
 };
 
-ScanEnd printEvents(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches) {
-  return runScan(session, std::move(folders), developerCaches, [&](std::vector<ScanEvent>& batch) {
-    for (const auto& event : batch) {
-      appendScanEvent(session.out().buffer(), event);
-      session.out().settle();
-    }
-    // A reader at the other end of a pipe sees the events so far.
-    session.out().flush();
-  });
+ScanEnd printEvents(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                    KnownPlaces knownPlaces) {
+  return runScan(
+      session, std::move(folders), developerCaches,
+      [&](std::vector<ScanEvent>& batch) {
+        for (const auto& event : batch) {
+          appendScanEvent(session.out().buffer(), event);
+          session.out().settle();
+        }
+        // A reader at the other end of a pipe sees the events so far.
+        session.out().flush();
+      },
+      knownPlaces);
 }
 
 void printDisk(Session& session) {
@@ -46,13 +51,17 @@ void printDisk(Session& session) {
                                  formatByteCount(disk->totalBytes), percent, formatByteCount(disk->availableBytes)));
 }
 
-ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches) {
+ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                   KnownPlaces knownPlaces) {
   ScanTotals totals;
-  const auto end = runScan(session, std::move(folders), developerCaches, [&](std::vector<ScanEvent>& batch) {
-    for (const auto& event : batch) {
-      if (const auto* item = std::get_if<FileItem>(&event)) totals.add(*item);
-    }
-  });
+  const auto end = runScan(
+      session, std::move(folders), developerCaches,
+      [&](std::vector<ScanEvent>& batch) {
+        for (const auto& event : batch) {
+          if (const auto* item = std::get_if<FileItem>(&event)) totals.add(*item);
+        }
+      },
+      knownPlaces);
   printTotals(session, totals);
   session.out().line("");
   printDisk(session);
@@ -66,8 +75,9 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   const auto chosen = chosenFolders(arguments.plain());
   const auto developerCaches =
       arguments.has("--developer-caches") ? DeveloperCaches::include : DeveloperCaches::leaveOut;
-  const auto end = session.isJson() ? printEvents(session, chosen.folders, developerCaches)
-                                    : printTable(session, chosen.folders, developerCaches);
+  const auto knownPlaces = knownPlacesFrom(arguments);
+  const auto end = session.isJson() ? printEvents(session, chosen.folders, developerCaches, knownPlaces)
+                                    : printTable(session, chosen.folders, developerCaches, knownPlaces);
   if (end == ScanEnd::cancelled) {
     Session::report("interrupted; these are the items found so far");
     return ExitStatus::interrupted;
@@ -81,7 +91,9 @@ constexpr CommandSpec scanCommand{
     .name = "scan",
     .summary = "Show what could be reclaimed, by category",
     .details =
-        "Walks the folders and sorts what is in them into categories. Only reads.\n\n"
+        "Walks the folders and sorts what is in them into categories. Only reads. Where no folder is named, the caches "
+        "and logs of programs are looked through too, wherever the system keeps them, each as one item; see "
+        "'orvanectl folders known'.\n\n"
         "Risk: \"safe\" items are cleaned unless you say otherwise, \"review\" items only when you ask for them "
         "by category, \"manual\" items never.\n\n"
         "With --json, prints one object a line: \"progress\" and \"itemDiscovered\" events, and \"completed\" or "

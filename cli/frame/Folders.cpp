@@ -47,6 +47,11 @@ Boundary boundaryFrom(const Arguments& arguments) {
   return Boundary(std::move(folders));
 }
 
+KnownPlaces knownPlacesFrom(const Arguments& arguments) {
+  if (!arguments.plain().empty() || arguments.has(noKnownPlacesOption.name)) return KnownPlaces::leaveOut;
+  return grantedKnownPlaces(TaskServices::shared());
+}
+
 ChosenFolders chosenFolders(const std::vector<std::string>& named) {
   if (named.empty()) return {requiredGrantedFolders("a FOLDER")};
   auto chosen = orvane::chosenFolders(TaskServices::shared(), placesFromArguments(named));

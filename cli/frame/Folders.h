@@ -1,7 +1,9 @@
 #pragma once
 
+#include "cli/frame/CommandSpec.h"
 #include "core/base/files/FileUrl.h"
 #include "core/safety/records/Boundary.h"
+#include "core/tasks/KnownPlaces.h"
 
 #include <optional>
 #include <string>
@@ -20,6 +22,14 @@ class Arguments;
 
 // Why a folder cannot be walked, or is never touched as a whole, in one line for people; absent when neither is so.
 [[nodiscard]] std::optional<std::string> refusalOf(const FileUrl& folder);
+
+inline constexpr OptionSpec noKnownPlacesOption{
+    .name = "--no-known-places",
+    .valueName = "",
+    .help = "Leave out the caches and logs of programs, which are looked through where no FOLDER is named.",
+};
+// Whether a command that takes folders looks into the known places too: where none is named, and as the user has it.
+[[nodiscard]] KnownPlaces knownPlacesFrom(const Arguments& arguments);
 
 struct ChosenFolders {
   std::vector<FileUrl> folders;

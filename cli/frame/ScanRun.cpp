@@ -9,13 +9,15 @@
 namespace orvane::cli {
 
 ScanEnd runScan(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                const std::function<void(std::vector<ScanEvent>&)>& take) {
+                const std::function<void(std::vector<ScanEvent>&)>& take, KnownPlaces knownPlaces) {
   ProgressLine line(session);
-  return scanFolders(TaskServices::shared(), std::move(folders), developerCaches, scanMonitor(session, line),
-                     [&](std::vector<ScanEvent>& batch) {
-                       if (std::holds_alternative<ScanCompleted>(batch.back())) line.clear();
-                       take(batch);
-                     });
+  return scanFolders(
+      TaskServices::shared(), std::move(folders), developerCaches, scanMonitor(session, line),
+      [&](std::vector<ScanEvent>& batch) {
+        if (std::holds_alternative<ScanCompleted>(batch.back())) line.clear();
+        take(batch);
+      },
+      knownPlaces);
 }
 
 }  // namespace orvane::cli

@@ -13,6 +13,7 @@ class Session;
 // Scans the folders and hands over the events in batches, the last one included. Shows progress; an interruption
 // cancels the scan.
 ScanEnd runScan(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                const std::function<void(std::vector<ScanEvent>&)>& take);
+                const std::function<void(std::vector<ScanEvent>&)>& take,
+                KnownPlaces knownPlaces = KnownPlaces::leaveOut);
 
 }  // namespace orvane::cli

@@ -71,8 +71,9 @@ class SystemProfile {
     std::string_view category;  // raw value of a scan category
     std::string_view label;     // raw value of a risk label
     std::string_view reason;    // key of a text, in which "%1" is the program
-    std::string_view program;   // a proper name; empty where the reason names none
+    std::string_view program;   // a proper name; where empty, a component of the place is taken for it
     BusySign busy = {};
+    std::uint8_t programAt = 0;  // index of that component below the base
   };
   [[nodiscard]] virtual std::span<const KnownPlace> knownPlaces() const noexcept { return {}; }
   // Whether the sign at the path tells of a program that runs now. Looks at the disk.

@@ -1,8 +1,10 @@
 #include "core/tasks/CleanTask.h"
 
+#include "core/base/files/PlaceSet.h"
 #include "core/base/text/Json.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/ScanTask.h"
+#include "core/tasks/TaskServices.h"
 
 #include <algorithm>
 #include <utility>
@@ -26,6 +28,7 @@ Json subjectOf(const CleanWish& wish) {
   for (const auto category : wish.categories) categories.push_back(rawValue(category));
   json["includesReview"] = wish.reviewItems == ReviewItems::include;
   json["includesDeveloperCaches"] = wish.developerCaches == DeveloperCaches::include;
+  json["includesKnownPlaces"] = wish.knownPlaces == KnownPlaces::include;
   return json;
 }
 
@@ -39,21 +42,35 @@ CleanWish cleanWishFrom(const Json& subject) {
   }
   if (booleanAt(subject, "includesReview")) wish.reviewItems = ReviewItems::include;
   if (booleanAt(subject, "includesDeveloperCaches")) wish.developerCaches = DeveloperCaches::include;
+  // Files of earlier versions know none.
+  if (optionalKey(subject, "includesKnownPlaces") != nullptr && booleanAt(subject, "includesKnownPlaces")) {
+    wish.knownPlaces = KnownPlaces::include;
+  }
   return wish;
 }
 
 std::optional<Proposal> propose(const TaskServices& services, const CleanWish& wish, const Boundary& boundary,
                                 Date countedTo, const TaskMonitor& monitor, const Notices& notices) {
-  ProposalBuilder builder(TaskKind::clean, boundary, countedTo);
+  std::vector<FileItem> places;
+  if (wish.knownPlaces == KnownPlaces::include) places = knownPlaceItems(services, wish.developerCaches, monitor.stop);
+  // Nobody asked for what the desktop's Trash holds.
+  std::erase_if(places, [](const FileItem& place) { return place.category() == ScanCategory::trash; });
+  ProposalBuilder builder(TaskKind::clean, withKnownPlaces(boundary, places), countedTo);
   builder.setSubject(subjectOf(wish));
   for (const auto& notice : notices) builder.note(notice);
   RowsInTrash inTrash;
-  const auto end = scanItems(services, wish.folders, wish.developerCaches, monitor, [&](FileItem item) {
+  PlaceSet known;
+  for (const auto& place : places) known.insert(place.url().path());
+  const auto add = [&](FileItem item) {
     if (item.category() == ScanCategory::trash) inTrash.rows.add(item.fileSize());
     if (!takes(wish, item)) return;
     item.setSelected(true);
     builder.add(std::move(item), {Choice::selected});
+  };
+  const auto end = scanItems(services, wish.folders, wish.developerCaches, monitor, [&](FileItem item) {
+    if (!known.contains(item.url().path()) && !known.holds(item.url().path())) add(std::move(item));
   });
+  for (const auto& place : places) add(place);
   if (end == ScanEnd::cancelled) return std::nullopt;
   if (inTrash.rows.count > 0) builder.note(inTrash);
   return builder.take();
@@ -70,11 +87,17 @@ std::optional<Proposal> reproposeClean(const TaskServices& services, const Json&
   auto wish = cleanWishFrom(subject);
   auto inside = foldersInside(boundary, wish.folders);
   wish.folders = std::move(inside.folders);
+  if (boundary.canonicalPaths() != Boundary(grantedFolders(services)).canonicalPaths()) {
+    wish.knownPlaces = KnownPlaces::leaveOut;
+  } else if (wish.knownPlaces == KnownPlaces::include) {
+    wish.knownPlaces = grantedKnownPlaces(services);
+  }
   return propose(services, wish, boundary, countedTo, monitor, {inside.leftOut.begin(), inside.leftOut.end()});
 }
 
-Proposal proposeScanned(ItemList items, std::vector<FileUrl> folders, Date scanned) {
-  ProposalBuilder builder(TaskKind::clean, Boundary(std::move(folders)), scanned);
+Proposal proposeScanned(const TaskServices& services, ItemList items, std::vector<FileUrl> folders, Date scanned) {
+  const auto places = knownPlacesAmong(services, items);
+  ProposalBuilder builder(TaskKind::clean, withKnownPlaces(Boundary(std::move(folders)), places), scanned);
   builder.setItems(std::move(items));
   return builder.take();
 }

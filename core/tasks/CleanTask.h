@@ -4,6 +4,7 @@
 #include "core/base/values/Date.h"
 #include "core/scanning/records/DeveloperCaches.h"
 #include "core/scanning/records/ScanCategory.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 
@@ -23,6 +24,7 @@ struct CleanWish {
   std::vector<ScanCategory> categories = {};  // all where empty
   ReviewItems reviewItems = ReviewItems::leaveOut;
   DeveloperCaches developerCaches = DeveloperCaches::leaveOut;
+  KnownPlaces knownPlaces = KnownPlaces::leaveOut;  // besides the folders
 };
 
 // Scans, and proposes what is selected from the start, and on demand the review items of the categories named: rows
@@ -30,11 +32,12 @@ struct CleanWish {
 [[nodiscard]] std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWish& wish,
                                                    const TaskMonitor& monitor = {});
 // Proposes again what the subject of an earlier proposal asks for, as far as it lies inside the boundary. Throws
-// JsonError for a subject that is none.
+// JsonError for a subject that is none. Known places count as inside where the boundary is that of the grants.
 [[nodiscard]] std::optional<Proposal> reproposeClean(const TaskServices& services, const Json& subject,
                                                      const Boundary& boundary, Date countedTo,
                                                      const TaskMonitor& monitor = {});
 // The whole result of a scan of the folders: scannedMark() decides the state of each row.
-[[nodiscard]] Proposal proposeScanned(ItemList items, std::vector<FileUrl> folders, Date scanned);
+[[nodiscard]] Proposal proposeScanned(const TaskServices& services, ItemList items, std::vector<FileUrl> folders,
+                                      Date scanned);
 
 }  // namespace orvane

@@ -5,6 +5,7 @@
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/ItemAt.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/TaskServices.h"
 
 namespace orvane {
@@ -33,11 +34,16 @@ std::vector<Explanation> explain(const TaskServices& services, std::span<const F
     auto& explanation = result.emplace_back();
     explanation.place = place;
     explanation.item = explainItem(services, place);
+    explanation.knownPlaceReason = knownPlaceReason(services, place, AppLanguage::en);
     if (auto refusal = services.validator.refusalText(place, fixedRulesOnly); !refusal.empty()) {
       explanation.refusal = std::move(refusal);
       explanation.protectedContent = services.validator.protectedContent(place);
     }
     explanation.isGranted = services.validator.isPathAllowed(place, granted);
+    if (!explanation.knownPlaceReason.empty() && services.validator.isPathAllowed(place, Boundary({place}))) {
+      explanation.refusal.reset();
+      explanation.isGranted = explanation.isGranted || grantedKnownPlaces(services) == KnownPlaces::include;
+    }
     explanation.provider = CloudFolderDetector::detectProvider(place);
     explanation.syncWarning = CloudFolderDetector::syncWarning(place);
     explanation.isCloudPlaceholder = CloudFolderDetector::isDatalessCloudPlaceholder(place);

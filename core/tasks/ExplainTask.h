@@ -26,6 +26,7 @@ struct Explanation {
   };
 
   FileUrl place;
+  std::string knownPlaceReason;  // of a place where a program keeps what can go, in English; empty elsewhere
   std::optional<Item> item;
   std::optional<std::string> refusal;  // of the fixed rules
   // What a rule of this system protects there, in English: "key rings". Empty where none does.

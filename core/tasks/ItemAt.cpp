@@ -3,6 +3,7 @@
 #include "core/organizer/categories/CategoryClassifier.h"
 #include "core/organizer/records/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/scanning/records/RiskEvaluator.h"
 #include "core/scanning/walk/FolderSize.h"
 #include "core/tasks/TaskServices.h"
@@ -27,6 +28,10 @@ std::optional<FileItem> itemAt(const TaskServices& services, const FileUrl& plac
   const std::int64_t ownSize = isFolder ? 0 : status->size;
   fields.category = CategoryClassifier::classify(place, ownSize, fields.createdDate);
   fields.riskLabel = RiskEvaluator::evaluate(fields.category, place, ownSize, fields.createdDate);
+  if (const auto* row = services.validator.knownPlaces().rowOf(place.path())) {
+    fields.category = row->category;
+    fields.riskLabel = row->label;
+  }
   fields.isCloudPlaceholder = CloudFolderDetector::isDatalessCloudPlaceholder(place);
   if (isFolder) {
     fields.fileSize = size == WholeFolder::measured ? FolderSize::of(place.path(), FolderSize::Extent::everything) : 0;

@@ -1,10 +1,15 @@
 #include "core/tasks/ScanTask.h"
 
+#include "core/base/files/CanonicalPath.h"
 #include "core/base/files/PathText.h"
+#include "core/base/files/PlaceSet.h"
+#include "core/base/values/CheckedArithmetic.h"
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
+#include "core/tasks/Notice.h"
 #include "core/tasks/TaskServices.h"
 
+#include <algorithm>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -23,15 +28,67 @@ bool overlap(const std::vector<FileUrl>& folders) {
   return false;
 }
 
+// Joins the known places to the events of a walk, as if it had found them.
+class KnownPlacesFirst {
+ public:
+  KnownPlacesFirst(std::vector<FileItem> items, const std::vector<FileUrl>& folders) : m_items(std::move(items)) {
+    const Boundary walked(folders);
+    for (const auto& item : m_items) {
+      m_bytes = checkedAdd(m_bytes, item.fileSize());
+      const auto& path = item.url().path();
+      const auto meets = [&](const auto& folder) {
+        return isSameOrInside(path, folder) || isSameOrInside(folder, path);
+      };
+      if (std::ranges::any_of(walked.canonicalPaths(), meets)) m_walkedTwice.insert(path);
+    }
+  }
+
+  [[nodiscard]] std::vector<ScanEvent> events() const { return {m_items.begin(), m_items.end()}; }
+
+  void join(std::vector<ScanEvent>& batch) {
+    if (m_items.empty()) return;
+    if (!m_walkedTwice.empty()) std::erase_if(batch, [this](const ScanEvent& event) { return leavesOut(event); });
+    for (auto& event : batch) {
+      if (auto* progress = std::get_if<ScanProgress>(&event)) progress->bytesFound += m_bytes - m_leftOut.bytes;
+      if (auto* end = std::get_if<ScanCompleted>(&event)) {
+        end->totalItems += static_cast<std::int64_t>(m_items.size()) - m_leftOut.count;
+        end->totalBytes += m_bytes - m_leftOut.bytes;
+      }
+    }
+  }
+
+ private:
+  bool leavesOut(const ScanEvent& event) {
+    const auto* item = std::get_if<FileItem>(&event);
+    if (item == nullptr) return false;
+    const auto path = canonicalPlace(item->url().path());
+    if (!m_walkedTwice.contains(path) && !m_walkedTwice.holds(path)) return false;
+    m_leftOut.add(item->fileSize());
+    return true;
+  }
+
+  std::vector<FileItem> m_items;
+  std::int64_t m_bytes = 0;
+  PlaceSet m_walkedTwice;
+  RowSum m_leftOut;
+};
+
 }  // namespace
 
 ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                    const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take) {
+                    const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take,
+                    KnownPlaces knownPlaces) {
+  std::vector<FileItem> items;
+  if (knownPlaces == KnownPlaces::include) items = knownPlaceItems(services, developerCaches, monitor.stop);
+  KnownPlacesFirst known(std::move(items), folders);
+  if (auto events = known.events(); !events.empty()) take(events);
   auto stream = services.scanner.scan(std::move(folders), developerCaches);
   const std::stop_callback whenStopped(monitor.stop, [&stream] { stream.cancel(); });
   auto end = ScanEnd::cancelled;
   for (auto batch = stream.nextBatch(); !batch.empty(); batch = stream.nextBatch()) {
     if (monitor.looked != nullptr) monitor.looked->fetch_add(batch.size(), std::memory_order_relaxed);
+    known.join(batch);
+    if (batch.empty()) continue;
     if (monitor.scanning) {
       for (const auto& event : batch) {
         if (const auto* progress = std::get_if<ScanProgress>(&event)) monitor.scanning(*progress);

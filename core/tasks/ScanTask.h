@@ -3,6 +3,7 @@
 #include "core/base/files/FileUrl.h"
 #include "core/scanning/records/DeveloperCaches.h"
 #include "core/scanning/records/ScanEvent.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/TaskMonitor.h"
 
 #include <cstdint>
@@ -15,9 +16,11 @@ struct TaskServices;
 
 enum class ScanEnd : std::uint8_t { completed, cancelled };
 
-// Scans the folders on the calling thread and hands over the events in batches, the last one included.
+// Scans the folders on the calling thread and hands over the events in batches, the last one included. Known places
+// come first, and what lies in one of them is no item of its own.
 ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                    const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take);
+                    const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take,
+                    KnownPlaces knownPlaces = KnownPlaces::leaveOut);
 // The same for those who want the items alone. One that lies in several of the folders comes once.
 ScanEnd scanItems(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                   const TaskMonitor& monitor, const std::function<void(FileItem)>& take);

@@ -1,7 +1,7 @@
 #include "core/tasks/TrashTask.h"
 
 #include "core/base/files/FileDescriptor.h"
-#include "core/base/files/PathText.h"
+#include "core/base/files/PlaceSet.h"
 #include "core/base/text/Json.h"
 #include "core/safety/records/TrashError.h"
 #include "core/safety/rules/PathValidator.h"
@@ -11,20 +11,10 @@
 
 #include <cerrno>
 #include <string>
-#include <string_view>
-#include <unordered_set>
 #include <utility>
 
 namespace orvane {
 namespace {
-
-bool liesInOneOf(const std::unordered_set<std::string_view>& places, std::string_view path) {
-  while (path.size() > 1) {
-    path = parentPath(path);
-    if (places.contains(path)) return true;
-  }
-  return false;
-}
 
 FileItem bareItem(const FileUrl& place) {
   FileItem::Fields fields;
@@ -37,7 +27,7 @@ FileItem bareItem(const FileUrl& place) {
 Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> places, const Boundary& boundary) {
   ProposalBuilder builder(TaskKind::trash, boundary, ReferenceClock::now());
   builder.setSubject(Json{{"places", jsonFromUrls(places)}});
-  std::unordered_set<std::string_view> taken;
+  PlaceSet taken;
   const auto lock = [&](const FileUrl& place, std::string refusal) {
     builder.add(bareItem(place), {Choice::locked, Lock::refused, builder.addGroup({.refusal = std::move(refusal)})});
   };
@@ -52,7 +42,7 @@ Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> pla
     auto item = itemAt(services, place, WholeFolder::measured);
     if (!item) {
       lock(place, errno == ENOENT ? TrashError(TrashError::FileNotFound{place.path()}).what() : errorText(errno));
-    } else if (!liesInOneOf(taken, place.path())) {
+    } else if (!taken.holds(place.path())) {
       builder.add(*std::move(item), {Choice::selected});
     }
   }

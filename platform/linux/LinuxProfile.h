@@ -25,6 +25,11 @@ class LinuxProfile : public SystemProfile {
   // A Wine prefix, a library of Steam's, or the disk of a virtual machine that runs.
   [[nodiscard]] bool isStoreInUse(const std::string& path) const override;
 
+  // LinuxKnownPlaces.cpp
+  [[nodiscard]] std::span<const KnownPlace> knownPlaces() const noexcept override;
+  // A link that names its process, as browsers leave it, a file that is locked, or one that holds a process number.
+  [[nodiscard]] bool isBusySign(const std::string& path) const override;
+
  private:
   XdgFolders m_folders;
 };

@@ -14,16 +14,6 @@
 namespace orvane {
 namespace {
 
-// Virtual machines lock their disks, also those that run for another user.
-bool isLocked(const std::string& path) {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file) return false;
-  struct flock lock {};
-  lock.l_type = F_WRLCK;
-  lock.l_whence = SEEK_SET;
-  return ::fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-}
-
 bool holds(std::string_view process, const struct stat& wanted) {
   const auto folder = joinPath(joinPath("/proc", process), "fd");
   auto reader = DirectoryReader::open(AT_FDCWD, folder.c_str(), DirectoryReader::Links::refuse);
@@ -38,9 +28,19 @@ bool holds(std::string_view process, const struct stat& wanted) {
 
 }  // namespace
 
+bool isLocked(const std::string& path) {
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) return false;
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return ::fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
 bool isOpenAnywhere(const std::string& path) {
   struct stat wanted {};
   if (::stat(path.c_str(), &wanted) != 0 || !S_ISREG(wanted.st_mode)) return false;
+  // Virtual machines lock their disks, also those that run for another user.
   if (isLocked(path)) return true;
   auto processes = DirectoryReader::open(AT_FDCWD, "/proc", DirectoryReader::Links::refuse);
   if (!processes) return false;

@@ -14,14 +14,15 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> windowStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> dashboardStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> cleanupStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> placeStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> sectionStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> duplicateStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> ruleStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> settingsStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 10> stringTables() noexcept {
-  return {shellStrings(),   actionStrings(),  figureStrings(),    windowStrings(), dashboardStrings(),
-          cleanupStrings(), sectionStrings(), duplicateStrings(), ruleStrings(),   settingsStrings()};
+[[nodiscard]] inline std::array<std::span<const StringRow>, 11> stringTables() noexcept {
+  return {shellStrings(), actionStrings(),  figureStrings(),    windowStrings(), dashboardStrings(), cleanupStrings(),
+          placeStrings(), sectionStrings(), duplicateStrings(), ruleStrings(),   settingsStrings()};
 }
 
 }  // namespace orvane

@@ -88,6 +88,15 @@ bool FileAccessService::hasGrants() {
   return !m_activeBookmarks.empty();
 }
 
+bool FileAccessService::areKnownPlacesGranted() const {
+  return storedValue<bool>(m_preferences, knownPlacesKey,
+                           [](const Json* stored) { return stored == nullptr || *stored != Json(false); });
+}
+
+void FileAccessService::grantKnownPlaces(bool granted) {
+  m_preferences.setValue(knownPlacesKey, granted);
+}
+
 void FileAccessService::removeManagedFolder(const FileUrl& url) {
   const std::lock_guard lock(m_mutex);
   const auto key = keyOf(canonicalPath(url.path()));

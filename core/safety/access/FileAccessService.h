@@ -21,6 +21,9 @@ class FileAccessService {
   // An object from canonical folder path to bookmark. A path that is not UTF-8 is kept as its URL.
   static constexpr std::string_view bookmarkStorageKey = "OrvaneSecurityScopedBookmarks";
 
+  // Whether the known places of programs count as granted; true where nothing is stored.
+  static constexpr std::string_view knownPlacesKey = "OrvaneKnownPlaces";
+
   FileAccessService(Preferences& preferences, FolderGrants& grants, std::string homeFolder);
   static FileAccessService& shared();
 
@@ -31,6 +34,10 @@ class FileAccessService {
   [[nodiscard]] std::vector<FileUrl> getManagedFolderURLs();
   // Whether any folder was granted, so that those managed by default no longer count.
   [[nodiscard]] bool hasGrants();
+  // The caches and logs of programs, wherever the system keeps them: a grant of its own.
+  [[nodiscard]] bool areKnownPlacesGranted() const;
+  // Throws std::system_error.
+  void grantKnownPlaces(bool granted);
   // Takes a grant back, links resolved. One that was never given changes nothing. Throws std::system_error.
   void removeManagedFolder(const FileUrl& url);
 

@@ -41,7 +41,7 @@ bool isSymbolicLink(const std::string& path) noexcept {
 }  // namespace
 
 PathValidator::PathValidator(const std::string& homeFolder, const SystemProfile& profile)
-    : m_protected(homeFolder, profile) {}
+    : m_protected(homeFolder, profile), m_knownPlaces(profile) {}
 
 void PathValidator::validate(const FileUrl& url, const Boundary& boundary) const {
   if (auto refused = refusal(url, &boundary)) throw SecurityError(*std::move(refused));
@@ -105,7 +105,16 @@ bool PathValidator::isGivenProtected(std::string_view canonicalPath, const Bound
          hasVersionControlComponent(canonicalPath);
 }
 
+bool PathValidator::isKnownSettingsPlace(std::string_view canonicalPath) const noexcept {
+  const auto* row = m_knownPlaces.rowOf(canonicalPath);
+  return row != nullptr && row->place->base == SystemProfile::Base::config;
+}
+
 bool PathValidator::isProtected(std::string_view canonicalPath, const Boundary* boundary) const {
+  if (boundary != nullptr &&
+      std::ranges::find(boundary->canonicalPaths(), canonicalPath) != boundary->canonicalPaths().end() &&
+      isKnownSettingsPlace(canonicalPath))
+    return false;
   return isGivenProtected(canonicalPath, boundary) ||
          m_protected.find(canonicalPath).kind != ProtectedLocations::Finding::Kind::none ||
          m_protected.profile().isStoreInUse(std::string(canonicalPath));
@@ -113,6 +122,7 @@ bool PathValidator::isProtected(std::string_view canonicalPath, const Boundary* 
 
 std::optional<SecurityError::Case> PathValidator::checkReturn(std::string_view canonicalPath) const {
   const Boundary folder({FileUrl(std::string(parentPath(canonicalPath)))});
+  if (isKnownSettingsPlace(canonicalPath)) return std::nullopt;
   if (!isGivenProtected(canonicalPath, &folder) && isInside(canonicalPath, folder)) return std::nullopt;
   return SecurityError::ProtectedPath{std::string(canonicalPath)};
 }

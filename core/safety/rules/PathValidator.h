@@ -4,6 +4,7 @@
 #include "core/safety/records/Boundary.h"
 #include "core/safety/records/SecurityError.h"
 #include "core/safety/rules/ProtectedLocations.h"
+#include "core/scanning/records/KnownPlaceTable.h"
 
 #include <optional>
 #include <span>
@@ -22,7 +23,8 @@ class PathValidator {
   // For the current user's home folder.
   static PathValidator& shared();
 
-  // Throws SecurityError, the first rule that refuses deciding.
+  // Throws SecurityError, the first rule that refuses deciding. A known place in the folder of settings is admitted
+  // where the boundary names it itself.
   void validate(const FileUrl& url, const Boundary& boundary) const;
   void validate(const FileUrl& url, FixedRulesOnly only) const;
   // The non-throwing twins: true when the matching validate() does not throw.
@@ -52,6 +54,7 @@ class PathValidator {
   // Whether the text of a path, before anything is resolved, tries to climb.
   [[nodiscard]] static bool hasTraversal(std::string_view path) noexcept;
   [[nodiscard]] const ProtectedLocations& protectedLocations() const noexcept { return m_protected; }
+  [[nodiscard]] const KnownPlaceTable& knownPlaces() const noexcept { return m_knownPlaces; }
 
  private:
   // `boundary` is null where only the fixed rules are asked.
@@ -61,7 +64,11 @@ class PathValidator {
   // By the profile too.
   [[nodiscard]] bool isProtected(std::string_view canonicalPath, const Boundary* boundary) const;
 
+  // Of the folder of settings nothing may be touched but the known places in it, each whole.
+  [[nodiscard]] bool isKnownSettingsPlace(std::string_view canonicalPath) const noexcept;
+
   ProtectedLocations m_protected;
+  KnownPlaceTable m_knownPlaces;
 };
 
 }  // namespace orvane

@@ -1,0 +1,82 @@
+#include "core/localization/strings/StringTables.h"
+
+namespace orvane {
+namespace {
+
+// Why a place of a program can go. "%1" is the program.
+constexpr std::array rows{
+    StringRow{"place.rebuilt",
+              {"Rebuilt by %1 when needed", "Recréé par %1 au besoin", "Wird von %1 bei Bedarf neu angelegt",
+               "必要なときに %1 が再作成します", "필요할 때 %1에서 다시 만듦", "需要时由 %1 重新生成",
+               "需要時由 %1 重新產生", "%1 lo vuelve a crear si hace falta"}},
+    StringRow{
+        "place.downloaded",
+        {"Downloaded again by %1 when needed", "Téléchargé à nouveau par %1 au besoin",
+         "Wird von %1 bei Bedarf neu geladen", "必要なときに %1 が再ダウンロードします", "필요할 때 %1에서 다시 받음",
+         "需要时由 %1 重新下载", "需要時由 %1 重新下載", "%1 lo vuelve a descargar si hace falta"}},
+    StringRow{"place.long_download",
+              {"Takes %1 a long download to get back", "Long à télécharger à nouveau pour %1",
+               "Für %1 nur mit langem Download wieder zu haben", "%1 での再ダウンロードに時間がかかります",
+               "%1에서 다시 받는 데 오래 걸림", "%1 重新下载需要很久", "%1 重新下載需要很久",
+               "%1 tarda mucho en volver a descargarlo"}},
+    StringRow{
+        "place.slow_index",
+        {"Takes %1 a long time to build again", "Long à reconstruire pour %1", "Für %1 nur langsam wieder aufzubauen",
+         "%1 での再構築に時間がかかります", "%1에서 다시 만드는 데 오래 걸림", "%1 重新生成需要很久",
+         "%1 重新產生需要很久", "%1 tarda mucho en volver a crearlo"}},
+    StringRow{"place.own_builds",
+              {"From %1; may hold what was built here", "De %1\u00a0; peut contenir ce qui a été compilé ici",
+               "Von %1, vielleicht mit hier Gebautem", "%1 のデータ。ここでビルドしたものを含む可能性があります",
+               "%1의 데이터. 여기서 빌드한 것이 있을 수 있음", "来自 %1，可能含有在此构建的内容",
+               "來自 %1，可能含有在此建置的內容", "De %1; puede contener lo compilado aquí"}},
+    StringRow{
+        "place.offline_pages",
+        {"Web pages keep data for offline use here (%1)", "Données hors ligne de pages web (%1)",
+         "Offline-Daten von Webseiten (%1)", "ウェブページのオフラインデータ (%1)", "웹 페이지의 오프라인 데이터(%1)",
+         "网页的离线数据（%1）", "網頁的離線資料（%1）", "Datos sin conexión de páginas web (%1)"}},
+    StringRow{
+        "place.server",
+        {"Loaded again from the servers of %1", "Rechargé depuis les serveurs de %1",
+         "Wird von den Servern von %1 neu geladen", "%1 のサーバから再取得されます", "%1 서버에서 다시 받아옴",
+         "会从 %1 的服务器重新获取", "會從 %1 的伺服器重新取得", "Se vuelve a cargar desde los servidores de %1"}},
+    StringRow{"place.unsaved",
+              {"May hold unsaved work in %1", "Peut contenir du travail non enregistré dans %1",
+               "Vielleicht mit ungesicherter Arbeit in %1", "%1 の未保存の作業を含む可能性があります",
+               "%1의 저장하지 않은 작업이 있을 수 있음", "可能含有 %1 中未保存的内容", "可能含有 %1 中未儲存的內容",
+               "Puede contener trabajo sin guardar en %1"}},
+    StringRow{"place.offline_media",
+              {"May hold music kept offline in %1", "Peut contenir la musique hors ligne de %1",
+               "Vielleicht mit Offline-Musik von %1", "%1 のオフライン音楽を含む可能性があります",
+               "%1의 오프라인 음악이 있을 수 있음", "可能含有 %1 的离线音乐", "可能含有 %1 的離線音樂",
+               "Puede contener música sin conexión de %1"}},
+    StringRow{"place.disposable",
+              {"From %1, in the place for what programs can make again",
+               "De %1, à l’endroit prévu pour ce que les programmes savent recréer",
+               "Von %1, am Ort für das, was Programme neu anlegen können",
+               "%1 のデータ。プログラムが再作成できるものの場所にあります",
+               "%1의 데이터. 프로그램이 다시 만들 수 있는 것을 두는 곳에 있음",
+               "来自 %1，位于存放程序可重新生成内容的位置", "來自 %1，位於存放程式可重新產生內容的位置",
+               "De %1, en el lugar de lo que los programas pueden volver a crear"}},
+    StringRow{"place.unfinished",
+              {"An unfinished download of %1", "Téléchargement inachevé de %1", "Unfertiger Download von %1",
+               "%1 の未完了のダウンロード", "%1의 끝나지 않은 다운로드", "%1 未完成的下载", "%1 未完成的下載",
+               "Descarga sin terminar de %1"}},
+    StringRow{
+        "place.old_log",
+        {"An old record of %1 that nothing writes to any more", "Ancien journal de %1, dans lequel plus rien n’écrit",
+         "Alte Aufzeichnung von %1, in die nichts mehr schreibt", "%1 の古い記録。もう書き込まれません",
+         "%1의 오래된 기록. 더 이상 쓰이지 않음", "%1 的旧记录，不再写入", "%1 的舊記錄，不再寫入",
+         "Registro antiguo de %1 en el que ya no se escribe"}},
+    StringRow{"place.busy",
+              {"%1 is open and uses it", "%1 est ouvert et l’utilise", "%1 ist geöffnet und benutzt es",
+               "%1 が開いていて使用中です", "%1이(가) 열려 있어 사용 중", "%1 已打开，正在使用", "%1 已開啟，正在使用",
+               "%1 está abierto y lo usa"}},
+};
+
+}  // namespace
+
+std::span<const StringRow> placeStrings() noexcept {
+  return rows;
+}
+
+}  // namespace orvane

@@ -1,0 +1,124 @@
+#include "core/scanning/known/KnownPlaceSearch.h"
+
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathAccess.h"
+#include "core/base/files/PathText.h"
+#include "core/platform/FileStatusReader.h"
+#include "core/safety/rules/PathValidator.h"
+#include "core/scanning/walk/FolderSize.h"
+
+#include <fcntl.h>
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <span>
+#include <string_view>
+#include <utility>
+
+namespace orvane {
+namespace {
+
+constexpr std::size_t foldersReadAlone = 32;
+
+using Found = std::function<void(std::string path, int folder, const char* name)>;
+
+// Calls `found` with what fits the components below an open folder, which has the path.
+void match(int folder, const std::string& path, std::span<const std::string> components, const Found& found) {
+  const auto follow = [&](const char* name) {
+    if (components.size() == 1) return found(joinPath(path, name), folder, name);
+    const auto below = DirectoryReader::open(folder, name, DirectoryReader::Links::refuse);
+    if (below) match(below->descriptor(), joinPath(path, name), components.subspan(1), found);
+  };
+  if (components.front().find('*') == std::string::npos) return follow(components.front().c_str());
+  auto reader = DirectoryReader::open(folder, ".", DirectoryReader::Links::refuse);
+  if (!reader) return;
+  std::set<std::string> names;
+  while (const auto entry = reader->next()) {
+    if (fitsWildcard(entry->name, components.front())) names.emplace(entry->name);
+  }
+  for (const auto& name : names) follow(name.c_str());
+}
+
+void matchBelow(const std::string& base, const std::vector<PathPattern>& patterns, const Found& found) {
+  if (base.empty()) return;
+  const auto folder = openFolderWithoutLinks(AT_FDCWD, base);
+  if (!folder) return;
+  for (const auto& pattern : patterns) match(folder.get(), base, pattern.components(), found);
+}
+
+bool isItem(const FileStatus& status, SystemProfile::Unit unit) noexcept {
+  return status.type == FileType::regular || (status.type == FileType::directory && unit == SystemProfile::Unit::whole);
+}
+
+}  // namespace
+
+KnownPlaceSearch::KnownPlaceSearch(const PathValidator& validator, const FileStatusReader& statusReader)
+    : m_validator(validator), m_statusReader(statusReader) {}
+
+std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_token& stop) const {
+  const auto& table = m_validator.knownPlaces();
+  std::vector<Place> places;
+  for (const auto& row : table.rows()) {
+    if (stop.stop_requested()) return {};
+    matchBelow(table.folder(row.place->base), row.patterns, [&](std::string path, int folder, const char* name) {
+      if (table.rowOf(path) != &row) return;
+      const auto status = m_statusReader.read(folder, name);
+      if (!status || !isItem(*status, row.place->unit)) return;
+      // What lies in a Trash is shown, though no rule admits it.
+      const bool isShown =
+          row.category == ScanCategory::trash || m_validator.isPathAllowed(FileUrl(path), Boundary({FileUrl(path)}));
+      if (isShown) places.push_back({std::move(path), *status, &row});
+    });
+  }
+  return places;
+}
+
+bool KnownPlaceSearch::isBusy(const Place& place) const {
+  const auto& sign = place.row->place->busy;
+  if (sign.pattern.empty()) return false;
+  const auto& table = m_validator.knownPlaces();
+  const auto relative = std::string_view(place.path).substr(table.folder(place.row->place->base).size() + 1);
+  std::string pattern(sign.pattern);
+  if (const auto mark = pattern.find('%'); mark != std::string::npos) {
+    pattern.replace(mark, 1, relative.substr(0, relative.find('/')));
+  }
+  bool isBusy = false;
+  matchBelow(table.folder(sign.base), PathPattern::alternatives(pattern),
+             [&](const std::string& path, int /*folder*/, const char* /*name*/) {
+               isBusy = isBusy || table.profile().isBusySign(path);
+             });
+  return isBusy;
+}
+
+std::vector<FileItem> KnownPlaceSearch::sized(const std::vector<Place>& places, const std::stop_token& stop) const {
+  std::vector<std::shared_ptr<FolderSize>> sizes;
+  WorkStack::Tasks tasks;
+  TreeWalk walk;
+  for (const auto& place : places) {
+    sizes.push_back(std::make_shared<FolderSize>(FolderSize::Extent::everything));
+    if (place.status.type != FileType::directory) continue;
+    tasks.push_back(FolderSize::task(sizes.back(), FolderPlace{nullptr, place.path}, walk));
+  }
+  walk.run(std::move(tasks), foldersReadAlone, stop);
+  if (stop.stop_requested()) return {};
+  const auto& home = m_validator.knownPlaces().folder(SystemProfile::Base::home);
+  std::vector<FileItem> items;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const auto& [path, status, row] = places[i];
+    FileItem::Fields fields;
+    fields.url = FileUrl(path);
+    if (isSameOrInside(path, home)) fields.relativeStart = static_cast<std::uint32_t>(home.size() + 1);
+    fields.identity = ItemIdentity::of(status);
+    fields.fileSize = status.type == FileType::directory ? sizes[i]->bytes() : status.size;
+    fields.createdDate = status.created ? status.created->date() : status.modified.date();
+    fields.lastOpenedDate = status.accessed.date();
+    fields.category = row->category;
+    fields.riskLabel = row->label;
+    if (row->category == ScanCategory::trash || isBusy(places[i])) fields.isSelected = false;
+    items.emplace_back(std::move(fields));
+  }
+  return items;
+}
+
+}  // namespace orvane

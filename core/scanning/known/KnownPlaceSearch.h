@@ -1,0 +1,47 @@
+#pragma once
+
+#include "core/base/files/FileStatus.h"
+#include "core/scanning/records/FileItem.h"
+#include "core/scanning/records/KnownPlaceTable.h"
+
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+class FileStatusReader;
+class PathValidator;
+
+// Finds the known places that exist. Only these are opened, from their base on, and no link is followed; what is
+// missing, unreadable or refused by the validator is skipped without a word.
+class KnownPlaceSearch {
+ public:
+  // What is given must outlive this object.
+  KnownPlaceSearch(const PathValidator& validator, const FileStatusReader& statusReader);
+
+  // An item a place, in the order of the rows, sized in full: hidden files count, a file with several names once. One
+  // whose program runs is unselected, and so is one in a Trash. Those that `takes` refuses are not sized. Empty once a
+  // stop is requested.
+  template <typename Takes>
+  [[nodiscard]] std::vector<FileItem> items(Takes takes, const std::stop_token& stop = {}) const {
+    auto places = find(stop);
+    std::erase_if(places, [&](const Place& place) { return !takes(*place.row); });
+    return sized(places, stop);
+  }
+
+ private:
+  struct Place {
+    std::string path;
+    FileStatus status;
+    const KnownPlaceTable::Row* row;
+  };
+  [[nodiscard]] std::vector<Place> find(const std::stop_token& stop) const;
+  [[nodiscard]] std::vector<FileItem> sized(const std::vector<Place>& places, const std::stop_token& stop) const;
+  [[nodiscard]] bool isBusy(const Place& place) const;
+
+  const PathValidator& m_validator;
+  const FileStatusReader& m_statusReader;
+};
+
+}  // namespace orvane

@@ -1,0 +1,73 @@
+#include "core/tasks/KnownPlaces.h"
+
+#include "core/localization/LocalizedStrings.h"
+#include "core/safety/access/FileAccessService.h"
+#include "core/safety/rules/PathValidator.h"
+#include "core/scanning/known/KnownPlaceSearch.h"
+#include "core/tasks/TaskServices.h"
+
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+std::string reasonText(const KnownPlaceTable& table, const KnownPlaceTable::Row& row, std::string_view key,
+                       const FileUrl& place, AppLanguage language) {
+  std::string text(LocalizedStrings::lookup(language, key));
+  if (const auto mark = text.find("%1"); mark != std::string::npos) {
+    text.replace(mark, 2, table.programOf(row, place.path()));
+  }
+  return text;
+}
+
+}  // namespace
+
+KnownPlaces grantedKnownPlaces(const TaskServices& services) {
+  return services.folders.areKnownPlacesGranted() ? KnownPlaces::include : KnownPlaces::leaveOut;
+}
+
+void grantKnownPlaces(const TaskServices& services, KnownPlaces places) {
+  services.folders.grantKnownPlaces(places == KnownPlaces::include);
+}
+
+std::vector<FileItem> knownPlaceItems(const TaskServices& services, DeveloperCaches developerCaches,
+                                      const std::stop_token& stop) {
+  const auto takes = [&](const KnownPlaceTable::Row& row) {
+    return row.category != ScanCategory::developerCaches || developerCaches == DeveloperCaches::include;
+  };
+  return KnownPlaceSearch(services.validator, services.statusReader).items(takes, stop);
+}
+
+Boundary withKnownPlaces(const Boundary& boundary, std::span<const FileItem> places) {
+  auto folders = boundary.folders();
+  for (const auto& place : places) folders.push_back(place.url());
+  return Boundary(std::move(folders));
+}
+
+std::vector<FileItem> knownPlacesAmong(const TaskServices& services, const ItemList& items) {
+  std::vector<FileItem> places;
+  items.forEach([&](std::size_t, const FileItem& item) {
+    if (services.validator.knownPlaces().rowOf(item.url().path()) == nullptr) return false;
+    places.push_back(item);
+    return true;
+  });
+  return places;
+}
+
+std::string knownPlaceReason(const TaskServices& services, const FileUrl& place, AppLanguage language) {
+  const auto& table = services.validator.knownPlaces();
+  const auto* row = table.rowOf(place.path());
+  return row == nullptr ? std::string() : reasonText(table, *row, row->place->reason, place, language);
+}
+
+std::string knownPlaceReason(const TaskServices& services, const FileItem& item, AppLanguage language) {
+  const auto& table = services.validator.knownPlaces();
+  const auto* row = table.rowOf(item.url().path());
+  if (row == nullptr) return {};
+  // Nothing else keeps a safe item from being selected.
+  const bool isBusy = item.riskLabel() == RiskLabel::safe && !item.isSelected() && row->category != ScanCategory::trash;
+  return reasonText(table, *row, isBusy ? "place.busy" : row->place->reason, item.url(), language);
+}
+
+}  // namespace orvane

@@ -1,0 +1,196 @@
+#include "core/base/files/FileDescriptor.h"
+#include "platform/linux/LinuxProfile.h"
+#include "platform/linux/OpenFiles.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <optional>
+
+namespace orvane {
+namespace {
+
+using Base = SystemProfile::Base;
+using Place = SystemProfile::KnownPlace;
+using Unit = SystemProfile::Unit;
+using Sign = SystemProfile::BusySign;
+
+// Chromium and the programs made from it leave a link of this name while they run.
+constexpr Sign chromiumSign{Base::config, "%/{SingletonLock,*/SingletonLock}"};
+constexpr Sign firefoxSign{Base::home, ".mozilla/firefox/*/{lock,.parentlock}"};
+constexpr Sign editorSign{Base::config, "%/{SingletonLock,code.lock}"};
+constexpr Sign jetBrainsSign{Base::config, "JetBrains/*/{.lock,.pid}"};
+constexpr Sign steamSign{Base::home, ".steam/steam.pid"};
+constexpr Sign cargoSign{Base::home, ".cargo/.package-cache"};
+
+constexpr std::array places{
+    Place{Base::data, "Trash/files/*", Unit::whole, "trash", "safe", "reason.trash", ""},
+
+    // Browsers.
+    Place{Base::cache, "{chromium,google-chrome*,BraveSoftware,microsoft-edge*,vivaldi*,opera*}", Unit::whole,
+          "browserCaches", "safe", "place.downloaded", "", chromiumSign},
+    Place{Base::cache, "mozilla", Unit::whole, "browserCaches", "safe", "place.downloaded", "Firefox", firefoxSign},
+    Place{Base::cache, "{epiphany,falkon}", Unit::whole, "browserCaches", "safe", "place.downloaded", ""},
+    Place{Base::config,
+          "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/*/"
+          "{Cache,GPUCache,Code Cache,Dawn*Cache,Shared Dictionary}",
+          Unit::whole, "browserCaches", "safe", "place.downloaded", "", chromiumSign},
+    Place{Base::config,
+          "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/"
+          "{GPUPersistentCache,ShaderCache,GrShaderCache,component_crx_cache}",
+          Unit::whole, "browserCaches", "safe", "place.rebuilt", "", chromiumSign},
+    Place{Base::config,
+          "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/*/Service Worker/CacheStorage",
+          Unit::whole, "largeFiles", "review", "place.offline_pages", "", chromiumSign},
+
+    // Messengers.
+    Place{Base::config,
+          "{Slack,discord,Signal,Element,teams-for-linux}/"
+          "{Cache,Code Cache,GPUCache,logs,Service Worker/CacheStorage}",
+          Unit::whole,
+          "messagingMedia",
+          "review",
+          "place.server",
+          "",
+          {Base::config, "%/SingletonLock"}},
+    Place{Base::config,
+          "Microsoft/Microsoft Teams/{Cache,Code Cache,GPUCache,logs,Service Worker/CacheStorage}",
+          Unit::whole,
+          "messagingMedia",
+          "review",
+          "place.server",
+          "Microsoft Teams",
+          {Base::config, "%/*/SingletonLock"}},
+    Place{Base::data, "TelegramDesktop/tdata/user_data*/{cache,media_cache}", Unit::whole, "messagingMedia", "review",
+          "place.server", "Telegram"},
+
+    // Editors.
+    Place{Base::config,
+          "{Code,Code - Insiders,VSCodium}/"
+          "{Cache,CachedData,CachedExtensionVSIXs,GPUCache,Code Cache,logs}",
+          Unit::whole, "caches", "safe", "place.rebuilt", "", editorSign},
+    Place{Base::config, "{Code,Code - Insiders,VSCodium}/User/workspaceStorage/*", Unit::whole, "developerCaches",
+          "review", "place.unsaved", "", editorSign},
+
+    // Package managers and compilers.
+    Place{Base::home, ".npm/_cacache", Unit::whole, "caches", "safe", "place.downloaded", "npm"},
+    Place{Base::home, ".bun/install/cache", Unit::whole, "caches", "safe", "place.downloaded", "Bun"},
+    Place{Base::home, ".cargo/{registry/cache,registry/src,git}", Unit::whole, "caches", "safe", "place.downloaded",
+          "Cargo", cargoSign},
+    Place{Base::home, ".rustup/downloads", Unit::whole, "caches", "safe", "place.downloaded", "rustup"},
+    Place{Base::cache, "pip", Unit::whole, "caches", "safe", "place.downloaded", "pip"},
+    Place{Base::cache, "uv", Unit::whole, "caches", "safe", "place.downloaded", "uv"},
+    Place{Base::cache, "yarn", Unit::whole, "caches", "safe", "place.downloaded", "Yarn"},
+    Place{Base::cache, "go-build", Unit::whole, "caches", "safe", "place.rebuilt", "Go"},
+    Place{Base::cache, "ccache", Unit::whole, "caches", "safe", "place.rebuilt", "ccache"},
+    Place{Base::cache, "sccache", Unit::whole, "caches", "safe", "place.rebuilt", "sccache"},
+    Place{Base::cache, "bazel", Unit::whole, "caches", "safe", "place.rebuilt", "Bazel"},
+    Place{Base::cache, "composer", Unit::whole, "caches", "safe", "place.downloaded", "Composer"},
+    Place{Base::cache, "Homebrew", Unit::whole, "caches", "safe", "place.downloaded", "Homebrew"},
+    Place{Base::data, "NuGet/v3-cache", Unit::whole, "caches", "safe", "place.downloaded", "NuGet"},
+
+    Place{Base::cache, "ms-playwright/*", Unit::whole, "developerCaches", "review", "place.long_download",
+          "Playwright"},
+    Place{Base::cache, "puppeteer/*", Unit::whole, "developerCaches", "review", "place.long_download", "Puppeteer"},
+    Place{Base::cache, "Cypress/*", Unit::whole, "developerCaches", "review", "place.long_download", "Cypress"},
+    Place{Base::cache, "pypoetry/virtualenvs/*", Unit::whole, "developerCaches", "review", "place.long_download",
+          "Poetry"},
+    Place{Base::cache, "JetBrains/*", Unit::whole, "developerCaches", "review", "place.slow_index", "JetBrains",
+          jetBrainsSign},
+
+    Place{Base::home, ".gradle/{caches,wrapper/dists}", Unit::whole, "developerCaches", "review", "place.own_builds",
+          "Gradle"},
+    Place{Base::home, ".m2/repository", Unit::whole, "developerCaches", "review", "place.own_builds", "Maven"},
+    Place{Base::home, ".nuget/packages", Unit::whole, "developerCaches", "review", "place.own_builds", "NuGet"},
+    Place{Base::home, "go/pkg/mod", Unit::whole, "developerCaches", "review", "place.own_builds", "Go"},
+    Place{Base::data, "pnpm/store", Unit::whole, "developerCaches", "review", "place.own_builds", "pnpm"},
+    Place{Base::home, "{miniconda3,anaconda3}/pkgs", Unit::whole, "developerCaches", "review", "place.own_builds",
+          "conda"},
+    Place{Base::home, ".conan*/p", Unit::whole, "developerCaches", "review", "place.own_builds", "Conan"},
+    Place{Base::cache, "vcpkg", Unit::whole, "developerCaches", "review", "place.own_builds", "vcpkg"},
+
+    // Models and media.
+    Place{Base::cache, "huggingface/hub/models--*", Unit::whole, "largeFiles", "review", "place.long_download",
+          "Hugging Face"},
+    Place{Base::cache, "torch/hub", Unit::whole, "largeFiles", "review", "place.long_download", "PyTorch"},
+    Place{Base::home, ".ollama/models", Unit::whole, "largeFiles", "review", "place.long_download", "Ollama"},
+    Place{Base::cache, "spotify", Unit::whole, "largeFiles", "review", "place.offline_media", "Spotify"},
+    Place{Base::home, ".var/app/com.spotify.Client/cache", Unit::whole, "largeFiles", "review", "place.offline_media",
+          "Spotify"},
+
+    // The desktop.
+    Place{Base::cache, "{thumbnails,mesa_shader_cache*,fontconfig,gstreamer-1.0,tracker3}", Unit::whole, "caches",
+          "safe", "place.rebuilt", ""},
+    Place{Base::home, "{.thumbnails,.nv/GLCache}", Unit::whole, "caches", "safe", "place.rebuilt", ""},
+    Place{Base::cache, "*", Unit::whole, "caches", "safe", "place.disposable", ""},
+    Place{Base::home, ".var/app/*/cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 2},
+    Place{Base::home, "snap/*/common/.cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 1},
+
+    // Games.
+    Place{Base::data, "Steam/{appcache/httpcache,config/htmlcache,depotcache,dumps,logs,steamapps/shadercache/*}",
+          Unit::whole, "caches", "safe", "place.rebuilt", "Steam", steamSign},
+    Place{Base::data, "Steam/steamapps/downloading/*", Unit::whole, "largeFiles", "review", "place.unfinished", "Steam",
+          steamSign},
+
+    // Logs that nobody writes any more.
+    Place{Base::home, ".xsession-errors.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
+    Place{Base::data, "xorg/*.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
+    Place{Base::home, ".npm/_logs", Unit::whole, "logs", "safe", "place.old_log", "npm"},
+    Place{Base::state, "{*.log.*,*/*.log.*,*/*/*.log.*}", Unit::file, "logs", "safe", "place.old_log", ""},
+    Place{Base::state, "*/log", Unit::whole, "logs", "safe", "place.old_log", ""},
+};
+
+bool isRunning(pid_t process) noexcept {
+  return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
+}
+
+std::optional<pid_t> processIn(std::string_view text) noexcept {
+  pid_t process = 0;
+  const auto end = std::from_chars(text.data(), text.data() + text.size(), process);
+  if (end.ec != std::errc() || process <= 0) return std::nullopt;
+  return process;
+}
+
+// A link that names its process: "host-123", "127.0.1.1:+123".
+bool linkNamesRunningProcess(const std::string& path) {
+  std::array<char, 512> target{};
+  const auto length = ::readlink(path.c_str(), target.data(), target.size());
+  if (length <= 0) return false;
+  const std::string_view text(target.data(), static_cast<std::size_t>(length));
+  const auto process = processIn(text.substr(text.find_last_of("-+") + 1));
+  return process && isRunning(*process);
+}
+
+bool fileNamesRunningProcess(int file) {
+  std::array<char, 32> text{};
+  const auto length = ::pread(file, text.data(), text.size(), 0);
+  const auto process = processIn({text.data(), length > 0 ? static_cast<std::size_t>(length) : 0});
+  return process && isRunning(*process);
+}
+
+}  // namespace
+
+std::span<const SystemProfile::KnownPlace> LinuxProfile::knownPlaces() const noexcept {
+  return places;
+}
+
+bool LinuxProfile::isBusySign(const std::string& path) const {
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0) return false;
+  if (S_ISLNK(status.st_mode)) return linkNamesRunningProcess(path);
+  if (!S_ISREG(status.st_mode)) return false;
+  if (isLocked(path)) return true;
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+  if (!file) return false;
+  // The lock, if it was free, goes with the descriptor.
+  if (::flock(file.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) return true;
+  return fileNamesRunningProcess(file.get());
+}
+
+}  // namespace orvane

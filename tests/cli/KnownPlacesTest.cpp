@@ -1,0 +1,244 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#include "core/base/files/FileDescriptor.h"
+#include "tests/cli/OrvanectlFixture.h"
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+
+// A file in a home, the item that a scan makes of it, and how that is treated.
+struct Layout {
+  const char* file;
+  const char* item;
+  const char* category;
+  const char* label;
+  const char* why;
+};
+
+const std::vector<Layout> layouts{
+    {".local/share/Trash/files/old/a", ".local/share/Trash/files/old", "trash", "safe", "in the Trash"},
+    {".cache/chromium/Default/Cache/a", ".cache/chromium", "browserCaches", "safe", "chromium"},
+    {".cache/google-chrome-beta/a", ".cache/google-chrome-beta", "browserCaches", "safe", "google-chrome-beta"},
+    {".cache/mozilla/firefox/a/cache2/x", ".cache/mozilla", "browserCaches", "safe", "Firefox"},
+    {".cache/epiphany/a", ".cache/epiphany", "browserCaches", "safe", "epiphany"},
+    {".config/google-chrome/Default/Code Cache/js/a", ".config/google-chrome/Default/Code Cache", "browserCaches",
+     "safe", "google-chrome"},
+    {".config/chromium/Default/DawnGraphiteCache/a", ".config/chromium/Default/DawnGraphiteCache", "browserCaches",
+     "safe", "chromium"},
+    {".config/BraveSoftware/Brave-Browser/Default/GPUCache/a", ".config/BraveSoftware/Brave-Browser/Default/GPUCache",
+     "browserCaches", "safe", "BraveSoftware"},
+    {".config/chromium/ShaderCache/a", ".config/chromium/ShaderCache", "browserCaches", "safe", "Rebuilt"},
+    {".config/chromium/Default/Service Worker/CacheStorage/a", ".config/chromium/Default/Service Worker/CacheStorage",
+     "largeFiles", "review", "offline"},
+    {".config/Slack/Service Worker/CacheStorage/a", ".config/Slack/Service Worker/CacheStorage", "messagingMedia",
+     "review", "servers of Slack"},
+    {".config/discord/Cache/a", ".config/discord/Cache", "messagingMedia", "review", "discord"},
+    {".config/Microsoft/Microsoft Teams/logs/a", ".config/Microsoft/Microsoft Teams/logs", "messagingMedia", "review",
+     "Microsoft Teams"},
+    {".local/share/TelegramDesktop/tdata/user_data#2/media_cache/a",
+     ".local/share/TelegramDesktop/tdata/user_data#2/media_cache", "messagingMedia", "review", "Telegram"},
+    {".config/Code/CachedData/a", ".config/Code/CachedData", "caches", "safe", "Code"},
+    {".config/Code - Insiders/logs/a.log", ".config/Code - Insiders/logs", "caches", "safe", "Code - Insiders"},
+    {".config/VSCodium/User/workspaceStorage/ab/state", ".config/VSCodium/User/workspaceStorage/ab", "developerCaches",
+     "review", "unsaved"},
+    {".npm/_cacache/content-v2/.hidden/node_modules/a", ".npm/_cacache", "caches", "safe", "npm"},
+    {".cargo/registry/src/a", ".cargo/registry/src", "caches", "safe", "Cargo"},
+    {".cargo/git/db/a", ".cargo/git", "caches", "safe", "Cargo"},
+    {".rustup/downloads/a", ".rustup/downloads", "caches", "safe", "rustup"},
+    {".cache/pip/http/a", ".cache/pip", "caches", "safe", "Downloaded again by pip when needed"},
+    {".cache/ccache/0/a", ".cache/ccache", "caches", "safe", "Rebuilt by ccache when needed"},
+    {".local/share/NuGet/v3-cache/a", ".local/share/NuGet/v3-cache", "caches", "safe", "NuGet"},
+    {".cache/ms-playwright/chromium-1/a", ".cache/ms-playwright/chromium-1", "developerCaches", "review", "Playwright"},
+    {".cache/pypoetry/virtualenvs/app-py3/bin/python", ".cache/pypoetry/virtualenvs/app-py3", "developerCaches",
+     "review", "Poetry"},
+    {".cache/JetBrains/IdeaIC2024.1/index/a", ".cache/JetBrains/IdeaIC2024.1", "developerCaches", "review",
+     "JetBrains"},
+    {".gradle/wrapper/dists/a", ".gradle/wrapper/dists", "developerCaches", "review", "built here"},
+    {".m2/repository/a", ".m2/repository", "developerCaches", "review", "Maven"},
+    {"go/pkg/mod/a", "go/pkg/mod", "developerCaches", "review", "Go"},
+    {".local/share/pnpm/store/v3/a", ".local/share/pnpm/store", "developerCaches", "review", "pnpm"},
+    {"miniconda3/pkgs/a", "miniconda3/pkgs", "developerCaches", "review", "conda"},
+    {".conan2/p/a", ".conan2/p", "developerCaches", "review", "Conan"},
+    {".cache/huggingface/hub/models--a--b/blobs/x", ".cache/huggingface/hub/models--a--b", "largeFiles", "review",
+     "Hugging Face"},
+    {".ollama/models/blobs/x", ".ollama/models", "largeFiles", "review", "Ollama"},
+    {".cache/spotify/Data/a", ".cache/spotify", "largeFiles", "review", "Spotify"},
+    {".var/app/com.spotify.Client/cache/a", ".var/app/com.spotify.Client/cache", "largeFiles", "review", "Spotify"},
+    {".cache/thumbnails/large/a.png", ".cache/thumbnails", "caches", "safe", "thumbnails"},
+    {".cache/mesa_shader_cache_db/a", ".cache/mesa_shader_cache_db", "caches", "safe", "mesa_shader_cache_db"},
+    {".nv/GLCache/a", ".nv/GLCache", "caches", "safe", "Rebuilt"},
+    {".cache/unheard-of/a", ".cache/unheard-of", "caches", "safe", "unheard-of"},
+    {".cache/single.db", ".cache/single.db", "caches", "safe", "single.db"},
+    {".var/app/org.example.App/cache/a", ".var/app/org.example.App/cache", "caches", "safe", "org.example.App"},
+    {"snap/firefox/common/.cache/a", "snap/firefox/common/.cache", "caches", "safe", "firefox"},
+    {".local/share/Steam/steamapps/shadercache/730/a", ".local/share/Steam/steamapps/shadercache/730", "caches", "safe",
+     "Steam"},
+    {".local/share/Steam/config/htmlcache/a", ".local/share/Steam/config/htmlcache", "caches", "safe", "Steam"},
+    {".local/share/Steam/steamapps/downloading/730/a", ".local/share/Steam/steamapps/downloading/730", "largeFiles",
+     "review", "unfinished"},
+    {".xsession-errors.old", ".xsession-errors.old", "logs", "safe", "nothing writes"},
+    {".local/share/xorg/Xorg.0.log.old", ".local/share/xorg/Xorg.0.log.old", "logs", "safe", "X.Org"},
+    {".npm/_logs/a.log", ".npm/_logs", "logs", "safe", "npm"},
+    {".local/state/app/app.log.1", ".local/state/app/app.log.1", "logs", "safe", "app"},
+    {".local/state/wireplumber/log/a", ".local/state/wireplumber/log", "logs", "safe", "wireplumber"},
+};
+
+// Beside them, and no items.
+const std::vector<std::string> others{
+    ".config/chromium/Default/Cookies",
+    ".config/chromium/Local State",
+    ".config/Code/User/settings.json",
+    ".local/share/TelegramDesktop/tdata/key_datas",
+    ".local/share/Steam/userdata/1/save",
+    ".local/state/app/app.log",
+    ".cargo/bin/cargo",
+    ".cargo/credentials.toml",
+    ".var/app/org.example.App/config/rc",
+    ".local/share/Trash/info/old.trashinfo",
+    ".local/share/xorg/Xorg.0.log",
+    ".xsession-errors",
+    "go/bin/tool",
+    "go/src/own.go",
+};
+
+class KnownPlaces : public Orvanectl {
+ public:
+  KnownPlaces() {
+    home.folder("Downloads");
+    for (const auto& layout : layouts) home.file(layout.file, "0123456789");
+    for (const auto& other : others) home.file(other);
+  }
+
+  // Scanned items by their paths in the home.
+  std::map<std::string, Json> scan(Words words = {"scan", "--developer-caches", "--json"}) const {
+    std::map<std::string, Json> items;
+    const auto output = run(words).output;
+    for (std::size_t start = 0; start < output.size();) {
+      const auto end = output.find('\n', start);
+      const auto event = parseJson(output.substr(start, end - start));
+      if (event["event"] == "itemDiscovered") items[event["item"]["relativePath"]] = event["item"];
+      start = end + 1;
+    }
+    return items;
+  }
+};
+
+TEST_F(KnownPlaces, areItemsWithTheirCategoryRiskSizeAndReason) {
+  const auto items = scan();
+  EXPECT_EQ(items.size(), layouts.size());
+  for (const auto& layout : layouts) {
+    const auto found = items.find(layout.item);
+    ASSERT_NE(found, items.end()) << layout.item;
+    const auto& item = found->second;
+    EXPECT_EQ(item["category"], layout.category) << layout.item;
+    EXPECT_EQ(item["riskLabel"], layout.label) << layout.item;
+    EXPECT_EQ(item["fileSize"], 10) << layout.item;
+    EXPECT_EQ(item["isSelected"], std::string_view(layout.label) == "safe" && item["category"] != "trash")
+        << layout.item;
+  }
+  const auto table = run({"folders", "known"}).output;
+  for (const auto& layout : layouts) {
+    const auto row = table.find("~/" + std::string(layout.item) + " ");
+    ASSERT_NE(row, std::string::npos) << layout.item;
+    EXPECT_THAT(table.substr(row, table.find('\n', row) - row), HasSubstr(layout.why));
+  }
+}
+
+TEST_F(KnownPlaces, goWholeAndComeBackAndNothingElseGoes) {
+  const auto report = json({"clean", "--yes"});
+  std::size_t safe = 0;
+  for (const auto& layout : layouts) {
+    const bool goes = std::string_view(layout.label) == "safe" && std::string_view(layout.category) != "trash";
+    safe += goes ? 1 : 0;
+    EXPECT_EQ(exists(home.path(layout.item)), !goes) << layout.item;
+  }
+  EXPECT_EQ(report["itemsProcessed"], safe) << report.dump(1);
+  for (const auto& other : others) EXPECT_TRUE(exists(home.path(other))) << other;
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+  for (const auto& layout : layouts) EXPECT_TRUE(exists(home.path(layout.file))) << layout.file;
+}
+
+TEST_F(KnownPlaces, ofTheFolderOfSettingsGoByNothingElse) {
+  const auto cache = home.path(".config/Code/CachedData");
+  const Words words{"trash", "--yes", "--root", home.path(), cache, cache + "/a", home.path(".config/Code")};
+  EXPECT_EQ(json(words, 1)["itemsProcessed"], 0);
+  EXPECT_TRUE(exists(cache + "/a"));
+}
+
+TEST_F(KnownPlaces, areLeftOutWhereTheUserSaysSo) {
+  EXPECT_EQ(scan({"scan", "--json", "--no-known-places"}).size(), 0);
+  EXPECT_EQ(scan({"scan", "--json", home.path("Downloads")}).size(), 0);
+  EXPECT_EQ(run({"folders", "known", "off"}).exitStatus, 0);
+  EXPECT_EQ(scan().size(), 0);
+  EXPECT_EQ(json({"clean", "--yes"})["itemsProcessed"], 0);
+  EXPECT_EQ(run({"folders", "known", "on"}).exitStatus, 0);
+  EXPECT_EQ(scan().size(), layouts.size());
+}
+
+TEST_F(KnownPlaces, areShownUnselectedWhileTheirProgramRuns) {
+  home.link(".config/chromium/SingletonLock", "host-" + std::to_string(::getpid()));
+  home.link(".config/google-chrome/SingletonLock", "host-999999999");
+  home.file(".steam/steam.pid", std::to_string(::getpid()) + "\n");
+  home.link(".mozilla/firefox/a.default/lock", "127.0.1.1:+" + std::to_string(::getpid()));
+  const FileDescriptor cargo(::open(home.file(".cargo/.package-cache").c_str(), O_RDONLY | O_CLOEXEC));
+  ASSERT_EQ(::flock(cargo.get(), LOCK_EX), 0);
+  const auto items = scan();
+  for (const auto* busy : {".cache/chromium", ".config/chromium/ShaderCache", ".cache/mozilla", ".cargo/git",
+                           ".local/share/Steam/config/htmlcache"}) {
+    EXPECT_EQ(items.at(busy)["isSelected"], false) << busy;
+  }
+  EXPECT_EQ(items.at(".config/google-chrome/Default/Code Cache")["isSelected"], true);
+  EXPECT_THAT(run({"folders", "known"}).output, HasSubstr("chromium is open and uses it"));
+  static_cast<void>(run({"clean", "--yes"}));
+  EXPECT_TRUE(exists(home.path(".cache/chromium")) && exists(home.path(".cargo/git/db/a")));
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
+}
+
+TEST_F(KnownPlaces, areReachedThroughNoLink) {
+  home.file("Documents/photos/a.jpg");
+  std::filesystem::remove_all(home.path(".npm"));
+  home.link(".npm", "Documents");
+  home.file("Documents/_cacache/a");
+  home.link(".cache/linked", home.path("Documents"));
+  const auto items = scan();
+  EXPECT_FALSE(items.contains(".npm/_cacache") || items.contains("Documents/_cacache"));
+  EXPECT_FALSE(items.contains(".cache/linked"));
+}
+
+TEST_F(KnownPlaces, comeOnceWhereAGrantedFolderHoldsThem) {
+  EXPECT_EQ(run({"folders", "add", home.path("go")}).exitStatus, 0);
+  const auto items = scan();
+  EXPECT_TRUE(items.contains("go/pkg/mod"));
+  EXPECT_FALSE(items.contains("pkg/mod/a"));
+  EXPECT_TRUE(items.contains("src/own.go"));
+}
+
+TEST_F(KnownPlaces, followTheFoldersOfTheEnvironment) {
+  environment["XDG_CACHE_HOME"] = home.path("caches");
+  home.file("caches/pip/a");
+  const auto items = scan();
+  EXPECT_TRUE(items.contains("caches/pip"));
+  EXPECT_FALSE(items.contains(".cache/pip"));
+}
+
+TEST_F(KnownPlaces, areAppliedFromASavedProposal) {
+  const auto file = home.path("proposal.json");
+  EXPECT_EQ(run({"clean", "--save", file}).exitStatus, 0);
+  home.file("Documents/x");
+  EXPECT_EQ(json({"apply", "--yes", "--root", home.path("Documents"), file}, 1)["itemsProcessed"], 0);
+  EXPECT_GT(json({"apply", "--yes", file})["itemsProcessed"], 20);
+  EXPECT_FALSE(exists(home.path(".config/Code/CachedData")));
+}
+
+TEST_F(KnownPlaces, areExplained) {
+  const auto text = run({"explain", home.path(".cache/pip"), home.path(".config/Code/CachedData")}).output;
+  EXPECT_THAT(text, HasSubstr("Downloaded again by pip when needed"));
+  EXPECT_THAT(text, HasSubstr("Rebuilt by Code when needed"));
+  EXPECT_THAT(text, testing::Not(HasSubstr("allowed    no")));
+}
+
+}  // namespace
+}  // namespace orvane::test
