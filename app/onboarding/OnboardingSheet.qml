@@ -54,7 +54,9 @@ Sheet {
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 color: Theme.muted
-                text: [qsTr("app.tagline"), qsTr("onboarding.folders_text"), qsTr("onboarding.ready_text")][root.page]
+                text: [qsTr("app.tagline"), Texts.joined([qsTr("onboarding.folders_text"), qsTr(
+                                                              "onboarding.known_places")], " "), qsTr(
+                           "onboarding.ready_text")][root.page]
             }
         }
 

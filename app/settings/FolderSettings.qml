@@ -48,4 +48,15 @@ SettingsCard {
             onPicked: url => root.model.addFolder(url)
         }
     }
+
+    Divider {
+        Layout.fillWidth: true
+    }
+
+    SwitchRow {
+        label: qsTr("settings.known_places")
+        note: qsTr("settings.known_places_note")
+        on: root.model.scansKnownPlaces
+        onToggleAsked: root.model.scansKnownPlaces = !root.model.scansKnownPlaces
+    }
 }

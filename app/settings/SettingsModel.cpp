@@ -12,6 +12,7 @@
 #include "core/rules/schedule/ScheduleCoordinator.h"
 #include "core/rules/services/LaunchAgentManager.h"
 #include "core/rules/services/UserNotificationService.h"
+#include "core/tasks/KnownPlaces.h"
 
 #include <QDebug>
 
@@ -60,6 +61,7 @@ SettingsModel::SettingsModel(Collaborators collaborators, QObject* parent)
 
 SettingsModel::State SettingsModel::read() const {
   State state{.folders = m_granted.rows(),
+              .scansKnownPlaces = grantedKnownPlaces(m_with.tasks) == KnownPlaces::include,
               .schedule = m_with.schedule.getSettings(),
               .isAgentInstalled = m_with.agent.isInstalled(),
               .canNotify = m_with.notifications.requestAuthorization(),
@@ -114,6 +116,19 @@ void SettingsModel::addFolder(const QString& url) {
 
 void SettingsModel::removeFolder(const QString& url) {
   changeFolders([this, url] { return m_granted.remove(url); });
+}
+
+void SettingsModel::setScansKnownPlaces(bool isOn) {
+  m_state.scansKnownPlaces = isOn;
+  Q_EMIT changed();
+  changeFolders([this, isOn]() -> QString {
+    try {
+      grantKnownPlaces(m_with.tasks, isOn ? KnownPlaces::include : KnownPlaces::leaveOut);
+    } catch (const std::exception& error) {
+      return shownName(error.what());
+    }
+    return {};
+  });
 }
 
 QString SettingsModel::letAgentFollow(const ScheduleSettings& settings) const {

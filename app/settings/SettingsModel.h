@@ -33,6 +33,7 @@ class SettingsModel : public QObject {
   QML_UNCREATABLE("made by the program")
   Q_PROPERTY(QVariantList folders READ folders NOTIFY changed)
   Q_PROPERTY(QString folderError READ folderError NOTIFY changed)
+  Q_PROPERTY(bool scansKnownPlaces READ scansKnownPlaces WRITE setScansKnownPlaces NOTIFY changed)
   Q_PROPERTY(bool scheduleEnabled READ scheduleEnabled WRITE setScheduleEnabled NOTIFY changed)
   Q_PROPERTY(QStringList frequencyKeys READ frequencyKeys CONSTANT)
   Q_PROPERTY(int scheduleFrequency READ scheduleFrequency WRITE setScheduleFrequency NOTIFY changed)
@@ -74,6 +75,9 @@ class SettingsModel : public QObject {
   // As GrantedFolders::rows().
   [[nodiscard]] const QVariantList& folders() const noexcept { return m_state.folders; }
   [[nodiscard]] const QString& folderError() const noexcept { return m_folderError; }
+  // The caches and logs of programs, beside the folders.
+  [[nodiscard]] bool scansKnownPlaces() const noexcept { return m_state.scansKnownPlaces; }
+  void setScansKnownPlaces(bool isOn);
   [[nodiscard]] bool scheduleEnabled() const noexcept { return m_state.schedule.isEnabled; }
   void setScheduleEnabled(bool isEnabled);
   // Keys of texts, as the frequency counts.
@@ -142,6 +146,7 @@ class SettingsModel : public QObject {
  private:
   struct State {
     QVariantList folders;
+    bool scansKnownPlaces = true;
     ScheduleSettings schedule;
     bool isAgentInstalled = false;
     bool canNotify = false;
