@@ -18,6 +18,7 @@ extern const CommandSpec appsListCommand;
 extern const CommandSpec appsUninstallCommand;
 extern const CommandSpec askCommand;
 extern const CommandSpec cleanCommand;
+extern const CommandSpec demoCommand;
 extern const CommandSpec duplicatesCommand;
 extern const CommandSpec explainCommand;
 extern const CommandSpec foldersAddCommand;
