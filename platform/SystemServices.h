@@ -19,6 +19,7 @@ class SystemProfile;
 class TopicModel;
 class Trash;
 class Volume;
+struct SystemReport;
 
 // This system's one instance of each interface, made at its first use. A port defines these functions in its own
 // folder.
@@ -40,6 +41,9 @@ class Volume;
 
 // The file whose change tells of new preferences.
 [[nodiscard]] std::string systemPreferencesFile();
+
+// Answers within seconds, also where the message bus does not.
+[[nodiscard]] SystemReport systemReport();
 
 // The absolute path of the program with the window, which lies beside the one that runs. It need not be there.
 [[nodiscard]] std::string windowProgram();

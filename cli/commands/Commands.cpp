@@ -57,6 +57,7 @@ constexpr std::array commands{
     &keysDeleteCommand,
     &keysStatusCommand,
     &stringsCommand,
+    &doctorCommand,
     &demoCommand,
     &internalCompletionsCommand,
     &internalManCommand,

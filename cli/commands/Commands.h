@@ -19,6 +19,7 @@ extern const CommandSpec appsUninstallCommand;
 extern const CommandSpec askCommand;
 extern const CommandSpec cleanCommand;
 extern const CommandSpec demoCommand;
+extern const CommandSpec doctorCommand;
 extern const CommandSpec duplicatesCommand;
 extern const CommandSpec explainCommand;
 extern const CommandSpec foldersAddCommand;

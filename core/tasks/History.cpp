@@ -154,6 +154,10 @@ MovedItems movedSince(const TaskServices& services, const ItemList& items, std::
   return moved;
 }
 
+FileUrl journalFolder() {
+  return UndoJournal::defaultStorageDirectory();
+}
+
 FileUrl journalFile(const TaskServices& services) {
   return FileUrl(joinPath(services.journal().storageFolder(), journalName));
 }

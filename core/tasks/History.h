@@ -70,6 +70,8 @@ struct MovedItems {
 [[nodiscard]] MovedItems movedSince(const TaskServices& services, const ItemList& items,
                                     std::span<const std::uint8_t> gone, Date since);
 
+// Where the program keeps the journal. It need not be there yet: the first of the calls above makes it.
+[[nodiscard]] FileUrl journalFolder();
 // The file that changes with every recorded move.
 [[nodiscard]] FileUrl journalFile(const TaskServices& services);
 // The faults found in the journal or in runs that died, one line each, since the last call.

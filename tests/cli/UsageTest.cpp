@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(Orvanectl, saysItsVersion) {
   for (const Words& words : {Words{"--version"}, Words{"scan", "--version"}, Words{"--json", "--version"}}) {
-    EXPECT_EQ(run(words).output, "orvanectl 0.1.0\n");
+    EXPECT_EQ(run(words).output, "orvanectl " ORVANE_VERSION "\n");
   }
   EXPECT_TRUE(isUntouched());
 }

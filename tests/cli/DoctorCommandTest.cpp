@@ -1,0 +1,53 @@
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <unistd.h>
+
+#include <array>
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+TEST_F(Orvanectl, doctorTellsOfTheJournalAndOfNothingPersonal) {
+  recommended("secret plans.log");
+  ASSERT_EQ(run({"clean", "--yes"}).exitStatus, 0);
+  home.file("Library/Application Support/Orvane/undo_journal.damaged-2026.json", "x");
+  const auto report = json({"doctor"});
+  EXPECT_EQ(report["Journal"]["runs"], 1);
+  EXPECT_EQ(report["Journal"]["items"], 1);
+  EXPECT_EQ(report["Journal"]["damaged copies"], 1);
+  EXPECT_EQ(report["Journal"]["readable"], true);
+  EXPECT_EQ(report["Services"]["message bus"], "not there");
+  EXPECT_EQ(report["Folders"]["granted"], 1);
+
+  const auto text = run({"doctor"}).output;
+  std::array<char, 256> machine{};
+  ASSERT_EQ(::gethostname(machine.data(), machine.size() - 1), 0);
+  for (const auto& personal : {home.path(), std::string("secret plans"), std::string(machine.data())}) {
+    EXPECT_THAT(text, Not(HasSubstr(personal)));
+  }
+}
+
+TEST_F(Orvanectl, doctorMakesNothing) {
+  EXPECT_EQ(run({"doctor"}).exitStatus, 0);
+  EXPECT_TRUE(isUntouched());
+  EXPECT_FALSE(exists(home.path(".config")));
+}
+
+// What is broken is what the report is for.
+TEST_F(Orvanectl, doctorReportsAJournalThatCannotBeRead) {
+  home.folder("Library/Application Support/Orvane/undo_journal.json");
+  EXPECT_EQ(json({"doctor"})["Journal"]["readable"], false);
+}
+
+TEST_F(Orvanectl, doctorReportsSettingsThatCannotBeRead) {
+  home.folder(".config/orvane/preferences.json");
+  const auto report = json({"doctor"});
+  EXPECT_EQ(report["Settings"]["problem"], "Is a directory");
+  EXPECT_EQ(report["Program"]["version"], ORVANE_VERSION);
+}
+
+}  // namespace
+}  // namespace orvane::test
