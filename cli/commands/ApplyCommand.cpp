@@ -126,7 +126,7 @@ constexpr CommandSpec applyCommand{
                   .help = "The saved proposal; - for the standard input.",
                   .least = 1,
                   .most = 1,
-                  .kind = ValueKind::path},
+                  .kind = ValueKind::savedProposal},
     .options = options,
     .run = run,
 };

@@ -61,6 +61,7 @@ constexpr std::array commands{
     &demoCommand,
     &internalCompletionsCommand,
     &internalManCommand,
+    &internalWordsCommand,
 };
 // clang-format on
 

@@ -30,6 +30,7 @@ extern const CommandSpec historyCommand;
 extern const CommandSpec historyShowCommand;
 extern const CommandSpec internalCompletionsCommand;
 extern const CommandSpec internalManCommand;
+extern const CommandSpec internalWordsCommand;
 extern const CommandSpec keysDeleteCommand;
 extern const CommandSpec keysSetCommand;
 extern const CommandSpec keysStatusCommand;

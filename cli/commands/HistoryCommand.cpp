@@ -110,7 +110,8 @@ constexpr CommandSpec historyShowCommand{
     .arguments = {.name = "RUN",
                   .help = "The run's identifier or the beginning of it, as 'orvanectl history' shows it.",
                   .least = 1,
-                  .most = 1},
+                  .most = 1,
+                  .kind = ValueKind::run},
     .options = {},
     .run = runShow,
 };

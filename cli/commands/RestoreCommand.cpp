@@ -108,7 +108,8 @@ constexpr CommandSpec restoreCommand{
     .arguments = {.name = "RUN",
                   .help = "The run's identifier or the beginning of it, as 'orvanectl history' shows it.",
                   .least = 0,
-                  .most = 1},
+                  .most = 1,
+                  .kind = ValueKind::run},
     .options = options,
     .run = run,
 };

@@ -251,10 +251,16 @@ ExitStatus runRun(Session& session, const Arguments& arguments) {
   return printRulesReport(session, *proposal, report);
 }
 
-constexpr ArgumentSpec oneRule{
-    .name = "ID", .help = "A rule: its exact name, or the beginning of its ID.", .least = 1, .most = 1};
-constexpr ArgumentSpec anyRules{
-    .name = "ID", .help = "A rule: its exact name, or the beginning of its ID.", .least = 0, .most = anyNumber};
+constexpr ArgumentSpec oneRule{.name = "ID",
+                               .help = "A rule: its exact name, or the beginning of its ID.",
+                               .least = 1,
+                               .most = 1,
+                               .kind = ValueKind::rule};
+constexpr ArgumentSpec anyRules{.name = "ID",
+                                .help = "A rule: its exact name, or the beginning of its ID.",
+                                .least = 0,
+                                .most = anyNumber,
+                                .kind = ValueKind::rule};
 
 }  // namespace
 

@@ -12,7 +12,15 @@ class Arguments;
 class Session;
 
 // The kind of a value, so that a shell can complete it.
-enum class ValueKind : std::uint8_t { text, path, folder, choice };
+enum class ValueKind : std::uint8_t {
+  text,
+  path,
+  folder,
+  choice,
+  savedProposal,  // the file of one
+  rule,           // these two as 'internal-words' lists them
+  run,
+};
 
 struct OptionSpec {
   enum class Repeat : std::uint8_t { once, any };

@@ -72,6 +72,12 @@ std::string bashValue(ValueKind kind, std::span<const std::string_view> choices)
       return "_filedir -d";
     case ValueKind::choice:
       return fmt::format(R"(COMPREPLY=($(compgen -W "{}" -- "$cur")))", joined(choices));
+    case ValueKind::savedProposal:
+      return "_filedir json";
+    case ValueKind::rule:
+      return "_orvanectl_words rules";
+    case ValueKind::run:
+      return "_orvanectl_words runs";
     case ValueKind::text:
       break;
   }
@@ -116,6 +122,12 @@ std::string zshValue(ValueKind kind, std::span<const std::string_view> choices) 
       return "_files -/";
     case ValueKind::choice:
       return fmt::format("({})", joined(choices));
+    case ValueKind::savedProposal:
+      return "_files -g \"*.json\"";
+    case ValueKind::rule:
+      return "_orvanectl_words rules";
+    case ValueKind::run:
+      return "_orvanectl_words runs";
     case ValueKind::text:
       break;
   }
@@ -167,6 +179,12 @@ std::string fishValue(ValueKind kind, std::span<const std::string_view> choices)
       return "-f -a '(__fish_complete_directories)'";
     case ValueKind::choice:
       return fmt::format("-f -a '{}'", joined(choices));
+    case ValueKind::savedProposal:
+      return "-f -a '(__fish_complete_suffix .json)'";
+    case ValueKind::rule:
+      return "-f -a '(orvanectl internal-words rules 2>/dev/null)'";
+    case ValueKind::run:
+      return "-f -a '(orvanectl internal-words runs 2>/dev/null)'";
     case ValueKind::text:
       break;
   }
@@ -184,6 +202,16 @@ std::string bashCompletion() {
     if (!others.empty()) seconds += fmt::format("    {}) seconds=\"{}\" ;;\n", word, joined(others));
   }
   return fmt::format(R"(# bash completion for orvanectl
+# The words of a kind that begin with what was typed, with or without quotation marks.
+_orvanectl_words() {{
+  local typed=${{cur#[\"\']}} word
+  typed=${{typed//\\/}}
+  while IFS=$'\t' read -r word _; do
+    [[ $word == "$typed"* ]] || continue
+    [[ $cur == [\"\']* ]] || printf -v word %q "$word"
+    COMPREPLY+=("$word")
+  done < <(orvanectl internal-words "$1" 2>/dev/null)
+}}
 _orvanectl() {{
   local cur prev words cword
   _init_completion || return
@@ -230,6 +258,14 @@ std::string zshCompletion() {
     if (!others.empty()) seconds += fmt::format("    {}) seconds=({}) ;;\n", word, joined(others));
   }
   return fmt::format(R"(#compdef orvanectl
+_orvanectl_words() {{
+  local -a words_of_kind
+  local line
+  for line in "${{(@f)$(orvanectl internal-words $1 2>/dev/null)}}"; do
+    [[ -n $line ]] && words_of_kind+=("${{${{line%%$'\t'*}}//:/\\:}}:${{line#*$'\t'}}")
+  done
+  _describe $1 words_of_kind
+}}
 _orvanectl() {{
   local -a commands seconds
   commands=(

@@ -8,10 +8,11 @@ using testing::HasSubstr;
 class GeneratedPages : public Orvanectl {
  public:
   // The completions that bash offers for the words, the last of which is being typed.
-  [[nodiscard]] std::string offered(const std::string& words) const {
+  [[nodiscard]] std::string offered(const std::string& words) {
     const auto script = home.file("completion.bash", run({"internal-completions", "bash"}).output);
     auto program = setup({});
     program.workingFolder = home.folder("typed");
+    program.environment["PATH"] += ":" + std::filesystem::path(ORVANECTL).parent_path().string();
     program.arguments = {"/bin/bash", "-c",
                          ". /usr/share/bash-completion/bash_completion && . " + script + R"( && COMP_WORDS=()" + words +
                              R"() && COMP_CWORD=$((${#COMP_WORDS[@]} - 1)) && COMP_LINE="${COMP_WORDS[*]}" &&
@@ -47,6 +48,21 @@ TEST_F(GeneratedPages, bashCompletesCommandsOptionsAndValues) {
   EXPECT_EQ(offered("orvanectl --json trash fi"), "file ");
   EXPECT_EQ(offered("orvanectl history s"), "show ");
   EXPECT_EQ(offered("orvanectl history show --j"), "--json ");
+}
+
+TEST_F(GeneratedPages, bashCompletesRulesRunsAndSavedProposals) {
+  home.file("typed/cleanup.json");
+  home.file("typed/letter.txt");
+  EXPECT_EQ(offered("orvanectl apply ''"), "cleanup.json ");
+  EXPECT_EQ(offered("orvanectl rules run Stale"), "Stale\\ Installers\\ in\\ Downloads ");
+  EXPECT_EQ(offered("orvanectl rules disable Stale\\ Inst"), "Stale\\ Installers\\ in\\ Downloads ");
+  EXPECT_EQ(offered("orvanectl restore ''"), " ");
+  EXPECT_TRUE(isUntouched());
+
+  recommended();
+  const auto run = json({"clean", "--yes"})["runId"].get<std::string>().substr(0, 8);
+  EXPECT_EQ(offered("orvanectl restore ''"), run + " ");
+  EXPECT_EQ(offered("orvanectl history show " + run.substr(0, 3)), run + " ");
 }
 
 }  // namespace
