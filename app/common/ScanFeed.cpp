@@ -1,5 +1,6 @@
 #include "app/common/ScanFeed.h"
 
+#include "app/common/NoticeTexts.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/KnownPlaces.h"
 #include "core/tasks/ScanTask.h"
@@ -7,6 +8,7 @@
 
 #include <chrono>
 #include <memory>
+#include <stdexcept>
 #include <utility>
 
 namespace orvane {
@@ -59,8 +61,12 @@ class PieceMaker {
 
 }  // namespace
 
-ScanOutcome scanGrantedFolders(const TaskServices& services, const ScanFeed& feed, const std::stop_token& stop) {
-  auto folders = grantedFolders(services);
+ScanOutcome scanForWindow(const TaskServices& services, const std::vector<FileUrl>& named, const ScanFeed& feed,
+                          const std::stop_token& stop) {
+  auto [folders, leftOut] = chosenFolders(services, named);
+  if (!leftOut.empty()) {
+    throw std::runtime_error(leftOutFolders({leftOut.front()}, services.home).front().toStdString());
+  }
   feed.begun(folders);
   if (folders.empty()) return ScanOutcome::noFolders;
 

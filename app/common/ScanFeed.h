@@ -22,7 +22,9 @@ struct ScanFeed {
   std::function<void(std::int64_t examined, const std::string& place)> progress;
 };
 
-// Scans the granted folders that exist, developer caches included, and waits for the end.
-ScanOutcome scanGrantedFolders(const TaskServices& services, const ScanFeed& feed, const std::stop_token& stop);
+// Scans the folders named, or the granted ones that exist where none is named, developer caches included, and waits for
+// the end. Throws std::runtime_error where one that is named cannot be scanned.
+ScanOutcome scanForWindow(const TaskServices& services, const std::vector<FileUrl>& named, const ScanFeed& feed,
+                          const std::stop_token& stop);
 
 }  // namespace orvane

@@ -1,5 +1,6 @@
 #include "app/shell/AppState.h"
 
+#include "app/common/Places.h"
 #include "app/common/Text.h"
 #include "core/base/text/Json.h"
 #include "core/platform/Desktop.h"
@@ -56,8 +57,10 @@ QString AppState::scanFailed() const {
   return m_hasNoFolders ? localizedText("cleanup.no_folders") : m_scanProblem;
 }
 
-void AppState::startScan() {
+void AppState::startScan(const QString& folder) {
   if (m_isScanning) return;
+  std::vector<FileUrl> named;
+  if (const auto place = placeFrom(folder)) named.push_back(*place);
   m_isScanning = true;
   m_hasNoFolders = false;
   m_scanProblem.clear();
@@ -66,18 +69,18 @@ void AppState::startScan() {
   m_scanStop = {};
   Q_EMIT scanChanged();
   Q_EMIT scanStatusChanged();
-  m_scanQueue.post([this, stop = m_scanStop.get_token()](const std::stop_token&) {
+  m_scanQueue.post([this, named = std::move(named), stop = m_scanStop.get_token()](const std::stop_token&) {
     try {
-      callOn(this, [this, end = scan(stop)] { finishScan(end); });
+      callOn(this, [this, end = scan(named, stop)] { finishScan(end); });
     } catch (const std::runtime_error& error) {
       callOn(this, [this, problem = shownName(error.what())] { finishScan(ScanOutcome::cancelled, problem); });
     }
   });
 }
 
-ScanOutcome AppState::scan(const std::stop_token& stop) {
-  return scanGrantedFolders(
-      m_services.tasks,
+ScanOutcome AppState::scan(const std::vector<FileUrl>& named, const std::stop_token& stop) {
+  return scanForWindow(
+      m_services.tasks, named,
       {
           .begun =
               [this](std::vector<FileUrl> folders) {

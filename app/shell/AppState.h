@@ -79,8 +79,9 @@ class AppState : public QObject {
   [[nodiscard]] bool reducedMotion() const noexcept { return m_reducedMotion; }
   [[nodiscard]] bool canKeepTray() const noexcept { return m_canKeepTray; }
 
-  // Scans the granted folders that exist. Does nothing while a scan is running.
-  Q_INVOKABLE void startScan();
+  // Scans the folder named, by its path or URL, or else the granted folders that exist. Does nothing while a scan is
+  // running.
+  Q_INVOKABLE void startScan(const QString& folder = {});
   Q_INVOKABLE void cancelScan();
   Q_INVOKABLE void completeOnboarding();
   Q_INVOKABLE void openTrash();
@@ -112,7 +113,7 @@ class AppState : public QObject {
  private:
   void beginItems(std::vector<FileUrl> folders);
   void showProgress(std::int64_t examined, const QString& place);
-  ScanOutcome scan(const std::stop_token& stop);
+  ScanOutcome scan(const std::vector<FileUrl>& named, const std::stop_token& stop);
   void finishScan(ScanOutcome end, const QString& problem = {});
 
   WindowServices m_services;

@@ -16,7 +16,7 @@ namespace orvane {
 namespace {
 
 constexpr int answerMilliseconds = 3000;
-constexpr qint64 longestWish = 256;
+constexpr qint64 longestWish = 16 * 1024;  // the URL of a long path
 
 QString socketPath(const std::string& folder) {
   return QFile::decodeName(QByteArray::fromStdString(folder + "/orvane.socket"));

@@ -54,7 +54,7 @@ TrayIcon::TrayIcon(AppState& state, TidyModel& tidy, QObject* parent) : QObject(
     Q_EMIT m_state.raised();
     m_tidy.look();
   });
-  connect(m_scan, &QAction::triggered, &m_state, &AppState::startScan);
+  connect(m_scan, &QAction::triggered, &m_state, [this] { m_state.startScan(); });
   connect(m_open, &QAction::triggered, &m_state, &AppState::raised);
   connect(m_quit, &QAction::triggered, &m_state, &AppState::quit);
   connect(&m_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {

@@ -38,6 +38,8 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
+#include <utility>
+
 // Made from this module's headers; registers the types that QML uses.
 void qml_register_types_Orvane();
 
@@ -113,6 +115,7 @@ struct Window::Parts {
   SettingsModel settings;
   TrayIcon tray;
   QQmlApplicationEngine engine;
+  bool isToOrganize = false;  // once the folders are known
 };
 
 Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
@@ -139,6 +142,9 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
     parts.privacy.refresh();
   });
   connect(&parts.feed, &JournalFeed::loaded, &parts.cleanup, &CleanupModel::followJournal);
+  connect(&parts.tidy, &TidyModel::changed, this, [&parts] {
+    if (parts.tidy.isReady() && std::exchange(parts.isToOrganize, false)) parts.tidy.look();
+  });
   connect(&parts.settings, &SettingsModel::keysChanged, &parts.agent, &AgentModel::reloadProviders);
   connect(&parts.agent, &AgentModel::requestSent, &parts.privacy, &PrivacyModel::setLastRequest);
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
@@ -182,12 +188,20 @@ bool Window::show() {
   return !parts.engine.rootObjects().isEmpty();
 }
 
-void Window::raise(const QByteArray& wish) {
+void Window::carryOut(const Wish& wish) {
+  auto& parts = *m_parts;
   for (const auto& row : navigationRows) {
-    if (wish == QByteArray::fromStdString(std::string(row.rawValue))) {
-      m_parts->state.setSelectedNavigation(static_cast<int>(row.section));
-    }
+    if (wish.section == row.rawValue) parts.state.setSelectedNavigation(static_cast<int>(row.section));
   }
+  if (wish.work == Wish::Work::scan) parts.state.startScan(QString::fromStdString(wish.folder));
+  if (wish.work != Wish::Work::organize) return;
+  // A window that just opened does not know the folders yet.
+  parts.isToOrganize = !parts.tidy.isReady();
+  if (!parts.isToOrganize) parts.tidy.look();
+}
+
+void Window::raise(const QByteArray& wish) {
+  carryOut(Wish::fromLine(wish));
   for (auto* object : m_parts->engine.rootObjects()) {
     auto* window = qobject_cast<QQuickWindow*>(object);
     if (window == nullptr) continue;

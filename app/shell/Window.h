@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/shell/WindowServices.h"
+#include "app/shell/Wish.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -19,12 +20,13 @@ class Window : public QObject {
 
   // False when the window cannot be made.
   [[nodiscard]] bool show();
-  // Brings the window to the front, and shows a section of it where the wish names one by its raw value.
+  // Brings the window to the front and does what the wish asks for.
   void raise(const QByteArray& wish);
 
  private:
   struct Parts;
   void languageChanged();
+  void carryOut(const Wish& wish);
 
   std::unique_ptr<Parts> m_parts;
 };

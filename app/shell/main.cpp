@@ -1,29 +1,41 @@
 #include "app/shell/HeadlessStart.h"
 #include "app/shell/SingleInstance.h"
 #include "app/shell/Window.h"
+#include "app/shell/Wish.h"
 #include "core/base/files/HomeFolder.h"
+#include "core/sample/services/SampleHome.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QQuickStyle>
 #include <QSurfaceFormat>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <span>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace {
 
 constexpr int antialiasingSamples = 4;
 
-// The section that "--show SECTION" asks for; empty without.
-QByteArray wishFrom(std::span<const char* const> arguments) {
-  for (std::size_t at = 0; at + 1 < arguments.size(); ++at) {
-    if (std::string_view(arguments[at]) == "--show") return {arguments[at + 1]};
-  }
-  return {};
+bool has(std::span<const char* const> arguments, std::string_view wanted) {
+  return std::find(arguments.begin(), arguments.end(), wanted) != arguments.end();
+}
+
+// From here on this process works in a sample home of its own, and no longer in the user's.
+void enterSampleHome() {
+  auto folder = (std::filesystem::temp_directory_path() / "orvane-demo-XXXXXX").string();
+  if (::mkdtemp(folder.data()) == nullptr) throw std::system_error(errno, std::generic_category(), folder);
+  const auto sample = orvane::SampleHome::make(folder);
+  for (const auto& [name, value] : sample.environment()) ::setenv(name.c_str(), value.c_str(), 1);
+  std::fprintf(stderr, "orvane: the sample home is in %s\n", folder.c_str());
 }
 
 int showWindow(int argc, char** argv) {
@@ -38,13 +50,13 @@ int showWindow(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("orvane"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Orvane/icons/app.svg")));
 
-  const auto wish = wishFrom(std::span(argv, static_cast<std::size_t>(argc)));
+  const auto wish = orvane::Wish::fromArguments(std::span(argv, static_cast<std::size_t>(argc)));
   orvane::SingleInstance instance(orvane::SingleInstance::defaultFolder());
-  if (instance.claim(wish) == orvane::SingleInstance::Role::second) return 0;
+  if (instance.claim(wish.toLine()) == orvane::SingleInstance::Role::second) return 0;
   orvane::Window window(orvane::systemWindowServices());
   QObject::connect(&instance, &orvane::SingleInstance::asked, &window, &orvane::Window::raise);
   if (!window.show()) return 1;
-  if (!wish.isEmpty()) window.raise(wish);
+  if (!wish.isEmpty()) window.raise(wish.toLine());
   return QApplication::exec();
 }
 
@@ -52,6 +64,7 @@ int showWindow(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
+    if (has(std::span(argv, static_cast<std::size_t>(argc)), "--demo")) enterSampleHome();
     if (const auto problem = orvane::problemWithHome()) throw std::runtime_error(*problem);
     if (orvane::asksForScheduledRun(std::span(argv, static_cast<std::size_t>(argc)))) {
       return orvane::runScheduledWork();

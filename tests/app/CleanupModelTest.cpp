@@ -33,8 +33,8 @@ class CleanupModelTest : public WindowFixture {
     model.emplace(services(), *state);
   }
 
-  void scan() {
-    state->startScan();
+  void scan(const std::string& folder = "") {
+    state->startScan(QString::fromStdString(folder));
     ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
     arranged();
   }
@@ -320,6 +320,15 @@ TEST_F(CleanupModelTest, saysWhenThereIsNoFolderToScan) {
   ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
   EXPECT_FALSE(state->scanFailed().isEmpty());
   EXPECT_FALSE(state->hasScanned());
+}
+
+TEST_F(CleanupModelTest, scansTheFolderThatIsNamedAlone) {
+  setAge(tree.sparseFile("Elsewhere/other.log", 300), 30 * day);
+  scan(tree.url("Elsewhere").absoluteString());
+  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "other.log"));
+  state->startScan("/etc");
+  ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
+  EXPECT_THAT(state->scanFailed().toStdString(), testing::HasSubstr("/etc"));
 }
 
 TEST_F(CleanupModelTest, showsNamesThatAreNoText) {

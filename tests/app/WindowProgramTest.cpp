@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <map>
 #include <string>
 
@@ -93,6 +94,23 @@ TEST_F(WindowProgramTest, opensOneWindowOnly) {
   } while (!S_ISSOCK(status.st_mode));
   const auto second = LiveProgram(setup("--second", "offscreen")).finish();
   EXPECT_EQ(second.exitStatus, 0) << second.errors;
+}
+
+TEST_F(WindowProgramTest, opensOverASampleHomeAndTouchesNothingElse) {
+  home.folder("temporary");
+  auto start = setup("--demo", "offscreen");
+  start.environment["TMPDIR"] = home.path("temporary");
+  const LiveProgram window(start);
+  std::string sample;
+  // It listens once the window is about to be made.
+  const auto isListening = [&] {
+    for (const auto& entry : std::filesystem::directory_iterator(home.path("temporary"))) sample = entry.path();
+    return !sample.empty() && exists(sample + "/runtime/orvane.socket");
+  };
+  while (!isListening()) ASSERT_FALSE(exists(home.path("runtime/orvane.lock")));
+  EXPECT_TRUE(exists(sample + "/home/Downloads/server.log"));
+  EXPECT_FALSE(exists(home.path(".config")));
+  EXPECT_FALSE(exists(home.path("Library")));
 }
 
 }  // namespace
