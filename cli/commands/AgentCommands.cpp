@@ -10,8 +10,10 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <array>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace orvane::cli {
 namespace {
@@ -44,13 +46,29 @@ ExitStatus printStatus(Session& session) {
   return ExitStatus::done;
 }
 
-ExitStatus runShow(Session& session, const Arguments& /*arguments*/) {
-  const auto text = LaunchAgentManager::shared().generatePlistContent(windowProgram(), frequency());
+constexpr std::array showOptions{
+    OptionSpec{.name = "--property-list", .valueName = "", .help = "Print the same agent as a property list instead."},
+};
+
+ExitStatus runShow(Session& session, const Arguments& arguments) {
+  const auto& agent = LaunchAgentManager::shared();
+  const auto propertyList = agent.generatePlistContent(windowProgram(), frequency());
+  const auto definitions = agent.definitions(windowProgram(), frequency());
   if (session.isJson()) {
-    session.out().line(
-        jsonText(Json{{"installed", LaunchAgentManager::shared().isInstalled()}, {"propertyList", text}}));
-  } else {
-    session.out().write(text);
+    Json json{{"installed", agent.isInstalled()}, {"propertyList", propertyList}};
+    auto& units = json["units"] = Json::array();
+    for (const auto& [name, text] : definitions) units.push_back(Json{{"name", name}, {"text", text}});
+    session.out().line(jsonText(json));
+    return ExitStatus::done;
+  }
+  if (arguments.has("--property-list")) {
+    session.out().write(propertyList);
+    return ExitStatus::done;
+  }
+  std::string_view separator;
+  for (const auto& [name, text] : definitions) {
+    session.out().write(fmt::format("{}# {}\n{}", separator, name, text));
+    separator = "\n";
   }
   return ExitStatus::done;
 }
@@ -80,12 +98,12 @@ ExitStatus runStatus(Session& session, const Arguments& /*arguments*/) {
 
 constexpr CommandSpec agentShowCommand{
     .name = "agent show",
-    .summary = "Print the background agent's property list",
+    .summary = "Print the background agent as the service manager gets it",
     .details =
-        "The agent as launchd reads it. Where systemd manages the user's services, the same agent is a service and a "
-        "timer that are named com.orvane.cleanup.",
+        "The units of systemd that 'orvanectl agent install' would write now: a service and a timer that are named "
+        "com.orvane.cleanup.",
     .arguments = {},
-    .options = {},
+    .options = showOptions,
     .run = runShow,
 };
 

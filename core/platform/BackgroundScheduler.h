@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -28,6 +29,14 @@ class BackgroundScheduler {
   // Nothing happens where nothing is installed.
   virtual void uninstall(const std::string& label) = 0;
   [[nodiscard]] virtual bool isInstalled(const std::string& label) const = 0;
+
+  // A file that the service manager reads.
+  struct Definition {
+    std::string name;
+    std::string text;
+  };
+  // Those that install() would write now for the job.
+  [[nodiscard]] virtual std::vector<Definition> definitions(const BackgroundJob& /*job*/) const { return {}; }
 };
 
 }  // namespace orvane

@@ -172,4 +172,8 @@ bool SystemdScheduler::isInstalled(const std::string& label) const {
   return ::access(timerPath(label).c_str(), F_OK) == 0;
 }
 
+std::vector<BackgroundScheduler::Definition> SystemdScheduler::definitions(const BackgroundJob& job) const {
+  return {{job.label + ".service", serviceText(job)}, {job.label + ".timer", timerText(job, ReferenceClock::now())}};
+}
+
 }  // namespace orvane

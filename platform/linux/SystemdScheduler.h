@@ -4,6 +4,7 @@
 #include "core/platform/BackgroundScheduler.h"
 
 #include <string>
+#include <vector>
 
 namespace orvane {
 
@@ -19,6 +20,7 @@ class SystemdScheduler : public BackgroundScheduler {
   void install(const BackgroundJob& job) override;
   void uninstall(const std::string& label) override;
   [[nodiscard]] bool isInstalled(const std::string& label) const override;
+  [[nodiscard]] std::vector<Definition> definitions(const BackgroundJob& job) const override;
 
   [[nodiscard]] static std::string serviceText(const BackgroundJob& job);
   [[nodiscard]] static std::string timerText(const BackgroundJob& job, Date installed);

@@ -48,4 +48,8 @@ bool LaunchdScheduler::isInstalled(const std::string& label) const {
   return isThere(pathFor(label));
 }
 
+std::vector<BackgroundScheduler::Definition> LaunchdScheduler::definitions(const BackgroundJob& job) const {
+  return {{job.label + ".plist", propertyList(job)}};
+}
+
 }  // namespace orvane

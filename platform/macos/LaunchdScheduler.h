@@ -3,6 +3,7 @@
 #include "core/platform/BackgroundScheduler.h"
 
 #include <string>
+#include <vector>
 
 namespace orvane {
 
@@ -14,6 +15,7 @@ class LaunchdScheduler : public BackgroundScheduler {
   void install(const BackgroundJob& job) override;
   void uninstall(const std::string& label) override;
   [[nodiscard]] bool isInstalled(const std::string& label) const override;
+  [[nodiscard]] std::vector<Definition> definitions(const BackgroundJob& job) const override;
 
  private:
   [[nodiscard]] std::string pathFor(const std::string& label) const;

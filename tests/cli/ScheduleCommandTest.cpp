@@ -153,8 +153,15 @@ TEST_F(AgentCommand, installsAndRemovesTheAgent) {
   EXPECT_FALSE(exists(units(".service")));
 }
 
-TEST_F(AgentCommand, showsThePropertyList) {
-  const auto text = LiveProgram(besideAWindow({"agent", "show"})).finish().output;
+TEST_F(AgentCommand, showsTheUnitsThatItWouldInstall) {
+  const auto shown = LiveProgram(besideAWindow({"agent", "show"})).finish().output;
+  EXPECT_EQ(LiveProgram(besideAWindow({"agent", "install"})).finish().exitStatus, 0);
+  EXPECT_THAT(shown, AllOf(HasSubstr("# com.orvane.cleanup.service\n" + contentOf(units(".service"))),
+                           HasSubstr("# com.orvane.cleanup.timer\n[Unit]\n"), HasSubstr("every 604800 seconds")));
+}
+
+TEST_F(AgentCommand, showsThePropertyListWhereItIsAskedFor) {
+  const auto text = LiveProgram(besideAWindow({"agent", "show", "--property-list"})).finish().output;
   EXPECT_TRUE(text.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
   EXPECT_THAT(text,
               AllOf(HasSubstr("<string>" + home.path("bin/orvane") + "</string>"), HasSubstr("<integer>604800<")));

@@ -87,6 +87,11 @@ std::string LaunchAgentManager::generatePlistContent(const std::string& executab
   return propertyList(job(executable, frequency));
 }
 
+std::vector<BackgroundScheduler::Definition> LaunchAgentManager::definitions(const std::string& executable,
+                                                                             const ScheduleFrequency& frequency) const {
+  return m_scheduler.definitions(job(executable, frequency));
+}
+
 void LaunchAgentManager::install(const std::string& executable, const ScheduleFrequency& frequency) {
   m_scheduler.install(job(executable, frequency));
 }

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -29,6 +30,10 @@ class LaunchAgentManager {
   // The agent's property list, as launchd.plist(5) wants it. A path that is not UTF-8 keeps its bytes.
   [[nodiscard]] std::string generatePlistContent(const std::string& executable,
                                                  const ScheduleFrequency& frequency) const;
+
+  // The files that this system's service manager gets.
+  [[nodiscard]] std::vector<BackgroundScheduler::Definition> definitions(const std::string& executable,
+                                                                         const ScheduleFrequency& frequency) const;
 
   // Writes the agent and loads it anew. Throws std::system_error when a file or folder cannot be written.
   void install(const std::string& executable, const ScheduleFrequency& frequency);
