@@ -89,7 +89,7 @@ FolderOrganizerEngine& FolderOrganizerEngine::shared() {
 }
 
 ThreadSafeLanguageStore& ThreadSafeLanguageStore::shared() {
-  static ThreadSafeLanguageStore store;
+  static ThreadSafeLanguageStore store(systemProfile());
   return store;
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/common/Places.h"
 #include "app/common/Text.h"
+#include "core/base/files/FileStatus.h"
 #include "core/safety/records/ManagedFolderType.h"
 #include "core/tasks/Folders.h"
 
@@ -38,7 +39,8 @@ QVariantList GrantedFolders::rows() const {
     auto shown = row(folder, m_services.home);
     const auto problem = problemWith(m_services, folder);
     shown.insert("symbol", symbolOf(folder, m_services.home));
-    shown.insert("exists", !problem || problem->why != FolderLeftOut::Why::missing);
+    shown.insert("exists", itemExists(folder.path().c_str()));
+    shown.insert("canBeRead", !problem || problem->why != FolderLeftOut::Why::missing);
     shown.insert("canRemove", folders.size() > 1);
     result.append(shown);
   }

@@ -9,8 +9,11 @@ RowLayout {
     property string name: ""
     property string path: ""
     property bool exists: true
+    property bool canBeRead: exists
     property bool canRemove: false
     property string symbol: "folder"
+    readonly property string problem: !exists ? qsTr("settings.folder_missing")
+                                              : canBeRead ? "" : qsTr("system.folder_unreadable")
     signal removeAsked
 
     spacing: 12
@@ -18,8 +21,8 @@ RowLayout {
     Accessible.name: name + ", " + path
 
     Icon {
-        name: root.exists ? root.symbol : "warning"
-        color: root.exists ? Theme.muted : Theme.review
+        name: root.problem === "" ? root.symbol : "warning"
+        color: root.problem === "" ? Theme.muted : Theme.review
     }
 
     ColumnLayout {
@@ -34,8 +37,8 @@ RowLayout {
 
         CaptionText {
             Layout.fillWidth: true
-            text: root.exists ? root.path : root.path + " · " + qsTr("settings.folder_missing")
-            color: root.exists ? Theme.muted : Theme.review
+            text: root.problem === "" ? root.path : root.path + " · " + root.problem
+            color: root.problem === "" ? Theme.muted : Theme.review
             elide: Text.ElideMiddle
             Accessible.ignored: true
         }

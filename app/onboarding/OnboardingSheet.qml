@@ -86,6 +86,7 @@ Sheet {
                 name: modelData.name
                 path: modelData.path
                 exists: modelData.exists
+                canBeRead: modelData.canBeRead
                 symbol: modelData.symbol ?? "folder"
                 canRemove: modelData.canRemove
                 onRemoveAsked: root.settings.removeFolder(modelData.url)

@@ -7,6 +7,7 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 #include <string_view>
@@ -38,6 +39,21 @@ std::optional<SentRequest> storedRequest(const Preferences& preferences) {
 
 PrivacyModel::PrivacyModel(WindowServices services, QObject* parent)
     : QObject(parent), m_services(std::move(services)), m_granted(m_services.tasks) {}
+
+bool PrivacyModel::hasFullDiskPermission() const noexcept {
+  return m_services.tasks.profile.hasFullDiskPermission();
+}
+
+int PrivacyModel::unreadableCount() const {
+  return static_cast<int>(std::ranges::count_if(m_folders, [](const QVariant& folder) {
+    const auto row = folder.toMap();
+    return row["exists"].toBool() && !row["canBeRead"].toBool();
+  }));
+}
+
+QString PrivacyModel::sandbox() const {
+  return textFrom(m_services.tasks.profile.sandbox());
+}
 
 void PrivacyModel::refresh() {
   m_queue.post([this](const std::stop_token&) {

@@ -17,6 +17,12 @@ class PrivacyModel : public QObject {
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")
   Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY changed)
+  // Whether the system has one permission for everything; without it, each folder tells whether it can be read.
+  Q_PROPERTY(bool hasFullDiskPermission READ hasFullDiskPermission CONSTANT)
+  // How many of the folders are there and cannot be read.
+  Q_PROPERTY(int unreadableCount READ unreadableCount NOTIFY changed)
+  // Names the sandbox that the program runs in; empty where it runs in none.
+  Q_PROPERTY(QString sandbox READ sandbox CONSTANT)
   // As GrantedFolders::rows().
   Q_PROPERTY(QVariantList folders READ folders NOTIFY changed)
   // Word for word, without the key; empty as long as the window never sent anything. Remembered between starts.
@@ -28,6 +34,9 @@ class PrivacyModel : public QObject {
   explicit PrivacyModel(WindowServices services, QObject* parent = nullptr);
 
   [[nodiscard]] bool hasFullDiskAccess() const noexcept { return m_hasFullDiskAccess; }
+  [[nodiscard]] bool hasFullDiskPermission() const noexcept;
+  [[nodiscard]] int unreadableCount() const;
+  [[nodiscard]] QString sandbox() const;
   [[nodiscard]] const QVariantList& folders() const noexcept { return m_folders; }
   [[nodiscard]] const QString& lastRequest() const noexcept { return m_lastRequest; }
   [[nodiscard]] double lastRequestDate() const noexcept { return m_lastRequestDate; }

@@ -71,6 +71,7 @@ Page {
             title: qsTr("permission.fda_title")
 
             SettingRow {
+                visible: root.model.hasFullDiskPermission
                 label: root.model.hasFullDiskAccess ? qsTr("permission.granted") : qsTr("permission.missing")
                 note: qsTr("permission.fda_desc")
                 isWarning: !root.model.hasFullDiskAccess
@@ -85,6 +86,20 @@ Page {
                                                        : qsTr("action.grant_permissions")
                     onClicked: root.model.openSystemSettings()
                 }
+            }
+
+            SettingRow {
+                visible: !root.model.hasFullDiskPermission
+                label: isWarning ? Texts.counted("system.unreadable", root.model.unreadableCount)
+                                 : qsTr("system.all_readable")
+                note: qsTr("permission.fda_desc")
+                isWarning: root.model.unreadableCount > 0
+            }
+
+            SettingRow {
+                visible: root.model.sandbox !== ""
+                label: qsTr("system.sandboxed").arg(root.model.sandbox)
+                note: qsTr("system.sandboxed_note")
             }
         }
 
@@ -103,6 +118,7 @@ Page {
                     name: modelData.name
                     path: modelData.path
                     exists: modelData.exists
+                    canBeRead: modelData.canBeRead
                     symbol: modelData.symbol ?? "folder"
                 }
             }

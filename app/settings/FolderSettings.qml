@@ -23,6 +23,7 @@ SettingsCard {
             name: modelData.name
             path: modelData.path
             exists: modelData.exists
+            canBeRead: modelData.canBeRead
             symbol: modelData.symbol ?? "folder"
             canRemove: modelData.canRemove
             onRemoveAsked: root.model.removeFolder(modelData.url)

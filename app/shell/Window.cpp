@@ -51,7 +51,8 @@ AutoOrganizeController::Collaborators tidyCollaborators(RepeatingTimer& timer) {
           .store = AutoOrganizeSettingsStore::shared(),
           .factory = TaskServices::shared().topics,
           .timer = timer,
-          .loginItems = systemLoginItems()};
+          .loginItems = systemLoginItems(),
+          .profile = systemProfile()};
 }
 
 SettingsModel::Collaborators settingsCollaborators(const WindowServices& services, TidyModel& tidy) {

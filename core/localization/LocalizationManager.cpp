@@ -44,7 +44,7 @@ void LocalizationManager::rememberLanguage(AppLanguage language) const {
 }
 
 std::string LocalizationManager::string(std::string_view key) const {
-  return std::string(LocalizedStrings::lookup(m_currentLanguage, key));
+  return std::string(LocalizedStrings::lookup(m_currentLanguage, m_store.shownKey(key)));
 }
 
 void LocalizationManager::observe(std::function<void()> whenChanged) {
@@ -52,11 +52,13 @@ void LocalizationManager::observe(std::function<void()> whenChanged) {
 }
 
 std::string localized(std::string_view key) {
-  return std::string(LocalizedStrings::lookup(ThreadSafeLanguageStore::shared().currentLanguage(), key));
+  const auto& store = ThreadSafeLanguageStore::shared();
+  return std::string(LocalizedStrings::lookup(store.currentLanguage(), store.shownKey(key)));
 }
 
 std::string localized(std::string_view key, std::int64_t count) {
-  return std::string(LocalizedStrings::lookup(ThreadSafeLanguageStore::shared().currentLanguage(), key, count));
+  const auto& store = ThreadSafeLanguageStore::shared();
+  return std::string(LocalizedStrings::lookup(store.currentLanguage(), store.shownKey(key), count));
 }
 
 std::string environmentLocale() {

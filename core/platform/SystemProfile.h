@@ -79,6 +79,29 @@ class SystemProfile {
   // Whether the sign at the path tells of a program that runs now. Looks at the disk.
   [[nodiscard]] virtual bool isBusySign(const std::string& /*path*/) const { return false; }
 
+  // A text of the interface that another one stands in for: keys of the string table.
+  struct Wording {
+    std::string_view key;
+    std::string_view shownKey;
+  };
+  [[nodiscard]] virtual std::span<const Wording> wordings() const noexcept { return {}; }
+  // The same for the English text of messages, by the phrase that another one stands in for.
+  struct Phrase {
+    std::string_view given;
+    std::string_view shown;
+  };
+  [[nodiscard]] virtual std::span<const Phrase> phrases() const noexcept { return {}; }
+  [[nodiscard]] std::string inOwnWords(std::string message) const {
+    for (const auto& [given, shown] : phrases()) {
+      if (const auto at = message.find(given); at != std::string::npos) message.replace(at, given.size(), shown);
+    }
+    return message;
+  }
+  // Whether one permission of the system opens every protected folder to a program.
+  [[nodiscard]] virtual bool hasFullDiskPermission() const noexcept { return true; }
+  // Names the sandbox that this program runs in; empty where it runs in none.
+  [[nodiscard]] virtual std::string_view sandbox() const { return {}; }
+
   [[nodiscard]] static const SystemProfile& none() noexcept {
     static const SystemProfile profile;
     return profile;

@@ -32,6 +32,11 @@ class LinuxProfile : public SystemProfile {
 
  private:
   XdgFolders m_folders;
+
+  [[nodiscard]] std::span<const Wording> wordings() const noexcept override;
+  [[nodiscard]] std::span<const Phrase> phrases() const noexcept override;
+  [[nodiscard]] bool hasFullDiskPermission() const noexcept override { return false; }
+  [[nodiscard]] std::string_view sandbox() const override;
 };
 
 }  // namespace orvane

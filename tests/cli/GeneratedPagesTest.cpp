@@ -3,7 +3,9 @@
 namespace orvane::test {
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
+using testing::Not;
 
 class GeneratedPages : public Orvanectl {
  public:
@@ -36,6 +38,11 @@ TEST_F(GeneratedPages, manPageHasNoFaultsAndEveryCommand) {
        {"orvanectl scan [OPTIONS] [FOLDER...]", "--include-review", "EXIT STATUS", "undo_journal.json"}) {
     EXPECT_THAT(result.output, HasSubstr(piece));
   }
+}
+
+TEST_F(GeneratedPages, manPageSpeaksOfNoOtherSystem) {
+  EXPECT_THAT(run({"internal-man"}).output, Not(AnyOf(HasSubstr("Finder"), HasSubstr("launchd"), HasSubstr("macOS"),
+                                                      HasSubstr(" Mac "), HasSubstr("Full Disk"))));
 }
 
 TEST_F(GeneratedPages, bashCompletesCommandsOptionsAndValues) {

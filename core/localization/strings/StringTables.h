@@ -19,10 +19,11 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> duplicateStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> ruleStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> settingsStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> systemStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 11> stringTables() noexcept {
+[[nodiscard]] inline std::array<std::span<const StringRow>, 12> stringTables() noexcept {
   return {shellStrings(), actionStrings(),  figureStrings(),    windowStrings(), dashboardStrings(), cleanupStrings(),
-          placeStrings(), sectionStrings(), duplicateStrings(), ruleStrings(),   settingsStrings()};
+          placeStrings(), sectionStrings(), duplicateStrings(), ruleStrings(),   settingsStrings(),  systemStrings()};
 }
 
 }  // namespace orvane

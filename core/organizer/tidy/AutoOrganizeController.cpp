@@ -145,9 +145,9 @@ void AutoOrganizeController::setLaunchAtLogin(bool isEnabled) {
   try {
     m_collaborators.loginItems.setEnabled(isEnabled);
   } catch (const std::exception& error) {
-    problem = fmt::format(
+    problem = m_collaborators.profile.inOwnWords(fmt::format(
         "Couldn't change Launch at Login: {}. You can add Orvane in System Settings → General → Login Items.",
-        error.what());
+        error.what()));
   }
   {
     const std::lock_guard lock(m_mutex);

@@ -30,6 +30,7 @@ class AutoOrganizeController {
     LoginItems& loginItems;
     std::function<Date()> now = ReferenceClock::now;
     std::function<void()> whenChanged = {};  // anything that the operations below return may be new
+    const SystemProfile& profile = SystemProfile::none();
   };
   // Asks once whether topics can be had.
   explicit AutoOrganizeController(Collaborators collaborators);
