@@ -76,6 +76,7 @@ set(ORVANE_QML_FILES
   cleanup/CleanupEntry.qml
   cleanup/CleanupList.qml
   cleanup/CleanupScreen.qml
+  cleanup/HomeFolders.qml
   overview/DiskCard.qml
   duplicates/DuplicateEntry.qml
   duplicates/DuplicatesScreen.qml

@@ -17,6 +17,8 @@ Page {
     // Scanning again would not help.
     readonly property bool isStuck: appState.scanFailed !== "" && !appState.isScanning
 
+    readonly property bool isBare: isStuck && appState.homeFolders.length > 0
+
     function find() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
         search.selectAll();
@@ -183,8 +185,20 @@ Page {
             Layout.fillHeight: true
             visible: root.isEmpty
 
+            ScrollColumn {
+                anchors.fill: parent
+                visible: root.isBare
+
+                HomeFolders {
+                    Layout.fillWidth: true
+                    Layout.margins: 24
+                    appState: root.appState
+                }
+            }
+
             EmptyState {
                 anchors.fill: parent
+                visible: !root.isBare
                 drawing: root.appState.isScanning ? "scan"
                                                   : root.isStuck ? "error"
                                                                                     : root.appState.hasScanned ? "clean"

@@ -1,12 +1,13 @@
 #include "app/shell/AppState.h"
 
-#include "app/common/Places.h"
+#include "app/common/GrantedFolders.h"
 #include "app/common/Text.h"
 #include "core/base/text/Json.h"
 #include "core/platform/Desktop.h"
 #include "core/platform/Preferences.h"
 #include "core/platform/Volume.h"
 #include "core/safety/services/PermissionsManager.h"
+#include "core/tasks/LargestFolders.h"
 
 #include <QDebug>
 
@@ -64,6 +65,8 @@ void AppState::startScan(const QString& folder) {
   m_isScanning = true;
   m_hasNoFolders = false;
   m_scanProblem.clear();
+  m_homeFolders.clear();
+  m_grantError.clear();
   m_examined = 0;
   m_currentPlace.clear();
   m_scanStop = {};
@@ -71,7 +74,9 @@ void AppState::startScan(const QString& folder) {
   Q_EMIT scanStatusChanged();
   m_scanQueue.post([this, named = std::move(named), stop = m_scanStop.get_token()](const std::stop_token&) {
     try {
-      callOn(this, [this, end = scan(named, stop)] { finishScan(end); });
+      const auto end = scan(named, stop);
+      if (end == ScanOutcome::noFolders) lookForHomeFolders(stop);
+      callOn(this, [this, end] { finishScan(end); });
     } catch (const std::runtime_error& error) {
       callOn(this, [this, problem = shownName(error.what())] { finishScan(ScanOutcome::cancelled, problem); });
     }
@@ -94,6 +99,29 @@ ScanOutcome AppState::scan(const std::vector<FileUrl>& named, const std::stop_to
               },
       },
       stop);
+}
+
+void AppState::lookForHomeFolders(const std::stop_token& stop) {
+  constexpr std::size_t most = 6;
+  const auto& home = m_services.tasks.home;
+  QVariantList rows;
+  for (const auto& [folder, bytes] : largestFolders(home, most, stop)) {
+    auto row = GrantedFolders::row(folder, home);
+    row.insert("bytes", static_cast<double>(bytes));
+    rows.append(row);
+  }
+  callOn(this, [this, rows] { m_homeFolders = rows; });
+}
+
+void AppState::grantFolder(const QString& url) {
+  m_scanQueue.post([this, url](const std::stop_token&) {
+    const auto problem = GrantedFolders(m_services.tasks).add(url);
+    callOn(this, [this, problem] {
+      m_grantError = problem;
+      Q_EMIT scanChanged();
+      if (problem.isEmpty()) startScan();
+    });
+  });
 }
 
 void AppState::cancelScan() {

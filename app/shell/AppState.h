@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <QVariantList>
 
 #include <chrono>
 #include <cstdint>
@@ -33,6 +34,9 @@ class AppState : public QObject {
   Q_PROPERTY(double lastScanDate READ lastScanDate NOTIFY scanChanged)
   Q_PROPERTY(double scannedFiles READ scannedFiles NOTIFY scanChanged)
   Q_PROPERTY(int scannedFolders READ scannedFolders NOTIFY scanChanged)
+  // {name, path, url, bytes} of the largest folders of the home, where none of those that are looked after is there.
+  Q_PROPERTY(QVariantList homeFolders READ homeFolders NOTIFY scanChanged)
+  Q_PROPERTY(QString grantError READ grantError NOTIFY scanChanged)
   Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY fullDiskAccessChanged)
   Q_PROPERTY(double totalBytes READ totalBytes NOTIFY summaryChanged)
   Q_PROPERTY(double usedBytes READ usedBytes NOTIFY summaryChanged)
@@ -66,6 +70,11 @@ class AppState : public QObject {
   [[nodiscard]] double lastScanDate() const noexcept { return m_lastScanDate; }
   [[nodiscard]] double scannedFiles() const noexcept { return static_cast<double>(m_examined); }
   [[nodiscard]] int scannedFolders() const noexcept { return static_cast<int>(m_scannedItems.folders().size()); }
+  [[nodiscard]] const QVariantList& homeFolders() const noexcept { return m_homeFolders; }
+  // Why the last folder was not granted; empty where it was.
+  [[nodiscard]] const QString& grantError() const noexcept { return m_grantError; }
+  // Has a folder looked after, and scans.
+  Q_INVOKABLE void grantFolder(const QString& url);
   [[nodiscard]] bool hasFullDiskAccess() const noexcept { return m_hasFullDiskAccess; }
   [[nodiscard]] double totalBytes() const noexcept { return static_cast<double>(m_summary.totalDiskBytes); }
   [[nodiscard]] double usedBytes() const noexcept { return static_cast<double>(m_summary.usedDiskBytes); }
@@ -112,6 +121,7 @@ class AppState : public QObject {
 
  private:
   void beginItems(std::vector<FileUrl> folders);
+  void lookForHomeFolders(const std::stop_token& stop);
   void showProgress(std::int64_t examined, const QString& place);
   ScanOutcome scan(const std::vector<FileUrl>& named, const std::stop_token& stop);
   void finishScan(ScanOutcome end, const QString& problem = {});
@@ -122,6 +132,8 @@ class AppState : public QObject {
   AppNavigationItem m_selectedNavigation = AppNavigationItem::Overview;
   bool m_isScanning = false;
   bool m_hasNoFolders = false;
+  QVariantList m_homeFolders;
+  QString m_grantError;
   QString m_scanProblem;
   std::int64_t m_examined = 0;
   QString m_currentPlace;

@@ -1,20 +1,25 @@
 #include "cli/commands/Commands.h"
 #include "cli/frame/Arguments.h"
+#include "cli/frame/FileArguments.h"
 #include "cli/frame/Folders.h"
 #include "cli/frame/ProposalRun.h"
 #include "cli/frame/ScanRun.h"
 #include "cli/frame/Session.h"
+#include "cli/text/Table.h"
 #include "cli/text/TotalsTable.h"
 #include "core/base/files/HomeFolder.h"
 #include "core/base/text/ByteCount.h"
 #include "core/platform/Volume.h"
 #include "core/scanning/records/ScanEventText.h"
+#include "core/tasks/LargestFolders.h"
 #include "core/tasks/ScanTotals.h"
 #include "platform/SystemServices.h"
 
 #include <fmt/format.h>
 
 #include <array>
+#include <string>
+#include <vector>
 
 namespace orvane::cli {
 namespace {
@@ -52,7 +57,7 @@ void printDisk(Session& session) {
 }
 
 ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                   KnownPlaces knownPlaces) {
+                   KnownPlaces knownPlaces, std::string_view next) {
   ScanTotals totals;
   const auto end = runScan(
       session, std::move(folders), developerCaches,
@@ -65,23 +70,41 @@ ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCach
   printTotals(session, totals);
   session.out().line("");
   printDisk(session);
-  session.out().line(fmt::format("Found {} ({}), of which {} ({}) can go without a second look: orvanectl clean",
+  session.out().line(fmt::format("Found {} ({}), of which {} ({}) can go without a second look: {}",
                                  itemCount(totals.all().count), formatByteCount(totals.all().bytes),
-                                 formatCount(totals.recommended().count), formatByteCount(totals.recommended().bytes)));
+                                 formatCount(totals.recommended().count), formatByteCount(totals.recommended().bytes),
+                                 next));
   return end;
 }
 
+// Of an account that has none of the folders that are looked after by default, such as a server's.
+void printLargestFolders(Session& session) {
+  constexpr std::size_t most = 10;
+  const auto folders = largestFolders(FileUrl(homeFolder()), most, session.stop());
+  session.out().line("");
+  if (!folders.empty()) {
+    Table table({{"Size", Alignment::right}, {"Largest folders of the home"}});
+    for (const auto& [folder, bytes] : folders) table.addRow({{formatByteCount(bytes)}, {shownPath(folder)}});
+    table.print(session);
+  }
+  session.out().line("None of the folders that are looked after is here, so the home folder was scanned.");
+  session.out().line("Look after one: orvanectl folders add FOLDER. Clean one now: orvanectl clean FOLDER");
+}
+
 ExitStatus run(Session& session, const Arguments& arguments) {
-  const auto chosen = chosenFolders(arguments.plain());
+  const bool isBare = arguments.plain().empty() && grantedFolders().empty();
+  const auto chosen = chosenFolders(isBare ? std::vector{homeFolder()} : arguments.plain());
   const auto developerCaches =
       arguments.has("--developer-caches") ? DeveloperCaches::include : DeveloperCaches::leaveOut;
   const auto knownPlaces = knownPlacesFrom(arguments);
   const auto end = session.isJson() ? printEvents(session, chosen.folders, developerCaches, knownPlaces)
-                                    : printTable(session, chosen.folders, developerCaches, knownPlaces);
+                                    : printTable(session, chosen.folders, developerCaches, knownPlaces,
+                                                 isBare ? "orvanectl clean ~" : "orvanectl clean");
   if (end == ScanEnd::cancelled) {
     Session::report("interrupted; these are the items found so far");
     return ExitStatus::interrupted;
   }
+  if (isBare && !session.isJson() && !chosen.someAreUnusable) printLargestFolders(session);
   return chosen.someAreUnusable ? ExitStatus::failed : ExitStatus::done;
 }
 
@@ -93,7 +116,8 @@ constexpr CommandSpec scanCommand{
     .details =
         "Walks the folders and sorts what is in them into categories. Only reads. Where no folder is named, the caches "
         "and logs of programs are looked through too, wherever the system keeps them, each as one item; see "
-        "'orvanectl folders known'.\n\n"
+        "'orvanectl folders known'. Where none is named and none that is looked after is there, walks the home folder "
+        "and shows its largest folders.\n\n"
         "Risk: \"safe\" items are cleaned unless you say otherwise, \"review\" items only when you ask for them "
         "by category, \"manual\" items never.\n\n"
         "With --json, prints one object a line: \"progress\" and \"itemDiscovered\" events, and \"completed\" or "

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 
 #include <atomic>
+#include <filesystem>
 #include <optional>
 #include <thread>
 
@@ -103,6 +104,19 @@ TEST_F(CleanupModelTest, isEmptyBeforeAScan) {
   EXPECT_EQ(model->selectedCount(), 0);
   model->cleanSelected();
   EXPECT_FALSE(model->isCleaning());
+}
+
+TEST_F(CleanupModelTest, offersTheHomesLargestFoldersWhereNoneIsThere) {
+  std::filesystem::rename(tree.path("Downloads"), tree.path("elsewhere"));
+  state->startScan();
+  ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
+  ASSERT_FALSE(state->homeFolders().isEmpty());
+  const auto largest = state->homeFolders().front().toMap();
+  EXPECT_EQ(largest["path"], "~/elsewhere");
+  state->grantFolder(largest["url"].toString());
+  ASSERT_TRUE(becomesTrue([this] { return state->hasScanned() && !state->isScanning(); }));
+  EXPECT_TRUE(state->homeFolders().isEmpty());
+  EXPECT_GT(model->itemCount(), 0);
 }
 
 TEST_F(CleanupModelTest, listsWhatWasFoundByCategoryLargestFirst) {

@@ -53,6 +53,23 @@ TEST_F(ScanCommand, printsOneEventALine) {
   }
 }
 
+// As root's, or in a container.
+TEST_F(ScanCommand, endsWellInABareAccount) {
+  home.file("srv-data/old.log", std::string(3000, 'x'));
+  home.file(".hidden/large", std::string(5000, 'x'));
+  const auto result = run({"scan"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "");
+  const auto hidden = result.output.find("~/.hidden");
+  const auto data = result.output.find("~/srv-data");
+  EXPECT_TRUE(hidden != std::string::npos && hidden < data && data != std::string::npos) << result.output;
+  EXPECT_TRUE(
+      result.output.ends_with("None of the folders that are looked after is here, so the home folder was scanned.\n"
+                              "Look after one: orvanectl folders add FOLDER. Clean one now: orvanectl clean FOLDER\n"));
+  EXPECT_THAT(urlsIn(eventsIn(run({"scan", "--json"}).output)), ElementsAre(urlOf("srv-data/old.log")));
+  EXPECT_EQ(run({"clean", "--yes"}).exitStatus, 2) << "nothing moves that nobody named";
+}
+
 TEST_F(ScanCommand, showsCategoriesInDeclarationOrderWithTotalsLast) {
   recommended("a.log", std::string(2000, 'x'));
   home.file("Downloads/Screenshot 1.png", std::string(500, 'x'));

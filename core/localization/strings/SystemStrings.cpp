@@ -82,6 +82,19 @@ constexpr std::array rows{
          "Zu sehen sind nur die Ordner, die die Sandbox öffnet.",
          "見えるのは、サンドボックスが開いたフォルダだけです。", "샌드박스가 열어 준 폴더만 볼 수 있습니다.",
          "只能看到沙盒开放的文件夹。", "只看得到沙箱開放的檔案夾。", "Solo ve las carpetas que ese entorno le abre."}},
+    StringRow{"bare.title",
+              {"None of the folders to scan is here", "Aucun des dossiers à analyser n’est là",
+               "Keiner der zu scannenden Ordner ist da", "スキャンするフォルダがありません", "스캔할 폴더가 없습니다",
+               "没有可扫描的文件夹", "沒有可掃描的檔案夾", "No está ninguna de las carpetas que se analizan"}},
+    StringRow{"bare.text",
+              {"These are the largest folders of your home. Add one, and Orvane scans it.",
+               "Voici les plus gros dossiers de votre dossier personnel. Ajoutez-en un et Orvane l’analyse.",
+               "Das sind die größten Ordner in deinem persönlichen Ordner. Füge einen hinzu, und Orvane scannt ihn.",
+               "ホームフォルダの中で大きいフォルダです。追加すると Orvane がスキャンします。",
+               "홈 폴더에서 가장 큰 폴더입니다. 추가하면 Orvane이 스캔합니다.",
+               "这些是个人文件夹中最大的文件夹。添加一个，Orvane 就会扫描它。",
+               "這些是個人檔案夾中最大的檔案夾。加入一個，Orvane 就會掃描它。",
+               "Estas son las carpetas más grandes de tu carpeta personal. Añade una y Orvane la analiza."}},
 };
 // clang-format on
 
