@@ -83,6 +83,7 @@ set(ORVANE_QML_FILES
   settings/FolderSettings.qml
   history/HistoryEntry.qml
   history/HistoryScreen.qml
+  settings/KeepSettings.qml
   settings/KeySettings.qml
   onboarding/OnboardingSheet.qml
   organize/OrganizeEntry.qml

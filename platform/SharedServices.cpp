@@ -18,6 +18,7 @@
 #include "core/rules/services/LaunchAgentManager.h"
 #include "core/rules/services/UserNotificationService.h"
 #include "core/safety/access/FileAccessService.h"
+#include "core/safety/access/KeepList.h"
 #include "core/safety/journal/UndoJournal.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/safety/run/TrashMover.h"
@@ -129,6 +130,11 @@ FileAccessService& FileAccessService::shared() {
   return service;
 }
 
+KeepList& KeepList::shared() {
+  static KeepList list(systemPreferences(), homeFolder());
+  return list;
+}
+
 PermissionsManager& PermissionsManager::shared() {
   static PermissionsManager manager(systemDesktop(), homeFolder());
   return manager;
@@ -179,6 +185,7 @@ const TaskServices& TaskServices::shared() {
       .statusReader = systemFileStatusReader(),
       .scanner = StorageScanner::shared(),
       .folders = FileAccessService::shared(),
+      .keepList = KeepList::shared(),
       .mover = TrashMover::shared(),
       .rules = RuleEngine::shared(),
       .finder = DuplicateFinderEngine::shared(),

@@ -28,7 +28,10 @@ QString lockText(const ProposedRow& row) {
       return localizedText("agent.listed_only");
     case Lock::refused:
       return shownName(row.group->refusal);
+    case Lock::kept:
+      return localizedText("keep.kept");
     case Lock::manualLabel:
+    case Lock::reference:
     case Lock::none:
       break;
   }

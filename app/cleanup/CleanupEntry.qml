@@ -27,6 +27,7 @@ Item {
     signal touched
     signal explainAsked
     signal openFolderAsked
+    signal keepAsked
     signal menuAsked
 
     readonly property bool isHeader: kind === 0
@@ -68,11 +69,13 @@ Item {
         canCheck: root.checkState >= 0
         canExplain: true
         canOpenFolder: true
+        canKeep: true
         isFocused: !root.isHeader && root.isFocused
         onToggled: root.toggled()
         onPressed: root.touched()
         onMenuAsked: root.menuAsked()
         onExplainAsked: root.explainAsked()
         onOpenFolderAsked: root.openFolderAsked()
+        onKeepAsked: root.keepAsked()
     }
 }

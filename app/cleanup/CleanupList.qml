@@ -78,6 +78,7 @@ FocusScope {
             }
             onExplainAsked: root.explainAsked(index)
             onOpenFolderAsked: root.model.openContainingFolder(index)
+            onKeepAsked: root.model.keep(index)
             onMenuAsked: {
                 list.currentIndex = index;
                 menu.popup();
@@ -100,6 +101,13 @@ FocusScope {
             symbol: "folder-open"
             text: qsTr("action.reveal_in_finder")
             onTriggered: root.model.openContainingFolder(list.currentIndex)
+        }
+
+        ChoiceItem {
+            isChoice: false
+            symbol: "lock"
+            text: qsTr("keep.keep")
+            onTriggered: root.model.keep(list.currentIndex)
         }
     }
 

@@ -483,6 +483,20 @@ void CleanupModel::openContainingFolder(int row) {
   });
 }
 
+void CleanupModel::keep(int row) {
+  const auto place = placeOf(row);
+  if (!place || !place->item || isWorking()) return;
+  const auto at = *place->item;
+  const auto& item = m_items.items().item(at);
+  keepInBackground(item.url(), [this, at, bytes = item.fileSize(), generation = m_generation] {
+    if (generation != m_generation) return;
+    m_selection.setThere(at, false);
+    m_items.setPresence(std::array{at}, ScannedItems::Presence::gone);
+    m_state.addKept(bytes);
+    refreshChecks();
+  });
+}
+
 void CleanupModel::languageChanged() {
   if (m_rows > 0) {
     Q_EMIT dataChanged(index(0), index(m_rows - 1), {Qt::DisplayRole, NameRole, ReasonRole, CloudWarningRole});

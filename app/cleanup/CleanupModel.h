@@ -116,6 +116,8 @@ class CleanupModel : public orvane::RunModel {
   Q_INVOKABLE void deselectAll();
   Q_INVOKABLE void cleanSelected();
   Q_INVOKABLE void openContainingFolder(int row);
+  // Puts an item on the keep list, and takes it out.
+  Q_INVOKABLE void keep(int row);
   // Why an item has its label, in sentences.
   [[nodiscard]] Q_INVOKABLE QString explanation(int row) const;
 

@@ -129,6 +129,14 @@ Page {
             onActed: root.appState.selectedNavigation = AppNavigationItem.Settings
         }
 
+        Notice {
+            Layout.fillWidth: true
+            visible: root.appState.keptText !== "" && !root.appState.isScanning
+            text: root.appState.keptText
+            action: qsTr("nav.settings")
+            onActed: root.appState.selectedNavigation = AppNavigationItem.Settings
+        }
+
         Item {
             Layout.fillWidth: true
             Layout.fillHeight: true

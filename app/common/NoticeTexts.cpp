@@ -1,5 +1,6 @@
 #include "app/common/NoticeTexts.h"
 
+#include "app/common/Format.h"
 #include "app/common/Text.h"
 #include "core/base/files/FileUrl.h"
 
@@ -28,6 +29,7 @@ struct NoticeText {
   const FileUrl& home;
 
   QString operator()(const FolderLeftOut& leftOut) const { return textOf(leftOut, home); }
+  QString operator()(const RowsKept& kept) const { return keptText(kept.rows); }
   QString operator()(const RowsInPlace& inPlace) const { return countedText("organize.in_place", inPlace.rows.count); }
   QString operator()(const RowsNotProposed& left) const {
     if (left.why == RowsNotProposed::Why::unfinished) return countedText("organize.unfinished", left.rows.count);
@@ -45,6 +47,10 @@ struct NoticeText {
 };
 
 }  // namespace
+
+QString keptText(const RowSum& rows) {
+  return countedText("keep.held_back", rows.count).arg(Format::bytes(static_cast<double>(rows.bytes)));
+}
 
 QStringList noticeTexts(const Notices& notices, const FileUrl& home) {
   QStringList result;

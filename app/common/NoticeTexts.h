@@ -2,6 +2,7 @@
 
 #include "core/tasks/Notice.h"
 
+#include <QString>
 #include <QStringList>
 
 namespace orvane {
@@ -10,6 +11,8 @@ class FileUrl;
 
 // A line for each notice on where items go that a person can do something about.
 [[nodiscard]] QStringList noticeTexts(const Notices& notices, const FileUrl& home);
+// How much the keep list held back.
+[[nodiscard]] QString keptText(const RowSum& rows);
 // Only of the folders that a task left out.
 [[nodiscard]] QStringList leftOutFolders(const Notices& notices, const FileUrl& home);
 

@@ -5,6 +5,7 @@
 #include "app/common/Text.h"
 #include "core/base/text/ByteCount.h"
 #include "core/tasks/CarryOut.h"
+#include "core/tasks/KeepTask.h"
 #include "core/tasks/RestoreTask.h"
 
 #include <chrono>
@@ -212,6 +213,16 @@ QString RunModel::progressText() const {
 void RunModel::languageChanged() {
   Q_EMIT progressChanged();
   Q_EMIT workChanged();
+}
+
+void RunModel::keepInBackground(const FileUrl& place, std::function<void()> kept) {
+  postWork([this, services = m_services, place, kept = std::move(kept)](const std::stop_token&) {
+    const bool isKept = tried([&] {
+      keepPlace(services.tasks, place);
+      return true;
+    });
+    if (isKept) callOn(this, kept);
+  });
 }
 
 }  // namespace orvane

@@ -105,6 +105,8 @@ class RunModel : public QAbstractListModel {
   // Has a task carried out between runs.
   void postWork(BackgroundQueue::Task task) { m_workQueue.post(std::move(task)); }
   void forgetResult();
+  // Puts a place on the keep list in the background; `kept` is then called on the main thread.
+  void keepInBackground(const FileUrl& place, std::function<void()> kept);
 
   [[nodiscard]] virtual QString movedText(std::int64_t count, std::int64_t bytes) const;
   [[nodiscard]] virtual QString failureText(const MoveOutcome& failure) const;

@@ -71,7 +71,9 @@ ScanOutcome scanForWindow(const TaskServices& services, const std::vector<FileUr
   if (folders.empty()) return ScanOutcome::noFolders;
 
   PieceMaker pieces(feed);
-  const TaskMonitor monitor{.stop = stop, .scanning = [&](const ScanProgress& progress) { pieces.note(progress); }};
+  const TaskMonitor monitor{.stop = stop,
+                            .scanning = [&](const ScanProgress& progress) { pieces.note(progress); },
+                            .keptBack = feed.keptBack};
   const auto end = scanFolders(
       services, std::move(folders), DeveloperCaches::include, monitor,
       [&](std::vector<ScanEvent>& events) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/common/ScannedItems.h"
+#include "core/tasks/Notice.h"
 
 #include <cstdint>
 #include <functional>
@@ -20,6 +21,8 @@ struct ScanFeed {
   std::function<void(SharedPiece piece, std::int64_t bytes)> found;
   // `place` is the name of the entry that is being examined.
   std::function<void(std::int64_t examined, const std::string& place)> progress;
+  // At the end: what the keep list held back.
+  std::function<void(const RowSum& kept)> keptBack = {};
 };
 
 // Scans the folders named, or the granted ones that exist where none is named, developer caches included, and waits for

@@ -28,11 +28,13 @@ Item {
     property bool showsChip: width > 320
     property bool canExplain: false
     property bool canOpenFolder: false
+    property bool canKeep: false
     property string explanation: ""
     property alias extraActions: extra.data
     signal toggled
     signal explainAsked
     signal openFolderAsked
+    signal keepAsked
     signal pressed
     signal menuAsked
 
@@ -168,6 +170,17 @@ Item {
                 symbol: "folder-open"
                 text: qsTr("action.reveal_in_finder")
                 onClicked: root.openFolderAsked()
+            }
+        }
+
+        Repeater {
+            model: root.isActive && root.canKeep ? 1 : 0
+
+            IconButton {
+                focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
+                symbol: "lock"
+                text: qsTr("keep.keep")
+                onClicked: root.keepAsked()
             }
         }
     }

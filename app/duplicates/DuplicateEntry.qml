@@ -23,6 +23,7 @@ Item {
     signal folded
     signal touched
     signal openFolderAsked
+    signal keepAsked
 
     readonly property bool isGroup: kind === 0
     readonly property string path: place === "" ? name : place + "/" + name
@@ -134,13 +135,38 @@ Item {
     BodyText {
         anchors.left: parent.left
         anchors.leftMargin: 112
-        anchors.right: kept.left
+        anchors.right: actions.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         visible: !root.isGroup
         text: root.isGroup ? "" : root.path
         elide: Text.ElideMiddle
         Accessible.ignored: true
+    }
+
+    // Made when the row is pointed at: most rows never are.
+    Row {
+        id: actions
+
+        anchors.right: kept.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+
+        HoverHandler {
+            id: actionHover
+        }
+
+        Repeater {
+            model: !root.isGroup && (area.containsMouse || actionHover.hovered || root.isFocused) ? 1 : 0
+
+            IconButton {
+                // Tab goes from the row that has the keyboard to its action.
+                focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
+                symbol: "lock"
+                text: qsTr("keep.keep")
+                onClicked: root.keepAsked()
+            }
+        }
     }
 
     Chip {

@@ -82,24 +82,24 @@ void DuplicatesModel::search() {
   setRefusal("");
   Q_EMIT stageChanged();
   Q_EMIT searchChanged();
-  m_searchQueue.post(
-      [this, leftOut = m_leftOut, strategy = m_strategy, stop = m_searchStop.get_token()](const std::stop_token&) {
-        TaskMonitor monitor{.stop = stop};
-        monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
-        const auto proposal = tried([&] {
-          auto roots = searchableFolders(services().tasks);
-          std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
-          return proposeDuplicates(services().tasks, {std::move(roots), strategy}, monitor);
-        });
-        callOn(this, [this, proposal] {
-          m_isSearching = false;
-          if (proposal) {
-            m_hasSearched = true;
-            setProposal(*proposal);
-          }
-          Q_EMIT searchChanged();
-        });
-      });
+  m_searchQueue.post([this, leftOut = m_leftOut, strategy = m_strategy,
+                      stop = m_searchStop.get_token()](const std::stop_token&) {
+    TaskMonitor monitor{.stop = stop};
+    monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
+    const auto proposal = tried([&] {
+      auto roots = searchableFolders(services().tasks);
+      std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
+      return proposeDuplicates(services().tasks, {std::move(roots), strategy}, monitor);
+    });
+    callOn(this, [this, proposal] {
+      m_isSearching = false;
+      if (proposal) {
+        m_hasSearched = true;
+        setProposal(*proposal);
+      }
+      Q_EMIT searchChanged();
+    });
+  });
 }
 
 void DuplicatesModel::noteProgress(const DuplicateProgress& progress) {
@@ -118,6 +118,7 @@ void DuplicatesModel::cancel() {
 void DuplicatesModel::setProposal(Proposal proposal) {
   beginResetModel();
   m_proposal = std::move(proposal);
+  ++m_generation;
   m_selection = m_proposal.selection();
   setLookAfterUndo({});
   // The strategy may have been chosen anew while the search went on.
@@ -297,10 +298,21 @@ QString DuplicatesModel::refusal() const {
   return m_refusalKey.empty() ? QString() : localizedText(m_refusalKey);
 }
 
+std::string_view DuplicatesModel::lockKey(std::uint32_t copy) const {
+  switch (m_proposal.row(copy).lock) {
+    case Lock::kept:
+      return "keep.kept";
+    case Lock::reference:
+      return "keep.stays";
+    default:
+      return "duplicates.protected";
+  }
+}
+
 void DuplicatesModel::toggle(int row) {
   const auto place = placeOf(row);
   if (!place.copy || isWorking()) return;
-  if (!m_selection.isSelectable(*place.copy)) return setRefusal("duplicates.protected");
+  if (!m_selection.isSelectable(*place.copy)) return setRefusal(lockKey(*place.copy));
   const bool didChange = setCopySelected(m_proposal, *place.copy, !m_selection.isSelected(*place.copy), m_selection);
   Q_EMIT dataChanged(index(place.shown->start),
                      index(place.shown->start + static_cast<int>(place.shown->copies.size())));
@@ -314,6 +326,19 @@ void DuplicatesModel::openContainingFolder(int row) {
   postWork([services = services(),
             url = item(place.copy.value_or(place.shown->copies.front())).url()](const std::stop_token&) {
     if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
+  });
+}
+
+void DuplicatesModel::keep(int row) {
+  const auto place = placeOf(row);
+  if (!place.copy || isWorking()) return;
+  keepInBackground(item(*place.copy).url(), [this, copy = *place.copy, generation = m_generation] {
+    if (generation != m_generation) return;
+    beginResetModel();
+    m_selection.setThere(copy, false);
+    gatherGroups();
+    endResetModel();
+    Q_EMIT selectionChanged();
   });
 }
 

@@ -93,6 +93,8 @@ class DuplicatesModel : public orvane::RunModel {
   Q_INVOKABLE void setRootIncluded(const QString& path, bool isIncluded);
   Q_INVOKABLE void cleanSelected();
   Q_INVOKABLE void openContainingFolder(int row);
+  // Puts a copy on the keep list, and takes it out.
+  Q_INVOKABLE void keep(int row);
   // The search, or the run.
   Q_INVOKABLE void cancel() override;
 
@@ -136,9 +138,12 @@ class DuplicatesModel : public orvane::RunModel {
   void showMoved(std::vector<std::uint32_t> moved);
   void showBack(const std::vector<std::uint32_t>& back);
   void setRefusal(std::string_view key);
+  // Of a copy that cannot be chosen: the key of the text that says why.
+  [[nodiscard]] std::string_view lockKey(std::uint32_t copy) const;
 
   std::vector<FileUrl> m_roots;
   std::set<FileUrl> m_leftOut;
+  int m_generation = 0;  // goes up with each search: rows are those of one search
   DuplicateKeepStrategy m_strategy = DuplicateKeepStrategy::keepOldest;
   bool m_isSearching = false;
   bool m_hasSearched = false;

@@ -155,6 +155,7 @@ Page {
                     onToggled: root.model.toggle(index)
                     onFolded: root.model.toggleExpanded(index)
                     onOpenFolderAsked: root.model.openContainingFolder(index)
+                    onKeepAsked: root.model.keep(index)
                 }
             }
 

@@ -12,12 +12,13 @@
 #include "core/rules/schedule/ScheduleCoordinator.h"
 #include "core/rules/services/LaunchAgentManager.h"
 #include "core/rules/services/UserNotificationService.h"
-#include "core/tasks/KnownPlaces.h"
+#include "core/tasks/KeepTask.h"
 
 #include <QDebug>
 
 #include <algorithm>
 #include <exception>
+#include <span>
 #include <utility>
 
 namespace orvane {
@@ -62,12 +63,19 @@ SettingsModel::SettingsModel(Collaborators collaborators, QObject* parent)
 SettingsModel::State SettingsModel::read() const {
   State state{.folders = m_granted.rows(),
               .scansKnownPlaces = grantedKnownPlaces(m_with.tasks) == KnownPlaces::include,
+              .keptPatterns = {},
+              .keepProblem = {},
               .schedule = m_with.schedule.getSettings(),
               .isAgentInstalled = m_with.agent.isInstalled(),
               .canNotify = m_with.notifications.requestAuthorization(),
               .keys = {},
               .modelAddress = textPreference(m_with.preferences, modelAddressKey),
               .modelName = textPreference(m_with.preferences, modelNameKey)};
+  try {
+    for (const auto& pattern : keptPatterns(m_with.tasks)) state.keptPatterns += textFrom(pattern);
+  } catch (const std::exception& error) {
+    state.keepProblem = shownName(error.what());
+  }
   for (const auto provider : allAIProviders) {
     const auto account = keyAccount(provider);
     if (account.empty()) continue;
@@ -128,6 +136,33 @@ void SettingsModel::setScansKnownPlaces(bool isOn) {
       return shownName(error.what());
     }
     return {};
+  });
+}
+
+QString SettingsModel::keepError() const {
+  return m_state.keepProblem.isEmpty() ? m_keepError : m_state.keepProblem;
+}
+
+void SettingsModel::changeKept(std::function<void(const TaskServices&)> change) {
+  m_queue.post([this, change = std::move(change)](const std::stop_token&) {
+    QString problem;
+    try {
+      change(m_with.tasks);
+    } catch (const std::exception& error) {
+      problem = shownName(error.what());
+    }
+    callOn(this, [this, problem] { m_keepError = problem; });
+    readAndPublish();
+  });
+}
+
+void SettingsModel::addKept(const QString& url) {
+  if (const auto place = placeFrom(url)) changeKept([place](const TaskServices& tasks) { keepPlace(tasks, *place); });
+}
+
+void SettingsModel::removeKept(const QString& pattern) {
+  changeKept([pattern = pattern.toStdString()](const TaskServices& tasks) {
+    static_cast<void>(dropPatterns(tasks, std::span(&pattern, 1)));
   });
 }
 

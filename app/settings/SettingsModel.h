@@ -34,6 +34,8 @@ class SettingsModel : public QObject {
   Q_PROPERTY(QVariantList folders READ folders NOTIFY changed)
   Q_PROPERTY(QString folderError READ folderError NOTIFY changed)
   Q_PROPERTY(bool scansKnownPlaces READ scansKnownPlaces WRITE setScansKnownPlaces NOTIFY changed)
+  Q_PROPERTY(QStringList keptPatterns READ keptPatterns NOTIFY changed)
+  Q_PROPERTY(QString keepError READ keepError NOTIFY changed)
   Q_PROPERTY(bool scheduleEnabled READ scheduleEnabled WRITE setScheduleEnabled NOTIFY changed)
   Q_PROPERTY(QStringList frequencyKeys READ frequencyKeys CONSTANT)
   Q_PROPERTY(int scheduleFrequency READ scheduleFrequency WRITE setScheduleFrequency NOTIFY changed)
@@ -78,6 +80,10 @@ class SettingsModel : public QObject {
   // The caches and logs of programs, beside the folders.
   [[nodiscard]] bool scansKnownPlaces() const noexcept { return m_state.scansKnownPlaces; }
   void setScansKnownPlaces(bool isOn);
+  // The keep list as it is stored.
+  [[nodiscard]] const QStringList& keptPatterns() const noexcept { return m_state.keptPatterns; }
+  // Why the list cannot be read or was not changed; empty where all is well.
+  [[nodiscard]] QString keepError() const;
   [[nodiscard]] bool scheduleEnabled() const noexcept { return m_state.schedule.isEnabled; }
   void setScheduleEnabled(bool isEnabled);
   // Keys of texts, as the frequency counts.
@@ -120,6 +126,8 @@ class SettingsModel : public QObject {
 
   Q_INVOKABLE void addFolder(const QString& url);
   Q_INVOKABLE void removeFolder(const QString& url);
+  Q_INVOKABLE void addKept(const QString& url);
+  Q_INVOKABLE void removeKept(const QString& pattern);
   Q_INVOKABLE void addAutoFolder(const QString& url);
   Q_INVOKABLE void removeAutoFolder(const QString& url);
   Q_INVOKABLE void storeKey(const QString& account, const QString& key);
@@ -147,6 +155,8 @@ class SettingsModel : public QObject {
   struct State {
     QVariantList folders;
     bool scansKnownPlaces = true;
+    QStringList keptPatterns;
+    QString keepProblem;
     ScheduleSettings schedule;
     bool isAgentInstalled = false;
     bool canNotify = false;
@@ -159,6 +169,7 @@ class SettingsModel : public QObject {
   [[nodiscard]] State read() const;
   void readAndPublish();
   void changeFolders(std::function<QString()> change);
+  void changeKept(std::function<void(const TaskServices&)> change);
   void changeKey(std::function<bool()> change);
   // Shows the change at once, stores it, and has the agent follow.
   void changeSchedule(std::function<void(ScheduleSettings&)> change);
@@ -171,6 +182,7 @@ class SettingsModel : public QObject {
   State m_state;
   int m_thresholdGB = 10;
   QString m_folderError;
+  QString m_keepError;
   QString m_agentStatus;
   bool m_hasKeyFailed = false;
   bool m_isModelRefused = false;

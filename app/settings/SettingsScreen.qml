@@ -33,6 +33,11 @@ Page {
             model: root.model
         }
 
+        KeepSettings {
+            Layout.fillWidth: true
+            model: root.model
+        }
+
         ScheduleSettingsCard {
             Layout.fillWidth: true
             model: root.model

@@ -1,6 +1,7 @@
 #include "app/shell/AppState.h"
 
 #include "app/common/GrantedFolders.h"
+#include "app/common/NoticeTexts.h"
 #include "app/common/Text.h"
 #include "core/base/text/Json.h"
 #include "core/platform/Desktop.h"
@@ -97,6 +98,7 @@ ScanOutcome AppState::scan(const std::vector<FileUrl>& named, const std::stop_to
               [this](std::int64_t examined, const std::string& place) {
                 callOn(this, [this, examined, place = shownName(place)] { showProgress(examined, place); });
               },
+          .keptBack = [this](const RowSum& kept) { callOn(this, [this, kept] { showKept(kept); }); },
       },
       stop);
 }
@@ -128,7 +130,22 @@ void AppState::cancelScan() {
   m_scanStop.request_stop();
 }
 
+QString AppState::keptText() const {
+  return m_kept.count > 0 ? orvane::keptText(m_kept) : QString();
+}
+
+void AppState::addKept(std::int64_t bytes) {
+  m_kept.add(bytes);
+  Q_EMIT keptChanged();
+}
+
+void AppState::showKept(const RowSum& kept) {
+  m_kept = kept;
+  Q_EMIT keptChanged();
+}
+
 void AppState::beginItems(std::vector<FileUrl> folders) {
+  showKept({});
   m_scannedItems.begin(std::move(folders));
   recalculateStorageSummary(0);
 }
@@ -218,6 +235,7 @@ void AppState::setCanKeepTray(bool canKeepTray) {
 void AppState::languageChanged() {
   Q_EMIT scanStatusChanged();
   Q_EMIT scanChanged();
+  Q_EMIT keptChanged();
 }
 
 }  // namespace orvane

@@ -37,6 +37,8 @@ class AppState : public QObject {
   // {name, path, url, bytes} of the largest folders of the home, where none of those that are looked after is there.
   Q_PROPERTY(QVariantList homeFolders READ homeFolders NOTIFY scanChanged)
   Q_PROPERTY(QString grantError READ grantError NOTIFY scanChanged)
+  // How much the keep list held back; empty where nothing.
+  Q_PROPERTY(QString keptText READ keptText NOTIFY keptChanged)
   Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY fullDiskAccessChanged)
   Q_PROPERTY(double totalBytes READ totalBytes NOTIFY summaryChanged)
   Q_PROPERTY(double usedBytes READ usedBytes NOTIFY summaryChanged)
@@ -75,6 +77,9 @@ class AppState : public QObject {
   [[nodiscard]] const QString& grantError() const noexcept { return m_grantError; }
   // Has a folder looked after, and scans.
   Q_INVOKABLE void grantFolder(const QString& url);
+  [[nodiscard]] QString keptText() const;
+  // An item of the last scan was put on the list.
+  void addKept(std::int64_t bytes);
   [[nodiscard]] bool hasFullDiskAccess() const noexcept { return m_hasFullDiskAccess; }
   [[nodiscard]] double totalBytes() const noexcept { return static_cast<double>(m_summary.totalDiskBytes); }
   [[nodiscard]] double usedBytes() const noexcept { return static_cast<double>(m_summary.usedDiskBytes); }
@@ -110,6 +115,7 @@ class AppState : public QObject {
   void scanChanged();
   void scanStatusChanged();
   void scanFinished();
+  void keptChanged();
   void fullDiskAccessChanged();
   void summaryChanged();
   void onboardingChanged();
@@ -122,6 +128,7 @@ class AppState : public QObject {
  private:
   void beginItems(std::vector<FileUrl> folders);
   void lookForHomeFolders(const std::stop_token& stop);
+  void showKept(const RowSum& kept);
   void showProgress(std::int64_t examined, const QString& place);
   ScanOutcome scan(const std::vector<FileUrl>& named, const std::stop_token& stop);
   void finishScan(ScanOutcome end, const QString& problem = {});
@@ -138,6 +145,7 @@ class AppState : public QObject {
   std::int64_t m_examined = 0;
   QString m_currentPlace;
   double m_lastScanDate = 0;
+  RowSum m_kept;
   bool m_hasFullDiskAccess = false;
   bool m_hasCompletedOnboarding = false;
   bool m_darkScheme = false;

@@ -68,6 +68,7 @@ struct NoticeText {
     return fmt::format("{}{} would have matched but for the label 'manual', which no rule ever touches",
                        prefix(kept.rule), itemCount(kept.rows.count));
   }
+  std::string operator()(const RowsKept& kept) const { return keptText(kept.rows); }
   std::string operator()(const RowsInPlace& inPlace) const {
     return fmt::format("{}left out: {} in place already", prefix(inPlace.rule), itemsText(inPlace.rows));
   }
@@ -121,6 +122,11 @@ std::string itemCount(std::int64_t count) {
 
 std::string itemsText(const RowSum& rows) {
   return fmt::format("{} ({})", itemCount(rows.count), formatByteCount(rows.bytes));
+}
+
+std::string keptText(const RowSum& rows) {
+  return fmt::format("{}, {}, {} on the keep list; 'orvanectl keep list' shows it", itemCount(rows.count),
+                     formatByteCount(rows.bytes), rows.count == 1 ? "is" : "are");
 }
 
 std::string leftoversText(const RowSum& rows) {

@@ -92,6 +92,8 @@ void tellJournalNotices();
 [[nodiscard]] RowSum sumOf(const Approval& approval);
 // "12 items (3.4 GB)"
 [[nodiscard]] std::string itemsText(const RowSum& rows);
+// "3 items, 1.2 GB, are on the keep list", and how to see it.
+[[nodiscard]] std::string keptText(const RowSum& rows);
 // "2 leftovers (3 KB)"
 [[nodiscard]] std::string leftoversText(const RowSum& rows);
 

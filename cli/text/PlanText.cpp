@@ -80,6 +80,9 @@ std::string reasonOf(const ProposedRow& row) {
       return "only listed";
     case Lock::refused:
       return "never: " + escapedForDisplay(row.group->refusal);
+    case Lock::kept:
+      return "never: it is on the keep list";
+    case Lock::reference:
     case Lock::none:
       break;
   }

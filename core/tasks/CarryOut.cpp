@@ -2,9 +2,11 @@
 
 #include "core/base/files/PathAccess.h"
 #include "core/duplicates/DuplicateGuard.h"
+#include "core/safety/access/KeepList.h"
 #include "core/safety/journal/UndoJournal.h"
 #include "core/safety/records/TrashError.h"
 #include "core/safety/run/CleanupRun.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/RestoreTask.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
@@ -45,8 +47,14 @@ std::function<void()> checkUntouched(const FileItem& folder) {
   };
 }
 
-std::vector<MoveRequest> requestsFor(const Approval& approval, Date start) {
+// The list may be longer by now than when the proposal was made.
+std::function<void()> refusal(std::string why) {
+  return [why = std::move(why)] { throw std::runtime_error(why); };
+}
+
+std::vector<MoveRequest> requestsFor(const TaskServices& services, const Approval& approval, Date start) {
   const auto& proposal = approval.proposal();
+  auto kept = services.keepList.places();
   // The journal is to show that what is organized in one go happened at one moment.
   const bool isOrganizing = proposal.kind() == TaskKind::organize || proposal.kind() == TaskKind::tidy;
   std::vector<MoveRequest> requests;
@@ -56,6 +64,7 @@ std::vector<MoveRequest> requestsFor(const Approval& approval, Date start) {
     auto request = requestFor(row);
     if (isOrganizing) request.timestamp = start;
     if (proposal.kind() == TaskKind::tidy && row.item.isFolder()) request.lastCheck = checkUntouched(row.item);
+    if (auto why = keptReason(kept, request.source); !why.empty()) request.lastCheck = refusal(std::move(why));
     requests.push_back(std::move(request));
   }
   return requests;
@@ -115,6 +124,7 @@ std::vector<MoveOutcome> moveCopies(const Moving& moving, std::vector<MoveReques
   const DuplicateGuard guard(*std::move(turn), moving.services.mover, moving.stop);
   const auto staying = stayingCopies(moving.approval);
   for (std::size_t at = 0; at < requests.size(); ++at) {
+    if (requests[at].lastCheck) continue;
     const auto row = moving.approval.proposal().row(moving.approval.rows()[at]);
     requests[at].lastCheck = guard.check(row.item, staying.at(row.group));
   }
@@ -161,8 +171,9 @@ RunReport carryOut(const TaskServices& services, const Approval& approval, const
   CleanupRun run(services.mover, services.journal(), proposal.boundary());
   // A restored item is recorded in the run that moved it.
   const bool restores = proposal.kind() == TaskKind::restore;
-  auto outcomes = restores ? bringBack(services, approval, progress, stop)
-                           : moveAll({services, approval, run, progress, stop}, requestsFor(approval, report.started));
+  auto outcomes =
+      restores ? bringBack(services, approval, progress, stop)
+               : moveAll({services, approval, run, progress, stop}, requestsFor(services, approval, report.started));
   for (std::size_t at = 0; at < outcomes.size(); ++at) {
     const auto row = approval.rows()[at];
     report.note(std::move(outcomes[at]), row, proposal.row(row).destinationFolder() == nullptr);

@@ -3,6 +3,7 @@
 #include "core/base/files/PlaceSet.h"
 #include "core/base/text/Json.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
 
@@ -61,9 +62,10 @@ std::optional<Proposal> propose(const TaskServices& services, const CleanWish& w
   RowsInTrash inTrash;
   PlaceSet known;
   for (const auto& place : places) known.insert(place.url().path());
+  KeptRows kept(services);
   const auto add = [&](FileItem item) {
     if (item.category() == ScanCategory::trash) inTrash.rows.add(item.fileSize());
-    if (!takes(wish, item)) return;
+    if (!takes(wish, item) || kept.hold(item)) return;
     item.setSelected(true);
     builder.add(std::move(item), {Choice::selected});
   };
@@ -73,6 +75,7 @@ std::optional<Proposal> propose(const TaskServices& services, const CleanWish& w
   for (const auto& place : places) add(place);
   if (end == ScanEnd::cancelled) return std::nullopt;
   if (inTrash.rows.count > 0) builder.note(inTrash);
+  kept.noteIn(builder);
   return builder.take();
 }
 

@@ -1,10 +1,12 @@
 #include "core/tasks/DuplicatesTask.h"
 
+#include "core/base/files/CanonicalPath.h"
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/duplicates/DuplicateWalk.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
@@ -20,6 +22,10 @@ FolderLeftOut notSearched(const FileUrl& folder) {
       fmt::format("'{}' is not searched for duplicates: caches are full of copies that belong there.", folder.path())};
 }
 
+bool staysAnyway(Lock lock) {
+  return lock == Lock::kept || lock == Lock::reference;
+}
+
 RowMark markOf(const FileItem& copy, std::uint32_t group) {
   if (!isSelectable(copy.riskLabel())) return {Choice::locked, Lock::manualLabel, group};
   return {copy.isSelected() ? Choice::selected : Choice::unselected, Lock::none, group};
@@ -29,7 +35,39 @@ Json subjectOf(const DuplicatesWish& wish) {
   Json subject = Json::object();
   subject["folders"] = jsonFromUrls(wish.folders);
   subject["keep"] = rawValue(wish.keep);
+  if (!wish.references.empty()) subject["references"] = jsonFromUrls(wish.references);
   return subject;
+}
+
+// How the copies of one group stand. Empty where none of them can be chosen beside those that stay anyway.
+std::vector<RowMark> marksOf(const std::vector<FileItem>& copies, std::uint32_t group, const Boundary& references,
+                             KeptRows& kept) {
+  std::vector<RowMark> marks;
+  bool oneStays = false;
+  for (const auto& copy : copies) {
+    auto mark = markOf(copy, group);
+    if (!references.folders().empty() && references.contains(canonicalPath(copy.url().path()))) {
+      mark = {Choice::locked, Lock::reference, group};
+    } else if (kept.hold(copy)) {
+      mark = {Choice::locked, Lock::kept, group};
+    }
+    oneStays |= staysAnyway(mark.lock);
+    marks.push_back(mark);
+  }
+  if (!oneStays) return marks;
+  bool oneCanGo = false;
+  for (auto& mark : marks) {
+    if (mark.lock == Lock::none) mark.choice = Choice::selected;
+    oneCanGo |= mark.lock == Lock::none;
+  }
+  return oneCanGo ? marks : std::vector<RowMark>();
+}
+
+std::vector<FileUrl> searchedFolders(const DuplicatesWish& wish) {
+  // A file that has several names is listed by the one that is found first.
+  auto folders = wish.references;
+  folders.insert(folders.end(), wish.folders.begin(), wish.folders.end());
+  return folders;
 }
 
 std::optional<Proposal> propose(const TaskServices& services, const DuplicatesWish& wish, const Boundary& boundary,
@@ -40,15 +78,19 @@ std::optional<Proposal> propose(const TaskServices& services, const DuplicatesWi
   for (const auto& folder : wish.folders) {
     if (!isSearchable(folder)) builder.note(notSearched(folder));
   }
-  auto groups = services.finder.findDuplicates(wish.folders, wish.keep, monitor.stop, monitor.comparing);
+  auto groups = services.finder.findDuplicates(searchedFolders(wish), wish.keep, monitor.stop, monitor.comparing);
   if (monitor.stop.stop_requested()) return std::nullopt;
+  const Boundary references(wish.references);
+  KeptRows kept(services);
+  std::uint32_t next = 0;
   for (auto& found : groups) {
-    const auto group = builder.addGroup({.id = found.id, .checksum = std::move(found.hash), .keepsOne = true});
-    for (auto& copy : std::exchange(found.items, {})) {
-      const auto mark = markOf(copy, group);
-      builder.add(std::move(copy), mark);
-    }
+    auto copies = std::exchange(found.items, {});
+    const auto marks = marksOf(copies, next, references, kept);
+    if (marks.empty()) continue;
+    next = builder.addGroup({.id = found.id, .checksum = std::move(found.hash), .keepsOne = true}) + 1;
+    for (std::size_t at = 0; at < copies.size(); ++at) builder.add(std::move(copies[at]), marks[at]);
   }
+  kept.noteIn(builder);
   return builder.take();
 }
 
@@ -61,6 +103,13 @@ void forEachCopy(const Proposal& proposal, std::uint32_t firstRow, const Selecti
     if (row.group != group) return;
     if (selection.isThere(at)) visit(at, row.item);
   }
+}
+
+bool hasCopyThatStays(const Proposal& proposal, std::uint32_t firstRow, const Selection& selection) {
+  bool result = false;
+  forEachCopy(proposal, firstRow, selection,
+              [&](std::uint32_t at, const FileItem& /*copy*/) { result |= staysAnyway(proposal.row(at).lock); });
+  return result;
 }
 
 // Chooses as the group, which was made of the selection, has it by now.
@@ -90,8 +139,13 @@ std::optional<Proposal> reproposeDuplicates(const TaskServices& services, const 
   auto inside = foldersInside(boundary, urlsAt(subject, "folders"));
   const auto keep = duplicateKeepStrategyFromRawValue(stringAt(subject, "keep"));
   if (!keep) throw JsonError("\"keep\" must be a way to choose the copy that stays");
-  return propose(services, {std::move(inside.folders), *keep, countedTo}, boundary,
-                 Notices(inside.leftOut.begin(), inside.leftOut.end()), monitor);
+  DuplicatesWish wish{std::move(inside.folders), *keep, countedTo};
+  if (optionalKey(subject, "references") != nullptr) {
+    auto references = foldersInside(boundary, urlsAt(subject, "references"));
+    wish.references = std::move(references.folders);
+    inside.leftOut.insert(inside.leftOut.end(), references.leftOut.begin(), references.leftOut.end());
+  }
+  return propose(services, wish, boundary, Notices(inside.leftOut.begin(), inside.leftOut.end()), monitor);
 }
 
 std::vector<std::uint32_t> firstRowsOfGroups(const Proposal& proposal) {
@@ -120,7 +174,11 @@ DuplicateGroup duplicateGroupAt(const Proposal& proposal, std::uint32_t firstRow
 void applyKeepStrategy(const Proposal& proposal, DuplicateKeepStrategy strategy, Selection& selection) {
   for (const auto firstRow : firstRowsOfGroups(proposal)) {
     auto group = duplicateGroupAt(proposal, firstRow, selection);
-    group.applyKeepStrategy(strategy);
+    if (hasCopyThatStays(proposal, firstRow, selection)) {
+      for (auto& copy : group.items) copy.setSelected(true);
+    } else {
+      group.applyKeepStrategy(strategy);
+    }
     take(group, proposal, firstRow, selection);
   }
 }

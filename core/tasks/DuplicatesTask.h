@@ -29,11 +29,13 @@ struct DuplicatesWish {
   std::vector<FileUrl> folders;  // also the boundary
   DuplicateKeepStrategy keep = DuplicateKeepStrategy::keepOldest;
   Date now = ReferenceClock::now();
+  std::vector<FileUrl> references = {};  // searched too, and never touched: a copy there is the one that stays
 };
 
 // Searches, and proposes a group that keeps one for each set of identical files, most wasted bytes first. Its rows
 // follow each other and are all its copies: the one that the strategy keeps is unselected, the others are selected.
-// Folders that are not searched are named in notices. Absent when it was stopped.
+// Where copies are kept or lie in a reference folder, these stay, locked, and all others are selected; a group of such
+// copies alone is none. Folders that are not searched are named in notices. Absent when it was stopped.
 [[nodiscard]] std::optional<Proposal> proposeDuplicates(const TaskServices& services, const DuplicatesWish& wish,
                                                         const TaskMonitor& monitor = {});
 // From the subject of a proposal, inside a boundary of this machine. Throws JsonError.

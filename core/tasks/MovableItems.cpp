@@ -5,11 +5,12 @@
 #include "core/organizer/propose/TidyFolder.h"
 #include "core/safety/rules/FolderRules.h"
 #include "core/safety/rules/PathValidator.h"
+#include "core/tasks/KeptRows.h"
 
 namespace orvane {
 
-MovableItems::MovableItems(const PathValidator& validator, const Boundary& boundary)
-    : m_validator(validator), m_boundary(boundary) {}
+MovableItems::MovableItems(const PathValidator& validator, const Boundary& boundary, KeptRows& kept)
+    : m_validator(validator), m_boundary(boundary), m_kept(kept) {}
 
 MovableItems::~MovableItems() = default;
 
@@ -28,7 +29,7 @@ bool MovableItems::admits(const FileUrl& item, std::int64_t bytes) {
     m_unfinished.rows.add(bytes);
     return false;
   }
-  if (rulesOf(parentPath(item.path())).admits(name)) return true;
+  if (rulesOf(parentPath(item.path())).admits(name)) return !m_kept.hold(item, bytes);
   if (m_refused.rows.count == 0) m_refused.detail = m_validator.refusalText(item, m_boundary);
   m_refused.rows.add(bytes);
   return false;

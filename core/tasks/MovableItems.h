@@ -13,18 +13,19 @@
 namespace orvane {
 
 class FolderRules;
+class KeptRows;
 class PathValidator;
 
-// Tells apart what the organizer may propose and what no run would move, and counts the latter.
+// Tells apart what the organizer may propose and what no run would move or the user keeps, and counts the latter.
 class MovableItems {
  public:
-  // Both must outlive this object.
-  MovableItems(const PathValidator& validator, const Boundary& boundary);
+  // All must outlive this object.
+  MovableItems(const PathValidator& validator, const Boundary& boundary, KeptRows& kept);
   ~MovableItems();
 
   // Whether an item that is no link may be proposed; counted where not.
   [[nodiscard]] bool admits(const FileUrl& item, std::int64_t bytes);
-  // Of what was not admitted.
+  // Of what was not admitted, but for what is kept.
   [[nodiscard]] Notices notices() const;
 
  private:
@@ -32,6 +33,7 @@ class MovableItems {
 
   const PathValidator& m_validator;
   const Boundary& m_boundary;
+  KeptRows& m_kept;
   std::unordered_map<std::string, std::unique_ptr<FolderRules>> m_rules;
   // Items mostly come folder by folder.
   std::string m_lastFolder;

@@ -46,6 +46,12 @@ struct RowsKeptByLabel {
   bool operator==(const RowsKeptByLabel&) const = default;
 };
 
+// Items that the user's keep list holds back.
+struct RowsKept {
+  RowSum rows = {};
+  bool operator==(const RowsKept&) const = default;
+};
+
 // Items that lie where they would be moved to.
 struct RowsInPlace {
   RowSum rows = {};
@@ -124,9 +130,9 @@ struct PlannerFailed {
   bool operator==(const PlannerFailed&) const = default;
 };
 
-using Notice =
-    std::variant<FolderLeftOut, RowsKeptByLabel, RowsInPlace, RowsNotProposed, RowsReturned, ProjectTakenApart,
-                 LinksToRows, RowsInTrash, RowsNotTaken, RuleRefused, RowsLeftAside, PlanRefused, PlannerFailed>;
+using Notice = std::variant<FolderLeftOut, RowsKeptByLabel, RowsInPlace, RowsNotProposed, RowsReturned,
+                            ProjectTakenApart, LinksToRows, RowsInTrash, RowsNotTaken, RuleRefused, RowsLeftAside,
+                            PlanRefused, PlannerFailed, RowsKept>;
 using Notices = std::vector<Notice>;
 
 // The first notice of a kind; null where there is none.

@@ -10,6 +10,7 @@
 #include "core/organizer/topics/TopicGrouping.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/LinksToRows.h"
 #include "core/tasks/MovableItems.h"
 #include "core/tasks/NamedTopics.h"
@@ -124,7 +125,8 @@ std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish
   auto found = services.organizer.analyze(wish.folder, destination, wish.subfolders, wish.strategy, monitor.stop,
                                           monitor.looked);
   RowSum inPlace{found.inPlace.count, found.inPlace.bytes};
-  MovableItems movable(services.validator, boundary);
+  KeptRows kept(services);
+  MovableItems movable(services.validator, boundary, kept);
   sift(found.groups, inPlace, wish, movable);
   if (topics != nullptr && !monitor.stop.stop_requested()) {
     if (monitor.namingTopics) monitor.namingTopics();
@@ -135,6 +137,7 @@ std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish
   for (const auto& group : found.groups) addCategoryGroup(builder, group, services.validator, boundary);
   if (inPlace.count > 0) builder.note(RowsInPlace{inPlace});
   for (auto& notice : movable.notices()) builder.note(std::move(notice));
+  kept.noteIn(builder);
   builder.setSubject(std::move(subject));
   auto proposal = builder.take();
   if (proposal.empty()) return proposal;

@@ -9,6 +9,7 @@
 #include "core/plans/records/PlanFolder.h"
 #include "core/plans/records/PlanMatchResult.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
 
@@ -75,9 +76,14 @@ class PlanRows {
  public:
   PlanRows(const TaskServices& services, const CleaningPlan& plan, const Boundary& boundary, std::vector<bool> mayAct,
            ProposalBuilder& builder)
-      : m_plan(plan), m_mayAct(std::move(mayAct)), m_destinations(services.validator, boundary), m_builder(builder) {}
+      : m_plan(plan),
+        m_mayAct(std::move(mayAct)),
+        m_destinations(services.validator, boundary),
+        m_kept(services),
+        m_builder(builder) {}
 
   void add(FileItem item, std::size_t step) {
+    if (m_kept.hold(item)) return;
     const auto mark = markOf(item, step);
     if (mark.lock == Lock::inPlace) m_inPlace.rows.add(item.fileSize());
     if (mark.lock == Lock::inTrash) m_inTrash.rows.add(item.fileSize());
@@ -87,6 +93,7 @@ class PlanRows {
   void noteSums() {
     if (m_inPlace.rows.count > 0) m_builder.note(m_inPlace);
     if (m_inTrash.rows.count > 0) m_builder.note(m_inTrash);
+    m_kept.noteIn(m_builder);
   }
 
  private:
@@ -119,6 +126,7 @@ class PlanRows {
   const CleaningPlan& m_plan;
   std::vector<bool> m_mayAct;
   PlanDestinations m_destinations;
+  KeptRows m_kept;
   ProposalBuilder& m_builder;
   std::map<std::tuple<std::size_t, std::optional<FileUrl>, std::string>, std::uint32_t> m_groups;
   RowsInPlace m_inPlace;

@@ -35,6 +35,8 @@ enum class Lock : std::uint8_t {
   inPlace,      // it lies where it would be moved to
   listedOnly,   // its step or rule only shows it
   refused,      // its group's refusal says why
+  kept,         // it is on the user's keep list, and shown because copies of it are not
+  reference,    // it lies in a folder that is compared with and never touched
 };
 
 // The properties that rows share: a step of a plan with its destination, a rule, a category folder, a set of identical

@@ -7,6 +7,7 @@
 #include "core/rules/RuleMatcher.h"
 #include "core/rules/ScheduleCandidates.h"
 #include "core/safety/rules/FolderLookups.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
 
@@ -51,7 +52,7 @@ struct ActiveRule {
 // Holds all rules of a wish against one file after the other.
 class RuleJudge {
  public:
-  RuleJudge(const TaskServices& services, const RulesWish& wish) : m_wish(wish) {
+  RuleJudge(const TaskServices& services, const RulesWish& wish) : m_wish(wish), m_kept(services) {
     for (std::uint32_t index = 0; index < wish.rules.size(); ++index) {
       const auto& rule = wish.rules[index];
       if (!rule.isEnabled) continue;
@@ -81,6 +82,7 @@ class RuleJudge {
         keepFirst(mover, rule);
       }
     }
+    if ((mover != nullptr || lister != nullptr) && m_kept.hold(file)) return std::nullopt;
     if (mover != nullptr) return markUnder(*mover, file);
     if (lister != nullptr) return RowMark{Choice::locked, Lock::listedOnly, lister->group};
     if (holder != nullptr) holder->inPlace.rows.add(file.fileSize());
@@ -109,6 +111,7 @@ class RuleJudge {
       builder.note(rule.notTaken);
     }
     if (m_inTrash.rows.count > 0) builder.note(m_inTrash);
+    m_kept.noteIn(builder);
   }
 
  private:
@@ -132,6 +135,7 @@ class RuleJudge {
   }
 
   const RulesWish& m_wish;
+  KeptRows m_kept;
   std::deque<ActiveRule> m_rules;
   std::vector<RuleRefused> m_refused;
   RowsInTrash m_inTrash;

@@ -5,9 +5,11 @@
 #include "core/base/files/IdentityJson.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
+#include "core/safety/access/KeepList.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/CleanTask.h"
 #include "core/tasks/DuplicatesTask.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/OrganizeTask.h"
 #include "core/tasks/PlanTask.h"
 #include "core/tasks/RulesTask.h"
@@ -81,7 +83,7 @@ SavedProposal::Row rowFrom(const Json& json) {
 class Comparison {
  public:
   Comparison(const TaskServices& services, const Boundary& boundary, const Proposal& fresh)
-      : m_services(services), m_boundary(boundary), m_fresh(fresh) {
+      : m_services(services), m_boundary(boundary), m_kept(services.keepList.places()), m_fresh(fresh) {
     fresh.forEach([&](std::size_t index, const ProposedRow& row) { m_places.emplace(row.item.url(), index); });
   }
 
@@ -99,8 +101,9 @@ class Comparison {
   }
 
  private:
-  std::string whyNotProposed(const SavedProposal::Row& saved) const {
+  std::string whyNotProposed(const SavedProposal::Row& saved) {
     if (auto refusal = m_services.validator.refusalText(saved.item, m_boundary); !refusal.empty()) return refusal;
+    if (auto reason = keptReason(m_kept, saved.item); !reason.empty()) return reason;
     const auto status = readPathStatus(saved.item.path());
     if (!status) return "Nothing is there any more.";
     if (!saved.identity.isStill(ItemIdentity::of(*status))) return "It has changed since it was proposed.";
@@ -121,6 +124,10 @@ class Comparison {
         return "It is only listed.";
       case Lock::refused:
         return row.group->refusal;
+      case Lock::kept:
+        return "It is on the keep list.";
+      case Lock::reference:
+        return "It lies in a folder that is only compared with.";
     }
     const auto identity = row.item.identity();
     if (!identity || !saved.identity.isStill(*identity)) return "It has changed since it was proposed.";
@@ -132,6 +139,7 @@ class Comparison {
 
   const TaskServices& m_services;
   const Boundary& m_boundary;
+  KeptPlaces m_kept;
   const Proposal& m_fresh;
   std::unordered_map<FileUrl, std::size_t> m_places;
   std::unordered_map<std::size_t, bool> m_taken;

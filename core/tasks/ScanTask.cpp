@@ -6,7 +6,7 @@
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
-#include "core/tasks/Notice.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/TaskServices.h"
 
 #include <algorithm>
@@ -73,11 +73,10 @@ class KnownPlacesFirst {
   RowSum m_leftOut;
 };
 
-}  // namespace
+using TakeBatch = std::function<void(std::vector<ScanEvent>&)>;
 
-ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                    const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take,
-                    KnownPlaces knownPlaces) {
+ScanEnd walk(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+             const TaskMonitor& monitor, const TakeBatch& take, KnownPlaces knownPlaces) {
   std::vector<FileItem> items;
   if (knownPlaces == KnownPlaces::include) items = knownPlaceItems(services, developerCaches, monitor.stop);
   KnownPlacesFirst known(std::move(items), folders);
@@ -100,17 +99,45 @@ ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, 
   return end;
 }
 
+// Takes out what is kept, of the sum at the end too.
+void sift(std::vector<ScanEvent>& batch, KeptRows& kept) {
+  std::erase_if(batch, [&](const ScanEvent& event) {
+    const auto* item = std::get_if<FileItem>(&event);
+    return item != nullptr && kept.hold(*item);
+  });
+  if (batch.empty()) return;
+  if (auto* completed = std::get_if<ScanCompleted>(&batch.back())) {
+    completed->totalItems -= kept.sum().count;
+    completed->totalBytes -= kept.sum().bytes;
+  }
+}
+
+}  // namespace
+
+ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                    const TaskMonitor& monitor, const TakeBatch& take, KnownPlaces knownPlaces) {
+  KeptRows kept(services);
+  const auto takeRest = [&](std::vector<ScanEvent>& batch) {
+    sift(batch, kept);
+    if (!batch.empty()) take(batch);
+  };
+  const auto end = walk(services, std::move(folders), developerCaches, monitor, takeRest, knownPlaces);
+  if (monitor.keptBack) monitor.keptBack(kept.sum());
+  return end;
+}
+
 ScanEnd scanItems(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                   const TaskMonitor& monitor, const std::function<void(FileItem)>& take) {
   const bool mayComeTwice = overlap(folders);
   std::unordered_set<std::string> seen;
-  return scanFolders(services, std::move(folders), developerCaches, monitor, [&](std::vector<ScanEvent>& batch) {
+  const auto takeItems = [&](std::vector<ScanEvent>& batch) {
     for (auto& event : batch) {
       auto* item = std::get_if<FileItem>(&event);
       if (item == nullptr || (mayComeTwice && !seen.insert(item->url().path()).second)) continue;
       take(std::move(*item));
     }
-  });
+  };
+  return walk(services, std::move(folders), developerCaches, monitor, takeItems, KnownPlaces::leaveOut);
 }
 
 }  // namespace orvane

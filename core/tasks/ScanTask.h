@@ -16,8 +16,8 @@ struct TaskServices;
 
 enum class ScanEnd : std::uint8_t { completed, cancelled };
 
-// Scans the folders on the calling thread and hands over the events in batches, the last one included. Known places
-// come first, and what lies in one of them is no item of its own.
+// Scans the folders on the calling thread and hands over the events in batches, the last one included. Leaves out
+// items of the keep list, and tells `monitor.keptBack` how many.
 ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                     const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take,
                     KnownPlaces knownPlaces = KnownPlaces::leaveOut);

@@ -15,6 +15,7 @@ class DuplicateFinderEngine;
 class FileAccessService;
 class FileStatusReader;
 class FolderOrganizerEngine;
+class KeepList;
 class PathValidator;
 class RuleEngine;
 class StorageScanner;
@@ -29,6 +30,7 @@ struct TaskServices {
   const FileStatusReader& statusReader;
   StorageScanner& scanner;
   FileAccessService& folders;
+  KeepList& keepList;
   TrashMover& mover;
   RuleEngine& rules;
   DuplicateFinderEngine& finder;

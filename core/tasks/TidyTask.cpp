@@ -11,6 +11,7 @@
 #include "core/safety/journal/UndoJournal.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/Folders.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/MovableItems.h"
 #include "core/tasks/NamedTopics.h"
 #include "core/tasks/TaskServices.h"
@@ -118,7 +119,8 @@ TidyFolder itemsIn(const TaskServices& services, const FileUrl& folder, const Wa
   const std::chrono::duration<double> recentAge(static_cast<double>(watch.recentsDays) * secondsPerDay);
   auto items = TidyFolder::read(folder, recentAge, watch.now, services.statusReader);
   if (items.recent.empty() && items.older.empty()) return items;
-  MovableItems movable(services.validator, watch.boundary);
+  KeptRows kept(services);
+  MovableItems movable(services.validator, watch.boundary, kept);
   RowsReturned left;
   const ReturnedItems here(services.journal(), folder);
   const ReturnedItems inRecents(services.journal(), folder.appendingPathComponent(recentsFolderName));
@@ -132,6 +134,7 @@ TidyFolder itemsIn(const TaskServices& services, const FileUrl& folder, const Wa
   std::erase_if(items.recent, stays);
   std::erase_if(items.older, stays);
   for (auto& notice : movable.notices()) builder.note(std::move(notice));
+  kept.noteIn(builder);
   if (left.rows.count > 0) builder.note(left);
   return items;
 }

@@ -3,10 +3,12 @@
 #include "core/base/files/FileDescriptor.h"
 #include "core/base/files/PlaceSet.h"
 #include "core/base/text/Json.h"
+#include "core/safety/access/KeepList.h"
 #include "core/safety/records/TrashError.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/scanning/walk/FolderSize.h"
 #include "core/tasks/ItemAt.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/TaskServices.h"
 
 #include <cerrno>
@@ -31,11 +33,16 @@ Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> pla
   const auto lock = [&](const FileUrl& place, std::string refusal) {
     builder.add(bareItem(place), {Choice::locked, Lock::refused, builder.addGroup({.refusal = std::move(refusal)})});
   };
+  auto kept = services.keepList.places();
+  const auto refusalOf = [&](const FileUrl& place) {
+    auto refusal = services.validator.refusalText(place, boundary);
+    return refusal.empty() ? keptReason(kept, place) : refusal;
+  };
   for (const auto& place : places) {
-    if (services.validator.isPathAllowed(place, boundary)) taken.insert(place.path());
+    if (refusalOf(place).empty()) taken.insert(place.path());
   }
   for (const auto& place : places) {
-    if (auto refusal = services.validator.refusalText(place, boundary); !refusal.empty()) {
+    if (auto refusal = refusalOf(place); !refusal.empty()) {
       lock(place, std::move(refusal));
       continue;
     }

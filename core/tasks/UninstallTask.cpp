@@ -4,6 +4,8 @@
 #include "core/base/files/FileStatus.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
+#include "core/safety/access/KeepList.h"
+#include "core/tasks/KeptRows.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 
@@ -73,17 +75,24 @@ Proposal propose(const TaskServices& services, const UninstallWish& wish, std::s
       TaskKind::uninstall,
       Boundary({wish.app.deletingLastPathComponent(), services.home.appendingPathComponent(libraryFolder)}), wish.now);
   builder.setSubject(subjectOf(wish));
+  if (refusal.empty()) {
+    auto places = services.keepList.places();
+    refusal = keptReason(places, wish.app);
+  }
   const bool isRefused = !refusal.empty();
   const auto group = builder.addGroup({.name = bundle.app.name, .refusal = std::move(refusal)});
   builder.add(appItem(bundle.app, identity),
               {isRefused ? Choice::locked : Choice::selected, isRefused ? Lock::refused : Lock::none, group});
   const auto choice = wish.leftovers == Leftovers::take ? Choice::selected : Choice::unselected;
   RowsLeftAside aside;
+  KeptRows kept(services);
   for (const auto& leftover : bundle.leftovers) {
+    if (kept.hold(leftover)) continue;
     if (choice == Choice::unselected) aside.rows.add(leftover.fileSize());
     builder.add(withIdentity(leftover), {choice});
   }
   if (aside.rows.count > 0) builder.note(aside);
+  kept.noteIn(builder);
   return builder.take();
 }
 

@@ -106,6 +106,20 @@ TEST_F(CleanupModelTest, isEmptyBeforeAScan) {
   EXPECT_FALSE(model->isCleaning());
 }
 
+TEST_F(CleanupModelTest, neverOffersAgainWhatIsKept) {
+  scan();
+  model->keep(rowOf("new.dmg"));
+  ASSERT_TRUE(becomesTrue([this] { return rowOf("new.dmg") == model->rowCount(); }));
+  EXPECT_EQ(state->keptText(), "1 item, 5 KB, is on the keep list.");
+  scan();
+  EXPECT_EQ(rowOf("new.dmg"), model->rowCount());
+  EXPECT_LT(rowOf("old.dmg"), model->rowCount());
+  EXPECT_EQ(state->keptText(), "1 item, 5 KB, is on the keep list.");
+  clean();
+  EXPECT_TRUE(exists(tree.path("Downloads/new.dmg")));
+  EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
+}
+
 TEST_F(CleanupModelTest, offersTheHomesLargestFoldersWhereNoneIsThere) {
   std::filesystem::rename(tree.path("Downloads"), tree.path("elsewhere"));
   state->startScan();

@@ -48,6 +48,17 @@ TEST_F(DuplicatesModelTest, findsCopiesKeepsOneCleansTheOthersAndBringsThemBack)
   EXPECT_EQ(model.rowCount(), 3);
 }
 
+TEST_F(DuplicatesModelTest, takesOutACopyThatIsKept) {
+  tree.file("Downloads/third.jpg", "the same picture");
+  search();
+  EXPECT_EQ(model.rowCount(), 4);
+  model.keep(1);
+  ASSERT_TRUE(becomesTrue([this] { return model.rowCount() == 3; }));
+  model.cleanSelected();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/a.jpg")));
+}
+
 TEST_F(DuplicatesModelTest, saysWhyItCannotSearch) {
   std::filesystem::remove(tree.path(".config/orvane/preferences.json"));
   tree.folder(".config/orvane/preferences.json");

@@ -10,6 +10,7 @@
 #include "core/platform/FileStatusReader.h"
 #include "core/rules/RuleEngine.h"
 #include "core/safety/access/FileAccessService.h"
+#include "core/safety/access/KeepList.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/TaskServices.h"
@@ -74,6 +75,7 @@ class TaskFixture : public SafetyFixture {
         .statusReader = statusReader,
         .scanner = scanner,
         .folders = folders,
+        .keepList = keepList,
         .mover = ownMover,
         .rules = rules,
         .finder = finder,
@@ -105,6 +107,7 @@ class TaskFixture : public SafetyFixture {
   LinuxFolderGrants grants;
   BackdatedStatusReader statusReader;
   FileAccessService folders{preferences, grants, tree.path()};
+  KeepList keepList{preferences, tree.path()};
   StorageScanner scanner{validator, statusReader};
   RuleEngine rules{preferences, mover, *journal, validator};
   DuplicateFinderEngine finder{validator, statusReader};

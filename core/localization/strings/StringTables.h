@@ -20,10 +20,12 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> ruleStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> settingsStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> systemStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> keepStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 12> stringTables() noexcept {
-  return {shellStrings(), actionStrings(),  figureStrings(),    windowStrings(), dashboardStrings(), cleanupStrings(),
-          placeStrings(), sectionStrings(), duplicateStrings(), ruleStrings(),   settingsStrings(),  systemStrings()};
+[[nodiscard]] inline std::array<std::span<const StringRow>, 13> stringTables() noexcept {
+  return {shellStrings(),    actionStrings(), figureStrings(),  windowStrings(),    dashboardStrings(),
+          cleanupStrings(),  placeStrings(),  sectionStrings(), duplicateStrings(), ruleStrings(),
+          settingsStrings(), systemStrings(), keepStrings()};
 }
 
 }  // namespace orvane

@@ -1,0 +1,129 @@
+#include "core/safety/access/KeepList.h"
+
+#include "core/base/text/Json.h"
+#include "tests/support/MemoryPreferences.h"
+#include "tests/support/TemporaryTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Standing = KeepPattern::Standing;
+
+struct StandingRow {
+  const char* pattern;
+  const char* path;  // the home is /h
+  Standing standing;
+};
+void PrintTo(const StandingRow& row, std::ostream* out) {
+  *out << row.pattern << " of " << row.path;
+}
+class KeepPatternTest : public testing::TestWithParam<StandingRow> {};
+
+TEST_P(KeepPatternTest, standsToAPath) {
+  EXPECT_EQ(KeepPattern::read(GetParam().pattern, "/h").standing(GetParam().path), GetParam().standing);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Patterns, KeepPatternTest,
+    testing::Values(
+        StandingRow{"/a/b", "/a/b", Standing::meant}, StandingRow{"/a/b/", "/a/b/c/d", Standing::meant},
+        StandingRow{"/a/b", "/a/bc", Standing::outside}, StandingRow{"/a/b", "/a", Standing::above},
+        StandingRow{"~/x", "/h/x", Standing::meant}, StandingRow{"~/x", "/h/y", Standing::outside},
+        StandingRow{"~", "/h/any", Standing::meant}, StandingRow{"~/s/*.pem", "/h/s/k.pem", Standing::meant},
+        StandingRow{"~/s/*.pem", "/h/s/k.pem.old", Standing::outside},
+        StandingRow{"~/s/*.pem", "/h/s/a/k.pem", Standing::outside},
+        StandingRow{"~/s/a*b*c", "/h/s/abc", Standing::meant}, StandingRow{"~/s/a*a", "/h/s/a", Standing::outside},
+        StandingRow{"~/s/**/*.pem", "/h/s/k.pem", Standing::meant},
+        StandingRow{"~/s/**/*.pem", "/h/s/a/b/k.pem", Standing::meant},
+        StandingRow{"~/s/**/*.pem", "/h/s/a/b", Standing::above},
+        StandingRow{"~/s/**/*.pem", "/h/t/k.pem", Standing::outside}, StandingRow{"~/s/**", "/h/s/a", Standing::meant},
+        StandingRow{"*.psd", "/any/where/x.psd", Standing::meant},
+        StandingRow{"**/keep/*", "/a/keep/b/c", Standing::meant}, StandingRow{"notes", "/h/notes", Standing::meant},
+        StandingRow{R"(~/a\*b)", "/h/a*b", Standing::meant}, StandingRow{R"(~/a\*b)", "/h/axb", Standing::outside},
+        StandingRow{R"(~/a\\b)", R"(/h/a\b)", Standing::meant}, StandingRow{R"(~/\xff)", "/h/\xff", Standing::meant}));
+
+TEST(KeepPattern, refusesWhatMeansNothingOrEverything) {
+  for (const char* text :
+       {"", "/", "*", "**", "/**", "/*", "a/b", "../x", "~/../x", R"(~/a\b)", R"(~/a\)", R"(\xg0)"}) {
+    EXPECT_THROW(static_cast<void>(KeepPattern::read(text, "/h")), std::invalid_argument) << text;
+  }
+}
+
+TEST(KeepPattern, ofAPlaceMeansItWhateverItsName) {
+  for (const auto* path : {"/h/a*b", R"(/h/a\xffb)", "/h/\xff*", "/h/line\nbreak", "/h/**", "/elsewhere/x", "/h"}) {
+    const auto text = KeepPattern::textFor(FileUrl(path), "/h");
+    EXPECT_TRUE(Json(text).dump().size() > 2) << "is UTF-8";
+    const auto pattern = KeepPattern::read(text, "/h");
+    EXPECT_EQ(pattern.standing(path), Standing::meant) << text;
+    EXPECT_EQ(pattern.plainBeginning(), path);
+    EXPECT_TRUE(pattern.meansOnePlace());
+  }
+}
+
+class KeepListTest : public testing::Test {
+ public:
+  [[nodiscard]] bool keeps(const std::string& relative) const {
+    return list.places().keeperOf(tree.url(relative)) != nullptr;
+  }
+  void add(const std::vector<std::string>& patterns) { list.add(patterns); }
+
+  TemporaryTree tree;
+  MemoryPreferences preferences;
+  KeepList list{preferences, tree.path()};
+};
+
+TEST_F(KeepListTest, changesAsAWholeOrNotAtAll) {
+  add({"~/a", "~/b"});
+  add({"~/c", "~/a"});
+  EXPECT_THAT(list.patterns(), ElementsAre("~/a", "~/b", "~/c"));
+  EXPECT_THROW(add({"~/d", "e/f"}), std::invalid_argument);
+  EXPECT_THAT(list.remove(std::vector<std::string>{"~/a", "~/none"}), ElementsAre("~/none"));
+  EXPECT_THAT(list.patterns(), ElementsAre("~/a", "~/b", "~/c"));
+  EXPECT_THAT(list.remove(std::vector<std::string>{"~/a", "~/c"}), IsEmpty());
+  EXPECT_THAT(list.patterns(), ElementsAre("~/b"));
+}
+
+TEST_F(KeepListTest, keepsWhatHoldsSomethingKept) {
+  tree.file("project/deep/key.pem");
+  tree.file("other/plain");
+  add({"~/Music/album", "*.pem"});
+  EXPECT_TRUE(keeps("Music"));
+  EXPECT_TRUE(keeps("Music/album/1.ogg"));
+  EXPECT_FALSE(keeps("Music/albums"));
+  EXPECT_TRUE(keeps("project")) << "a pattern means something in it";
+  EXPECT_TRUE(keeps("project/deep"));
+  EXPECT_FALSE(keeps("other"));
+}
+
+TEST_F(KeepListTest, followsLinksToWhereTheItemLies) {
+  tree.file("disk/downloads/a");
+  tree.link("Downloads", tree.path("disk/downloads"));
+  tree.link("Downloads/link", tree.path("disk/target"));
+  add({"~/Downloads/a", "~/disk/downloads/**/*.x", "~/Downloads/link"});
+  for (const char* place : {"Downloads/a", "disk/downloads/a", "Downloads/b.x", "disk/downloads/b.x", "disk/target",
+                            "disk/downloads/link"}) {
+    EXPECT_TRUE(keeps(place)) << place;
+  }
+  EXPECT_FALSE(keeps("Downloads/b"));
+}
+
+TEST_F(KeepListTest, isNotEmptyWhereItCannotBeRead) {
+  for (const auto& damaged : {Json("~/a"), Json::array({1}), Json::array({"a/b"})}) {
+    preferences.values[std::string(KeepList::storageKey)] = damaged;
+    EXPECT_THROW(static_cast<void>(list.places()), std::runtime_error) << damaged.dump();
+  }
+}
+
+}  // namespace
+}  // namespace orvane::test
