@@ -3,6 +3,7 @@
 #include "cli/frame/Folders.h"
 #include "cli/frame/ProgressLine.h"
 #include "cli/frame/ProposalRun.h"
+#include "cli/frame/Quantities.h"
 #include "cli/frame/Session.h"
 #include "cli/frame/UsageError.h"
 #include "cli/text/TotalsTable.h"
@@ -33,6 +34,14 @@ constexpr std::array options{
                .valueName = "",
                .help = "Scan the developer tools' caches too, each folder as one item."},
     noKnownPlacesOption,
+    OptionSpec{.name = "--older-than",
+               .valueName = "DAYS",
+               .help = "Take only items that nothing changed for that many days."},
+    OptionSpec{.name = "--larger-than",
+               .valueName = "SIZE",
+               .help =
+                   "Take only items of that size or more: 200M, 1.5GB. K, M, G and T count in thousands, Ki, Mi, Gi "
+                   "and Ti in 1024."},
     OptionSpec{.name = "--dry-run", .valueName = "", .help = "Show what would be moved, and stop."},
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
@@ -48,6 +57,8 @@ CleanWish wishFrom(const Arguments& arguments) {
     wish.reviewItems = ReviewItems::include;
   }
   if (arguments.has("--developer-caches")) wish.developerCaches = DeveloperCaches::include;
+  if (const auto days = arguments.value("--older-than")) wish.minimumAgeDays = daysFrom(*days, "--older-than");
+  if (const auto size = arguments.value("--larger-than")) wish.minimumSizeBytes = bytesFrom(*size, "--larger-than");
   return wish;
 }
 

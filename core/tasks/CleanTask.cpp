@@ -2,16 +2,21 @@
 
 #include "core/base/files/PlaceSet.h"
 #include "core/base/text/Json.h"
+#include "core/plans/FilterMatcher.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/KeptRows.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace orvane {
 namespace {
+
+constexpr std::string_view ageKey = "minimumAgeDays";
+constexpr std::string_view sizeKey = "minimumSizeBytes";
 
 bool takes(const CleanWish& wish, const FileItem& item) {
   const bool isNamed =
@@ -30,6 +35,8 @@ Json subjectOf(const CleanWish& wish) {
   json["includesReview"] = wish.reviewItems == ReviewItems::include;
   json["includesDeveloperCaches"] = wish.developerCaches == DeveloperCaches::include;
   json["includesKnownPlaces"] = wish.knownPlaces == KnownPlaces::include;
+  if (wish.minimumAgeDays) json[ageKey] = *wish.minimumAgeDays;
+  if (wish.minimumSizeBytes) json[sizeKey] = *wish.minimumSizeBytes;
   return json;
 }
 
@@ -47,6 +54,8 @@ CleanWish cleanWishFrom(const Json& subject) {
   if (optionalKey(subject, "includesKnownPlaces") != nullptr && booleanAt(subject, "includesKnownPlaces")) {
     wish.knownPlaces = KnownPlaces::include;
   }
+  if (const auto* days = optionalKey(subject, ageKey)) wish.minimumAgeDays = integerFrom(*days, ageKey);
+  if (const auto* bytes = optionalKey(subject, sizeKey)) wish.minimumSizeBytes = integerFrom(*bytes, sizeKey);
   return wish;
 }
 
@@ -63,9 +72,10 @@ std::optional<Proposal> propose(const TaskServices& services, const CleanWish& w
   PlaceSet known;
   for (const auto& place : places) known.insert(place.url().path());
   KeptRows kept(services);
+  FilterMatcher filter({.minimumAgeDays = wish.minimumAgeDays, .minimumSizeBytes = wish.minimumSizeBytes}, countedTo);
   const auto add = [&](FileItem item) {
     if (item.category() == ScanCategory::trash) inTrash.rows.add(item.fileSize());
-    if (!takes(wish, item) || kept.hold(item)) return;
+    if (!takes(wish, item) || !filter.matches(item) || kept.hold(item)) return;
     item.setSelected(true);
     builder.add(std::move(item), {Choice::selected});
   };

@@ -25,6 +25,8 @@ struct CleanWish {
   ReviewItems reviewItems = ReviewItems::leaveOut;
   DeveloperCaches developerCaches = DeveloperCaches::leaveOut;
   KnownPlaces knownPlaces = KnownPlaces::leaveOut;  // besides the folders
+  std::optional<std::int64_t> minimumAgeDays = {};
+  std::optional<std::int64_t> minimumSizeBytes = {};
 };
 
 // Scans, and proposes what is selected from the start, and on demand the review items of the categories named: rows

@@ -203,6 +203,35 @@ TEST_F(CleanCommand, warnsOfSyncedFolders) {
             "connected devices.\n");
 }
 
+TEST_F(CleanCommand, takesOnlyWhatIsOldAndLargeEnough) {
+  constexpr double day = 86400;
+  const auto old = recommended("old.log", std::string(2000, 'x'));
+  const auto small = recommended("small.log", "1234567");
+  recommended("new.log", std::string(2000, 'x'));
+  for (const auto& file : {old, small}) setAge(file, 40 * day);
+  const auto taken = [&](const Words& options) {
+    Words words{"clean", "--dry-run"};
+    words.insert(words.end(), options.begin(), options.end());
+    return json(words)["items"].size();
+  };
+  EXPECT_EQ(taken({"--larger-than", "1.5K"}), 2U);
+  EXPECT_EQ(taken({"--larger-than", "2kb"}), 2U);
+  EXPECT_EQ(taken({"--larger-than", "2KiB"}), 0U);
+  EXPECT_EQ(taken({"--older-than", "30"}), 2U);
+  EXPECT_EQ(taken({"--older-than", "30", "--larger-than", "1000"}), 1U);
+  for (const auto& [option, value] :
+       {std::pair{"--larger-than", "much"}, std::pair{"--larger-than", "0"}, std::pair{"--larger-than", "-1M"},
+        std::pair{"--older-than", "0"}, std::pair{"--older-than", "3d"}}) {
+    EXPECT_EQ(run({"clean", "--dry-run", option, value}).exitStatus, 2) << value;
+  }
+  // A saved proposal is made again by the same measure.
+  const auto saved = home.path("saved.json");
+  EXPECT_EQ(run({"clean", "--older-than", "30", "--larger-than", "1000", "--save", saved}).exitStatus, 0);
+  setAge(home.path("Downloads/new.log"), 40 * day);
+  EXPECT_EQ(json({"apply", saved, "--yes"})["itemsProcessed"], 1);
+  EXPECT_TRUE(exists(small) && exists(home.path("Downloads/new.log")));
+}
+
 TEST_F(CleanCommand, asksAtATerminal) {
   for (const auto& [answer, moves] : {std::pair{"y\n", true}, std::pair{"YES\n", true}, std::pair{"\n", false},
                                       std::pair{"n\n", false}, std::pair{"yep\n", false}, std::pair{"\x04", false}}) {
