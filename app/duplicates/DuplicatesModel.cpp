@@ -70,6 +70,26 @@ void DuplicatesModel::setRootIncluded(const QString& path, bool isIncluded) {
   Q_EMIT rootsChanged();
 }
 
+QVariantList DuplicatesModel::references() const {
+  QVariantList result;
+  for (const auto& folder : m_references) {
+    result.append(QVariantMap{{"path", placeText(folder)}, {"name", shownName(folder.lastPathComponent())}});
+  }
+  return result;
+}
+
+void DuplicatesModel::addReference(const QString& url) {
+  const auto folder = placeFrom(url);
+  if (!folder || std::ranges::find(m_references, *folder) != m_references.end()) return;
+  m_references.push_back(*folder);
+  Q_EMIT rootsChanged();
+}
+
+void DuplicatesModel::removeReference(const QString& path) {
+  if (const auto folder = placeFrom(path)) std::erase(m_references, *folder);
+  Q_EMIT rootsChanged();
+}
+
 // --- the search
 
 void DuplicatesModel::search() {
@@ -82,14 +102,15 @@ void DuplicatesModel::search() {
   setRefusal("");
   Q_EMIT stageChanged();
   Q_EMIT searchChanged();
-  m_searchQueue.post([this, leftOut = m_leftOut, strategy = m_strategy,
+  m_searchQueue.post([this, leftOut = m_leftOut, references = m_references, strategy = m_strategy,
                       stop = m_searchStop.get_token()](const std::stop_token&) {
     TaskMonitor monitor{.stop = stop};
     monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
     const auto proposal = tried([&] {
       auto roots = searchableFolders(services().tasks);
       std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
-      return proposeDuplicates(services().tasks, {std::move(roots), strategy}, monitor);
+      return proposeDuplicates(services().tasks,
+                               {.folders = std::move(roots), .keep = strategy, .references = references}, monitor);
     });
     callOn(this, [this, proposal] {
       m_isSearching = false;

@@ -36,6 +36,7 @@ class DuplicatesModel : public orvane::RunModel {
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
   Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
   Q_PROPERTY(QVariantList roots READ roots NOTIFY rootsChanged)
+  Q_PROPERTY(QVariantList references READ references NOTIFY rootsChanged)
   Q_PROPERTY(QString refusal READ refusal NOTIFY refusalChanged)
 
  public:
@@ -84,6 +85,8 @@ class DuplicatesModel : public orvane::RunModel {
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
   // {path, name, included} of the granted folders.
   [[nodiscard]] QVariantList roots() const;
+  // {path, name} of the folders that are compared with and never touched.
+  [[nodiscard]] QVariantList references() const;
   // Why the last click on a copy changed nothing; empty when it did.
   [[nodiscard]] QString refusal() const;
 
@@ -91,6 +94,8 @@ class DuplicatesModel : public orvane::RunModel {
   Q_INVOKABLE void toggle(int row);
   Q_INVOKABLE void toggleExpanded(int row);
   Q_INVOKABLE void setRootIncluded(const QString& path, bool isIncluded);
+  Q_INVOKABLE void addReference(const QString& url);
+  Q_INVOKABLE void removeReference(const QString& path);
   Q_INVOKABLE void cleanSelected();
   Q_INVOKABLE void openContainingFolder(int row);
   // Puts a copy on the keep list, and takes it out.
@@ -143,6 +148,7 @@ class DuplicatesModel : public orvane::RunModel {
 
   std::vector<FileUrl> m_roots;
   std::set<FileUrl> m_leftOut;
+  std::vector<FileUrl> m_references;
   int m_generation = 0;  // goes up with each search: rows are those of one search
   DuplicateKeepStrategy m_strategy = DuplicateKeepStrategy::keepOldest;
   bool m_isSearching = false;

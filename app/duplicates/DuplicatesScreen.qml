@@ -53,6 +53,32 @@ Page {
                         onTriggered: root.model.setRootIncluded(modelData.path, !modelData.included)
                     }
                 }
+
+                Repeater {
+                    model: root.model.references
+
+                    ChoiceItem {
+                        required property var modelData
+
+                        text: qsTr("keep.compared").arg(modelData.name)
+                        isCurrent: true
+                        Accessible.role: Accessible.CheckBox
+                        onTriggered: root.model.removeReference(modelData.path)
+                    }
+                }
+
+                ChoiceItem {
+                    isChoice: false
+                    symbol: "plus"
+                    text: qsTr("keep.compare_with")
+                    onTriggered: picker.open()
+                }
+            }
+
+            PickFolder {
+                id: picker
+
+                onPicked: url => root.model.addReference(url)
             }
         },
         MenuButton {

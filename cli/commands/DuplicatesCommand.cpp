@@ -5,15 +5,20 @@
 #include "cli/frame/ProgressLine.h"
 #include "cli/frame/ProposalRun.h"
 #include "cli/frame/Session.h"
+#include "cli/frame/UsageError.h"
 #include "cli/text/DuplicateText.h"
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/FileDescriptor.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/tasks/DuplicatesTask.h"
 #include "core/tasks/TaskServices.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 
 #include <array>
+#include <cerrno>
 
 namespace orvane::cli {
 namespace {
@@ -26,6 +31,12 @@ constexpr std::array options{
                .help = "Which copy stays: the one created first (the default), or the one with the shortest path.",
                .kind = ValueKind::choice,
                .choices = strategyNames},
+    OptionSpec{.name = "--reference",
+               .valueName = "FOLDER",
+               .help = "Search this folder too and never touch it: a copy in it is the one that stays. May be given "
+                       "several times.",
+               .kind = ValueKind::folder,
+               .repeat = OptionSpec::Repeat::any},
     OptionSpec{.name = "--clean", .valueName = "", .help = "Move the copies that do not stay to the Trash."},
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
@@ -36,13 +47,15 @@ DuplicateKeepStrategy strategyFrom(const Arguments& arguments) {
                                                        : DuplicateKeepStrategy::keepOldest;
 }
 
-std::optional<Proposal> find(Session& session, const Arguments& arguments, const std::vector<FileUrl>& folders) {
+std::optional<Proposal> find(Session& session, const Arguments& arguments, const std::vector<FileUrl>& folders,
+                             const std::vector<FileUrl>& references) {
   ProgressLine line(session);
   TaskMonitor monitor{.stop = session.stop()};
   monitor.comparing = [&](const DuplicateProgress& progress) {
     line.update([&] { return duplicateProgressText(progress); });
   };
-  return proposeDuplicates(TaskServices::shared(), {folders, strategyFrom(arguments)}, monitor);
+  return proposeDuplicates(TaskServices::shared(),
+                           {.folders = folders, .keep = strategyFrom(arguments), .references = references}, monitor);
 }
 
 ExitStatus printCleanup(Session& session, const Proposal& proposal, const RunReport& report) {
@@ -86,13 +99,24 @@ ExitStatus show(Session& session, const Proposal& proposal) {
   return ExitStatus::done;
 }
 
+// A folder that cannot be read must not count as empty: its copies would not stay.
+std::vector<FileUrl> referencesFrom(const Arguments& arguments) {
+  auto references = placesFromArguments(arguments.values("--reference"));
+  for (const auto& folder : references) {
+    if (!DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) {
+      throw UsageError(fmt::format("--reference {}: {}", shownPath(folder), errorText(errno)));
+    }
+  }
+  return references;
+}
+
 ExitStatus run(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   const bool cleans = arguments.has("--clean") && !isToSave;
   if (cleans) requireConsentPossible(arguments);
   const auto chosen = chosenFolders(arguments.plain());
   if (chosen.folders.empty()) return ExitStatus::failed;
-  const auto proposal = find(session, arguments, chosen.folders);
+  const auto proposal = find(session, arguments, chosen.folders, referencesFrom(arguments));
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
   auto status = ExitStatus::done;

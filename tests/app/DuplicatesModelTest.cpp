@@ -48,6 +48,24 @@ TEST_F(DuplicatesModelTest, findsCopiesKeepsOneCleansTheOthersAndBringsThemBack)
   EXPECT_EQ(model.rowCount(), 3);
 }
 
+TEST_F(DuplicatesModelTest, neverTouchesAFolderThatItComparesWith) {
+  tree.file("Archive/original.jpg", "the same picture");
+  model.addReference("file://" + QString::fromStdString(tree.path("Archive")));
+  ASSERT_EQ(model.references().size(), 1);
+  search();
+  EXPECT_EQ(model.selectedCount(), 2);
+  model.setKeepStrategy(1);
+  EXPECT_EQ(model.selectedCount(), 2) << "whatever the strategy, its copy stays";
+  int reference = 0;
+  for (int row = 1; row < model.rowCount(); ++row) {
+    if (value(row, DuplicatesModel::NameRole) == "original.jpg") reference = row;
+  }
+  model.toggle(reference);
+  EXPECT_EQ(model.refusal(), "This copy lies in a folder that is only compared with.");
+  model.removeReference(model.references().front().toMap()["path"].toString());
+  EXPECT_TRUE(model.references().isEmpty());
+}
+
 TEST_F(DuplicatesModelTest, takesOutACopyThatIsKept) {
   tree.file("Downloads/third.jpg", "the same picture");
   search();

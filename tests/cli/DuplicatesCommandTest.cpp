@@ -18,6 +18,33 @@ class DuplicatesCommand : public Orvanectl {
   }
 };
 
+TEST_F(DuplicatesCommand, neverTouchesAReferenceFolder) {
+  const auto original = home.file("Pictures/Originals/long name of the original.jpg", "picture");
+  home.file("Pictures/Originals/twin.jpg", "picture");
+  const auto copy = download("a.jpg", "picture");
+  const auto inside = home.file("Pictures/b.jpg", "picture");
+  home.file("Pictures/Originals/1", "only there");
+  home.file("Pictures/Originals/2", "only there");
+  const Words words{"duplicates", "Downloads", "Pictures", "--reference", "Pictures/Originals"};
+  auto clean = words;
+  clean.insert(clean.end(), {"--clean", "--yes"});
+  EXPECT_THAT(json(words), SizeIs(1)) << "those of the reference alone are none";
+  EXPECT_EQ(json(clean)["itemsProcessed"], 2);
+  EXPECT_FALSE(exists(copy) || exists(inside));
+  EXPECT_TRUE(exists(original) && exists(home.path("Pictures/Originals/twin.jpg")));
+  EXPECT_EQ(run({"duplicates", "--reference", "none"}).exitStatus, 2);
+}
+
+TEST_F(DuplicatesCommand, keepsTheReferenceOfWhatIsAppliedLater) {
+  home.file("Documents/original", "text");
+  download("copy", "text");
+  const auto saved = home.path("saved.json");
+  EXPECT_EQ(run({"duplicates", "Downloads", "--reference", "Documents", "--save", saved}).exitStatus, 0);
+  EXPECT_EQ(json({"apply", saved, "--yes"})["itemsProcessed"], 1);
+  EXPECT_TRUE(exists(home.path("Documents/original")));
+  EXPECT_FALSE(exists(home.path("Downloads/copy")));
+}
+
 TEST_F(DuplicatesCommand, showsGroupsAsAPersonReadsThem) {
   download("report.pdf");
   download("report (1).pdf");
