@@ -99,6 +99,23 @@ void RulesModel::show(std::vector<CleanupRule> rules) {
   Q_EMIT rulesChanged();
 }
 
+QVariantList RulesModel::suggestions() const {
+  QVariantList result;
+  for (const auto& [name, rule, isAdded] : suggestedRules(services().tasks, m_rules)) {
+    if (isAdded) continue;
+    result.append(
+        QVariantMap{{"name", textFrom(name)}, {"title", textFrom(rule.name)}, {"note", textFrom(rule.description)}});
+  }
+  return result;
+}
+
+void RulesModel::addSuggested(const QString& name) {
+  for (const auto& suggestion : suggestedRules(services().tasks, m_rules)) {
+    if (suggestion.isAdded || textFrom(suggestion.name) != name) continue;
+    change([rule = suggestion.rule](const TaskServices& tasks) { storeRule(tasks, rule); });
+  }
+}
+
 // --- rows
 
 int RulesModel::rowCount(const QModelIndex& parent) const {
@@ -326,6 +343,7 @@ void RulesModel::runPreviewed() {
 
 void RulesModel::languageChanged() {
   RunModel::languageChanged();
+  Q_EMIT rulesChanged();
   Q_EMIT previewChanged();
 }
 

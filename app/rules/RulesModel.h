@@ -36,6 +36,8 @@ class RulesModel : public orvane::RunModel {
   Q_PROPERTY(QStringList previewRemarks READ previewRemarks NOTIFY previewChanged)
   Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY previewChanged)
   Q_PROPERTY(QString error READ error NOTIFY rulesChanged)
+  // {name, title, note} of those that this system suggests and that are no rule yet.
+  Q_PROPERTY(QVariantList suggestions READ suggestions NOTIFY rulesChanged)
 
  public:
   enum Role {
@@ -76,9 +78,11 @@ class RulesModel : public orvane::RunModel {
   [[nodiscard]] bool isPreviewing() const noexcept { return m_isPreviewing; }
   // Why the last change was not stored; empty when it was.
   [[nodiscard]] QString error() const { return m_error; }
+  [[nodiscard]] QVariantList suggestions() const;
 
   Q_INVOKABLE void setEnabled(int row, bool isEnabled);
   Q_INVOKABLE void add();
+  Q_INVOKABLE void addSuggested(const QString& name);
   Q_INVOKABLE void edit(int row);
   Q_INVOKABLE void save();
   Q_INVOKABLE void closeEditor();

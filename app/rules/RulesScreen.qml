@@ -50,6 +50,34 @@ Page {
             }
         },
         PlainButton {
+            visible: root.model.suggestions.length > 0
+            text: qsTr("suggestion.title")
+            trailingSymbol: "chevron-down"
+            Accessible.role: Accessible.ButtonMenu
+            onClicked: suggestions.open()
+
+            ChoiceMenu {
+                id: suggestions
+
+                y: parent.height + 6
+                x: Math.min(0, parent.width - width)
+
+                Repeater {
+                    model: root.model.suggestions
+
+                    ChoiceItem {
+                        required property var modelData
+
+                        isChoice: false
+                        symbol: "plus"
+                        text: modelData.title
+                        Accessible.description: modelData.note
+                        onTriggered: root.model.addSuggested(modelData.name)
+                    }
+                }
+            }
+        },
+        PlainButton {
             symbol: "plus"
             text: qsTr("rules.add")
             onClicked: root.model.add()

@@ -39,6 +39,7 @@ constexpr std::array commands{
     &keepAddCommand,
     &keepRemoveCommand,
     &rulesListCommand,
+    &rulesSuggestCommand,
     &rulesAddCommand,
     &rulesEnableCommand,
     &rulesDisableCommand,

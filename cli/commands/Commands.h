@@ -39,6 +39,7 @@ extern const CommandSpec planPreviewCommand;
 extern const CommandSpec planRunCommand;
 extern const CommandSpec planValidateCommand;
 extern const CommandSpec restoreCommand;
+extern const CommandSpec rulesSuggestCommand;
 extern const CommandSpec rulesAddCommand;
 extern const CommandSpec rulesDeleteCommand;
 extern const CommandSpec rulesDisableCommand;

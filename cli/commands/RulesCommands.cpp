@@ -116,8 +116,51 @@ CleanupRule ruleIn(const std::string& argument) {
   }
 }
 
+constexpr OptionSpec suggestedOption{
+    .name = "--suggested",
+    .valueName = "NAME",
+    .help = "Add the rule of this name that 'orvanectl rules suggest' shows, instead of one from a file."};
+constexpr std::array addOptions{suggestedOption};
+
+ExitStatus runSuggest(Session& session, const Arguments& /*arguments*/) {
+  const auto suggestions = suggestedRules(TaskServices::shared(), storedRules());
+  if (session.isJson()) {
+    Json json = Json::array();
+    for (const auto& [name, rule, isAdded] : suggestions) {
+      json.push_back(Json{{"name", name}, {"isAdded", isAdded}, {"rule", rule.toJson()}});
+    }
+    session.out().line(jsonText(json));
+    return ExitStatus::done;
+  }
+  Table table({{"Suggestion"}, {"Added"}, {"Name"}, {"Files"}, {"Action"}});
+  for (const auto& [name, rule, isAdded] : suggestions) {
+    table.addRow({{std::string(name)},
+                  {isAdded ? "yes" : "no"},
+                  {rule.name},
+                  {conditionsText(rule.trigger)},
+                  {actionText(rule.action)}});
+  }
+  if (!suggestions.empty()) table.print(session);
+  session.out().line(suggestions.empty() ? "There is no suggestion for this system."
+                                         : "To make one your own: orvanectl rules add --suggested SUGGESTION");
+  return ExitStatus::done;
+}
+
+CleanupRule suggestedRule(const std::string& name) {
+  auto suggestions = suggestedRules(TaskServices::shared(), storedRules());
+  const auto found = std::ranges::find(suggestions, name, &SuggestedRule::name);
+  if (found == suggestions.end()) {
+    throw UsageError(
+        fmt::format("there is no suggestion '{}'; 'orvanectl rules suggest' shows them", escapedForDisplay(name)));
+  }
+  if (found->isAdded) throw UsageError(fmt::format("one of the rules does the same as '{}' already", name));
+  return std::move(found->rule);
+}
+
 ExitStatus runAdd(Session& session, const Arguments& arguments) {
-  auto rule = ruleIn(arguments.plain().front());
+  const auto suggested = arguments.value("--suggested");
+  if (suggested.has_value() != arguments.plain().empty()) throw UsageError("name either a FILE or --suggested NAME");
+  auto rule = suggested ? suggestedRule(*suggested) : ruleIn(arguments.plain().front());
   const auto rules = storedRules();
   const auto known = std::ranges::find(rules, rule.id, &CleanupRule::id);
   rule.isBuiltIn = known != rules.end() && known->isBuiltIn;
@@ -283,11 +326,22 @@ constexpr CommandSpec rulesAddCommand{
         "place. One that narrows nothing, and so would take every file, is refused.",
     .arguments = {.name = "FILE",
                   .help = "The file, or - for the standard input.",
-                  .least = 1,
+                  .least = 0,
                   .most = 1,
                   .kind = ValueKind::path},
-    .options = {},
+    .options = addOptions,
     .run = runAdd,
+};
+
+constexpr CommandSpec rulesSuggestCommand{
+    .name = "rules suggest",
+    .summary = "List rules that suit this system",
+    .details =
+        "They do nothing until they are added with 'orvanectl rules add --suggested NAME', and are rules of your own "
+        "then.",
+    .arguments = {},
+    .options = {},
+    .run = runSuggest,
 };
 
 constexpr CommandSpec rulesEnableCommand{

@@ -102,6 +102,15 @@ class SystemProfile {
   // Names the sandbox that this program runs in; empty where it runs in none.
   [[nodiscard]] virtual std::string_view sandbox() const { return {}; }
 
+  // A rule that is offered beside the built-in ones and becomes the user's own once it is added.
+  struct SuggestedRule {
+    std::string_view name;     // as commands take it
+    std::string_view textKey;  // of its name for people; with ".note" that of its description
+    std::string_view trigger;  // the JSON form of a rule's trigger
+    std::string_view action;   // that of its action
+  };
+  [[nodiscard]] virtual std::span<const SuggestedRule> suggestedRules() const noexcept { return {}; }
+
   [[nodiscard]] static const SystemProfile& none() noexcept {
     static const SystemProfile profile;
     return profile;

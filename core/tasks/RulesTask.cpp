@@ -13,6 +13,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -29,11 +30,17 @@ constexpr std::size_t candidatesPerPiece = 4096;
 
 using Take = std::function<void(FileItem)>;
 
+bool namesDeveloperCaches(const CleanupRule& rule) {
+  const auto& categories = rule.trigger.categories;
+  return categories && std::ranges::find(*categories, ScanCategory::developerCaches) != categories->end();
+}
+
 // A rule that is carried out, with what it leaves.
 struct ActiveRule {
   ActiveRule(const CleanupRule& rule, std::uint32_t index, const RulesWish& wish, const PathValidator& validator)
       : group(index),
         moves(rule.action.type() != RuleAction::Type::reviewOnly),
+        takesDeveloperCaches(wish.files == RuleFiles::scheduled || namesDeveloperCaches(rule)),
         matcher(rule.trigger, wish.now),
         destination(rule.action, validator, wish.boundary),
         kept{.rule = rule.name},
@@ -42,6 +49,7 @@ struct ActiveRule {
 
   std::uint32_t group;
   bool moves;
+  bool takesDeveloperCaches;
   RuleMatcher matcher;
   RuleDestination destination;
   RowsKeptByLabel kept;
@@ -116,6 +124,7 @@ class RuleJudge {
 
  private:
   [[nodiscard]] static bool takes(ActiveRule& rule, const FileItem& file) {
+    if (file.category() == ScanCategory::developerCaches && !rule.takesDeveloperCaches) return false;
     const auto mismatch = rule.matcher.mismatch(file);
     if (!mismatch) return true;
     ++rule.notTaken.counts[static_cast<std::size_t>(*mismatch)];
@@ -142,10 +151,11 @@ class RuleJudge {
   FolderLookups m_folders;
 };
 
-ScanEnd findFiles(const TaskServices& services, const RulesWish& wish, const TaskMonitor& monitor, const Take& take) {
+ScanEnd findFiles(const TaskServices& services, const RulesWish& wish, DeveloperCaches developerCaches,
+                  const TaskMonitor& monitor, const Take& take) {
   const auto& folders = wish.boundary.folders();
   if (wish.files == RuleFiles::scanned) {
-    return scanItems(services, folders, DeveloperCaches::leaveOut, monitor, take);
+    return scanItems(services, folders, developerCaches, monitor, take);
   }
   auto files = scheduleCandidates(folders, monitor.stop);
   if (monitor.stop.stop_requested()) return ScanEnd::cancelled;
@@ -186,7 +196,7 @@ Proposal finished(const RuleJudge& judge, const RulesWish& wish, ProposalBuilder
 std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWish& wish, const TaskMonitor& monitor) {
   RuleJudge judge(services, wish);
   auto builder = judge.builder();
-  const auto end = findFiles(services, wish, monitor, [&](FileItem file) {
+  const auto end = findFiles(services, wish, developerCachesFor(wish.rules), monitor, [&](FileItem file) {
     if (const auto mark = judge.judge(file)) builder.add(std::move(file), *mark);
   });
   if (end == ScanEnd::cancelled) return std::nullopt;
@@ -201,6 +211,12 @@ std::optional<Proposal> reproposeRules(const TaskServices& services, const Json&
   return proposeRules(services, wish, monitor);
 }
 
+DeveloperCaches developerCachesFor(std::span<const CleanupRule> rules) {
+  const bool areNamed =
+      std::ranges::any_of(rules, [](const CleanupRule& rule) { return rule.isEnabled && namesDeveloperCaches(rule); });
+  return areNamed ? DeveloperCaches::include : DeveloperCaches::leaveOut;
+}
+
 std::optional<ItemList> ruleCandidates(const TaskServices& services, const Boundary& boundary,
                                        const TaskMonitor& monitor) {
   ItemList candidates;
@@ -210,7 +226,7 @@ std::optional<ItemList> ruleCandidates(const TaskServices& services, const Bound
     candidates.append(std::make_shared<const ItemPiece>(std::exchange(piece, {})));
   };
   const RulesWish wish{.rules = {}, .boundary = boundary};
-  const auto end = findFiles(services, wish, monitor, [&](FileItem file) {
+  const auto end = findFiles(services, wish, DeveloperCaches::include, monitor, [&](FileItem file) {
     piece.push_back(std::move(file));
     if (piece.size() == candidatesPerPiece) flush();
   });

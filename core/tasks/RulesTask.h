@@ -4,12 +4,14 @@
 #include "core/base/values/Date.h"
 #include "core/rules/records/RuleCheck.h"
 #include "core/safety/records/Boundary.h"
+#include "core/scanning/records/DeveloperCaches.h"
 #include "core/tasks/ItemList.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace orvane {
@@ -39,7 +41,11 @@ struct RulesWish {
                                                      const Boundary& boundary, Date countedTo,
                                                      const TaskMonitor& monitor = {});
 
-// Scans the boundary once, for looking at several rules one by one. Absent when it was stopped.
+// Whether one of the rules that are on asks for developer caches, which rules take only where they name them.
+[[nodiscard]] DeveloperCaches developerCachesFor(std::span<const CleanupRule> rules);
+
+// Scans the boundary once, developer caches included, for looking at several rules one by one. Absent when it was
+// stopped.
 [[nodiscard]] std::optional<ItemList> ruleCandidates(const TaskServices& services, const Boundary& boundary,
                                                      const TaskMonitor& monitor = {});
 // proposeRules() among candidates that are known already.

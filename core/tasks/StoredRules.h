@@ -4,7 +4,9 @@
 #include "core/rules/records/CleanupRule.h"
 
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvane {
@@ -20,6 +22,15 @@ struct LastingRules {
   std::optional<std::string> setAsideUnder = std::nullopt;
 };
 [[nodiscard]] LastingRules lastingRules(const TaskServices& services);
+
+// A rule that this system offers beside the built-in ones, to be stored as the user's own.
+struct SuggestedRule {
+  std::string_view name;  // for commands
+  CleanupRule rule;       // named in the user's language
+  bool isAdded = false;   // one of the rules does the same
+};
+[[nodiscard]] std::vector<SuggestedRule> suggestedRules(const TaskServices& services,
+                                                        std::span<const CleanupRule> rules);
 
 // These store the list at once. Throw std::system_error.
 

@@ -37,6 +37,7 @@ class LinuxProfile : public SystemProfile {
   [[nodiscard]] std::span<const Phrase> phrases() const noexcept override;
   [[nodiscard]] bool hasFullDiskPermission() const noexcept override { return false; }
   [[nodiscard]] std::string_view sandbox() const override;
+  [[nodiscard]] std::span<const SuggestedRule> suggestedRules() const noexcept override;
 };
 
 }  // namespace orvane

@@ -35,6 +35,31 @@ TEST_F(RulesCommand, showsIdentitiesThatLast) {
   EXPECT_THAT(run({"rules", "enable", "nothing"}).errors, HasSubstr("no rule 'nothing'"));
 }
 
+TEST_F(RulesCommand, makesASuggestionTheUsersOwn) {
+  constexpr auto* name = "downloaded-packages";
+  const auto suggested = json({"rules", "suggest"});
+  ASSERT_GE(suggested.size(), 3U);
+  EXPECT_EQ(suggested[0]["name"], name);
+  EXPECT_EQ(suggested[0]["isAdded"], false);
+  const auto rules = json({"rules", "add", "--suggested", name});
+  ASSERT_EQ(rules.size(), 13U);
+  EXPECT_EQ(rules[12]["isBuiltIn"], false);
+  EXPECT_EQ(json({"rules", "suggest"})[0]["isAdded"], true);
+  EXPECT_EQ(run({"rules", "add", "--suggested", name}).exitStatus, 2) << "it would do the same twice";
+  EXPECT_EQ(run({"rules", "add", "--suggested", "none"}).exitStatus, 2);
+  EXPECT_EQ(run({"rules", "add"}).exitStatus, 2);
+}
+
+// Every suggestion is one that `rules add` would take from a file.
+TEST_F(RulesCommand, suggestsOnlySoundRules) {
+  for (const auto& suggestion : json({"rules", "suggest"})) {
+    auto rule = suggestion["rule"];
+    rule["id"] = nullptr;
+    add(rule.dump());
+    EXPECT_EQ(suggestion["rule"]["name"].get<std::string>().find("suggestion."), std::string::npos);
+  }
+}
+
 TEST_F(RulesCommand, setsStoredRulesAsideThatItCannotRead) {
   home.file(".config/orvane/preferences.json", R"({"OrvaneCleanupRules":[{"name":"half a rule"}]})");
   const auto listed = run({"rules", "list", "--json"});

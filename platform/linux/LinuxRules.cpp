@@ -1,0 +1,28 @@
+#include "platform/linux/LinuxProfile.h"
+
+#include <array>
+
+namespace orvane {
+namespace {
+
+constexpr std::array rows{
+    SystemProfile::SuggestedRule{"downloaded-packages", "suggestion.downloaded_packages",
+                                 R"({"folderPath": "~/Downloads", "minimumAgeDays": 14,
+            "fileExtensions": ["deb", "rpm", "run", "flatpak", "flatpakref", "snap", "bundle"]})",
+                                 R"({"type": "moveToTrash"})"},
+    SystemProfile::SuggestedRule{"old-caches", "suggestion.old_caches",
+                                 R"({"categories": ["caches", "browserCaches"], "minimumAgeDays": 60})",
+                                 R"({"type": "moveToTrash"})"},
+    // Lists only: a folder tells when its tool last wrote to it, not whether its project is still worked on.
+    SystemProfile::SuggestedRule{"idle-builds", "suggestion.idle_builds",
+                                 R"({"categories": ["developerCaches"], "minimumAgeDays": 60})",
+                                 R"({"type": "reviewOnly"})"},
+};
+
+}  // namespace
+
+std::span<const SystemProfile::SuggestedRule> LinuxProfile::suggestedRules() const noexcept {
+  return rows;
+}
+
+}  // namespace orvane
