@@ -57,8 +57,9 @@ void printText(Session& session, const Explanation& explanation) {
   session.out().line(shownPath(explanation.place));
   if (const auto& item = explanation.item) {
     line("category", fmt::format("{} ({})", displayName(item->category), rawValue(item->category)));
+    line("because", item->decidedBy);
     line("risk", fmt::format("{}: {}", rawValue(item->riskLabel), orvane::explanation(item->riskLabel)));
-    line("cleaning", cleaningText(item->cleaning));
+    if (!explanation.keptBy) line("cleaning", cleaningText(item->cleaning));
   }
   line("allowed", explanation.refusal ? "no. " + *explanation.refusal : "yes, no fixed rule protects it");
   if (!explanation.knownPlaceReason.empty()) line("why", explanation.knownPlaceReason);
@@ -67,6 +68,11 @@ void printText(Session& session, const Explanation& explanation) {
   }
   if (!explanation.refusal && !explanation.isGranted) {
     line("folders", "outside the granted folders: name its folder to clean it, or --root to trash it");
+  }
+  if (explanation.keptBy) {
+    line("kept", fmt::format("never offered: '{}' is on the keep list", *explanation.keptBy));
+  } else if (!explanation.refusal) {
+    line("to keep it", fmt::format("orvanectl keep add '{}'", explanation.keepPattern));
   }
   if (explanation.syncWarning) line("cloud", *explanation.syncWarning);
   if (explanation.isCloudPlaceholder) line("cloud", "its content is held in the cloud only");
@@ -97,8 +103,9 @@ constexpr CommandSpec explainCommand{
     .name = "explain",
     .summary = "Tell why each path is treated as it is",
     .details =
-        "Shows the category, the risk and what follows from it, whether a fixed rule protects the path, the cloud "
-        "service that keeps it in sync, and where the organizer would put it.",
+        "Shows the category and what of the path decides it, the risk and what follows from it, whether a fixed rule "
+        "or the keep list protects the path and what would, the cloud service that keeps it in sync, and where the "
+        "organizer would put it.",
     .arguments = {.name = "PATH",
                   .help = "Files and folders to explain.",
                   .least = 1,

@@ -1,7 +1,9 @@
 #include "core/tasks/ExplainTask.h"
 
+#include "core/organizer/categories/CategoryClassifier.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/organizer/records/CloudFolderDetector.h"
+#include "core/safety/access/KeepList.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/ItemAt.h"
@@ -21,6 +23,7 @@ std::optional<Explanation::Item> explainItem(const TaskServices& services, const
       .organizerCategory =
           services.organizer.determineCategory(place, item->isFolder() ? ItemKind::folder : ItemKind::file,
                                                place.deletingLastPathComponent(), OrganizationStrategy::byCategory),
+      .decidedBy = CategoryClassifier::reasonFor(place, item->isFolder() ? 0 : item->fileSize()),
   };
 }
 
@@ -28,6 +31,7 @@ std::optional<Explanation::Item> explainItem(const TaskServices& services, const
 
 std::vector<Explanation> explain(const TaskServices& services, std::span<const FileUrl> places) {
   const Boundary granted(grantedFolders(services));
+  auto kept = services.keepList.places();
   std::vector<Explanation> result;
   result.reserve(places.size());
   for (const auto& place : places) {
@@ -39,6 +43,8 @@ std::vector<Explanation> explain(const TaskServices& services, std::span<const F
       explanation.refusal = std::move(refusal);
       explanation.protectedContent = services.validator.protectedContent(place);
     }
+    if (const auto* keeper = kept.keeperOf(place)) explanation.keptBy = *keeper;
+    explanation.keepPattern = services.keepList.patternFor(place);
     explanation.isGranted = services.validator.isPathAllowed(place, granted);
     if (!explanation.knownPlaceReason.empty() && services.validator.isPathAllowed(place, Boundary({place}))) {
       explanation.refusal.reset();

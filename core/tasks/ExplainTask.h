@@ -23,6 +23,7 @@ struct Explanation {
     RiskLabel riskLabel;
     RowMark cleaning;  // as a cleanup would have it
     std::string organizerCategory;
+    std::string decidedBy;  // what of it decides the category, in English
   };
 
   FileUrl place;
@@ -31,7 +32,9 @@ struct Explanation {
   std::optional<std::string> refusal;  // of the fixed rules
   // What a rule of this system protects there, in English: "key rings". Empty where none does.
   std::string protectedContent;
-  bool isGranted = false;  // a granted folder holds it, and no rule refuses it
+  std::optional<std::string> keptBy;  // the pattern of the keep list
+  std::string keepPattern;            // the one that would keep it
+  bool isGranted = false;             // a granted folder holds it, and no rule refuses it
   std::optional<CloudProvider> provider;
   std::optional<std::string> syncWarning;
   bool isCloudPlaceholder = false;

@@ -57,6 +57,23 @@ TEST_F(ExplainCommand, writesPathsThatAreNotUtf8AsTheirUrl) {
   EXPECT_EQ(json({"explain", "Downloads/\xFF"})[0]["path"], home.url("Downloads/\xFF").absoluteString());
 }
 
+TEST_F(ExplainCommand, namesWhatDecidesAndWhatWouldProtect) {
+  for (const auto& [path, reason] :
+       {std::pair{"Downloads/a.log", "its name ends in .log"},
+        std::pair{"Downloads/a.zip", "it is an archive in a downloads folder"},
+        std::pair{"Library/Caches/Google/x", "its path holds Library/Caches/Google"},
+        std::pair{"Downloads/.Trash/x", "it lies in a Trash"}, std::pair{"Downloads/letter", "no rule knows it"}}) {
+    home.file(path);
+    EXPECT_THAT(run({"explain", path}).output, HasSubstr(std::string("because    ") + reason + '\n')) << path;
+  }
+  EXPECT_THAT(run({"explain", "Downloads/a.log"}).output,
+              HasSubstr("to keep it orvanectl keep add '~/Downloads/a.log'\n"));
+  EXPECT_EQ(run({"keep", "add", "*.log"}).exitStatus, 0);
+  const auto kept = run({"explain", "Downloads/a.log"}).output;
+  EXPECT_THAT(kept, HasSubstr("kept       never offered: '*.log' is on the keep list\n"));
+  EXPECT_THAT(kept, Not(HasSubstr("without a second look")));
+}
+
 TEST_F(ExplainCommand, tellsPeopleWhatFollows) {
   recommended("a\tb.log");
   home.file("elsewhere/note.txt");

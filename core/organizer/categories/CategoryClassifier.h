@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace orvane {
@@ -17,6 +18,8 @@ class CategoryClassifier {
   [[nodiscard]] static ScanCategory classify(const FileUrl& url, std::int64_t fileSize,
                                              std::optional<Date> createdDate = std::nullopt,
                                              std::optional<Date> lastOpenedDate = std::nullopt);
+  // Says in English why the category is that: "its name ends in .log".
+  [[nodiscard]] static std::string reasonFor(const FileUrl& url, std::int64_t fileSize);
   // Whether the name begins as screenshots do; the extension does not matter.
   [[nodiscard]] static bool isScreenshot(std::string_view filename) noexcept;
 };

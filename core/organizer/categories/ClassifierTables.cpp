@@ -71,15 +71,20 @@ bool hasScreenshotPrefix(std::string_view name) noexcept {
                      [&](std::string_view prefix) { return name.starts_with(prefix); });
 }
 
-ScanCategory categoryByName(std::string_view name, std::int64_t fileSize, const FolderFacts& facts) {
+NameRule nameRuleOf(std::string_view name, std::int64_t fileSize, const FolderFacts& facts) {
   const auto kind = extensionKind(splitName(name).extension);
-  if (facts.inLogs || kind == ExtensionKind::log) return ScanCategory::logs;
-  if (facts.inCaches) return ScanCategory::caches;
-  if (hasScreenshotPrefix(name)) return ScanCategory::screenshots;
-  if (kind == ExtensionKind::installer) return ScanCategory::oldDownloads;
-  if (kind == ExtensionKind::archive && facts.inDownloads) return ScanCategory::oldDownloads;
-  if (facts.inLeftovers) return ScanCategory::appLeftovers;
-  return fileSize >= largeFileBytes ? ScanCategory::largeFiles : ScanCategory::manualReview;
+  if (facts.inLogs) return NameRule::logsFolder;
+  if (kind == ExtensionKind::log) return NameRule::logExtension;
+  if (facts.inCaches) return NameRule::cachesFolder;
+  if (hasScreenshotPrefix(name)) return NameRule::screenshotName;
+  if (kind == ExtensionKind::installer) return NameRule::installerExtension;
+  if (kind == ExtensionKind::archive && facts.inDownloads) return NameRule::archiveInDownloads;
+  if (facts.inLeftovers) return NameRule::leftoversFolder;
+  return fileSize >= largeFileBytes ? NameRule::largeFile : NameRule::none;
+}
+
+ScanCategory categoryByName(std::string_view name, std::int64_t fileSize, const FolderFacts& facts) {
+  return nameRules[static_cast<std::size_t>(nameRuleOf(name, fileSize, facts))].category;
 }
 
 }  // namespace orvane

@@ -70,6 +70,35 @@ struct FolderFacts {
   bool inDownloads = false;
   bool inLeftovers = false;
 };
+// In the order in which they are asked; the first that fits decides.
+enum class NameRule : std::uint8_t {
+  logsFolder,
+  logExtension,
+  cachesFolder,
+  screenshotName,
+  installerExtension,
+  archiveInDownloads,
+  leftoversFolder,
+  largeFile,
+  none,
+};
+struct NameRuleRow {
+  NameRule rule;
+  ScanCategory category;
+  std::string_view words;  // English
+};
+inline constexpr std::array nameRules{
+    NameRuleRow{NameRule::logsFolder, ScanCategory::logs, "it lies in a folder of logs, Library/Logs"},
+    NameRuleRow{NameRule::logExtension, ScanCategory::logs, "its name ends in .log"},
+    NameRuleRow{NameRule::cachesFolder, ScanCategory::caches, "it lies in a folder of caches, Library/Caches"},
+    NameRuleRow{NameRule::screenshotName, ScanCategory::screenshots, "its name begins as those of screenshots do"},
+    NameRuleRow{NameRule::installerExtension, ScanCategory::oldDownloads, "its name ends as those of installers do"},
+    NameRuleRow{NameRule::archiveInDownloads, ScanCategory::oldDownloads, "it is an archive in a downloads folder"},
+    NameRuleRow{NameRule::leftoversFolder, ScanCategory::appLeftovers, "it lies where applications keep their data"},
+    NameRuleRow{NameRule::largeFile, ScanCategory::largeFiles, "it has 100 MiB or more"},
+    NameRuleRow{NameRule::none, ScanCategory::manualReview, "no rule knows it"},
+};
+[[nodiscard]] NameRule nameRuleOf(std::string_view name, std::int64_t fileSize, const FolderFacts& facts);
 [[nodiscard]] ScanCategory categoryByName(std::string_view name, std::int64_t fileSize, const FolderFacts& facts);
 
 }  // namespace orvane
