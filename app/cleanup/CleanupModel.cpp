@@ -13,6 +13,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <utility>
 

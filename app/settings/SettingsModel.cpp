@@ -72,7 +72,7 @@ SettingsModel::State SettingsModel::read() const {
               .modelAddress = textPreference(m_with.preferences, modelAddressKey),
               .modelName = textPreference(m_with.preferences, modelNameKey)};
   try {
-    for (const auto& pattern : keptPatterns(m_with.tasks)) state.keptPatterns += textFrom(pattern);
+    for (const auto& pattern : orvane::keptPatterns(m_with.tasks)) state.keptPatterns += textFrom(pattern);
   } catch (const std::exception& error) {
     state.keepProblem = shownName(error.what());
   }

@@ -78,6 +78,10 @@ std::optional<Proposal> propose(const TaskServices& services, const DuplicatesWi
   for (const auto& folder : wish.folders) {
     if (!isSearchable(folder)) builder.note(notSearched(folder));
   }
+  for (const auto& folder : wish.references) {
+    auto problem = problemWith(services, folder);
+    if (problem && problem->why == FolderLeftOut::Why::missing) builder.note(*std::move(problem));
+  }
   auto groups = services.finder.findDuplicates(searchedFolders(wish), wish.keep, monitor.stop, monitor.comparing);
   if (monitor.stop.stop_requested()) return std::nullopt;
   const Boundary references(wish.references);

@@ -110,11 +110,11 @@ TEST_F(CleanupModelTest, neverOffersAgainWhatIsKept) {
   scan();
   model->keep(rowOf("new.dmg"));
   ASSERT_TRUE(becomesTrue([this] { return rowOf("new.dmg") == model->rowCount(); }));
-  EXPECT_EQ(state->keptText(), "1 item, 5 KB, is on the keep list.");
+  EXPECT_EQ(state->keptText(), QStringLiteral(u"1 item, 5\u00a0KB, is on the keep list."));
   scan();
   EXPECT_EQ(rowOf("new.dmg"), model->rowCount());
   EXPECT_LT(rowOf("old.dmg"), model->rowCount());
-  EXPECT_EQ(state->keptText(), "1 item, 5 KB, is on the keep list.");
+  EXPECT_EQ(state->keptText(), QStringLiteral(u"1 item, 5\u00a0KB, is on the keep list."));
   clean();
   EXPECT_TRUE(exists(tree.path("Downloads/new.dmg")));
   EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
