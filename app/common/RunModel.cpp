@@ -8,15 +8,19 @@
 #include "core/tasks/KeepTask.h"
 #include "core/tasks/RestoreTask.h"
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace orvane {
 namespace {
 
 constexpr std::size_t mostMessages = 300;
+// Of what came back under another name, those that a result names.
+constexpr qsizetype renamedNamed = 3;
 constexpr std::chrono::milliseconds lookInterval{100};
 
 }  // namespace
@@ -63,6 +67,7 @@ void RunModel::forgetResult() {
   if (m_work == Work::none) m_total = 0;
   m_result = Result::none;
   m_report = {};
+  m_restored = {};
   m_warnings.clear();
   Q_EMIT workChanged();
 }
@@ -125,20 +130,30 @@ void RunModel::undo() {
 }
 
 void RunModel::startRestore(RestoreWish wish, std::int64_t total) {
+  startRestore(total, [tasks = m_services.tasks, wish = std::move(wish)](const RunProgress& progress,
+                                                                         const std::stop_token& stop) {
+    return std::optional(restoreNow(tasks, wish, progress, stop));
+  });
+}
+
+void RunModel::startRestore(std::int64_t total, Restore restore, std::function<void()> finished) {
   if (isWorking()) return;
   begin(Work::restoring, total);
-  m_workQueue.post([this, wish = std::move(wish), look = m_lookAfterUndo, progress = progressFor(),
-                    stop = m_stop.get_token()](const std::stop_token&) {
-    const auto restored = restoreNow(m_services.tasks, wish, progress, stop);
+  m_workQueue.post([this, restore = std::move(restore), finished = std::move(finished), look = m_lookAfterUndo,
+                    progress = progressFor(), stop = m_stop.get_token()](const std::stop_token&) {
+    const auto restored = restore(progress, stop);
     const auto after = look ? look() : std::function<void()>();
-    callOn(this, [this, restored, after, isComplete = !stop.stop_requested()] {
+    callOn(this, [this, restored, finished, after, isComplete = !stop.stop_requested()] {
       if (after) after();
       m_work = Work::none;
-      m_result = Result::restored;
-      m_restoredCount = restored.count;
-      m_warnings = restored.warnings;
-      // One that was stopped can be taken up again.
-      if (isComplete) m_lastRun.reset();
+      if (restored) {
+        m_result = Result::restored;
+        m_restored = *restored;
+        m_warnings = restored->warnings;
+        // One that was stopped can be taken up again.
+        if (isComplete) m_lastRun.reset();
+      }
+      if (finished) finished();
       Q_EMIT workChanged();
       Q_EMIT undone();
     });
@@ -179,9 +194,29 @@ QString RunModel::resultText() const {
       return text + u' ' + countedText("cleanup.cancelled", m_report.left);
     }
     case Result::restored:
-      return countedText("cleanup.restored", m_restoredCount);
+      return restoredText();
   }
   return {};
+}
+
+QString RunModel::restoredText() const {
+  const auto renamed = renamedItems();
+  const auto inPlace = m_restored.count - renamed.size();
+  QStringList parts;
+  if (inPlace > 0 || renamed.empty()) parts += countedText("cleanup.restored", inPlace);
+  parts += renamed.first(std::min(renamed.size(), renamedNamed));
+  if (renamed.size() > renamedNamed) parts += countedText("history.more_renamed", renamed.size() - renamedNamed);
+  if (m_restored.replaced.count > 0) parts += countedText("history.replaced", m_restored.replaced.count);
+  return parts.join(u' ');
+}
+
+QStringList RunModel::renamedItems() const {
+  QStringList result;
+  for (const auto& [wanted, place] : m_restored.renamed) {
+    result += localizedText("history.came_back_as")
+                  .arg(shownName(wanted.lastPathComponent()), shownName(place.lastPathComponent()));
+  }
+  return result;
 }
 
 QString RunModel::movedText(std::int64_t count, std::int64_t bytes) const {

@@ -37,6 +37,7 @@ class RunModel : public QAbstractListModel {
   Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged)
   Q_PROPERTY(bool canUndo READ canUndo NOTIFY workChanged)
   Q_PROPERTY(QStringList messages READ messages NOTIFY workChanged)
+  Q_PROPERTY(QStringList renamedItems READ renamedItems NOTIFY workChanged)
   Q_PROPERTY(QString resultText READ resultText NOTIFY workChanged)
   Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
   Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
@@ -52,6 +53,8 @@ class RunModel : public QAbstractListModel {
   [[nodiscard]] bool canUndo() const noexcept { return m_lastRun.has_value() && m_work == Work::none; }
   // The failures of the last run or its undoing; the first few hundred, and how many more there are.
   [[nodiscard]] QStringList messages() const;
+  // What came back under another name, a sentence each.
+  [[nodiscard]] QStringList renamedItems() const;
   [[nodiscard]] QString resultText() const;
   [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
   [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
@@ -83,6 +86,10 @@ class RunModel : public QAbstractListModel {
   void startRun(Approval approval, Finished finished = {});
   // Brings back in the background what the wish names, of so many items where that is known; undone() tells the end.
   void startRestore(RestoreWish wish, std::int64_t total = 0);
+  // The same by `restore`, which returns nothing where it brought nothing back and there is nothing to tell.
+  // `finished` is then called on the main thread, before undone().
+  using Restore = std::function<std::optional<Restored>(const RunProgress& progress, const std::stop_token& stop)>;
+  void startRestore(std::int64_t total, Restore restore, std::function<void()> finished = {});
   // Adds to what messages() tells.
   void addWarnings(const std::vector<std::string>& warnings);
   // The result of a search in the background; nothing where it throws, and messages() says why.
@@ -118,6 +125,7 @@ class RunModel : public QAbstractListModel {
   enum class Result : std::uint8_t { none, moved, restored };
 
   void begin(Work work, std::int64_t total);
+  [[nodiscard]] QString restoredText() const;
   [[nodiscard]] RunProgress progressFor();
 
   WindowServices m_services;
@@ -131,7 +139,7 @@ class RunModel : public QAbstractListModel {
   QTimer m_lookTimer;
   Result m_result = Result::none;
   RunReport m_report;
-  std::int64_t m_restoredCount = 0;
+  Restored m_restored;
   std::vector<std::string> m_warnings;
   BackgroundQueue m_workQueue;
 };

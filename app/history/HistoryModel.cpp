@@ -1,8 +1,11 @@
 #include "app/history/HistoryModel.h"
 
+#include "app/common/Format.h"
 #include "app/common/Text.h"
 #include "core/base/text/CaselessSearch.h"
 #include "core/platform/Desktop.h"
+#include "core/safety/records/UndoError.h"
+#include "core/tasks/RestoreSwap.h"
 
 #include <QDebug>
 
@@ -220,11 +223,68 @@ void HistoryModel::restoreRun(int row) {
 
 void HistoryModel::restoreEntry(int row) {
   const auto [run, entry] = placeOf(row);
-  if (entry != nullptr) startRestore({run->run.summary.runId, {entry->entry.id}});
+  if (entry != nullptr) askOrRestore({run->run.summary.runId, {entry->entry.id}});
 }
 
 void HistoryModel::restore(const QString& runId) {
-  if (const auto id = Uuid::parse(runId.toStdString())) startRestore({*id});
+  if (const auto id = Uuid::parse(runId.toStdString())) askOrRestore({*id});
+}
+
+void HistoryModel::askOrRestore(RestoreWish wish) {
+  const auto question = std::make_shared<std::optional<Question>>();
+  startRestore(
+      0,
+      [tasks = services().tasks, wish = std::move(wish), question](
+          const RunProgress& progress, const std::stop_token& stop) -> std::optional<Restored> {
+        try {
+          auto restore = proposeRestore(tasks, wish).approve();
+          if (auto room = proposeMakingRoom(tasks, restore).approve(); !room.empty()) {
+            question->emplace(Question{wish, std::move(restore), std::move(room)});
+            return std::nullopt;
+          }
+        } catch (const UndoError&) {
+          // The restore itself says so.
+        }
+        return restoreNow(tasks, wish, progress, stop);
+      },
+      [this, question] {
+        if (!*question) return;
+        m_question = *std::move(*question);
+        Q_EMIT placesTaken();
+      });
+}
+
+void HistoryModel::swapPlaces() {
+  if (!m_question || isWorking()) return;
+  startRestore(0, [tasks = services().tasks, question = *std::exchange(m_question, std::nullopt)](
+                      const RunProgress& progress, const std::stop_token& stop) {
+    return std::optional(orvane::swapPlaces(tasks, question.restore, question.room, progress, stop));
+  });
+}
+
+void HistoryModel::restoreBeside() {
+  if (!m_question || isWorking()) return;
+  const auto question = *std::exchange(m_question, std::nullopt);
+  startRestore(question.wish, static_cast<std::int64_t>(question.restore.rows().size()));
+}
+
+QStringList HistoryModel::takenPlaces() const {
+  QStringList result;
+  if (!m_question) return result;
+  const auto& room = m_question->room;
+  for (const auto index : room.rows()) {
+    const auto& item = room.proposal().row(index).item;
+    result += QStringLiteral("%1 (%2)").arg(shownPath(item.url().path(), services().tasks.home),
+                                            Format::bytes(static_cast<double>(item.fileSize())));
+  }
+  return result;
+}
+
+bool HistoryModel::areFoldersTaken() const {
+  if (!m_question) return false;
+  const auto& room = m_question->room;
+  return std::ranges::any_of(room.rows(),
+                             [&](std::uint32_t index) { return room.proposal().row(index).item.isFolder(); });
 }
 
 void HistoryModel::reload() {

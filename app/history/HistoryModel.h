@@ -28,6 +28,8 @@ class HistoryModel : public orvane::RunModel {
   Q_PROPERTY(bool isLoaded READ isLoaded NOTIFY countsChanged)
   Q_PROPERTY(bool isRestoring READ isRestoring NOTIFY workChanged)
   Q_PROPERTY(bool canCancel READ isRestoring NOTIFY workChanged)
+  Q_PROPERTY(QStringList takenPlaces READ takenPlaces NOTIFY placesTaken)
+  Q_PROPERTY(bool areFoldersTaken READ areFoldersTaken NOTIFY placesTaken)
 
  public:
   enum Role {
@@ -62,12 +64,22 @@ class HistoryModel : public orvane::RunModel {
   [[nodiscard]] int shownCount() const noexcept { return static_cast<int>(m_view->runs.size()); }
   [[nodiscard]] bool isLoaded() const noexcept { return m_isLoaded; }
 
+  // What stands in the places of what is to be brought back, a line each, since placesTaken() asked.
+  [[nodiscard]] QStringList takenPlaces() const;
+  // Whether one of them is a whole folder, whose name is what programs look for.
+  [[nodiscard]] bool areFoldersTaken() const;
+
   Q_INVOKABLE void toggleExpanded(int row);
+  // Brings a run back. Where a place is taken placesTaken() asks first, and nothing moves before swapPlaces() or
+  // restoreBeside().
   Q_INVOKABLE void restoreRun(int row);
   // One item of a run.
   Q_INVOKABLE void restoreEntry(int row);
   // Does nothing while another one is being restored.
   Q_INVOKABLE void restore(const QString& runId);
+  // The answers to placesTaken(): what stands there goes to the Trash, or what comes back gets another name.
+  Q_INVOKABLE void swapPlaces();
+  Q_INVOKABLE void restoreBeside();
   Q_INVOKABLE void reload();
   Q_INVOKABLE void clearResult();
   // Where an item is now: its place in the Trash or the folder that it was moved to.
@@ -76,8 +88,15 @@ class HistoryModel : public orvane::RunModel {
  Q_SIGNALS:
   void searchTextChanged();
   void countsChanged();
+  void placesTaken();
 
  private:
+  // A restore that waits for an answer.
+  struct Question {
+    RestoreWish wish;
+    Approval restore;
+    Approval room;
+  };
   struct ShownEntry {
     JournalEntry entry;
     ItemState state;
@@ -107,6 +126,7 @@ class HistoryModel : public orvane::RunModel {
   [[nodiscard]] Place placeOf(int row) const;
   [[nodiscard]] static QVariant runData(const ShownRun& run, int role);
   [[nodiscard]] QVariant entryData(const ShownEntry& entry, int role) const;
+  void askOrRestore(RestoreWish wish);
   void rebuild();
   void show(std::shared_ptr<const View> view);
 
@@ -115,6 +135,7 @@ class HistoryModel : public orvane::RunModel {
   std::shared_ptr<const View> m_view = std::make_shared<View>();
   bool m_isLoaded = false;
   std::stop_source m_rebuildStop;
+  std::optional<Question> m_question;
 
   BackgroundQueue m_viewQueue;
 };

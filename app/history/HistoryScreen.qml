@@ -43,6 +43,14 @@ Page {
         }
     ]
 
+    Connections {
+        target: root.model
+
+        function onPlacesTaken() {
+            taken.open();
+        }
+    }
+
     Timer {
         id: searchDelay
 
@@ -74,6 +82,16 @@ Page {
             detail: Texts.firstLines(root.model.messages, 4)
             action: root.model.messages.length > 4 ? qsTr("history.show_all_warnings") : ""
             onActed: warnings.open()
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            // The strip names the first few.
+            visible: root.model.renamedItems.length > 3
+            text: qsTr("history.renamed_title")
+            detail: Texts.firstLines(root.model.renamedItems, 4)
+            action: root.model.renamedItems.length > 4 ? qsTr("history.show_all_warnings") : ""
+            onActed: renamed.open()
         }
 
         Card {
@@ -130,5 +148,37 @@ Page {
         title: Texts.counted("history.not_restored", root.model.messages.length)
         message: qsTr("history.warnings_text")
         details: root.model.messages
+    }
+
+    AlertDialog {
+        id: renamed
+
+        title: qsTr("history.renamed_title")
+        details: root.model.renamedItems
+    }
+
+    // Programs look for a folder by its name, so a whole folder's place is offered first.
+    AlertDialog {
+        id: taken
+
+        readonly property string swapText: qsTr("history.swap")
+        readonly property string besideText: qsTr("history.restore_beside")
+        readonly property bool swapsFirst: root.model.areFoldersTaken
+
+        function answer(swaps) {
+            if (swaps)
+                root.model.swapPlaces();
+            else
+                root.model.restoreBeside();
+        }
+
+        title: qsTr("history.taken_title")
+        message: qsTr("history.taken_text")
+        details: root.model.takenPlaces
+        confirmText: swapsFirst ? swapText : besideText
+        rejectText: qsTr("action.cancel")
+        extraText: swapsFirst ? besideText : swapText
+        onConfirmed: answer(swapsFirst)
+        onExtraChosen: answer(!swapsFirst)
     }
 }

@@ -1,5 +1,6 @@
 #include "cli/commands/Commands.h"
 #include "cli/frame/Arguments.h"
+#include "cli/frame/FileArguments.h"
 #include "cli/frame/ProgressLine.h"
 #include "cli/frame/ProposalRun.h"
 #include "cli/frame/RunReference.h"
@@ -8,7 +9,9 @@
 #include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
+#include "core/tasks/CarryOut.h"
 #include "core/tasks/History.h"
+#include "core/tasks/RestoreSwap.h"
 #include "core/tasks/RestoreTask.h"
 #include "core/tasks/TaskServices.h"
 
@@ -17,12 +20,16 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 namespace orvane::cli {
 namespace {
 
 constexpr std::array options{
     OptionSpec{.name = "--last", .valueName = "", .help = "Bring back the newest run that has not been brought back."},
+    OptionSpec{.name = "--swap",
+               .valueName = "",
+               .help = "Move what stands in an item's place to the Trash, as a run of its own."},
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
@@ -33,7 +40,53 @@ const CleanupRunSummary& newestToRestore(const std::vector<CleanupRunSummary>& r
   return *found;
 }
 
-RunReport restore(Session& session, const Approval& approval) {
+// A restore that was proposed, and what makes room for it where places are swapped.
+struct Intended {
+  Proposal proposal;
+  Approval restore;
+  Approval room;
+  bool isSwap;
+};
+
+Intended intend(const Uuid& runId, bool isSwap) {
+  auto proposal = proposeRestore(TaskServices::shared(), {runId});
+  auto restore = proposal.approve();
+  auto room = proposeMakingRoom(TaskServices::shared(), restore).approve();
+  return {std::move(proposal), std::move(restore), std::move(room), isSwap};
+}
+
+std::string placesText(std::int64_t count) {
+  return fmt::format("{} {}", formatCount(count), count == 1 ? "place is" : "places are");
+}
+
+// Says before the question what stands in the way.
+void tellTakenPlaces(const Approval& room, bool isSwap) {
+  if (room.empty()) return;
+  for (const auto index : room.rows()) {
+    const auto& item = room.proposal().row(index).item;
+    Session::tell(fmt::format("{} ({}) stands in the place of what comes back", shownPath(item.url()),
+                              formatByteCount(item.fileSize())));
+  }
+  if (isSwap) return;
+  const auto count = room.toTrash().count;
+  Session::tell(
+      fmt::format("{} taken: what comes back there gets another name. --swap gives it its place again, and "
+                  "moves what stands there to the Trash.",
+                  placesText(count)));
+}
+
+std::string questionFor(const Intended& intended, const CleanupRunSummary& run) {
+  const auto& items = intended.restore.toFolders();
+  const bool isWhole = items.count == run.itemCount;
+  auto question =
+      fmt::format("Bring back the {} {} {}", itemsText(items), isWhole ? "of" : "left of", run.formattedDate());
+  if (intended.isSwap && !intended.room.empty()) {
+    question += fmt::format(", and move {} from their places to the Trash", itemsText(intended.room.toTrash()));
+  }
+  return question + "?";
+}
+
+Restored carryOutAsked(Session& session, const Intended& intended) {
   ProgressLine line(session);
   const auto progress = [&](std::size_t done, std::size_t total) {
     line.update([&] {
@@ -41,21 +94,38 @@ RunReport restore(Session& session, const Approval& approval) {
                          itemCount(static_cast<std::int64_t>(total)));
     });
   };
-  return carryOut(TaskServices::shared(), approval, progress, session.stop());
+  const auto& services = TaskServices::shared();
+  if (intended.isSwap) return swapPlaces(services, intended.restore, intended.room, progress, session.stop());
+  const auto report = carryOut(services, intended.restore, progress, session.stop());
+  return {report.moved(), restoreWarnings(intended.proposal, report), renamedItems(intended.proposal, report)};
 }
 
-ExitStatus print(Session& session, const RunReport& report, const std::vector<std::string>& warnings) {
-  for (const auto& warning : warnings) Session::report(escapedForDisplay(warning));
+void tellRenamed(const std::vector<RenamedItem>& renamed) {
+  for (const auto& [wanted, place] : renamed) {
+    Session::tell(fmt::format("{} came back as {}: something stands in its place",
+                              escapedForDisplay(wanted.lastPathComponent()),
+                              escapedForDisplay(place.lastPathComponent())));
+  }
+}
+
+ExitStatus print(Session& session, const Restored& restored) {
+  for (const auto& warning : restored.warnings) Session::report(escapedForDisplay(warning));
+  tellRenamed(restored.renamed);
   if (session.isJson()) {
     Json json = Json::object();
-    json["restoredCount"] = report.moved();
-    json["warnings"] = warnings;
+    json["restoredCount"] = restored.count;
+    json["warnings"] = restored.warnings;
     session.out().line(jsonText(json));
   } else {
-    session.out().line(report.moved() == 0 ? "Nothing was brought back."
-                                           : fmt::format("Brought back {}.", itemCount(report.moved())));
+    session.out().line(restored.count == 0 ? "Nothing was brought back."
+                                           : fmt::format("Brought back {}.", itemCount(restored.count)));
+    if (restored.replaced.count > 0) {
+      session.out().line(
+          fmt::format("Moved {} from their places to the Trash. To bring that back: orvanectl restore {}",
+                      itemsText(restored.replaced), restored.replacedRun->toString()));
+    }
   }
-  return warnings.empty() ? ExitStatus::done : ExitStatus::failed;
+  return restored.warnings.empty() ? ExitStatus::done : ExitStatus::failed;
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
@@ -67,29 +137,24 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   tellJournalNotices();
   const auto& meant = wantsLast ? newestToRestore(runs) : runMeantBy(arguments.plain().front(), runs);
   if (remainingCount(TaskServices::shared(), meant.runId) == 0) {
-    if (session.isJson()) return print(session, RunReport(), {});
+    if (session.isJson()) return print(session, {});
     session.out().line("Nothing of this run is left to bring back.");
     return ExitStatus::done;
   }
-  const auto proposal = proposeRestore(TaskServices::shared(), {meant.runId});
-  const auto approval = proposal.approve();
-  RunReport report;
-  if (!approval.empty()) {
-    const bool isWhole = approval.toFolders().count == meant.itemCount;
-    const auto question = fmt::format("Bring back the {} {} {}?", itemsText(approval.toFolders()),
-                                      isWhole ? "of" : "left of", meant.formattedDate());
-    switch (askConsent(session, arguments, question)) {
-      case Answer::interrupted:
-        return ExitStatus::interrupted;
-      case Answer::no:
-        return print(session, {}, {});
-      case Answer::yes:
-        break;
-    }
-    report = restore(session, approval);
+  const auto intended = intend(meant.runId, arguments.has("--swap"));
+  if (intended.restore.empty()) return print(session, {0, restoreWarnings(intended.proposal, {}), {}});
+  if (!arguments.has("--yes")) tellTakenPlaces(intended.room, intended.isSwap);
+  switch (askConsent(session, arguments, questionFor(intended, meant))) {
+    case Answer::interrupted:
+      return ExitStatus::interrupted;
+    case Answer::no:
+      return print(session, {});
+    case Answer::yes:
+      break;
   }
+  const auto restored = carryOutAsked(session, intended);
   tellJournalNotices();
-  const auto status = print(session, report, restoreWarnings(proposal, report));
+  const auto status = print(session, restored);
   if (stop.stop_requested()) {
     Session::report("interrupted; restore the run again to bring back the rest");
     return ExitStatus::interrupted;
@@ -104,7 +169,9 @@ constexpr CommandSpec restoreCommand{
     .summary = "Bring a run back to where it was",
     .details =
         "Moves every item of the run back from the Trash, or from where it was moved to. An item whose place is "
-        "taken by now gets a new name; nothing is overwritten. What cannot come back is named on standard error.",
+        "taken by now gets a new name, which is told on standard error, unless --swap makes room for it; nothing is "
+        "overwritten. What cannot come back is named there too.\n\n"
+        "What --swap moves to the Trash is a run of its own, which 'orvanectl restore' brings back like any other.",
     .arguments = {.name = "RUN",
                   .help = "The run's identifier or the beginning of it, as 'orvanectl history' shows it.",
                   .least = 0,

@@ -210,14 +210,32 @@ std::vector<std::string> restoreWarnings(const Proposal& proposal, const RunRepo
   return result;
 }
 
+FileUrl placeToReturnTo(const ProposedRow& row) {
+  const auto& folder = *row.destinationFolder();
+  return folder.appendingPathComponent(row.newName.empty() ? row.item.url().lastPathComponent() : row.newName);
+}
+
+std::vector<RenamedItem> renamedItems(const Proposal& proposal, const RunReport& report) {
+  std::vector<RenamedItem> result;
+  for (std::size_t at = 0; at < report.outcomes.size(); ++at) {
+    const auto& outcome = report.outcomes[at];
+    if (outcome.result != MoveResult::moved) continue;
+    auto wanted = placeToReturnTo(proposal.row(report.rows[at]));
+    // Its folder may be known by another name.
+    if (wanted.lastPathComponent() == outcome.destination.lastPathComponent()) continue;
+    result.push_back({std::move(wanted), outcome.destination});
+  }
+  return result;
+}
+
 Restored restoreNow(const TaskServices& services, const RestoreWish& wish, const RunProgress& progress,
                     const std::stop_token& stop) {
   try {
     const auto proposal = proposeRestore(services, wish);
     const auto report = carryOut(services, proposal.approve(), progress, stop);
-    return {report.moved(), restoreWarnings(proposal, report)};
+    return {report.moved(), restoreWarnings(proposal, report), renamedItems(proposal, report)};
   } catch (const UndoError& error) {
-    return {0, {error.what()}};
+    return {0, {error.what()}, {}};
   }
 }
 

@@ -6,6 +6,7 @@
 #include "core/tasks/Proposal.h"
 
 #include <cstdint>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -33,9 +34,23 @@ struct RestoreWish {
 // One line for each item that did not come back, with the reason, in the order of the rows.
 [[nodiscard]] std::vector<std::string> restoreWarnings(const Proposal& proposal, const RunReport& report);
 
+// Where the item of a restore's row was, and returns to.
+[[nodiscard]] FileUrl placeToReturnTo(const ProposedRow& row);
+
+// An item that came back beside its place, in which something stands.
+struct RenamedItem {
+  FileUrl wanted;
+  FileUrl place;
+};
+[[nodiscard]] std::vector<RenamedItem> renamedItems(const Proposal& proposal, const RunReport& report);
+
 struct Restored {
   std::int64_t count = 0;
   std::vector<std::string> warnings;
+  std::vector<RenamedItem> renamed;
+  // Of what made room for the items, where places were swapped.
+  std::optional<Uuid> replacedRun = {};
+  RowSum replaced = {};
 };
 // Brings everything back at once, for a button that names what it brings back. An unknown run is a warning.
 [[nodiscard]] Restored restoreNow(const TaskServices& services, const RestoreWish& wish,

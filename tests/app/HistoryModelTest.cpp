@@ -96,6 +96,40 @@ TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
   EXPECT_TRUE(exists(tree.path("Downloads/b.txt")));
 }
 
+TEST_F(HistoryModelTest, asksBeforeItRestoresIntoATakenPlace) {
+  const auto restoreRun = [this] {
+    bool isAsked = false;
+    const auto connection = QObject::connect(&*model, &HistoryModel::placesTaken, [&] { isAsked = true; });
+    model->restoreRun(0);
+    EXPECT_TRUE(becomesTrue([&] { return isAsked; }));
+    QObject::disconnect(connection);
+  };
+  tree.file("Downloads/pip/wheel", "old");
+  clean({tree.path("Downloads/pip")});
+  tree.file("Downloads/pip/wheel", "newer");
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  restoreRun();
+  EXPECT_FALSE(model->isRestoring());
+  EXPECT_EQ(model->resultText(), "") << "nothing was restored yet";
+  EXPECT_THAT(model->takenPlaces(), testing::ElementsAre("~/Downloads/pip (5 bytes)"));
+  EXPECT_TRUE(model->areFoldersTaken());
+  EXPECT_EQ(contentOf(tree.path("Downloads/pip/wheel")), "newer");
+
+  model->swapPlaces();
+  ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring() && model->runCount() == 2; }));
+  EXPECT_EQ(contentOf(tree.path("Downloads/pip/wheel")), "old");
+  EXPECT_EQ(model->resultText(),
+            "1 item is back where it was. 1 item from its place is in the Trash, as a run of its own.");
+
+  restoreRun();
+  model->restoreBeside();
+  ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring() && !model->resultText().isEmpty(); }));
+  EXPECT_EQ(model->resultText(), "pip came back as pip (restored 1): something stands in its place.");
+  EXPECT_EQ(contentOf(tree.path("Downloads/pip (restored 1)/wheel")), "newer");
+  EXPECT_THAT(model->messages(), IsEmpty());
+}
+
 TEST_F(HistoryModelTest, anUnknownRunIsAWarning) {
   ASSERT_TRUE(becomesTrue([this] { return model->isLoaded(); }));
   model->restore(QString::fromStdString(Uuid::random().toString()));

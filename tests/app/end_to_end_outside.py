@@ -71,10 +71,28 @@ def history(window, home):
     expect(not (home / "Downloads/setup.dmg").exists(), "more came back than was asked for")
 
 
+def swap(window, home):
+    """What comes back finds another in its place."""
+    wheel = home / "Downloads/pip/wheel"
+    wheel.parent.mkdir()
+    wheel.write_bytes(b"old")
+    terminal("trash", "--yes", str(wheel.parent))
+    wheel.parent.mkdir()
+    wheel.write_bytes(b"newer")
+    window.press("Restore All: Cleanup · 1 item")
+    window.sees("Something Stands in the Way")
+    window.sees("~/Downloads/pip (5 bytes)")
+    expect(wheel.read_bytes() == b"newer", "something moved before the answer")
+    window.press("Swap Places")
+    wait_for("the old folder in its place", lambda: wheel.exists() and wheel.read_bytes() == b"old")
+    window.sees("1 item from its place is in the Trash, as a run of its own.")
+
+
 def follow(window, home):
     rules(window)
     schedule_and_folders(window, home)
     history(window, home)
+    swap(window, home)
 
 
 if __name__ == "__main__":

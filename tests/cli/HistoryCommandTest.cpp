@@ -120,12 +120,56 @@ TEST_F(HistoryCommand, tellsApartWhatIsBackWhatIsThereAndWhatIsAway) {
                 "back: orvanectl restore RUN\nNot there now: ~/Drive, with 1 item (3 bytes).\n"));
 }
 
-TEST_F(HistoryCommand, restoresUnderAnotherNameWhereThePlaceIsTaken) {
+TEST_F(HistoryCommand, restoresUnderAnotherNameWhereThePlaceIsTakenAndSaysSo) {
   const auto id = runOf("report.pdf", "old");
   home.file("Downloads/report.pdf", "new");
-  EXPECT_EQ(json({"restore", id, "--yes"})["restoredCount"], 1);
+  const auto result = run({"restore", id, "--yes", "--json"});
+  EXPECT_EQ(result.output, R"({"restoredCount":1,"warnings":[]})"
+                           "\n");
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.errors, "report.pdf came back as report (restored 1).pdf: something stands in its place\n");
   EXPECT_EQ(contentOf(home.path("Downloads/report.pdf")), "new");
   EXPECT_EQ(contentOf(home.path("Downloads/report (restored 1).pdf")), "old");
+}
+
+TEST_F(HistoryCommand, swapsPlacesWithWhatStandsThere) {
+  home.file("Downloads/pip/wheel", "old");
+  home.file("Downloads/free", "1");
+  const std::string id = json({"trash", "--yes", "Downloads/pip", "Downloads/free"})["runId"];
+  home.file("Downloads/pip/new", "newer");
+  LiveProgram program(terminalSetup({"restore", id, "--swap"}));
+  program.waitForOutput("~/Downloads/pip (5 bytes) stands in the place of what comes back");
+  program.waitForOutput("and move 1 item (5 bytes) from their places to the Trash?");
+  EXPECT_FALSE(exists(home.path("Downloads/pip/wheel"))) << "nothing moves before the answer";
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 0) << result.output;
+  EXPECT_THAT(result.output, HasSubstr("Brought back 2 items."));
+  EXPECT_EQ(contentOf(home.path("Downloads/pip/wheel")), "old");
+  EXPECT_TRUE(exists(home.path("Downloads/free")) && !exists(home.path("Downloads/pip/new")));
+
+  // What made room is a run like any other, and swaps back.
+  EXPECT_EQ(run({"trash", "--yes", "Downloads/pip"}).exitStatus, 0);
+  const auto runs = json({"history"});
+  ASSERT_EQ(runs.size(), 3);
+  EXPECT_EQ(json({"restore", runs[1]["runId"].get<std::string>(), "--yes", "--swap"})["restoredCount"], 1);
+  EXPECT_EQ(contentOf(home.path("Downloads/pip/new")), "newer");
+}
+
+TEST_F(HistoryCommand, leavesBothWhereTheyAreWhenNoRoomCanBeMade) {
+  const auto id = runOf("report.pdf", "old");
+  home.file("Downloads/report.pdf/.git/HEAD", "a repository took its place");
+  LiveProgram program(terminalSetup({"restore", id, "--swap"}));
+  program.waitForOutput("Bring back the 1 item (3 bytes)");
+  // What was shown is not what stands there when the answer comes.
+  std::filesystem::rename(home.path("Downloads/report.pdf"), home.path("Downloads/before"));
+  home.file("Downloads/report.pdf", "somebody's");
+  program.send("y\n");
+  const auto result = program.finish();
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.output, HasSubstr("Failed to restore report.pdf: what stands in its place stays"));
+  EXPECT_EQ(contentOf(home.path("Downloads/report.pdf")), "somebody's");
+  EXPECT_TRUE(exists(trashed("report.pdf")));
 }
 
 TEST_F(HistoryCommand, warnsOfItemsThatAreGone) {

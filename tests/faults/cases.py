@@ -387,6 +387,54 @@ class NameGroup(Group):
         return findings + ["a restored file replaced another"] * (taken != [look_at(world.path(p)) for p in places])
 
 
+class SwapGroup(Group):
+    """Items come back into places where others stand by now. Two have each path, so places are known by content."""
+
+    PLACES = ("home/Downloads/pip/wheel", "home/Downloads/report.pdf")
+    WORDS = ("restore", "--last", "--swap", "--yes")
+
+    def prepare(self, world):
+        world.lacks = ""
+        downloads = world.path("home/Downloads")
+        world.make(lambda world: [world.file(place) for place in self.PLACES])
+        world.run("trash", "--yes", "--root", downloads, f"{downloads}/pip", f"{downloads}/report.pdf")
+        with as_user():
+            for place in self.PLACES:
+                world.file(place, b"newer")
+        world.keep()
+        scenario = Scenario(self.name, None, "", ("home/Downloads",))
+        self.oracle = Oracle(world, {volume: inventory(world.path(volume)) for volume in ("home", "volume")}, scenario)
+        mine = (b"home/Downloads/", os.fsencode(f"{OracleGroup.TRASH}/files/"), b"home/Canary/", b"volume/")
+        self.oracle.truth = {path: item for path, item in self.oracle.truth.items() if path.startswith(mine)}
+
+    def list(self, world):
+        world.lay_out()
+        calls, result = world.calls(*self.WORDS)
+        if result.status != 0:
+            raise RuntimeError(f"{self.name} fails by itself: {result.errors}")
+        return (["whole/0"] + [f"kill/{label}" for label in numbered(calls)]
+                + [f"fail/{label}/{error}" for label in numbered(calls) for error in ERRORS[label.split("-")[1]].split()])
+
+    def run(self, world, case):
+        world.lay_out()
+        kind, at, *more = case.split("/")
+        faults = {"at": number_of(at), "do": kind} if kind != "whole" else {}
+        if more:
+            faults["errno"] = getattr(errno, more[0])
+        result = world.run(*self.WORDS, faults=faults)
+        findings = self.oracle.judge_weakly(result)
+        if result.status == 0 and any(content(world.path(place)) != os.fsencode(place) * 7 for place in self.PLACES):
+            findings.append("says that all went well, but the places are not swapped")
+        # Whatever state it was left in, each run brings its own back.
+        for run in world.run("history", "--json").json:
+            check_end(world.run("restore", run["runId"], "--yes", "--json"), "restore", findings)
+        findings += self.oracle.judge_weakly()
+        left = os.listdir(world.path(f"{OracleGroup.TRASH}/files"))
+        if left:
+            findings.append(f"after restore {left} are still in the Trash")
+        return findings + [f"nothing is at {place}" for place in self.PLACES if not os.path.exists(world.path(place))]
+
+
 class PermissionGroup(Group):
     """Folders that may not be read, searched or written."""
 
@@ -502,8 +550,8 @@ class OracleGroup(Group):
 
 
 def all_groups():
-    groups = [OracleGroup("oracle"), SightGroup("sight"), NameGroup("name"), PermissionGroup("permission"), ReplacedGroup("replaced"),
-              TogetherGroup("together"), *(DamageGroup(which) for which in DamageGroup.FILES)]
+    groups = [OracleGroup("oracle"), SightGroup("sight"), NameGroup("name"), SwapGroup("swap"),
+              PermissionGroup("permission"), ReplacedGroup("replaced"), TogetherGroup("together"), *(DamageGroup(which) for which in DamageGroup.FILES)]
     for scenario in SCENARIOS:
         groups += [ScenarioGroup(scenario), ScenarioGroup(scenario, restoring=True)]
     for name in ("trash/one", "organize/two"):
