@@ -1,6 +1,7 @@
 #include "core/tasks/ItemAt.h"
 
-#include "core/organizer/categories/CategoryClassifier.h"
+#include "core/base/files/PathText.h"
+#include "core/organizer/categories/FolderClassifier.h"
 #include "core/organizer/records/CloudFolderDetector.h"
 #include "core/platform/FileStatusReader.h"
 #include "core/safety/rules/PathValidator.h"
@@ -26,7 +27,8 @@ std::optional<FileItem> itemAt(const TaskServices& services, const FileUrl& plac
   fields.lastOpenedDate = status->accessed.date();
   // A folder's own size says nothing.
   const std::int64_t ownSize = isFolder ? 0 : status->size;
-  fields.category = CategoryClassifier::classify(place, ownSize, fields.createdDate);
+  const FolderClassifier classifier(joinPath(parentPath(place.path()), ""), DownloadsFolder::ofUser());
+  fields.category = classifier.classify(place.lastPathComponent(), ownSize);
   fields.riskLabel = RiskEvaluator::evaluate(fields.category, place, ownSize, fields.createdDate);
   if (const auto* row = services.validator.knownPlaces().rowOf(place.path())) {
     fields.category = row->category;

@@ -1,6 +1,7 @@
 #include "core/base/files/HomeFolder.h"
 
 #include "core/base/files/PathText.h"
+#include "core/base/files/UserFolders.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
@@ -37,7 +38,11 @@ std::optional<std::string> problemWithHome() {
 std::string expandedHome(std::string_view path) {
   if (path == "~") return homeFolder();
   if (!path.starts_with("~/")) return std::string(path);
-  return joinPath(homeFolder(), path.substr(2));
+  const auto home = homeFolder();
+  const auto below = path.substr(2);
+  const auto name = below.substr(0, below.find('/'));
+  if (const auto own = userFolder(name, home)) return *own + std::string(below.substr(name.size()));
+  return joinPath(home, below);
 }
 
 }  // namespace orvane

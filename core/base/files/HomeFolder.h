@@ -14,8 +14,8 @@ namespace orvane {
 // nothing any more that root makes there. Absent where all is well.
 [[nodiscard]] std::optional<std::string> problemWithHome();
 
-// The path with a leading "~" replaced by the home folder, where "~" stands alone or before a slash. Any other path
-// comes back as it is.
+// The path with a leading "~" replaced by the home folder, where "~" stands alone or before a slash. A folder that the
+// user keeps elsewhere is meant by its usual name: "~/Downloads" and all below it. Any other path comes back as it is.
 [[nodiscard]] std::string expandedHome(std::string_view path);
 
 }  // namespace orvane

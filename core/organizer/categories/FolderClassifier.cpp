@@ -4,7 +4,7 @@
 
 namespace orvane {
 
-FolderClassifier::FolderClassifier(std::string_view folderPrefix) {
+FolderClassifier::FolderClassifier(std::string_view folderPrefix, const DownloadsFolder& downloads) {
   const auto contains = [&](std::string_view fragment) {
     return folderPrefix.find(fragment) != std::string_view::npos;
   };
@@ -20,7 +20,7 @@ FolderClassifier::FolderClassifier(std::string_view folderPrefix) {
   }
   m_facts.inLogs = contains(logsFragment);
   m_facts.inCaches = contains(cachesFragment);
-  m_facts.inDownloads = contains(downloadsFragment);
+  m_facts.inDownloads = contains(downloadsFragment) || downloads.holds(folderPrefix);
   m_facts.inLeftovers = std::any_of(leftoverFragments.begin(), leftoverFragments.end(), contains);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/organizer/categories/ClassifierTables.h"
+#include "core/organizer/categories/DownloadsFolder.h"
 #include "core/scanning/records/ScanCategory.h"
 
 #include <cstdint>
@@ -15,9 +16,10 @@ namespace orvane {
 class FolderClassifier {
  public:
   // `folderPrefix` is the folder's path with a slash at its end.
-  explicit FolderClassifier(std::string_view folderPrefix);
+  explicit FolderClassifier(std::string_view folderPrefix, const DownloadsFolder& downloads = {});
 
-  // The same answer as CategoryClassifier::classify() for the entry `name`.
+  // The same answer as CategoryClassifier::classify() for the entry `name`, but that the user's downloads folder counts
+  // as one under any name.
   [[nodiscard]] ScanCategory classify(std::string_view name, std::int64_t fileSize) const;
 
  private:

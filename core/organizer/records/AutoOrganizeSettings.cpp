@@ -1,7 +1,6 @@
 #include "core/organizer/records/AutoOrganizeSettings.h"
 
 #include "core/base/files/HomeFolder.h"
-#include "core/base/files/PathText.h"
 #include "core/base/text/Json.h"
 
 #include <string_view>
@@ -12,8 +11,7 @@ constexpr std::string_view urlStart = "file:///";
 }
 
 std::vector<std::string> AutoOrganizeSettings::defaultFolderPaths() {
-  const auto home = homeFolder();
-  return {joinPath(home, "Desktop"), joinPath(home, "Downloads")};
+  return {expandedHome("~/Desktop"), expandedHome("~/Downloads")};
 }
 
 std::vector<FileUrl> AutoOrganizeSettings::folderURLs() const {

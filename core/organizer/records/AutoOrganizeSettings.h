@@ -19,7 +19,7 @@ struct AutoOrganizeSettings {
   };
   // The values of recentsDays that the user may choose.
   static constexpr DayRange recentsDayRange{1, 30};
-  // ~/Desktop and ~/Downloads.
+  // ~/Desktop and ~/Downloads, or where the user keeps them.
   [[nodiscard]] static std::vector<std::string> defaultFolderPaths();
 
   bool isEnabled = false;

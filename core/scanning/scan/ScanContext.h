@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/organizer/categories/DownloadsFolder.h"
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/scanning/walk/ListingBoard.h"
@@ -21,6 +22,7 @@ struct ScanContext {
   DeveloperCaches developerCaches;
   ListingBoard board;
   TreeWalk walk;
+  DownloadsFolder downloads = DownloadsFolder::ofUser();
 };
 
 }  // namespace orvane
