@@ -47,6 +47,12 @@ QVariantList GrantedFolders::rows() const {
   return result;
 }
 
+QVariantList GrantedFolders::suggestions() const {
+  QVariantList result;
+  for (const auto& folder : suggestedFolders(m_services)) result.append(row(folder, m_services.home));
+  return result;
+}
+
 QString GrantedFolders::add(const QString& url) const {
   try {
     const auto problem = grantFolders(m_services, std::vector{placeFrom(url).value_or(FileUrl())});

@@ -14,6 +14,8 @@ class GrantedFolders {
 
   // {name, path (for people), url, symbol, exists, canRemove} each, by name.
   [[nodiscard]] QVariantList rows() const;
+  // Folders that could be granted where none of the usual ones exists: {name, path, url}.
+  [[nodiscard]] QVariantList suggestions() const;
   // Links are resolved. Returns why it was refused, in the language of the errors; empty where it was not. The folders
   // that count by default until the first grant are kept.
   [[nodiscard]] QString add(const QString& url) const;

@@ -93,6 +93,32 @@ Sheet {
             }
         }
 
+        BodyText {
+            Layout.fillWidth: true
+            visible: root.page === 1 && root.settings.suggestedFolders.length > 0
+            text: qsTr("onboarding.suggested_folders")
+            wrapMode: Text.Wrap
+        }
+
+        Flow {
+            Layout.fillWidth: true
+            visible: root.page === 1 && root.settings.suggestedFolders.length > 0
+            spacing: 8
+
+            Repeater {
+                model: root.page === 1 ? root.settings.suggestedFolders : []
+
+                PlainButton {
+                    required property var modelData
+
+                    symbol: "plus"
+                    text: modelData.name
+                    Accessible.description: modelData.path
+                    onClicked: root.settings.addFolder(modelData.url)
+                }
+            }
+        }
+
         CaptionText {
             Layout.fillWidth: true
             visible: root.page === 1 && text !== ""

@@ -65,6 +65,7 @@ SettingsModel::State SettingsModel::read() const {
               .scansKnownPlaces = grantedKnownPlaces(m_with.tasks) == KnownPlaces::include,
               .keptPatterns = {},
               .keepProblem = {},
+              .suggested = m_granted.suggestions(),
               .schedule = m_with.schedule.getSettings(),
               .isAgentInstalled = m_with.agent.isInstalled(),
               .canNotify = m_with.notifications.requestAuthorization(),

@@ -32,6 +32,7 @@ class SettingsModel : public QObject {
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")
   Q_PROPERTY(QVariantList folders READ folders NOTIFY changed)
+  Q_PROPERTY(QVariantList suggestedFolders READ suggestedFolders NOTIFY changed)
   Q_PROPERTY(QString folderError READ folderError NOTIFY changed)
   Q_PROPERTY(bool scansKnownPlaces READ scansKnownPlaces WRITE setScansKnownPlaces NOTIFY changed)
   Q_PROPERTY(QStringList keptPatterns READ keptPatterns NOTIFY changed)
@@ -76,6 +77,8 @@ class SettingsModel : public QObject {
 
   // As GrantedFolders::rows().
   [[nodiscard]] const QVariantList& folders() const noexcept { return m_state.folders; }
+  // Folders to grant where none of the usual ones exists: {name, path, url}.
+  [[nodiscard]] const QVariantList& suggestedFolders() const noexcept { return m_state.suggested; }
   [[nodiscard]] const QString& folderError() const noexcept { return m_folderError; }
   // The caches and logs of programs, beside the folders.
   [[nodiscard]] bool scansKnownPlaces() const noexcept { return m_state.scansKnownPlaces; }
@@ -157,6 +160,7 @@ class SettingsModel : public QObject {
     bool scansKnownPlaces = true;
     QStringList keptPatterns;
     QString keepProblem;
+    QVariantList suggested;
     ScheduleSettings schedule;
     bool isAgentInstalled = false;
     bool canNotify = false;

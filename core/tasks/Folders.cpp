@@ -14,11 +14,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <set>
 #include <string_view>
 
 namespace orvane {
 namespace {
+
+constexpr std::ptrdiff_t mostSuggestions = 12;
 
 std::optional<FolderLeftOut> problemListing(const FileUrl& folder) {
   if (DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) return std::nullopt;
@@ -65,6 +68,25 @@ std::vector<FileUrl> namesOfGrantedFolders(const TaskServices& services) {
   auto result = listedGrants(services);
   if (!result.empty()) return result;
   for (const auto type : allManagedFolderTypes) result.push_back(defaultURL(type, services.home.path()));
+  return result;
+}
+
+std::vector<FileUrl> suggestedFolders(const TaskServices& services) {
+  const auto isThere = [&](ManagedFolderType type) {
+    return !problemListing(defaultURL(type, services.home.path())).has_value();
+  };
+  std::vector<FileUrl> result;
+  if (std::ranges::any_of(allManagedFolderTypes, isThere)) return result;
+  const auto granted = Boundary(listedGrants(services));
+  auto reader = DirectoryReader::open(AT_FDCWD, services.home.path().c_str(), DirectoryReader::Links::follow);
+  while (const auto entry = reader ? reader->next() : std::nullopt) {
+    if (entry->name.starts_with('.')) continue;
+    auto folder = services.home.appendingPathComponent(entry->name);
+    if (granted.contains(canonicalPath(folder.path())) || problemGranting(services, folder)) continue;
+    result.push_back(std::move(folder));
+  }
+  std::ranges::sort(result);
+  if (std::ssize(result) > mostSuggestions) result.erase(result.begin() + mostSuggestions, result.end());
   return result;
 }
 

@@ -20,6 +20,10 @@ struct TaskServices;
 // The same for a message; where nothing was ever granted and no default exists, the defaults.
 [[nodiscard]] std::vector<FileUrl> namesOfGrantedFolders(const TaskServices& services);
 
+// Where none of the default folders exists: those right in the home folder that could be granted and are not, by name.
+// Hidden ones are left out, and after a dozen the rest.
+[[nodiscard]] std::vector<FileUrl> suggestedFolders(const TaskServices& services);
+
 // Why a folder cannot be walked, or is never touched as a whole; absent when neither is so.
 [[nodiscard]] std::optional<FolderLeftOut> problemWith(const TaskServices& services, const FileUrl& folder);
 // The same, or that it lies outside the boundary.

@@ -12,10 +12,14 @@
 #include "core/rules/schedule/ScheduleCoordinator.h"
 #include "core/rules/services/LaunchAgentManager.h"
 #include "core/rules/services/UserNotificationService.h"
+#include "core/safety/records/ManagedFolderType.h"
 #include "platform/linux/CurlUrlReader.h"
 #include "tests/app/WindowFixture.h"
 
+#include <gmock/gmock.h>
+
 #include <atomic>
+#include <filesystem>
 #include <map>
 #include <stdexcept>
 
@@ -257,6 +261,29 @@ TEST_F(SettingsModelTest, saysWhyLaunchAtLoginWasRefused) {
   EXPECT_EQ(tidying.launchAtLoginError(),
             "Couldn't change Launch at Login: no session. You can add Orvane in System Settings → General → Login "
             "Items.");
+}
+
+TEST_F(SettingsModelTest, offersFoldersWhereNoneOfTheUsualOnesExists) {
+  const auto suggested = [this] {
+    std::vector<std::string> names;
+    for (const auto& row : model.suggestedFolders())
+      names.push_back(row.toMap().value("name").toString().toStdString());
+    return names;
+  };
+  refresh();
+  EXPECT_THAT(suggested(), testing::IsEmpty());
+  std::filesystem::rename(tree.path("Downloads"), tree.path("Daten"));
+  for (const auto type : allManagedFolderTypes) std::filesystem::remove_all(defaultURL(type, tree.path()).path());
+  tree.folder("Projekte");
+  tree.folder(".hidden");
+  tree.file("file");
+  refresh();
+  EXPECT_THAT(suggested(), testing::IsSupersetOf({"Daten", "Projekte"}));
+  EXPECT_THAT(suggested(), testing::Not(testing::Contains(testing::AnyOf(".hidden", "file"))));
+  afterChange([this] { model.addFolder(QString::fromStdString(tree.url("Daten").absoluteString())); });
+  EXPECT_THAT(folderNames(), testing::Contains("Daten"));
+  EXPECT_THAT(suggested(), testing::Contains("Projekte"));
+  EXPECT_THAT(suggested(), testing::Not(testing::Contains("Daten")));
 }
 
 class PrivacyModelTest : public WindowFixture {};
