@@ -79,7 +79,7 @@ CategoryPreferencesStore& CategoryPreferencesStore::shared() {
 }
 
 AppUninstallerEngine& AppUninstallerEngine::shared() {
-  static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()));
+  static AppUninstallerEngine engine(PathValidator::shared(), FileUrl(homeFolder()), systemApplications());
   return engine;
 }
 

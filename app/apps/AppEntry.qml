@@ -13,18 +13,26 @@ Item {
     required property double lastOpened
     required property bool isProtected
     required property string icon
+    required property string kindKey
+    required property bool isOrphan
+    required property string command
     property bool isFocused: false
     signal reviewAsked
+    signal copyAsked
 
     // Without one a single pixel comes.
     readonly property bool hasIcon: picture.status === Image.Ready && picture.implicitWidth > 1
-    readonly property string detail: Texts.joined([version, identifier], " · ")
-    readonly property string age: lastOpened > 0 ? Texts.age(lastOpened) : qsTr("apps.never_opened")
+    readonly property string kindText: isOrphan && kindKey === "apps.kind.desktopEntry"
+                                       ? qsTr("apps.program_gone") : kindKey === "" ? "" : qsTr(kindKey)
+    readonly property string detail: command !== "" ? Texts.joined([kindText, version, command], " · ")
+                                                    : Texts.joined([kindText, version, identifier], " · ")
+    readonly property string age: lastOpened > 0 ? Texts.age(lastOpened)
+                                                 : kindKey === "" ? qsTr("apps.never_opened") : ""
 
     height: 58
     Accessible.role: Accessible.ListItem
     Accessible.name: name
-    Accessible.description: Texts.joined([detail, age, isProtected ? qsTr("apps.protected") : ""], ", ")
+    Accessible.description: Texts.joined([detail, age, isProtected ? lock.text : ""], ", ")
     Accessible.onPressAction: if (!root.isProtected) root.reviewAsked()
 
     Rectangle {
@@ -106,7 +114,7 @@ Item {
         visible: root.isProtected
         width: visible ? implicitWidth : 0
         symbol: "lock"
-        text: qsTr("apps.protected")
+        text: root.command !== "" ? qsTr("apps.managed") : qsTr("apps.protected")
     }
 
     CaptionText {
@@ -115,7 +123,7 @@ Item {
         anchors.right: size.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(96, implicitWidth)
+        width: root.age === "" ? 0 : Math.max(96, implicitWidth)
         horizontalAlignment: Text.AlignRight
         text: root.age
         Accessible.ignored: true
@@ -139,12 +147,25 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 12
         height: parent.height
-        width: review.implicitWidth
+        width: Math.max(review.implicitWidth, copy.implicitWidth)
+
+        LinkButton {
+            id: copy
+
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.right: parent.right
+            visible: root.command !== ""
+            text: qsTr("apps.copy_command")
+            Accessible.name: text + ": " + root.name
+            Accessible.description: root.command
+            onClicked: root.copyAsked()
+        }
 
         LinkButton {
             id: review
 
             anchors.verticalCenter: parent.verticalCenter
+            anchors.right: parent.right
             visible: !root.isProtected
             enabled: root.bytes >= 0
             text: qsTr("apps.review")

@@ -7,7 +7,9 @@
 #include "core/base/text/CaselessSearch.h"
 #include "core/tasks/UninstallTask.h"
 
+#include <QClipboard>
 #include <QDebug>
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <exception>
@@ -101,8 +103,9 @@ int AppsModel::rowCount(const QModelIndex& parent) const {
 
 QHash<int, QByteArray> AppsModel::roleNames() const {
   return {
-      {NameRole, "name"},   {IdentifierRole, "identifier"}, {VersionRole, "version"},         {PathRole, "path"},
-      {BytesRole, "bytes"}, {LastOpenedRole, "lastOpened"}, {IsProtectedRole, "isProtected"}, {IconRole, "icon"},
+      {NameRole, "name"},       {IdentifierRole, "identifier"}, {VersionRole, "version"},         {PathRole, "path"},
+      {BytesRole, "bytes"},     {LastOpenedRole, "lastOpened"}, {IsProtectedRole, "isProtected"}, {IconRole, "icon"},
+      {KindKeyRole, "kindKey"}, {IsOrphanRole, "isOrphan"},     {CommandRole, "command"},
   };
 }
 
@@ -126,10 +129,21 @@ QVariant AppsModel::data(const QModelIndex& index, int role) const {
     case IsProtectedRole:
       return app.isSystemProtected;
     case IconRole:
+      if (app.system && !app.system->icon.empty()) return pictureSource(thumbnailProvider, FileUrl(app.system->icon));
       return pictureSource(applicationIconProvider, app.url);
+    case KindKeyRole:
+      return textFrom(app.system ? "apps.kind." + std::string(rawValue(app.system->kind)) : std::string());
+    case IsOrphanRole:
+      return app.system && app.system->isOrphan;
+    case CommandRole:
+      return textFrom(app.system ? app.system->removalCommand : std::string());
     default:
       return {};
   }
+}
+
+void AppsModel::copyCommand(int row) {
+  QGuiApplication::clipboard()->setText(data(index(row), CommandRole).toString());
 }
 
 // --- review

@@ -45,6 +45,9 @@ class AppsModel : public orvane::RunModel {
     LastOpenedRole,
     IsProtectedRole,
     IconRole,
+    KindKeyRole,
+    IsOrphanRole,
+    CommandRole,
   };
   enum Sort { Name, Size, LastUse };
   Q_ENUM(Sort)
@@ -84,6 +87,8 @@ class AppsModel : public orvane::RunModel {
   Q_INVOKABLE void list();
   // Does nothing for a protected application.
   Q_INVOKABLE void review(int row);
+  // Puts the command that removes a protected application on the clipboard.
+  Q_INVOKABLE void copyCommand(int row);
   Q_INVOKABLE void closeReview();
   Q_INVOKABLE void toggleLeftover(int index);
   Q_INVOKABLE void selectAllLeftovers(bool isSelected);

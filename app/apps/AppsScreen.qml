@@ -106,6 +106,10 @@ Page {
                 delegate: AppEntry {
                     width: list.width
                     isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
+                    onCopyAsked: {
+                        root.model.copyCommand(index);
+                        copied.show(qsTr("apps.copied"), "");
+                    }
                     onReviewAsked: {
                         list.currentIndex = index;
                         root.model.review(index);
@@ -127,6 +131,10 @@ Page {
                 onActed: root.model.searchText !== "" ? search.clear() : root.model.list()
             }
         }
+    }
+
+    Toast {
+        id: copied
     }
 
     UninstallSheet {

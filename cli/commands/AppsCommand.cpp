@@ -49,6 +49,32 @@ FileUrl appMeantBy(const std::string& text) {
       fmt::format("several applications are '{}': give the path of one ({})", escapedForDisplay(text), places));
 }
 
+std::string kindText(const InstalledApp& app) {
+  if (!app.system) return "bundle";
+  const auto& system = *app.system;
+  switch (system.kind) {
+    case SystemApplication::Kind::appImage:
+      return "AppImage";
+    case SystemApplication::Kind::flatpak:
+      return "Flatpak";
+    case SystemApplication::Kind::flatpakData:
+      return "left over from Flatpak";
+    case SystemApplication::Kind::desktopEntry:
+      return system.isOrphan ? "menu entry, program gone" : "menu entry";
+    case SystemApplication::Kind::versionedTool:
+      return "tool";
+    case SystemApplication::Kind::package:
+      return "package";
+  }
+  return {};
+}
+
+std::string protectionText(const InstalledApp& app) {
+  if (!app.isSystemProtected) return {};
+  if (!app.system || app.system->removalCommand.empty()) return "protected";
+  return "remove with: " + escapedForDisplay(app.system->removalCommand);
+}
+
 ExitStatus runList(Session& session, const Arguments& arguments) {
   const auto& services = TaskServices::shared();
   auto apps = installedApps(services, placesFromArguments(arguments.values("--directory")));
@@ -59,8 +85,14 @@ ExitStatus runList(Session& session, const Arguments& arguments) {
     session.out().line(jsonText(json));
     return ExitStatus::done;
   }
-  Table table(
-      {{"Name"}, {"Version"}, {"Size", Alignment::right}, {"Last opened"}, {"Identifier"}, {"Protection"}, {"Path"}});
+  Table table({{"Name"},
+               {"Version"},
+               {"Size", Alignment::right},
+               {"Last opened"},
+               {"Kind"},
+               {"Identifier"},
+               {"Protection"},
+               {"Path"}});
   std::int64_t bytes = 0;
   for (const auto& app : apps) {
     bytes = checkedAdd(bytes, app.appSize);
@@ -68,13 +100,20 @@ ExitStatus runList(Session& session, const Arguments& arguments) {
                   {escapedForDisplay(app.version.value_or(""))},
                   {app.formattedSize()},
                   {app.lastOpenedDate ? formatDateTime(*app.lastOpenedDate) : ""},
+                  {kindText(app)},
                   {escapedForDisplay(app.bundleIdentifier.value_or(""))},
-                  {app.isSystemProtected ? "protected" : "", Colour::yellow},
+                  {protectionText(app), Colour::yellow},
                   {shownPath(app.url)}});
   }
   if (!apps.empty()) table.print(session);
   session.out().line(fmt::format("{}, {}.", appCount(apps.size()), formatByteCount(bytes)));
   return ExitStatus::done;
+}
+
+std::string protectionNote(const InstalledApp& app) {
+  if (!app.isSystemProtected) return {};
+  if (!app.system || app.system->removalCommand.empty()) return " Part of the system: it cannot be uninstalled.";
+  return " Its package manager removes it: " + escapedForDisplay(app.system->removalCommand);
 }
 
 ExitStatus runLeftovers(Session& session, const Arguments& arguments) {
@@ -92,15 +131,14 @@ ExitStatus runLeftovers(Session& session, const Arguments& arguments) {
   }
   table.print(session);
   session.out().line(fmt::format("{}: {} and {}.{}", escapedForDisplay(bundle.app.name), bundle.app.formattedSize(),
-                                 leftoversText(leftovers),
-                                 bundle.app.isSystemProtected ? " Part of the system: it cannot be uninstalled." : ""));
+                                 leftoversText(leftovers), protectionNote(bundle.app)));
   return ExitStatus::done;
 }
 
 void printProposal(Session& session, const Proposal& proposal) {
   Table table({{"Size", Alignment::right}, {"What"}, {"Item"}});
   proposal.forEach([&](std::size_t index, const ProposedRow& row) {
-    const auto* const kept = row.choice == Choice::selected ? "leftover" : "leftover, stays";
+    const auto* const kept = row.choice == Choice::selected ? "goes with it" : "leftover, stays";
     table.addRow({{row.item.formattedSize()}, {index == 0 ? "application" : kept}, {shownPath(row.item.url())}});
   });
   table.print(session);
@@ -144,7 +182,10 @@ constexpr CommandSpec appsListCommand{
     .summary = "List the installed applications",
     .details =
         "Lists the applications in /Applications and ~/Applications with their whole sizes, and tells which are "
-        "part of the system and cannot be uninstalled. \"Last opened\" is when the executable was last read.",
+        "part of the system and cannot be uninstalled. \"Last opened\" is when the executable was last read.\n\n"
+        "Where no folder is named, AppImages, Flatpaks, your own menu entries, what is left over of Flatpaks and "
+        "packages with a menu entry are listed too. Flatpaks and packages belong to their package manager: the list "
+        "shows the command that removes them.",
     .arguments = {},
     .options = listOptions,
     .run = runList,
@@ -155,7 +196,8 @@ constexpr CommandSpec appsLeftoversCommand{
     .summary = "Show what an application keeps in the Library",
     .details =
         "Shows the application and what it left in ~/Library: what is named by its bundle identifier, and "
-        "folders named like the application where no other application can mean the same name.",
+        "folders named like the application where no other application can mean the same name. Of an AppImage, a "
+        "menu entry or a tool: the folders named exactly by its identifier.",
     .arguments = appArgument,
     .options = {},
     .run = runLeftovers,
@@ -168,7 +210,8 @@ constexpr CommandSpec appsUninstallCommand{
         "Moves the application, and with --all-leftovers everything that 'orvanectl apps leftovers' shows, to the "
         "Trash as one run that 'orvanectl restore' brings back. The leftovers stay when the application cannot be "
         "moved.\n\n"
-        "Applications of the system are refused. With --json, \"runId\" is null when nothing was moved.",
+        "An AppImage takes its menu entry with it. Applications of the system and of package managers are refused. "
+        "With --json, \"runId\" is null when nothing was moved.",
     .arguments = appArgument,
     .options = uninstallOptions,
     .run = runUninstall,

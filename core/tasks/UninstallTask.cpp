@@ -58,6 +58,33 @@ FileItem withIdentity(const FileItem& leftover) {
   return FileItem(std::move(fields));
 }
 
+// What always goes with the application: it is of no use without it.
+std::vector<FileItem> partsOf(const InstalledApp& app) {
+  std::vector<FileItem> result;
+  if (!app.system) return result;
+  for (const auto& place : app.system->parts) {
+    InstalledApp part;
+    part.url = FileUrl(place);
+    const auto status = readFileStatus(AT_FDCWD, place.c_str());
+    if (!status) continue;
+    part.appSize = status->size;
+    result.push_back(appItem(part, ItemIdentity::of(*status)));
+  }
+  return result;
+}
+
+// Where everything of the application lies.
+std::vector<FileUrl> foldersOf(const TaskServices& services, const AppUninstallBundle& bundle) {
+  std::vector<FileUrl> result{bundle.app.url.deletingLastPathComponent()};
+  if (!bundle.app.system) {
+    result.push_back(services.home.appendingPathComponent(libraryFolder));
+    return result;
+  }
+  for (const auto& part : bundle.app.system->parts) result.push_back(FileUrl(part).deletingLastPathComponent());
+  for (const auto& leftover : bundle.leftovers) result.push_back(leftover.url().deletingLastPathComponent());
+  return result;
+}
+
 Json subjectOf(const UninstallWish& wish) {
   Json subject = Json::object();
   subject["app"] = jsonFromUrl(wish.app);
@@ -71,9 +98,7 @@ Proposal propose(const TaskServices& services, const UninstallWish& wish, std::s
   const auto bundle = bundleAt(services, wish.app);
   services.uninstaller.requireUninstallable(bundle.app);
 
-  ProposalBuilder builder(
-      TaskKind::uninstall,
-      Boundary({wish.app.deletingLastPathComponent(), services.home.appendingPathComponent(libraryFolder)}), wish.now);
+  ProposalBuilder builder(TaskKind::uninstall, Boundary(foldersOf(services, bundle)), wish.now);
   builder.setSubject(subjectOf(wish));
   if (refusal.empty()) {
     auto places = services.keepList.places();
@@ -83,6 +108,7 @@ Proposal propose(const TaskServices& services, const UninstallWish& wish, std::s
   const auto group = builder.addGroup({.name = bundle.app.name, .refusal = std::move(refusal)});
   builder.add(appItem(bundle.app, identity),
               {isRefused ? Choice::locked : Choice::selected, isRefused ? Lock::refused : Lock::none, group});
+  for (const auto& part : partsOf(bundle.app)) builder.add(part, {Choice::selected});
   const auto choice = wish.leftovers == Leftovers::take ? Choice::selected : Choice::unselected;
   RowsLeftAside aside;
   KeptRows kept(services);

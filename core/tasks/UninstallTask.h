@@ -43,9 +43,9 @@ struct UninstallWish {
   Date now = ReferenceClock::now();
 };
 
-// Proposes to move the application, which is the first row and alone in a group with its name, and what it left behind,
-// which is in no group. Leftovers that stay are counted in a notice, and never go without their application. Throws
-// UninstallError for an application of the system and for what is none.
+// Proposes to move the application, which is the first row and alone in a group with its name; the entries in menus
+// that start it; and what it left behind. These are in no group. Leftovers that stay are counted in a notice, and never
+// go without their application. Throws UninstallError for an application of the system and for what is none.
 [[nodiscard]] Proposal proposeUninstall(const TaskServices& services, const UninstallWish& wish);
 // From the subject of a proposal. An application that is in none of the usual folders and outside the boundary is
 // refused. Throws JsonError, UninstallError.

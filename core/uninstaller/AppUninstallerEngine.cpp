@@ -77,6 +77,32 @@ std::vector<Candidate> candidatesUnder(const FileUrl& library, const std::option
   return result;
 }
 
+InstalledApp appFrom(SystemApplication found) {
+  InstalledApp app;
+  app.name = found.name;
+  if (!found.identifier.empty()) app.bundleIdentifier = found.identifier;
+  if (!found.version.empty()) app.version = found.version;
+  app.url = FileUrl(found.place);
+  app.appSize = found.bytes.value_or(0);
+  if (found.kind == SystemApplication::Kind::appImage) {
+    if (const auto status = readFileStatus(AT_FDCWD, found.place.c_str())) app.lastOpenedDate = status->accessed.date();
+  }
+  app.isSystemProtected = found.isProtected;
+  app.system = std::make_shared<const SystemApplication>(std::move(found));
+  return app;
+}
+
+FileItem leftoverItem(const FileUrl& place, std::int64_t size, Date now) {
+  FileItem::Fields fields;
+  fields.url = place;
+  fields.fileSize = size;
+  fields.createdDate = now;
+  fields.lastModifiedDate = now;
+  fields.category = ScanCategory::appLeftovers;
+  fields.riskLabel = RiskLabel::review;
+  return FileItem(std::move(fields));
+}
+
 // The request to move what stands at a place now.
 MoveRequest requestFor(const FileUrl& place, std::int64_t size) {
   MoveRequest request;
@@ -102,8 +128,9 @@ MoveOutcome outcomeOfLeft(const MoveRequest& leftover, MoveResult appResult) {
 
 }  // namespace
 
-AppUninstallerEngine::AppUninstallerEngine(const PathValidator& validator, FileUrl homeFolder)
-    : m_validator(validator), m_homeFolder(std::move(homeFolder)) {}
+AppUninstallerEngine::AppUninstallerEngine(const PathValidator& validator, FileUrl homeFolder,
+                                           const SystemApplications& system)
+    : m_validator(validator), m_homeFolder(std::move(homeFolder)), m_system(system) {}
 
 std::vector<FileUrl> AppUninstallerEngine::directoriesOrDefault(const Directories& directories) const {
   if (directories) return *directories;
@@ -159,6 +186,10 @@ std::vector<InstalledApp> AppUninstallerEngine::findInstalledApps(const Director
     if (stop.stop_requested()) return {};
     apps.push_back(inspectAppBundle(bundle));
   }
+  if (!searchDirectories) {
+    auto others = systemApps(stop);
+    std::move(others.begin(), others.end(), std::back_inserter(apps));
+  }
   std::stable_sort(apps.begin(), apps.end(), [](const InstalledApp& left, const InstalledApp& right) {
     return compareForDisplay(left.name, right.name) < 0;
   });
@@ -173,15 +204,56 @@ std::vector<std::int64_t> AppUninstallerEngine::measureApps(std::span<const Inst
   for (const auto& app : apps) bundles.push_back(app.url);
   auto sizes = contentSizes(bundles, stop);
   if (stop.stop_requested()) sizes.clear();
+  for (std::size_t at = 0; at < sizes.size(); ++at) {
+    // A package lies in many places.
+    if (apps[at].system && apps[at].system->bytes) sizes[at] = *apps[at].system->bytes;
+  }
   return sizes;
 }
 
 InstalledApp AppUninstallerEngine::appAt(const FileUrl& url) {
   const std::lock_guard lock(m_mutex);
-  if (!isAppBundle(url)) throw UninstallError(UninstallError::NotAnApplication{url});
+  if (!isAppBundle(url)) {
+    auto app = systemAppAt(url);
+    if (!app) throw UninstallError(UninstallError::NotAnApplication{url});
+    if (!app->system->bytes) app->appSize = calculateSize(url);
+    return *std::move(app);
+  }
   auto app = inspectAppBundle(url);
   app.appSize = calculateSize(url);
   return app;
+}
+
+std::vector<InstalledApp> AppUninstallerEngine::systemApps(const std::stop_token& stop) const {
+  std::vector<InstalledApp> result;
+  for (auto& found : m_system.list(stop)) {
+    // What an application calls itself may look like a bundle of the given rules.
+    if (!isAppBundle(FileUrl(found.place))) result.push_back(appFrom(std::move(found)));
+  }
+  return result;
+}
+
+std::optional<InstalledApp> AppUninstallerEngine::systemAppAt(const FileUrl& url) const {
+  const auto place = canonicalPath(url.path());
+  for (auto& app : systemApps({})) {
+    if (canonicalPath(app.url.path()) == place) return std::move(app);
+  }
+  return std::nullopt;
+}
+
+AppUninstallBundle AppUninstallerEngine::systemLeftovers(const InstalledApp& app) const {
+  AppUninstallBundle bundle;
+  bundle.app = app;
+  const auto now = ReferenceClock::now();
+  for (const auto& place : app.system->leftovers) {
+    const FileUrl url(place);
+    if (isSharedFolderName(url.lastPathComponent()) || !readFileStatus(AT_FDCWD, place.c_str())) continue;
+    // Of what Orvane does not remove, nothing moves: it is only told where its files are.
+    const bool isTold =
+        app.isSystemProtected || m_validator.isPathAllowed(url, Boundary({url.deletingLastPathComponent()}));
+    if (isTold) bundle.leftovers.push_back(leftoverItem(url, calculateSize(url), now));
+  }
+  return bundle;
 }
 
 bool AppUninstallerEngine::isOwnName(const InstalledApp& app, const Directories& searchDirectories) const {
@@ -204,6 +276,7 @@ AppUninstallBundle AppUninstallerEngine::findLeftovers(const InstalledApp& app,
                                                        const std::optional<FileUrl>& libraryRoot,
                                                        const Directories& searchDirectories) {
   const std::lock_guard lock(m_mutex);
+  if (app.system) return systemLeftovers(app);
   const auto library = libraryOrDefault(libraryRoot);
   const Boundary roots({library});
   auto identifier = app.bundleIdentifier;
@@ -220,14 +293,7 @@ AppUninstallBundle AppUninstallerEngine::findLeftovers(const InstalledApp& app,
     if (candidate.named == Candidate::Named::byDisplayName && status->type != FileType::directory) continue;
     // Both names can mean one folder where the file system ignores case.
     if (!seen.emplace(status->device, status->inode).second) continue;
-    FileItem::Fields fields;
-    fields.url = candidate.url;
-    fields.fileSize = calculateSize(candidate.url);
-    fields.createdDate = now;
-    fields.lastModifiedDate = now;
-    fields.category = ScanCategory::appLeftovers;
-    fields.riskLabel = RiskLabel::review;
-    bundle.leftovers.emplace_back(std::move(fields));
+    bundle.leftovers.push_back(leftoverItem(candidate.url, calculateSize(candidate.url), now));
   }
   return bundle;
 }
@@ -235,7 +301,14 @@ AppUninstallBundle AppUninstallerEngine::findLeftovers(const InstalledApp& app,
 void AppUninstallerEngine::requireUninstallable(const InstalledApp& app) {
   const std::lock_guard lock(m_mutex);
   // The caller's record may be old or made up: the bundle on the disk decides too.
-  if (!isAppBundle(app.url)) throw UninstallError(UninstallError::NotAnApplication{app.url});
+  if (!isAppBundle(app.url)) {
+    const auto found = systemAppAt(app.url);
+    if (!found) throw UninstallError(UninstallError::NotAnApplication{app.url});
+    if (!found->isSystemProtected) return;
+    const auto& command = found->system->removalCommand;
+    if (!command.empty()) throw UninstallError(UninstallError::ManagedApplication{found->name, command});
+    throw UninstallError(UninstallError::ProtectedApplication{found->name, app.url});
+  }
   if (app.isSystemProtected || isAppProtected(app.url.path(), app.bundleIdentifier) ||
       inspectAppBundle(app.url).isSystemProtected) {
     throw UninstallError(UninstallError::ProtectedApplication{app.name, app.url});

@@ -2,6 +2,7 @@
 
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Uuid.h"
+#include "core/platform/SystemApplications.h"
 #include "core/safety/run/CleanupRun.h"
 #include "core/uninstaller/records/AppUninstallBundle.h"
 #include "core/uninstaller/records/InstalledApp.h"
@@ -32,12 +33,14 @@ struct UninstallResult {
 // Lists the installed applications, finds what they leave in the user's Library, and moves both to the Trash.
 class AppUninstallerEngine {
  public:
-  AppUninstallerEngine(const PathValidator& validator, FileUrl homeFolder);
+  // `system` must outlive the engine.
+  AppUninstallerEngine(const PathValidator& validator, FileUrl homeFolder,
+                       const SystemApplications& system = SystemApplications::none());
   static AppUninstallerEngine& shared();
 
-  // The bundles that lie directly in the folders ("/Applications" and the user's own "Applications" when absent), by
-  // name as the user's language sorts, ignoring case. Passes over missing and unreadable ones. Empty once a stop
-  // is requested.
+  // The bundles that lie directly in the folders ("/Applications" and the user's own "Applications" when absent, and
+  // then the programs that the system installs in ways of its own), by name as the user's language sorts, ignoring
+  // case. Passes over missing and unreadable ones. Empty once a stop is requested.
   [[nodiscard]] std::vector<InstalledApp> listInstalledApps(
       const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt, const std::stop_token& stop = {});
   // Its two halves: the same without sizes, all 0, and the sizes of what was found, in its order, which take the
@@ -49,9 +52,10 @@ class AppUninstallerEngine {
   // One application, wherever it is. Throws UninstallError when there is none.
   [[nodiscard]] InstalledApp appAt(const FileUrl& url);
 
-  // The application's leftovers under `libraryRoot` (the user's Library when absent): items named by its identifier,
+  // A bundle's leftovers under `libraryRoot` (the user's Library when absent): items named by its identifier,
   // and folders named by its display name where no other application can mean the same name. Other applications are
-  // those of `searchDirectories`, as for the list, and of the application's own folder. Nothing is selected.
+  // those of `searchDirectories`, as for the list, and of the application's own folder. Of one that is no bundle: what
+  // the system names. Nothing is selected.
   [[nodiscard]] AppUninstallBundle findLeftovers(
       const InstalledApp& app, const std::optional<FileUrl>& libraryRoot = std::nullopt,
       const std::optional<std::vector<FileUrl>>& searchDirectories = std::nullopt);
@@ -75,6 +79,10 @@ class AppUninstallerEngine {
   using Directories = std::optional<std::vector<FileUrl>>;
 
   [[nodiscard]] std::vector<FileUrl> directoriesOrDefault(const Directories& directories) const;
+  [[nodiscard]] std::vector<InstalledApp> systemApps(const std::stop_token& stop) const;
+  // What stands there that is no bundle.
+  [[nodiscard]] std::optional<InstalledApp> systemAppAt(const FileUrl& url) const;
+  [[nodiscard]] AppUninstallBundle systemLeftovers(const InstalledApp& app) const;
   [[nodiscard]] FileUrl libraryOrDefault(const std::optional<FileUrl>& libraryRoot) const;
   // Without the size.
   [[nodiscard]] static InstalledApp inspectAppBundle(const FileUrl& url);
@@ -85,6 +93,7 @@ class AppUninstallerEngine {
 
   const PathValidator& m_validator;
   FileUrl m_homeFolder;
+  const SystemApplications& m_system;
   std::mutex m_mutex;
 };
 

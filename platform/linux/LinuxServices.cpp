@@ -7,6 +7,7 @@
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/CurlUrlReader.h"
 #include "platform/linux/LibSecretStore.h"
+#include "platform/linux/LinuxApplications.h"
 #include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/LinuxFileStatusReader.h"
@@ -98,6 +99,11 @@ TopicModel& systemTopicModel() {
 Trash& systemTrash() {
   static LinuxTrash trash(LinuxTrash::defaultHomeTrash());
   return trash;
+}
+
+const SystemApplications& systemApplications() {
+  static const LinuxApplications applications(LinuxApplications::placesFromEnvironment());
+  return applications;
 }
 
 const SystemProfile& systemProfile() {

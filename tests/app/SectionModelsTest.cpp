@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 namespace orvane::test {
 namespace {
 
@@ -204,6 +207,34 @@ TEST_F(SectionModelsTest, anApplicationThatIsReplacedUnderReviewStays) {
   std::filesystem::remove_all(tree.path("Applications/Paint.app"));
   model.review(0);
   EXPECT_TRUE(becomesTrue([&] { return !model.isReviewing() && !model.isListing() && model.rowCount() == 0; }));
+}
+
+TEST_F(SectionModelsTest, tellsApplicationsOfOtherKindsAndTheCommandOfTheirManager) {
+  tree.file("Applications/Draw.AppImage", std::string("\x7f"
+                                                      "ELF\x02\x01\x01\0",
+                                                      8) +
+                                              "AI\x02rest");
+  tree.file(".local/share/flatpak/app/org.example.Paint/current/active/metadata", "[Application]\n");
+  AppsModel model(services());
+  model.list();
+  ASSERT_TRUE(becomesTrue([&] { return model.hasListed(); }));
+  ASSERT_EQ(model.rowCount(), 2);
+  const auto value = [&](int row, int role) { return model.data(model.index(row), role).toString(); };
+  EXPECT_EQ(value(0, AppsModel::NameRole), "Draw");
+  EXPECT_EQ(value(0, AppsModel::KindKeyRole), "apps.kind.appImage");
+  EXPECT_EQ(value(0, AppsModel::CommandRole), "");
+  EXPECT_EQ(value(1, AppsModel::CommandRole), "flatpak uninstall --user org.example.Paint");
+  EXPECT_TRUE(model.data(model.index(1), AppsModel::IsProtectedRole).toBool());
+  model.copyCommand(1);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), value(1, AppsModel::CommandRole));
+  model.review(1);
+  EXPECT_FALSE(model.isReviewing());
+
+  model.review(0);
+  ASSERT_TRUE(becomesTrue([&] { return model.isReviewing() && !model.isFindingLeftovers(); }));
+  model.uninstall();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(tree.path("Applications/Draw.AppImage")));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "app/shell/TableTranslator.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/organizer/records/CloudProvider.h"
+#include "core/platform/SystemApplications.h"
 #include "core/safety/records/ManagedFolderType.h"
 #include "core/scanning/records/ScanCategory.h"
 #include "tests/app/WindowFixture.h"
@@ -68,6 +69,10 @@ TEST(Texts, areThereForEveryKeyThatTheModelsName) {
       EXPECT_TRUE(keys.contains(prefix + std::string(rawValue(category)))) << rawValue(category);
     }
   }
+  for (int kind = 0; kind <= static_cast<int>(SystemApplication::Kind::package); ++kind) {
+    const std::string name(rawValue(static_cast<SystemApplication::Kind>(kind)));
+    EXPECT_TRUE(keys.contains("apps.kind." + name)) << name;
+  }
   for (const auto* unit : {"KB", "MB", "GB", "TB", "PB", "EB"}) {
     EXPECT_TRUE(keys.contains(std::string("unit.") + unit)) << unit;
   }
@@ -77,8 +82,8 @@ TEST(Texts, areThereForEveryKeyThatTheModelsName) {
 TEST(Texts, areShownSomewhere) {
   // Of the given set, with no place in the window's layout.
   const std::set<std::string> unshown{"action.clean", "dashboard.disk_usage"};
-  // The first part of keys that end in the name of a category, a risk or a unit.
-  const std::array<std::string_view, 4> composed{"category.", "reason.", "risk.", "unit."};
+  // The first part of keys that end in the name of a category, a risk, a unit or a kind of application.
+  const std::array<std::string_view, 5> composed{"category.", "reason.", "risk.", "unit.", "apps.kind."};
   const std::regex quoted(R"re("([a-z]+\.[a-zA-Z_.]+)")re");
   auto named = mentioned("app", ".cpp", quoted);
   named.merge(mentioned("app", ".h", quoted));

@@ -148,5 +148,47 @@ TEST_F(AppsCommand, anApplicationThatIsReplacedMeanwhileStays) {
   EXPECT_TRUE(exists(home.path("Library/Caches/org.example.subject/cache")));
 }
 
+TEST_F(AppsCommand, uninstallsAnAppImageWithItsEntryAndBringsBothBack) {
+  const auto file = home.file("Applications/Draw.AppImage", std::string("\x7f"
+                                                                        "ELF\x02\x01\x01\0",
+                                                                        8) +
+                                                                "AI\x02rest");
+  home.file(".local/share/applications/org.example.Draw.desktop",
+            "[Desktop Entry]\nType=Application\nName=Draw\nExec=" + file + " %U\n");
+  home.file(".cache/org.example.Draw/shaders", "123");
+  home.file(".cache/Draw/of somebody else", "1");
+  const auto app = listed("Draw");
+  EXPECT_EQ(app["kind"], "appImage");
+  EXPECT_EQ(app["isSystemProtected"], false);
+  const auto bundle = json({"apps", "leftovers", "Draw"});
+  ASSERT_EQ(bundle["leftovers"].size(), 1);
+  EXPECT_EQ(bundle["leftovers"][0]["url"], home.url(".cache/org.example.Draw").absoluteString());
+  EXPECT_EQ(bundle["leftovers"][0]["category"], "appLeftovers");
+
+  EXPECT_EQ(json({"apps", "uninstall", "org.example.Draw", "--yes"})["itemsProcessed"], 2);
+  EXPECT_FALSE(exists(file) || exists(home.path(".local/share/applications/org.example.Draw.desktop")));
+  EXPECT_TRUE(exists(home.path(".cache/org.example.Draw/shaders"))) << "leftovers stay unless they are asked for";
+  EXPECT_EQ(json({"restore", "--last", "--yes"})["restoredCount"], 2);
+  EXPECT_TRUE(exists(file));
+
+  EXPECT_EQ(json({"apps", "uninstall", "Draw", "--all-leftovers", "--yes"})["itemsProcessed"], 3);
+  EXPECT_FALSE(exists(home.path(".cache/org.example.Draw")));
+  EXPECT_TRUE(exists(home.path(".cache/Draw/of somebody else")));
+}
+
+TEST_F(AppsCommand, leavesFlatpaksToFlatpak) {
+  home.file(".local/share/flatpak/app/org.example.Paint/current/active/metadata", "[Application]\n");
+  home.file(".var/app/org.example.Gone/cache/a", "12");
+  EXPECT_EQ(listed("org.example.Paint")["removalCommand"], "flatpak uninstall --user org.example.Paint");
+  const auto refused = run({"apps", "uninstall", "org.example.Paint", "--yes"});
+  EXPECT_EQ(refused.exitStatus, 1);
+  EXPECT_THAT(refused.errors, HasSubstr("which removes it: flatpak uninstall --user org.example.Paint"));
+  EXPECT_TRUE(exists(home.path(".local/share/flatpak/app/org.example.Paint/current/active/metadata")));
+
+  EXPECT_EQ(listed("org.example.Gone")["kind"], "flatpakData");
+  EXPECT_EQ(json({"apps", "uninstall", "org.example.Gone", "--yes"})["itemsProcessed"], 1);
+  EXPECT_TRUE(exists(trashed("org.example.Gone/cache/a")));
+}
+
 }  // namespace
 }  // namespace orvane::test

@@ -15,6 +15,7 @@
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
+#include "platform/linux/LinuxApplications.h"
 #include "platform/linux/LinuxFolderGrants.h"
 #include "platform/linux/LinuxPreferences.h"
 #include "tests/support/SafetyFixture.h"
@@ -116,7 +117,8 @@ class TaskFixture : public SafetyFixture {
   TopicCategorizerFactory topics{topicModel};
   FolderOrganizerEngine organizer{learned, mover, validator};
   AutoOrganizeSettingsStore tidySettings{preferences};
-  AppUninstallerEngine uninstaller{validator, FileUrl(tree.path())};
+  LinuxApplications applications{{XdgFolders::below(tree.path()), tree.path("Downloads"), tree.path("system")}};
+  AppUninstallerEngine uninstaller{validator, FileUrl(tree.path()), applications};
   NoSecrets secrets;
   KeychainService keychain{secrets};
   NoNetwork network;

@@ -19,6 +19,11 @@ Json InstalledApp::toJson() const {
   json["appSize"] = appSize;
   if (lastOpenedDate) json["lastOpenedDate"] = jsonFromDate(*lastOpenedDate);
   json["isSystemProtected"] = isSystemProtected;
+  if (system) {
+    json["kind"] = rawValue(system->kind);
+    json["isOrphan"] = system->isOrphan;
+    if (!system->removalCommand.empty()) json["removalCommand"] = system->removalCommand;
+  }
   return json;
 }
 

@@ -18,13 +18,22 @@ struct UninstallErrorCases {
     }
     bool operator==(const ProtectedApplication&) const = default;
   };
-  // Nothing there, or no ".app" bundle.
+  // The package manager's, which alone removes it.
+  struct ManagedApplication {
+    std::string name;
+    std::string command;
+    [[nodiscard]] std::string description() const {
+      return "'" + name + "' belongs to a package manager, which removes it: " + command;
+    }
+    bool operator==(const ManagedApplication&) const = default;
+  };
+  // Nothing there, or no application.
   struct NotAnApplication {
     FileUrl url;
     [[nodiscard]] std::string description() const { return "There is no application at '" + url.path() + "'."; }
     bool operator==(const NotAnApplication&) const = default;
   };
-  using Case = std::variant<ProtectedApplication, NotAnApplication>;
+  using Case = std::variant<ProtectedApplication, ManagedApplication, NotAnApplication>;
 };
 
 // An application is not uninstalled. Nothing has moved.
