@@ -92,6 +92,7 @@ set(ORVANE_QML_FILES
   overview/OverviewScreen.qml
   privacy/PrivacyScreen.qml
   overview/ReclaimableCard.qml
+  overview/TrashCard.qml
   rules/RuleEditorSheet.qml
   rules/RuleEntry.qml
   rules/RulePreviewSheet.qml

@@ -19,6 +19,7 @@ class SystemApplications;
 class SystemProfile;
 class TopicModel;
 class Trash;
+class TrashUsage;
 class Volume;
 struct SystemReport;
 
@@ -39,6 +40,7 @@ struct SystemReport;
 [[nodiscard]] const SystemProfile& systemProfile();
 [[nodiscard]] TopicModel& systemTopicModel();
 [[nodiscard]] Trash& systemTrash();
+[[nodiscard]] const TrashUsage& systemTrashUsage();
 [[nodiscard]] Volume& systemVolume();
 
 // The file whose change tells of new preferences.

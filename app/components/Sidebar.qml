@@ -11,6 +11,7 @@ FocusScope {
     required property AppState appState
     required property NavigationModel navigation
     required property LanguageModel languages
+    required property OverviewModel overview
 
     readonly property bool isCompact: height < 690
 
@@ -139,6 +140,19 @@ FocusScope {
                     onObjectRemoved: (index, object) => languageMenu.removeItem(object as Item)
                 }
             }
+        }
+
+        SidebarItem {
+            x: -8
+            width: parent.width + 16
+            visible: root.overview.trashCount > 0
+            text: qsTr("dashboard.in_trash")
+            figure: Texts.roughBytes(root.overview.trashBytes, 2)
+            symbol: "trash"
+            activeFocusOnTab: true
+            Accessible.role: Accessible.Button
+            Accessible.name: qsTr("action.open_trash")
+            onClicked: root.appState.openTrash()
         }
 
         Item {

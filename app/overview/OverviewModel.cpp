@@ -71,8 +71,27 @@ OverviewModel::OverviewModel(WindowServices services, Collaborators collaborator
   connect(&m_with.feed, &JournalFeed::loaded, this, [this] {
     m_with.state.setLifetimeReclaimed(m_with.feed.contents().lifetimeReclaimedBytes);
     Q_EMIT runsChanged();
+    reloadTrash();
   });
   reloadSchedule();
+}
+
+void OverviewModel::reloadTrash() {
+  if (m_isReadingTrash) return;
+  m_isReadingTrash = true;
+  m_trashQueue.post([this, stop = m_stop.get_token()](const std::stop_token&) {
+    const auto trash = m_services.trashUsage.read(stop);
+    callOn(this, [this, trash] {
+      m_isReadingTrash = false;
+      if (m_trash == trash) return;
+      m_trash = trash;
+      Q_EMIT trashChanged();
+    });
+  });
+}
+
+double OverviewModel::trashOldest() const {
+  return milliseconds(m_trash.oldest);
 }
 
 OverviewModel::~OverviewModel() {

@@ -3,6 +3,7 @@
 #include "app/common/BackgroundQueue.h"
 #include "app/overview/OverviewAreas.h"
 #include "app/shell/WindowServices.h"
+#include "core/platform/TrashUsage.h"
 #include "core/rules/records/ScheduleSettings.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -32,6 +33,10 @@ class OverviewModel : public QObject {
   Q_PROPERTY(QVariantList recentRuns READ recentRuns NOTIFY runsChanged)
   Q_PROPERTY(int runCount READ runCount NOTIFY runsChanged)
   Q_PROPERTY(double firstRunDate READ firstRunDate NOTIFY runsChanged)
+  // What lies in the Trash; the moment is 0 where nothing tells it.
+  Q_PROPERTY(double trashCount READ trashCount NOTIFY trashChanged)
+  Q_PROPERTY(double trashBytes READ trashBytes NOTIFY trashChanged)
+  Q_PROPERTY(double trashOldest READ trashOldest NOTIFY trashChanged)
   Q_PROPERTY(double nextScheduledRun READ nextScheduledRun NOTIFY scheduleChanged)
   Q_PROPERTY(int enabledRules READ enabledRules NOTIFY scheduleChanged)
   Q_PROPERTY(QString scheduleFrequencyKey READ scheduleFrequencyKey NOTIFY scheduleChanged)
@@ -51,6 +56,9 @@ class OverviewModel : public QObject {
   [[nodiscard]] QVariantList recentRuns() const;
   [[nodiscard]] int runCount() const;
   [[nodiscard]] double firstRunDate() const;
+  [[nodiscard]] double trashCount() const noexcept { return static_cast<double>(m_trash.count); }
+  [[nodiscard]] double trashBytes() const noexcept { return static_cast<double>(m_trash.bytes); }
+  [[nodiscard]] double trashOldest() const;
   // 0 where no date is set: runs are off, or wait for the disk to fill.
   [[nodiscard]] double nextScheduledRun() const;
   [[nodiscard]] int enabledRules() const noexcept { return m_enabledRules; }
@@ -58,6 +66,8 @@ class OverviewModel : public QObject {
   // Of "frequency.low_space", in units of 2 to the power 30 bytes.
   [[nodiscard]] int scheduleThresholdGB() const;
 
+  // Other programs fill and empty the Trash too.
+  Q_INVOKABLE void reloadTrash();
   Q_INVOKABLE void undo(const QString& runId);
   // Goes to the cleanup, which shows that area only.
   Q_INVOKABLE void showArea(const QString& category, const QString& folder);
@@ -68,6 +78,7 @@ class OverviewModel : public QObject {
  Q_SIGNALS:
   void areasChanged();
   void runsChanged();
+  void trashChanged();
   void scheduleChanged();
 
  private:
@@ -80,6 +91,9 @@ class OverviewModel : public QObject {
   QTimer m_timer;
   bool m_isSummarizing = false;
   std::stop_source m_stop;
+  TrashUsage::Totals m_trash;
+  bool m_isReadingTrash = false;
+  BackgroundQueue m_trashQueue;
   ScheduleSettings m_schedule;
   int m_enabledRules = 0;
   BackgroundQueue m_queue;

@@ -41,6 +41,8 @@ Page {
         }
     ]
 
+    Component.onCompleted: model.reloadTrash()
+
     ScrollColumn {
         ProgressStrip {
             Layout.fillWidth: true
@@ -99,6 +101,13 @@ Page {
                         + qsTr(root.model.scheduleFrequencyKey)
                       : qsTr("dashboard.not_scheduled_note")
             }
+        }
+
+        TrashCard {
+            Layout.fillWidth: true
+            visible: root.model.trashCount > 0
+            appState: root.appState
+            model: root.model
         }
 
         ReclaimableCard {

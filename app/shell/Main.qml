@@ -86,6 +86,9 @@ ApplicationWindow {
         value: window.appState.reducedMotion
     }
 
+    // Back from the program that shows the Trash.
+    onActiveChanged: if (active) overview.reloadTrash()
+
     Connections {
         target: window.appState
 
@@ -120,6 +123,7 @@ ApplicationWindow {
         appState: window.appState
         navigation: window.navigation
         languages: window.languages
+        overview: window.overview
     }
 
     Loader {

@@ -16,6 +16,7 @@ WindowServices systemWindowServices() {
       .volume = systemVolume(),
       .desktop = systemDesktop(),
       .scheduleSettings = [] { return ScheduleCoordinator::shared().getSettings(); },
+      .trashUsage = systemTrashUsage(),
   };
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/platform/TrashUsage.h"
 #include "core/tasks/TaskServices.h"
 
 #include <functional>
@@ -23,6 +24,7 @@ struct WindowServices {
   const Volume& volume;
   Desktop& desktop;
   std::function<ScheduleSettings()> scheduleSettings;
+  const TrashUsage& trashUsage = TrashUsage::none();
 };
 
 // The program's own.

@@ -4,7 +4,10 @@
 #include "cli/frame/Session.h"
 #include "cli/text/Table.h"
 #include "core/base/files/HomeFolder.h"
+#include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
+#include "core/base/values/Calendar.h"
+#include "core/platform/TrashUsage.h"
 #include "core/platform/Volume.h"
 #include "core/scanning/records/StorageSummary.h"
 #include "core/tasks/History.h"
@@ -13,10 +16,23 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <stdexcept>
+#include <string>
 
 namespace orvane::cli {
 namespace {
+
+std::string trashText(const TrashUsage::Totals& trash) {
+  if (trash.count == 0) return "The Trash is empty.";
+  auto text = fmt::format("In the Trash: {}", itemsText({trash.count, trash.bytes}));
+  if (trash.oldest) {
+    const auto days = std::max<std::int64_t>(0, wholeDaysBetween(*trash.oldest, ReferenceClock::now()));
+    text += fmt::format(", the oldest for {} {}", formatCount(days), days == 1 ? "day" : "days");
+  }
+  return text + ". Only emptying it frees the space, which Orvane never does.";
+}
 
 ExitStatus run(Session& session, const Arguments&) {
   const FileUrl home(homeFolder());
@@ -38,6 +54,7 @@ ExitStatus run(Session& session, const Arguments&) {
   table.addRow({{"Available"}, {summary.formattedFree()}});
   table.print(session);
   session.out().line("");
+  session.out().line(trashText(systemTrashUsage().read(session.stop())));
   session.out().line(
       fmt::format("Moved to the Trash so far: {}. The disk is {:.0f}% full; 'orvanectl scan' shows what can go.",
                   summary.formattedLifetimeReclaimed(), 100 * summary.usedPercentage()));
@@ -50,7 +67,8 @@ constexpr CommandSpec summaryCommand{
     .name = "summary",
     .summary = "Show the disk's totals and what was cleaned so far",
     .details =
-        "What was cleaned so far counts the items that were moved to the Trash and not brought back. With --json, "
+        "What was cleaned so far counts the items that were moved to the Trash and not brought back. What lies in the "
+        "Trash counts on every disk, whoever put it there; with --json it is left out. With --json, "
         "the reclaimable bytes are 0 and their breakdown is empty: only a scan tells them.",
     .arguments = {},
     .options = {},

@@ -15,6 +15,7 @@
 #include "platform/linux/LinuxPreferences.h"
 #include "platform/linux/LinuxProfile.h"
 #include "platform/linux/LinuxTrash.h"
+#include "platform/linux/LinuxTrashUsage.h"
 #include "platform/linux/LinuxVolume.h"
 #include "platform/linux/LocalTopicModel.h"
 #include "platform/linux/SystemdScheduler.h"
@@ -99,6 +100,11 @@ TopicModel& systemTopicModel() {
 Trash& systemTrash() {
   static LinuxTrash trash(LinuxTrash::defaultHomeTrash());
   return trash;
+}
+
+const TrashUsage& systemTrashUsage() {
+  static const LinuxTrashUsage usage(LinuxTrash::defaultHomeTrash());
+  return usage;
 }
 
 const SystemApplications& systemApplications() {

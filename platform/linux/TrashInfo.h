@@ -15,4 +15,7 @@ namespace orvane {
 // The path of a record; absent where the text is no such record. Anybody may have written it.
 [[nodiscard]] std::optional<std::string> trashInfoPath(std::string_view text);
 
+// The moment of deletion of a record, in local time there; absent where the text tells none.
+[[nodiscard]] std::optional<Date> trashInfoDate(std::string_view text);
+
 }  // namespace orvane

@@ -1,3 +1,4 @@
+#include "core/base/values/Calendar.h"
 #include "tests/cli/OrvanectlFixture.h"
 
 #include <algorithm>
@@ -284,6 +285,16 @@ TEST_F(HistoryCommand, summaryCountsWhatIsStillInTheTrash) {
   EXPECT_EQ(summary["usedDiskBytes"].get<std::int64_t>(),
             summary["totalDiskBytes"].get<std::int64_t>() - summary["freeDiskBytes"].get<std::int64_t>());
   EXPECT_THAT(run({"summary"}).output, HasSubstr("Moved to the Trash so far: 1 byte."));
+}
+
+TEST_F(HistoryCommand, summaryTellsWhatLiesInTheTrashWhoeverPutItThere) {
+  EXPECT_THAT(run({"summary"}).output, HasSubstr("\nThe Trash is empty.\n"));
+  runOf("mine", "123");
+  home.file(".local/share/Trash/files/somebody's/file", "1234567");
+  home.file(".local/share/Trash/info/somebody's.trashinfo",
+            "[Trash Info]\nPath=/gone\nDeletionDate=" + localTimestamp(ReferenceClock::now() - std::chrono::hours(49)) +
+                "\n");
+  EXPECT_THAT(run({"summary"}).output, HasSubstr("\nIn the Trash: 2 items (10 bytes), the oldest for 2 days. Only "));
 }
 
 }  // namespace

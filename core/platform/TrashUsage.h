@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/base/values/Date.h"
+
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+
+namespace orvane {
+
+// What lies in all Trash folders of the user, whoever put it there.
+class TrashUsage {
+ public:
+  virtual ~TrashUsage() = default;
+
+  struct Totals {
+    std::int64_t count = 0;  // items, a folder being one
+    std::int64_t bytes = 0;  // of the files in them
+    // When the one that lies there longest went there; absent where nothing tells.
+    std::optional<Date> oldest = {};
+    bool operator==(const Totals&) const = default;
+  };
+  // Looks at every item, so it may take long. What cannot be read adds nothing. Without meaning once a stop is
+  // requested.
+  [[nodiscard]] virtual Totals read(const std::stop_token& /*stop*/ = {}) const { return {}; }
+
+  [[nodiscard]] static const TrashUsage& none() noexcept {
+    static const TrashUsage nothing;
+    return nothing;
+  }
+};
+
+}  // namespace orvane
