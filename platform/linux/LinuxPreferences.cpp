@@ -3,12 +3,11 @@
 #include "core/base/files/AtomicFile.h"
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/FileLock.h"
-#include "core/base/files/FreeName.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
+#include "core/base/files/SetAside.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
-#include "core/base/values/Calendar.h"
 #include "platform/linux/ConfigurationFolder.h"
 
 #include <fmt/format.h>
@@ -59,12 +58,6 @@ std::optional<Json> storedIn(const std::string& path) {
   auto json = decoded(*text);
   if (!json && isLink(path)) refuse(path, std::make_error_code(std::errc::invalid_argument));
   return json;
-}
-
-void setAside(const std::string& path) {
-  const FileUrl wanted(fmt::format("{}.damaged-{}", path, localTimestamp(ReferenceClock::now())));
-  const auto aside = freeUrl(wanted, NumberingStyle::plain);
-  if (std::rename(path.c_str(), aside.path().c_str()) != 0) throwErrno();
 }
 
 }  // namespace
