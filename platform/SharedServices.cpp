@@ -6,6 +6,7 @@
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
+#include "core/map/services/SnapshotStore.h"
 #include "core/organizer/categories/CategoryPreferencesStore.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
@@ -24,6 +25,7 @@
 #include "core/safety/run/TrashMover.h"
 #include "core/safety/services/PermissionsManager.h"
 #include "core/scanning/scan/StorageScanner.h"
+#include "core/tasks/MapTask.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/SystemServices.h"
@@ -147,6 +149,11 @@ RuleEngine& RuleEngine::shared() {
   return engine;
 }
 
+SnapshotStore& SnapshotStore::shared() {
+  static SnapshotStore store(systemSnapshotsFile(), systemPreferences());
+  return store;
+}
+
 UserNotificationService& UserNotificationService::shared() {
   static UserNotificationService service(systemNotificationCenter(), writeToConsole);
   return service;
@@ -199,6 +206,12 @@ const TaskServices& TaskServices::shared() {
       .journal = []() -> UndoJournal& { return UndoJournal::shared(); },
       .profile = systemProfile(),
   };
+  return services;
+}
+
+const MapServices& MapServices::shared() {
+  static const MapServices services{
+      .tasks = TaskServices::shared(), .snapshots = SnapshotStore::shared(), .volume = systemVolume()};
   return services;
 }
 

@@ -45,6 +45,8 @@ struct SystemReport;
 
 // The file whose change tells of new preferences.
 [[nodiscard]] std::string systemPreferencesFile();
+// The database of earlier maps.
+[[nodiscard]] std::string systemSnapshotsFile();
 
 // Answers within seconds, also where the message bus does not.
 [[nodiscard]] SystemReport systemReport();

@@ -4,6 +4,7 @@
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/BusNotificationCenter.h"
+#include "platform/linux/ConfigurationFolder.h"
 #include "platform/linux/CurlTransport.h"
 #include "platform/linux/CurlUrlReader.h"
 #include "platform/linux/LibSecretStore.h"
@@ -19,6 +20,7 @@
 #include "platform/linux/LinuxVolume.h"
 #include "platform/linux/LocalTopicModel.h"
 #include "platform/linux/SystemdScheduler.h"
+#include "platform/linux/XdgFolders.h"
 #include "platform/posix/RunTool.h"
 
 #include <filesystem>
@@ -124,6 +126,10 @@ Volume& systemVolume() {
 
 std::string systemPreferencesFile() {
   return LinuxPreferences::defaultPath();
+}
+
+std::string systemSnapshotsFile() {
+  return XdgFolders::fromEnvironment().data + "/orvane/map.db";
 }
 
 }  // namespace orvane

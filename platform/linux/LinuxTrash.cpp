@@ -5,6 +5,7 @@
 #include "core/base/files/HomeFolder.h"
 #include "core/base/files/PathText.h"
 #include "core/base/text/UnicodeText.h"
+#include "platform/linux/ConfigurationFolder.h"
 #include "platform/linux/TrashFolder.h"
 #include "platform/linux/TrashInfo.h"
 #include "platform/linux/TrashMoves.h"
@@ -18,7 +19,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <stdexcept>
 #include <system_error>
 
