@@ -17,6 +17,8 @@ constexpr std::array commands{
     &historyShowCommand,
     &restoreCommand,
     &summaryCommand,
+    &mapCommand,
+    &mapSnapshotsCommand,
     &explainCommand,
     &askCommand,
     &planValidateCommand,

@@ -34,6 +34,8 @@ extern const CommandSpec internalWordsCommand;
 extern const CommandSpec keysDeleteCommand;
 extern const CommandSpec keysSetCommand;
 extern const CommandSpec keysStatusCommand;
+extern const CommandSpec mapCommand;
+extern const CommandSpec mapSnapshotsCommand;
 extern const CommandSpec organizeCommand;
 extern const CommandSpec planPreviewCommand;
 extern const CommandSpec planRunCommand;

@@ -2,6 +2,7 @@
 
 #include "cli/frame/Arguments.h"
 #include "cli/frame/FileArguments.h"
+#include "cli/frame/NewFile.h"
 #include "cli/frame/ProgressLine.h"
 #include "cli/frame/Session.h"
 #include "cli/frame/UsageError.h"
@@ -261,24 +262,12 @@ RowSum sumOf(const Approval& approval) {
 }
 
 ExitStatus saveProposal(Session& session, const Arguments& arguments, const Approval& approval) {
-  const std::string name = arguments.value("--save").value_or("-");
-  if (name == "-") {
-    writeProposal(approval, [&](std::string_view text) { session.out().write(text); });
-    return ExitStatus::done;
+  const auto place = writeNewFile(session, "--save", arguments.value("--save").value_or("-"),
+                                  [&](const WriteText& write) { writeProposal(approval, write); });
+  if (place) {
+    Session::tell(
+        fmt::format("Saved {}. To move them: orvanectl apply {}", itemsText(sumOf(approval)), shownPath(*place)));
   }
-  const auto place = placeFromArgument(name);
-  if (itemExists(place.path().c_str())) {
-    throw UsageError(fmt::format("--save {}: it is there already; name a new file", shownPath(place)));
-  }
-  try {
-    AtomicFile file(place.path());
-    writeProposal(approval, [&](std::string_view text) { file.write(text); });
-    file.commit();
-  } catch (const std::system_error& error) {
-    throw std::runtime_error(fmt::format("--save {}: {}", shownPath(place), error.code().message()));
-  }
-  Session::tell(
-      fmt::format("Saved {}. To move them: orvanectl apply {}", itemsText(sumOf(approval)), shownPath(place)));
   return ExitStatus::done;
 }
 

@@ -1,0 +1,203 @@
+#include "tests/cli/OrvanectlFixture.h"
+#include "tests/support/ChildProcess.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <sstream>
+
+namespace orvane::test {
+namespace {
+
+using testing::HasSubstr;
+
+class MapCommand : public Orvanectl {
+ public:
+  // Of `du`, which counts folders too; it reads as `user` does.
+  [[nodiscard]] std::int64_t du(Words options, LiveProgram::User user = LiveProgram::User::own) const {
+    LiveProgram::Setup setup{.arguments = {"/usr/bin/du"}, .environment = environment, .workingFolder = home.path()};
+    setup.arguments.insert(setup.arguments.end(), options.begin(), options.end());
+    setup.arguments.insert(setup.arguments.end(), {"-sxB1", home.path("tree")});
+    setup.user = user;
+    std::int64_t bytes = -1;
+    std::istringstream(LiveProgram(setup).finish().output) >> bytes;
+    return bytes;
+  }
+  void makeTree() const {
+    home.file("tree/plain", std::string(100'000, 'x'));
+    home.file("tree/empty", "");
+    home.file("tree/.hidden/deep/in", std::string(5000, 'x'));
+    home.file("tree/.git/objects/one", std::string(70'000, 'x'));
+    home.sparseFile("tree/sparse", 50'000'000);
+    home.file("tree/a/first", std::string(300'000, 'x'));
+    home.folder("tree/b");
+    ASSERT_EQ(::link(home.path("tree/a/first").c_str(), home.path("tree/b/second").c_str()), 0);
+    ASSERT_EQ(::link(home.path("tree/a/first").c_str(), home.path("tree/a/third").c_str()), 0);
+    home.link("tree/short", "plain");
+    home.link("tree/long", std::string(200, 'y'));
+    home.link("tree/loop", "..");
+    ASSERT_EQ(::mkfifo(home.path("tree/pipe").c_str(), 0600), 0);
+    for (int i = 0; i < 100; ++i) home.file("tree/many/" + std::to_string(i) + ".jpg", std::string(i * 100, 'x'));
+    std::string deep = "tree";
+    for (int i = 0; i < 60; ++i) deep += "/level";
+    home.file(deep + "/bottom", "1");
+  }
+  static Json childNamed(const Json& folder, std::string_view name) {
+    for (const auto& child : folder["children"]) {
+      if (child["path"].get<std::string>().ends_with("/" + std::string(name))) return child;
+    }
+    return {};
+  }
+};
+
+TEST_F(MapCommand, addsUpWhatDuAddsUp) {
+  makeTree();
+  const auto map = json({"map", "tree", "--depth", "0"});
+  EXPECT_EQ(map["diskBytes"], du({}));
+  EXPECT_EQ(map["logicalBytes"], du({"--apparent-size"}));
+  EXPECT_EQ(map["path"], home.path("tree"));
+  EXPECT_EQ(map["state"], "yours");
+  EXPECT_EQ(map["files"], 111);
+  EXPECT_TRUE(map["children"].empty() && map["grownBytes"].is_null());
+  EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(MapCommand, countsAFileOnceUnderTheFolderThatSortsFirst) {
+  makeTree();
+  const auto map = json({"map", "tree"});
+  EXPECT_EQ(childNamed(map, "a")["files"], 1);
+  EXPECT_EQ(childNamed(map, "b")["files"], 0);
+}
+
+TEST_F(MapCommand, showsEachFolderForWhatItIs) {
+  makeTree();
+  home.file("tree/Library/Caches/app/data", std::string(90'000, 'x'));
+  const auto map = json({"map", "tree", "--depth", "2"});
+  EXPECT_EQ(childNamed(map, ".git")["state"], "protected");
+  EXPECT_EQ(childNamed(map, "many")["state"], "yours");
+  EXPECT_EQ(childNamed(childNamed(map, "Library"), "Caches")["state"], "reclaimable");
+}
+
+TEST_F(MapCommand, countsFoldersThatMayNotBeReadAsUnknown) {
+  if (::geteuid() != 0) GTEST_SKIP() << "becomes another user";
+  makeTree();
+  ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
+  ASSERT_EQ(::chmod(home.path("tree/many").c_str(), 0700), 0);
+  auto program = setup({"map", "tree", "--json"});
+  program.user = LiveProgram::User::nobody;
+  const auto map = parseJson(LiveProgram(program).finish().output);
+  EXPECT_EQ(map["diskBytes"], du({}, LiveProgram::User::nobody));
+  EXPECT_EQ(childNamed(map, "many")["state"], "unreadable");
+  program = setup({"map", "tree"});
+  program.user = LiveProgram::User::nobody;
+  EXPECT_THAT(LiveProgram(program).finish().output, HasSubstr(" 1 could not be read: what they hold is unknown."));
+}
+
+TEST_F(MapCommand, namesTheLargestFoldersAndFilesFirst) {
+  home.file("tree/small/a", std::string(10'000, 'x'));
+  home.file("tree/large/film.mkv", std::string(900'000, 'x'));
+  const auto output = run({"map", "tree"}).output;
+  EXPECT_LT(output.find("large/"), output.find("small/"));
+  EXPECT_THAT(output, HasSubstr("~/tree/large/film.mkv"));
+}
+
+struct Refusal {
+  std::string name;
+  std::vector<std::string> words;
+  int exitStatus;
+  std::string error;
+};
+void PrintTo(const Refusal& refusal, std::ostream* out) {
+  *out << refusal.name;
+}
+class MapCommandRefuses : public Orvanectl, public testing::WithParamInterface<Refusal> {};
+TEST_P(MapCommandRefuses, withALine) {
+  home.file("there");
+  home.file("bad", "[1,2,{},[{\"name\":\"/");
+  home.file("newer", "[2,0,{},[{\"name\":\"/\"}]]");
+  const auto result = run(GetParam().words);
+  EXPECT_EQ(result.exitStatus, GetParam().exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr(GetParam().error));
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(contentOf(home.path("there")), "content");
+}
+INSTANTIATE_TEST_SUITE_P(
+    Words, MapCommandRefuses,
+    testing::Values(Refusal{"no such folder", {"map", "nope"}, 1, "No such file or directory"},
+                    Refusal{"a file", {"map", "there"}, 1, "Not a directory"},
+                    Refusal{"no depth", {"map", "--depth", "x"}, 2, "--depth takes a number"},
+                    Refusal{"no date", {"map", "--since", "2026-02-30"}, 2, "--since takes a date"},
+                    Refusal{"an export over a file", {"map", ".", "--export", "there"}, 2, "it is there already"},
+                    Refusal{"an import with a folder", {"map", ".", "--import", "bad"}, 2, "takes no FOLDER"},
+                    Refusal{"an import that is cut", {"map", "--import", "bad"}, 1, "ends early"},
+                    Refusal{"an import of another version", {"map", "--import", "newer"}, 1, "version"}));
+
+TEST_F(MapCommand, exportsWhatNcduReadsAndImportsWhatNcduWrote) {
+  if (::access("/usr/bin/ncdu", X_OK) != 0) GTEST_SKIP() << "ncdu is not installed";
+  makeTree();
+  home.file("tree/odd \"\\\n\x01\xFF name", std::string(20'000, 'x'));
+  ASSERT_EQ(run({"map", "tree", "--export", "ours.json"}).exitStatus, 0);
+  // What ncdu makes of ours, it writes again.
+  ASSERT_EQ(runProgram({"/usr/bin/ncdu", "-f", home.path("ours.json"), "-o", home.path("again.json")}).exitStatus, 0);
+  ASSERT_EQ(runProgram({"/usr/bin/ncdu", "-x", "-o", home.path("theirs.json"), home.path("tree")}).exitStatus, 0);
+  const auto own = json({"map", "tree", "--depth", "3"});
+  for (const auto* name : {"ours.json", "again.json", "theirs.json"}) {
+    const auto map = json({"map", "--import", name, "--depth", "3"});
+    EXPECT_EQ(map["path"], own["path"]) << name;
+    EXPECT_EQ(map["diskBytes"], own["diskBytes"]) << name;
+    EXPECT_EQ(map["logicalBytes"], own["logicalBytes"]) << name;
+    EXPECT_EQ(map["children"].size(), own["children"].size()) << name;
+    EXPECT_EQ(childNamed(map, "many")["files"], 100) << name;
+  }
+}
+
+TEST_F(MapCommand, remembersNothingUntilAsked) {
+  makeTree();
+  EXPECT_EQ(run({"map", "tree"}).exitStatus, 0);
+  EXPECT_EQ(json({"map", "snapshots"}), (Json{{"enabled", false}, {"snapshots", Json::array()}}));
+  const auto result = run({"map", "tree", "--since", "2026-01-01"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.errors, HasSubstr("'orvanectl map snapshots on'"));
+  EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(MapCommand, tellsWhatGrewSinceASnapshot) {
+  makeTree();
+  ASSERT_EQ(run({"map", "snapshots", "on"}).exitStatus, 0);
+  const auto before = json({"map", "tree"});
+  home.file("tree/a/new.mkv", std::string(4'000'000, 'x'));
+  const auto after = json({"map", "tree", "--since", "2100-01-01"});
+  EXPECT_EQ(after["grownBytes"], after["diskBytes"].get<std::int64_t>() - before["diskBytes"].get<std::int64_t>());
+  EXPECT_EQ(childNamed(after, "a")["grownBytes"], after["grownBytes"]);
+  EXPECT_EQ(childNamed(after, "b")["grownBytes"], 0);
+  // The folder inside was part of that snapshot; a folder outside was not.
+  EXPECT_TRUE(json({"map", "tree/a", "--since", "2100-01-01"})["grownBytes"].is_number_integer());
+  home.folder("other");
+  EXPECT_EQ(run({"map", "other", "--since", "2100-01-01"}).exitStatus, 1);
+  home.file("tree/a/newer.mkv", std::string(4'000'000, 'x'));
+  const auto output = run({"map", "tree", "--since", "2000-01-01"}).output;
+  EXPECT_THAT(output, HasSubstr("+4 MB ~/tree/a\n  +4 MB videos\n"));
+  const auto database = home.path(".local/share/orvane/map.db");
+  struct stat status {};
+  ASSERT_EQ(::stat(database.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+  ASSERT_EQ(run({"map", "snapshots", "clear"}).exitStatus, 0);
+  EXPECT_TRUE(json({"map", "snapshots"})["snapshots"].empty());
+  ASSERT_EQ(run({"map", "snapshots", "off"}).exitStatus, 0);
+  EXPECT_EQ(run({"map", "tree"}).exitStatus, 0);
+  EXPECT_TRUE(json({"map", "snapshots"})["snapshots"].empty());
+}
+
+TEST_F(MapCommand, goesOnWithoutADatabaseThatCannotBeUsed) {
+  home.file("tree/in", "1");
+  ASSERT_EQ(run({"map", "snapshots", "on"}).exitStatus, 0);
+  home.file(".local/share/orvane/map.db", std::string(8192, 'z'));
+  const auto result = run({"map", "tree"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.errors, HasSubstr("map.db' are damaged and kept as '"));
+  EXPECT_EQ(json({"map", "snapshots"})["snapshots"].size(), 1);
+}
+
+}  // namespace
+}  // namespace orvane::test
