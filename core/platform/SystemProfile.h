@@ -111,6 +111,16 @@ class SystemProfile {
   };
   [[nodiscard]] virtual std::span<const SuggestedRule> suggestedRules() const noexcept { return {}; }
 
+  // A folder that a tool makes from a project, told by its name and by a file beside it or in it.
+  struct BuildFolder {
+    std::string_view name;         // pattern
+    std::string_view beside = {};  // pattern of the project's file; empty where the name is enough
+    std::string_view inside = {};  // name of a file in the folder
+    std::string_view mentions =
+        {};  // texts of which the file beside holds one, separated by commas; a file inside begins so
+  };
+  [[nodiscard]] virtual std::span<const BuildFolder> buildFolders() const noexcept { return {}; }
+
   [[nodiscard]] static const SystemProfile& none() noexcept {
     static const SystemProfile profile;
     return profile;

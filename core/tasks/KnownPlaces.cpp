@@ -1,24 +1,41 @@
 #include "core/tasks/KnownPlaces.h"
 
+#include "core/base/text/ByteCount.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/safety/access/FileAccessService.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/scanning/known/KnownPlaceSearch.h"
+#include "core/scanning/walk/WholeFolders.h"
 #include "core/tasks/TaskServices.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace orvane {
 
 namespace {
 
+constexpr double secondsPerDay = 86400;
+
+std::string withValue(std::string_view text, std::string_view value) {
+  std::string result(text);
+  if (const auto mark = result.find("%1"); mark != std::string::npos) result.replace(mark, 2, value);
+  return result;
+}
+
 std::string reasonText(const KnownPlaceTable& table, const KnownPlaceTable::Row& row, std::string_view key,
                        const FileUrl& place, AppLanguage language) {
-  std::string text(LocalizedStrings::lookup(language, key));
-  if (const auto mark = text.find("%1"); mark != std::string::npos) {
-    text.replace(mark, 2, table.programOf(row, place.path()));
-  }
-  return text;
+  return withValue(LocalizedStrings::lookup(language, key), table.programOf(row, place.path()));
+}
+
+// Of a folder that a tool made from a project.
+std::string buildReason(const FileItem& item, AppLanguage language) {
+  const bool isBuild =
+      item.isFolder() && item.category() == ScanCategory::developerCaches && !isBelowDeveloperCaches(item.url().path());
+  if (!isBuild || !item.lastOpenedDate()) return {};
+  const auto days = static_cast<std::int64_t>(
+      std::max(0.0, (ReferenceClock::now() - *item.lastOpenedDate()).count() / secondsPerDay));
+  return withValue(LocalizedStrings::lookup(language, "place.build", days), formatCount(days));
 }
 
 }  // namespace
@@ -64,7 +81,7 @@ std::string knownPlaceReason(const TaskServices& services, const FileUrl& place,
 std::string knownPlaceReason(const TaskServices& services, const FileItem& item, AppLanguage language) {
   const auto& table = services.validator.knownPlaces();
   const auto* row = table.rowOf(item.url().path());
-  if (row == nullptr) return {};
+  if (row == nullptr) return buildReason(item, language);
   // Nothing else keeps a safe item from being selected.
   const bool isBusy = item.riskLabel() == RiskLabel::safe && !item.isSelected() && row->category != ScanCategory::trash;
   return reasonText(table, *row, isBusy ? "place.busy" : row->place->reason, item.url(), language);

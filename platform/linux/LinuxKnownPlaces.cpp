@@ -146,6 +146,26 @@ constexpr std::array places{
     Place{Base::state, "*/log", Unit::whole, "logs", "safe", "place.old_log", ""},
 };
 
+constexpr std::array builds{
+    SystemProfile::BuildFolder{.name = "node_modules", .beside = "package.json"},
+    SystemProfile::BuildFolder{.name = "target", .beside = "Cargo.toml"},
+    SystemProfile::BuildFolder{.name = "build", .beside = "{build.gradle,build.gradle.kts}"},
+    SystemProfile::BuildFolder{.name = ".gradle", .beside = "{build.gradle,build.gradle.kts}"},
+    SystemProfile::BuildFolder{.name = ".venv", .inside = "pyvenv.cfg"},
+    SystemProfile::BuildFolder{.name = "venv", .inside = "pyvenv.cfg"},
+    SystemProfile::BuildFolder{.name = ".next", .beside = "package.json", .mentions = "\"next\""},
+    SystemProfile::BuildFolder{.name = ".nuxt", .beside = "package.json", .mentions = "\"nuxt\""},
+    SystemProfile::BuildFolder{
+        .name = "dist", .beside = "package.json", .mentions = "\"vite\",\"webpack\",\"rollup\",\"parcel\",\"esbuild\""},
+    SystemProfile::BuildFolder{.name = "__pycache__"},
+    SystemProfile::BuildFolder{.name = ".tox"},
+    SystemProfile::BuildFolder{.name = ".mypy_cache"},
+    SystemProfile::BuildFolder{.name = ".pytest_cache"},
+    // The Cache Directory Tagging Specification.
+    SystemProfile::BuildFolder{
+        .name = "*", .inside = "CACHEDIR.TAG", .mentions = "Signature: 8a477f597d28d172789f06886806bc55"},
+};
+
 bool isRunning(pid_t process) noexcept {
   return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
 }
@@ -178,6 +198,10 @@ bool fileNamesRunningProcess(int file) {
 
 std::span<const SystemProfile::KnownPlace> LinuxProfile::knownPlaces() const noexcept {
   return places;
+}
+
+std::span<const SystemProfile::BuildFolder> LinuxProfile::buildFolders() const noexcept {
+  return builds;
 }
 
 bool LinuxProfile::isBusySign(const std::string& path) const {

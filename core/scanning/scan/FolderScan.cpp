@@ -66,7 +66,7 @@ void FolderScan::publish(ListingBoard::Part part) {
 }
 
 bool FolderScan::takes(std::string_view name) {
-  if (name.starts_with('.')) return false;
+  if (name.starts_with('.') && !m_context.buildFolders.isNamed(name)) return false;
   if (m_chunk.examined == entriesPerChunk) publish(ListingBoard::Part::more);
   return true;
 }
@@ -80,6 +80,7 @@ std::optional<FileStatus> FolderScan::readStatus(const char* name) const noexcep
 }
 
 void FolderScan::file(const Rules& rules, const Entry& entry, const std::optional<FileStatus>& status) {
+  if (entry.name.starts_with('.')) return;
   if (!status) return note(entry.name);
   const bool isFile =
       status->type == FileType::regular && (entry.type == FileType::regular || rules.allowed.admits(entry.name));
@@ -99,6 +100,8 @@ void FolderScan::file(const Rules& rules, const Entry& entry, const std::optiona
 Descent FolderScan::folder(const Rules& rules, std::string_view name) {
   // A folder that is refused is no finding, but what it holds may be.
   if (rules.allowed.admits(name)) {
+    if (auto build = buildFolder(name, rules)) return *std::move(build);
+    if (name.starts_with('.')) return {};
     if (isBlackHoleName(name)) return noted(name, Descent::Kind::skip);
     const std::string path = joined(m_prefix, name);
     if (rules.isCachesFolder && path.find(applicationCachesFragment) != std::string::npos) {
@@ -109,6 +112,7 @@ Descent FolderScan::folder(const Rules& rules, std::string_view name) {
       return noted(name, Descent::Kind::skip);
     }
   }
+  if (name.starts_with('.')) return {};
   return noted(name, isBundleName(name) ? Descent::Kind::skip : Descent::Kind::descend);
 }
 
@@ -124,10 +128,22 @@ FileItem::Fields FolderScan::fieldsOf(std::string_view name, const FileStatus& s
   return fields;
 }
 
-Descent FolderScan::wholeFolder(std::string_view name, const Rules& rules) {
+std::optional<Descent> FolderScan::buildFolder(std::string_view name, const Rules& rules) {
+  if (!m_context.buildFolders.holds(descriptor(), std::string(name))) return std::nullopt;
+  auto descent = wholeFolder(name, rules, FolderSize::Extent::everything);
+  if (descent.kind != Descent::Kind::whole) return descent;
+  auto& fields = m_chunk.wholeFolders.back().fields;
+  fields.category = ScanCategory::developerCaches;
+  fields.riskLabel = RiskLabel::review;
+  // A build was last of use when its project was worked on.
+  fields.lastOpenedDate = m_context.buildFolders.lastWorkedOn(descriptor());
+  return descent;
+}
+
+Descent FolderScan::wholeFolder(std::string_view name, const Rules& rules, FolderSize::Extent extent) {
   const auto status = readStatus(std::string(name).c_str());
   if (!status || status->type != FileType::directory) return noted(name, Descent::Kind::skip);
-  auto size = std::make_shared<FolderSize>([&board = m_context.board] { board.sizeCompleted(); });
+  auto size = std::make_shared<FolderSize>([&board = m_context.board] { board.sizeCompleted(); }, extent);
   m_chunk.wholeFolders.push_back({m_chunk.events.size(), fieldsOf(name, *status, rules), size});
   m_chunk.events.emplace_back(ScanProgress{});
   ++m_chunk.examined;

@@ -42,7 +42,10 @@ class FolderScan : public FolderVisit<FolderScan> {
   [[nodiscard]] Descent folder(const Rules& rules, std::string_view name);
   void finish() { publish(ListingBoard::Part::last); }
 
-  [[nodiscard]] Descent wholeFolder(std::string_view name, const Rules& rules);
+  [[nodiscard]] Descent wholeFolder(std::string_view name, const Rules& rules,
+                                    FolderSize::Extent extent = FolderSize::Extent::likeScan);
+  // Absent where it is none.
+  [[nodiscard]] std::optional<Descent> buildFolder(std::string_view name, const Rules& rules);
   [[nodiscard]] Descent noted(std::string_view name, Descent::Kind kind);
   void note(std::string_view name);
   void publish(ListingBoard::Part part);

@@ -2,6 +2,7 @@
 
 #include "core/organizer/categories/DownloadsFolder.h"
 #include "core/safety/records/Boundary.h"
+#include "core/scanning/scan/BuildFolders.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/scanning/walk/ListingBoard.h"
 #include "core/scanning/walk/TreeWalk.h"
@@ -20,6 +21,8 @@ struct ScanContext {
   const FileStatusReader& statusReader;
   Boundary boundary;
   DeveloperCaches developerCaches;
+  // Of no row where developer caches are left out.
+  BuildFolders buildFolders;
   ListingBoard board;
   TreeWalk walk;
   DownloadsFolder downloads = DownloadsFolder::ofUser();

@@ -16,6 +16,10 @@ constexpr std::int64_t entriesPerProgress = 100;
 void fillIn(ListingChunk::WholeFolder& folder, ScanEvent& event) {
   auto& fields = folder.fields;
   fields.fileSize = folder.size->bytes();
+  if (fields.riskLabel) {
+    event.emplace<FileItem>(std::move(fields));
+    return;
+  }
   fields.category = CategoryClassifier::classify(fields.url, fields.fileSize);
   fields.riskLabel = RiskEvaluator::evaluate(fields.category, fields.url, fields.fileSize, fields.createdDate);
   event.emplace<FileItem>(std::move(fields));
@@ -26,7 +30,14 @@ void fillIn(ListingChunk::WholeFolder& folder, ScanEvent& event) {
 ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& statusReader,
                        std::vector<FileUrl> folders, DeveloperCaches developerCaches)
     : m_folders(std::move(folders)),
-      m_context{validator, statusReader, PathValidator::canonicalizeRoots(m_folders), developerCaches, {}, {}} {
+      m_context{validator,
+                statusReader,
+                PathValidator::canonicalizeRoots(m_folders),
+                developerCaches,
+                BuildFolders(developerCaches == DeveloperCaches::include ? validator.protectedLocations().profile()
+                                                                         : SystemProfile::none()),
+                {},
+                {}} {
   WorkStack::Tasks tasks;
   for (std::size_t i = 0; i < m_folders.size(); ++i) {
     if (m_folders[i].path().empty()) continue;

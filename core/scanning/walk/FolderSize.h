@@ -25,7 +25,8 @@ class FolderSize {
   };
 
   // `whenComplete` is called once, from the thread that finishes.
-  explicit FolderSize(std::function<void()> whenComplete = {}) : m_whenComplete(std::move(whenComplete)) {}
+  explicit FolderSize(std::function<void()> whenComplete = {}, Extent extent = Extent::likeScan)
+      : m_whenComplete(std::move(whenComplete)), m_extent(extent) {}
   explicit FolderSize(Extent extent) : m_extent(extent) {}
 
   // The whole of one tree at once, with as many threads as it is worth. A link at the path itself is followed.

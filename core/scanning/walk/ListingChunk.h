@@ -17,7 +17,8 @@ struct ListingChunk {
     std::uint32_t position;
     std::string name;
   };
-  // A folder that is one finding; its size may still be in the making. Its event holds nothing yet.
+  // A folder that is one finding; its size may still be in the making, and its category too where the fields have no
+  // label. Its event holds nothing yet.
   struct WholeFolder {
     std::size_t eventIndex;
     FileItem::Fields fields;

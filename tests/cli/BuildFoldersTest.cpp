@@ -1,0 +1,87 @@
+#include "core/base/values/Date.h"
+#include "tests/cli/OrvanectlFixture.h"
+
+#include <chrono>
+
+namespace orvane::test {
+namespace {
+
+// A project's files, and the folders in it that a tool made from it.
+struct Project {
+  std::vector<std::pair<const char*, const char*>> files;
+  std::vector<const char*> builds;
+};
+
+constexpr const char* signature = "Signature: 8a477f597d28d172789f06886806bc55\n# made by a tool";
+
+const std::vector<Project> projects{
+    {{{"package.json", "{}"}, {"node_modules/a/.bin/b", "1"}, {"dist/site.js", "1"}, {".next/x", "1"}},
+     {"node_modules"}},
+    {{{"package.json", R"({"devDependencies":{"vite":"1","next":"1"}})"}, {"dist/a", "1"}, {".next/x", "1"}},
+     {"dist", ".next"}},
+    {{{"node_modules/a", "1"}, {"target/a", "1"}, {"build/a", "1"}, {"dist/a", "1"}}, {}},
+    {{{"Cargo.toml", ""}, {"target/debug/a", "1"}}, {"target"}},
+    {{{"build.gradle.kts", ""}, {"build/a", "1"}, {".gradle/a", "1"}}, {"build", ".gradle"}},
+    {{{".venv/pyvenv.cfg", ""}, {".venv/lib/.git/a", "1"}, {"venv/lib/a", "1"}, {"env/pyvenv.cfg", ""}}, {".venv"}},
+    {{{"__pycache__/a.pyc", "1"}, {".tox/a", "1"}, {".mypy_cache/a", "1"}, {".pytest_cache/a", "1"}, {".idea/a", "1"}},
+     {"__pycache__", ".tox", ".mypy_cache", ".pytest_cache"}},
+    {{{"out/CACHEDIR.TAG", signature}, {"out/deep/a", "1"}, {"fake/CACHEDIR.TAG", "no signature"}}, {"out"}},
+};
+
+class BuildFolders : public Orvanectl {
+ public:
+  std::map<std::string, Json> scan(Words words) const {
+    words.emplace_back("--json");
+    std::map<std::string, Json> folders;
+    const auto output = run(words).output;
+    for (std::size_t start = 0; start < output.size();) {
+      const auto end = output.find('\n', start);
+      const auto event = parseJson(output.substr(start, end - start));
+      if (event["event"] == "itemDiscovered" && event["item"]["category"] == "developerCaches") {
+        folders[event["item"]["relativePath"]] = event["item"];
+      }
+      start = end + 1;
+    }
+    return folders;
+  }
+};
+
+TEST_F(BuildFolders, areToldByWhatStandsBesideOrInThem) {
+  for (std::size_t i = 0; i < projects.size(); ++i) {
+    const auto folder = "Documents/" + std::to_string(i);
+    for (const auto& [path, content] : projects[i].files) home.file(folder + "/" + path, content);
+    std::vector<std::string> found;
+    for (const auto& [path, item] : scan({"scan", "--developer-caches", home.path(folder)})) {
+      EXPECT_EQ(item["riskLabel"], "review") << path;
+      EXPECT_GT(item["fileSize"], 0) << path;
+      found.push_back(path);
+    }
+    EXPECT_THAT(found, testing::UnorderedElementsAreArray(projects[i].builds)) << folder;
+    EXPECT_TRUE(scan({"scan", home.path(folder)}).empty()) << folder;
+  }
+}
+
+TEST_F(BuildFolders, tellWhenTheirProjectWasLastWorkedOn) {
+  constexpr double day = 86400;
+  setAge(home.file("Documents/app/package.json", "{}"), 400 * day);
+  setAge(home.file("Documents/app/src/deep/main.js"), 100.5 * day);
+  home.file("Documents/app/node_modules/new/a");
+  home.file("Documents/app/.git/index");
+  const auto items = scan({"scan", "--developer-caches", home.path("Documents")});
+  const auto now = std::chrono::duration<double>(ReferenceClock::now().time_since_epoch()).count();
+  EXPECT_NEAR(items.at("app/node_modules")["lastOpenedDate"].get<double>(), now - 100.5 * day, day / 4);
+}
+
+TEST_F(BuildFolders, goWholeAndComeBack) {
+  home.file("Documents/app/Cargo.toml");
+  home.file("Documents/app/target/debug/.fingerprint/a");
+  const auto report = json({"clean", "--yes", "--developer-caches", "--category", "developerCaches", "--include-review",
+                            home.path("Documents")});
+  EXPECT_EQ(report["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(home.path("Documents/app/target")));
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(home.path("Documents/app/target/debug/.fingerprint/a")));
+}
+
+}  // namespace
+}  // namespace orvane::test
