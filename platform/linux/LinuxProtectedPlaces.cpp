@@ -57,7 +57,7 @@ constexpr std::array places{
 };
 
 // Names that stand in Steam's and Wine's stores, which may be on any disk.
-constexpr std::array names{
+constexpr std::array storeNames{
     SystemProfile::ProtectedName{"compatdata", "saved games of Steam"},
     SystemProfile::ProtectedName{"drive_c", "Windows programs under Wine"},
     SystemProfile::ProtectedName{"dosdevices", "Windows programs under Wine"},
@@ -83,7 +83,7 @@ std::span<const SystemProfile::ProtectedPlace> LinuxProfile::protectedPlaces() c
 }
 
 std::span<const SystemProfile::ProtectedName> LinuxProfile::protectedNames() const noexcept {
-  return names;
+  return storeNames;
 }
 
 bool LinuxProfile::isLeftOver(const std::string& path) const {

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // clang-format off: a text a line, in the order of the languages
-constexpr std::array rows{
+constexpr std::array keepRows{
     StringRow{"keep.title",
               {"Keep List", "Liste à conserver", "Behalten-Liste", "残すもののリスト", "보관 목록", "保留列表",
                "保留列表", "Lista de conservados"}},
@@ -60,7 +60,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> keepStrings() noexcept {
-  return rows;
+  return keepRows;
 }
 
 }  // namespace orvane

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // Why a place of a program can go. "%1" is the program.
-constexpr std::array rows{
+constexpr std::array placeRows{
     StringRow{"place.rebuilt",
               {"Rebuilt by %1 when needed", "Recréé par %1 au besoin", "Wird von %1 bei Bedarf neu angelegt",
                "必要なときに %1 が再作成します", "필요할 때 %1에서 다시 만듦", "需要时由 %1 重新生成",
@@ -90,7 +90,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> placeStrings() noexcept {
-  return rows;
+  return placeRows;
 }
 
 }  // namespace orvane

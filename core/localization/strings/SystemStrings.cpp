@@ -5,7 +5,7 @@ namespace {
 
 // Shown by systems of whose places and permissions the given rows do not speak.
 // clang-format off: a text a line, in the order of the languages
-constexpr std::array rows{
+constexpr std::array systemRows{
     StringRow{"system.tagline",
               {"Declutter your computer without the effort.", "Désencombrez votre ordinateur sans aucun effort.",
                "Bringt mühelos Ordnung auf deinen Rechner.", "手間をかけずにパソコンをすっきり。",
@@ -142,7 +142,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> systemStrings() noexcept {
-  return rows;
+  return systemRows;
 }
 
 }  // namespace orvane
