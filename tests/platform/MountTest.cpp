@@ -3,6 +3,7 @@
 #include "core/base/files/PathAccess.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/safety/journal/RunLog.h"
+#include "platform/linux/LinuxTrashUsage.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"
 
@@ -73,6 +74,20 @@ TEST_F(MountTest, anItemGoesToTheTrashOfItsOwnVolumeAndComesBack) {
   EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
   EXPECT_EQ(contentOf(path), "x");
   EXPECT_FALSE(exists(top + "/info/a file.trashinfo"));
+}
+
+TEST_F(MountTest, theContentOfTheTrashCountsOnceOnEveryVolume) {
+  const LinuxTrashUsage usage(trashPath());
+  const auto before = usage.read({});
+  const auto again = tree.folder("again");
+  ASSERT_EQ(::mount(volume.c_str(), again.c_str(), nullptr, MS_BIND, nullptr), 0) << std::strerror(errno);
+  EXPECT_EQ(trashOne(tree.file("volume/folder/a", "12345")).result, MoveResult::moved);
+  EXPECT_EQ(trashOne(tree.file("Downloads/b", "123")).result, MoveResult::moved);
+  const auto after = usage.read({});
+  EXPECT_EQ(after.count - before.count, 2);
+  EXPECT_EQ(after.bytes - before.bytes, 8);
+  EXPECT_TRUE(after.oldest.has_value());
+  EXPECT_EQ(::umount2(again.c_str(), MNT_DETACH), 0);
 }
 
 TEST_F(MountTest, theSharedTopTrashIsUsedOnlyWhenItIsStickyAndNoLink) {
