@@ -84,6 +84,7 @@ set(ORVANE_QML_FILES
   history/HistoryEntry.qml
   history/HistoryScreen.qml
   settings/KeepSettings.qml
+  history/TakenPlacesSheet.qml
   settings/KeySettings.qml
   onboarding/OnboardingSheet.qml
   organize/OrganizeEntry.qml

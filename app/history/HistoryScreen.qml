@@ -43,14 +43,6 @@ Page {
         }
     ]
 
-    Connections {
-        target: root.model
-
-        function onPlacesTaken() {
-            taken.open();
-        }
-    }
-
     Timer {
         id: searchDelay
 
@@ -155,30 +147,5 @@ Page {
 
         title: qsTr("history.renamed_title")
         details: root.model.renamedItems
-    }
-
-    // Programs look for a folder by its name, so a whole folder's place is offered first.
-    AlertDialog {
-        id: taken
-
-        readonly property string swapText: qsTr("history.swap")
-        readonly property string besideText: qsTr("history.restore_beside")
-        readonly property bool swapsFirst: root.model.areFoldersTaken
-
-        function answer(swaps) {
-            if (swaps)
-                root.model.swapPlaces();
-            else
-                root.model.restoreBeside();
-        }
-
-        title: qsTr("history.taken_title")
-        message: qsTr("history.taken_text")
-        details: root.model.takenPlaces
-        confirmText: swapsFirst ? swapText : besideText
-        rejectText: qsTr("action.cancel")
-        extraText: swapsFirst ? besideText : swapText
-        onConfirmed: answer(swapsFirst)
-        onExtraChosen: answer(!swapsFirst)
     }
 }

@@ -154,6 +154,10 @@ ApplicationWindow {
         languages: window.languages
     }
 
+    TakenPlacesSheet {
+        history: window.history
+    }
+
     TidySheet {
         id: tidySheet
 
