@@ -23,7 +23,7 @@ Wish Wish::fromArguments(std::span<const char* const> arguments) {
     if (word == organizeWord) return {.work = Work::organize};
     if (word != scanWord) continue;
     Wish result{.section = "cleanup", .work = Work::scan};
-    if (!next.empty())
+    if (!next.empty() && !next.starts_with("--"))
       result.folder = FileUrl(std::filesystem::absolute(next).lexically_normal().string()).absoluteString();
     return result;
   }

@@ -36,7 +36,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Start{"a scan", {"orvane", "--scan"}, {.section = "cleanup", .work = Wish::Work::scan}},
                     Start{"a scan of a folder with a line break",
                           {"orvane", "--scan", "/a b\nc/"},
-                          {.section = "cleanup", .work = Wish::Work::scan, .folder = "file:///a%20b%0Ac/"}},
+                          {.section = "cleanup", .work = Wish::Work::scan, .folder = "file:///a%20b%0Ac"}},
+                    Start{"a scan, and another option",
+                          {"orvane", "--scan", "--demo"},
+                          {.section = "cleanup", .work = Wish::Work::scan}},
                     Start{"organizing", {"orvane", "--organize"}, {.work = Wish::Work::organize}}));
 
 TEST(Wish, takesAFolderFromWhereItWasTyped) {
