@@ -5,8 +5,25 @@
 #include <plist/plist.h>
 
 #include <cstdint>
+#include <type_traits>
 
 namespace orvane {
+namespace {
+
+// Later versions of the library also tell the form of the text, to those who want to know.
+template <typename Read>
+plist_t readNode(Read read, std::string_view bytes) {
+  plist_t node = nullptr;
+  const auto size = static_cast<std::uint32_t>(bytes.size());
+  if constexpr (std::is_invocable_v<Read, const char*, std::uint32_t, plist_t*>) {
+    read(bytes.data(), size, &node);
+  } else {
+    read(bytes.data(), size, &node, nullptr);
+  }
+  return node;
+}
+
+}  // namespace
 
 void PropertyList::Closer::operator()(void* node) const noexcept {
   plist_free(node);
@@ -14,8 +31,7 @@ void PropertyList::Closer::operator()(void* node) const noexcept {
 
 std::optional<PropertyList> PropertyList::parse(std::string_view bytes) {
   if (bytes.size() > UINT32_MAX || !isPropertyListBounded(bytes)) return std::nullopt;
-  plist_t node = nullptr;
-  plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &node);
+  plist_t const node = readNode(plist_from_memory, bytes);
   if (node == nullptr) return std::nullopt;
   PropertyList list(node);
   if (plist_get_node_type(node) != PLIST_DICT) return std::nullopt;

@@ -1,8 +1,7 @@
 #include "platform/linux/BusNotificationCenter.h"
 
+#include "platform/linux/BusProxy.h"
 #include "platform/posix/TimeLimit.h"
-
-#include <sdbus-c++/sdbus-c++.h>
 
 #include <algorithm>
 #include <condition_variable>
@@ -35,7 +34,7 @@ class BusNotificationCenter::Conversation {
       : m_whenClicked(std::move(whenClicked)),
         m_clickLabel(std::move(clickLabel)),
         m_connection(sdbus::createSessionBusConnection()),
-        m_service(sdbus::createProxy(*m_connection, serviceName, objectPath)) {
+        m_service(makeBusProxy(*m_connection, serviceName, objectPath)) {
     m_service->uponSignal("ActionInvoked")
         .onInterface(interfaceName)
         .call([this](std::uint32_t id, const std::string& action) {
@@ -46,7 +45,7 @@ class BusNotificationCenter::Conversation {
     m_service->uponSignal("NotificationClosed")
         .onInterface(interfaceName)
         .call([this](std::uint32_t id, std::uint32_t /*reason*/) { close(id); });
-    m_service->finishRegistration();
+    finishSignals(*m_service);
     m_connection->enterEventLoopAsync();
   }
 

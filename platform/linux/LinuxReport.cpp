@@ -3,12 +3,12 @@
 #include "core/base/files/PathText.h"
 #include "core/platform/SystemReport.h"
 #include "platform/SystemServices.h"
+#include "platform/linux/BusProxy.h"
 #include "platform/linux/LinuxTrash.h"
 #include "platform/posix/TimeLimit.h"
 
 #include <fmt/format.h>
 #include <linux/magic.h>
-#include <sdbus-c++/sdbus-c++.h>
 #include <sys/statfs.h>
 #include <sys/utsname.h>
 
@@ -103,7 +103,7 @@ struct BusNames {
 BusNames askBus() {
   BusNames names;
   const auto connection = sdbus::createSessionBusConnection();
-  const auto bus = sdbus::createProxy(*connection, "org.freedesktop.DBus", "/org/freedesktop/DBus");
+  const auto bus = makeBusProxy(*connection, "org.freedesktop.DBus", "/org/freedesktop/DBus");
   constexpr auto interface = "org.freedesktop.DBus";
   bus->callMethod("ListNames").onInterface(interface).withTimeout(busTime).storeResultsTo(names.running);
   bus->callMethod("ListActivatableNames").onInterface(interface).withTimeout(busTime).storeResultsTo(names.startable);
