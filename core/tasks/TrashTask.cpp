@@ -18,7 +18,7 @@
 namespace orvane {
 namespace {
 
-FileItem bareItem(const FileUrl& place) {
+FileItem refusedItem(const FileUrl& place) {
   FileItem::Fields fields;
   fields.url = place;
   return FileItem(std::move(fields));
@@ -31,7 +31,7 @@ Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> pla
   builder.setSubject(Json{{"places", jsonFromUrls(places)}});
   PlaceSet taken;
   const auto lock = [&](const FileUrl& place, std::string refusal) {
-    builder.add(bareItem(place), {Choice::locked, Lock::refused, builder.addGroup({.refusal = std::move(refusal)})});
+    builder.add(refusedItem(place), {Choice::locked, Lock::refused, builder.addGroup({.refusal = std::move(refusal)})});
   };
   auto kept = services.keepList.places();
   const auto refusalOf = [&](const FileUrl& place) {
