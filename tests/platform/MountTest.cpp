@@ -1,6 +1,7 @@
 // The Trash and the mover on real mounts. The whole program lives in a mount namespace of its own.
 
 #include "core/base/files/PathAccess.h"
+#include "core/map/MapWalk.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/safety/journal/RunLog.h"
 #include "platform/linux/LinuxTrashUsage.h"
@@ -417,6 +418,30 @@ void enterMountNamespace() {
     std::ofstream("/proc/self/gid_map") << group << " " << group << " 1";
   }
   haveMounts = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+// A mount of the tree inside itself would never end, and would count what it shows twice.
+TEST_F(MountTest, theMapCountsEachFolderOnceAndNamesOtherFileSystems) {
+  tree.file("home/data/file", std::string(100'000, 'x'));
+  const auto other = tree.folder("home/other");
+  const auto loop = tree.folder("home/data/loop");
+  const MapWalk walk(validator, SystemProfile::none(), ReferenceClock::now());
+  const auto before = walk.map(tree.path("home"), {})->folder(StorageMap::top).total;
+  ASSERT_EQ(::mount(volume.c_str(), other.c_str(), nullptr, MS_BIND, nullptr), 0) << std::strerror(errno);
+  ASSERT_EQ(::mount(tree.path("home").c_str(), loop.c_str(), nullptr, MS_BIND, nullptr), 0) << std::strerror(errno);
+  tree.file("volume/elsewhere", std::string(50'000, 'x'));
+  const auto map = walk.map(tree.path("home"), {});
+  ::umount2(loop.c_str(), MNT_DETACH);
+  ::umount2(other.c_str(), MNT_DETACH);
+  ASSERT_TRUE(map.has_value());
+  for (const auto* place : {"home/other", "home/data/loop"}) {
+    const auto folder = map->find(tree.path(place));
+    ASSERT_TRUE(folder.has_value()) << place;
+    EXPECT_EQ(map->folder(*folder).state, MapState::otherFileSystem) << place;
+    EXPECT_EQ(map->folder(*folder).total, MapSum()) << place;
+  }
+  EXPECT_EQ(map->folder(StorageMap::top).total.files, before.files);
+  EXPECT_LE(map->folder(StorageMap::top).total.diskBytes, before.diskBytes);
 }
 
 }  // namespace
