@@ -58,6 +58,7 @@ set(ORVANE_QML_FILES
   components/Sidebar.qml
   components/SidebarEntry.qml
   components/SidebarItem.qml
+  components/Sunburst.qml
   components/SwitchRow.qml
   components/Tip.qml
   components/TitleText.qml
@@ -78,6 +79,9 @@ set(ORVANE_QML_FILES
   cleanup/CleanupScreen.qml
   cleanup/HomeFolders.qml
   overview/DiskCard.qml
+  overview/GrowthCard.qml
+  overview/MapCard.qml
+  overview/MapRow.qml
   duplicates/DuplicateEntry.qml
   duplicates/DuplicatesScreen.qml
   settings/FolderSettings.qml

@@ -13,6 +13,7 @@ FocusScope {
     property string summary: ""
     property int spacing: 4
     signal chosen(var area, var child)
+    signal menuAsked(var area, Item item)
 
     // The least share that an area is drawn with, so that it can be seen and clicked.
     readonly property double floor: 0.012
@@ -23,11 +24,26 @@ FocusScope {
     }
     readonly property var places: Layout.boxes(sizes, width + spacing, height + spacing)
 
+    // The keyboard goes on in the picture that a choice by it brought.
+    property bool goesOn: false
+
+    function focusFirst(): void {
+        (repeater.itemAt(0) as TreemapArea)?.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    onShownChanged: {
+        if (goesOn && shown.length > 0)
+            Qt.callLater(focusFirst);
+        goesOn = false;
+    }
+
     implicitHeight: 224
     Accessible.role: Accessible.Graphic
     Accessible.name: root.summary
 
     Repeater {
+        id: repeater
+
         model: root.shown.length
 
         TreemapArea {
@@ -39,7 +55,11 @@ FocusScope {
             y: place ? Math.round(place.y) : 0
             width: place ? Math.max(2, Math.round(place.x + place.width) - x - root.spacing) : 0
             height: place ? Math.max(2, Math.round(place.y + place.height) - y - root.spacing) : 0
-            onChosen: child => root.chosen(area, child)
+            onChosen: child => {
+                root.goesOn = visualFocus;
+                root.chosen(area, child);
+            }
+            onMenuAsked: root.menuAsked(area, this)
         }
     }
 }

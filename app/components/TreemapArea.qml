@@ -11,6 +11,7 @@ T.AbstractButton {
 
     required property var area
     signal chosen(var child)
+    signal menuAsked
 
     readonly property var folders: area?.children ?? []
     readonly property string sizeText: Texts.bytes(area?.bytes ?? 0)
@@ -53,6 +54,12 @@ T.AbstractButton {
     onClicked: root.chosen(hover.hovered && hover.part >= 0 ? folders[hover.part] : null)
     Keys.onReturnPressed: root.chosen(null)
     Keys.onEnterPressed: root.chosen(null)
+    Keys.onMenuPressed: root.menuAsked()
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: root.menuAsked()
+    }
 
     HoverHandler {
         id: hover

@@ -7,6 +7,7 @@
 #include "core/base/text/UnicodeText.h"
 #include "core/platform/Desktop.h"
 #include "core/tasks/DuplicatesTask.h"
+#include "core/tasks/Folders.h"
 
 #include <QDebug>
 #include <QUrl>
@@ -41,9 +42,24 @@ DuplicatesModel::~DuplicatesModel() {
   m_searchStop.request_stop();
 }
 
+void DuplicatesModel::chooseFolder(const QString& pathOrUrl) {
+  const auto place = placeFrom(pathOrUrl);
+  if (!place || m_isSearching || isWorking()) return;
+  m_searchQueue.post([this, folder = *place](const std::stop_token&) {
+    if (problemWith(services().tasks, folder)) return;
+    callOn(this, [this, folder] {
+      m_chosen = folder;
+      m_roots = {folder};
+      m_leftOut.clear();
+      Q_EMIT rootsChanged();
+    });
+  });
+}
+
 void DuplicatesModel::reloadRoots() {
   m_searchQueue.post([this](const std::stop_token&) {
     callOn(this, [this, roots = searchableFolders(services().tasks)] {
+      if (m_chosen) return;
       m_roots = roots;
       Q_EMIT rootsChanged();
     });
@@ -62,6 +78,10 @@ QVariantList DuplicatesModel::roots() const {
 void DuplicatesModel::setRootIncluded(const QString& path, bool isIncluded) {
   const auto root = placeFrom(path);
   if (!root) return;
+  if (m_chosen == root && !isIncluded) {
+    m_chosen.reset();
+    return reloadRoots();
+  }
   if (isIncluded) {
     m_leftOut.erase(*root);
   } else {
@@ -102,12 +122,12 @@ void DuplicatesModel::search() {
   setRefusal("");
   Q_EMIT stageChanged();
   Q_EMIT searchChanged();
-  m_searchQueue.post([this, leftOut = m_leftOut, references = m_references, strategy = m_strategy,
+  m_searchQueue.post([this, leftOut = m_leftOut, chosen = m_chosen, references = m_references, strategy = m_strategy,
                       stop = m_searchStop.get_token()](const std::stop_token&) {
     TaskMonitor monitor{.stop = stop};
     monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
     const auto proposal = tried([&] {
-      auto roots = searchableFolders(services().tasks);
+      auto roots = chosen ? std::vector{*chosen} : searchableFolders(services().tasks);
       std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
       return proposeDuplicates(services().tasks,
                                {.folders = std::move(roots), .keep = strategy, .references = references}, monitor);

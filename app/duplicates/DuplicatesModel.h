@@ -91,6 +91,8 @@ class DuplicatesModel : public orvane::RunModel {
   [[nodiscard]] QString refusal() const;
 
   Q_INVOKABLE void search();
+  // Only this folder is searched, until it is left out; nothing changes where it may not be touched.
+  Q_INVOKABLE void chooseFolder(const QString& pathOrUrl);
   Q_INVOKABLE void toggle(int row);
   Q_INVOKABLE void toggleExpanded(int row);
   Q_INVOKABLE void setRootIncluded(const QString& path, bool isIncluded);
@@ -147,6 +149,7 @@ class DuplicatesModel : public orvane::RunModel {
   [[nodiscard]] std::string_view lockKey(std::uint32_t copy) const;
 
   std::vector<FileUrl> m_roots;
+  std::optional<FileUrl> m_chosen;  // in the place of the granted folders
   std::set<FileUrl> m_leftOut;
   std::vector<FileUrl> m_references;
   int m_generation = 0;  // goes up with each search: rows are those of one search

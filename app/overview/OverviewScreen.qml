@@ -10,6 +10,7 @@ Page {
 
     required property AppState appState
     required property OverviewModel model
+    required property MapModel map
 
     readonly property bool hasResult: appState.hasScanned && !appState.isScanning
 
@@ -108,6 +109,27 @@ Page {
             visible: root.model.trashCount > 0
             appState: root.appState
             model: root.model
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.map.daysUntilFull > 0
+            isWarning: true
+            text: qsTr("map.full_soon").arg(Texts.counted("count.days", root.map.daysUntilFull))
+            detail: root.map.grownFolders.length > 0
+                    ? qsTr("map.mostly").arg(root.map.grownFolders[0].name + " (+" + Texts.bytes(
+                                                 root.map.grownFolders[0].bytes) + ")") : ""
+        }
+
+        GrowthCard {
+            Layout.fillWidth: true
+            visible: root.map.hasGrowth
+            model: root.map
+        }
+
+        MapCard {
+            Layout.fillWidth: true
+            model: root.map
         }
 
         ReclaimableCard {

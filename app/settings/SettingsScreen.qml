@@ -13,6 +13,7 @@ Page {
     required property LanguageModel languages
     required property OverviewModel overview
     required property TidyModel tidy
+    required property MapModel map
     // Opens the introduction.
     signal introductionAsked()
 
@@ -93,6 +94,23 @@ Page {
                 isWarning: true
                 on: root.tidy.launchAtLogin
                 onToggleAsked: root.tidy.launchAtLogin = !root.tidy.launchAtLogin
+            }
+
+            Divider {
+                Layout.fillWidth: true
+            }
+
+            SwitchRow {
+                label: qsTr("map.remember")
+                note: qsTr("map.remember_note")
+                on: root.map.remembers
+                onToggleAsked: root.map.setRemembers(!root.map.remembers)
+            }
+
+            PlainButton {
+                Layout.alignment: Qt.AlignRight
+                text: qsTr("map.forget")
+                onClicked: root.map.forget()
             }
 
             Divider {

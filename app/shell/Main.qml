@@ -12,6 +12,7 @@ ApplicationWindow {
     required property NavigationModel navigation
     required property LanguageModel languages
     required property OverviewModel overview
+    required property MapModel map
     required property CleanupModel cleanup
     required property HistoryModel history
     required property TidyModel tidy
@@ -26,7 +27,7 @@ ApplicationWindow {
     readonly property Page screen: loader.item as Page
     // The screen of each section, by AppNavigationItem.
     readonly property var screens: [
-        ["Overview", {appState: appState, model: overview}],
+        ["Overview", {appState: appState, model: overview, map: map}],
         ["Cleanup", {appState: appState, model: cleanup, overview: overview}],
         ["Duplicates", {appState: appState, model: duplicates}],
         ["Apps", {appState: appState, model: apps}],
@@ -36,7 +37,7 @@ ApplicationWindow {
         ["History", {appState: appState, model: history}],
         ["Privacy", {appState: appState, model: privacy}],
         ["Settings", {
-            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy
+            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy, map: map
         }]
     ]
 

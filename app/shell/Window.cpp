@@ -12,6 +12,7 @@
 #include "app/duplicates/DuplicatesModel.h"
 #include "app/history/HistoryModel.h"
 #include "app/organize/OrganizeModel.h"
+#include "app/overview/MapModel.h"
 #include "app/overview/OverviewModel.h"
 #include "app/privacy/PrivacyModel.h"
 #include "app/rules/RulesModel.h"
@@ -89,6 +90,11 @@ struct Window::Parts {
         organize(services),
         rules(services),
         agent(services),
+        map(services, {.state = state,
+                       .cleanup = cleanup,
+                       .duplicates = duplicates,
+                       .organize = organize,
+                       .maps = MapServices::shared()}),
         privacy(services),
         settings(settingsCollaborators(services, tidy)),
         tray(state, tidy) {}
@@ -112,6 +118,7 @@ struct Window::Parts {
   OrganizeModel organize;
   RulesModel rules;
   AgentModel agent;
+  MapModel map;
   PrivacyModel privacy;
   SettingsModel settings;
   TrayIcon tray;
@@ -139,6 +146,7 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
     parts.organize.reloadFolders();
     parts.rules.reload();
     parts.overview.reloadSchedule();
+    parts.map.reloadChoice();
     parts.settings.refresh();
     parts.privacy.refresh();
   });
@@ -174,6 +182,7 @@ bool Window::show() {
       {"navigation", variantOf(parts.navigation)},
       {"languages", variantOf(parts.languages)},
       {"overview", variantOf(parts.overview)},
+      {"map", variantOf(parts.map)},
       {"cleanup", variantOf(parts.cleanup)},
       {"history", variantOf(parts.history)},
       {"tidy", variantOf(parts.tidy)},

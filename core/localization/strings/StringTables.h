@@ -21,11 +21,12 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> settingsStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> systemStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> keepStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> mapStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 13> stringTables() noexcept {
+[[nodiscard]] inline std::array<std::span<const StringRow>, 14> stringTables() noexcept {
   return {shellStrings(),    actionStrings(), figureStrings(),  windowStrings(),    dashboardStrings(),
           cleanupStrings(),  placeStrings(),  sectionStrings(), duplicateStrings(), ruleStrings(),
-          settingsStrings(), systemStrings(), keepStrings()};
+          settingsStrings(), systemStrings(), keepStrings(),    mapStrings()};
 }
 
 }  // namespace orvane
