@@ -14,6 +14,7 @@
 #include "core/organizer/topics/TopicCategorizerFactory.h"
 #include "core/plans/PlanExecutor.h"
 #include "core/rules/RuleEngine.h"
+#include "core/rules/schedule/DailyMap.h"
 #include "core/rules/schedule/HeadlessCoordinator.h"
 #include "core/rules/schedule/ScheduleCoordinator.h"
 #include "core/rules/services/LaunchAgentManager.h"
@@ -182,7 +183,8 @@ HeadlessCoordinator& HeadlessCoordinator::shared() {
        .volume = systemVolume(),
        .home = FileUrl(homeFolder()),
        .console = writeToConsole,
-       .wait = [](std::chrono::seconds time) { std::this_thread::sleep_for(time); }});
+       .wait = [](std::chrono::seconds time) { std::this_thread::sleep_for(time); },
+       .mapIfDue = [] { mapAndWarn(MapServices::shared(), systemNotificationCenter(), becomeIdle); }});
   return coordinator;
 }
 

@@ -51,6 +51,9 @@ struct SystemReport;
 // Answers within seconds, also where the message bus does not.
 [[nodiscard]] SystemReport systemReport();
 
+// From now on the calling thread, and those that it starts, use processors and disks only while nobody else wants them.
+void becomeIdle() noexcept;
+
 // The absolute path of the program with the window, which lies beside the one that runs. It need not be there.
 [[nodiscard]] std::string windowProgram();
 

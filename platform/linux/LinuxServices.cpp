@@ -23,6 +23,10 @@
 #include "platform/linux/XdgFolders.h"
 #include "platform/posix/RunTool.h"
 
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <string>
 
@@ -30,6 +34,14 @@ namespace orvane {
 
 std::string windowProgram() {
   return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "orvane").string();
+}
+
+void becomeIdle() noexcept {
+  // IOPRIO_CLASS_IDLE of ioprio_set(2), which has no header of its own.
+  constexpr int ofThisThread = 1;
+  constexpr int idleClass = 3 << 13;
+  ::setpriority(PRIO_PROCESS, 0, 19);
+  ::syscall(SYS_ioprio_set, ofThisThread, 0, idleClass);
 }
 
 BackgroundScheduler& systemBackgroundScheduler() {

@@ -67,6 +67,8 @@ bool HeadlessCoordinator::carryOut() noexcept {
   };
   attempt("Scheduled cleanup", [&] { cleanIfDue(); });
   attempt("Tidying up", [&] { tidyIfEnabled(); });
+  // The last, as it lowers this process's priority for good.
+  attempt("Mapping the home folder", m_with.mapIfDue);
   m_with.notificationCenter.awaitAnswers(answerTime);
   return allDone;
 }

@@ -14,7 +14,8 @@ class NotificationCenter;
 class ScheduleCoordinator;
 class Volume;
 
-// The work of a start without a window: a cleanup when one is due, then the watched folders where they are kept tidy.
+// The work of a start without a window: a cleanup when one is due, then the watched folders where they are kept tidy,
+// then the day's map where maps are remembered.
 // Needs no thread but the caller's.
 class HeadlessCoordinator {
  public:
@@ -33,6 +34,7 @@ class HeadlessCoordinator {
     FileUrl home;                                        // the free space of its volume counts
     std::function<void(std::string_view line)> console;  // told of what went wrong
     std::function<void(std::chrono::seconds)> wait;
+    std::function<void()> mapIfDue = [] {};
   };
   explicit HeadlessCoordinator(Collaborators collaborators);
   static HeadlessCoordinator& shared();
