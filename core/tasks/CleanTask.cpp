@@ -7,6 +7,7 @@
 #include "core/tasks/KeptRows.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
+#include "core/tasks/WholeAge.h"
 
 #include <algorithm>
 #include <string_view>
@@ -72,10 +73,11 @@ std::optional<Proposal> propose(const TaskServices& services, const CleanWish& w
   PlaceSet known;
   for (const auto& place : places) known.insert(place.url().path());
   KeptRows kept(services);
-  FilterMatcher filter({.minimumAgeDays = wish.minimumAgeDays, .minimumSizeBytes = wish.minimumSizeBytes}, countedTo);
+  FilterMatcher filter({.minimumSizeBytes = wish.minimumSizeBytes}, countedTo);
+  WholeAge age(wish.minimumAgeDays, countedTo);
   const auto add = [&](FileItem item) {
     if (item.category() == ScanCategory::trash) inTrash.rows.add(item.fileSize());
-    if (!takes(wish, item) || !filter.matches(item) || kept.hold(item)) return;
+    if (!takes(wish, item) || !filter.matches(item) || !age.admits(item) || kept.hold(item)) return;
     item.setSelected(true);
     builder.add(std::move(item), {Choice::selected});
   };

@@ -10,12 +10,20 @@
 #include "core/tasks/KnownPlaces.h"
 #include "core/tasks/TaskServices.h"
 
+#include <fmt/format.h>
+
+#include <string>
+#include <string_view>
+
 namespace orvane {
 namespace {
 
 std::optional<Explanation::Item> explainItem(const TaskServices& services, const FileUrl& place) {
   const auto item = itemAt(services, place, WholeFolder::unmeasured);
   if (!item) return std::nullopt;
+  const auto& places = services.validator.knownPlaces();
+  const auto* known = places.rowOf(place.path());
+  const auto program = known == nullptr ? std::string_view() : places.programOf(*known, place.path());
   return Explanation::Item{
       .category = item->category(),
       .riskLabel = item->riskLabel(),
@@ -23,7 +31,9 @@ std::optional<Explanation::Item> explainItem(const TaskServices& services, const
       .organizerCategory =
           services.organizer.determineCategory(place, item->isFolder() ? ItemKind::folder : ItemKind::file,
                                                place.deletingLastPathComponent(), OrganizationStrategy::byCategory),
-      .decidedBy = CategoryClassifier::reasonFor(place, item->isFolder() ? 0 : item->fileSize()),
+      .decidedBy = known == nullptr  ? CategoryClassifier::reasonFor(place, item->isFolder() ? 0 : item->fileSize())
+                    : program.empty() ? std::string("it is a known place of caches and logs")
+                                     : fmt::format("it is a known place of {}", program),
   };
 }
 

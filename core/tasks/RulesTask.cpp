@@ -2,14 +2,18 @@
 
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/HomeFolder.h"
+#include "core/base/files/PlaceSet.h"
 #include "core/base/text/Json.h"
 #include "core/rules/RuleDestination.h"
 #include "core/rules/RuleMatcher.h"
 #include "core/rules/ScheduleCandidates.h"
 #include "core/safety/rules/FolderLookups.h"
+#include "core/tasks/Folders.h"
 #include "core/tasks/KeptRows.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
+#include "core/tasks/WholeAge.h"
 
 #include <fmt/format.h>
 
@@ -35,13 +39,19 @@ bool namesDeveloperCaches(const CleanupRule& rule) {
   return categories && std::ranges::find(*categories, ScanCategory::developerCaches) != categories->end();
 }
 
+bool namesCategories(const CleanupRule& rule) {
+  return rule.trigger.categories && !rule.trigger.categories->empty();
+}
+
 // A rule that is carried out, with what it leaves.
 struct ActiveRule {
   ActiveRule(const CleanupRule& rule, std::uint32_t index, const RulesWish& wish, const PathValidator& validator)
       : group(index),
         moves(rule.action.type() != RuleAction::Type::reviewOnly),
+        takesKnownPlaces(namesCategories(rule)),
         takesDeveloperCaches(wish.files == RuleFiles::scheduled || namesDeveloperCaches(rule)),
         matcher(rule.trigger, wish.now),
+        placeAge(rule.trigger.minimumAgeDays, wish.now),
         destination(rule.action, validator, wish.boundary),
         kept{.rule = rule.name},
         inPlace{.rule = rule.name},
@@ -49,8 +59,10 @@ struct ActiveRule {
 
   std::uint32_t group;
   bool moves;
+  bool takesKnownPlaces;
   bool takesDeveloperCaches;
   RuleMatcher matcher;
+  WholeAge placeAge;
   RuleDestination destination;
   RowsKeptByLabel kept;
   RowsInPlace inPlace;
@@ -70,6 +82,12 @@ class RuleJudge {
         m_rules.emplace_back(rule, index, wish, services.validator);
       }
     }
+  }
+
+  // Candidates that are known places: rules take them where they name a category, and nothing in them is too young.
+  void setPlaces(std::vector<FileItem> places) {
+    m_places = std::move(places);
+    for (const auto& place : m_places) m_known.insert(place.url().path());
   }
 
   // How the file stands as a row; absent where it is none.
@@ -99,7 +117,7 @@ class RuleJudge {
 
   // A builder with a group for each rule of the wish.
   [[nodiscard]] ProposalBuilder builder() const {
-    ProposalBuilder builder(TaskKind::rules, m_wish.boundary, m_wish.now);
+    ProposalBuilder builder(TaskKind::rules, withKnownPlaces(m_wish.boundary, m_places), m_wish.now);
     for (std::uint32_t index = 0; index < m_wish.rules.size(); ++index) {
       builder.addGroup({.id = m_wish.rules[index].id, .name = m_wish.rules[index].name, .source = index});
     }
@@ -123,15 +141,26 @@ class RuleJudge {
   }
 
  private:
-  [[nodiscard]] static bool takes(ActiveRule& rule, const FileItem& file) {
+  [[nodiscard]] bool takes(ActiveRule& rule, const FileItem& file) const {
+    const auto& path = file.url().path();
+    // An item in a known place goes with it or not at all.
+    if (!m_known.empty() && m_known.holds(path)) return false;
+    const bool isPlace = !m_known.empty() && m_known.contains(path);
+    if (isPlace && (!rule.takesKnownPlaces || isInUse(file))) return false;
     if (file.category() == ScanCategory::developerCaches && !rule.takesDeveloperCaches) return false;
-    const auto mismatch = rule.matcher.mismatch(file);
+    auto mismatch = rule.matcher.mismatch(file);
+    if (!mismatch && isPlace && !rule.placeAge.admits(file)) mismatch = RuleMismatch::age;
     if (!mismatch) return true;
     ++rule.notTaken.counts[static_cast<std::size_t>(*mismatch)];
     if (*mismatch == RuleMismatch::manualLabel && rule.matcher.matchesButForLabel(file)) {
       rule.kept.rows.add(file.fileSize());
     }
     return false;
+  }
+
+  // Nothing else keeps a safe place from being selected.
+  [[nodiscard]] static bool isInUse(const FileItem& place) {
+    return place.riskLabel() == RiskLabel::safe && !place.isSelected();
   }
 
   [[nodiscard]] std::optional<RowMark> markUnder(const ActiveRule& rule, const FileItem& file) {
@@ -145,6 +174,8 @@ class RuleJudge {
 
   const RulesWish& m_wish;
   KeptRows m_kept;
+  std::vector<FileItem> m_places;
+  PlaceSet m_known;
   std::deque<ActiveRule> m_rules;
   std::vector<RuleRefused> m_refused;
   RowsInTrash m_inTrash;
@@ -161,6 +192,20 @@ ScanEnd findFiles(const TaskServices& services, const RulesWish& wish, Developer
   if (monitor.stop.stop_requested()) return ScanEnd::cancelled;
   for (auto& file : files) take(std::move(file));
   return ScanEnd::completed;
+}
+
+// The known places that rules which name a category may take, where the boundary is that of the grants.
+std::vector<FileItem> placesFor(const TaskServices& services, const Boundary& boundary, DeveloperCaches developerCaches,
+                                const std::stop_token& stop) {
+  const bool areGranted = grantedKnownPlaces(services) == KnownPlaces::include &&
+                          boundary.canonicalPaths() == Boundary(grantedFolders(services)).canonicalPaths();
+  auto places = areGranted ? knownPlaceItems(services, developerCaches, stop) : std::vector<FileItem>();
+  std::erase_if(places, [](const FileItem& place) { return place.category() == ScanCategory::trash; });
+  return places;
+}
+
+bool anyNamesCategories(std::span<const CleanupRule> rules) {
+  return std::ranges::any_of(rules, [](const CleanupRule& rule) { return rule.isEnabled && namesCategories(rule); });
 }
 
 Json subjectOf(const RulesWish& wish) {
@@ -195,10 +240,16 @@ Proposal finished(const RuleJudge& judge, const RulesWish& wish, ProposalBuilder
 
 std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWish& wish, const TaskMonitor& monitor) {
   RuleJudge judge(services, wish);
+  const auto developerCaches = developerCachesFor(wish.rules);
+  std::vector<FileItem> places;
+  if (anyNamesCategories(wish.rules)) places = placesFor(services, wish.boundary, developerCaches, monitor.stop);
+  judge.setPlaces(places);
   auto builder = judge.builder();
-  const auto end = findFiles(services, wish, developerCachesFor(wish.rules), monitor, [&](FileItem file) {
+  const auto add = [&](FileItem file) {
     if (const auto mark = judge.judge(file)) builder.add(std::move(file), *mark);
-  });
+  };
+  for (auto& place : places) add(std::move(place));
+  const auto end = findFiles(services, wish, developerCaches, monitor, add);
   if (end == ScanEnd::cancelled) return std::nullopt;
   return finished(judge, wish, builder);
 }
@@ -225,6 +276,9 @@ std::optional<ItemList> ruleCandidates(const TaskServices& services, const Bound
     piece.shrink_to_fit();
     candidates.append(std::make_shared<const ItemPiece>(std::exchange(piece, {})));
   };
+  for (auto& place : placesFor(services, boundary, DeveloperCaches::include, monitor.stop)) {
+    piece.push_back(std::move(place));
+  }
   const RulesWish wish{.rules = {}, .boundary = boundary};
   const auto end = findFiles(services, wish, DeveloperCaches::include, monitor, [&](FileItem file) {
     piece.push_back(std::move(file));
@@ -237,6 +291,7 @@ std::optional<ItemList> ruleCandidates(const TaskServices& services, const Bound
 
 Proposal proposeRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates) {
   RuleJudge judge(services, wish);
+  judge.setPlaces(knownPlacesAmong(services, candidates));
   auto builder = judge.builder();
   candidates.forEach([&](std::size_t, const FileItem& file) {
     if (const auto mark = judge.judge(file)) builder.add(file, *mark);
@@ -248,6 +303,7 @@ Proposal proposeRules(const TaskServices& services, const RulesWish& wish, const
 std::optional<RowSum> countRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates,
                                  const TaskMonitor& monitor) {
   RuleJudge judge(services, wish);
+  judge.setPlaces(knownPlacesAmong(services, candidates));
   RowSum sum;
   candidates.forEach([&](std::size_t, const FileItem& file) {
     if (judge.judge(file)) sum.add(file.fileSize());

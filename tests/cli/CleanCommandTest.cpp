@@ -224,6 +224,13 @@ TEST_F(CleanCommand, takesOnlyWhatIsOldAndLargeEnough) {
         std::pair{"--older-than", "0"}, std::pair{"--older-than", "3d"}}) {
     EXPECT_EQ(run({"clean", "--dry-run", option, value}).exitStatus, 2) << value;
   }
+  // Of a folder everything in it counts.
+  const auto fresh = home.file(".cache/pip/http/fresh");
+  for (const char* folder : {".cache/pip/http", ".cache/pip"}) setAge(home.path(folder), 40 * day);
+  EXPECT_EQ(taken({"--older-than", "30", "--category", "caches"}), 0U);
+  setAge(fresh, 40 * day);
+  EXPECT_EQ(taken({"--older-than", "30", "--category", "caches"}), 1U);
+  std::filesystem::remove_all(home.path(".cache/pip"));
   // A saved proposal is made again by the same measure.
   const auto saved = home.path("saved.json");
   EXPECT_EQ(run({"clean", "--older-than", "30", "--larger-than", "1000", "--save", saved}).exitStatus, 0);

@@ -66,6 +66,8 @@ TEST_F(ExplainCommand, namesWhatDecidesAndWhatWouldProtect) {
     home.file(path);
     EXPECT_THAT(run({"explain", path}).output, HasSubstr(std::string("because    ") + reason + '\n')) << path;
   }
+  home.file(".cache/pip/http/a");
+  EXPECT_THAT(run({"explain", ".cache/pip"}).output, HasSubstr("because    it is a known place of pip\n"));
   EXPECT_THAT(run({"explain", "Downloads/a.log"}).output,
               HasSubstr("to keep it orvanectl keep add '~/Downloads/a.log'\n"));
   EXPECT_EQ(run({"keep", "add", "*.log"}).exitStatus, 0);

@@ -50,6 +50,25 @@ TEST_F(RulesCommand, makesASuggestionTheUsersOwn) {
   EXPECT_EQ(run({"rules", "add"}).exitStatus, 2);
 }
 
+TEST_F(RulesCommand, takesKnownPlacesInWhichNothingIsTooYoung) {
+  constexpr double day = 86400;
+  home.folder("Downloads");
+  for (const char* cache : {".cache/pip", ".cache/ccache"}) {
+    const auto folder = std::string(cache) + "/inner";
+    for (const auto& path : {home.file(folder + "/file"), home.path(folder), home.path(cache)}) setAge(path, 70 * day);
+  }
+  setAge(home.path(".cache/ccache/inner/file"), day);
+  EXPECT_EQ(run({"rules", "add", "--suggested", "old-caches"}).exitStatus, 0);
+  constexpr auto* name = "Caches Unused for 60 Days";
+  EXPECT_THAT(json({"rules", "preview", name}).dump(),
+              AllOf(HasSubstr(".cache/pip\""), testing::Not(HasSubstr(".cache/ccache\""))));
+  EXPECT_EQ(json({"rules", "run", name, "--yes"})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
+  EXPECT_TRUE(exists(home.path(".cache/ccache/inner/file")));
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(home.path(".cache/pip/inner/file")));
+}
+
 // Every suggestion is one that `rules add` would take from a file.
 TEST_F(RulesCommand, suggestsOnlySoundRules) {
   for (const auto& suggestion : json({"rules", "suggest"})) {
