@@ -161,16 +161,26 @@ std::vector<MoveOutcome> moveAll(const Moving& moving, std::vector<MoveRequest> 
   }
 }
 
+// The journal tells what moved; not to know on whose behalf is no reason to move nothing.
+void noteOrigin(const TaskServices& services, const Uuid& runId, const RunOrigin& origin) {
+  try {
+    recordOrigin(services, runId, origin);
+  } catch (const std::system_error&) {
+    return;
+  }
+}
+
 }  // namespace
 
 RunReport carryOut(const TaskServices& services, const Approval& approval, const RunProgress& progress,
-                   const std::stop_token& stop) {
+                   const std::stop_token& stop, RunOrigin::Start start) {
   RunReport report;
   if (approval.empty()) return report;
   const auto& proposal = approval.proposal();
   CleanupRun run(services.mover, services.journal(), proposal.boundary());
   // A restored item is recorded in the run that moved it.
   const bool restores = proposal.kind() == TaskKind::restore;
+  if (!restores) noteOrigin(services, run.id(), originOf(approval, start));
   auto outcomes =
       restores ? bringBack(services, approval, progress, stop)
                : moveAll({services, approval, run, progress, stop}, requestsFor(services, approval, report.started));

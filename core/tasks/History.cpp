@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -82,13 +83,16 @@ bool isAmong(const std::unordered_set<std::string_view>& origins, std::string_vi
 History readHistory(const TaskServices& services) {
   History history;
   auto& journal = services.journal();
+  const auto origins = recordedOrigins(services);
   for (const auto& summary : journal.getRuns()) {
     const auto entries = journal.getEntries(summary.runId);
     for (const auto& entry : entries) {
       if (entry.action != JournalAction::trashed) continue;
       history.lifetimeReclaimedBytes = checkedAdd(history.lifetimeReclaimedBytes, entry.fileSize);
     }
-    history.runs.push_back(runOf(summary, entries));
+    auto run = runOf(summary, entries);
+    if (const auto origin = origins.find(summary.runId); origin != origins.end()) run.origin = origin->second;
+    history.runs.push_back(std::move(run));
   }
   return history;
 }

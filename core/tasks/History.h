@@ -5,9 +5,11 @@
 #include "core/safety/records/JournalEntry.h"
 #include "core/tasks/ItemList.h"
 #include "core/tasks/Notice.h"
+#include "core/tasks/RunOrigins.h"
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -16,7 +18,7 @@ namespace orvane {
 
 struct TaskServices;
 
-// The kind of a run, derived from the outcome of its items: the journal does not say who asked for it.
+// The kind of a run, derived from the outcome of its items.
 enum class RunKind : std::uint8_t { clean, duplicates, tidy, organize, other };
 // Where the items of a run are that have not been brought back.
 enum class RunState : std::uint8_t { restored, inTrash, moved };
@@ -25,7 +27,8 @@ struct RecordedRun {
   CleanupRunSummary summary;
   RunKind kind = RunKind::other;
   RunState state = RunState::restored;
-  std::int64_t remaining = 0;  // items that have not been brought back
+  std::optional<RunOrigin> origin = {};  // absent where nothing tells who had it done
+  std::int64_t remaining = 0;            // items that have not been brought back
 
   [[nodiscard]] bool canBeRestored() const noexcept { return remaining > 0; }
 };

@@ -51,7 +51,7 @@ RunReport ScheduleCoordinator::carryOutScheduledRun(const RunRequest& request) {
   const auto approval = proposal->approve();
   if (request.approve && !request.approve(approval)) return nothing;
   if (request.stop.stop_requested()) return nothing;
-  auto report = carryOut(tasks, approval, request.progress, request.stop);
+  auto report = carryOut(tasks, approval, request.progress, request.stop, RunOrigin::Start::scheduled);
   changeSettings([&](ScheduleSettings& settings) { settings.lastRunDate = m_with.now(); });
   m_with.notificationService.postCleanupSummary(report.moved(), report.toTrash.bytes);
   return report;
