@@ -5,12 +5,14 @@
 #include "core/base/text/Json.h"
 #include "core/duplicates/DuplicateFinderEngine.h"
 #include "core/duplicates/DuplicateWalk.h"
+#include "core/safety/rules/ProtectedLocations.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/KeptRows.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace orvane {
@@ -125,6 +127,43 @@ void take(const DuplicateGroup& group, const Proposal& proposal, std::uint32_t f
   });
 }
 
+std::size_t newest(const std::vector<FileItem>& copies) {
+  const auto isOlder = [](const FileItem& left, const FileItem& right) {
+    return left.createdDate() < right.createdDate();
+  };
+  return static_cast<std::size_t>(std::max_element(copies.begin(), copies.end(), isOlder) - copies.begin());
+}
+
+// Absent where no copy lies in the folder.
+std::optional<std::size_t> oldestInside(const std::vector<FileItem>& copies, const FileUrl& folder) {
+  std::optional<std::size_t> kept;
+  for (std::size_t at = 0; at < copies.size(); ++at) {
+    if (!isBelow(copies[at].url().path(), folder.path())) continue;
+    if (!kept || copies[at].createdDate() < copies[*kept].createdDate()) kept = at;
+  }
+  return kept;
+}
+
+void keepOnly(std::vector<FileItem>& copies, std::size_t kept) {
+  for (std::size_t at = 0; at < copies.size(); ++at) copies[at].setSelected(at != kept);
+}
+
+void apply(const KeepRule& rule, DuplicateGroup& group) {
+  if (group.items.size() < 2) return;
+  switch (rule.by) {
+    case KeepRule::By::oldest:
+      return group.applyKeepStrategy(DuplicateKeepStrategy::keepOldest);
+    case KeepRule::By::shortestPath:
+      return group.applyKeepStrategy(DuplicateKeepStrategy::keepShortestPath);
+    case KeepRule::By::newest:
+      return keepOnly(group.items, newest(group.items));
+    case KeepRule::By::folder:
+      break;
+  }
+  if (const auto kept = oldestInside(group.items, rule.folder)) return keepOnly(group.items, *kept);
+  group.applyKeepStrategy(DuplicateKeepStrategy::keepOldest);
+}
+
 }  // namespace
 
 std::vector<FileUrl> searchableFolders(const TaskServices& services) {
@@ -176,12 +215,17 @@ DuplicateGroup duplicateGroupAt(const Proposal& proposal, std::uint32_t firstRow
 }
 
 void applyKeepStrategy(const Proposal& proposal, DuplicateKeepStrategy strategy, Selection& selection) {
+  const bool isByAge = strategy == DuplicateKeepStrategy::keepOldest;
+  applyKeepRule(proposal, {isByAge ? KeepRule::By::oldest : KeepRule::By::shortestPath}, selection);
+}
+
+void applyKeepRule(const Proposal& proposal, const KeepRule& rule, Selection& selection) {
   for (const auto firstRow : firstRowsOfGroups(proposal)) {
     auto group = duplicateGroupAt(proposal, firstRow, selection);
     if (hasCopyThatStays(proposal, firstRow, selection)) {
       for (auto& copy : group.items) copy.setSelected(true);
     } else {
-      group.applyKeepStrategy(strategy);
+      apply(rule, group);
     }
     take(group, proposal, firstRow, selection);
   }

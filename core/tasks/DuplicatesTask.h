@@ -51,6 +51,17 @@ struct DuplicatesWish {
 
 // Chooses in every group all copies but the one that the strategy keeps.
 void applyKeepStrategy(const Proposal& proposal, DuplicateKeepStrategy strategy, Selection& selection);
+// More ways to choose the copy that stays than a proposal is made with.
+struct KeepRule {
+  enum class By : std::uint8_t { oldest, shortestPath, newest, folder };
+  By by = By::oldest;
+  // By folder: of the copies inside it the oldest stays, and of all where none is.
+  FileUrl folder = {};
+
+  bool operator==(const KeepRule&) const = default;
+};
+void applyKeepRule(const Proposal& proposal, const KeepRule& rule, Selection& selection);
+
 // Selects or unselects one copy, where its group allows it. False where it did not.
 [[nodiscard]] bool setCopySelected(const Proposal& proposal, std::uint32_t row, bool isSelected, Selection& selection);
 

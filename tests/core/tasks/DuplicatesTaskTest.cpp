@@ -87,6 +87,29 @@ TEST_F(DuplicatesTask, proposesEveryCopyAndKeepsOneOfEach) {
   EXPECT_THAT(firstNotice<FolderLeftOut>(caches.notices())->detail, HasSubstr("is not searched for duplicates"));
 }
 
+TEST_F(DuplicatesTask, keepsTheNewestOrTheOneInAFolder) {
+  constexpr double day = 86400;
+  setAge(file("Archive/old"), 30 * day);
+  setAge(file("Archive/older"), 60 * day);
+  setAge(file("Archiven/oldest"), 90 * day);
+  file("new");
+  const auto proposal = find();
+  const auto kept = [&](const KeepRule& rule) {
+    auto selection = proposal.selection();
+    applyKeepRule(proposal, rule, selection);
+    std::vector<std::string> names;
+    proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+      if (!selection.isSelected(index))
+        names.emplace_back(row.item.url().path().substr(tree.path("Downloads/").size()));
+    });
+    return names;
+  };
+  EXPECT_THAT(kept({KeepRule::By::oldest}), ElementsAre("Archiven/oldest"));
+  EXPECT_THAT(kept({KeepRule::By::newest}), ElementsAre("new"));
+  EXPECT_THAT(kept({KeepRule::By::folder, tree.url("Downloads/Archive")}), ElementsAre("Archive/older"));
+  EXPECT_THAT(kept({KeepRule::By::folder, tree.url("Pictures")}), ElementsAre("Archiven/oldest"));
+}
+
 TEST_F(DuplicatesTask, choosesByTheRulesOfAGroup) {
   file("a");
   file("bb");
