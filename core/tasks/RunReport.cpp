@@ -5,6 +5,17 @@
 #include <utility>
 
 namespace orvane {
+namespace {
+
+std::vector<std::uint32_t> rowsWith(const RunReport& report, MoveResult result) {
+  std::vector<std::uint32_t> rows;
+  for (std::size_t at = 0; at < report.rows.size(); ++at) {
+    if (report.outcomes[at].result == result) rows.push_back(report.rows[at]);
+  }
+  return rows;
+}
+
+}  // namespace
 
 std::int64_t RunReport::movedBytes() const {
   return checkedAdd(toTrash.bytes, toFolders.bytes);
@@ -35,21 +46,28 @@ void RunReport::note(MoveOutcome outcome, std::uint32_t row, bool isToTrash) {
   }
   outcomes.push_back(std::move(outcome));
   rows.push_back(row);
+  areToTrash.push_back(isToTrash);
 }
 
 void RunReport::forgetMoved() {
-  std::erase_if(outcomes, [](const MoveOutcome& outcome) { return outcome.result == MoveResult::moved; });
-  outcomes.shrink_to_fit();
+  std::vector<MoveOutcome> kept;
+  std::vector<bool> keptAreToTrash;
+  for (std::size_t at = 0; at < outcomes.size(); ++at) {
+    if (outcomes[at].result == MoveResult::moved) continue;
+    kept.push_back(std::move(outcomes[at]));
+    keptAreToTrash.push_back(areToTrash[at]);
+  }
+  outcomes = std::move(kept);
+  areToTrash = std::move(keptAreToTrash);
   rows = {};
 }
 
 std::vector<std::uint32_t> movedRows(const RunReport& report) {
-  std::vector<std::uint32_t> result;
-  result.reserve(static_cast<std::size_t>(report.moved()));
-  for (std::size_t at = 0; at < report.rows.size(); ++at) {
-    if (report.outcomes[at].result == MoveResult::moved) result.push_back(report.rows[at]);
-  }
-  return result;
+  return rowsWith(report, MoveResult::moved);
+}
+
+std::vector<std::uint32_t> missingRows(const RunReport& report) {
+  return rowsWith(report, MoveResult::missing);
 }
 
 }  // namespace orvane

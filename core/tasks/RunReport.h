@@ -21,9 +21,10 @@ struct RunReport {
   // Of each approved row in order, and which row of the proposal it is.
   std::vector<MoveOutcome> outcomes;
   std::vector<std::uint32_t> rows;
-  RowSum toTrash;         // moved; free once the Trash is emptied
-  RowSum toFolders;       // moved
-  std::int64_t left = 0;  // not tried, as the run was stopped
+  std::vector<bool> areToTrash;  // of each outcome: whether its item was bound for the Trash
+  RowSum toTrash;                // moved; free once the Trash is emptied
+  RowSum toFolders;              // moved
+  std::int64_t left = 0;         // not tried, as the run was stopped
   std::int64_t failed = 0;
 
   [[nodiscard]] std::int64_t moved() const noexcept { return toTrash.count + toFolders.count; }
@@ -38,5 +39,7 @@ struct RunReport {
 
 // Indexes of the rows that moved.
 [[nodiscard]] std::vector<std::uint32_t> movedRows(const RunReport& report);
+// Indexes of the rows whose items had gone before their turn came.
+[[nodiscard]] std::vector<std::uint32_t> missingRows(const RunReport& report);
 
 }  // namespace orvane
