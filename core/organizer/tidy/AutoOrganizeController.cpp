@@ -96,6 +96,10 @@ AutoOrganizeReport AutoOrganizeController::runShown(TidyLook shown, const std::s
   return run(wanted, stop);
 }
 
+Restored AutoOrganizeController::undo(std::span<const Uuid> runs) {
+  return m_collaborators.organizer.undo(runs);
+}
+
 AutoOrganizeReport AutoOrganizeController::run(const AutoOrganizeRequest& request, const std::stop_token& stop) {
   {
     const std::lock_guard lock(m_mutex);

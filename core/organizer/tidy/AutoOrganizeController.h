@@ -60,6 +60,8 @@ class AutoOrganizeController {
   [[nodiscard]] TidyLook look(const std::stop_token& stop = {});
   // Carries out what was shown, and nothing else. Throws as runNow does.
   AutoOrganizeReport runShown(TidyLook shown, const std::stop_token& stop = {}, const RunProgress& progress = {});
+  // Brings back what runs of it moved.
+  Restored undo(std::span<const Uuid> runs);
   // Changes the settings, stores them and reschedules. Throws std::system_error.
   void update(const std::function<void(AutoOrganizeSettings&)>& change);
   // A failure shows in the status message.

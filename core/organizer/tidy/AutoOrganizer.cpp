@@ -7,6 +7,7 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace orvane {
@@ -59,6 +60,17 @@ AutoOrganizeReport AutoOrganizer::run(const AutoOrganizeRequest& request, const 
 double AutoOrganizer::age(const FileUrl& item, Date now) const {
   const auto status = m_services.statusReader.read(AT_FDCWD, item.path().c_str());
   return status ? itemAge(*status, now) : 0;
+}
+
+Restored AutoOrganizer::undo(std::span<const Uuid> runs) const {
+  Restored all;
+  for (const auto& run : runs) {
+    auto restored = restoreNow(m_services, {run});
+    all.count += restored.count;
+    std::move(restored.renamed.begin(), restored.renamed.end(), std::back_inserter(all.renamed));
+    std::move(restored.warnings.begin(), restored.warnings.end(), std::back_inserter(all.warnings));
+  }
+  return all;
 }
 
 }  // namespace orvane

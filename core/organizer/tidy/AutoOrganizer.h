@@ -3,6 +3,7 @@
 #include "core/base/files/FileUrl.h"
 #include "core/base/values/Date.h"
 #include "core/organizer/records/AutoOrganizeResult.h"
+#include "core/tasks/RestoreTask.h"
 #include "core/tasks/TaskServices.h"
 #include "core/tasks/TidyTask.h"
 
@@ -58,6 +59,9 @@ class AutoOrganizer {
   AutoOrganizeReport run(const AutoOrganizeRequest& request, const std::stop_token& stop = {});
   // The proposal that a run would make; changes nothing.
   [[nodiscard]] TidyLook look(const AutoOrganizeRequest& request, const std::stop_token& stop = {}) const;
+
+  // Brings back what runs of it moved.
+  [[nodiscard]] Restored undo(std::span<const Uuid> runs) const;
 
   // Seconds since the later of creation and modification; zero where neither can be read.
   [[nodiscard]] double age(const FileUrl& item, Date now) const;
