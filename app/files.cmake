@@ -25,6 +25,7 @@ set(ORVANE_QML_FILES
   components/FocusFollower.qml
   components/FolderButton.qml
   components/FolderRow.qml
+  components/FolderSheet.qml
   components/HeadingText.qml
   components/Icon.qml
   components/IconButton.qml

@@ -15,6 +15,7 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> dashboardStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> cleanupStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> placeStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> consentStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> sectionStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> duplicateStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> ruleStrings() noexcept;
@@ -23,10 +24,10 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> keepStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> mapStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 14> stringTables() noexcept {
-  return {shellStrings(),    actionStrings(), figureStrings(),  windowStrings(),    dashboardStrings(),
-          cleanupStrings(),  placeStrings(),  sectionStrings(), duplicateStrings(), ruleStrings(),
-          settingsStrings(), systemStrings(), keepStrings(),    mapStrings()};
+[[nodiscard]] inline std::array<std::span<const StringRow>, 15> stringTables() noexcept {
+  return {shellStrings(),   actionStrings(),   figureStrings(),  windowStrings(),  dashboardStrings(),
+          cleanupStrings(), placeStrings(),    consentStrings(), sectionStrings(), duplicateStrings(),
+          ruleStrings(),    settingsStrings(), systemStrings(),  keepStrings(),    mapStrings()};
 }
 
 }  // namespace orvane

@@ -1,0 +1,89 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Orvane
+
+// A chooser of folders for desktops that have none.
+Sheet {
+    id: root
+
+    property string startFolder: ""
+    signal picked(string url)
+
+    title: qsTr("action.choose_folder")
+    sheetWidth: 560
+    onOpened: listing.enter(root.startFolder)
+
+    FolderListing {
+        id: listing
+    }
+
+    ColumnLayout {
+        width: parent.width
+        spacing: 12
+
+        RowLayout {
+            spacing: 8
+
+            PlainButton {
+                enabled: listing.hasParent
+                symbol: "folder"
+                text: qsTr("folder.parent")
+                onClicked: listing.leave()
+            }
+
+            BodyText {
+                Layout.fillWidth: true
+                text: listing.shownPath
+                elide: Text.ElideMiddle
+            }
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 280
+            radius: Theme.controlRadius
+            color: Theme.surface
+            border.color: Theme.line
+
+            RowList {
+                id: list
+
+                anchors.fill: parent
+                anchors.margins: 1
+                label: qsTr("action.choose_folder")
+                model: listing.rows
+                onRowToggled: row => listing.enter(listing.rows[row].path)
+                delegate: ItemRow {
+                    required property int index
+                    required property var modelData
+
+                    width: list.width
+                    implicitHeight: 40
+                    hasBox: false
+                    showsAge: false
+                    indent: 16
+                    name: modelData.name
+                    isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
+                    onToggled: listing.enter(modelData.path)
+                }
+            }
+        }
+    }
+
+    buttons: [
+        PrimaryButton {
+            focus: true
+            text: qsTr("folder.choose")
+            onClicked: {
+                root.picked(listing.folder);
+                root.close();
+            }
+        },
+        PlainButton {
+            text: qsTr("action.cancel")
+            onClicked: root.close()
+        }
+    ]
+}
