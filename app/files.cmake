@@ -1,7 +1,9 @@
 # The files of the window, relative to app/. In the program each file stands below :/qt/qml/Orvane by its path from
 # here.
 set(ORVANE_QML_FILES
+  shell/AboutSheet.qml
   shell/Main.qml
+  shell/ShortcutsSheet.qml
   components/Texts.qml
   components/Theme.qml
   components/AlertDialog.qml
@@ -21,6 +23,7 @@ set(ORVANE_QML_FILES
   components/Figure.qml
   components/FigureText.qml
   components/FileThumb.qml
+  components/FilterChip.qml
   components/FocusRing.qml
   components/FocusFollower.qml
   components/FolderButton.qml
@@ -30,8 +33,10 @@ set(ORVANE_QML_FILES
   components/Icon.qml
   components/IconButton.qml
   components/InputField.qml
+  components/ItemMenu.qml
   components/ItemRow.qml
   components/LanguageButton.qml
+  components/LargeRunQuestion.qml
   components/LinkButton.qml
   components/MenuButton.qml
   components/Meter.qml
@@ -85,6 +90,7 @@ set(ORVANE_QML_FILES
   overview/MapRow.qml
   duplicates/DuplicateEntry.qml
   duplicates/DuplicatesScreen.qml
+  settings/AppearanceSettings.qml
   settings/FolderSettings.qml
   history/HistoryEntry.qml
   history/HistoryScreen.qml

@@ -17,6 +17,7 @@ Item {
 
     property bool isFocused: false
     signal toggled
+    signal menuAsked
 
     height: 52
 
@@ -35,5 +36,6 @@ Item {
         canCheck: root.checkState >= 0
         isFocused: root.isFocused
         onToggled: root.toggled()
+        onMenuAsked: root.menuAsked()
     }
 }

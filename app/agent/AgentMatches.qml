@@ -8,6 +8,7 @@ FocusScope {
     id: root
 
     required property AgentModel model
+    required property AppState appState
     property bool isBusy: false
 
     HeadingText {
@@ -45,6 +46,7 @@ FocusScope {
         label: qsTr("agent.dry_run_title")
         model: root.model
         onRowToggled: row => root.model.toggle(row)
+        onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
         delegate: AgentEntry {
             width: list.width
             isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
@@ -52,7 +54,17 @@ FocusScope {
                 list.currentIndex = index;
                 root.model.toggle(index);
             }
+            onMenuAsked: {
+                list.currentIndex = index;
+                menu.show(root.model.placeAt(index), this, false);
+            }
         }
+    }
+
+    ItemMenu {
+        id: menu
+
+        appState: root.appState
     }
 
     EmptyState {

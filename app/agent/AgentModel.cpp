@@ -1,6 +1,7 @@
 #include "app/agent/AgentModel.h"
 
 #include "app/common/NoticeTexts.h"
+#include "app/common/Places.h"
 #include "app/common/Text.h"
 #include "core/tasks/AskTask.h"
 
@@ -272,6 +273,11 @@ void AgentModel::toggle(int row) {
   m_selection.set(at, m_selection.isSelected(at) ? Selection::Whether::unselected : Selection::Whether::selected);
   Q_EMIT dataChanged(index(row), index(row), {CheckStateRole});
   Q_EMIT selectionChanged();
+}
+
+QString AgentModel::placeAt(int row) const {
+  if (row < 0 || row >= rowCount()) return {};
+  return placeText(m_answer->proposal.row(static_cast<std::size_t>(row)).item.url());
 }
 
 // --- carrying out

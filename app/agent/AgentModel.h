@@ -102,6 +102,7 @@ class AgentModel : public orvane::RunModel {
   Q_INVOKABLE void dryRun();
   Q_INVOKABLE void toggle(int row);
   Q_INVOKABLE void confirm();
+  [[nodiscard]] QString placeAt(int row) const override;
   Q_INVOKABLE void discard();
   Q_INVOKABLE void updateRequest();
   Q_INVOKABLE void cancel() override;

@@ -158,6 +158,7 @@ Page {
             total: root.model.progressTotal
             detail: root.model.progressText
             outcome: root.model.resultText
+            resultNote: root.model.resultNote
             canUndo: root.model.canUndo
             undoLabel: qsTr("dashboard.undo")
             onCancelAsked: root.model.cancel()
@@ -235,6 +236,7 @@ Page {
                 anchors.fill: parent
                 visible: root.model.hasPlan && !root.model.isRefused
                 model: root.model
+                appState: root.appState
                 isBusy: root.isBusy
             }
 

@@ -146,6 +146,10 @@ void AppsModel::copyCommand(int row) {
   QGuiApplication::clipboard()->setText(data(index(row), CommandRole).toString());
 }
 
+QString AppsModel::placeAt(int row) const {
+  return row < 0 || row >= rowCount() ? QString() : placeText(m_apps[m_shown[static_cast<std::size_t>(row)]].url);
+}
+
 // --- review
 
 void AppsModel::review(int row) {

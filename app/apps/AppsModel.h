@@ -93,6 +93,7 @@ class AppsModel : public orvane::RunModel {
   Q_INVOKABLE void toggleLeftover(int index);
   Q_INVOKABLE void selectAllLeftovers(bool isSelected);
   Q_INVOKABLE void uninstall();
+  [[nodiscard]] QString placeAt(int row) const override;
   Q_INVOKABLE void cancel() override;
 
  Q_SIGNALS:

@@ -77,6 +77,7 @@ Page {
             total: root.model.progressTotal
             detail: root.model.progressText
             outcome: root.model.resultText
+            resultNote: root.model.resultNote
             canUndo: root.model.canUndo
             undoLabel: qsTr("dashboard.undo")
             onCancelAsked: root.model.cancel()

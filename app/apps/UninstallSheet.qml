@@ -14,6 +14,11 @@ Sheet {
         return leftovers.every(leftover => leftover.selected);
     }
 
+    function uninstall() {
+        model.uninstall();
+        model.closeReview();
+    }
+
     title: qsTr("apps.uninstall_title").arg(model.reviewName)
     sheetWidth: 560
 
@@ -90,6 +95,10 @@ Sheet {
         }
     }
 
+    LargeRunQuestion {
+        id: large
+    }
+
     buttons: [
         PrimaryButton {
             focus: true
@@ -97,10 +106,9 @@ Sheet {
             symbol: "trash"
             text: qsTr("apps.uninstall_count").arg(Texts.counted("count.items", root.model.reviewCount)).arg(
                       Texts.bytes(root.model.reviewBytes))
-            onClicked: {
-                root.model.uninstall();
-                root.model.closeReview();
-            }
+            onClicked: large.ask(root.model.isLarge(root.model.reviewCount, root.model.reviewBytes), Texts.counted(
+                                     "consent.to_trash", root.model.reviewCount).arg(
+                                     Texts.bytes(root.model.reviewBytes)), text, root.uninstall)
         },
         PlainButton {
             text: qsTr("action.cancel")

@@ -21,6 +21,7 @@ Item {
     required property bool expanded
     required property string cloudWarning
     required property bool isFolder
+    required property string lockReason
     property bool isFocused: false
     signal toggled
     signal folded
@@ -29,6 +30,8 @@ Item {
     signal openFolderAsked
     signal keepAsked
     signal menuAsked
+    signal rangeAsked
+    signal openAsked
 
     readonly property bool isHeader: kind === 0
 
@@ -67,6 +70,7 @@ Item {
         size: root.isHeader ? "" : Texts.bytes(root.bytes)
         checkState: root.checkState
         canCheck: root.checkState >= 0
+        lockReason: root.lockReason
         canExplain: true
         canOpenFolder: true
         canKeep: true
@@ -74,6 +78,8 @@ Item {
         onToggled: root.toggled()
         onPressed: root.touched()
         onMenuAsked: root.menuAsked()
+        onRangeAsked: root.rangeAsked()
+        onOpenAsked: root.openAsked()
         onExplainAsked: root.explainAsked()
         onOpenFolderAsked: root.openFolderAsked()
         onKeepAsked: root.keepAsked()

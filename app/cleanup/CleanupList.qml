@@ -9,6 +9,7 @@ FocusScope {
 
     required property Page screen
     required property CleanupModel model
+    required property AppState appState
     property bool isFiltered: false
     signal explainAsked(int row)
 
@@ -27,6 +28,12 @@ FocusScope {
 
         LinkButton {
             anchors.verticalCenter: parent.verticalCenter
+            text: qsTr("action.select_all")
+            onClicked: root.model.selectAll()
+        }
+
+        LinkButton {
+            anchors.verticalCenter: parent.verticalCenter
             text: qsTr("action.deselect_all")
             onClicked: root.model.deselectAll()
         }
@@ -34,27 +41,57 @@ FocusScope {
         LinkButton {
             anchors.verticalCenter: parent.verticalCenter
             visible: root.isFiltered && root.model.shownCount > 0
-            symbol: "close"
             text: qsTr("cleanup.show_all")
             onClicked: root.model.clearFilters()
         }
     }
 
-    Divider {
+    Flow {
+        id: chips
+
         anchors.top: tools.bottom
+        x: 16
+        width: parent.width - 32
+        bottomPadding: visible ? 10 : 0
+        spacing: 8
+        visible: root.isFiltered
+        height: visible ? implicitHeight : 0
+
+        Repeater {
+            model: root.model.filters
+
+            FilterChip {
+                required property var modelData
+
+                text: modelData.text
+                onClicked: root.model.removeFilter(modelData.filter)
+            }
+        }
+
+        CaptionText {
+            height: 26
+            verticalAlignment: Text.AlignVCenter
+            text: qsTr("count.of").arg(Texts.count(root.model.shownCount)).arg(Texts.count(root.model.itemCount))
+        }
+    }
+
+    Divider {
+        anchors.top: chips.bottom
         width: parent.width
     }
 
     RowList {
         id: list
 
-        anchors.top: tools.bottom
+        anchors.top: chips.bottom
         anchors.topMargin: 1
         anchors.bottom: parent.bottom
         width: parent.width
         label: qsTr("nav.cleanup")
         model: root.model
         onRowToggled: row => root.model.toggle(row)
+        onRangeAsked: (from, to) => root.model.selectRange(from, to)
+        onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
         onRowFolded: (row, open) => {
             const entry = itemAtIndex(row) as CleanupEntry;
             if (entry && entry.kind === 0 && entry.expanded !== open)
@@ -65,8 +102,14 @@ FocusScope {
             isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
             onToggled: {
                 list.currentIndex = index;
+                list.anchor = index;
                 root.model.toggle(index);
             }
+            onRangeAsked: {
+                list.currentIndex = index;
+                root.model.selectRange(list.anchor, index);
+            }
+            onOpenAsked: root.appState.openItem(root.model.placeAt(index))
             onFolded: {
                 list.currentIndex = index;
                 root.model.toggleExpanded(index);
@@ -81,26 +124,21 @@ FocusScope {
             onKeepAsked: root.model.keep(index)
             onMenuAsked: {
                 list.currentIndex = index;
-                menu.popup();
+                menu.show(root.model.placeAt(index), this, false);
             }
         }
     }
 
-    ChoiceMenu {
+    ItemMenu {
         id: menu
+
+        appState: root.appState
 
         ChoiceItem {
             isChoice: false
             symbol: "info"
             text: qsTr("cleanup.why")
             onTriggered: root.explainAsked(list.currentIndex)
-        }
-
-        ChoiceItem {
-            isChoice: false
-            symbol: "folder-open"
-            text: qsTr("action.reveal_in_finder")
-            onTriggered: root.model.openContainingFolder(list.currentIndex)
         }
 
         ChoiceItem {

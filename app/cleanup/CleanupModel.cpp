@@ -1,6 +1,7 @@
 #include "app/cleanup/CleanupModel.h"
 
 #include "app/cleanup/CleanupText.h"
+#include "app/common/Places.h"
 #include "app/common/Text.h"
 #include "app/shell/AppState.h"
 #include "core/base/files/FileStatus.h"
@@ -65,38 +66,6 @@ double CleanupModel::projectedFreeBytes() const {
 
 // --- rows
 
-int CleanupModel::rowsOf(const Section& section) {
-  if (section.shown.items.empty()) return 0;
-  return 1 + (section.isExpanded ? static_cast<int>(section.shown.items.size()) : 0);
-}
-
-int CleanupModel::totalRows() const {
-  int rows = 0;
-  for (const auto& section : m_sections) rows += rowsOf(section);
-  return rows;
-}
-
-int CleanupModel::headerRow(ScanCategory category) const {
-  int row = 0;
-  for (std::size_t before = 0; before < indexOf(category); ++before) row += rowsOf(m_sections[before]);
-  return row;
-}
-
-std::optional<CleanupModel::Place> CleanupModel::placeOf(int row) const {
-  if (row < 0) return std::nullopt;
-  for (const auto category : allScanCategories) {
-    const auto& section = m_sections[indexOf(category)];
-    const int rows = rowsOf(section);
-    if (row >= rows) {
-      row -= rows;
-      continue;
-    }
-    if (row == 0) return Place{category, std::nullopt};
-    return Place{category, section.shown.items[static_cast<std::size_t>(row - 1)]};
-  }
-  return std::nullopt;
-}
-
 int CleanupModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : m_rows;
 }
@@ -117,21 +86,22 @@ QHash<int, QByteArray> CleanupModel::roleNames() const {
       {CloudWarningRole, "cloudWarning"},
       {IsFolderRole, "isFolder"},
       {CategoryRole, "category"},
+      {LockReasonRole, "lockReason"},
   };
 }
 
 QVariant CleanupModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto place = placeOf(index.row());
+  const auto place = m_sections.placeOf(index.row());
   if (!place) return {};
   if (role == KindRole) return place->item ? Item : Header;
-  if (role == ColorIndexRole) return static_cast<int>(indexOf(place->category)) % colorCount;
+  if (role == ColorIndexRole) return static_cast<int>(CleanupSections::indexOf(place->category)) % colorCount;
   if (role == CategoryRole) return textFrom(rawValue(place->category));
   return place->item ? itemData(*place->item, role) : sectionData(place->category, role);
 }
 
 QVariant CleanupModel::sectionData(ScanCategory category, int role) const {
-  const auto& section = m_sections[indexOf(category)];
+  const auto& section = m_sections.of(category);
   switch (role) {
     case Qt::DisplayRole:
     case NameRole:
@@ -153,6 +123,7 @@ QVariant CleanupModel::sectionData(ScanCategory category, int role) const {
     case PlaceRole:
     case ReasonRole:
     case CloudWarningRole:
+    case LockReasonRole:
       return QString();
     default:
       return {};
@@ -185,7 +156,20 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case CloudWarningRole:
       return cloudText(item, services().tasks.home);
     case IsFolderRole:
-      return m_items.items().item(index).isFolder();
+      return item.isFolder();
+    case LockReasonRole:
+      return lockReason(index);
+    default:
+      return {};
+  }
+}
+
+QString CleanupModel::lockReason(std::uint32_t index) const {
+  switch (scannedMark(m_items.items().item(index)).lock) {
+    case Lock::manualLabel:
+      return labelText(m_items.items().item(index));
+    case Lock::inTrash:
+      return localizedText("cleanup.locked_in_trash");
     default:
       return {};
   }
@@ -193,19 +177,18 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
 
 int CleanupModel::checkStateOf(const Section& section) const {
   if (section.selectable == 0) return -1;
-  if (section.selected == 0) return Qt::Unchecked;
-  return section.selected == section.selectable ? Qt::Checked : Qt::PartiallyChecked;
+  if (section.selected.count == 0) return Qt::Unchecked;
+  return section.selected.count == section.selectable ? Qt::Checked : Qt::PartiallyChecked;
 }
 
 QString CleanupModel::explanation(int row) const {
-  const auto place = placeOf(row);
+  const auto place = m_sections.placeOf(row);
   if (!place) return {};
   if (!place->item) {
     return localizedText("risk." + std::string(rawValue(defaultRisk(place->category))) + ".desc");
   }
   const auto& item = m_items.items().item(*place->item);
-  QStringList lines{reasonText(services().tasks, item),
-                    localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc")};
+  QStringList lines{reasonText(services().tasks, item), labelText(item)};
   if (const auto cloud = cloudText(item, services().tasks.home); !cloud.isEmpty()) lines += cloud;
   return lines.join(u'\n');
 }
@@ -258,6 +241,39 @@ void CleanupModel::setFolderFilter(const QString& folder) {
   changeQuery(query);
 }
 
+QVariantList CleanupModel::filters() const {
+  QVariantList result;
+  const auto add = [&result](Filter filter, const QString& text) {
+    result.append(QVariantMap{{QStringLiteral("filter"), filter}, {QStringLiteral("text"), text}});
+  };
+  if (!m_query.searchText.empty()) {
+    add(SearchFilter, localizedText("cleanup.filter_search").arg(shownName(m_query.searchText)));
+  }
+  if (m_query.risk) add(RiskFilter, localizedText("risk." + std::string(rawValue(*m_query.risk))));
+  if (m_query.category) add(CategoryFilter, localizedText("category." + std::string(rawValue(*m_query.category))));
+  if (!m_query.folder.empty()) add(FolderFilter, shownPath(m_query.folder, services().tasks.home));
+  return result;
+}
+
+void CleanupModel::removeFilter(Filter filter) {
+  auto query = m_query;
+  switch (filter) {
+    case SearchFilter:
+      query.searchText.clear();
+      break;
+    case RiskFilter:
+      query.risk.reset();
+      break;
+    case CategoryFilter:
+      query.category.reset();
+      break;
+    case FolderFilter:
+      query.folder.clear();
+      break;
+  }
+  changeQuery(query);
+}
+
 void CleanupModel::clearFilters() {
   changeQuery(CleanupQuery{.searchText = {}, .order = m_query.order, .risk = {}, .category = {}, .folder = {}});
 }
@@ -267,7 +283,7 @@ void CleanupModel::showOnly(const QString& category, const QString& folder) {
   query.order = m_query.order;
   query.category = scanCategoryFromRawValue(category.toStdString());
   query.folder = folder.toStdString();
-  if (query.category) m_sections[indexOf(*query.category)].isExpanded = true;
+  if (query.category) m_sections.of(*query.category).isExpanded = true;
   changeQuery(query);
 }
 
@@ -331,72 +347,54 @@ void CleanupModel::arrange() {
 // Rows are not followed from their old place to their new one: the list keeps its position, and reads anew what it
 // shows. Telling a million moves would block it.
 void CleanupModel::show(CleanupArrangement arrangement) {
-  m_shownCount = 0;
-  int rows = 0;
-  for (std::size_t at = 0; at < m_sections.size(); ++at) {
-    m_shownCount += static_cast<std::int64_t>(arrangement.sections[at].items.size());
-    if (arrangement.sections[at].items.empty()) continue;
-    rows += 1 + (m_sections[at].isExpanded ? static_cast<int>(arrangement.sections[at].items.size()) : 0);
-  }
+  const int rows = m_sections.rowsWith(arrangement);
   const int before = m_rows;
   if (rows > before) beginInsertRows({}, before, rows - 1);
   if (rows < before) beginRemoveRows({}, rows, before - 1);
-  for (std::size_t at = 0; at < m_sections.size(); ++at) {
-    m_sections[at].shown = std::move(arrangement.sections[at]);
-  }
-  recountSections();
+  m_sections.take(std::move(arrangement));
+  m_sections.recount(m_selection, m_items.items());
   m_rows = rows;
   if (rows > before) endInsertRows();
   if (rows < before) endRemoveRows();
   if (const int both = std::min(rows, before); both > 0) Q_EMIT dataChanged(index(0), index(both - 1));
   Q_EMIT countsChanged();
-}
-
-void CleanupModel::recountSections() {
-  for (auto& section : m_sections) {
-    section.selectable = 0;
-    section.selected = 0;
-    for (const auto index : section.shown.items) {
-      section.selectable += m_selection.isSelectable(index) ? 1 : 0;
-      section.selected += m_selection.isSelected(index) ? 1 : 0;
-    }
-  }
+  Q_EMIT selectionChanged();
 }
 
 // --- selection
 
 void CleanupModel::refreshChecks() {
-  recountSections();
+  m_sections.recount(m_selection, m_items.items());
   if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1), {CheckStateRole});
   Q_EMIT selectionChanged();
 }
 
 void CleanupModel::toggle(int row) {
-  const auto place = placeOf(row);
+  const auto place = m_sections.placeOf(row);
   if (!place || isWorking()) return;
-  auto& section = m_sections[indexOf(place->category)];
+  auto& section = m_sections.of(place->category);
   const auto whether = [](bool isSelected) {
     return isSelected ? Selection::Whether::selected : Selection::Whether::unselected;
   };
   if (!place->item) {
-    const bool select = section.selected < section.selectable;
+    const bool select = section.selected.count < section.selectable;
     for (const auto index : section.shown.items) m_selection.set(index, whether(select));
     return refreshChecks();
   }
   if (!m_selection.isSelectable(*place->item)) return;
   const bool isSelected = m_selection.isSelected(*place->item);
   m_selection.set(*place->item, whether(!isSelected));
-  section.selected += isSelected ? -1 : 1;
+  m_sections.countToggled(place->category, !isSelected, m_items.items().item(*place->item).fileSize());
   Q_EMIT dataChanged(index(row), index(row), {CheckStateRole});
-  const auto header = index(headerRow(place->category));
+  const auto header = index(m_sections.headerRow(place->category));
   Q_EMIT dataChanged(header, header, {CheckStateRole});
   Q_EMIT selectionChanged();
 }
 
 void CleanupModel::toggleExpanded(int row) {
-  const auto place = placeOf(row);
+  const auto place = m_sections.placeOf(row);
   if (!place || place->item) return;
-  auto& section = m_sections[indexOf(place->category)];
+  auto& section = m_sections.of(place->category);
   const int count = static_cast<int>(section.shown.items.size());
   if (section.isExpanded) {
     beginRemoveRows({}, row + 1, row + count);
@@ -410,6 +408,21 @@ void CleanupModel::toggleExpanded(int row) {
     endInsertRows();
   }
   Q_EMIT dataChanged(index(row), index(row), {ExpandedRole});
+}
+
+void CleanupModel::selectRange(int from, int to) {
+  if (isWorking()) return;
+  for (int row = std::max(0, std::min(from, to)); row <= std::min(m_rows - 1, std::max(from, to)); ++row) {
+    const auto place = m_sections.placeOf(row);
+    if (place && place->item) m_selection.set(*place->item, Selection::Whether::selected);
+  }
+  refreshChecks();
+}
+
+void CleanupModel::selectAll() {
+  if (isWorking()) return;
+  m_sections.forEachItem([this](std::uint32_t index) { m_selection.set(index, Selection::Whether::selected); });
+  refreshChecks();
 }
 
 void CleanupModel::selectRecommended() {
@@ -427,22 +440,39 @@ void CleanupModel::deselectAll() {
 // --- cleaning and undoing
 
 void CleanupModel::cleanSelected() {
-  if (isWorking() || m_selection.count() == 0) return;
-  // Going through a million rows takes a while.
-  startRun(
-      m_selection.count(),
-      [tasks = services().tasks,
-       proposal = proposeScanned(services().tasks, m_items.items(), m_items.folders(), m_scanStart),
-       selection = m_selection](const RunProgress& progress, const std::stop_token& stop) {
-        return carryOut(tasks, proposal.approve(selection), progress, stop);
-      },
-      [this, generation = m_generation](const RunReport& report) { takeOut(movedRows(report), generation); });
+  clean(m_selection);
 }
 
-void CleanupModel::takeOut(const std::vector<std::uint32_t>& moved, int generation) {
-  if (generation != m_generation || moved.empty()) return;
-  for (const auto index : moved) m_selection.setThere(index, false);
-  m_items.setPresence(moved, ScannedItems::Presence::gone);
+void CleanupModel::cleanShown() {
+  auto shown = m_selection;
+  shown.deselectAll();
+  m_sections.forEachItem([&](std::uint32_t index) {
+    if (m_selection.isSelected(index)) shown.set(index, Selection::Whether::selected);
+  });
+  clean(shown);
+}
+
+void CleanupModel::clean(const Selection& selection) {
+  if (isWorking() || selection.count() == 0) return;
+  // Going through a million rows takes a while.
+  startRun(
+      selection.count(),
+      [tasks = services().tasks,
+       proposal = proposeScanned(services().tasks, m_items.items(), m_items.folders(), m_scanStart),
+       selection](const RunProgress& progress, const std::stop_token& stop) {
+        return carryOut(tasks, proposal.approve(selection), progress, stop);
+      },
+      [this, generation = m_generation](const RunReport& report) { takeOut(report, generation); });
+}
+
+void CleanupModel::takeOut(const RunReport& report, int generation) {
+  if (generation != m_generation) return;
+  const auto moved = movedRows(report);
+  auto gone = missingRows(report);
+  gone.insert(gone.end(), moved.begin(), moved.end());
+  if (gone.empty()) return;
+  for (const auto index : gone) m_selection.setThere(index, false);
+  m_items.setPresence(gone, ScannedItems::Presence::gone);
   refreshChecks();
   setLookAfterUndo([this, items = m_items.items(), moved, generation]() -> std::function<void()> {
     // One whose place was taken came back under another name; it is found again by the next scan.
@@ -476,8 +506,13 @@ void CleanupModel::takeBack(const std::vector<std::uint32_t>& back, int generati
   refreshChecks();
 }
 
+QString CleanupModel::placeAt(int row) const {
+  const auto place = m_sections.placeOf(row);
+  return place && place->item ? placeText(m_items.items().item(*place->item).url()) : QString();
+}
+
 void CleanupModel::openContainingFolder(int row) {
-  const auto place = placeOf(row);
+  const auto place = m_sections.placeOf(row);
   if (!place || !place->item) return;
   postWork([services = services(), url = m_items.items().item(*place->item).url()](const std::stop_token&) {
     if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
@@ -485,7 +520,7 @@ void CleanupModel::openContainingFolder(int row) {
 }
 
 void CleanupModel::keep(int row) {
-  const auto place = placeOf(row);
+  const auto place = m_sections.placeOf(row);
   if (!place || !place->item || isWorking()) return;
   const auto at = *place->item;
   const auto& item = m_items.items().item(at);
@@ -500,8 +535,10 @@ void CleanupModel::keep(int row) {
 
 void CleanupModel::languageChanged() {
   if (m_rows > 0) {
-    Q_EMIT dataChanged(index(0), index(m_rows - 1), {Qt::DisplayRole, NameRole, ReasonRole, CloudWarningRole});
+    Q_EMIT dataChanged(index(0), index(m_rows - 1),
+                       {Qt::DisplayRole, NameRole, ReasonRole, CloudWarningRole, LockReasonRole});
   }
+  Q_EMIT queryChanged();
   RunModel::languageChanged();
 }
 

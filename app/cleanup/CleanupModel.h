@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/cleanup/CleanupArrangement.h"
+#include "app/cleanup/CleanupSections.h"
 #include "app/common/BackgroundQueue.h"
 #include "app/common/RunModel.h"
 #include "app/shell/WindowServices.h"
@@ -10,6 +11,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QStringList>
 #include <QTimer>
+#include <QVariantList>
 
 #include <array>
 #include <chrono>
@@ -40,6 +42,9 @@ class CleanupModel : public orvane::RunModel {
   Q_PROPERTY(double shownCount READ shownCount NOTIFY countsChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
   Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
+  Q_PROPERTY(double shownSelectedCount READ shownSelectedCount NOTIFY selectionChanged)
+  Q_PROPERTY(double shownSelectedBytes READ shownSelectedBytes NOTIFY selectionChanged)
+  Q_PROPERTY(QVariantList filters READ filters NOTIFY queryChanged)
   Q_PROPERTY(double currentFreeBytes READ currentFreeBytes NOTIFY freeBytesChanged)
   Q_PROPERTY(double projectedFreeBytes READ projectedFreeBytes NOTIFY freeBytesChanged)
   Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY workChanged)
@@ -61,11 +66,14 @@ class CleanupModel : public orvane::RunModel {
     CloudWarningRole,
     IsFolderRole,
     CategoryRole,
+    LockReasonRole,
   };
   enum Kind { Header, Item };
   Q_ENUM(Kind)
   enum Sort { Size, Date, Name };
   Q_ENUM(Sort)
+  enum Filter { SearchFilter, RiskFilter, CategoryFilter, FolderFilter };
+  Q_ENUM(Filter)
 
   CleanupModel(WindowServices services, AppState& state, QObject* parent = nullptr);
   ~CleanupModel() override;
@@ -95,14 +103,20 @@ class CleanupModel : public orvane::RunModel {
   void setCategoryFilter(const QString& category);
   [[nodiscard]] QString folderFilter() const;
   void setFolderFilter(const QString& folder);
+  // What narrows the list: {filter, text} each.
+  [[nodiscard]] QVariantList filters() const;
+  Q_INVOKABLE void removeFilter(Filter filter);
   Q_INVOKABLE void clearFilters();
   // Shows what one area of the overview holds.
   void showOnly(const QString& category, const QString& folder);
 
   [[nodiscard]] double itemCount() const;
-  [[nodiscard]] double shownCount() const noexcept { return static_cast<double>(m_shownCount); }
+  [[nodiscard]] double shownCount() const noexcept { return static_cast<double>(m_sections.shownCount()); }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
+  // Of what the search and the filters leave in the list, folded groups with it.
+  [[nodiscard]] double shownSelectedCount() const noexcept { return static_cast<double>(m_sections.selected().count); }
+  [[nodiscard]] double shownSelectedBytes() const noexcept { return static_cast<double>(m_sections.selected().bytes); }
   [[nodiscard]] double currentFreeBytes() const;
   // Once the Trash is emptied.
   [[nodiscard]] double projectedFreeBytes() const;
@@ -112,12 +126,19 @@ class CleanupModel : public orvane::RunModel {
   // Of an item, its selection; of a header, that of everything shown below it.
   Q_INVOKABLE void toggle(int row);
   Q_INVOKABLE void toggleExpanded(int row);
+  // Selects every item from one row to the other that can be.
+  Q_INVOKABLE void selectRange(int from, int to);
+  // Everything that is shown and can be.
+  Q_INVOKABLE void selectAll();
   Q_INVOKABLE void selectRecommended();
   Q_INVOKABLE void deselectAll();
   Q_INVOKABLE void cleanSelected();
+  // Of what is selected, only what the list shows.
+  Q_INVOKABLE void cleanShown();
   Q_INVOKABLE void openContainingFolder(int row);
   // Puts an item on the keep list, and takes it out.
   Q_INVOKABLE void keep(int row);
+  [[nodiscard]] QString placeAt(int row) const override;
   // Why an item has its label, in sentences.
   [[nodiscard]] Q_INVOKABLE QString explanation(int row) const;
 
@@ -133,43 +154,29 @@ class CleanupModel : public orvane::RunModel {
   void freeBytesChanged();
 
  private:
-  struct Section {
-    ArrangedSection shown;
-    std::int64_t selectable = 0;
-    std::int64_t selected = 0;
-    bool isExpanded = true;
-  };
-  struct Place {
-    ScanCategory category;
-    std::optional<std::uint32_t> item;  // absent for a header
-  };
+  using Section = CleanupSections::Section;
 
-  [[nodiscard]] static std::size_t indexOf(ScanCategory category) { return static_cast<std::size_t>(category); }
-  [[nodiscard]] std::optional<Place> placeOf(int row) const;
-  [[nodiscard]] int headerRow(ScanCategory category) const;
-  [[nodiscard]] static int rowsOf(const Section& section);
-  [[nodiscard]] int totalRows() const;
   [[nodiscard]] QVariant sectionData(ScanCategory category, int role) const;
   [[nodiscard]] QVariant itemData(std::uint32_t index, int role) const;
   [[nodiscard]] int checkStateOf(const Section& section) const;
 
+  [[nodiscard]] QString lockReason(std::uint32_t index) const;
+  void clean(const Selection& selection);
   void takeItems(std::size_t first);
   void tellCounts();
   void arrange();
   void show(CleanupArrangement arrangement);
   void changeQuery(const CleanupQuery& query);
-  void recountSections();
   void refreshChecks();
-  void takeOut(const std::vector<std::uint32_t>& moved, int generation);
+  void takeOut(const RunReport& report, int generation);
   void takeBack(const std::vector<std::uint32_t>& back, int generation);
 
   AppState& m_state;
   ScannedItems& m_items;
   Selection m_selection;
   CleanupQuery m_query;
-  std::array<Section, allScanCategories.size()> m_sections;
+  CleanupSections m_sections;
   int m_rows = 0;
-  std::int64_t m_shownCount = 0;
   orvane::Date m_scanStart;
   int m_generation = 0;  // goes up with each scan: indexes are those of one scan
 

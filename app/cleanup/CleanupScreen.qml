@@ -12,8 +12,12 @@ Page {
 
     readonly property bool isEmpty: model.itemCount === 0
     readonly property bool isWorking: model.isCleaning || model.isUndoing
-    readonly property bool isFiltered: model.searchText !== "" || model.riskFilter >= 0 || model.categoryFilter !== ""
-                                       || model.folderFilter !== ""
+    readonly property bool isFiltered: model.filters.length > 0
+    // Selected, and left out of the list by the search or a filter.
+    readonly property double hiddenSelected: isFiltered ? model.selectedCount - model.shownSelectedCount : 0
+    readonly property double offeredCount: hiddenSelected > 0 ? model.shownSelectedCount : model.selectedCount
+    readonly property double offeredBytes: hiddenSelected > 0 ? model.shownSelectedBytes : model.selectedBytes
+    readonly property bool canClean: !isWorking && !appState.isScanning
     // Scanning again would not help.
     readonly property bool isStuck: appState.scanFailed !== "" && !appState.isScanning
 
@@ -24,12 +28,17 @@ Page {
         search.selectAll();
     }
 
-    function selectRecommended() {
-        model.selectRecommended();
+    function selectAll() {
+        model.selectAll();
     }
 
     function deselectAll() {
         model.deselectAll();
+    }
+
+    function clean(count: double, bytes: double, verb: string, goAhead: var) {
+        large.ask(model.isLarge(count, bytes), Texts.counted("consent.to_trash", count).arg(Texts.bytes(bytes)), verb,
+                  goAhead);
     }
 
     function undo() {
@@ -115,6 +124,7 @@ Page {
             total: root.model.progressTotal
             detail: root.model.progressText
             outcome: root.model.resultText
+            resultNote: root.model.resultNote
             canUndo: root.model.canUndo
             onCancelAsked: root.model.cancel()
             onUndoAsked: root.model.undo()
@@ -154,6 +164,7 @@ Page {
                     anchors.fill: parent
                     screen: root
                     model: root.model
+                    appState: root.appState
                     isFiltered: root.isFiltered
                     onExplainAsked: row => explain.show(row)
                 }
@@ -168,12 +179,20 @@ Page {
                 height: implicitHeight
                 isWide: root.isNarrow
                 currentFree: root.model.currentFreeBytes
-                selected: root.model.selectedBytes
-                projectedFree: root.model.projectedFreeBytes
-                action: root.model.isCleaning ? qsTr("action.cleaning")
-                                              : qsTr("cleanup.clean_count").arg(Texts.count(root.model.selectedCount))
-                actionEnabled: root.model.selectedCount > 0 && !root.isWorking && !root.appState.isScanning
-                onActed: root.model.cleanSelected()
+                selected: root.offeredBytes
+                projectedFree: root.model.currentFreeBytes + root.offeredBytes
+                action: root.model.isCleaning
+                        ? qsTr("action.cleaning")
+                        : (root.hiddenSelected > 0 ? qsTr("cleanup.clean_shown") : qsTr("cleanup.clean_count")).arg(
+                              Texts.count(root.offeredCount))
+                actionEnabled: root.offeredCount > 0 && root.canClean
+                otherAction: root.hiddenSelected > 0 && root.canClean
+                             ? qsTr("cleanup.clean_all").arg(Texts.count(root.model.selectedCount)) : ""
+                otherNote: root.hiddenSelected > 0 ? Texts.counted("cleanup.hidden_selected", root.hiddenSelected) : ""
+                onActed: root.clean(root.offeredCount, root.offeredBytes, action, root.hiddenSelected > 0
+                                    ? root.model.cleanShown : root.model.cleanSelected)
+                onOtherActed: root.clean(root.model.selectedCount, root.model.selectedBytes, otherAction,
+                                         root.model.cleanSelected)
             }
 
             CategoriesCard {
@@ -232,12 +251,16 @@ Page {
         }
     }
 
+    LargeRunQuestion {
+        id: large
+    }
+
     AlertDialog {
         id: completed
 
         title: qsTr("cleanup.complete_title")
         message: root.model.resultText
-        note: qsTr("cleanup.space_note")
+        note: root.model.resultNote
         details: root.model.messages
         extraText: qsTr("action.open_trash")
         onExtraChosen: root.appState.openTrash()

@@ -4,6 +4,7 @@
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/organizer/records/CloudFolderDetector.h"
 #include "core/scanning/records/FileItem.h"
+#include "core/scanning/records/KeyFiles.h"
 #include "core/tasks/KnownPlaces.h"
 
 #include <string>
@@ -25,6 +26,12 @@ QString reasonText(const TaskServices& services, const FileItem& item) {
   }
   if (isRecentInstaller(item)) return localizedText("reason.recent");
   return localizedText("reason." + std::string(rawValue(item.category())));
+}
+
+QString labelText(const FileItem& item) {
+  const bool isUnknown = item.riskLabel() == RiskLabel::manual && item.category() == ScanCategory::manualReview;
+  if (isUnknown) return localizedText(looksLikeKey(item.url()) ? "cleanup.manual_key" : "cleanup.manual_plain");
+  return localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc");
 }
 
 QString cloudText(const FileItem& item, const FileUrl& home) {

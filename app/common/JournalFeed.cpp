@@ -1,5 +1,7 @@
 #include "app/common/JournalFeed.h"
 
+#include "app/common/Text.h"
+
 #include <array>
 #include <utility>
 
@@ -9,6 +11,10 @@ namespace {
 // In the order of RunKind and of RunState.
 constexpr std::array<std::string_view, 5> kindKeys{"run.clean", "run.duplicates", "run.tidy", "run.organize",
                                                    "run.other"};
+// In the order of TaskKind; a restore has no run of its own.
+constexpr std::array<std::string_view, 9> originKeys{"origin.clean", "origin.trash",      "origin.plan",
+                                                     "origin.rules", "origin.duplicates", "origin.organize",
+                                                     "origin.tidy",  "origin.uninstall",  ""};
 constexpr std::array<std::string_view, 3> stateKeys{"state.restored", "state.in_trash", "state.moved"};
 
 }  // namespace
@@ -19,6 +25,18 @@ std::string_view kindKey(const RecordedRun& run) {
 
 std::string_view stateKey(const RecordedRun& run) {
   return stateKeys.at(static_cast<std::size_t>(run.state));
+}
+
+QString originText(const RecordedRun& run) {
+  if (!run.origin) return {};
+  const auto key = originKeys.at(static_cast<std::size_t>(run.origin->kind));
+  if (key.empty()) return {};
+  auto text = localizedText(key);
+  if (!run.origin->detail.empty()) {
+    text = localizedText("origin.named").arg(text, shownName(run.origin->detail));
+  }
+  const bool isScheduled = run.origin->start == RunOrigin::Start::scheduled;
+  return isScheduled ? localizedText("origin.scheduled").arg(text) : text;
 }
 
 JournalFeed::JournalFeed(WindowServices services, QObject* parent) : QObject(parent), m_services(std::move(services)) {

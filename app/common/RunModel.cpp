@@ -6,6 +6,7 @@
 #include "core/base/text/ByteCount.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/KeepTask.h"
+#include "core/tasks/LargeRun.h"
 #include "core/tasks/RestoreTask.h"
 
 #include <algorithm>
@@ -121,6 +122,14 @@ void RunModel::stopLooking() {
   Q_EMIT progressChanged();
 }
 
+QString RunModel::placeAt(int /*row*/) const {
+  return {};
+}
+
+bool RunModel::isLarge(double count, double bytes) {
+  return isLargeRun({static_cast<std::int64_t>(count), static_cast<std::int64_t>(bytes)});
+}
+
 void RunModel::cancel() {
   m_stop.request_stop();
 }
@@ -167,10 +176,15 @@ void RunModel::addWarnings(const std::vector<std::string>& warnings) {
 
 QStringList RunModel::messages() const {
   QStringList result;
-  for (const auto& outcome : m_report.outcomes) {
+  for (std::size_t at = 0; at < m_report.outcomes.size(); ++at) {
+    const auto& outcome = m_report.outcomes[at];
     if (outcome.result == MoveResult::moved || outcome.result == MoveResult::cancelled) continue;
     if (static_cast<std::size_t>(result.size()) == mostMessages) break;
-    result += failureText(outcome);
+    const bool isNamed = !outcome.source.path().empty();
+    result += m_report.areToTrash[at] || !isNamed
+                  ? failureText(outcome)
+                  : localizedText("cleanup.failed_move")
+                        .arg(shownName(outcome.source.lastPathComponent()), failureReason(outcome));
   }
   for (const auto& warning : m_warnings) {
     if (static_cast<std::size_t>(result.size()) == mostMessages) break;
@@ -217,6 +231,11 @@ QStringList RunModel::renamedItems() const {
                   .arg(shownName(wanted.lastPathComponent()), shownName(place.lastPathComponent()));
   }
   return result;
+}
+
+QString RunModel::resultNote() const {
+  const bool freesSpace = m_result == Result::moved && m_report.toTrash.count > 0;
+  return freesSpace ? localizedText("cleanup.space_note") : QString();
 }
 
 QString RunModel::movedText(std::int64_t count, std::int64_t bytes) const {

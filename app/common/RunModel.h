@@ -39,6 +39,7 @@ class RunModel : public QAbstractListModel {
   Q_PROPERTY(QStringList messages READ messages NOTIFY workChanged)
   Q_PROPERTY(QStringList renamedItems READ renamedItems NOTIFY workChanged)
   Q_PROPERTY(QString resultText READ resultText NOTIFY workChanged)
+  Q_PROPERTY(QString resultNote READ resultNote NOTIFY workChanged)
   Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
   Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
   Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
@@ -56,10 +57,16 @@ class RunModel : public QAbstractListModel {
   // What came back under another name, a sentence each.
   [[nodiscard]] QStringList renamedItems() const;
   [[nodiscard]] QString resultText() const;
+  // When the space of the last run is free; empty where nothing went to the Trash.
+  [[nodiscard]] QString resultNote() const;
   [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
   [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
   [[nodiscard]] virtual QString progressText() const;
 
+  // Whether a run of so much is asked for once more.
+  Q_INVOKABLE static bool isLarge(double count, double bytes);
+  // The item of a row, as a path or a URL; empty for a row that is none.
+  [[nodiscard]] Q_INVOKABLE virtual QString placeAt(int row) const;
   Q_INVOKABLE void undo();
   Q_INVOKABLE virtual void cancel();
 
@@ -116,6 +123,7 @@ class RunModel : public QAbstractListModel {
   void keepInBackground(const FileUrl& place, std::function<void()> kept);
 
   [[nodiscard]] virtual QString movedText(std::int64_t count, std::int64_t bytes) const;
+  // Of an item that was bound for the Trash.
   [[nodiscard]] virtual QString failureText(const MoveOutcome& failure) const;
   // Why an item was not moved.
   [[nodiscard]] static QString failureReason(const MoveOutcome& failure);

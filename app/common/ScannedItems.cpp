@@ -2,6 +2,7 @@
 
 #include "app/common/BackgroundQueue.h"
 #include "core/base/files/PathText.h"
+#include "core/tasks/Proposal.h"
 
 #include <algorithm>
 #include <chrono>
@@ -28,6 +29,8 @@ void ScannedItems::begin(std::vector<FileUrl> folders) {
   m_folders = std::move(folders);
   m_count = 0;
   m_bytes = 0;
+  m_proposedBytes = 0;
+  m_reviewBytes = 0;
   Q_EMIT begun();
 }
 
@@ -37,7 +40,17 @@ void ScannedItems::append(SharedPiece piece, std::int64_t bytes) {
   m_gone.resize(m_items.size());
   m_count += static_cast<std::int64_t>(m_items.size() - first);
   m_bytes += bytes;
+  m_items.forEachFrom(first, [this](std::size_t, const FileItem& item) {
+    countIn(item, 1);
+    return true;
+  });
   Q_EMIT appended(first);
+}
+
+void ScannedItems::countIn(const FileItem& item, int sign) {
+  const auto choice = scannedMark(item).choice;
+  if (choice == Choice::selected) m_proposedBytes += sign * item.fileSize();
+  if (choice == Choice::unselected) m_reviewBytes += sign * item.fileSize();
 }
 
 void ScannedItems::appendLater(SharedPiece piece, std::int64_t bytes, const std::stop_token& stop) {
@@ -59,6 +72,7 @@ void ScannedItems::setPresence(std::span<const std::uint32_t> indexes, Presence 
     m_count += flag != 0 ? -1 : 1;
     const auto size = m_items.item(index).fileSize();
     m_bytes += flag != 0 ? -size : size;
+    countIn(m_items.item(index), flag != 0 ? -1 : 1);
   }
   Q_EMIT presenceChanged();
 }

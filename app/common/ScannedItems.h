@@ -42,6 +42,9 @@ class ScannedItems : public QObject {
   // Of everything that is still there.
   [[nodiscard]] std::int64_t count() const noexcept { return m_count; }
   [[nodiscard]] std::int64_t bytes() const noexcept { return m_bytes; }
+  // What one cleanup takes as it is proposed, and what somebody has to look at first.
+  [[nodiscard]] std::int64_t proposedBytes() const noexcept { return m_proposedBytes; }
+  [[nodiscard]] std::int64_t reviewBytes() const noexcept { return m_reviewBytes; }
   [[nodiscard]] Snapshot snapshot() const { return {m_items, m_gone, m_folders}; }
 
   // Forgets everything for a scan of these folders.
@@ -60,11 +63,16 @@ class ScannedItems : public QObject {
   void presenceChanged();
 
  private:
+  // Adds an item's size to the sums by how it stands, or takes it away.
+  void countIn(const FileItem& item, int sign);
+
   ItemList m_items;
   GoneFlags m_gone;
   std::vector<FileUrl> m_folders;
   std::int64_t m_count = 0;
   std::int64_t m_bytes = 0;
+  std::int64_t m_proposedBytes = 0;
+  std::int64_t m_reviewBytes = 0;
 
   // Pieces that may be on their way at a time.
   static constexpr int mostPending = 4;

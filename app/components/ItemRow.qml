@@ -21,6 +21,8 @@ Item {
     property bool hasBox: true
     property int checkState: Qt.Unchecked
     property bool canCheck: true
+    // Why the item cannot be chosen: a lock stands in the place of the box then.
+    property string lockReason: ""
     property bool isFocused: false
     property int indent: 43
     // Whether the columns of age and chip are shown; narrow lists leave the age out.
@@ -37,14 +39,19 @@ Item {
     signal keepAsked
     signal pressed
     signal menuAsked
+    // A click with Shift.
+    signal rangeAsked
+    // A double click beside the box.
+    signal openAsked
 
     readonly property bool isActive: area.containsMouse || actionHover.hovered || isFocused
+    readonly property bool isLocked: lockReason !== ""
     readonly property string secondLine: Texts.joined([place, remark], " · ")
 
     implicitHeight: 51
-    Accessible.role: hasBox ? Accessible.CheckBox : Accessible.ListItem
+    Accessible.role: hasBox && !isLocked ? Accessible.CheckBox : Accessible.ListItem
     Accessible.name: Texts.joined([name, chip, size], ", ")
-    Accessible.description: Texts.joined([secondLine, warning, age], ", ")
+    Accessible.description: Texts.joined([secondLine, warning, age, lockReason], ", ")
     Accessible.checkable: hasBox && canCheck
     Accessible.checked: checkState === Qt.Checked
     Accessible.onToggleAction: root.toggled()
@@ -62,16 +69,50 @@ Item {
         hoverEnabled: true
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         onPressed: root.pressed()
-        onClicked: mouse => mouse.button === Qt.RightButton ? root.menuAsked() : root.toggled()
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                root.menuAsked();
+            else if (mouse.modifiers & Qt.ShiftModifier)
+                root.rangeAsked();
+            else
+                root.toggled();
+        }
+        onDoubleClicked: mouse => {
+            // The first click has turned the row over; a second one on the box turns it back.
+            root.toggled();
+            if (mouse.x > texts.x)
+                root.openAsked();
+        }
     }
 
     CheckMark {
         x: root.indent + 1
         anchors.verticalCenter: parent.verticalCenter
-        visible: root.hasBox
+        visible: root.hasBox && !root.isLocked
         enabled: root.canCheck
         checkState: root.checkState < 0 ? Qt.Unchecked : root.checkState
         isHovered: area.containsMouse
+    }
+
+    // Most rows have none.
+    Repeater {
+        model: root.isLocked ? 1 : 0
+
+        Icon {
+            x: root.indent
+            y: Math.round((root.height - height) / 2)
+            name: "lock"
+            color: Theme.muted
+
+            HoverHandler {
+                id: lockHover
+            }
+
+            Tip {
+                text: root.lockReason
+                shown: lockHover.hovered
+            }
+        }
     }
 
     Column {

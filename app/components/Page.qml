@@ -18,11 +18,16 @@ FocusScope {
     // Asked for by the window's shortcuts; a screen answers what it can.
     function find() {}
 
-    function selectRecommended() {}
+    function selectAll() {}
 
     function deselectAll() {}
 
     function undo() {}
+
+    // A folder was dropped on the window; true where the screen has a use of its own for it.
+    function takeFolder(url: string): bool {
+        return false;
+    }
 
     function startWork() {}
 

@@ -12,8 +12,12 @@ Item {
     required property double projectedFree
     property string action: ""
     property bool actionEnabled: true
+    // The other choice, and why there are two.
+    property string otherAction: ""
+    property string otherNote: ""
     property bool isWide: false
     signal acted
+    signal otherActed
 
     implicitWidth: 250
     implicitHeight: isWide ? line.implicitHeight : column.implicitHeight
@@ -75,6 +79,20 @@ Item {
             onClicked: root.acted()
         }
 
+        PlainButton {
+            width: parent.width
+            visible: root.otherAction !== ""
+            text: root.otherAction
+            onClicked: root.otherActed()
+        }
+
+        CaptionText {
+            width: parent.width
+            visible: text !== ""
+            text: root.otherNote
+            wrapMode: Text.Wrap
+        }
+
         Notice {
             width: parent.width
             text: qsTr("preview.promise")
@@ -114,13 +132,32 @@ Item {
                 note: qsTr("preview.once_emptied")
             }
 
-            PrimaryButton {
+            ColumnLayout {
                 Layout.maximumWidth: 260
-                implicitHeight: 44
-                enabled: root.actionEnabled
-                symbol: "trash"
-                text: root.action
-                onClicked: root.acted()
+                spacing: 6
+
+                PrimaryButton {
+                    Layout.fillWidth: true
+                    implicitHeight: 44
+                    enabled: root.actionEnabled
+                    symbol: "trash"
+                    text: root.action
+                    onClicked: root.acted()
+                }
+
+                PlainButton {
+                    Layout.fillWidth: true
+                    visible: root.otherAction !== ""
+                    text: root.otherAction
+                    onClicked: root.otherActed()
+                }
+
+                CaptionText {
+                    Layout.fillWidth: true
+                    visible: text !== ""
+                    text: root.otherNote
+                    wrapMode: Text.Wrap
+                }
             }
         }
     }

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Orvane
 
-// A long list that the keyboard can walk: arrows, pages, Home and End; Space or Enter acts on the row, left and right
-// fold it. Rows are reused, so a million of them scroll as ten do.
+// A long list that the keyboard can walk: arrows, pages, Home and End, with Shift for a range; Space or Enter acts on
+// the row, left and right fold it, the menu key or Shift+F10 opens its menu. Rows are reused, so a million of them scroll as ten do.
 ListView {
     id: root
 
@@ -12,6 +12,13 @@ ListView {
     property string label: ""
     signal rowToggled(int row)
     signal rowFolded(int row, bool open)
+    // The keyboard asks for the row's menu.
+    signal rowMenuAsked(int row)
+    // Rows from one to the other are to be selected.
+    signal rangeAsked(int from, int to)
+
+    // Where a range begins: the row that was acted on last without Shift.
+    property int anchor: 0
 
     readonly property int pageRows: Math.max(1, Math.floor(height / 51) - 1)
 
@@ -19,6 +26,14 @@ ListView {
         showsCurrent = true;
         currentIndex = Math.max(0, Math.min(count - 1, row));
         positionViewAtIndex(currentIndex, ListView.Contain);
+    }
+
+    function walkTo(row: int, extend: bool) {
+        if (!extend)
+            anchor = Math.max(0, Math.min(count - 1, row));
+        goTo(row);
+        if (extend)
+            rangeAsked(anchor, currentIndex);
     }
 
     clip: true
@@ -38,28 +53,30 @@ ListView {
     T.ScrollBar.vertical: ScrollHint {}
 
     Keys.onPressed: event => {
+        const extend = (event.modifiers & Qt.ShiftModifier) !== 0;
         switch (event.key) {
         case Qt.Key_Up:
-            root.goTo(root.currentIndex - 1);
+            root.walkTo(root.currentIndex - 1, extend);
             break;
         case Qt.Key_Down:
-            root.goTo(root.currentIndex + 1);
+            root.walkTo(root.currentIndex + 1, extend);
             break;
         case Qt.Key_PageUp:
-            root.goTo(root.currentIndex - root.pageRows);
+            root.walkTo(root.currentIndex - root.pageRows, extend);
             break;
         case Qt.Key_PageDown:
-            root.goTo(root.currentIndex + root.pageRows);
+            root.walkTo(root.currentIndex + root.pageRows, extend);
             break;
         case Qt.Key_Home:
-            root.goTo(0);
+            root.walkTo(0, extend);
             break;
         case Qt.Key_End:
-            root.goTo(root.count - 1);
+            root.walkTo(root.count - 1, extend);
             break;
         case Qt.Key_Space:
         case Qt.Key_Return:
         case Qt.Key_Enter:
+            root.anchor = root.currentIndex;
             root.rowToggled(root.currentIndex);
             break;
         case Qt.Key_Left:
@@ -67,6 +84,14 @@ ListView {
             break;
         case Qt.Key_Right:
             root.rowFolded(root.currentIndex, true);
+            break;
+        case Qt.Key_Menu:
+            root.rowMenuAsked(root.currentIndex);
+            break;
+        case Qt.Key_F10:
+            if (!extend)
+                return;
+            root.rowMenuAsked(root.currentIndex);
             break;
         default:
             return;

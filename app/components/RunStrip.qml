@@ -20,7 +20,6 @@ ProgressStrip {
     value: total > 0 ? done / total : -1
     figures: total > 0 ? qsTr("count.of").arg(Texts.count(done)).arg(Texts.count(total)) : ""
     result: isWorking ? "" : outcome
-    resultNote: canUndo ? qsTr("cleanup.space_note") : ""
     undoText: canUndo ? undoLabel : ""
     onDismissed: isDismissed = true
     onOutcomeChanged: isDismissed = false

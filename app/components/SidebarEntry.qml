@@ -31,7 +31,7 @@ Item {
         symbol: root.titleKey.slice(4)
         isCurrent: root.appState.selectedNavigation === root.section
         figure: root.section === AppNavigationItem.Cleanup && root.appState.hasScanned
-                && root.appState.reclaimableBytes > 0 ? Texts.roughBytes(root.appState.reclaimableBytes, 3) : ""
+                && root.appState.proposedBytes > 0 ? Texts.roughBytes(root.appState.proposedBytes, 3) : ""
         onClicked: root.appState.selectedNavigation = root.section
         Keys.onUpPressed: root.moved(-1)
         Keys.onDownPressed: root.moved(1)

@@ -18,23 +18,25 @@ Item {
     required property string thumbnail
     required property string symbol
     required property bool expanded
+    required property string keptReason
     property bool isFocused: false
     signal toggled
     signal folded
     signal touched
     signal openFolderAsked
     signal keepAsked
+    signal menuAsked
 
     readonly property bool isGroup: kind === 0
     readonly property string path: place === "" ? name : place + "/" + name
     readonly property string groupDetail: Texts.counted("duplicates.copies", copies) + " · " + qsTr(
-                                              "duplicates.each").arg(Texts.bytes(bytes)) + " · " + qsTr(
-                                              "duplicates.identical")
+                                              "duplicates.each").arg(Texts.bytes(bytes)) + " · " + (
+                                              keptReason === "" ? qsTr("duplicates.identical") : keptReason)
 
     height: isGroup ? 66 : 36
     Accessible.role: isGroup ? Accessible.ListItem : Accessible.CheckBox
     Accessible.name: isGroup ? Texts.joined([name, groupDetail], ", ") : path
-    Accessible.description: isKept && !isGroup ? qsTr("duplicates.kept") : ""
+    Accessible.description: isGroup ? "" : Texts.joined([isKept ? qsTr("duplicates.kept") : "", dateText.text], ", ")
     Accessible.checkable: !isGroup && checkState >= 0
     Accessible.checked: checkState === Qt.Checked
     Accessible.onToggleAction: if (!root.isGroup) root.toggled()
@@ -50,8 +52,16 @@ Item {
 
         anchors.fill: parent
         hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
         onPressed: root.touched()
-        onClicked: root.isGroup ? root.folded() : root.toggled()
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                root.menuAsked();
+            else if (root.isGroup)
+                root.folded();
+            else
+                root.toggled();
+        }
         onDoubleClicked: if (!root.isGroup) root.openFolderAsked()
     }
 
@@ -190,7 +200,8 @@ Item {
         width: Math.max(96, implicitWidth)
         visible: !root.isGroup
         horizontalAlignment: Text.AlignRight
-        text: root.isGroup ? "" : Texts.day(root.date)
+        // The date that decides between the oldest and the newest, to the minute.
+        text: root.isGroup ? "" : qsTr("duplicates.created").arg(Texts.dateTime(root.date))
         Accessible.ignored: true
     }
 

@@ -6,8 +6,6 @@
 #include "app/common/Text.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/platform/Desktop.h"
-#include "core/tasks/DuplicatesTask.h"
-#include "core/tasks/Folders.h"
 
 #include <QDebug>
 #include <QUrl>
@@ -122,15 +120,14 @@ void DuplicatesModel::search() {
   setRefusal("");
   Q_EMIT stageChanged();
   Q_EMIT searchChanged();
-  m_searchQueue.post([this, leftOut = m_leftOut, chosen = m_chosen, references = m_references, strategy = m_strategy,
+  m_searchQueue.post([this, leftOut = m_leftOut, chosen = m_chosen, references = m_references,
                       stop = m_searchStop.get_token()](const std::stop_token&) {
     TaskMonitor monitor{.stop = stop};
     monitor.comparing = [this](const DuplicateProgress& now) { callOn(this, [this, now] { noteProgress(now); }); };
     const auto proposal = tried([&] {
       auto roots = chosen ? std::vector{*chosen} : searchableFolders(services().tasks);
       std::erase_if(roots, [&](const FileUrl& root) { return has(leftOut, root); });
-      return proposeDuplicates(services().tasks,
-                               {.folders = std::move(roots), .keep = strategy, .references = references}, monitor);
+      return proposeDuplicates(services().tasks, {.folders = std::move(roots), .references = references}, monitor);
     });
     callOn(this, [this, proposal] {
       m_isSearching = false;
@@ -162,8 +159,7 @@ void DuplicatesModel::setProposal(Proposal proposal) {
   ++m_generation;
   m_selection = m_proposal.selection();
   setLookAfterUndo({});
-  // The strategy may have been chosen anew while the search went on.
-  applyKeepStrategy(m_proposal, m_strategy, m_selection);
+  applyKeepRule(m_proposal, m_keep, m_selection);
   m_groups.assign(m_proposal.groups().size(), {});
   gatherGroups();
   endResetModel();
@@ -183,6 +179,7 @@ void DuplicatesModel::gatherGroups() {
     if (shown.copies.size() < 2) shown.copies.clear();
     if (!shown.copies.empty()) ++m_groupCount;
   }
+  orderCopies();
   layOut();
 }
 
@@ -195,15 +192,57 @@ void DuplicatesModel::layOut() {
   }
 }
 
-void DuplicatesModel::setKeepStrategy(int strategy) {
-  if (strategy < 0 || strategy >= static_cast<int>(allDuplicateKeepStrategies.size()) || strategy == keepStrategy()) {
-    return;
+void DuplicatesModel::orderCopies() {
+  for (auto& shown : m_groups) {
+    std::stable_partition(shown.copies.begin(), shown.copies.end(),
+                          [this](std::uint32_t copy) { return !m_selection.isSelected(copy); });
   }
-  m_strategy = static_cast<DuplicateKeepStrategy>(strategy);
-  applyKeepStrategy(m_proposal, m_strategy, m_selection);
+}
+
+void DuplicatesModel::setKeepStrategy(int strategy) {
+  if (strategy < 0 || strategy >= static_cast<int>(KeepRule::By::folder)) return;
+  keepBy({static_cast<KeepRule::By>(strategy)});
+}
+
+void DuplicatesModel::keepIn(const QString& folder) {
+  if (const auto place = placeFrom(folder)) keepBy({KeepRule::By::folder, *place});
+}
+
+void DuplicatesModel::keepBy(const KeepRule& rule) {
+  if (rule == m_keep || isWorking()) return;
+  m_keep = rule;
+  applyKeepRule(m_proposal, m_keep, m_selection);
+  for (auto& shown : m_groups) std::sort(shown.copies.begin(), shown.copies.end());
+  orderCopies();
   if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1));
   Q_EMIT keepStrategyChanged();
   Q_EMIT selectionChanged();
+}
+
+QString DuplicatesModel::keptReason(const Shown& shown) const {
+  std::optional<std::uint32_t> kept;
+  for (const auto copy : shown.copies) {
+    if (m_selection.isSelected(copy)) continue;
+    if (!m_selection.isSelectable(copy)) return localizedText(lockKey(copy));
+    // More than one stays only where the user says so.
+    if (kept) return localizedText("duplicates.why_chosen");
+    kept = copy;
+  }
+  if (!kept) return {};
+  const auto created = Format::dateTime(milliseconds(item(*kept).createdDate()));
+  switch (m_keep.by) {
+    case KeepRule::By::oldest:
+      return localizedText("duplicates.why_oldest").arg(created);
+    case KeepRule::By::shortestPath:
+      return localizedText("duplicates.why_shortest");
+    case KeepRule::By::newest:
+      return localizedText("duplicates.why_newest").arg(created);
+    case KeepRule::By::folder:
+      break;
+  }
+  const bool isInside = (item(*kept).url().path() + "/").starts_with(m_keep.folder.path() + "/");
+  return localizedText(isInside ? "duplicates.why_inside" : "duplicates.why_outside")
+      .arg(shownName(m_keep.folder.lastPathComponent()), created);
 }
 
 // --- rows
@@ -230,7 +269,7 @@ QHash<int, QByteArray> DuplicatesModel::roleNames() const {
       {DateRole, "date"},           {CheckStateRole, "checkState"},
       {IsKeptRole, "isKept"},       {ThumbnailRole, "thumbnail"},
       {SymbolRole, "symbol"},       {ExpandedRole, "expanded"},
-      {CanToggleRole, "canToggle"},
+      {CanToggleRole, "canToggle"}, {KeptReasonRole, "keptReason"},
   };
 }
 
@@ -270,6 +309,8 @@ QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
       return false;
     case PlaceRole:
       return QString();
+    case KeptReasonRole:
+      return keptReason(shown);
     default:
       return {};
   }
@@ -300,6 +341,7 @@ QVariant DuplicatesModel::copyData(std::uint32_t copy, int role) const {
     case FreedRole:
       return 0.0;
     case ThumbnailRole:
+    case KeptReasonRole:
       return QString();
     case ExpandedRole:
       return false;
@@ -361,6 +403,11 @@ void DuplicatesModel::toggle(int row) {
   setRefusal(didChange ? "" : "duplicates.keep_one");
 }
 
+QString DuplicatesModel::placeAt(int row) const {
+  const auto place = placeOf(row);
+  return place.shown == nullptr ? QString() : placeText(item(place.copy.value_or(place.shown->copies.front())).url());
+}
+
 void DuplicatesModel::openContainingFolder(int row) {
   const auto place = placeOf(row);
   if (place.shown == nullptr) return;
@@ -387,13 +434,16 @@ void DuplicatesModel::keep(int row) {
 
 void DuplicatesModel::cleanSelected() {
   if (m_selection.count() == 0 || m_isSearching) return;
-  startRun(m_proposal.approve(m_selection), [this](const RunReport& report) { showMoved(movedRows(report)); });
+  startRun(m_proposal.approve(m_selection), [this](const RunReport& report) { showMoved(report); });
 }
 
-void DuplicatesModel::showMoved(std::vector<std::uint32_t> moved) {
-  if (moved.empty()) return;
+void DuplicatesModel::showMoved(const RunReport& report) {
+  auto moved = movedRows(report);
+  const auto vanished = missingRows(report);
+  if (moved.empty() && vanished.empty()) return;
   beginResetModel();
   for (const auto copy : moved) m_selection.setThere(copy, false);
+  for (const auto copy : vanished) m_selection.setThere(copy, false);
   gatherGroups();
   endResetModel();
   Q_EMIT selectionChanged();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/common/RunModel.h"
-#include "core/duplicates/records/DuplicateKeepStrategy.h"
 #include "core/duplicates/records/DuplicateProgress.h"
+#include "core/tasks/DuplicatesTask.h"
 #include "core/tasks/Proposal.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -54,6 +54,7 @@ class DuplicatesModel : public orvane::RunModel {
     SymbolRole,
     ExpandedRole,
     CanToggleRole,
+    KeptReasonRole,
   };
   enum Kind { Header, Copy };
   Q_ENUM(Kind)
@@ -67,13 +68,15 @@ class DuplicatesModel : public orvane::RunModel {
 
   [[nodiscard]] bool isSearching() const noexcept { return m_isSearching; }
   [[nodiscard]] bool hasSearched() const noexcept { return m_hasSearched; }
-  // As DuplicateKeepStrategy counts. Choosing one applies it to every group.
-  // Keys of texts, as DuplicateKeepStrategy counts.
+  // Keys of texts, as KeepRule::By counts.
   [[nodiscard]] static QStringList keepKeys() {
-    return {QStringLiteral("duplicates.keep_oldest"), QStringLiteral("duplicates.keep_shortest")};
+    return {QStringLiteral("duplicates.keep_oldest"), QStringLiteral("duplicates.keep_shortest"),
+            QStringLiteral("duplicates.keep_newest"), QStringLiteral("duplicates.keep_in_folder")};
   }
-  [[nodiscard]] int keepStrategy() const noexcept { return static_cast<int>(m_strategy); }
+  // As KeepRule::By counts. Choosing one applies it to every group; a folder is chosen by keepIn().
+  [[nodiscard]] int keepStrategy() const noexcept { return static_cast<int>(m_keep.by); }
   void setKeepStrategy(int strategy);
+  Q_INVOKABLE void keepIn(const QString& folder);
   [[nodiscard]] int stage() const noexcept { return static_cast<int>(m_progress.stage); }
   [[nodiscard]] double filesFound() const noexcept { return static_cast<double>(m_progress.filesFound); }
   [[nodiscard]] double filesLeft() const noexcept { return static_cast<double>(m_progress.filesLeft); }
@@ -102,6 +105,8 @@ class DuplicatesModel : public orvane::RunModel {
   Q_INVOKABLE void openContainingFolder(int row);
   // Puts a copy on the keep list, and takes it out.
   Q_INVOKABLE void keep(int row);
+  // Of a set of copies the first.
+  [[nodiscard]] QString placeAt(int row) const override;
   // The search, or the run.
   Q_INVOKABLE void cancel() override;
 
@@ -141,8 +146,12 @@ class DuplicatesModel : public orvane::RunModel {
   // Brings groups and rows up to date with what is there.
   void gatherGroups();
   void layOut();
+  void keepBy(const KeepRule& rule);
+  // Those that stay come first.
+  void orderCopies();
+  [[nodiscard]] QString keptReason(const Shown& shown) const;
   void noteProgress(const DuplicateProgress& progress);
-  void showMoved(std::vector<std::uint32_t> moved);
+  void showMoved(const RunReport& report);
   void showBack(const std::vector<std::uint32_t>& back);
   void setRefusal(std::string_view key);
   // Of a copy that cannot be chosen: the key of the text that says why.

@@ -86,7 +86,12 @@ Page {
             enabled: !root.model.isSearching && !root.model.isWorking
             keys: root.model.keepKeys
             current: root.model.keepStrategy
-            onChosen: index => root.model.keepStrategy = index
+            onChosen: index => {
+                if (index === root.model.keepKeys.length - 1)
+                    keepPicker.open();
+                else
+                    root.model.keepStrategy = index;
+            }
         },
         PlainButton {
             visible: !root.isEmpty
@@ -100,7 +105,9 @@ Page {
             symbol: "trash"
             text: qsTr("duplicates.clean_count").arg(Texts.count(root.model.selectedCount)).arg(
                       Texts.bytes(root.model.selectedBytes))
-            onClicked: root.model.cleanSelected()
+            onClicked: large.ask(root.model.isLarge(root.model.selectedCount, root.model.selectedBytes), Texts.counted(
+                                     "consent.to_trash", root.model.selectedCount).arg(
+                                     Texts.bytes(root.model.selectedBytes)), text, root.model.cleanSelected)
         }
     ]
 
@@ -147,6 +154,7 @@ Page {
             total: root.model.progressTotal
             detail: root.model.progressText
             outcome: root.model.resultText
+            resultNote: root.model.resultNote
             canUndo: root.model.canUndo
             onCancelAsked: root.model.cancel()
             onUndoAsked: root.model.undo()
@@ -165,6 +173,7 @@ Page {
                 label: qsTr("nav.duplicates")
                 model: root.model
                 onRowToggled: row => root.model.toggle(row)
+                onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
                 onRowFolded: (row, open) => {
                     const entry = itemAtIndex(row) as DuplicateEntry;
                     if (entry && entry.kind === 0 && entry.expanded !== open)
@@ -182,6 +191,7 @@ Page {
                     onFolded: root.model.toggleExpanded(index)
                     onOpenFolderAsked: root.model.openContainingFolder(index)
                     onKeepAsked: root.model.keep(index)
+                    onMenuAsked: menu.show(root.model.placeAt(index), this, false)
                 }
             }
 
@@ -201,8 +211,24 @@ Page {
         }
     }
 
+    PickFolder {
+        id: keepPicker
+
+        onPicked: url => root.model.keepIn(url)
+    }
+
     Toast {
         id: toast
+    }
+
+    ItemMenu {
+        id: menu
+
+        appState: root.appState
+    }
+
+    LargeRunQuestion {
+        id: large
     }
 
     AlertDialog {
@@ -210,7 +236,7 @@ Page {
 
         title: qsTr("duplicates.complete_title")
         message: root.model.resultText
-        note: qsTr("cleanup.space_note")
+        note: root.model.resultNote
         details: root.model.messages
         extraText: qsTr("action.open_trash")
         onExtraChosen: root.appState.openTrash()

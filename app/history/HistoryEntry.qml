@@ -17,17 +17,19 @@ Item {
     required property string stateKey
     required property bool canRestore
     required property bool expanded
+    required property string origin
     property bool isFocused: false
     property bool isBusy: false
     signal folded
     signal openFolderAsked
     signal restoreAsked
+    signal menuAsked
 
     readonly property bool isRun: kind === 0
     readonly property bool isGone: stateKey === "state.gone"
     readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
     readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
-    readonly property string detail: isRun ? Texts.moment(date)
+    readonly property string detail: isRun ? Texts.joined([Texts.moment(date), origin], " · ")
                                            : destination === "" ? place : place + " → " + destination
 
     height: isRun ? 58 : 51
@@ -45,7 +47,13 @@ Item {
 
         anchors.fill: parent
         hoverEnabled: true
-        onClicked: if (root.isRun) root.folded()
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                root.menuAsked();
+            else if (root.isRun)
+                root.folded();
+        }
         onDoubleClicked: if (!root.isRun) root.openFolderAsked()
     }
 

@@ -1,6 +1,7 @@
 #include "app/history/HistoryModel.h"
 
 #include "app/common/Format.h"
+#include "app/common/Places.h"
 #include "app/common/Text.h"
 #include "core/base/text/CaselessSearch.h"
 #include "core/platform/Desktop.h"
@@ -18,6 +19,10 @@ namespace {
 
 // In the order of ItemState.
 constexpr std::array<std::string_view, 4> stateKeys{"state.restored", "state.in_trash", "state.moved", "state.gone"};
+
+const FileUrl& presentPlace(const JournalEntry& entry) {
+  return entry.action == JournalAction::restored ? entry.originalURL : entry.trashedURL;
+}
 
 }  // namespace
 
@@ -123,6 +128,7 @@ QHash<int, QByteArray> HistoryModel::roleNames() const {
       {StateKeyRole, "stateKey"},
       {CanRestoreRole, "canRestore"},
       {ExpandedRole, "expanded"},
+      {OriginRole, "origin"},
   };
 }
 
@@ -152,6 +158,8 @@ QVariant HistoryModel::runData(const ShownRun& shown, int role) {
       return run.canBeRestored();
     case ExpandedRole:
       return shown.isExpanded;
+    case OriginRole:
+      return originText(run);
     case Qt::DisplayRole:
     case NameRole:
     case PlaceRole:
@@ -187,6 +195,8 @@ QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
       return shown.state == ItemState::inTrash || shown.state == ItemState::moved;
     case ExpandedRole:
       return false;
+    case OriginRole:
+      return QString();
     default:
       return {};
   }
@@ -295,12 +305,15 @@ void HistoryModel::clearResult() {
   forgetResult();
 }
 
+QString HistoryModel::placeAt(int row) const {
+  const auto [run, entry] = placeOf(row);
+  return entry == nullptr ? QString() : placeText(presentPlace(entry->entry));
+}
+
 void HistoryModel::openContainingFolder(int row) {
   const auto [run, entry] = placeOf(row);
   if (entry == nullptr) return;
-  const auto& place =
-      entry->entry.action == JournalAction::restored ? entry->entry.originalURL : entry->entry.trashedURL;
-  postWork([this, place](const std::stop_token&) {
+  postWork([this, place = presentPlace(entry->entry)](const std::stop_token&) {
     if (!services().desktop.reveal(place)) qWarning("No file manager could be started.");
   });
 }

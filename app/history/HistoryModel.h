@@ -45,6 +45,7 @@ class HistoryModel : public orvane::RunModel {
     StateKeyRole,
     CanRestoreRole,
     ExpandedRole,
+    OriginRole,
   };
   enum Kind { Run, Entry };
   Q_ENUM(Kind)
@@ -84,6 +85,7 @@ class HistoryModel : public orvane::RunModel {
   Q_INVOKABLE void clearResult();
   // Where an item is now: its place in the Trash or the folder that it was moved to.
   Q_INVOKABLE void openContainingFolder(int row);
+  [[nodiscard]] QString placeAt(int row) const override;
 
  Q_SIGNALS:
   void searchTextChanged();

@@ -62,6 +62,7 @@ Page {
             total: root.model.progressTotal
             detail: root.model.progressText
             outcome: root.model.resultText
+            resultNote: root.model.resultNote
             onCancelAsked: root.model.cancel()
             onDismissed: root.model.clearResult()
         }
@@ -99,6 +100,7 @@ Page {
                 label: qsTr("nav.history")
                 model: root.model
                 onRowToggled: row => root.model.toggleExpanded(row)
+                onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
                 onRowFolded: (row, open) => {
                     const entry = itemAtIndex(row) as HistoryEntry;
                     if (entry && entry.isRun && entry.expanded !== open)
@@ -116,6 +118,7 @@ Page {
                     }
                     onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreEntry(index)
                     onOpenFolderAsked: root.model.openContainingFolder(index)
+                    onMenuAsked: menu.show(root.model.placeAt(index), this, false)
                 }
             }
 
@@ -132,6 +135,12 @@ Page {
                 }
             }
         }
+    }
+
+    ItemMenu {
+        id: menu
+
+        appState: root.appState
     }
 
     AlertDialog {

@@ -21,6 +21,7 @@ Item {
     signal folded
     signal touched
     signal renameAsked
+    signal menuAsked
 
     readonly property bool isGroup: kind === 0
 
@@ -86,8 +87,9 @@ Item {
 
             anchors.fill: parent
             hoverEnabled: true
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
             onPressed: root.touched()
-            onClicked: root.toggled()
+            onClicked: mouse => mouse.button === Qt.RightButton ? root.menuAsked() : root.toggled()
         }
 
         TriStateBox {

@@ -414,6 +414,11 @@ void OrganizeModel::forgetLearned() {
   });
 }
 
+QString OrganizeModel::placeAt(int row) const {
+  const auto place = placeOf(row);
+  return place.row ? placeText(m_proposal.row(*place.row).item.url()) : QString();
+}
+
 // --- carrying out
 
 void OrganizeModel::apply() {

@@ -109,6 +109,7 @@ class OrganizeModel : public orvane::RunModel {
   Q_INVOKABLE void renameGroup(int row, const QString& name);
   Q_INVOKABLE void forgetLearned();
   Q_INVOKABLE void apply();
+  [[nodiscard]] QString placeAt(int row) const override;
   Q_INVOKABLE void cancel() override;
 
   void reloadFolders();

@@ -19,7 +19,13 @@ Page {
             model.undo();
     }
 
-    function selectRecommended() {
+    function takeFolder(url: string): bool {
+        if (!isBusy)
+            model.chooseFolder(url);
+        return true;
+    }
+
+    function selectAll() {
         model.selectAll(true);
     }
 
@@ -49,7 +55,9 @@ Page {
             symbol: "organize"
             text: qsTr("organize.apply_count").arg(Texts.count(root.model.selectedCount)).arg(
                       Texts.bytes(root.model.selectedBytes))
-            onClicked: root.model.apply()
+            onClicked: large.ask(root.model.isLarge(root.model.selectedCount, root.model.selectedBytes), Texts.counted(
+                                     "consent.to_folders", root.model.selectedCount).arg(
+                                     Texts.bytes(root.model.selectedBytes)), text, root.model.apply)
         }
     ]
 
@@ -79,7 +87,7 @@ Page {
             total: root.model.progressTotal
             detail: root.model.progressText
             outcome: root.model.resultText
-            resultNote: ""
+            resultNote: root.model.resultNote
             canUndo: root.model.canUndo
             undoLabel: qsTr("dashboard.undo")
             onCancelAsked: root.model.cancel()
@@ -120,6 +128,7 @@ Page {
                 label: qsTr("nav.organize")
                 model: root.model
                 onRowToggled: row => root.model.toggle(row)
+                onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
                 onRowFolded: (row, open) => {
                     const entry = itemAtIndex(row) as OrganizeEntry;
                     if (entry && entry.kind === 0 && entry.expanded !== open)
@@ -136,6 +145,7 @@ Page {
                     onToggled: root.model.toggle(index)
                     onFolded: root.model.toggleExpanded(index)
                     onRenameAsked: rename.ask(index, name)
+                    onMenuAsked: menu.show(root.model.placeAt(index), this, false)
                 }
             }
 
@@ -209,6 +219,16 @@ Page {
                 onClicked: rename.close()
             }
         ]
+    }
+
+    ItemMenu {
+        id: menu
+
+        appState: root.appState
+    }
+
+    LargeRunQuestion {
+        id: large
     }
 
     PickFolder {

@@ -4,7 +4,8 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// The disk as a ring with its figures beside it.
+// The disk as a ring with its figures beside it: in its middle what one press frees, and what is worth a look only
+// beside it.
 Card {
     id: root
 
@@ -19,14 +20,14 @@ Card {
         anchors.verticalCenter: parent.verticalCenter
         used: root.appState.usedBytes
         free: root.appState.freeBytes
-        reclaimable: root.appState.reclaimableBytes
+        reclaimable: root.appState.proposedBytes
         figure: root.appState.hasScanned || root.appState.isScanning
-                ? Texts.bytes(root.appState.reclaimableBytes)
+                ? Texts.bytes(root.appState.proposedBytes)
                 : Texts.percent(root.appState.usedBytes / Math.max(1, root.appState.totalBytes))
         caption: root.appState.hasScanned || root.appState.isScanning ? qsTr("dashboard.reclaimable_now")
                                                                       : qsTr("dashboard.used")
         summary: qsTr("dashboard.ring_summary").arg(Texts.bytes(root.appState.usedBytes)).arg(
-                     Texts.bytes(root.appState.reclaimableBytes)).arg(Texts.bytes(root.appState.freeBytes))
+                     Texts.bytes(root.appState.proposedBytes)).arg(Texts.bytes(root.appState.freeBytes))
     }
 
     ColumnLayout {
@@ -44,9 +45,16 @@ Card {
 
         Legend {
             label: qsTr("dashboard.reclaimable")
-            value: root.appState.hasScanned || root.appState.isScanning ? Texts.bytes(root.appState.reclaimableBytes)
+            value: root.appState.hasScanned || root.appState.isScanning ? Texts.bytes(root.appState.proposedBytes)
                                                                         : "–"
             swatch: Theme.accent
+        }
+
+        Legend {
+            visible: root.appState.reviewBytes > 0
+            label: qsTr("dashboard.worth_a_look")
+            value: Texts.bytes(root.appState.reviewBytes)
+            swatch: Theme.review
         }
 
         Legend {

@@ -127,6 +127,11 @@ Page {
             }
         }
 
+        AppearanceSettings {
+            Layout.fillWidth: true
+            appState: root.appState
+        }
+
         KeySettings {
             Layout.fillWidth: true
             model: root.model

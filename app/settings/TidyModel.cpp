@@ -107,6 +107,7 @@ void TidyModel::look() {
   show({}, {});
   m_isLooking = true;
   m_runError.clear();
+  m_restoredCount.reset();
   Q_EMIT lookChanged();
   Q_EMIT asked();
   m_runQueue.post([this, stop = m_lookStop.get_token()](const std::stop_token&) {
@@ -196,8 +197,13 @@ void TidyModel::confirm() {
       const auto report = m_controller->runShown(std::move(look), stop, progress);
       const bool isBusy = report.end == AutoOrganizeReport::End::busy;
       std::int64_t failed = 0;
-      for (const auto& run : report.runs) failed += run.report.failed;
-      callOn(this, [this, isBusy, failed] {
+      std::vector<Uuid> runs;
+      for (const auto& run : report.runs) {
+        failed += run.report.failed;
+        if (run.report.runId) runs.push_back(*run.report.runId);
+      }
+      callOn(this, [this, isBusy, failed, runs = std::move(runs)] {
+        m_lastRuns = runs;
         if (isBusy) m_runError = localizedText("tidy.busy");
         if (failed > 0) m_runError = countedText("tidy.failed", failed);
       });
@@ -205,12 +211,32 @@ void TidyModel::confirm() {
       callOn(this, [this, problem = shownName(error.what())] { m_runError = problem; });
     }
     publish();
+    callOn(this, [this] { Q_EMIT tidied(); });
   });
   dismiss();
 }
 
+void TidyModel::undo() {
+  if (!canUndo()) return;
+  m_isRunning = true;
+  m_runError.clear();
+  m_done = 0;
+  m_total = 0;
+  Q_EMIT changed();
+  Q_EMIT progressChanged();
+  m_runQueue.post([this, runs = std::exchange(m_lastRuns, {})](const std::stop_token&) {
+    const auto restored = m_controller->undo(runs);
+    callOn(this, [this, count = restored.count, warnings = restored.warnings] {
+      m_restoredCount = count;
+      if (!warnings.empty()) m_runError = shownName(warnings.front());
+    });
+    publish();
+  });
+}
+
 QString TidyModel::statusText() const {
   if (!m_runError.isEmpty()) return m_runError;
+  if (m_restoredCount) return countedText("cleanup.restored", *m_restoredCount);
   if (!m_lastResult) return {};
   if (m_lastResult->totalMoved() == 0) return localizedText("tidy.nothing");
   return countedText("tidy.moved", m_lastResult->movedToRecents).arg(countedText("tidy.sorted", m_lastResult->sorted));

@@ -32,6 +32,7 @@ class TidyModel : public QObject {
   Q_PROPERTY(bool launchAtLogin READ launchAtLogin WRITE setLaunchAtLogin NOTIFY changed)
   Q_PROPERTY(QString launchAtLoginError READ launchAtLoginError NOTIFY changed)
   Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
+  Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
   Q_PROPERTY(QString unavailableReason READ unavailableReason NOTIFY changed)
   Q_PROPERTY(bool isLooking READ isLooking NOTIFY lookChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY lookChanged)
@@ -63,6 +64,8 @@ class TidyModel : public QObject {
   [[nodiscard]] const QString& launchAtLoginError() const noexcept { return m_launchAtLoginError; }
   // The result of the last run of this process, or why it failed; empty before.
   [[nodiscard]] QString statusText() const;
+  // Whether what was confirmed last can be undone from here.
+  [[nodiscard]] bool canUndo() const noexcept { return !m_lastRuns.empty() && !m_isRunning; }
   // Why there is no language model; empty where there is one.
   [[nodiscard]] const QString& unavailableReason() const noexcept { return m_unavailableReason; }
   // Of the folder that is tidied now; both 0 as long as nothing moves.
@@ -88,6 +91,7 @@ class TidyModel : public QObject {
   Q_INVOKABLE void confirm();
   // Forgets what was shown.
   Q_INVOKABLE void dismiss();
+  Q_INVOKABLE void undo();
   Q_INVOKABLE void cancel();
   // The settings may have been changed by another process.
   void reload();
@@ -99,6 +103,8 @@ class TidyModel : public QObject {
   void progressChanged();
   void lookChanged();
   void asked();
+  // What was confirmed has been carried out.
+  void tidied();
 
  private:
   void makeController(const MakeCollaborators& makeCollaborators);
@@ -115,6 +121,8 @@ class TidyModel : public QObject {
   int m_changesUnderWay = 0;  // shown already, and not stored yet
   std::optional<AutoOrganizeResult> m_lastResult;
   QString m_runError;
+  std::vector<Uuid> m_lastRuns;
+  std::optional<std::int64_t> m_restoredCount;  // of the last undo, until something else happens
   QString m_unavailableReason;
   bool m_isLooking = false;
   TidyLook m_look;

@@ -60,6 +60,13 @@ SettingsCard {
         label: qsTr("settings.tidy_now")
         note: root.tidy.statusText
 
+        LinkButton {
+            visible: root.tidy.canUndo
+            symbol: "undo"
+            text: qsTr("dashboard.undo")
+            onClicked: root.tidy.undo()
+        }
+
         PlainButton {
             enabled: root.tidy.isReady
             symbol: "play"

@@ -2,7 +2,9 @@
 
 #include "app/common/GrantedFolders.h"
 #include "app/common/NoticeTexts.h"
+#include "app/common/Places.h"
 #include "app/common/Text.h"
+#include "core/base/files/PathAccess.h"
 #include "core/base/text/Json.h"
 #include "core/platform/Desktop.h"
 #include "core/platform/Preferences.h"
@@ -10,7 +12,9 @@
 #include "core/safety/services/PermissionsManager.h"
 #include "core/tasks/LargestFolders.h"
 
+#include <QClipboard>
 #include <QDebug>
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <exception>
@@ -30,6 +34,7 @@ bool flagFrom(const std::optional<Json>& value) {
 
 AppState::AppState(WindowServices services, QObject* parent) : QObject(parent), m_services(std::move(services)) {
   m_hasCompletedOnboarding = flagFrom(m_services.preferences.value(onboardingKey));
+  m_knowsTray = flagFrom(m_services.preferences.value(trayKey));
   connect(&m_scannedItems, &ScannedItems::presenceChanged, this, [this] {
     recalculateStorageSummary(m_scannedItems.bytes());
     refresh();
@@ -202,9 +207,19 @@ void AppState::refresh() {
 void AppState::completeOnboarding() {
   if (std::exchange(m_hasCompletedOnboarding, true)) return;
   Q_EMIT onboardingChanged();
-  m_queue.post([this](const std::stop_token&) {
+  storeFlag(onboardingKey);
+}
+
+void AppState::noteTrayIsKnown() {
+  if (std::exchange(m_knowsTray, true)) return;
+  Q_EMIT knowsTrayChanged();
+  storeFlag(trayKey);
+}
+
+void AppState::storeFlag(std::string_view key) {
+  m_queue.post([this, key](const std::stop_token&) {
     try {
-      m_services.preferences.setValue(onboardingKey, Json(true));
+      m_services.preferences.setValue(key, Json(true));
     } catch (const std::exception& error) {
       qWarning("The preferences cannot be written: %s", error.what());
     }
@@ -217,6 +232,36 @@ void AppState::openTrash() {
   });
 }
 
+void AppState::openItem(const QString& place) {
+  const auto item = placeFrom(place);
+  if (!item) return;
+  m_queue.post([this, url = item->absoluteString()](const std::stop_token&) {
+    if (!m_services.desktop.openUrl(url)) qWarning("No program opens the item.");
+  });
+}
+
+void AppState::revealItem(const QString& place) {
+  const auto item = placeFrom(place);
+  if (!item) return;
+  m_queue.post([this, item = *item](const std::stop_token&) {
+    if (!m_services.desktop.reveal(item)) qWarning("No file manager could be started.");
+  });
+}
+
+void AppState::copyPath(const QString& place) {
+  QGuiApplication::clipboard()->setText(place);
+}
+
+void AppState::takeDropped(const QString& url) {
+  const auto place = placeFrom(url);
+  if (!place) return;
+  m_queue.post([this, place = *place](const std::stop_token&) {
+    const auto status = readPathStatus(place.path());
+    if (!status || status->type != FileType::directory) return;
+    callOn(this, [this, place] { Q_EMIT folderDropped(placeText(place), shownName(place.lastPathComponent())); });
+  });
+}
+
 void AppState::quit() {
   Q_EMIT quitRequested();
 }
@@ -226,6 +271,15 @@ void AppState::setAppearance(bool darkScheme, bool reducedMotion) {
   m_darkScheme = darkScheme;
   m_reducedMotion = reducedMotion;
   Q_EMIT appearanceChanged();
+}
+
+void AppState::setTheme(int theme) {
+  if (theme < SystemTheme || theme > DarkTheme || std::exchange(m_theme, theme) == theme) return;
+  Q_EMIT choicesChanged();
+}
+
+void AppState::setClosesToTray(bool closesToTray) {
+  if (std::exchange(m_closesToTray, closesToTray) != closesToTray) Q_EMIT choicesChanged();
 }
 
 void AppState::setCanKeepTray(bool canKeepTray) {

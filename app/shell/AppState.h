@@ -10,6 +10,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <QVariantList>
 
@@ -44,14 +45,21 @@ class AppState : public QObject {
   Q_PROPERTY(double usedBytes READ usedBytes NOTIFY summaryChanged)
   Q_PROPERTY(double freeBytes READ freeBytes NOTIFY summaryChanged)
   Q_PROPERTY(double reclaimableBytes READ reclaimableBytes NOTIFY summaryChanged)
+  Q_PROPERTY(double proposedBytes READ proposedBytes NOTIFY summaryChanged)
+  Q_PROPERTY(double reviewBytes READ reviewBytes NOTIFY summaryChanged)
   Q_PROPERTY(double lifetimeReclaimedBytes READ lifetimeReclaimedBytes NOTIFY summaryChanged)
   Q_PROPERTY(bool hasCompletedOnboarding READ hasCompletedOnboarding NOTIFY onboardingChanged)
   Q_PROPERTY(bool darkScheme READ darkScheme NOTIFY appearanceChanged)
+  Q_PROPERTY(QStringList themeKeys READ themeKeys CONSTANT)
+  Q_PROPERTY(int theme READ theme WRITE setTheme NOTIFY choicesChanged)
+  Q_PROPERTY(bool closesToTray READ closesToTray WRITE setClosesToTray NOTIFY choicesChanged)
   Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY appearanceChanged)
+  Q_PROPERTY(bool knowsTray READ knowsTray NOTIFY knowsTrayChanged)
   Q_PROPERTY(bool canKeepTray READ canKeepTray NOTIFY canKeepTrayChanged)
 
  public:
   static constexpr std::string_view onboardingKey = "hasCompletedOnboarding";
+  static constexpr std::string_view trayKey = "knowsTray";
 
   // Reads the flag of the onboarding at once, everything else in the background.
   explicit AppState(WindowServices services, QObject* parent = nullptr);
@@ -85,12 +93,29 @@ class AppState : public QObject {
   [[nodiscard]] double usedBytes() const noexcept { return static_cast<double>(m_summary.usedDiskBytes); }
   [[nodiscard]] double freeBytes() const noexcept { return static_cast<double>(m_summary.freeDiskBytes); }
   [[nodiscard]] double reclaimableBytes() const noexcept { return static_cast<double>(m_summary.reclaimableBytes); }
+  // Of what the last scan found: what one cleanup takes as it is proposed, and what is worth a look.
+  [[nodiscard]] double proposedBytes() const noexcept { return static_cast<double>(m_scannedItems.proposedBytes()); }
+  [[nodiscard]] double reviewBytes() const noexcept { return static_cast<double>(m_scannedItems.reviewBytes()); }
   [[nodiscard]] double lifetimeReclaimedBytes() const noexcept {
     return static_cast<double>(m_summary.lifetimeReclaimedBytes);
   }
   [[nodiscard]] bool hasCompletedOnboarding() const noexcept { return m_hasCompletedOnboarding; }
   [[nodiscard]] bool darkScheme() const noexcept { return m_darkScheme; }
   [[nodiscard]] bool reducedMotion() const noexcept { return m_reducedMotion; }
+  // Keys of texts, as Theme counts.
+  [[nodiscard]] static QStringList themeKeys() {
+    return {QStringLiteral("settings.theme_system"), QStringLiteral("settings.theme_light"),
+            QStringLiteral("settings.theme_dark")};
+  }
+  enum Theme { SystemTheme, LightTheme, DarkTheme };
+  Q_ENUM(Theme)
+  [[nodiscard]] int theme() const noexcept { return m_theme; }
+  void setTheme(int theme);
+  // Where there is a tray; else closing the window ends the program.
+  [[nodiscard]] bool closesToTray() const noexcept { return m_closesToTray; }
+  void setClosesToTray(bool closesToTray);
+  // Whether the user was told that the window closes to the tray.
+  [[nodiscard]] bool knowsTray() const noexcept { return m_knowsTray; }
   [[nodiscard]] bool canKeepTray() const noexcept { return m_canKeepTray; }
 
   // Scans the folder named, by its path or URL, or else the granted folders that exist. Does nothing while a scan is
@@ -98,7 +123,14 @@ class AppState : public QObject {
   Q_INVOKABLE void startScan(const QString& folder = {});
   Q_INVOKABLE void cancelScan();
   Q_INVOKABLE void completeOnboarding();
+  Q_INVOKABLE void noteTrayIsKnown();
   Q_INVOKABLE void openTrash();
+  // An item by its path or URL: with the program for it, in the file manager, its path on the clipboard.
+  Q_INVOKABLE void openItem(const QString& place);
+  Q_INVOKABLE void revealItem(const QString& place);
+  Q_INVOKABLE static void copyPath(const QString& place);
+  // folderDropped() follows where it is a folder.
+  Q_INVOKABLE void takeDropped(const QString& url);
   Q_INVOKABLE void quit();
   // Reads the disk's figures and the system's permission again.
   Q_INVOKABLE void refresh();
@@ -120,12 +152,29 @@ class AppState : public QObject {
   void summaryChanged();
   void onboardingChanged();
   void appearanceChanged();
+  // The theme, or where the window closes to.
+  void choicesChanged();
+  void shortcutsAsked();
+  void aboutAsked();
   void canKeepTrayChanged();
+  void knowsTrayChanged();
   // The window is to come to the front.
   void raised();
+  void folderDropped(const QString& url, const QString& name);
   void quitRequested();
+  // Undoes the last run of this window, whatever section it was of.
+  void undoRequested();
+  // There is none: the section that is shown may know an older one.
+  void undoLeftToScreen();
+  // A sentence to show wherever the user is.
+  void told(const QString& text);
+  // Items are being moved: the user is to say how the program ends; the next two are the answers.
+  void quitAsked();
+  void quitWhenFinished();
+  void quitWhenStopped();
 
  private:
+  void storeFlag(std::string_view key);
   void beginItems(std::vector<FileUrl> folders);
   void lookForHomeFolders(const std::stop_token& stop);
   void showKept(const RowSum& kept);
@@ -151,6 +200,9 @@ class AppState : public QObject {
   bool m_darkScheme = false;
   bool m_reducedMotion = false;
   bool m_canKeepTray = false;
+  bool m_knowsTray = false;
+  int m_theme = SystemTheme;
+  bool m_closesToTray = true;
   QTimer m_refreshTimer;
   std::stop_source m_scanStop;
   BackgroundQueue m_queue;

@@ -29,7 +29,8 @@ bool isPaletteDark() {
 
 }  // namespace
 
-DesktopAppearance::DesktopAppearance(QObject* parent) : QObject(parent), m_isDark(isPaletteDark()) {
+DesktopAppearance::DesktopAppearance(QObject* parent)
+    : QObject(parent), m_isDark(isPaletteDark()), m_isDesktopDark(m_isDark) {
   const auto forced = qgetenv("ORVANE_COLOR_SCHEME");
   m_isForced = forced == "dark" || forced == "light";
   if (m_isForced) m_isDark = forced == "dark";
@@ -39,6 +40,13 @@ DesktopAppearance::DesktopAppearance(QObject* parent) : QObject(parent), m_isDar
               SLOT(takeSetting(QString, QString, QDBusVariant)));
   ask(appearanceGroup, colorSchemeKey);
   ask(interfaceGroup, animationsKey);
+}
+
+void DesktopAppearance::setScheme(std::optional<bool> isDark) {
+  m_chosen = isDark;
+  if (m_isForced) return;
+  m_isDark = m_chosen.value_or(m_isDesktopDark);
+  Q_EMIT changed();
 }
 
 void DesktopAppearance::ask(const QString& group, const QString& key) {
@@ -61,8 +69,8 @@ void DesktopAppearance::take(const QString& group, const QString& key, const QVa
   const auto value = given.userType() == qMetaTypeId<QDBusVariant>() ? given.value<QDBusVariant>().variant() : given;
   if (group == appearanceGroup && key == colorSchemeKey && !m_isForced) {
     const auto scheme = value.toUInt();
-    m_isDark = scheme == preferDark || (scheme != preferLight && isPaletteDark());
-    Q_EMIT changed();
+    m_isDesktopDark = scheme == preferDark || (scheme != preferLight && isPaletteDark());
+    setScheme(m_chosen);
   }
   if (group == interfaceGroup && key == animationsKey) {
     m_isMotionReduced = !value.toBool();

@@ -3,6 +3,8 @@
 #include <QDBusVariant>
 #include <QObject>
 
+#include <optional>
+
 namespace orvane {
 
 // Whether the user's desktop asks for dark colours and for less motion: as the settings portal says
@@ -17,6 +19,9 @@ class DesktopAppearance : public QObject {
   [[nodiscard]] bool isDark() const noexcept { return m_isDark; }
   [[nodiscard]] bool isMotionReduced() const noexcept { return m_isMotionReduced; }
 
+  // Absent where the desktop's own choice holds.
+  void setScheme(std::optional<bool> isDark);
+
  Q_SIGNALS:
   void changed();
 
@@ -28,6 +33,8 @@ class DesktopAppearance : public QObject {
 
   bool m_isForced = false;
   bool m_isDark = false;
+  bool m_isDesktopDark = false;
+  std::optional<bool> m_chosen;
   bool m_isMotionReduced = false;
 };
 

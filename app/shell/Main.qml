@@ -9,6 +9,7 @@ ApplicationWindow {
     id: window
 
     required property AppState appState
+    required property WindowMemory memory
     required property NavigationModel navigation
     required property LanguageModel languages
     required property OverviewModel overview
@@ -41,6 +42,9 @@ ApplicationWindow {
         }]
     ]
 
+    // A dropped folder is scanned as soon as it is among the folders.
+    property bool scansAddedFolder: false
+
     readonly property int section: appState.selectedNavigation
     onSectionChanged: showSection(section)
 
@@ -49,12 +53,23 @@ ApplicationWindow {
         loader.setSource("../" + screen[0].toLowerCase() + "/" + screen[0] + "Screen.qml", screen[1]);
     }
 
+    function rememberSize() {
+        if (visibility !== Window.Windowed)
+            return;
+        memory.remember("width", width);
+        memory.remember("height", height);
+    }
+
     function go(section: int) {
         appState.selectedNavigation = section;
     }
 
-    width: 1180
-    height: 760
+    width: memory.number("width", 900, 16000, 1180)
+    height: memory.number("height", 600, 16000, 760)
+    visibility: memory.flag("maximized") ? Window.Maximized : Window.AutomaticVisibility
+    onWidthChanged: rememberSize()
+    onHeightChanged: rememberSize()
+    onVisibilityChanged: if (visible) memory.remember("maximized", visibility === Window.Maximized)
     minimumWidth: 900
     minimumHeight: 600
     visible: true
@@ -62,6 +77,16 @@ ApplicationWindow {
     color: Theme.background
     // The program's own font, with its families for Chinese, Japanese and Korean: controls would take the desktop's.
     font: fontProbe.font
+
+    onClosing: close => {
+        if (!appState.canKeepTray || !appState.closesToTray) {
+            close.accepted = false;
+            appState.quit();
+        } else if (!appState.knowsTray) {
+            close.accepted = false;
+            trayNote.open();
+        }
+    }
 
     Component.onCompleted: {
         showSection(section);
@@ -98,6 +123,45 @@ ApplicationWindow {
             window.raise();
             window.requestActivate();
         }
+
+        function onFolderDropped(url: string, name: string) {
+            if (!window.screen?.takeFolder(url))
+                dropQuestion.ask(url, name);
+        }
+
+        function onShortcutsAsked() {
+            shortcuts.open();
+        }
+
+        function onAboutAsked() {
+            about.open();
+        }
+
+        function onUndoLeftToScreen() {
+            window.screen?.undo();
+        }
+
+        function onTold(text: string) {
+            toast.show(text, "");
+        }
+
+        function onQuitAsked() {
+            quitQuestion.open();
+        }
+    }
+
+    Connections {
+        target: window.settings
+
+        function onPublished() {
+            if (!window.scansAddedFolder)
+                return;
+            window.scansAddedFolder = false;
+            if (window.settings.folderError !== "")
+                window.go(AppNavigationItem.Settings);
+            else
+                window.appState.startScan();
+        }
     }
 
     Connections {
@@ -105,6 +169,10 @@ ApplicationWindow {
 
         function onAsked() {
             tidySheet.open();
+        }
+
+        function onTidied() {
+            toast.show(window.tidy.statusText, window.tidy.canUndo ? qsTr("dashboard.undo") : "");
         }
     }
 
@@ -147,6 +215,35 @@ ApplicationWindow {
         }
     }
 
+    DropArea {
+        anchors.fill: parent
+        onEntered: drag => drag.accepted = drag.hasUrls
+        onDropped: drop => {
+            if (drop.urls.length > 0)
+                window.appState.takeDropped("" + drop.urls[0]);
+        }
+    }
+
+    AlertDialog {
+        id: dropQuestion
+
+        property string url: ""
+
+        function ask(url: string, name: string) {
+            dropQuestion.url = url;
+            title = qsTr("folder.dropped_title").arg(name);
+            open();
+        }
+
+        message: qsTr("folder.dropped_text")
+        confirmText: qsTr("folder.dropped_action")
+        rejectText: qsTr("action.cancel")
+        onConfirmed: {
+            window.settings.addFolder(url);
+            window.scansAddedFolder = true;
+        }
+    }
+
     OnboardingSheet {
         id: onboarding
 
@@ -159,10 +256,50 @@ ApplicationWindow {
         history: window.history
     }
 
+    Toast {
+        id: toast
+
+        onActed: window.tidy.undo()
+    }
+
     TidySheet {
         id: tidySheet
 
         tidy: window.tidy
+    }
+
+    ShortcutsSheet {
+        id: shortcuts
+    }
+
+    AboutSheet {
+        id: about
+    }
+
+    AlertDialog {
+        id: quitQuestion
+
+        title: qsTr("quit.title")
+        message: qsTr("quit.text")
+        confirmText: qsTr("quit.finish")
+        rejectText: qsTr("quit.stop")
+        extraText: qsTr("action.cancel")
+        onConfirmed: window.appState.quitWhenFinished()
+        onRejected: window.appState.quitWhenStopped()
+    }
+
+    AlertDialog {
+        id: trayNote
+
+        title: qsTr("tray.closing_title")
+        message: qsTr("tray.closing_text")
+        confirmText: qsTr("tray.close_window")
+        rejectText: qsTr("tray.quit")
+        onConfirmed: {
+            window.appState.noteTrayIsKnown();
+            window.close();
+        }
+        onRejected: window.appState.quit()
     }
 
     Instantiator {
@@ -183,7 +320,7 @@ ApplicationWindow {
 
     Shortcut {
         sequences: ["Ctrl+A"]
-        onActivated: window.screen?.selectRecommended()
+        onActivated: window.screen?.selectAll()
     }
 
     Shortcut {
@@ -193,12 +330,17 @@ ApplicationWindow {
 
     Shortcut {
         sequences: ["Ctrl+Z"]
-        onActivated: window.screen?.undo()
+        onActivated: window.appState.undoRequested()
     }
 
     Shortcut {
         sequences: ["Ctrl+R", "F5"]
         onActivated: window.screen?.startWork()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+?", "Ctrl+Shift+/", "F1"]
+        onActivated: shortcuts.open()
     }
 
     Shortcut {

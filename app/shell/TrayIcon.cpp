@@ -82,7 +82,7 @@ void TrayIcon::showWhereThereIsATray() {
 void TrayIcon::refresh() {
   m_title->setText(localizedText("app.name"));
   m_tagline->setText(localizedText("app.tagline"));
-  m_reclaimable->setText(localizedText("dashboard.reclaimable_now") + ": " + Format::bytes(m_state.reclaimableBytes()));
+  m_reclaimable->setText(localizedText("dashboard.reclaimable_now") + ": " + Format::bytes(m_state.proposedBytes()));
   m_keepTidy->setText(localizedText("tray.keep_tidy"));
   m_keepTidy->setChecked(m_tidy.isEnabled());
   m_organizeNow->setText(localizedText("tray.organize_now"));

@@ -23,8 +23,10 @@
 #include "app/shell/InterfaceFont.h"
 #include "app/shell/LanguageModel.h"
 #include "app/shell/NavigationModel.h"
+#include "app/shell/QuitGuard.h"
 #include "app/shell/TableTranslator.h"
 #include "app/shell/TrayIcon.h"
+#include "app/shell/WindowMemory.h"
 #include "core/assistant/services/KeychainService.h"
 #include "core/localization/LocalizationManager.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
@@ -36,10 +38,13 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
+#include <optional>
 #include <utility>
+#include <vector>
 
 // Made from this module's headers; registers the types that QML uses.
 void qml_register_types_Orvane();
@@ -73,11 +78,20 @@ QVariant variantOf(Model& model) {
   return QVariant::fromValue(&model);
 }
 
+// Of what the window remembers.
+const auto sectionKey = QStringLiteral("section");
+const auto sortKey = QStringLiteral("cleanupSort");
+const auto riskKey = QStringLiteral("cleanupRisk");
+const auto keepKey = QStringLiteral("keepCopy");
+const auto themeKey = QStringLiteral("theme");
+const auto endsWithWindowKey = QStringLiteral("endsWithWindow");
+
 }  // namespace
 
 struct Window::Parts {
   explicit Parts(WindowServices given)
       : services(std::move(given)),
+        memory(services),
         state(services),
         languages(services.localization),
         feed(services),
@@ -97,6 +111,7 @@ struct Window::Parts {
                        .maps = MapServices::shared()}),
         privacy(services),
         settings(settingsCollaborators(services, tidy)),
+        quitGuard(runModels(), tidy),
         tray(state, tidy) {}
 
   WindowServices services;
@@ -105,6 +120,7 @@ struct Window::Parts {
   TableTranslator translator;
   DesktopAppearance appearance;
   FileWatch preferences;
+  WindowMemory memory;
   AppState state;
   NavigationModel navigation;
   LanguageModel languages;
@@ -121,6 +137,13 @@ struct Window::Parts {
   MapModel map;
   PrivacyModel privacy;
   SettingsModel settings;
+  [[nodiscard]] std::vector<RunModel*> runModels() {
+    return {&cleanup, &history, &duplicates, &apps, &organize, &rules, &agent};
+  }
+
+  QPointer<RunModel> lastRun;  // the last that moved something
+  bool tellsUndo = false;      // the undo under way was asked for from anywhere
+  QuitGuard quitGuard;
   TrayIcon tray;
   QQmlApplicationEngine engine;
   bool isToOrganize = false;  // once the folders are known
@@ -157,14 +180,83 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
   connect(&parts.settings, &SettingsModel::keysChanged, &parts.agent, &AgentModel::reloadProviders);
   connect(&parts.agent, &AgentModel::requestSent, &parts.privacy, &PrivacyModel::setLastRequest);
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
-  connect(&parts.state, &AppState::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-  // Without a tray nobody would find the way back to a closed window.
-  const auto follow = [&parts] { QGuiApplication::setQuitOnLastWindowClosed(!parts.state.canKeepTray()); };
-  follow();
-  connect(&parts.state, &AppState::canKeepTrayChanged, this, follow);
+  connect(&parts.state, &AppState::quitRequested, &parts.quitGuard, &QuitGuard::quit);
+  connect(&parts.state, &AppState::quitWhenFinished, &parts.quitGuard, &QuitGuard::finishFirst);
+  connect(&parts.state, &AppState::quitWhenStopped, &parts.quitGuard, &QuitGuard::stopFirst);
+  connect(&parts.quitGuard, &QuitGuard::asked, this, [this] {
+    raise({});
+    Q_EMIT m_parts->state.quitAsked();
+  });
+  // Asking the windows to close, as quit() does, would ask the user again.
+  connect(
+      &parts.quitGuard, &QuitGuard::finished, qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+  remember();
+  followRuns();
 }
 
 Window::~Window() = default;
+
+// The section, the order and filter of the cleanup, the copy that stays and the choices for the window are as they were
+// the last time.
+void Window::remember() {
+  auto& parts = *m_parts;
+  const auto& memory = parts.memory;
+  const auto sectionCount = static_cast<int>(navigationRows.size());
+  parts.state.setSelectedNavigation(memory.number(sectionKey, 0, sectionCount - 1, parts.state.selectedNavigation()));
+  parts.cleanup.setSort(static_cast<CleanupModel::Sort>(memory.number(sortKey, 0, 2, parts.cleanup.sort())));
+  parts.cleanup.setRiskFilter(memory.number(riskKey, -1, 2, -1));
+  parts.duplicates.setKeepStrategy(memory.number(keepKey, 0, 2, 0));
+  parts.state.setTheme(memory.number(themeKey, AppState::SystemTheme, AppState::DarkTheme, AppState::SystemTheme));
+  parts.state.setClosesToTray(!memory.flag(endsWithWindowKey));
+  const auto applyChoices = [&parts] {
+    const auto theme = parts.state.theme();
+    parts.appearance.setScheme(theme == AppState::SystemTheme ? std::nullopt
+                                                              : std::optional(theme == AppState::DarkTheme));
+    QGuiApplication::setQuitOnLastWindowClosed(!parts.state.canKeepTray() || !parts.state.closesToTray());
+  };
+  applyChoices();
+  connect(&parts.state, &AppState::choicesChanged, this, [&parts, applyChoices] {
+    applyChoices();
+    parts.memory.remember(themeKey, parts.state.theme());
+    parts.memory.remember(endsWithWindowKey, !parts.state.closesToTray());
+  });
+  // Without a tray nobody would find the way back to a closed window.
+  connect(&parts.state, &AppState::canKeepTrayChanged, this, applyChoices);
+  connect(&parts.state, &AppState::navigationChanged, this,
+          [&parts] { parts.memory.remember(sectionKey, parts.state.selectedNavigation()); });
+  connect(&parts.cleanup, &CleanupModel::queryChanged, this, [&parts] {
+    parts.memory.remember(sortKey, static_cast<int>(parts.cleanup.sort()));
+    parts.memory.remember(riskKey, parts.cleanup.riskFilter());
+  });
+  connect(&parts.duplicates, &DuplicatesModel::keepStrategyChanged, this,
+          [&parts] { parts.memory.remember(keepKey, parts.duplicates.keepStrategy()); });
+}
+
+// Whatever the window moved last can be undone from anywhere.
+void Window::followRuns() {
+  auto& parts = *m_parts;
+  for (auto* model : parts.runModels()) {
+    connect(model, &RunModel::cleaned, this, [&parts, model] {
+      if (model->canUndo()) parts.lastRun = model;
+    });
+    connect(model, &RunModel::undone, this, [&parts, model] {
+      if (std::exchange(parts.tellsUndo, false)) Q_EMIT parts.state.told(model->resultText());
+    });
+  }
+  connect(&parts.tidy, &TidyModel::tidied, this, [&parts] {
+    if (parts.tidy.canUndo()) parts.lastRun = nullptr;
+  });
+  connect(&parts.state, &AppState::undoRequested, this, [&parts] {
+    if (parts.lastRun && parts.lastRun->canUndo()) {
+      parts.tellsUndo = true;
+      parts.lastRun->undo();
+    } else if (parts.tidy.canUndo()) {
+      parts.tidy.undo();
+    } else {
+      Q_EMIT parts.state.undoLeftToScreen();
+    }
+  });
+}
 
 bool Window::show() {
   qml_register_types_Orvane();
@@ -179,6 +271,7 @@ bool Window::show() {
                                 std::make_unique<PictureProvider>(readApplicationIcon).release());
   parts.engine.setInitialProperties({
       {"appState", variantOf(parts.state)},
+      {"memory", variantOf(parts.memory)},
       {"navigation", variantOf(parts.navigation)},
       {"languages", variantOf(parts.languages)},
       {"overview", variantOf(parts.overview)},

@@ -25,6 +25,8 @@ class Window : public QObject {
 
  private:
   struct Parts;
+  void remember();
+  void followRuns();
   void languageChanged();
   void carryOut(const Wish& wish);
 

@@ -139,6 +139,8 @@ TEST_F(CleanupModelTest, listsWhatWasFoundByCategoryLargestFirst) {
                                    "old.dmg", "# Manual Review", "letter.txt"));
   EXPECT_EQ(model->itemCount(), 4);
   EXPECT_EQ(state->reclaimableBytes(), 3000 + 5000 + 700 + 90);
+  EXPECT_EQ(state->proposedBytes(), 3000 + 700);
+  EXPECT_EQ(state->reviewBytes(), 5000);
   EXPECT_EQ(value(rowOf("# Old Installers & Downloads"), CleanupModel::BytesRole).toDouble(), 8000);
   EXPECT_EQ(value(rowOf("run.log"), CleanupModel::PlaceRole).toString(), "Downloads/Work/Logs");
   EXPECT_EQ(state->scannedFolders(), 1);
@@ -212,6 +214,33 @@ TEST_F(CleanupModelTest, searchesSortsAndFilters) {
   EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Manual Review", "letter.txt"));
 }
 
+TEST_F(CleanupModelTest, cleansOnlyWhatTheListShowsWhereItIsAskedTo) {
+  scan();
+  ASSERT_EQ(model->selectedCount(), 2);
+  model->setSearchText("old");
+  arranged();
+  EXPECT_EQ(model->shownSelectedCount(), 1);
+  EXPECT_EQ(model->shownSelectedBytes(), 3000);
+  model->toggle(rowOf("old.dmg"));
+  EXPECT_EQ(model->shownSelectedCount(), 0);
+  model->cleanShown();
+  EXPECT_FALSE(model->isCleaning());
+  model->toggle(rowOf("old.dmg"));
+  // A folded group is not hidden: its header shows its box.
+  model->toggleExpanded(0);
+  EXPECT_EQ(model->shownSelectedCount(), 1);
+  model->cleanShown();
+  ASSERT_TRUE(becomesTrue([this] { return !model->isCleaning(); }));
+  EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
+  EXPECT_TRUE(exists(tree.path("Downloads/Work/Logs/run.log")));
+  EXPECT_EQ(model->selectedCount(), 1);
+
+  ASSERT_EQ(model->filters().size(), 1);
+  model->removeFilter(CleanupModel::SearchFilter);
+  EXPECT_THAT(model->filters(), IsEmpty());
+  EXPECT_EQ(model->searchText(), "");
+}
+
 TEST_F(CleanupModelTest, movesExactlyWhatIsSelectedAsOneRunAndBringsItBack) {
   scan();
   model->deselectAll();
@@ -233,6 +262,7 @@ TEST_F(CleanupModelTest, movesExactlyWhatIsSelectedAsOneRunAndBringsItBack) {
   EXPECT_EQ(model->itemCount(), 2);
   EXPECT_EQ(model->selectedCount(), 0);
   EXPECT_EQ(state->reclaimableBytes(), 5090);
+  EXPECT_EQ(state->proposedBytes(), 0);
 
   ASSERT_TRUE(model->canUndo());
   model->undo();
@@ -297,6 +327,10 @@ TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
                                                       StartsWith("Failed to trash old.dmg: ")));
   EXPECT_FALSE(model->canUndo());
   EXPECT_THAT(journal->getRuns(), IsEmpty());
+  EXPECT_EQ(model->resultNote(), "");
+  // What vanished counts no more.
+  EXPECT_EQ(model->itemCount(), 3);
+  EXPECT_EQ(state->reclaimableBytes(), 3000 + 5000 + 90);
 }
 
 TEST_F(CleanupModelTest, reportsWhatTheSystemRefusesAndGoesOn) {
@@ -331,10 +365,15 @@ TEST_F(CleanupModelTest, losesNothingWhenItIsStopped) {
 }
 
 TEST_F(CleanupModelTest, explainsALabelAndShowsTheFolder) {
+  tree.file("Downloads/server.pem", "secret");
   scan();
   EXPECT_THAT(model->explanation(rowOf("run.log")).toStdString(),
               testing::HasSubstr("Safe to remove. Temporary caches, logs, or redundant installers."));
-  EXPECT_THAT(model->explanation(rowOf("letter.txt")).toStdString(), testing::HasSubstr("Orvane will never remove."));
+  EXPECT_THAT(model->explanation(rowOf("letter.txt")).toStdString(), testing::HasSubstr("it may be your own work."));
+  EXPECT_THAT(model->explanation(rowOf("server.pem")).toStdString(), testing::HasSubstr("This looks like a key"));
+  EXPECT_THAT(value(rowOf("server.pem"), CleanupModel::LockReasonRole).toString().toStdString(),
+              StartsWith("This looks like a key"));
+  EXPECT_EQ(value(rowOf("run.log"), CleanupModel::LockReasonRole).toString(), "");
   model->openContainingFolder(rowOf("run.log"));
   ASSERT_TRUE(becomesTrue([this] { return !desktop.allRevealed().empty(); }));
   EXPECT_THAT(desktop.allRevealed(), ElementsAre(tree.url("Downloads/Work/Logs/run.log")));

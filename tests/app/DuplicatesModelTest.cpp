@@ -77,6 +77,24 @@ TEST_F(DuplicatesModelTest, takesOutACopyThatIsKept) {
   EXPECT_TRUE(exists(tree.path("Downloads/a.jpg")));
 }
 
+TEST_F(DuplicatesModelTest, saysWhichCopyStaysAndWhyAndShowsItFirst) {
+  search();
+  const auto first = [this] { return value(1, DuplicatesModel::NameRole).toString().toStdString(); };
+  const auto reason = [this] { return value(0, DuplicatesModel::KeptReasonRole).toString().toStdString(); };
+  EXPECT_EQ(first(), "a.jpg");
+  EXPECT_THAT(reason(), testing::StartsWith("keeps the oldest, created "));
+  model.setKeepStrategy(2);
+  EXPECT_EQ(first(), "copy of a.jpg");
+  EXPECT_TRUE(value(1, DuplicatesModel::IsKeptRole).toBool());
+  EXPECT_THAT(reason(), testing::StartsWith("keeps the newest, created "));
+  model.keepIn("file://" + QString::fromStdString(tree.path("Pictures")));
+  EXPECT_THAT(reason(), testing::StartsWith("none in Pictures: keeps the oldest, created "));
+  model.keepIn(QString::fromStdString(tree.path("Downloads")));
+  EXPECT_THAT(reason(), testing::StartsWith("keeps the one in Downloads, created "));
+  model.toggle(2);
+  EXPECT_EQ(reason(), "keeps what you chose");
+}
+
 TEST_F(DuplicatesModelTest, saysWhyItCannotSearch) {
   std::filesystem::remove(tree.path(".config/orvane/preferences.json"));
   tree.folder(".config/orvane/preferences.json");

@@ -42,6 +42,7 @@ def scan_clean_undo(window, home):
 
     window.press("History")
     window.sees("Restored")
+    window.sees("by Cleanup")
 
 
 def change_language(window):

@@ -104,6 +104,8 @@ def tidy(window, home):
     window.press("Move 2 · 9 KB")
     moved = {"Recents/" + name: content for name, content in before.items()} | {"late.pdf": b"late"}
     wait_for("the shown files in Recents", lambda: files_below(downloads) == moved)
+    window.press("Undo")
+    wait_for("the files to come back", lambda: files_below(downloads) == before | {"late.pdf": b"late"})
 
 
 # --- applications

@@ -1,0 +1,44 @@
+import QtQuick
+import Orvane
+
+// What can be done with an item of any list. A list adds its own entries as children.
+ChoiceMenu {
+    id: root
+
+    required property AppState appState
+    // A path or a URL; empty for a row that is no item.
+    property string place: ""
+
+    // Under the row where the keyboard asks, else under the pointer.
+    function show(place: string, row: Item, byKey: bool) {
+        root.place = place;
+        if (byKey && row)
+            popup(row, 60, row.height);
+        else
+            popup();
+    }
+
+    ChoiceItem {
+        isChoice: false
+        enabled: root.place !== ""
+        symbol: "file"
+        text: qsTr("action.open")
+        onTriggered: root.appState.openItem(root.place)
+    }
+
+    ChoiceItem {
+        isChoice: false
+        enabled: root.place !== ""
+        symbol: "folder-open"
+        text: qsTr("action.reveal_in_finder")
+        onTriggered: root.appState.revealItem(root.place)
+    }
+
+    ChoiceItem {
+        isChoice: false
+        enabled: root.place !== ""
+        symbol: "edit"
+        text: qsTr("action.copy_path")
+        onTriggered: root.appState.copyPath(root.place)
+    }
+}
