@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // What is asked before much moves, and what is said about what moved. A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array consentRows{
     StringRow{"action.open", {"Open", "Ouvrir", "Öffnen", "開く", "열기", "打开", "打開", "Abrir"}},
     StringRow{"action.copy_path",
               {"Copy Path", "Copier le chemin", "Pfad kopieren", "パスをコピー", "경로 복사", "拷贝路径", "拷貝路徑",
@@ -299,7 +299,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> consentStrings() noexcept {
-  return rows;
+  return consentRows;
 }
 
 }  // namespace orvane

@@ -4,7 +4,7 @@ namespace orvane {
 namespace {
 
 // A row a key, in the order of the languages.
-constexpr std::array rows{
+constexpr std::array mapRows{
     StringRow{"map.title",
               {"What fills the disk", "Ce qui remplit le disque", "Womit der Speicher belegt ist", "ディスクの使用状況",
                "디스크를 채우는 것", "磁盘被什么占用", "磁碟被什麼佔用", "Qué ocupa el disco"}},
@@ -196,7 +196,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const StringRow> mapStrings() noexcept {
-  return rows;
+  return mapRows;
 }
 
 }  // namespace orvane
