@@ -61,6 +61,7 @@ struct Shared {
   const SystemProfile& profile;
   const MapWalk::Options& options;
   double now;  // seconds since 1970
+  DownloadsFolder downloads = DownloadsFolder::ofUser();
   Boundary boundary;
   std::uint64_t device = 0;
   std::thread::id caller = std::this_thread::get_id();
@@ -98,13 +99,14 @@ class ReadFolder : public FolderVisit<ReadFolder> {
       : ReadFolder(parent.m_shared, parent.m_child.first, *parent.m_child.second, std::move(place),
                    parent.m_child.second->state) {
     m_isHidden = parent.m_isHidden || name.starts_with('.');
+    m_known = parent.m_known;
   }
 
   // Everything that a folder's path decides for its entries.
   struct Rules {
     Rules(const ReadFolder& visit, const std::string& path, std::string_view prefix)
         : allowed(visit.m_shared.validator, path, path, visit.m_shared.boundary),
-          classifier(prefix),
+          classifier(prefix, visit.m_shared.downloads),
           risk(prefix),
           kinds(visit.m_shared.profile) {}
     FolderRules allowed;
@@ -119,6 +121,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
     std::optional<Rules> rules(std::in_place, *this, canonicalPath(), prefix);
     m_isProtected = m_isProtected || rules->allowed.refusesAllBelow();
     if (m_isProtected) m_folder.state = MapState::protectedPlace;
+    if (m_known == nullptr && !m_isProtected) m_known = m_shared.validator.knownPlaces().rowOf(canonicalPath());
     errno = 0;
     return rules;
   }
@@ -184,13 +187,19 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   }
 
  private:
-  // As a scan has it, which passes over hidden entries and what may not be touched.
+  // As a scan has it, which passes over hidden entries and what may not be touched but in folders that are known
+  // places.
   [[nodiscard]] MapTraits traitsOf(Rules& rules, std::string_view name, const FileStatus& status) const {
     MapTraits traits;
     traits.kind = rules.kinds.kindOf(name);
     traits.age = ageAfter((m_shared.now - static_cast<double>(status.modified.seconds)) / secondsOfADay);
-    if (status.type != FileType::regular || m_isProtected || m_isHidden || name.starts_with('.')) return traits;
-    if (!rules.allowed.admits(name)) return traits;
+    if (m_isProtected || !rules.allowed.admits(name)) return traits;
+    if (m_known != nullptr) {
+      traits.category = m_known->category;
+      traits.isReclaimable = m_known->label != RiskLabel::manual;
+      return traits;
+    }
+    if (status.type != FileType::regular || m_isHidden || name.starts_with('.')) return traits;
     traits.category = rules.classifier.classify(name, status.size);
     traits.isReclaimable = rules.risk.evaluate(traits.category, name, status.modified.date()) != RiskLabel::manual;
     return traits;
@@ -205,6 +214,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   std::int64_t m_diskBytes = 0;
   bool m_isProtected;
   bool m_isHidden = false;
+  const KnownPlaceTable::Row* m_known = nullptr;  // of this folder or one that holds it
   bool m_isRead = false;
 };
 

@@ -79,6 +79,16 @@ TEST_F(MapCommand, showsEachFolderForWhatItIs) {
   EXPECT_EQ(childNamed(childNamed(map, "Library"), "Caches")["state"], "reclaimable");
 }
 
+TEST_F(MapCommand, showsKnownPlacesInHiddenFoldersAsReclaimable) {
+  home.file(".cache/thumbnails/large/one.png", std::string(90'000, 'x'));
+  home.file(".ssh/id_ed25519", std::string(90'000, 'x'));
+  home.file(".config/program/settings", std::string(90'000, 'x'));
+  const auto map = json({"map", ".", "--depth", "2"});
+  EXPECT_EQ(childNamed(childNamed(map, ".cache"), "thumbnails")["state"], "reclaimable");
+  EXPECT_EQ(childNamed(map, ".ssh")["state"], "protected");
+  EXPECT_EQ(childNamed(map, ".config")["state"], "yours");
+}
+
 TEST_F(MapCommand, countsFoldersThatMayNotBeReadAsUnknown) {
   if (::geteuid() != 0) GTEST_SKIP() << "becomes another user";
   makeTree();
