@@ -12,6 +12,8 @@ import sys
 
 from window_driver import PATIENCE, Scenario, expect, main, wait_for
 
+TAB = 0xFF09  # the key's symbol in X
+
 
 def terminal(*arguments):
     program = pathlib.Path(sys.argv[1]).with_name("orvanectl")
@@ -72,7 +74,7 @@ def history(window, home):
 
 
 def swap(window, home):
-    """What comes back finds another in its place."""
+    """An item that comes back finds another in its place."""
     wheel = home / "Downloads/pip/wheel"
     wheel.parent.mkdir()
     wheel.write_bytes(b"old")
@@ -86,6 +88,17 @@ def swap(window, home):
     window.press("Swap Places")
     wait_for("the old folder in its place", lambda: wheel.exists() and wheel.read_bytes() == b"old")
     window.sees("1 item from its place is in the Trash, as a run of its own.")
+
+    # The same question where the history is not shown.
+    window.press("Overview")
+    window.focus("Scan Now")
+    for _ in range(3):
+        window.key(TAB)  # to the runs, further down
+    window.press("Undo")
+    window.sees("Something Stands in the Way")
+    window.press("Use Other Names")
+    beside = home / "Downloads/pip (restored 1)/wheel"
+    wait_for("the folder beside", lambda: beside.exists() and beside.read_bytes() == b"newer")
 
 
 def follow(window, home):
