@@ -54,7 +54,7 @@ class RunModel : public QAbstractListModel {
   [[nodiscard]] bool canUndo() const noexcept { return m_lastRun.has_value() && m_work == Work::none; }
   // The failures of the last run or its undoing; the first few hundred, and how many more there are.
   [[nodiscard]] QStringList messages() const;
-  // What came back under another name, a sentence each.
+  // Of the items that came back under another name, a sentence each.
   [[nodiscard]] QStringList renamedItems() const;
   [[nodiscard]] QString resultText() const;
   // When the space of the last run is free; empty where nothing went to the Trash.

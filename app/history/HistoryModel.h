@@ -65,7 +65,7 @@ class HistoryModel : public orvane::RunModel {
   [[nodiscard]] int shownCount() const noexcept { return static_cast<int>(m_view->runs.size()); }
   [[nodiscard]] bool isLoaded() const noexcept { return m_isLoaded; }
 
-  // What stands in the places of what is to be brought back, a line each, since placesTaken() asked.
+  // Items in the places of those that are to come back, a line each, since placesTaken() asked.
   [[nodiscard]] QStringList takenPlaces() const;
   // Whether one of them is a whole folder, whose name is what programs look for.
   [[nodiscard]] bool areFoldersTaken() const;

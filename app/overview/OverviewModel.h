@@ -33,7 +33,7 @@ class OverviewModel : public QObject {
   Q_PROPERTY(QVariantList recentRuns READ recentRuns NOTIFY runsChanged)
   Q_PROPERTY(int runCount READ runCount NOTIFY runsChanged)
   Q_PROPERTY(double firstRunDate READ firstRunDate NOTIFY runsChanged)
-  // What lies in the Trash; the moment is 0 where nothing tells it.
+  // Content of the Trash; the moment is 0 where nothing tells it.
   Q_PROPERTY(double trashCount READ trashCount NOTIFY trashChanged)
   Q_PROPERTY(double trashBytes READ trashBytes NOTIFY trashChanged)
   Q_PROPERTY(double trashOldest READ trashOldest NOTIFY trashChanged)

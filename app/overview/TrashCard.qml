@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What lies in the Trash, with the button that opens it.
+// Size, number and age of the Trash's content, with the button that opens it.
 Card {
     id: root
 

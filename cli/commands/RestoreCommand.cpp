@@ -170,8 +170,9 @@ constexpr CommandSpec restoreCommand{
     .details =
         "Moves every item of the run back from the Trash, or from where it was moved to. An item whose place is "
         "taken by now gets a new name, which is told on standard error, unless --swap makes room for it; nothing is "
-        "overwritten. What cannot come back is named there too.\n\n"
-        "What --swap moves to the Trash is a run of its own, which 'orvanectl restore' brings back like any other.",
+        "overwritten. Items that cannot come back are named there too.\n\n"
+        "Items that --swap moves to the Trash are a run of their own, which 'orvanectl restore' brings back like any "
+        "other.",
     .arguments = {.name = "RUN",
                   .help = "The run's identifier or the beginning of it, as 'orvanectl history' shows it.",
                   .least = 0,

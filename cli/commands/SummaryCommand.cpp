@@ -67,8 +67,8 @@ constexpr CommandSpec summaryCommand{
     .name = "summary",
     .summary = "Show the disk's totals and what was cleaned so far",
     .details =
-        "What was cleaned so far counts the items that were moved to the Trash and not brought back. What lies in the "
-        "Trash counts on every disk, whoever put it there; with --json it is left out. With --json, "
+        "What was cleaned so far counts the items that were moved to the Trash and not brought back. The Trash's "
+        "content counts on every disk, whoever put it there; with --json it is left out. With --json, "
         "the reclaimable bytes are 0 and their breakdown is empty: only a scan tells them.",
     .arguments = {},
     .options = {},

@@ -46,7 +46,7 @@ class SystemApplications {
  public:
   virtual ~SystemApplications() = default;
 
-  // In no order, each place once. What cannot be read is passed over.
+  // In no order, each place once. Passes over unreadable ones.
   [[nodiscard]] virtual std::vector<SystemApplication> list(const std::stop_token& /*stop*/) const { return {}; }
 
   [[nodiscard]] static const SystemApplications& none() noexcept {

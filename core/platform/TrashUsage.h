@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What lies in all Trash folders of the user, whoever put it there.
+// The content of all Trash folders of the user, whoever put it there.
 class TrashUsage {
  public:
   virtual ~TrashUsage() = default;
@@ -20,7 +20,7 @@ class TrashUsage {
     std::optional<Date> oldest = {};
     bool operator==(const Totals&) const = default;
   };
-  // Looks at every item, so it may take long. What cannot be read adds nothing. Without meaning once a stop is
+  // Looks at every item, so it may take long. Unreadable ones add nothing. Without meaning once a stop is
   // requested.
   [[nodiscard]] virtual Totals read(const std::stop_token& /*stop*/ = {}) const { return {}; }
 

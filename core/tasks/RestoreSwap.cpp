@@ -82,7 +82,7 @@ Proposal proposeMakingRoom(const TaskServices& services, const Approval& restore
   for (const auto index : restore.rows()) {
     const auto row = restore.proposal().row(index);
     auto place = placeToReturnTo(row);
-    // What is not there, or is no more what it was, would leave its place empty.
+    // An item that is gone from the Trash would leave its place empty.
     if (!row.item.identity() || !itemExists(place.path().c_str())) continue;
     folders.push_back(place.deletingLastPathComponent());
     // Some places may go only where a boundary names them themselves.

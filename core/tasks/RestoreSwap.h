@@ -10,7 +10,7 @@ namespace orvane {
 struct TaskServices;
 
 // Proposes to move to the Trash what stands in the places of the items that a restore would bring back, so that they
-// can take these places again. Of no row where every place is free. What may not be moved is a refused row.
+// can take these places again. Of no row where every place is free. An item that may not be moved is a refused row.
 [[nodiscard]] Proposal proposeMakingRoom(const TaskServices& services, const Approval& restore);
 
 // Moves what stands in the places to the Trash, as a run of its own, and then brings the items back. An item whose

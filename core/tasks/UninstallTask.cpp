@@ -58,7 +58,7 @@ FileItem withIdentity(const FileItem& leftover) {
   return FileItem(std::move(fields));
 }
 
-// What always goes with the application: it is of no use without it.
+// Files that always go with the application: they are of no use without it.
 std::vector<FileItem> partsOf(const InstalledApp& app) {
   std::vector<FileItem> result;
   if (!app.system) return result;

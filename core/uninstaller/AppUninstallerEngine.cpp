@@ -227,7 +227,7 @@ InstalledApp AppUninstallerEngine::appAt(const FileUrl& url) {
 std::vector<InstalledApp> AppUninstallerEngine::systemApps(const std::stop_token& stop) const {
   std::vector<InstalledApp> result;
   for (auto& found : m_system.list(stop)) {
-    // What an application calls itself may look like a bundle of the given rules.
+    // A place may look like a bundle of the given rules, which come first.
     if (!isAppBundle(FileUrl(found.place))) result.push_back(appFrom(std::move(found)));
   }
   return result;

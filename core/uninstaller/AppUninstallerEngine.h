@@ -80,7 +80,7 @@ class AppUninstallerEngine {
 
   [[nodiscard]] std::vector<FileUrl> directoriesOrDefault(const Directories& directories) const;
   [[nodiscard]] std::vector<InstalledApp> systemApps(const std::stop_token& stop) const;
-  // What stands there that is no bundle.
+  // The application there that is no bundle.
   [[nodiscard]] std::optional<InstalledApp> systemAppAt(const FileUrl& url) const;
   [[nodiscard]] AppUninstallBundle systemLeftovers(const InstalledApp& app) const;
   [[nodiscard]] FileUrl libraryOrDefault(const std::optional<FileUrl>& libraryRoot) const;

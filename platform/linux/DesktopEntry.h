@@ -6,7 +6,7 @@
 
 namespace orvane {
 
-// What a file of the Desktop Entry Specification 1.5 says of a program.
+// A program as a file of the Desktop Entry Specification 1.5 tells of it.
 struct DesktopEntry {
   std::string file;        // absolute
   std::string identifier;  // the file's name without ".desktop"

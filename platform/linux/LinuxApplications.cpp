@@ -271,7 +271,7 @@ class LinuxApplications::Listing {
                                [](const std::string& name) { return name.ends_with(".conf"); });
   }
 
-  // What another installed program goes by is not left over.
+  // A name by which another installed program goes leaves nothing over.
   [[nodiscard]] std::vector<std::string> leftoversOf(std::set<std::string> names) const {
     std::vector<std::string> result;
     const bool isAnothers = std::ranges::any_of(names, [&](const auto& name) { return m_systemNames.contains(name); });

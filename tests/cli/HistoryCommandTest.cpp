@@ -149,7 +149,7 @@ TEST_F(HistoryCommand, swapsPlacesWithWhatStandsThere) {
   EXPECT_EQ(contentOf(home.path("Downloads/pip/wheel")), "old");
   EXPECT_TRUE(exists(home.path("Downloads/free")) && !exists(home.path("Downloads/pip/new")));
 
-  // What made room is a run like any other, and swaps back.
+  // The run that made room is one like any other, and swaps back.
   EXPECT_EQ(run({"trash", "--yes", "Downloads/pip"}).exitStatus, 0);
   const auto runs = json({"history"});
   ASSERT_EQ(runs.size(), 3);
@@ -162,7 +162,7 @@ TEST_F(HistoryCommand, leavesBothWhereTheyAreWhenNoRoomCanBeMade) {
   home.file("Downloads/report.pdf/.git/HEAD", "a repository took its place");
   LiveProgram program(terminalSetup({"restore", id, "--swap"}));
   program.waitForOutput("Bring back the 1 item (3 bytes)");
-  // What was shown is not what stands there when the answer comes.
+  // Another item stands there when the answer comes.
   std::filesystem::rename(home.path("Downloads/report.pdf"), home.path("Downloads/before"));
   home.file("Downloads/report.pdf", "somebody's");
   program.send("y\n");
