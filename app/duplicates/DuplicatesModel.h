@@ -162,7 +162,7 @@ class DuplicatesModel : public orvane::RunModel {
   std::set<FileUrl> m_leftOut;
   std::vector<FileUrl> m_references;
   int m_generation = 0;  // goes up with each search: rows are those of one search
-  DuplicateKeepStrategy m_strategy = DuplicateKeepStrategy::keepOldest;
+  KeepRule m_keep;
   bool m_isSearching = false;
   bool m_hasSearched = false;
   std::stop_source m_searchStop;

@@ -225,6 +225,13 @@ Page {
         id: menu
 
         appState: root.appState
+
+        ChoiceItem {
+            isChoice: false
+            symbol: "lock"
+            text: qsTr("keep.keep")
+            onTriggered: root.model.keep(list.currentIndex)
+        }
     }
 
     LargeRunQuestion {

@@ -13,6 +13,7 @@
 #include "core/rules/services/LaunchAgentManager.h"
 #include "core/rules/services/UserNotificationService.h"
 #include "core/tasks/KeepTask.h"
+#include "core/tasks/KnownPlaces.h"
 
 #include <QDebug>
 
