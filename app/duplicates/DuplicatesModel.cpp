@@ -6,6 +6,7 @@
 #include "app/common/Text.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/platform/Desktop.h"
+#include "core/tasks/Folders.h"
 
 #include <QDebug>
 #include <QUrl>

@@ -17,7 +17,7 @@ namespace orvane {
 namespace {
 
 using Base = SystemProfile::Base;
-using Place = SystemProfile::KnownPlace;
+using Known = SystemProfile::KnownPlace;
 using Unit = SystemProfile::Unit;
 using Sign = SystemProfile::BusySign;
 
@@ -30,27 +30,27 @@ constexpr Sign steamSign{Base::home, ".steam/steam.pid"};
 constexpr Sign cargoSign{Base::home, ".cargo/.package-cache"};
 
 constexpr std::array places{
-    Place{Base::data, "Trash/files/*", Unit::whole, "trash", "safe", "reason.trash", ""},
+    Known{Base::data, "Trash/files/*", Unit::whole, "trash", "safe", "reason.trash", ""},
 
     // Browsers.
-    Place{Base::cache, "{chromium,google-chrome*,BraveSoftware,microsoft-edge*,vivaldi*,opera*}", Unit::whole,
+    Known{Base::cache, "{chromium,google-chrome*,BraveSoftware,microsoft-edge*,vivaldi*,opera*}", Unit::whole,
           "browserCaches", "safe", "place.downloaded", "", chromiumSign},
-    Place{Base::cache, "mozilla", Unit::whole, "browserCaches", "safe", "place.downloaded", "Firefox", firefoxSign},
-    Place{Base::cache, "{epiphany,falkon}", Unit::whole, "browserCaches", "safe", "place.downloaded", ""},
-    Place{Base::config,
+    Known{Base::cache, "mozilla", Unit::whole, "browserCaches", "safe", "place.downloaded", "Firefox", firefoxSign},
+    Known{Base::cache, "{epiphany,falkon}", Unit::whole, "browserCaches", "safe", "place.downloaded", ""},
+    Known{Base::config,
           "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/*/"
           "{Cache,GPUCache,Code Cache,Dawn*Cache,Shared Dictionary}",
           Unit::whole, "browserCaches", "safe", "place.downloaded", "", chromiumSign},
-    Place{Base::config,
+    Known{Base::config,
           "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/"
           "{GPUPersistentCache,ShaderCache,GrShaderCache,component_crx_cache}",
           Unit::whole, "browserCaches", "safe", "place.rebuilt", "", chromiumSign},
-    Place{Base::config,
+    Known{Base::config,
           "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/*/Service Worker/CacheStorage",
           Unit::whole, "largeFiles", "review", "place.offline_pages", "", chromiumSign},
 
     // Messengers.
-    Place{Base::config,
+    Known{Base::config,
           "{Slack,discord,Signal,Element,teams-for-linux}/"
           "{Cache,Code Cache,GPUCache,logs,Service Worker/CacheStorage}",
           Unit::whole,
@@ -59,7 +59,7 @@ constexpr std::array places{
           "place.server",
           "",
           {Base::config, "%/SingletonLock"}},
-    Place{Base::config,
+    Known{Base::config,
           "Microsoft/Microsoft Teams/{Cache,Code Cache,GPUCache,logs,Service Worker/CacheStorage}",
           Unit::whole,
           "messagingMedia",
@@ -67,83 +67,83 @@ constexpr std::array places{
           "place.server",
           "Microsoft Teams",
           {Base::config, "%/*/SingletonLock"}},
-    Place{Base::data, "TelegramDesktop/tdata/user_data*/{cache,media_cache}", Unit::whole, "messagingMedia", "review",
+    Known{Base::data, "TelegramDesktop/tdata/user_data*/{cache,media_cache}", Unit::whole, "messagingMedia", "review",
           "place.server", "Telegram"},
 
     // Editors.
-    Place{Base::config,
+    Known{Base::config,
           "{Code,Code - Insiders,VSCodium}/"
           "{Cache,CachedData,CachedExtensionVSIXs,GPUCache,Code Cache,logs}",
           Unit::whole, "caches", "safe", "place.rebuilt", "", editorSign},
-    Place{Base::config, "{Code,Code - Insiders,VSCodium}/User/workspaceStorage/*", Unit::whole, "developerCaches",
+    Known{Base::config, "{Code,Code - Insiders,VSCodium}/User/workspaceStorage/*", Unit::whole, "developerCaches",
           "review", "place.unsaved", "", editorSign},
 
     // Package managers and compilers.
-    Place{Base::home, ".npm/_cacache", Unit::whole, "caches", "safe", "place.downloaded", "npm"},
-    Place{Base::home, ".bun/install/cache", Unit::whole, "caches", "safe", "place.downloaded", "Bun"},
-    Place{Base::home, ".cargo/{registry/cache,registry/src,git}", Unit::whole, "caches", "safe", "place.downloaded",
+    Known{Base::home, ".npm/_cacache", Unit::whole, "caches", "safe", "place.downloaded", "npm"},
+    Known{Base::home, ".bun/install/cache", Unit::whole, "caches", "safe", "place.downloaded", "Bun"},
+    Known{Base::home, ".cargo/{registry/cache,registry/src,git}", Unit::whole, "caches", "safe", "place.downloaded",
           "Cargo", cargoSign},
-    Place{Base::home, ".rustup/downloads", Unit::whole, "caches", "safe", "place.downloaded", "rustup"},
-    Place{Base::cache, "pip", Unit::whole, "caches", "safe", "place.downloaded", "pip"},
-    Place{Base::cache, "uv", Unit::whole, "caches", "safe", "place.downloaded", "uv"},
-    Place{Base::cache, "yarn", Unit::whole, "caches", "safe", "place.downloaded", "Yarn"},
-    Place{Base::cache, "go-build", Unit::whole, "caches", "safe", "place.rebuilt", "Go"},
-    Place{Base::cache, "ccache", Unit::whole, "caches", "safe", "place.rebuilt", "ccache"},
-    Place{Base::cache, "sccache", Unit::whole, "caches", "safe", "place.rebuilt", "sccache"},
-    Place{Base::cache, "bazel", Unit::whole, "caches", "safe", "place.rebuilt", "Bazel"},
-    Place{Base::cache, "composer", Unit::whole, "caches", "safe", "place.downloaded", "Composer"},
-    Place{Base::cache, "Homebrew", Unit::whole, "caches", "safe", "place.downloaded", "Homebrew"},
-    Place{Base::data, "NuGet/v3-cache", Unit::whole, "caches", "safe", "place.downloaded", "NuGet"},
+    Known{Base::home, ".rustup/downloads", Unit::whole, "caches", "safe", "place.downloaded", "rustup"},
+    Known{Base::cache, "pip", Unit::whole, "caches", "safe", "place.downloaded", "pip"},
+    Known{Base::cache, "uv", Unit::whole, "caches", "safe", "place.downloaded", "uv"},
+    Known{Base::cache, "yarn", Unit::whole, "caches", "safe", "place.downloaded", "Yarn"},
+    Known{Base::cache, "go-build", Unit::whole, "caches", "safe", "place.rebuilt", "Go"},
+    Known{Base::cache, "ccache", Unit::whole, "caches", "safe", "place.rebuilt", "ccache"},
+    Known{Base::cache, "sccache", Unit::whole, "caches", "safe", "place.rebuilt", "sccache"},
+    Known{Base::cache, "bazel", Unit::whole, "caches", "safe", "place.rebuilt", "Bazel"},
+    Known{Base::cache, "composer", Unit::whole, "caches", "safe", "place.downloaded", "Composer"},
+    Known{Base::cache, "Homebrew", Unit::whole, "caches", "safe", "place.downloaded", "Homebrew"},
+    Known{Base::data, "NuGet/v3-cache", Unit::whole, "caches", "safe", "place.downloaded", "NuGet"},
 
-    Place{Base::cache, "ms-playwright/*", Unit::whole, "developerCaches", "review", "place.long_download",
+    Known{Base::cache, "ms-playwright/*", Unit::whole, "developerCaches", "review", "place.long_download",
           "Playwright"},
-    Place{Base::cache, "puppeteer/*", Unit::whole, "developerCaches", "review", "place.long_download", "Puppeteer"},
-    Place{Base::cache, "Cypress/*", Unit::whole, "developerCaches", "review", "place.long_download", "Cypress"},
-    Place{Base::cache, "pypoetry/virtualenvs/*", Unit::whole, "developerCaches", "review", "place.long_download",
+    Known{Base::cache, "puppeteer/*", Unit::whole, "developerCaches", "review", "place.long_download", "Puppeteer"},
+    Known{Base::cache, "Cypress/*", Unit::whole, "developerCaches", "review", "place.long_download", "Cypress"},
+    Known{Base::cache, "pypoetry/virtualenvs/*", Unit::whole, "developerCaches", "review", "place.long_download",
           "Poetry"},
-    Place{Base::cache, "JetBrains/*", Unit::whole, "developerCaches", "review", "place.slow_index", "JetBrains",
+    Known{Base::cache, "JetBrains/*", Unit::whole, "developerCaches", "review", "place.slow_index", "JetBrains",
           jetBrainsSign},
 
-    Place{Base::home, ".gradle/{caches,wrapper/dists}", Unit::whole, "developerCaches", "review", "place.own_builds",
+    Known{Base::home, ".gradle/{caches,wrapper/dists}", Unit::whole, "developerCaches", "review", "place.own_builds",
           "Gradle"},
-    Place{Base::home, ".m2/repository", Unit::whole, "developerCaches", "review", "place.own_builds", "Maven"},
-    Place{Base::home, ".nuget/packages", Unit::whole, "developerCaches", "review", "place.own_builds", "NuGet"},
-    Place{Base::home, "go/pkg/mod", Unit::whole, "developerCaches", "review", "place.own_builds", "Go"},
-    Place{Base::data, "pnpm/store", Unit::whole, "developerCaches", "review", "place.own_builds", "pnpm"},
-    Place{Base::home, "{miniconda3,anaconda3}/pkgs", Unit::whole, "developerCaches", "review", "place.own_builds",
+    Known{Base::home, ".m2/repository", Unit::whole, "developerCaches", "review", "place.own_builds", "Maven"},
+    Known{Base::home, ".nuget/packages", Unit::whole, "developerCaches", "review", "place.own_builds", "NuGet"},
+    Known{Base::home, "go/pkg/mod", Unit::whole, "developerCaches", "review", "place.own_builds", "Go"},
+    Known{Base::data, "pnpm/store", Unit::whole, "developerCaches", "review", "place.own_builds", "pnpm"},
+    Known{Base::home, "{miniconda3,anaconda3}/pkgs", Unit::whole, "developerCaches", "review", "place.own_builds",
           "conda"},
-    Place{Base::home, ".conan*/p", Unit::whole, "developerCaches", "review", "place.own_builds", "Conan"},
-    Place{Base::cache, "vcpkg", Unit::whole, "developerCaches", "review", "place.own_builds", "vcpkg"},
+    Known{Base::home, ".conan*/p", Unit::whole, "developerCaches", "review", "place.own_builds", "Conan"},
+    Known{Base::cache, "vcpkg", Unit::whole, "developerCaches", "review", "place.own_builds", "vcpkg"},
 
     // Models and media.
-    Place{Base::cache, "huggingface/hub/models--*", Unit::whole, "largeFiles", "review", "place.long_download",
+    Known{Base::cache, "huggingface/hub/models--*", Unit::whole, "largeFiles", "review", "place.long_download",
           "Hugging Face"},
-    Place{Base::cache, "torch/hub", Unit::whole, "largeFiles", "review", "place.long_download", "PyTorch"},
-    Place{Base::home, ".ollama/models", Unit::whole, "largeFiles", "review", "place.long_download", "Ollama"},
-    Place{Base::cache, "spotify", Unit::whole, "largeFiles", "review", "place.offline_media", "Spotify"},
-    Place{Base::home, ".var/app/com.spotify.Client/cache", Unit::whole, "largeFiles", "review", "place.offline_media",
+    Known{Base::cache, "torch/hub", Unit::whole, "largeFiles", "review", "place.long_download", "PyTorch"},
+    Known{Base::home, ".ollama/models", Unit::whole, "largeFiles", "review", "place.long_download", "Ollama"},
+    Known{Base::cache, "spotify", Unit::whole, "largeFiles", "review", "place.offline_media", "Spotify"},
+    Known{Base::home, ".var/app/com.spotify.Client/cache", Unit::whole, "largeFiles", "review", "place.offline_media",
           "Spotify"},
 
     // The desktop.
-    Place{Base::cache, "{thumbnails,mesa_shader_cache*,fontconfig,gstreamer-1.0,tracker3}", Unit::whole, "caches",
+    Known{Base::cache, "{thumbnails,mesa_shader_cache*,fontconfig,gstreamer-1.0,tracker3}", Unit::whole, "caches",
           "safe", "place.rebuilt", ""},
-    Place{Base::home, "{.thumbnails,.nv/GLCache}", Unit::whole, "caches", "safe", "place.rebuilt", ""},
-    Place{Base::cache, "*", Unit::whole, "caches", "safe", "place.disposable", ""},
-    Place{Base::home, ".var/app/*/cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 2},
-    Place{Base::home, "snap/*/common/.cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 1},
+    Known{Base::home, "{.thumbnails,.nv/GLCache}", Unit::whole, "caches", "safe", "place.rebuilt", ""},
+    Known{Base::cache, "*", Unit::whole, "caches", "safe", "place.disposable", ""},
+    Known{Base::home, ".var/app/*/cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 2},
+    Known{Base::home, "snap/*/common/.cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 1},
 
     // Games.
-    Place{Base::data, "Steam/{appcache/httpcache,config/htmlcache,depotcache,dumps,logs,steamapps/shadercache/*}",
+    Known{Base::data, "Steam/{appcache/httpcache,config/htmlcache,depotcache,dumps,logs,steamapps/shadercache/*}",
           Unit::whole, "caches", "safe", "place.rebuilt", "Steam", steamSign},
-    Place{Base::data, "Steam/steamapps/downloading/*", Unit::whole, "largeFiles", "review", "place.unfinished", "Steam",
+    Known{Base::data, "Steam/steamapps/downloading/*", Unit::whole, "largeFiles", "review", "place.unfinished", "Steam",
           steamSign},
 
     // Logs that nobody writes any more.
-    Place{Base::home, ".xsession-errors.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
-    Place{Base::data, "xorg/*.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
-    Place{Base::home, ".npm/_logs", Unit::whole, "logs", "safe", "place.old_log", "npm"},
-    Place{Base::state, "{*.log.*,*/*.log.*,*/*/*.log.*}", Unit::file, "logs", "safe", "place.old_log", ""},
-    Place{Base::state, "*/log", Unit::whole, "logs", "safe", "place.old_log", ""},
+    Known{Base::home, ".xsession-errors.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
+    Known{Base::data, "xorg/*.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
+    Known{Base::home, ".npm/_logs", Unit::whole, "logs", "safe", "place.old_log", "npm"},
+    Known{Base::state, "{*.log.*,*/*.log.*,*/*/*.log.*}", Unit::file, "logs", "safe", "place.old_log", ""},
+    Known{Base::state, "*/log", Unit::whole, "logs", "safe", "place.old_log", ""},
 };
 
 constexpr std::array builds{

@@ -13,47 +13,47 @@ namespace orvane {
 namespace {
 
 using Base = SystemProfile::Base;
-using Place = SystemProfile::ProtectedPlace;
+using Never = SystemProfile::ProtectedPlace;
 
 constexpr std::array places{
     // Secrets.
-    Place{Base::data, "{keyrings,kwalletd,gnupg}", "key rings"},
-    Place{Base::home, ".gnupg", "keys of GnuPG"},
-    Place{Base::home, ".password-store", "passwords of pass"},
-    Place{Base::home, ".pki", "certificates"},
-    Place{Base::home, "{.netrc,.pgpass,.git-credentials,.authinfo*}", "passwords for servers"},
-    Place{Base::home, "{.kube,.docker/config.json,.azure,.aws}", "logins of cloud services"},
-    Place{Base::home, "{.cargo/credentials*,.npmrc,.pypirc}", "logins of package registries"},
+    Never{Base::data, "{keyrings,kwalletd,gnupg}", "key rings"},
+    Never{Base::home, ".gnupg", "keys of GnuPG"},
+    Never{Base::home, ".password-store", "passwords of pass"},
+    Never{Base::home, ".pki", "certificates"},
+    Never{Base::home, "{.netrc,.pgpass,.git-credentials,.authinfo*}", "passwords for servers"},
+    Never{Base::home, "{.kube,.docker/config.json,.azure,.aws}", "logins of cloud services"},
+    Never{Base::home, "{.cargo/credentials*,.npmrc,.pypirc}", "logins of package registries"},
     // Profiles and mail.
-    Place{Base::home, ".mozilla", "profiles of Firefox"},
-    Place{Base::config, "mozilla", "profiles of Firefox"},
-    Place{Base::home, ".thunderbird", "mail of Thunderbird"},
-    Place{Base::data, "evolution", "mail of Evolution"},
-    Place{Base::home, ".var/app/*", "the profile of a Flatpak program", "cache"},
-    Place{Base::home, "snap/*", "the profile of a Snap program", "common/.cache"},
-    Place{Base::data, "TelegramDesktop", "the login of Telegram", "tdata/user_data*/{cache,media_cache}"},
+    Never{Base::home, ".mozilla", "profiles of Firefox"},
+    Never{Base::config, "mozilla", "profiles of Firefox"},
+    Never{Base::home, ".thunderbird", "mail of Thunderbird"},
+    Never{Base::data, "evolution", "mail of Evolution"},
+    Never{Base::home, ".var/app/*", "the profile of a Flatpak program", "cache"},
+    Never{Base::home, "snap/*", "the profile of a Snap program", "common/.cache"},
+    Never{Base::data, "TelegramDesktop", "the login of Telegram", "tdata/user_data*/{cache,media_cache}"},
     // Stores whose files must not move singly.
-    Place{Base::data, "Steam/{steamapps/compatdata,userdata}", "saved games of Steam"},
-    Place{Base::data, "{flatpak,docker,containers,libvirt,gnome-boxes}", "a store whose files belong together"},
-    Place{Base::home, ".rustup/toolchains", "compilers of Rust"},
-    Place{Base::home, "{.wine,.PlayOnLinux,.cxoffice}", "Windows programs under Wine"},
-    Place{Base::data, "{wineprefixes,bottles}", "Windows programs under Wine"},
-    Place{Base::home, "VirtualBox VMs", "virtual machines"},
+    Never{Base::data, "Steam/{steamapps/compatdata,userdata}", "saved games of Steam"},
+    Never{Base::data, "{flatpak,docker,containers,libvirt,gnome-boxes}", "a store whose files belong together"},
+    Never{Base::home, ".rustup/toolchains", "compilers of Rust"},
+    Never{Base::home, "{.wine,.PlayOnLinux,.cxoffice}", "Windows programs under Wine"},
+    Never{Base::data, "{wineprefixes,bottles}", "Windows programs under Wine"},
+    Never{Base::home, "VirtualBox VMs", "virtual machines"},
     // Shell and session.
-    Place{Base::home, "{.zshenv,.zprofile,.zlogin,.zlogout,.bash_aliases,.bash_login,.bash_logout}",
+    Never{Base::home, "{.zshenv,.zprofile,.zlogin,.zlogout,.bash_aliases,.bash_login,.bash_logout}",
           "settings of the shell"},
-    Place{Base::home,
+    Never{Base::home,
           "{.xprofile,.xinitrc,.xsession,.xsessionrc,.Xauthority,.ICEauthority,.Xresources,.pam_environment}",
           "settings of the session"},
-    Place{Base::home, "{.*_history,.histfile,.history,.lesshst,.viminfo}", "a history of commands"},
-    Place{Base::data, "fish", "a history of commands"},
-    Place{Base::state, "{*/history,*/*_history}", "a history of commands"},
+    Never{Base::home, "{.*_history,.histfile,.history,.lesshst,.viminfo}", "a history of commands"},
+    Never{Base::data, "fish", "a history of commands"},
+    Never{Base::state, "{*/history,*/*_history}", "a history of commands"},
     // Settings of programs where they are kept elsewhere than below ~/.config.
-    Place{Base::config, "", "settings of programs"},
+    Never{Base::config, "", "settings of programs"},
     // The system. The desktop mounts the user's disks below /run/media.
-    Place{Base::root, "{boot,dev,efi,etc,lib,lib32,lib64,libx32,opt,ostree,proc,root,snap,srv,sys,usr,var}",
+    Never{Base::root, "{boot,dev,efi,etc,lib,lib32,lib64,libx32,opt,ostree,proc,root,snap,srv,sys,usr,var}",
           "the system"},
-    Place{Base::root, "run", "the system", "media"},
+    Never{Base::root, "run", "the system", "media"},
 };
 
 // Names that stand in Steam's and Wine's stores, which may be on any disk.

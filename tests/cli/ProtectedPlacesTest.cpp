@@ -12,7 +12,7 @@ struct Kept {
   const char* content;
 };
 
-const std::vector<Kept> kept{
+const std::vector<Kept> keptPlaces{
     {".local/share/keyrings/login.keyring", "key rings"},
     {".local/share/kwalletd/kdewallet.kwl", "key rings"},
     {".local/share/gnupg/pubring.kbx", "key rings"},
@@ -69,14 +69,14 @@ class ProtectedPlaces : public Orvanectl {
     home.folder("flatpak-system/app/org.mozilla.firefox");
     home.folder(".local/share/flatpak/app/org.example.App");
     // Two of each content, so that a search for copies finds them where it may look.
-    for (const auto& place : kept) {
+    for (const auto& place : keptPlaces) {
       home.file(place.path, std::string("0123456789") + place.path);
       home.file("copies/" + std::to_string(m_count++), std::string("0123456789") + place.path);
     }
   }
 
   void expectAllThere() const {
-    for (const auto& place : kept) EXPECT_TRUE(exists(home.path(place.path))) << place.path;
+    for (const auto& place : keptPlaces) EXPECT_TRUE(exists(home.path(place.path))) << place.path;
   }
 
  private:
@@ -85,7 +85,7 @@ class ProtectedPlaces : public Orvanectl {
 
 TEST_F(ProtectedPlaces, moveNeitherThemselvesNorAsPartOfAFolderThatHoldsThem) {
   Words words{"trash", "--yes", "--root", home.path(), "--root", "/"};
-  for (const auto& place : kept) {
+  for (const auto& place : keptPlaces) {
     for (auto path = std::string(place.path); !path.empty(); path = std::filesystem::path(path).parent_path()) {
       // The games folder of nobody's prefix may go.
       if (path != "Games") words.push_back(home.path(path));
@@ -99,9 +99,9 @@ TEST_F(ProtectedPlaces, moveNeitherThemselvesNorAsPartOfAFolderThatHoldsThem) {
 TEST_F(ProtectedPlaces, areNeitherScannedNorCleanedNorSearchedForCopiesNorOrganized) {
   for (const auto* folder : {"", ".local", ".local/share", ".local/share/Steam", "snap", ".cargo", "Games/old"}) {
     const auto found = run({"scan", "--developer-caches", "--json", home.path(folder)}).output;
-    for (const auto& place : kept) EXPECT_THAT(found, Not(HasSubstr(home.url(place.path).absoluteString())));
+    for (const auto& place : keptPlaces) EXPECT_THAT(found, Not(HasSubstr(home.url(place.path).absoluteString())));
     const auto copies = run({"duplicates", "--json", home.path(folder)}).output;
-    for (const auto& place : kept) EXPECT_THAT(copies, Not(HasSubstr(home.url(place.path).absoluteString())));
+    for (const auto& place : keptPlaces) EXPECT_THAT(copies, Not(HasSubstr(home.url(place.path).absoluteString())));
     static_cast<void>(run({"clean", "--yes", home.path(folder)}));
     static_cast<void>(run({"organize", "--subfolders", "--apply", "--yes", home.path(folder)}));
   }
@@ -115,7 +115,7 @@ TEST_F(ProtectedPlaces, areNoFoldersToGrant) {
 }
 
 TEST_F(ProtectedPlaces, areNamedByExplain) {
-  for (const auto& place : kept) {
+  for (const auto& place : keptPlaces) {
     const auto text = run({"explain", home.path(place.path)}).output;
     EXPECT_THAT(text, HasSubstr("allowed    no. ")) << place.path;
     EXPECT_THAT(text, HasSubstr(place.content)) << place.path;

@@ -20,7 +20,7 @@ constexpr std::string_view foreignWords =
     "システム設定|시스템 설정|系统设置|系統設定|ajustes del sistema";
 
 TEST(SystemWords, speakOfNoOtherSystem) {
-  const LinuxProfile profile;
+  const LinuxProfile profile(XdgFolders::below("/home/somebody"));
   const ThreadSafeLanguageStore store(profile);
   const auto foreign = RegularExpression::compile(foreignWords);
   ASSERT_TRUE(foreign);

@@ -100,7 +100,7 @@ TEST_F(OrganizeTaskTest, aRenamedGroupMovesWhatWasShownAndKeepsTheChoice) {
   EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Mine/a (1).pdf")), "top");
   EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Mine/a.pdf")), "there");
   EXPECT_TRUE(exists(tree.path("Downloads/b.txt")));
-  rememberName(taskServices(), *renamed, 0);
+  rememberNames(taskServices(), *renamed, {0});
   tree.file("Downloads/c.pdf");
   EXPECT_EQ(movesOf(proposed()).at("c.pdf"), "Downloads/Organized/Mine/c.pdf");
   forgetNames(taskServices());
