@@ -397,7 +397,9 @@ TEST_F(FrontEnds, bringBackTheSame) {
   model.reload();
   EXPECT_TRUE(becomesTrue([&] { return model.isLoaded() && model.runCount() == 1; }));
   model.restoreRun(0);
-  EXPECT_TRUE(becomesTrue([&] { return !model.isRestoring(); }));
+  EXPECT_TRUE(becomesTrue([&] { return !model.isRestoring() && !model.takenPlaces().isEmpty(); }));
+  model.restoreBeside();
+  EXPECT_TRUE(becomesTrue([&] { return !model.isRestoring() && !model.messages().empty(); }));
   EXPECT_EQ(model.messages().size(), 1);
   EXPECT_EQ(left(tree), left(terminalHome));
   EXPECT_EQ(left(tree),

@@ -93,9 +93,8 @@ def tidy(window, home):
     before = files_below(downloads)
 
     window.press("Settings")
-    window.focus("Days in Recents", "spin button")
-    for _ in range(4):
-        window.key(0xFF09)  # Tab
+    window.focus("Clean on a schedule")
+    window.tab_to("Organize Now")
     window.press("Organize Now")
     window.sees("2 moves proposed")
     expect(files_below(downloads) == before, "asking moved something")

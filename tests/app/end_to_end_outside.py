@@ -12,7 +12,6 @@ import sys
 
 from window_driver import PATIENCE, Scenario, expect, main, wait_for
 
-TAB = 0xFF09  # the key's symbol in X
 
 
 def terminal(*arguments):
@@ -92,8 +91,7 @@ def swap(window, home):
     # The same question where the history is not shown.
     window.press("Overview")
     window.focus("Scan Now")
-    for _ in range(3):
-        window.key(TAB)  # to the runs, further down
+    window.tab_to("Undo")
     window.press("Undo")
     window.sees("Something Stands in the Way")
     window.press("Use Other Names")

@@ -117,6 +117,15 @@ class Window:
 
         wait_for(f"the keyboard on “{name}”", act)
 
+    def tab_to(self, name, role=None):
+        """Walks with the Tab key until a control further down a page comes into view."""
+        for _ in range(80):
+            if self.find(name, role=role):
+                return
+            self.key(0xFF09)
+            time.sleep(0.02)
+        self.focus(name, role)
+
     def type(self, name, text):
         """Types into a field, key by key."""
         self.focus(name, "text")

@@ -86,7 +86,7 @@ TEST_F(MapCommand, showsKnownPlacesInHiddenFoldersAsReclaimable) {
   const auto map = json({"map", ".", "--depth", "2"});
   EXPECT_EQ(childNamed(childNamed(map, ".cache"), "thumbnails")["state"], "reclaimable");
   EXPECT_EQ(childNamed(map, ".ssh")["state"], "protected");
-  EXPECT_EQ(childNamed(map, ".config")["state"], "yours");
+  EXPECT_EQ(childNamed(map, ".config")["state"], "protected");
 }
 
 TEST_F(MapCommand, countsFoldersThatMayNotBeReadAsUnknown) {

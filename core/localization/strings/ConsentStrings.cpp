@@ -12,7 +12,7 @@ constexpr std::array consentRows{
     StringRow{"settings.window_title", {"Window", "Fenêtre", "Fenster", "ウインドウ", "창", "窗口", "視窗", "Ventana"}},
     StringRow{"settings.theme", {"Theme", "Thème", "Design", "外観", "테마", "外观", "外觀", "Tema"}},
     StringRow{"settings.theme_system",
-              {"As the System", "Comme le système", "Wie das System", "システムに合わせる", "시스템 설정", "跟随系统",
+              {"As the System", "Comme le système", "Wie das System", "システムに合わせる", "시스템에 맞춤", "跟随系统",
                "跟隨系統", "Como el sistema"}},
     StringRow{"settings.theme_light", {"Light", "Clair", "Hell", "ライト", "라이트", "浅色", "淺色", "Claro"}},
     StringRow{"settings.theme_dark", {"Dark", "Sombre", "Dunkel", "ダーク", "다크", "深色", "深色", "Oscuro"}},
