@@ -22,5 +22,8 @@ AlertDialog {
     title: qsTr("consent.large_title")
     note: qsTr("consent.undo_note")
     rejectText: qsTr("action.cancel")
-    onConfirmed: root.goAhead()
+    onConfirmed: {
+        const goOn = root.goAhead;
+        goOn();
+    }
 }
