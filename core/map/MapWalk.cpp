@@ -102,6 +102,9 @@ class ReadFolder : public FolderVisit<ReadFolder> {
     m_known = parent.m_known;
   }
 
+  // Totals are of everything, however deep it lies.
+  [[nodiscard]] static constexpr std::size_t longestPath() noexcept { return std::string::npos; }
+
   // Everything that a folder's path decides for its entries.
   struct Rules {
     Rules(const ReadFolder& visit, const std::string& path, std::string_view prefix)

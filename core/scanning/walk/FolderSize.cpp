@@ -18,6 +18,9 @@ class FolderSize::ReadFolder : public FolderVisit<ReadFolder> {
  public:
   ReadFolder(std::shared_ptr<FolderSize> size, FolderPlace place, TreeWalk& walk)
       : FolderVisit(walk, std::move(place)), m_size(std::move(size)) {}
+
+  // Nothing is decided from the path.
+  [[nodiscard]] static constexpr std::size_t longestPath() noexcept { return std::string::npos; }
   ReadFolder(ReadFolder& parent, std::string_view /*name*/, FolderPlace place)
       : ReadFolder(parent.m_size, std::move(place), parent.m_walk) {}
 

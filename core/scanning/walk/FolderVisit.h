@@ -5,6 +5,7 @@
 #include "core/scanning/walk/FolderSize.h"
 #include "core/scanning/walk/TreeWalk.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -43,6 +44,8 @@ class FolderVisit : public WorkStack::Task {
     m_walk.work.push(m_tasks, *this, WorkStack::Maker::ends);
   }
 
+  // The length in bytes from which on the folders below stay unread.
+  [[nodiscard]] static constexpr std::size_t longestPath() noexcept { return longestWalkedPath; }
   // Whether the entry is looked at; hidden ones are not.
   bool takes(std::string_view name) noexcept { return !name.starts_with('.'); }
   // Whether file() needs the status of a file or link.
@@ -72,8 +75,10 @@ class FolderVisit : public WorkStack::Task {
   // Makes the task for the folder `name` of this one.
   void follow(std::string_view name, Descent descent) {
     if (descent.kind == Descent::Kind::skip) return;
+    const bool isAddedUp = descent.kind == Descent::Kind::whole;
+    if (!isAddedUp && m_place.canonicalPath.size() + name.size() >= Visit::longestPath()) return;
     FolderPlace place{hold(), joinPath(m_place.canonicalPath, name)};
-    if (descent.kind == Descent::Kind::whole) {
+    if (isAddedUp) {
       m_tasks.push_back(FolderSize::task(std::move(descent.size), std::move(place), m_walk));
     } else {
       m_tasks.push_back(std::make_unique<Visit>(visit(), name, std::move(place)));

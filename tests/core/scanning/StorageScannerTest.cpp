@@ -312,10 +312,21 @@ std::int64_t makeDeepTree(const std::string& top, int depth) {
 
 TEST_F(StorageScannerTest, goesDeeperThanAPathMayBeLong) {
   m_tree.folder("home/deep");
-  const auto depth = makeDeepTree(m_tree.path("home/deep"), 400);
+  const auto depth = makeDeepTree(m_tree.path("home/deep"), 200);
   const auto result = scanHome();
   EXPECT_EQ(result.events.back(), ScanEvent(ScanCompleted{depth, depth * 7}));
   EXPECT_EQ(StorageScanner::fastFolderSize(m_tree.path("home/deep")), depth * 7);
+}
+
+TEST_F(StorageScannerTest, endsWhereDecidingFromPathsWouldTakeForEver) {
+  m_tree.folder("home/deep");
+  const auto depth = makeDeepTree(m_tree.path("home/deep"), 400);
+  const auto result = scanHome();
+  const auto* end = std::get_if<ScanCompleted>(&result.events.back());
+  ASSERT_NE(end, nullptr);
+  EXPECT_GT(end->totalItems, 200);
+  EXPECT_LT(end->totalItems, depth);
+  EXPECT_EQ(StorageScanner::fastFolderSize(m_tree.path("home/deep")), depth * 7) << "whole folders at any depth";
 }
 
 TEST(FastFolderSize, countsVisibleRegularFilesOnly) {
