@@ -102,6 +102,15 @@ double TidyModel::lastRunDate() const {
 
 void TidyModel::look() {
   if (!m_isReady || m_isRunning) return;
+  lookFor(ReturnedUse::leave);
+  Q_EMIT asked();
+}
+
+void TidyModel::takeReturned() {
+  if (m_isReady && !m_isRunning) lookFor(ReturnedUse::take);
+}
+
+void TidyModel::lookFor(ReturnedUse returned) {
   m_lookStop.request_stop();
   m_lookStop = {};
   show({}, {});
@@ -109,13 +118,12 @@ void TidyModel::look() {
   m_runError.clear();
   m_restoredCount.reset();
   Q_EMIT lookChanged();
-  Q_EMIT asked();
-  m_runQueue.post([this, stop = m_lookStop.get_token()](const std::stop_token&) {
+  m_runQueue.post([this, returned, stop = m_lookStop.get_token()](const std::stop_token&) {
     TidyLook look;
     RowSum sum;
     QString problem;
     try {
-      look = m_controller->look(stop);
+      look = m_controller->look(stop, returned);
       for (const auto& [folder, proposal] : look.proposals) {
         const auto wanted = proposal.approve().toFolders();
         sum = {sum.count + wanted.count, checkedAdd(sum.bytes, wanted.bytes)};
@@ -162,6 +170,14 @@ QVariantList TidyModel::proposed() const {
     }
   }
   return rows;
+}
+
+double TidyModel::returnedCount() const {
+  std::int64_t count = 0;
+  for (const auto& notice : m_look.notices) {
+    if (const auto* returned = std::get_if<RowsReturned>(&notice)) count += returned->rows.count;
+  }
+  return static_cast<double>(count);
 }
 
 QStringList TidyModel::remarks() const {

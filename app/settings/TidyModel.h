@@ -39,6 +39,7 @@ class TidyModel : public QObject {
   Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY lookChanged)
   Q_PROPERTY(QVariantList proposed READ proposed NOTIFY lookChanged)
   Q_PROPERTY(QStringList remarks READ remarks NOTIFY lookChanged)
+  Q_PROPERTY(double returnedCount READ returnedCount NOTIFY lookChanged)
   Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
   Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
 
@@ -85,8 +86,13 @@ class TidyModel : public QObject {
   // The notices beside the rows.
   [[nodiscard]] QStringList remarks() const;
 
+  // How many items of the watched folders a restore brought back, which are left alone.
+  [[nodiscard]] double returnedCount() const;
+
   // Looks at what there is to tidy, and asks whoever shows it.
   Q_INVOKABLE void look();
+  // Looks again, and proposes what a restore brought back too.
+  Q_INVOKABLE void takeReturned();
   // Carries out what was shown.
   Q_INVOKABLE void confirm();
   // Forgets what was shown.
@@ -110,6 +116,7 @@ class TidyModel : public QObject {
   void makeController(const MakeCollaborators& makeCollaborators);
   // From any thread.
   void publish();
+  void lookFor(ReturnedUse returned);
   void show(TidyLook look, RowSum sum);
 
   bool m_isReady = false;

@@ -37,6 +37,12 @@ Sheet {
             wrapMode: Text.Wrap
         }
 
+        PlainButton {
+            visible: root.tidy.returnedCount > 0
+            text: qsTr("tidy.take_returned")
+            onClicked: root.tidy.takeReturned()
+        }
+
         Meter {
             Layout.fillWidth: true
             visible: root.tidy.isLooking

@@ -75,6 +75,29 @@ TEST_F(TidyModelTest, tidiesNowAndSaysWhatItDid) {
   EXPECT_TRUE(exists(tree.path("Downloads/later.pdf")));
 }
 
+TEST_F(TidyModelTest, takesWhatCameBackOnDemandOnly) {
+  arrive("new.pdf", 9);
+  TidyModel tidying(collaborators());
+  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
+  const auto looks = [&] { return becomesTrue([&] { return !tidying.isLooking(); }); };
+  tidying.look();
+  ASSERT_TRUE(looks());
+  tidying.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return tidying.canUndo(); }));
+  tidying.undo();
+  ASSERT_TRUE(becomesTrue([&] { return exists(tree.path("Downloads/new.pdf")) && !tidying.isRunning(); }));
+  tidying.look();
+  ASSERT_TRUE(looks());
+  EXPECT_EQ(tidying.selectedCount(), 0);
+  EXPECT_EQ(tidying.returnedCount(), 1);
+  tidying.takeReturned();
+  ASSERT_TRUE(looks());
+  EXPECT_EQ(tidying.selectedCount(), 1);
+  EXPECT_EQ(tidying.returnedCount(), 0);
+  tidying.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return exists(tree.path("Downloads/Recents/new.pdf")); }));
+}
+
 TEST_F(TidyModelTest, saysWhyThereAreNoTopics) {
   TidyModel tidying(collaborators());
   ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));

@@ -84,8 +84,10 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
   return run(wanted, stop);
 }
 
-TidyLook AutoOrganizeController::look(const std::stop_token& stop) {
-  return m_collaborators.organizer.look(request(), stop);
+TidyLook AutoOrganizeController::look(const std::stop_token& stop, ReturnedUse returned) {
+  auto wanted = request();
+  wanted.returned = returned;
+  return m_collaborators.organizer.look(wanted, stop);
 }
 
 AutoOrganizeReport AutoOrganizeController::runShown(TidyLook shown, const std::stop_token& stop,

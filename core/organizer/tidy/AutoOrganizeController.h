@@ -57,7 +57,7 @@ class AutoOrganizeController {
                             const std::stop_token& stop = {}, const RunProgress& progress = {},
                             ReturnedUse returned = ReturnedUse::leave);
   // The proposal that a run would make now; changes nothing.
-  [[nodiscard]] TidyLook look(const std::stop_token& stop = {});
+  [[nodiscard]] TidyLook look(const std::stop_token& stop = {}, ReturnedUse returned = ReturnedUse::leave);
   // Carries out what was shown, and nothing else. Throws as runNow does.
   AutoOrganizeReport runShown(TidyLook shown, const std::stop_token& stop = {}, const RunProgress& progress = {});
   // Brings back what runs of it moved.
