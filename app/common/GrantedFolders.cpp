@@ -42,6 +42,8 @@ QVariantList GrantedFolders::rows() const {
     shown.insert("exists", itemExists(folder.path().c_str()));
     shown.insert("canBeRead", !problem || problem->why != FolderLeftOut::Why::missing);
     shown.insert("canRemove", folders.size() > 1);
+    const auto holder = grantHolding(m_services, folder);
+    shown.insert("coveredBy", holder ? shownPath(holder->path(), m_services.home) : QString());
     result.append(shown);
   }
   return result;

@@ -12,13 +12,16 @@ RowLayout {
     property bool canBeRead: exists
     property bool canRemove: false
     property string symbol: "folder"
+    // The folder on the list that holds this one.
+    property string coveredBy: ""
+    readonly property string remark: coveredBy === "" ? path : path + " · " + qsTr("settings.folder_covered").arg(coveredBy)
     readonly property string problem: !exists ? qsTr("settings.folder_missing")
                                               : canBeRead ? "" : qsTr("system.folder_unreadable")
     signal removeAsked
 
     spacing: 12
     Accessible.role: Accessible.ListItem
-    Accessible.name: name + ", " + path
+    Accessible.name: name + ", " + remark
 
     Icon {
         name: root.problem === "" ? root.symbol : "warning"
@@ -37,7 +40,7 @@ RowLayout {
 
         CaptionText {
             Layout.fillWidth: true
-            text: root.problem === "" ? root.path : root.path + " · " + root.problem
+            text: root.problem === "" ? root.remark : root.path + " · " + root.problem
             color: root.problem === "" ? Theme.muted : Theme.review
             elide: Text.ElideMiddle
             Accessible.ignored: true

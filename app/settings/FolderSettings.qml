@@ -26,6 +26,7 @@ SettingsCard {
             canBeRead: modelData.canBeRead
             symbol: modelData.symbol ?? "folder"
             canRemove: modelData.canRemove
+            coveredBy: modelData.coveredBy
             onRemoveAsked: root.model.removeFolder(modelData.url)
         }
     }

@@ -64,9 +64,16 @@ ExitStatus runKnown(Session& session, const Arguments& arguments) {
 }
 
 ExitStatus runAdd(Session& session, const Arguments& arguments) {
-  if (const auto problem = grantFolders(TaskServices::shared(), placesFromArguments(arguments.plain()))) {
+  const auto& services = TaskServices::shared();
+  const auto folders = placesFromArguments(arguments.plain());
+  if (const auto problem = grantFolders(services, folders)) {
     Session::report(textOf(*problem));
     return ExitStatus::failed;
+  }
+  for (const auto& folder : folders) {
+    const auto holder = grantHolding(services, folder);
+    if (holder)
+      Session::report(fmt::format("{} is covered by {}: it counts once", shownPath(folder), shownPath(*holder)));
   }
   return print(session);
 }

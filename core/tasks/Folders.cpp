@@ -138,6 +138,15 @@ std::optional<FolderLeftOut> grantFolders(const TaskServices& services, std::spa
   return std::nullopt;
 }
 
+std::optional<FileUrl> grantHolding(const TaskServices& services, const FileUrl& folder) {
+  const auto path = canonicalPath(folder.path());
+  for (const auto& granted : services.folders.getManagedFolderURLs()) {
+    const auto holder = canonicalPath(granted.path());
+    if (holder != path && isSameOrInside(path, holder)) return granted;
+  }
+  return std::nullopt;
+}
+
 GrantRemoval removeGrants(const TaskServices& services, std::span<const FileUrl> folders) {
   // Two names may mean one folder, and without any grant the defaults would count again.
   std::set<std::string> left;

@@ -46,6 +46,9 @@ struct ChosenFolders {
 // when it cannot be stored.
 [[nodiscard]] std::optional<FolderLeftOut> grantFolders(const TaskServices& services, std::span<const FileUrl> folders);
 
+// The granted folder that holds another one, which then counts once with it; absent where none does.
+[[nodiscard]] std::optional<FileUrl> grantHolding(const TaskServices& services, const FileUrl& folder);
+
 struct GrantRemoval {
   std::vector<FileUrl> notGranted;
   bool wouldLeaveNone = false;  // at least one folder has to stay

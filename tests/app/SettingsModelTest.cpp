@@ -141,6 +141,11 @@ TEST_F(SettingsModelTest, grantsFoldersAndKeepsTheLastOne) {
   afterChange([&] { model.addFolder(QString::fromStdString(tree.url("Projects").absoluteString())); });
   EXPECT_EQ(folderNames(), (std::vector<std::string>{"Downloads", "Projects"}));
   EXPECT_TRUE(model.folderError().isEmpty());
+  tree.folder("Projects/inside");
+  afterChange([&] { model.addFolder(QString::fromStdString(tree.url("Projects/inside").absoluteString())); });
+  EXPECT_EQ(model.folders()[1].toMap()["coveredBy"], "");
+  EXPECT_EQ(model.folders()[2].toMap()["coveredBy"], "~/Projects");
+  afterChange([&] { model.removeFolder(QString::fromStdString(tree.path("Projects/inside"))); });
   afterChange([&] { model.removeFolder(QString::fromStdString(tree.path("Downloads"))); });
   EXPECT_EQ(folderNames(), std::vector<std::string>{"Projects"});
   afterChange([&] { model.removeFolder(QString::fromStdString(tree.path("Projects"))); });

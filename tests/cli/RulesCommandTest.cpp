@@ -186,6 +186,10 @@ TEST_F(RulesCommand, worksInTheGrantedFoldersOnly) {
   const auto outside = home.file("Other/b.log", "text");
   EXPECT_EQ(json({"folders", "list"}), (Json{home.path("Downloads"), home.path("Documents")}));
   EXPECT_EQ(json({"folders", "add", home.path("Other")}).size(), 3U);
+  home.folder("Other/inside");
+  const auto nested = run({"folders", "add", home.path("Other/inside")});
+  EXPECT_EQ(nested.errors, "orvanectl: ~/Other/inside is covered by ~/Other: it counts once\n");
+  EXPECT_EQ(json({"folders", "remove", home.path("Other/inside")}).size(), 3U);
   EXPECT_EQ(json({"folders", "remove", home.path("Downloads")}).size(), 2U);
   EXPECT_EQ(run({"folders", "remove", home.path("Downloads")}).exitStatus, 1);
   EXPECT_EQ(run({"folders", "add", "/etc"}).exitStatus, 1);
