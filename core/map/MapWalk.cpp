@@ -44,7 +44,7 @@ struct LinkedFile {
 
 struct Shared {
   Shared(const PathValidator& rules, const SystemProfile& systemProfile, const MapWalk::Options& given, double seconds)
-      : validator(rules), profile(systemProfile), options(given), now(seconds) {}
+      : validator(rules), profile(systemProfile), options(given), now(seconds), namedFiles(systemProfile) {}
 
   // Absent where the folder was reached before, by another mount.
   std::pair<Index, Folder*> add(Index parent, std::string_view name, std::uint64_t inode) {
@@ -61,7 +61,7 @@ struct Shared {
   const SystemProfile& profile;
   const MapWalk::Options& options;
   double now;  // seconds since 1970
-  DownloadsFolder downloads = DownloadsFolder::ofUser();
+  NamedFiles namedFiles;
   Boundary boundary;
   std::uint64_t device = 0;
   std::thread::id caller = std::this_thread::get_id();
@@ -109,7 +109,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   struct Rules {
     Rules(const ReadFolder& visit, const std::string& path, std::string_view prefix)
         : allowed(visit.m_shared.validator, path, path, visit.m_shared.boundary),
-          classifier(prefix, visit.m_shared.downloads),
+          classifier(prefix, visit.m_shared.namedFiles),
           risk(prefix),
           kinds(visit.m_shared.profile) {}
     FolderRules allowed;

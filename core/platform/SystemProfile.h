@@ -79,6 +79,32 @@ class SystemProfile {
   // Whether the sign at the path tells of a program that runs now. Looks at the disk.
   [[nodiscard]] virtual bool isBusySign(const std::string& /*path*/) const { return false; }
 
+  // A file that its name and place tell, asked where the given rows know nothing of it. The first row that fits
+  // decides. No folder is one.
+  struct NamedFile {
+    enum class Where : std::uint8_t {
+      anywhere,
+      downloads,    // the user's downloads folder, with everything below
+      screenshots,  // a folder with one of the names of screenshotFolders()
+      screencasts,  // where the desktop keeps them, with everything below
+    };
+    enum class Check : std::uint8_t {
+      lowerCase,       // the name in lower case (ASCII) fits the pattern
+      dated,           // the name fits, and a day stands in it: "2024-05-31", "20240531"
+      beginsWithTime,  // the name fits, and begins with a day and an hour: "2024-05-31_12", "20240531T12"
+      coreDump,        // the name fits, and isCoreDump() agrees
+    };
+    Where where;
+    Check check;
+    std::string_view name;      // pattern
+    std::string_view category;  // raw value of a scan category
+    std::string_view words;     // why it is of that, in English
+  };
+  [[nodiscard]] virtual std::span<const NamedFile> namedFiles() const noexcept { return {}; }
+  [[nodiscard]] virtual std::span<const std::string_view> screenshotFolders() const noexcept { return {}; }
+  // Whether the file is the memory of a process that crashed, by its name and first bytes. Looks at the disk.
+  [[nodiscard]] virtual bool isCoreDump(const std::string& /*path*/) const { return false; }
+
   // A text of the interface that another one stands in for: keys of the string table.
   struct Wording {
     std::string_view key;

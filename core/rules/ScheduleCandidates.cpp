@@ -33,15 +33,15 @@ class ReadFolder : public FolderVisit<ReadFolder> {
     FolderRisk risk;
   };
 
-  ReadFolder(TreeWalk& walk, const DownloadsFolder& downloads, SteadyList<WalkedFolder>& folders,
-             const std::string& path, FolderPlace place)
+  ReadFolder(TreeWalk& walk, const NamedFiles& namedFiles, SteadyList<WalkedFolder>& folders, const std::string& path,
+             FolderPlace place)
       : FolderVisit(walk, std::move(place)),
-        m_downloads(downloads),
+        m_namedFiles(namedFiles),
         m_folders(folders),
         m_folder(folders.add()),
         m_prefix(joinPath(path, "")) {}
   ReadFolder(ReadFolder& parent, std::string_view name, FolderPlace place)
-      : ReadFolder(parent.m_walk, parent.m_downloads, parent.m_folders, joinPath(parent.m_prefix, name),
+      : ReadFolder(parent.m_walk, parent.m_namedFiles, parent.m_folders, joinPath(parent.m_prefix, name),
                    std::move(place)) {
     parent.m_folder.subfolders.push_back(&m_folder);
   }
@@ -49,7 +49,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   [[nodiscard]] WalkedFolder& found() const noexcept { return m_folder; }
 
   [[nodiscard]] std::optional<Rules> enter() const {
-    return Rules{FolderClassifier(m_prefix, m_downloads), FolderRisk(m_prefix)};
+    return Rules{FolderClassifier(m_prefix, m_namedFiles), FolderRisk(m_prefix)};
   }
 
   [[nodiscard]] static Descent folder(const Rules& /*rules*/, std::string_view name) {
@@ -70,7 +70,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   }
 
  private:
-  const DownloadsFolder& m_downloads;
+  const NamedFiles& m_namedFiles;
   SteadyList<WalkedFolder>& m_folders;
   WalkedFolder& m_folder;
   std::string m_prefix;  // the path with a slash at its end
@@ -112,14 +112,15 @@ std::vector<FileItem> flattened(const std::vector<WalkedFolder*>& tops) {
 
 }  // namespace
 
-std::vector<FileItem> scheduleCandidates(std::span<const FileUrl> folders, const std::stop_token& stop) {
-  const auto downloads = DownloadsFolder::ofUser();
+std::vector<FileItem> scheduleCandidates(std::span<const FileUrl> folders, const std::stop_token& stop,
+                                         const SystemProfile& profile) {
+  const NamedFiles namedFiles(profile);
   SteadyList<WalkedFolder> found;
   std::vector<WalkedFolder*> tops;
   TreeWalk walk;
   WorkStack::Tasks tasks;
   for (auto& root : rootsOf(folders)) {
-    auto task = std::make_unique<ReadFolder>(walk, downloads, found, root.folder.path(),
+    auto task = std::make_unique<ReadFolder>(walk, namedFiles, found, root.folder.path(),
                                              FolderPlace{nullptr, std::move(root.canonical)});
     tops.push_back(&task->found());
     tasks.push_back(std::move(task));

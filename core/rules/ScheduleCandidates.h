@@ -4,6 +4,8 @@
 #include "core/base/values/Date.h"
 #include "core/scanning/records/FileItem.h"
 
+#include "core/platform/SystemProfile.h"
+
 #include <span>
 #include <stop_token>
 #include <vector>
@@ -15,6 +17,7 @@ namespace orvane {
 // nothing. A folder that lies inside another one is walked once. The creation date of an item is its modification date.
 // Empty once a stop is requested.
 [[nodiscard]] std::vector<FileItem> scheduleCandidates(std::span<const FileUrl> folders,
-                                                       const std::stop_token& stop = {});
+                                                       const std::stop_token& stop = {},
+                                                       const SystemProfile& profile = SystemProfile::none());
 
 }  // namespace orvane

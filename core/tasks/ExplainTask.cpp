@@ -1,6 +1,8 @@
 #include "core/tasks/ExplainTask.h"
 
+#include "core/base/files/PathText.h"
 #include "core/organizer/categories/CategoryClassifier.h"
+#include "core/organizer/categories/FolderClassifier.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
 #include "core/organizer/records/CloudFolderDetector.h"
 #include "core/safety/access/KeepList.h"
@@ -18,6 +20,14 @@
 namespace orvane {
 namespace {
 
+std::string deciderOf(const TaskServices& services, const FileUrl& place, const FileItem& item) {
+  if (item.isFolder()) return CategoryClassifier::reasonFor(place, 0);
+  const NamedFiles namedFiles(services.validator.protectedLocations().profile());
+  const FolderClassifier classifier(joinPath(parentPath(place.path()), ""), namedFiles);
+  const auto* row = classifier.namedFile(place.lastPathComponent(), item.fileSize());
+  return row == nullptr ? CategoryClassifier::reasonFor(place, item.fileSize()) : std::string(row->file->words);
+}
+
 std::optional<Explanation::Item> explainItem(const TaskServices& services, const FileUrl& place) {
   const auto item = itemAt(services, place, WholeFolder::unmeasured);
   if (!item) return std::nullopt;
@@ -31,8 +41,8 @@ std::optional<Explanation::Item> explainItem(const TaskServices& services, const
       .organizerCategory =
           services.organizer.determineCategory(place, item->isFolder() ? ItemKind::folder : ItemKind::file,
                                                place.deletingLastPathComponent(), OrganizationStrategy::byCategory),
-      .decidedBy = known == nullptr  ? CategoryClassifier::reasonFor(place, item->isFolder() ? 0 : item->fileSize())
-                    : program.empty() ? std::string("it is a known place of caches and logs")
+      .decidedBy = known == nullptr  ? deciderOf(services, place, *item)
+                   : program.empty() ? std::string("it is a known place of caches and logs")
                                      : fmt::format("it is a known place of {}", program),
   };
 }

@@ -27,7 +27,9 @@ std::optional<FileItem> itemAt(const TaskServices& services, const FileUrl& plac
   fields.lastOpenedDate = status->accessed.date();
   // A folder's own size says nothing.
   const std::int64_t ownSize = isFolder ? 0 : status->size;
-  const FolderClassifier classifier(joinPath(parentPath(place.path()), ""), DownloadsFolder::ofUser());
+  const auto& profile = isFolder ? SystemProfile::none() : services.validator.protectedLocations().profile();
+  const NamedFiles namedFiles(profile);
+  const FolderClassifier classifier(joinPath(parentPath(place.path()), ""), namedFiles);
   fields.category = classifier.classify(place.lastPathComponent(), ownSize);
   fields.riskLabel = RiskEvaluator::evaluate(fields.category, place, ownSize, fields.createdDate);
   if (const auto* row = services.validator.knownPlaces().rowOf(place.path())) {

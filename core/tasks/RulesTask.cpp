@@ -188,7 +188,7 @@ ScanEnd findFiles(const TaskServices& services, const RulesWish& wish, Developer
   if (wish.files == RuleFiles::scanned) {
     return scanItems(services, folders, developerCaches, monitor, take);
   }
-  auto files = scheduleCandidates(folders, monitor.stop);
+  auto files = scheduleCandidates(folders, monitor.stop, services.validator.protectedLocations().profile());
   if (monitor.stop.stop_requested()) return ScanEnd::cancelled;
   for (auto& file : files) take(std::move(file));
   return ScanEnd::completed;

@@ -31,6 +31,9 @@ class LinuxProfile : public SystemProfile {
   // A link that names its process, as browsers leave it, a file that is locked, or one that holds a process number.
   [[nodiscard]] bool isBusySign(const std::string& path) const override;
 
+  // LinuxNamedFiles.cpp
+  [[nodiscard]] std::span<const NamedFile> namedFiles() const noexcept override;
+
  private:
   XdgFolders m_folders;
 

@@ -112,17 +112,8 @@ class KnownPlaces : public Orvanectl {
     for (const auto& other : others) home.file(other);
   }
 
-  // Scanned items by their paths in the home.
-  std::map<std::string, Json> scan(Words words = {"scan", "--developer-caches", "--json"}) const {
-    std::map<std::string, Json> items;
-    const auto output = run(words).output;
-    for (std::size_t start = 0; start < output.size();) {
-      const auto end = output.find('\n', start);
-      const auto event = parseJson(output.substr(start, end - start));
-      if (event["event"] == "itemDiscovered") items[event["item"]["relativePath"]] = event["item"];
-      start = end + 1;
-    }
-    return items;
+  std::map<std::string, Json> scan(const Words& words = {"scan", "--developer-caches", "--json"}) const {
+    return scanned(words);
   }
 };
 

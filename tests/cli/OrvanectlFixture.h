@@ -48,6 +48,18 @@ class Orvanectl : public testing::Test {
     EXPECT_EQ(result.exitStatus, exitStatus) << result.errors;
     return parseJson(result.output);
   }
+  // The items of a scan by their paths relative to the folder walked.
+  [[nodiscard]] std::map<std::string, Json> scanned(const Words& words) const {
+    std::map<std::string, Json> items;
+    const auto output = run(words).output;
+    for (std::size_t start = 0; start < output.size();) {
+      const auto end = output.find('\n', start);
+      const auto event = parseJson(output.substr(start, end - start));
+      if (event["event"] == "itemDiscovered") items[event["item"]["relativePath"]] = event["item"];
+      start = end + 1;
+    }
+    return items;
+  }
 
   // A log: safe, and so recommended.
   std::string recommended(std::string_view name = "old.log", std::string_view content = "1234567") const {

@@ -37,7 +37,7 @@ std::string_view withoutSlash(std::string_view prefix) noexcept {
 
 FolderScan::Rules::Rules(const FolderScan& scan, std::string_view prefix)
     : allowed(scan.m_context.validator, withoutSlash(prefix), scan.canonicalPath(), scan.m_context.boundary),
-      classifier(prefix, scan.m_context.downloads),
+      classifier(prefix, scan.m_context.namedFiles),
       risk(prefix),
       relative(scan.m_root, prefix),
       isCachesFolder(lastComponent(prefix) == applicationCachesName) {}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/organizer/categories/DownloadsFolder.h"
+#include "core/organizer/categories/NamedFiles.h"
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/BuildFolders.h"
 #include "core/scanning/scan/StorageScanner.h"
@@ -25,7 +25,7 @@ struct ScanContext {
   BuildFolders buildFolders;
   ListingBoard board;
   TreeWalk walk;
-  DownloadsFolder downloads = DownloadsFolder::ofUser();
+  NamedFiles namedFiles;
 };
 
 }  // namespace orvane

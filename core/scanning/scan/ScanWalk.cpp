@@ -37,7 +37,8 @@ ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& s
                 BuildFolders(developerCaches == DeveloperCaches::include ? validator.protectedLocations().profile()
                                                                          : SystemProfile::none()),
                 {},
-                {}} {
+                {},
+                NamedFiles(validator.protectedLocations().profile())} {
   WorkStack::Tasks tasks;
   for (std::size_t i = 0; i < m_folders.size(); ++i) {
     if (m_folders[i].path().empty()) continue;
