@@ -33,6 +33,9 @@ class LinuxProfile : public SystemProfile {
 
   // LinuxNamedFiles.cpp
   [[nodiscard]] std::span<const NamedFile> namedFiles() const noexcept override;
+  [[nodiscard]] std::span<const std::string_view> screenshotFolders() const noexcept override;
+  // As the kernel names it, "core.PID", of the format and type that elf(5) describes.
+  [[nodiscard]] bool isCoreDump(const std::string& path) const override;
 
  private:
   XdgFolders m_folders;
