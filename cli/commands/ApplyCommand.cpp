@@ -88,7 +88,9 @@ ExitStatus run(Session& session, const Arguments& arguments) {
     ProgressLine line(session);
     const auto saved = savedFrom(arguments.plain().front());
     if (saved.kind == TaskKind::plan && !arguments.has("--root")) boundary = planBoundary(TaskServices::shared());
-    proposal = proposeSaved(TaskServices::shared(), saved, boundary, scanMonitor(session, line));
+    // A folder that is named is all that may be acted in, also where it is one of the granted ones.
+    const auto knownPlaces = arguments.has("--root") ? KnownPlaces::leaveOut : KnownPlaces::include;
+    proposal = proposeSaved(TaskServices::shared(), saved, boundary, scanMonitor(session, line), knownPlaces);
   } catch (const JsonError& error) {
     Session::report(fmt::format("{} cannot be applied: {}", escapedForDisplay(arguments.plain().front()),
                                 escapedForDisplay(error.what())));

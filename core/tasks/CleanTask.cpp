@@ -35,7 +35,7 @@ Json subjectOf(const CleanWish& wish) {
   for (const auto category : wish.categories) categories.push_back(rawValue(category));
   json["includesReview"] = wish.reviewItems == ReviewItems::include;
   json["includesDeveloperCaches"] = wish.developerCaches == DeveloperCaches::include;
-  json["includesKnownPlaces"] = wish.knownPlaces == KnownPlaces::include;
+  json[knownPlacesKey] = wish.knownPlaces == KnownPlaces::include;
   if (wish.minimumAgeDays) json[ageKey] = *wish.minimumAgeDays;
   if (wish.minimumSizeBytes) json[sizeKey] = *wish.minimumSizeBytes;
   return json;
@@ -52,7 +52,7 @@ CleanWish cleanWishFrom(const Json& subject) {
   if (booleanAt(subject, "includesReview")) wish.reviewItems = ReviewItems::include;
   if (booleanAt(subject, "includesDeveloperCaches")) wish.developerCaches = DeveloperCaches::include;
   // Files of earlier versions know none.
-  if (optionalKey(subject, "includesKnownPlaces") != nullptr && booleanAt(subject, "includesKnownPlaces")) {
+  if (optionalKey(subject, knownPlacesKey) != nullptr && booleanAt(subject, knownPlacesKey)) {
     wish.knownPlaces = KnownPlaces::include;
   }
   if (const auto* days = optionalKey(subject, ageKey)) wish.minimumAgeDays = integerFrom(*days, ageKey);

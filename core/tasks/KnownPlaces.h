@@ -11,6 +11,7 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvane {
@@ -19,6 +20,8 @@ struct TaskServices;
 
 // Whether a scan looks into the caches and logs of programs too, which lie outside the granted folders.
 enum class KnownPlaces : std::uint8_t { leaveOut, include };
+// Of the subjects of proposals that take them.
+inline constexpr std::string_view knownPlacesKey = "includesKnownPlaces";
 
 // As the user has it.
 [[nodiscard]] KnownPlaces grantedKnownPlaces(const TaskServices& services);

@@ -212,6 +212,7 @@ Json subjectOf(const RulesWish& wish) {
   Json subject = Json::object();
   auto& rules = subject["rules"] = Json::array();
   for (const auto& rule : wish.rules) rules.push_back(rule.toJson());
+  subject[knownPlacesKey] = wish.knownPlaces == KnownPlaces::include;
   subject["files"] = wish.files == RuleFiles::scheduled ? scheduledFiles : scannedFiles;
   return subject;
 }
@@ -221,6 +222,10 @@ RulesWish rulesWishFrom(const Json& subject) {
   const auto& rules = requiredKey(subject, "rules");
   if (!rules.is_array()) throw JsonError("\"rules\" must be an array");
   for (const auto& rule : rules) wish.rules.push_back(CleanupRule::fromJson(rule));
+  // Files of earlier versions do not say.
+  if (optionalKey(subject, knownPlacesKey) != nullptr && !booleanAt(subject, knownPlacesKey)) {
+    wish.knownPlaces = KnownPlaces::leaveOut;
+  }
   const auto files = stringAt(subject, "files");
   if (files == scheduledFiles) {
     wish.files = RuleFiles::scheduled;
@@ -242,7 +247,9 @@ std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWi
   RuleJudge judge(services, wish);
   const auto developerCaches = developerCachesFor(wish.rules);
   std::vector<FileItem> places;
-  if (anyNamesCategories(wish.rules)) places = placesFor(services, wish.boundary, developerCaches, monitor.stop);
+  if (wish.knownPlaces == KnownPlaces::include && anyNamesCategories(wish.rules)) {
+    places = placesFor(services, wish.boundary, developerCaches, monitor.stop);
+  }
   judge.setPlaces(places);
   auto builder = judge.builder();
   const auto add = [&](FileItem file) {

@@ -6,6 +6,7 @@
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/records/DeveloperCaches.h"
 #include "core/tasks/ItemList.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 
@@ -29,6 +30,7 @@ struct RulesWish {
   Boundary boundary;               // its folders are looked at, and files go nowhere else
   Date now = ReferenceClock::now();
   RuleFiles files = RuleFiles::scanned;
+  KnownPlaces knownPlaces = KnownPlaces::include;  // where the boundary is that of the grants, and they are granted
 };
 
 // Proposes each file once, under the first rule that moves it, else as a locked row under the first that lists it. The

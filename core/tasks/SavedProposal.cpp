@@ -197,10 +197,12 @@ void writeProposal(const Approval& approval, const std::function<void(std::strin
 }
 
 std::optional<Proposal> proposeSaved(const TaskServices& services, const SavedProposal& saved, const Boundary& boundary,
-                                     const TaskMonitor& monitor) {
+                                     const TaskMonitor& monitor, KnownPlaces knownPlaces) {
+  auto subject = saved.subject;
+  if (knownPlaces == KnownPlaces::leaveOut && subject.is_object()) subject[knownPlacesKey] = false;
   // No item may count as older than it is.
   const auto countedTo = std::min(saved.countedTo, ReferenceClock::now());
-  const auto fresh = reproposerOf(saved.kind)(services, saved.subject, boundary, countedTo, monitor);
+  const auto fresh = reproposerOf(saved.kind)(services, subject, boundary, countedTo, monitor);
   if (!fresh) return std::nullopt;
   Comparison comparison(services, boundary, *fresh);
   std::unordered_map<std::size_t, bool> chosen;

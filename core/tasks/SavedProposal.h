@@ -4,6 +4,7 @@
 #include "core/base/files/FileUrl.h"
 #include "core/base/text/Json.h"
 #include "core/base/values/Date.h"
+#include "core/tasks/KnownPlaces.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 
@@ -44,8 +45,10 @@ void writeProposal(const Approval& approval, const std::function<void(std::strin
 
 // Proposes again what was saved, inside the boundary alone, and holds the saved rows against it: those that are still
 // proposed and still the same items are selected, everything else of the file is locked with the reason. Rows that the
-// file does not name are never selected. Absent when it was stopped. Throws JsonError for a subject that is none.
+// file does not name are never selected. Known places may be left out, whatever the file asks for. Absent when it was
+// stopped. Throws JsonError for a subject that is none.
 [[nodiscard]] std::optional<Proposal> proposeSaved(const TaskServices& services, const SavedProposal& saved,
-                                                   const Boundary& boundary, const TaskMonitor& monitor = {});
+                                                   const Boundary& boundary, const TaskMonitor& monitor = {},
+                                                   KnownPlaces knownPlaces = KnownPlaces::include);
 
 }  // namespace orvane

@@ -219,9 +219,22 @@ TEST_F(KnownPlaces, areAppliedFromASavedProposal) {
   const auto file = home.path("proposal.json");
   EXPECT_EQ(run({"clean", "--save", file}).exitStatus, 0);
   home.file("Documents/x");
-  EXPECT_EQ(json({"apply", "--yes", "--root", home.path("Documents"), file}, 1)["itemsProcessed"], 0);
+  // The second is all that is granted.
+  for (const auto* named : {"Documents", "Downloads"}) {
+    EXPECT_EQ(json({"apply", "--yes", "--root", home.path(named), file}, 1)["itemsProcessed"], 0) << named;
+  }
   EXPECT_GT(json({"apply", "--yes", file})["itemsProcessed"], 20);
   EXPECT_FALSE(exists(home.path(".config/Code/CachedData")));
+}
+
+TEST_F(KnownPlaces, goBySavedRulesButWhereAFolderIsNamed) {
+  home.file("rule.json", R"({"name":"Caches","trigger":{"categories":["caches"]},"action":{"type":"moveToTrash"}})");
+  EXPECT_EQ(run({"rules", "add", home.path("rule.json")}).exitStatus, 0);
+  const auto file = home.path("proposal.json");
+  EXPECT_EQ(run({"rules", "run", "Caches", "--save", file}).exitStatus, 0);
+  EXPECT_EQ(json({"apply", "--yes", "--root", home.path("Downloads"), file}, 1)["itemsProcessed"], 0);
+  EXPECT_GT(json({"apply", "--yes", file})["itemsProcessed"], 10);
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
 }
 
 TEST_F(KnownPlaces, areExplained) {
