@@ -1,66 +1,12 @@
+#include "core/base/values/Uuid.h"
 #include "tests/cli/OrvanectlFixture.h"
+#include "tests/support/KeptPlaces.h"
 
 namespace orvane::test {
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-
-// A file of each place that nothing may list or move, by its path in the home, and how `explain` names it.
-struct Kept {
-  const char* path;
-  const char* content;
-};
-
-const std::vector<Kept> keptPlaces{
-    {".local/share/keyrings/login.keyring", "key rings"},
-    {".local/share/kwalletd/kdewallet.kwl", "key rings"},
-    {".local/share/gnupg/pubring.kbx", "key rings"},
-    {".gnupg/pubring.kbx", "keys of GnuPG"},
-    {".password-store/bank.gpg", "passwords"},
-    {".pki/nssdb/key4.db", "certificates"},
-    {".netrc", "passwords"},
-    {".pgpass", "passwords"},
-    {".git-credentials", "passwords"},
-    {".authinfo.gpg", "passwords"},
-    {".kube/config", "cloud"},
-    {".docker/config.json", "cloud"},
-    {".azure/accessTokens.json", "cloud"},
-    {".aws/credentials", "cloud"},
-    {".cargo/credentials.toml", "registries"},
-    {".npmrc", "registries"},
-    {".pypirc", "registries"},
-    {".mozilla/firefox/a.default/cookies.sqlite", "Firefox"},
-    {".config/mozilla/firefox/a.default/cookies.sqlite", "Firefox"},
-    {".thunderbird/a.default/Mail/Inbox", "Thunderbird"},
-    {".local/share/evolution/mail/local/Inbox", "Evolution"},
-    {".var/app/org.mozilla.firefox/.mozilla/firefox/key4.db", "Flatpak"},
-    {".var/app/org.example.App/config/settings.ini", "Flatpak"},
-    {"snap/firefox/common/.mozilla/firefox/key4.db", "Snap"},
-    {".local/share/TelegramDesktop/tdata/key_datas", "Telegram"},
-    {".local/share/Steam/steamapps/compatdata/730/pfx/user.reg", "Steam"},
-    {".local/share/Steam/userdata/1/local.vdf", "Steam"},
-    {"Games/SteamLibrary/steamapps/compatdata/730/pfx/x", "Steam"},
-    {".local/share/flatpak/repo/objects/a", "store"},
-    {".local/share/docker/overlay2/a", "store"},
-    {".local/share/containers/storage/a", "store"},
-    {".local/share/libvirt/images/a.qcow2", "store"},
-    {".local/share/gnome-boxes/images/a", "store"},
-    {".rustup/toolchains/stable/bin/rustc", "Rust"},
-    {".wine/system.reg", "Wine"},
-    {"Games/old/drive_c/game.exe", "Wine"},
-    {"Games/old/system.reg", "Wine"},
-    {"VirtualBox VMs/a/a.vdi", "virtual machines"},
-    {".zshenv", "shell"},
-    {".bash_aliases", "shell"},
-    {".xprofile", "session"},
-    {".Xauthority", "session"},
-    {".bash_history", "history"},
-    {".python_history", "history"},
-    {".local/share/fish/fish_history", "history"},
-    {".local/state/bash/history", "history"},
-    {".config/autostart/a.desktop", "settings"},
-};
 
 class ProtectedPlaces : public Orvanectl {
  public:
@@ -105,6 +51,41 @@ TEST_F(ProtectedPlaces, areNeitherScannedNorCleanedNorSearchedForCopiesNorOrgani
     static_cast<void>(run({"clean", "--yes", home.path(folder)}));
     static_cast<void>(run({"organize", "--subfolders", "--apply", "--yes", home.path(folder)}));
   }
+  expectAllThere();
+}
+
+TEST_F(ProtectedPlaces, areTakenByNoRule) {
+  home.file("Games/free.log");
+  for (const auto* folder : {"Games", "Games/old", "snap", "VirtualBox VMs", ".cargo", ".docker"}) {
+    static_cast<void>(run({"folders", "add", home.path(folder)}));
+  }
+  home.file("rule.json", R"({"name":"All","trigger":{"minimumSizeBytes":1},"action":{"type":"moveToTrash"}})");
+  EXPECT_EQ(run({"rules", "add", home.path("rule.json")}).exitStatus, 0);
+  static_cast<void>(run({"rules", "run", "All", "--yes"}));
+  EXPECT_FALSE(exists(home.path("Games/free.log"))) << "the rule takes what is beside them";
+  expectAllThere();
+}
+
+TEST_F(ProtectedPlaces, areTakenByNoPlan) {
+  home.file("Games/free.log");
+  EXPECT_EQ(run({"folders", "add", home.path("Games")}).exitStatus, 0);
+  auto folders = Words{home.path(), home.path("Games")};
+  for (const auto& place : keptPlaces) folders.push_back(std::filesystem::path(home.path(place.path)).parent_path());
+  for (const auto& folder : folders) {
+    Json plan;
+    plan["id"] = Uuid::random().toString();
+    plan["userGoal"] = "all";
+    plan["steps"] = {Json{{"id", Uuid::random().toString()},
+                          {"targetFolder", folder},
+                          {"filter", {{"minimumSizeBytes", 0}}},
+                          {"action", "trash"},
+                          {"explanation", "all"}}};
+    plan["summary"] = "all";
+    plan["isDryRun"] = false;
+    plan["createdAt"] = 0;
+    static_cast<void>(run({"plan", "run", home.file("plan.json", plan.dump()), "--yes"}));
+  }
+  EXPECT_FALSE(exists(home.path("Games/free.log"))) << "the plan takes what is beside them";
   expectAllThere();
 }
 
