@@ -1,5 +1,5 @@
-#include "tests/cli/OrvanectlFixture.h"
 #include <elf.h>
+#include "tests/cli/OrvanectlFixture.h"
 
 namespace orvane::test {
 namespace {
@@ -12,14 +12,13 @@ std::string elf(unsigned char type, unsigned char encoding = ELFDATA2LSB) {
   head.replace(0, SELFMAG, ELFMAG);
   head[EI_CLASS] = ELFCLASS64;
   head[EI_DATA] = static_cast<char>(encoding);
-  head[encoding == ELFDATA2MSB ? EI_NIDENT + 1 : EI_NIDENT] =
-      static_cast<char>(type);
+  head[encoding == ELFDATA2MSB ? EI_NIDENT + 1 : EI_NIDENT] = static_cast<char>(type);
   return head;
 }
 
 struct NamedFile {
   std::string path;
-  const char *category;
+  const char* category;
   std::string content = "x";
 };
 
@@ -73,26 +72,23 @@ const std::vector<NamedFile> namedFiles{
 };
 
 class NamedFiles : public Orvanectl {
-public:
+ public:
   NamedFiles() {
-    for (const auto &[path, category, content] : namedFiles)
-      home.file(path, content);
+    for (const auto& [path, category, content] : namedFiles) home.file(path, content);
   }
 };
 
 TEST_F(NamedFiles, haveTheCategoryThatNameAndPlaceTell) {
   const auto items = scanned({"scan", "--json", home.path()});
-  for (const auto &[path, category, content] : namedFiles) {
+  for (const auto& [path, category, content] : namedFiles) {
     ASSERT_TRUE(items.contains(path)) << path;
     EXPECT_EQ(items.at(path)["category"], category) << path;
     // A single item is judged as a scan does it.
-    EXPECT_THAT(run({"explain", "--json", home.path(path)}).output,
-                HasSubstr('"' + std::string(category) + '"'))
+    EXPECT_THAT(run({"explain", "--json", home.path(path)}).output, HasSubstr('"' + std::string(category) + '"'))
         << path;
   }
   EXPECT_EQ(items.at("Documents/core.4711")["riskLabel"], "review");
-  EXPECT_THAT(run({"explain", home.path("Downloads/app.snap")}).output,
-              HasSubstr("it is a package in a downloads"));
+  EXPECT_THAT(run({"explain", home.path("Downloads/app.snap")}).output, HasSubstr("it is a package in a downloads"));
 }
 
 TEST_F(NamedFiles, meanTheFoldersOfTheUserByAnyName) {
@@ -103,14 +99,12 @@ TEST_F(NamedFiles, meanTheFoldersOfTheUserByAnyName) {
   home.file("Vidéos/Screencasts/demo.webm");
   const auto items = scanned({"scan", "--json", home.path()});
   EXPECT_EQ(items.at("Téléchargements/outil.deb")["category"], "oldDownloads");
-  EXPECT_EQ(items.at("Vidéos/Screencasts/demo.webm")["category"],
-            "screenshots");
+  EXPECT_EQ(items.at("Vidéos/Screencasts/demo.webm")["category"], "screenshots");
 }
 
 TEST_F(NamedFiles, goByRulesThatNameTheirCategory) {
-  home.file(
-      "rule.json",
-      R"({"name":"Packages","trigger":{"categories":["oldDownloads"]},"action":{"type":"moveToTrash"}})");
+  home.file("rule.json",
+            R"({"name":"Packages","trigger":{"categories":["oldDownloads"]},"action":{"type":"moveToTrash"}})");
   EXPECT_EQ(run({"rules", "add", home.path("rule.json")}).exitStatus, 0);
   EXPECT_EQ(run({"rules", "run", "Packages", "--yes"}).exitStatus, 0);
   EXPECT_FALSE(exists(home.path("Downloads/tool_1.2_amd64.deb")));
@@ -118,5 +112,5 @@ TEST_F(NamedFiles, goByRulesThatNameTheirCategory) {
   EXPECT_TRUE(exists(home.path("Downloads/Editor-x86_64.AppImage")));
 }
 
-} // namespace
-} // namespace orvane::test
+}  // namespace
+}  // namespace orvane::test
