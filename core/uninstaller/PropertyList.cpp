@@ -31,7 +31,7 @@ void PropertyList::Closer::operator()(void* node) const noexcept {
 
 std::optional<PropertyList> PropertyList::parse(std::string_view bytes) {
   if (bytes.size() > UINT32_MAX || !isPropertyListBounded(bytes)) return std::nullopt;
-  plist_t const node = readNode(plist_from_memory, bytes);
+  auto* const node = readNode(plist_from_memory, bytes);
   if (node == nullptr) return std::nullopt;
   PropertyList list(node);
   if (plist_get_node_type(node) != PLIST_DICT) return std::nullopt;

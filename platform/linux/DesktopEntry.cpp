@@ -36,8 +36,6 @@ std::string unescaped(std::string_view text) {
     }
     switch (const char next = text[++at]) {
       case 's':
-        result += ' ';
-        break;
       case 'n':
       case 't':
       case 'r':

@@ -272,7 +272,7 @@ class LinuxApplications::Listing {
   }
 
   // A name by which another installed program goes leaves nothing over.
-  [[nodiscard]] std::vector<std::string> leftoversOf(std::set<std::string> names) const {
+  [[nodiscard]] std::vector<std::string> leftoversOf(const std::set<std::string>& names) const {
     std::vector<std::string> result;
     const bool isAnothers = std::ranges::any_of(names, [&](const auto& name) { return m_systemNames.contains(name); });
     if (isAnothers) return result;

@@ -58,7 +58,8 @@ bool BuildFolders::isNamed(std::string_view name) const noexcept {
 }
 
 bool BuildFolders::holds(const Row& row, int parent, const std::string& name) {
-  const auto& [folder, beside] = row;
+  const auto* const folder = row.folder;
+  const auto& beside = row.beside;
   if (!fitsWildcard(name, folder->name)) return false;
   // A signature stands at the very beginning.
   const auto begins = [&](const std::string& file) {
