@@ -14,6 +14,7 @@
 #include <cstring>
 #include <map>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -71,6 +72,14 @@ std::map<std::string, std::string> extendedAttributes(int file) {
     result[name] = std::move(value);
   }
   return result;
+}
+
+// Whether a copy without this attribute is still whole: a volume without access lists takes none, and labels of the
+// system are for the system to give. A user's own attributes, and any that a full disk refuses, belong to the item.
+bool mayStayBehind(std::string_view attribute, int error) {
+  if (attribute.starts_with("user.")) return false;
+  if (error == EOPNOTSUPP) return true;
+  return !attribute.starts_with("system.posix_acl_") && (error == EPERM || error == EACCES || error == EINVAL);
 }
 
 void copyRange(int from, int to, off_t start, off_t end) {
@@ -174,7 +183,7 @@ class Copier {
   // Mode and times last: writing changes them.
   static void finishOpen(int source, int copy, const struct stat& status) {
     for (const auto& [name, value] : extendedAttributes(source)) {
-      if (::fsetxattr(copy, name.c_str(), value.data(), value.size(), 0) != 0 && name.starts_with("user."))
+      if (::fsetxattr(copy, name.c_str(), value.data(), value.size(), 0) != 0 && !mayStayBehind(name, errno))
         throwErrno();
     }
     static_cast<void>(!::fchown(copy, status.st_uid, status.st_gid));
