@@ -109,7 +109,11 @@ StepAndSummary stepFor(const PromptReading& reading, const std::string& folder) 
 
 CleaningPlan OfflineHeuristicParser::parse(std::string_view prompt,
                                            const std::optional<FileUrl>& defaultManagedFolder) const {
-  const auto reading = PromptReading::of(prompt);
+  return parse(prompt, PromptReading::of(prompt), defaultManagedFolder);
+}
+
+CleaningPlan OfflineHeuristicParser::parse(std::string_view prompt, const PromptReading& reading,
+                                           const std::optional<FileUrl>& defaultManagedFolder) const {
   const bool usesDefault = !reading.folder && defaultManagedFolder;
   const std::string folder =
       usesDefault ? defaultManagedFolder->path() : expandedHome(reading.folder.value_or(downloadsFolder));

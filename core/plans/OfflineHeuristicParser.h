@@ -8,6 +8,8 @@
 
 namespace orvane {
 
+struct PromptReading;
+
 // Turns a request in plain words into a plan of one step, by keywords and without a network.
 class OfflineHeuristicParser {
  public:
@@ -15,6 +17,9 @@ class OfflineHeuristicParser {
   // Always answers, also with a plan that validation rejects: the caller validates. A request whose age or size is
   // beyond 64 bits ends the process.
   [[nodiscard]] CleaningPlan parse(std::string_view prompt,
+                                   const std::optional<FileUrl>& defaultManagedFolder = std::nullopt) const;
+  // The same of a request that was read already; the goal is the prompt as it was typed, whatever words were read.
+  [[nodiscard]] CleaningPlan parse(std::string_view prompt, const PromptReading& reading,
                                    const std::optional<FileUrl>& defaultManagedFolder = std::nullopt) const;
 };
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "core/plans/records/ReadWord.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -17,6 +20,7 @@ struct PromptReading {
   bool wantsLogs = false;
   bool wantsOrganizing = false;
   bool wantsRemoval = false;
+  std::vector<ReadWord> words;  // all of the text, in its order
 
   // An age or a size beyond 64 bits ends the process: it must never wrap.
   static PromptReading of(std::string_view prompt);

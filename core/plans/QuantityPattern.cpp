@@ -63,7 +63,7 @@ std::optional<Quantity> QuantityPattern::extractQuantity(std::string_view text) 
   if (!m_expression) return std::nullopt;
   const auto match = m_expression->firstMatch(text);
   if (!match || !match->groups[0] || !match->groups[1]) return std::nullopt;
-  return Quantity{numberFrom(match->groups[0]->in(text)), std::string(match->groups[1]->in(text))};
+  return Quantity{numberFrom(match->groups[0]->in(text)), std::string(match->groups[1]->in(text)), match->whole};
 }
 
 }  // namespace orvane

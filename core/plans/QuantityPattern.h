@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/text/RegularExpression.h"
+#include "core/base/text/TextSpan.h"
 
 #include <cstdint>
 #include <optional>
@@ -14,6 +15,7 @@ namespace orvane {
 struct Quantity {
   std::int64_t number = 0;
   std::string unit;
+  TextSpan span = {};  // of the text that was searched
 };
 
 // Finds quantities such as "3 days", "two weeks" or "2gb" in a lower-case text.

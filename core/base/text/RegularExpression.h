@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/base/text/TextSpan.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -11,14 +13,7 @@ namespace orvane {
 // A regular expression of Unicode (ICU's syntax), compiled once. Matching is safe from any number of threads.
 class RegularExpression {
  public:
-  // Part of the text that was searched, in bytes.
-  struct Range {
-    std::size_t start = 0;
-    std::size_t length = 0;
-
-    [[nodiscard]] std::string_view in(std::string_view text) const { return text.substr(start, length); }
-    bool operator==(const Range&) const = default;
-  };
+  using Range = TextSpan;  // of the text that was searched
   // The whole match and its groups, counted from 1; a group that took no part is absent.
   struct Match {
     Range whole;
