@@ -1,0 +1,138 @@
+#include "core/plans/glossary/Glossary.h"
+
+#include <array>
+
+namespace orvane {
+namespace {
+
+constexpr std::array frenchRows{
+    GlossaryRow{"il y a|d'il y a", "ago"},
+    GlossaryRow{"plus de|plus d'|supérieur*|dépass*|au-delà", "over"},
+    GlossaryRow{"au moins|minimum", "at least"},
+    GlossaryRow{"moins de|moins d'|moins|inférieur*|au plus|maximum|plus récent*|récent*|nouveau*|nouvel*", "under"},
+    GlossaryRow{"supprim*|effac*|enlev*|retir*|élimin*|détrui*|débarrass*|jette*|jeter|jetez|vire|virer|virez",
+                "delete"},
+    GlossaryRow{"à la corbeille|vers la corbeille|dans la corbeille|mets à la corbeille|mettre à la corbeille|mettez à "
+                "la corbeille",
+                "delete"},
+    GlossaryRow{"mets|mettre|mettez|déplac*|envoi*|envoy*|va|aller", ""},
+    GlossaryRow{"nettoy*|nettoie*|purg*|fais du ménage|faire du ménage", "clean"},
+    GlossaryRow{"vide|vider|videz", emptyOrClear},
+    GlossaryRow{"vides", "empty"},
+    GlossaryRow{"libèr*|libér*", "free"},
+    GlossaryRow{"fais le ménage|faire le ménage|mets de l'ordre|mettre de l'ordre", tidyOrClean},
+    GlossaryRow{"range|ranger|rangez|rangeons|trie|trier|triez|classe|classer|classez|organis*|ordonn*", "sort"},
+    GlossaryRow{"trouv*|cherch*|recherch*|repér*", "find"},
+    GlossaryRow{"montr*|affich*|fais voir|voir", "show"},
+    GlossaryRow{"liste|lister|listez|énumèr*", "list"},
+    GlossaryRow{"désinstall*", "uninstall"},
+    GlossaryRow{"restaur*|récupér*|remets|remettre|ramèn*", "restore"},
+    GlossaryRow{"annul*|défai*", "undo"},
+    GlossaryRow{"planifi*|programmer|programme une|programme un", "schedule"},
+    GlossaryRow{"chaque", "every"},
+    GlossaryRow{"tous les jours|quotidiennement", "every day"},
+    GlossaryRow{"toutes les semaines", "every week"},
+    GlossaryRow{"tous les mois", "every month"},
+    GlossaryRow{"automatiquement|automatique", "automatically"},
+    GlossaryRow{"tous les fichiers|toutes les captures d'écran|tous les téléchargements", "all"},
+    GlossaryRow{"toutes les captures*", "all screenshots"},
+    GlossaryRow{"conserv*|gard*|préserv*", "keep"},
+    GlossaryRow{"ne touch* pas|touch* pas", "don't"},
+    GlossaryRow{"ne|n'|pas|jamais|surtout pas|sans supprimer|aucun|aucune|interdi*|évit*", "don't"},
+    GlossaryRow{"n'importe quel*|n'importe quoi|pas besoin|pas utilis*|plus utilis*|plus besoin", ""},
+    GlossaryRow{"que je n'utilise pas|que je n'utilise plus|inutilis*|qui ne servent plus|qui ne servent pas|dont je "
+                "n'ai plus besoin",
+                "unused"},
+    GlossaryRow{"sauf|excepté|hormis|à part|à l'exception", "except"},
+    GlossaryRow{"sans risque|sans danger|en toute sécurité", "safely"},
+    GlossaryRow{"que puis-je|qu'est-ce que je peux|que peut-on|qu'est-ce qu'on peut|puis-je|je peux|peut-on",
+                "what can i"},
+    GlossaryRow{"que faut-il|qu'est-ce que|qu'est-ce qui|quoi", "what"},
+    GlossaryRow{"quel|quelle|quels|quelles|lesquels|lesquelles", "which"},
+    GlossaryRow{"comment|combien", "how"},
+    GlossaryRow{"où|pourquoi", "where"},
+    GlossaryRow{"est-ce que|est-ce|faut-il|devrais-je|dois-je|y a-t-il", "should i"},
+    GlossaryRow{
+        "capture*|capture* d'écran|copie* d'écran|impression* d'écran|impr écran|imprime* écran|screenshot|screenshots",
+        "screenshots"},
+    GlossaryRow{"programme* d'installation|fichier* d'installation|installateur*|installeur*|paquet* "
+                "d'installation|image* disque|images disques",
+                "installers"},
+    GlossaryRow{"cache|caches|antémémoire|fichiers temporaires|fichiers en cache", "caches"},
+    GlossaryRow{"journal|journaux|fichier* journal|fichiers journaux|log|logs|fichier* log|fichier* logs|fichier* de "
+                "log|fichier* de logs|fichier* de journal*",
+                "logs"},
+    GlossaryRow{"téléchargement*|télécharg*|dossier téléchargements|dossier des téléchargements|download|downloads",
+                "downloads"},
+    GlossaryRow{"bureau|sur le bureau|du bureau", "desktop"},
+    GlossaryRow{"document|documents|dossier documents", "documents"},
+    GlossaryRow{"image|images|photo|photos|photographies", "pictures"},
+    GlossaryRow{"vidéo|vidéos|film|films", "videos"},
+    GlossaryRow{"musique|musiques|chansons", "music"},
+    GlossaryRow{"doublon*|en double|fichiers dupliqués|dupliqué*|copies identiques", "duplicates"},
+    GlossaryRow{"corbeille", "trash"},
+    GlossaryRow{"application|applications|appli|applis|app|apps|logiciel|logiciels", "app"},
+    GlossaryRow{"fichier|fichiers", "files"},
+    GlossaryRow{"dossier|dossiers|répertoire|répertoires", "folder"},
+    GlossaryRow{"disque|disque dur", "disk"},
+    GlossaryRow{"espace|place|espace disque", "space"},
+    GlossaryRow{"tout|tous|toute|toutes|tout ce qui", "all"},
+    GlossaryRow{"vieux|vieil|vieille|vieilles|ancien|ancienne|anciens|anciennes|périmé*|obsolète*", "old"},
+    GlossaryRow{"plus vieux|plus vieilles|plus ancien*|plus âgé*|vieux de|vieilles de|vieille de|il y a plus de|il y a "
+                "plus d'|d'il y a plus de|d'il y a plus d'",
+                "older"},
+    GlossaryRow{"gros|grosse|grosses|grand|grande|grands|grandes|volumineu*|énorme*|lourd|lourds|lourdes|large|larges|"
+                "plus gros|plus grosses|plus grand*|plus volumineux|plus lourds",
+                "large"},
+    GlossaryRow{"jour|jours", "day"},
+    GlossaryRow{"semaine|semaines", "week"},
+    GlossaryRow{"mois", "month"},
+    GlossaryRow{"an|ans|année|années", "year"},
+    GlossaryRow{"quinzaine|quinzaine de jours|quinze jours", "15 day"},
+    GlossaryRow{"six mois", "6 month"},
+    GlossaryRow{"trimestre|un trimestre", "3 month"},
+    GlossaryRow{"semestre|un semestre", "6 month"},
+    GlossaryRow{"une demi-année|la moitié d'une année|demi-année|demi année", "6 month"},
+    GlossaryRow{"un an et demi", "18 month"},
+    GlossaryRow{"gigaoctet|gigaoctets|giga|gigas|go|gb", "gb"},
+    GlossaryRow{"mégaoctet|mégaoctets|méga|mégas|mo|mb", "mb"},
+    GlossaryRow{"un|une", "1"},
+    GlossaryRow{"deux", "2"},
+    GlossaryRow{"trois", "3"},
+    GlossaryRow{"quatre", "4"},
+    GlossaryRow{"cinq", "5"},
+    GlossaryRow{"six", "6"},
+    GlossaryRow{"sept", "7"},
+    GlossaryRow{"huit", "8"},
+    GlossaryRow{"neuf", "9"},
+    GlossaryRow{"dix", "10"},
+    GlossaryRow{"onze", "11"},
+    GlossaryRow{"douze", "12"},
+    GlossaryRow{"quinze", "15"},
+    GlossaryRow{"vingt", "20"},
+    GlossaryRow{"trente", "30"},
+    GlossaryRow{"quarante", "40"},
+    GlossaryRow{"cinquante", "50"},
+    GlossaryRow{"soixante", "60"},
+    GlossaryRow{"quatre-vingt-dix", "90"},
+    GlossaryRow{"cent", "100"},
+    GlossaryRow{"deux cents", "200"},
+    GlossaryRow{"cinq cents", "500"},
+    GlossaryRow{"mille", "1000"},
+    GlossaryRow{"quelques|plusieurs", "few"},
+    GlossaryRow{"hier", "yesterday"},
+    GlossaryRow{"aujourd'hui", "today"},
+    GlossaryRow{"dernier|dernière|derniers|dernières|passé|passée", "last"},
+    GlossaryRow{"le|la|les|l|du|de|des|d|au|aux|à|en|dans|sur|sous|chez|avec|et|ou|mon|ma|mes|ton|ta|tes|ce|cet|cette|"
+                "ces|ceux|celles|c|qui|que|dont|plus|ont|sont|est|a|ai|j|je|tu|moi|me|m|s|se|y|il|ils|elles|on|nous|"
+                "vous|pour|par|depuis|fait|font|vieillis|stp|svp|s'il te plaît|s'il vous "
+                "plaît|merci|veux|voudrais|veuillez|peux-tu|pourrais-tu|pouvez-vous|taille|poids|âge|environ|mac|"
+                "ordinateur|pc|machine|contenu|non|très|trop|aussi|bien|alors|puis",
+                ""},
+};
+
+}  // namespace
+
+const GlossaryRows frenchGlossary = frenchRows;
+
+}  // namespace orvane

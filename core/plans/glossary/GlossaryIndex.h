@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/localization/records/AppLanguage.h"
+#include "core/plans/glossary/FoldedWords.h"
+#include "core/plans/glossary/Glossary.h"
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+// A glossary that finds the longest entry at a place of a request.
+class GlossaryIndex {
+ public:
+  struct Match {
+    std::size_t length = 0;  // in words
+    std::string_view english;
+  };
+
+  GlossaryIndex(AppLanguage language, GlossaryRows rows);
+  // Null for English.
+  static const GlossaryIndex* of(AppLanguage language);
+
+  // A number counts only before a unit, and is a word without meaning elsewhere.
+  [[nodiscard]] std::optional<Match> matchAt(std::span<const FoldedWord> words) const;
+
+ private:
+  struct Part {
+    std::string text;
+    bool isStem = false;
+
+    [[nodiscard]] bool matches(std::string_view word) const { return isStem ? word.starts_with(text) : word == text; }
+  };
+  struct Entry {
+    std::vector<Part> parts;
+    std::string_view english;
+  };
+
+  void add(std::string_view alternative, std::string_view english);
+  void addEntry(Entry entry);
+  [[nodiscard]] static bool fits(const Entry& entry, std::span<const FoldedWord> words);
+  [[nodiscard]] bool isUnitAt(std::span<const FoldedWord> words) const;
+  [[nodiscard]] std::optional<Match> compoundAt(std::string_view word) const;
+  [[nodiscard]] const Entry* wordEntry(std::string_view word) const;
+
+  bool m_hasCompounds = false;
+  std::map<std::string, std::vector<Entry>, std::less<>> m_entries;  // by their first word, longest first
+  std::vector<Entry> m_stems;                                        // whose first word has any ending
+};
+
+// Whether an English word of the tables is a unit of age or size.
+[[nodiscard]] bool isUnitWord(std::string_view english);
+[[nodiscard]] bool isNumberText(std::string_view english);
+
+}  // namespace orvane
