@@ -119,7 +119,7 @@ KeychainService& KeychainService::shared() {
 
 AgentCoordinator& AgentCoordinator::shared() {
   static AgentCoordinator coordinator(KeychainService::shared(), systemHttpTransport(),
-                                      ProviderAddresses::fromEnvironment());
+                                      ProviderAddresses::fromEnvironment(), &systemTopicModel());
   return coordinator;
 }
 

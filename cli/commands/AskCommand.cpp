@@ -19,16 +19,16 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array<std::string_view, 3> providers{"offline_heuristic", "anthropic", "openai"};
+constexpr std::array<std::string_view, 4> providers{"offline_heuristic", "anthropic", "openai", "local_model"};
 
 constexpr std::array options{
-    OptionSpec{.name = "--provider",
-               .valueName = "PROVIDER",
-               .help =
-                   "Who makes the plan: offline_heuristic, which looks for keywords and uses no network, or a language "
-                   "model.",
-               .kind = ValueKind::choice,
-               .choices = providers},
+    OptionSpec{
+        .name = "--provider",
+        .valueName = "PROVIDER",
+        .help = "Who makes the plan: offline_heuristic, which looks for keywords and uses no network, local_model, the "
+                "model server of this machine, or another language model.",
+        .kind = ValueKind::choice,
+        .choices = providers},
     OptionSpec{.name = "--show-request",
                .valueName = "",
                .help = "Print what would be sent to the provider, but for the key, and send nothing."},
@@ -66,7 +66,8 @@ Json jsonFrom(const HttpRequest& request) {
 
 ExitStatus showRequest(Session& session, const std::string& prompt, AIProvider provider) {
   const auto request = requestToSend(TaskServices::shared(), prompt, provider);
-  if (!request) throw UsageError("--show-request needs --provider anthropic or openai; without one nothing is sent");
+  if (!request)
+    throw UsageError("--show-request needs --provider anthropic or openai; with others nothing leaves this machine");
   if (session.isJson()) {
     session.out().line(jsonText(jsonFrom(*request)));
     return ExitStatus::done;
@@ -139,7 +140,8 @@ constexpr CommandSpec askCommand{
         "--apply.\n\n"
         "With --provider a language model makes the plan. It is sent the request and nothing about your files; "
         "--show-request shows it to the letter. Store a key first: 'orvanectl keys set PROVIDER'. Where the provider "
-        "cannot be used, the plan is made offline and the reason is said.\n\n"
+        "cannot be used, the plan is made offline and the reason is said. With local_model nothing leaves this "
+        "machine: the server is the one that names topics, and only a loopback address is asked.\n\n"
         "With --apply what is selected is moved as one run that 'orvanectl restore' brings back, inside the granted "
         "folders only. A plan without anything to select files by is shown and not used.",
     .arguments = {.name = "PROMPT", .help = "The request, as one argument: put it in quotes.", .least = 1, .most = 1},

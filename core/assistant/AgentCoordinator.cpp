@@ -1,10 +1,12 @@
 #include "core/assistant/AgentCoordinator.h"
 
 #include "core/assistant/AnthropicClient.h"
+#include "core/assistant/LocalModelClient.h"
 #include "core/assistant/OpenAIClient.h"
 #include "core/assistant/records/PlannerError.h"
 #include "core/base/text/Json.h"
 #include "core/plans/records/PlanValidationError.h"
+#include "core/platform/TopicModel.h"
 
 #include <fmt/format.h>
 
@@ -37,8 +39,13 @@ std::string reasonOf(const std::exception& error) {
 
 }  // namespace
 
-AgentCoordinator::AgentCoordinator(const KeychainService& keychain, HttpTransport& session, ProviderAddresses addresses)
-    : m_keychain(keychain), m_session(session), m_addresses(std::move(addresses)) {}
+AgentCoordinator::AgentCoordinator(const KeychainService& keychain, HttpTransport& session, ProviderAddresses addresses,
+                                   TopicModel* localModel)
+    : m_keychain(keychain), m_session(session), m_addresses(std::move(addresses)), m_localModel(localModel) {}
+
+std::string AgentCoordinator::localModelProblem() const {
+  return m_localModel == nullptr ? "there is no model on this machine" : m_localModel->unavailableReason();
+}
 
 bool AgentCoordinator::hasKey(AIProvider provider) const {
   const auto account = keyAccount(provider);
@@ -46,7 +53,9 @@ bool AgentCoordinator::hasKey(AIProvider provider) const {
 }
 
 std::unique_ptr<LLMClient> AgentCoordinator::resolveClient(AIProvider provider) const {
-  if (provider != AIProvider::heuristic) {
+  if (provider == AIProvider::localModel) {
+    if (localModelProblem().empty()) return std::make_unique<LocalModelClient>(*m_localModel);
+  } else if (provider != AIProvider::heuristic) {
     auto key = m_keychain.getKey(keyAccount(provider));
     if (key && !key->isEmpty()) {
       if (provider == AIProvider::anthropic) {
@@ -96,13 +105,18 @@ bool AgentCoordinator::waitForTurn(const std::stop_token& stop) {
   return true;
 }
 
+std::string AgentCoordinator::whyNotAsked(AIProvider provider) const {
+  if (provider != AIProvider::localModel) return "No key is stored for it, or the key ring cannot be read.";
+  return fmt::format("It cannot be asked: {}.", localModelProblem());
+}
+
 PlannedAnswer AgentCoordinator::answer(const MetadataOnlyRequest& request, AIProvider provider,
                                        const std::stop_token& stop) const {
   const auto client = resolveClient(provider);
   PlannedAnswer answer;
   answer.asked = provider;
   answer.provider = client->provider();
-  if (answer.provider != provider) answer.fallbackReason = "No key is stored for it, or the key ring cannot be read.";
+  if (answer.provider != provider) answer.fallbackReason = whyNotAsked(provider);
   answer.sent = keylessRequest(request, answer.provider);
   try {
     answer.plan = client->generatePlan(request, stop);
@@ -128,6 +142,7 @@ std::optional<HttpRequest> AgentCoordinator::keylessRequest(const MetadataOnlyRe
     case AIProvider::openAI:
       return OpenAIClient::keylessRequest(request, m_addresses.openAI);
     case AIProvider::heuristic:
+    case AIProvider::localModel:
       break;
   }
   return std::nullopt;

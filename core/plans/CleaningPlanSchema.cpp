@@ -35,6 +35,17 @@ constexpr std::string_view schemaBlock = R"({
   ]
 })";
 
+// A line of the block and the lines that the decoder requires after it.
+struct RequiredAfter {
+  std::string_view line;
+  std::string_view required;
+};
+constexpr std::array requiredLines{
+    RequiredAfter{"{\n", "  \"id\": \"00000000-0000-4000-8000-000000000001\",\n"},
+    RequiredAfter{"\n    {\n", "      \"id\": \"00000000-0000-4000-8000-000000000002\",\n"},
+    RequiredAfter{"\n  ]", ",\n  \"isDryRun\": true,\n  \"createdAt\": 0"},
+};
+
 // Whole texts only: what lies below these folders is the path validator's to judge. The text before links are resolved
 // counts too, since a prohibited folder may be a link itself, as /bin is where it was merged into /usr/bin.
 bool isProhibited(std::string_view folder) {
@@ -77,6 +88,12 @@ std::optional<PlanValidationError> CleaningPlanSchema::firstFault(const Cleaning
 
 std::string_view CleaningPlanSchema::promptBlock() noexcept {
   return schemaBlock;
+}
+
+std::string CleaningPlanSchema::completePromptBlock() {
+  std::string block(schemaBlock);
+  for (const auto& [line, required] : requiredLines) block.insert(block.find(line) + line.size(), required);
+  return block;
 }
 
 }  // namespace orvane

@@ -3,6 +3,7 @@
 #include "core/plans/records/PlanValidationError.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace orvane {
@@ -24,6 +25,8 @@ class CleaningPlanSchema {
   // The shape of a plan for a language model, 19 lines. It names neither the plan's identity, its dry-run flag nor its
   // date.
   [[nodiscard]] static std::string_view promptBlock() noexcept;
+  // The same with the keys that a plan must have and the block does not name, each with a value to copy.
+  [[nodiscard]] static std::string completePromptBlock();
 };
 
 }  // namespace orvane

@@ -10,7 +10,8 @@ class TopicModel {
  public:
   virtual ~TopicModel() = default;
 
-  // Why it cannot be used, in one line for people; empty when it can. Asked once; the answer holds for the process.
+  // Why it cannot be used, in one line for people; empty when it can, which then holds for the process: one that is not
+  // there may come later.
   [[nodiscard]] virtual std::string unavailableReason() = 0;
   [[nodiscard]] bool isAvailable() { return unavailableReason().empty(); }
 

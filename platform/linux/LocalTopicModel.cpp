@@ -55,8 +55,10 @@ std::string LocalTopicModel::endpoint() const {
 
 std::string LocalTopicModel::unavailableReason() {
   const std::lock_guard lock(m_mutex);
-  if (!m_unavailableReason) m_unavailableReason = askWhetherAvailable();
-  return *m_unavailableReason;
+  if (m_isAvailable) return {};
+  auto reason = askWhetherAvailable();
+  m_isAvailable = reason.empty();
+  return reason;
 }
 
 std::string LocalTopicModel::askWhetherAvailable() {

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -41,7 +40,7 @@ class LocalTopicModel : public TopicModel {
   HttpTransport& m_transport;
   std::chrono::milliseconds m_timeout;
   std::mutex m_mutex;
-  std::optional<std::string> m_unavailableReason;
+  bool m_isAvailable = false;
 };
 
 }  // namespace orvane

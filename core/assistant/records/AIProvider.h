@@ -9,7 +9,7 @@
 namespace orvane {
 
 // Who makes a plan.
-enum class AIProvider : std::uint8_t { heuristic, anthropic, openAI };
+enum class AIProvider : std::uint8_t { heuristic, anthropic, openAI, localModel };
 
 struct AIProviderRow {
   AIProvider value;
@@ -22,6 +22,7 @@ inline constexpr EnumTable aiProviders({
     AIProviderRow{AIProvider::heuristic, "offline_heuristic", "Offline Heuristic (Local)", ""},
     AIProviderRow{AIProvider::anthropic, "anthropic", "Anthropic (Claude)", "anthropic_api_key"},
     AIProviderRow{AIProvider::openAI, "openai", "OpenAI (GPT-4o)", "openai_api_key"},
+    AIProviderRow{AIProvider::localModel, "local_model", "Local Model (This Machine)", ""},
 });
 inline constexpr auto allAIProviders = aiProviders.values();
 

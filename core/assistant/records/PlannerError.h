@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <cstddef>
 #include <string>
 #include <variant>
 
@@ -21,10 +22,17 @@ struct PlannerErrorCases {
     static std::string description() { return "The server's reply has not the form that it should have."; }
     bool operator==(const CannotParseResponse&) const = default;
   };
-  using Case = std::variant<BadServerResponse, CannotParseResponse>;
+  struct TooManySteps {
+    std::size_t most = 0;
+    [[nodiscard]] std::string description() const {
+      return fmt::format("The reply's plan has more than {} steps.", most);
+    }
+    bool operator==(const TooManySteps&) const = default;
+  };
+  using Case = std::variant<BadServerResponse, CannotParseResponse, TooManySteps>;
 };
 
-// A remote planner answered, and the answer is no use. what() is one line for people.
+// A planner answered, and the answer is no use. what() is one line for people.
 using PlannerError = VariantError<PlannerErrorCases>;
 
 }  // namespace orvane

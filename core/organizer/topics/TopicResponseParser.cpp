@@ -1,5 +1,6 @@
 #include "core/organizer/topics/TopicResponseParser.h"
 
+#include "core/base/text/EnclosedObject.h"
 #include "core/base/text/Json.h"
 #include "core/organizer/topics/TopicNames.h"
 
@@ -10,12 +11,9 @@ namespace orvane {
 std::map<std::string, std::string> TopicResponseParser::parse(std::string_view reply,
                                                               const std::set<std::string>& allowedNames) {
   std::map<std::string, std::string> result;
-  const auto start = reply.find('{');
-  const auto end = reply.rfind('}');
-  if (start == std::string_view::npos || end == std::string_view::npos || end < start) return result;
   Json object;
   try {
-    object = parseJson(reply.substr(start, end - start + 1), {.duplicateKeys = DuplicateKeys::takeFirst});
+    object = parseJson(enclosedObject(reply), {.duplicateKeys = DuplicateKeys::takeFirst});
   } catch (const JsonError&) {
     return result;
   }
