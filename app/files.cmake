@@ -2,6 +2,7 @@
 # here.
 set(ORVANE_QML_FILES
   shell/AboutSheet.qml
+  shell/LookSheet.qml
   shell/Main.qml
   shell/ShortcutsSheet.qml
   components/Texts.qml
@@ -13,6 +14,7 @@ set(ORVANE_QML_FILES
   components/CaptionText.qml
   components/Card.qml
   components/CheckMark.qml
+  components/ColumnHeads.qml
   components/Chip.qml
   components/ChoiceItem.qml
   components/ChoiceMenu.qml
@@ -29,6 +31,7 @@ set(ORVANE_QML_FILES
   components/FolderButton.qml
   components/FolderRow.qml
   components/FolderSheet.qml
+  components/FullTip.qml
   components/HeadingText.qml
   components/Icon.qml
   components/IconButton.qml
@@ -88,6 +91,7 @@ set(ORVANE_QML_FILES
   overview/GrowthCard.qml
   overview/MapCard.qml
   overview/MapRow.qml
+  duplicates/CompareSheet.qml
   duplicates/DuplicateEntry.qml
   duplicates/DuplicatesScreen.qml
   settings/AppearanceSettings.qml

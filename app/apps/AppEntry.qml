@@ -19,12 +19,15 @@ Item {
     property bool isFocused: false
     signal reviewAsked
     signal copyAsked
+    signal menuAsked
 
+    readonly property bool hasCommand: command !== ""
+    readonly property bool canReview: !isProtected && bytes >= 0
     // Without one a single pixel comes.
     readonly property bool hasIcon: picture.status === Image.Ready && picture.implicitWidth > 1
     readonly property string kindText: isOrphan && kindKey === "apps.kind.desktopEntry"
                                        ? qsTr("apps.program_gone") : kindKey === "" ? "" : qsTr(kindKey)
-    readonly property string detail: command !== "" ? Texts.joined([kindText, version, command], " · ")
+    readonly property string detail: hasCommand ? Texts.joined([kindText, version, command], " · ")
                                                     : Texts.joined([kindText, version, identifier], " · ")
     readonly property string age: lastOpened > 0 ? Texts.age(lastOpened)
                                                  : kindKey === "" ? qsTr("apps.never_opened") : ""
@@ -45,8 +48,13 @@ Item {
 
         anchors.fill: parent
         hoverEnabled: true
-        enabled: !root.isProtected
-        onClicked: root.reviewAsked()
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton)
+                root.menuAsked();
+            else if (!root.isProtected)
+                root.reviewAsked();
+        }
     }
 
     Rectangle {
@@ -92,15 +100,21 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
 
         BodyText {
+            id: title
+
             width: parent.width
             text: root.name
+            elide: Text.ElideMiddle
             font.weight: Font.Medium
             Accessible.ignored: true
         }
 
         CaptionText {
+            id: detailText
+
             width: parent.width
             text: root.detail
+            elide: Text.ElideMiddle
             Accessible.ignored: true
         }
     }
@@ -114,7 +128,7 @@ Item {
         visible: root.isProtected
         width: visible ? implicitWidth : 0
         symbol: "lock"
-        text: root.command !== "" ? qsTr("apps.managed") : qsTr("apps.protected")
+        text: root.hasCommand ? qsTr("apps.managed") : qsTr("apps.protected")
     }
 
     CaptionText {
@@ -154,7 +168,7 @@ Item {
 
             anchors.verticalCenter: parent.verticalCenter
             anchors.right: parent.right
-            visible: root.command !== ""
+            visible: root.hasCommand
             text: qsTr("apps.copy_command")
             Accessible.name: text + ": " + root.name
             Accessible.description: root.command
@@ -167,7 +181,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             anchors.right: parent.right
             visible: !root.isProtected
-            enabled: root.bytes >= 0
+            enabled: root.canReview
             text: qsTr("apps.review")
             Accessible.name: text + ": " + root.name
             onClicked: root.reviewAsked()
@@ -177,6 +191,11 @@ Item {
     Divider {
         anchors.bottom: parent.bottom
         width: parent.width
+    }
+
+    FullTip {
+        isPointedAt: area.containsMouse
+        labels: [title, detailText]
     }
 
     FocusRing {

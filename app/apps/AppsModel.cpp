@@ -73,6 +73,7 @@ void AppsModel::arrange() {
     std::ranges::stable_sort(m_shown, std::less<>(),
                              [this](std::size_t at) { return milliseconds(m_apps[at].lastOpenedDate); });
   }
+  if (m_isReversed) std::ranges::reverse(m_shown);
   endResetModel();
 }
 
@@ -90,6 +91,14 @@ void AppsModel::setSearchText(const QString& text) {
 
 void AppsModel::setSort(int sort) {
   if (sort < Name || sort > LastUse || sort == m_sort) return;
+  m_sort = sort;
+  arrange();
+  Q_EMIT queryChanged();
+}
+
+void AppsModel::sortBy(int sort) {
+  if (sort < Name || sort > LastUse) return;
+  m_isReversed = sort == m_sort && !m_isReversed;
   m_sort = sort;
   arrange();
   Q_EMIT queryChanged();

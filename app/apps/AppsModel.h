@@ -24,6 +24,7 @@ class AppsModel : public orvane::RunModel {
   Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY queryChanged)
   Q_PROPERTY(QStringList sortKeys READ sortKeys CONSTANT)
   Q_PROPERTY(int sort READ sort WRITE setSort NOTIFY queryChanged)
+  Q_PROPERTY(bool isReversed READ isReversed NOTIFY queryChanged)
   Q_PROPERTY(int appCount READ appCount NOTIFY listChanged)
   Q_PROPERTY(bool isListing READ isListing NOTIFY listChanged)
   Q_PROPERTY(bool hasListed READ hasListed NOTIFY listChanged)
@@ -69,6 +70,9 @@ class AppsModel : public orvane::RunModel {
   }
   [[nodiscard]] int sort() const noexcept { return m_sort; }
   void setSort(int sort);
+  [[nodiscard]] bool isReversed() const noexcept { return m_isReversed; }
+  // As the head of a column does: by it, or the other way round where the list is sorted by it.
+  Q_INVOKABLE void sortBy(int sort);
   // Of all, shown or not.
   [[nodiscard]] int appCount() const noexcept { return static_cast<int>(m_apps.size()); }
   [[nodiscard]] bool isListing() const noexcept { return m_isListing; }
@@ -113,6 +117,7 @@ class AppsModel : public orvane::RunModel {
   std::vector<std::size_t> m_shown;  // indexes into m_apps
   std::string m_searchText;
   int m_sort = Name;
+  bool m_isReversed = false;
   bool m_isListing = false;
   bool m_hasListed = false;
   bool m_areMeasured = true;

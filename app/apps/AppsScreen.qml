@@ -28,6 +28,11 @@ Page {
             model.list();
     }
 
+    function copyCommand(row: int) {
+        model.copyCommand(row);
+        copied.show(qsTr("apps.copied"), "");
+    }
+
     title: qsTr("nav.apps")
     subtitle: isEmpty ? qsTr("apps.subtitle") : Texts.counted("apps.count", model.appCount) + " · " + qsTr(
                             "apps.subtitle")
@@ -71,11 +76,12 @@ Page {
 
         RunStrip {
             Layout.fillWidth: true
+            run: root.model
             isWorking: root.model.isWorking
             workTitle: qsTr("apps.uninstalling")
             done: root.model.progressDone
             total: root.model.progressTotal
-            detail: root.model.progressText
+            detail: pace === "" ? root.model.progressText : pace
             outcome: root.model.resultText
             resultNote: root.model.resultNote
             canUndo: root.model.canUndo
@@ -96,25 +102,43 @@ Page {
             Layout.fillHeight: true
             flush: true
 
+            ColumnHeads {
+                id: heads
+
+                width: parent.width
+                visible: list.count > 0
+                lead: 62
+                trail: 100
+                columns: [
+                    {key: "sort.name", sort: AppsModel.Name, width: 0, falls: false},
+                    {key: "sort.last_used", sort: AppsModel.LastUse, width: 110, falls: false},
+                    {key: "sort.size", sort: AppsModel.Size, width: 68, falls: true}
+                ]
+                current: root.model.sort
+                isReversed: root.model.isReversed
+                onSortAsked: sort => root.model.sortBy(sort)
+            }
+
             RowList {
                 id: list
 
-                anchors.fill: parent
+                anchors.top: heads.bottom
+                anchors.bottom: parent.bottom
+                width: parent.width
                 visible: count > 0
                 label: qsTr("nav.apps")
                 model: root.model
                 onRowToggled: row => root.model.review(row)
+                onRowMenuAsked: row => menu.showFor(row, true)
                 delegate: AppEntry {
                     width: list.width
                     isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
-                    onCopyAsked: {
-                        root.model.copyCommand(index);
-                        copied.show(qsTr("apps.copied"), "");
-                    }
+                    onCopyAsked: root.copyCommand(index)
                     onReviewAsked: {
                         list.currentIndex = index;
                         root.model.review(index);
                     }
+                    onMenuAsked: menu.showFor(index, false)
                 }
             }
 
@@ -134,6 +158,40 @@ Page {
         }
     }
 
+    ItemMenu {
+        id: menu
+
+        property bool canReview: false
+        property bool hasCommand: false
+
+        function showFor(row: int, byKey: bool) {
+            const entry = list.itemAtIndex(row) as AppEntry;
+            list.currentIndex = row;
+            canReview = entry?.canReview ?? false;
+            hasCommand = entry?.hasCommand ?? false;
+            show(root.model.placeAt(row), entry, byKey);
+        }
+
+        appState: root.appState
+
+        ChoiceItem {
+            isChoice: false
+            visible: !menu.hasCommand
+            enabled: menu.canReview
+            symbol: "trash"
+            text: qsTr("apps.review")
+            onTriggered: root.model.review(list.currentIndex)
+        }
+
+        ChoiceItem {
+            isChoice: false
+            visible: menu.hasCommand
+            symbol: "edit"
+            text: qsTr("apps.copy_command")
+            onTriggered: root.copyCommand(list.currentIndex)
+        }
+    }
+
     Toast {
         id: copied
     }
@@ -141,6 +199,7 @@ Page {
     UninstallSheet {
         id: sheet
 
+        appState: root.appState
         model: root.model
         visible: root.model.isReviewing
         onClosed: {

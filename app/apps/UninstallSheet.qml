@@ -8,6 +8,7 @@ import Orvane
 Sheet {
     id: root
 
+    required property AppState appState
     required property AppsModel model
 
     function allSelected(leftovers: var): bool {
@@ -56,7 +57,10 @@ Sheet {
                 anchors.margins: 1
                 label: qsTr("apps.leftovers")
                 model: root.model.leftovers
+                canLook: true
                 onRowToggled: row => root.model.toggleLeftover(row)
+                onLookAsked: row => root.appState.preview.look(root.model.leftovers[row].path)
+                onRowMenuAsked: row => menu.show(root.model.leftovers[row].path, itemAtIndex(row), true)
                 delegate: ItemRow {
                     required property int index
                     required property var modelData
@@ -70,6 +74,7 @@ Sheet {
                     checkState: modelData.selected ? Qt.Checked : Qt.Unchecked
                     isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
                     onToggled: root.model.toggleLeftover(index)
+                    onMenuAsked: menu.show(modelData.path, this, false)
                 }
             }
 
@@ -93,6 +98,12 @@ Sheet {
             text: qsTr("preview.promise")
             wrapMode: Text.Wrap
         }
+    }
+
+    ItemMenu {
+        id: menu
+
+        appState: root.appState
     }
 
     LargeRunQuestion {

@@ -85,6 +85,7 @@ std::optional<CleanupArrangement> arrangeForCleanup(const ScannedItems::Snapshot
   for (auto& section : result.sections) {
     if (stop.stop_requested()) return std::nullopt;
     sortItems(section.items, scanned.items, query.order);
+    if (query.isReversed) std::ranges::reverse(section.items);
     section.items.shrink_to_fit();
   }
   if (stop.stop_requested()) return std::nullopt;

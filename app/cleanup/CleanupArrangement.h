@@ -18,6 +18,7 @@ enum class CleanupOrder : std::uint8_t { size, date, name };  // largest, newest
 struct CleanupQuery {
   std::string searchText;  // in the name or the path, ignoring case; everything when empty
   CleanupOrder order = CleanupOrder::size;
+  bool isReversed = false;
   std::optional<RiskLabel> risk;
   std::optional<ScanCategory> category;
   std::string folder;  // as shownFolder() gives it; every one when empty

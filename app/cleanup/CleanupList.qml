@@ -80,16 +80,37 @@ FocusScope {
         width: parent.width
     }
 
-    RowList {
-        id: list
+    ColumnHeads {
+        id: heads
 
         anchors.top: chips.bottom
         anchors.topMargin: 1
+        width: parent.width
+        lead: 68
+        columns: [
+            {key: "sort.name", sort: 2, width: 0, falls: false},
+            {key: "sort.date", sort: 1, width: 92, falls: true},
+            {key: "sort.size", sort: 0, width: 60, falls: true}
+        ]
+        current: root.model.sort
+        isReversed: root.model.isReversed
+        onSortAsked: sort => root.model.sortBy(sort)
+    }
+
+    RowList {
+        id: list
+
+        anchors.top: heads.bottom
         anchors.bottom: parent.bottom
         width: parent.width
         label: qsTr("nav.cleanup")
         model: root.model
+        canLook: true
         onRowToggled: row => root.model.toggle(row)
+        onLookAsked: row => {
+            if (!root.appState.preview.look(root.model.placeAt(row)))
+                root.model.toggle(row);
+        }
         onRangeAsked: (from, to) => root.model.selectRange(from, to)
         onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
         onRowFolded: (row, open) => {
@@ -133,20 +154,10 @@ FocusScope {
         id: menu
 
         appState: root.appState
-
-        ChoiceItem {
-            isChoice: false
-            symbol: "info"
-            text: qsTr("cleanup.why")
-            onTriggered: root.explainAsked(list.currentIndex)
-        }
-
-        ChoiceItem {
-            isChoice: false
-            symbol: "lock"
-            text: qsTr("keep.keep")
-            onTriggered: root.model.keep(list.currentIndex)
-        }
+        canExplain: true
+        canKeep: true
+        onExplainAsked: root.explainAsked(list.currentIndex)
+        onKeepAsked: root.model.keep(list.currentIndex)
     }
 
     EmptyState {

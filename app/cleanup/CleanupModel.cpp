@@ -7,7 +7,6 @@
 #include "core/base/files/FileStatus.h"
 #include "core/platform/Desktop.h"
 #include "core/scanning/records/RiskEvaluator.h"
-#include "core/tasks/CarryOut.h"
 #include "core/tasks/CleanTask.h"
 #include "core/tasks/History.h"
 
@@ -213,6 +212,21 @@ void CleanupModel::setSort(Sort sort) {
   changeQuery(query);
 }
 
+void CleanupModel::setReversed(bool isReversed) {
+  auto query = m_query;
+  query.isReversed = isReversed;
+  changeQuery(query);
+}
+
+void CleanupModel::sortBy(int sort) {
+  if (sort < Size || sort > Name) return;
+  auto query = m_query;
+  const auto order = static_cast<CleanupOrder>(sort);
+  query.isReversed = query.order == order && !query.isReversed;
+  query.order = order;
+  changeQuery(query);
+}
+
 int CleanupModel::riskFilter() const noexcept {
   return m_query.risk ? static_cast<int>(*m_query.risk) : -1;
 }
@@ -275,7 +289,12 @@ void CleanupModel::removeFilter(Filter filter) {
 }
 
 void CleanupModel::clearFilters() {
-  changeQuery(CleanupQuery{.searchText = {}, .order = m_query.order, .risk = {}, .category = {}, .folder = {}});
+  changeQuery(CleanupQuery{.searchText = {},
+                           .order = m_query.order,
+                           .isReversed = m_query.isReversed,
+                           .risk = {},
+                           .category = {},
+                           .folder = {}});
 }
 
 void CleanupModel::showOnly(const QString& category, const QString& folder) {
@@ -454,13 +473,10 @@ void CleanupModel::cleanShown() {
 
 void CleanupModel::clean(const Selection& selection) {
   if (isWorking() || selection.count() == 0) return;
-  // Going through a million rows takes a while.
   startRun(
       selection.count(),
-      [tasks = services().tasks,
-       proposal = proposeScanned(services().tasks, m_items.items(), m_items.folders(), m_scanStart),
-       selection](const RunProgress& progress, const std::stop_token& stop) {
-        return carryOut(tasks, proposal.approve(selection), progress, stop);
+      [proposal = proposeScanned(services().tasks, m_items.items(), m_items.folders(), m_scanStart), selection] {
+        return proposal.approve(selection);
       },
       [this, generation = m_generation](const RunReport& report) { takeOut(report, generation); });
 }

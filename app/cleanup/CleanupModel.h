@@ -33,6 +33,7 @@ class CleanupModel : public orvane::RunModel {
   QML_UNCREATABLE("made by the program")
   Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY queryChanged)
   Q_PROPERTY(Sort sort READ sort WRITE setSort NOTIFY queryChanged)
+  Q_PROPERTY(bool isReversed READ isReversed NOTIFY queryChanged)
   Q_PROPERTY(int riskFilter READ riskFilter WRITE setRiskFilter NOTIFY queryChanged)
   Q_PROPERTY(QString categoryFilter READ categoryFilter WRITE setCategoryFilter NOTIFY queryChanged)
   Q_PROPERTY(QString folderFilter READ folderFilter WRITE setFolderFilter NOTIFY queryChanged)
@@ -90,6 +91,11 @@ class CleanupModel : public orvane::RunModel {
   }
   [[nodiscard]] Sort sort() const noexcept;
   void setSort(Sort sort);
+  // The order the other way round.
+  [[nodiscard]] bool isReversed() const noexcept { return m_query.isReversed; }
+  void setReversed(bool isReversed);
+  // As the head of a column does: by it, or the other way round where the list is sorted by it.
+  Q_INVOKABLE void sortBy(int sort);
   // Keys of texts: for every risk, then one by one.
   [[nodiscard]] static QStringList riskKeys() {
     return {QStringLiteral("cleanup.all_risks"), QStringLiteral("risk.safe"), QStringLiteral("risk.review"),

@@ -118,11 +118,12 @@ Page {
 
         RunStrip {
             Layout.fillWidth: true
+            run: root.model
             isWorking: root.isWorking
             isUndoing: root.model.isUndoing
             done: root.model.progressDone
             total: root.model.progressTotal
-            detail: root.model.progressText
+            detail: pace === "" ? root.model.progressText : pace
             outcome: root.model.resultText
             resultNote: root.model.resultNote
             canUndo: root.model.canUndo

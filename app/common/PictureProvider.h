@@ -32,6 +32,7 @@ class PictureProvider : public QQuickAsyncImageProvider {
 
 // The providers that the engine is given.
 inline constexpr auto thumbnailProvider = "thumbnail";
+inline constexpr auto previewProvider = "preview";
 inline constexpr auto applicationIconProvider = "application";
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 #include "app/common/Pictures.h"
 
 #include "core/base/files/FileDescriptor.h"
+#include "core/base/text/UnicodeText.h"
 #include "core/uninstaller/services/BundleInformation.h"
 
 #include <fcntl.h>
@@ -12,7 +13,9 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <string_view>
 #include <system_error>
 
 namespace orvane {
@@ -71,9 +74,7 @@ QByteArray pngOfFamily(const QByteArray& family, QSize size) {
   return best;
 }
 
-}  // namespace
-
-QImage readThumbnail(const FileUrl& file, QSize size) {
+QImage readPicture(const FileUrl& file, QSize size, Qt::AspectRatioMode mode) {
   FileDescriptor descriptor(open(file.path().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   struct stat status {};
   if (!descriptor || fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
@@ -81,7 +82,23 @@ QImage readThumbnail(const FileUrl& file, QSize size) {
   QFile device;
   if (!device.open(descriptor.get(), QIODevice::ReadOnly)) return {};
   QImageReader reader(&device);
-  return decoded(reader, size, Qt::KeepAspectRatioByExpanding);
+  return decoded(reader, size, mode);
+}
+
+}  // namespace
+
+bool isPictureName(const FileUrl& file) {
+  constexpr std::array<std::string_view, 10> extensions{"bmp", "gif", "heic", "ico",  "jpeg",
+                                                        "jpg", "png", "tif",  "tiff", "webp"};
+  return std::ranges::find(extensions, lowercased(file.pathExtension())) != extensions.end();
+}
+
+QImage readThumbnail(const FileUrl& file, QSize size) {
+  return readPicture(file, size, Qt::KeepAspectRatioByExpanding);
+}
+
+QImage readWholePicture(const FileUrl& file, QSize size) {
+  return readPicture(file, size, Qt::KeepAspectRatio);
 }
 
 QImage readApplicationIcon(const FileUrl& bundle, QSize size) {

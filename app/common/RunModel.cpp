@@ -55,11 +55,32 @@ RunProgress RunModel::progressFor() {
   };
 }
 
+// Called between groups of items, when each of them has arrived and is recorded: the place to wait.
+RunProgress RunModel::progressFor(const Approval& approval, const std::stop_token& stop) {
+  const auto counter = std::make_shared<PaceCounter>(approval);
+  callOn(this, [this, pace = counter->at(0)] { showPace(pace); });
+  return [this, counter, stop, pause = m_pause, tell = progressFor()](std::size_t done, std::size_t total) {
+    tell(done, total);
+    callOn(this, [this, pace = counter->at(done)] { showPace(pace); });
+    if (done == total) return;
+    const auto before = PaceCounter::Clock::now();
+    pause->wait(stop, [this] { callOn(this, [this] { Q_EMIT workChanged(); }); });
+    counter->leaveOut(PaceCounter::Clock::now() - before);
+  };
+}
+
+void RunModel::showPace(const RunPace& pace) {
+  m_pace = pace;
+  Q_EMIT progressChanged();
+}
+
 void RunModel::begin(Work work, std::int64_t total) {
   m_work = work;
   m_stop = {};
   m_done = 0;
   m_total = total;
+  m_pace = {};
+  m_pause->want(false);
   forgetResult();
   Q_EMIT progressChanged();
 }
@@ -73,19 +94,21 @@ void RunModel::forgetResult() {
   Q_EMIT workChanged();
 }
 
-void RunModel::startRun(std::int64_t total, CarryOut carryOut, Finished finished) {
+void RunModel::startRun(std::int64_t total, Approve approve, Finished finished) {
   if (isWorking()) return;
   begin(Work::moving, total);
-  m_workQueue.post([this, carryOut = std::move(carryOut), finished = std::move(finished), progress = progressFor(),
+  m_workQueue.post([this, approve = std::move(approve), finished = std::move(finished), tasks = m_services.tasks,
                     stop = m_stop.get_token()](const std::stop_token&) {
     const auto report = std::make_shared<RunReport>();
     try {
-      *report = carryOut(progress, stop);
+      const auto approval = approve();
+      *report = carryOut(tasks, approval, progressFor(approval, stop), stop);
     } catch (const std::exception& error) {
       report->note({{}, MoveResult::failed, {}, 0, error.what()}, 0, true);
     }
     callOn(this, [this, report, finished] {
       m_work = Work::none;
+      m_pause->want(false);
       if (m_looked) stopLooking();
       m_result = Result::moved;
       if (report->runId) m_lastRun = report->runId;
@@ -101,12 +124,7 @@ void RunModel::startRun(std::int64_t total, CarryOut carryOut, Finished finished
 void RunModel::startRun(Approval approval, Finished finished) {
   const auto total = static_cast<std::int64_t>(approval.rows().size());
   startRun(
-      total,
-      [tasks = m_services.tasks, approval = std::move(approval)](const RunProgress& progress,
-                                                                 const std::stop_token& stop) {
-        return carryOut(tasks, approval, progress, stop);
-      },
-      std::move(finished));
+      total, [approval = std::move(approval)] { return approval; }, std::move(finished));
 }
 
 RunModel::LookedCount RunModel::startLooking() {
@@ -132,6 +150,30 @@ bool RunModel::isLarge(double count, double bytes) {
 
 void RunModel::cancel() {
   m_stop.request_stop();
+}
+
+void RunModel::pause() {
+  if (!isMoving()) return;
+  m_pause->want(true);
+  Q_EMIT workChanged();
+}
+
+void RunModel::resume() {
+  m_pause->want(false);
+  Q_EMIT workChanged();
+}
+
+void RunModel::dismissResult() {
+  if (!isWorking()) forgetResult();
+}
+
+void RunModel::followHistory(const History& history) {
+  if (!m_lastRun || isWorking()) return;
+  const auto run =
+      std::ranges::find(history.runs, *m_lastRun, [](const RecordedRun& one) { return one.summary.runId; });
+  if (run == history.runs.end() || run->canBeRestored()) return;
+  m_lastRun.reset();
+  forgetResult();
 }
 
 void RunModel::undo() {
@@ -262,6 +304,10 @@ QString RunModel::progressText() const {
   if (m_work == Work::none) return {};
   const auto key = m_work == Work::moving ? "cleanup.moving_progress" : "cleanup.restoring_progress";
   return localizedText(key).arg(textFrom(formatCount(m_done)), textFrom(formatCount(m_total)));
+}
+
+QString RunModel::paceText() const {
+  return isMoving() ? m_pace.text() : QString();
 }
 
 void RunModel::languageChanged() {

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "app/common/BackgroundQueue.h"
+#include "app/common/PausePoint.h"
+#include "app/common/RunPace.h"
 #include "app/shell/WindowServices.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/base/values/Uuid.h"
+#include "core/tasks/History.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/RestoreTask.h"
 #include "core/tasks/RunReport.h"
@@ -33,7 +36,8 @@ namespace orvane {
 // words, and Undo of the last one.
 class RunModel : public QAbstractListModel {
   Q_OBJECT
-  QML_ANONYMOUS
+  QML_ELEMENT
+  QML_UNCREATABLE("made by the program")
   Q_PROPERTY(bool isWorking READ isWorking NOTIFY workChanged)
   Q_PROPERTY(bool canUndo READ canUndo NOTIFY workChanged)
   Q_PROPERTY(QStringList messages READ messages NOTIFY workChanged)
@@ -43,6 +47,10 @@ class RunModel : public QAbstractListModel {
   Q_PROPERTY(double progressDone READ progressDone NOTIFY progressChanged)
   Q_PROPERTY(double progressTotal READ progressTotal NOTIFY progressChanged)
   Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
+  Q_PROPERTY(QString paceText READ paceText NOTIFY progressChanged)
+  Q_PROPERTY(bool canPause READ isMoving NOTIFY workChanged)
+  Q_PROPERTY(bool isPaused READ isPaused NOTIFY workChanged)
+  Q_PROPERTY(bool isWaiting READ isWaiting NOTIFY workChanged)
 
  public:
   ~RunModel() override;
@@ -62,6 +70,11 @@ class RunModel : public QAbstractListModel {
   [[nodiscard]] double progressDone() const noexcept { return static_cast<double>(m_done); }
   [[nodiscard]] double progressTotal() const noexcept { return static_cast<double>(m_total); }
   [[nodiscard]] virtual QString progressText() const;
+  // Of items that move: the one that is next, the bytes so far, the speed and the time left. Empty in any other work.
+  [[nodiscard]] QString paceText() const;
+  // Whether the run waits, or is to wait as soon as the items that are on their way have arrived.
+  [[nodiscard]] bool isPaused() const { return m_pause->isWanted(); }
+  [[nodiscard]] bool isWaiting() const { return m_pause->isWaiting(); }
 
   // Whether a run of so much is asked for once more.
   Q_INVOKABLE static bool isLarge(double count, double bytes);
@@ -69,6 +82,13 @@ class RunModel : public QAbstractListModel {
   [[nodiscard]] Q_INVOKABLE virtual QString placeAt(int row) const;
   Q_INVOKABLE void undo();
   Q_INVOKABLE virtual void cancel();
+  // Has a run that moves items wait where nothing is half done, and go on.
+  Q_INVOKABLE void pause();
+  Q_INVOKABLE void resume();
+  // The result was read.
+  Q_INVOKABLE void dismissResult();
+  // The journal is new: a run that was brought back elsewhere is no longer the last one that could be undone here.
+  void followHistory(const History& history);
 
   // Texts are new.
   virtual void languageChanged();
@@ -84,12 +104,12 @@ class RunModel : public QAbstractListModel {
 
   [[nodiscard]] const WindowServices& services() const noexcept { return m_services; }
 
-  // Has `carryOut` called in the background; what it throws becomes a failure. It may use the services and what it
-  // holds itself, nothing else of the model. `finished` is then called on the main thread.
-  using CarryOut = std::function<RunReport(const RunProgress& progress, const std::stop_token& stop)>;
+  // Has so many items moved in the background; what is thrown becomes a failure. `approve` is called there too: going
+  // through a million rows takes a while. It may use what it holds itself, nothing else of the model. `finished` is
+  // then called on the main thread.
+  using Approve = std::function<Approval()>;
   using Finished = std::function<void(const RunReport&)>;
-  void startRun(std::int64_t total, CarryOut carryOut, Finished finished = {});
-  // The same for what the user approved.
+  void startRun(std::int64_t total, Approve approve, Finished finished = {});
   void startRun(Approval approval, Finished finished = {});
   // Brings back in the background what the wish names, of so many items where that is known; undone() tells the end.
   void startRestore(RestoreWish wish, std::int64_t total = 0);
@@ -135,12 +155,16 @@ class RunModel : public QAbstractListModel {
   void begin(Work work, std::int64_t total);
   [[nodiscard]] QString restoredText() const;
   [[nodiscard]] RunProgress progressFor();
+  [[nodiscard]] RunProgress progressFor(const Approval& approval, const std::stop_token& stop);
+  void showPace(const RunPace& pace);
 
   WindowServices m_services;
   Work m_work = Work::none;
   std::stop_source m_stop;
   std::int64_t m_done = 0;
   std::int64_t m_total = 0;
+  RunPace m_pace;
+  std::shared_ptr<PausePoint> m_pause = std::make_shared<PausePoint>();
   std::optional<Uuid> m_lastRun;
   LookAfterUndo m_lookAfterUndo;
   LookedCount m_looked;

@@ -1,13 +1,17 @@
 import QtQuick
 import Orvane
 
-// What can be done with an item of any list. A list adds its own entries as children.
+// What can be done with an item of any list. A list says which of the entries it has and adds its own as children.
 ChoiceMenu {
     id: root
 
     required property AppState appState
     // A path or a URL; empty for a row that is no item.
     property string place: ""
+    property bool canKeep: false
+    property bool canExplain: false
+    signal keepAsked
+    signal explainAsked
 
     // Under the row where the keyboard asks, else under the pointer.
     function show(place: string, row: Item, byKey: bool) {
@@ -16,6 +20,14 @@ ChoiceMenu {
             popup(row, 60, row.height);
         else
             popup();
+    }
+
+    ChoiceItem {
+        isChoice: false
+        enabled: root.place !== ""
+        symbol: "search"
+        text: qsTr("look.preview")
+        onTriggered: root.appState.preview.look(root.place)
     }
 
     ChoiceItem {
@@ -40,5 +52,23 @@ ChoiceMenu {
         symbol: "edit"
         text: qsTr("action.copy_path")
         onTriggered: root.appState.copyPath(root.place)
+    }
+
+    ChoiceItem {
+        isChoice: false
+        visible: root.canExplain
+        enabled: root.place !== ""
+        symbol: "info"
+        text: qsTr("cleanup.why")
+        onTriggered: root.explainAsked()
+    }
+
+    ChoiceItem {
+        isChoice: false
+        visible: root.canKeep
+        enabled: root.place !== ""
+        symbol: "lock"
+        text: qsTr("keep.keep")
+        onTriggered: root.keepAsked()
     }
 }

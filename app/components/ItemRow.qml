@@ -125,6 +125,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
 
         BodyText {
+            id: title
+
             width: parent.width
             lineHeight: 19
             text: root.name
@@ -301,6 +303,11 @@ Item {
         width: parent.width
         height: 1
         color: Theme.line
+    }
+
+    FullTip {
+        isPointedAt: area.containsMouse
+        labels: [title, second]
     }
 
     Repeater {

@@ -12,10 +12,13 @@ Card {
     property string figures: ""
     property string detail: ""
     property bool canCancel: true
+    property bool canPause: false
+    property bool isPaused: false
     property string result: ""
     property string resultNote: ""
     property string undoText: ""
     signal cancelAsked
+    signal pauseAsked
     signal undoAsked
     signal dismissed
 
@@ -65,6 +68,13 @@ Card {
                 Layout.maximumWidth: root.mostText
                 text: root.figures
                 font.pixelSize: 13
+            }
+
+            PlainButton {
+                visible: !root.isResult && root.canPause
+                implicitHeight: 30
+                text: root.isPaused ? qsTr("run.resume") : qsTr("run.pause")
+                onClicked: root.pauseAsked()
             }
 
             PlainButton {

@@ -2,16 +2,20 @@ import QtQuick
 import QtQuick.Templates as T
 import Orvane
 
-// A long list that the keyboard can walk: arrows, pages, Home and End, with Shift for a range; Space or Enter acts on
-// the row, left and right fold it, the menu key or Shift+F10 opens its menu. Rows are reused, so a million of them scroll as ten do.
+// A long list that the keyboard can walk: arrows, pages, Home and End, with Shift for a range; Enter acts on the row,
+// Space looks at its item, left and right fold it, the menu key or Shift+F10 opens its menu. Rows are reused, so a
+// million of them scroll as ten do.
 ListView {
     id: root
 
     // Whether the current row shows that it has the keyboard; the pointer takes it away.
     property bool showsCurrent: false
     property string label: ""
+    // Where rows are items that can be looked at; else Space acts as Enter does.
+    property bool canLook: false
     signal rowToggled(int row)
     signal rowFolded(int row, bool open)
+    signal lookAsked(int row)
     // The keyboard asks for the row's menu.
     signal rowMenuAsked(int row)
     // Rows from one to the other are to be selected.
@@ -34,6 +38,11 @@ ListView {
         goTo(row);
         if (extend)
             rangeAsked(anchor, currentIndex);
+    }
+
+    function act() {
+        anchor = currentIndex;
+        rowToggled(currentIndex);
     }
 
     clip: true
@@ -74,10 +83,14 @@ ListView {
             root.walkTo(root.count - 1, extend);
             break;
         case Qt.Key_Space:
+            if (root.canLook)
+                root.lookAsked(root.currentIndex);
+            else
+                root.act();
+            break;
         case Qt.Key_Return:
         case Qt.Key_Enter:
-            root.anchor = root.currentIndex;
-            root.rowToggled(root.currentIndex);
+            root.act();
             break;
         case Qt.Key_Left:
             root.rowFolded(root.currentIndex, false);

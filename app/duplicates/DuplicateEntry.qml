@@ -83,6 +83,8 @@ Item {
         visible: root.isGroup
 
         HeadingText {
+            id: title
+
             width: parent.width
             text: root.isGroup ? root.name : ""
             elide: Text.ElideMiddle
@@ -90,6 +92,8 @@ Item {
         }
 
         CaptionText {
+            id: detail
+
             width: parent.width
             text: root.isGroup ? root.groupDetail : ""
             Accessible.ignored: true
@@ -144,6 +148,8 @@ Item {
     }
 
     BodyText {
+        id: pathText
+
         anchors.left: parent.left
         anchors.leftMargin: 112
         anchors.right: actions.left
@@ -209,6 +215,11 @@ Item {
     Divider {
         anchors.bottom: parent.bottom
         width: parent.width
+    }
+
+    FullTip {
+        isPointedAt: area.containsMouse
+        labels: root.isGroup ? [title, detail] : [pathText]
     }
 
     FocusRing {

@@ -2,9 +2,10 @@
 
 #include "app/common/Format.h"
 #include "app/common/PictureProvider.h"
+#include "app/common/Pictures.h"
 #include "app/common/Places.h"
 #include "app/common/Text.h"
-#include "core/base/text/UnicodeText.h"
+#include "core/base/text/CaselessSearch.h"
 #include "core/platform/Desktop.h"
 #include "core/tasks/Folders.h"
 
@@ -12,19 +13,10 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace orvane {
 namespace {
-
-constexpr std::array<std::string_view, 11> pictureExtensions{"bmp", "gif", "heic", "ico",  "jpeg", "jpg",
-                                                             "png", "svg", "tif",  "tiff", "webp"};
-
-bool isPicture(const FileUrl& url) {
-  const auto extension = lowercased(url.pathExtension());
-  return std::find(pictureExtensions.begin(), pictureExtensions.end(), extension) != pictureExtensions.end();
-}
 
 template <typename Container>
 bool has(const Container& container, const typename Container::key_type& key) {
@@ -181,14 +173,51 @@ void DuplicatesModel::gatherGroups() {
     if (!shown.copies.empty()) ++m_groupCount;
   }
   orderCopies();
+  applySearch();
   layOut();
+}
+
+void DuplicatesModel::applySearch() {
+  const CaselessSearch search(m_searchText);
+  for (auto& shown : m_groups) {
+    shown.isShown = m_searchText.empty() || std::ranges::any_of(shown.copies, [&](std::uint32_t copy) {
+                      return search.isIn(item(copy).url().path());
+                    });
+  }
+}
+
+QString DuplicatesModel::searchText() const {
+  return textFrom(m_searchText);
+}
+
+void DuplicatesModel::setSearchText(const QString& text) {
+  auto wanted = text.trimmed().toStdString();
+  if (wanted == m_searchText) return;
+  m_searchText = std::move(wanted);
+  beginResetModel();
+  applySearch();
+  layOut();
+  endResetModel();
+  Q_EMIT queryChanged();
+  Q_EMIT selectionChanged();
+}
+
+RowSum DuplicatesModel::shownSelected() const {
+  RowSum sum;
+  for (const auto& shown : m_groups) {
+    if (!shown.isShown) continue;
+    for (const auto copy : shown.copies) {
+      if (m_selection.isSelected(copy)) sum.add(item(copy).fileSize());
+    }
+  }
+  return sum;
 }
 
 void DuplicatesModel::layOut() {
   m_rows = 0;
   for (auto& shown : m_groups) {
     shown.start = m_rows;
-    if (shown.copies.empty()) continue;
+    if (shown.copies.empty() || !shown.isShown) continue;
     m_rows += 1 + (shown.isExpanded ? static_cast<int>(shown.copies.size()) : 0);
   }
 }
@@ -300,9 +329,9 @@ QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
     case CheckStateRole:
       return -1;
     case ThumbnailRole:
-      return isPicture(first) ? pictureSource(thumbnailProvider, first) : QString();
+      return isPictureName(first) ? pictureSource(thumbnailProvider, first) : QString();
     case SymbolRole:
-      return isPicture(first) ? QStringLiteral("picture") : QStringLiteral("file");
+      return isPictureName(first) ? QStringLiteral("picture") : QStringLiteral("file");
     case ExpandedRole:
       return shown.isExpanded;
     case IsKeptRole:
@@ -335,7 +364,7 @@ QVariant DuplicatesModel::copyData(std::uint32_t copy, int role) const {
     case IsKeptRole:
       return !m_selection.isSelected(copy);
     case SymbolRole:
-      return isPicture(copied.url()) ? QStringLiteral("picture") : QStringLiteral("file");
+      return isPictureName(copied.url()) ? QStringLiteral("picture") : QStringLiteral("file");
     case CanToggleRole:
       return m_selection.isSelectable(copy);
     case CopiesRole:
@@ -409,6 +438,23 @@ QString DuplicatesModel::placeAt(int row) const {
   return place.shown == nullptr ? QString() : placeText(item(place.copy.value_or(place.shown->copies.front())).url());
 }
 
+QVariantList DuplicatesModel::copiesAt(int row) const {
+  QVariantList result;
+  const auto place = placeOf(row);
+  if (place.shown == nullptr) return result;
+  for (const auto copy : place.shown->copies) {
+    const auto& copied = item(copy);
+    result.append(
+        QVariantMap{{"name", shownName(copied.url().lastPathComponent())},
+                    {"place", shownPlace(copied.url(), services().tasks.home)},
+                    {"picture", isPictureName(copied.url()) ? pictureSource(previewProvider, copied.url()) : QString()},
+                    {"created", milliseconds(copied.createdDate())},
+                    {"modified", milliseconds(copied.lastModifiedDate())},
+                    {"isKept", !m_selection.isSelected(copy)}});
+  }
+  return result;
+}
+
 void DuplicatesModel::openContainingFolder(int row) {
   const auto place = placeOf(row);
   if (place.shown == nullptr) return;
@@ -434,8 +480,21 @@ void DuplicatesModel::keep(int row) {
 // --- cleaning
 
 void DuplicatesModel::cleanSelected() {
-  if (m_selection.count() == 0 || m_isSearching) return;
-  startRun(m_proposal.approve(m_selection), [this](const RunReport& report) { showMoved(report); });
+  clean(m_selection);
+}
+
+void DuplicatesModel::cleanShown() {
+  auto shown = m_selection;
+  for (const auto& group : m_groups) {
+    if (group.isShown) continue;
+    for (const auto copy : group.copies) shown.set(copy, Selection::Whether::unselected);
+  }
+  clean(shown);
+}
+
+void DuplicatesModel::clean(const Selection& selection) {
+  if (selection.count() == 0 || m_isSearching) return;
+  startRun(m_proposal.approve(selection), [this](const RunReport& report) { showMoved(report); });
 }
 
 void DuplicatesModel::showMoved(const RunReport& report) {

@@ -38,6 +38,9 @@ class DuplicatesModel : public orvane::RunModel {
   Q_PROPERTY(QVariantList roots READ roots NOTIFY rootsChanged)
   Q_PROPERTY(QVariantList references READ references NOTIFY rootsChanged)
   Q_PROPERTY(QString refusal READ refusal NOTIFY refusalChanged)
+  Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY queryChanged)
+  Q_PROPERTY(double shownSelectedCount READ shownSelectedCount NOTIFY selectionChanged)
+  Q_PROPERTY(double shownSelectedBytes READ shownSelectedBytes NOTIFY selectionChanged)
 
  public:
   enum Role {
@@ -86,6 +89,12 @@ class DuplicatesModel : public orvane::RunModel {
   [[nodiscard]] int groupCount() const noexcept { return m_groupCount; }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
+  // Sets with a copy that has the text in its path, ignoring case, are shown, and no others.
+  [[nodiscard]] QString searchText() const;
+  void setSearchText(const QString& text);
+  // Of the sets that are shown.
+  [[nodiscard]] double shownSelectedCount() const { return static_cast<double>(shownSelected().count); }
+  [[nodiscard]] double shownSelectedBytes() const { return static_cast<double>(shownSelected().bytes); }
   // {path, name, included} of the granted folders.
   [[nodiscard]] QVariantList roots() const;
   // {path, name} of the folders that are compared with and never touched.
@@ -102,6 +111,10 @@ class DuplicatesModel : public orvane::RunModel {
   Q_INVOKABLE void addReference(const QString& url);
   Q_INVOKABLE void removeReference(const QString& path);
   Q_INVOKABLE void cleanSelected();
+  // Of what is selected, only what the search shows.
+  Q_INVOKABLE void cleanShown();
+  // {name, place, picture, created, modified, isKept} of each copy of the set that a row belongs to.
+  [[nodiscard]] Q_INVOKABLE QVariantList copiesAt(int row) const;
   Q_INVOKABLE void openContainingFolder(int row);
   // Puts a copy on the keep list, and takes it out.
   Q_INVOKABLE void keep(int row);
@@ -121,6 +134,7 @@ class DuplicatesModel : public orvane::RunModel {
   void selectionChanged();
   void rootsChanged();
   void refusalChanged();
+  void queryChanged();
 
  protected:
   [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
@@ -130,7 +144,8 @@ class DuplicatesModel : public orvane::RunModel {
   struct Shown {
     std::vector<std::uint32_t> copies;  // rows of the proposal that are there; no group where there are less than two
     bool isExpanded = true;
-    int start = 0;  // its row
+    bool isShown = true;  // the search finds it
+    int start = 0;        // its row
   };
   struct Place {
     const Shown* shown = nullptr;
@@ -146,6 +161,9 @@ class DuplicatesModel : public orvane::RunModel {
   // Brings groups and rows up to date with what is there.
   void gatherGroups();
   void layOut();
+  void applySearch();
+  [[nodiscard]] RowSum shownSelected() const;
+  void clean(const Selection& selection);
   void keepBy(const KeepRule& rule);
   // Those that stay come first.
   void orderCopies();
@@ -174,6 +192,7 @@ class DuplicatesModel : public orvane::RunModel {
   int m_groupCount = 0;
   int m_rows = 0;
   std::string m_refusalKey;
+  std::string m_searchText;
   BackgroundQueue m_searchQueue;
 };
 

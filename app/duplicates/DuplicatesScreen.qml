@@ -12,6 +12,19 @@ Page {
     required property DuplicatesModel model
 
     readonly property bool isEmpty: model.groupCount === 0
+    // Selected, and left out of the list by the search.
+    readonly property double hiddenSelected: model.selectedCount - model.shownSelectedCount
+    readonly property bool canClean: !model.isWorking && !model.isSearching
+
+    function find() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+
+    function clean(count: double, bytes: double, verb: string, goAhead: var) {
+        large.ask(model.isLarge(count, bytes), Texts.counted("consent.to_trash", count).arg(Texts.bytes(bytes)), verb,
+                  goAhead);
+    }
 
     function undo() {
         if (model.canUndo && !model.isWorking)
@@ -28,6 +41,15 @@ Page {
                       : Texts.counted("duplicates.groups", model.groupCount) + " · " + Texts.counted(
                             "duplicates.can_go", model.selectedCount) + " · " + qsTr("duplicates.one_stays")
     actions: [
+        SearchField {
+            id: search
+
+            implicitWidth: 180
+            visible: !root.isEmpty || root.model.searchText !== ""
+            text: root.model.searchText
+            onTextEdited: searchDelay.restart()
+            onTextChanged: if (text === "" && root.model.searchText !== "") searchDelay.restart()
+        },
         PlainButton {
             text: qsTr("duplicates.folders")
             trailingSymbol: "chevron-down"
@@ -99,17 +121,31 @@ Page {
             text: qsTr("duplicates.scan_again")
             onClicked: root.model.search()
         },
+        PlainButton {
+            visible: root.hiddenSelected > 0
+            enabled: root.canClean
+            text: qsTr("cleanup.clean_all").arg(Texts.count(root.model.selectedCount))
+            onClicked: root.clean(root.model.selectedCount, root.model.selectedBytes, text, root.model.cleanSelected)
+        },
         PrimaryButton {
             visible: !root.isEmpty
-            enabled: root.model.selectedCount > 0 && !root.model.isWorking && !root.model.isSearching
+            enabled: root.model.shownSelectedCount > 0 && root.canClean
             symbol: "trash"
-            text: qsTr("duplicates.clean_count").arg(Texts.count(root.model.selectedCount)).arg(
-                      Texts.bytes(root.model.selectedBytes))
-            onClicked: large.ask(root.model.isLarge(root.model.selectedCount, root.model.selectedBytes), Texts.counted(
-                                     "consent.to_trash", root.model.selectedCount).arg(
-                                     Texts.bytes(root.model.selectedBytes)), text, root.model.cleanSelected)
+            text: root.hiddenSelected > 0
+                  ? qsTr("cleanup.clean_shown").arg(Texts.count(root.model.shownSelectedCount))
+                  : qsTr("duplicates.clean_count").arg(Texts.count(root.model.selectedCount)).arg(
+                        Texts.bytes(root.model.selectedBytes))
+            onClicked: root.clean(root.model.shownSelectedCount, root.model.shownSelectedBytes, text,
+                                  root.model.cleanShown)
         }
     ]
+
+    Timer {
+        id: searchDelay
+
+        interval: 120
+        onTriggered: root.model.searchText = search.text
+    }
 
     Connections {
         target: root.model
@@ -149,15 +185,24 @@ Page {
 
         RunStrip {
             Layout.fillWidth: true
+            run: root.model
             isWorking: root.model.isWorking
             done: root.model.progressDone
             total: root.model.progressTotal
-            detail: root.model.progressText
+            detail: pace === "" ? root.model.progressText : pace
             outcome: root.model.resultText
             resultNote: root.model.resultNote
             canUndo: root.model.canUndo
             onCancelAsked: root.model.cancel()
             onUndoAsked: root.model.undo()
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.hiddenSelected > 0
+            text: Texts.counted("cleanup.hidden_selected", root.hiddenSelected)
+            action: qsTr("action.clear_search")
+            onActed: search.clear()
         }
 
         Card {
@@ -172,7 +217,9 @@ Page {
                 visible: !root.isEmpty
                 label: qsTr("nav.duplicates")
                 model: root.model
+                canLook: true
                 onRowToggled: row => root.model.toggle(row)
+                onLookAsked: row => root.appState.preview.look(root.model.placeAt(row))
                 onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
                 onRowFolded: (row, open) => {
                     const entry = itemAtIndex(row) as DuplicateEntry;
@@ -193,6 +240,15 @@ Page {
                     onKeepAsked: root.model.keep(index)
                     onMenuAsked: menu.show(root.model.placeAt(index), this, false)
                 }
+            }
+
+            EmptyState {
+                anchors.fill: parent
+                visible: !root.isEmpty && list.count === 0
+                drawing: "search"
+                text: qsTr("duplicates.nothing_matches")
+                action: qsTr("action.clear_search")
+                onActed: search.clear()
             }
 
             EmptyState {
@@ -225,13 +281,22 @@ Page {
         id: menu
 
         appState: root.appState
+        canKeep: true
+        onKeepAsked: root.model.keep(list.currentIndex)
 
         ChoiceItem {
             isChoice: false
-            symbol: "lock"
-            text: qsTr("keep.keep")
-            onTriggered: root.model.keep(list.currentIndex)
+            symbol: "duplicates"
+            text: qsTr("duplicates.compare")
+            onTriggered: compare.show(list.currentIndex)
         }
+    }
+
+    CompareSheet {
+        id: compare
+
+        model: root.model
+        onClosed: list.forceActiveFocus()
     }
 
     LargeRunQuestion {

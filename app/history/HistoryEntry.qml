@@ -74,6 +74,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
 
         BodyText {
+            id: titleText
+
             width: parent.width
             text: root.title
             font.weight: root.isRun ? Font.DemiBold : Font.Normal
@@ -82,6 +84,8 @@ Item {
         }
 
         CaptionText {
+            id: detailText
+
             width: parent.width
             text: root.detail
             elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
@@ -149,6 +153,11 @@ Item {
     Divider {
         anchors.bottom: parent.bottom
         width: parent.width
+    }
+
+    FullTip {
+        isPointedAt: area.containsMouse
+        labels: [titleText, detailText]
     }
 
     FocusRing {

@@ -99,8 +99,13 @@ Page {
                 visible: count > 0
                 label: qsTr("nav.history")
                 model: root.model
+                canLook: true
                 onRowToggled: row => root.model.toggleExpanded(row)
-                onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
+                onLookAsked: row => {
+                    if (!root.appState.preview.look(root.model.placeAt(row)))
+                        root.model.toggleExpanded(row);
+                }
+                onRowMenuAsked: row => menu.showFor(row, true)
                 onRowFolded: (row, open) => {
                     const entry = itemAtIndex(row) as HistoryEntry;
                     if (entry && entry.isRun && entry.expanded !== open)
@@ -118,7 +123,7 @@ Page {
                     }
                     onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreEntry(index)
                     onOpenFolderAsked: root.model.openContainingFolder(index)
-                    onMenuAsked: menu.show(root.model.placeAt(index), this, false)
+                    onMenuAsked: menu.showFor(index, false)
                 }
             }
 
@@ -140,7 +145,27 @@ Page {
     ItemMenu {
         id: menu
 
+        property bool canRestore: false
+        property bool isRun: false
+
+        function showFor(row: int, byKey: bool) {
+            const entry = list.itemAtIndex(row) as HistoryEntry;
+            list.currentIndex = row;
+            canRestore = (entry?.canRestore ?? false) && !root.model.isRestoring;
+            isRun = entry?.isRun ?? true;
+            show(root.model.placeAt(row), entry, byKey);
+        }
+
         appState: root.appState
+
+        ChoiceItem {
+            isChoice: false
+            enabled: menu.canRestore
+            symbol: "undo"
+            text: menu.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
+            onTriggered: menu.isRun ? root.model.restoreRun(list.currentIndex)
+                                    : root.model.restoreEntry(list.currentIndex)
+        }
     }
 
     AlertDialog {

@@ -136,6 +136,8 @@ Item {
         }
 
         BodyText {
+            id: after
+
             anchors.left: arrow.right
             anchors.leftMargin: 10
             anchors.right: size.left
@@ -163,6 +165,11 @@ Item {
         Divider {
             anchors.bottom: parent.bottom
             width: parent.width
+        }
+
+        FullTip {
+            isPointedAt: area.containsMouse
+            labels: [before, after]
         }
 
         FocusRing {

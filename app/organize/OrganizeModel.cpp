@@ -171,6 +171,7 @@ void OrganizeModel::cancel() {
 void OrganizeModel::setProposal(Proposal proposal) {
   beginResetModel();
   m_proposal = std::move(proposal);
+  ++m_generation;
   m_selection = m_proposal.selection();
   m_groups.clear();
   m_renamed.clear();
@@ -190,7 +191,7 @@ void OrganizeModel::recount() {
     shown.chosen = {};
     shown.selectable = 0;
     for (auto row = shown.rows.first; row < shown.rows.first + shown.rows.count; ++row) {
-      if (m_selection.isSelectable(row)) ++shown.selectable;
+      if (m_selection.isSelectable(row) && m_selection.isThere(row)) ++shown.selectable;
       if (m_selection.isSelected(row)) shown.chosen.add(m_proposal.row(row).item.fileSize());
     }
   }
@@ -298,7 +299,7 @@ QVariant OrganizeModel::rowData(std::size_t index, int role) const {
     case CountRole:
       return 1.0;
     case CheckStateRole:
-      if (!m_selection.isSelectable(index)) return noCheckState;
+      if (!m_selection.isSelectable(index) || !m_selection.isThere(index)) return noCheckState;
       return static_cast<int>(m_selection.isSelected(index) ? Qt::Checked : Qt::Unchecked);
     case ExpandedRole:
       return false;
@@ -307,7 +308,7 @@ QVariant OrganizeModel::rowData(std::size_t index, int role) const {
     case SymbolRole:
       return row.item.isFolder() ? QStringLiteral("folder") : QStringLiteral("file");
     case ReasonRole:
-      return reasonOf(row);
+      return m_selection.isThere(index) ? reasonOf(row) : localizedText("keep.kept");
     default:
       return {};
   }
@@ -371,8 +372,11 @@ void OrganizeModel::renameGroup(int row, const QString& name) {
   const auto group = *place.group;
   const auto renamed = orvane::renameGroup(services().tasks, m_proposal, m_selection, group, name.toStdString());
   if (!renamed || renamed->groups()[group].name == m_proposal.groups()[group].name) return;
+  const auto before = std::exchange(m_selection, renamed->selection());
   m_proposal = *renamed;
-  m_selection = m_proposal.selection();
+  for (std::size_t at = 0; at < m_selection.size(); ++at) {
+    if (!before.isThere(at)) m_selection.setThere(at, false);
+  }
   recount();
   if (std::ranges::find(m_renamed, group) == m_renamed.end()) m_renamed.push_back(group);
   groupChanged(m_groups[group]);
@@ -411,6 +415,18 @@ void OrganizeModel::forgetLearned() {
     } catch (const std::exception& error) {
       qWarning("The preferences cannot be written: %s", error.what());
     }
+  });
+}
+
+void OrganizeModel::keep(int row) {
+  const auto place = placeOf(row);
+  if (!place.row || isWorking()) return;
+  keepInBackground(m_proposal.row(*place.row).item.url(), [this, at = *place.row, generation = m_generation] {
+    if (generation != m_generation) return;
+    m_selection.setThere(at, false);
+    recount();
+    if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1));
+    Q_EMIT selectionChanged();
   });
 }
 

@@ -109,6 +109,8 @@ class OrganizeModel : public orvane::RunModel {
   Q_INVOKABLE void renameGroup(int row, const QString& name);
   Q_INVOKABLE void forgetLearned();
   Q_INVOKABLE void apply();
+  // Puts an item on the keep list: it stays where it is.
+  Q_INVOKABLE void keep(int row);
   [[nodiscard]] QString placeAt(int row) const override;
   Q_INVOKABLE void cancel() override;
 
@@ -164,6 +166,7 @@ class OrganizeModel : public orvane::RunModel {
   bool m_hasAnalyzed = false;
   std::stop_source m_searchStop;
   bool m_isNamingTopics = false;
+  int m_generation = 0;  // goes up with each proposal: rows are those of one
   Proposal m_proposal;
   Selection m_selection;
   std::vector<Shown> m_groups;

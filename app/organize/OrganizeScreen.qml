@@ -81,11 +81,12 @@ Page {
 
         RunStrip {
             Layout.fillWidth: true
+            run: root.model
             isWorking: root.model.isWorking
             workTitle: qsTr("organize.applying")
             done: root.model.progressDone
             total: root.model.progressTotal
-            detail: root.model.progressText
+            detail: pace === "" ? root.model.progressText : pace
             outcome: root.model.resultText
             resultNote: root.model.resultNote
             canUndo: root.model.canUndo
@@ -127,7 +128,12 @@ Page {
                 visible: !root.isEmpty
                 label: qsTr("nav.organize")
                 model: root.model
+                canLook: true
                 onRowToggled: row => root.model.toggle(row)
+                onLookAsked: row => {
+                    if (!root.appState.preview.look(root.model.placeAt(row)))
+                        root.model.toggle(row);
+                }
                 onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
                 onRowFolded: (row, open) => {
                     const entry = itemAtIndex(row) as OrganizeEntry;
@@ -225,6 +231,8 @@ Page {
         id: menu
 
         appState: root.appState
+        canKeep: true
+        onKeepAsked: root.model.keep(list.currentIndex)
     }
 
     LargeRunQuestion {

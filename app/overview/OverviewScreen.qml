@@ -32,7 +32,10 @@ Page {
                 ? qsTr("dashboard.last_scan").arg(Texts.momentInText(appState.lastScanDate)).arg(
                       Texts.counted("count.files", appState.scannedFiles)).arg(
                       Texts.counted("count.in_folders", appState.scannedFolders))
-                : qsTr("dashboard.no_scan")
+                : appState.earlierScanDate > 0
+                  ? qsTr("dashboard.last_sums").arg(Texts.momentInText(appState.earlierScanDate)).arg(
+                        Texts.bytes(appState.earlierScanBytes))
+                  : qsTr("dashboard.no_scan")
     actions: [
         PrimaryButton {
             enabled: !root.appState.isScanning

@@ -28,6 +28,7 @@ Item {
     signal previewAsked
     signal runAsked
     signal removeAsked
+    signal menuAsked
 
     readonly property bool isActive: area.containsMouse || actionHover.hovered || isFocused
     readonly property string conditions: Texts.joined([
@@ -86,7 +87,8 @@ Item {
 
         anchors.fill: parent
         hoverEnabled: true
-        onClicked: root.editAsked()
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: mouse => mouse.button === Qt.RightButton ? root.menuAsked() : root.editAsked()
     }
 
     ToggleSwitch {
@@ -107,13 +109,18 @@ Item {
         opacity: root.isEnabled ? 1 : 0.75
 
         BodyText {
+            id: title
+
             width: parent.width
             text: root.name
+            elide: Text.ElideMiddle
             font.weight: Font.Medium
             Accessible.ignored: true
         }
 
         CaptionText {
+            id: detail
+
             width: parent.width
             text: root.conditions === "" ? root.description : root.conditions
             Accessible.ignored: true
@@ -168,6 +175,11 @@ Item {
     Divider {
         anchors.bottom: parent.bottom
         width: parent.width
+    }
+
+    FullTip {
+        isPointedAt: area.containsMouse
+        labels: [title, detail]
     }
 
     FocusRing {

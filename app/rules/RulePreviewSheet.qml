@@ -8,7 +8,13 @@ import Orvane
 Sheet {
     id: root
 
+    required property AppState appState
     required property RulesModel model
+
+    function run() {
+        model.runPreviewed();
+        close();
+    }
 
     // Shows what the rule of the row would take, or all that are on for -1.
     function ask(row: int) {
@@ -63,7 +69,11 @@ Sheet {
                 anchors.margins: 1
                 label: qsTr("rules.preview_title")
                 model: root.model.preview
+                canLook: true
+                onLookAsked: row => root.appState.preview.look(root.model.previewPlace(row))
+                onRowMenuAsked: row => menu.show(root.model.previewPlace(row), itemAtIndex(row), true)
                 delegate: ItemRow {
+                    required property int index
                     required property var modelData
 
                     width: list.width
@@ -78,6 +88,7 @@ Sheet {
                     chipKind: modelData.risk
                     age: Texts.age(modelData.date)
                     size: Texts.bytes(modelData.bytes)
+                    onMenuAsked: menu.show(root.model.previewPlace(index), this, false)
                 }
             }
 
@@ -88,6 +99,16 @@ Sheet {
         }
     }
 
+    ItemMenu {
+        id: menu
+
+        appState: root.appState
+    }
+
+    LargeRunQuestion {
+        id: large
+    }
+
     buttons: [
         PrimaryButton {
             visible: root.model.movableCount > 0
@@ -95,10 +116,8 @@ Sheet {
             symbol: "play"
             text: qsTr("rules.run_previewed").arg(Texts.count(root.model.movableCount)).arg(
                       Texts.bytes(root.model.movableBytes))
-            onClicked: {
-                root.model.runPreviewed();
-                root.close();
-            }
+            onClicked: large.ask(root.model.isLarge(root.model.movableCount, root.model.movableBytes),
+                                 root.model.movableSums, text, root.run)
         },
         PlainButton {
             focus: true

@@ -1,9 +1,9 @@
 #include "app/rules/RulesModel.h"
 
 #include "app/common/Format.h"
+#include "app/common/Places.h"
 #include "app/common/Text.h"
 #include "core/rules/records/RuleCheck.h"
-#include "core/tasks/CarryOut.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/RulesTask.h"
 #include "core/tasks/StoredRules.h"
@@ -282,7 +282,9 @@ void RulesModel::previewRule(int row) {
         preview.proposal = proposal.value_or(Proposal());
         preview.proposal.forEach([&](std::size_t, const ProposedRow& proposed) {
           preview.all.add(proposed.item.fileSize());
-          if (proposed.choice == Choice::selected) preview.movable.add(proposed.item.fileSize());
+          if (proposed.choice != Choice::selected) return;
+          preview.movable.add(proposed.item.fileSize());
+          if (proposed.destinationFolder() != nullptr) preview.toFolders.add(proposed.item.fileSize());
         });
         callOn(this, [this, preview, stop] {
           if (stop.stop_requested()) return;
@@ -325,6 +327,22 @@ QVariantList RulesModel::preview() const {
   return rows;
 }
 
+QString RulesModel::previewPlace(int row) const {
+  const auto at = static_cast<std::size_t>(row);
+  return row < 0 || at >= m_preview.proposal.size() ? QString() : placeText(m_preview.proposal.row(at).item.url());
+}
+
+QString RulesModel::movableSums() const {
+  const auto& [proposal, all, movable, toFolders] = m_preview;
+  QStringList lines;
+  const auto tell = [&lines](const char* key, std::int64_t count, std::int64_t bytes) {
+    if (count > 0) lines += countedText(key, count).arg(Format::bytes(static_cast<double>(bytes)));
+  };
+  tell("consent.to_trash", movable.count - toFolders.count, movable.bytes - toFolders.bytes);
+  tell("consent.to_folders", toFolders.count, toFolders.bytes);
+  return lines.join(u'\n');
+}
+
 QStringList RulesModel::previewRemarks() const {
   QStringList remarks;
   for (const auto& notice : m_preview.proposal.notices()) {
@@ -335,10 +353,7 @@ QStringList RulesModel::previewRemarks() const {
 
 void RulesModel::runPreviewed() {
   if (m_preview.movable.count == 0 || isWorking()) return;
-  startRun(m_preview.movable.count, [tasks = services().tasks, proposal = m_preview.proposal](
-                                        const RunProgress& progress, const std::stop_token& stop) {
-    return carryOut(tasks, proposal.approve(), progress, stop);
-  });
+  startRun(m_preview.movable.count, [proposal = m_preview.proposal] { return proposal.approve(); });
 }
 
 void RulesModel::languageChanged() {

@@ -33,6 +33,7 @@ class RulesModel : public orvane::RunModel {
   Q_PROPERTY(double previewBytes READ previewBytes NOTIFY previewChanged)
   Q_PROPERTY(double movableCount READ movableCount NOTIFY previewChanged)
   Q_PROPERTY(double movableBytes READ movableBytes NOTIFY previewChanged)
+  Q_PROPERTY(QString movableSums READ movableSums NOTIFY previewChanged)
   Q_PROPERTY(QStringList previewRemarks READ previewRemarks NOTIFY previewChanged)
   Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY previewChanged)
   Q_PROPERTY(QString error READ error NOTIFY rulesChanged)
@@ -73,6 +74,10 @@ class RulesModel : public orvane::RunModel {
   // Of these, what the rules would move: some only show.
   [[nodiscard]] double movableCount() const noexcept { return static_cast<double>(m_preview.movable.count); }
   [[nodiscard]] double movableBytes() const noexcept { return static_cast<double>(m_preview.movable.bytes); }
+  // How much would go to the Trash and how much to folders, a line each.
+  [[nodiscard]] QString movableSums() const;
+  // The file of a row of the preview.
+  [[nodiscard]] Q_INVOKABLE QString previewPlace(int row) const;
   // The notices beside the files, a line each.
   [[nodiscard]] QStringList previewRemarks() const;
   [[nodiscard]] bool isPreviewing() const noexcept { return m_isPreviewing; }
@@ -113,6 +118,7 @@ class RulesModel : public orvane::RunModel {
     Proposal proposal;
     RowSum all;
     RowSum movable;
+    RowSum toFolders;  // of these
   };
 
   void show(std::vector<CleanupRule> rules);

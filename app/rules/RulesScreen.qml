@@ -102,11 +102,12 @@ Page {
 
         RunStrip {
             Layout.fillWidth: true
+            run: root.model
             isWorking: root.model.isWorking
             workTitle: qsTr("rules.running")
             done: root.model.progressDone
             total: root.model.progressTotal
-            detail: root.model.progressText
+            detail: pace === "" ? root.model.progressText : pace
             outcome: root.model.resultText
             resultNote: root.model.resultNote
             canUndo: root.model.canUndo
@@ -146,6 +147,7 @@ Page {
                     if (entry)
                         root.model.setEnabled(row, !entry.isEnabled);
                 }
+                onRowMenuAsked: row => menu.showFor(row, true)
                 delegate: RuleEntry {
                     width: list.width
                     isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
@@ -155,6 +157,7 @@ Page {
                     onPreviewAsked: preview.ask(index)
                     onRunAsked: preview.ask(index)
                     onRemoveAsked: removeAlert.ask(id, name)
+                    onMenuAsked: menu.showFor(index, false)
                 }
             }
 
@@ -166,6 +169,36 @@ Page {
                 action: qsTr("rules.add")
                 symbol: "plus"
                 onActed: root.model.add()
+            }
+        }
+    }
+
+    ChoiceMenu {
+        id: menu
+
+        // As long as it is in view.
+        property RuleEntry entry: null
+
+        function showFor(row: int, byKey: bool) {
+            list.currentIndex = row;
+            entry = list.itemAtIndex(row) as RuleEntry;
+            if (byKey && entry)
+                popup(entry, 60, entry.height);
+            else
+                popup();
+        }
+
+        Repeater {
+            model: menu.entry?.offers ?? []
+
+            ChoiceItem {
+                required property var modelData
+
+                isChoice: false
+                enabled: !root.isBusy
+                symbol: modelData.symbol
+                text: qsTr(modelData.key)
+                onTriggered: modelData.run()
             }
         }
     }
@@ -182,6 +215,7 @@ Page {
     RulePreviewSheet {
         id: preview
 
+        appState: root.appState
         model: root.model
         onClosed: {
             root.model.closePreview();

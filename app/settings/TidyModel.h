@@ -3,6 +3,7 @@
 #include "app/common/BackgroundQueue.h"
 #include "app/common/QtRepeatingTimer.h"
 #include "core/organizer/tidy/AutoOrganizeController.h"
+#include "core/tasks/LargeRun.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
@@ -37,6 +38,7 @@ class TidyModel : public QObject {
   Q_PROPERTY(bool isLooking READ isLooking NOTIFY lookChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY lookChanged)
   Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY lookChanged)
+  Q_PROPERTY(bool isLarge READ isLarge NOTIFY lookChanged)
   Q_PROPERTY(QVariantList proposed READ proposed NOTIFY lookChanged)
   Q_PROPERTY(QStringList remarks READ remarks NOTIFY lookChanged)
   Q_PROPERTY(double returnedCount READ returnedCount NOTIFY lookChanged)
@@ -81,6 +83,8 @@ class TidyModel : public QObject {
   [[nodiscard]] bool isLooking() const noexcept { return m_isLooking; }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_proposedSum.count); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_proposedSum.bytes); }
+  // Whether so much is asked for once more.
+  [[nodiscard]] bool isLarge() const noexcept { return isLargeRun(m_proposedSum); }
   // A row for each folder that something goes to.
   [[nodiscard]] QVariantList proposed() const;
   // The notices beside the rows.

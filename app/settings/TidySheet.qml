@@ -10,6 +10,11 @@ Sheet {
 
     required property TidyModel tidy
 
+    function move() {
+        tidy.confirm();
+        close();
+    }
+
     title: qsTr("tray.organize_now")
     sheetWidth: 640
     onClosed: tidy.dismiss()
@@ -87,16 +92,18 @@ Sheet {
         }
     }
 
+    LargeRunQuestion {
+        id: large
+    }
+
     buttons: [
         PrimaryButton {
             visible: root.tidy.selectedCount > 0
             symbol: "play"
             text: qsTr("organize.apply_count").arg(Texts.count(root.tidy.selectedCount)).arg(
                       Texts.bytes(root.tidy.selectedBytes))
-            onClicked: {
-                root.tidy.confirm();
-                root.close();
-            }
+            onClicked: large.ask(root.tidy.isLarge, Texts.counted("consent.to_folders", root.tidy.selectedCount).arg(
+                                     Texts.bytes(root.tidy.selectedBytes)), text, root.move)
         },
         PlainButton {
             focus: true

@@ -177,6 +177,12 @@ void AppState::finishScan(ScanOutcome end, const QString& problem) {
   refresh();
 }
 
+void AppState::setEarlierScan(double date, double bytes) {
+  m_earlierScanDate = date;
+  m_earlierScanBytes = bytes;
+  Q_EMIT scanChanged();
+}
+
 void AppState::recalculateStorageSummary(std::int64_t reclaimableBytes) {
   m_summary.reclaimableBytes = reclaimableBytes;
   Q_EMIT summaryChanged();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/common/BackgroundQueue.h"
+#include "app/common/ItemPreview.h"
 #include "app/common/ScanFeed.h"
 #include "app/common/ScannedItems.h"
 #include "app/shell/AppNavigationItem.h"
@@ -33,6 +34,8 @@ class AppState : public QObject {
   Q_PROPERTY(QString scanFailed READ scanFailed NOTIFY scanChanged)
   Q_PROPERTY(bool hasScanned READ hasScanned NOTIFY scanChanged)
   Q_PROPERTY(double lastScanDate READ lastScanDate NOTIFY scanChanged)
+  Q_PROPERTY(double earlierScanDate READ earlierScanDate NOTIFY scanChanged)
+  Q_PROPERTY(double earlierScanBytes READ earlierScanBytes NOTIFY scanChanged)
   Q_PROPERTY(double scannedFiles READ scannedFiles NOTIFY scanChanged)
   Q_PROPERTY(int scannedFolders READ scannedFolders NOTIFY scanChanged)
   // {name, path, url, bytes} of the largest folders of the home, where none of those that are looked after is there.
@@ -56,6 +59,7 @@ class AppState : public QObject {
   Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY appearanceChanged)
   Q_PROPERTY(bool knowsTray READ knowsTray NOTIFY knowsTrayChanged)
   Q_PROPERTY(bool canKeepTray READ canKeepTray NOTIFY canKeepTrayChanged)
+  Q_PROPERTY(orvane::ItemPreview* preview READ preview CONSTANT)
 
  public:
   static constexpr std::string_view onboardingKey = "hasCompletedOnboarding";
@@ -78,6 +82,10 @@ class AppState : public QObject {
   [[nodiscard]] QString scanFailed() const;
   [[nodiscard]] bool hasScanned() const noexcept { return m_lastScanDate != 0; }
   [[nodiscard]] double lastScanDate() const noexcept { return m_lastScanDate; }
+  // The last scan of an earlier start, and how much one cleanup would have taken of it; 0 where there was none.
+  [[nodiscard]] double earlierScanDate() const noexcept { return m_earlierScanDate; }
+  [[nodiscard]] double earlierScanBytes() const noexcept { return m_earlierScanBytes; }
+  void setEarlierScan(double date, double bytes);
   [[nodiscard]] double scannedFiles() const noexcept { return static_cast<double>(m_examined); }
   [[nodiscard]] int scannedFolders() const noexcept { return static_cast<int>(m_scannedItems.folders().size()); }
   [[nodiscard]] const QVariantList& homeFolders() const noexcept { return m_homeFolders; }
@@ -117,6 +125,7 @@ class AppState : public QObject {
   // Whether the user was told that the window closes to the tray.
   [[nodiscard]] bool knowsTray() const noexcept { return m_knowsTray; }
   [[nodiscard]] bool canKeepTray() const noexcept { return m_canKeepTray; }
+  [[nodiscard]] ItemPreview* preview() noexcept { return &m_preview; }
 
   // Scans the folder named, by its path or URL, or else the granted folders that exist. Does nothing while a scan is
   // running.
@@ -194,6 +203,8 @@ class AppState : public QObject {
   std::int64_t m_examined = 0;
   QString m_currentPlace;
   double m_lastScanDate = 0;
+  double m_earlierScanDate = 0;
+  double m_earlierScanBytes = 0;
   RowSum m_kept;
   bool m_hasFullDiskAccess = false;
   bool m_hasCompletedOnboarding = false;
@@ -203,6 +214,7 @@ class AppState : public QObject {
   bool m_knowsTray = false;
   int m_theme = SystemTheme;
   bool m_closesToTray = true;
+  ItemPreview m_preview;
   QTimer m_refreshTimer;
   std::stop_source m_scanStop;
   BackgroundQueue m_queue;

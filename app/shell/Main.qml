@@ -262,6 +262,10 @@ ApplicationWindow {
         onActed: window.tidy.undo()
     }
 
+    LookSheet {
+        appState: window.appState
+    }
+
     TidySheet {
         id: tidySheet
 

@@ -29,6 +29,8 @@ void QuitGuard::quit() {
 
 void QuitGuard::finishFirst() {
   m_isWaiting = true;
+  // One that waits for the user would wait for ever.
+  for (auto* model : m_models) model->resume();
   check();
 }
 

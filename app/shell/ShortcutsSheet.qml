@@ -12,7 +12,7 @@ Sheet {
         ["Ctrl+1 … Ctrl+0", qsTr("shortcuts.sections")], ["Ctrl+F", qsTr("shortcuts.search")],
         ["Ctrl+R, F5", qsTr("shortcuts.start")], ["Ctrl+A", qsTr("action.select_all")],
         ["Ctrl+Shift+A", qsTr("action.deselect_all")], ["Shift+↑, Shift+↓", qsTr("shortcuts.range")],
-        ["Space, Enter", qsTr("shortcuts.act")], ["←, →", qsTr("shortcuts.fold")],
+        ["Enter", qsTr("shortcuts.act")], ["Space", qsTr("shortcuts.look")], ["←, →", qsTr("shortcuts.fold")],
         ["Menu, Shift+F10", qsTr("shortcuts.menu")], ["Ctrl+Z", qsTr("shortcuts.undo")],
         ["Ctrl+?", qsTr("shortcuts.title")], ["Ctrl+Q", qsTr("tray.quit")]
     ]

@@ -81,7 +81,10 @@ QVariant variantOf(Model& model) {
 // Of what the window remembers.
 const auto sectionKey = QStringLiteral("section");
 const auto sortKey = QStringLiteral("cleanupSort");
+const auto reversedKey = QStringLiteral("cleanupReversed");
 const auto riskKey = QStringLiteral("cleanupRisk");
+const auto scanDateKey = QStringLiteral("scanDate");
+const auto scanBytesKey = QStringLiteral("scanBytes");
 const auto keepKey = QStringLiteral("keepCopy");
 const auto themeKey = QStringLiteral("theme");
 const auto endsWithWindowKey = QStringLiteral("endsWithWindow");
@@ -204,6 +207,8 @@ void Window::remember() {
   const auto sectionCount = static_cast<int>(navigationRows.size());
   parts.state.setSelectedNavigation(memory.number(sectionKey, 0, sectionCount - 1, parts.state.selectedNavigation()));
   parts.cleanup.setSort(static_cast<CleanupModel::Sort>(memory.number(sortKey, 0, 2, parts.cleanup.sort())));
+  parts.cleanup.setReversed(memory.flag(reversedKey));
+  parts.state.setEarlierScan(memory.figure(scanDateKey), memory.figure(scanBytesKey));
   parts.cleanup.setRiskFilter(memory.number(riskKey, -1, 2, -1));
   parts.duplicates.setKeepStrategy(memory.number(keepKey, 0, 2, 0));
   parts.state.setTheme(memory.number(themeKey, AppState::SystemTheme, AppState::DarkTheme, AppState::SystemTheme));
@@ -226,7 +231,13 @@ void Window::remember() {
           [&parts] { parts.memory.remember(sectionKey, parts.state.selectedNavigation()); });
   connect(&parts.cleanup, &CleanupModel::queryChanged, this, [&parts] {
     parts.memory.remember(sortKey, static_cast<int>(parts.cleanup.sort()));
+    parts.memory.remember(reversedKey, parts.cleanup.isReversed());
     parts.memory.remember(riskKey, parts.cleanup.riskFilter());
+  });
+  connect(&parts.state, &AppState::summaryChanged, this, [&parts] {
+    if (parts.state.isScanning() || !parts.state.hasScanned()) return;
+    parts.memory.remember(scanDateKey, parts.state.lastScanDate());
+    parts.memory.remember(scanBytesKey, parts.state.proposedBytes());
   });
   connect(&parts.duplicates, &DuplicatesModel::keepStrategyChanged, this,
           [&parts] { parts.memory.remember(keepKey, parts.duplicates.keepStrategy()); });
@@ -243,6 +254,9 @@ void Window::followRuns() {
       if (std::exchange(parts.tellsUndo, false)) Q_EMIT parts.state.told(model->resultText());
     });
   }
+  connect(&parts.feed, &JournalFeed::loaded, this, [&parts] {
+    for (auto* model : parts.runModels()) model->followHistory(parts.feed.contents());
+  });
   connect(&parts.tidy, &TidyModel::tidied, this, [&parts] {
     if (parts.tidy.canUndo()) parts.lastRun = nullptr;
   });
@@ -267,6 +281,8 @@ bool Window::show() {
   parts.engine.addImageProvider(QStringLiteral("icon"), std::make_unique<IconProvider>().release());
   parts.engine.addImageProvider(QString::fromLatin1(thumbnailProvider),
                                 std::make_unique<PictureProvider>(readThumbnail).release());
+  parts.engine.addImageProvider(QString::fromLatin1(previewProvider),
+                                std::make_unique<PictureProvider>(readWholePicture).release());
   parts.engine.addImageProvider(QString::fromLatin1(applicationIconProvider),
                                 std::make_unique<PictureProvider>(readApplicationIcon).release());
   parts.engine.setInitialProperties({

@@ -64,6 +64,10 @@ int WindowMemory::number(const QString& name, int least, int most, int otherwise
   return isNumber && value >= least && value <= most ? static_cast<int>(value) : otherwise;
 }
 
+double WindowMemory::figure(const QString& name) const {
+  return m_values.value(name).toDouble();
+}
+
 bool WindowMemory::flag(const QString& name) const {
   return m_values.value(name).toBool();
 }

@@ -30,6 +30,8 @@ class WindowMemory : public QObject {
 
   // What is stored, within the bounds; else the value that is given.
   Q_INVOKABLE int number(const QString& name, int least, int most, int otherwise) const;
+  // 0 where there is none.
+  [[nodiscard]] double figure(const QString& name) const;
   Q_INVOKABLE bool flag(const QString& name) const;
   Q_INVOKABLE QString text(const QString& name) const;
   Q_INVOKABLE void remember(const QString& name, const QVariant& value);

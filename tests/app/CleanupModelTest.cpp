@@ -417,5 +417,77 @@ TEST_F(CleanupModelTest, followsTheLanguage) {
   EXPECT_EQ(names()[1], "run.log");
 }
 
+// More than one group of items, with the time between them in which a run can wait.
+class PausedCleanupTest : public CleanupModelTest {
+ public:
+  static constexpr int count = 1100;
+
+  PausedCleanupTest() {
+    for (int number = 0; number < count; ++number) {
+      setAge(tree.sparseFile("Downloads/Logs/" + std::to_string(number) + ".log", 10), 20 * day);
+    }
+  }
+  [[nodiscard]] int left() const {
+    int result = 0;
+    for (int number = 0; number < count; ++number) {
+      if (exists(tree.path("Downloads/Logs/" + std::to_string(number) + ".log"))) ++result;
+    }
+    return result;
+  }
+  void beginAndPause() {
+    scan();
+    model->cleanSelected();
+    model->pause();
+    ASSERT_TRUE(becomesTrue([this] { return model->isWaiting(); }));
+    ASSERT_GT(left(), 0);
+    ASSERT_LT(left(), count);
+  }
+  void finish() {
+    ASSERT_TRUE(becomesTrue([this] { return !model->isWorking(); }));
+  }
+};
+
+TEST_F(PausedCleanupTest, waitsBetweenItemsAndGoesOnAsOneRun) {
+  beginAndPause();
+  EXPECT_TRUE(model->isCleaning());
+  EXPECT_TRUE(model->paceText().contains(".log")) << model->paceText().toStdString();
+  model->resume();
+  finish();
+  EXPECT_EQ(left(), 0);
+  EXPECT_EQ(recordedRuns(taskServices()).size(), 1U);
+  model->undo();
+  ASSERT_TRUE(becomesTrue([this] { return !model->isUndoing(); }));
+  EXPECT_EQ(left(), count);
+}
+
+TEST_F(PausedCleanupTest, canBeCancelledWhileItWaits) {
+  beginAndPause();
+  const auto before = left();
+  model->cancel();
+  finish();
+  EXPECT_EQ(left(), before);
+  EXPECT_TRUE(model->canUndo());
+}
+
+TEST_F(PausedCleanupTest, endsWithTheProgram) {
+  beginAndPause();
+  const auto before = left();
+  model.reset();
+  EXPECT_EQ(left(), before);
+}
+
+TEST_F(CleanupModelTest, offersNoUndoOfWhatWasRestoredElsewhere) {
+  scan();
+  clean();
+  ASSERT_TRUE(model->canUndo());
+  model->followHistory(readHistory(taskServices()));
+  ASSERT_TRUE(model->canUndo()) << "the run can still be undone";
+  const auto runs = recordedRuns(taskServices());
+  (void)restoreNow(taskServices(), {runs.front().runId}, {}, {});
+  model->followHistory(readHistory(taskServices()));
+  EXPECT_FALSE(model->canUndo());
+  EXPECT_EQ(model->resultText(), "");
+}
+
 }  // namespace
 }  // namespace orvane::test

@@ -48,6 +48,27 @@ TEST_F(DuplicatesModelTest, findsCopiesKeepsOneCleansTheOthersAndBringsThemBack)
   EXPECT_EQ(model.rowCount(), 3);
 }
 
+TEST_F(DuplicatesModelTest, cleansOnlyTheSetsThatASearchShows) {
+  tree.file("Downloads/song.mp3", "the same song");
+  tree.file("Downloads/copy of song.mp3", "the same song");
+  search();
+  ASSERT_EQ(model.selectedCount(), 2);
+  model.setSearchText("SONG");
+  EXPECT_EQ(model.rowCount(), 3);
+  EXPECT_EQ(model.shownSelectedCount(), 1);
+  EXPECT_EQ(model.shownSelectedBytes(), 13);
+  EXPECT_EQ(model.copiesAt(2).size(), 2) << "rows of hidden sets count for nothing";
+
+  model.cleanShown();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  EXPECT_TRUE(exists(tree.path("Downloads/a.jpg")) && exists(tree.path("Downloads/copy of a.jpg")));
+  EXPECT_NE(exists(tree.path("Downloads/song.mp3")), exists(tree.path("Downloads/copy of song.mp3")));
+  EXPECT_EQ(model.rowCount(), 0);
+  model.setSearchText("");
+  EXPECT_EQ(model.rowCount(), 3);
+  EXPECT_EQ(model.shownSelectedCount(), model.selectedCount());
+}
+
 TEST_F(DuplicatesModelTest, neverTouchesAFolderThatItComparesWith) {
   tree.file("Archive/original.jpg", "the same picture");
   model.addReference("file://" + QString::fromStdString(tree.path("Archive")));

@@ -53,11 +53,25 @@ def remembered(window, home):
     try:
         again = Window(window.atspi, process)
         again.sees("No Scanned Items Yet")
+        again.press("Overview")
+        again.sees("found 12 KB that can go. Scan again to see it.")
+        again.press("Cleanup")
         again.press("Scan Now")
         again.sees("Sort by: Name")
     finally:
         process.terminate()
         process.wait(PATIENCE)
+
+
+def sorted_by_heads(window, home):
+    logs = ["mail.log", "other.log", "web.log"]
+    scanned(window)
+    for wanted in (logs, logs[::-1]):
+        window.press("Sort by Name")
+        wait_for(
+            f"the rows as {wanted}",
+            lambda: [name.split(",")[0] for name in window.names() if name.split(",")[0] in logs] == wanted,
+        )
 
 
 def undone_from_anywhere(window, home):
@@ -100,6 +114,7 @@ if __name__ == "__main__":
             {
                 "menus": Scenario(prepare_logs, menus_and_ranges),
                 "memory": Scenario(prepare_logs, remembered),
+                "heads": Scenario(prepare_logs, sorted_by_heads),
                 "undo": Scenario(prepare_logs, undone_from_anywhere),
                 "about": Scenario(prepare_logs, told_about_itself),
             }

@@ -23,11 +23,13 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> systemStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> keepStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> mapStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> rowStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 15> stringTables() noexcept {
-  return {shellStrings(),   actionStrings(),   figureStrings(),  windowStrings(),  dashboardStrings(),
-          cleanupStrings(), placeStrings(),    consentStrings(), sectionStrings(), duplicateStrings(),
-          ruleStrings(),    settingsStrings(), systemStrings(),  keepStrings(),    mapStrings()};
+[[nodiscard]] inline std::array<std::span<const StringRow>, 16> stringTables() noexcept {
+  return {shellStrings(),     actionStrings(),    figureStrings(), windowStrings(),
+          dashboardStrings(), cleanupStrings(),   placeStrings(),  consentStrings(),
+          sectionStrings(),   duplicateStrings(), ruleStrings(),   settingsStrings(),
+          systemStrings(),    keepStrings(),      mapStrings(),    rowStrings()};
 }
 
 }  // namespace orvane

@@ -72,6 +72,17 @@ TestCase {
         compare(list.folds, [[1, false], [1, true]]);
     }
 
+    function test_space_looks_at_items_where_rows_are_some() {
+        const list = createTemporaryObject(listComponent, test, {canLook: true}) as RowList;
+        watch(list, "lookAsked");
+        list.forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Space);
+        keyClick(Qt.Key_Return);
+        compare(spy.count, 1);
+        compare(spy.signalArguments[0][0], 1);
+    }
+
     Component {
         id: rowComponent
 

@@ -1,0 +1,97 @@
+#include "app/common/ArchiveListing.h"
+
+#include "core/base/files/FileDescriptor.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <memory>
+#include <system_error>
+
+namespace orvane {
+namespace {
+
+// A few bytes can stand for a thousand times as many.
+constexpr std::chrono::seconds mostTime{2};
+constexpr std::size_t pieceSize = 65536;
+
+struct ArchiveDeleter {
+  void operator()(archive* reader) const { archive_read_free(reader); }
+};
+
+// The file as the library reads it; it ends where the time is over.
+struct Source {
+  int file;
+  const std::stop_token& stop;
+  std::chrono::steady_clock::time_point end = std::chrono::steady_clock::now() + mostTime;
+  std::array<char, pieceSize> piece = {};
+
+  [[nodiscard]] bool isOver() const { return stop.stop_requested() || std::chrono::steady_clock::now() > end; }
+};
+
+la_ssize_t readPiece(archive* /*reader*/, void* given, const void** bytes) {
+  auto& source = *static_cast<Source*>(given);
+  *bytes = source.piece.data();
+  if (source.isOver()) return -1;
+  try {
+    return static_cast<la_ssize_t>(readSome(source.file, source.piece));
+  } catch (const std::system_error&) {
+    return -1;
+  }
+}
+
+la_int64_t seekTo(archive* /*reader*/, void* given, la_int64_t offset, int whence) {
+  return lseek(static_cast<Source*>(given)->file, offset, whence);
+}
+
+la_int64_t skipBytes(archive* /*reader*/, void* given, la_int64_t count) {
+  return lseek(static_cast<Source*>(given)->file, count, SEEK_CUR) < 0 ? 0 : count;
+}
+
+// Only what the library unpacks itself: for some others it would start a program.
+bool supportKnownForms(archive* reader) {
+  using Support = int (*)(archive*);
+  constexpr std::array<Support, 12> forms{
+      archive_read_support_filter_gzip, archive_read_support_filter_bzip2, archive_read_support_filter_xz,
+      archive_read_support_filter_zstd, archive_read_support_format_tar,   archive_read_support_format_zip,
+      archive_read_support_format_7zip, archive_read_support_format_rar,   archive_read_support_format_rar5,
+      archive_read_support_format_ar,   archive_read_support_format_cpio,  archive_read_support_format_iso9660};
+  for (const auto support : forms) {
+    if (support(reader) != ARCHIVE_OK) return false;
+  }
+  return true;
+}
+
+std::string nameOf(archive_entry* entry) {
+  if (const char* name = archive_entry_pathname(entry)) return name;
+  if (const char* name = archive_entry_pathname_utf8(entry)) return name;
+  return "?";
+}
+
+}  // namespace
+
+std::optional<ArchiveListing> listArchive(int file, std::size_t mostNames, const std::stop_token& stop) {
+  const std::unique_ptr<archive, ArchiveDeleter> reader(archive_read_new());
+  if (!reader || !supportKnownForms(reader.get())) return {};
+  const auto source = std::make_unique<Source>(Source{file, stop});
+  archive_read_set_callback_data(reader.get(), source.get());
+  archive_read_set_read_callback(reader.get(), readPiece);
+  archive_read_set_seek_callback(reader.get(), seekTo);
+  archive_read_set_skip_callback(reader.get(), skipBytes);
+  if (archive_read_open1(reader.get()) != ARCHIVE_OK) return {};
+  ArchiveListing listing;
+  while (true) {
+    archive_entry* entry = nullptr;
+    const int result = archive_read_next_header(reader.get(), &entry);
+    if (result == ARCHIVE_EOF) break;
+    listing.isCut = (result != ARCHIVE_OK && result != ARCHIVE_WARN) || listing.names.size() == mostNames;
+    if (listing.isCut) break;
+    listing.names.push_back(nameOf(entry));
+  }
+  return listing.names.empty() ? std::nullopt : std::optional(std::move(listing));
+}
+
+}  // namespace orvane
