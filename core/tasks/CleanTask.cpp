@@ -84,7 +84,9 @@ std::optional<Proposal> propose(const TaskServices& services, const CleanWish& w
   const auto end = scanItems(services, wish.folders, wish.developerCaches, monitor, [&](FileItem item) {
     if (!known.contains(item.url().path()) && !known.holds(item.url().path())) add(std::move(item));
   });
-  for (const auto& place : places) add(place);
+  for (const auto& place : places) {
+    if (!isPlaceInUse(services, place)) add(place);
+  }
   if (end == ScanEnd::cancelled) return std::nullopt;
   if (inTrash.rows.count > 0) builder.note(inTrash);
   kept.noteIn(builder);

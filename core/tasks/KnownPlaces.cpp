@@ -72,6 +72,14 @@ std::vector<FileItem> knownPlacesAmong(const TaskServices& services, const ItemL
   return places;
 }
 
+bool isPlaceInUse(const TaskServices& services, const FileItem& place) {
+  const auto* row = services.validator.knownPlaces().rowOf(place.url().path());
+  if (row == nullptr || row->category == ScanCategory::trash) return false;
+  // Nothing else keeps a safe place from being selected.
+  if (place.riskLabel() == RiskLabel::safe) return !place.isSelected();
+  return KnownPlaceSearch(services.validator, services.statusReader).isInUse(place.url().path(), *row);
+}
+
 std::string knownPlaceReason(const TaskServices& services, const FileUrl& place, AppLanguage language) {
   const auto& table = services.validator.knownPlaces();
   const auto* row = table.rowOf(place.path());
@@ -82,9 +90,8 @@ std::string knownPlaceReason(const TaskServices& services, const FileItem& item,
   const auto& table = services.validator.knownPlaces();
   const auto* row = table.rowOf(item.url().path());
   if (row == nullptr) return buildReason(item, language);
-  // Nothing else keeps a safe item from being selected.
-  const bool isBusy = item.riskLabel() == RiskLabel::safe && !item.isSelected() && row->category != ScanCategory::trash;
-  return reasonText(table, *row, isBusy ? "place.busy" : row->place->reason, item.url(), language);
+  const auto reason = isPlaceInUse(services, item) ? "place.busy" : row->place->reason;
+  return reasonText(table, *row, reason, item.url(), language);
 }
 
 }  // namespace orvane

@@ -36,6 +36,10 @@ void grantKnownPlaces(const TaskServices& services, KnownPlaces places);
 // Those of found items that are known places; a scan finds them first.
 [[nodiscard]] std::vector<FileItem> knownPlacesAmong(const TaskServices& services, const ItemList& items);
 
+// Whether the program of a known place runs, so that only the user's own choice moves it. Of a safe place that a scan
+// found the selection tells; for others it looks at the disk.
+[[nodiscard]] bool isPlaceInUse(const TaskServices& services, const FileItem& place);
+
 // Why a known place can go, for people. Empty where the place is none.
 [[nodiscard]] std::string knownPlaceReason(const TaskServices& services, const FileUrl& place, AppLanguage language);
 // The same for what a scan found, or that the program uses it now.

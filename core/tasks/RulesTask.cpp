@@ -72,7 +72,8 @@ struct ActiveRule {
 // Holds all rules of a wish against one file after the other.
 class RuleJudge {
  public:
-  RuleJudge(const TaskServices& services, const RulesWish& wish) : m_wish(wish), m_kept(services) {
+  RuleJudge(const TaskServices& services, const RulesWish& wish)
+      : m_services(services), m_wish(wish), m_kept(services) {
     for (std::uint32_t index = 0; index < wish.rules.size(); ++index) {
       const auto& rule = wish.rules[index];
       if (!rule.isEnabled) continue;
@@ -146,7 +147,7 @@ class RuleJudge {
     // An item in a known place goes with it or not at all.
     if (!m_known.empty() && m_known.holds(path)) return false;
     const bool isPlace = !m_known.empty() && m_known.contains(path);
-    if (isPlace && (!rule.takesKnownPlaces || isInUse(file))) return false;
+    if (isPlace && (!rule.takesKnownPlaces || isPlaceInUse(m_services, file))) return false;
     if (file.category() == ScanCategory::developerCaches && !rule.takesDeveloperCaches) return false;
     auto mismatch = rule.matcher.mismatch(file);
     if (!mismatch && isPlace && !rule.placeAge.admits(file)) mismatch = RuleMismatch::age;
@@ -158,11 +159,6 @@ class RuleJudge {
     return false;
   }
 
-  // Nothing else keeps a safe place from being selected.
-  [[nodiscard]] static bool isInUse(const FileItem& place) {
-    return place.riskLabel() == RiskLabel::safe && !place.isSelected();
-  }
-
   [[nodiscard]] std::optional<RowMark> markUnder(const ActiveRule& rule, const FileItem& file) {
     if (file.category() == ScanCategory::trash) {
       m_inTrash.rows.add(file.fileSize());
@@ -172,6 +168,7 @@ class RuleJudge {
     return RowMark{Choice::selected, Lock::none, rule.group};
   }
 
+  const TaskServices& m_services;
   const RulesWish& m_wish;
   KeptRows m_kept;
   std::vector<FileItem> m_places;

@@ -23,7 +23,8 @@ using Sign = SystemProfile::BusySign;
 
 // Chromium and the programs made from it leave a link of this name while they run.
 constexpr Sign chromiumSign{Base::config, "%/{SingletonLock,*/SingletonLock}"};
-constexpr Sign firefoxSign{Base::home, ".mozilla/firefox/*/{lock,.parentlock}"};
+// Later versions keep their profiles in the folder of settings, where they made none before.
+constexpr Sign firefoxSign{Base::home, "{.mozilla,.config/mozilla}/{firefox,firefox-esr}/*/{lock,.parentlock}"};
 constexpr Sign editorSign{Base::config, "%/{SingletonLock,code.lock}"};
 constexpr Sign jetBrainsSign{Base::config, "JetBrains/*/{.lock,.pid}"};
 constexpr Sign steamSign{Base::home, ".steam/steam.pid"};

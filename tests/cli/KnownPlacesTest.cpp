@@ -31,6 +31,8 @@ const std::vector<Layout> layouts{
     {".config/BraveSoftware/Brave-Browser/Default/GPUCache/a", ".config/BraveSoftware/Brave-Browser/Default/GPUCache",
      "browserCaches", "safe", "BraveSoftware"},
     {".config/chromium/ShaderCache/a", ".config/chromium/ShaderCache", "browserCaches", "safe", "Rebuilt"},
+    {".config/chromium/GPUPersistentCache/GPUCache/a", ".config/chromium/GPUPersistentCache", "browserCaches", "safe",
+     "Rebuilt"},
     {".config/chromium/Default/Service Worker/CacheStorage/a", ".config/chromium/Default/Service Worker/CacheStorage",
      "largeFiles", "review", "offline"},
     {".config/Slack/Service Worker/CacheStorage/a", ".config/Slack/Service Worker/CacheStorage", "messagingMedia",
@@ -173,7 +175,8 @@ TEST_F(KnownPlaces, areShownUnselectedWhileTheirProgramRuns) {
   home.link(".config/chromium/SingletonLock", "host-" + std::to_string(::getpid()));
   home.link(".config/google-chrome/SingletonLock", "host-999999999");
   home.file(".steam/steam.pid", std::to_string(::getpid()) + "\n");
-  home.link(".mozilla/firefox/a.default/lock", "127.0.1.1:+" + std::to_string(::getpid()));
+  home.link(".config/mozilla/firefox/a.default/lock", "127.0.1.1:+" + std::to_string(::getpid()));
+  home.file(".config/JetBrains/IdeaIC2024.1/.lock", std::to_string(::getpid()));
   const FileDescriptor cargo(::open(home.file(".cargo/.package-cache").c_str(), O_RDONLY | O_CLOEXEC));
   ASSERT_EQ(::flock(cargo.get(), LOCK_EX), 0);
   const auto items = scan();
@@ -182,10 +185,25 @@ TEST_F(KnownPlaces, areShownUnselectedWhileTheirProgramRuns) {
     EXPECT_EQ(items.at(busy)["isSelected"], false) << busy;
   }
   EXPECT_EQ(items.at(".config/google-chrome/Default/Code Cache")["isSelected"], true);
-  EXPECT_THAT(run({"folders", "known"}).output, HasSubstr("chromium is open and uses it"));
-  static_cast<void>(run({"clean", "--yes"}));
-  EXPECT_TRUE(exists(home.path(".cache/chromium")) && exists(home.path(".cargo/git/db/a")));
-  EXPECT_FALSE(exists(home.path(".cache/pip")));
+  const auto known = run({"folders", "known"}).output;
+  EXPECT_THAT(known, HasSubstr("chromium is open and uses it"));
+  EXPECT_THAT(known, HasSubstr("JetBrains is open and uses it"));
+  static_cast<void>(run({"clean", "--yes", "--developer-caches", "--include-review", "--category", "browserCaches",
+                         "--category", "caches", "--category", "largeFiles", "--category", "developerCaches"}));
+  for (const auto* busy : {".cache/chromium", ".cache/mozilla", ".cargo/git/db/a", ".cache/JetBrains/IdeaIC2024.1",
+                           ".config/chromium/Default/Service Worker/CacheStorage"}) {
+    EXPECT_TRUE(exists(home.path(busy))) << busy;
+  }
+  EXPECT_FALSE(exists(home.path(".cache/pip")) || exists(home.path(".m2/repository")));
+}
+
+TEST_F(KnownPlaces, goByNoRuleWhileTheirProgramRuns) {
+  home.file(".config/JetBrains/IdeaIC2024.1/.lock", std::to_string(::getpid()));
+  home.file("rule.json",
+            R"({"name":"Indexes","trigger":{"categories":["developerCaches"]},"action":{"type":"moveToTrash"}})");
+  EXPECT_EQ(run({"rules", "add", home.path("rule.json")}).exitStatus, 0);
+  EXPECT_GT(json({"rules", "run", "Indexes", "--yes"})["itemsProcessed"], 3);
+  EXPECT_TRUE(exists(home.path(".cache/JetBrains/IdeaIC2024.1")));
 }
 
 TEST_F(KnownPlaces, areReachedThroughNoLink) {

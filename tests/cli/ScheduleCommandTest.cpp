@@ -53,6 +53,26 @@ TEST_F(ScheduleCommand, runsNotesTheTimeAndComesBack) {
   EXPECT_TRUE(exists(file));
 }
 
+TEST_F(ScheduleCommand, takesKnownPlacesThatARuleNamesAndNobodyUses) {
+  onlyLogs();
+  constexpr double twoMonths = 61.0 * 86400;
+  for (const auto* place : {".cache/pip", ".cache/chromium", ".cache/young"}) {
+    setAge(home.file(std::string(place) + "/a"), twoMonths);
+    setAge(home.path(place), twoMonths);
+  }
+  home.file(".cache/young/b");
+  home.link(".config/chromium/SingletonLock", "host-" + std::to_string(::getpid()));
+  EXPECT_EQ(run({"rules", "add", "--suggested", "old-caches"}).exitStatus, 0);
+  EXPECT_EQ(run({"folders", "known", "off"}).exitStatus, 0);
+  EXPECT_EQ(json({"schedule", "run", "--yes"})["itemsProcessed"], 0);
+  EXPECT_EQ(run({"folders", "known", "on"}).exitStatus, 0);
+  EXPECT_EQ(json({"schedule", "run", "--yes"})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
+  EXPECT_TRUE(exists(home.path(".cache/chromium/a")) && exists(home.path(".cache/young/a")));
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(home.path(".cache/pip/a")));
+}
+
 TEST_F(ScheduleCommand, asksAtATerminalAndTakesANo) {
   onlyLogs();
   const auto file = recommended();

@@ -14,6 +14,7 @@
 #include <set>
 #include <span>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace orvane {
@@ -71,24 +72,44 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_toke
       if (isShown) places.push_back({std::move(path), *status, &row});
     });
   }
+  return withoutNested(std::move(places));
+}
+
+// No item lies in another: it would move twice and count twice. Of two alike the outer one stays; where the inner one
+// is another matter, the outer one is not taken whole.
+std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::withoutNested(std::vector<Place> places) {
+  std::unordered_map<std::string_view, std::size_t> byPath;
+  for (std::size_t i = 0; i < places.size(); ++i) byPath.emplace(places[i].path, i);
+  std::vector<bool> isLeftOut(places.size());
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    for (auto holder = parentPath(places[i].path); holder.size() > 1; holder = parentPath(holder)) {
+      const auto outer = byPath.find(holder);
+      if (outer == byPath.end()) continue;
+      const auto& outerPlace = places[outer->second];
+      const bool areAlike = outerPlace.row->label == places[i].row->label;
+      isLeftOut[areAlike ? i : outer->second] = true;
+    }
+  }
+  std::size_t at = 0;
+  std::erase_if(places, [&](const Place&) { return isLeftOut[at++]; });
   return places;
 }
 
-bool KnownPlaceSearch::isBusy(const Place& place) const {
-  const auto& sign = place.row->place->busy;
+bool KnownPlaceSearch::isInUse(std::string_view path, const KnownPlaceTable::Row& row) const {
+  const auto& sign = row.place->busy;
   if (sign.pattern.empty()) return false;
   const auto& table = m_validator.knownPlaces();
-  const auto relative = std::string_view(place.path).substr(table.folder(place.row->place->base).size() + 1);
+  const auto relative = path.substr(table.folder(row.place->base).size() + 1);
   std::string pattern(sign.pattern);
   if (const auto mark = pattern.find('%'); mark != std::string::npos) {
     pattern.replace(mark, 1, relative.substr(0, relative.find('/')));
   }
-  bool isBusy = false;
+  bool isInUse = false;
   matchBelow(table.folder(sign.base), PathPattern::alternatives(pattern),
-             [&](const std::string& path, int /*folder*/, const char* /*name*/) {
-               isBusy = isBusy || table.profile().isBusySign(path);
+             [&](const std::string& signPath, int /*folder*/, const char* /*name*/) {
+               isInUse = isInUse || table.profile().isBusySign(signPath);
              });
-  return isBusy;
+  return isInUse;
 }
 
 std::vector<FileItem> KnownPlaceSearch::sized(const std::vector<Place>& places, const std::stop_token& stop) const {
@@ -115,7 +136,7 @@ std::vector<FileItem> KnownPlaceSearch::sized(const std::vector<Place>& places, 
     fields.lastOpenedDate = status.accessed.date();
     fields.category = row->category;
     fields.riskLabel = row->label;
-    if (row->category == ScanCategory::trash || isBusy(places[i])) fields.isSelected = false;
+    if (row->category == ScanCategory::trash || isInUse(path, *row)) fields.isSelected = false;
     items.emplace_back(std::move(fields));
   }
   return items;

@@ -6,6 +6,7 @@
 
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvane {
@@ -30,6 +31,9 @@ class KnownPlaceSearch {
     return sized(places, stop);
   }
 
+  // Whether the program of a place runs now: by its canonical path, which the row fits. Looks at the disk.
+  [[nodiscard]] bool isInUse(std::string_view path, const KnownPlaceTable::Row& row) const;
+
  private:
   struct Place {
     std::string path;
@@ -37,8 +41,8 @@ class KnownPlaceSearch {
     const KnownPlaceTable::Row* row;
   };
   [[nodiscard]] std::vector<Place> find(const std::stop_token& stop) const;
+  [[nodiscard]] static std::vector<Place> withoutNested(std::vector<Place> places);
   [[nodiscard]] std::vector<FileItem> sized(const std::vector<Place>& places, const std::stop_token& stop) const;
-  [[nodiscard]] bool isBusy(const Place& place) const;
 
   const PathValidator& m_validator;
   const FileStatusReader& m_statusReader;
