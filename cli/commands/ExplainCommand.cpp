@@ -4,6 +4,7 @@
 #include "cli/frame/Session.h"
 #include "core/base/files/FileDescriptor.h"
 #include "core/base/files/PlaceText.h"
+#include "core/base/text/ByteCount.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/tasks/ExplainTask.h"
@@ -37,9 +38,13 @@ Json jsonFrom(const Explanation& explanation) {
   return json;
 }
 
-std::string_view cleaningText(const RowMark& cleaning) {
-  if (cleaning.lock == Lock::inTrash) return "'orvanectl clean' leaves it: it is in a Trash already";
-  switch (cleaning.choice) {
+std::string_view cleaningText(const Explanation::Item& item) {
+  if (item.cleaning.lock == Lock::inTrash) return "'orvanectl clean' leaves it: it is in a Trash already";
+  if (item.isInUse) return "'orvanectl clean' leaves it while its program runs";
+  if (item.cleaning.choice == Choice::unselected && item.category == ScanCategory::developerCaches) {
+    return "'orvanectl clean' takes it only with --developer-caches, --category and --include-review";
+  }
+  switch (item.cleaning.choice) {
     case Choice::selected:
       return "'orvanectl clean' takes it without a second look";
     case Choice::unselected:
@@ -50,6 +55,21 @@ std::string_view cleaningText(const RowMark& cleaning) {
   return {};
 }
 
+std::string deciderText(const Explanation& explanation) {
+  const auto& build = explanation.build;
+  if (!build) return explanation.item->decidedBy;
+  const auto project = shownPath(build->project);
+  if (build->marker.empty()) return fmt::format("its name tells that a tool made it in {}", project);
+  return fmt::format("{} tells that a tool made it from {}", build->marker, project);
+}
+
+std::string buildText(const Explanation::Build& build) {
+  auto text = fmt::format("{} makes it again", build.maker);
+  if (!build.idleDays) return text;
+  return text + fmt::format("; the project changed {} {} ago", formatCount(*build.idleDays),
+                            *build.idleDays == 1 ? "day" : "days");
+}
+
 void printText(Session& session, const Explanation& explanation) {
   const auto line = [&](std::string_view key, std::string_view value) {
     session.out().line(fmt::format("  {:<11}{}", key, escapedForDisplay(value)));
@@ -57,12 +77,13 @@ void printText(Session& session, const Explanation& explanation) {
   session.out().line(shownPath(explanation.place));
   if (const auto& item = explanation.item) {
     line("category", fmt::format("{} ({})", displayName(item->category), rawValue(item->category)));
-    line("because", item->decidedBy);
+    line("because", deciderText(explanation));
     line("risk", fmt::format("{}: {}", rawValue(item->riskLabel), orvane::explanation(item->riskLabel)));
-    if (!explanation.keptBy) line("cleaning", cleaningText(item->cleaning));
+    if (!explanation.keptBy) line("cleaning", cleaningText(*item));
   }
   line("allowed", explanation.refusal ? "no. " + *explanation.refusal : "yes, no fixed rule protects it");
   if (!explanation.knownPlaceReason.empty()) line("why", explanation.knownPlaceReason);
+  if (explanation.build) line("why", buildText(*explanation.build));
   if (explanation.refusal && !explanation.protectedContent.empty()) {
     line("protects", fmt::format("{}, whatever folders are named", explanation.protectedContent));
   }

@@ -6,6 +6,7 @@
 #include "core/scanning/records/ScanCategory.h"
 #include "core/tasks/Proposal.h"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,11 +25,20 @@ struct Explanation {
     RowMark cleaning;  // as a cleanup would have it
     std::string organizerCategory;
     std::string decidedBy;  // what of it decides the category, in English
+    bool isInUse = false;   // by the program whose place it is
+  };
+  // Of a folder that a tool made from a project.
+  struct Build {
+    FileUrl project;
+    std::string marker;                    // name of the file that tells it; empty where the folder's name is enough
+    std::string maker;                     // who makes it again, in English
+    std::optional<std::int64_t> idleDays;  // since a source file of the project changed
   };
 
   FileUrl place;
   std::string knownPlaceReason;  // of a place where a program keeps what can go, in English; empty elsewhere
   std::optional<Item> item;
+  std::optional<Build> build;
   std::optional<std::string> refusal;  // of the fixed rules
   // What a rule of this system protects there, in English: "key rings". Empty where none does.
   std::string protectedContent;

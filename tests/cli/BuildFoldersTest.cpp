@@ -72,6 +72,21 @@ TEST_F(BuildFolders, tellWhenTheirProjectWasLastWorkedOn) {
   EXPECT_NEAR(items.at("app/node_modules")["lastOpenedDate"].get<double>(), now - 100.5 * day, day / 4);
 }
 
+TEST_F(BuildFolders, areExplainedByTheirProjectAndItsTool) {
+  constexpr double day = 86400;
+  setAge(home.file("Documents/app/package.json", "{}"), 12.5 * day);
+  home.file("Documents/app/node_modules/a");
+  home.folder("Documents/app/__pycache__");
+  home.folder("Documents/node_modules");
+  const auto text = run({"explain", home.path("Documents/app/node_modules")}).output;
+  EXPECT_THAT(text, testing::HasSubstr("because    package.json tells that a tool made it from ~/Documents/app\n"));
+  EXPECT_THAT(text, testing::HasSubstr("makes it again; the project changed 12 days ago\n"));
+  EXPECT_THAT(text, testing::HasSubstr("only with --developer-caches"));
+  EXPECT_THAT(run({"explain", home.path("Documents/app/__pycache__")}).output, testing::HasSubstr("Python makes it"));
+  EXPECT_EQ(json({"explain", home.path("Documents/app/node_modules")})[0]["category"], "developerCaches");
+  EXPECT_EQ(json({"explain", home.path("Documents/node_modules")})[0]["category"], "manualReview");
+}
+
 TEST_F(BuildFolders, goWholeAndComeBack) {
   home.file("Documents/app/Cargo.toml");
   home.file("Documents/app/target/debug/.fingerprint/a");

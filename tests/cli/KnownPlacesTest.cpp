@@ -188,6 +188,7 @@ TEST_F(KnownPlaces, areShownUnselectedWhileTheirProgramRuns) {
   const auto known = run({"folders", "known"}).output;
   EXPECT_THAT(known, HasSubstr("chromium is open and uses it"));
   EXPECT_THAT(known, HasSubstr("JetBrains is open and uses it"));
+  EXPECT_THAT(run({"explain", home.path(".cache/chromium")}).output, HasSubstr("leaves it while its program runs"));
   static_cast<void>(run({"clean", "--yes", "--developer-caches", "--include-review", "--category", "browserCaches",
                          "--category", "caches", "--category", "largeFiles", "--category", "developerCaches"}));
   for (const auto* busy : {".cache/chromium", ".cache/mozilla", ".cargo/git/db/a", ".cache/JetBrains/IdeaIC2024.1",

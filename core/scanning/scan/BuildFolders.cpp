@@ -75,8 +75,9 @@ bool BuildFolders::holds(const Row& row, int parent, const std::string& name) {
   return beside.empty() || std::ranges::any_of(beside, [&](const auto& pattern) { return fits(pattern.text()); });
 }
 
-bool BuildFolders::holds(int parent, const std::string& name) const {
-  return std::ranges::any_of(m_rows, [&](const Row& row) { return holds(row, parent, name); });
+const SystemProfile::BuildFolder* BuildFolders::rowOf(int parent, const std::string& name) const {
+  const auto row = std::ranges::find_if(m_rows, [&](const Row& candidate) { return holds(candidate, parent, name); });
+  return row == m_rows.end() ? nullptr : row->folder;
 }
 
 std::optional<Date> BuildFolders::lastWorkedOn(int project) const {

@@ -19,8 +19,9 @@ class BuildFolders {
 
   // Whether a row names the folder, so that it is looked at though it is hidden. Nothing is read.
   [[nodiscard]] bool isNamed(std::string_view name) const noexcept;
-  // Whether the folder `name` in the folder open at `parent` is one. Looks at the disk.
-  [[nodiscard]] bool holds(int parent, const std::string& name) const;
+  // The row of the folder `name` in the folder open at `parent`; null where it is none. Looks at the disk.
+  [[nodiscard]] const SystemProfile::BuildFolder* rowOf(int parent, const std::string& name) const;
+  [[nodiscard]] bool holds(int parent, const std::string& name) const { return rowOf(parent, name) != nullptr; }
   // When a source file of the project open at `project` last changed: hidden files, folders that tools made and what
   // lies deep or behind very many files do not count. Absent where there is none.
   [[nodiscard]] std::optional<Date> lastWorkedOn(int project) const;
