@@ -75,9 +75,12 @@ std::optional<Proposal> propose(const TaskServices& services, const CleanWish& w
   KeptRows kept(services);
   FilterMatcher filter({.minimumSizeBytes = wish.minimumSizeBytes}, countedTo);
   WholeAge age(wish.minimumAgeDays, countedTo);
+  const auto isOldEnough = [&](const FileItem& item) {
+    return age.isReachedBy(projectDate(services, item)) && age.admits(item);
+  };
   const auto add = [&](FileItem item) {
     if (item.category() == ScanCategory::trash) inTrash.rows.add(item.fileSize());
-    if (!takes(wish, item) || !filter.matches(item) || !age.admits(item) || kept.hold(item)) return;
+    if (!takes(wish, item) || !filter.matches(item) || !isOldEnough(item) || kept.hold(item)) return;
     item.setSelected(true);
     builder.add(std::move(item), {Choice::selected});
   };

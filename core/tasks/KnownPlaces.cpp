@@ -29,12 +29,11 @@ std::string reasonText(const KnownPlaceTable& table, const KnownPlaceTable::Row&
 }
 
 // Of a folder that a tool made from a project.
-std::string buildReason(const FileItem& item, AppLanguage language) {
-  const bool isBuild =
-      item.isFolder() && item.category() == ScanCategory::developerCaches && !isBelowDeveloperCaches(item.url().path());
-  if (!isBuild || !item.lastOpenedDate()) return {};
-  const auto days = static_cast<std::int64_t>(
-      std::max(0.0, (ReferenceClock::now() - *item.lastOpenedDate()).count() / secondsPerDay));
+std::string buildReason(const TaskServices& services, const FileItem& item, AppLanguage language) {
+  const auto changed = projectDate(services, item);
+  if (!changed) return {};
+  const auto days =
+      static_cast<std::int64_t>(std::max(0.0, (ReferenceClock::now() - *changed).count() / secondsPerDay));
   return withValue(LocalizedStrings::lookup(language, "place.build", days), formatCount(days));
 }
 
@@ -72,6 +71,13 @@ std::vector<FileItem> knownPlacesAmong(const TaskServices& services, const ItemL
   return places;
 }
 
+std::optional<Date> projectDate(const TaskServices& services, const FileItem& item) {
+  const bool isBuild = item.isFolder() && item.category() == ScanCategory::developerCaches &&
+                       !isBelowDeveloperCaches(item.url().path()) &&
+                       services.validator.knownPlaces().rowOf(item.url().path()) == nullptr;
+  return isBuild ? item.lastOpenedDate() : std::nullopt;
+}
+
 bool isPlaceInUse(const TaskServices& services, const FileItem& place) {
   const auto* row = services.validator.knownPlaces().rowOf(place.url().path());
   if (row == nullptr || row->category == ScanCategory::trash) return false;
@@ -89,7 +95,7 @@ std::string knownPlaceReason(const TaskServices& services, const FileUrl& place,
 std::string knownPlaceReason(const TaskServices& services, const FileItem& item, AppLanguage language) {
   const auto& table = services.validator.knownPlaces();
   const auto* row = table.rowOf(item.url().path());
-  if (row == nullptr) return buildReason(item, language);
+  if (row == nullptr) return buildReason(services, item, language);
   const auto reason = isPlaceInUse(services, item) ? "place.busy" : row->place->reason;
   return reasonText(table, *row, reason, item.url(), language);
 }

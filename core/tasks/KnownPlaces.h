@@ -8,6 +8,7 @@
 #include "core/tasks/ItemList.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
@@ -39,6 +40,9 @@ void grantKnownPlaces(const TaskServices& services, KnownPlaces places);
 // Whether the program of a known place runs, so that only the user's own choice moves it. Of a safe place that a scan
 // found the selection tells; for others it looks at the disk.
 [[nodiscard]] bool isPlaceInUse(const TaskServices& services, const FileItem& place);
+
+// Of a folder that a tool made from a project: when somebody last worked on that. Absent for everything else.
+[[nodiscard]] std::optional<Date> projectDate(const TaskServices& services, const FileItem& item);
 
 // Why a known place can go, for people. Empty where the place is none.
 [[nodiscard]] std::string knownPlaceReason(const TaskServices& services, const FileUrl& place, AppLanguage language);

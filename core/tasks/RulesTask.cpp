@@ -51,7 +51,7 @@ struct ActiveRule {
         takesKnownPlaces(namesCategories(rule)),
         takesDeveloperCaches(wish.files == RuleFiles::scheduled || namesDeveloperCaches(rule)),
         matcher(rule.trigger, wish.now),
-        placeAge(rule.trigger.minimumAgeDays, wish.now),
+        wholeAge(rule.trigger.minimumAgeDays, wish.now),
         destination(rule.action, validator, wish.boundary),
         kept{.rule = rule.name},
         inPlace{.rule = rule.name},
@@ -62,7 +62,7 @@ struct ActiveRule {
   bool takesKnownPlaces;
   bool takesDeveloperCaches;
   RuleMatcher matcher;
-  WholeAge placeAge;
+  WholeAge wholeAge;
   RuleDestination destination;
   RowsKeptByLabel kept;
   RowsInPlace inPlace;
@@ -150,7 +150,8 @@ class RuleJudge {
     if (isPlace && (!rule.takesKnownPlaces || isPlaceInUse(m_services, file))) return false;
     if (file.category() == ScanCategory::developerCaches && !rule.takesDeveloperCaches) return false;
     auto mismatch = rule.matcher.mismatch(file);
-    if (!mismatch && isPlace && !rule.placeAge.admits(file)) mismatch = RuleMismatch::age;
+    if (!mismatch && isPlace && !rule.wholeAge.admits(file)) mismatch = RuleMismatch::age;
+    if (!mismatch && !rule.wholeAge.isReachedBy(projectDate(m_services, file))) mismatch = RuleMismatch::age;
     if (!mismatch) return true;
     ++rule.notTaken.counts[static_cast<std::size_t>(*mismatch)];
     if (*mismatch == RuleMismatch::manualLabel && rule.matcher.matchesButForLabel(file)) {

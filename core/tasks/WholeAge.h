@@ -18,6 +18,8 @@ class WholeAge {
   // Counted to `now`. Without days every item is old enough.
   WholeAge(std::optional<std::int64_t> days, Date now);
 
+  // The same for a day that counts as the item's; true where there is none.
+  [[nodiscard]] bool isReachedBy(std::optional<Date> date) { return !m_age || !date || m_age->isReachedBy(*date); }
   // Reads the folder, until something in it is too young. One that cannot be read is not old enough.
   [[nodiscard]] bool admits(const FileItem& item);
 

@@ -13,7 +13,7 @@ constexpr std::array rows{
     SystemProfile::SuggestedRule{"old-caches", "suggestion.old_caches",
                                  R"({"categories": ["caches", "browserCaches"], "minimumAgeDays": 60})",
                                  R"({"type": "moveToTrash"})"},
-    // Lists only: a folder tells when its tool last wrote to it, not whether its project is still worked on.
+    // Lists only: which builds take minutes and which take days is for their owner to say.
     SystemProfile::SuggestedRule{"idle-builds", "suggestion.idle_builds",
                                  R"({"categories": ["developerCaches"], "minimumAgeDays": 60})",
                                  R"({"type": "reviewOnly"})"},

@@ -87,6 +87,27 @@ TEST_F(BuildFolders, areExplainedByTheirProjectAndItsTool) {
   EXPECT_EQ(json({"explain", home.path("Documents/node_modules")})[0]["category"], "manualReview");
 }
 
+TEST_F(BuildFolders, areAsOldAsTheWorkOnTheirProject) {
+  constexpr double day = 86400;
+  for (const auto* project : {"active", "idle"}) {
+    const auto folder = std::string("Documents/") + project;
+    home.file(folder + "/package.json", "{}");
+    for (const auto& part : {"/node_modules/a", "/node_modules"}) {
+      if (!exists(home.path(folder + part))) home.file(folder + part);
+      setAge(home.path(folder + part), 400 * day);
+    }
+  }
+  setAge(home.path("Documents/idle/package.json"), 100 * day);
+  EXPECT_EQ(run({"rules", "add", "--suggested", "idle-builds"}).exitStatus, 0);
+  const auto listed = json({"rules", "preview", "Idle Build Folders"}).dump();
+  EXPECT_THAT(listed, testing::HasSubstr("Documents/idle/node_modules"));
+  EXPECT_THAT(listed, testing::Not(testing::HasSubstr("Documents/active")));
+  EXPECT_EQ(json({"clean", "--yes", "--developer-caches", "--category", "developerCaches", "--include-review",
+                  "--older-than", "60", home.path("Documents")})["itemsProcessed"],
+            1);
+  EXPECT_TRUE(exists(home.path("Documents/active/node_modules/a")));
+}
+
 TEST_F(BuildFolders, goWholeAndComeBack) {
   home.file("Documents/app/Cargo.toml");
   home.file("Documents/app/target/debug/.fingerprint/a");

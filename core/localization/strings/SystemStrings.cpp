@@ -129,13 +129,20 @@ constexpr std::array systemRows{
                "使われていないビルドフォルダ", "사용하지 않는 빌드 폴더", "闲置的构建文件夹", "閒置的建置檔案夾",
                "Carpetas de compilación inactivas"}},
     StringRow{"suggestion.idle_builds.note",
-              {"Lists build folders of software projects that nothing changed for 60 days.",
-               "Liste les dossiers de compilation de projets logiciels inchangés depuis 60 jours.",
-               "Listet Build-Ordner von Softwareprojekten auf, die seit 60 Tagen unverändert sind.",
-               "60 日間変更されていない、ソフトウェアプロジェクトのビルドフォルダを一覧にします。",
-               "60일 동안 바뀌지 않은 소프트웨어 프로젝트의 빌드 폴더를 나열합니다.",
-               "列出 60 天未更改的软件项目构建文件夹。", "列出 60 天未更動的軟體專案建置檔案夾。",
-               "Enumera las carpetas de compilación de proyectos de software que llevan 60 días sin cambios."}},
+              {"Lists build folders of software projects that nobody changed for 60 days, and moves none: some take "
+               "long to build again.",
+               "Liste les dossiers de compilation de projets logiciels inchangés depuis 60 jours, sans en déplacer "
+               "aucun\u00a0: certains sont longs à recréer.",
+               "Listet Build-Ordner von Softwareprojekten auf, die seit 60 Tagen unverändert sind, und verschiebt "
+               "keinen: Manche brauchen lange, bis sie neu gebaut sind.",
+               "60 日間変更されていない、ソフトウェアプロジェクトのビルドフォルダを一覧にします。再ビルドに時間が"
+               "かかるものもあるため、移動はしません。",
+               "60일 동안 바뀌지 않은 소프트웨어 프로젝트의 빌드 폴더를 나열합니다. 다시 빌드하는 데 오래 걸리는 것도 "
+               "있으므로 옮기지는 않습니다.",
+               "列出 60 天未更改的软件项目构建文件夹，但不移动：有些重新构建需要很长时间。",
+               "列出 60 天未更動的軟體專案建置檔案夾，但不移動：有些重新建置需要很長時間。",
+               "Enumera las carpetas de compilación de proyectos de software que llevan 60 días sin cambios, sin mover "
+               "ninguna: algunas tardan mucho en volver a compilarse."}},
 };
 // clang-format on
 
