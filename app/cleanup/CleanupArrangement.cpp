@@ -57,6 +57,15 @@ void sortItems(std::vector<std::uint32_t>& items, const ItemList& list, CleanupO
     case CleanupOrder::date:
       return sortBy(
           items, [&](auto index) { return referenceSeconds(list.item(index).lastModifiedDate()); }, std::greater<>());
+    case CleanupOrder::lastUse:
+      // That of a folder that a tool made is its project's.
+      return sortBy(
+          items,
+          [&](auto index) {
+            const auto& item = list.item(index);
+            return referenceSeconds(item.lastOpenedDate().value_or(item.lastModifiedDate()));
+          },
+          std::less<>());
     case CleanupOrder::name:
       break;
   }

@@ -12,7 +12,8 @@
 
 namespace orvane {
 
-enum class CleanupOrder : std::uint8_t { size, date, name };  // largest, newest, or alphabetically first comes first
+// Largest, newest, alphabetically first, or longest out of use comes first.
+enum class CleanupOrder : std::uint8_t { size, date, name, lastUse };
 
 // Which items a list shows, and in which order.
 struct CleanupQuery {

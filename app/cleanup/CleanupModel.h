@@ -71,7 +71,7 @@ class CleanupModel : public orvane::RunModel {
   };
   enum Kind { Header, Item };
   Q_ENUM(Kind)
-  enum Sort { Size, Date, Name };
+  enum Sort { Size, Date, Name, LastUse };
   Q_ENUM(Sort)
   enum Filter { SearchFilter, RiskFilter, CategoryFilter, FolderFilter };
   Q_ENUM(Filter)
@@ -87,7 +87,8 @@ class CleanupModel : public orvane::RunModel {
   void setSearchText(const QString& text);
   // Keys of texts, as Sort counts.
   [[nodiscard]] static QStringList sortKeys() {
-    return {QStringLiteral("sort.size"), QStringLiteral("sort.date"), QStringLiteral("sort.name")};
+    return {QStringLiteral("sort.size"), QStringLiteral("sort.date"), QStringLiteral("sort.name"),
+            QStringLiteral("sort.last_used")};
   }
   [[nodiscard]] Sort sort() const noexcept;
   void setSort(Sort sort);

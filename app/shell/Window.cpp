@@ -206,7 +206,8 @@ void Window::remember() {
   const auto& memory = parts.memory;
   const auto sectionCount = static_cast<int>(navigationRows.size());
   parts.state.setSelectedNavigation(memory.number(sectionKey, 0, sectionCount - 1, parts.state.selectedNavigation()));
-  parts.cleanup.setSort(static_cast<CleanupModel::Sort>(memory.number(sortKey, 0, 2, parts.cleanup.sort())));
+  parts.cleanup.setSort(
+      static_cast<CleanupModel::Sort>(memory.number(sortKey, 0, CleanupModel::LastUse, parts.cleanup.sort())));
   parts.cleanup.setReversed(memory.flag(reversedKey));
   parts.state.setEarlierScan(memory.figure(scanDateKey), memory.figure(scanBytesKey));
   parts.cleanup.setRiskFilter(memory.number(riskKey, -1, 2, -1));

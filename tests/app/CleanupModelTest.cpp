@@ -204,6 +204,9 @@ TEST_F(CleanupModelTest, searchesSortsAndFilters) {
   model->setCategoryFilter("oldDownloads");
   model->setSort(CleanupModel::Name);
   ASSERT_TRUE(becomesTrue([&] { return model->shownCount() == 2 && rowOf("new.dmg") == 1; }));
+  model->setSort(CleanupModel::LastUse);
+  ASSERT_TRUE(becomesTrue([&] { return rowOf("old.dmg") == 1; }));
+  model->setSort(CleanupModel::Size);
   model->clearFilters();
   model->setRiskFilter(2);
   ASSERT_TRUE(becomesTrue([&] { return model->shownCount() == 1; }));
