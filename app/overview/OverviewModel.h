@@ -37,6 +37,7 @@ class OverviewModel : public QObject {
   Q_PROPERTY(double trashCount READ trashCount NOTIFY trashChanged)
   Q_PROPERTY(double trashBytes READ trashBytes NOTIFY trashChanged)
   Q_PROPERTY(double trashOldest READ trashOldest NOTIFY trashChanged)
+  Q_PROPERTY(bool trashIsPartly READ trashIsPartly NOTIFY trashChanged)  // a disk did not answer
   Q_PROPERTY(double nextScheduledRun READ nextScheduledRun NOTIFY scheduleChanged)
   Q_PROPERTY(int enabledRules READ enabledRules NOTIFY scheduleChanged)
   Q_PROPERTY(QString scheduleFrequencyKey READ scheduleFrequencyKey NOTIFY scheduleChanged)
@@ -59,6 +60,7 @@ class OverviewModel : public QObject {
   [[nodiscard]] double trashCount() const noexcept { return static_cast<double>(m_trash.count); }
   [[nodiscard]] double trashBytes() const noexcept { return static_cast<double>(m_trash.bytes); }
   [[nodiscard]] double trashOldest() const;
+  [[nodiscard]] bool trashIsPartly() const noexcept { return m_trash.unansweredDisks > 0; }
   // 0 where no date is set: runs are off, or wait for the disk to fill.
   [[nodiscard]] double nextScheduledRun() const;
   [[nodiscard]] int enabledRules() const noexcept { return m_enabledRules; }

@@ -26,6 +26,7 @@ Card {
             note: Texts.joined([Texts.counted("count.items", root.model.trashCount), root.model.trashOldest > 0
                     ? qsTr("dashboard.trash_oldest").arg(Texts.age(root.model.trashOldest)) : ""], " · ") + ". "
                   + qsTr("dashboard.trash_note")
+                  + (root.model.trashIsPartly ? " " + qsTr("dashboard.trash_unanswered") : "")
         }
 
         PlainButton {

@@ -24,14 +24,20 @@
 namespace orvane::cli {
 namespace {
 
+std::string unansweredText(const TrashUsage::Totals& trash) {
+  if (trash.unansweredDisks == 0) return {};
+  return fmt::format(" {} {} did not answer and {} not counted.", formatCount(trash.unansweredDisks),
+                     trash.unansweredDisks == 1 ? "disk" : "disks", trash.unansweredDisks == 1 ? "is" : "are");
+}
+
 std::string trashText(const TrashUsage::Totals& trash) {
-  if (trash.count == 0) return "The Trash is empty.";
+  if (trash.count == 0) return "The Trash is empty." + unansweredText(trash);
   auto text = fmt::format("In the Trash: {}", itemsText({trash.count, trash.bytes}));
   if (trash.oldest) {
     const auto days = std::max<std::int64_t>(0, wholeDaysBetween(*trash.oldest, ReferenceClock::now()));
     text += fmt::format(", the oldest for {} {}", formatCount(days), days == 1 ? "day" : "days");
   }
-  return text + ". Only emptying it frees the space, which Orvane never does.";
+  return text + ". Only emptying it frees the space, which Orvane never does." + unansweredText(trash);
 }
 
 ExitStatus run(Session& session, const Arguments&) {

@@ -18,10 +18,11 @@ class TrashUsage {
     std::int64_t bytes = 0;  // of the files in them
     // When the one that lies there longest went there; absent where nothing tells.
     std::optional<Date> oldest = {};
+    std::int64_t unansweredDisks = 0;  // took too long, as a network's do that is gone, and are not counted
     bool operator==(const Totals&) const = default;
   };
-  // Looks at every item, so it may take long. Unreadable ones add nothing. Without meaning once a stop is
-  // requested.
+  // Looks at every item, so it may take long, but waits for no disk that does not answer. Unreadable ones add nothing.
+  // Without meaning once a stop is requested.
   [[nodiscard]] virtual Totals read(const std::stop_token& /*stop*/ = {}) const { return {}; }
 
   [[nodiscard]] static const TrashUsage& none() noexcept {

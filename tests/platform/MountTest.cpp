@@ -91,6 +91,23 @@ TEST_F(MountTest, theContentOfTheTrashCountsOnceOnEveryVolume) {
   EXPECT_EQ(::umount2(again.c_str(), MNT_DETACH), 0);
 }
 
+TEST_F(MountTest, aDiskThatNeverAnswersHoldsUpNoCountOfTheTrash) {
+  const FileDescriptor fuse(::open("/dev/fuse", O_RDWR | O_CLOEXEC));
+  const auto silent = tree.folder("silent");
+  const auto options = "fd=" + std::to_string(fuse.get()) + ",rootmode=40000,user_id=0,group_id=0";
+  if (!fuse || ::mount("silent", silent.c_str(), "fuse.silent", 0, options.c_str()) != 0) {
+    GTEST_SKIP() << "no file systems of programs here: " << std::strerror(errno);
+  }
+  EXPECT_EQ(trashOne(tree.file("Downloads/b", "123")).result, MoveResult::moved);
+  const LinuxTrashUsage usage(trashPath(), {.look = std::chrono::milliseconds(300), .content = {}});
+  for (int i = 0; i < 2; ++i) {
+    const auto totals = usage.read({});
+    EXPECT_GE(totals.unansweredDisks, 1);
+    EXPECT_GE(totals.count, 1);
+  }
+  EXPECT_EQ(::umount2(silent.c_str(), MNT_DETACH), 0);
+}
+
 TEST_F(MountTest, theSharedTopTrashIsUsedOnlyWhenItIsStickyAndNoLink) {
   ASSERT_EQ(::mkdir((volume + "/.Trash").c_str(), 0777), 0);
   ASSERT_EQ(::chmod((volume + "/.Trash").c_str(), 01777), 0);
