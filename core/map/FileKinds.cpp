@@ -21,7 +21,6 @@ constexpr std::array kindRows{
     KindRow{"Documents", MapKind::documents},   KindRow{"Archives", MapKind::archives},
     KindRow{"Installers", MapKind::installers}, KindRow{"Development", MapKind::source},
 };
-constexpr std::size_t longestExtension = 12;
 
 MapKind kindOfExtension(std::string_view extension, const SystemProfile& profile) {
   auto category = defaultCategoryNameForExtension(extension, {});
@@ -41,14 +40,14 @@ MapKind kindOfExtension(std::string_view extension, const SystemProfile& profile
 MapKind FileKinds::kindOf(std::string_view name) {
   const auto extension = splitName(name).extension;
   if (extension.empty() || extension.size() > longestExtension) return MapKind::other;
-  std::array<char, longestExtension> lower{};
-  std::transform(extension.begin(), extension.end(), lower.begin(), lowerAscii);
-  const std::string_view wanted(lower.data(), extension.size());
-  if (wanted != m_extension) {
-    m_kind = kindOfExtension(wanted, m_profile);
-    m_extension = wanted;
-  }
-  return m_kind;
+  Known wanted{.length = extension.size()};
+  std::transform(extension.begin(), extension.end(), wanted.extension.begin(), lowerAscii);
+  const auto known = std::ranges::find_if(
+      m_known, [&](const Known& one) { return one.length == wanted.length && one.extension == wanted.extension; });
+  if (known != m_known.end()) return known->kind;
+  wanted.kind = kindOfExtension({wanted.extension.data(), wanted.length}, m_profile);
+  m_known[m_oldest++ % m_known.size()] = wanted;
+  return wanted.kind;
 }
 
 }  // namespace orvane

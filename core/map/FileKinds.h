@@ -3,12 +3,14 @@
 #include "core/map/records/MapKind.h"
 #include "core/platform/SystemProfile.h"
 
-#include <string>
+#include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace orvane {
 
-// Names the kind of each file of one folder. Remembers the last extension, as neighbours mostly share theirs.
+// Names the kind of each file of one folder. Remembers the last few extensions, as neighbours mostly share theirs: each
+// look at the tables compares hundreds.
 class FileKinds {
  public:
   // `profile` must outlive this object.
@@ -16,9 +18,16 @@ class FileKinds {
   [[nodiscard]] MapKind kindOf(std::string_view name);
 
  private:
+  static constexpr std::size_t longestExtension = 12;
+  struct Known {
+    std::array<char, longestExtension> extension{};
+    std::size_t length = 0;
+    MapKind kind = MapKind::other;
+  };
+
   const SystemProfile& m_profile;
-  std::string m_extension;
-  MapKind m_kind = MapKind::other;
+  std::array<Known, 8> m_known{};
+  std::size_t m_oldest = 0;
 };
 
 }  // namespace orvane
