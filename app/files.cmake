@@ -46,6 +46,7 @@ set(ORVANE_QML_FILES
   components/Notice.qml
   components/NumberField.qml
   components/Page.qml
+  components/PickFile.qml
   components/PickFolder.qml
   components/PlainButton.qml
   components/PreviewPanel.qml

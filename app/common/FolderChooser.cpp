@@ -87,8 +87,9 @@ void FolderChooser::ask(const QString& title, const QString& startFolder) {
   auto sender = bus.baseService().mid(1);
   listenTo(path + QStringLiteral("/request/") + sender.replace(u'.', u'_') + u'/' + token);
 
-  QVariantMap options{
-      {QStringLiteral("handle_token"), token}, {QStringLiteral("directory"), true}, {QStringLiteral("modal"), true}};
+  QVariantMap options{{QStringLiteral("handle_token"), token},
+                      {QStringLiteral("directory"), !m_isForFile},
+                      {QStringLiteral("modal"), true}};
   if (const auto place = placeFrom(startFolder)) {
     // A path as the portal takes it: bytes that end with NUL.
     options.insert(QStringLiteral("current_folder"), QByteArray::fromStdString(place->path()).append('\0'));

@@ -10,10 +10,11 @@
 
 namespace orvane {
 
-// Asks for a folder with the desktop's own chooser, through org.freedesktop.portal.FileChooser.
+// Asks for a folder, or a file, with the desktop's own chooser, through org.freedesktop.portal.FileChooser.
 class FolderChooser : public QObject {
   Q_OBJECT
   QML_ELEMENT
+  Q_PROPERTY(bool forFile MEMBER m_isForFile)
   // Whether Qt has a chooser of this desktop, for where there is no portal.
   Q_PROPERTY(bool hasNativeDialog READ hasNativeDialog CONSTANT)
 
@@ -40,6 +41,7 @@ class FolderChooser : public QObject {
 
   QPointer<QWindow> m_window;
   QString m_request;  // the portal's object that answers; empty while nothing is asked
+  bool m_isForFile = false;
   bool m_isAsking = false;
 };
 

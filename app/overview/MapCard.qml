@@ -33,7 +33,7 @@ Card {
     }
 
     function showMenu(area: var, item: Item): void {
-        if (!area.canAct)
+        if (!area.canAct || root.model.fileName !== "")
             return;
         menu.area = area;
         menu.popup(item, 12, Math.min(item.height, 36));
@@ -52,6 +52,13 @@ Card {
         id: picker
 
         onPicked: url => root.model.start(url)
+    }
+
+    PickFile {
+        id: filePicker
+
+        title: qsTr("map.open_file")
+        onPicked: url => root.model.openFile(url)
     }
 
     ChoiceMenu {
@@ -108,6 +115,13 @@ Card {
 
             LinkButton {
                 visible: root.model.hasMap && !root.model.isMapping
+                symbol: "file"
+                text: qsTr("map.open_file")
+                onClicked: filePicker.open()
+            }
+
+            LinkButton {
+                visible: root.model.hasMap && !root.model.isMapping
                 symbol: "folder"
                 text: qsTr("map.choose")
                 onClicked: picker.open()
@@ -135,6 +149,12 @@ Card {
             visible: root.model.problem !== ""
             isWarning: true
             text: root.model.problem
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.model.fileName !== ""
+            text: qsTr("map.from_file").arg(root.model.fileName)
         }
 
         RowLayout {

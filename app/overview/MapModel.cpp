@@ -7,6 +7,8 @@
 #include "app/duplicates/DuplicatesModel.h"
 #include "app/organize/OrganizeModel.h"
 #include "app/shell/AppState.h"
+#include "core/base/files/FileDescriptor.h"
+#include "core/base/text/Json.h"
 #include "core/map/services/SnapshotStore.h"
 #include "core/platform/Desktop.h"
 
@@ -92,9 +94,27 @@ MapModel::~MapModel() {
 // --- the walk
 
 void MapModel::start(const QString& pathOrUrl) {
-  if (m_isMapping) return;
-  auto folder = m_map ? FileUrl(m_map->map.rootPath()) : m_services.tasks.home;
+  auto folder = m_map && m_fileName.isEmpty() ? FileUrl(m_map->map.rootPath()) : m_services.tasks.home;
   if (const auto chosen = placeFrom(pathOrUrl)) folder = *chosen;
+  begin(folder, {}, [this, folder](const TaskMonitor& monitor) {
+    return mapFolder(m_with.maps, folder, MapDetail::someFiles, ReferenceClock::now() - growthTime, monitor);
+  });
+}
+
+void MapModel::openFile(const QString& pathOrUrl) {
+  const auto file = placeFrom(pathOrUrl);
+  if (!file) return;
+  begin(*file, shownPath(file->path(), m_services.tasks.home), [this, file](const TaskMonitor& monitor) {
+    const auto opened = openRegularFile(file->path());
+    auto map = importMap(m_with.maps, [&](std::span<char> place) {
+      return monitor.stop.stop_requested() ? 0 : readSome(opened.get(), place);
+    });
+    return FolderMap{.map = std::move(map), .taken = ReferenceClock::now()};
+  });
+}
+
+void MapModel::begin(const FileUrl& place, const QString& fileName, Work work) {
+  if (m_isMapping) return;
   m_isMapping = true;
   m_filesSoFar = 0;
   m_placeSoFar.clear();
@@ -102,30 +122,32 @@ void MapModel::start(const QString& pathOrUrl) {
   m_stop = {};
   Q_EMIT workChanged();
   Q_EMIT progressChanged();
-  m_queue.post([this, folder, stop = m_stop.get_token()](const std::stop_token&) {
+  m_queue.post([this, place, fileName, work = std::move(work), stop = m_stop.get_token()](const std::stop_token&) {
     ProgressPace pace;
     TaskMonitor monitor{.stop = stop};
     monitor.scanning = [&](const ScanProgress& now) {
       if (!pace.isDue(0, 1)) return;
       callOn(this, [this, files = static_cast<double>(now.itemsScanned),
-                    place = shownPath(now.currentPath, m_services.tasks.home)] {
+                    current = shownPath(now.currentPath, m_services.tasks.home)] {
         m_filesSoFar = files;
-        m_placeSoFar = place;
+        m_placeSoFar = current;
         Q_EMIT progressChanged();
       });
     };
     std::shared_ptr<const FolderMap> result;
     QString problem;
+    const auto fail = [&](const std::string& why) {
+      problem = shownPath(place.path(), m_services.tasks.home) + QStringLiteral(": ") + shownName(why);
+    };
     try {
-      const auto since = ReferenceClock::now() - growthTime;
-      auto map = mapFolder(m_with.maps, folder, MapDetail::someFiles, since, monitor);
-      if (map) result = std::make_shared<const FolderMap>(*std::move(map));
+      if (auto map = work(monitor)) result = std::make_shared<const FolderMap>(*std::move(map));
     } catch (const std::system_error& error) {
-      problem =
-          shownPath(folder.path(), m_services.tasks.home) + QStringLiteral(": ") + shownName(error.code().message());
+      fail(error.code().message());
+    } catch (const JsonError& error) {
+      if (!stop.stop_requested()) fail(error.what());
     }
     for (const auto& notice : m_with.maps.snapshots.takeNotices()) qWarning("%s", notice.c_str());
-    callOn(this, [this, result, problem] { finish(result, problem); });
+    callOn(this, [this, result, fileName, problem] { finish(result, fileName, problem); });
   });
 }
 
@@ -133,7 +155,7 @@ void MapModel::cancel() {
   m_stop.request_stop();
 }
 
-void MapModel::finish(std::shared_ptr<const FolderMap> map, const QString& problem) {
+void MapModel::finish(std::shared_ptr<const FolderMap> map, const QString& fileName, const QString& problem) {
   m_isMapping = false;
   m_problem = problem;
   if (map) {
@@ -141,6 +163,7 @@ void MapModel::finish(std::shared_ptr<const FolderMap> map, const QString& probl
     const auto shown =
         m_map && m_map->map.rootPath() == map->map.rootPath() ? m_map->map.pathOf(m_folder) : map->map.rootPath();
     m_map = std::move(map);
+    m_fileName = fileName;
     m_totals = m_map->map.totals(m_filter);
     show(m_map->map.find(shown).value_or(StorageMap::top));
     Q_EMIT mapChanged();
@@ -164,6 +187,7 @@ void MapModel::show(Index folder) {
 
 QString MapModel::shownTop() const {
   const auto& path = m_map->map.rootPath();
+  if (!m_fileName.isEmpty()) return shownName(path);
   return path == m_services.tasks.home.path() ? QStringLiteral("~") : shownPath(path, m_services.tasks.home);
 }
 
@@ -315,7 +339,9 @@ int MapModel::daysUntilFullShown() const {
 // --- from the map elsewhere
 
 std::optional<FileUrl> MapModel::placeOf(int folder) const {
-  if (!m_map || folder < 0 || static_cast<std::size_t>(folder) >= m_map->map.folderCount()) return std::nullopt;
+  // What lies at a path here is not what another machine has there.
+  if (!m_map || !m_fileName.isEmpty() || folder < 0 || static_cast<std::size_t>(folder) >= m_map->map.folderCount())
+    return std::nullopt;
   return FileUrl(m_map->map.pathOf(static_cast<Index>(folder)));
 }
 

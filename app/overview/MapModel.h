@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -29,6 +30,8 @@ class MapModel : public QObject {
   QML_UNCREATABLE("made by the program")
   Q_PROPERTY(bool isMapping READ isMapping NOTIFY workChanged)
   Q_PROPERTY(bool hasMap READ hasMap NOTIFY mapChanged)
+  // The file that the map came from; empty for one of this machine. Such a map is only shown.
+  Q_PROPERTY(QString fileName READ fileName NOTIFY mapChanged)
   Q_PROPERTY(double filesSoFar READ filesSoFar NOTIFY progressChanged)
   Q_PROPERTY(QString placeSoFar READ placeSoFar NOTIFY progressChanged)
   // Why the last map came to nothing; empty when it did not.
@@ -76,6 +79,7 @@ class MapModel : public QObject {
 
   [[nodiscard]] bool isMapping() const noexcept { return m_isMapping; }
   [[nodiscard]] bool hasMap() const noexcept { return m_map != nullptr; }
+  [[nodiscard]] const QString& fileName() const noexcept { return m_fileName; }
   [[nodiscard]] double filesSoFar() const noexcept { return m_filesSoFar; }
   [[nodiscard]] const QString& placeSoFar() const noexcept { return m_placeSoFar; }
   [[nodiscard]] const QString& problem() const noexcept { return m_problem; }
@@ -107,6 +111,8 @@ class MapModel : public QObject {
 
   // A path or URL; the folder of the last map, or the home folder, where it is empty.
   Q_INVOKABLE void start(const QString& pathOrUrl = {});
+  // Shows the map in a file of ncdu's form, of another machine perhaps.
+  Q_INVOKABLE void openFile(const QString& pathOrUrl);
   Q_INVOKABLE void cancel();
   // Folders are told by the numbers that `areas` and `trail` have for them.
   Q_INVOKABLE void enter(int folder);
@@ -130,7 +136,10 @@ class MapModel : public QObject {
   void choiceChanged();
 
  private:
-  void finish(std::shared_ptr<const FolderMap> map, const QString& problem);
+  using Work = std::function<std::optional<FolderMap>(const TaskMonitor& monitor)>;
+  // `place` is named where it fails.
+  void begin(const FileUrl& place, const QString& fileName, Work work);
+  void finish(std::shared_ptr<const FolderMap> map, const QString& fileName, const QString& problem);
   void changeFilter(const MapFilter& filter);
   void show(StorageMap::Index folder);
   [[nodiscard]] QString shownTop() const;
@@ -143,6 +152,7 @@ class MapModel : public QObject {
   double m_filesSoFar = 0;
   QString m_placeSoFar;
   QString m_problem;
+  QString m_fileName;
   std::shared_ptr<const FolderMap> m_map;
   StorageMap::Index m_folder = StorageMap::top;
   MapFilter m_filter;

@@ -109,6 +109,35 @@ TEST_F(MapModelTest, leadsFromAFolderToOtherSections) {
   EXPECT_EQ(cleanup.categoryFilter(), "caches");
 }
 
+TEST_F(MapModelTest, showsTheMapOfAFileAndLeadsNowhereFromIt) {
+  model.openFile(QString::fromStdString(tree.path("none.json")));
+  ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
+  EXPECT_THAT(model.problem().toStdString(), testing::HasSubstr("~/none.json: "));
+  tree.file("broken.json", "[1,2,{},[");
+  model.openFile(QString::fromStdString(tree.path("broken.json")));
+  ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
+  EXPECT_THAT(model.problem().toStdString(), testing::HasSubstr("~/broken.json: "));
+  EXPECT_FALSE(model.hasMap());
+
+  // Folders that this machine has too.
+  tree.file("server.json", R"([1,2,{},[{"name":")" + tree.path() +
+                               R"("},[{"name":"Videos"},{"name":"a.mkv","asize":50,"dsize":4096}]]])");
+  model.openFile(QString::fromStdString(tree.path("server.json")));
+  ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
+  EXPECT_EQ(model.fileName(), "~/server.json");
+  EXPECT_EQ(model.shownBytes(), 4096);
+  const auto videos = area("Videos")["folder"].toInt();
+  model.openFolder(videos);
+  model.organizeFolder(videos);
+  model.findDuplicates(videos);
+  model.showInCleanup(videos);
+  EXPECT_EQ(organize.folder(), "");
+  EXPECT_EQ(state.selectedNavigation(), static_cast<int>(AppNavigationItem::Overview));
+  map();
+  EXPECT_EQ(model.fileName(), "");
+  EXPECT_GT(model.shownBytes(), 4096);
+}
+
 TEST_F(MapModelTest, remembersOnlyOnceAskedAndThenTellsWhatGrew) {
   map();
   EXPECT_FALSE(exists(tree.path(".local")));
