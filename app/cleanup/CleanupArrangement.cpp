@@ -1,6 +1,7 @@
 #include "app/cleanup/CleanupArrangement.h"
 
 #include "app/common/Text.h"
+#include "core/base/files/PathText.h"
 #include "core/base/text/CaselessSearch.h"
 
 #include <QCollator>
@@ -23,6 +24,9 @@ class Filter {
     if (m_query.risk && item.riskLabel() != *m_query.risk) return false;
     if (m_query.category && item.category() != *m_query.category) return false;
     if (!m_query.folder.empty() && shownFolder(m_scanned.items, index, m_scanned.folders) != m_query.folder)
+      return false;
+    if (!m_query.inside.empty() && !isSameOrInside(item.url().path(), m_query.inside) &&
+        !isSameOrInside(m_query.inside, item.url().path()))
       return false;
     return m_query.searchText.empty() || m_search.isIn(item.url().path());
   }

@@ -23,6 +23,7 @@ struct CleanupQuery {
   std::optional<RiskLabel> risk;
   std::optional<ScanCategory> category;
   std::string folder;  // as shownFolder() gives it; every one when empty
+  std::string inside;  // path of a folder: items in it, and one that holds it; every one when empty
   bool operator==(const CleanupQuery&) const = default;
 };
 

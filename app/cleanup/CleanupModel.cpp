@@ -219,7 +219,7 @@ void CleanupModel::setReversed(bool isReversed) {
 }
 
 void CleanupModel::sortBy(int sort) {
-  if (sort < Size || sort > Name) return;
+  if (sort < Size || sort > LastUse) return;
   auto query = m_query;
   const auto order = static_cast<CleanupOrder>(sort);
   query.isReversed = query.order == order && !query.isReversed;
@@ -266,6 +266,7 @@ QVariantList CleanupModel::filters() const {
   if (m_query.risk) add(RiskFilter, localizedText("risk." + std::string(rawValue(*m_query.risk))));
   if (m_query.category) add(CategoryFilter, localizedText("category." + std::string(rawValue(*m_query.category))));
   if (!m_query.folder.empty()) add(FolderFilter, shownPath(m_query.folder, services().tasks.home));
+  if (!m_query.inside.empty()) add(InsideFilter, shownPath(m_query.inside, services().tasks.home));
   return result;
 }
 
@@ -284,17 +285,18 @@ void CleanupModel::removeFilter(Filter filter) {
     case FolderFilter:
       query.folder.clear();
       break;
+    case InsideFilter:
+      query.inside.clear();
+      break;
   }
   changeQuery(query);
 }
 
 void CleanupModel::clearFilters() {
-  changeQuery(CleanupQuery{.searchText = {},
-                           .order = m_query.order,
-                           .isReversed = m_query.isReversed,
-                           .risk = {},
-                           .category = {},
-                           .folder = {}});
+  CleanupQuery query;
+  query.order = m_query.order;
+  query.isReversed = m_query.isReversed;
+  changeQuery(query);
 }
 
 void CleanupModel::showOnly(const QString& category, const QString& folder) {
@@ -303,6 +305,14 @@ void CleanupModel::showOnly(const QString& category, const QString& folder) {
   query.category = scanCategoryFromRawValue(category.toStdString());
   query.folder = folder.toStdString();
   if (query.category) m_sections.of(*query.category).isExpanded = true;
+  changeQuery(query);
+}
+
+void CleanupModel::showInside(const FileUrl& folder) {
+  CleanupQuery query;
+  query.order = m_query.order;
+  query.inside = folder.path();
+  for (const auto category : allScanCategories) m_sections.of(category).isExpanded = true;
   changeQuery(query);
 }
 

@@ -73,7 +73,7 @@ class CleanupModel : public orvane::RunModel {
   Q_ENUM(Kind)
   enum Sort { Size, Date, Name, LastUse };
   Q_ENUM(Sort)
-  enum Filter { SearchFilter, RiskFilter, CategoryFilter, FolderFilter };
+  enum Filter { SearchFilter, RiskFilter, CategoryFilter, FolderFilter, InsideFilter };
   Q_ENUM(Filter)
 
   CleanupModel(WindowServices services, AppState& state, QObject* parent = nullptr);
@@ -116,6 +116,8 @@ class CleanupModel : public orvane::RunModel {
   Q_INVOKABLE void clearFilters();
   // Shows what one area of the overview holds.
   void showOnly(const QString& category, const QString& folder);
+  // Shows what lies in a folder, and the item that the folder is part of.
+  void showInside(const FileUrl& folder);
 
   [[nodiscard]] double itemCount() const;
   [[nodiscard]] double shownCount() const noexcept { return static_cast<double>(m_sections.shownCount()); }

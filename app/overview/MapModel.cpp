@@ -15,7 +15,6 @@
 #include <QDebug>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <system_error>
@@ -368,21 +367,9 @@ void MapModel::findDuplicates(int folder) {
 }
 
 void MapModel::showInCleanup(int folder) {
-  if (!placeOf(folder)) return;
-  // The category that holds most of what is reclaimable in it.
-  std::array<std::int64_t, allScanCategories.size()> bytes{};
-  std::vector<Index> waiting{static_cast<Index>(folder)};
-  while (!waiting.empty()) {
-    const auto index = waiting.back();
-    waiting.pop_back();
-    for (const auto& slice : m_map->map.folder(index).slices) {
-      if (slice.traits.isReclaimable) bytes[static_cast<std::size_t>(slice.traits.category)] += slice.sum.diskBytes;
-    }
-    const auto children = m_map->map.children(index);
-    waiting.insert(waiting.end(), children.begin(), children.end());
-  }
-  const auto most = static_cast<std::size_t>(std::max_element(bytes.begin(), bytes.end()) - bytes.begin());
-  m_with.cleanup.showOnly(bytes[most] > 0 ? textFrom(rawValue(allScanCategories[most])) : QString(), {});
+  const auto place = placeOf(folder);
+  if (!place) return;
+  m_with.cleanup.showInside(*place);
   m_with.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
   if (!m_with.state.hasScanned()) m_with.state.startScan();
 }

@@ -120,7 +120,7 @@ class MapModel : public QObject {
   Q_INVOKABLE void openFolder(int folder);
   Q_INVOKABLE void organizeFolder(int folder);
   Q_INVOKABLE void findDuplicates(int folder);
-  // What a cleanup would propose of a folder; scans where that was not done yet.
+  // The rows of a folder; scans where that was not done yet.
   Q_INVOKABLE void showInCleanup(int folder);
   Q_INVOKABLE void setRemembers(bool remembers);
   Q_INVOKABLE void forget();

@@ -104,9 +104,19 @@ TEST_F(MapModelTest, leadsFromAFolderToOtherSections) {
     const std::lock_guard lock(desktop.mutex);
     return desktop.opened == std::vector{tree.url("Videos").absoluteString()};
   }));
-  model.showInCleanup(area("Library")["folder"].toInt());
+}
+
+TEST_F(MapModelTest, showsTheRowsOfAFolderInCleanup) {
+  tree.file("Downloads/Work/run.log");
+  tree.file("Downloads/other.log");
+  map();
+  model.enter(area("Downloads")["folder"].toInt());
+  model.showInCleanup(area("Work")["folder"].toInt());
   EXPECT_EQ(state.selectedNavigation(), static_cast<int>(AppNavigationItem::Cleanup));
-  EXPECT_EQ(cleanup.categoryFilter(), "caches");
+  EXPECT_EQ(cleanup.filters().front().toMap()["text"], "~/Downloads/Work");
+  ASSERT_TRUE(becomesTrue([&] { return !state.isScanning() && cleanup.shownCount() == 1; }));
+  cleanup.clearFilters();
+  ASSERT_TRUE(becomesTrue([&] { return cleanup.shownCount() == 2; }));
 }
 
 TEST_F(MapModelTest, showsTheMapOfAFileAndLeadsNowhereFromIt) {
