@@ -30,6 +30,8 @@ constexpr int colorCount = 10;
 constexpr std::chrono::days growthTime{7};
 // Of the folders that explain the growth, so many are named.
 constexpr std::size_t mostNamed = 3;
+// A kind with less of it than this part explains nothing.
+constexpr std::int64_t triflePart = 20;
 
 // The first choice of a filter is all; the ages that a file can have end before `unknown`.
 constexpr int agesOffered = static_cast<int>(allMapAges.size()) - 1;
@@ -310,7 +312,8 @@ QVariantList MapModel::grownKinds() const {
   QVariantList list;
   if (!hasGrowth()) return list;
   for (const auto& grown : m_map->growth->kinds) {
-    if (grown.bytes <= 0 || static_cast<std::size_t>(list.size()) == mostNamed) break;
+    const bool isTrifle = grown.bytes <= 0 || grown.bytes < m_map->growth->bytes / triflePart;
+    if (isTrifle || static_cast<std::size_t>(list.size()) == mostNamed) break;
     list.append(QVariantMap{{"nameKey", keyOf("map.kind", mapKinds[grown.kind].rawValue)},
                             {"bytes", static_cast<double>(grown.bytes)}});
   }
