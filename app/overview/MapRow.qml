@@ -69,6 +69,7 @@ T.AbstractButton {
 
             x: parent.width - width
             y: 27
+            visible: text !== ""
             text: root.grownText
             color: root.area.grown > 0 ? Theme.review : root.area.grown < 0 ? Theme.safe : Theme.muted
         }

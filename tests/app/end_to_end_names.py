@@ -4,12 +4,15 @@
     end_to_end_names.py PROGRAM [SCENARIO]
 """
 
+import re
 import sys
 
 from end_to_end_moves import prepare_applications, prepare_duplicates
 from window_driver import Scenario, expect, main, wait_for
 
-END = 0xFF57  # the key's symbol in X
+END = 0xFF57  # keys' symbols in X
+RETURN = 0xFF0D
+TAB = 0xFF09
 SECTIONS = [
     "Overview", "Cleanup", "Duplicates", "Applications", "Organize", "Rules", "AI Agent", "History", "Privacy",
     "Settings",
@@ -50,6 +53,23 @@ def nameless(window):
     return found
 
 
+def tab_until(window, beginning):
+    """Walks with the Tab key until a control whose name begins so, a pattern, has the keyboard."""
+
+    def is_meant(control):
+        try:
+            has_keyboard = control.get_state_set().contains(window.atspi.StateType.FOCUSED)
+            return has_keyboard and re.match(beginning, control.get_name())
+        except window.glib_error:
+            return False
+
+    for _ in range(150):
+        if any(is_meant(control) for control in window.shown()):
+            return
+        window.key(TAB)
+    expect(False, f"no way by the Tab key to “{beginning}”")
+
+
 def check(window, where):
     missing = nameless(window)
     expect(not missing, f"{where}: without a name: " + "; ".join(sorted(set(missing))))
@@ -74,6 +94,25 @@ def walk(window, home):
     check(window, "Settings, its foot")
 
     window.press("Overview")
+    tab_until(window, "Map Home Folder")
+    window.key(RETURN)
+    window.sees("Largest here")
+    check(window, "Overview, a map")
+    for filter_by in ("Show as: ", "Measure: ", "Kind: ", "Last change: ", "Category: "):
+        tab_until(window, filter_by)
+    window.press("Kind: ", exact=False)
+    window.sees("Pictures")
+    check(window, "Overview, a filter of the map")
+    window.press("All kinds")
+    # Into a folder from an area of the picture, up by the path, and in again from the list, which names its state too.
+    for beginning in ("Downloads, ", r"Downloads, .*, yours"):
+        tab_until(window, beginning)
+        window.key(RETURN)
+        window.sees("report.pdf, ")
+        check(window, "Overview, a folder of the map")
+        tab_until(window, "~")
+        window.key(RETURN)
+        window.sees("Downloads, ")
     window.press("Scan Now")
     window.sees("Last scan")
     check(window, "Overview, after a scan")
