@@ -1,3 +1,4 @@
+#include "app/common/Text.h"
 #include "app/shell/HeadlessStart.h"
 #include "app/shell/SingleInstance.h"
 #include "app/shell/Window.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QMessageBox>
 #include <QQuickStyle>
 #include <QSurfaceFormat>
 
@@ -16,6 +18,7 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -38,6 +41,18 @@ void enterSampleHome() {
   std::fprintf(stderr, "orvane: the sample home is in %s\n", folder.c_str());
 }
 
+int fail(const std::exception& error) {
+  std::fprintf(stderr, "orvane: %s\n", error.what());
+  return 1;
+}
+
+// Nobody sees the standard error of a program that a desktop started.
+int failVisibly(const std::exception& error) {
+  const int status = fail(error);
+  QMessageBox::critical(nullptr, QApplication::applicationDisplayName(), orvane::shownName(error.what()));
+  return status;
+}
+
 int showWindow(int argc, char** argv) {
   auto format = QSurfaceFormat::defaultFormat();
   format.setSamples(antialiasingSamples);
@@ -53,10 +68,15 @@ int showWindow(int argc, char** argv) {
   const auto wish = orvane::Wish::fromArguments(std::span(argv, static_cast<std::size_t>(argc)));
   orvane::SingleInstance instance(orvane::SingleInstance::defaultFolder());
   if (instance.claim(wish.toLine()) == orvane::SingleInstance::Role::second) return 0;
-  orvane::Window window(orvane::systemWindowServices());
-  QObject::connect(&instance, &orvane::SingleInstance::asked, &window, &orvane::Window::raise);
-  if (!window.show()) return 1;
-  if (!wish.isEmpty()) window.raise(wish.toLine());
+  std::optional<orvane::Window> window;
+  try {
+    window.emplace(orvane::systemWindowServices());
+  } catch (const std::exception& error) {
+    return failVisibly(error);
+  }
+  QObject::connect(&instance, &orvane::SingleInstance::asked, &*window, &orvane::Window::raise);
+  if (!window->show()) return 1;
+  if (!wish.isEmpty()) window->raise(wish.toLine());
   return QApplication::exec();
 }
 
@@ -71,7 +91,6 @@ int main(int argc, char** argv) {
     }
     return showWindow(argc, argv);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "orvane: %s\n", error.what());
-    return 1;
+    return fail(error);
   }
 }

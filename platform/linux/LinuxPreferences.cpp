@@ -5,33 +5,31 @@
 #include "core/base/files/FileLock.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
-#include "core/base/files/SetAside.h"
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
 #include "platform/linux/ConfigurationFolder.h"
 
 #include <fmt/format.h>
 
-#include <cstdio>
+#include <algorithm>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 namespace orvane {
 namespace {
 
-// Absent when the text is no JSON object.
-std::optional<Json> decoded(std::string_view text) {
-  try {
-    auto json = parseJson(text);
-    if (json.is_object()) return json;
-  } catch (const JsonError&) {
-    // Told by the absence.
+class DamagedFile : public std::error_category {
+ public:
+  [[nodiscard]] const char* name() const noexcept override { return "preferences"; }
+  [[nodiscard]] std::string message(int /*code*/) const override {
+    return "the file is damaged and stays as it is; mend it, or move it away to start with the defaults";
   }
-  return std::nullopt;
-}
+};
 
-[[noreturn]] void refuse(const std::string& path, std::error_code reason) {
-  throw std::system_error(reason, fmt::format("The preferences '{}' cannot be read", escapedForDisplay(path)));
+[[noreturn]] void refuse(const std::string& path, std::error_code reason, std::string_view detail = {}) {
+  throw std::system_error(
+      reason, fmt::format("The preferences '{}' cannot be read{}", escapedForDisplay(path), escapedForDisplay(detail)));
 }
 
 bool isLink(const std::string& path) {
@@ -50,14 +48,24 @@ std::optional<std::string> contentOf(const std::string& path) {
   }
 }
 
-// The stored preferences; absent when the file was read whole and is damaged. A link to a file that holds no
-// preferences leads to somebody else's: std::system_error, as where nothing can be read.
-std::optional<Json> storedIn(const std::string& path) {
+// The stored preferences. Throws std::system_error where the file is no JSON object: folders whose grant was taken back
+// would count again if it were taken for an empty one.
+Json storedIn(const std::string& path) {
+  static const DamagedFile damaged;
   const auto text = contentOf(path);
   if (!text) return Json::object();
-  auto json = decoded(*text);
-  if (!json && isLink(path)) refuse(path, std::make_error_code(std::errc::invalid_argument));
-  return json;
+  std::string fault = "not a JSON object";
+  try {
+    auto json = parseJson(*text);
+    if (json.is_object()) return json;
+  } catch (const JsonError& error) {
+    fault = error.what();
+    // The place is enough; the rest is for programmers.
+    fault.resize(std::min(fault.size(), fault.find(": syntax error")));
+  }
+  // A link leads to somebody else's file then, which nobody is to mend or move.
+  if (isLink(path)) refuse(path, std::make_error_code(std::errc::invalid_argument));
+  refuse(path, {1, damaged}, fmt::format(" ({})", fault));
 }
 
 }  // namespace
@@ -77,9 +85,8 @@ std::string LinuxPreferences::defaultPath() {
 std::optional<Json> LinuxPreferences::value(std::string_view key) const {
   const std::lock_guard guard(m_mutex);
   const auto json = storedIn(m_path);
-  if (!json) return std::nullopt;
-  const auto found = json->find(key);
-  if (found == json->end()) return std::nullopt;
+  const auto found = json.find(key);
+  if (found == json.end()) return std::nullopt;
   return *found;
 }
 
@@ -94,14 +101,11 @@ void LinuxPreferences::update(std::string_view key, const std::function<Json(con
   // Where the file is a link, as some keep their settings, what it points to is written.
   const std::string path = canonicalPath(m_path);
   auto json = storedIn(m_path);
-  const bool isDamaged = !json;
-  if (isDamaged) json = Json::object();
-  const auto found = json->find(key);
-  auto value = change(found == json->end() ? nullptr : &*found);
-  if (isDamaged) setAside(path);
+  const auto found = json.find(key);
+  auto value = change(found == json.end() ? nullptr : &*found);
   AtomicFile::removeAbandoned(path);
-  (*json)[key] = std::move(value);
-  AtomicFile::replace(path, json->dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  json[key] = std::move(value);
+  AtomicFile::replace(path, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 }  // namespace orvane

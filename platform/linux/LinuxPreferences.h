@@ -8,9 +8,8 @@
 namespace orvane {
 
 // One JSON object in a file of the user's configuration folder. Writers of all processes take turns, and each reads
-// the file again before it writes. A file that is no JSON object counts as empty; before it is first written over it is
-// set aside beside its place, with ".damaged-" and the time added to its name. A link is followed to such an object and
-// to nothing else.
+// the file again before it writes. A file that holds anything else is damaged: it cannot be read, stays as it is, and
+// the error says what the user can do. A link is followed to such an object and to nothing else.
 class LinuxPreferences : public Preferences {
  public:
   // Removes what a writer that died left beside the file.

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -55,6 +56,21 @@ TEST_F(WindowProgramTest, doesNothingWherePreferencesCannotBeRead) {
   const auto result = LiveProgram(setup("--scheduled-run")).finish();
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.errors, HasSubstr("preferences.json' cannot be read"));
+}
+
+TEST_F(WindowProgramTest, saysWhatToDoAboutDamagedPreferences) {
+  const std::string damaged = R"({"OrvaneSecurityScopedBookmarks": {"/home)";
+  setAge(home.file("Downloads/report.pdf"), 3600);
+  store(damaged);
+  const auto headless = LiveProgram(setup("--scheduled-run")).finish();
+  EXPECT_EQ(headless.exitStatus, 1);
+  EXPECT_THAT(headless.errors, HasSubstr("move it away to start with the defaults"));
+  LiveProgram window(setup("--show=overview", "offscreen"));
+  window.waitForOutput("move it away to start with the defaults");
+  window.signal(SIGTERM);
+  window.finish();
+  EXPECT_EQ(contentOf(home.path(".config/orvane/preferences.json")), damaged);
+  EXPECT_TRUE(exists(home.path("Downloads/report.pdf")));
 }
 
 TEST_F(WindowProgramTest, cleansWithoutADisplayWhenARunIsDue) {

@@ -69,6 +69,7 @@ TEST_F(CleanCommand, movesNothingWherePreferencesCannotBeRead) {
       {"a FIFO", [&] { ASSERT_EQ(::mkfifo(place.c_str(), 0600), 0); }},
       {"a link to nowhere", [&] { std::filesystem::create_symlink(home.path("nowhere"), place); }},
       {"a link to another file", [&] { std::filesystem::create_symlink(foreign, place); }},
+      {"a file that was cut off", [&] { home.file(".config/orvane/preferences.json", "{\"OrvaneKnown"); }},
   };
   for (const auto& [what, stand] : obstacles) {
     SCOPED_TRACE(what);
@@ -80,6 +81,7 @@ TEST_F(CleanCommand, movesNothingWherePreferencesCannotBeRead) {
       EXPECT_THAT(result.errors, HasSubstr("preferences.json' cannot be read"));
     }
     EXPECT_TRUE(exists(log));
+    EXPECT_EQ(run({"history"}).exitStatus, 0) << "what moved before can be seen, and brought back";
     EXPECT_EQ(std::filesystem::symlink_status(place).type(), kind);
     std::filesystem::remove(place);
   }

@@ -233,8 +233,8 @@ class DamageGroup(Group):
         kept = [name for name in os.listdir(folder) if damaged in content(os.path.join(folder, name))]
         if self.which == "journal" and runs < 2 and not kept:
             findings.append(f"the history has {runs} of 2 runs, and the damaged journal is gone")
-        if self.which == "preferences" and not kept and not is_json(damaged):
-            findings.append("the damaged preferences are gone")
+        if self.which == "preferences" and not is_json(damaged) and content(world.path(self.place)) != damaged:
+            findings.append("the damaged preferences are changed")
         return findings + self.oracle.judge_weakly(start)
 
 

@@ -78,21 +78,19 @@ TEST_F(LinuxPreferencesTest, processesNeverLoseEachOthersKeys) {
   }
 }
 
-TEST_F(LinuxPreferencesTest, setsADamagedFileAsideBeforeItWritesOverIt) {
+TEST_F(LinuxPreferencesTest, refusesADamagedFileAndLeavesIt) {
   for (const std::string damage : {"", "{\"key\":", "[1]", "{\"a\":1,\"a\":2}", "\xFF"}) {
+    SCOPED_TRACE(damage);
     const auto path = tree.file("config/orvane/preferences.json", damage);
-    EXPECT_FALSE(preferences.value("key"));
-    EXPECT_EQ(contentOf(path), damage) << "reading changed it";
-    preferences.setValue("key", 1);
-    EXPECT_EQ(preferences.value("key"), 1);
-    std::string aside;
-    for (const auto& name : filesBeside()) {
-      if (name.starts_with("preferences.json.damaged-")) aside = tree.path("config/orvane/" + name);
-    }
-    ASSERT_FALSE(aside.empty());
-    EXPECT_EQ(contentOf(aside), damage);
-    std::filesystem::remove(aside);
+    EXPECT_THROW(static_cast<void>(preferences.value("key")), std::system_error);
+    EXPECT_THROW(preferences.setValue("key", 1), std::system_error);
+    EXPECT_THROW(preferences.update("key", [](const Json*) { return Json(1); }), std::system_error);
+    EXPECT_EQ(contentOf(path), damage);
+    EXPECT_EQ(filesBeside(), (std::vector<std::string>{"preferences.json", "preferences.json.lock"}));
   }
+  std::filesystem::remove(tree.path("config/orvane/preferences.json"));
+  preferences.setValue("key", 1);
+  EXPECT_EQ(preferences.value("key"), 1) << "moved away, it is no obstacle any more";
 }
 
 TEST_F(LinuxPreferencesTest, leavesNoTemporaryFiles) {

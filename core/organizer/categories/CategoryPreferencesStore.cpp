@@ -22,36 +22,38 @@ CategoryPreferencesStore::Categories categoriesFrom(const Json* stored) {
 
 }  // namespace
 
-CategoryPreferencesStore::CategoryPreferencesStore(Preferences& preferences)
-    : m_preferences(preferences), m_categories(storedValue(preferences, learnedCategoriesKey, categoriesFrom)) {}
+CategoryPreferencesStore::Categories& CategoryPreferencesStore::known() const {
+  if (!m_known) m_known = storedValue(m_preferences, learnedCategoriesKey, categoriesFrom);
+  return *m_known;
+}
 
 void CategoryPreferencesStore::rememberPreference(std::string_view extensionKey, std::string_view category) {
   const std::lock_guard lock(m_mutex);
   const auto remember = [&](Categories& categories) {
     categories.insert_or_assign(lowercased(extensionKey), std::string(category));
   };
-  remember(m_categories);
+  remember(known());
   // Another process may have learned or forgotten something since.
-  m_categories = changeStoredValue(m_preferences, learnedCategoriesKey, remember, categoriesFrom);
+  m_known = changeStoredValue(m_preferences, learnedCategoriesKey, remember, categoriesFrom);
 }
 
 std::optional<std::string> CategoryPreferencesStore::preferredCategory(std::string_view extensionKey) const {
   const std::string key = lowercased(extensionKey);
   const std::lock_guard lock(m_mutex);
-  const auto found = m_categories.find(key);
-  if (found == m_categories.end()) return std::nullopt;
+  const auto found = known().find(key);
+  if (found == known().end()) return std::nullopt;
   return found->second;
 }
 
 CategoryPreferencesStore::Categories CategoryPreferencesStore::preferences() const {
   const std::lock_guard lock(m_mutex);
-  return m_categories;
+  return known();
 }
 
 std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
   const std::lock_guard lock(m_mutex);
   std::set<std::string> roots;
-  for (const auto& [key, category] : m_categories) {
+  for (const auto& [key, category] : known()) {
     const auto start = category.find_first_not_of('/');
     if (start == std::string::npos) continue;
     roots.insert(category.substr(start, std::min(category.find('/', start), category.size()) - start));
@@ -61,8 +63,8 @@ std::set<std::string> CategoryPreferencesStore::learnedCategoryRoots() const {
 
 void CategoryPreferencesStore::reset() {
   const std::lock_guard lock(m_mutex);
-  m_categories.clear();
-  m_preferences.setValue(learnedCategoriesKey, Json(m_categories));
+  m_known.emplace();
+  m_preferences.setValue(learnedCategoriesKey, Json(*m_known));
 }
 
 }  // namespace orvane

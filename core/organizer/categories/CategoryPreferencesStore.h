@@ -19,8 +19,9 @@ class CategoryPreferencesStore {
   // Category path by lower-case key.
   using Categories = std::map<std::string, std::string, std::less<>>;
 
-  // Reads what is stored; a missing or malformed value counts as empty. `preferences` must outlive this object.
-  explicit CategoryPreferencesStore(Preferences& preferences);
+  // The first call that needs them reads the stored ones, and throws std::system_error where that fails: bringing items
+  // back needs no preferences. A missing or malformed value counts as empty. `preferences` must outlive this object.
+  explicit CategoryPreferencesStore(Preferences& preferences) : m_preferences(preferences) {}
   static CategoryPreferencesStore& shared();
 
   // Stored at once. Throws std::system_error when it cannot be written; it is remembered until the program ends then.
@@ -34,9 +35,12 @@ class CategoryPreferencesStore {
   void reset();
 
  private:
+  // Called under the lock.
+  Categories& known() const;
+
   mutable std::mutex m_mutex;
   Preferences& m_preferences;
-  Categories m_categories;
+  mutable std::optional<Categories> m_known;
 };
 
 }  // namespace orvane
