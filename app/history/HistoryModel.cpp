@@ -52,19 +52,14 @@ HistoryModel::View HistoryModel::viewOf(const TaskServices& services, const Hist
     if (stop.stop_requested()) break;
     const auto& id = run.summary.runId;
     ShownRun shown{.run = run, .isExpanded = query.unfolded.contains(id), .entries = {}, .start = view.rows};
-    if (isSearching || shown.isExpanded) {
-      auto entries = recordedEntries(services, id);
-      if (isSearching) {
-        std::erase_if(entries, [&](const JournalEntry& entry) { return !search.isIn(entry.originalURL.path()); });
-        if (entries.empty()) continue;
-        shown.isExpanded = !query.folded.contains(id);
-      }
-      if (shown.isExpanded) {
-        for (auto& entry : entries) {
-          const auto state = itemState(entry);
-          shown.entries.push_back({std::move(entry), state});
-        }
-      }
+    const auto isFound = [&](const JournalEntry& entry) { return search.isIn(entry.originalURL.path()); };
+    if (isSearching) {
+      if (std::ranges::none_of(recordedEntries(services, id), isFound)) continue;
+      shown.isExpanded = !query.folded.contains(id);
+    }
+    if (shown.isExpanded) {
+      shown.entries = recordedItems(services, id);
+      if (isSearching) std::erase_if(shown.entries, [&](const RecordedItem& item) { return !isFound(item.entry); });
     }
     view.rows += 1 + static_cast<int>(shown.entries.size());
     view.runs.push_back(std::move(shown));
@@ -170,8 +165,8 @@ QVariant HistoryModel::runData(const ShownRun& shown, int role) {
   }
 }
 
-QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
-  const auto& entry = shown.entry;
+QVariant HistoryModel::entryData(const RecordedItem& item, int role) const {
+  const auto& entry = item.entry;
   switch (role) {
     case IdRole:
       return textFrom(entry.id.toString());
@@ -190,9 +185,9 @@ QVariant HistoryModel::entryData(const ShownEntry& shown, int role) const {
       return static_cast<double>(entry.fileSize);
     case TitleKeyRole:
     case StateKeyRole:
-      return textFrom(stateKeys.at(static_cast<std::size_t>(shown.state)));
+      return textFrom(stateKeys.at(static_cast<std::size_t>(item.state)));
     case CanRestoreRole:
-      return shown.state == ItemState::inTrash || shown.state == ItemState::moved;
+      return item.state == ItemState::inTrash || item.state == ItemState::moved;
     case ExpandedRole:
       return false;
     case OriginRole:

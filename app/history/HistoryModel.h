@@ -99,15 +99,11 @@ class HistoryModel : public orvane::RunModel {
     Approval restore;
     Approval room;
   };
-  struct ShownEntry {
-    JournalEntry entry;
-    ItemState state;
-  };
   struct ShownRun {
     RecordedRun run;
     bool isExpanded = false;
-    std::vector<ShownEntry> entries;  // when expanded
-    int start = 0;                    // its row
+    std::vector<RecordedItem> entries;  // when expanded
+    int start = 0;                      // its row
   };
   struct View {
     std::vector<ShownRun> runs;
@@ -120,14 +116,14 @@ class HistoryModel : public orvane::RunModel {
   };
   struct Place {
     const ShownRun* run = nullptr;
-    const ShownEntry* entry = nullptr;
+    const RecordedItem* entry = nullptr;
   };
 
   [[nodiscard]] static View viewOf(const TaskServices& services, const History& contents, const Query& query,
                                    const std::stop_token& stop);
   [[nodiscard]] Place placeOf(int row) const;
   [[nodiscard]] static QVariant runData(const ShownRun& run, int role);
-  [[nodiscard]] QVariant entryData(const ShownEntry& entry, int role) const;
+  [[nodiscard]] QVariant entryData(const RecordedItem& item, int role) const;
   void askOrRestore(RestoreWish wish);
   void rebuild();
   void show(std::shared_ptr<const View> view);

@@ -75,6 +75,11 @@ void tellTakenPlaces(const Approval& room, bool isSwap) {
                   placesText(count)));
 }
 
+void tellBefore(const Intended& intended) {
+  for (const auto& refusal : restoreWarnings(intended.proposal, {})) Session::tell(escapedForDisplay(refusal));
+  tellTakenPlaces(intended.room, intended.isSwap);
+}
+
 std::string questionFor(const Intended& intended, const CleanupRunSummary& run) {
   const auto& items = intended.restore.toFolders();
   const bool isWhole = items.count == run.itemCount;
@@ -142,15 +147,17 @@ ExitStatus run(Session& session, const Arguments& arguments) {
     return ExitStatus::done;
   }
   const auto intended = intend(meant.runId, arguments.has("--swap"));
-  if (intended.restore.empty()) return print(session, {0, restoreWarnings(intended.proposal, {}), {}});
-  if (!arguments.has("--yes")) tellTakenPlaces(intended.room, intended.isSwap);
-  switch (askConsent(session, arguments, questionFor(intended, meant))) {
-    case Answer::interrupted:
-      return ExitStatus::interrupted;
-    case Answer::no:
-      return print(session, {});
-    case Answer::yes:
-      break;
+  // Where nothing can come back there is nothing to ask.
+  if (!intended.restore.empty()) {
+    if (!arguments.has("--yes")) tellBefore(intended);
+    switch (askConsent(session, arguments, questionFor(intended, meant))) {
+      case Answer::interrupted:
+        return ExitStatus::interrupted;
+      case Answer::no:
+        return print(session, {});
+      case Answer::yes:
+        break;
+    }
   }
   const auto restored = carryOutAsked(session, intended);
   tellJournalNotices();

@@ -175,11 +175,12 @@ void noteOrigin(const TaskServices& services, const Uuid& runId, const RunOrigin
 RunReport carryOut(const TaskServices& services, const Approval& approval, const RunProgress& progress,
                    const std::stop_token& stop, RunOrigin::Start start) {
   RunReport report;
-  if (approval.empty()) return report;
   const auto& proposal = approval.proposal();
+  const bool restores = proposal.kind() == TaskKind::restore;
+  // Of a run that is to be restored nothing may be left that could come back, and the journal has to learn it.
+  if (approval.empty() && !restores) return report;
   CleanupRun run(services.mover, services.journal(), proposal.boundary());
   // A restored item is recorded in the run that moved it.
-  const bool restores = proposal.kind() == TaskKind::restore;
   if (!restores) noteOrigin(services, run.id(), originOf(approval, start));
   auto outcomes =
       restores ? bringBack(services, approval, progress, stop)

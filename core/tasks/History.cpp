@@ -135,10 +135,23 @@ std::vector<JournalEntry> recordedEntries(const TaskServices& services, const Uu
   return services.journal().getEntries(runId);
 }
 
-ItemState itemState(const JournalEntry& entry) {
-  if (entry.action == JournalAction::restored) return ItemState::restored;
-  if (!itemExists(entry.trashedURL.path().c_str())) return ItemState::gone;
-  return entry.action == JournalAction::trashed ? ItemState::inTrash : ItemState::moved;
+std::vector<RecordedItem> recordedItems(const TaskServices& services, const Uuid& runId) {
+  auto& journal = services.journal();
+  const auto lost = journal.lostEntries(runId);
+  const std::unordered_set<Uuid> gone(lost.begin(), lost.end());
+  const auto stateOf = [&](const JournalEntry& entry) {
+    if (entry.action == JournalAction::restored) return ItemState::restored;
+    if (!itemExists(entry.trashedURL.path().c_str())) return ItemState::gone;
+    // A file that was moved to another folder may be worked with there.
+    if (entry.action == JournalAction::moved) return ItemState::moved;
+    return gone.contains(entry.id) ? ItemState::gone : ItemState::inTrash;
+  };
+  std::vector<RecordedItem> items;
+  for (auto& entry : journal.getEntries(runId)) {
+    const auto state = stateOf(entry);
+    items.push_back({std::move(entry), state});
+  }
+  return items;
 }
 
 MovedItems movedSince(const TaskServices& services, const ItemList& items, std::span<const std::uint8_t> gone,

@@ -59,9 +59,14 @@ struct HistoryTotals {
 // In recording order; empty for an unknown run.
 [[nodiscard]] std::vector<JournalEntry> recordedEntries(const TaskServices& services, const Uuid& runId);
 
-// Where an item is that was moved. Looks at the disk.
+// Where an item is that was moved. One in whose place in the Trash another item lies is gone.
 enum class ItemState : std::uint8_t { restored, inTrash, moved, gone };
-[[nodiscard]] ItemState itemState(const JournalEntry& entry);
+struct RecordedItem {
+  JournalEntry entry;
+  ItemState state;
+};
+// In recording order. Looks at the disk.
+[[nodiscard]] std::vector<RecordedItem> recordedItems(const TaskServices& services, const Uuid& runId);
 
 // Indexes of items that are no longer, or are again, where they were found.
 struct MovedItems {

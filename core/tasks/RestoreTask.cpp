@@ -3,6 +3,7 @@
 #include "core/base/files/FileStatus.h"
 #include "core/base/text/Json.h"
 #include "core/safety/journal/UndoJournal.h"
+#include "core/safety/run/RunRestore.h"
 #include "core/tasks/CarryOut.h"
 #include "core/tasks/RunReport.h"
 #include "core/tasks/TaskServices.h"
@@ -32,10 +33,13 @@ std::string backAlready(const JournalEntry& entry) {
 // Adds the entries of one run as rows.
 class RestoreRows {
  public:
-  RestoreRows(ProposalBuilder& builder, const std::vector<JournalEntry>& entries, const RestoreWish& wish)
-      : m_builder(builder), m_wanted(wish.entries.begin(), wish.entries.end()) {
+  RestoreRows(ProposalBuilder& builder, const std::vector<JournalEntry>& entries, const std::vector<Uuid>& lost,
+              const RestoreWish& wish)
+      : m_builder(builder), m_lost(lost.begin(), lost.end()), m_wanted(wish.entries.begin(), wish.entries.end()) {
     for (const auto& entry : entries) {
-      if (entry.action == JournalAction::trashed && statusOf(entry)) m_originalsInTrash.insert(entry.originalURL);
+      if (entry.action == JournalAction::restored) m_originsOfRestored.insert(entry.originalURL);
+      const bool isInTrash = entry.action == JournalAction::trashed && !m_lost.contains(entry.id) && statusOf(entry);
+      if (isInTrash) m_originalsInTrash.insert(entry.originalURL);
     }
     for (const auto& entry : entries) {
       if (m_wanted.contains(entry.id) && hasOriginalInTrash(entry)) m_wantedOriginals.insert(entry.originalURL);
@@ -44,18 +48,26 @@ class RestoreRows {
 
   void add(const JournalEntry& entry) {
     if (!isWanted(entry) || hasOriginalInTrash(entry)) return;
+    if (m_lost.contains(entry.id)) return addLost(entry);
     const std::string name(entry.originalURL.lastPathComponent());
     const auto group = groupFor(entry.originalURL.deletingLastPathComponent());
     m_builder.add(itemOf(entry), {Choice::selected, Lock::none, group},
                   name == entry.trashedURL.lastPathComponent() ? std::string() : name);
   }
   void addRefused(const JournalEntry& entry) {
-    if (!isWanted(entry)) return;
-    const auto group = m_builder.addGroup({.refusal = backAlready(entry)});
-    m_builder.add(itemOf(entry), {Choice::locked, Lock::refused, group});
+    if (isWanted(entry)) refuse(entry, backAlready(entry));
   }
 
  private:
+  void refuse(const JournalEntry& entry, std::string why) {
+    const auto group = m_builder.addGroup({.refusal = std::move(why)});
+    m_builder.add(itemOf(entry), {Choice::locked, Lock::refused, group});
+  }
+  void addLost(const JournalEntry& entry) {
+    // Nobody misses the copy of an item that is home again.
+    if (entry.action == JournalAction::moved && m_originsOfRestored.contains(entry.originalURL)) return;
+    refuse(entry, RunRestore::goneWarning(entry.originalURL.lastPathComponent()));
+  }
   // Of a copy on another volume: the original comes back instead.
   [[nodiscard]] bool hasOriginalInTrash(const JournalEntry& entry) const {
     return entry.action == JournalAction::moved && m_originalsInTrash.contains(entry.originalURL);
@@ -82,9 +94,11 @@ class RestoreRows {
   }
 
   ProposalBuilder& m_builder;
+  std::unordered_set<Uuid> m_lost;
   std::unordered_set<Uuid> m_wanted;
   std::unordered_set<FileUrl> m_wantedOriginals;
   std::unordered_set<FileUrl> m_originalsInTrash;
+  std::unordered_set<FileUrl> m_originsOfRestored;
   std::unordered_map<FileUrl, std::uint32_t> m_groups;
 };
 
@@ -164,7 +178,7 @@ Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish) {
   if (entries.empty()) throw UndoError(UndoError::RunNotFound{wish.runId});
   const auto isBack = [](const JournalEntry& entry) { return entry.action == JournalAction::restored; };
   const bool areAllBack = std::ranges::all_of(entries, isBack);
-  RestoreRows rows(builder, entries, wish);
+  RestoreRows rows(builder, entries, services.journal().lostEntries(wish.runId), wish);
   for (const auto& entry : entries) {
     if (!isBack(entry)) {
       rows.add(entry);

@@ -23,11 +23,12 @@ struct RestoreWish {
 };
 
 // Proposes to bring back what of the run has not come back: items at their present places, under the identifiers of
-// their entries, bound for the folders that they came from. One that is not there has no identity. An item copied to
-// another volume is one row with its original. Items of a run that was restored already are refused. Throws UndoError
-// when the run is unknown.
+// their entries, bound for the folders that they came from. One on a volume that is not there has no identity; one that
+// is gone, or in whose place another item lies, is refused. An item copied to another volume is one row with its
+// original. Items of a run that was restored already are refused. Throws UndoError when the run is unknown.
 [[nodiscard]] Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish);
-// For carryOut(): has the journal bring the approved rows back, each only if it is the item that was approved.
+// For carryOut(): has the journal bring the approved rows back, each only if it is the item that was approved. With
+// none a run of which nothing can come back counts as restored.
 [[nodiscard]] std::vector<MoveOutcome> bringBack(const TaskServices& services, const Approval& approval,
                                                  const RunProgress& progress, const std::stop_token& stop);
 

@@ -137,26 +137,53 @@ std::vector<JournalEntry> UndoJournal::getEntries(const Uuid& runId) {
 std::int64_t UndoJournal::remainingCount(const Uuid& runId) {
   const std::lock_guard lock(m_mutex);
   m_store.refresh(m_model);
-  auto count = m_model.remainingCount(runId);
-  if (count > 0 && m_model.isRestored(runId)) {
-    count = std::ranges::count_if(m_model.remainingEntries(runId), [](const JournalEntry& entry) {
-      return presenceAt(entry.trashedURL.path()) != Presence::nothing;
-    });
-  }
+  const auto count = m_model.isRestored(runId) ? countThatCanComeBack(runId) : m_model.remainingCount(runId);
   return count + copiesLeft(runId);
+}
+
+std::vector<Uuid> UndoJournal::lostEntries(const Uuid& runId) {
+  const std::lock_guard lock(m_mutex);
+  m_store.refresh(m_model);
+  return lostAmong(m_model.entries(runId));
+}
+
+RunRestore::Records UndoJournal::recordsOf(std::span<const JournalEntry> entries) const {
+  std::vector<Uuid> ids;
+  std::ranges::transform(entries, std::back_inserter(ids), &JournalEntry::id);
+  try {
+    return m_records.find(ids);
+  } catch (const std::system_error&) {
+    // The restore itself will say so.
+    return {};
+  }
+}
+
+std::vector<Uuid> UndoJournal::lostAmong(std::span<const JournalEntry> entries) const {
+  const auto records = recordsOf(entries);
+  const auto isLost = [&](const JournalEntry& entry) {
+    const auto status = readPathStatus(entry.trashedURL.path());
+    if (!status) return presenceAt(entry.trashedURL.path()) == Presence::nothing;
+    // A record tells more than the Trash, which is only asked where there is none.
+    if (const auto record = records.find(entry.id); record != records.end()) return !record->second.describes(*status);
+    return entry.action == JournalAction::trashed && !m_trash.mayHold(entry.trashedURL, entry.originalURL);
+  };
+  std::vector<Uuid> lost;
+  for (const auto& entry : entries) {
+    if (entry.action != JournalAction::restored && isLost(entry)) lost.push_back(entry.id);
+  }
+  return lost;
+}
+
+std::int64_t UndoJournal::countThatCanComeBack(const Uuid& runId) const {
+  if (m_model.remainingCount(runId) == 0) return 0;
+  const auto remaining = m_model.remainingEntries(runId);
+  return static_cast<std::int64_t>(remaining.size() - lostAmong(remaining).size());
 }
 
 std::int64_t UndoJournal::copiesLeft(const Uuid& runId) const {
   const auto copies = m_model.copiesLeft(runId);
   if (copies.empty()) return 0;
-  std::vector<Uuid> ids;
-  std::ranges::transform(copies, std::back_inserter(ids), &JournalEntry::id);
-  RunRestore::Records records;
-  try {
-    records = m_records.find(ids);
-  } catch (const std::system_error&) {
-    // The restore itself will say so.
-  }
+  const auto records = recordsOf(copies);
   return std::ranges::count_if(copies, [&](const JournalEntry& entry) {
     const auto status = readPathStatus(entry.trashedURL.path());
     const auto record = records.find(entry.id);
@@ -307,7 +334,7 @@ RestoreResult UndoJournal::restoreChosen(const Uuid& runId, std::span<const Jour
   }
   {
     const std::lock_guard lock(m_mutex);
-    const bool isWhole = chosen.size() == run.size() || m_model.remainingCount(runId) == 0;
+    const bool isWhole = chosen.size() == run.size() || countThatCanComeBack(runId) == 0;
     if (!stop.stop_requested() && isWhole) m_model.markRestored(runId);
   }
   recordLogged({}, *log, Checkpoint::atEnd);

@@ -58,15 +58,19 @@ class UndoJournal {
   // for good does not count; what lies on a volume that is not there does.
   [[nodiscard]] std::int64_t remainingCount(const Uuid& runId);
 
+  // The entries of a run whose items cannot come back: nothing is in their places any more, or another item. A volume
+  // that is not there keeps its items.
+  [[nodiscard]] std::vector<Uuid> lostEntries(const Uuid& runId);
+
   // Brings every item of a run back to where it was, under a new name where that place is taken. An item that cannot
   // come back becomes a warning. Throws UndoError when the run is unknown or the journal cannot be read.
   RestoreResult restoreRun(const Uuid& runId, const Progress& progress = {}, std::stop_token stop = {});
-  // The same for some entries of a run, each only as the item that was approved. An item copied to another volume comes
-  // back together with its original. Throws UndoError too when an entry is unknown.
+  // The same for some entries of a run, each only as the item that was approved; the run counts as restored once
+  // nothing of it can come back any more. An item copied to another volume comes back together with its original.
+  // Throws UndoError too when an entry is unknown.
   RestoreResult restoreEntries(const Uuid& runId, std::span<const RestoreRequest> requests,
                                const Progress& progress = {}, const std::stop_token& stop = {});
-  // The same for one entry of a run; the run counts as restored once nothing of it is left to bring back. An item
-  // copied to another volume comes back together with its original.
+  // The same for one entry of a run. An item copied to another volume comes back together with its original.
   RestoreResult restoreEntry(const Uuid& runId, const Uuid& entryId);
   // A free place for a restore: `url` itself, else "name (restored 1).ext" and so on in the same folder.
   [[nodiscard]] static FileUrl resolveCollisionIfNeeded(const FileUrl& url);
@@ -102,6 +106,12 @@ class UndoJournal {
   [[nodiscard]] std::vector<JournalEntry> requireEntries(const Uuid& runId);
   // Records of items first, then the journal: an entry is never there without the record that it could have.
   bool save();
+  // The records of the items of entries, as far as they can be read.
+  [[nodiscard]] RunRestore::Records recordsOf(std::span<const JournalEntry> entries) const;
+  // Of these entries those that lostEntries() means. Called under the lock.
+  [[nodiscard]] std::vector<Uuid> lostAmong(std::span<const JournalEntry> entries) const;
+  // How many entries have an item that can come back, whether or not it came back once. Called under the lock.
+  [[nodiscard]] std::int64_t countThatCanComeBack(const Uuid& runId) const;
   // How many copies are still there though their originals are back. Called under the lock.
   [[nodiscard]] std::int64_t copiesLeft(const Uuid& runId) const;
   void settleDeadRuns();

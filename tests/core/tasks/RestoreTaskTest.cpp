@@ -1,5 +1,6 @@
 #include "core/safety/records/UndoError.h"
 #include "core/tasks/History.h"
+#include "core/tasks/RestoreSwap.h"
 #include "core/tasks/RestoreTask.h"
 #include "core/tasks/TrashTask.h"
 #include "tests/support/TaskFixture.h"
@@ -70,10 +71,37 @@ TEST_F(RestoreTask, leavesWhatIsNotTheItemThatWasShown) {
 
   const auto report = carryOut(taskServices(), proposal.approve());
   EXPECT_EQ(report.moved(), 1);
-  EXPECT_EQ(report.failed, 4);
+  EXPECT_EQ(report.failed, 3) << "nobody approved what was not there";
   EXPECT_TRUE(isThere("same"));
   EXPECT_THAT(restoreWarnings(proposal, report), Each(HasSubstr("Item was emptied from Trash or moved: ")));
   EXPECT_EQ(contentOf(place(1)), "another");
+}
+
+TEST_F(RestoreTask, refusesItemsThatCannotComeBackBeforeAnybodyIsAsked) {
+  const auto run = trashRun({"same", "replaced", "gone"});
+  const auto place = [&](std::size_t at) { return journal->getEntries(run).at(at).trashedURL.path(); };
+  std::filesystem::remove(place(1));
+  tree.file(".local/share/Trash/files/replaced", "another");
+  std::filesystem::remove(place(2));
+  tree.file("Downloads/replaced", "in its place");
+
+  const auto proposal = proposeRestore(taskServices(), {run});
+  EXPECT_THAT(restoreWarnings(proposal, {}), ElementsAre("Item was emptied from Trash or moved: replaced",
+                                                         "Item was emptied from Trash or moved: gone"));
+  EXPECT_EQ(proposal.approve().toFolders(), (RowSum{1, 4}));
+  EXPECT_TRUE(proposeMakingRoom(taskServices(), proposal.approve()).empty()) << "nothing comes to take that place";
+  EXPECT_EQ(carryOut(taskServices(), proposal.approve()).moved(), 1);
+  EXPECT_EQ(contentOf(place(1)), "another");
+  EXPECT_TRUE(isRestored());
+  EXPECT_EQ(remainingCount(taskServices(), run), 0);
+}
+
+TEST_F(RestoreTask, aRunOfWhichNothingIsLeftCountsAsRestored) {
+  const auto run = trashRun({"gone"});
+  std::filesystem::remove(journal->getEntries(run).at(0).trashedURL.path());
+  EXPECT_THAT(restoreNow(taskServices(), {run}).warnings, ElementsAre("Item was emptied from Trash or moved: gone"));
+  EXPECT_TRUE(isRestored());
+  EXPECT_EQ(remainingCount(taskServices(), run), 0);
 }
 
 TEST_F(RestoreTask, restoresUnderAnotherNameAndSaysWhere) {
@@ -118,11 +146,13 @@ TEST_F(RestoreTask, historyTellsWhatRunsWereAndWhereTheirItemsAre) {
   EXPECT_EQ(history.runs[1].remaining, 1);
   EXPECT_TRUE(history.runs[1].canBeRestored());
   EXPECT_EQ(history.lifetimeReclaimedBytes, 2);
-  const auto now = recordedEntries(taskServices(), first);
-  EXPECT_EQ(itemState(now.at(0)), ItemState::restored);
-  EXPECT_EQ(itemState(now.at(1)), ItemState::inTrash);
-  std::filesystem::remove(now.at(1).trashedURL.path());
-  EXPECT_EQ(itemState(now.at(1)), ItemState::gone);
+  const auto now = [&](std::size_t at) { return recordedItems(taskServices(), first).at(at).state; };
+  EXPECT_EQ(now(0), ItemState::restored);
+  EXPECT_EQ(now(1), ItemState::inTrash);
+  std::filesystem::remove(entries.at(1).trashedURL.path());
+  EXPECT_EQ(now(1), ItemState::gone);
+  tree.file(".local/share/Trash/files/bb", "another");
+  EXPECT_EQ(now(1), ItemState::gone);
   EXPECT_THAT(recordedEntries(taskServices(), Uuid::random()), IsEmpty());
 }
 
