@@ -55,48 +55,72 @@ std::string notice(const std::string& path, std::string_view what) {
   return fmt::format("The log '{}' of an interrupted run cannot be read: {}.", escapedForDisplay(path), what);
 }
 
+// A log that is there, locked where its run is dead. Its intents are not read yet.
+struct OpenLog {
+  FoundLog log;
+  FileDescriptor file;  // of a run that lives
+};
+
+std::optional<OpenLog> openLog(const std::string& path, std::vector<std::string>& notices) {
+  FileDescriptor file(::open(path.c_str(), openFlags));
+  if (!file) {
+    if (errno != ENOENT) notices.push_back(notice(path, errorText(errno)));
+    return std::nullopt;
+  }
+  if (!S_ISREG(statusOf(file.get()).st_mode)) {
+    notices.push_back(notice(path, "it is no regular file"));
+    return std::nullopt;
+  }
+  OpenLog open{{path, FileLock::tryAcquire(file), {}}, {}};
+  if (!open.log.lock) open.file = std::move(file);
+  // It may have been removed while we looked.
+  if (open.log.lock && statusOf(open.log.lock->descriptor()).st_nlink == 0) return std::nullopt;
+  return open;
+}
+
+bool readIntents(OpenLog& open, std::vector<std::string>& notices) {
+  auto& log = open.log;
+  const int descriptor = log.lock ? log.lock->descriptor() : open.file.get();
+  try {
+    if (statusOf(descriptor).st_size > longestLog) throwErrno(EFBIG);
+    log.intents = readRunLog(readAll(descriptor));
+    return true;
+  } catch (const std::system_error& error) {
+    notices.push_back(notice(log.path, error.code().message()));
+  } catch (const std::bad_alloc&) {
+    notices.push_back(notice(log.path, errorText(ENOMEM)));
+  }
+  return false;
+}
+
 }  // namespace
 
 std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices) {
   std::vector<FoundLog> dead;
-  std::vector<std::pair<std::string, FileDescriptor>> alive;
   for (const auto& name : logNames(folder)) {
-    const std::string path = joinPath(folder, name);
-    FileDescriptor file(::open(path.c_str(), openFlags));
-    if (!file) {
-      if (errno != ENOENT) notices.push_back(notice(path, errorText(errno)));
-    } else if (!S_ISREG(statusOf(file.get()).st_mode)) {
-      notices.push_back(notice(path, "it is no regular file"));
-    } else if (auto lock = FileLock::tryAcquire(file); !lock) {
-      alive.emplace_back(path, std::move(file));
-    } else if (statusOf(lock->descriptor()).st_nlink > 0) {
-      dead.push_back({path, std::move(lock), {}});
+    auto open = openLog(joinPath(folder, name), notices);
+    if (open && open->log.lock && readIntents(*open, notices)) dead.push_back(std::move(open->log));
+  }
+  return dead;
+}
+
+std::optional<std::vector<FoundLog>> findOtherLogs(const std::string& folder, std::span<const FoundLog> settled,
+                                                   std::vector<std::string>& notices) {
+  std::vector<FoundLog> others;
+  for (const auto& name : logNames(folder)) {
+    const auto path = joinPath(folder, name);
+    if (std::ranges::find(settled, path, &FoundLog::path) != settled.end()) continue;
+    // Told already, where it was there before.
+    std::vector<std::string> told;
+    auto open = openLog(path, told);
+    if (!open) continue;
+    if (readIntents(*open, open->log.lock ? told : notices)) {
+      others.push_back(std::move(open->log));
+    } else if (!open->log.lock) {
+      return std::nullopt;
     }
   }
-  if (dead.empty()) return {};
-  std::vector<FoundLog> logs;
-  const auto take = [&](FoundLog log, int descriptor) {
-    try {
-      if (statusOf(descriptor).st_size > longestLog) throwErrno(EFBIG);
-      log.intents = readRunLog(readAll(descriptor));
-      logs.push_back(std::move(log));
-      return true;
-    } catch (const std::system_error& error) {
-      notices.push_back(notice(log.path, error.code().message()));
-    } catch (const std::bad_alloc&) {
-      notices.push_back(notice(log.path, errorText(ENOMEM)));
-    }
-    return false;
-  };
-  // Without knowing what the living are doing nothing can be taken back.
-  for (const auto& [path, file] : alive) {
-    if (!take({path, {}, {}}, file.get())) return {};
-  }
-  for (auto& log : dead) {
-    const int descriptor = log.lock->descriptor();
-    take(std::move(log), descriptor);
-  }
-  return logs;
+  return others;
 }
 
 }  // namespace orvane

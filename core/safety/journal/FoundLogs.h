@@ -4,6 +4,7 @@
 #include "core/safety/journal/RunLog.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,12 @@ struct FoundLog {
   std::vector<LoggedIntent> intents;
 };
 
-// The logs in the journal's folder, in a steady order; none when no run is dead. Unreadable ones are left alone and
-// told in `notices`.
+// The logs of dead runs in the journal's folder, in a steady order. Unreadable ones are left alone and told in
+// `notices`.
 [[nodiscard]] std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices);
+// All other logs that are there now, without a lock those of runs that live. Absent where one cannot be read.
+[[nodiscard]] std::optional<std::vector<FoundLog>> findOtherLogs(const std::string& folder,
+                                                                 std::span<const FoundLog> settled,
+                                                                 std::vector<std::string>& notices);
 
 }  // namespace orvane

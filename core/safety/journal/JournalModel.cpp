@@ -111,14 +111,17 @@ bool JournalModel::isRestored(const Uuid& runId) const {
   return known != nullptr && known->summary.isRestored;
 }
 
-std::unordered_multimap<FileUrl, FileUrl> JournalModel::places() const {
-  std::unordered_multimap<FileUrl, FileUrl> result;
+void JournalModel::forEachAway(const AwayVisit& visit) const {
   for (PackedEntries::Number number = 0; number < m_entries.size(); ++number) {
     if (m_entries.actionOf(number) == JournalAction::restored) continue;
     auto entry = m_entries.at(number);
-    result.emplace(std::move(entry.originalURL), std::move(entry.trashedURL));
+    visit(entry.id, std::move(entry.originalURL), entry.trashedURL);
   }
-  return result;
+}
+
+bool JournalModel::isEntryRestored(const Uuid& entry) const {
+  const auto number = m_entries.find(entry);
+  return number && m_entries.actionOf(*number) == JournalAction::restored;
 }
 
 std::vector<JournalEntry> JournalModel::restoredInto(std::string_view folder) const {

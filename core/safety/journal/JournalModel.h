@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -39,8 +40,10 @@ class JournalModel {
   [[nodiscard]] bool isRestored(const Uuid& runId) const;
   // The entries whose items came back right into a folder.
   [[nodiscard]] std::vector<JournalEntry> restoredInto(std::string_view folder) const;
-  // Where the items that are not back went, by where they came from.
-  [[nodiscard]] std::unordered_multimap<FileUrl, FileUrl> places() const;
+  // Calls back for each item that is not back, with where it came from and where it went.
+  using AwayVisit = std::function<void(const Uuid& entry, FileUrl source, const FileUrl& place)>;
+  void forEachAway(const AwayVisit& visit) const;
+  [[nodiscard]] bool isEntryRestored(const Uuid& entry) const;
 
   // Adds an entry, or replaces the one with its identifier, and brings its run's figures up to date. A new run comes
   // first in the list.

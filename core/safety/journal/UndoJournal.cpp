@@ -39,6 +39,63 @@ std::string preparedFolder(const FileUrl& storageDirectory) {
   return canonicalPath(storageDirectory.path());
 }
 
+// A journal at one moment. Most logs are settled without it, so it is read only when it is asked.
+class ItemsInJournal : public RecordedItems {
+ public:
+  ItemsInJournal(const JournalModel& model, const ItemRecords& records) : m_model(model), m_records(records) {}
+
+  [[nodiscard]] std::vector<FileUrl> placesOf(const FileUrl& source) const override {
+    std::vector<FileUrl> places;
+    const auto [first, last] = away().bySource.equal_range(source);
+    for (auto item = first; item != last; ++item) places.push_back(item->second);
+    return places;
+  }
+  [[nodiscard]] bool isOfAnother(const FileUrl& place, const Uuid& entry) const override {
+    const auto status = readPathStatus(place.path());
+    if (!status) return false;
+    std::vector<Uuid> others;
+    const auto [first, last] = away().byPlace.equal_range(place);
+    for (auto item = first; item != last; ++item) {
+      if (item->second != entry) others.push_back(item->second);
+    }
+    return !others.empty() && isAnyOf(others, *status);
+  }
+  [[nodiscard]] bool isRestored(const Uuid& entry) const override { return m_model.isEntryRestored(entry); }
+
+ private:
+  struct Away {
+    std::unordered_multimap<FileUrl, FileUrl> bySource;
+    std::unordered_multimap<FileUrl, Uuid> byPlace;
+  };
+
+  // A name in the Trash may be given to another item once its own is gone, so the inode has to be the same; that of a
+  // copy on another volume is not known.
+  [[nodiscard]] bool isAnyOf(std::span<const Uuid> entries, const FileStatus& status) const {
+    try {
+      return std::ranges::any_of(m_records.find(entries), [&](const auto& found) {
+        const auto inode = found.second.identity.inode;
+        return (inode == 0 || inode == status.inode) && found.second.describes(status);
+      });
+    } catch (const std::system_error&) {
+      return false;
+    }
+  }
+  [[nodiscard]] const Away& away() const {
+    if (!m_away) {
+      m_away.emplace();
+      m_model.forEachAway([&](const Uuid& entry, FileUrl source, const FileUrl& place) {
+        m_away->byPlace.emplace(place, entry);
+        m_away->bySource.emplace(std::move(source), place);
+      });
+    }
+    return *m_away;
+  }
+
+  const JournalModel& m_model;
+  const ItemRecords& m_records;
+  mutable std::optional<Away> m_away;
+};
+
 }  // namespace
 
 UndoJournal::UndoJournal(Trash& trash, FileMover& mover, const PathValidator& validator, FileUrl storageDirectory)
@@ -65,27 +122,26 @@ const std::string& UndoJournal::storageFolder() const noexcept {
 }
 
 void UndoJournal::settleDeadRuns() {
-  const auto logs = findLogsToSettle(m_storageFolder, m_notices);
-  std::unordered_multimap<FileUrl, FileUrl> recorded;
-  const auto recordedPlaces = [&](const FileUrl& source) {
-    if (recorded.empty()) recorded = m_model.places();
-    std::vector<FileUrl> places;
-    const auto [first, last] = recorded.equal_range(source);
-    for (auto place = first; place != last; ++place) places.push_back(place->second);
-    return places;
-  };
-  for (const auto& log : logs) {
-    if (!log.lock) continue;
-    OtherRuns others(recordedPlaces);
-    for (const auto& other : logs) {
-      if (&other != &log) others.add(other.intents, other.lock ? OtherRuns::State::dead : OtherRuns::State::alive);
-    }
-    settleDeadRun(log, others);
+  const auto dead = findLogsToSettle(m_storageFolder, m_notices);
+  for (const auto& log : dead) {
+    const auto places = lookAtPlaces(log.intents);
+    const auto living = findOtherLogs(m_storageFolder, dead, m_notices);
+    // Without knowing what the others are doing nothing can be taken back.
+    if (!living) return;
+    m_store.refresh(m_model);
+    const ItemsInJournal recorded(m_model, m_records);
+    OtherRuns others(recorded);
+    const auto add = [&](const FoundLog& other) {
+      if (other.path != log.path)
+        others.add(other.intents, other.lock ? OtherRuns::State::dead : OtherRuns::State::alive);
+    };
+    std::ranges::for_each(dead, add);
+    std::ranges::for_each(*living, add);
+    settleDeadRun(log, settleRunLog(log.intents, places, others, m_trash, m_mover));
   }
 }
 
-void UndoJournal::settleDeadRun(const FoundLog& log, const OtherRuns& others) {
-  auto settled = settleRunLog(log.intents, others, m_trash, m_mover);
+void UndoJournal::settleDeadRun(const FoundLog& log, SettledRun settled) {
   std::move(settled.notices.begin(), settled.notices.end(), std::back_inserter(m_notices));
   // The process may have died after its journal was saved, and the run may have been restored since.
   m_store.refresh(m_model);

@@ -22,11 +22,11 @@
 namespace orvane {
 
 class FileMover;
-class OtherRuns;
 class PathValidator;
 class RunLog;
 class Trash;
 struct FoundLog;
+struct SettledRun;
 
 // The record of every move, by run, in one file that several processes share. Records of another process show at the
 // next call.
@@ -115,7 +115,7 @@ class UndoJournal {
   // How many copies are still there though their originals are back. Called under the lock.
   [[nodiscard]] std::int64_t copiesLeft(const Uuid& runId) const;
   void settleDeadRuns();
-  void settleDeadRun(const FoundLog& log, const OtherRuns& others);
+  void settleDeadRun(const FoundLog& log, SettledRun settled);
 
   Trash& m_trash;
   FileMover& m_mover;

@@ -12,7 +12,7 @@
 namespace orvane {
 namespace {
 
-enum class Finding { there, another, nothing, unreachable };
+using Finding = ItemAtPlace;
 
 // Devices are numbered anew at every start of the system, so a device number tells nothing here. Nor do size and time
 // of an item that was renamed: whoever had it open may have gone on writing.
@@ -40,10 +40,10 @@ class Settlement {
   Settlement(const OtherRuns& others, Trash& trash, FileMover& mover)
       : m_others(others), m_trash(trash), m_mover(mover) {}
 
-  void settle(const LoggedIntent& logged) {
+  void settle(const LoggedIntent& logged, const IntentPlaces& places) {
     const auto& intent = logged.intent;
-    const bool isAnothers = !logged.done && m_others.claims(intent.destination);
-    auto atDestination = lookAt(intent.destination, intent, intent.partial.has_value());
+    const bool isAnothers = !logged.done && m_others.claims(intent.destination, intent.entry.id);
+    auto atDestination = places.destination;
     if (atDestination == Finding::there && !logged.done && !isAnothers && isUnderBothNames(intent)) {
       if (!m_mover.undoLink(intent.source, intent.destination, intent.identity.inode)) {
         worsen(SettledRun::Log::pending);
@@ -63,7 +63,13 @@ class Settlement {
       discardPartial(intent);
       return;
     }
-    const auto atSource = lookAt(intent.source, intent, false);
+    if (intent.entry.action == JournalAction::restored && cameBackAndLeft(intent)) {
+      m_result.entries.push_back(intent.entry);
+      if (intent.settles) m_result.entries.push_back(*intent.settles);
+      discardPartial(intent);
+      return;
+    }
+    const auto atSource = places.source;
     if (atSource == Finding::there || isElsewhere(intent)) {
       if (isAnothers) return;
       if (intent.isLocked && atSource == Finding::there) m_trash.setImmutableFlag(intent.source);
@@ -81,6 +87,16 @@ class Settlement {
   [[nodiscard]] SettledRun result() && { return std::move(m_result); }
 
  private:
+  // Whether the item of a restore came home, by this run or another, and was taken from there since.
+  [[nodiscard]] bool cameBackAndLeft(const MoveIntent& intent) const {
+    const auto& entry = intent.entry.id;
+    const auto& recorded = m_others.recorded();
+    if (recorded.isRestored(entry) || recorded.isOfAnother(intent.source, entry)) return true;
+    return std::ranges::any_of(m_others.placesOf(intent.destination), [&](const FileUrl& place) {
+      return place != intent.source && lookAt(place, intent, false) == Finding::there;
+    });
+  }
+
   // Whether another run has taken the item.
   [[nodiscard]] bool isElsewhere(const MoveIntent& intent) const {
     return std::ranges::any_of(m_others.placesOf(intent.source),
@@ -140,15 +156,25 @@ void OtherRuns::add(std::span<const LoggedIntent> log, State state) {
 }
 
 std::vector<FileUrl> OtherRuns::placesOf(const FileUrl& source) const {
-  auto places = m_recorded(source);
+  auto places = m_recorded.placesOf(source);
   const auto [first, last] = m_places.equal_range(source);
   for (auto place = first; place != last; ++place) places.push_back(place->second);
   return places;
 }
 
-SettledRun settleRunLog(std::span<const LoggedIntent> log, const OtherRuns& others, Trash& trash, FileMover& mover) {
+std::vector<IntentPlaces> lookAtPlaces(std::span<const LoggedIntent> log) {
+  std::vector<IntentPlaces> places;
+  for (const auto& [intent, done] : log) {
+    places.push_back(
+        {lookAt(intent.source, intent, false), lookAt(intent.destination, intent, intent.partial.has_value())});
+  }
+  return places;
+}
+
+SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPlaces> places,
+                        const OtherRuns& others, Trash& trash, FileMover& mover) {
   Settlement settlement(others, trash, mover);
-  for (const auto& logged : log) settlement.settle(logged);
+  for (std::size_t at = 0; at < log.size(); ++at) settlement.settle(log[at], places[at]);
   return std::move(settlement).result();
 }
 

@@ -4,7 +4,6 @@
 #include "core/safety/journal/RunLog.h"
 #include "core/safety/records/JournalEntry.h"
 
-#include <functional>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -30,29 +29,53 @@ struct SettledRun {
   Log log = Log::finished;
 };
 
+// The journal, as far as it tells of items that are away.
+class RecordedItems {
+ public:
+  virtual ~RecordedItems() = default;
+  // Where items of that place are by now.
+  [[nodiscard]] virtual std::vector<FileUrl> placesOf(const FileUrl& source) const = 0;
+  // Whether the item that is at a place is the one of an entry, and of another one than this.
+  [[nodiscard]] virtual bool isOfAnother(const FileUrl& place, const Uuid& entry) const = 0;
+  // Whether the item of the entry came back.
+  [[nodiscard]] virtual bool isRestored(const Uuid& entry) const = 0;
+};
+
 // Where runs other than the one that is settled took, or are taking, their items.
 class OtherRuns {
  public:
-  // Of the journal: where an item of that place is by now. Asked only where the logs tell nothing.
-  using RecordedPlaces = std::function<std::vector<FileUrl>(const FileUrl& source)>;
-  explicit OtherRuns(RecordedPlaces recorded) : m_recorded(std::move(recorded)) {}
+  // `recorded` must outlive this object.
+  explicit OtherRuns(const RecordedItems& recorded) : m_recorded(recorded) {}
 
   enum class State { alive, dead };
   void add(std::span<const LoggedIntent> log, State state);
 
-  // Whether the place belongs to another run: it announced that it will take it, or took it.
-  [[nodiscard]] bool claims(const FileUrl& destination) const { return m_claimed.contains(destination); }
+  // Whether the place belongs to another run than that of the entry: it announced that it will take it, or took it.
+  [[nodiscard]] bool claims(const FileUrl& place, const Uuid& entry) const {
+    return m_claimed.contains(place) || m_recorded.isOfAnother(place, entry);
+  }
   [[nodiscard]] std::vector<FileUrl> placesOf(const FileUrl& source) const;
+  [[nodiscard]] const RecordedItems& recorded() const noexcept { return m_recorded; }
 
  private:
-  RecordedPlaces m_recorded;
+  const RecordedItems& m_recorded;
   std::unordered_set<FileUrl> m_claimed;
   std::unordered_multimap<FileUrl, FileUrl> m_places;
 };
 
+// Whether the item of an intent is at a place.
+enum class ItemAtPlace { there, another, nothing, unreachable };
+struct IntentPlaces {
+  ItemAtPlace source;
+  ItemAtPlace destination;
+};
+// Of each intent. To be asked before the other runs are: they announce a move in their log before they make it, and
+// drop the log only once the journal has the move, so none that shows here is unknown then.
+[[nodiscard]] std::vector<IntentPlaces> lookAtPlaces(std::span<const LoggedIntent> log);
+
 // Settles the log of a run that died. Moves nothing. Takes back what was written to the Trash, or copied, for items
 // that never went there.
-[[nodiscard]] SettledRun settleRunLog(std::span<const LoggedIntent> log, const OtherRuns& others, Trash& trash,
-                                      FileMover& mover);
+[[nodiscard]] SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPlaces> places,
+                                      const OtherRuns& others, Trash& trash, FileMover& mover);
 
 }  // namespace orvane

@@ -556,6 +556,72 @@ TEST_F(UndoJournalTest, leavesALivingRunTheRecordOfADeadOnesItem) {
   EXPECT_TRUE(journal->getRuns().empty());
 }
 
+// A log may be settled long after its run died: the process that began to may have died too.
+TEST_F(UndoJournalTest, leavesAnItemToTheRunThatTookItSince) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto dead = intentFor(path, FileUrl(trashPath() + "/files/a.txt"));
+  ASSERT_EQ(clean({path}).front().destination, dead.destination);
+  {
+    RunLog log(journalFolder(), Uuid::random());
+    log.appendIntent(dead);
+    log.sync();
+  }
+  reopenJournal();
+  EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
+  ASSERT_EQ(journal->getRuns().size(), 1U) << "one item is in the history once";
+  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+}
+
+// Two runs died before either could say that it moved the item.
+TEST_F(UndoJournalTest, recordsAnItemOnceThatTwoDeadRunsWanted) {
+  const auto path = tree.file("Downloads/a.txt");
+  tree.folder(".local/share/Trash/files");
+  const auto intent = intentFor(path, FileUrl(trashPath() + "/files/a.txt"));
+  auto other = intent;
+  other.entry.id = Uuid::random();
+  other.entry.runId = Uuid::random();
+  for (const auto& wanted : {intent, other}) {
+    RunLog log(journalFolder(), wanted.entry.runId);
+    log.appendIntent(wanted);
+    log.sync();
+  }
+  std::filesystem::rename(path, intent.destination.path());
+  reopenJournal();
+  EXPECT_EQ(journal->getRuns().size(), 1U);
+  EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
+}
+
+// A restore died when the item was home, and another run took it from there before anybody read the log.
+TEST_F(UndoJournalTest, anItemThatLeftAgainAfterARestoreIsAwayOnce) {
+  for (const auto* newPlace : {"a.txt", "a.2.txt"}) {
+    SCOPED_TRACE(newPlace);
+    const auto path = tree.file("Downloads/a.txt");
+    const auto trashed = clean({path}).front().destination;
+    const auto first = lastRun;
+    MoveIntent back;
+    back.entry = journal->getEntries(first).front();
+    back.entry.action = JournalAction::restored;
+    back.source = trashed;
+    back.destination = FileUrl(path);
+    back.identity = ItemIdentity::of(*readPathStatus(trashed.path()));
+    {
+      RunLog log(journalFolder(), Uuid::random());
+      log.appendIntent(back);
+      log.sync();
+    }
+    std::filesystem::rename(trashed.path(), path);
+    std::filesystem::remove(recordOf(trashed));
+    if (newPlace != std::string("a.txt")) tree.file(".local/share/Trash/files/a.txt", "another's");
+    const auto again = clean({path}).front().destination;
+    EXPECT_EQ(again.lastPathComponent(), newPlace);
+    reopenJournal();
+    EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
+    EXPECT_EQ(journal->remainingCount(first), 0);
+    EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+    EXPECT_EQ(contentOf(path), "content");
+  }
+}
+
 TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
   const auto path = tree.file("Downloads/a.txt");
   const auto outcome = clean({path}).front();
