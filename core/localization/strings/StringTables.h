@@ -18,6 +18,7 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> consentStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> sectionStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> duplicateStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> organizeStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> ruleStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> settingsStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> systemStrings() noexcept;
@@ -25,11 +26,11 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> mapStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> rowStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 16> stringTables() noexcept {
-  return {shellStrings(),     actionStrings(),    figureStrings(), windowStrings(),
-          dashboardStrings(), cleanupStrings(),   placeStrings(),  consentStrings(),
-          sectionStrings(),   duplicateStrings(), ruleStrings(),   settingsStrings(),
-          systemStrings(),    keepStrings(),      mapStrings(),    rowStrings()};
+[[nodiscard]] inline std::array<std::span<const StringRow>, 17> stringTables() noexcept {
+  return {shellStrings(),    actionStrings(), figureStrings(),   windowStrings(),  dashboardStrings(),
+          cleanupStrings(),  placeStrings(),  consentStrings(),  sectionStrings(), duplicateStrings(),
+          organizeStrings(), ruleStrings(),   settingsStrings(), systemStrings(),  keepStrings(),
+          mapStrings(),      rowStrings()};
 }
 
 }  // namespace orvane
