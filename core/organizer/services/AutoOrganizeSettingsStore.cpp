@@ -15,4 +15,11 @@ AutoOrganizeSettings AutoOrganizeSettingsStore::update(const std::function<void(
   return changeStoredValue<AutoOrganizeSettings>(m_preferences, preferencesKey, change);
 }
 
+AutoOrganizeSettings AutoOrganizeSettingsStore::noteRun(Date date, std::int64_t movedCount) {
+  return update([&](AutoOrganizeSettings& settings) {
+    settings.lastRunDate = date;
+    settings.lastRunMovedCount = movedCount;
+  });
+}
+
 }  // namespace orvane

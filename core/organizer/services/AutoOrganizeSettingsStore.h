@@ -20,6 +20,8 @@ class AutoOrganizeSettingsStore {
   [[nodiscard]] AutoOrganizeSettings get() const;
   // Applies a change to what is stored now and stores the whole. Returns it. Throws std::system_error.
   AutoOrganizeSettings update(const std::function<void(AutoOrganizeSettings&)>& change);
+  // The same for a run that moved so many items.
+  AutoOrganizeSettings noteRun(Date date, std::int64_t movedCount);
 
  private:
   Preferences& m_preferences;

@@ -65,12 +65,8 @@ void AutoOrganizeController::rescheduleTimer() {
 
 AutoOrganizeRequest AutoOrganizeController::request() const {
   // Another process may have changed them.
-  const auto current = m_collaborators.store.get();
-  AutoOrganizeRequest request;
-  request.folders = current.folderURLs();
-  request.recentsDays = current.recentsDays;
-  request.topics = current.useAITopics && isAIAvailable() ? TopicUse::whenAvailable : TopicUse::never;
-  request.now = m_collaborators.now();
+  AutoOrganizeRequest request{.wish = TidyWish::of(m_collaborators.store.get()), .now = m_collaborators.now()};
+  if (!isAIAvailable()) request.wish.topics = TopicUse::never;
   return request;
 }
 
@@ -78,7 +74,7 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
                                                   const std::stop_token& stop, const RunProgress& progress,
                                                   ReturnedUse returned) {
   auto wanted = request();
-  wanted.returned = returned;
+  wanted.wish.returned = returned;
   wanted.approve = std::move(approve);
   wanted.progress = progress;
   return run(wanted, stop);
@@ -86,7 +82,7 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
 
 TidyLook AutoOrganizeController::look(const std::stop_token& stop, ReturnedUse returned) {
   auto wanted = request();
-  wanted.returned = returned;
+  wanted.wish.returned = returned;
   return m_collaborators.organizer.look(wanted, stop);
 }
 
@@ -127,10 +123,7 @@ AutoOrganizeReport AutoOrganizeController::run(const AutoOrganizeRequest& reques
     m_statusMessage = statusText(report.result);
     m_lastResult = report.result;
   }
-  auto stored = m_collaborators.store.update([&](AutoOrganizeSettings& settings) {
-    settings.lastRunDate = request.now;
-    settings.lastRunMovedCount = report.result.totalMoved();
-  });
+  auto stored = m_collaborators.store.noteRun(request.now, report.result.totalMoved());
   const std::lock_guard lock(m_mutex);
   m_settings = std::move(stored);
   return report;

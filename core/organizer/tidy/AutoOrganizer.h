@@ -16,10 +16,7 @@
 namespace orvane {
 
 struct AutoOrganizeRequest {
-  std::vector<FileUrl> folders;
-  std::int64_t recentsDays = 3;  // of 86,400 seconds each
-  TopicUse topics = TopicUse::never;
-  ReturnedUse returned = ReturnedUse::leave;
+  TidyWish wish;
   Date now = ReferenceClock::now();
   // When somebody was shown it already, nothing else is looked for.
   std::optional<TidyLook> shown = {};

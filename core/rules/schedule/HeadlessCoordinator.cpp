@@ -44,15 +44,10 @@ void HeadlessCoordinator::cleanIfDue() {
 void HeadlessCoordinator::tidyIfEnabled() {
   const auto settings = m_with.tidySettings.get();
   if (!settings.isEnabled) return;
-  const AutoOrganizeRequest request{.folders = settings.folderURLs(),
-                                    .recentsDays = settings.recentsDays,
-                                    .topics = settings.useAITopics ? TopicUse::whenAvailable : TopicUse::never};
+  const AutoOrganizeRequest request{.wish = TidyWish::of(settings)};
   const auto report = m_with.autoOrganizer.run(request);
   if (report.end != AutoOrganizeReport::End::completed) return;
-  m_with.tidySettings.update([&](AutoOrganizeSettings& stored) {
-    stored.lastRunDate = request.now;
-    stored.lastRunMovedCount = report.result.totalMoved();
-  });
+  m_with.tidySettings.noteRun(request.now, report.result.totalMoved());
 }
 
 bool HeadlessCoordinator::carryOut() noexcept {
