@@ -30,7 +30,17 @@ struct NoticeText {
 
   QString operator()(const FolderLeftOut& leftOut) const { return textOf(leftOut, home); }
   QString operator()(const RowsKept& kept) const { return keptText(kept.rows); }
-  QString operator()(const RowsInPlace& inPlace) const { return countedText("organize.in_place", inPlace.rows.count); }
+  QString operator()(const RowsInPlace& inPlace) const {
+    if (inPlace.rule.empty()) return countedText("organize.in_place", inPlace.rows.count);
+    return countedText("rules.in_place", inPlace.rows.count).arg(shownName(inPlace.rule));
+  }
+  QString operator()(const RowsKeptByLabel& kept) const {
+    if (kept.rule.empty()) return {};
+    return countedText("rules.kept_by_label", kept.rows.count).arg(shownName(kept.rule));
+  }
+  QString operator()(const RuleRefused& refused) const {
+    return localizedText("rules.left_out").arg(shownName(refused.rule), localizedText(refused.key));
+  }
   QString operator()(const RowsNotProposed& left) const {
     if (left.why == RowsNotProposed::Why::unfinished) return countedText("organize.unfinished", left.rows.count);
     return countedText("organize.not_movable", left.rows.count) + u' ' + shownName(left.detail);

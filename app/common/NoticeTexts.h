@@ -9,7 +9,7 @@ namespace orvane {
 
 class FileUrl;
 
-// A line for each notice on where items go that a person can do something about.
+// A line for each notice that a person can do something about.
 [[nodiscard]] QStringList noticeTexts(const Notices& notices, const FileUrl& home);
 // How much the keep list held back.
 [[nodiscard]] QString keptText(const RowSum& rows);
