@@ -110,10 +110,13 @@ set(ORVANE_QML_FILES
   privacy/PrivacyScreen.qml
   overview/ReclaimableCard.qml
   overview/TrashCard.qml
+  rules/CheckedField.qml
+  rules/RuleConditionField.qml
   rules/RuleEditorSheet.qml
   rules/RuleEntry.qml
   rules/RulePreviewSheet.qml
   rules/RulesScreen.qml
+  rules/SheetLabel.qml
   overview/RunsCard.qml
   settings/ScheduleSettingsCard.qml
   settings/SettingsScreen.qml

@@ -2,29 +2,13 @@
 
 #include "app/common/Places.h"
 #include "app/common/Text.h"
+#include "core/rules/records/RuleFields.h"
 
-#include <QRegularExpression>
-
+#include <cstddef>
 #include <utility>
 
 namespace orvane {
 namespace {
-
-QString joinedExtensions(const RuleTrigger& trigger) {
-  QStringList result;
-  for (const auto& extension : trigger.fileExtensions.value_or(std::vector<std::string>())) {
-    result += textFrom(extension);
-  }
-  return result.join(QStringLiteral(", "));
-}
-
-QStringList rawCategories(const RuleTrigger& trigger) {
-  QStringList result;
-  for (const auto category : trigger.categories.value_or(std::vector<ScanCategory>())) {
-    result += textFrom(rawValue(category));
-  }
-  return result;
-}
 
 int actionNumber(RuleAction::Type type) {
   switch (type) {
@@ -44,35 +28,6 @@ QString pathFrom(const QString& pathOrUrl) {
   return place ? placeText(*place) : pathOrUrl;
 }
 
-std::optional<std::int64_t> limitFrom(double value) {
-  return value < 0 ? std::nullopt : std::optional(static_cast<std::int64_t>(value));
-}
-
-std::optional<std::string> textOrNone(const QString& text) {
-  const auto trimmed = text.trimmed();
-  return trimmed.isEmpty() ? std::nullopt : std::optional(trimmed.toStdString());
-}
-
-QString fieldOf(RulePart part) {
-  switch (part) {
-    case RulePart::name:
-      return QStringLiteral("name");
-    case RulePart::folder:
-      return QStringLiteral("folder");
-    case RulePart::minimumAge:
-      return QStringLiteral("minimumAgeDays");
-    case RulePart::minimumSize:
-      return QStringLiteral("minimumSizeBytes");
-    case RulePart::extensions:
-      return QStringLiteral("extensions");
-    case RulePart::destination:
-      return QStringLiteral("actionPath");
-    case RulePart::whole:
-      break;
-  }
-  return QStringLiteral("rule");
-}
-
 }  // namespace
 
 QStringList RuleEditor::allCategories() {
@@ -82,20 +37,17 @@ QStringList RuleEditor::allCategories() {
 }
 
 void RuleEditor::open(const std::optional<CleanupRule>& rule) {
+  beginResetModel();
   m_isNew = !rule;
   m_rule = rule.value_or(CleanupRule{});
-  const auto& trigger = m_rule.trigger;
   m_name = textFrom(m_rule.name);
   m_description = textFrom(m_rule.description);
-  m_folder = textFrom(trigger.folderPath.value_or(""));
-  m_extensions = joinedExtensions(trigger);
-  m_categories = rawCategories(trigger);
-  m_minimumAgeDays = static_cast<double>(trigger.minimumAgeDays.value_or(-1));
-  m_minimumSizeBytes = static_cast<double>(trigger.minimumSizeBytes.value_or(-1));
-  m_namePattern = textFrom(trigger.namePattern.value_or(""));
+  m_texts.clear();
+  for (const auto& field : ruleFields()) m_texts.push_back(textFrom(field.text(m_rule.trigger)));
   m_action = m_isNew ? static_cast<int>(Trash) : actionNumber(m_rule.action.type());
   m_actionPath = textFrom(m_rule.action.path());
   m_isOpen = true;
+  endResetModel();
   setChecked(problemsWith(this->rule()), -1, 0);
   Q_EMIT opened();
   Q_EMIT edited();
@@ -106,42 +58,58 @@ void RuleEditor::close() {
   Q_EMIT opened();
 }
 
-void RuleEditor::setFolder(const QString& pathOrUrl) {
-  if (std::exchange(m_folder, pathFrom(pathOrUrl)) != m_folder) Q_EMIT edited();
+int RuleEditor::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_texts.size());
+}
+
+QHash<int, QByteArray> RuleEditor::roleNames() const {
+  return {{TitleKeyRole, "titleKey"},
+          {InputRole, "input"},
+          {ExampleRole, "example"},
+          {TextRole, "text"},
+          {ProblemKeyRole, "problemKey"}};
+}
+
+QVariant RuleEditor::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const auto row = static_cast<std::size_t>(index.row());
+  const auto& field = ruleFields()[row];
+  switch (role) {
+    case TitleKeyRole:
+      return textFrom(field.titleKey);
+    case InputRole:
+      return static_cast<int>(field.input);
+    case ExampleRole:
+      return textFrom(field.example);
+    case Qt::DisplayRole:
+    case TextRole:
+      return m_texts[row];
+    case ProblemKeyRole:
+      return m_problems.value(textFrom(field.key), QString());
+    default:
+      return {};
+  }
+}
+
+void RuleEditor::edit(int row, const QString& text) {
+  if (row < 0 || row >= rowCount()) return;
+  const auto& field = ruleFields()[static_cast<std::size_t>(row)];
+  auto& known = m_texts[static_cast<std::size_t>(row)];
+  const auto wanted = field.input == RuleField::Input::folder ? pathFrom(text) : text;
+  if (std::exchange(known, wanted) == wanted) return;
+  field.setText(m_rule.trigger, wanted.toStdString());
+  Q_EMIT dataChanged(index(row), index(row), {TextRole});
+  Q_EMIT edited();
 }
 
 void RuleEditor::setActionPath(const QString& pathOrUrl) {
   if (std::exchange(m_actionPath, pathFrom(pathOrUrl)) != m_actionPath) Q_EMIT edited();
 }
 
-QStringList RuleEditor::extensionList() const {
-  static const QRegularExpression separators(QStringLiteral("[,;\\s]+"));
-  QStringList result = m_extensions.split(separators, Qt::SkipEmptyParts);
-  for (auto& extension : result) {
-    if (extension.startsWith(u'.')) extension.remove(0, 1);
-  }
-  return result;
-}
-
 CleanupRule RuleEditor::rule() const {
   auto rule = m_rule;
   rule.name = m_name.trimmed().toStdString();
   rule.description = m_description.trimmed().toStdString();
-  rule.trigger = {};
-  rule.trigger.folderPath = textOrNone(m_folder);
-  if (const auto extensions = extensionList(); !extensions.isEmpty()) {
-    auto& list = rule.trigger.fileExtensions.emplace();
-    for (const auto& extension : extensions) list.push_back(extension.toStdString());
-  }
-  if (!m_categories.isEmpty()) {
-    auto& list = rule.trigger.categories.emplace();
-    for (const auto& name : m_categories) {
-      if (const auto category = scanCategoryFromRawValue(name.toStdString())) list.push_back(*category);
-    }
-  }
-  rule.trigger.minimumAgeDays = limitFrom(m_minimumAgeDays);
-  rule.trigger.minimumSizeBytes = limitFrom(m_minimumSizeBytes);
-  rule.trigger.namePattern = textOrNone(m_namePattern);
   switch (m_action) {
     case Trash:
       rule.action = RuleAction::moveToTrash();
@@ -157,9 +125,10 @@ CleanupRule RuleEditor::rule() const {
 
 void RuleEditor::setChecked(std::span<const RuleProblem> problems, double matchCount, double matchBytes) {
   m_problems.clear();
-  for (const auto& problem : problems) m_problems.insert(fieldOf(problem.part), textFrom(problem.key));
+  for (const auto& problem : problems) m_problems.insert(textFrom(problem.part), textFrom(problem.key));
   m_matchCount = matchCount;
   m_matchBytes = matchBytes;
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {ProblemKeyRole});
   Q_EMIT checked();
 }
 

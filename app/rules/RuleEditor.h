@@ -3,20 +3,20 @@
 #include "core/rules/records/RuleCheck.h"
 
 #include <QtQml/qqmlregistration.h>
-#include <QObject>
+#include <QAbstractListModel>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
 
-#include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 namespace orvane {
 
-// The rule that is being written, field by field as text and numbers, with what is wrong with it and how many files it
+// The rule that is being written, its conditions as rows of text, with what is wrong with it and how many files it
 // would take.
-class RuleEditor : public QObject {
+class RuleEditor : public QAbstractListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")
@@ -25,13 +25,7 @@ class RuleEditor : public QObject {
   Q_PROPERTY(bool isBuiltIn READ isBuiltIn NOTIFY opened)
   Q_PROPERTY(QString name MEMBER m_name NOTIFY edited)
   Q_PROPERTY(QString description MEMBER m_description NOTIFY edited)
-  Q_PROPERTY(QString folder READ folder WRITE setFolder NOTIFY edited)
-  Q_PROPERTY(QString extensions MEMBER m_extensions NOTIFY edited)
-  Q_PROPERTY(QStringList categories MEMBER m_categories NOTIFY edited)
   Q_PROPERTY(QStringList allCategories READ allCategories CONSTANT)
-  Q_PROPERTY(double minimumAgeDays MEMBER m_minimumAgeDays NOTIFY edited)
-  Q_PROPERTY(double minimumSizeBytes MEMBER m_minimumSizeBytes NOTIFY edited)
-  Q_PROPERTY(QString namePattern MEMBER m_namePattern NOTIFY edited)
   Q_PROPERTY(QStringList actionKeys READ actionKeys CONSTANT)
   Q_PROPERTY(int action MEMBER m_action NOTIFY edited)
   Q_PROPERTY(QString actionPath READ actionPath WRITE setActionPath NOTIFY edited)
@@ -43,19 +37,27 @@ class RuleEditor : public QObject {
  public:
   enum Action { Trash, Folder, Review };
   Q_ENUM(Action)
+  enum Role { TitleKeyRole = Qt::UserRole + 1, InputRole, ExampleRole, TextRole, ProblemKeyRole };
+  // As RuleField::Input.
+  enum Input { Text, FolderText, Categories, Number, Megabytes };
+  Q_ENUM(Input)
 
-  using QObject::QObject;
+  using QAbstractListModel::QAbstractListModel;
 
   // Shows a rule; a new one when absent.
   void open(const std::optional<CleanupRule>& rule);
   void close();
 
+  // A row for each condition that a rule can have.
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+  // Of a folder its path, also as a dialog gives it.
+  Q_INVOKABLE void edit(int row, const QString& text);
+
   [[nodiscard]] bool isOpen() const noexcept { return m_isOpen; }
   [[nodiscard]] bool isNew() const noexcept { return m_isNew; }
   [[nodiscard]] bool isBuiltIn() const noexcept { return m_rule.isBuiltIn; }
-  [[nodiscard]] QString folder() const { return m_folder; }
-  // Paths, also as a dialog gives them.
-  void setFolder(const QString& pathOrUrl);
   // Names of all that a rule can ask for.
   [[nodiscard]] static QStringList allCategories();
   // Keys of texts, as Action counts.
@@ -65,7 +67,7 @@ class RuleEditor : public QObject {
   [[nodiscard]] QString actionPath() const { return m_actionPath; }
   void setActionPath(const QString& pathOrUrl);
 
-  // Key of a text by the name of a field; "rule" for the whole.
+  // Key of a text by the part of the rule, as RuleProblem names it.
   [[nodiscard]] const QVariantMap& problems() const noexcept { return m_problems; }
   [[nodiscard]] bool canSave() const noexcept { return m_problems.isEmpty(); }
   // -1 while it is being counted.
@@ -83,19 +85,12 @@ class RuleEditor : public QObject {
   void checked();
 
  private:
-  [[nodiscard]] QStringList extensionList() const;
-
-  CleanupRule m_rule;
+  CleanupRule m_rule;  // its conditions as they stand
   bool m_isOpen = false;
   bool m_isNew = false;
   QString m_name;
   QString m_description;
-  QString m_folder;
-  QString m_extensions;
-  QStringList m_categories;
-  double m_minimumAgeDays = -1;
-  double m_minimumSizeBytes = -1;
-  QString m_namePattern;
+  std::vector<QString> m_texts;  // of each condition, as it was typed
   int m_action = Trash;
   QString m_actionPath;
   QVariantMap m_problems;

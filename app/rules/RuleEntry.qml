@@ -15,12 +15,7 @@ Item {
     required property bool isBuiltIn
     required property string action
     required property string actionPath
-    required property string folder
-    required property string extensions
-    required property var categories
-    required property double minimumAgeDays
-    required property double minimumSizeBytes
-    required property string namePattern
+    required property string conditions
     property bool isFocused: false
     property bool isBusy: false
     signal toggled
@@ -31,12 +26,6 @@ Item {
     signal menuAsked
 
     readonly property bool isActive: area.containsMouse || actionHover.hovered || isFocused
-    readonly property string conditions: Texts.joined([
-        folder, extensions, categoryNames(categories),
-        minimumAgeDays >= 0 ? Texts.counted("rules.older_than", minimumAgeDays) : "",
-        minimumSizeBytes >= 0 ? qsTr("rules.larger_than").arg(Texts.bytes(minimumSizeBytes)) : "",
-        namePattern === "" ? "" : qsTr("rules.name_contains").arg(namePattern)
-    ], " · ")
     readonly property string actionText: action === "moveToTrash" ? qsTr("rules.to_trash")
                                                                   : action === "moveToFolder"
                                                                     ? qsTr("rules.to_folder").arg(actionPath)
@@ -53,10 +42,6 @@ Item {
         if (!isBuiltIn)
             all.unshift({symbol: "trash", key: "rules.remove", run: () => root.removeAsked()});
         return all;
-    }
-
-    function categoryNames(raw: var): string {
-        return (raw ?? []).map(name => qsTr("category." + name)).join(", ");
     }
 
     // The keyboard leaves the actions of a row with the row.

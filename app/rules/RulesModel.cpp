@@ -1,9 +1,11 @@
 #include "app/rules/RulesModel.h"
 
 #include "app/common/Format.h"
+#include "app/common/NoticeTexts.h"
 #include "app/common/Places.h"
 #include "app/common/Text.h"
 #include "core/rules/records/RuleCheck.h"
+#include "core/rules/records/RuleFields.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/RulesTask.h"
 #include "core/tasks/StoredRules.h"
@@ -12,7 +14,6 @@
 #include <chrono>
 #include <exception>
 #include <utility>
-#include <variant>
 
 namespace orvane {
 namespace {
@@ -20,27 +21,40 @@ namespace {
 constexpr std::size_t mostPreviewed = 300;
 constexpr std::chrono::milliseconds typingPause{250};
 
-// A line for each notice that a person can do something about.
-struct NoticeText {
-  QString operator()(const RuleRefused& refused) const {
-    return localizedText("rules.left_out").arg(shownName(refused.rule), localizedText(refused.key));
+QString categoryNames(const QString& rawValues) {
+  QStringList names;
+  for (const auto& name : rawValues.split(QStringLiteral(", "))) {
+    names += localizedText("category." + name.toStdString());
   }
-  QString operator()(const RowsInPlace& inPlace) const {
-    return countedText("rules.in_place", inPlace.rows.count).arg(shownName(inPlace.rule));
-  }
-  QString operator()(const RowsKeptByLabel& kept) const {
-    return countedText("rules.kept_by_label", kept.rows.count).arg(shownName(kept.rule));
-  }
-  template <typename Other>
-  QString operator()(const Other& /*notice*/) const {
-    return {};
-  }
-};
+  return names.join(QStringLiteral(", "));
+}
 
-QStringList textList(const std::optional<std::vector<std::string>>& texts) {
-  QStringList result;
-  for (const auto& text : texts.value_or(std::vector<std::string>())) result += textFrom(text);
-  return result;
+// A condition in the user's language; empty where the trigger places none.
+QString conditionText(const RuleField& field, const RuleTrigger& trigger) {
+  const auto text = field.text(trigger);
+  if (text.empty()) return {};
+  const auto number = field.number(trigger).value_or(0);
+  switch (field.input) {
+    case RuleField::Input::categories:
+      return categoryNames(textFrom(text));
+    case RuleField::Input::number:
+      return countedText(field.conditionKey, number);
+    case RuleField::Input::megabytes:
+      return localizedText(field.conditionKey).arg(Format::bytes(static_cast<double>(number)));
+    case RuleField::Input::text:
+    case RuleField::Input::folder:
+      break;
+  }
+  const auto shown = shownName(text);
+  return field.conditionKey.empty() ? shown : localizedText(field.conditionKey).arg(shown);
+}
+
+QString conditionsText(const RuleTrigger& trigger) {
+  QStringList conditions;
+  for (const auto& field : ruleFields()) {
+    if (const auto text = conditionText(field, trigger); !text.isEmpty()) conditions += text;
+  }
+  return conditions.join(QStringLiteral(" · "));
 }
 
 }  // namespace
@@ -136,12 +150,7 @@ QHash<int, QByteArray> RulesModel::roleNames() const {
       {IsBuiltInRole, "isBuiltIn"},
       {ActionRole, "action"},
       {ActionPathRole, "actionPath"},
-      {FolderRole, "folder"},
-      {ExtensionsRole, "extensions"},
-      {CategoriesRole, "categories"},
-      {MinimumAgeRole, "minimumAgeDays"},
-      {MinimumSizeRole, "minimumSizeBytes"},
-      {NamePatternRole, "namePattern"},
+      {ConditionsRole, "conditions"},
   };
 }
 
@@ -164,23 +173,8 @@ QVariant RulesModel::data(const QModelIndex& index, int role) const {
       return textFrom(rawValue(rule.action.type()));
     case ActionPathRole:
       return shownName(rule.action.path());
-    case FolderRole:
-      return shownName(rule.trigger.folderPath.value_or(""));
-    case ExtensionsRole:
-      return textList(rule.trigger.fileExtensions).join(QStringLiteral(", "));
-    case CategoriesRole: {
-      QStringList names;
-      for (const auto category : rule.trigger.categories.value_or(std::vector<ScanCategory>())) {
-        names += textFrom(rawValue(category));
-      }
-      return names;
-    }
-    case MinimumAgeRole:
-      return static_cast<double>(rule.trigger.minimumAgeDays.value_or(-1));
-    case MinimumSizeRole:
-      return static_cast<double>(rule.trigger.minimumSizeBytes.value_or(-1));
-    case NamePatternRole:
-      return shownName(rule.trigger.namePattern.value_or(""));
+    case ConditionsRole:
+      return conditionsText(rule.trigger);
     default:
       return {};
   }
@@ -344,11 +338,7 @@ QString RulesModel::movableSums() const {
 }
 
 QStringList RulesModel::previewRemarks() const {
-  QStringList remarks;
-  for (const auto& notice : m_preview.proposal.notices()) {
-    if (const auto text = std::visit(NoticeText(), notice); !text.isEmpty()) remarks += text;
-  }
-  return remarks;
+  return noticeTexts(m_preview.proposal.notices(), services().tasks.home);
 }
 
 void RulesModel::runPreviewed() {
@@ -358,6 +348,7 @@ void RulesModel::runPreviewed() {
 
 void RulesModel::languageChanged() {
   RunModel::languageChanged();
+  if (!m_rules.empty()) Q_EMIT dataChanged(index(0), index(ruleCount() - 1), {ConditionsRole});
   Q_EMIT rulesChanged();
   Q_EMIT previewChanged();
 }

@@ -49,12 +49,7 @@ class RulesModel : public orvane::RunModel {
     IsBuiltInRole,
     ActionRole,
     ActionPathRole,
-    FolderRole,
-    ExtensionsRole,
-    CategoriesRole,
-    MinimumAgeRole,
-    MinimumSizeRole,
-    NamePatternRole,
+    ConditionsRole,  // in the user's language
   };
 
   explicit RulesModel(WindowServices services, QObject* parent = nullptr);

@@ -7,6 +7,7 @@
 #include "core/rules/RuleDestination.h"
 #include "core/rules/RuleMatcher.h"
 #include "core/rules/ScheduleCandidates.h"
+#include "core/rules/records/RuleFields.h"
 #include "core/safety/rules/FolderLookups.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/KeptRows.h"
@@ -321,12 +322,15 @@ std::optional<RowSum> countRules(const TaskServices& services, const RulesWish& 
 std::vector<RuleProblem> problemsOnDisk(const TaskServices& services, const CleanupRule& rule,
                                         const Boundary& boundary) {
   std::vector<RuleProblem> problems;
-  if (const auto& folder = rule.trigger.folderPath; folder && !itemExists(expandedHome(*folder).c_str())) {
-    problems.push_back({RulePart::folder, fmt::format("there is no folder {}", *folder), "rules.folder_missing"});
+  for (const auto& field : ruleFields()) {
+    if (field.input != RuleField::Input::folder) continue;
+    const auto folder = field.text(rule.trigger);
+    if (folder.empty() || itemExists(expandedHome(folder).c_str())) continue;
+    problems.push_back({field.key, fmt::format("there is no folder {}", folder), field.problemKey});
   }
   const RuleDestination destination(rule.action, services.validator, boundary);
   if (!destination.refusal().empty()) {
-    problems.push_back({RulePart::destination, destination.refusal(), "rules.destination_refused"});
+    problems.push_back({ruleDestinationPart, destination.refusal(), "rules.destination_refused"});
   }
   return problems;
 }

@@ -1,10 +1,14 @@
 #include "app/rules/RulesModel.h"
 
+#include "app/common/Format.h"
+#include "core/rules/records/RuleFields.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <string_view>
 
 namespace orvane::test {
 namespace {
@@ -36,6 +40,11 @@ class RulesModelTest : public WindowFixture {
     model.runPreviewed();
     ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
   }
+  // Of a condition in the editor.
+  static int rowOf(std::string_view key) {
+    const auto fields = ruleFields();
+    return static_cast<int>(std::ranges::find(fields, key, &RuleField::key) - fields.begin());
+  }
   [[nodiscard]] QString downloads() const { return QString::fromStdString(tree.path("Downloads")); }
 
   RuleTrigger logs{.fileExtensions = {{"log"}}};
@@ -51,14 +60,14 @@ TEST_F(RulesModelTest, writesARuleCountsPreviewsAndRunsIt) {
   EXPECT_TRUE(editor.isNew());
   EXPECT_FALSE(editor.canSave());
   EXPECT_TRUE(editor.problems().contains("name"));
-  EXPECT_TRUE(editor.problems().contains("rule"));
+  EXPECT_TRUE(editor.problems().contains("trigger"));
   editor.setProperty("name", "Drafts");
-  editor.setProperty("extensions", ".tmpx");
+  editor.edit(rowOf("fileExtensions"), ".tmpx");
   ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
   EXPECT_TRUE(editor.canSave());
 
   editor.setProperty("action", RuleEditor::Folder);
-  EXPECT_TRUE(editor.problems().contains("actionPath"));
+  EXPECT_TRUE(editor.problems().contains("path"));
   editor.setActionPath("file://" + downloads() + "/Drafts");
   ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
   EXPECT_TRUE(editor.canSave());
@@ -76,6 +85,35 @@ TEST_F(RulesModelTest, writesARuleCountsPreviewsAndRunsIt) {
   ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
   model.remove(model.data(model.index(row), RulesModel::IdRole).toString());
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
+}
+
+TEST_F(RulesModelTest, changesOnlyTheConditionsThatWereEdited) {
+  const RuleTrigger before{.folderPath = "~/Downloads",
+                           .fileExtensions = {{"log"}},
+                           .categories = {{ScanCategory::logs}},
+                           .minimumAgeDays = 7,
+                           .minimumSizeBytes = 1'073'741'824,
+                           .namePattern = "old"};
+  add("Logs", before);
+  RulesModel model(services());
+  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
+  EXPECT_EQ(model.data(model.index(12), RulesModel::ConditionsRole).toString(),
+            "~/Downloads · log · System & App Logs · older than 7 days · at least " + Format::bytes(1'073'741'824) +
+                " · name contains “old”");
+  model.edit(12);
+  auto& editor = *model.editor();
+  EXPECT_EQ(editor.rule().trigger, before);
+  editor.edit(rowOf("folderPath"), "file://" + downloads());
+  editor.edit(rowOf("categories"), "logs, caches");
+  editor.edit(rowOf("minimumAgeDays"), "");
+  auto after = before;
+  after.folderPath = tree.path("Downloads");
+  after.categories = {{ScanCategory::logs, ScanCategory::caches}};
+  after.minimumAgeDays.reset();
+  EXPECT_EQ(editor.rule().trigger, after);
+  editor.edit(rowOf("folderPath"), "Downloads");
+  EXPECT_EQ(editor.data(editor.index(rowOf("folderPath")), RuleEditor::ProblemKeyRole).toString(),
+            "rules.folder_missing");
 }
 
 TEST_F(RulesModelTest, showsTheRulesThatAnotherProcessChanged) {
@@ -160,7 +198,7 @@ TEST_F(RulesModelTest, leavesOutAStoredRuleThatWouldTakeEverything) {
   EXPECT_TRUE(exists(file));
 
   model.edit(model.ruleCount() - 1);
-  EXPECT_TRUE(model.editor()->problems().contains("rule"));
+  EXPECT_TRUE(model.editor()->problems().contains("trigger"));
   EXPECT_FALSE(model.editor()->canSave());
 }
 

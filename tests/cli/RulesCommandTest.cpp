@@ -1,7 +1,9 @@
 #include "tests/cli/OrvanectlFixture.h"
 
 #include "core/base/text/Json.h"
+#include "core/rules/records/RuleFields.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -33,6 +35,11 @@ TEST_F(RulesCommand, showsIdentitiesThatLast) {
   EXPECT_FALSE(after[0]["isEnabled"].get<bool>());
   EXPECT_THAT(run({"rules", "delete", id}).errors, HasSubstr("built in"));
   EXPECT_THAT(run({"rules", "enable", "nothing"}).errors, HasSubstr("no rule 'nothing'"));
+}
+
+TEST_F(RulesCommand, namesEveryConditionInItsHelp) {
+  const auto help = run({"rules", "add", "--help"}).output;
+  for (const auto& field : ruleFields()) EXPECT_THAT(help, HasSubstr(fmt::format("\"{}\"", field.key)));
 }
 
 TEST_F(RulesCommand, makesASuggestionTheUsersOwn) {

@@ -2,7 +2,6 @@
 
 #include "core/rules/records/CleanupRule.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,20 +9,15 @@
 
 namespace orvane {
 
-enum class RulePart : std::uint8_t {
-  name,
-  folder,
-  minimumAge,
-  minimumSize,
-  extensions,
-  destination,
-  whole,  // all conditions together
-};
+// Parts of a rule, by their keys in its JSON form; a condition goes by the key of its RuleField.
+inline constexpr std::string_view ruleNamePart = "name";
+inline constexpr std::string_view ruleConditionsPart = "trigger";  // all conditions together
+inline constexpr std::string_view ruleDestinationPart = "path";
 
 // Something wrong with a rule, whatever the disk holds.
 struct RuleProblem {
-  RulePart part = RulePart::whole;
-  std::string text;      // an English sentence that names the key of the rule's JSON form
+  std::string_view part;
+  std::string text;      // an English sentence that names the part
   std::string_view key;  // of the text in the user's language
 
   bool operator==(const RuleProblem&) const = default;

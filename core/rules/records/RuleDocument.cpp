@@ -4,6 +4,7 @@
 #include "core/base/text/Json.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/rules/records/RuleCheck.h"
+#include "core/rules/records/RuleFields.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <vector>
 
 namespace orvane {
 namespace {
@@ -55,7 +57,9 @@ CleanupRule ruleFromText(std::string_view text) {
     rule.description = stringFrom(*description, "description");
   }
   const auto& trigger = requiredKey(json, "trigger");
-  requireKnownKeys(trigger, "\"trigger\"", RuleTrigger::keys());
+  std::vector<std::string_view> conditionKeys;
+  for (const auto& field : ruleFields()) conditionKeys.push_back(field.key);
+  requireKnownKeys(trigger, "\"trigger\"", conditionKeys);
   rule.trigger = RuleTrigger::fromJson(trigger);
   rule.action = actionFrom(requiredKey(json, "action"));
   if (optionalKey(json, "isEnabled") != nullptr) rule.isEnabled = booleanAt(json, "isEnabled");

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +12,7 @@
 namespace orvane {
 
 // The conditions that a file must meet for a rule to act on it. An absent field places no condition, and neither does
-// an empty list or text.
+// an empty list or text. RuleFields.h has a row for each.
 struct RuleTrigger {
   std::optional<std::string> folderPath = {};                   // "~/" stands for the home folder
   std::optional<std::vector<std::string>> fileExtensions = {};  // without the dot
@@ -24,18 +23,9 @@ struct RuleTrigger {
 
   bool operator==(const RuleTrigger&) const = default;
 
-  // A value that can never work: its key, and an English sentence that names it.
-  struct Problem {
-    std::string_view key;
-    std::string text;
-  };
-  // In field order.
-  [[nodiscard]] std::vector<Problem> problems() const;
   // Each condition in English, as in "in ~/Downloads"; none for a trigger that every file meets.
   [[nodiscard]] std::vector<std::string> conditions() const;
 
-  // Of the JSON form, in field order.
-  [[nodiscard]] static std::span<const std::string_view> keys();
   // Keys in field order; absent fields are left out.
   [[nodiscard]] Json toJson() const;
   // Every key may be absent or null. Throws JsonError.

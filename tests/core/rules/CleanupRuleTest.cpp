@@ -1,5 +1,7 @@
 #include "core/base/text/Json.h"
+#include "core/localization/LocalizedStrings.h"
 #include "core/rules/BuiltInRuleTemplates.h"
+#include "core/rules/records/RuleFields.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,11 +43,57 @@ TEST(CleanupRuleTest, wordsEachConditionInTheOrderOfItsKeys) {
   EXPECT_THAT(everything.conditions(),
               testing::ElementsAre("in ~/Downloads", ".dmg .pkg", "User Caches or System & App Logs", "7 days old",
                                    "2 MB or more", "named *old*"));
-  EXPECT_TRUE(everything.problems().empty());
-  EXPECT_EQ(std::size(RuleTrigger::keys()), everything.toJson().size());
+  EXPECT_EQ(ruleFields().size(), everything.toJson().size());
   const RuleTrigger nothing{.folderPath = "", .fileExtensions = {{}}, .categories = {{}}, .namePattern = ""};
   EXPECT_THAT(nothing.conditions(), testing::IsEmpty());
-  EXPECT_TRUE(nothing.problems().empty());
+}
+
+// As an editor has them written. A condition that nobody touched keeps its exact value.
+TEST(RuleFields, readBackWhatAPersonWrites) {
+  struct Row {
+    const char* key;
+    const char* written;
+    RuleTrigger trigger;
+    const char* shown;
+  };
+  const Row rows[] = {
+      {"folderPath", " ~/Downloads ", {.folderPath = "~/Downloads"}, "~/Downloads"},
+      {"fileExtensions", ".dmg, pkg;iso", {.fileExtensions = {{"dmg", "pkg", "iso"}}}, "dmg, pkg, iso"},
+      {"categories", "logs, caches", {.categories = {{ScanCategory::logs, ScanCategory::caches}}}, "logs, caches"},
+      {"minimumAgeDays", "007", {.minimumAgeDays = 7}, "7"},
+      {"minimumSizeBytes", "2", {.minimumSizeBytes = 2'000'000}, "2"},
+      {"namePattern", "old draft", {.namePattern = "old draft"}, "old draft"},
+  };
+  ASSERT_EQ(std::size(rows), ruleFields().size()) << "a row for each condition";
+  for (std::size_t at = 0; at < ruleFields().size(); ++at) {
+    const auto& field = ruleFields()[at];
+    const auto& row = rows[at];
+    SCOPED_TRACE(field.key);
+    EXPECT_EQ(field.key, row.key);
+    RuleTrigger trigger;
+    field.setText(trigger, row.written);
+    EXPECT_EQ(trigger, row.trigger);
+    EXPECT_EQ(field.text(trigger), row.shown);
+    for (const char* nothing : {"", "  "}) {
+      field.setText(trigger, nothing);
+      EXPECT_EQ(trigger, RuleTrigger());
+    }
+  }
+  EXPECT_EQ(ruleFields()[4].text({.minimumSizeBytes = 1073741824}), "1074");
+}
+
+// In the string table.
+TEST(RuleFields, haveTheirTexts) {
+  for (const auto& field : ruleFields()) {
+    SCOPED_TRACE(field.key);
+    const auto counted = [](std::string_view key) { return std::string(key) + ".other"; };
+    const auto condition =
+        field.input == RuleField::Input::number ? counted(field.conditionKey) : std::string(field.conditionKey);
+    for (const std::string& key : {std::string(field.titleKey), condition, std::string(field.problemKey)}) {
+      EXPECT_TRUE(key.empty() || LocalizedStrings::lookup(AppLanguage::en, key) != key) << key;
+    }
+    EXPECT_FALSE(field.titleKey.empty());
+  }
 }
 
 struct Problem {
@@ -56,7 +104,11 @@ struct Problem {
 class RuleTriggerRefuses : public testing::TestWithParam<Problem> {};
 
 TEST_P(RuleTriggerRefuses, whatCanNeverWork) {
-  EXPECT_EQ(GetParam().trigger.problems().at(0).text, GetParam().problem);
+  std::string first;
+  for (const auto& field : ruleFields()) {
+    if (first.empty()) first = field.problem(GetParam().trigger);
+  }
+  EXPECT_EQ(first, GetParam().problem);
 }
 
 INSTANTIATE_TEST_SUITE_P(
