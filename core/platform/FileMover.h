@@ -2,7 +2,6 @@
 
 #include "core/platform/PendingMove.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,14 +12,13 @@ class FileMover {
  public:
   virtual ~FileMover() = default;
 
-  // Tells where an item that was found goes, or throws when it may not move. The folder exists then and is canonical.
-  using Destination = std::function<FileUrl(const FileStatus&)>;
+  // Opens the folder of `item` (a canonical folder path and a name) without following links from the canonical folder
+  // `boundary` down, and looks at the item. Throws std::system_error when the item is gone or its folder cannot be
+  // opened.
+  virtual std::unique_ptr<HeldItem> hold(const FileUrl& item, const std::string& boundary) = 0;
 
-  // Decides how `item` (a canonical folder path and a name, beneath the canonical folder `boundary`) goes to
-  // `destination`, which is asked before anything is changed. Throws std::runtime_error when the item is gone
-  // (std::system_error) or its folder cannot be opened.
-  virtual std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
-                                                const Destination& destination) = 0;
+  // Decides how the item goes to `destination`, whose folder exists and is canonical. Throws std::system_error.
+  virtual std::unique_ptr<PendingMove> planMove(std::unique_ptr<HeldItem> item, const FileUrl& destination) = 0;
 
   // Removes what a copy that died left at its partial place. Touches nothing that is not such a place. False
   // when the system refuses, so that something may be left.

@@ -3,9 +3,9 @@
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/FileUrl.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace orvane {
@@ -31,8 +31,24 @@ class FolderSyncSet {
   std::vector<Member> m_members;
 };
 
-// Sees the item for which a move is planned, before anything is changed. Throws when the item may not move.
-using ItemAdmission = std::function<void(const FileStatus&)>;
+// An item whose folder is held open: from here on its path no longer matters.
+class HeldItem {
+ public:
+  HeldItem(const HeldItem&) = delete;
+  HeldItem& operator=(const HeldItem&) = delete;
+  virtual ~HeldItem() = default;
+
+  // Its folder's canonical path and its name.
+  [[nodiscard]] const FileUrl& place() const noexcept { return m_place; }
+  // As it was when it was held.
+  [[nodiscard]] virtual const FileStatus& status() const noexcept = 0;
+
+ protected:
+  explicit HeldItem(FileUrl place) : m_place(std::move(place)) {}
+
+ private:
+  FileUrl m_place;
+};
 
 // One item between decision and done. It holds the item's folder open, so that nothing that is swapped on the way can
 // redirect it. Dropping it at any point leaves the item whole at its source or at its destination.

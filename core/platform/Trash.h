@@ -3,7 +3,6 @@
 #include "core/platform/PendingMove.h"
 
 #include <memory>
-#include <string>
 
 namespace orvane {
 
@@ -12,13 +11,9 @@ class Trash {
  public:
   virtual ~Trash() = default;
 
-  // Decides where an item goes: opens its folder without following links from `boundary` (a canonical folder) down,
-  // reads its identity and chooses a free name in the Trash of its volume. `item` is a canonical
-  // folder path and a name. `admit` sees the item before anything is changed and throws when it may not go. Throws
-  // std::runtime_error when the item is gone (std::system_error), lies inside a Trash, or its volume has no usable
-  // Trash.
-  virtual std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary,
-                                                 const ItemAdmission& admit) = 0;
+  // Chooses a free name in the Trash of the item's volume. Throws std::runtime_error when the item lies inside a Trash,
+  // or its volume has no usable Trash.
+  virtual std::unique_ptr<PendingMove> planTrash(std::unique_ptr<HeldItem> item) = 0;
 
   // Whether the item of that canonical path lies inside a Trash.
   [[nodiscard]] virtual bool holds(const FileUrl& item) const = 0;

@@ -51,12 +51,15 @@ bool LinuxMove::abandon() noexcept {
   return !m_partial || isCopyRemoved(m_destinationFolder->get(), std::string(m_partial->lastPathComponent()));
 }
 
-std::unique_ptr<PendingMove> LinuxFileMover::planMove(const FileUrl& item, const std::string& boundary,
-                                                      const Destination& destination) {
+std::unique_ptr<HeldItem> LinuxFileMover::hold(const FileUrl& item, const std::string& boundary) {
   auto open = openItemIn(m_sources.open(parentPath(item.path()), boundary), item.lastPathComponent());
-  const auto place = destination(open.status);
-  const auto folder = parentPath(place.path());
-  return std::make_unique<LinuxMove>(item, std::move(open), place, m_destinations.open(folder, folder));
+  return std::make_unique<LinuxHeldItem>(item, std::move(open));
+}
+
+std::unique_ptr<PendingMove> LinuxFileMover::planMove(std::unique_ptr<HeldItem> item, const FileUrl& destination) {
+  const auto folder = parentPath(destination.path());
+  return std::make_unique<LinuxMove>(item->place(), LinuxHeldItem::take(*item), destination,
+                                     m_destinations.open(folder, folder));
 }
 
 bool LinuxFileMover::discardPartial(const FileUrl& partial) noexcept {

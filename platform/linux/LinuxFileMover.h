@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace orvane {
 
@@ -26,10 +27,23 @@ class LinuxMove : public PendingMove {
   std::shared_ptr<const FileDescriptor> m_destinationFolder;
 };
 
+class LinuxHeldItem : public HeldItem {
+ public:
+  LinuxHeldItem(FileUrl place, OpenItem open) : HeldItem(std::move(place)), m_open(std::move(open)) {}
+
+  // Of an item that LinuxFileMover holds.
+  [[nodiscard]] static OpenItem take(HeldItem& item) { return std::move(dynamic_cast<LinuxHeldItem&>(item).m_open); }
+
+  [[nodiscard]] const FileStatus& status() const noexcept override { return m_open.status; }
+
+ private:
+  OpenItem m_open;
+};
+
 class LinuxFileMover : public FileMover {
  public:
-  std::unique_ptr<PendingMove> planMove(const FileUrl& item, const std::string& boundary,
-                                        const Destination& destination) override;
+  std::unique_ptr<HeldItem> hold(const FileUrl& item, const std::string& boundary) override;
+  std::unique_ptr<PendingMove> planMove(std::unique_ptr<HeldItem> item, const FileUrl& destination) override;
   [[nodiscard]] bool discardPartial(const FileUrl& partial) noexcept override;
   [[nodiscard]] bool undoLink(const FileUrl& source, const FileUrl& destination, std::uint64_t inode) noexcept override;
 

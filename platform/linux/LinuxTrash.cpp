@@ -1,4 +1,5 @@
 #include "platform/linux/LinuxTrash.h"
+#include "platform/linux/LinuxFileMover.h"
 
 #include "core/base/files/AtomicFile.h"
 #include "core/base/files/CanonicalPath.h"
@@ -187,13 +188,12 @@ std::shared_ptr<TrashFolder> LinuxTrash::folderOf(const FileUrl& trashed) {
   return std::make_shared<TrashFolder>(path, std::move(top), std::move(folder));
 }
 
-std::unique_ptr<PendingMove> LinuxTrash::planTrash(const FileUrl& item, const std::string& boundary,
-                                                   const ItemAdmission& admit) {
-  OpenItem open = openItemIn(m_sources.open(parentPath(item.path()), boundary), item.lastPathComponent());
-  admit(open.status);
-  refuseInTrash(item);
-  auto folder = folderFor(open, std::string(parentPath(item.path())));
-  return makeMoveIntoTrash(item, std::move(open), std::move(folder));
+std::unique_ptr<PendingMove> LinuxTrash::planTrash(std::unique_ptr<HeldItem> item) {
+  const auto& place = item->place();
+  refuseInTrash(place);
+  auto open = LinuxHeldItem::take(*item);
+  auto folder = folderFor(open, std::string(parentPath(place.path())));
+  return makeMoveIntoTrash(place, std::move(open), std::move(folder));
 }
 
 std::unique_ptr<PendingMove> LinuxTrash::planTakeOut(const FileUrl& trashed, const FileUrl& destination) {

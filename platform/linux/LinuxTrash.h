@@ -22,8 +22,7 @@ class LinuxTrash : public Trash {
   // $XDG_DATA_HOME/Trash or ~/.local/share/Trash.
   [[nodiscard]] static std::string defaultHomeTrash();
 
-  std::unique_ptr<PendingMove> planTrash(const FileUrl& item, const std::string& boundary,
-                                         const ItemAdmission& admit) override;
+  std::unique_ptr<PendingMove> planTrash(std::unique_ptr<HeldItem> item) override;
   [[nodiscard]] bool holds(const FileUrl& item) const override;
   std::unique_ptr<PendingMove> planTakeOut(const FileUrl& trashed, const FileUrl& destination) override;
   [[nodiscard]] bool mayHold(const FileUrl& trashed, const FileUrl& original) noexcept override;
@@ -45,7 +44,6 @@ class LinuxTrash : public Trash {
   std::string m_homeTrash;
   std::mutex m_mutex;
   std::vector<std::shared_ptr<TrashFolder>> m_folders;
-  SharedFolder m_sources;
   SharedFolder m_trashed;
 };
 

@@ -22,7 +22,9 @@ class SwappedFolderTest : public test::SafetyFixture {
     tree.file("Downloads/inner/a", "approved");
     tree.file("Private/a", "not approved");
   }
-  static void admitAll(const FileStatus&) {}
+  [[nodiscard]] std::unique_ptr<PendingMove> planTrash(const std::string& path) {
+    return trash.planTrash(fileMover.hold(FileUrl(path), tree.path("Downloads")));
+  }
   // The folder is replaced by a link to one outside the roots.
   void swap() const {
     fs::rename(tree.path("Downloads/inner"), tree.path("Downloads/before"));
@@ -33,15 +35,12 @@ class SwappedFolderTest : public test::SafetyFixture {
 TEST_F(SwappedFolderTest, aFolderSwappedBeforeItIsOpenedIsRefused) {
   const FileUrl place = tree.url("Downloads/inner/a");
   swap();
-  EXPECT_THROW(trash.planTrash(place, tree.path("Downloads"), admitAll), std::system_error);
-  EXPECT_THROW(fileMover.planMove(place, tree.path("Downloads"),
-                                  [&](const FileStatus&) { return tree.url("Downloads/elsewhere"); }),
-               std::system_error);
+  EXPECT_THROW(fileMover.hold(place, tree.path("Downloads")), std::system_error);
   EXPECT_EQ(contentOf(tree.path("Private/a")), "not approved");
 }
 
 TEST_F(SwappedFolderTest, aFolderSwappedBetweenDecisionAndMoveMakesNoDifference) {
-  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"), admitAll);
+  const auto move = planTrash(tree.path("Downloads/inner/a"));
   swap();
   FolderSyncSet folders;
   move->prepare();
@@ -53,7 +52,7 @@ TEST_F(SwappedFolderTest, aFolderSwappedBetweenDecisionAndMoveMakesNoDifference)
 
 TEST_F(SwappedFolderTest, anItemReplacedBetweenDecisionAndMoveStays) {
   const auto path = tree.path("Downloads/inner/a");
-  const auto move = trash.planTrash(FileUrl(path), tree.path("Downloads"), admitAll);
+  const auto move = planTrash(path);
   fs::remove(path);
   tree.file("Downloads/inner/a", "another file");
   FolderSyncSet folders;
@@ -66,7 +65,7 @@ TEST_F(SwappedFolderTest, anItemReplacedBetweenDecisionAndMoveStays) {
 }
 
 TEST_F(SwappedFolderTest, aNameTakenInTheTrashMeanwhileIsNotOverwritten) {
-  const auto move = trash.planTrash(tree.url("Downloads/inner/a"), tree.path("Downloads"), admitAll);
+  const auto move = planTrash(tree.path("Downloads/inner/a"));
   tree.file(".local/share/Trash/info/a.trashinfo", "another's record");
   FolderSyncSet folders;
   move->prepare();
@@ -106,7 +105,7 @@ TEST_F(LockedFileTest, isUnlockedToMoveAndLockedAgainAtHome) {
 }
 
 TEST_F(LockedFileTest, keepsItsLockWhereItDoesNotMove) {
-  const auto refused = trash.planTrash(FileUrl(path), tree.path("Downloads"), admitAll);
+  const auto refused = planTrash(path);
   EXPECT_TRUE(isLocked(path)) << "planning alone unlocks it";
   refused->prepare();
   tree.file(".local/share/Trash/files/locked", "another");

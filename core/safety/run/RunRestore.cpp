@@ -149,11 +149,14 @@ RunRestore::Attempt RunRestore::planReturn(const JournalEntry& entry, std::vecto
   };
   auto destination = freeUrl(wanted, NumberingStyle::restored, isPromised);
   auto move = entry.action == JournalAction::trashed ? m_trash.planTakeOut(place, destination)
-                                                     : m_mover.planMove(place, std::string(parentPath(place.path())),
-                                                                        [&](const FileStatus&) { return destination; });
+                                                     : m_mover.planMove(held(place), destination);
   promised.push_back(destination);
   requireExpected(entry, *move);
   return {std::move(move), restoredState(entry), {}, {}};
+}
+
+std::unique_ptr<HeldItem> RunRestore::held(const FileUrl& place) const {
+  return m_mover.hold(place, std::string(parentPath(place.path())));
 }
 
 void RunRestore::requireExpected(const JournalEntry& entry, const PendingMove& move) const {
@@ -170,10 +173,7 @@ RunRestore::Attempt RunRestore::planSettingAside(const JournalEntry& entry) {
   aside.originalURL = entry.trashedURL;
   aside.fileSize = entry.fileSize;
   aside.checksum = entry.checksum;
-  return {m_trash.planTrash(place, std::string(parentPath(place.path())), [](const FileStatus&) {}),
-          std::move(aside),
-          restoredState(entry),
-          {}};
+  return {m_trash.planTrash(held(place)), std::move(aside), restoredState(entry), {}};
 }
 
 bool RunRestore::carryOut(std::span<const JournalEntry> entries, RunLog& log, std::stop_token stop) {

@@ -75,6 +75,7 @@ class RunRestore {
   [[nodiscard]] FileUrl placeOf(const JournalEntry& entry) const;
   [[nodiscard]] FileUrl wantedPlace(const JournalEntry& entry, const FileUrl& place) const;
   void requireAllowed(const FileUrl& place) const;
+  [[nodiscard]] std::unique_ptr<HeldItem> held(const FileUrl& place) const;
   [[nodiscard]] bool isThere(const JournalEntry& entry) const;
   [[nodiscard]] bool neverLeft(const JournalEntry& entry) const;
   void requireExpected(const JournalEntry& entry, const PendingMove& move) const;

@@ -11,14 +11,9 @@
 #include "core/safety/rules/PathValidator.h"
 
 #include <system_error>
+#include <utility>
 
 namespace orvane {
-
-// Where an item really is, and the folder from which on no link may be followed on the way to it.
-struct TrashMover::Place {
-  FileUrl item;
-  std::string boundary;
-};
 
 namespace {
 
@@ -29,6 +24,7 @@ std::string placeOf(const FileUrl& url, FolderLookups& lookups) {
   return joinPath(lookups.canonical(parentPath(path)), name);
 }
 
+// The folder from which on no link may be followed on the way to an item.
 std::string boundaryOf(const std::string& place, const Boundary& roots) {
   for (const auto& root : roots.canonicalPaths()) {
     if (place == root) return std::string(parentPath(root));
@@ -37,44 +33,11 @@ std::string boundaryOf(const std::string& place, const Boundary& roots) {
   return "/";
 }
 
-}  // namespace
-
-TrashMover::TrashMover(Trash& trash, FileMover& mover, const PathValidator& validator)
-    : m_trash(trash), m_mover(mover), m_validator(validator) {}
-
-TrashMover::Place TrashMover::validatedPlace(const FileUrl& url, const Boundary& allowedRoots,
-                                             FolderLookups& lookups) const {
-  Place place{FileUrl(placeOf(url, lookups)), {}};
-  auto refusal = m_validator.checkCanonical(place.item.path(), allowedRoots);
-  if (refusal || PathValidator::hasTraversal(url.path())) m_validator.validate(url, allowedRoots);
-  if (refusal) throw SecurityError(*std::move(refusal));
-  place.boundary = boundaryOf(place.item.path(), allowedRoots);
-  return place;
-}
-
+// Passes on what a plan throws as a TrashError.
 template <typename Plan>
-std::unique_ptr<PendingMove> TrashMover::planned(const FileUrl& url, const Boundary& allowedRoots,
-                                                 FolderLookups& lookups, Plan plan) {
-  const std::lock_guard lock(m_mutex);
-  bool found = false;
-  // The canonical path of an item that is no link is its place, which is allowed. The item that moves is the link, so
-  // both its own place and what it points to must be.
-  const auto admit = [&](const FileStatus& status) {
-    found = true;
-    if (status.type == FileType::symbolicLink) m_validator.validate(url, allowedRoots);
-  };
+auto planned(Plan plan) {
   try {
-    const auto place = validatedPlace(url, allowedRoots, lookups);
-    try {
-      return plan(place, admit);
-    } catch (const std::system_error& error) {
-      if (found) throw;
-      m_validator.validate(url, allowedRoots);
-      const bool isMissing =
-          error.code() == std::errc::no_such_file_or_directory || error.code() == std::errc::not_a_directory;
-      if (isMissing) throw TrashError(TrashError::FileNotFound{url.path()});
-      throw;
-    }
+    return plan();
   } catch (const SecurityError& error) {
     throw TrashError(TrashError::PathValidationFailed{error.what()});
   } catch (const TrashError&) {
@@ -84,26 +47,52 @@ std::unique_ptr<PendingMove> TrashMover::planned(const FileUrl& url, const Bound
   }
 }
 
+}  // namespace
+
+TrashMover::TrashMover(Trash& trash, FileMover& mover, const PathValidator& validator)
+    : m_trash(trash), m_mover(mover), m_validator(validator) {}
+
+std::unique_ptr<HeldItem> TrashMover::held(const FileUrl& url, const Boundary& allowedRoots,
+                                           FolderLookups& lookups) const {
+  const FileUrl place(placeOf(url, lookups));
+  auto refusal = m_validator.checkCanonical(place.path(), allowedRoots);
+  if (refusal || PathValidator::hasTraversal(url.path())) m_validator.validate(url, allowedRoots);
+  if (refusal) throw SecurityError(*std::move(refusal));
+  std::unique_ptr<HeldItem> item;
+  try {
+    item = m_mover.hold(place, boundaryOf(place.path(), allowedRoots));
+  } catch (const std::system_error& error) {
+    m_validator.validate(url, allowedRoots);
+    const bool isMissing =
+        error.code() == std::errc::no_such_file_or_directory || error.code() == std::errc::not_a_directory;
+    if (isMissing) throw TrashError(TrashError::FileNotFound{url.path()});
+    throw;
+  }
+  // The canonical path of an item that is no link is its place, which is allowed. The item that moves is the link, so
+  // both its own place and what it points to must be.
+  if (item->status().type == FileType::symbolicLink) m_validator.validate(url, allowedRoots);
+  return item;
+}
+
 std::unique_ptr<PendingMove> TrashMover::planTrash(const FileUrl& url, const Boundary& allowedRoots,
                                                    FolderLookups& lookups) {
-  return planned(url, allowedRoots, lookups, [&](const Place& place, const ItemAdmission& admit) {
-    return m_trash.planTrash(place.item, place.boundary, admit);
-  });
+  const std::lock_guard lock(m_mutex);
+  return planned([&] { return m_trash.planTrash(held(url, allowedRoots, lookups)); });
 }
 
 std::unique_ptr<PendingMove> TrashMover::planMove(const FileUrl& url, const Boundary& allowedRoots,
                                                   const FileUrl& destinationFolder,
                                                   const std::function<bool(const FileUrl&)>& isPromised,
                                                   FolderLookups& lookups) {
-  return planned(url, allowedRoots, lookups, [&](const Place& place, const ItemAdmission& admit) {
-    return m_mover.planMove(place.item, place.boundary, [&](const FileStatus& status) {
-      admit(status);
-      const FileUrl folder(lookups.destination(destinationFolder, [&](const FileUrl& wanted) {
-        m_validator.validate(wanted, allowedRoots);
-        lookups.noteMade(createFoldersDurably(wanted.path(), 0755));
-      }));
-      return freeUrl(folder.appendingPathComponent(place.item.lastPathComponent()), NumberingStyle::plain, isPromised);
-    });
+  const std::lock_guard lock(m_mutex);
+  return planned([&] {
+    auto item = held(url, allowedRoots, lookups);
+    const FileUrl folder(lookups.destination(destinationFolder, [&](const FileUrl& wanted) {
+      m_validator.validate(wanted, allowedRoots);
+      lookups.noteMade(createFoldersDurably(wanted.path(), 0755));
+    }));
+    const auto wanted = folder.appendingPathComponent(item->place().lastPathComponent());
+    return m_mover.planMove(std::move(item), freeUrl(wanted, NumberingStyle::plain, isPromised));
   });
 }
 

@@ -44,13 +44,9 @@ class TrashMover {
                                         const std::function<bool(const FileUrl&)>& isPromised, FolderLookups& lookups);
 
  private:
-  struct Place;
-  // Throws SecurityError.
-  Place validatedPlace(const FileUrl& url, const Boundary& allowedRoots, FolderLookups& lookups) const;
-  // The move that `plan` makes from the item's place and the admission that it asks for. Throws TrashError.
-  template <typename Plan>
-  std::unique_ptr<PendingMove> planned(const FileUrl& url, const Boundary& allowedRoots, FolderLookups& lookups,
-                                       Plan plan);
+  // Holds an item that may move, at its real place. Throws SecurityError, TrashError and std::runtime_error.
+  [[nodiscard]] std::unique_ptr<HeldItem> held(const FileUrl& url, const Boundary& allowedRoots,
+                                               FolderLookups& lookups) const;
 
   Trash& m_trash;
   FileMover& m_mover;
