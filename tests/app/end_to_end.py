@@ -21,8 +21,8 @@ def scan_clean_undo(window, home):
     letter = home / "Downloads/letter.txt"
     content = log.read_bytes()
 
-    window.press("Scan Now")
-    window.press("Cleanup")
+    window.press("action.scan")
+    window.press("nav.cleanup")
     window.sees("3 items found")
     expect(window.is_checked("old.log, Safe"), "a safe item is not selected")
     expect(not window.is_checked("new.dmg, Review"), "an item to review is selected")
@@ -33,34 +33,34 @@ def scan_clean_undo(window, home):
     expect(not log.exists() and (trash / "old.log").read_bytes() == content, "the log is not in the Trash")
     expect(letter.exists() and (home / "Downloads/new.dmg").exists(), "something was moved that nobody selected")
     expect([path.name for path in trash.iterdir()] == ["old.log"], "there is more in the Trash than was selected")
-    window.press("OK")
+    window.press("action.ok")
 
-    window.press("Undo Clean")
+    window.press("action.undo")
     wait_for("the log to come back", log.exists)
     expect(log.read_bytes() == content, "another log came back")
     wait_for("an empty Trash", lambda: not list(trash.iterdir()))
 
-    window.press("History")
-    window.sees("Restored")
-    window.sees("by Cleanup")
+    window.press("nav.history")
+    window.sees("state.restored")
+    window.sees("origin.clean")
 
 
 def change_language(window):
-    window.press("Overview")
-    window.press("Language")
+    window.press("nav.overview")
+    window.press("nav.language")
     window.press("日本語")
     window.sees("クリーンアップ")
     wait_for("no English section", lambda: "Settings" not in window.names())
     window.press("言語")
     window.press("English")
-    window.sees("Settings")
+    window.sees("nav.settings")
 
 
 def second_start(window, program):
     """Ends at once, and shows the section that it names in the first one."""
     second = subprocess.run([program, "--show", "privacy"], timeout=PATIENCE, check=False)
     expect(second.returncode == 0, "a second start failed")
-    window.sees("What Orvane sees, and what it never sends.")
+    window.sees("privacy.subtitle")
 
 
 def never_started(home):
@@ -71,20 +71,20 @@ def never_started(home):
 def introduction(window, home):
     """At the first start, and again when it is asked for."""
     settings = home / ".config/orvane/preferences.json"
-    window.press("Get Started")
-    window.sees("Where Orvane May Work")
+    window.press("onboarding.start")
+    window.sees("onboarding.folders_title")
     window.sees("Downloads, ~/Downloads")
-    window.press("Continue")
-    window.press("Not Now")
+    window.press("onboarding.next")
+    window.press("onboarding.later")
     wait_for("a note that it was shown", lambda: settings.exists() and "hasCompletedOnboarding" in settings.read_text())
-    wait_for("the introduction to go", lambda: not window.find("Not Now"))
-    window.press("Settings")
-    window.sees("Clean on a schedule")
+    wait_for("the introduction to go", lambda: not window.find("onboarding.later"))
+    window.press("nav.settings")
+    window.sees("settings.schedule_enabled")
     # It stands further down.
-    window.focus("Add Folder")
+    window.focus("settings.add_folder")
     window.key(END)
-    window.press("Show Again")
-    window.sees("Get Started")
+    window.press("settings.show_again")
+    window.sees("onboarding.start")
 
 
 def prepare(home):

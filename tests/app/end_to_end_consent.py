@@ -41,32 +41,32 @@ def prepare_logs(home):
 
 def clean_what_is_shown(window, home):
     logs = home / "Downloads/Logs"
-    window.press("Scan Now")
-    window.press("Cleanup")
+    window.press("action.scan")
+    window.press("nav.cleanup")
     window.sees("3 selected")
     letter = wait_for("the letter", lambda: window.find("letter.txt, Manual", exact=False))
     expect(letter.get_role_name() != "check box", "an item that cannot be chosen has a box")
     expect("it may be your own work" in letter.get_description(), "the lock does not say why")
 
-    window.type("Search", "mail")
+    window.type("action.search", "mail")
     window.sees("Remove the filter “Search: mail”")
     window.sees("1 of 4")
     window.sees("2 more selected items are hidden by the search and the filters.")
     expect(window.find("Clean All · 3"), "there is no second choice")
     moves_away(window, "Clean Shown · 1", logs / "mail.log")
     expect((logs / "web.log").exists() and (logs / "other.log").exists(), "what the search hid was moved")
-    window.press("OK")
+    window.press("action.ok")
 
     window.press("Remove the filter “Search: mail”")
     window.sees("Clean Selected · 2")
     (logs / "web.log").unlink()
     moves_away(window, "Clean Selected · 2", logs / "other.log")
-    window.press("OK")
+    window.press("action.ok")
     window.sees("1 item found")
 
     # Something else stands in its place by now.
     (logs / "other.log").write_text("new")
-    window.press("Undo Clean")
+    window.press("action.undo")
     window.sees("other (restored 1).log")
 
 
@@ -84,15 +84,15 @@ def prepare_many(home):
 def ask_before_many(window, home):
     logs = home / "Downloads/Logs"
     before = files_below(logs)
-    window.press("Scan Now")
-    window.press("Cleanup")
+    window.press("action.scan")
+    window.press("nav.cleanup")
     window.press("Clean Selected · 1,001")
     window.sees("1,001 items (1 MB) will go to the Trash.")
-    window.press("Cancel")
-    wait_for("the question to go", lambda: not window.find("That Is a Lot at Once", exact=False))
+    window.press("action.cancel")
+    wait_for("the question to go", lambda: not window.find("consent.large_title", exact=False))
     expect(files_below(logs) == before, "a question that was refused moved something")
     window.press("Clean Selected · 1,001")
-    window.sees("That Is a Lot at Once")
+    window.sees("consent.large_title")
     # The question has the same button as the screen: it is the later one.
     again = list(window.find_all("Clean Selected · 1,001"))[-1]
     again.do_action(0)
@@ -112,8 +112,8 @@ def prepare_twins(home):
 
 def quit_in_the_middle(window, home):
     downloads = home / "Downloads"
-    window.press("Duplicates")
-    window.press("Find Duplicates")
+    window.press("nav.duplicates")
+    window.press("duplicates.search")
     window.sees("2 copies")
     # A cleanup of duplicates waits its turn: another one holds it up for as long as this needs.
     state = home / "Library/Application Support/Orvane"
@@ -124,9 +124,9 @@ def quit_in_the_middle(window, home):
         window.sees("Cleaning")
         bring_to_front("duplicates")
         hold(window, CONTROL, ord("q"))
-        window.sees("Items Are Still Being Moved")
-        expect(window.find("Stop and Quit"), "the run cannot be stopped")
-        window.press("Finish, Then Quit")
+        window.sees("quit.title")
+        expect(window.find("quit.stop"), "the run cannot be stopped")
+        window.press("quit.finish")
         expect(window.process.poll() is None, "the program ended in the middle of the run")
     window.process.wait(PATIENCE)
     expect(len(files_below(downloads)) == 1 and len(files_below(trash_of(home))) == 1, "the run was not finished")
@@ -160,9 +160,9 @@ def choose_by_portal(window, home):
     project.mkdir()
     desktop = start_desktop(project)
     try:
-        window.press("Organize")
+        window.press("nav.organize")
         window.press("Folder: Choose a Folder")
-        window.press("Other Folder…")
+        window.press("action.other_folder")
         asked = json.loads(desktop.stdout.readline())
         expect(asked["directory"] is True and asked["title"] == "Choose a Folder", f"it asked for {asked}")
         window.sees("Folder: Work Files")
@@ -173,16 +173,16 @@ def choose_by_portal(window, home):
 
 def choose_without_portal(window, home):
     (home / "Work Files/Inner").mkdir(parents=True)
-    window.press("Organize")
+    window.press("nav.organize")
     window.press("Folder: Choose a Folder")
-    window.press("Other Folder…")
-    window.sees("Choose This Folder")
+    window.press("action.other_folder")
+    window.sees("folder.choose")
     window.press("Work Files", exact=False)
     window.press("Inner", exact=False)
     window.sees("~/Work Files/Inner")
-    window.press("Enclosing Folder")
+    window.press("folder.parent")
     window.sees("~/Work Files")
-    window.press("Choose This Folder")
+    window.press("folder.choose")
     window.sees("Folder: Work Files")
 
 

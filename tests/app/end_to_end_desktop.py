@@ -16,25 +16,25 @@ MENU, DOWN, END, ESCAPE, F1 = 0xFF67, 0xFF54, 0xFF57, 0xFF1B, 0xFFBE
 
 
 def scanned(window):
-    window.press("Scan Now")
-    window.press("Cleanup")
+    window.press("action.scan")
+    window.press("nav.cleanup")
     window.sees("3 selected")
 
 
 def menus_and_ranges(window, home):
     scanned(window)
-    window.press("Deselect All")
+    window.press("action.deselect_all")
     window.sees("0 selected")
-    window.focus("Cleanup", "list")
+    window.focus("nav.cleanup", "list")
     window.key(DOWN)
     window.key(MENU)
-    window.sees("Copy Path")
-    expect(window.find("Open") and window.find("Why This Label"), "the menu lacks an entry")
+    window.sees("action.copy_path")
+    expect(window.find("action.open") and window.find("cleanup.why"), "the menu lacks an entry")
     window.key(ESCAPE)
-    wait_for("the menu to go", lambda: not window.find("Copy Path"))
+    wait_for("the menu to go", lambda: not window.find("action.copy_path"))
     hold(window, SHIFT, DOWN)
     window.sees("2 selected")
-    window.press("Select All")
+    window.press("action.select_all")
     window.sees("3 selected")
 
 
@@ -42,7 +42,7 @@ def remembered(window, home):
     settings = home / ".config/orvane/preferences.json"
     scanned(window)
     window.press("Sort by: Size")
-    window.press("Name")
+    window.press("sort.name")
     bring_to_front("cleanup")
     hold(window, CONTROL, ord("q"))
     window.process.wait(PATIENCE)
@@ -51,12 +51,12 @@ def remembered(window, home):
 
     process = subprocess.Popen([sys.argv[1]])
     try:
-        again = Window(window.atspi, process)
-        again.sees("No Scanned Items Yet")
-        again.press("Overview")
+        again = Window(window.atspi, process, window.texts)
+        again.sees("cleanup.empty_title")
+        again.press("nav.overview")
         again.sees("found 12 KB that can go. Scan again to see it.")
-        again.press("Cleanup")
-        again.press("Scan Now")
+        again.press("nav.cleanup")
+        again.press("action.scan")
         again.sees("Sort by: Name")
     finally:
         process.terminate()
@@ -79,32 +79,32 @@ def undone_from_anywhere(window, home):
     scanned(window)
     window.press("Clean Selected · 3")
     wait_for("the logs to go", lambda: not log.exists())
-    window.press("OK")
+    window.press("action.ok")
     bring_to_front("privacy")
-    window.sees("What Orvane sees, and what it never sends.")
+    window.sees("privacy.subtitle")
     hold(window, CONTROL, ord("z"))
     wait_for("the logs to come back", log.exists)
     window.sees("3 items are back where they were.")
 
 
 def foot_of_settings(window):
-    window.focus("Add Folder")
+    window.focus("settings.add_folder")
     window.key(END)
 
 
 def told_about_itself(window, home):
     bring_to_front("overview")
     window.key(F1)
-    window.sees("Keyboard Shortcuts")
-    window.press("Close")
-    window.press("Settings")
+    window.sees("shortcuts.title")
+    window.press("action.close")
+    window.press("nav.settings")
     foot_of_settings(window)
     window.press("Theme: As the System")
-    window.press("Dark")
+    window.press("settings.theme_dark")
     foot_of_settings(window)
     window.sees("Theme: Dark")
-    window.press("Show Licenses")
-    window.sees("Libraries and their licenses")
+    window.press("about.show")
+    window.sees("about.licences")
     window.sees("Version ")
 
 

@@ -30,8 +30,8 @@ def clean_duplicates(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("Duplicates")
-    window.press("Find Duplicates")
+    window.press("nav.duplicates")
+    window.press("duplicates.search")
     window.sees("2 copies")
     expect(files_below(downloads) == before, "looking for duplicates moved something")
     window.press("Clean 1 · 6 KB")
@@ -39,9 +39,9 @@ def clean_duplicates(window, home):
     expect(files_below(trash_of(home)) == {"copy of holiday.mov": before["copy of holiday.mov"]}, "not the copy went")
     after = {name: content for name, content in before.items() if name != "copy of holiday.mov"}
     expect(files_below(downloads) == after, "more than the copy left its place")
-    window.press("OK")
+    window.press("action.ok")
 
-    window.press("Undo Clean")
+    window.press("action.undo")
     wait_for_all_back(home, downloads, before)
 
 
@@ -59,10 +59,10 @@ def organize(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("Organize")
+    window.press("nav.organize")
     window.press("Folder: Choose a Folder")
     window.press("Downloads")
-    window.press("Analyze")
+    window.press("organize.analyze")
     window.sees("2 moves")
     expect(files_below(downloads) == before, "a proposal moved something")
     window.press("Move 2 · 7 KB")
@@ -73,7 +73,7 @@ def organize(window, home):
         places = [path for path in organized if path.endswith("/" + name)]
         expect(len(places) == 1 and organized[places[0]] == content, f"{name} did not arrive")
 
-    window.press("Undo")
+    window.press("dashboard.undo")
     wait_for("the files to come back", lambda: files_below(downloads) == before)
 
 
@@ -92,10 +92,10 @@ def tidy(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("Settings")
-    window.focus("Clean on a schedule")
-    window.tab_to("Organize Now")
-    window.press("Organize Now")
+    window.press("nav.settings")
+    window.focus("settings.schedule_enabled")
+    window.tab_to("tray.organize_now")
+    window.press("tray.organize_now")
     window.sees("2 moves proposed")
     expect(files_below(downloads) == before, "asking moved something")
     (downloads / "late.pdf").write_bytes(b"late")
@@ -103,7 +103,7 @@ def tidy(window, home):
     window.press("Move 2 · 9 KB")
     moved = {"Recents/" + name: content for name, content in before.items()} | {"late.pdf": b"late"}
     wait_for("the shown files in Recents", lambda: files_below(downloads) == moved)
-    window.press("Undo")
+    window.press("dashboard.undo")
     wait_for("the files to come back", lambda: files_below(downloads) == before | {"late.pdf": b"late"})
 
 
@@ -135,7 +135,7 @@ def uninstall(window, home):
     before = files_below(applications)
     left = files_below(cache)
 
-    window.press("Applications")
+    window.press("nav.apps")
     window.press("Review: Paint")
     window.sees("Uninstall Paint")
     window.sees("com.example.paint, ")
@@ -144,7 +144,7 @@ def uninstall(window, home):
     window.press("Uninstall 2 items · 5 KB")
     wait_for("the application to go", lambda: not files_below(applications))
     wait_for("its cache to go", lambda: not files_below(cache))
-    window.press("Undo")
+    window.press("dashboard.undo")
     wait_for_all_back(home, applications, before)
     wait_for("its cache to come back", lambda: files_below(cache) == left)
 

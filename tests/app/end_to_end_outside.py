@@ -27,7 +27,7 @@ def prepare(home):
 
 
 def rules(window):
-    window.press("Rules")
+    window.press("nav.rules")
     window.sees("12 rules, 8 switched on")
     terminal("rules", "disable", "Stale Installers in Downloads")
     window.sees("12 rules, 7 switched on")
@@ -37,31 +37,31 @@ def rules(window):
 
 def schedule_and_folders(window, home):
     def is_on():
-        switch = window.find("Clean on a schedule", role="check box")
+        switch = window.find("settings.schedule_enabled", role="check box")
         return switch and switch.get_state_set().contains(window.atspi.StateType.CHECKED)
 
-    window.press("Settings")
-    window.sees("Clean on a schedule")
+    window.press("nav.settings")
+    window.sees("settings.schedule_enabled")
     expect(not is_on(), "there is a schedule nobody asked for")
     terminal("schedule", "enable")
     wait_for("the schedule's switch", is_on)
     expect(not window.find("Projects, ~/Projects"), "a folder is granted that nobody granted")
     terminal("folders", "add", str(home / "Projects"))
     window.sees("Projects, ~/Projects")
-    window.press("Privacy")
+    window.press("nav.privacy")
     window.sees("Projects, ~/Projects")
     terminal("folders", "remove", str(home / "Projects"))
     wait_for("one folder less", lambda: not window.find("Projects, ~/Projects"))
 
 
 def history(window, home):
-    window.press("History")
-    window.sees("No History Yet")
+    window.press("nav.history")
+    window.sees("history.empty_title")
     terminal("trash", "--yes", str(home / "Downloads/setup.dmg"))
     window.sees("1 item")
     window.sees("Restore All: ")
     terminal("restore", "--last", "--yes")
-    window.sees("Restored")
+    window.sees("state.restored")
 
     # One item of two.
     (home / "Downloads/other.dmg").write_bytes(b"o" * 5000)
@@ -81,20 +81,20 @@ def swap(window, home):
     wheel.parent.mkdir()
     wheel.write_bytes(b"newer")
     window.press("Restore All: Cleanup · 1 item")
-    window.sees("Something Stands in the Way")
+    window.sees("history.taken_title")
     window.sees("~/Downloads/pip (5 bytes)")
     expect(wheel.read_bytes() == b"newer", "something moved before the answer")
-    window.press("Swap Places")
+    window.press("history.swap")
     wait_for("the old folder in its place", lambda: wheel.exists() and wheel.read_bytes() == b"old")
     window.sees("1 item from its place is in the Trash, as a run of its own.")
 
     # The same question where the history is not shown.
-    window.press("Overview")
-    window.focus("Scan Now")
-    window.tab_to("Undo")
-    window.press("Undo")
-    window.sees("Something Stands in the Way")
-    window.press("Use Other Names")
+    window.press("nav.overview")
+    window.focus("action.scan")
+    window.tab_to("dashboard.undo")
+    window.press("dashboard.undo")
+    window.sees("history.taken_title")
+    window.press("history.restore_beside")
     beside = home / "Downloads/pip (restored 1)/wheel"
     wait_for("the folder beside", lambda: beside.exists() and beside.read_bytes() == b"newer")
 

@@ -25,16 +25,16 @@ def write_and_run_rule(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("Rules")
-    window.press("New Rule")
-    window.type("Name", "Drop logs")
-    window.type("File extensions", "log")
+    window.press("nav.rules")
+    window.press("rules.add")
+    window.type("rules.name", "Drop logs")
+    window.type("rules.extensions", "log")
     window.press("What happens: To the Trash")
-    window.press("Review Only")
+    window.press("rules.review_only")
     window.press("What happens: Review Only")
-    window.press("To the Trash")
+    window.press("rules.to_trash")
     window.sees("1 file right now, 2 KB")
-    window.press("Save")
+    window.press("action.save")
     window.sees("13 rules, 9 switched on")
     expect(files_below(downloads) == before, "writing a rule moved something")
 
@@ -47,7 +47,7 @@ def write_and_run_rule(window, home):
     expect(files_below(trash_of(home)) == {"old.log": before["Logs/old.log"]}, "not the log went to the Trash")
     expect(files_below(downloads) == {"Logs/old.dat": before["Logs/old.dat"]}, "more than the log left its place")
 
-    window.press("Undo")
+    window.press("dashboard.undo")
     wait_for_all_back(home, downloads, before)
 
 
@@ -63,10 +63,10 @@ def ask_assistant(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("AI Agent")
-    window.sees("Offline Heuristic Engine Active")
-    window.type("Your request", "delete dmg files older than 30 days in downloads")
-    window.press("Run Dry Run")
+    window.press("nav.agent")
+    window.sees("agent.offline_badge")
+    window.type("agent.prompt", "delete dmg files older than 30 days in downloads")
+    window.press("action.dry_run")
     window.sees("Plan by ")
     window.sees("setup.dmg, ")
     expect(not window.find("new.dmg", exact=False), "the plan takes a new file")
@@ -79,7 +79,7 @@ def ask_assistant(window, home):
     after = {name: content for name, content in before.items() if name != "setup.dmg"}
     expect(files_below(downloads) == after, "more than the old file left its place")
 
-    window.press("Undo")
+    window.press("dashboard.undo")
     wait_for_all_back(home, downloads, before)
 
 

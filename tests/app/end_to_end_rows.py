@@ -41,31 +41,31 @@ def menu_of_row(window, list_name, *entries):
 
 
 def menus_everywhere(window, home):
-    window.press("Applications")
+    window.press("nav.apps")
     window.sees("Review: Paint")
-    wait_for("the sizes", lambda: not window.find("Cancel"))
+    wait_for("the sizes", lambda: not window.find("action.cancel"))
     menu_of_row(window, "Applications", "Copy Command", "Show in Folder", "Copy Path")
     window.key(ESCAPE)
 
-    window.press("Rules")
+    window.press("nav.rules")
     menu_of_row(window, "Rules", "Edit", "Preview", "Run Now")
     window.key(ESCAPE)
 
-    window.press("Organize")
+    window.press("nav.organize")
     window.press("Folder: Choose a Folder")
     window.press("Downloads")
-    window.press("Analyze")
+    window.press("organize.analyze")
     window.sees("2 moves")
     menu_of_row(window, "Organize", "Never Offer Again", "Open")
-    window.press("Never Offer Again")
+    window.press("keep.keep")
     window.sees("1 selected")
     kept = [row for row in map(window.find, ("report.pdf", "song.mp3")) if "on the keep list" in row.get_description()]
     expect(len(kept) == 1, "the row does not say that it is kept")
 
     window.press("Move 1 ·", exact=False)
-    window.press("History")
+    window.press("nav.history")
     menu_of_row(window, "History", "Restore All")
-    window.press("Restore All")
+    window.press("history.restore_run")
     wait_for("the file to come back", lambda: sum(1 for path in (home / "Downloads").iterdir() if path.is_file()) == 2)
 
 
@@ -98,33 +98,33 @@ def prepare_glances(home):
 
 def glances(window, home):
     scanned_any(window)
-    window.press("Deselect All")
+    window.press("action.deselect_all")
     window.sees("0 selected")
     for name, content in (("web", "Only the beginning is shown."), ("backup", "notes/inside.txt")):
-        window.focus("Search", "text")
+        window.focus("action.search", "text")
         hold(window, CONTROL, ord("a"))
-        window.type("Search", name)
+        window.type("action.search", name)
         window.sees("1 of 4")
-        window.focus("Cleanup", "list")
+        window.focus("nav.cleanup", "list")
         window.key(DOWN)
         press_key_for(window, SPACE, content)
-        expect(window.find("Show in Folder"), "a glance offers no way to its folder")
+        expect(window.find("action.reveal_in_finder"), "a glance offers no way to its folder")
         window.key(SPACE)
         wait_for("the glance to end", lambda: not window.find(content))
     window.sees("0 selected")
 
 
 def scanned_any(window):
-    window.press("Scan Now")
-    window.press("Cleanup")
+    window.press("action.scan")
+    window.press("nav.cleanup")
     window.sees("selected")
 
 
 def compared(window, home):
-    window.press("Duplicates")
-    window.press("Find Duplicates")
+    window.press("nav.duplicates")
+    window.press("duplicates.search")
     window.sees("2 copies")
-    window.focus("Duplicates", "list")
+    window.focus("nav.duplicates", "list")
     window.key(DOWN)
     press_key_for(window, MENU, "Compare Side by Side")
     window.press("Compare Side by Side")
@@ -132,9 +132,9 @@ def compared(window, home):
     kept = [name for name in window.names() if name in ("first.png, Kept", "second.png, Kept")]
     other = [name for name in window.names() if name in ("first.png", "second.png")]
     expect(len(kept) == 1 and other, "the copies do not stand side by side")
-    window.press("Close")
+    window.press("action.close")
 
-    window.type("Search", "nothing like it")
+    window.type("action.search", "nothing like it")
     window.sees("No copy matches the search.")
     expect(not window.find("Clean 1 ·", exact=False), "what the search hides can be cleaned unseen")
     expect(window.find("Clean All · 1"), "there is no way to all")
@@ -148,28 +148,28 @@ def results(window, home):
     scanned(window)
     window.press("Clean Selected · 3")
     wait_for("the logs to go", lambda: not log.exists())
-    window.press("OK")
-    window.sees("Undo Clean")
-    window.press("Dismiss")
-    wait_for("the result to go", lambda: not window.find("Undo Clean"))
-    window.press("Overview")
-    window.press("Cleanup")
+    window.press("action.ok")
+    window.sees("action.undo")
+    window.press("action.dismiss")
+    wait_for("the result to go", lambda: not window.find("action.undo"))
+    window.press("nav.overview")
+    window.press("nav.cleanup")
     window.sees("1 item found")
-    expect(not window.find("Undo Clean"), "a result that was read comes back")
+    expect(not window.find("action.undo"), "a result that was read comes back")
 
     bring_to_front("cleanup")
     hold(window, CONTROL, ord("z"))
     wait_for("the logs to come back", log.exists)
     window.sees("4 items found")
-    window.press("Select All")
+    window.press("action.select_all")
     window.press("Clean Selected · 3")
     wait_for("the logs to go again", lambda: not log.exists())
-    window.press("OK")
-    window.press("History")
+    window.press("action.ok")
+    window.press("nav.history")
     window.press("Restore All: ", exact=False)
     wait_for("the logs to be restored", log.exists)
-    window.press("Cleanup")
-    wait_for("the stale result to go", lambda: not window.find("Undo Clean"))
+    window.press("nav.cleanup")
+    wait_for("the stale result to go", lambda: not window.find("action.undo"))
 
 
 def prepare_sections(home):

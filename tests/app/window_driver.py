@@ -27,11 +27,20 @@ def wait_for(what, look):
         time.sleep(0.03)
 
 
-class Window:
-    """The program's controls, as they are shown at the moment."""
+def english_texts(program):
+    """The window's texts by key, from the terminal program that was built beside it."""
+    orvanectl = pathlib.Path(program).parent.parent / "cli/orvanectl"
+    shown = subprocess.run([orvanectl, "strings", "--json", "--language", "en"], stdout=subprocess.PIPE, check=True)
+    return {key: text.replace("\u00a0", " ") for key, text in json.loads(shown.stdout).items()}
 
-    def __init__(self, atspi, process):
+
+class Window:
+    """The program's controls, as they are shown at the moment. They go by the key of their text, or by the text itself
+    where it says more than that."""
+
+    def __init__(self, atspi, process, texts):
         self.atspi = atspi
+        self.texts = texts
         self.process = process
         self.top = wait_for("the window", self._find_application)
 
@@ -69,6 +78,7 @@ class Window:
         return result
 
     def find_all(self, name, exact=True, role=None):
+        name = self.texts.get(name, name)
         for control in self.shown():
             try:
                 if role and control.get_role_name() != role:
@@ -187,7 +197,7 @@ def drive(program, scenario, home):
     process = subprocess.Popen([program])
     try:
         Window.glib_error = GLib.Error
-        window = Window(Atspi, process)
+        window = Window(Atspi, process, english_texts(program))
         try:
             scenario.act(window, home)
         except Failure as failure:
