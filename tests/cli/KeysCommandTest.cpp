@@ -70,10 +70,13 @@ TEST_F(KeysCommand, storesReplacesAndDeletesAKey) {
 }
 
 TEST_F(KeysCommand, answersWhenTheKeyRingIsLockedSilentOrGone) {
+  // All at once, as each waits for its own time.
   const std::string attempts =
-      "for c in 'set' 'delete' 'status'; do echo k2 | timeout 30 \"$ORVANECTL\" keys $c openai --json 2>/dev/null; "
-      "echo "
-      "$?; done\n";
+      "for c in set delete status; do\n"
+      "  (echo k2 | timeout 30 \"$ORVANECTL\" keys $c openai --json 2>/dev/null; echo $?) >\"$HOME/$c\" & "
+      "waits=\"$waits $!\"\n"
+      "done\n"
+      "wait $waits; waits=; (cd \"$HOME\" && cat set delete status)\n";
   const std::string nothing =
       "{\"provider\":\"openai\",\"stored\":false}\n1\n{\"provider\":\"openai\",\"stored\":false}\n1\n"
       "{\"provider\":\"openai\",\"stored\":false}\n0\n";
