@@ -20,7 +20,7 @@ TOP = pathlib.Path(__file__).resolve().parent.parent
 BLOCK = re.compile(r"^```console\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 CODE = re.compile(r"^```[^\n]*\n(?P<block>.*?)^```$|`(?P<inline>[^`\n]+)`", re.MULTILINE | re.DOTALL)
 LINK = re.compile(r"\]\((?P<target>[^)#\s]+)[^)]*\)")
-# What differs from run to run or from machine to machine, and what takes its place for the comparison.
+# Texts that differ from run to run or from machine to machine, each with its stand-in for the comparison.
 VARYING = [
     (re.compile(r"\b[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\b|\b[0-9A-F]{8}\b"), "ID"),
     (re.compile(r"\b[A-Z][a-z]{2} \d{1,2}, \d{4}, \d{1,2}:\d{2}[\s\u202f][AP]M\b"), "DATE"),

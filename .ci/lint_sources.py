@@ -64,6 +64,8 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 MACHINE_PATH = re.compile(
     r"(?<![\w.~-])/(?:(?:home|Users)/(?!(?:you|user|me|alex)/)[\w.-]+|root|(?:private/)?(?:var/)?tmp)/[\w.]"
 )
+# A comment names its subject first; one that begins so names it last or never.
+SUBJECT_LAST = re.compile(r"(?://|(?<!\S)#) (What|Whoever|Whatever) ")
 CONFLICT = re.compile(r"^(?:<{7} |={7}$|>{7} )")
 
 
@@ -240,6 +242,17 @@ def check_texts(tree):
             yield f"{path}:1: a header starts with #pragma once"
 
 
+def check_comments(tree):
+    """The subject of a comment comes first."""
+    for path, text in tree.texts.items():
+        if path.endswith(".md"):
+            continue
+        for number, line in enumerate(text.splitlines(), 1):
+            match = SUBJECT_LAST.search(line)
+            if match:
+                yield f"{path}:{number}: a comment begins with {match.group(1)!r}; name its subject first"
+
+
 CHECKS = [
     check_floors,
     check_front_ends,
@@ -251,6 +264,7 @@ CHECKS = [
     check_changing_calls,
     check_build_lists,
     check_texts,
+    check_comments,
 ]
 
 

@@ -70,6 +70,8 @@ VIOLATIONS = [
     ("a temporary file that outlives a start", {"run": "log=/var/tmp/" + "x\n"}, "path of one machine"),
     ("a left-over of a merge", {"docs/page.md": "<<<<<<" + "< HEAD\n"}, "left over from a merge"),
     ("a tab", {"core/base/A.h": "\tint a;\n"}, "tab"),
+    ("a comment without its subject", {"core/base/A.h": "int a;  // Wh" + "at is counted.\n"}, "name its subject first"),
+    ("one in a script", {"run": "# Who" + "ever starts it.\n"}, "name its subject first"),
     ("a header without a guard", {"core/base/A.h": None}, "#pragma once"),
 ]
 
@@ -91,6 +93,7 @@ ALLOWED = [
     ("shared() declared and used", {"core/safety/B.h": "static B& shared();\n", "cli/frame/main.cpp": "void f() { B::shared().run(); }\n"}),
     ("homes of nobody, and folders that only sound temporary",
      {"docs/page.md": "/home/user/x /Users/me/x ~/tmp/x core/tmp/x $XDG_RUNTIME_DIR/tmp/x /private/var/root\n"}),
+    ("a question in a comment and in a page", {"core/base/A.h": "// Which? Whatever.\n", "docs/page.md": "# What is kept\n"}),
     ("a system's macro where it belongs", {"platform/linux/P.cpp": "#if defined(__linux__)\n#endif\n"}),
 ]
 

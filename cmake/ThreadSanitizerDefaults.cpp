@@ -1,5 +1,5 @@
-// What the thread sanitizer is to pass over in each of our programs. It is linked into all of them when they are built
-// with it, so that a child process with an environment of its own knows it too.
+// Suppressions of the thread sanitizer, linked into each of our programs when it is built with it, so that a child
+// process with an environment of its own knows it too.
 
 extern "C" const char* __tsan_default_suppressions();
 

@@ -110,7 +110,7 @@ class CleanupModel : public orvane::RunModel {
   void setCategoryFilter(const QString& category);
   [[nodiscard]] QString folderFilter() const;
   void setFolderFilter(const QString& folder);
-  // What narrows the list: {filter, text} each.
+  // The filters that narrow the list: {filter, text} each.
   [[nodiscard]] QVariantList filters() const;
   Q_INVOKABLE void removeFilter(Filter filter);
   Q_INVOKABLE void clearFilters();

@@ -42,7 +42,7 @@ class ScannedItems : public QObject {
   // Of everything that is still there.
   [[nodiscard]] std::int64_t count() const noexcept { return m_count; }
   [[nodiscard]] std::int64_t bytes() const noexcept { return m_bytes; }
-  // What one cleanup takes as it is proposed, and what somebody has to look at first.
+  // Bytes that one cleanup takes as it is proposed, and bytes that somebody has to look at first.
   [[nodiscard]] std::int64_t proposedBytes() const noexcept { return m_proposedBytes; }
   [[nodiscard]] std::int64_t reviewBytes() const noexcept { return m_reviewBytes; }
   [[nodiscard]] Snapshot snapshot() const { return {m_items, m_gone, m_folders}; }

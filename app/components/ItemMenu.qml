@@ -1,7 +1,7 @@
 import QtQuick
 import Orvane
 
-// What can be done with an item of any list. A list says which of the entries it has and adds its own as children.
+// The actions on an item of any list. A list says which of the entries it has and adds its own as children.
 ChoiceMenu {
     id: root
 

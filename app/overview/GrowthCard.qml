@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import QtQuick.Shapes
 import Orvane
 
-// What grew since the last week, as a figure, the folders and kinds that explain it, and a line over time.
+// The growth of the last week, as a figure, the folders and kinds that explain it, and a line over time.
 Card {
     id: root
 

@@ -12,7 +12,7 @@ namespace orvane {
 
 enum class MapMeasure : std::uint8_t { disk, length };
 
-// What one part of the map's picture stands for: a folder, a file, or the rest of the folder around it.
+// One part of the map's picture: it stands for a folder, a file, or the rest of the folder around it.
 struct MapArea {
   enum class Kind : std::uint8_t { folder, file, rest };
   Kind kind = Kind::rest;

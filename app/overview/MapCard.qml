@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What fills a folder: a path to climb, filters, the picture, and the largest beside it. Before the first map it offers
+// The content of a folder by size: a path to climb, filters, the picture, and the largest beside it. Before the first map it offers
 // to make one.
 Card {
     id: root

@@ -26,7 +26,7 @@ namespace {
 using Index = StorageMap::Index;
 
 constexpr int colorCount = 10;
-// What grew is told for a week.
+// The map tells the growth of a week.
 constexpr std::chrono::days growthTime{7};
 // Of the folders that explain the growth, so many are named.
 constexpr std::size_t mostNamed = 3;
@@ -341,7 +341,7 @@ int MapModel::daysUntilFullShown() const {
 // --- from the map elsewhere
 
 std::optional<FileUrl> MapModel::placeOf(int folder) const {
-  // What lies at a path here is not what another machine has there.
+  // An item at a path here is not the one that another machine has there.
   if (!m_map || !m_fileName.isEmpty() || folder < 0 || static_cast<std::size_t>(folder) >= m_map->map.folderCount())
     return std::nullopt;
   return FileUrl(m_map->map.pathOf(static_cast<Index>(folder)));

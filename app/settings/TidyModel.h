@@ -113,7 +113,7 @@ class TidyModel : public QObject {
   void progressChanged();
   void lookChanged();
   void asked();
-  // What was confirmed has been carried out.
+  // The confirmed moves have been carried out.
   void tidied();
 
  private:

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// What the keyboard does.
+// The list of keyboard shortcuts.
 Sheet {
     id: root
 

@@ -244,7 +244,7 @@ void Window::remember() {
           [&parts] { parts.memory.remember(keepKey, parts.duplicates.keepStrategy()); });
 }
 
-// Whatever the window moved last can be undone from anywhere.
+// The last run of the window can be undone from anywhere.
 void Window::followRuns() {
   auto& parts = *m_parts;
   for (auto* model : parts.runModels()) {

@@ -14,7 +14,7 @@
 
 namespace orvane {
 
-// What the window looked like when it was last used: numbers, texts and switches by name. Read once at the start,
+// The look of the window when it was last used: numbers, texts and switches by name. Read once at the start,
 // stored at the end, and in the background some time after the last change.
 class WindowMemory : public QObject {
   Q_OBJECT
@@ -28,7 +28,7 @@ class WindowMemory : public QObject {
   // Stores what has not been stored yet.
   ~WindowMemory() override;
 
-  // What is stored, within the bounds; else the value that is given.
+  // The stored value, within the bounds; else the value that is given.
   Q_INVOKABLE int number(const QString& name, int least, int most, int otherwise) const;
   // 0 where there is none.
   [[nodiscard]] double figure(const QString& name) const;

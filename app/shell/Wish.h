@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What a start asks the window for, be it a new one or the one that is open.
+// The request of a start to the window, be it a new one or the one that is open.
 struct Wish {
   enum class Work : std::uint8_t { none, scan, organize };
 

@@ -56,7 +56,7 @@ class Report {
   Json m_sections = Json::object();
 };
 
-// What this user may do there.
+// The access that this user has there.
 std::string accessTo(const std::string& path) {
   if (::access(path.c_str(), F_OK) != 0) return errno == ENOENT ? "not there yet" : errorText(errno);
   if (::access(path.c_str(), R_OK | W_OK) == 0) return "can be read and written";
@@ -158,7 +158,8 @@ void addServices(Report& report, const SystemReport& system) {
   report.add("Services", "start at login", systemLoginItems().isEnabled());
 }
 
-// What is broken is what the report is for. The messages of errors name files, so they are left out.
+// The report is made for broken parts, so each failure is a line of it. The messages of errors name files, so they are
+// left out.
 template <typename Add>
 void addChecked(Report& report, std::string_view heading, Add add) {
   try {

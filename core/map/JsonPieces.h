@@ -28,7 +28,7 @@ class JsonPieces {
   void skip(const Piece& first);
 
  private:
-  // What may come: the state of the innermost open array or object.
+  // The pieces that may come: the state of the innermost open array or object.
   enum class Expected : std::uint8_t { first, value, keyOrEnd, key, colon, commaOrEnd };
   int peek();
   int take();

@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What changed since an earlier snapshot whose root is the map's or holds it; absent where the snapshot does not know
+// The changes since an earlier snapshot whose root is the map's or holds it; absent where the snapshot does not know
 // the map's top.
 [[nodiscard]] std::optional<MapGrowth> growthSince(const StorageMap& map, const MapSnapshot& then);
 

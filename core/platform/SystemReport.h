@@ -6,7 +6,8 @@
 
 namespace orvane {
 
-// What a report of a fault says of the system. Nothing in it is personal: no names of users, machines or files.
+// The part of a fault report that describes the system. Nothing in it is personal: no names of users, machines or
+// files.
 struct SystemReport {
   enum class State : std::uint8_t { running, startable, absent };
   struct Service {

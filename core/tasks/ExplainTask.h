@@ -40,7 +40,7 @@ struct Explanation {
   std::optional<Item> item;
   std::optional<Build> build;
   std::optional<std::string> refusal;  // of the fixed rules
-  // What a rule of this system protects there, in English: "key rings". Empty where none does.
+  // The content that a rule of this system protects there, in English: "key rings". Empty where none does.
   std::string protectedContent;
   std::optional<std::string> keptBy;  // the pattern of the keep list
   std::string keepPattern;            // the one that would keep it

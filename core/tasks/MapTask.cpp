@@ -17,7 +17,7 @@ namespace {
 
 // A daily start comes a little earlier or later each day.
 constexpr std::chrono::hours daily{20};
-// What grew is told for a week.
+// The daily map tells the growth of a week.
 constexpr std::chrono::days sinceDaily{7};
 
 std::optional<MapGrowth> growthOf(const MapServices& services, const FolderMap& map, Date since) {

@@ -21,7 +21,7 @@ struct TaskServices;
 class SnapshotStore;
 class Volume;
 
-// What the map works with. Everything must outlive its users.
+// The collaborators of the map. Everything must outlive its users.
 struct MapServices {
   const TaskServices& tasks;
   SnapshotStore& snapshots;
@@ -39,7 +39,7 @@ struct FolderMap {
   Date taken{};
   std::vector<MapMoment> earlier = {};  // oldest first, of every root
   std::int64_t freeBytes = -1;          // of the map's volume; negative where the system does not tell
-  // What changed since the date that was asked for, by the last snapshot before it or else the first.
+  // The changes since the date that was asked for, by the last snapshot before it or else the first.
   std::optional<MapGrowth> growth = {};
 };
 
@@ -59,7 +59,7 @@ void exportMap(const StorageMap& map, const std::function<void(std::string_view)
 [[nodiscard]] StorageMap importMap(const MapServices& services,
                                    const std::function<std::size_t(std::span<char>)>& source);
 
-// What the daily start without a window does: maps the home folder where snapshots are on and none is of today.
+// For the daily start without a window: maps the home folder where snapshots are on and none is of today.
 // Absent where nothing was due.
 [[nodiscard]] std::optional<FolderMap> mapDaily(const MapServices& services, const TaskMonitor& monitor);
 

@@ -6,8 +6,8 @@
 
 namespace orvane {
 
-// What the two versions of the library in use say differently: the second names services and objects by types of their
-// own, and has no registration to finish.
+// The differences between the two versions of the library in use: the second names services and objects by types of
+// their own, and has no registration to finish.
 
 [[nodiscard]] inline std::unique_ptr<sdbus::IProxy> makeBusProxy(sdbus::IConnection& connection, const char* service,
                                                                  const char* object) {

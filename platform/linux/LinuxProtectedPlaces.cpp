@@ -66,7 +66,7 @@ constexpr std::array storeNames{
     SystemProfile::ProtectedName{"userdef.reg", "Windows programs under Wine"},
 };
 
-// What only a store holds: a folder with one of these never moves whole.
+// Entries that only a store holds: a folder with one of these never moves whole.
 constexpr std::array<std::string_view, 4> storeMarkers{"drive_c", "system.reg", "compatdata", "steamapps/compatdata"};
 
 constexpr std::array<std::string_view, 7> diskImageExtensions{"qcow", "qcow2", "vdi", "vmdk", "vhd", "vhdx", "img"};

@@ -331,7 +331,7 @@ TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
   EXPECT_FALSE(model->canUndo());
   EXPECT_THAT(journal->getRuns(), IsEmpty());
   EXPECT_EQ(model->resultNote(), "");
-  // What vanished counts no more.
+  // Vanished items count no more.
   EXPECT_EQ(model->itemCount(), 3);
   EXPECT_EQ(state->reclaimableBytes(), 3000 + 5000 + 90);
 }

@@ -13,7 +13,7 @@ class Demo : public Orvanectl {
   [[nodiscard]] ChildResult runInDemo(const Words& words) const {
     auto program = setup(words);
     program.arguments.front() = home.path("a demo/orvanectl");
-    // What the user's own session offers must not be found.
+    // Nothing of the user's own session may be found.
     program.environment["XDG_CONFIG_HOME"] = home.path("own/config");
     program.environment["XDG_DATA_HOME"] = home.path("own/data");
     program.environment["XDG_RUNTIME_DIR"] = home.path("own/runtime");

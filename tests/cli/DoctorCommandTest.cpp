@@ -36,7 +36,7 @@ TEST_F(Orvanectl, doctorMakesNothing) {
   EXPECT_FALSE(exists(home.path(".config")));
 }
 
-// What is broken is what the report is for.
+// The report is made for broken parts.
 TEST_F(Orvanectl, doctorReportsAJournalThatCannotBeRead) {
   home.folder("Library/Application Support/Orvane/undo_journal.json");
   EXPECT_EQ(json({"doctor"})["Journal"]["readable"], false);

@@ -148,7 +148,7 @@ TEST_F(MapCommand, exportsWhatNcduReadsAndImportsWhatNcduWrote) {
   makeTree();
   home.file("tree/odd \"\\\n\x01\xFF name", std::string(20'000, 'x'));
   ASSERT_EQ(run({"map", "tree", "--export", "ours.json"}).exitStatus, 0);
-  // What ncdu makes of ours, it writes again.
+  // ncdu writes again what it read of ours.
   ASSERT_EQ(runProgram({"/usr/bin/ncdu", "-f", home.path("ours.json"), "-o", home.path("again.json")}).exitStatus, 0);
   ASSERT_EQ(runProgram({"/usr/bin/ncdu", "-x", "-o", home.path("theirs.json"), home.path("tree")}).exitStatus, 0);
   const auto own = json({"map", "tree", "--depth", "3"});

@@ -425,7 +425,7 @@ class SwapGroup(Group):
         findings = self.oracle.judge_weakly(result)
         if result.status == 0 and any(content(world.path(place)) != os.fsencode(place) * 7 for place in self.PLACES):
             findings.append("says that all went well, but the places are not swapped")
-        # Whatever state it was left in, each run brings its own back.
+        # Each run brings its own back, in any state that it was left in.
         for run in world.run("history", "--json").json:
             check_end(world.run("restore", run["runId"], "--yes", "--json"), "restore", findings)
         findings += self.oracle.judge_weakly()

@@ -3,7 +3,7 @@
 namespace orvane {
 namespace {
 
-// What is asked before much moves, and what is said about what moved. A row a key, in the order of the languages.
+// Questions before much moves, and reports of the moves. A row a key, in the order of the languages.
 constexpr std::array consentRows{
     StringRow{"action.open", {"Open", "Ouvrir", "Öffnen", "開く", "열기", "打开", "打開", "Abrir"}},
     StringRow{"action.copy_path",

@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// What changed between an earlier snapshot and a map, in bytes on the disk.
+// The changes between an earlier snapshot and a map, in bytes on the disk.
 struct MapGrowth {
   struct Folder {
     StorageMap::Index folder = 0;

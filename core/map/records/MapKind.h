@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-// What a file shows or is for, as far as its extension tells.
+// The kind of a file, as far as its extension tells.
 enum class MapKind : std::uint8_t { pictures, videos, audio, documents, archives, installers, source, other };
 inline constexpr EnumTable mapKinds({
     RawValueRow{MapKind::pictures, "pictures"},
@@ -46,7 +46,7 @@ constexpr MapAge ageAfter(double days) noexcept {
   return MapAge::older;
 }
 
-// What a folder is to Orvane.
+// The state of a folder to Orvane.
 enum class MapState : std::uint8_t {
   yours,
   reclaimable,      // most of it is what a cleanup proposes

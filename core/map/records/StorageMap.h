@@ -24,7 +24,7 @@ struct MapSum {
   bool operator==(const MapSum&) const = default;
 };
 
-// What a filter of the map asks of a file.
+// The properties of a file that a filter of the map asks for.
 struct MapTraits {
   MapKind kind = MapKind::other;
   MapAge age = MapAge::unknown;

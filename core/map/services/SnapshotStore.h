@@ -17,7 +17,7 @@ namespace orvane {
 
 class Preferences;
 
-// What earlier maps came to, in one SQLite database. Off until the user turns it on: nothing is written before, and
+// The sums of earlier maps, in one SQLite database. Off until the user turns it on: nothing is written before, and
 // no file is made by a look. Thinned with every snapshot: daily for a month, weekly for a year, monthly beyond.
 class SnapshotStore {
  public:
@@ -48,7 +48,7 @@ class SnapshotStore {
   [[nodiscard]] std::optional<Date> warned();
   void setWarned(std::optional<Date> date);
 
-  // What was wrong with the database since the last call, one line each: it is passed over then.
+  // The faults of the database since the last call, one line each: it is passed over then.
   [[nodiscard]] std::vector<std::string> takeNotices();
 
  private:

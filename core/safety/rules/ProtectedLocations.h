@@ -48,7 +48,7 @@ class ProtectedLocations {
   // Whether a path that the row fits, or that lies below what it fits, may be touched all the same.
   [[nodiscard]] bool isExempt(const ProtectedBase::Row& row, std::string_view path, std::string_view relative) const;
 
-  // What protects a path by the profile: it lies in a protected place, or could hold one.
+  // The protection of a path by the profile: it lies in a protected place, or could hold one.
   struct Finding {
     enum class Kind : std::uint8_t { none, isProtected, holdsProtected };
     Kind kind = Kind::none;

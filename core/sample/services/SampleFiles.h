@@ -21,7 +21,7 @@ constexpr std::int64_t megabyte = 1000 * kilobyte;
 // One a line, which a formatter would set in columns.
 // clang-format off
 constexpr std::array sampleFiles{
-    // What stays. First, as the older of two copies is the one that was made first.
+    // Files that stay. First, as the older of two copies is the one that was made first.
     SampleFiles{"Documents/contract.pdf", 1, 2400 * kilobyte, 220},
     SampleFiles{"Documents/Letters/letter-#.odt", 12, 31 * kilobyte, 90},
     SampleFiles{"Documents/Reports/2025/report-#.pdf", 10, 1300 * kilobyte, 330},
@@ -40,7 +40,7 @@ constexpr std::array sampleFiles{
     SampleFiles{"Videos/interview.mov", 1, 900 * megabyte, 280},
     SampleFiles{".bashrc", 1, 3 * kilobyte, 700},
     SampleFiles{".gnupg/pubring.kbx", 1, 8 * kilobyte, 700},
-    // What programs make again.
+    // Files that programs make again.
     SampleFiles{".cache/chromium/Default/Cache/Cache_Data/data_#", 4, 61 * megabyte, 2},
     SampleFiles{".cache/chromium/Default/Code Cache/js/index_#", 12, 900 * kilobyte, 3},
     SampleFiles{".cache/mozilla/firefox/k3x9q2.default/cache2/entries/A0#", 24, 1400 * kilobyte, 4},

@@ -66,7 +66,7 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_toke
       if (table.rowOf(path) != &row) return;
       const auto status = m_statusReader.read(folder, name);
       if (!status || !isItem(*status, row.place->unit)) return;
-      // What lies in a Trash is shown, though no rule admits it.
+      // Content of a Trash is shown, though no rule admits it.
       const bool isShown =
           row.category == ScanCategory::trash || m_validator.isPathAllowed(FileUrl(path), Boundary({FileUrl(path)}));
       if (isShown) places.push_back({std::move(path), *status, &row});

@@ -18,7 +18,7 @@ class PathValidator;
 // missing, unreadable or refused by the validator is skipped without a word.
 class KnownPlaceSearch {
  public:
-  // What is given must outlive this object.
+  // Both must outlive this object.
   KnownPlaceSearch(const PathValidator& validator, const FileStatusReader& statusReader);
 
   // An item a place, in the order of the rows, sized in full: hidden files count, a file with several names once. One

@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, NcduFileRefuses,
                                          "[1,2,{},[{\"name\":\"/\",\"dsize\":-}]]", "[1,2,{},[{\"name\":tru}]]",
                                          "[1,2,{},[{\"name\":\"/\"},[{\"name\":\"../etc\"}]]]"));
 
-// What a folder keeps by name is its largest files, however many come.
+// A folder keeps its largest files by name, however many come.
 TEST(StorageMapFolder, keepsTheLargestFiles) {
   StorageMap::Folder folder;
   for (int i = 0; i < 10'000; ++i) {
