@@ -5,8 +5,10 @@
 """
 
 import json
+import pathlib
 import subprocess
 import sys
+import time
 
 from end_to_end_consent import CONTROL, SHIFT, bring_to_front, hold, prepare_logs
 from window_driver import PATIENCE, Scenario, Window, expect, main, wait_for
@@ -87,6 +89,44 @@ def undone_from_anywhere(window, home):
     window.sees("3 items are back where they were.")
 
 
+def prepare_dropped(home):
+    prepare_logs(home)
+    (home / "Projects").mkdir()
+    (home / "Projects/setup.dmg").write_bytes(b"i" * 9000)
+
+
+def dropped(window, home):
+    """A folder, dragged over from another program's window."""
+    script = pathlib.Path(__file__).with_name("drag_source.py")
+    source = subprocess.Popen([sys.executable, script, home / "Projects"], stdout=subprocess.PIPE)
+
+    def mouse(x, y, event):
+        window.atspi.generate_mouse_event(x, y, event)
+
+    def drag_over():
+        mouse(1240, 850, "b1p")
+        # Step by step: a drag begins after some way, and the target answers each.
+        for step in range(1, 41):
+            mouse(1240 - 16 * step, 850 - 11 * step, "abs")
+            time.sleep(0.03)
+        mouse(600, 410, "b1r")
+        deadline = time.monotonic() + 3
+        while time.monotonic() < deadline:
+            if window.find("Look into “Projects”?"):
+                return True
+        return False
+
+    try:
+        source.stdout.readline()
+        wait_for("the question of a drop", drag_over)
+        window.press("Add and Scan")
+        window.press("Cleanup")
+        window.sees("setup.dmg")
+    finally:
+        source.terminate()
+        source.wait(PATIENCE)
+
+
 def foot_of_settings(window):
     window.focus("settings.add_folder")
     window.key(END)
@@ -115,6 +155,7 @@ if __name__ == "__main__":
                 "menus": Scenario(prepare_logs, menus_and_ranges),
                 "memory": Scenario(prepare_logs, remembered),
                 "heads": Scenario(prepare_logs, sorted_by_heads),
+                "drop": Scenario(prepare_dropped, dropped),
                 "undo": Scenario(prepare_logs, undone_from_anywhere),
                 "about": Scenario(prepare_logs, told_about_itself),
             }
