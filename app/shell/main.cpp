@@ -1,6 +1,7 @@
 #include "app/common/Text.h"
 #include "app/shell/HeadlessStart.h"
 #include "app/shell/SingleInstance.h"
+#include "app/shell/WaylandSeat.h"
 #include "app/shell/Window.h"
 #include "app/shell/Wish.h"
 #include "core/base/files/HomeFolder.h"
@@ -58,6 +59,7 @@ int showWindow(int argc, char** argv) {
   format.setSamples(antialiasingSamples);
   QSurfaceFormat::setDefaultFormat(format);
   QQuickStyle::setStyle(QStringLiteral("Basic"));
+  orvane::chooseInputModuleForWayland();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("orvane"));
   QApplication::setApplicationDisplayName(QStringLiteral("Orvane"));
