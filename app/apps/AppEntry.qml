@@ -36,6 +36,8 @@ Item {
     Accessible.role: Accessible.ListItem
     Accessible.name: name
     Accessible.description: Texts.joined([detail, age, isProtected ? lock.text : ""], ", ")
+    Accessible.focusable: true
+    Accessible.focused: isFocused
     Accessible.onPressAction: if (!root.isProtected) root.reviewAsked()
 
     Rectangle {

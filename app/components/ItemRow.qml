@@ -52,6 +52,8 @@ Item {
     Accessible.role: hasBox && !isLocked ? Accessible.CheckBox : Accessible.ListItem
     Accessible.name: Texts.joined([name, chip, size], ", ")
     Accessible.description: Texts.joined([secondLine, warning, age, lockReason], ", ")
+    Accessible.focusable: true
+    Accessible.focused: isFocused
     Accessible.checkable: hasBox && canCheck
     Accessible.checked: checkState === Qt.Checked
     Accessible.onToggleAction: root.toggled()

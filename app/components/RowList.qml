@@ -30,6 +30,16 @@ ListView {
         showsCurrent = true;
         currentIndex = Math.max(0, Math.min(count - 1, row));
         positionViewAtIndex(currentIndex, ListView.Contain);
+        tellRow();
+    }
+
+    function tellRow() {
+        if (activeFocus)
+            voice.tell(itemAtIndex(currentIndex));
+    }
+
+    RowVoice {
+        id: voice
     }
 
     function walkTo(row: int, extend: bool) {
@@ -57,7 +67,11 @@ ListView {
     pixelAligned: true
     Accessible.role: Accessible.List
     Accessible.name: root.label
-    onActiveFocusChanged: showsCurrent = activeFocus
+    onActiveFocusChanged: {
+        showsCurrent = activeFocus;
+        // After the list's own, which would be heard last.
+        Qt.callLater(tellRow);
+    }
 
     T.ScrollBar.vertical: ScrollHint {}
 

@@ -20,6 +20,8 @@ Item {
     implicitHeight: 41
     Accessible.role: Accessible.ListItem
     Accessible.name: root.name + ", " + root.count + ", " + root.size
+    Accessible.focusable: true
+    Accessible.focused: isFocused
     Accessible.onPressAction: root.folded()
 
     Rectangle {

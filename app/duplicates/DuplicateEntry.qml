@@ -38,6 +38,8 @@ Item {
     Accessible.role: isGroup ? Accessible.ListItem : Accessible.CheckBox
     Accessible.name: isGroup ? Texts.joined([name, groupDetail], ", ") : path
     Accessible.description: isGroup ? "" : Texts.joined([isKept ? qsTr("duplicates.kept") : "", dateText.text], ", ")
+    Accessible.focusable: true
+    Accessible.focused: isFocused
     Accessible.checkable: !isGroup && checkState >= 0
     Accessible.checked: checkState === Qt.Checked
     Accessible.onToggleAction: if (!root.isGroup) root.toggled()

@@ -35,6 +35,8 @@ Item {
     height: isRun ? 58 : 51
     Accessible.role: Accessible.ListItem
     Accessible.name: Texts.joined([title, detail, stateText, Texts.bytes(bytes)], ", ")
+    Accessible.focusable: true
+    Accessible.focused: isFocused
     Accessible.onPressAction: if (root.isRun) root.folded()
 
     Rectangle {

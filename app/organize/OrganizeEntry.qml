@@ -72,6 +72,8 @@ Item {
         Accessible.role: Accessible.CheckBox
         Accessible.name: root.name
         Accessible.description: qsTr("organize.from_to").arg(root.from).arg(root.to) + (root.reason === "" ? "" : ". " + root.reason)
+        Accessible.focusable: true
+        Accessible.focused: root.isFocused
         Accessible.checkable: root.checkState >= 0
         Accessible.checked: root.checkState === Qt.Checked
         Accessible.onToggleAction: root.toggled()

@@ -57,6 +57,8 @@ Item {
     Accessible.role: Accessible.CheckBox
     Accessible.name: name
     Accessible.description: Texts.joined([conditions, actionText], ", ")
+    Accessible.focusable: true
+    Accessible.focused: isFocused
     Accessible.checkable: true
     Accessible.checked: isEnabled
     Accessible.onToggleAction: root.toggled()

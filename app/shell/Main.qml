@@ -184,34 +184,39 @@ ApplicationWindow {
         }
     }
 
-    Sidebar {
-        id: sidebar
+    Backdrop {
+        anchors.fill: parent
+        Accessible.role: Accessible.Pane
 
-        width: Theme.sidebarWidth
-        height: parent.height
-        appState: window.appState
-        navigation: window.navigation
-        languages: window.languages
-        overview: window.overview
-    }
+        Sidebar {
+            id: sidebar
 
-    Loader {
-        id: loader
+            width: Theme.sidebarWidth
+            height: parent.height
+            appState: window.appState
+            navigation: window.navigation
+            languages: window.languages
+            overview: window.overview
+        }
 
-        anchors.left: sidebar.right
-        anchors.right: parent.right
-        height: parent.height
-        focus: true
-        onLoaded: fadeIn.restart()
+        Loader {
+            id: loader
 
-        NumberAnimation {
-            id: fadeIn
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            height: parent.height
+            focus: true
+            onLoaded: fadeIn.restart()
 
-            target: loader
-            property: "opacity"
-            from: Theme.shortMotion > 0 ? 0 : 1
-            to: 1
-            duration: Theme.shortMotion
+            NumberAnimation {
+                id: fadeIn
+
+                target: loader
+                property: "opacity"
+                from: Theme.shortMotion > 0 ? 0 : 1
+                to: 1
+                duration: Theme.shortMotion
+            }
         }
     }
 

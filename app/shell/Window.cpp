@@ -22,6 +22,7 @@
 #include "app/shell/DesktopAppearance.h"
 #include "app/shell/InterfaceFont.h"
 #include "app/shell/LanguageModel.h"
+#include "app/shell/LauncherEntry.h"
 #include "app/shell/NavigationModel.h"
 #include "app/shell/QuitGuard.h"
 #include "app/shell/TableTranslator.h"
@@ -115,6 +116,7 @@ struct Window::Parts {
         privacy(services),
         settings(settingsCollaborators(services, tidy)),
         quitGuard(runModels(), tidy),
+        launcher(runModels()),
         tray(state, tidy) {}
 
   WindowServices services;
@@ -147,6 +149,7 @@ struct Window::Parts {
   QPointer<RunModel> lastRun;  // the last that moved something
   bool tellsUndo = false;      // the undo under way was asked for from anywhere
   QuitGuard quitGuard;
+  LauncherEntry launcher;
   TrayIcon tray;
   QQmlApplicationEngine engine;
   bool isToOrganize = false;  // once the folders are known

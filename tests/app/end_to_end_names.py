@@ -49,7 +49,9 @@ def nameless(window):
                 found.append(f"{role} in {' < '.join(around)}")
         except window.glib_error:
             continue
-    expect(seen > len(SECTIONS), "the walk found hardly anything to act on")
+    # A sheet is all there is while it is open.
+    least = len(SECTIONS) if window.find(SECTIONS[0]) else 1
+    expect(seen > least, "the walk found hardly anything to act on")
     return found
 
 
