@@ -9,6 +9,8 @@ T.Label {
     lineHeightMode: Text.FixedHeight
     lineHeight: 20
     elide: Text.ElideRight
+    // Names that are written from right to left stay in their column.
+    horizontalAlignment: Text.AlignLeft
     textFormat: Text.PlainText
     linkColor: Theme.accent
 }

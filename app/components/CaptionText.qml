@@ -9,6 +9,7 @@ T.Label {
     lineHeightMode: Text.FixedHeight
     lineHeight: 16
     elide: Text.ElideRight
+    horizontalAlignment: Text.AlignLeft
     textFormat: Text.PlainText
     linkColor: Theme.accent
 }

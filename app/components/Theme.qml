@@ -9,6 +9,11 @@ QtObject {
 
     property bool dark: false
     property bool reducedMotion: false
+    // The desktop's own; clear where it has none.
+    property color systemAccent: "transparent"
+
+    readonly property bool hasAccent: systemAccent.a > 0
+    readonly property color far: dark ? "#FFFFFF" : "#000000"
 
     readonly property color background: dark ? "#11151B" : "#F5F6F8"
     readonly property color surface: dark ? "#1A2029" : "#FFFFFF"
@@ -22,11 +27,12 @@ QtObject {
     readonly property color line: dark ? "#2A323D" : "#DDE3EA"
     // The outline of a box that can be ticked, 3:1 against the surface.
     readonly property color boxLine: dark ? "#7C8998" : "#7B8796"
-    readonly property color accent: dark ? "#3FC4BC" : "#0E7A78"
+    readonly property color accent: hasAccent ? readable(systemAccent, dark ? surface : sidebar) : dark ? "#3FC4BC" : "#0E7A78"
     // Also for words on the soft accent.
-    readonly property color accentHover: dark ? "#57CFC8" : "#0B6967"
-    readonly property color inkOnAccent: dark ? "#06201F" : "#FFFFFF"
-    readonly property color accentSoft: dark ? "#13393A" : "#DCF0EE"
+    readonly property color accentHover: hasAccent ? readable(mixed(accent, far, 0.12), accentSoft)
+                                                   : dark ? "#57CFC8" : "#0B6967"
+    readonly property color inkOnAccent: dark ? hasAccent ? "#080B0E" : "#06201F" : "#FFFFFF"
+    readonly property color accentSoft: hasAccent ? mixed(surface, systemAccent, 0.08) : dark ? "#13393A" : "#DCF0EE"
     readonly property color hover: dark ? "#202731" : "#F3F6F8"
     readonly property color safe: dark ? "#5CCB92" : "#1F7A4D"
     readonly property color safeSoft: dark ? "#173527" : "#DFF3E8"
@@ -48,6 +54,31 @@ QtObject {
         "#1F7A70", "#7657B3", "#5266C4", "#8F6200", "#557A1C", "#B5503F", "#AE4A7E", "#84603C", "#56707F", "#2B7CAB"
     ]
     readonly property color inkOnCategory: "#FFFFFF"
+
+    function mixed(one: color, other: color, share: real): color {
+        return Qt.rgba(one.r + (other.r - one.r) * share, one.g + (other.g - one.g) * share,
+                       one.b + (other.b - one.b) * share, 1);
+    }
+
+    // Relative luminance as the Web Content Accessibility Guidelines define it.
+    function luminance(color: color): double {
+        const [red, green, blue] = [color.r, color.g, color.b].map(
+            part => part <= 0.03928 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4));
+        return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+    }
+
+    // The colour, darker or lighter until it can be read on the ground.
+    function readable(color: color, ground: color): color {
+        const onGround = luminance(ground) + 0.05;
+        let result = color;
+        for (let share = 0; share < 1; share += 0.04) {
+            result = mixed(color, far, share);
+            const own = luminance(result) + 0.05;
+            if (Math.max(own, onGround) / Math.min(own, onGround) >= 4.6 && (own > onGround) === dark)
+                break;
+        }
+        return result;
+    }
 
     function category(index: int): color {
         return theme.categories[Math.max(0, index) % theme.categories.length];

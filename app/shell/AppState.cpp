@@ -279,6 +279,10 @@ void AppState::setAppearance(bool darkScheme, bool reducedMotion) {
   Q_EMIT appearanceChanged();
 }
 
+void AppState::setAccent(const QColor& accent) {
+  if (std::exchange(m_accent, accent) != accent) Q_EMIT appearanceChanged();
+}
+
 void AppState::setTheme(int theme) {
   if (theme < SystemTheme || theme > DarkTheme || std::exchange(m_theme, theme) == theme) return;
   Q_EMIT choicesChanged();

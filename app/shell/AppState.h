@@ -9,6 +9,7 @@
 #include "core/scanning/records/StorageSummary.h"
 
 #include <QtQml/qqmlregistration.h>
+#include <QColor>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -56,6 +57,7 @@ class AppState : public QObject {
   Q_PROPERTY(QStringList themeKeys READ themeKeys CONSTANT)
   Q_PROPERTY(int theme READ theme WRITE setTheme NOTIFY choicesChanged)
   Q_PROPERTY(bool closesToTray READ closesToTray WRITE setClosesToTray NOTIFY choicesChanged)
+  Q_PROPERTY(QColor accent READ accent NOTIFY appearanceChanged)
   Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY appearanceChanged)
   Q_PROPERTY(bool knowsTray READ knowsTray NOTIFY knowsTrayChanged)
   Q_PROPERTY(bool canKeepTray READ canKeepTray NOTIFY canKeepTrayChanged)
@@ -109,6 +111,8 @@ class AppState : public QObject {
   }
   [[nodiscard]] bool hasCompletedOnboarding() const noexcept { return m_hasCompletedOnboarding; }
   [[nodiscard]] bool darkScheme() const noexcept { return m_darkScheme; }
+  // The desktop's; clear where it has none.
+  [[nodiscard]] const QColor& accent() const noexcept { return m_accent; }
   [[nodiscard]] bool reducedMotion() const noexcept { return m_reducedMotion; }
   // Keys of texts, as Theme counts.
   [[nodiscard]] static QStringList themeKeys() {
@@ -147,6 +151,7 @@ class AppState : public QObject {
   void recalculateStorageSummary(std::int64_t reclaimableBytes);
   void setLifetimeReclaimed(std::int64_t bytes);
   void setAppearance(bool darkScheme, bool reducedMotion);
+  void setAccent(const QColor& accent);
   void setCanKeepTray(bool canKeepTray);
   // Texts are new.
   void languageChanged();
@@ -210,6 +215,7 @@ class AppState : public QObject {
   bool m_hasCompletedOnboarding = false;
   bool m_darkScheme = false;
   bool m_reducedMotion = false;
+  QColor m_accent = Qt::transparent;
   bool m_canKeepTray = false;
   bool m_knowsTray = false;
   int m_theme = SystemTheme;

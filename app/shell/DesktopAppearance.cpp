@@ -1,5 +1,6 @@
 #include "app/shell/DesktopAppearance.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -15,6 +16,7 @@ const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString colorSchemeKey = QStringLiteral("color-scheme");
+const QString accentKey = QStringLiteral("accent-color");
 const QString interfaceGroup = QStringLiteral("org.gnome.desktop.interface");
 const QString animationsKey = QStringLiteral("enable-animations");
 
@@ -25,6 +27,23 @@ constexpr uint preferLight = 2;
 bool isPaletteDark() {
   const auto palette = QGuiApplication::palette();
   return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+// Three parts of one; outside these bounds they stand for no colour.
+QColor colorFrom(const QVariant& value) {
+  if (value.userType() != qMetaTypeId<QDBusArgument>()) return Qt::transparent;
+  const auto argument = value.value<QDBusArgument>();
+  if (argument.currentSignature() != QStringLiteral("(ddd)")) return Qt::transparent;
+  double red = -1;
+  double green = -1;
+  double blue = -1;
+  argument.beginStructure();
+  argument >> red >> green >> blue;
+  argument.endStructure();
+  const auto isPart = [](double part) { return part >= 0 && part <= 1; };
+  return isPart(red) && isPart(green) && isPart(blue)
+             ? QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue))
+             : QColor(Qt::transparent);
 }
 
 }  // namespace
@@ -39,6 +58,7 @@ DesktopAppearance::DesktopAppearance(QObject* parent)
   bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
               SLOT(takeSetting(QString, QString, QDBusVariant)));
   ask(appearanceGroup, colorSchemeKey);
+  ask(appearanceGroup, accentKey);
   ask(interfaceGroup, animationsKey);
 }
 
@@ -71,6 +91,10 @@ void DesktopAppearance::take(const QString& group, const QString& key, const QVa
     const auto scheme = value.toUInt();
     m_isDesktopDark = scheme == preferDark || (scheme != preferLight && isPaletteDark());
     setScheme(m_chosen);
+  }
+  if (group == appearanceGroup && key == accentKey) {
+    m_accent = colorFrom(value);
+    Q_EMIT changed();
   }
   if (group == interfaceGroup && key == animationsKey) {
     m_isMotionReduced = !value.toBool();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QDBusVariant>
 #include <QObject>
 
@@ -7,8 +8,8 @@
 
 namespace orvane {
 
-// Whether the user's desktop asks for dark colours and for less motion: as the settings portal says
-// (org.freedesktop.portal.Settings), else by the palette that Qt was given.
+// Whether the user's desktop asks for dark colours and for less motion, and its accent colour: as the settings portal
+// says (org.freedesktop.portal.Settings), else by the palette that Qt was given.
 class DesktopAppearance : public QObject {
   Q_OBJECT
 
@@ -18,6 +19,9 @@ class DesktopAppearance : public QObject {
 
   [[nodiscard]] bool isDark() const noexcept { return m_isDark; }
   [[nodiscard]] bool isMotionReduced() const noexcept { return m_isMotionReduced; }
+
+  // Clear where the desktop has none.
+  [[nodiscard]] const QColor& accent() const noexcept { return m_accent; }
 
   // Absent where the desktop's own choice holds.
   void setScheme(std::optional<bool> isDark);
@@ -36,6 +40,7 @@ class DesktopAppearance : public QObject {
   bool m_isDesktopDark = false;
   std::optional<bool> m_chosen;
   bool m_isMotionReduced = false;
+  QColor m_accent = Qt::transparent;
 };
 
 }  // namespace orvane

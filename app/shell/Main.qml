@@ -108,6 +108,12 @@ ApplicationWindow {
 
     Binding {
         target: Theme
+        property: "systemAccent"
+        value: window.appState.accent
+    }
+
+    Binding {
+        target: Theme
         property: "reducedMotion"
         value: window.appState.reducedMotion
     }

@@ -164,6 +164,7 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
 
   const auto applyAppearance = [&parts] {
     parts.state.setAppearance(parts.appearance.isDark(), parts.appearance.isMotionReduced());
+    parts.state.setAccent(parts.appearance.accent());
   };
   applyAppearance();
   connect(&parts.appearance, &DesktopAppearance::changed, this, applyAppearance);

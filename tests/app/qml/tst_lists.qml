@@ -112,6 +112,21 @@ TestCase {
         compare(spy.count, 1);
     }
 
+    Component {
+        id: textComponent
+
+        BodyText {
+            width: 300
+        }
+    }
+
+    function test_names_from_right_to_left_stay_in_their_column() {
+        for (const name of ["تقرير.pdf", "דוח.pdf", "report.pdf"]) {
+            const label = createTemporaryObject(textComponent, test, {text: name}) as BodyText;
+            compare(label.effectiveHorizontalAlignment, Text.AlignLeft, name);
+        }
+    }
+
     function test_treemap_shares_the_room_by_size_data() {
         return [
             {tag: "one", sizes: [5]},

@@ -10,27 +10,28 @@ TestCase {
 
     function cleanup() {
         Theme.dark = false;
+        Theme.systemAccent = "transparent";
         Language.select("en");
     }
 
-    // Relative luminance as the Web Content Accessibility Guidelines define it.
-    function luminance(color: color): double {
-        const [red, green, blue] = [color.r, color.g, color.b].map(
-            part => part <= 0.03928 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4));
-        return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
-    }
-
     function contrast(one: color, other: color): double {
-        const [low, high] = [luminance(one), luminance(other)].sort((left, right) => left - right);
+        const [low, high] = [Theme.luminance(one), Theme.luminance(other)].sort((left, right) => left - right);
         return (high + 0.05) / (low + 0.05);
     }
 
     function test_text_can_be_read_data() {
-        return [{tag: "light", dark: false}, {tag: "dark", dark: true}];
+        const accents = ["transparent", "#3584E4", "#F6D32D", "#E01B24", "#000000", "#FFFFFF", "#808080"];
+        const rows = [];
+        for (const accent of accents) {
+            rows.push({tag: accent + " in the light", dark: false, accent: accent},
+                      {tag: accent + " in the dark", dark: true, accent: accent});
+        }
+        return rows;
     }
 
     function test_text_can_be_read(row) {
         Theme.dark = row.dark;
+        Theme.systemAccent = row.accent;
         const pairs = [
             ["text on surface", Theme.text, Theme.surface],
             ["text on background", Theme.text, Theme.background],
