@@ -90,7 +90,7 @@ FocusScope {
         columns: [
             {key: "sort.name", sort: 2, width: 0, falls: false},
             {key: "sort.date", sort: 1, width: 92, falls: true},
-            {key: "sort.size", sort: 0, width: 60, falls: true}
+            {key: "sort.size", sort: 0, width: 76, falls: true}
         ]
         current: root.model.sort
         isReversed: root.model.isReversed

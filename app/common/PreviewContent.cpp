@@ -54,7 +54,7 @@ std::optional<QString> decodedText(const std::string& bytes) {
   QStringDecoder decode(QStringDecoder::Utf8);
   QString text = decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
   // A whole file that ends within a character is no UTF-8.
-  if (bytes.size() < mostText) [[maybe_unused]] const QString end = decode(QByteArrayView("\n", 1));
+  if (bytes.size() < mostText) text += QString(decode(QByteArrayView("\n", 1))).chopped(1);
   return decode.hasError() ? QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size())) : text;
 }
 
