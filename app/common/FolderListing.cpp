@@ -16,18 +16,18 @@
 namespace orvane {
 namespace {
 
-bool isFolder(const DirectoryReader& reader, const DirectoryReader::Entry& entry) {
-  if (entry.type != FileType::unknown) return entry.type == FileType::directory;
+FileType typeOf(const DirectoryReader& reader, const DirectoryReader::Entry& entry) {
+  if (entry.type != FileType::unknown) return entry.type;
   const auto status = readFileStatus(reader.descriptor(), entry.nameBytes());
-  return status && status->type == FileType::directory;
+  return status ? status->type : FileType::unknown;
 }
 
-std::vector<FileUrl> foldersIn(const FileUrl& folder) {
+std::vector<FileUrl> entriesOf(FileType type, const FileUrl& folder) {
   std::vector<FileUrl> result;
   auto reader = DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow);
   if (!reader) return result;
   while (const auto entry = reader->next()) {
-    if (!entry->name.starts_with('.') && isFolder(*reader, *entry)) {
+    if (!entry->name.starts_with('.') && typeOf(*reader, *entry) == type) {
       result.push_back(folder.appendingPathComponent(std::string(entry->name)));
     }
   }
@@ -38,6 +38,17 @@ std::vector<FileUrl> foldersIn(const FileUrl& folder) {
     return collator.compare(textFrom(left.lastPathComponent()), textFrom(right.lastPathComponent())) < 0;
   });
   return result;
+}
+
+QVariantList rowsOf(const FileUrl& folder, bool showsFiles) {
+  auto rows = folderList(entriesOf(FileType::directory, folder));
+  if (!showsFiles) return rows;
+  for (const auto& file : folderList(entriesOf(FileType::regular, folder))) {
+    auto row = file.toMap();
+    row.insert(QStringLiteral("isFile"), true);
+    rows.append(row);
+  }
+  return rows;
 }
 
 }  // namespace
@@ -66,8 +77,8 @@ void FolderListing::show(const FileUrl& folder) {
   m_folder = folder;
   m_rows.clear();
   Q_EMIT changed();
-  m_queue.post([this, folder](const std::stop_token&) {
-    callOn(this, [this, folder, rows = folderList(foldersIn(folder))] {
+  m_queue.post([this, folder, showsFiles = m_showsFiles](const std::stop_token&) {
+    callOn(this, [this, folder, rows = rowsOf(folder, showsFiles)] {
       if (folder != m_folder) return;
       m_rows = rows;
       Q_EMIT changed();

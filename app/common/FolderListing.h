@@ -10,7 +10,8 @@
 
 namespace orvane {
 
-// The folders inside one folder, for choosing one where the desktop has no chooser. Read in the background.
+// The folders inside one folder, and files on demand, for choosing one where the desktop has no chooser. Read in the
+// background.
 class FolderListing : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -18,6 +19,7 @@ class FolderListing : public QObject {
   Q_PROPERTY(QString shownPath READ shownFolder NOTIFY changed)
   Q_PROPERTY(bool hasParent READ hasParent NOTIFY changed)
   Q_PROPERTY(QVariantList rows READ rows NOTIFY changed)
+  Q_PROPERTY(bool showsFiles MEMBER m_showsFiles)
 
  public:
   using QObject::QObject;
@@ -25,7 +27,7 @@ class FolderListing : public QObject {
   [[nodiscard]] QString folder() const;
   [[nodiscard]] QString shownFolder() const;
   [[nodiscard]] bool hasParent() const;
-  // {name, path} each, by name; hidden ones are left out.
+  // {name, path} each, files with {isFile} and last, by name; hidden ones are left out.
   [[nodiscard]] const QVariantList& rows() const noexcept { return m_rows; }
 
   // The home folder where the text names no place.
@@ -39,6 +41,7 @@ class FolderListing : public QObject {
   void show(const FileUrl& folder);
 
   FileUrl m_folder;
+  bool m_showsFiles = false;
   QVariantList m_rows;
   BackgroundQueue m_queue;
 };

@@ -4,11 +4,12 @@ import QtQuick
 import QtQuick.Layouts
 import Orvane
 
-// A chooser of folders for desktops that have none.
+// A chooser of folders, or of a file in them, for desktops that have none.
 Sheet {
     id: root
 
     property string startFolder: ""
+    property bool forFile: false
     signal picked(string url)
 
     title: qsTr("action.choose_folder")
@@ -17,6 +18,17 @@ Sheet {
 
     FolderListing {
         id: listing
+
+        showsFiles: root.forFile
+    }
+
+    function take(row: var): void {
+        if (!row.isFile) {
+            listing.enter(row.path);
+            return;
+        }
+        root.picked(row.path);
+        root.close();
     }
 
     ColumnLayout {
@@ -52,9 +64,9 @@ Sheet {
 
                 anchors.fill: parent
                 anchors.margins: 1
-                label: qsTr("action.choose_folder")
+                label: root.title
                 model: listing.rows
-                onRowToggled: row => listing.enter(listing.rows[row].path)
+                onRowToggled: row => root.take(listing.rows[row])
                 delegate: ItemRow {
                     required property int index
                     required property var modelData
@@ -66,7 +78,7 @@ Sheet {
                     indent: 16
                     name: modelData.name
                     isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
-                    onToggled: listing.enter(modelData.path)
+                    onToggled: root.take(modelData)
                 }
             }
         }
@@ -74,6 +86,7 @@ Sheet {
 
     buttons: [
         PrimaryButton {
+            visible: !root.forFile
             focus: true
             text: qsTr("folder.choose")
             onClicked: {

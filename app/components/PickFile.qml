@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Dialogs
 import Orvane
 
-// Asks for a file: with the desktop's own chooser, and with the toolkit's where the desktop has none.
+// Asks for a file: with the desktop's own chooser, and with one of Orvane's only where the desktop has none.
 Item {
     id: root
 
@@ -22,11 +22,14 @@ Item {
 
         forFile: true
         onPicked: url => root.picked(url)
-        onUnavailable: dialog.createObject(root).open()
+        onUnavailable: {
+            const dialog = (chooser.hasNativeDialog ? nativeDialog : ownDialog).createObject(root);
+            dialog.open();
+        }
     }
 
     Component {
-        id: dialog
+        id: nativeDialog
 
         FileDialog {
             title: root.title
@@ -35,6 +38,17 @@ Item {
                 destroy();
             }
             onRejected: destroy()
+        }
+    }
+
+    Component {
+        id: ownDialog
+
+        FolderSheet {
+            title: root.title
+            forFile: true
+            onPicked: url => root.picked(url)
+            onClosed: destroy()
         }
     }
 }
