@@ -68,7 +68,9 @@ ScanOutcome scanForWindow(const TaskServices& services, const std::vector<FileUr
     throw std::runtime_error(leftOutFolders({leftOut.front()}, services.home).front().toStdString());
   }
   feed.begun(folders);
-  if (folders.empty()) return ScanOutcome::noFolders;
+  // A bare account has known places all the same.
+  const bool hasFolders = !folders.empty();
+  if (!hasFolders && !named.empty()) return ScanOutcome::noFolders;
 
   PieceMaker pieces(feed);
   const TaskMonitor monitor{.stop = stop,
@@ -84,6 +86,7 @@ ScanOutcome scanForWindow(const TaskServices& services, const std::vector<FileUr
       },
       grantedKnownPlaces(services));
   pieces.finish();
+  if (!hasFolders) return ScanOutcome::noFolders;
   return end == ScanEnd::completed ? ScanOutcome::completed : ScanOutcome::cancelled;
 }
 

@@ -32,12 +32,13 @@ Card {
             color: root.isWarning ? Theme.review : Theme.muted
         }
 
-        ColumnLayout {
+        // A layout would keep the places that the texts had before they knew their width.
+        Column {
             Layout.fillWidth: true
             spacing: 4
 
             CaptionText {
-                Layout.fillWidth: true
+                width: parent.width
                 text: root.text
                 wrapMode: Text.Wrap
                 color: root.isWarning ? Theme.text : Theme.muted
@@ -45,7 +46,7 @@ Card {
             }
 
             CaptionText {
-                Layout.fillWidth: true
+                width: parent.width
                 visible: text !== ""
                 text: root.detail
                 wrapMode: Text.Wrap
@@ -53,8 +54,8 @@ Card {
             }
 
             LinkButton {
-                Layout.leftMargin: -8
-                Layout.bottomMargin: -4
+                x: -8
+                height: implicitHeight - 4
                 visible: root.action !== ""
                 text: root.action
                 font.pixelSize: 13

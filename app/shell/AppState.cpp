@@ -169,7 +169,8 @@ void AppState::finishScan(ScanOutcome end, const QString& problem) {
   m_examined = std::max(m_examined, m_scannedItems.count());
   m_hasNoFolders = end == ScanOutcome::noFolders;
   m_scanProblem = problem;
-  if (end != ScanOutcome::noFolders && problem.isEmpty()) m_lastScanDate = milliseconds(ReferenceClock::now());
+  const bool hasScanned = end != ScanOutcome::noFolders || m_scannedItems.count() > 0;
+  if (hasScanned && problem.isEmpty()) m_lastScanDate = milliseconds(ReferenceClock::now());
   recalculateStorageSummary(m_scannedItems.bytes());
   Q_EMIT scanStatusChanged();
   Q_EMIT scanChanged();

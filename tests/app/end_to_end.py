@@ -63,6 +63,24 @@ def second_start(window, program):
     window.sees("privacy.subtitle")
 
 
+def bare(home):
+    (home / ".cache/pip/http").mkdir(parents=True)
+    (home / ".cache/pip/http/a").write_bytes(b"x" * 5000)
+    (home / "stuff").mkdir()
+
+
+def bare_account(window, home):
+    """None of the usual folders is there: the caches of programs are found all the same."""
+    window.press("Scan Now")
+    window.sees("None of the folders to scan exists.")
+    box, button = (window.place_of(name) for name in ("None of the folders to scan exists.", "Choose Folders"))
+    expect(button.y + button.height <= box.y + box.height, "the way to the folders is outside its box")
+    window.press("Cleanup")
+    expect(window.is_checked("pip, Safe"), "a known place is not selected")
+    window.press("Choose Folders")
+    window.sees("Add Folder")
+
+
 def never_started(home):
     (home / "Downloads").mkdir()
     (home / ".config/orvane/preferences.json").unlink()
@@ -104,4 +122,8 @@ def use_the_window(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(main({"cleanup": Scenario(prepare, use_the_window), "introduction": Scenario(never_started, introduction)}))
+    sys.exit(main({
+        "cleanup": Scenario(prepare, use_the_window),
+        "introduction": Scenario(never_started, introduction),
+        "bare": Scenario(bare, bare_account),
+    }))

@@ -146,6 +146,11 @@ class Window:
         """A key by its symbol's number in X, which for a plain character is its own."""
         self.atspi.generate_keyboard_event(symbol, None, self.atspi.KeySynthType.SYM)
 
+    def place_of(self, name):
+        """Its x, y, width and height in the window."""
+        control = wait_for(f"“{name}”", lambda: self.find(name, exact=False))
+        return control.get_component_iface().get_extents(self.atspi.CoordType.WINDOW)
+
     def is_checked(self, name):
         control = wait_for(f"“{name}”", lambda: self.find(name, exact=False))
         return control.get_state_set().contains(self.atspi.StateType.CHECKED)
