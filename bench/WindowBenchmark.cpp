@@ -1,5 +1,6 @@
 // The window with a million items: how soon it is there, how long its main thread is ever blocked while the items come
-// in, what an item takes of memory, and how fast the list scrolls.
+// in, what an item takes of memory, and how fast the list scrolls; and how fast a map of half as many files drills
+// down.
 //
 //     window-benchmark [ITEMS]
 //
@@ -8,6 +9,7 @@
 
 #include "app/cleanup/CleanupModel.h"
 #include "app/common/BackgroundQueue.h"
+#include "app/overview/MapModel.h"
 #include "app/shell/AppState.h"
 #include "app/shell/Window.h"
 
@@ -172,6 +174,59 @@ void scroll(QQuickWindow& window) {
               times[frames * 99 / 100]);
 }
 
+// A folder of ncdu's form, with as many files and folders in it, five levels deep.
+void writeMapFolder(std::ofstream& file, const std::string& name, int level, std::size_t& number) {
+  file << R"([{"name":")" << name << R"(","dsize":4096})";
+  for (int i = 0; i < 8; ++i) {
+    ++number;
+    file << fmt::format(R"(,{{"name":"document number {}.dat","dsize":{}}})", number, number * 7919 % 10'000'000);
+  }
+  for (int i = 0; i < 9 && level < 5; ++i) {
+    file << ',';
+    writeMapFolder(file, fmt::format("Folder {}", i), level + 1, number);
+  }
+  file << ']';
+}
+
+// From each choice of a folder to the frame that shows it, and what the main thread computed for that.
+void drillDown(QQuickWindow& window, const std::string& home) {
+  auto& model = *window.property("map").value<MapModel*>();
+  {
+    std::ofstream file(home + "/map.json");
+    file << "[1,2,{},";
+    std::size_t number = 0;
+    writeMapFolder(file, "/home/me", 0, number);
+    file << ']';
+  }
+  window.property("appState").value<AppState*>()->setSelectedNavigation(static_cast<int>(AppNavigationItem::Overview));
+  model.openFile(QString::fromStdString(home + "/map.json"));
+  runUntil([&] { return !model.isMapping(); });
+  runUntil([&, until = Clock::now() + std::chrono::seconds(1)] { return Clock::now() > until; });
+  std::vector<double> work;
+  std::vector<double> frames;
+  for (int turn = 0; turn < 60; ++turn) {
+    const auto start = Clock::now();
+    const auto before = threadMilliseconds();
+    QEventLoop loop;
+    const auto connection = QObject::connect(&window, &QQuickWindow::frameSwapped, &loop, &QEventLoop::quit);
+    if (turn % 6 == 5) {
+      model.enter(0);
+    } else {
+      model.enter(model.areas().value(turn % 7).toMap()["folder"].toInt());
+    }
+    window.update();
+    loop.exec();
+    QObject::disconnect(connection);
+    frames.push_back(millisecondsSince(start));
+    work.push_back(threadMilliseconds() - before);
+  }
+  std::sort(work.begin(), work.end());
+  std::sort(frames.begin(), frames.end());
+  std::printf(
+      "drilling down    %6.1f ms to the frame at the median, %.1f ms at most, of them %.1f ms and %.1f ms of work\n",
+      frames[frames.size() / 2], frames.back(), work[work.size() / 2], work.back());
+}
+
 int run(int argc, char** argv, Clock::time_point start) {
   std::size_t count = 1'000'000;
   if (argc > 1) std::from_chars(argv[1], argv[1] + std::string_view(argv[1]).size(), count);
@@ -224,6 +279,7 @@ int run(int argc, char** argv, Clock::time_point start) {
   runUntil([&] { return shown > 0; });
   std::printf("sorting by name  %6.0f ms in the background\n", millisecondsSince(sorting));
   printBlock(pulse, "sorting by name");
+  drillDown(*top, qEnvironmentVariable("HOME").toStdString());
   return 0;
 }
 
