@@ -20,7 +20,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::string_view runKey = "runId";
+constexpr std::string_view restoredRunKey = "runId";
 
 std::optional<FileStatus> statusOf(const JournalEntry& entry) {
   return readFileStatus(AT_FDCWD, entry.trashedURL.path().c_str());
@@ -173,7 +173,7 @@ class RestoreOutcomes {
 
 Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish) {
   ProposalBuilder builder(TaskKind::restore, Boundary(), wish.now);
-  builder.setSubject(Json{{runKey, jsonFromUuid(wish.runId)}});
+  builder.setSubject(Json{{restoredRunKey, jsonFromUuid(wish.runId)}});
   const auto entries = services.journal().getEntries(wish.runId);
   if (entries.empty()) throw UndoError(UndoError::RunNotFound{wish.runId});
   const auto isBack = [](const JournalEntry& entry) { return entry.action == JournalAction::restored; };
@@ -192,7 +192,7 @@ Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish) {
 std::vector<MoveOutcome> bringBack(const TaskServices& services, const Approval& approval, const RunProgress& progress,
                                    const std::stop_token& stop) {
   const auto& proposal = approval.proposal();
-  const auto runId = uuidAt(proposal.subject(), runKey);
+  const auto runId = uuidAt(proposal.subject(), restoredRunKey);
   std::vector<RestoreRequest> requests;
   requests.reserve(approval.rows().size());
   for (const auto index : approval.rows()) {
