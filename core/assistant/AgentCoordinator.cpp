@@ -78,7 +78,7 @@ PlannedAnswer AgentCoordinator::requestAnswer(const std::string& prompt, AIProvi
                                               const std::stop_token& stop) {
   const auto request = requestFor(prompt, sampleFiles);
   if (!waitForTurn(stop)) {
-    return {.plan = m_fallback.parser().parse(prompt),
+    return {.plan = m_fallback.plan(prompt),
             .asked = provider,
             .provider = AIProvider::heuristic,
             .fallbackReason = HttpError(HttpError::Cancelled{}).what(),
@@ -124,7 +124,7 @@ PlannedAnswer AgentCoordinator::answer(const MetadataOnlyRequest& request, AIPro
     if (answer.provider != AIProvider::heuristic) answer.fallbackReason = reasonOf(error);
     if (isAddressRefused(error)) answer.sent.reset();
     answer.provider = AIProvider::heuristic;
-    answer.plan = m_fallback.parser().parse(request.userPrompt);
+    answer.plan = m_fallback.plan(request.userPrompt);
   }
   return answer;
 }

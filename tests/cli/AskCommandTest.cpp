@@ -84,6 +84,19 @@ TEST_F(AskCommand, appliesWhatIsSelectedAsARunThatComesBack) {
   EXPECT_EQ(contentOf(log), "precious");
 }
 
+TEST_F(AskCommand, understandsOtherLanguagesAndKeepsTheGoalAsTyped) {
+  home.folder("Library/Caches");
+  const auto log = aged("Library/Logs/old.log", 40, "precious");
+  const auto young = aged("Library/Logs/new.log", 20);
+  const auto* goal = "Lösche Protokolle, die älter als ein Monat sind";
+  const auto answer = json({"ask", goal, "--apply", "--yes"});
+  EXPECT_EQ(answer["plan"]["userGoal"], goal);
+  EXPECT_EQ(answer["plan"]["steps"][0]["filter"]["minimumAgeDays"], 30);
+  EXPECT_EQ(answer["summary"]["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(log));
+  EXPECT_TRUE(exists(young));
+}
+
 TEST_F(AskCommand, asksBeforeItActs) {
   const auto shot = aged("Downloads/Screenshot 1.png", 40);
   for (const char* answer : {"n\n", "\n"}) {
