@@ -47,15 +47,15 @@ std::optional<RuleAction> ruleAction(const CleaningPlanStep& step) {
 
 std::variant<CleanupRule, RuleProblem> ruleFromPlan(const CleaningPlan& plan, std::string name) {
   if (const auto fault = CleaningPlanSchema::firstFault(plan)) {
-    return RuleProblem{RulePart::whole, fault->what(), "rules.no_condition"};
+    return RuleProblem{ruleConditionsPart, fault->what(), "rules.no_condition"};
   }
   if (plan.steps.size() != 1) {
-    return RuleProblem{RulePart::whole, "the plan has several steps, and a rule is one", "agent.rule_several"};
+    return RuleProblem{ruleConditionsPart, "the plan has several steps, and a rule is one", "agent.rule_several"};
   }
   const auto& step = plan.steps.front();
   auto action = ruleAction(step);
   if (!action) {
-    return RuleProblem{RulePart::destination, "the plan sorts into a folder for each kind, and a rule moves to one",
+    return RuleProblem{ruleDestinationPart, "the plan sorts into a folder for each kind, and a rule moves to one",
                        "agent.rule_sorts"};
   }
   CleanupRule rule;
