@@ -18,6 +18,7 @@
 #include <mutex>
 #include <string_view>
 #include <thread>
+#include <tuple>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -221,9 +222,11 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   bool m_isRead = false;
 };
 
-// Of the folders in which a file has names, it counts in the one that sorts first: the same at every walk.
-void settleLinked(Shared& shared, const std::function<std::string(Index)>& pathOf) {
+// Of the folders in which a file has names, it counts in the one that sorts first: the same at every walk. Gives all
+// names, by folder, where the map keeps every file.
+std::vector<StorageMap::LinkedName> settleLinked(Shared& shared, const std::function<std::string(Index)>& pathOf) {
   auto& linked = shared.linked;
+  std::vector<StorageMap::LinkedName> names;
   std::sort(linked.begin(), linked.end(), [](const auto& left, const auto& right) {
     return std::pair(left.inode, left.folder) < std::pair(right.inode, right.folder);
   });
@@ -244,8 +247,15 @@ void settleLinked(Shared& shared, const std::function<std::string(Index)>& pathO
     }
     const auto filesKept = first->name.empty() ? 0 : shared.options.filesKept;
     shared.folders[first->folder].addFile(first->name, first->traits, first->sum, filesKept);
+    if (shared.options.filesKept == MapWalk::everyFile) {
+      for (auto name = file; name != end; ++name) {
+        names.push_back({name->folder, name->name, name->inode, name->sum});
+      }
+    }
     file = end;
   }
+  std::ranges::sort(names, {}, [](const auto& name) { return std::tie(name.folder, name.name); });
+  return names;
 }
 
 std::string pathIn(const std::deque<Folder>& folders, Index index) {
@@ -271,8 +281,8 @@ std::optional<StorageMap> MapWalk::map(const std::string& path, const Options& o
   tasks.push_back(std::make_unique<ReadFolder>(shared, index, *folder, FolderPlace{nullptr, root}, MapState::yours));
   shared.walk.run(std::move(tasks), foldersReadAlone, options.stop);
   if (options.stop.stop_requested()) return std::nullopt;
-  settleLinked(shared, [&](Index place) { return pathIn(shared.folders, place); });
-  return StorageMap(std::move(shared.folders));
+  auto names = settleLinked(shared, [&](Index place) { return pathIn(shared.folders, place); });
+  return StorageMap(std::move(shared.folders), std::move(names));
 }
 
 }  // namespace orvane

@@ -51,12 +51,24 @@ std::string_view markOf(MapState state) {
   return {};
 }
 
-void appendFiles(std::string& text, const StorageMap::Folder& folder) {
+void appendFiles(std::string& text, const StorageMap& map, Index index) {
+  const auto& folder = map.folder(index);
+  const auto linked = map.linkedNames(index);
+  for (const auto& name : linked) {
+    text += ",\n";
+    appendEntry(text, name.name, name.sum.diskBytes, name.sum.logicalBytes,
+                fmt::format(",\"ino\":{},\"hlnkc\":true", name.inode));
+  }
+  const auto isWritten = [&](std::string_view name) {
+    return std::ranges::binary_search(linked, name, {}, [](const auto& one) -> std::string_view { return one.name; });
+  };
   MapSum rest;
   for (const auto& slice : folder.slices) rest += slice.sum;
   for (const auto& file : folder.files) {
-    text += ",\n";
-    appendEntry(text, folder.nameOf(file), file.diskBytes, file.logicalBytes);
+    if (linked.empty() || !isWritten(folder.nameOf(file))) {
+      text += ",\n";
+      appendEntry(text, folder.nameOf(file), file.diskBytes, file.logicalBytes);
+    }
     rest.diskBytes -= file.diskBytes;
     rest.logicalBytes -= file.logicalBytes;
     --rest.files;
@@ -192,7 +204,7 @@ void writeNcdu(const StorageMap& map, Date now, const std::function<void(std::st
     const auto& folder = map.folder(index);
     text += ",\n[";
     appendEntry(text, folder.name, folder.ownDiskBytes, folder.ownLogicalBytes, markOf(folder.state));
-    appendFiles(text, folder);
+    appendFiles(text, map, index);
     open.push_back({index});
   };
   begin(StorageMap::top);

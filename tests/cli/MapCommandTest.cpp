@@ -159,6 +159,11 @@ TEST_F(MapCommand, exportsWhatNcduReadsAndImportsWhatNcduWrote) {
     EXPECT_EQ(map["logicalBytes"], own["logicalBytes"]) << name;
     EXPECT_EQ(map["children"].size(), own["children"].size()) << name;
     EXPECT_EQ(childNamed(map, "many")["files"], 100) << name;
+    // Each name of the file that has several.
+    const auto text = contentOf(home.path(name));
+    int names = 0;
+    for (auto at = text.find("hlnkc"); at != std::string::npos; at = text.find("hlnkc", at + 1)) ++names;
+    EXPECT_EQ(names, 3) << name;
   }
 }
 

@@ -63,7 +63,8 @@ void StorageMap::Folder::addFile(std::string_view fileName, const MapTraits& tra
   if (filesKept < std::numeric_limits<std::size_t>::max()) std::push_heap(files.begin(), files.end(), isLarger);
 }
 
-StorageMap::StorageMap(std::deque<Folder> folders) : m_folders(std::move(folders)) {
+StorageMap::StorageMap(std::deque<Folder> folders, std::vector<LinkedName> linkedNames)
+    : m_folders(std::move(folders)), m_linkedNames(std::move(linkedNames)) {
   if (m_folders.empty()) m_folders.emplace_back();
   addUp();
   linkChildren();
@@ -107,6 +108,10 @@ void StorageMap::linkChildren() {
 
 std::span<const StorageMap::Index> StorageMap::children(Index index) const noexcept {
   return std::span(m_children).subspan(m_childStart[index], m_childStart[index + 1] - m_childStart[index]);
+}
+
+std::span<const StorageMap::LinkedName> StorageMap::linkedNames(Index folder) const {
+  return std::ranges::equal_range(m_linkedNames, folder, {}, &LinkedName::folder);
 }
 
 std::string StorageMap::pathOf(Index index) const {

@@ -81,8 +81,20 @@ class StorageMap {
     [[nodiscard]] std::string_view nameOf(const File& file) const noexcept { return fileNames.data() + file.nameStart; }
   };
 
-  // Every folder stands behind its parent, the first is the top; totals are still to be added up.
-  explicit StorageMap(std::deque<Folder> folders);
+  // A name of a file that has several; in one of their folders the file counts.
+  struct LinkedName {
+    Index folder = noFolder;
+    std::string name;
+    std::uint64_t inode = 0;
+    MapSum sum;
+  };
+
+  // Every folder stands behind its parent, the first is the top; totals are still to be added up. Names of linked files
+  // in the order of their folders and names.
+  explicit StorageMap(std::deque<Folder> folders, std::vector<LinkedName> linkedNames = {});
+
+  // The names in a folder of files that have several; empty where the map keeps none.
+  [[nodiscard]] std::span<const LinkedName> linkedNames(Index folder) const;
 
   [[nodiscard]] std::size_t folderCount() const noexcept { return m_folders.size(); }
   [[nodiscard]] const Folder& folder(Index index) const { return m_folders[index]; }
@@ -101,6 +113,7 @@ class StorageMap {
   void linkChildren();
 
   std::deque<Folder> m_folders;
+  std::vector<LinkedName> m_linkedNames;
   std::vector<Index> m_childStart;  // by folder, and one more
   std::vector<Index> m_children;
   std::int64_t m_unreadable = 0;
