@@ -64,7 +64,7 @@ class PendingMove {
 
   // Where the item is: its folder's canonical path and its name.
   [[nodiscard]] const FileUrl& source() const noexcept { return m_source; }
-  // Where it will be. finishPreparing() may change it when another process takes the name first.
+  // Where it will be. finishPreparing() changes it when another process takes the name first.
   [[nodiscard]] const FileUrl& destination() const noexcept { return m_destination; }
   [[nodiscard]] const ItemIdentity& identity() const noexcept { return m_identity; }
   // Whether a lock kept its owner from moving the item; it is taken off with the move.
@@ -76,8 +76,9 @@ class PendingMove {
 
   // Starts writing what has to be on the disk before the item moves. Does not wait for the disk.
   virtual void prepare() {}
-  // Makes it durable and gives it its name.
-  virtual void finishPreparing(FolderSyncSet& /*folders*/) {}
+  // Makes it durable and gives it its name. False when another process has the name: the destination is another one
+  // then, and is to be logged before this is called again, so that nothing stays of a name that no log knows.
+  [[nodiscard]] virtual bool finishPreparing(FolderSyncSet& /*folders*/) { return true; }
   // Moves the item without replacing anything, and puts it back if what moved is not what was meant.
   virtual void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) = 0;
   // Tidies up once the move is durable. Never throws: the item has moved. False when the system refuses, so

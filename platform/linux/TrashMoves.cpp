@@ -41,12 +41,16 @@ class MoveIntoTrash : public PendingMove {
     m_ticket = m_folder->noteRecordWritten();
   }
 
-  void finishPreparing(FolderSyncSet& folders) override {
-    m_folder->makeRecordDurable(m_ticket, m_record.get());
-    for (int tries = 1; !giveRecordItsName(); ++tries) takeAnotherName(tries);
+  [[nodiscard]] bool finishPreparing(FolderSyncSet& folders) override {
+    if (m_tries == 0) m_folder->makeRecordDurable(m_ticket, m_record.get());
+    if (!giveRecordItsName()) {
+      takeAnotherName(++m_tries);
+      return false;
+    }
     m_record.reset();
     m_hasRecord = true;
     folders.add(m_folder->info(), ::syncfs);
+    return true;
   }
 
   void carryOut(FolderSyncSet& destinations, FolderSyncSet& sources) override {
@@ -119,6 +123,7 @@ class MoveIntoTrash : public PendingMove {
   FileDescriptor m_record;
   std::uint64_t m_ticket = 0;
   std::string m_temporaryName;
+  int m_tries = 0;  // of other names for the record
   bool m_hasRecord = false;
 };
 

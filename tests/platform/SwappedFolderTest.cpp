@@ -44,7 +44,7 @@ TEST_F(SwappedFolderTest, aFolderSwappedBetweenDecisionAndMoveMakesNoDifference)
   swap();
   FolderSyncSet folders;
   move->prepare();
-  move->finishPreparing(folders);
+  EXPECT_TRUE(move->finishPreparing(folders));
   move->carryOut(folders, folders);
   EXPECT_EQ(contentOf(move->destination().path()), "approved");
   EXPECT_EQ(contentOf(tree.path("Private/a")), "not approved");
@@ -57,7 +57,7 @@ TEST_F(SwappedFolderTest, anItemReplacedBetweenDecisionAndMoveStays) {
   tree.file("Downloads/inner/a", "another file");
   FolderSyncSet folders;
   move->prepare();
-  move->finishPreparing(folders);
+  EXPECT_TRUE(move->finishPreparing(folders));
   EXPECT_THROW(move->carryOut(folders, folders), std::runtime_error);
   EXPECT_TRUE(move->abandon());
   EXPECT_EQ(contentOf(path), "another file");
@@ -69,7 +69,8 @@ TEST_F(SwappedFolderTest, aNameTakenInTheTrashMeanwhileIsNotOverwritten) {
   tree.file(".local/share/Trash/info/a.trashinfo", "another's record");
   FolderSyncSet folders;
   move->prepare();
-  move->finishPreparing(folders);
+  EXPECT_FALSE(move->finishPreparing(folders)) << "a log is to know the new name first";
+  EXPECT_TRUE(move->finishPreparing(folders));
   move->carryOut(folders, folders);
   EXPECT_NE(move->destination().lastPathComponent(), "a");
   EXPECT_EQ(contentOf(trashPath() + "/info/a.trashinfo"), "another's record");

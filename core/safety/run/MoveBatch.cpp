@@ -25,16 +25,21 @@ class Batch {
 
   void prepare() {
     FolderSyncSet folders;
-    forEach(State::planned, [&](BatchItem& item) { item.move->prepare(); });
     bool anyRenamed = false;
     forEach(State::planned, [&](BatchItem& item) {
-      item.move->finishPreparing(folders);
+      item.move->prepare();
       if (item.move->destination() == destinationOf(item)) return;
       logIntent(item);
       anyRenamed = true;
     });
-    folders.syncAll();
     if (anyRenamed) m_log.sync();
+    forEach(State::planned, [&](BatchItem& item) {
+      while (!item.move->finishPreparing(folders)) {
+        logIntent(item);
+        m_log.sync();
+      }
+    });
+    folders.syncAll();
   }
 
   void move() {

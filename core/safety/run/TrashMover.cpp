@@ -105,7 +105,7 @@ FileUrl TrashMover::moveToTrash(const FileUrl& url, const Boundary& allowedRoots
   try {
     FolderSyncSet records;
     move->prepare();
-    move->finishPreparing(records);
+    while (!move->finishPreparing(records)) continue;
     records.syncAll();
     move->carryOut(destinations, sources);
   } catch (const std::runtime_error& error) {
