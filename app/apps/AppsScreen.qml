@@ -102,17 +102,33 @@ Page {
             Layout.fillHeight: true
             flush: true
 
+            TextMetrics {
+                id: copyLabel
+
+                text: qsTr("apps.copy_command")
+                font.pixelSize: Theme.textSize
+                font.weight: Font.Medium
+            }
+
+            TextMetrics {
+                id: reviewLabel
+
+                text: qsTr("apps.review")
+                font: copyLabel.font
+            }
+
             ColumnHeads {
                 id: heads
 
                 width: parent.width
                 visible: list.count > 0
                 lead: 62
-                trail: 100
+                // The room of the rows' button, and the margins around it.
+                trail: 40 + Math.ceil(Math.max(copyLabel.advanceWidth, reviewLabel.advanceWidth))
                 columns: [
                     {key: "sort.name", sort: AppsModel.Name, width: 0, falls: false},
                     {key: "sort.last_used", sort: AppsModel.LastUse, width: 110, falls: false},
-                    {key: "sort.size", sort: AppsModel.Size, width: 68, falls: true}
+                    {key: "sort.size", sort: AppsModel.Size, width: 80, falls: true}
                 ]
                 current: root.model.sort
                 isReversed: root.model.isReversed

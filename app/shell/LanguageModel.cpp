@@ -43,7 +43,7 @@ QString LanguageModel::currentCode() const {
 void LanguageModel::select(const QString& code) {
   const auto language = appLanguageFromRawValue(code.toStdString());
   if (!language || *language == m_localization.currentLanguage()) return;
-  m_localization.useLanguage(*language);
+  use(*language);
   m_queue.post([this, language = *language](const std::stop_token&) {
     try {
       m_localization.rememberLanguage(language);
@@ -51,6 +51,19 @@ void LanguageModel::select(const QString& code) {
       qWarning("The language cannot be remembered: %s", error.what());
     }
   });
+}
+
+void LanguageModel::reload() {
+  // After what select() has yet to remember.
+  m_queue.post([this](const std::stop_token&) {
+    callOn(this, [this, language = m_localization.rememberedLanguage()] {
+      if (language != m_localization.currentLanguage()) use(language);
+    });
+  });
+}
+
+void LanguageModel::use(AppLanguage language) {
+  m_localization.useLanguage(language);
   Q_EMIT dataChanged(index(0), index(rowCount() - 1), {CurrentRole});
   Q_EMIT currentChanged();
 }

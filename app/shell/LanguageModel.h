@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/common/BackgroundQueue.h"
+#include "core/localization/records/AppLanguage.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QAbstractListModel>
@@ -29,11 +30,15 @@ class LanguageModel : public QAbstractListModel {
   [[nodiscard]] QString currentCode() const;
   // Takes effect at once, everywhere. An unknown tag changes nothing.
   Q_INVOKABLE void select(const QString& code);
+  // Another process may have chosen one.
+  void reload();
 
  Q_SIGNALS:
   void currentChanged();
 
  private:
+  void use(AppLanguage language);
+
   LocalizationManager& m_localization;
   BackgroundQueue m_queue;  // last: its tasks use everything above
 };

@@ -171,6 +171,7 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
 
   parts.preferences.watch(systemPreferencesFile());
   connect(&parts.preferences, &FileWatch::changed, this, [&parts] {
+    parts.languages.reload();
     parts.tidy.reload();
     parts.duplicates.reloadRoots();
     parts.organize.reloadFolders();

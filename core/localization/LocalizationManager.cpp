@@ -12,20 +12,24 @@
 namespace orvane {
 namespace {
 
-AppLanguage rememberedOr(const Preferences& preferences, std::string_view systemLocale) {
+AppLanguage rememberedOr(const Preferences& preferences, AppLanguage otherwise) {
   const auto stored = preferences.value(LocalizationManager::languageKey);
-  if (stored && stored->is_string()) {
-    if (const auto language = appLanguageFromRawValue(stored->get<std::string>())) return *language;
-  }
-  return appLanguageForLocale(systemLocale);
+  if (!stored || !stored->is_string()) return otherwise;
+  return appLanguageFromRawValue(stored->get<std::string>()).value_or(otherwise);
 }
 
 }  // namespace
 
 LocalizationManager::LocalizationManager(Preferences& preferences, ThreadSafeLanguageStore& store,
                                          std::string_view systemLocale)
-    : m_preferences(preferences), m_store(store), m_currentLanguage(rememberedOr(preferences, systemLocale)) {
+    : m_preferences(preferences),
+      m_store(store),
+      m_currentLanguage(rememberedOr(preferences, appLanguageForLocale(systemLocale))) {
   m_store.setCurrentLanguage(m_currentLanguage);
+}
+
+AppLanguage LocalizationManager::rememberedLanguage() const {
+  return rememberedOr(m_preferences, m_store.currentLanguage());
 }
 
 void LocalizationManager::setLanguage(AppLanguage language) {

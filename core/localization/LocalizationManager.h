@@ -30,6 +30,8 @@ class LocalizationManager {
   // Its two halves, for whoever must not wait for the disk: the first for the main thread, the second for any other.
   void useLanguage(AppLanguage language);
   void rememberLanguage(AppLanguage language) const;
+  // As remembered now, by whichever process; the current one where none is. From any thread.
+  [[nodiscard]] AppLanguage rememberedLanguage() const;
   // The text for a key in the current language: else the English one, else the key itself.
   [[nodiscard]] std::string string(std::string_view key) const;
 

@@ -148,6 +148,25 @@ TEST_F(LanguageTest, changesEverywhereAtOnceAndIsRemembered) {
   EXPECT_TRUE(becomesTrue([&] { return remembered() == AppLanguage::fr; }));
 }
 
+TEST_F(LanguageTest, followsWhatAnotherProcessChoseAndNeverUndoesTheUsersOwnChoice) {
+  LanguageModel model(localization);
+  LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "en").rememberLanguage(AppLanguage::ja);
+  model.reload();
+  EXPECT_TRUE(becomesTrue([&] { return model.currentCode() == "ja"; }));
+  // The file's change is noticed before the newest choice is on the disk.
+  std::vector<std::string> codes;
+  QObject::connect(&model, &LanguageModel::currentChanged, [&] { codes.push_back(model.currentCode().toStdString()); });
+  model.select("de");
+  model.select("ko");
+  model.reload();
+  ASSERT_TRUE(becomesTrue([&] {
+    return LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "en").currentLanguage() ==
+           AppLanguage::ko;
+  }));
+  EXPECT_EQ(model.currentCode(), "ko");
+  EXPECT_EQ(codes, (std::vector<std::string>{"de", "ko"}));
+}
+
 struct FormatRow {
   AppLanguage language;
   double bytes;
