@@ -1,14 +1,17 @@
 #pragma once
 
 #include "core/base/text/TextSpan.h"
+#include "core/base/values/EnumTable.h"
 
 #include <cstdint>
+#include <string_view>
 
 namespace orvane {
 
 // The use that the parser has for a word of a request.
 enum class WordMeaning : std::uint8_t {
-  none,  // no table knows it
+  none,    // nobody knows it
+  filler,  // it changes nothing: "the", "please"
   folder,
   age,
   size,
@@ -18,8 +21,27 @@ enum class WordMeaning : std::uint8_t {
   logs,
   organizing,
   removal,
-  program,  // names one, or a place of one, and no table of words knows it
+  program,  // it names one, or a place of one, and no table of words knows it
 };
+
+// The case name is also the JSON form.
+inline constexpr EnumTable wordMeanings({
+    RawValueRow{WordMeaning::none, "none"},
+    RawValueRow{WordMeaning::filler, "filler"},
+    RawValueRow{WordMeaning::folder, "folder"},
+    RawValueRow{WordMeaning::age, "age"},
+    RawValueRow{WordMeaning::size, "size"},
+    RawValueRow{WordMeaning::screenshots, "screenshots"},
+    RawValueRow{WordMeaning::installers, "installers"},
+    RawValueRow{WordMeaning::caches, "caches"},
+    RawValueRow{WordMeaning::logs, "logs"},
+    RawValueRow{WordMeaning::organizing, "organizing"},
+    RawValueRow{WordMeaning::removal, "removal"},
+    RawValueRow{WordMeaning::program, "program"},
+});
+constexpr std::string_view rawValue(WordMeaning meaning) noexcept {
+  return wordMeanings[meaning].rawValue;
+}
 
 // A word of a request, or the words of one quantity.
 struct ReadWord {

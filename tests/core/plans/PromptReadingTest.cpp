@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
 
 namespace orvane {
@@ -18,13 +17,11 @@ void PrintTo(const ReadPrompt& read, std::ostream* out) {
 }
 
 std::string textOf(std::string_view prompt, const PromptReading& reading) {
-  constexpr std::array<std::string_view, 10> names{"",           "folder", "age",  "size",       "screenshots",
-                                                   "installers", "caches", "logs", "organizing", "removal"};
   std::string text;
   for (const auto& word : reading.words) {
     if (!text.empty()) text += "|";
-    text += fmt::format("{}:{}{}", word.span.in(prompt), names[static_cast<std::size_t>(word.meaning)],
-                        word.counts ? "" : "!");
+    text += fmt::format("{}:{}{}", word.span.in(prompt),
+                        word.meaning == WordMeaning::none ? "" : rawValue(word.meaning), word.counts ? "" : "!");
   }
   return text;
 }
