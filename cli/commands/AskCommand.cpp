@@ -6,8 +6,10 @@
 #include "cli/frame/Session.h"
 #include "cli/frame/UsageError.h"
 #include "cli/text/PlanText.h"
+#include "cli/text/ReadingText.h"
 #include "core/base/text/Json.h"
 #include "core/tasks/AskTask.h"
+#include "core/tasks/ReadEntries.h"
 #include "core/tasks/TaskServices.h"
 
 #include <fmt/format.h>
@@ -15,11 +17,14 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace orvane::cli {
 namespace {
 
 constexpr std::array<std::string_view, 4> providers{"offline_heuristic", "anthropic", "openai", "local_model"};
+
+constexpr std::array<std::string_view, 3> placeCategories{"browserCaches", "caches", "logs"};
 
 constexpr std::array options{
     OptionSpec{
@@ -32,19 +37,58 @@ constexpr std::array options{
     OptionSpec{.name = "--show-request",
                .valueName = "",
                .help = "Print what would be sent to the provider, but for the key, and send nothing."},
+    OptionSpec{.name = "--with",
+               .valueName = "CATEGORY",
+               .help = "Take the known places of a category as well: what a request for caches or logs leaves aside.",
+               .kind = ValueKind::choice,
+               .choices = placeCategories,
+               .repeat = OptionSpec::Repeat::any},
     OptionSpec{.name = "--apply", .valueName = "", .help = "Carry out what is selected, after asking."},
+    OptionSpec{.name = "--anyway",
+               .valueName = "",
+               .help = "Take the closest plan as it is where the request was not understood."},
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-Json jsonFrom(const PlannedAnswer& answer, const Proposal& proposal) {
+// A request, what the planner answered, and what the user says to it.
+struct Asked {
+  const Arguments& arguments;
+  const std::string& prompt;
+  PlannedAnswer answer;
+
+  [[nodiscard]] bool isToSave() const { return arguments.has("--save"); }
+  [[nodiscard]] bool applies() const { return arguments.has("--apply") && !isToSave(); }
+  // Whether another command does it, and nobody wants to see a plan.
+  [[nodiscard]] bool isForAnother(const Session& session) const {
+    return answer.understanding.doubt == Doubt::otherRoom && !session.isJson() && !arguments.has("--apply") &&
+           !isToSave() && !arguments.has("--anyway");
+  }
+  // Whether the plan may be carried out: it is what was asked for, or the user takes it as it is.
+  [[nodiscard]] bool mayApply() const {
+    return answer.understanding.isSure() || arguments.has("--anyway") || arguments.has("--with");
+  }
+};
+
+Json jsonFrom(const Asked& asked, const Proposal& proposal) {
+  const auto& answer = asked.answer;
+  const auto& understanding = answer.understanding;
   const auto* refused = firstNotice<PlanRefused>(proposal.notices());
   Json json = Json::object();
   json["plan"] = answer.plan.toJson();
-  json["matches"] = planMatchesJson(answer.plan, proposal);
+  auto& matches = json["matches"] = planMatchesJson(answer.plan, proposal);
+  if (!asked.mayApply()) {
+    // Steps that only list say how their files would stand.
+    for (auto& match : matches) match["isSelected"] = false;
+  }
   json["validationError"] = refused != nullptr ? Json(refused->fault) : Json();
   json["provider"] = rawValue(answer.provider);
   json["usedFallback"] = answer.provider != answer.asked;
+  json["understood"] = understanding.isSure();
+  json["doubt"] = understanding.isSure() ? Json() : Json(rawValue(understanding.doubt));
+  auto& reading = json["reading"] = Json::array();
+  for (const auto& entry : readEntries(asked.prompt, answer)) reading.push_back(entry.toJson());
+  json["room"] = understanding.room ? roomJson(*understanding.room) : Json();
   return json;
 }
 
@@ -76,55 +120,98 @@ ExitStatus showRequest(Session& session, const std::string& prompt, AIProvider p
   return ExitStatus::done;
 }
 
-void printAnswer(Session& session, const PlannedAnswer& answer) {
-  if (answer.asked != AIProvider::heuristic) {
-    session.out().line(fmt::format("Planner:  {}", displayName(answer.provider)));
+void printAnswer(Session& session, const Asked& asked) {
+  const auto& answer = asked.answer;
+  const auto& understanding = answer.understanding;
+  auto& out = session.out();
+  if (understanding.room) out.line(roomText(*understanding.room) + ".");
+  if (!understanding.isSure()) {
+    out.line("Not understood; here is the closest");
+    out.line(fmt::format("{:<10}{}.", "Because:", doubtText(asked.prompt, answer)));
   }
+  if (answer.asked != AIProvider::heuristic) out.line(fmt::format("Planner:  {}", displayName(answer.provider)));
   printPlan(session, answer.plan);
-  session.out().flush();
+  printReading(session, asked.prompt, answer);
+  out.flush();
 }
 
-ExitStatus apply(Session& session, const Arguments& arguments, const PlannedAnswer& answer, const Proposal& proposal) {
-  const bool isRefused = firstNotice<PlanRefused>(proposal.notices()) != nullptr;
-  const auto run = isRefused ? AskedRun{.status = ExitStatus::failed} : askAndRun(session, arguments, proposal);
+// Throws UsageError where the plan may be another one than was meant, before anybody is asked.
+void requireUnderstood(const Asked& asked) {
+  if (asked.mayApply()) return;
+  const auto& room = asked.answer.understanding.room;
+  if (asked.answer.understanding.doubt == Doubt::otherRoom && room) {
+    throw UsageError(
+        fmt::format("nothing was moved. {}; --anyway carries out this plan all the same", roomText(*room)));
+  }
+  throw UsageError(
+      fmt::format("nothing was moved, as the request was not understood: {}; --anyway carries out the "
+                  "closest plan all the same",
+                  doubtText(asked.prompt, asked.answer)));
+}
+
+ExitStatus apply(Session& session, const Asked& asked, const Proposal& proposal) {
+  const auto run = askAndRun(session, asked.arguments, proposal);
   if (session.isJson()) {
-    auto json = jsonFrom(answer, proposal);
+    auto json = jsonFrom(asked, proposal);
     json["summary"] = run.report ? run.report->summary().toJson() : Json();
     session.out().line(jsonText(json));
   }
   return run.status;
 }
 
+std::optional<Proposal> propose(Session& session, const Asked& asked) {
+  const auto reach = asked.applies() || asked.isToSave() ? PlanReach::boundary : PlanReach::everyFolder;
+  const auto whenUnsure = asked.arguments.has("--anyway") ? WhenUnsure::asPlanned : WhenUnsure::unselected;
+  ProgressLine line(session);
+  return proposeAnswer(TaskServices::shared(), asked.answer, reach, ReferenceClock::now(), scanMonitor(session, line),
+                       whenUnsure);
+}
+
+void printProposal(Session& session, const Asked& asked, const Proposal& proposal) {
+  printRows(session, proposal);
+  for (const auto& beside : placesBeside(TaskServices::shared(), asked.answer, {.stop = session.stop()})) {
+    printBeside(session, beside);
+  }
+}
+
+PlannedAnswer answerTo(Session& session, const Arguments& arguments, const std::string& prompt) {
+  const auto& services = TaskServices::shared();
+  auto answer = askPlanner(services, prompt, providerFrom(arguments), session.stop());
+  for (const auto& name : arguments.values("--with")) {
+    answer = withPlaces(services, std::move(answer), scanCategoryFromRawValue(name).value());
+  }
+  return answer;
+}
+
 ExitStatus run(Session& session, const Arguments& arguments) {
   const auto& prompt = arguments.plain().front();
-  const auto provider = providerFrom(arguments);
-  if (arguments.has("--show-request")) return showRequest(session, prompt, provider);
-  const bool isToSave = arguments.has("--save");
-  const bool applies = arguments.has("--apply") && !isToSave;
-  if (applies) requireConsentPossible(arguments);
-  const auto& services = TaskServices::shared();
-  const auto answer = askPlanner(services, prompt, provider, session.stop());
+  if (arguments.has("--show-request")) return showRequest(session, prompt, providerFrom(arguments));
+  if (arguments.has("--apply") && !arguments.has("--save")) requireConsentPossible(arguments);
+  const Asked asked{arguments, prompt, answerTo(session, arguments, prompt)};
   if (session.stop().stop_requested()) return interruptedBeforeChange();
-  if (!session.isJson() && !isToSave) printAnswer(session, answer);
-  const auto reach = applies || isToSave ? PlanReach::boundary : PlanReach::everyFolder;
-  std::optional<Proposal> proposal;
-  {
-    ProgressLine line(session);
-    proposal = proposeAnswer(services, answer, reach, ReferenceClock::now(), scanMonitor(session, line));
+  if (asked.isForAnother(session)) {
+    session.out().line(roomText(*asked.answer.understanding.room) + ".");
+    printReading(session, prompt, asked.answer);
+    return ExitStatus::done;
   }
+  if (!session.isJson() && !asked.isToSave()) printAnswer(session, asked);
+  const auto proposal = propose(session, asked);
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
   const bool isRefused = firstNotice<PlanRefused>(proposal->notices()) != nullptr;
-  if (isToSave) {
-    const auto status = isRefused ? ExitStatus::failed : saveProposal(session, arguments, proposal->approve());
+  auto status = isRefused ? ExitStatus::failed : ExitStatus::done;
+  if (asked.isToSave()) {
+    if (!isRefused) status = saveProposal(session, arguments, proposal->approve());
     return statusWith(proposal->notices(), status);
   }
-  if (!session.isJson() && !isRefused) printRows(session, *proposal);
-  auto status = isRefused ? ExitStatus::failed : ExitStatus::done;
-  if (applies) {
-    status = apply(session, arguments, answer, *proposal);
+  if (!session.isJson() && !isRefused) printProposal(session, asked, *proposal);
+  if (asked.applies() && !isRefused) {
+    requireUnderstood(asked);
+    status = apply(session, asked, *proposal);
   } else if (session.isJson()) {
-    session.out().line(jsonText(jsonFrom(answer, *proposal)));
+    auto json = jsonFrom(asked, *proposal);
+    if (asked.applies()) json["summary"] = Json();
+    session.out().line(jsonText(json));
   }
   return statusWith(proposal->notices(), status);
 }
@@ -142,6 +229,10 @@ constexpr CommandSpec askCommand{
         "--show-request shows it to the letter. Store a key first: 'orvanectl keys set PROVIDER'. Where the provider "
         "cannot be used, the plan is made offline and the reason is said. With local_model nothing leaves this "
         "machine: the server is the one that names topics, and only a loopback address is asked.\n\n"
+        "Beside the plan stands what each word became, what was assumed and which words meant nothing. Where a request "
+        "may mean something else (a word that is not known, a question, something that must stay) nothing is selected, "
+        "and --apply refuses with exit status 2 unless --anyway is given. Where another command does what was asked "
+        "for, it is named.\n\n"
         "With --apply what is selected is moved as one run that 'orvanectl restore' brings back, inside the granted "
         "folders only. A plan without anything to select files by is shown and not used.",
     .arguments = {.name = "PROMPT", .help = "The request, as one argument: put it in quotes.", .least = 1, .most = 1},

@@ -78,7 +78,11 @@ PlannedAnswer AgentCoordinator::requestAnswer(const std::string& prompt, AIProvi
                                               const std::stop_token& stop) {
   const auto request = requestFor(prompt, sampleFiles);
   if (!waitForTurn(stop)) {
-    return {.plan = m_fallback.plan(prompt),
+    const auto words = HeuristicFallbackClient::wordsOf(prompt);
+    const auto reading = PromptReading::of(words.text());
+    return {.plan = m_fallback.parser().parse(prompt, reading),
+            .words = words,
+            .reading = reading,
             .asked = provider,
             .provider = AIProvider::heuristic,
             .fallbackReason = HttpError(HttpError::Cancelled{}).what(),
@@ -114,17 +118,24 @@ PlannedAnswer AgentCoordinator::answer(const MetadataOnlyRequest& request, AIPro
                                        const std::stop_token& stop) const {
   const auto client = resolveClient(provider);
   PlannedAnswer answer;
+  answer.words = HeuristicFallbackClient::wordsOf(request.userPrompt);
+  answer.reading = PromptReading::of(answer.words.text());
   answer.asked = provider;
   answer.provider = client->provider();
   if (answer.provider != provider) answer.fallbackReason = whyNotAsked(provider);
   answer.sent = keylessRequest(request, answer.provider);
+  const auto planOffline = [&] { return m_fallback.parser().parse(request.userPrompt, answer.reading); };
+  if (answer.provider == AIProvider::heuristic) {
+    answer.plan = planOffline();
+    return answer;
+  }
   try {
     answer.plan = client->generatePlan(request, stop);
   } catch (const std::exception& error) {
-    if (answer.provider != AIProvider::heuristic) answer.fallbackReason = reasonOf(error);
+    answer.fallbackReason = reasonOf(error);
     if (isAddressRefused(error)) answer.sent.reset();
     answer.provider = AIProvider::heuristic;
-    answer.plan = m_fallback.plan(request.userPrompt);
+    answer.plan = planOffline();
   }
   return answer;
 }

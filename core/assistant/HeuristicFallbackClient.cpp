@@ -3,18 +3,16 @@
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "core/plans/PromptReading.h"
-#include "core/plans/glossary/TranslatedPrompt.h"
 
 namespace orvane {
 
-CleaningPlan HeuristicFallbackClient::plan(const std::string& prompt) const {
-  const auto words = TranslatedPrompt::of(prompt, ThreadSafeLanguageStore::shared().currentLanguage());
-  return m_parser.parse(prompt, PromptReading::of(words.text()));
+TranslatedPrompt HeuristicFallbackClient::wordsOf(const std::string& prompt) {
+  return TranslatedPrompt::of(prompt, ThreadSafeLanguageStore::shared().currentLanguage());
 }
 
 CleaningPlan HeuristicFallbackClient::generatePlan(const MetadataOnlyRequest& request,
                                                    const std::stop_token& /*stop*/) const {
-  auto plan = this->plan(request.userPrompt);
+  auto plan = m_parser.parse(request.userPrompt, PromptReading::of(wordsOf(request.userPrompt).text()));
   CleaningPlanSchema::validate(plan);
   return plan;
 }

@@ -2,6 +2,7 @@
 
 #include "core/assistant/LLMClient.h"
 #include "core/plans/OfflineHeuristicParser.h"
+#include "core/plans/glossary/TranslatedPrompt.h"
 
 #include <string>
 
@@ -13,8 +14,9 @@ class HeuristicFallbackClient : public LLMClient {
   [[nodiscard]] AIProvider provider() const noexcept override { return AIProvider::heuristic; }
   [[nodiscard]] CleaningPlan generatePlan(const MetadataOnlyRequest& request,
                                           const std::stop_token& stop = {}) const override;
-  // Also one that validation rejects. A request may be in any language of the interface.
-  [[nodiscard]] CleaningPlan plan(const std::string& prompt) const;
+  [[nodiscard]] const OfflineHeuristicParser& parser() const noexcept { return m_parser; }
+  // The words that the parser reads of a request, which may be in any language of the interface.
+  [[nodiscard]] static TranslatedPrompt wordsOf(const std::string& prompt);
 
  private:
   OfflineHeuristicParser m_parser;

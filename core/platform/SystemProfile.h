@@ -76,6 +76,14 @@ class SystemProfile {
     std::uint8_t programAt = 0;  // index of that component below the base
   };
   [[nodiscard]] virtual std::span<const KnownPlace> knownPlaces() const noexcept { return {}; }
+  // Words by which people call a program of known places otherwise than its places do: lower case, separated by one
+  // space.
+  struct ProgramAlias {
+    std::string_view phrase;
+    std::string_view program;
+    bool isPlace = false;  // they name the place itself, which no program is taken for
+  };
+  [[nodiscard]] virtual std::span<const ProgramAlias> programAliases() const noexcept { return {}; }
   // Whether the sign at the path tells of a program that runs now. Looks at the disk.
   [[nodiscard]] virtual bool isBusySign(const std::string& /*path*/) const { return false; }
 

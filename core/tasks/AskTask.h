@@ -3,9 +3,11 @@
 #include "core/assistant/PlannedAnswer.h"
 #include "core/tasks/PlanTask.h"
 
+#include <cstdint>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 namespace orvane {
 
@@ -16,9 +18,25 @@ namespace orvane {
 // refuse it. The planner is told the request and nothing of any file.
 [[nodiscard]] PlannedAnswer askPlanner(const TaskServices& services, const std::string& prompt, AIProvider provider,
                                        const std::stop_token& stop = {});
+// The fate of rows of a plan that may not be the one that was meant.
+enum class WhenUnsure : std::uint8_t {
+  unselected,  // but for the steps that the user added
+  asPlanned,   // the user takes the plan as it is
+};
 // The proposal of the answer's plan, made by proposePlan(). A notice says when another planner made it.
 [[nodiscard]] std::optional<Proposal> proposeAnswer(const TaskServices& services, const PlannedAnswer& answer,
-                                                    PlanReach reach, Date now, const TaskMonitor& monitor = {});
+                                                    PlanReach reach, Date now, const TaskMonitor& monitor = {},
+                                                    WhenUnsure whenUnsure = WhenUnsure::unselected);
+
+// Known places of a category that the request could mean as well, and its plan does not take.
+struct PlacesBeside {
+  ScanCategory category = ScanCategory::caches;
+  RowSum rows = {};
+};
+[[nodiscard]] std::vector<PlacesBeside> placesBeside(const TaskServices& services, const PlannedAnswer& answer,
+                                                     const TaskMonitor& monitor = {});
+// The answer with a step over all known places of a category.
+[[nodiscard]] PlannedAnswer withPlaces(const TaskServices& services, PlannedAnswer answer, ScanCategory category);
 
 // Whether a key is stored for the provider. Asks the key ring.
 [[nodiscard]] bool hasKey(const TaskServices& services, AIProvider provider);

@@ -49,7 +49,7 @@ void grantKnownPlaces(const TaskServices& services, KnownPlaces places) {
 
 std::vector<FileItem> knownPlaceItems(const TaskServices& services, DeveloperCaches developerCaches,
                                       const std::stop_token& stop) {
-  const auto takes = [&](const KnownPlaceTable::Row& row) {
+  const auto takes = [&](const KnownPlaceTable::Row& row, const std::string& /*path*/) {
     return row.category != ScanCategory::developerCaches || developerCaches == DeveloperCaches::include;
   };
   return KnownPlaceSearch(services.validator, services.statusReader).items(takes, stop);

@@ -2,6 +2,7 @@
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/FileDescriptor.h"
+#include "core/base/files/PlaceSet.h"
 #include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "core/plans/PlanDestinations.h"
@@ -10,8 +11,12 @@
 #include "core/plans/records/PlanMatchResult.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/KeptRows.h"
+#include "core/tasks/KnownPlaces.h"
+#include "core/tasks/PlaceSteps.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TaskServices.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -23,6 +28,8 @@
 
 namespace orvane {
 namespace {
+
+constexpr std::string_view placesFromKey = "placesFrom";
 
 PlanRefused refused(const CleaningPlan& plan, std::string fault) {
   const bool sortsWholeFolder = plan.steps.size() == 1 && plan.steps.front().action == PlannedAction::move &&
@@ -74,9 +81,10 @@ Targets targetsOf(const TaskServices& services, const CleaningPlan& plan, const 
 // Makes rows of the files that steps accept.
 class PlanRows {
  public:
-  PlanRows(const TaskServices& services, const CleaningPlan& plan, const Boundary& boundary, std::vector<bool> mayAct,
-           ProposalBuilder& builder)
+  PlanRows(const TaskServices& services, const CleaningPlan& plan, const Boundary& boundary, const PlanScope& scope,
+           std::vector<bool> mayAct, ProposalBuilder& builder)
       : m_plan(plan),
+        m_scope(scope),
         m_mayAct(std::move(mayAct)),
         m_destinations(services.validator, boundary),
         m_kept(services),
@@ -87,7 +95,12 @@ class PlanRows {
     const auto mark = markOf(item, step);
     if (mark.lock == Lock::inPlace) m_inPlace.rows.add(item.fileSize());
     if (mark.lock == Lock::inTrash) m_inTrash.rows.add(item.fileSize());
-    m_builder.add(std::move(item), mark);
+    m_builder.add(std::move(item), inScope(mark, step));
+  }
+  void addPlace(FileItem place, std::size_t step) {
+    if (m_kept.hold(place)) return;
+    const auto scanned = scannedMark(place);
+    m_builder.add(std::move(place), inScope({scanned.choice, scanned.lock, groupOf(step, {})}, step));
   }
 
   void noteSums() {
@@ -97,6 +110,11 @@ class PlanRows {
   }
 
  private:
+  [[nodiscard]] RowMark inScope(RowMark mark, std::size_t step) const {
+    if (mark.choice == Choice::selected && step < m_scope.selectsFrom) mark.choice = Choice::unselected;
+    return mark;
+  }
+
   RowMark markOf(const FileItem& item, std::size_t index) {
     const auto& step = m_plan.steps[index];
     const auto locked = [&](Lock lock) { return RowMark{Choice::locked, lock, groupOf(index, {})}; };
@@ -124,6 +142,7 @@ class PlanRows {
   }
 
   const CleaningPlan& m_plan;
+  const PlanScope& m_scope;
   std::vector<bool> m_mayAct;
   PlanDestinations m_destinations;
   KeptRows m_kept;
@@ -133,32 +152,76 @@ class PlanRows {
   RowsInTrash m_inTrash;
 };
 
-std::optional<Proposal> propose(const TaskServices& services, const CleaningPlan& plan, const Boundary& boundary,
-                                PlanReach reach, Date now, const TaskMonitor& monitor, Notices said) {
-  ProposalBuilder builder(TaskKind::plan, boundary, now);
+Json subjectOf(const CleaningPlan& plan, const PlanScope& scope) {
   Json subject = Json::object();
   subject["plan"] = plan.toJson();
-  builder.setSubject(std::move(subject));
+  if (scope.placesFrom < plan.steps.size()) {
+    subject[placesFromKey] = static_cast<std::int64_t>(scope.placesFrom);
+    subject[knownPlacesKey] = true;
+  }
+  return subject;
+}
+
+// The steps that select among what their folders hold.
+CleaningPlan givenPart(CleaningPlan plan, const PlanScope& scope) {
+  if (scope.placesFrom < plan.steps.size()) plan.steps.resize(scope.placesFrom);
+  return plan;
+}
+
+std::optional<Proposal> propose(const TaskServices& services, const CleaningPlan& plan, const Boundary& boundary,
+                                PlanReach reach, Date now, const TaskMonitor& monitor, Notices said,
+                                const PlanScope& scope) {
+  const auto fault = CleaningPlanSchema::firstFault(plan);
+  auto places = fault ? std::vector<PlaceStepItem>() : placeStepItems(services, plan, scope, boundary, now, monitor);
+  if (monitor.stop.stop_requested()) return std::nullopt;
+  std::vector<FileItem> known;
+  PlaceSet taken;
+  for (const auto& place : places) {
+    taken.insert(place.item.url().path());
+    if (place.isKnownPlace) known.push_back(place.item);
+  }
+  ProposalBuilder builder(TaskKind::plan, withKnownPlaces(boundary, known), now);
+  builder.setSubject(subjectOf(plan, scope));
   for (auto& notice : said) builder.note(std::move(notice));
-  if (const auto fault = CleaningPlanSchema::firstFault(plan)) {
+  if (fault) {
     builder.note(refused(plan, fault->what()));
     return builder.take();
   }
-  auto targets = targetsOf(services, plan, boundary, reach);
+  const auto given = givenPart(plan, scope);
+  auto targets = targetsOf(services, given, boundary, reach);
   for (auto& leftOut : targets.leftOut) builder.note(std::move(leftOut));
-  if (targets.scanned.empty()) return builder.take();
-
   std::vector<FileUrl> folders;
   for (const auto& target : targets.scanned) folders.push_back(target.folder);
-  PlanMatcher matcher(plan, std::move(targets.scanned), now);
-  PlanRows rows(services, plan, boundary, std::move(targets.mayAct), builder);
-  const auto developerCaches = namesDeveloperCaches(plan) ? DeveloperCaches::include : DeveloperCaches::leaveOut;
-  const auto end = scanItems(services, std::move(folders), developerCaches, monitor, [&](FileItem item) {
-    if (const auto step = matcher.stepFor(item)) rows.add(std::move(item), *step);
-  });
-  if (end == ScanEnd::cancelled) return std::nullopt;
+  PlanMatcher matcher(given, std::move(targets.scanned), now);
+  PlanRows rows(services, plan, boundary, scope, std::move(targets.mayAct), builder);
+  if (!folders.empty()) {
+    const auto developerCaches = namesDeveloperCaches(given) ? DeveloperCaches::include : DeveloperCaches::leaveOut;
+    const auto end = scanItems(services, std::move(folders), developerCaches, monitor, [&](FileItem item) {
+      // An item in a place goes with it or not at all.
+      if (taken.contains(item.url().path()) || taken.holds(item.url().path())) return;
+      if (const auto step = matcher.stepFor(item)) rows.add(std::move(item), *step);
+    });
+    if (end == ScanEnd::cancelled) return std::nullopt;
+  }
+  for (auto& place : places) rows.addPlace(std::move(place.item), place.step);
   rows.noteSums();
   return builder.take();
+}
+
+// Of a file, which may come from anybody: known places only where the user has them and the boundary is that of the
+// grants. Throws JsonError.
+PlanScope scopeFrom(const TaskServices& services, const Json& subject, const CleaningPlan& plan,
+                    const Boundary& boundary) {
+  PlanScope scope;
+  if (optionalKey(subject, placesFromKey) == nullptr) return scope;
+  const auto from = integerAt(subject, placesFromKey);
+  if (from < 0 || static_cast<std::size_t>(from) > plan.steps.size()) {
+    throw JsonError(fmt::format("\"{}\" names no step", placesFromKey));
+  }
+  scope.placesFrom = static_cast<std::size_t>(from);
+  const bool isOfGrants = boundary.canonicalPaths() == planBoundary(services).canonicalPaths();
+  if (!isOfGrants || !booleanAt(subject, knownPlacesKey)) scope.knownPlaces = KnownPlaces::leaveOut;
+  return scope;
 }
 
 }  // namespace
@@ -178,14 +241,15 @@ std::variant<CleaningPlan, PlanRefused> planFromDocument(std::string_view docume
 }
 
 std::optional<Proposal> proposePlan(const TaskServices& services, const CleaningPlan& plan, PlanReach reach, Date now,
-                                    const TaskMonitor& monitor, Notices said) {
-  return propose(services, plan, planBoundary(services), reach, now, monitor, std::move(said));
+                                    const TaskMonitor& monitor, Notices said, const PlanScope& scope) {
+  return propose(services, plan, planBoundary(services), reach, now, monitor, std::move(said), scope);
 }
 
 std::optional<Proposal> reproposePlan(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                       Date countedTo, const TaskMonitor& monitor) {
   const auto plan = CleaningPlan::fromJson(requiredKey(subject, "plan"));
-  return propose(services, plan, boundary, PlanReach::boundary, countedTo, monitor, {});
+  const auto scope = scopeFrom(services, subject, plan, boundary);
+  return propose(services, plan, boundary, PlanReach::boundary, countedTo, monitor, {}, scope);
 }
 
 Json planMatchesJson(const CleaningPlan& plan, const Proposal& proposal) {

@@ -3,9 +3,11 @@
 #include "core/base/text/JsonFwd.h"
 #include "core/base/values/Date.h"
 #include "core/plans/records/CleaningPlan.h"
+#include "core/tasks/PlaceSteps.h"
 #include "core/tasks/Proposal.h"
 #include "core/tasks/TaskMonitor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -33,7 +35,7 @@ enum class PlanReach : std::uint8_t {
 // row. Absent when it was stopped.
 [[nodiscard]] std::optional<Proposal> proposePlan(const TaskServices& services, const CleaningPlan& plan,
                                                   PlanReach reach, Date now, const TaskMonitor& monitor = {},
-                                                  Notices said = {});
+                                                  Notices said = {}, const PlanScope& scope = {});
 // The same from a saved subject, inside the boundary given. Throws JsonError for a subject that holds no plan.
 [[nodiscard]] std::optional<Proposal> reproposePlan(const TaskServices& services, const Json& subject,
                                                     const Boundary& boundary, Date countedTo,

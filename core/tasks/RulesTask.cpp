@@ -9,6 +9,7 @@
 #include "core/rules/ScheduleCandidates.h"
 #include "core/rules/records/RuleFields.h"
 #include "core/safety/rules/FolderLookups.h"
+#include "core/safety/rules/PathValidator.h"
 #include "core/tasks/Folders.h"
 #include "core/tasks/KeptRows.h"
 #include "core/tasks/KnownPlaces.h"

@@ -147,6 +147,28 @@ constexpr std::array places{
     Known{Base::state, "*/log", Unit::whole, "logs", "safe", "place.old_log", ""},
 };
 
+constexpr std::array aliases{
+    SystemProfile::ProgramAlias{"chrome", "google-chrome"},
+    SystemProfile::ProgramAlias{"brave", "BraveSoftware"},
+    SystemProfile::ProgramAlias{"edge", "microsoft-edge"},
+    SystemProfile::ProgramAlias{"gnome web", "epiphany"},
+    SystemProfile::ProgramAlias{"teams", "Microsoft Teams"},
+    SystemProfile::ProgramAlias{"teams", "teams-for-linux"},
+    SystemProfile::ProgramAlias{"vscode", "Code"},
+    SystemProfile::ProgramAlias{"vs code", "Code"},
+    SystemProfile::ProgramAlias{"visual studio code", "Code"},
+    SystemProfile::ProgramAlias{"intellij", "JetBrains"},
+    SystemProfile::ProgramAlias{"pycharm", "JetBrains"},
+    SystemProfile::ProgramAlias{"golang", "Go"},
+    SystemProfile::ProgramAlias{"huggingface", "Hugging Face"},
+    SystemProfile::ProgramAlias{"anaconda", "conda"},
+    SystemProfile::ProgramAlias{"miniconda", "conda"},
+    SystemProfile::ProgramAlias{"thumbnails", "thumbnails", true},
+    SystemProfile::ProgramAlias{"thumbnails", ".thumbnails", true},
+    SystemProfile::ProgramAlias{"thumbnail", "thumbnails", true},
+    SystemProfile::ProgramAlias{"mesa", "mesa_shader_cache", true},
+};
+
 constexpr std::array builds{
     SystemProfile::BuildFolder{.name = "node_modules", .beside = "package.json"},
     SystemProfile::BuildFolder{.name = "target", .beside = "Cargo.toml"},
@@ -199,6 +221,10 @@ bool fileNamesRunningProcess(int file) {
 
 std::span<const SystemProfile::KnownPlace> LinuxProfile::knownPlaces() const noexcept {
   return places;
+}
+
+std::span<const SystemProfile::ProgramAlias> LinuxProfile::programAliases() const noexcept {
+  return aliases;
 }
 
 std::span<const SystemProfile::BuildFolder> LinuxProfile::buildFolders() const noexcept {

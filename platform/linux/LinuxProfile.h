@@ -27,6 +27,7 @@ class LinuxProfile : public SystemProfile {
 
   // LinuxKnownPlaces.cpp
   [[nodiscard]] std::span<const KnownPlace> knownPlaces() const noexcept override;
+  [[nodiscard]] std::span<const ProgramAlias> programAliases() const noexcept override;
   [[nodiscard]] std::span<const BuildFolder> buildFolders() const noexcept override;
   // A link that names its process, as browsers leave it, a file that is locked, or one that holds a process number.
   [[nodiscard]] bool isBusySign(const std::string& path) const override;

@@ -27,7 +27,8 @@ TEST_F(AskCommand, answersWithThePlanAndWhatItWouldDo) {
 
   std::vector<std::string> keys;
   for (const auto& [key, value] : answer.items()) keys.push_back(key);
-  EXPECT_THAT(keys, testing::ElementsAre("plan", "matches", "validationError", "provider", "usedFallback"));
+  EXPECT_THAT(keys, testing::ElementsAre("plan", "matches", "validationError", "provider", "usedFallback", "understood",
+                                         "doubt", "reading", "room"));
   EXPECT_EQ(answer["plan"]["steps"][0]["targetFolder"], home.path("Downloads"));
   EXPECT_EQ(answer["provider"], "offline_heuristic");
   EXPECT_EQ(answer["usedFallback"], false);
@@ -131,6 +132,126 @@ TEST_F(AskCommand, saysWhichFolderIsMissing) {
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_EQ(result.errors, "orvanectl: ~/Desktop: No such file or directory\n");
   EXPECT_THAT(result.output, HasSubstr("No file matches."));
+}
+
+TEST_F(AskCommand, saysWhatWasRead) {
+  aged("Library/Logs/old.log", 40);
+  const auto text = run({"ask", "Delete logs, older than a month"}).output;
+  EXPECT_THAT(text, AllOf(HasSubstr("Read:     Delete → to the Trash\n"), HasSubstr("logs → ~/Library/Logs\n"),
+                          HasSubstr("older than a month → 30 days\n"), Not(HasSubstr("Not understood"))));
+  EXPECT_THAT(run({"ask", "delete old pizza boxes"}).output,
+              AllOf(HasSubstr("old → 30 days\n"), HasSubstr("no folder named: ~/Downloads\n"),
+                    HasSubstr("meant nothing: pizza boxes\n"), HasSubstr("“pizza”, “boxes” may change")));
+  const auto answer = json({"ask", "Delete logs"});
+  EXPECT_EQ(answer["understood"], true);
+  EXPECT_EQ(answer["reading"][1], parseJson(R"({"text":"logs","meaning":"logs","value":")" + home.path("Library/Logs") +
+                                            R"(","counts":true})"));
+}
+
+TEST_F(AskCommand, selectsAndMovesNothingThatItDidNotUnderstand) {
+  home.folder("Library/Caches");
+  const auto log = aged("Downloads/old.log", 400);
+  for (const auto* request : {"delete emails older than a year", "don't delete files older than a year",
+                              "which files are older than a year", "delete files older than a year?"}) {
+    const auto answer = json({"ask", request});
+    EXPECT_EQ(answer["understood"], false) << request;
+    ASSERT_EQ(answer["matches"].size(), 1U) << request;
+    EXPECT_EQ(answer["matches"][0]["isSelected"], false) << request;
+    EXPECT_THAT(run({"ask", request}).output, HasSubstr("Not understood; here is the closest\n")) << request;
+    const auto applied = run({"ask", request, "--apply", "--yes"});
+    EXPECT_EQ(applied.exitStatus, 2) << request;
+    EXPECT_THAT(applied.errors, HasSubstr("--anyway")) << request;
+    EXPECT_TRUE(exists(log)) << request;
+  }
+  EXPECT_EQ(
+      json({"ask", "delete emails older than a year", "--apply", "--anyway", "--yes"})["summary"]["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(log));
+}
+
+TEST_F(AskCommand, namesTheCommandThatDoesIt) {
+  const auto answer = json({"ask", "uninstall zoom"});
+  EXPECT_EQ(answer["room"], parseJson(R"({"room":"uninstall","command":"orvanectl apps uninstall zoom"})"));
+  EXPECT_THAT(run({"ask", "find duplicates in downloads"}).output,
+              HasSubstr("Another command does this: orvanectl duplicates ~/Downloads.\n"));
+  const auto applied = run({"ask", "uninstall zoom", "--apply", "--yes"});
+  EXPECT_EQ(applied.exitStatus, 2);
+  EXPECT_THAT(applied.errors, HasSubstr("orvanectl apps uninstall zoom"));
+}
+
+TEST_F(AskCommand, takesThePlacesOfAProgramWholeAndNothingElse) {
+  home.folder("Library/Caches");
+  home.file(".cache/pip/http/a", "1234567");
+  home.file(".npm/_cacache/a");
+  home.file(".config/discord/Cache/a");
+  const auto answer = json({"ask", "clear pip cache", "--apply", "--yes"});
+  EXPECT_EQ(answer["understood"], true);
+  ASSERT_EQ(answer["matches"].size(), 1U);
+  EXPECT_EQ(answer["matches"][0]["item"]["url"], FileUrl(home.path(".cache/pip")).absoluteString());
+  EXPECT_EQ(answer["summary"]["bytesReclaimed"], 7);
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
+  EXPECT_TRUE(exists(home.path(".npm/_cacache/a")));
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+  EXPECT_TRUE(exists(home.path(".cache/pip/http/a")));
+  EXPECT_THAT(json({"ask", "delete npm logs"})["matches"], IsEmpty()) << "its cache is none";
+  // As the scan labels it.
+  EXPECT_EQ(json({"ask", "delete discord cache"})["matches"][0]["isSelected"], false);
+  EXPECT_EQ(run({"folders", "known", "off"}).exitStatus, 0);
+  EXPECT_EQ(json({"ask", "clear pip cache"})["understood"], false);
+}
+
+TEST_F(AskCommand, takesBuildFoldersOfIdleProjects) {
+  for (const auto* name : {"Documents/old", "Documents/new"}) {
+    const std::string folder = name;
+    const auto days = folder.ends_with("old") ? 100.0 : 3.0;
+    aged(folder + "/package.json", days);
+    aged(folder + "/node_modules/a/index.js", days);
+    aged(folder + "/node_modules.txt", days);
+  }
+  const auto matches = json({"ask", "remove old node_modules"})["matches"];
+  ASSERT_EQ(matches.size(), 1U);
+  EXPECT_EQ(matches[0]["item"]["relativePath"], "old/node_modules");
+  EXPECT_EQ(matches[0]["isSelected"], false) << "as the scan labels it";
+  EXPECT_EQ(json({"ask", "delete node_modules"})["matches"].size(), 2U);
+}
+
+TEST_F(AskCommand, saysWhatLiesBesideAndTakesItOnRequest) {
+  home.folder("Library/Caches");
+  home.file(".cache/mozilla/a", "1234567");
+  home.file(".cache/other/a", "12345");
+  const auto told = run({"ask", "clear browser caches"}).output;
+  EXPECT_THAT(told, HasSubstr("Browser Caches of programs are a category of their own: 7 bytes. Add them with --with "
+                              "browserCaches.\n"));
+  const auto answer = json({"ask", "clear browser caches", "--with", "browserCaches", "--apply", "--yes"});
+  EXPECT_EQ(answer["summary"]["bytesReclaimed"], 7);
+  EXPECT_FALSE(exists(home.path(".cache/mozilla")));
+  EXPECT_TRUE(exists(home.path(".cache/other/a")));
+}
+
+TEST_F(AskCommand, savedPlacesGoOnlyWhereTheUserHasThem) {
+  home.file(".cache/pip/http/a");
+  const auto file = home.path("proposal.json");
+  EXPECT_EQ(run({"ask", "clear pip cache", "--save", file}).exitStatus, 0);
+  EXPECT_EQ(json({"apply", "--yes", "--root", home.path("Downloads"), file}, 1)["itemsProcessed"], 0);
+  EXPECT_EQ(run({"folders", "known", "off"}).exitStatus, 0);
+  EXPECT_EQ(json({"apply", "--yes", file}, 1)["itemsProcessed"], 0);
+  EXPECT_TRUE(exists(home.path(".cache/pip/http/a")));
+  EXPECT_EQ(run({"folders", "known", "on"}).exitStatus, 0);
+  EXPECT_EQ(json({"apply", "--yes", file})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
+}
+
+TEST_F(AskCommand, aSavedFileTakesNoPlaceThatIsNone) {
+  const auto kept = home.file(".config/app/settings");
+  home.file(".cache/pip/http/a");
+  const auto file = home.path("proposal.json");
+  EXPECT_EQ(run({"ask", "clear pip cache", "--save", file}).exitStatus, 0);
+  auto text = contentOf(file);
+  for (auto at = text.find(".cache/pip"); at != std::string::npos; at = text.find(".cache/pip")) {
+    text.replace(at, 10, ".config/app");
+  }
+  home.file("changed.json", text);
+  EXPECT_EQ(json({"apply", "--yes", home.path("changed.json")}, 1)["itemsProcessed"], 0);
+  EXPECT_TRUE(exists(kept));
 }
 
 }  // namespace

@@ -22,12 +22,12 @@ class KnownPlaceSearch {
   KnownPlaceSearch(const PathValidator& validator, const FileStatusReader& statusReader);
 
   // An item a place, in the order of the rows, sized in full: hidden files count, a file with several names once. One
-  // whose program runs is unselected, and so is one in a Trash. Those that `takes` refuses are not sized. Empty once a
-  // stop is requested.
+  // whose program runs is unselected, and so is one in a Trash. Those whose row and path `takes` refuses are not sized.
+  // Empty once a stop is requested.
   template <typename Takes>
   [[nodiscard]] std::vector<FileItem> items(Takes takes, const std::stop_token& stop = {}) const {
     auto places = find(stop);
-    std::erase_if(places, [&](const Place& place) { return !takes(*place.row); });
+    std::erase_if(places, [&](const Place& place) { return !takes(*place.row, place.path); });
     return sized(places, stop);
   }
 
