@@ -81,6 +81,7 @@ set(ORVANE_QML_FILES
   agent/AgentEntry.qml
   agent/AgentMatches.qml
   agent/AgentScreen.qml
+  agent/ReadingChips.qml
   apps/AppEntry.qml
   apps/AppsScreen.qml
   overview/CategoriesCard.qml

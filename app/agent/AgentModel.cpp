@@ -1,9 +1,13 @@
 #include "app/agent/AgentModel.h"
 
+#include "app/common/Format.h"
 #include "app/common/NoticeTexts.h"
 #include "app/common/Places.h"
 #include "app/common/Text.h"
+#include "app/shell/AppNavigationItem.h"
+#include "core/base/files/HomeFolder.h"
 #include "core/tasks/AskTask.h"
+#include "core/tasks/ReadEntries.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,8 +16,10 @@
 namespace orvane {
 
 struct AgentModel::Answer {
+  std::string prompt;
   PlannedAnswer planned;
   Proposal proposal;
+  std::vector<PlacesBeside> beside;
 };
 
 namespace {
@@ -37,6 +43,99 @@ QString lockText(const ProposedRow& row) {
       break;
   }
   return {};
+}
+
+// The texts of what a part of a request became.
+QString becameText(const ReadEntry& entry, const FileUrl& home) {
+  if (!entry.counts) return localizedText("agent.not_followed");
+  if (entry.folder) return shownPath(*entry.folder, home);
+  if (entry.ageDays) return countedText("count.days", *entry.ageDays);
+  if (entry.sizeBytes) return Format::bytes(static_cast<double>(*entry.sizeBytes));
+  if (entry.program) return shownName(*entry.program);
+  switch (entry.meaning) {
+    case WordMeaning::screenshots:
+      return localizedText("category.screenshots");
+    case WordMeaning::installers:
+      return localizedText("category.oldDownloads");
+    case WordMeaning::caches:
+      return localizedText("category.caches");
+    case WordMeaning::logs:
+      return localizedText("category.logs");
+    case WordMeaning::organizing:
+      return localizedText("agent.to_folders");
+    case WordMeaning::removal:
+      return localizedText("agent.to_trash");
+    default:
+      return {};
+  }
+}
+
+QString assumedText(const ReadEntry& entry, const FileUrl& home) {
+  const auto value = becameText(entry, home);
+  switch (entry.meaning) {
+    case WordMeaning::age:
+      return localizedText("agent.no_age_named").arg(value);
+    case WordMeaning::size:
+      return localizedText("agent.no_size_named").arg(value);
+    default:
+      return localizedText("agent.no_folder_named").arg(value);
+  }
+}
+
+std::string_view doubtKey(Doubt doubt) {
+  switch (doubt) {
+    case Doubt::negation:
+      return "agent.doubt_negation";
+    case Doubt::question:
+      return "agent.doubt_question";
+    case Doubt::nothing:
+      return "agent.doubt_nothing";
+    case Doubt::path:
+      return "agent.doubt_path";
+    case Doubt::unknownWord:
+      return "agent.doubt_word";
+    case Doubt::leftAside:
+      return "agent.doubt_aside";
+    case Doubt::comparison:
+      return "agent.doubt_comparison";
+    case Doubt::noCriterion:
+      return "agent.doubt_criterion";
+    case Doubt::noVerb:
+      return "agent.doubt_verb";
+    case Doubt::program:
+      return "agent.doubt_program";
+    case Doubt::otherRoom:
+    case Doubt::none:
+      break;
+  }
+  return {};
+}
+
+AppNavigationItem sectionOf(Room room) {
+  switch (room) {
+    case Room::duplicates:
+      return AppNavigationItem::Duplicates;
+    case Room::apps:
+      return AppNavigationItem::Apps;
+    case Room::organize:
+      return AppNavigationItem::Organize;
+    case Room::schedule:
+      return AppNavigationItem::Rules;
+    case Room::history:
+    case Room::trash:
+      return AppNavigationItem::History;
+    case Room::map:
+      return AppNavigationItem::Overview;
+    case Room::privacy:
+      return AppNavigationItem::Privacy;
+    case Room::cleanup:
+      break;
+  }
+  return AppNavigationItem::Cleanup;
+}
+
+std::string_view titleOf(Room room) {
+  return navigationRows[static_cast<std::size_t>(sectionOf(room))].titleKey;
 }
 
 }  // namespace
@@ -106,29 +205,52 @@ void AgentModel::dryRun() {
   if (prompt.empty() || m_isPlanning || isWorking()) return;
   m_planStop = {};
   discard();
+  plan(prompt, [this, prompt, provider = m_provider](const std::stop_token& stop) {
+    auto planned = askPlanner(services().tasks, prompt, provider, stop);
+    if (planned.sent) {
+      callOn(this, [this, text = textFrom(requestText(*planned.sent)), provider] {
+        Q_EMIT requestSent(text, milliseconds(ReferenceClock::now()), textFrom(displayName(provider)));
+      });
+    }
+    return planned;
+  });
+}
+
+void AgentModel::addPlaces(int category) {
+  if (!m_answer || m_isPlanning || isWorking() || category < 0 ||
+      category >= static_cast<int>(allScanCategories.size())) {
+    return;
+  }
+  const auto answer = m_answer;
+  m_planStop = {};
+  discard();
+  plan(answer->prompt, [this, answer, category](const std::stop_token&) {
+    return withPlaces(services().tasks, answer->planned, static_cast<ScanCategory>(category));
+  });
+}
+
+void AgentModel::plan(std::string prompt, Planner planner) {
   m_isPlanning = true;
   Q_EMIT planChanged();
-  m_planQueue.post([this, prompt, provider = m_provider, looked = startLooking(),
+  m_planQueue.post([this, prompt = std::move(prompt), planner = std::move(planner), looked = startLooking(),
                     stop = m_planStop.get_token()](const std::stop_token&) {
-    const auto answer = tried([&]() -> std::shared_ptr<const Answer> {
-      const auto& tasks = services().tasks;
-      auto planned = askPlanner(tasks, prompt, provider, stop);
-      if (planned.sent) {
-        callOn(this, [this, text = textFrom(requestText(*planned.sent)), provider] {
-          Q_EMIT requestSent(text, milliseconds(ReferenceClock::now()), textFrom(displayName(provider)));
-        });
-      }
-      if (stop.stop_requested()) return nullptr;
-      auto proposal = proposeAnswer(tasks, planned, PlanReach::boundary, ReferenceClock::now(),
-                                    {.stop = stop, .looked = looked.get()});
-      if (!proposal) return nullptr;
-      return std::make_shared<const Answer>(Answer{std::move(planned), *std::move(proposal)});
-    });
+    const auto answer = tried([&] { return answerOf(prompt, planner, {.stop = stop, .looked = looked.get()}); });
     callOn(this, [this, answer, stop] {
       stopLooking();
       show(stop.stop_requested() ? nullptr : answer);
     });
   });
+}
+
+std::shared_ptr<const AgentModel::Answer> AgentModel::answerOf(const std::string& prompt, const Planner& planner,
+                                                               const TaskMonitor& monitor) {
+  const auto& tasks = services().tasks;
+  auto planned = planner(monitor.stop);
+  if (monitor.stop.stop_requested()) return nullptr;
+  auto proposal = proposeAnswer(tasks, planned, PlanReach::boundary, ReferenceClock::now(), monitor);
+  if (!proposal) return nullptr;
+  auto beside = placesBeside(tasks, planned, monitor);
+  return std::make_shared<const Answer>(Answer{prompt, std::move(planned), *std::move(proposal), std::move(beside)});
 }
 
 void AgentModel::show(std::shared_ptr<const Answer> answer) {
@@ -204,6 +326,83 @@ QString AgentModel::fault() const {
 
 QStringList AgentModel::notices() const {
   return m_answer ? leftOutFolders(m_answer->proposal.notices(), services().tasks.home) : QStringList();
+}
+
+// --- how the request was understood
+
+QVariantList AgentModel::reading() const {
+  QVariantList result;
+  if (!m_answer) return result;
+  QStringList unread;
+  for (const auto& entry : readEntries(m_answer->prompt, m_answer->planned)) {
+    if (entry.meaning == WordMeaning::none) {
+      unread.append(shownName(entry.text));
+      continue;
+    }
+    const auto became =
+        entry.isAssumed() ? assumedText(entry, services().tasks.home) : becameText(entry, services().tasks.home);
+    result.append(
+        QVariantMap{{"text", shownName(entry.text)}, {"became", became}, {"kind", entry.isAssumed() ? Assumed : Read}});
+  }
+  if (!unread.isEmpty()) {
+    result.append(QVariantMap{{"text", QString()},
+                              {"became", localizedText("agent.meant_nothing").arg(unread.join(QStringLiteral(" ")))},
+                              {"kind", Unread}});
+  }
+  return result;
+}
+
+QString AgentModel::doubt() const {
+  if (!m_answer || m_answer->planned.understanding.isSure()) return {};
+  const auto doubt = m_answer->planned.understanding.doubt;
+  const auto key = doubtKey(doubt);
+  if (key.empty()) return {};
+  const auto text = localizedText(key);
+  if (doubt != Doubt::unknownWord) return text;
+  return text.arg(shownName(doubtedWords(readEntries(m_answer->prompt, m_answer->planned), doubt)));
+}
+
+QString AgentModel::roomText() const {
+  const auto* wish = roomWish();
+  if (wish == nullptr) return {};
+  if (wish->room == Room::trash) return localizedText("agent.room_trash");
+  return localizedText("agent.room_text").arg(localizedText(titleOf(wish->room)));
+}
+
+QString AgentModel::roomAction() const {
+  const auto* wish = roomWish();
+  if (wish == nullptr) return {};
+  if (wish->room == Room::trash) return localizedText("action.open_trash");
+  return localizedText("agent.room_open").arg(localizedText(titleOf(wish->room)));
+}
+
+const RoomWish* AgentModel::roomWish() const {
+  if (!m_answer || !m_answer->planned.understanding.room) return nullptr;
+  return &*m_answer->planned.understanding.room;
+}
+
+void AgentModel::openRoom() {
+  const auto* wish = roomWish();
+  if (wish == nullptr) return;
+  if (wish->room == Room::trash) {
+    Q_EMIT trashAsked();
+    return;
+  }
+  const auto folder = wish->folder.empty() ? QString() : textFrom(expandedHome(wish->folder));
+  const int way = wish->way == "date" ? 1 : wish->way == "type" ? 2 : -1;
+  Q_EMIT roomAsked(static_cast<int>(sectionOf(wish->room)), folder, textFrom(wish->name), way);
+}
+
+QVariantList AgentModel::beside() const {
+  QVariantList result;
+  if (!m_answer) return result;
+  for (const auto& places : m_answer->beside) {
+    const auto name = localizedText("category." + std::string(rawValue(places.category)));
+    result.append(QVariantMap{
+        {"text", localizedText("agent.beside").arg(name, Format::bytes(static_cast<double>(places.rows.bytes)))},
+        {"category", static_cast<int>(places.category)}});
+  }
+  return result;
 }
 
 double AgentModel::matchCount() const noexcept {

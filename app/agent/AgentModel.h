@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -17,6 +18,10 @@
 #include <vector>
 
 namespace orvane {
+
+struct PlannedAnswer;
+struct RoomWish;
+struct TaskMonitor;
 
 // The assistant: a request in plain words becomes a plan, and the plan a list of files with what would be done with
 // each. Nothing is changed before the user confirms.
@@ -38,6 +43,11 @@ class AgentModel : public orvane::RunModel {
   Q_PROPERTY(QString error READ error NOTIFY planChanged)
   Q_PROPERTY(QString fault READ fault NOTIFY planChanged)
   Q_PROPERTY(QStringList notices READ notices NOTIFY planChanged)
+  Q_PROPERTY(QVariantList reading READ reading NOTIFY planChanged)
+  Q_PROPERTY(QString doubt READ doubt NOTIFY planChanged)
+  Q_PROPERTY(QString roomText READ roomText NOTIFY planChanged)
+  Q_PROPERTY(QString roomAction READ roomAction NOTIFY planChanged)
+  Q_PROPERTY(QVariantList beside READ beside NOTIFY planChanged)
   Q_PROPERTY(double matchCount READ matchCount NOTIFY planChanged)
   Q_PROPERTY(double matchBytes READ matchBytes NOTIFY planChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
@@ -92,6 +102,18 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] QString fault() const;
   // The folders that the plan names and in which nothing is touched.
   [[nodiscard]] QStringList notices() const;
+  // The words of the request and what they became: {text, became, kind}, as ReadKind counts. What was assumed has no
+  // text; the words that meant nothing are one.
+  enum ReadKind { Read, Assumed, Unread };
+  Q_ENUM(ReadKind)
+  [[nodiscard]] QVariantList reading() const;
+  // Why the plan may not be the one that was meant; empty where it is.
+  [[nodiscard]] QString doubt() const;
+  // The section that does what was asked for, and the button that opens it; empty where there is none.
+  [[nodiscard]] QString roomText() const;
+  [[nodiscard]] QString roomAction() const;
+  // Known places that the request could mean as well: {text, category}
+  [[nodiscard]] QVariantList beside() const;
   [[nodiscard]] double matchCount() const noexcept;
   [[nodiscard]] double matchBytes() const noexcept { return static_cast<double>(m_matchBytes); }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
@@ -104,6 +126,9 @@ class AgentModel : public orvane::RunModel {
   Q_INVOKABLE void confirm();
   [[nodiscard]] QString placeAt(int row) const override;
   Q_INVOKABLE void discard();
+  // Adds a step over the known places of a category of beside().
+  Q_INVOKABLE void addPlaces(int category);
+  Q_INVOKABLE void openRoom();
   Q_INVOKABLE void updateRequest();
   Q_INVOKABLE void cancel() override;
 
@@ -120,6 +145,10 @@ class AgentModel : public orvane::RunModel {
   void requestChanged();
   // A request left this machine: its text, when, and whose it was.
   void requestSent(const QString& text, double date, const QString& provider);
+  // A section is to be opened, its fields filled: a folder's path, a name to search for, and a way of organizing as the
+  // section counts. What is not named is empty; the way is -1.
+  void roomAsked(int section, const QString& folder, const QString& name, int way);
+  void trashAsked();
 
  protected:
   [[nodiscard]] QString movedText(std::int64_t count, std::int64_t bytes) const override;
@@ -127,7 +156,12 @@ class AgentModel : public orvane::RunModel {
  private:
   struct Answer;
 
+  using Planner = std::function<PlannedAnswer(const std::stop_token& stop)>;
+  void plan(std::string prompt, Planner planner);
+  [[nodiscard]] std::shared_ptr<const Answer> answerOf(const std::string& prompt, const Planner& planner,
+                                                       const TaskMonitor& monitor);
   void show(std::shared_ptr<const Answer> answer);
+  [[nodiscard]] const RoomWish* roomWish() const;
   [[nodiscard]] QString remarkOf(const ProposedRow& row) const;
 
   QString m_prompt;

@@ -12,6 +12,8 @@ Page {
     required property AgentModel model
 
     readonly property bool isBusy: model.isPlanning || model.isWorking
+    // A section does what was asked for, and no plan is worth a look.
+    readonly property bool isElsewhere: model.roomText !== "" && model.doubt === ""
     readonly property var currentProvider: model.providers[model.provider] ?? null
 
     function names(providers: var): var {
@@ -180,9 +182,63 @@ Page {
             text: Texts.firstLines(root.model.notices, 4)
         }
 
+        ReadingChips {
+            Layout.fillWidth: true
+            visible: root.model.reading.length > 0
+            reading: root.model.reading
+        }
+
+        Notice {
+            Layout.fillWidth: true
+            visible: root.model.roomText !== "" && !root.isElsewhere
+            text: root.model.roomText
+            action: root.model.roomAction
+            onActed: root.model.openRoom()
+        }
+
         Card {
             Layout.fillWidth: true
-            visible: root.model.hasPlan
+            visible: root.model.beside.length > 0
+            padding: 12
+            implicitHeight: beside.implicitHeight + 2 * padding
+
+            ColumnLayout {
+                id: beside
+
+                width: parent.width
+                spacing: 2
+
+                Repeater {
+                    model: root.model.beside
+
+                    RowLayout {
+                        id: places
+
+                        required property var modelData
+
+                        Layout.fillWidth: true
+                        spacing: 12
+
+                        BodyText {
+                            Layout.fillWidth: true
+                            text: places.modelData.text
+                            wrapMode: Text.Wrap
+                        }
+
+                        LinkButton {
+                            enabled: !root.isBusy
+                            text: qsTr("agent.beside_add")
+                            font.pixelSize: 13
+                            onClicked: root.model.addPlaces(places.modelData.category)
+                        }
+                    }
+                }
+            }
+        }
+
+        Card {
+            Layout.fillWidth: true
+            visible: root.model.hasPlan && !root.isElsewhere
             implicitHeight: plan.implicitHeight + 2 * padding - 4
 
             ColumnLayout {
@@ -191,6 +247,23 @@ Page {
                 y: -2
                 width: parent.width
                 spacing: 6
+
+                HeadingText {
+                    Layout.fillWidth: true
+                    visible: root.model.doubt !== ""
+                    color: Theme.review
+                    font.pixelSize: 16
+                    text: qsTr("agent.closest")
+                    wrapMode: Text.Wrap
+                }
+
+                BodyText {
+                    Layout.fillWidth: true
+                    Layout.bottomMargin: 4
+                    visible: root.model.doubt !== ""
+                    text: root.model.doubt
+                    wrapMode: Text.Wrap
+                }
 
                 CaptionText {
                     Layout.fillWidth: true
@@ -234,7 +307,7 @@ Page {
 
             AgentMatches {
                 anchors.fill: parent
-                visible: root.model.hasPlan && !root.model.isRefused
+                visible: root.model.hasPlan && !root.model.isRefused && !root.isElsewhere
                 model: root.model
                 appState: root.appState
                 isBusy: root.isBusy
@@ -242,10 +315,12 @@ Page {
 
             EmptyState {
                 anchors.fill: parent
-                visible: !root.model.hasPlan || root.model.isRefused
+                visible: !root.model.hasPlan || root.model.isRefused || root.isElsewhere
                 drawing: "agent"
-                title: root.model.isPlanning ? "" : qsTr("agent.empty_title")
-                text: root.model.isPlanning ? "" : qsTr("agent.empty_text")
+                title: root.model.isPlanning || root.isElsewhere ? "" : qsTr("agent.empty_title")
+                text: root.isElsewhere ? root.model.roomText : root.model.isPlanning ? "" : qsTr("agent.empty_text")
+                action: root.isElsewhere ? root.model.roomAction : ""
+                onActed: root.model.openRoom()
             }
         }
     }

@@ -171,6 +171,26 @@ ApplicationWindow {
     }
 
     Connections {
+        target: window.agent
+
+        function onRoomAsked(section: int, folder: string, name: string, way: int) {
+            if (section === AppNavigationItem.Duplicates && folder !== "")
+                window.duplicates.chooseFolder(folder);
+            if (section === AppNavigationItem.Organize && folder !== "")
+                window.organize.chooseFolder(folder);
+            if (section === AppNavigationItem.Organize && way >= 0)
+                window.organize.strategy = way;
+            if (section === AppNavigationItem.Apps)
+                window.apps.searchText = name;
+            window.go(section);
+        }
+
+        function onTrashAsked() {
+            window.appState.openTrash();
+        }
+    }
+
+    Connections {
         target: window.tidy
 
         function onAsked() {

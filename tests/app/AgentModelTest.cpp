@@ -1,6 +1,7 @@
 #include "app/agent/AgentModel.h"
 
 #include "app/common/Text.h"
+#include "app/shell/AppNavigationItem.h"
 #include "core/base/text/Json.h"
 #include "tests/app/WindowFixture.h"
 
@@ -137,6 +138,55 @@ TEST_F(AgentModelTest, pointsToTheOrganizerForAWholeFolder) {
   EXPECT_THAT(model.fault().toStdString(), testing::HasSubstr("at least one filter attribute"));
   EXPECT_FALSE(model.planSteps().isEmpty());
   EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST_F(AgentModelTest, selectsNothingThatItDidNotUnderstandAndSaysWhy) {
+  setAge(tree.file("Downloads/old.log"), 400 * 86400.0);
+  AgentModel model(services());
+  plan(model, "delete files older than a year");
+  EXPECT_EQ(model.selectedCount(), 1);
+  EXPECT_EQ(model.doubt(), "");
+  plan(model, "don't delete files older than a year");
+  ASSERT_EQ(model.rowCount(), 1);
+  EXPECT_EQ(model.selectedCount(), 0);
+  EXPECT_EQ(model.doubt(), localizedText("agent.doubt_negation"));
+  plan(model, "delete emails older than a year");
+  EXPECT_EQ(model.selectedCount(), 0);
+  EXPECT_THAT(model.doubt().toStdString(), testing::HasSubstr("“emails”"));
+  model.toggle(0);
+  EXPECT_EQ(model.selectedCount(), 1) << "the user may take the plan all the same";
+}
+
+TEST_F(AgentModelTest, showsWhatEachWordBecameAndWhatWasAssumed) {
+  AgentModel model(services());
+  plan(model, "delete big pizza files older than a month");
+  QStringList read;
+  for (const auto& entry : model.reading()) {
+    const auto map = entry.toMap();
+    read.append(map["text"].toString() + "|" + map["became"].toString());
+  }
+  EXPECT_EQ(read, QStringList({"delete|to the Trash", "big|524.3\u00a0MB", "older than a month|30 days",
+                               "|no folder named: ~/Downloads", "|meant nothing: pizza"}));
+}
+
+TEST_F(AgentModelTest, opensTheSectionThatDoesItWithItsFieldsFilled) {
+  AgentModel model(services());
+  QVariantList asked;
+  QObject::connect(&model, &AgentModel::roomAsked,
+                   [&](int section, const QString& folder, const QString& name, int way) {
+                     asked = {section, folder, name, way};
+                   });
+  plan(model, "sort photos by date");
+  EXPECT_EQ(model.roomAction(), "Open “Organize”");
+  model.openRoom();
+  EXPECT_EQ(asked,
+            QVariantList({static_cast<int>(AppNavigationItem::Organize), textFrom(tree.path("Pictures")), "", 1}));
+  plan(model, "uninstall zoom");
+  EXPECT_EQ(model.selectedCount(), 0);
+  model.openRoom();
+  EXPECT_EQ(asked, QVariantList({static_cast<int>(AppNavigationItem::Apps), "", "zoom", -1}));
+  plan(model, "delete old logs");
+  EXPECT_EQ(model.roomText(), "");
 }
 
 TEST_F(AgentModelTest, showsWhatWouldBeSentAndSendsNothingWithoutAKey) {

@@ -83,12 +83,57 @@ def ask_assistant(window, home):
     wait_for_all_back(home, downloads, before)
 
 
+def prepare_understanding(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    (downloads / "old.log").write_bytes(b"line\n" * 400)
+    os.utime(downloads / "old.log", (time.time() - 400 * DAY,) * 2)
+    for place in (".cache/mozilla", ".cache/pip"):
+        (home / place).mkdir(parents=True)
+        (home / place / "data").write_bytes(b"1" * 3000)
+
+
+def ask(window, request, before=""):
+    """Types a request in the place of the one before."""
+    window.focus("Your request", "text")
+    window.key(0xFF57)  # End
+    for _ in before:
+        window.key(0xFF08)  # BackSpace
+    window.type("Your request", request)
+    window.press("Run Dry Run")
+
+
+def ask_and_be_understood(window, home):
+    downloads = home / "Downloads"
+    before = files_below(downloads)
+
+    window.press("AI Agent")
+    ask(window, "don't delete files older than a year")
+    window.sees("Not understood; here is the closest")
+    window.sees("It says that something must stay.")
+    expect(not window.is_checked("old.log, "), "a plan that was not understood comes selected")
+
+    ask(window, "clear browser caches", before="don't delete files older than a year")
+    window.sees("Browser Caches of programs are a category of their own: 3 KB")
+    window.press("Add to the Plan")
+    window.press("Confirm & Apply · 1 · 3 KB")
+    window.sees("1 item moved.")
+    expect(not (home / ".cache/mozilla").exists(), "the browser's cache is still there")
+    expect((home / ".cache/pip/data").exists(), "another cache went")
+
+    ask(window, "organize my downloads", before="clear browser caches")
+    window.press("Open “Organize”")
+    window.sees("Downloads")
+    expect(files_below(downloads) == before, "a file moved that nobody asked for")
+
+
 if __name__ == "__main__":
     sys.exit(
         main(
             {
                 "rules": Scenario(prepare_rules, write_and_run_rule),
                 "assistant": Scenario(prepare_assistant, ask_assistant),
+                "understanding": Scenario(prepare_understanding, ask_and_be_understood),
             }
         )
     )

@@ -25,12 +25,13 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> keepStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> mapStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> rowStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> askStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 17> stringTables() noexcept {
+[[nodiscard]] inline std::array<std::span<const StringRow>, 18> stringTables() noexcept {
   return {shellStrings(),    actionStrings(), figureStrings(),   windowStrings(),  dashboardStrings(),
           cleanupStrings(),  placeStrings(),  consentStrings(),  sectionStrings(), duplicateStrings(),
           organizeStrings(), ruleStrings(),   settingsStrings(), systemStrings(),  keepStrings(),
-          mapStrings(),      rowStrings()};
+          mapStrings(),      rowStrings(),    askStrings()};
 }
 
 }  // namespace orvane
