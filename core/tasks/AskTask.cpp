@@ -46,6 +46,7 @@ PlannedAnswer askPlanner(const TaskServices& services, const std::string& prompt
     }
   }
   for (auto& word : answer.understanding.words) word.span = answer.words.typed(word.span);
+  std::ranges::stable_sort(answer.understanding.words, {}, [](const ReadWord& word) { return word.span.start; });
   return answer;
 }
 
@@ -93,6 +94,10 @@ std::vector<PlacesBeside> placesBeside(const TaskServices& services, const Plann
 
 bool hasKey(const TaskServices& services, AIProvider provider) {
   return services.agent.hasKey(provider);
+}
+
+std::string localModelProblem(const TaskServices& services) {
+  return services.agent.localModelProblem();
 }
 
 std::optional<HttpRequest> requestToSend(const TaskServices& services, const std::string& prompt, AIProvider provider) {

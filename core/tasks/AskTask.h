@@ -40,6 +40,8 @@ struct PlacesBeside {
 
 // Whether a key is stored for the provider. Asks the key ring.
 [[nodiscard]] bool hasKey(const TaskServices& services, AIProvider provider);
+// Why the model on this machine cannot be asked, in one line for people; empty where it can. May wait for its server.
+[[nodiscard]] std::string localModelProblem(const TaskServices& services);
 // Exactly what askPlanner() would send, but for the key; absent for a provider that sends nothing.
 [[nodiscard]] std::optional<HttpRequest> requestToSend(const TaskServices& services, const std::string& prompt,
                                                        AIProvider provider);

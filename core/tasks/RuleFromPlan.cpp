@@ -73,4 +73,16 @@ std::variant<CleanupRule, RuleProblem> ruleFromPlan(const CleaningPlan& plan, st
   return rule;
 }
 
+std::variant<CleanupRule, RuleProblem> ruleFromAnswer(const PlannedAnswer& answer, std::string name,
+                                                      WhenUnsure whenUnsure) {
+  if (!answer.understanding.isSure() && whenUnsure == WhenUnsure::unselected) {
+    return RuleProblem{ruleConditionsPart, "the request was not understood", "agent.rule_unsure"};
+  }
+  if (answer.placesFrom != PlannedAnswer::noStep) {
+    return RuleProblem{ruleConditionsPart, "the plan takes known places of programs, which a rule cannot name",
+                       "agent.rule_places"};
+  }
+  return ruleFromPlan(answer.plan, std::move(name));
+}
+
 }  // namespace orvane
