@@ -104,6 +104,12 @@ FocusScope {
 
             PlainButton {
                 enabled: !root.isBusy
+                text: qsTr("agent.save_rule")
+                onClicked: root.model.saveAsRule()
+            }
+
+            PlainButton {
+                enabled: !root.isBusy
                 text: qsTr("action.cancel")
                 onClicked: root.model.discard()
             }

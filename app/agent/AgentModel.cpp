@@ -1,5 +1,6 @@
 #include "app/agent/AgentModel.h"
 
+#include "app/agent/PlanTexts.h"
 #include "app/common/Format.h"
 #include "app/common/NoticeTexts.h"
 #include "app/common/Places.h"
@@ -8,6 +9,7 @@
 #include "core/base/files/HomeFolder.h"
 #include "core/tasks/AskTask.h"
 #include "core/tasks/ReadEntries.h"
+#include "core/tasks/RuleFromPlan.h"
 
 #include <algorithm>
 #include <utility>
@@ -153,11 +155,13 @@ AgentModel::~AgentModel() {
 void AgentModel::reloadProviders() {
   m_planQueue.post([this](const std::stop_token&) {
     std::array<bool, allAIProviders.size()> hasKey{};
+    const bool hasLocalModel = localModelProblem(services().tasks).empty();
     for (const auto provider : allAIProviders) {
       hasKey[static_cast<std::size_t>(provider)] = orvane::hasKey(services().tasks, provider);
     }
-    callOn(this, [this, hasKey] {
+    callOn(this, [this, hasKey, hasLocalModel] {
       m_hasKey = hasKey;
+      m_hasLocalModel = hasLocalModel;
       Q_EMIT providerChanged();
     });
   });
@@ -166,6 +170,8 @@ void AgentModel::reloadProviders() {
 QVariantList AgentModel::providers() const {
   QVariantList result;
   for (const auto provider : allAIProviders) {
+    // The last one, so the others keep their numbers.
+    if (provider == AIProvider::localModel && !m_hasLocalModel && m_provider != provider) continue;
     result.append(QVariantMap{{"name", textFrom(displayName(provider))},
                               {"needsKey", !keyAccount(provider).empty()},
                               {"hasKey", m_hasKey[static_cast<std::size_t>(provider)]}});
@@ -185,6 +191,7 @@ void AgentModel::setProvider(int provider) {
 
 bool AgentModel::isOffline() const {
   if (m_answer) return m_answer->planned.provider == AIProvider::heuristic;
+  if (m_provider == AIProvider::localModel) return !m_hasLocalModel;
   return m_provider == AIProvider::heuristic || !m_hasKey[static_cast<std::size_t>(m_provider)];
 }
 
@@ -255,6 +262,7 @@ std::shared_ptr<const AgentModel::Answer> AgentModel::answerOf(const std::string
 
 void AgentModel::show(std::shared_ptr<const Answer> answer) {
   m_isPlanning = false;
+  m_ruleProblem.clear();
   beginResetModel();
   m_answer = std::move(answer);
   m_selection = m_answer ? m_answer->proposal.selection() : Selection();
@@ -285,7 +293,7 @@ void AgentModel::languageChanged() {
 }
 
 QString AgentModel::planTitle() const {
-  return m_answer ? shownName(m_answer->planned.plan.summary) : QString();
+  return m_answer ? shownPlanText(m_answer->planned.plan.summary) : QString();
 }
 
 QVariantList AgentModel::planSteps() const {
@@ -295,7 +303,7 @@ QVariantList AgentModel::planSteps() const {
     auto detail = shownPath(step.targetFolder, services().tasks.home);
     if (step.destinationFolder)
       detail += QStringLiteral(" → ") + shownPath(*step.destinationFolder, services().tasks.home);
-    result.append(QVariantMap{{"text", shownName(step.explanation)}, {"detail", detail}});
+    result.append(QVariantMap{{"text", shownPlanText(step.explanation)}, {"detail", detail}});
   }
   return result;
 }
@@ -463,7 +471,7 @@ QVariant AgentModel::data(const QModelIndex& index, int role) const {
 
 QString AgentModel::remarkOf(const ProposedRow& row) const {
   const auto lock = lockText(row);
-  return lock.isEmpty() ? shownName(stepOf(m_answer->planned.plan, row).explanation) : lock;
+  return lock.isEmpty() ? shownPlanText(stepOf(m_answer->planned.plan, row).explanation) : lock;
 }
 
 void AgentModel::toggle(int row) {
@@ -484,6 +492,18 @@ QString AgentModel::placeAt(int row) const {
 void AgentModel::confirm() {
   if (!m_answer || m_selection.count() == 0) return;
   startRun(m_answer->proposal.approve(m_selection), [this](const RunReport&) { show(nullptr); });
+}
+
+void AgentModel::saveAsRule() {
+  if (!m_answer || isWorking()) return;
+  auto made = ruleFromAnswer(m_answer->planned, m_answer->planned.plan.userGoal);
+  const auto* problem = std::get_if<RuleProblem>(&made);
+  m_ruleProblem = problem != nullptr ? localizedText(problem->key) : QString();
+  Q_EMIT planChanged();
+  if (problem != nullptr) return;
+  auto& rule = std::get<CleanupRule>(made);
+  rule.description = shownPlanText(rule.description).toStdString();
+  Q_EMIT ruleMade(rule);
 }
 
 QString AgentModel::movedText(std::int64_t count, std::int64_t /*bytes*/) const {

@@ -2,6 +2,7 @@
 
 #include "app/common/RunModel.h"
 #include "core/assistant/records/AIProvider.h"
+#include "core/rules/records/CleanupRule.h"
 #include "core/tasks/Selection.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -48,6 +49,7 @@ class AgentModel : public orvane::RunModel {
   Q_PROPERTY(QString roomText READ roomText NOTIFY planChanged)
   Q_PROPERTY(QString roomAction READ roomAction NOTIFY planChanged)
   Q_PROPERTY(QVariantList beside READ beside NOTIFY planChanged)
+  Q_PROPERTY(QString ruleProblem READ ruleProblem NOTIFY planChanged)
   Q_PROPERTY(double matchCount READ matchCount NOTIFY planChanged)
   Q_PROPERTY(double matchBytes READ matchBytes NOTIFY planChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
@@ -114,6 +116,8 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] QString roomAction() const;
   // Known places that the request could mean as well: {text, category}
   [[nodiscard]] QVariantList beside() const;
+  // Why the plan cannot be a rule, once that was asked for; else empty.
+  [[nodiscard]] QString ruleProblem() const { return m_ruleProblem; }
   [[nodiscard]] double matchCount() const noexcept;
   [[nodiscard]] double matchBytes() const noexcept { return static_cast<double>(m_matchBytes); }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
@@ -129,6 +133,8 @@ class AgentModel : public orvane::RunModel {
   // Adds a step over the known places of a category of beside().
   Q_INVOKABLE void addPlaces(int category);
   Q_INVOKABLE void openRoom();
+  // Hands the plan on as a rule, or says in ruleProblem() why it can be none.
+  Q_INVOKABLE void saveAsRule();
   Q_INVOKABLE void updateRequest();
   Q_INVOKABLE void cancel() override;
 
@@ -143,6 +149,7 @@ class AgentModel : public orvane::RunModel {
   void planChanged();
   void selectionChanged();
   void requestChanged();
+  void ruleMade(const orvane::CleanupRule& rule);
   // A request left this machine: its text, when, and whose it was.
   void requestSent(const QString& text, double date, const QString& provider);
   // A section is to be opened, its fields filled: a folder's path, a name to search for, and a way of organizing as the
@@ -167,12 +174,14 @@ class AgentModel : public orvane::RunModel {
   QString m_prompt;
   AIProvider m_provider = AIProvider::heuristic;
   std::array<bool, allAIProviders.size()> m_hasKey{};
+  bool m_hasLocalModel = false;
   bool m_isPlanning = false;
   std::stop_source m_planStop;
   std::shared_ptr<const Answer> m_answer;
   Selection m_selection;
   std::int64_t m_matchBytes = 0;
   QString m_request;
+  QString m_ruleProblem;
   BackgroundQueue m_planQueue;
 };
 

@@ -177,6 +177,12 @@ Page {
 
         Notice {
             Layout.fillWidth: true
+            visible: root.model.ruleProblem !== ""
+            text: root.model.ruleProblem
+        }
+
+        Notice {
+            Layout.fillWidth: true
             visible: root.model.notices.length > 0
             isWarning: true
             text: Texts.firstLines(root.model.notices, 4)

@@ -37,14 +37,25 @@ QStringList RuleEditor::allCategories() {
 }
 
 void RuleEditor::open(const std::optional<CleanupRule>& rule) {
-  beginResetModel();
   m_isNew = !rule;
-  m_rule = rule.value_or(CleanupRule{});
+  auto shown = rule.value_or(CleanupRule{});
+  if (m_isNew) shown.action = RuleAction::moveToTrash();
+  show(std::move(shown));
+}
+
+void RuleEditor::compose(const CleanupRule& rule) {
+  m_isNew = true;
+  show(rule);
+}
+
+void RuleEditor::show(CleanupRule rule) {
+  beginResetModel();
+  m_rule = std::move(rule);
   m_name = textFrom(m_rule.name);
   m_description = textFrom(m_rule.description);
   m_texts.clear();
   for (const auto& field : ruleFields()) m_texts.push_back(textFrom(field.text(m_rule.trigger)));
-  m_action = m_isNew ? static_cast<int>(Trash) : actionNumber(m_rule.action.type());
+  m_action = actionNumber(m_rule.action.type());
   m_actionPath = textFrom(m_rule.action.path());
   m_isOpen = true;
   endResetModel();

@@ -46,6 +46,8 @@ class RuleEditor : public QAbstractListModel {
 
   // Shows a rule; a new one when absent.
   void open(const std::optional<CleanupRule>& rule);
+  // Shows a new rule that begins as this one.
+  void compose(const CleanupRule& rule);
   void close();
 
   // A row for each condition that a rule can have.
@@ -85,6 +87,8 @@ class RuleEditor : public QAbstractListModel {
   void checked();
 
  private:
+  void show(CleanupRule rule);
+
   CleanupRule m_rule;  // its conditions as they stand
   bool m_isOpen = false;
   bool m_isNew = false;

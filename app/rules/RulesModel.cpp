@@ -196,6 +196,10 @@ void RulesModel::add() {
   m_editor.open(std::nullopt);
 }
 
+void RulesModel::compose(const CleanupRule& rule) {
+  m_editor.compose(rule);
+}
+
 void RulesModel::edit(int row) {
   if (row >= 0 && row < ruleCount()) m_editor.open(m_rules[static_cast<std::size_t>(row)]);
 }

@@ -82,6 +82,8 @@ class RulesModel : public orvane::RunModel {
 
   Q_INVOKABLE void setEnabled(int row, bool isEnabled);
   Q_INVOKABLE void add();
+  // Opens the editor with a new rule that begins as this one.
+  void compose(const CleanupRule& rule);
   Q_INVOKABLE void addSuggested(const QString& name);
   Q_INVOKABLE void edit(int row);
   Q_INVOKABLE void save();

@@ -187,6 +187,10 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
   });
   connect(&parts.settings, &SettingsModel::keysChanged, &parts.agent, &AgentModel::reloadProviders);
   connect(&parts.agent, &AgentModel::requestSent, &parts.privacy, &PrivacyModel::setLastRequest);
+  connect(&parts.agent, &AgentModel::ruleMade, this, [&parts](const CleanupRule& rule) {
+    parts.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Rules));
+    parts.rules.compose(rule);
+  });
   connect(&parts.state, &AppState::raised, this, [this] { raise({}); });
   connect(&parts.state, &AppState::quitRequested, &parts.quitGuard, &QuitGuard::quit);
   connect(&parts.state, &AppState::quitWhenFinished, &parts.quitGuard, &QuitGuard::finishFirst);

@@ -3,6 +3,7 @@
 #include "app/common/Text.h"
 #include "app/shell/AppNavigationItem.h"
 #include "core/base/text/Json.h"
+#include "core/localization/ThreadSafeLanguageStore.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +12,14 @@ namespace orvane::test {
 namespace {
 
 using testing::IsEmpty;
+
+class ScopedLanguage {
+ public:
+  explicit ScopedLanguage(AppLanguage language) { ThreadSafeLanguageStore::shared().setCurrentLanguage(language); }
+  ~ScopedLanguage() { ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en); }
+  ScopedLanguage(const ScopedLanguage&) = delete;
+  ScopedLanguage& operator=(const ScopedLanguage&) = delete;
+};
 
 class AgentModelTest : public WindowFixture {
  public:
@@ -294,6 +303,43 @@ TEST_F(RemoteAgentTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
   EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::heuristic)));
   EXPECT_THAT(model.fallbackReason().toStdString(), testing::HasSubstr("no route"));
   EXPECT_TRUE(model.isOffline());
+}
+
+TEST_F(AgentModelTest, explainsThePlanInTheLanguageOfTheWindow) {
+  aged("Screenshot 1.png", 60);
+  const ScopedLanguage german(AppLanguage::de);
+  AgentModel model(services());
+  plan(model, "Lösche Bildschirmfotos, die älter als zwei Wochen sind");
+  EXPECT_EQ(model.planTitle(), "Alte Bildschirmfotos finden und in den Papierkorb legen.");
+  const QString step = "Bildschirmfotos, die vor mehr als 14 Tagen entstanden, in den Papierkorb legen.";
+  EXPECT_EQ(model.planSteps()[0].toMap()["text"].toString(), step);
+  ASSERT_EQ(model.rowCount(), 1);
+  EXPECT_EQ(model.data(model.index(0), AgentModel::ReasonRole).toString(), step);
+}
+
+TEST_F(AgentModelTest, handsAPlanOnAsARuleOrSaysWhyItIsNone) {
+  AgentModel model(services());
+  std::vector<CleanupRule> made;
+  QObject::connect(&model, &AgentModel::ruleMade, [&](const CleanupRule& rule) { made.push_back(rule); });
+  plan(model, "sort screenshots in downloads");
+  model.saveAsRule();
+  EXPECT_THAT(model.ruleProblem().toStdString(), testing::HasSubstr("a folder for each kind"));
+  EXPECT_THAT(made, IsEmpty());
+  plan(model, "delete screenshots older than a week");
+  EXPECT_EQ(model.ruleProblem(), "");
+  model.saveAsRule();
+  ASSERT_EQ(made.size(), 1U);
+  EXPECT_EQ(made[0].name, "delete screenshots older than a week");
+  EXPECT_EQ(made[0].trigger.minimumAgeDays, 7);
+  EXPECT_EQ(made[0].trigger.folderPath, "~/Downloads/");
+}
+
+TEST_F(AgentModelTest, offersTheModelOfThisMachineOnlyWhereItAnswers) {
+  AgentModel model(services());
+  ASSERT_TRUE(becomesTrue([&] { return model.providers().size() == 3; }));
+  model.setProvider(static_cast<int>(AIProvider::localModel));
+  EXPECT_EQ(model.providers().size(), 4) << "the choice stays shown";
+  EXPECT_TRUE(model.isOffline()) << "it would be planned by keywords";
 }
 
 }  // namespace

@@ -26,12 +26,13 @@ namespace orvane {
 [[nodiscard]] std::span<const StringRow> mapStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> rowStrings() noexcept;
 [[nodiscard]] std::span<const StringRow> askStrings() noexcept;
+[[nodiscard]] std::span<const StringRow> planStrings() noexcept;
 
-[[nodiscard]] inline std::array<std::span<const StringRow>, 18> stringTables() noexcept {
+[[nodiscard]] inline std::array<std::span<const StringRow>, 19> stringTables() noexcept {
   return {shellStrings(),    actionStrings(), figureStrings(),   windowStrings(),  dashboardStrings(),
           cleanupStrings(),  placeStrings(),  consentStrings(),  sectionStrings(), duplicateStrings(),
           organizeStrings(), ruleStrings(),   settingsStrings(), systemStrings(),  keepStrings(),
-          mapStrings(),      rowStrings(),    askStrings()};
+          mapStrings(),      rowStrings(),    askStrings(),      planStrings()};
 }
 
 }  // namespace orvane
