@@ -1,4 +1,5 @@
 #include "cli/commands/Commands.h"
+#include "cli/commands/SaveAsRule.h"
 #include "cli/frame/Arguments.h"
 #include "cli/frame/Consent.h"
 #include "cli/frame/ProgressLine.h"
@@ -47,6 +48,9 @@ constexpr std::array options{
     OptionSpec{.name = "--anyway",
                .valueName = "",
                .help = "Take the closest plan as it is where the request was not understood."},
+    OptionSpec{.name = "--save-rule",
+               .valueName = "NAME",
+               .help = "Save the plan as a rule of this name, for scheduled cleanups, and show what it takes."},
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
@@ -62,7 +66,7 @@ struct Asked {
   // Whether another command does it, and nobody wants to see a plan.
   [[nodiscard]] bool isForAnother(const Session& session) const {
     return answer.understanding.doubt == Doubt::otherRoom && !session.isJson() && !arguments.has("--apply") &&
-           !isToSave() && !arguments.has("--anyway");
+           !isToSave() && !arguments.has("--anyway") && !arguments.has("--save-rule");
   }
   // Whether the plan may be carried out: it is what was asked for, or the user takes it as it is.
   [[nodiscard]] bool mayApply() const {
@@ -195,6 +199,10 @@ ExitStatus run(Session& session, const Arguments& arguments) {
     return ExitStatus::done;
   }
   if (!session.isJson() && !asked.isToSave()) printAnswer(session, asked);
+  if (const auto name = arguments.value("--save-rule")) {
+    requireUnderstood(asked);
+    return saveAsRule(session, asked.answer, *name);
+  }
   const auto proposal = propose(session, asked);
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
@@ -233,6 +241,9 @@ constexpr CommandSpec askCommand{
         "may mean something else (a word that is not known, a question, something that must stay) nothing is selected, "
         "and --apply refuses with exit status 2 unless --anyway is given. Where another command does what was asked "
         "for, it is named.\n\n"
+        "With --save-rule the plan becomes a rule with the same filter, once it passes the checks of a rule; nothing "
+        "is "
+        "moved. A plan that sorts into several folders can be none.\n\n"
         "With --apply what is selected is moved as one run that 'orvanectl restore' brings back, inside the granted "
         "folders only. A plan without anything to select files by is shown and not used.",
     .arguments = {.name = "PROMPT", .help = "The request, as one argument: put it in quotes.", .least = 1, .most = 1},

@@ -98,6 +98,27 @@ TEST_F(AskCommand, understandsOtherLanguagesAndKeepsTheGoalAsTyped) {
   EXPECT_TRUE(exists(young));
 }
 
+TEST_F(AskCommand, savesThePlanAsARuleThatIsPreviewed) {
+  const auto shot = aged("Downloads/Screenshot 1.png", 40);
+  aged("Downloads/Screenshot 2.png", 2);
+  const auto saved = json({"ask", "clean screenshots", "--save-rule", "Old shots"});
+  EXPECT_EQ(saved["rule"]["name"], "Old shots");
+  EXPECT_EQ(saved["rule"]["trigger"]["minimumAgeDays"], 30);
+  EXPECT_EQ(saved["preview"]["matches"].size(), 1U);
+  EXPECT_TRUE(exists(shot)) << "a rule is saved, and nothing moved";
+  EXPECT_THAT(run({"rules", "list"}).output, HasSubstr("Old shots"));
+  EXPECT_EQ(json({"rules", "run", "Old shots", "--yes"})["itemsProcessed"], 1);
+
+  for (const auto& [prompt, name, reason] : {std::tuple("sort screenshots", "Sorted", "a folder for each kind"),
+                                             std::tuple("sort my downloads", "Sorted", "filter attribute"),
+                                             std::tuple("clean logs", " ", "\"name\" must not be empty")}) {
+    const auto refused = run({"ask", prompt, "--save-rule", name});
+    EXPECT_EQ(refused.exitStatus, 1);
+    EXPECT_THAT(refused.errors, HasSubstr(reason));
+    EXPECT_THAT(run({"rules", "list"}).output, Not(HasSubstr("Sorted")));
+  }
+}
+
 TEST_F(AskCommand, asksBeforeItActs) {
   const auto shot = aged("Downloads/Screenshot 1.png", 40);
   for (const char* answer : {"n\n", "\n"}) {
