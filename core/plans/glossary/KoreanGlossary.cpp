@@ -11,7 +11,8 @@ constexpr std::array koreanRows{
     GlossaryRow{"미만|이하|이내|보다 작은|작은|최근|새로운", "under"},
     GlossaryRow{"전에|전의|전", "ago"},
     GlossaryRow{"삭제|지우|지워|지운|지울|제거|없애|버려|버리|버릴|날려", "delete"},
-    GlossaryRow{"휴지통으로 옮겨|휴지통으로 옮기|휴지통으로 이동|휴지통에 넣|휴지통으로 보내|휴지통에 버|휴지통으로",
+    GlossaryRow{"휴지통으로 옮겨|휴지통으로 옮기|휴지통으로 이동|휴지통에 넣|휴지통으로 보내|휴지통에 버려|휴지통에 "
+                "버리|휴지통에 버|휴지통으로",
                 "delete"},
     GlossaryRow{"청소|클리어|정화", "clean"},
     GlossaryRow{"비우|비워|비운", emptyOrClear},
