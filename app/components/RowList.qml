@@ -38,6 +38,14 @@ ListView {
             voice.tell(itemAtIndex(currentIndex));
     }
 
+    // The row is told after the list's own change of focus, which would be heard last.
+    Timer {
+        id: settled
+
+        interval: 0
+        onTriggered: root.tellRow()
+    }
+
     RowVoice {
         id: voice
     }
@@ -69,8 +77,7 @@ ListView {
     Accessible.name: root.label
     onActiveFocusChanged: {
         showsCurrent = activeFocus;
-        // After the list's own, which would be heard last.
-        Qt.callLater(tellRow);
+        settled.restart();
     }
 
     T.ScrollBar.vertical: ScrollHint {}

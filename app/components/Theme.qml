@@ -62,9 +62,10 @@ QtObject {
 
     // Relative luminance as the Web Content Accessibility Guidelines define it.
     function luminance(color: color): double {
-        const [red, green, blue] = [color.r, color.g, color.b].map(
-            part => part <= 0.03928 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4));
-        return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+        return 0.2126 * linear(color.r) + 0.7152 * linear(color.g) + 0.0722 * linear(color.b);
+    }
+    function linear(part: double): double {
+        return part <= 0.03928 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4);
     }
 
     // The colour, darker or lighter until it can be read on the ground.

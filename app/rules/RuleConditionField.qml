@@ -15,7 +15,7 @@ RowLayout {
     required property string text
     required property string problemKey
     property int labelWidth: 150
-    property list<string> allCategories: []
+    property var allCategories: []
     readonly property bool isNumber: input === RuleEditor.Number || input === RuleEditor.Megabytes
     readonly property bool isCategories: input === RuleEditor.Categories
     signal edited(string text)

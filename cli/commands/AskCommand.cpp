@@ -143,14 +143,14 @@ void printAnswer(Session& session, const Asked& asked) {
 void requireUnderstood(const Asked& asked) {
   if (asked.mayApply()) return;
   const auto& room = asked.answer.understanding.room;
+  const bool isForRule = asked.arguments.has("--save-rule");
+  const auto* const nothing = isForRule ? "no rule was saved" : "nothing was moved";
+  const auto* const allTheSame = isForRule ? "makes a rule of" : "carries out";
   if (asked.answer.understanding.doubt == Doubt::otherRoom && room) {
-    throw UsageError(
-        fmt::format("nothing was moved. {}; --anyway carries out this plan all the same", roomText(*room)));
+    throw UsageError(fmt::format("{}. {}; --anyway {} this plan all the same", nothing, roomText(*room), allTheSame));
   }
-  throw UsageError(
-      fmt::format("nothing was moved, as the request was not understood: {}; --anyway carries out the "
-                  "closest plan all the same",
-                  doubtText(asked.prompt, asked.answer)));
+  throw UsageError(fmt::format("{}, as the request was not understood: {}; --anyway {} the closest plan all the same",
+                               nothing, doubtText(asked.prompt, asked.answer), allTheSame));
 }
 
 ExitStatus apply(Session& session, const Asked& asked, const Proposal& proposal) {

@@ -14,7 +14,7 @@ import sys
 import tempfile
 
 from end_to_end_consent import prepare_logs
-from window_driver import PATIENCE, Failure, Window, expect, wait_for, write_settings
+from window_driver import PATIENCE, Failure, Window, english_texts, expect, wait_for, write_settings
 
 ORDINARY = "nobody"
 
@@ -30,7 +30,7 @@ def drive(program, home):
     Atspi.init()
     process = subprocess.Popen([program])
     try:
-        window = Window(Atspi, process)
+        window = Window(Atspi, process, english_texts(program))
         window.press("Scan Now")
         window.press("Cleanup")
         window.sees("3 selected")

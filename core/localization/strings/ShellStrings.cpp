@@ -77,11 +77,11 @@ constexpr std::array shellRows{
          "시스템 설정 열기", "打开系统设置", "打開系統設定", "Abrir los ajustes del sistema"}},
     StringRow{"agent.placeholder",
               {"e.g., 'Delete screenshots older than 30 days' or 'Sort Downloads'",
-               "p.\u00a0ex. «\u00a0Supprime les captures d’écran de plus de 30 jours\u00a0» ou «\u00a0Range Téléchargements\u00a0»",
+               "p.\u00a0ex. «\u00a0Supprime les captures d’écran de plus de 30 jours\u00a0» ou «\u00a0Range "
+               "Téléchargements\u00a0»",
                "z.\u00a0B. „Lösche Bildschirmfotos, die älter als 30 Tage sind“ oder „Ordne Downloads“",
                "例：「30日以上前のスクリーンショットを削除」「ダウンロードを整理」",
-               "예: '30일 지난 스크린샷 삭제' 또는 '다운로드 정돈'",
-               "例如“删除 30 天以前的屏幕截图”或“整理下载”",
+               "예: '30일 지난 스크린샷 삭제' 또는 '다운로드 정돈'", "例如“删除 30 天以前的屏幕截图”或“整理下载”",
                "例如「刪除 30 天以前的螢幕截圖」或「整理下載項目」",
                "p.\u00a0ej., «Elimina capturas de pantalla de más de 30 días» u «Ordena Descargas»"}},
     StringRow{

@@ -111,7 +111,9 @@ std::span<const StorageMap::Index> StorageMap::children(Index index) const noexc
 }
 
 std::span<const StorageMap::LinkedName> StorageMap::linkedNames(Index folder) const {
-  return std::ranges::equal_range(m_linkedNames, folder, {}, &LinkedName::folder);
+  const auto first = std::ranges::lower_bound(m_linkedNames, folder, {}, &LinkedName::folder);
+  const auto end = std::ranges::upper_bound(m_linkedNames, folder, {}, &LinkedName::folder);
+  return {first, end};
 }
 
 std::string StorageMap::pathOf(Index index) const {
