@@ -124,7 +124,7 @@ std::string doubtText(std::string_view prompt, const PlannedAnswer& answer) {
 }
 
 std::string roomCommand(const RoomWish& wish) {
-  const auto withFolder = [&](std::string command) {
+  const auto withFolder = [&](const std::string& command) {
     return wish.folder.empty() ? command : command + " " + wish.folder;
   };
   switch (wish.room) {
