@@ -211,6 +211,9 @@ Page {
         Card {
             Layout.fillWidth: true
             Layout.fillHeight: true
+            // Its content fills it, and has no size of its own.
+            implicitWidth: 0
+            implicitHeight: 0
             visible: root.isEmpty
 
             ScrollColumn {
