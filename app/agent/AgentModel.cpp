@@ -365,7 +365,7 @@ QString AgentModel::doubt() const {
   const auto doubt = m_answer->planned.understanding.doubt;
   const auto key = doubtKey(doubt);
   if (key.empty()) return {};
-  const auto text = localizedText(key);
+  auto text = localizedText(key);
   if (doubt != Doubt::unknownWord) return text;
   return text.arg(shownName(doubtedWords(readEntries(m_answer->prompt, m_answer->planned), doubt)));
 }
