@@ -6,7 +6,7 @@
 
 namespace orvane {
 
-// A program as a file of the Desktop Entry Specification 1.5 tells of it.
+// A program as a file of the desktop entry standard 1.5 tells of it.
 struct DesktopEntry {
   std::string file;        // absolute
   std::string identifier;  // the file's name without ".desktop"

@@ -46,7 +46,7 @@ bool isFolder(const std::string& path) {
   return status && status->type == FileType::directory;
 }
 
-// Type 1 and 2 of the AppImage specification both have these bytes; only type 2 is made any more.
+// Types 1 and 2 of the AppImage format both have these bytes; only type 2 is made any more.
 bool isAppImage(const std::string& file) {
   const auto status = readFileStatus(AT_FDCWD, file.c_str());
   if (!status || status->type != FileType::regular) return false;

@@ -184,7 +184,7 @@ constexpr std::array builds{
     SystemProfile::BuildFolder{.name = ".tox"},
     SystemProfile::BuildFolder{.name = ".mypy_cache"},
     SystemProfile::BuildFolder{.name = ".pytest_cache"},
-    // The Cache Directory Tagging Specification.
+    // The cache directory tagging standard.
     SystemProfile::BuildFolder{
         .name = "*", .inside = "CACHEDIR.TAG", .mentions = "Signature: 8a477f597d28d172789f06886806bc55"},
 };

@@ -4,7 +4,7 @@
 
 namespace orvane {
 
-// The folders of the XDG Base Directory Specification 0.8: what a variable names where that is an absolute path, else
+// The folders of the XDG base directory standard 0.8: what a variable names where that is an absolute path, else
 // the default in the home folder. Standardised.
 struct XdgFolders {
   std::string home;
