@@ -1,8 +1,11 @@
 #include "core/plans/glossary/GlossaryIndex.h"
 
+#include "core/plans/glossary/HanNumber.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string>
 #include <utility>
 
 namespace orvane {
@@ -57,7 +60,10 @@ bool isNumberText(std::string_view english) {
   return !english.empty() && std::ranges::all_of(english, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-GlossaryIndex::GlossaryIndex(AppLanguage language, GlossaryRows rows) : m_hasCompounds(language == AppLanguage::de) {
+GlossaryIndex::GlossaryIndex(AppLanguage language, GlossaryRows rows)
+    : m_hasCompounds(language == AppLanguage::de),
+      m_hasHanNumbers(language == AppLanguage::ja || language == AppLanguage::zhHans ||
+                      language == AppLanguage::zhHant) {
   for (const auto& row : rows) {
     forEachPiece(row.typed, '|', [&](std::string_view alternative) {
       add(alternative, row.english);
@@ -115,21 +121,36 @@ bool GlossaryIndex::isUnitAt(std::span<const FoldedWord> words) const {
   return longest != found->second.end() && isUnitWord(longest->english);
 }
 
+bool GlossaryIndex::isNumberAt(std::span<const FoldedWord> words) const {
+  const auto match = longestAt(words);
+  // As in "quinze jours", which is a row of its own.
+  return match && (match->isLoneNumber || isNumberText(match->english.substr(0, 1)));
+}
+
 std::optional<GlossaryIndex::Match> GlossaryIndex::matchAt(std::span<const FoldedWord> words) const {
+  auto match = longestAt(words);
+  if (!match || !match->isLoneNumber) return match;
+  auto rest = words.subspan(match->length);
+  if (isNumberAt(rest)) return std::nullopt;
+  // As in "cuarenta y cinco".
+  const auto link = longestAt(rest);
+  const bool isLinked = link && link->length == 1 && link->english.empty() && isNumberAt(rest.subspan(1));
+  return isLinked ? std::nullopt : match;
+}
+
+std::optional<GlossaryIndex::Match> GlossaryIndex::longestAt(std::span<const FoldedWord> words) const {
   enum class Rank : std::uint8_t { loneNumber, stem, exact, number };
   std::optional<Match> best;
   auto bestRank = Rank::loneNumber;
-  const auto consider = [&](const Entry& entry, Rank rank) {
-    if (!fits(entry, words)) return;
-    const auto length = entry.parts.size();
-    auto english = entry.english;
-    if (isNumberText(english)) {
-      rank = isUnitAt(words.subspan(length)) ? Rank::number : Rank::loneNumber;
-      if (rank == Rank::loneNumber) english = {};
-    }
+  const auto take = [&](std::size_t length, std::string_view english, Rank rank) {
+    if (isNumberText(english)) rank = isUnitAt(words.subspan(length)) ? Rank::number : Rank::loneNumber;
     if (best && std::pair(length, rank) <= std::pair(best->length, bestRank)) return;
-    best = Match{length, english};
+    const bool isLone = rank == Rank::loneNumber;
+    best = Match{length, isLone ? std::string() : std::string(english), isLone};
     bestRank = rank;
+  };
+  const auto consider = [&](const Entry& entry, Rank rank) {
+    if (fits(entry, words)) take(entry.parts.size(), entry.english, rank);
   };
   if (words.empty()) return best;
   const auto& first = words.front().text;
@@ -137,6 +158,10 @@ std::optional<GlossaryIndex::Match> GlossaryIndex::matchAt(std::span<const Folde
     for (const auto& entry : found->second) consider(entry, Rank::exact);
   }
   for (const auto& entry : m_stems) consider(entry, Rank::stem);
+  if (m_hasHanNumbers) {
+    const auto number = HanNumber::at(words);
+    if (number.value) take(number.length, std::to_string(*number.value), Rank::number);
+  }
   if (!best && m_hasCompounds && words.front().kind == FoldedWord::Kind::letters) return compoundAt(first);
   return best;
 }
@@ -164,7 +189,7 @@ std::optional<GlossaryIndex::Match> GlossaryIndex::compoundAt(std::string_view w
       const auto rest = word.substr(length);
       if (!rest.starts_with(link) || rest.size() < link.size() + shortestPart) continue;
       const auto* const tail = wordEntry(rest.substr(link.size()));
-      if (tail != nullptr && !tail->english.empty()) return Match{1, head->english};
+      if (tail != nullptr && !tail->english.empty()) return Match{1, std::string(head->english)};
     }
   }
   return std::nullopt;

@@ -20,14 +20,16 @@ class GlossaryIndex {
  public:
   struct Match {
     std::size_t length = 0;  // in words
-    std::string_view english;
+    std::string english;
+    bool isLoneNumber = false;  // no unit follows
   };
 
   GlossaryIndex(AppLanguage language, GlossaryRows rows);
   // Null for English.
   static const GlossaryIndex* of(AppLanguage language);
 
-  // A number counts only before a unit, and is a word without meaning elsewhere.
+  // A number counts only before a unit, and is a word without meaning elsewhere, unless it is a part of a larger number
+  // that the glossary does not know: nothing matches there.
   [[nodiscard]] std::optional<Match> matchAt(std::span<const FoldedWord> words) const;
 
  private:
@@ -42,6 +44,8 @@ class GlossaryIndex {
     std::string_view english;
   };
 
+  [[nodiscard]] std::optional<Match> longestAt(std::span<const FoldedWord> words) const;
+  [[nodiscard]] bool isNumberAt(std::span<const FoldedWord> words) const;
   void add(std::string_view alternative, std::string_view english);
   void addEntry(Entry entry);
   [[nodiscard]] static bool fits(const Entry& entry, std::span<const FoldedWord> words);
@@ -50,6 +54,7 @@ class GlossaryIndex {
   [[nodiscard]] const Entry* wordEntry(std::string_view word) const;
 
   bool m_hasCompounds = false;
+  bool m_hasHanNumbers = false;
   std::map<std::string, std::vector<Entry>, std::less<>> m_entries;  // by their first word, longest first
   std::vector<Entry> m_stems;                                        // whose first word has any ending
 };

@@ -128,6 +128,22 @@ INSTANTIATE_TEST_SUITE_P(
                     TranslatedWords{"三個月前的日誌", "3 month older logs"},
                     TranslatedWords{"Logs, drei Monate alt, weg", "logs 3 month old delete"}));
 
+// A number of several words is read whole, or a word of it stays, which nobody knows: never the end of it alone.
+INSTANTIATE_TEST_SUITE_P(
+    LongNumbers, TranslatedPromptText,
+    testing::Values(TranslatedWords{"删除四十天前的截图", "delete 40 day older screenshots"},
+                    TranslatedWords{"刪除三十五天前的螢幕截圖", "delete 35 day older screenshots"},
+                    TranslatedWords{"删除一百二十天前的截图", "delete 120 day older screenshots"},
+                    TranslatedWords{"删除一千零五天前的截图", "delete 1005 day older screenshots"},
+                    TranslatedWords{"二十五日以上前のログを削除", "25 day older logs delete"},
+                    TranslatedWords{"删除二三天前的截图", "delete 二 3 day older screenshots"},
+                    TranslatedWords{"删除一百五天前的截图", "delete 一百 5 day older screenshots"},
+                    TranslatedWords{"logs de plus de vingt-cinq jours", "logs over vingt 5 day"},
+                    TranslatedWords{"logs de plus de soixante-quinze jours", "logs over soixante 15 day"},
+                    TranslatedWords{"logs de más de cuarenta y cinco días", "logs over cuarenta 5 day"},
+                    TranslatedWords{"logs de más de mil quinientos días", "logs over mil 500 day"},
+                    TranslatedWords{"이십오 일 지난 로그", "이 over 15 day logs"}));
+
 // Names of another language in an English request make it no other request.
 INSTANTIATE_TEST_SUITE_P(
     English, TranslatedPromptText,
