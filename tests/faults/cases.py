@@ -9,7 +9,8 @@ import random
 import re
 import stat
 
-from oracle import Oracle, TRASHES, check_end, inventory
+import neighbours
+from oracle import Journal, Oracle, TRASHES, check_end, inventory
 from scenarios import HOSTILE_NAMES, SCENARIOS, Scenario, command_of, make_socket, prepared
 from world import COMMITS, ORVANECTL, USER, as_user, look_at
 
@@ -357,6 +358,86 @@ class TogetherGroup(Group):
         return findings + self.oracle.judge()
 
 
+class NeighbourGroup(Group):
+    """Another program swaps what moves for links to private folders, a million moves in all; see neighbours.py."""
+
+    ROUNDS = 125  # of 2,000 items, each moved and brought back in two scenarios
+    ROOT = "home/Downloads"
+    TRASH = "home/.local/share/Trash/files"
+
+    def prepare(self, world):
+        world.lacks = ""
+
+        def build(world):
+            for folder in range(neighbours.FOLDERS):
+                for name in range(neighbours.FILES):
+                    world.file(f"{self.ROOT}/{folder}/{name}.txt", b"%d/%d" % (folder, name))
+                    world.file(f"home/Private/{folder}/{name}.txt", b"private %d/%d" % (folder, name))
+            world.folder("home/Neighbour")
+            world.folder(self.TRASH, mode=0o700)
+
+        world.make(build)
+        world.keep()
+
+    def list(self, world):
+        return [f"{how}/{seed}" for how in ("trash", "organize") for seed in range(self.ROUNDS)]
+
+    def run(self, world, case):
+        how, seed = case.split("/")
+        world.lay_out("size=256m")
+        root = world.path(self.ROOT)
+        self.before, private = self.inodes(root), inventory(world.path("home/Private"))
+        findings = []
+        if how == "trash":
+            watched = world.path(self.TRASH)
+            words = ["trash", "--yes", "--root", root, *self.before]
+        else:
+            watched, words = root, ["organize", root, "--subfolders", "--apply", "--yes"]
+        swaps = self.beside(world, words, watched, int(seed), findings)
+        self.check(world, findings, "after the run ")
+        fullest = max(os.walk(world.path("home")), key=lambda found: len(found[2]))[0]
+        swaps += self.beside(world, ["restore", "--last", "--yes"], fullest, int(seed), findings)
+        if swaps == 0:
+            findings.append("the neighbour swapped nothing")
+        self.check(world, findings, "after the restore beside a neighbour ")
+        world.run("restore", "--last", "--yes")
+        self.check(world, findings, "after the last restore ")
+        returned = self.inodes(root)
+        if len(returned) != len(self.before) or {self.asked_for(place) for place in returned} != set(self.before):
+            findings.append("not everything is back")
+        if inventory(world.path("home/Private")) != private:
+            findings.append("the private folders have changed")
+        if inventory(world.path("outside")) != world.outside:
+            findings.append("the tree beside the home has changed")
+        return findings
+
+    def beside(self, world, words, watched, seed, findings):
+        os.sched_setaffinity(0, range(os.cpu_count()))
+        neighbour = neighbours.Neighbour(world, world.path(self.ROOT), watched, seed)
+        check_end(world.run(*words), words[0], findings)
+        return neighbour.end()
+
+    def check(self, world, findings, when):
+        """Each file is once where it was or where the journal says, and no link is taken for one."""
+        journal = Journal(world, findings)
+        places = {os.fsdecode(world.path(original)): os.fsdecode(world.path(trashed))
+                  for action, original, trashed in journal.entries if action != "restored"}
+        there = {self.asked_for(place): inode for place, inode in self.inodes(world.path("home")).items()}
+        wrong = [place for place, inode in self.before.items() if there.get(places.get(place, place)) != inode]
+        if wrong:
+            findings.append(f"{when}{len(wrong)} files are not where they should be, as {wrong[0]}")
+
+    @staticmethod
+    def asked_for(place):
+        """What the neighbour has put into a place gives an item that comes back there another name."""
+        return re.sub(r" \(restored \d+\)(\.\w+)$", r"\1", place)
+
+    @staticmethod
+    def inodes(top):
+        return {os.path.join(folder, name): os.lstat(os.path.join(folder, name)).st_ino
+                for folder, _, files in os.walk(top) for name in files}
+
+
 class NameGroup(Group):
     """One hostile name three times, so that two of them have to find another one where they go."""
 
@@ -551,7 +632,8 @@ class OracleGroup(Group):
 
 def all_groups():
     groups = [OracleGroup("oracle"), SightGroup("sight"), NameGroup("name"), SwapGroup("swap"),
-              PermissionGroup("permission"), ReplacedGroup("replaced"), TogetherGroup("together"), *(DamageGroup(which) for which in DamageGroup.FILES)]
+              PermissionGroup("permission"), ReplacedGroup("replaced"), TogetherGroup("together"),
+              NeighbourGroup("neighbours"), *(DamageGroup(which) for which in DamageGroup.FILES)]
     for scenario in SCENARIOS:
         groups += [ScenarioGroup(scenario), ScenarioGroup(scenario, restoring=True)]
     for name in ("trash/one", "organize/two"):
