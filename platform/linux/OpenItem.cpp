@@ -159,6 +159,7 @@ void moveChecked(const OpenItem& item, int toFolder, const std::string& to) {
   if (ItemIdentity::of(item.currentStatus()) != item.identity()) throw std::runtime_error(changed);
   if (item.isImmutable) changeImmutableAttribute(item.folder->get(), item.name, Immutable::no);
   renameWithoutReplacing(item.folder->get(), item.name, toFolder, to);
+  if (item.isInTrash) return;
   const auto landed = readFileStatus(toFolder, to.c_str());
   if (landed && ItemIdentity::of(*landed) == item.identity()) return;
   try {

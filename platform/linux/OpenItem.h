@@ -34,6 +34,9 @@ struct OpenItem {
   FileStatus status;
   Mount mount;               // of the folder
   bool isImmutable = false;  // has the attribute (chattr +i)
+  // No other program swaps what lies there, but it may swap an item as soon as that has returned to its place: another
+  // one in that place then says nothing of the move.
+  bool isInTrash = false;
 
   [[nodiscard]] ItemIdentity identity() const noexcept { return ItemIdentity::of(status); }
   // Status as it is now. Throws std::system_error.

@@ -155,6 +155,7 @@ std::unique_ptr<PendingMove> makeMoveIntoTrash(const FileUrl& item, OpenItem ope
 
 std::unique_ptr<PendingMove> makeMoveOutOfTrash(const FileUrl& trashed, OpenItem open,
                                                 std::shared_ptr<TrashFolder> folder, const FileUrl& destination) {
+  open.isInTrash = true;
   return std::make_unique<MoveOutOfTrash>(trashed, std::move(open), std::move(folder), destination);
 }
 

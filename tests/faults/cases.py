@@ -396,7 +396,8 @@ class NeighbourGroup(Group):
         swaps = self.beside(world, words, watched, int(seed), findings)
         self.check(world, findings, "after the run ")
         fullest = max(os.walk(world.path("home")), key=lambda found: len(found[2]))[0]
-        swaps += self.beside(world, ["restore", "--last", "--yes"], fullest, int(seed), findings)
+        swaps += self.beside(world, ["restore", "--last", "--yes"], fullest, int(seed), findings,
+                             files=how == "trash")
         if swaps == 0:
             findings.append("the neighbour swapped nothing")
         self.check(world, findings, "after the restore beside a neighbour ")
@@ -411,9 +412,9 @@ class NeighbourGroup(Group):
             findings.append("the tree beside the home has changed")
         return findings
 
-    def beside(self, world, words, watched, seed, findings):
+    def beside(self, world, words, watched, seed, findings, files=True):
         os.sched_setaffinity(0, range(os.cpu_count()))
-        neighbour = neighbours.Neighbour(world, world.path(self.ROOT), watched, seed)
+        neighbour = neighbours.Neighbour(world, world.path(self.ROOT), watched, seed, files)
         check_end(world.run(*words), words[0], findings)
         return neighbour.end()
 
@@ -425,7 +426,8 @@ class NeighbourGroup(Group):
         there = {self.asked_for(place): inode for place, inode in self.inodes(world.path("home")).items()}
         wrong = [place for place, inode in self.before.items() if there.get(places.get(place, place)) != inode]
         if wrong:
-            findings.append(f"{when}{len(wrong)} files are not where they should be, as {wrong[0]}")
+            elsewhere = [place for place, inode in there.items() if inode == self.before[wrong[0]]]
+            findings.append(f"{when}{len(wrong)} files are not where they should be, as {wrong[0]}, which is {elsewhere}")
 
     @staticmethod
     def asked_for(place):

@@ -30,8 +30,8 @@ def put_back(place, kept):
         raise RuntimeError(f"something came to {place}, where a link stood")
 
 
-def swap(root, private, link, seed, watched, begun):
-    """Swaps until SIGTERM, with everything back in its place at the end; how often. Closes `begun` when it watches."""
+def swap(root, private, link, seed, watched, files, begun):
+    """Swaps folders, and files too, until SIGTERM, with everything back in its place at the end; how often. Closes `begun` when it watches."""
     chance = random.Random(seed)
     ended = []
     signal.signal(signal.SIGTERM, lambda *_: ended.append(True))
@@ -45,11 +45,11 @@ def swap(root, private, link, seed, watched, begun):
         if folder is None:
             continue
         place, target = folder.path, os.path.join(private, folder.name)
-        if chance.random() < 0.5:
-            files = os.listdir(place)
-            if not files:
+        if files and chance.random() < 0.5:
+            names = os.listdir(place)
+            if not names:
                 continue
-            name = chance.choice(files)
+            name = chance.choice(names)
             place, target = os.path.join(place, name), os.path.join(target, name)
         if os.path.lexists(link):
             os.unlink(link)
@@ -64,7 +64,7 @@ def swap(root, private, link, seed, watched, begun):
 class Neighbour:
     """A process of the user that swaps below `root` as soon as the folder `watched` changes."""
 
-    def __init__(self, world, root, watched, seed):
+    def __init__(self, world, root, watched, seed, files=True):
         begun, self.told = os.pipe(), os.pipe()
         self.process = os.fork()
         if self.process == 0:
@@ -72,7 +72,8 @@ class Neighbour:
             try:
                 as_user().__enter__()
                 os.close(begun[0])
-                swaps = swap(root, world.path("home/Private"), world.path("home/Neighbour/link"), seed, watched, begun[1])
+                swaps = swap(root, world.path("home/Private"), world.path("home/Neighbour/link"), seed, watched, files,
+                             begun[1])
                 os.write(self.told[1], b"%d" % swaps)
                 status = 0
             except BaseException:
