@@ -77,7 +77,7 @@ TEST_F(LocalPlanner, takesThePlanWhateverStandsAroundIt) {
     // The model has no say in what the plan is for and when it was made.
     EXPECT_EQ(answer.plan.userGoal, "clean installers");
     EXPECT_TRUE(answer.plan.isDryRun);
-    EXPECT_NE(answer.plan.id.toString(), localPlan()["id"]);
+    EXPECT_NE(answer.plan.id.toString(), localPlan()["id"].get<std::string>());
     EXPECT_GT(answer.plan.createdAt, ReferenceClock::now() - std::chrono::hours(1));
   }
 }
