@@ -12,6 +12,10 @@
 //                 fail, fail-on: the call fails with FAULTS_ERRNO; fail-on: and so do all later ones of its kind
 //   FAULTS_LACKS  file systems that know no: tmpfile (O_TMPFILE), noreplace (RENAME_NOREPLACE), openat2; separated by
 //   ","
+//
+// StartServer.cpp starts a program without loading it each time.
+
+#include "tests/faults/Interposer.h"
 
 #include <dirent.h>
 #include <dlfcn.h>
@@ -33,11 +37,6 @@
 #include <string_view>
 
 namespace {
-
-// The functions below have the names of libc's for the linker alone: libc's own declarations stay out of the way.
-#define INTERPOSE(result, name, ...)                                                                  \
-  extern "C" __attribute__((visibility("default"))) result interposed_##name(__VA_ARGS__) asm(#name); \
-  result interposed_##name(__VA_ARGS__)
 
 template <typename... Arguments>
 long raw(long number, Arguments... arguments) {
@@ -74,8 +73,8 @@ struct Settings {
   [[nodiscard]] bool lack(std::string_view feature) const { return lacks.find(feature) != std::string::npos; }
 };
 
-const Settings& settings() {
-  static const Settings result;
+Settings& settings() {
+  static Settings result;
   return result;
 }
 
@@ -215,6 +214,10 @@ int statusAt(const char* name, int folder, const char* path, void* status, int f
 }
 
 }  // namespace
+
+void readSettings() {
+  settings() = Settings();
+}
 
 // open and its kin
 #define OPENS(open, openat, creat)                                               \

@@ -10,9 +10,11 @@ import re
 import stat
 
 import neighbours
-from oracle import Journal, Oracle, TRASHES, check_end, inventory
+from oracle import Journal, Oracle, TRASHES, check_end
 from scenarios import HOSTILE_NAMES, SCENARIOS, Scenario, command_of, make_socket, prepared
-from world import COMMITS, ORVANECTL, USER, as_user, look_at
+from starts import ORVANECTL, USER
+from trees import inventory, look_at
+from world import COMMITS, as_user
 
 # The errors that the manual pages document, of those that happen to files.
 ERRORS = {

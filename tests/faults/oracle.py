@@ -1,12 +1,13 @@
 """One judgement for every case: is each file where the journal says, whole and once, and does it come back?"""
 
 import collections
-import dataclasses
 import os
 import re
 import urllib.parse
 
-from world import USER, VOLUMES, inventory
+from starts import USER
+from trees import inventory
+from world import VOLUMES
 
 TRASHES = {b"home": b"home/.local/share/Trash", b"volume": b"volume/.Trash-%d" % USER}
 # Of the program's own. Everything else has to be the user's, or a record of it.
@@ -231,7 +232,7 @@ class Oracle:
             ignored["links"] = found.links
         if item.kind == "folder" and origin in self.loose:
             ignored["modified"] = found.modified
-        wanted = item if not ignored else dataclasses.replace(item, **ignored)
+        wanted = item._replace(**ignored)
         if not found.same_but(wanted):
             changes = [name for name in ("kind", "mode", "owner", "size", "modified", "content", "attributes", "links")
                        if getattr(found, name) != getattr(wanted, name)]

@@ -5,9 +5,11 @@ import itertools
 import os
 import urllib.parse
 
-from oracle import TRASHES, inventory
+from oracle import TRASHES
 from scenarios import Scenario, prepared
-from world import COMMITS, ORVANECTL, World
+from starts import ORVANECTL
+from trees import inventory
+from world import COMMITS, World
 
 NAMES = [f"file {number}.txt" for number in range(8)]
 TRASH = os.fsdecode(TRASHES[b"home"])

@@ -6,10 +6,11 @@ import os
 import shlex
 import socket
 import struct
-import subprocess
 import typing
 
-from world import ORVANECTL, VOLUMES, inventory
+from starts import ORVANECTL
+from trees import inventory
+from world import VOLUMES
 
 HOSTILE_NAMES = {
     "newline": b"two\nlines.txt",
