@@ -59,14 +59,7 @@ void printDisk(Session& session) {
 ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                    KnownPlaces knownPlaces, std::string_view next) {
   ScanTotals totals;
-  const auto end = runScan(
-      session, std::move(folders), developerCaches,
-      [&](std::vector<ScanEvent>& batch) {
-        for (const auto& event : batch) {
-          if (const auto* item = std::get_if<FileItem>(&event)) totals.add(*item);
-        }
-      },
-      knownPlaces);
+  const auto end = runScan(session, std::move(folders), developerCaches, totals, knownPlaces);
   printTotals(session, totals);
   session.out().line("");
   printDisk(session);

@@ -15,5 +15,8 @@ class Session;
 ScanEnd runScan(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                 const std::function<void(std::vector<ScanEvent>&)>& take,
                 KnownPlaces knownPlaces = KnownPlaces::leaveOut);
+// The same for the sums of the items.
+ScanEnd runScan(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches, ScanTotals& totals,
+                KnownPlaces knownPlaces = KnownPlaces::leaveOut);
 
 }  // namespace orvane::cli

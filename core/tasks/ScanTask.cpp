@@ -7,9 +7,11 @@
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/KeptRows.h"
+#include "core/tasks/ScanTotals.h"
 #include "core/tasks/TaskServices.h"
 
 #include <algorithm>
+#include <mutex>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -45,9 +47,13 @@ class KnownPlacesFirst {
 
   [[nodiscard]] std::vector<ScanEvent> events() const { return {m_items.begin(), m_items.end()}; }
 
-  void join(std::vector<ScanEvent>& batch) {
-    if (m_items.empty()) return;
+  // Takes out what the walk finds of them.
+  void leaveOut(std::vector<ScanEvent>& batch) {
     if (!m_walkedTwice.empty()) std::erase_if(batch, [this](const ScanEvent& event) { return leavesOut(event); });
+  }
+
+  void addTo(std::vector<ScanEvent>& batch) const {
+    if (m_items.empty()) return;
     for (auto& event : batch) {
       if (auto* progress = std::get_if<ScanProgress>(&event)) progress->bytesFound += m_bytes - m_leftOut.bytes;
       if (auto* end = std::get_if<ScanCompleted>(&event)) {
@@ -74,19 +80,40 @@ class KnownPlacesFirst {
 };
 
 using TakeBatch = std::function<void(std::vector<ScanEvent>&)>;
+using AddUp = std::function<void(const std::vector<ScanEvent>&)>;
 
+// Where `addUp` is given, items go to it and not to `take`: on any thread, one call at a time.
 ScanEnd walk(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-             const TaskMonitor& monitor, const TakeBatch& take, KnownPlaces knownPlaces) {
+             const TaskMonitor& monitor, const TakeBatch& take, KnownPlaces knownPlaces, const AddUp& addUp = {}) {
   std::vector<FileItem> items;
   if (knownPlaces == KnownPlaces::include) items = knownPlaceItems(services, developerCaches, monitor.stop);
   KnownPlacesFirst known(std::move(items), folders);
-  if (auto events = known.events(); !events.empty()) take(events);
-  auto stream = services.scanner.scan(std::move(folders), developerCaches);
+  if (auto events = known.events(); !events.empty()) addUp ? addUp(events) : take(events);
+  std::mutex mutex;
+  const auto look = [&](std::vector<ScanEvent>& batch) {
+    if (monitor.looked != nullptr) monitor.looked->fetch_add(batch.size(), std::memory_order_relaxed);
+    known.leaveOut(batch);
+  };
+  ScanDigest digest;
+  if (addUp) {
+    digest = [&](std::vector<ScanEvent>& found) {
+      {
+        const std::lock_guard lock(mutex);
+        look(found);
+        addUp(found);
+      }
+      found.clear();
+    };
+  }
+  auto stream = services.scanner.scan(std::move(folders), developerCaches, std::move(digest));
   const std::stop_callback whenStopped(monitor.stop, [&stream] { stream.cancel(); });
   auto end = ScanEnd::cancelled;
   for (auto batch = stream.nextBatch(); !batch.empty(); batch = stream.nextBatch()) {
-    if (monitor.looked != nullptr) monitor.looked->fetch_add(batch.size(), std::memory_order_relaxed);
-    known.join(batch);
+    {
+      const std::lock_guard lock(mutex);
+      look(batch);
+      known.addTo(batch);
+    }
     if (batch.empty()) continue;
     if (monitor.scanning) {
       for (const auto& event : batch) {
@@ -122,6 +149,21 @@ ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, 
     if (!batch.empty()) take(batch);
   };
   const auto end = walk(services, std::move(folders), developerCaches, monitor, takeRest, knownPlaces);
+  if (monitor.keptBack) monitor.keptBack(kept.sum());
+  return end;
+}
+
+ScanEnd addUpFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                     const TaskMonitor& monitor, ScanTotals& totals, KnownPlaces knownPlaces) {
+  KeptRows kept(services);
+  const auto addUp = [&](const std::vector<ScanEvent>& found) {
+    for (const auto& event : found) {
+      const auto& item = std::get<FileItem>(event);
+      if (!kept.hold(item)) totals.add(item);
+    }
+  };
+  const auto end = walk(
+      services, std::move(folders), developerCaches, monitor, [](auto&) {}, knownPlaces, addUp);
   if (monitor.keptBack) monitor.keptBack(kept.sum());
   return end;
 }

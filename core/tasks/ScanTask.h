@@ -12,6 +12,7 @@
 
 namespace orvane {
 
+class ScanTotals;
 struct TaskServices;
 
 enum class ScanEnd : std::uint8_t { completed, cancelled };
@@ -21,6 +22,9 @@ enum class ScanEnd : std::uint8_t { completed, cancelled };
 ScanEnd scanFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                     const TaskMonitor& monitor, const std::function<void(std::vector<ScanEvent>&)>& take,
                     KnownPlaces knownPlaces = KnownPlaces::leaveOut);
+// The same for those who want the sums alone: adds the items up on the threads that find them.
+ScanEnd addUpFolders(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                     const TaskMonitor& monitor, ScanTotals& totals, KnownPlaces knownPlaces = KnownPlaces::leaveOut);
 // The same for those who want the items alone. One that lies in several of the folders comes once.
 ScanEnd scanItems(const TaskServices& services, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
                   const TaskMonitor& monitor, const std::function<void(FileItem)>& take);

@@ -2,7 +2,11 @@
 #include <sys/file.h>
 #include <unistd.h>
 #include "core/base/files/FileDescriptor.h"
+#include "core/base/text/ByteCount.h"
+#include "core/tasks/Notice.h"
 #include "tests/cli/OrvanectlFixture.h"
+
+#include <fmt/format.h>
 
 namespace orvane::test {
 namespace {
@@ -224,6 +228,27 @@ TEST_F(KnownPlaces, comeOnceWhereAGrantedFolderHoldsThem) {
   EXPECT_TRUE(items.contains("go/pkg/mod"));
   EXPECT_FALSE(items.contains("pkg/mod/a"));
   EXPECT_TRUE(items.contains("src/own.go"));
+}
+
+// Whole folders, known places that are walked again, kept items and a folder that is read in parts.
+TEST_F(KnownPlaces, areInSumsThatAgreeWithTheList) {
+  for (int i = 0; i < 1500; ++i) home.file("go/many/" + std::to_string(i) + (i % 3 == 0 ? ".log" : ".txt"));
+  home.file("go/app/Library/Caches/a/b", "1234567");
+  EXPECT_EQ(run({"folders", "add", home.path("go")}).exitStatus, 0);
+  EXPECT_EQ(run({"keep", "add", "1?.log"}).exitStatus, 0);
+  RowSum all;
+  RowSum recommended;
+  for (const auto& [path, item] : scan()) {
+    all.add(item["fileSize"]);
+    if (item["isSelected"].get<bool>() && item["category"] != "trash") recommended.add(item["fileSize"]);
+  }
+  EXPECT_GT(all.count, 1500);
+  auto sums = run({"scan", "--developer-caches"});
+  std::erase(sums.output, ',');  // 1,556
+  EXPECT_THAT(sums.output,
+              HasSubstr(fmt::format("Found {} items ({}) of which {} ({})", all.count, formatByteCount(all.bytes),
+                                    recommended.count, formatByteCount(recommended.bytes))));
+  EXPECT_EQ(sums.errors, run({"scan", "--developer-caches", "--json"}).errors);
 }
 
 TEST_F(KnownPlaces, followTheFoldersOfTheEnvironment) {

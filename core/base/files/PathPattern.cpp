@@ -32,6 +32,8 @@ void expand(std::string_view text, std::vector<PathPattern>& patterns) {
 }  // namespace
 
 bool fitsWildcard(std::string_view name, std::string_view pattern) noexcept {
+  // The first letter alone settles most patterns.
+  if (!pattern.empty() && pattern.front() != '*' && (name.empty() || name.front() != pattern.front())) return false;
   const auto star = pattern.find('*');
   if (star == std::string_view::npos) return name == pattern;
   if (!name.starts_with(pattern.substr(0, star))) return false;

@@ -26,6 +26,7 @@ struct ScanContext {
   ListingBoard board;
   TreeWalk walk;
   NamedFiles namedFiles;
+  ScanDigest digest;  // may be empty
 };
 
 }  // namespace orvane

@@ -6,6 +6,8 @@
 #include "core/scanning/records/RiskEvaluator.h"
 #include "core/scanning/scan/FolderScan.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace orvane {
@@ -28,7 +30,7 @@ void fillIn(ListingChunk::WholeFolder& folder, ScanEvent& event) {
 }  // namespace
 
 ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& statusReader,
-                       std::vector<FileUrl> folders, DeveloperCaches developerCaches)
+                       std::vector<FileUrl> folders, DeveloperCaches developerCaches, ScanDigest digest)
     : m_folders(std::move(folders)),
       m_context{validator,
                 statusReader,
@@ -38,7 +40,8 @@ ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& s
                                                                          : SystemProfile::none()),
                 {},
                 {},
-                NamedFiles(validator.protectedLocations().profile())} {
+                NamedFiles(validator.protectedLocations().profile()),
+                std::move(digest)} {
   WorkStack::Tasks tasks;
   for (std::size_t i = 0; i < m_folders.size(); ++i) {
     if (m_folders[i].path().empty()) continue;
@@ -84,10 +87,26 @@ void ScanStream::Walk::count(const ScanEvent& event) {
   m_bytesFound = checkedAdd(m_bytesFound, std::get<FileItem>(event).fileSize());
 }
 
+std::vector<ScanEvent> ScanStream::Walk::digestedEvents(ListingChunk chunk, std::int64_t before) {
+  m_itemsFound += chunk.digested->items;
+  m_bytesFound = checkedAdd(m_bytesFound, chunk.digested->bytes);
+  std::vector<ScanEvent> events;
+  for (auto hundred = before / entriesPerProgress + 1; hundred <= m_examined / entriesPerProgress; ++hundred) {
+    events.emplace_back(ScanProgress{hundred * entriesPerProgress, m_bytesFound, chunk.digested->lastName});
+  }
+  std::ranges::move(chunk.events, std::back_inserter(events));
+  return events;
+}
+
 std::vector<ScanEvent> ScanStream::Walk::eventsOf(ListingChunk chunk) {
   for (auto& folder : chunk.wholeFolders) fillIn(folder, chunk.events[folder.eventIndex]);
   const std::int64_t before = m_examined;
   m_examined += chunk.examined;
+  if (m_context.digest) {
+    // A whole folder's size was not there when the others were digested.
+    if (!chunk.digested) chunk.digest(m_context.digest);
+    return digestedEvents(std::move(chunk), before);
+  }
   const auto progressCount = m_examined / entriesPerProgress - before / entriesPerProgress;
   if (progressCount == 0) {
     for (const auto& event : chunk.events) count(event);

@@ -15,7 +15,7 @@ namespace orvane {
 class ScanStream::Walk {
  public:
   Walk(const PathValidator& validator, const FileStatusReader& statusReader, std::vector<FileUrl> folders,
-       DeveloperCaches developerCaches);
+       DeveloperCaches developerCaches, ScanDigest digest);
   ~Walk();
 
   [[nodiscard]] std::vector<ScanEvent> nextBatch();
@@ -24,6 +24,8 @@ class ScanStream::Walk {
  private:
   // The chunk's findings, with a progress event after every hundredth entry of the walk.
   [[nodiscard]] std::vector<ScanEvent> eventsOf(ListingChunk chunk);
+  // Those that a digest left, behind a progress event for every hundredth entry.
+  [[nodiscard]] std::vector<ScanEvent> digestedEvents(ListingChunk chunk, std::int64_t before);
   void count(const ScanEvent& event);
 
   std::vector<FileUrl> m_folders;

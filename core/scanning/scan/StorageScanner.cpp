@@ -21,9 +21,9 @@ void ScanStream::cancel() noexcept {
 StorageScanner::StorageScanner(const PathValidator& validator, const FileStatusReader& statusReader)
     : m_validator(validator), m_statusReader(statusReader) {}
 
-ScanStream StorageScanner::scan(std::vector<FileUrl> folders, DeveloperCaches developerCaches) {
-  return ScanStream(
-      std::make_unique<ScanStream::Walk>(m_validator, m_statusReader, std::move(folders), developerCaches));
+ScanStream StorageScanner::scan(std::vector<FileUrl> folders, DeveloperCaches developerCaches, ScanDigest digest) {
+  return ScanStream(std::make_unique<ScanStream::Walk>(m_validator, m_statusReader, std::move(folders), developerCaches,
+                                                       std::move(digest)));
 }
 
 std::int64_t StorageScanner::fastFolderSize(const std::string& path) {

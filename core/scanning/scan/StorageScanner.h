@@ -5,6 +5,7 @@
 #include "core/scanning/records/ScanEvent.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,6 +35,11 @@ class ScanStream {
   std::unique_ptr<Walk> m_walk;
 };
 
+// Shown the findings of a folder on the thread that found them, while other threads show theirs, before the stream has
+// them: takes out those that need not be handed over. Adding up half a million items takes a fraction of the time that
+// handing them to another thread takes. What was taken out counts in ScanCompleted all the same.
+using ScanDigest = std::function<void(std::vector<ScanEvent>& findings)>;
+
 // Walks folders and reports what could be reclaimed. Only reads; holds no state between calls.
 class StorageScanner {
  public:
@@ -43,7 +49,8 @@ class StorageScanner {
   // Returns at once; the walk runs in the background: root by root, all entries of a folder in the file system's order,
   // then its subfolders one after the other, each with everything below it. Skips folders that are missing,
   // unreadable or refused by the validator without a word.
-  [[nodiscard]] ScanStream scan(std::vector<FileUrl> folders, DeveloperCaches developerCaches);
+  // With a `digest`, which has to live as long as the stream, progress is told once a folder has been read.
+  [[nodiscard]] ScanStream scan(std::vector<FileUrl> folders, DeveloperCaches developerCaches, ScanDigest digest = {});
 
   // Logical bytes of the regular files in a folder tree. Hidden entries, links, "node_modules", "Pods" and photo
   // libraries are left out; what cannot be read adds nothing.

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <mutex>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -262,6 +263,40 @@ TEST_F(StorageScannerTest, streamsABigTreeInOneOrderWithExactFigures) {
   expectConsistent(result, entries);
   const auto again = scanHome();
   EXPECT_EQ(again.relativePaths(), result.relativePaths());
+}
+
+TEST_F(StorageScannerTest, showsEveryFindingToADigestBeforeItIsHandedOver) {
+  for (int i = 0; i < 3000; ++i) m_tree.sparseFile("home/" + std::to_string(i % 9) + "/" + std::to_string(i), i);
+  for (int i = 0; i < 1500; ++i) m_tree.sparseFile("home/8/big" + std::to_string(i), 1);
+  m_tree.file("home/Library/Caches/app/file", "12345");
+  const auto expected = scanHome();
+  std::mutex mutex;
+  std::vector<std::string> taken;
+  const auto takeEven = [&](std::vector<ScanEvent>& findings) {
+    const std::lock_guard lock(mutex);
+    std::erase_if(findings, [&](const ScanEvent& event) {
+      const auto& item = std::get<FileItem>(event);
+      if (item.fileSize() % 2 != 0) return false;
+      taken.emplace_back(item.relativePath());
+      return true;
+    });
+  };
+  Result rest;
+  auto stream = m_scanner.scan({m_tree.url("home")}, DeveloperCaches::leaveOut, takeEven);
+  for (auto batch = stream.nextBatch(); !batch.empty(); batch = stream.nextBatch()) {
+    std::ranges::move(batch, std::back_inserter(rest.events));
+  }
+  EXPECT_EQ(taken.size(), 1500U);
+  for (const auto& path : rest.relativePaths()) taken.push_back(path);
+  EXPECT_THAT(taken, testing::UnorderedElementsAreArray(expected.relativePaths()));
+  EXPECT_EQ(rest.events.back(), expected.events.back());
+  std::vector<std::int64_t> scanned;
+  for (const auto& event : rest.events) {
+    if (const auto* progress = std::get_if<ScanProgress>(&event)) scanned.push_back(progress->itemsScanned);
+  }
+  EXPECT_EQ(scanned.size(), 45U);
+  EXPECT_TRUE(std::ranges::is_sorted(scanned));
+  EXPECT_EQ(scanned.back(), 4500);
 }
 
 TEST_F(StorageScannerTest, endsWithCancelledWhenStopped) {
