@@ -25,7 +25,7 @@ class SystemProfile {
   [[nodiscard]] virtual std::span<const std::string_view> systemFolders() const noexcept { return {}; }
 
   // Folders at which patterns begin.
-  enum class Base : std::uint8_t { root, home, cache, config, data, state };
+  enum class Base : std::uint8_t { root, home, cache, config, data, state, runtime };
   // Where a base is now: an absolute path, standardised; empty where the system has none.
   [[nodiscard]] virtual std::string baseFolder(Base /*base*/) const { return {}; }
 
@@ -58,9 +58,16 @@ class SystemProfile {
   };
   // Where a program that runs leaves a sign of it.
   struct BusySign {
-    Base base = Base::root;
-    // "%" stands for the first component of the place below its base. Empty where there is no sign.
-    std::string_view pattern = {};
+    // How the sign tells.
+    enum class Check : std::uint8_t {
+      mark,      // a link or a file that names its process, or a file with a lock
+      profiles,  // a list of profiles: marks lie in the folders that it names
+      sandbox,   // the description of a sandbox, which names its program
+      groups,    // the control groups of a process, one of which is named after its program
+    };
+    Base base;
+    std::string_view pattern;  // "%" stands for the component that names the program
+    Check check = Check::mark;
   };
   // A place whose content can go, or can be looked through, though no folder that holds it is granted or walked. The
   // first row that fits decides.
@@ -68,14 +75,20 @@ class SystemProfile {
     Base base;
     std::string_view pattern;
     Unit unit;
-    std::string_view category;  // raw value of a scan category
-    std::string_view label;     // raw value of a risk label
-    std::string_view reason;    // key of a text, in which "%1" is the program
-    std::string_view program;   // a proper name; where empty, a component of the place is taken for it
-    BusySign busy = {};
-    std::uint8_t programAt = 0;  // index of that component below the base
+    std::string_view category;            // raw value of a scan category
+    std::string_view label;               // raw value of a risk label
+    std::string_view reason;              // key of a text, in which "%1" is the program
+    std::string_view program;             // a proper name; where empty, a component of the place is taken for it
+    std::span<const BusySign> busy = {};  // any of them tells
+    std::uint8_t programAt = 0;           // index of that component below the base
   };
   [[nodiscard]] virtual std::span<const KnownPlace> knownPlaces() const noexcept { return {}; }
+  // The name that people know of a program whose places are named otherwise. The first row that fits decides.
+  struct ProgramTitle {
+    std::string_view program;  // pattern of the component that tells it
+    std::string_view title;
+  };
+  [[nodiscard]] virtual std::span<const ProgramTitle> programTitles() const noexcept { return {}; }
   // Words by which people call a program of known places otherwise than its places do: lower case, separated by one
   // space.
   struct ProgramAlias {
@@ -84,8 +97,11 @@ class SystemProfile {
     bool isPlace = false;  // they name the place itself, which no program is taken for
   };
   [[nodiscard]] virtual std::span<const ProgramAlias> programAliases() const noexcept { return {}; }
-  // Whether the sign at the path tells of a program that runs now. Looks at the disk.
-  [[nodiscard]] virtual bool isBusySign(const std::string& /*path*/) const { return false; }
+  // Whether the sign at the path tells of a program that runs now; also where it cannot be read. Looks at the disk.
+  [[nodiscard]] virtual bool isBusySign(const std::string& /*path*/, BusySign::Check /*check*/,
+                                        std::string_view /*program*/) const {
+    return false;
+  }
 
   // A file that its name and place tell, asked where the given rows know nothing of it. The first row that fits
   // decides. No folder is one.

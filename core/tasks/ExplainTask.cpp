@@ -90,7 +90,7 @@ std::optional<Explanation::Item> explainItem(const TaskServices& services, const
   if (!item) return std::nullopt;
   const auto& places = services.validator.knownPlaces();
   const auto* known = places.rowOf(place.path());
-  const auto program = known == nullptr ? std::string_view() : places.programOf(*known, place.path());
+  const auto program = known == nullptr ? std::string_view() : places.titleOf(*known, place.path());
   const bool isInUse =
       known != nullptr &&
       KnownPlaceSearch(services.validator, services.statusReader).isInUse(canonicalPlace(place.path()), *known);

@@ -25,7 +25,7 @@ std::string withValue(std::string_view text, std::string_view value) {
 
 std::string reasonText(const KnownPlaceTable& table, const KnownPlaceTable::Row& row, std::string_view key,
                        const FileUrl& place, AppLanguage language) {
-  return withValue(LocalizedStrings::lookup(language, key), table.programOf(row, place.path()));
+  return withValue(LocalizedStrings::lookup(language, key), table.titleOf(row, place.path()));
 }
 
 // Of a folder that a tool made from a project.

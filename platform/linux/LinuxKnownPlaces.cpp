@@ -1,17 +1,6 @@
-#include "core/base/files/FileDescriptor.h"
 #include "platform/linux/LinuxProfile.h"
-#include "platform/linux/OpenFiles.h"
-
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
-#include <cerrno>
-#include <charconv>
-#include <optional>
 
 namespace orvane {
 namespace {
@@ -22,52 +11,55 @@ using Unit = SystemProfile::Unit;
 using Sign = SystemProfile::BusySign;
 
 // Chromium and the programs made from it leave a link of this name while they run.
-constexpr Sign chromiumSign{Base::config, "%/{SingletonLock,*/SingletonLock}"};
-// Later versions keep their profiles in the folder of settings, where they made none before.
-constexpr Sign firefoxSign{Base::home, "{.mozilla,.config/mozilla}/{firefox,firefox-esr}/*/{lock,.parentlock}"};
-constexpr Sign editorSign{Base::config, "%/{SingletonLock,code.lock}"};
-constexpr Sign jetBrainsSign{Base::config, "JetBrains/*/{.lock,.pid}"};
-constexpr Sign steamSign{Base::home, ".steam/steam.pid"};
-constexpr Sign cargoSign{Base::home, ".cargo/.package-cache"};
+constexpr std::array chromiumSigns{Sign{Base::config, "%/{SingletonLock,*/SingletonLock}"}};
+// Profiles are where the list says, mostly beside it. Later versions keep both in the folder of settings, where they
+// made none before.
+constexpr std::array firefoxSigns{
+    Sign{Base::home, ".mozilla/{firefox,firefox-esr}/*/{lock,.parentlock}"},
+    Sign{Base::home, ".mozilla/{firefox,firefox-esr}/profiles.ini", Sign::Check::profiles},
+    Sign{Base::config, "mozilla/{firefox,firefox-esr}/*/{lock,.parentlock}"},
+    Sign{Base::config, "mozilla/{firefox,firefox-esr}/profiles.ini", Sign::Check::profiles},
+};
+constexpr std::array messengerSigns{Sign{Base::config, "%/SingletonLock"}};
+constexpr std::array teamsSigns{Sign{Base::config, "%/*/SingletonLock"}};
+constexpr std::array editorSigns{Sign{Base::config, "%/{SingletonLock,code.lock}"}};
+constexpr std::array jetBrainsSigns{Sign{Base::config, "JetBrains/*/{.lock,.pid}"}};
+constexpr std::array steamSigns{Sign{Base::home, ".steam/steam.pid"}};
+constexpr std::array cargoSigns{Sign{Base::home, ".cargo/.package-cache"}};
+constexpr std::array uvSigns{Sign{Base::cache, "uv/.lock"}};
+// Both leave a server running for some hours.
+constexpr std::array bazelSigns{Sign{Base::cache, "bazel/_bazel_*/*/{lock,server/server.pid.txt}"}};
+constexpr std::array gradleSigns{Sign{Base::home, ".gradle/caches/{*.lock,*/*.lock,*/*/*.lock}"}};
+constexpr std::array flatpakSigns{Sign{Base::runtime, ".flatpak/*/info", Sign::Check::sandbox}};
+constexpr std::array snapSigns{Sign{Base::root, "proc/*/cgroup", Sign::Check::groups}};
 
 constexpr std::array places{
     Known{Base::data, "Trash/files/*", Unit::whole, "trash", "safe", "reason.trash", ""},
 
     // Browsers.
     Known{Base::cache, "{chromium,google-chrome*,BraveSoftware,microsoft-edge*,vivaldi*,opera*}", Unit::whole,
-          "browserCaches", "safe", "place.downloaded", "", chromiumSign},
-    Known{Base::cache, "mozilla", Unit::whole, "browserCaches", "safe", "place.downloaded", "Firefox", firefoxSign},
+          "browserCaches", "safe", "place.downloaded", "", chromiumSigns},
+    Known{Base::cache, "mozilla", Unit::whole, "browserCaches", "safe", "place.downloaded", "Firefox", firefoxSigns},
     Known{Base::cache, "{epiphany,falkon}", Unit::whole, "browserCaches", "safe", "place.downloaded", ""},
     Known{Base::config,
           "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/*/"
           "{Cache,GPUCache,Code Cache,Dawn*Cache,Shared Dictionary}",
-          Unit::whole, "browserCaches", "safe", "place.downloaded", "", chromiumSign},
+          Unit::whole, "browserCaches", "safe", "place.downloaded", "", chromiumSigns},
     Known{Base::config,
           "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/"
           "{GPUPersistentCache,ShaderCache,GrShaderCache,component_crx_cache}",
-          Unit::whole, "browserCaches", "safe", "place.rebuilt", "", chromiumSign},
+          Unit::whole, "browserCaches", "safe", "place.rebuilt", "", chromiumSigns},
     Known{Base::config,
           "{chromium,google-chrome*,BraveSoftware/*,microsoft-edge*,vivaldi*,opera*}/*/Service Worker/CacheStorage",
-          Unit::whole, "largeFiles", "review", "place.offline_pages", "", chromiumSign},
+          Unit::whole, "largeFiles", "review", "place.offline_pages", "", chromiumSigns},
 
     // Messengers.
     Known{Base::config,
           "{Slack,discord,Signal,Element,teams-for-linux}/"
           "{Cache,Code Cache,GPUCache,logs,Service Worker/CacheStorage}",
-          Unit::whole,
-          "messagingMedia",
-          "review",
-          "place.server",
-          "",
-          {Base::config, "%/SingletonLock"}},
-    Known{Base::config,
-          "Microsoft/Microsoft Teams/{Cache,Code Cache,GPUCache,logs,Service Worker/CacheStorage}",
-          Unit::whole,
-          "messagingMedia",
-          "review",
-          "place.server",
-          "Microsoft Teams",
-          {Base::config, "%/*/SingletonLock"}},
+          Unit::whole, "messagingMedia", "review", "place.server", "", messengerSigns},
+    Known{Base::config, "Microsoft/Microsoft Teams/{Cache,Code Cache,GPUCache,logs,Service Worker/CacheStorage}",
+          Unit::whole, "messagingMedia", "review", "place.server", "Microsoft Teams", teamsSigns},
     Known{Base::data, "TelegramDesktop/tdata/user_data*/{cache,media_cache}", Unit::whole, "messagingMedia", "review",
           "place.server", "Telegram"},
 
@@ -75,23 +67,23 @@ constexpr std::array places{
     Known{Base::config,
           "{Code,Code - Insiders,VSCodium}/"
           "{Cache,CachedData,CachedExtensionVSIXs,GPUCache,Code Cache,logs}",
-          Unit::whole, "caches", "safe", "place.rebuilt", "", editorSign},
-    Known{Base::config, "{Code,Code - Insiders,VSCodium}/User/workspaceStorage/*", Unit::whole, "developerCaches",
-          "review", "place.unsaved", "", editorSign},
+          Unit::whole, "caches", "safe", "place.rebuilt", "", editorSigns},
+    Known{Base::config, "Code*/User/workspaceStorage/*", Unit::whole, "developerCaches", "review", "place.unsaved", "",
+          editorSigns},
 
     // Package managers and compilers.
     Known{Base::home, ".npm/_cacache", Unit::whole, "caches", "safe", "place.downloaded", "npm"},
     Known{Base::home, ".bun/install/cache", Unit::whole, "caches", "safe", "place.downloaded", "Bun"},
     Known{Base::home, ".cargo/{registry/cache,registry/src,git}", Unit::whole, "caches", "safe", "place.downloaded",
-          "Cargo", cargoSign},
+          "Cargo", cargoSigns},
     Known{Base::home, ".rustup/downloads", Unit::whole, "caches", "safe", "place.downloaded", "rustup"},
     Known{Base::cache, "pip", Unit::whole, "caches", "safe", "place.downloaded", "pip"},
-    Known{Base::cache, "uv", Unit::whole, "caches", "safe", "place.downloaded", "uv"},
+    Known{Base::cache, "uv", Unit::whole, "caches", "safe", "place.downloaded", "uv", uvSigns},
     Known{Base::cache, "yarn", Unit::whole, "caches", "safe", "place.downloaded", "Yarn"},
     Known{Base::cache, "go-build", Unit::whole, "caches", "safe", "place.rebuilt", "Go"},
     Known{Base::cache, "ccache", Unit::whole, "caches", "safe", "place.rebuilt", "ccache"},
     Known{Base::cache, "sccache", Unit::whole, "caches", "safe", "place.rebuilt", "sccache"},
-    Known{Base::cache, "bazel", Unit::whole, "caches", "safe", "place.rebuilt", "Bazel"},
+    Known{Base::cache, "bazel", Unit::whole, "caches", "safe", "place.rebuilt", "Bazel", bazelSigns},
     Known{Base::cache, "composer", Unit::whole, "caches", "safe", "place.downloaded", "Composer"},
     Known{Base::cache, "Homebrew", Unit::whole, "caches", "safe", "place.downloaded", "Homebrew"},
     Known{Base::data, "NuGet/v3-cache", Unit::whole, "caches", "safe", "place.downloaded", "NuGet"},
@@ -103,10 +95,10 @@ constexpr std::array places{
     Known{Base::cache, "pypoetry/virtualenvs/*", Unit::whole, "developerCaches", "review", "place.long_download",
           "Poetry"},
     Known{Base::cache, "JetBrains/*", Unit::whole, "developerCaches", "review", "place.slow_index", "JetBrains",
-          jetBrainsSign},
+          jetBrainsSigns},
 
     Known{Base::home, ".gradle/{caches,wrapper/dists}", Unit::whole, "developerCaches", "review", "place.own_builds",
-          "Gradle"},
+          "Gradle", gradleSigns},
     Known{Base::home, ".m2/repository", Unit::whole, "developerCaches", "review", "place.own_builds", "Maven"},
     Known{Base::home, ".nuget/packages", Unit::whole, "developerCaches", "review", "place.own_builds", "NuGet"},
     Known{Base::home, "go/pkg/mod", Unit::whole, "developerCaches", "review", "place.own_builds", "Go"},
@@ -123,28 +115,48 @@ constexpr std::array places{
     Known{Base::home, ".ollama/models", Unit::whole, "largeFiles", "review", "place.long_download", "Ollama"},
     Known{Base::cache, "spotify", Unit::whole, "largeFiles", "review", "place.offline_media", "Spotify"},
     Known{Base::home, ".var/app/com.spotify.Client/cache", Unit::whole, "largeFiles", "review", "place.offline_media",
-          "Spotify"},
+          "Spotify", flatpakSigns, 2},
 
     // The desktop.
-    Known{Base::cache, "{thumbnails,mesa_shader_cache*,fontconfig,gstreamer-1.0,tracker3}", Unit::whole, "caches",
-          "safe", "place.rebuilt", ""},
-    Known{Base::home, "{.thumbnails,.nv/GLCache}", Unit::whole, "caches", "safe", "place.rebuilt", ""},
+    Known{Base::cache, "thumbnails", Unit::whole, "caches", "safe", "place.file_manager", ""},
+    Known{Base::home, ".thumbnails", Unit::whole, "caches", "safe", "place.file_manager", ""},
+    Known{Base::cache, "mesa_shader_cache*", Unit::whole, "caches", "safe", "place.graphics_driver", ""},
+    Known{Base::home, ".nv/GLCache", Unit::whole, "caches", "safe", "place.graphics_driver", ""},
+    Known{Base::cache, "{fontconfig,gstreamer-1.0}", Unit::whole, "caches", "safe", "place.desktop", ""},
+    Known{Base::cache, "tracker3", Unit::whole, "caches", "safe", "place.desktop_search", ""},
     Known{Base::cache, "*", Unit::whole, "caches", "safe", "place.disposable", ""},
-    Known{Base::home, ".var/app/*/cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 2},
-    Known{Base::home, "snap/*/common/.cache", Unit::whole, "caches", "safe", "place.disposable", "", {}, 1},
+    Known{Base::home, ".var/app/*/cache", Unit::whole, "caches", "safe", "place.disposable", "", flatpakSigns, 2},
+    Known{Base::home, "snap/*/common/.cache", Unit::whole, "caches", "safe", "place.disposable", "", snapSigns, 1},
 
     // Games.
     Known{Base::data, "Steam/{appcache/httpcache,config/htmlcache,depotcache,dumps,logs,steamapps/shadercache/*}",
-          Unit::whole, "caches", "safe", "place.rebuilt", "Steam", steamSign},
+          Unit::whole, "caches", "safe", "place.rebuilt", "Steam", steamSigns},
     Known{Base::data, "Steam/steamapps/downloading/*", Unit::whole, "largeFiles", "review", "place.unfinished", "Steam",
-          steamSign},
+          steamSigns},
 
     // Logs that nobody writes any more.
     Known{Base::home, ".xsession-errors.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
     Known{Base::data, "xorg/*.old", Unit::file, "logs", "safe", "place.old_log", "X.Org"},
     Known{Base::home, ".npm/_logs", Unit::whole, "logs", "safe", "place.old_log", "npm"},
-    Known{Base::state, "{*.log.*,*/*.log.*,*/*/*.log.*}", Unit::file, "logs", "safe", "place.old_log", ""},
+    Known{Base::state, "{,*/,*/*/}*.log.[0-9]*", Unit::file, "logs", "safe", "place.old_log", ""},
     Known{Base::state, "*/log", Unit::whole, "logs", "safe", "place.old_log", ""},
+};
+
+// The first row that fits decides.
+constexpr std::array titles{
+    SystemProfile::ProgramTitle{"chromium", "Chromium"},
+    SystemProfile::ProgramTitle{"google-chrome-beta", "Google Chrome Beta"},
+    SystemProfile::ProgramTitle{"google-chrome*", "Google Chrome"},
+    SystemProfile::ProgramTitle{"BraveSoftware", "Brave"},
+    SystemProfile::ProgramTitle{"microsoft-edge*", "Microsoft Edge"},
+    SystemProfile::ProgramTitle{"vivaldi*", "Vivaldi"},
+    SystemProfile::ProgramTitle{"opera*", "Opera"},
+    SystemProfile::ProgramTitle{"epiphany", "GNOME Web"},
+    SystemProfile::ProgramTitle{"falkon", "Falkon"},
+    SystemProfile::ProgramTitle{"discord", "Discord"},
+    SystemProfile::ProgramTitle{"teams-for-linux", "Teams for Linux"},
+    SystemProfile::ProgramTitle{"Code", "Visual Studio Code"},
+    SystemProfile::ProgramTitle{"Code - Insiders", "Visual Studio Code Insiders"},
 };
 
 constexpr std::array aliases{
@@ -189,38 +201,14 @@ constexpr std::array builds{
         .name = "*", .inside = "CACHEDIR.TAG", .mentions = "Signature: 8a477f597d28d172789f06886806bc55"},
 };
 
-bool isRunning(pid_t process) noexcept {
-  return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
-}
-
-std::optional<pid_t> processIn(std::string_view text) noexcept {
-  pid_t process = 0;
-  const auto end = std::from_chars(text.data(), text.data() + text.size(), process);
-  if (end.ec != std::errc() || process <= 0) return std::nullopt;
-  return process;
-}
-
-// A link that names its process: "host-123", "127.0.1.1:+123".
-bool linkNamesRunningProcess(const std::string& path) {
-  std::array<char, 512> target{};
-  const auto length = ::readlink(path.c_str(), target.data(), target.size());
-  if (length <= 0) return false;
-  const std::string_view text(target.data(), static_cast<std::size_t>(length));
-  const auto process = processIn(text.substr(text.find_last_of("-+") + 1));
-  return process && isRunning(*process);
-}
-
-bool fileNamesRunningProcess(int file) {
-  std::array<char, 32> text{};
-  const auto length = ::pread(file, text.data(), text.size(), 0);
-  const auto process = processIn({text.data(), length > 0 ? static_cast<std::size_t>(length) : 0});
-  return process && isRunning(*process);
-}
-
 }  // namespace
 
 std::span<const SystemProfile::KnownPlace> LinuxProfile::knownPlaces() const noexcept {
   return places;
+}
+
+std::span<const SystemProfile::ProgramTitle> LinuxProfile::programTitles() const noexcept {
+  return titles;
 }
 
 std::span<const SystemProfile::ProgramAlias> LinuxProfile::programAliases() const noexcept {
@@ -229,19 +217,6 @@ std::span<const SystemProfile::ProgramAlias> LinuxProfile::programAliases() cons
 
 std::span<const SystemProfile::BuildFolder> LinuxProfile::buildFolders() const noexcept {
   return builds;
-}
-
-bool LinuxProfile::isBusySign(const std::string& path) const {
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) return false;
-  if (S_ISLNK(status.st_mode)) return linkNamesRunningProcess(path);
-  if (!S_ISREG(status.st_mode)) return false;
-  if (isLocked(path)) return true;
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
-  if (!file) return false;
-  // The lock, if it was free, goes with the descriptor.
-  if (::flock(file.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) return true;
-  return fileNamesRunningProcess(file.get());
 }
 
 }  // namespace orvane

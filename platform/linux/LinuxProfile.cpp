@@ -59,6 +59,8 @@ std::string LinuxProfile::baseFolder(Base base) const {
       return m_folders.data;
     case Base::state:
       return m_folders.state;
+    case Base::runtime:
+      return m_folders.runtime;
   }
   return {};
 }

@@ -27,10 +27,13 @@ class LinuxProfile : public SystemProfile {
 
   // LinuxKnownPlaces.cpp
   [[nodiscard]] std::span<const KnownPlace> knownPlaces() const noexcept override;
+  [[nodiscard]] std::span<const ProgramTitle> programTitles() const noexcept override;
   [[nodiscard]] std::span<const ProgramAlias> programAliases() const noexcept override;
   [[nodiscard]] std::span<const BuildFolder> buildFolders() const noexcept override;
-  // A link that names its process, as browsers leave it, a file that is locked, or one that holds a process number.
-  [[nodiscard]] bool isBusySign(const std::string& path) const override;
+
+  // LinuxBusySigns.cpp
+  [[nodiscard]] bool isBusySign(const std::string& path, BusySign::Check check,
+                                std::string_view program) const override;
 
   // LinuxNamedFiles.cpp
   [[nodiscard]] std::span<const NamedFile> namedFiles() const noexcept override;

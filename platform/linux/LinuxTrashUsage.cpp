@@ -45,13 +45,13 @@ constexpr auto withoutFiles = std::to_array<std::string_view>({
 constexpr auto ofOtherMachines = std::to_array<std::string_view>(
     {"nfs", "nfs4", "cifs", "smb3", "9p", "afs", "ceph", "davfs", "glusterfs", "virtiofs"});
 
-struct Mount {
+struct TrashMount {
   std::string top;
   bool isRemote;
 };
 
-std::vector<Mount> mounts() {
-  std::vector<Mount> result;
+std::vector<TrashMount> mounts() {
+  std::vector<TrashMount> result;
   const std::unique_ptr<FILE, int (*)(FILE*)> table(::setmntent("/proc/self/mounts", "re"), ::endmntent);
   mntent entry{};
   std::array<char, 8192> buffer{};

@@ -3,6 +3,9 @@
 #include "core/base/files/HomeFolder.h"
 #include "core/base/files/PathText.h"
 
+#include <fmt/format.h>
+#include <unistd.h>
+
 #include <cstdlib>
 
 namespace orvane {
@@ -12,7 +15,8 @@ XdgFolders XdgFolders::below(const std::string& home) {
           .cache = joinPath(home, ".cache"),
           .config = joinPath(home, ".config"),
           .data = joinPath(home, ".local/share"),
-          .state = joinPath(home, ".local/state")};
+          .state = joinPath(home, ".local/state"),
+          .runtime = fmt::format("/run/user/{}", ::getuid())};
 }
 
 XdgFolders XdgFolders::fromEnvironment() {
@@ -25,6 +29,7 @@ XdgFolders XdgFolders::fromEnvironment() {
   take(folders.config, "XDG_CONFIG_HOME");
   take(folders.data, "XDG_DATA_HOME");
   take(folders.state, "XDG_STATE_HOME");
+  take(folders.runtime, "XDG_RUNTIME_DIR");
   return folders;
 }
 

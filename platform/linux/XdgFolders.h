@@ -12,6 +12,8 @@ struct XdgFolders {
   std::string config;  // $XDG_CONFIG_HOME or ~/.config
   std::string data;    // $XDG_DATA_HOME or ~/.local/share
   std::string state;   // $XDG_STATE_HOME or ~/.local/state
+  // $XDG_RUNTIME_DIR or /run/user/UID, where a login makes it: what a login did not start is not told of it.
+  std::string runtime;
 
   [[nodiscard]] static XdgFolders fromEnvironment();
   // The defaults.

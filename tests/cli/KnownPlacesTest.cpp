@@ -1,12 +1,15 @@
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
 #include "core/base/files/FileDescriptor.h"
 #include "core/base/text/ByteCount.h"
 #include "core/tasks/Notice.h"
 #include "tests/cli/OrvanectlFixture.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
 
 namespace orvane::test {
 namespace {
@@ -24,16 +27,16 @@ struct Layout {
 
 const std::vector<Layout> layouts{
     {".local/share/Trash/files/old/a", ".local/share/Trash/files/old", "trash", "safe", "in the Trash"},
-    {".cache/chromium/Default/Cache/a", ".cache/chromium", "browserCaches", "safe", "chromium"},
-    {".cache/google-chrome-beta/a", ".cache/google-chrome-beta", "browserCaches", "safe", "google-chrome-beta"},
+    {".cache/chromium/Default/Cache/a", ".cache/chromium", "browserCaches", "safe", "by Chromium"},
+    {".cache/google-chrome-beta/a", ".cache/google-chrome-beta", "browserCaches", "safe", "by Google Chrome Beta"},
     {".cache/mozilla/firefox/a/cache2/x", ".cache/mozilla", "browserCaches", "safe", "Firefox"},
-    {".cache/epiphany/a", ".cache/epiphany", "browserCaches", "safe", "epiphany"},
+    {".cache/epiphany/a", ".cache/epiphany", "browserCaches", "safe", "GNOME Web"},
     {".config/google-chrome/Default/Code Cache/js/a", ".config/google-chrome/Default/Code Cache", "browserCaches",
-     "safe", "google-chrome"},
+     "safe", "by Google Chrome when"},
     {".config/chromium/Default/DawnGraphiteCache/a", ".config/chromium/Default/DawnGraphiteCache", "browserCaches",
      "safe", "chromium"},
     {".config/BraveSoftware/Brave-Browser/Default/GPUCache/a", ".config/BraveSoftware/Brave-Browser/Default/GPUCache",
-     "browserCaches", "safe", "BraveSoftware"},
+     "browserCaches", "safe", "by Brave when"},
     {".config/chromium/ShaderCache/a", ".config/chromium/ShaderCache", "browserCaches", "safe", "Rebuilt"},
     {".config/chromium/GPUPersistentCache/GPUCache/a", ".config/chromium/GPUPersistentCache", "browserCaches", "safe",
      "Rebuilt"},
@@ -41,14 +44,14 @@ const std::vector<Layout> layouts{
      "largeFiles", "review", "offline"},
     {".config/Slack/Service Worker/CacheStorage/a", ".config/Slack/Service Worker/CacheStorage", "messagingMedia",
      "review", "servers of Slack"},
-    {".config/discord/Cache/a", ".config/discord/Cache", "messagingMedia", "review", "discord"},
+    {".config/discord/Cache/a", ".config/discord/Cache", "messagingMedia", "review", "servers of Discord"},
     {".config/Microsoft/Microsoft Teams/logs/a", ".config/Microsoft/Microsoft Teams/logs", "messagingMedia", "review",
      "Microsoft Teams"},
     {".local/share/TelegramDesktop/tdata/user_data#2/media_cache/a",
      ".local/share/TelegramDesktop/tdata/user_data#2/media_cache", "messagingMedia", "review", "Telegram"},
-    {".config/Code/CachedData/a", ".config/Code/CachedData", "caches", "safe", "Code"},
-    {".config/Code - Insiders/logs/a.log", ".config/Code - Insiders/logs", "caches", "safe", "Code - Insiders"},
-    {".config/VSCodium/User/workspaceStorage/ab/state", ".config/VSCodium/User/workspaceStorage/ab", "developerCaches",
+    {".config/Code/CachedData/a", ".config/Code/CachedData", "caches", "safe", "Visual Studio Code"},
+    {".config/Code - Insiders/logs/a.log", ".config/Code - Insiders/logs", "caches", "safe", "Code Insiders"},
+    {".config/Code/User/workspaceStorage/ab/state", ".config/Code/User/workspaceStorage/ab", "developerCaches",
      "review", "unsaved"},
     {".npm/_cacache/content-v2/.hidden/node_modules/a", ".npm/_cacache", "caches", "safe", "npm"},
     {".cargo/registry/src/a", ".cargo/registry/src", "caches", "safe", "Cargo"},
@@ -73,9 +76,11 @@ const std::vector<Layout> layouts{
     {".ollama/models/blobs/x", ".ollama/models", "largeFiles", "review", "Ollama"},
     {".cache/spotify/Data/a", ".cache/spotify", "largeFiles", "review", "Spotify"},
     {".var/app/com.spotify.Client/cache/a", ".var/app/com.spotify.Client/cache", "largeFiles", "review", "Spotify"},
-    {".cache/thumbnails/large/a.png", ".cache/thumbnails", "caches", "safe", "thumbnails"},
-    {".cache/mesa_shader_cache_db/a", ".cache/mesa_shader_cache_db", "caches", "safe", "mesa_shader_cache_db"},
-    {".nv/GLCache/a", ".nv/GLCache", "caches", "safe", "Rebuilt"},
+    {".cache/thumbnails/large/a.png", ".cache/thumbnails", "caches", "safe", "by the file manager"},
+    {".cache/mesa_shader_cache_db/a", ".cache/mesa_shader_cache_db", "caches", "safe", "by the graphics driver"},
+    {".nv/GLCache/a", ".nv/GLCache", "caches", "safe", "by the graphics driver"},
+    {".cache/fontconfig/a", ".cache/fontconfig", "caches", "safe", "by the desktop when"},
+    {".cache/tracker3/files/meta.db", ".cache/tracker3", "caches", "safe", "by the desktop's search"},
     {".cache/unheard-of/a", ".cache/unheard-of", "caches", "safe", "unheard-of"},
     {".cache/single.db", ".cache/single.db", "caches", "safe", "single.db"},
     {".var/app/org.example.App/cache/a", ".var/app/org.example.App/cache", "caches", "safe", "org.example.App"},
@@ -100,6 +105,8 @@ const std::vector<std::string> others{
     ".local/share/TelegramDesktop/tdata/key_datas",
     ".local/share/Steam/userdata/1/save",
     ".local/state/app/app.log",
+    ".local/state/app/app.log.lock",
+    ".config/VSCodium/User/workspaceStorage/ab/state",
     ".cargo/bin/cargo",
     ".cargo/credentials.toml",
     ".var/app/org.example.App/config/rc",
@@ -190,7 +197,7 @@ TEST_F(KnownPlaces, areShownUnselectedWhileTheirProgramRuns) {
   }
   EXPECT_EQ(items.at(".config/google-chrome/Default/Code Cache")["isSelected"], true);
   const auto known = run({"folders", "known"}).output;
-  EXPECT_THAT(known, HasSubstr("chromium is open and uses it"));
+  EXPECT_THAT(known, HasSubstr("Chromium is open and uses it"));
   EXPECT_THAT(known, HasSubstr("JetBrains is open and uses it"));
   EXPECT_THAT(run({"explain", home.path(".cache/chromium")}).output, HasSubstr("leaves it while its program runs"));
   static_cast<void>(run({"clean", "--yes", "--developer-caches", "--include-review", "--category", "browserCaches",
@@ -200,6 +207,89 @@ TEST_F(KnownPlaces, areShownUnselectedWhileTheirProgramRuns) {
     EXPECT_TRUE(exists(home.path(busy))) << busy;
   }
   EXPECT_FALSE(exists(home.path(".cache/pip")) || exists(home.path(".m2/repository")));
+}
+
+TEST_F(KnownPlaces, areInUseWhereverTheProfileOfABrowserLies) {
+  const auto text = [&] { return run({"explain", home.path(".cache/mozilla")}).output; };
+  const auto isUsed = HasSubstr("leaves it while its program runs");
+  const auto running = "127.0.1.1:+" + std::to_string(::getpid());
+  const auto list = home.file(".mozilla/firefox/profiles.ini", "[Profile0]\nIsRelative=1\nPath=Profiles/a\n");
+  EXPECT_THAT(text(), testing::Not(isUsed));
+  home.link(".mozilla/firefox/Profiles/a/lock", running);
+  EXPECT_THAT(text(), isUsed);
+  std::filesystem::remove_all(home.path(".mozilla/firefox/Profiles"));
+  EXPECT_THAT(text(), testing::Not(isUsed));
+  home.link("elsewhere/lock", running);
+  home.file(".mozilla/firefox/profiles.ini", "[Profile0]\nIsRelative=0\nPath=" + home.path("elsewhere") + "\n");
+  EXPECT_THAT(text(), isUsed);
+  std::filesystem::remove(list);
+  environment["XDG_CONFIG_HOME"] = home.path("settings");
+  EXPECT_THAT(text(), testing::Not(isUsed));
+  home.link("settings/mozilla/firefox/a.default/lock", running);
+  EXPECT_THAT(text(), isUsed);
+}
+
+TEST_F(KnownPlaces, areInUseWhereTheSignCannotBeRead) {
+  const auto profile = home.folder(".mozilla/firefox/a.default");
+  ::chmod(profile.c_str(), 0);
+  ::chmod(home.path().c_str(), 0755);
+  auto program = setup({"explain", home.path(".cache/mozilla")});
+  if (::geteuid() == 0) program.user = LiveProgram::User::nobody;
+  EXPECT_THAT(LiveProgram(program).finish().output, HasSubstr("leaves it while its program runs"));
+  ::chmod(profile.c_str(), 0700);
+}
+
+// As Flatpak describes its sandboxes; the file beside the description is locked while one runs.
+TEST_F(KnownPlaces, areShownUnselectedWhileTheirSandboxRuns) {
+  environment["XDG_RUNTIME_DIR"] = home.folder("runtime");
+  home.file(".var/app/org.example.Ended/cache/a");
+  for (const auto* name : {"App", "Ended"}) {
+    const auto instance = std::string("runtime/.flatpak/") + name;
+    home.file(instance + "/info", "[Application]\nname=org.example." + std::string(name) + "\nruntime=a\n");
+    home.file(instance + "/.ref", "");
+  }
+  const FileDescriptor sandbox(::open(home.path("runtime/.flatpak/App/.ref").c_str(), O_RDONLY | O_CLOEXEC));
+  struct flock lock {};
+  lock.l_type = F_RDLCK;
+  lock.l_whence = SEEK_SET;
+  ASSERT_EQ(::fcntl(sandbox.get(), F_SETLK, &lock), 0);
+  const auto items = scan();
+  EXPECT_EQ(items.at(".var/app/org.example.App/cache")["isSelected"], false);
+  EXPECT_EQ(items.at(".var/app/org.example.Ended/cache")["isSelected"], true);
+}
+
+// A control group as snapd makes one, and a process in it.
+class RunningSnap {
+ public:
+  explicit RunningSnap(const std::string& name) {
+    for (const auto* hierarchy : {"/sys/fs/cgroup/systemd", "/sys/fs/cgroup/unified", "/sys/fs/cgroup"}) {
+      m_group = std::string(hierarchy) + "/snap." + name + ".app.scope";
+      if (::mkdir(m_group.c_str(), 0755) != 0) continue;
+      std::ofstream file(m_group + "/cgroup.procs");
+      if (file << m_program.id() << std::flush) return;
+      ::rmdir(m_group.c_str());
+    }
+    m_group.clear();
+  }
+  ~RunningSnap() {
+    m_program.finish();
+    if (!m_group.empty()) ::rmdir(m_group.c_str());
+  }
+  [[nodiscard]] bool isRunning() const { return !m_group.empty(); }
+
+ private:
+  LiveProgram m_program{{.arguments = {"/bin/cat"}, .environment = {}}};
+  std::string m_group;
+};
+
+TEST_F(KnownPlaces, areShownUnselectedWhileTheirSnapRuns) {
+  const auto name = "orvane-" + std::to_string(::getpid());
+  home.file("snap/" + name + "/common/.cache/a");
+  const RunningSnap snap(name);
+  if (!snap.isRunning()) GTEST_SKIP() << "no control group can be made here";
+  const auto items = scan();
+  EXPECT_EQ(items.at("snap/" + name + "/common/.cache")["isSelected"], false);
+  EXPECT_EQ(items.at("snap/firefox/common/.cache")["isSelected"], true);
 }
 
 TEST_F(KnownPlaces, goByNoRuleWhileTheirProgramRuns) {
@@ -284,7 +374,7 @@ TEST_F(KnownPlaces, goBySavedRulesButWhereAFolderIsNamed) {
 TEST_F(KnownPlaces, areExplained) {
   const auto text = run({"explain", home.path(".cache/pip"), home.path(".config/Code/CachedData")}).output;
   EXPECT_THAT(text, HasSubstr("Downloaded again by pip when needed"));
-  EXPECT_THAT(text, HasSubstr("Rebuilt by Code when needed"));
+  EXPECT_THAT(text, HasSubstr("Rebuilt by Visual Studio Code when needed"));
   EXPECT_THAT(text, testing::Not(HasSubstr("allowed    no")));
 }
 

@@ -48,6 +48,20 @@ bool fitsWildcard(std::string_view name, std::string_view pattern) noexcept {
   return name.ends_with(pattern);
 }
 
+bool fitsComponent(std::string_view name, std::string_view pattern) noexcept {
+  constexpr std::string_view digit = "[0-9]";
+  const auto at = pattern.find(digit);
+  if (at == std::string_view::npos) return fitsWildcard(name, pattern);
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const bool isDigit = name[i] >= '0' && name[i] <= '9';
+    if (isDigit && fitsWildcard(name.substr(0, i), pattern.substr(0, at)) &&
+        fitsComponent(name.substr(i + 1), pattern.substr(at + digit.size()))) {
+      return true;
+    }
+  }
+  return false;
+}
+
 PathPattern::PathPattern(std::string_view pattern) {
   while (!pattern.empty()) m_components.emplace_back(takeComponent(pattern));
 }
@@ -60,7 +74,7 @@ std::vector<PathPattern> PathPattern::alternatives(std::string_view text) {
 
 bool PathPattern::isPlain() const noexcept {
   return std::ranges::none_of(m_components,
-                              [](const auto& component) { return component.find('*') != std::string::npos; });
+                              [](const auto& component) { return component.find_first_of("*[") != std::string::npos; });
 }
 
 std::string PathPattern::text() const {
@@ -72,7 +86,7 @@ std::string PathPattern::text() const {
 PathPattern::Fit PathPattern::fit(std::string_view relative) const noexcept {
   for (const auto& component : m_components) {
     if (relative.empty()) return Fit::above;
-    if (!fitsWildcard(takeComponent(relative), component)) return Fit::none;
+    if (!fitsComponent(takeComponent(relative), component)) return Fit::none;
   }
   return relative.empty() ? Fit::exact : Fit::below;
 }

@@ -11,8 +11,10 @@ namespace orvane {
 // Whether a name fits a pattern in which "*" stands for any characters, none included.
 [[nodiscard]] bool fitsWildcard(std::string_view name, std::string_view pattern) noexcept;
 
-// A pattern for the end of a path, component by component; in a component "*" stands for any characters. An empty
-// pattern fits where the path has ended.
+// The same of a component of a path, in which "[0-9]" stands for a digit too.
+[[nodiscard]] bool fitsComponent(std::string_view name, std::string_view pattern) noexcept;
+
+// A pattern for the end of a path, component by component. An empty pattern fits where the path has ended.
 class PathPattern {
  public:
   explicit PathPattern(std::string_view pattern);

@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
 #include <functional>
 #include <memory>
 #include <set>
@@ -22,30 +23,35 @@ namespace {
 
 constexpr std::size_t foldersReadAlone = 32;
 
-using Found = std::function<void(std::string path, int folder, const char* name)>;
+// Takes what fits a pattern; of a folder on the way that this user may not open it is told the error.
+struct Visitor {
+  std::function<void(std::string path, int folder, const char* name)> found;
+  std::function<void(int error)> missed = [](int) {};
+};
 
-// Calls `found` with what fits the components below an open folder, which has the path.
-void match(int folder, const std::string& path, std::span<const std::string> components, const Found& found) {
+// Visits what fits the components below an open folder, which has the path.
+void match(int folder, const std::string& path, std::span<const std::string> components, const Visitor& visitor) {
   const auto follow = [&](const char* name) {
-    if (components.size() == 1) return found(joinPath(path, name), folder, name);
+    if (components.size() == 1) return visitor.found(joinPath(path, name), folder, name);
     const auto below = DirectoryReader::open(folder, name, DirectoryReader::Links::refuse);
-    if (below) match(below->descriptor(), joinPath(path, name), components.subspan(1), found);
+    if (!below) return visitor.missed(errno);
+    match(below->descriptor(), joinPath(path, name), components.subspan(1), visitor);
   };
-  if (components.front().find('*') == std::string::npos) return follow(components.front().c_str());
+  if (components.front().find_first_of("*[") == std::string::npos) return follow(components.front().c_str());
   auto reader = DirectoryReader::open(folder, ".", DirectoryReader::Links::refuse);
   if (!reader) return;
   std::set<std::string> names;
   while (const auto entry = reader->next()) {
-    if (fitsWildcard(entry->name, components.front())) names.emplace(entry->name);
+    if (fitsComponent(entry->name, components.front())) names.emplace(entry->name);
   }
   for (const auto& name : names) follow(name.c_str());
 }
 
-void matchBelow(const std::string& base, const std::vector<PathPattern>& patterns, const Found& found) {
+void matchBelow(const std::string& base, const std::vector<PathPattern>& patterns, const Visitor& visitor) {
   if (base.empty()) return;
   const auto folder = openFolderWithoutLinks(AT_FDCWD, base);
   if (!folder) return;
-  for (const auto& pattern : patterns) match(folder.get(), base, pattern.components(), found);
+  for (const auto& pattern : patterns) match(folder.get(), base, pattern.components(), visitor);
 }
 
 bool isItem(const FileStatus& status, SystemProfile::Unit unit) noexcept {
@@ -62,7 +68,7 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_toke
   std::vector<Place> places;
   for (const auto& row : table.rows()) {
     if (stop.stop_requested()) return {};
-    matchBelow(table.folder(row.place->base), row.patterns, [&](std::string path, int folder, const char* name) {
+    const auto take = [&](std::string path, int folder, const char* name) {
       if (table.rowOf(path) != &row) return;
       const auto status = m_statusReader.read(folder, name);
       if (!status || !isItem(*status, row.place->unit)) return;
@@ -70,7 +76,8 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_toke
       const bool isShown =
           row.category == ScanCategory::trash || m_validator.isPathAllowed(FileUrl(path), Boundary({FileUrl(path)}));
       if (isShown) places.push_back({std::move(path), *status, &row});
-    });
+    };
+    matchBelow(table.folder(row.place->base), row.patterns, {take});
   }
   return withoutNested(std::move(places));
 }
@@ -96,19 +103,19 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::withoutNested(std::vector
 }
 
 bool KnownPlaceSearch::isInUse(std::string_view path, const KnownPlaceTable::Row& row) const {
-  const auto& sign = row.place->busy;
-  if (sign.pattern.empty()) return false;
   const auto& table = m_validator.knownPlaces();
-  const auto relative = path.substr(table.folder(row.place->base).size() + 1);
-  std::string pattern(sign.pattern);
-  if (const auto mark = pattern.find('%'); mark != std::string::npos) {
-    pattern.replace(mark, 1, relative.substr(0, relative.find('/')));
-  }
+  const auto program = table.componentOf(row, path);
   bool isInUse = false;
-  matchBelow(table.folder(sign.base), PathPattern::alternatives(pattern),
-             [&](const std::string& signPath, int /*folder*/, const char* /*name*/) {
-               isInUse = isInUse || table.profile().isBusySign(signPath);
-             });
+  for (const auto& sign : row.place->busy) {
+    std::string pattern(sign.pattern);
+    if (const auto mark = pattern.find('%'); mark != std::string::npos) pattern.replace(mark, 1, program);
+    const auto look = [&](const std::string& signPath, int /*folder*/, const char* /*name*/) {
+      isInUse = isInUse || table.profile().isBusySign(signPath, sign.check, program);
+    };
+    // A program of this user may well have its sign there.
+    const auto missed = [&](int error) { isInUse = isInUse || error == EACCES; };
+    matchBelow(table.folder(sign.base), PathPattern::alternatives(pattern), {look, missed});
+  }
   return isInUse;
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 using Base = SystemProfile::Base;
 
-constexpr std::array bases{Base::root, Base::home, Base::cache, Base::config, Base::data, Base::state};
+constexpr std::array bases{Base::root, Base::home, Base::cache, Base::config, Base::data, Base::state, Base::runtime};
 
 std::optional<std::string_view> relativeTo(std::string_view path, std::string_view folder) noexcept {
   if (folder.empty() || !path.starts_with(folder)) return std::nullopt;
@@ -52,7 +52,18 @@ PathPattern::Fit KnownPlaceTable::fit(const Row& row, std::string_view path) con
 }
 
 std::string_view KnownPlaceTable::programOf(const Row& row, std::string_view path) const noexcept {
-  if (!row.place->program.empty()) return row.place->program;
+  return row.place->program.empty() ? componentOf(row, path) : row.place->program;
+}
+
+std::string_view KnownPlaceTable::titleOf(const Row& row, std::string_view path) const noexcept {
+  const auto program = programOf(row, path);
+  for (const auto& [pattern, title] : m_profile.programTitles()) {
+    if (fitsWildcard(program, pattern)) return title;
+  }
+  return program;
+}
+
+std::string_view KnownPlaceTable::componentOf(const Row& row, std::string_view path) const noexcept {
   auto rest = relative(row, path).value_or(path);
   for (int i = 0; i < row.place->programAt; ++i) rest.remove_prefix(std::min(rest.find('/') + 1, rest.size()));
   return rest.substr(0, rest.find('/'));

@@ -39,6 +39,10 @@ class KnownPlaceTable {
 
   // Whose the place is that the row fits.
   [[nodiscard]] std::string_view programOf(const Row& row, std::string_view path) const noexcept;
+  // The same as people know it.
+  [[nodiscard]] std::string_view titleOf(const Row& row, std::string_view path) const noexcept;
+  // The component of the place that is named after its program, a proper name in the row or not.
+  [[nodiscard]] std::string_view componentOf(const Row& row, std::string_view path) const noexcept;
 
  private:
   [[nodiscard]] std::optional<std::string_view> relative(const Row& row, std::string_view path) const noexcept;
