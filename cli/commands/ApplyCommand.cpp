@@ -82,7 +82,8 @@ void printRows(Session& session, const Proposal& proposal) {
 ExitStatus run(Session& session, const Arguments& arguments) {
   const bool isDryRun = arguments.has("--dry-run");
   if (!isDryRun) requireConsentPossible(arguments);
-  auto boundary = boundaryFrom(arguments);
+  auto boundary = arguments.has("--root") ? boundaryFrom(arguments)
+                                          : grantedBoundary("the folder that may be acted in with --root FOLDER");
   std::optional<Proposal> proposal;
   try {
     ProgressLine line(session);

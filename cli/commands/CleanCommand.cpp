@@ -73,10 +73,10 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   const bool isDryRun = arguments.has("--dry-run");
   const bool isToSave = arguments.has("--save");
   if (!isDryRun && !isToSave) requireConsentPossible(arguments);
-  auto chosen = chosenFolders(arguments.plain());
-  wish.folders = std::move(chosen.folders);
   wish.knownPlaces = knownPlacesFrom(arguments);
-  if (wish.folders.empty()) return ExitStatus::failed;
+  auto chosen = chosenFolders(arguments.plain(), wish.knownPlaces);
+  wish.folders = std::move(chosen.folders);
+  if (wish.folders.empty() && chosen.someAreUnusable) return ExitStatus::failed;
   std::optional<Proposal> proposal;
   {
     ProgressLine line(session);

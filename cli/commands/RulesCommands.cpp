@@ -223,7 +223,7 @@ ExitStatus runReset(Session& session, const Arguments& arguments) {
 }
 
 RulesWish wishFor(Rules rules) {
-  return {.rules = std::move(rules), .boundary = Boundary(requiredGrantedFolders("one with 'orvanectl folders add'"))};
+  return {.rules = std::move(rules), .boundary = grantedBoundary("one with 'orvanectl folders add'")};
 }
 
 ExitStatus runPreview(Session& session, const Arguments& arguments) {

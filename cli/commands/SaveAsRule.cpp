@@ -41,8 +41,7 @@ ExitStatus saveAsRule(Session& session, const PlannedAnswer& answer, const std::
   const auto rule = usableRule(answer, name);
   if (!rule) return ExitStatus::failed;
   const auto& services = TaskServices::shared();
-  const RulesWish wish{.rules = {*rule},
-                       .boundary = Boundary(requiredGrantedFolders("one with 'orvanectl folders add'"))};
+  const RulesWish wish{.rules = {*rule}, .boundary = grantedBoundary("one with 'orvanectl folders add'")};
   std::optional<Proposal> proposal;
   {
     ProgressLine line(session);

@@ -57,21 +57,20 @@ void printDisk(Session& session) {
 }
 
 ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                   KnownPlaces knownPlaces, std::string_view next) {
+                   KnownPlaces knownPlaces) {
   ScanTotals totals;
   const auto end = runScan(session, std::move(folders), developerCaches, totals, knownPlaces);
   printTotals(session, totals);
   session.out().line("");
   printDisk(session);
-  session.out().line(fmt::format("Found {} ({}), of which {} ({}) can go without a second look: {}",
+  session.out().line(fmt::format("Found {} ({}), of which {} ({}) can go without a second look: orvanectl clean",
                                  itemCount(totals.all().count), formatByteCount(totals.all().bytes),
-                                 formatCount(totals.recommended().count), formatByteCount(totals.recommended().bytes),
-                                 next));
+                                 formatCount(totals.recommended().count), formatByteCount(totals.recommended().bytes)));
   return end;
 }
 
 // Of an account that has none of the folders that are looked after by default, such as a server's.
-void printLargestFolders(Session& session) {
+void printLargestFolders(Session& session, KnownPlaces knownPlaces) {
   constexpr std::size_t most = 10;
   const auto folders = largestFolders(FileUrl(homeFolder()), most, session.stop());
   session.out().line("");
@@ -80,24 +79,25 @@ void printLargestFolders(Session& session) {
     for (const auto& [folder, bytes] : folders) table.addRow({{formatByteCount(bytes)}, {shownPath(folder)}});
     table.print(session);
   }
-  session.out().line("None of the folders that are looked after is here, so the home folder was scanned.");
+  session.out().line(
+      fmt::format("None of the folders that are looked after is here: {} scanned.",
+                  knownPlaces == KnownPlaces::include ? "only the caches and logs of programs were" : "nothing was"));
   session.out().line("Look after one: orvanectl folders add FOLDER. Clean one now: orvanectl clean FOLDER");
 }
 
 ExitStatus run(Session& session, const Arguments& arguments) {
   const bool isBare = arguments.plain().empty() && grantedFolders().empty();
-  const auto chosen = chosenFolders(isBare ? std::vector{homeFolder()} : arguments.plain());
+  const auto chosen = isBare ? ChosenFolders() : chosenFolders(arguments.plain());
   const auto developerCaches =
       arguments.has("--developer-caches") ? DeveloperCaches::include : DeveloperCaches::leaveOut;
   const auto knownPlaces = knownPlacesFrom(arguments);
   const auto end = session.isJson() ? printEvents(session, chosen.folders, developerCaches, knownPlaces)
-                                    : printTable(session, chosen.folders, developerCaches, knownPlaces,
-                                                 isBare ? "orvanectl clean ~" : "orvanectl clean");
+                                    : printTable(session, chosen.folders, developerCaches, knownPlaces);
   if (end == ScanEnd::cancelled) {
     Session::report("interrupted; these are the items found so far");
     return ExitStatus::interrupted;
   }
-  if (isBare && !session.isJson() && !chosen.someAreUnusable) printLargestFolders(session);
+  if (isBare && !session.isJson()) printLargestFolders(session, knownPlaces);
   return chosen.someAreUnusable ? ExitStatus::failed : ExitStatus::done;
 }
 

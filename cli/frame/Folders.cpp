@@ -36,6 +36,11 @@ std::vector<FileUrl> requiredGrantedFolders(std::string_view instead) {
       fmt::format("none of the folders that are looked after exists ({}): name {}", fmt::join(names, ", "), instead));
 }
 
+Boundary grantedBoundary(std::string_view instead) {
+  if (grantedKnownPlaces(TaskServices::shared()) == KnownPlaces::include) return Boundary(grantedFolders());
+  return Boundary(requiredGrantedFolders(instead));
+}
+
 Boundary boundaryFrom(const Arguments& arguments) {
   auto folders = placesFromArguments(arguments.values("--root"));
   if (folders.empty()) return Boundary(requiredGrantedFolders("the folder that may be acted in with --root FOLDER"));
@@ -52,8 +57,10 @@ KnownPlaces knownPlacesFrom(const Arguments& arguments) {
   return grantedKnownPlaces(TaskServices::shared());
 }
 
-ChosenFolders chosenFolders(const std::vector<std::string>& named) {
-  if (named.empty()) return {requiredGrantedFolders("a FOLDER")};
+ChosenFolders chosenFolders(const std::vector<std::string>& named, KnownPlaces knownPlaces) {
+  if (named.empty()) {
+    return {knownPlaces == KnownPlaces::include ? grantedFolders() : requiredGrantedFolders("a FOLDER")};
+  }
   auto chosen = orvane::chosenFolders(TaskServices::shared(), placesFromArguments(named));
   for (const auto& leftOut : chosen.leftOut) Session::report(textOf(leftOut));
   return {std::move(chosen.folders), !chosen.leftOut.empty()};

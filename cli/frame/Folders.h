@@ -20,6 +20,10 @@ class Arguments;
 // The granted folders. Throws UsageError, saying what to name instead (such as "a FOLDER"), where there is none.
 [[nodiscard]] std::vector<FileUrl> requiredGrantedFolders(std::string_view instead);
 
+// Inside the granted folders; an empty one where there is none and only known places are granted. Throws UsageError, as
+// above, where these are not either.
+[[nodiscard]] Boundary grantedBoundary(std::string_view instead);
+
 // Why a folder cannot be walked, or is never touched as a whole, in one line for people; absent when neither is so.
 [[nodiscard]] std::optional<std::string> refusalOf(const FileUrl& folder);
 
@@ -36,7 +40,8 @@ struct ChosenFolders {
   bool someAreUnusable = false;  // named by the user, missing or refused, and reported
 };
 // The folders named, or the granted ones where none is named. Reports each unusable folder on standard error. Throws
-// UsageError.
-[[nodiscard]] ChosenFolders chosenFolders(const std::vector<std::string>& named);
+// UsageError where there is none, unless the command looks into the known places.
+[[nodiscard]] ChosenFolders chosenFolders(const std::vector<std::string>& named,
+                                          KnownPlaces knownPlaces = KnownPlaces::leaveOut);
 
 }  // namespace orvane::cli

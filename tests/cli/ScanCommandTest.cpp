@@ -57,6 +57,7 @@ TEST_F(ScanCommand, printsOneEventALine) {
 TEST_F(ScanCommand, endsWellInABareAccount) {
   home.file("srv-data/old.log", std::string(3000, 'x'));
   home.file(".hidden/large", std::string(5000, 'x'));
+  home.file(".cache/pip/wheel", std::string(2000, 'x'));
   const auto result = run({"scan"});
   EXPECT_EQ(result.exitStatus, 0);
   EXPECT_EQ(result.errors, "");
@@ -64,10 +65,19 @@ TEST_F(ScanCommand, endsWellInABareAccount) {
   const auto data = result.output.find("~/srv-data");
   EXPECT_TRUE(hidden != std::string::npos && hidden < data && data != std::string::npos) << result.output;
   EXPECT_TRUE(
-      result.output.ends_with("None of the folders that are looked after is here, so the home folder was scanned.\n"
+      result.output.ends_with("None of the folders that are looked after is here: only the caches and logs of programs "
+                              "were scanned.\n"
                               "Look after one: orvanectl folders add FOLDER. Clean one now: orvanectl clean FOLDER\n"));
-  EXPECT_THAT(urlsIn(eventsIn(run({"scan", "--json"}).output)), ElementsAre(urlOf("srv-data/old.log")));
-  EXPECT_EQ(run({"clean", "--yes"}).exitStatus, 2) << "nothing moves that nobody named";
+  EXPECT_THAT(result.output, HasSubstr("of which 1 (2 KB) can go without a second look: orvanectl clean\n"));
+  EXPECT_THAT(urlsIn(eventsIn(run({"scan", "--json"}).output)), ElementsAre(urlOf(".cache/pip/")));
+  EXPECT_EQ(run({"clean", "--yes", "--no-known-places"}).exitStatus, 2) << "nothing is left to look into";
+  EXPECT_EQ(run({"clean", "--save", "saved.json"}).exitStatus, 0);
+  EXPECT_EQ(json({"apply", "saved.json", "--yes"})["itemsProcessed"], 1);
+  EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+  EXPECT_EQ(json({"clean", "--yes"})["itemsProcessed"], 1);
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
+  EXPECT_TRUE(exists(home.path("srv-data/old.log"))) << "nothing moves that nobody named";
+  EXPECT_EQ(run({"rules", "run", "--yes"}).exitStatus, 0);
 }
 
 TEST_F(ScanCommand, showsCategoriesInDeclarationOrderWithTotalsLast) {
