@@ -8,12 +8,14 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace orvane::test {
 namespace {
@@ -80,6 +82,40 @@ TEST_F(WindowProgramTest, cleansWithoutADisplayWhenARunIsDue) {
   const auto result = LiveProgram(setup("--scheduled-run")).finish();
   EXPECT_EQ(result.exitStatus, 0) << result.errors;
   EXPECT_TRUE(stored()["OrvaneScheduleSettings"].contains("lastRunDate"));
+}
+
+// As the timer starts it, in an account that has none of the usual folders.
+TEST_F(WindowProgramTest, cleansKnownPlacesWithoutADisplayAndWithoutAnyFolder) {
+  constexpr double twoMonths = 61.0 * 86400;
+  for (const auto* program : {"pip", "chromium"}) {
+    const auto place = std::string(".cache/") + program;
+    setAge(home.file(place + "/a"), twoMonths);
+    setAge(home.path(place), twoMonths);
+  }
+  home.link(".config/chromium/SingletonLock", "host-" + std::to_string(::getpid()));
+  const auto terminal = [&](std::vector<std::string> words) {
+    auto program = setup("");
+    program.arguments = {ORVANECTL};
+    program.arguments.insert(program.arguments.end(), words.begin(), words.end());
+    const auto result = LiveProgram(program).finish();
+    EXPECT_EQ(result.exitStatus, 0) << words.front() << ": " << result.errors;
+  };
+  const auto start = [&] {
+    const auto result = LiveProgram(setup("--scheduled-run")).finish();
+    EXPECT_EQ(result.exitStatus, 0) << result.errors;
+  };
+  terminal({"rules", "add", "--suggested", "old-caches"});
+  start();
+  EXPECT_TRUE(exists(home.path(".cache/pip/a"))) << "nothing is switched on yet";
+  terminal({"schedule", "enable"});
+  start();
+  EXPECT_FALSE(exists(home.path(".cache/pip")));
+  EXPECT_TRUE(exists(home.path(".local/share/Trash/files/pip/a")));
+  EXPECT_TRUE(exists(home.path(".cache/chromium/a"))) << "its program runs";
+  terminal({"restore", "--last", "--yes"});
+  EXPECT_TRUE(exists(home.path(".cache/pip/a")));
+  start();
+  EXPECT_TRUE(exists(home.path(".cache/pip/a"))) << "the next run is due in a week";
 }
 
 TEST_F(WindowProgramTest, touchesNothingWhereNothingIsSwitchedOn) {
