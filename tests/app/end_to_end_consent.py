@@ -186,6 +186,41 @@ def choose_without_portal(window, home):
     window.sees("Folder: Work Files")
 
 
+MAP = '[1,2,{},[{"name":"/srv/archive"},[{"name":"films"},{"name":"long.mkv","dsize":7000000000}]]]'
+
+
+def choose_map_by_portal(window, home):
+    """A map of another machine, from a file that the desktop's chooser names."""
+    file = home / "server map.json"
+    file.write_text(MAP)
+    desktop = start_desktop(file)
+    try:
+        window.focus("action.scan")
+        window.tab_to("map.start")
+        window.press("map.start")
+        window.press("map.open_file")
+        asked = json.loads(desktop.stdout.readline())
+        expect(asked["directory"] is False and asked["title"] == window.texts["map.open_file"], f"it asked for {asked}")
+        window.sees("~/server map.json")
+        window.sees("films, 7 GB")
+    finally:
+        desktop.stdin.close()
+        desktop.wait(PATIENCE)
+
+
+def choose_map_without_portal(window, home):
+    (home / "maps").mkdir()
+    (home / "maps/server.json").write_text(MAP)
+    window.focus("action.scan")
+    window.tab_to("map.start")
+    window.press("map.start")
+    window.press("map.open_file")
+    window.press("maps", exact=False)
+    window.press("server.json", exact=False)
+    window.sees("~/maps/server.json")
+    window.sees("films, 7 GB")
+
+
 if __name__ == "__main__":
     sys.exit(
         main(
@@ -195,6 +230,8 @@ if __name__ == "__main__":
                 "quit": Scenario(prepare_twins, quit_in_the_middle),
                 "portal": Scenario(prepare_twins, choose_by_portal),
                 "chooser": Scenario(prepare_twins, choose_without_portal),
+                "map-portal": Scenario(prepare_twins, choose_map_by_portal),
+                "map-chooser": Scenario(prepare_twins, choose_map_without_portal),
             }
         )
     )
