@@ -95,6 +95,7 @@ set(ORVANE_QML_FILES
   overview/MapRow.qml
   duplicates/CompareSheet.qml
   duplicates/DuplicateEntry.qml
+  duplicates/DuplicateTools.qml
   duplicates/DuplicatesScreen.qml
   settings/AppearanceSettings.qml
   settings/FolderSettings.qml

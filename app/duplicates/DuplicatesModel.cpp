@@ -5,7 +5,6 @@
 #include "app/common/Pictures.h"
 #include "app/common/Places.h"
 #include "app/common/Text.h"
-#include "core/base/text/CaselessSearch.h"
 #include "core/platform/Desktop.h"
 #include "core/tasks/Folders.h"
 
@@ -153,81 +152,26 @@ void DuplicatesModel::setProposal(Proposal proposal) {
   m_selection = m_proposal.selection();
   setLookAfterUndo({});
   applyKeepRule(m_proposal, m_keep, m_selection);
-  m_groups.assign(m_proposal.groups().size(), {});
-  gatherGroups();
+  m_groups.take(m_proposal, m_selection);
   endResetModel();
   Q_EMIT selectionChanged();
 }
 
-void DuplicatesModel::gatherGroups() {
-  for (auto& shown : m_groups) shown.copies.clear();
-  const auto* const groups = m_proposal.groups().data();
-  m_proposal.forEach([&](std::size_t index, const ProposedRow& row) {
-    if (!m_selection.isThere(index)) return;
-    m_groups[static_cast<std::size_t>(row.group - groups)].copies.push_back(static_cast<std::uint32_t>(index));
-  });
-  // A file without a second copy is no duplicate any more.
-  m_groupCount = 0;
-  for (auto& shown : m_groups) {
-    if (shown.copies.size() < 2) shown.copies.clear();
-    if (!shown.copies.empty()) ++m_groupCount;
-  }
-  orderCopies();
-  applySearch();
-  layOut();
-}
-
-void DuplicatesModel::applySearch() {
-  const CaselessSearch search(m_searchText);
-  for (auto& shown : m_groups) {
-    shown.isShown = m_searchText.empty() || std::ranges::any_of(shown.copies, [&](std::uint32_t copy) {
-                      return search.isIn(item(copy).url().path());
-                    });
-  }
-}
-
 QString DuplicatesModel::searchText() const {
-  return textFrom(m_searchText);
+  return textFrom(m_groups.searchText());
 }
 
 void DuplicatesModel::setSearchText(const QString& text) {
   auto wanted = text.trimmed().toStdString();
-  if (wanted == m_searchText) return;
-  m_searchText = std::move(wanted);
+  if (wanted == m_groups.searchText()) return;
   beginResetModel();
-  applySearch();
-  layOut();
+  m_groups.search(std::move(wanted), m_proposal);
   endResetModel();
   Q_EMIT queryChanged();
   Q_EMIT selectionChanged();
 }
 
-RowSum DuplicatesModel::shownSelected() const {
-  RowSum sum;
-  for (const auto& shown : m_groups) {
-    if (!shown.isShown) continue;
-    for (const auto copy : shown.copies) {
-      if (m_selection.isSelected(copy)) sum.add(item(copy).fileSize());
-    }
-  }
-  return sum;
-}
-
-void DuplicatesModel::layOut() {
-  m_rows = 0;
-  for (auto& shown : m_groups) {
-    shown.start = m_rows;
-    if (shown.copies.empty() || !shown.isShown) continue;
-    m_rows += 1 + (shown.isExpanded ? static_cast<int>(shown.copies.size()) : 0);
-  }
-}
-
-void DuplicatesModel::orderCopies() {
-  for (auto& shown : m_groups) {
-    std::stable_partition(shown.copies.begin(), shown.copies.end(),
-                          [this](std::uint32_t copy) { return !m_selection.isSelected(copy); });
-  }
-}
+// --- which copy stays
 
 void DuplicatesModel::setKeepStrategy(int strategy) {
   if (strategy < 0 || strategy >= static_cast<int>(KeepRule::By::folder)) return;
@@ -242,16 +186,15 @@ void DuplicatesModel::keepBy(const KeepRule& rule) {
   if (rule == m_keep || isWorking()) return;
   m_keep = rule;
   applyKeepRule(m_proposal, m_keep, m_selection);
-  for (auto& shown : m_groups) std::sort(shown.copies.begin(), shown.copies.end());
-  orderCopies();
-  if (m_rows > 0) Q_EMIT dataChanged(index(0), index(m_rows - 1));
+  m_groups.order(m_selection);
+  if (m_groups.rowCount() > 0) Q_EMIT dataChanged(index(0), index(m_groups.rowCount() - 1));
   Q_EMIT keepStrategyChanged();
   Q_EMIT selectionChanged();
 }
 
-QString DuplicatesModel::keptReason(const Shown& shown) const {
+QString DuplicatesModel::keptReason(const Group& group) const {
   std::optional<std::uint32_t> kept;
-  for (const auto copy : shown.copies) {
+  for (const auto copy : group.copies) {
     if (m_selection.isSelected(copy)) continue;
     if (!m_selection.isSelectable(copy)) return localizedText(lockKey(copy));
     // More than one stays only where the user says so.
@@ -277,18 +220,8 @@ QString DuplicatesModel::keptReason(const Shown& shown) const {
 
 // --- rows
 
-DuplicatesModel::Place DuplicatesModel::placeOf(int row) const {
-  if (row < 0 || row >= m_rows) return {};
-  const auto after = std::upper_bound(m_groups.begin(), m_groups.end(), row,
-                                      [](int value, const Shown& shown) { return value < shown.start; });
-  const auto at = std::prev(after);
-  const auto group = static_cast<std::size_t>(at - m_groups.begin());
-  if (row == at->start) return {&*at, std::nullopt, group};
-  return {&*at, at->copies[static_cast<std::size_t>(row - at->start - 1)], group};
-}
-
 int DuplicatesModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : m_rows;
+  return parent.isValid() ? 0 : m_groups.rowCount();
 }
 
 QHash<int, QByteArray> DuplicatesModel::roleNames() const {
@@ -305,25 +238,26 @@ QHash<int, QByteArray> DuplicatesModel::roleNames() const {
 
 QVariant DuplicatesModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto place = placeOf(index.row());
-  if (role == KindRole) return place.copy ? Copy : Header;
-  return place.copy ? copyData(*place.copy, role) : groupData(*place.shown, role);
+  const auto place = m_groups.placeOf(index.row());
+  if (!place) return {};
+  if (role == KindRole) return place->copy ? Copy : Header;
+  return place->copy ? copyData(*place->copy, role) : groupData(m_groups.group(place->group), role);
 }
 
-QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
-  const auto& first = item(shown.copies.front()).url();
-  const auto size = static_cast<double>(item(shown.copies.front()).fileSize());
+QVariant DuplicatesModel::groupData(const Group& group, int role) const {
+  const auto& first = item(group.copies.front()).url();
+  const auto size = static_cast<double>(item(group.copies.front()).fileSize());
   switch (role) {
     case Qt::DisplayRole:
     case NameRole:
       return shownName(first.lastPathComponent());
     case CopiesRole:
-      return static_cast<double>(shown.copies.size());
+      return static_cast<double>(group.copies.size());
     case BytesRole:
       return size;
     case FreedRole:
       return size * static_cast<double>(std::ranges::count_if(
-                        shown.copies, [this](std::uint32_t copy) { return m_selection.isSelected(copy); }));
+                        group.copies, [this](std::uint32_t copy) { return m_selection.isSelected(copy); }));
     case DateRole:
       return 0.0;
     case CheckStateRole:
@@ -333,14 +267,14 @@ QVariant DuplicatesModel::groupData(const Shown& shown, int role) const {
     case SymbolRole:
       return isPictureName(first) ? QStringLiteral("picture") : QStringLiteral("file");
     case ExpandedRole:
-      return shown.isExpanded;
+      return group.isExpanded;
     case IsKeptRole:
     case CanToggleRole:
       return false;
     case PlaceRole:
       return QString();
     case KeptReasonRole:
-      return keptReason(shown);
+      return keptReason(group);
     default:
       return {};
   }
@@ -381,19 +315,17 @@ QVariant DuplicatesModel::copyData(std::uint32_t copy, int role) const {
 }
 
 void DuplicatesModel::toggleExpanded(int row) {
-  const auto place = placeOf(row);
-  if (place.shown == nullptr || place.copy) return;
-  auto& shown = m_groups[place.group];
-  const int count = static_cast<int>(shown.copies.size());
-  if (shown.isExpanded) {
+  const auto place = m_groups.placeOf(row);
+  if (!place || place->copy) return;
+  const auto& group = m_groups.group(place->group);
+  const int count = static_cast<int>(group.copies.size());
+  if (group.isExpanded) {
     beginRemoveRows({}, row + 1, row + count);
-    shown.isExpanded = false;
-    layOut();
+    m_groups.setExpanded(place->group, false);
     endRemoveRows();
   } else {
     beginInsertRows({}, row + 1, row + count);
-    shown.isExpanded = true;
-    layOut();
+    m_groups.setExpanded(place->group, true);
     endInsertRows();
   }
   Q_EMIT dataChanged(index(row), index(row), {ExpandedRole});
@@ -423,55 +355,55 @@ std::string_view DuplicatesModel::lockKey(std::uint32_t copy) const {
 }
 
 void DuplicatesModel::toggle(int row) {
-  const auto place = placeOf(row);
-  if (!place.copy || isWorking()) return;
-  if (!m_selection.isSelectable(*place.copy)) return setRefusal(lockKey(*place.copy));
-  const bool didChange = setCopySelected(m_proposal, *place.copy, !m_selection.isSelected(*place.copy), m_selection);
-  Q_EMIT dataChanged(index(place.shown->start),
-                     index(place.shown->start + static_cast<int>(place.shown->copies.size())));
+  const auto place = m_groups.placeOf(row);
+  if (!place || !place->copy || isWorking()) return;
+  const auto copy = *place->copy;
+  if (!m_selection.isSelectable(copy)) return setRefusal(lockKey(copy));
+  const bool didChange = setCopySelected(m_proposal, copy, !m_selection.isSelected(copy), m_selection);
+  const auto& group = m_groups.group(place->group);
+  Q_EMIT dataChanged(index(group.start), index(group.start + static_cast<int>(group.copies.size())));
   Q_EMIT selectionChanged();
   setRefusal(didChange ? "" : "duplicates.keep_one");
 }
 
 QString DuplicatesModel::placeAt(int row) const {
-  const auto place = placeOf(row);
-  return place.shown == nullptr ? QString() : placeText(item(place.copy.value_or(place.shown->copies.front())).url());
+  const auto copy = m_groups.copyAt(row);
+  return copy ? placeText(item(*copy).url()) : QString();
 }
 
 QVariantList DuplicatesModel::copiesAt(int row) const {
   QVariantList result;
-  const auto place = placeOf(row);
-  if (place.shown == nullptr) return result;
-  for (const auto copy : place.shown->copies) {
+  const auto place = m_groups.placeOf(row);
+  if (!place) return result;
+  for (const auto copy : m_groups.group(place->group).copies) {
     const auto& copied = item(copy);
-    result.append(
-        QVariantMap{{"name", shownName(copied.url().lastPathComponent())},
-                    {"place", shownPlace(copied.url(), services().tasks.home)},
-                    {"picture", isPictureName(copied.url()) ? pictureSource(previewProvider, copied.url()) : QString()},
-                    {"created", milliseconds(copied.createdDate())},
-                    {"modified", milliseconds(copied.lastModifiedDate())},
-                    {"isKept", !m_selection.isSelected(copy)}});
+    const bool canShow = isPictureName(copied.url());
+    result.append(QVariantMap{{"name", shownName(copied.url().lastPathComponent())},
+                              {"place", shownPlace(copied.url(), services().tasks.home)},
+                              {"picture", canShow ? pictureSource(previewProvider, copied.url()) : QString()},
+                              {"created", milliseconds(copied.createdDate())},
+                              {"modified", milliseconds(copied.lastModifiedDate())},
+                              {"isKept", !m_selection.isSelected(copy)}});
   }
   return result;
 }
 
 void DuplicatesModel::openContainingFolder(int row) {
-  const auto place = placeOf(row);
-  if (place.shown == nullptr) return;
-  postWork([services = services(),
-            url = item(place.copy.value_or(place.shown->copies.front())).url()](const std::stop_token&) {
+  const auto copy = m_groups.copyAt(row);
+  if (!copy) return;
+  postWork([services = services(), url = item(*copy).url()](const std::stop_token&) {
     if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
   });
 }
 
 void DuplicatesModel::keep(int row) {
-  const auto place = placeOf(row);
-  if (!place.copy || isWorking()) return;
-  keepInBackground(item(*place.copy).url(), [this, copy = *place.copy, generation = m_generation] {
+  const auto place = m_groups.placeOf(row);
+  if (!place || !place->copy || isWorking()) return;
+  keepInBackground(item(*place->copy).url(), [this, copy = *place->copy, generation = m_generation] {
     if (generation != m_generation) return;
     beginResetModel();
     m_selection.setThere(copy, false);
-    gatherGroups();
+    m_groups.gather(m_proposal, m_selection);
     endResetModel();
     Q_EMIT selectionChanged();
   });
@@ -484,12 +416,7 @@ void DuplicatesModel::cleanSelected() {
 }
 
 void DuplicatesModel::cleanShown() {
-  auto shown = m_selection;
-  for (const auto& group : m_groups) {
-    if (group.isShown) continue;
-    for (const auto copy : group.copies) shown.set(copy, Selection::Whether::unselected);
-  }
-  clean(shown);
+  clean(m_groups.shown(m_selection));
 }
 
 void DuplicatesModel::clean(const Selection& selection) {
@@ -504,7 +431,7 @@ void DuplicatesModel::showMoved(const RunReport& report) {
   beginResetModel();
   for (const auto copy : moved) m_selection.setThere(copy, false);
   for (const auto copy : vanished) m_selection.setThere(copy, false);
-  gatherGroups();
+  m_groups.gather(m_proposal, m_selection);
   endResetModel();
   Q_EMIT selectionChanged();
   setLookAfterUndo([this, proposal = m_proposal, moved = std::move(moved)]() -> std::function<void()> {
@@ -521,7 +448,7 @@ void DuplicatesModel::showBack(const std::vector<std::uint32_t>& back) {
     m_selection.setThere(copy, true);
     m_selection.set(copy, Selection::Whether::selected);
   }
-  gatherGroups();
+  m_groups.gather(m_proposal, m_selection);
   endResetModel();
   Q_EMIT selectionChanged();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/common/RunModel.h"
+#include "app/duplicates/DuplicateGroups.h"
 #include "core/duplicates/records/DuplicateProgress.h"
 #include "core/tasks/DuplicatesTask.h"
 #include "core/tasks/Proposal.h"
@@ -86,15 +87,15 @@ class DuplicatesModel : public orvane::RunModel {
   // Files of the stage, done or not.
   [[nodiscard]] double stageFiles() const noexcept { return static_cast<double>(m_stageFiles); }
   [[nodiscard]] double bytesLeft() const noexcept { return static_cast<double>(m_progress.bytesLeft); }
-  [[nodiscard]] int groupCount() const noexcept { return m_groupCount; }
+  [[nodiscard]] int groupCount() const noexcept { return m_groups.groupCount(); }
   [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
   [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
   // Sets with a copy that has the text in its path, ignoring case, are shown, and no others.
   [[nodiscard]] QString searchText() const;
   void setSearchText(const QString& text);
   // Of the sets that are shown.
-  [[nodiscard]] double shownSelectedCount() const { return static_cast<double>(shownSelected().count); }
-  [[nodiscard]] double shownSelectedBytes() const { return static_cast<double>(shownSelected().bytes); }
+  [[nodiscard]] double shownSelectedCount() const { return static_cast<double>(shownSum().count); }
+  [[nodiscard]] double shownSelectedBytes() const { return static_cast<double>(shownSum().bytes); }
   // {path, name, included} of the granted folders.
   [[nodiscard]] QVariantList roots() const;
   // {path, name} of the folders that are compared with and never touched.
@@ -141,33 +142,16 @@ class DuplicatesModel : public orvane::RunModel {
   [[nodiscard]] QString failureText(const MoveOutcome& failure) const override;
 
  private:
-  struct Shown {
-    std::vector<std::uint32_t> copies;  // rows of the proposal that are there; no group where there are less than two
-    bool isExpanded = true;
-    bool isShown = true;  // the search finds it
-    int start = 0;        // its row
-  };
-  struct Place {
-    const Shown* shown = nullptr;
-    std::optional<std::uint32_t> copy;
-    std::size_t group = 0;
-  };
+  using Group = DuplicateGroups::Group;
 
-  [[nodiscard]] Place placeOf(int row) const;
+  [[nodiscard]] RowSum shownSum() const { return m_groups.shownSum(m_proposal, m_selection); }
   [[nodiscard]] const FileItem& item(std::uint32_t copy) const { return m_proposal.row(copy).item; }
-  [[nodiscard]] QVariant groupData(const Shown& shown, int role) const;
+  [[nodiscard]] QVariant groupData(const Group& group, int role) const;
   [[nodiscard]] QVariant copyData(std::uint32_t copy, int role) const;
   void setProposal(Proposal proposal);
-  // Brings groups and rows up to date with what is there.
-  void gatherGroups();
-  void layOut();
-  void applySearch();
-  [[nodiscard]] RowSum shownSelected() const;
   void clean(const Selection& selection);
   void keepBy(const KeepRule& rule);
-  // Those that stay come first.
-  void orderCopies();
-  [[nodiscard]] QString keptReason(const Shown& shown) const;
+  [[nodiscard]] QString keptReason(const Group& group) const;
   void noteProgress(const DuplicateProgress& progress);
   void showMoved(const RunReport& report);
   void showBack(const std::vector<std::uint32_t>& back);
@@ -188,11 +172,8 @@ class DuplicatesModel : public orvane::RunModel {
   std::int64_t m_stageFiles = 0;
   Proposal m_proposal;
   Selection m_selection;
-  std::vector<Shown> m_groups;
-  int m_groupCount = 0;
-  int m_rows = 0;
+  DuplicateGroups m_groups;
   std::string m_refusalKey;
-  std::string m_searchText;
   BackgroundQueue m_searchQueue;
 };
 

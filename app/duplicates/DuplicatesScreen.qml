@@ -17,8 +17,7 @@ Page {
     readonly property bool canClean: !model.isWorking && !model.isSearching
 
     function find() {
-        search.forceActiveFocus(Qt.ShortcutFocusReason);
-        search.selectAll();
+        tools.find();
     }
 
     function clean(count: double, bytes: double, verb: string, goAhead: var) {
@@ -41,68 +40,6 @@ Page {
                       : Texts.counted("duplicates.groups", model.groupCount) + " · " + Texts.counted(
                             "duplicates.can_go", model.selectedCount) + " · " + qsTr("duplicates.one_stays")
     actions: [
-        SearchField {
-            id: search
-
-            implicitWidth: 180
-            visible: !root.isEmpty || root.model.searchText !== ""
-            text: root.model.searchText
-            onTextEdited: searchDelay.restart()
-            onTextChanged: if (text === "" && root.model.searchText !== "") searchDelay.restart()
-        },
-        PlainButton {
-            text: qsTr("duplicates.folders")
-            trailingSymbol: "chevron-down"
-            enabled: !root.model.isSearching && !root.model.isWorking
-            Accessible.role: Accessible.ButtonMenu
-            onClicked: rootsMenu.open()
-
-            ChoiceMenu {
-                id: rootsMenu
-
-                y: parent.height + 6
-                x: Math.min(0, parent.width - width)
-
-                Repeater {
-                    model: root.model.roots
-
-                    ChoiceItem {
-                        required property var modelData
-
-                        text: modelData.name
-                        isCurrent: modelData.included
-                        Accessible.role: Accessible.CheckBox
-                        onTriggered: root.model.setRootIncluded(modelData.path, !modelData.included)
-                    }
-                }
-
-                Repeater {
-                    model: root.model.references
-
-                    ChoiceItem {
-                        required property var modelData
-
-                        text: qsTr("keep.compared").arg(modelData.name)
-                        isCurrent: true
-                        Accessible.role: Accessible.CheckBox
-                        onTriggered: root.model.removeReference(modelData.path)
-                    }
-                }
-
-                ChoiceItem {
-                    isChoice: false
-                    symbol: "plus"
-                    text: qsTr("keep.compare_with")
-                    onTriggered: picker.open()
-                }
-            }
-
-            PickFolder {
-                id: picker
-
-                onPicked: url => root.model.addReference(url)
-            }
-        },
         MenuButton {
             label: qsTr("duplicates.keep_label")
             enabled: !root.model.isSearching && !root.model.isWorking
@@ -139,13 +76,6 @@ Page {
                                   root.model.cleanShown)
         }
     ]
-
-    Timer {
-        id: searchDelay
-
-        interval: 120
-        onTriggered: root.model.searchText = search.text
-    }
 
     Connections {
         target: root.model
@@ -202,7 +132,7 @@ Page {
             visible: root.hiddenSelected > 0
             text: Texts.counted("cleanup.hidden_selected", root.hiddenSelected)
             action: qsTr("action.clear_search")
-            onActed: search.clear()
+            onActed: tools.clear()
         }
 
         Card {
@@ -210,10 +140,20 @@ Page {
             Layout.fillHeight: true
             flush: true
 
+            DuplicateTools {
+                id: tools
+
+                width: parent.width
+                model: root.model
+                canFind: !root.isEmpty || root.model.searchText !== ""
+            }
+
             RowList {
                 id: list
 
-                anchors.fill: parent
+                anchors.top: tools.bottom
+                anchors.bottom: parent.bottom
+                width: parent.width
                 visible: !root.isEmpty
                 label: qsTr("nav.duplicates")
                 model: root.model
@@ -243,16 +183,16 @@ Page {
             }
 
             EmptyState {
-                anchors.fill: parent
+                anchors.fill: list
                 visible: !root.isEmpty && list.count === 0
                 drawing: "search"
                 text: qsTr("duplicates.nothing_matches")
                 action: qsTr("action.clear_search")
-                onActed: search.clear()
+                onActed: tools.clear()
             }
 
             EmptyState {
-                anchors.fill: parent
+                anchors.fill: list
                 visible: root.isEmpty
                 drawing: root.model.hasSearched && !root.model.isSearching ? "clean" : "duplicates"
                 title: root.model.isSearching ? "" : root.model.hasSearched ? qsTr("duplicates.none_title")
