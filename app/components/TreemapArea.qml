@@ -15,34 +15,29 @@ T.AbstractButton {
 
     readonly property var folders: area?.children ?? []
     readonly property string sizeText: Texts.bytes(area?.bytes ?? 0)
-    readonly property string label: area?.titleKey ? qsTr(area.titleKey) : area?.label ?? ""
+    readonly property string label: nameOf(area)
     readonly property int inset: width < 120 ? 8 : 12
-    // The folders' boxes below the label, in the folders' order; what the listed ones leave has a place but no box.
+    // The folders' boxes below the label.
     readonly property int partsTop: heading.y + heading.height + 10
     readonly property bool showsParts: folders.length > 1 && width > 130 && height - partsTop > 48
     readonly property var parts: {
         if (!showsParts)
             return [];
-        const total = area?.bytes ?? 0;
-        const least = total * 0.02;
-        const sizes = folders.map((child, index) => ({size: Math.max(child.bytes, least), index: index}));
-        const rest = total - folders.reduce((sum, child) => sum + child.bytes, 0);
-        sizes.sort((left, right) => right.size - left.size);
-        // Last, so that what has no box leaves no hole among them.
-        if (rest > 0)
-            sizes.push({size: Math.max(rest, least), index: folders.length});
-        const result = [];
-        Layout.boxes(sizes.map(entry => entry.size), width - 2 * partsMargin + partsGap,
-                     height - partsTop - partsMargin + partsGap).forEach((box, at) => result[sizes[at].index] = box);
-        return result;
+        const least = (area?.bytes ?? 0) * 0.02;
+        return Layout.boxes(folders.map(child => Math.max(child.bytes, least)), width - 2 * partsMargin + partsGap,
+                            height - partsTop - partsMargin + partsGap);
     }
     readonly property int partsMargin: 6
     readonly property int partsGap: 3
 
+    function nameOf(area: var): string {
+        return area?.titleKey ? qsTr(area.titleKey) : area?.label ?? "";
+    }
+
     function partAt(x: real, y: real): int {
         const left = x - partsMargin;
         const top = y - partsTop;
-        return parts.slice(0, folders.length).findIndex(
+        return parts.findIndex(
             part => left >= part.x && left < part.x + part.width && top >= part.y && top < part.y + part.height);
     }
 
@@ -73,7 +68,7 @@ T.AbstractButton {
         readonly property var child: hover.part >= 0 ? root.folders[hover.part] : null
 
         text: root.label + " · " + root.sizeText + " · " + Texts.counted("count.items", root.area?.count ?? 0)
-              + (child ? "\n" + child.label + " · " + Texts.bytes(child.bytes) : "")
+              + (child ? "\n" + root.nameOf(child) + " · " + Texts.bytes(child.bytes) : "")
         shown: root.hovered || root.visualFocus
         delay: 300
     }
@@ -163,7 +158,7 @@ T.AbstractButton {
                     y: Math.min(6, (parent.height - height) / 2)
                     width: parent.width - 16
                     visible: parent.height > 18 && width > 28 && implicitWidth < width * 1.3
-                    text: root.folders[part.index]?.label ?? ""
+                    text: root.nameOf(root.folders[part.index])
                     color: Theme.inkOnCategory
                     font.pixelSize: 11
                     elide: Text.ElideRight

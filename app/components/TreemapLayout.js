@@ -1,7 +1,7 @@
 .pragma library
 
 // Squarified: rows of boxes along the shorter side, each row closed when one more box would make its worst side ratio
-// worse. `sizes` are positive and in descending order; the result holds a box {x, y, width, height} for each.
+// worse. `sizes` are positive, best in descending order; the result holds a box {x, y, width, height} for each.
 function boxes(sizes, width, height) {
     const result = [];
     const total = sizes.reduce((sum, size) => sum + size, 0);
@@ -14,12 +14,16 @@ function boxes(sizes, width, height) {
         const side = Math.min(rest.width, rest.height);
         let end = start + 1;
         let sum = areas[start];
-        let worst = worstRatio(areas, start, end, sum, side);
+        let largest = sum;
+        let smallest = sum;
+        let worst = worstRatio(largest, smallest, sum, side);
         while (end < areas.length) {
-            const next = worstRatio(areas, start, end + 1, sum + areas[end], side);
+            const next = worstRatio(Math.max(largest, areas[end]), Math.min(smallest, areas[end]), sum + areas[end], side);
             if (next > worst)
                 break;
             worst = next;
+            largest = Math.max(largest, areas[end]);
+            smallest = Math.min(smallest, areas[end]);
             sum += areas[end++];
         }
         placeRow(result, areas, start, end, sum, rest);
@@ -28,9 +32,7 @@ function boxes(sizes, width, height) {
     return result;
 }
 
-function worstRatio(areas, start, end, sum, side) {
-    const largest = areas[start];
-    const smallest = areas[end - 1];
+function worstRatio(largest, smallest, sum, side) {
     return Math.max(side * side * largest / (sum * sum), sum * sum / (side * side * smallest));
 }
 

@@ -19,18 +19,24 @@ namespace {
 
 constexpr std::size_t recentRunCount = 5;
 constexpr int colorCount = 10;
-constexpr std::chrono::milliseconds summaryDelay{800};
+// A few times a second the picture follows a scan.
+constexpr std::chrono::milliseconds summaryDelay{300};
+
+// A category is named by its key, a folder by its name.
+QString titleKeyOf(const OverviewArea& area) {
+  if (area.kind == OverviewArea::Kind::folder) return {};
+  if (area.kind == OverviewArea::Kind::rest) return QStringLiteral("map.other");
+  return "category." + textFrom(rawValue(area.category));
+}
 
 QVariantMap mapFrom(const OverviewArea& area, const FileUrl& home) {
   QVariantList children;
-  for (const auto& folder : area.folders) children.append(mapFrom(folder, home));
-  // A category is named by its key, a folder by its name.
-  const auto titleKey = area.folder.empty() ? "category." + std::string(rawValue(area.category)) : std::string();
+  for (const auto& part : area.parts) children.append(mapFrom(part, home));
   const FileUrl folder(area.folder);
   const bool isHome = folder.path() == home.path();
   return {
       {"label", area.folder.empty() ? QString() : shownName(isHome ? "~" : folder.lastPathComponent())},
-      {"titleKey", textFrom(titleKey)},
+      {"titleKey", titleKeyOf(area)},
       {"category", textFrom(rawValue(area.category))},
       {"symbol", textFrom(systemImage(area.category))},
       {"colorIndex", static_cast<int>(area.category) % colorCount},
@@ -64,10 +70,20 @@ OverviewModel::OverviewModel(WindowServices services, Collaborators collaborator
   m_timer.setInterval(summaryDelay);
   connect(&m_timer, &QTimer::timeout, this, &OverviewModel::summarize);
   const auto& items = m_with.state.scannedItems();
-  connect(&items, &ScannedItems::begun, this, &OverviewModel::summarizeSoon);
+  connect(&items, &ScannedItems::begun, this, [this] {
+    m_isFilling = true;
+    forgetSums();
+    summarizeSoon();
+  });
   connect(&items, &ScannedItems::appended, this, &OverviewModel::summarizeSoon);
-  connect(&items, &ScannedItems::presenceChanged, this, &OverviewModel::summarize);
-  connect(&m_with.state, &AppState::scanFinished, this, &OverviewModel::summarize);
+  connect(&items, &ScannedItems::presenceChanged, this, [this] {
+    forgetSums();
+    summarize();
+  });
+  connect(&m_with.state, &AppState::scanFinished, this, [this] {
+    m_isFilling = false;
+    summarize();
+  });
   connect(&m_with.feed, &JournalFeed::loaded, this, [this] {
     m_with.state.setLifetimeReclaimed(m_with.feed.contents().lifetimeReclaimedBytes);
     Q_EMIT runsChanged();
@@ -102,21 +118,28 @@ void OverviewModel::summarizeSoon() {
   if (!m_timer.isActive()) m_timer.start();
 }
 
+void OverviewModel::forgetSums() {
+  m_queue.post([this](const std::stop_token&) { m_sums = {}; });
+}
+
 void OverviewModel::summarize() {
   if (m_isSummarizing) return summarizeSoon();
   m_timer.stop();
   m_isSummarizing = true;
-  m_queue.post(
-      [this, scanned = m_with.state.scannedItems().snapshot(), stop = m_stop.get_token()](const std::stop_token&) {
-        QVariantList list;
-        for (const auto& area : overviewAreas(scanned, stop)) list.append(mapFrom(area, m_services.tasks.home));
-        callOn(this, [this, list] {
-          m_isSummarizing = false;
-          if (m_areas == list) return;
-          m_areas = list;
-          Q_EMIT areasChanged();
-        });
-      });
+  m_queue.post([this, scanned = m_with.state.scannedItems().snapshot(), isFilling = m_isFilling,
+                stop = m_stop.get_token()](const std::stop_token&) {
+    m_sums.add(scanned, stop);
+    // While a scan runs, nothing changes places.
+    m_ordered = isFilling ? inShownOrder(m_sums.areas(), m_ordered) : m_sums.areas();
+    QVariantList list;
+    for (const auto& area : m_ordered) list.append(mapFrom(area, m_services.tasks.home));
+    callOn(this, [this, list] {
+      m_isSummarizing = false;
+      if (m_areas == list) return;
+      m_areas = list;
+      Q_EMIT areasChanged();
+    });
+  });
 }
 
 QVariantList OverviewModel::recentRuns() const {

@@ -13,6 +13,7 @@
 
 #include <memory>
 #include <stop_token>
+#include <vector>
 
 namespace orvane {
 
@@ -27,7 +28,7 @@ class OverviewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made by the program")
-  // {label, titleKey, category, colorIndex, folder, bytes, count, children}, largest first.
+  // {label, titleKey, category, colorIndex, folder, bytes, count, children}, largest first once the scan is through.
   Q_PROPERTY(QVariantList areas READ areas NOTIFY areasChanged)
   // {id, date, kindKey, stateKey, count, bytes, canUndo}, newest first.
   Q_PROPERTY(QVariantList recentRuns READ recentRuns NOTIFY runsChanged)
@@ -84,6 +85,7 @@ class OverviewModel : public QObject {
   void scheduleChanged();
 
  private:
+  void forgetSums();
   void summarize();
   void summarizeSoon();
 
@@ -92,6 +94,10 @@ class OverviewModel : public QObject {
   QVariantList m_areas;
   QTimer m_timer;
   bool m_isSummarizing = false;
+  bool m_isFilling = false;  // a scan runs
+  // The queue's own.
+  OverviewSums m_sums;
+  std::vector<OverviewArea> m_ordered;
   std::stop_source m_stop;
   TrashUsage::Totals m_trash;
   bool m_isReadingTrash = false;

@@ -289,15 +289,20 @@ TEST_F(CleanupModelTest, movesWholeFoldersOfCachesWhateverTheirCategory) {
   EXPECT_THAT(model->messages(), IsEmpty());
   for (const auto& name : names) EXPECT_FALSE(exists(tree.path("Library/Caches/" + name))) << name;
 
-  const auto areas = overviewAreas(state->scannedItems().snapshot(), {});
+  const auto areasNow = [this] {
+    OverviewSums sums;
+    sums.add(state->scannedItems().snapshot(), {});
+    return sums.areas();
+  };
+  const auto areas = areasNow();
   EXPECT_THAT(areas, Not(testing::Contains(testing::Field(&OverviewArea::category, ScanCategory::browserCaches))));
   model->undo();
   ASSERT_TRUE(becomesTrue([this] { return !model->isUndoing(); }));
-  const auto again = overviewAreas(state->scannedItems().snapshot(), {});
+  const auto again = areasNow();
   const auto browsers =
       std::find_if(again.begin(), again.end(), [](auto& area) { return area.category == ScanCategory::browserCaches; });
   ASSERT_NE(browsers, again.end());
-  EXPECT_EQ(browsers->folders.front().folder, tree.path("Library/Caches/Google"));
+  EXPECT_EQ(browsers->parts.front().folder, tree.path("Library/Caches/Google"));
 }
 
 TEST_F(CleanupModelTest, noticesWhatOthersMovedAndBroughtBack) {

@@ -17,7 +17,7 @@
 namespace orvane::test {
 namespace {
 
-constexpr QSize wanted(104, 80);
+constexpr QSize pictureRoom(104, 80);
 
 std::string encoded(QSize size, Qt::GlobalColor colour, const char* format = "png") {
   QImage image(size, QImage::Format_RGB32);
@@ -57,10 +57,10 @@ class PicturesTest : public testing::Test {
 TEST_F(PicturesTest, showsEveryUsualKindOfPictureAtTheSizeOfItsPlace) {
   for (const auto* format : {"png", "jpg", "bmp", "webp", "tiff"}) {
     const auto path = tree.file("picture", encoded(QSize(1200, 600), Qt::red, format));
-    const auto image = readThumbnail(FileUrl(path), wanted);
+    const auto image = readThumbnail(FileUrl(path), pictureRoom);
     EXPECT_EQ(image.size(), QSize(160, 80)) << format;
   }
-  const auto small = readThumbnail(FileUrl(tree.file("small", encoded(QSize(16, 16), Qt::red))), wanted);
+  const auto small = readThumbnail(FileUrl(tree.file("small", encoded(QSize(16, 16), Qt::red))), pictureRoom);
   EXPECT_EQ(small.size(), QSize(16, 16));
 }
 
@@ -78,7 +78,7 @@ TEST_F(PicturesTest, showsNothingOfWhatIsNoPicture) {
                             tree.file("drawing.png", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"),
                             tree.file("huge.png", hugeHead),
                             tree.file("head.jpg", whole.substr(0, 20))};
-  for (const auto& path : cases) EXPECT_TRUE(readThumbnail(FileUrl(path), wanted).isNull()) << path;
+  for (const auto& path : cases) EXPECT_TRUE(readThumbnail(FileUrl(path), pictureRoom).isNull()) << path;
 }
 
 TEST_F(PicturesTest, takesTheIconThatTheBundleNamesWithOrWithoutItsExtension) {
@@ -113,7 +113,7 @@ class PictureProviderTest : public PicturesTest {
   // The picture that an Image with this source would show.
   [[nodiscard]] QImage shown(const QString& source) {
     const auto id = source.section(u'/', 3);
-    const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id, wanted));
+    const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id, pictureRoom));
     bool isFinished = false;
     QObject::connect(response.get(), &QQuickImageResponse::finished, [&] { isFinished = true; });
     EXPECT_TRUE(becomesTrue([&] { return isFinished; }));
@@ -137,9 +137,9 @@ TEST_F(PictureProviderTest, outlivesWhoAskedAndIsOutlivedByWhoAsks) {
   auto brief = std::make_unique<PictureProvider>(readThumbnail);
   const auto id =
       pictureSource(thumbnailProvider, FileUrl(tree.file("a.png", encoded(QSize(9, 9), Qt::red)))).section(u'/', 3);
-  const std::unique_ptr<QQuickImageResponse> kept(brief->requestImageResponse(id, wanted));
+  const std::unique_ptr<QQuickImageResponse> kept(brief->requestImageResponse(id, pictureRoom));
   for (int i = 0; i < 100; ++i) {
-    const std::unique_ptr<QQuickImageResponse> dropped(brief->requestImageResponse(id, wanted));
+    const std::unique_ptr<QQuickImageResponse> dropped(brief->requestImageResponse(id, pictureRoom));
     dropped->cancel();
   }
   brief.reset();

@@ -132,6 +132,7 @@ TestCase {
             {tag: "one", sizes: [5]},
             {tag: "even", sizes: [4, 4, 4, 4]},
             {tag: "uneven", sizes: [1000, 300, 20, 7, 1]},
+            {tag: "in no order", sizes: [3, 900, 1, 40, 900, 2]},
             {tag: "many", sizes: Array.from({length: 60}, (unused, index) => 100 - index)}
         ];
     }
