@@ -13,8 +13,8 @@
 
 namespace orvane {
 
-// A glance at one item: its picture, the beginning of its text, or what a folder or an archive holds. Read in the
-// background.
+// A glance at one item: its picture or first page, the beginning of its text, or what a folder or an archive holds.
+// Read in the background.
 class ItemPreview : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -40,7 +40,7 @@ class ItemPreview : public QObject {
   [[nodiscard]] QString place() const;
   [[nodiscard]] QString name() const;
   [[nodiscard]] const QString& text() const noexcept { return m_content.text; }
-  // The source of a picture; empty for anything else.
+  // The source of a picture or a first page; empty for anything else.
   [[nodiscard]] QString picture() const;
   [[nodiscard]] const QStringList& entries() const noexcept { return m_content.entries; }
   // Why there is nothing to see, or that there is more.

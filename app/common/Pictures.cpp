@@ -25,14 +25,43 @@ constexpr qint64 largestPicture = 512LL * 1024 * 1024;   // bytes
 constexpr std::size_t largestIcon = 32UL * 1024 * 1024;  // bytes
 constexpr qint64 mostPixels = 400'000'000;
 
-// Drawings are programs of a kind: a few lines of one can ask for hours.
-bool isDrawing(const QByteArray& format) {
-  return format.startsWith("svg") || format.startsWith("pdf");
+struct FormatRow {
+  qsizetype at;  // where the bytes stand that tell it
+  std::string_view bytes;
+  const char* format;  // as the library names it
+};
+
+// Drawings and documents are none: they are programs of a kind, a few lines of one can ask for hours.
+constexpr std::array pictureFormats{
+    FormatRow{0, "\x89PNG\r\n\x1a\n", "png"},
+    FormatRow{0, "\xff\xd8\xff", "jpeg"},
+    FormatRow{0, "GIF8", "gif"},
+    FormatRow{0, "BM", "bmp"},
+    FormatRow{0, std::string_view("\0\0\1\0", 4), "ico"},
+    FormatRow{0, std::string_view("II*\0", 4), "tiff"},
+    FormatRow{0, std::string_view("MM\0*", 4), "tiff"},
+    FormatRow{8, "WEBP", "webp"},
+    FormatRow{4, "ftyphei", "heic"},
+    FormatRow{4, "ftypmif1", "heic"},
+    FormatRow{0, "icns", "icns"},
+};
+
+// Empty for whatever is no picture. The library would load every module that it has to find out, for documents too.
+QByteArray formatOf(QIODevice& device) {
+  const auto head = device.peek(16);
+  for (const auto& row : pictureFormats) {
+    const QByteArrayView bytes(row.bytes.data(), static_cast<qsizetype>(row.bytes.size()));
+    if (head.size() >= row.at + bytes.size() && head.sliced(row.at).startsWith(bytes)) return row.format;
+  }
+  return {};
 }
 
 // At the size that is wanted, which some formats are decoded at and others scaled to.
-QImage decoded(QImageReader& reader, QSize size, Qt::AspectRatioMode mode) {
-  if (isDrawing(reader.format()) || !size.isValid()) return {};
+QImage decoded(QIODevice& device, QSize size, Qt::AspectRatioMode mode) {
+  const auto format = formatOf(device);
+  if (format.isEmpty() || !size.isValid()) return {};
+  QImageReader reader(&device, format);
+  reader.setAutoDetectImageFormat(false);
   reader.setAutoTransform(true);
   const auto natural = reader.size();
   if (natural.isValid()) {
@@ -80,9 +109,7 @@ QImage readPicture(const FileUrl& file, QSize size, Qt::AspectRatioMode mode) {
   if (!descriptor || fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
   if (status.st_size > largestPicture) return {};
   QFile device;
-  if (!device.open(descriptor.get(), QIODevice::ReadOnly)) return {};
-  QImageReader reader(&device);
-  return decoded(reader, size, mode);
+  return device.open(descriptor.get(), QIODevice::ReadOnly) ? decoded(device, size, mode) : QImage();
 }
 
 }  // namespace
@@ -113,10 +140,12 @@ QImage readApplicationIcon(const FileUrl& bundle, QSize size) {
   if (bytes.startsWith("icns")) {
     if (auto png = pngOfFamily(bytes, size); !png.isEmpty()) bytes = std::move(png);
   }
+  return decodedPicture(std::move(bytes), size);
+}
+
+QImage decodedPicture(QByteArray bytes, QSize size) {
   QBuffer buffer(&bytes);
-  if (!buffer.open(QIODevice::ReadOnly)) return {};
-  QImageReader reader(&buffer);
-  return decoded(reader, size, Qt::KeepAspectRatio);
+  return buffer.open(QIODevice::ReadOnly) ? decoded(buffer, size, Qt::KeepAspectRatio) : QImage();
 }
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 
 #include "core/base/files/FileUrl.h"
 
+#include <QByteArray>
 #include <QImage>
 #include <QSize>
 
@@ -18,5 +19,7 @@ namespace orvane {
 [[nodiscard]] QImage readWholePicture(const FileUrl& file, QSize size);
 // The icon that an application's bundle names, at most `size`.
 [[nodiscard]] QImage readApplicationIcon(const FileUrl& bundle, QSize size);
+// The content of a picture file whole, upright, at most `size`.
+[[nodiscard]] QImage decodedPicture(QByteArray bytes, QSize size);
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 #include "app/common/PreviewContent.h"
 
 #include "app/common/ArchiveListing.h"
+#include "app/common/PageDrawing.h"
 #include "app/common/Pictures.h"
 #include "app/common/Text.h"
 #include "core/base/files/DirectoryReader.h"
@@ -71,7 +72,7 @@ std::string beginningOf(int file) {
 }
 
 void readRegularFile(const FileUrl& item, const std::stop_token& stop, PreviewContent& content) {
-  if (isPictureName(item)) {
+  if (isPictureName(item) || isPageName(item)) {
     content.kind = Kind::picture;
     return;
   }

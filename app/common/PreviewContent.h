@@ -25,8 +25,8 @@ struct PreviewContent {
 };
 
 // Looks into a regular file, an archive or a folder, whose content may come from anywhere: bounded in bytes, entries
-// and seconds. Nothing is started, no link followed, and nothing waited for that is no file. Of a picture it tells only
-// that it is one. For worker threads.
+// and seconds. Nothing is started, no link followed, and nothing waited for that is no file. Of a picture or
+// a document with pages it tells only that it is one. For worker threads.
 [[nodiscard]] PreviewContent readPreview(const FileUrl& item, const std::stop_token& stop);
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 #include "app/duplicates/DuplicatesModel.h"
 
 #include "app/common/Format.h"
+#include "app/common/PageDrawing.h"
 #include "app/common/PictureProvider.h"
 #include "app/common/Pictures.h"
 #include "app/common/Places.h"
@@ -377,7 +378,7 @@ QVariantList DuplicatesModel::copiesAt(int row) const {
   if (!place) return result;
   for (const auto copy : m_groups.group(place->group).copies) {
     const auto& copied = item(copy);
-    const bool canShow = isPictureName(copied.url());
+    const bool canShow = isPictureName(copied.url()) || isPageName(copied.url());
     result.append(QVariantMap{{"name", shownName(copied.url().lastPathComponent())},
                               {"place", shownPlace(copied.url(), services().tasks.home)},
                               {"picture", canShow ? pictureSource(previewProvider, copied.url()) : QString()},

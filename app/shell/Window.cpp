@@ -7,6 +7,7 @@
 #include "app/common/Format.h"
 #include "app/common/IconProvider.h"
 #include "app/common/JournalFeed.h"
+#include "app/common/PageDrawing.h"
 #include "app/common/PictureProvider.h"
 #include "app/common/Pictures.h"
 #include "app/duplicates/DuplicatesModel.h"
@@ -72,6 +73,11 @@ SettingsModel::Collaborators settingsCollaborators(const WindowServices& service
           .urls = systemHttpUrlReader(),
           .tidy = tidy,
           .program = windowProgram()};
+}
+
+// Of a glance at an item: the picture, or the first page.
+QImage readLook(const FileUrl& item, QSize size) {
+  return isPageName(item) ? PageReader{windowProgram()}.read(item, size) : readWholePicture(item, size);
 }
 
 template <typename Model>
@@ -292,7 +298,7 @@ bool Window::show() {
   parts.engine.addImageProvider(QString::fromLatin1(thumbnailProvider),
                                 std::make_unique<PictureProvider>(readThumbnail).release());
   parts.engine.addImageProvider(QString::fromLatin1(previewProvider),
-                                std::make_unique<PictureProvider>(readWholePicture).release());
+                                std::make_unique<PictureProvider>(readLook).release());
   parts.engine.addImageProvider(QString::fromLatin1(applicationIconProvider),
                                 std::make_unique<PictureProvider>(readApplicationIcon).release());
   parts.engine.setInitialProperties({

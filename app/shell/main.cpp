@@ -1,3 +1,4 @@
+#include "app/common/PageDrawing.h"
 #include "app/common/Text.h"
 #include "app/shell/HeadlessStart.h"
 #include "app/shell/SingleInstance.h"
@@ -85,12 +86,12 @@ int showWindow(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::span arguments(argv, static_cast<std::size_t>(argc));
   try {
-    if (has(std::span(argv, static_cast<std::size_t>(argc)), "--demo")) enterSampleHome();
+    if (orvane::asksForPage(arguments)) return orvane::drawPage(argc, argv);
+    if (has(arguments, "--demo")) enterSampleHome();
     if (const auto problem = orvane::problemWithHome()) throw std::runtime_error(*problem);
-    if (orvane::asksForScheduledRun(std::span(argv, static_cast<std::size_t>(argc)))) {
-      return orvane::runScheduledWork();
-    }
+    if (orvane::asksForScheduledRun(arguments)) return orvane::runScheduledWork();
     return showWindow(argc, argv);
   } catch (const std::exception& error) {
     return fail(error);
