@@ -19,6 +19,8 @@ set(ORVANE_QML_FILES
   components/ChoiceItem.qml
   components/ChoiceMenu.qml
   components/DiskBar.qml
+  components/DesktopFileDialog.qml
+  components/DesktopFolderDialog.qml
   components/Divider.qml
   components/Drawing.qml
   components/EmptyState.qml
@@ -45,6 +47,7 @@ set(ORVANE_QML_FILES
   components/Meter.qml
   components/Notice.qml
   components/NumberField.qml
+  components/OnDemand.qml
   components/Page.qml
   components/PickFile.qml
   components/PickFolder.qml

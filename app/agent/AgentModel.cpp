@@ -142,9 +142,7 @@ std::string_view titleOf(Room room) {
 
 }  // namespace
 
-AgentModel::AgentModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {
-  reloadProviders();
-}
+AgentModel::AgentModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {}
 
 AgentModel::~AgentModel() {
   m_planStop.request_stop();

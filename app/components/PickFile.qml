@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Dialogs
 import Orvane
 
 // Asks for a file: with the desktop's own chooser, and with one of Orvane's only where the desktop has none.
@@ -23,21 +22,26 @@ Item {
         forFile: true
         onPicked: url => root.picked(url)
         onUnavailable: {
-            const dialog = (chooser.hasNativeDialog ? nativeDialog : ownDialog).createObject(root);
-            dialog.open();
+            if (chooser.hasNativeDialog)
+                desktopDialog.setSource("DesktopFileDialog.qml", {title: root.title});
+            else
+                (ownDialog.createObject(root) as FolderSheet).open();
         }
     }
 
-    Component {
-        id: nativeDialog
+    Loader {
+        id: desktopDialog
+    }
 
-        FileDialog {
-            title: root.title
-            onAccepted: {
-                root.picked("" + selectedFile);
-                destroy();
-            }
-            onRejected: destroy()
+    Connections {
+        target: desktopDialog.item
+
+        function onPicked(url: string) {
+            root.picked(url);
+        }
+
+        function onDone() {
+            desktopDialog.source = "";
         }
     }
 

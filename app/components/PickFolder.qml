@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Dialogs
 import Orvane
 
 // Asks for a folder: with the desktop's own chooser, and with one of Orvane's only where the desktop has none.
@@ -22,21 +21,26 @@ Item {
 
         onPicked: url => root.picked(url)
         onUnavailable: {
-            const dialog = (chooser.hasNativeDialog ? nativeDialog : ownDialog).createObject(root);
-            dialog.open();
+            if (chooser.hasNativeDialog)
+                desktopDialog.setSource("DesktopFolderDialog.qml");
+            else
+                (ownDialog.createObject(root) as FolderSheet).open();
         }
     }
 
-    Component {
-        id: nativeDialog
+    Loader {
+        id: desktopDialog
+    }
 
-        FolderDialog {
-            title: qsTr("action.choose_folder")
-            onAccepted: {
-                root.picked("" + selectedFolder);
-                destroy();
-            }
-            onRejected: destroy()
+    Connections {
+        target: desktopDialog.item
+
+        function onPicked(url: string) {
+            root.picked(url);
+        }
+
+        function onDone() {
+            desktopDialog.source = "";
         }
     }
 

@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Orvane
 
 // The sections in their groups, the language, and at the foot the disk. Arrow keys go from section to section.
@@ -61,7 +61,7 @@ FocusScope {
         clip: contentHeight > height
         boundsBehavior: Flickable.StopAtBounds
 
-        ScrollBar.vertical: ScrollHint {}
+        T.ScrollBar.vertical: ScrollHint {}
 
         Column {
             id: sections
@@ -121,9 +121,14 @@ FocusScope {
             ChoiceMenu {
                 id: languageMenu
 
+                // Names in every script load a font for each: nobody sees them before the menu.
+                property bool wasOpened: false
+
                 y: -height - 4
+                onAboutToShow: wasOpened = true
 
                 Instantiator {
+                    active: languageMenu.wasOpened
                     model: root.languages
 
                     delegate: ChoiceItem {

@@ -1,7 +1,7 @@
 import QtQuick
 import Orvane
 
-// Asks, whenever a restore finds places taken, whether they are swapped or the items get other names. Programs look for
+// Asks, when a restore found places taken, whether they are swapped or the items get other names. Programs look for
 // a folder by its name, so where a whole folder stands in the way swapping is offered first.
 AlertDialog {
     id: root
@@ -27,12 +27,4 @@ AlertDialog {
     extraText: swapsFirst ? besideText : swapText
     onConfirmed: answer(swapsFirst)
     onExtraChosen: answer(!swapsFirst)
-
-    Connections {
-        target: root.history
-
-        function onPlacesTaken() {
-            root.open();
-        }
-    }
 }

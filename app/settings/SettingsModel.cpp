@@ -105,7 +105,12 @@ void SettingsModel::readAndPublish() {
   });
 }
 
+void SettingsModel::reload() {
+  if (m_isRead) refresh();
+}
+
 void SettingsModel::refresh() {
+  m_isRead = true;
   m_queue.post([this](const std::stop_token&) { readAndPublish(); });
 }
 

@@ -139,8 +139,10 @@ class SettingsModel : public QObject {
   Q_INVOKABLE void askForNotifications();
   // Where the schedule is on and its background agent is not there.
   Q_INVOKABLE void installAgent();
-  // Reads everything anew.
+  // Reads everything anew. That begins talks with the key ring and the notification service.
   Q_INVOKABLE void refresh();
+  // The stored settings may be new: reads them anew where they were read before.
+  void reload();
 
   // Texts are new.
   void languageChanged();
@@ -184,6 +186,7 @@ class SettingsModel : public QObject {
   Collaborators m_with;
   GrantedFolders m_granted;
   State m_state;
+  bool m_isRead = false;
   int m_thresholdGB = 10;
   QString m_folderError;
   QString m_keepError;

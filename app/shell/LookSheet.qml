@@ -18,8 +18,16 @@ Sheet {
     hint: Texts.joined([preview.bytes >= 0 ? Texts.bytes(preview.bytes) : "", Texts.dateTime(preview.modified),
                         preview.entries.length > 0 ? Texts.counted("count.items", preview.entries.length) : ""], " · ")
     sheetWidth: 760
-    visible: preview.isOpen
     onClosed: preview.close()
+
+    Connections {
+        target: root.preview
+
+        function onChanged() {
+            if (!root.preview.isOpen)
+                root.close();
+        }
+    }
 
     Shortcut {
         enabled: root.visible

@@ -1,11 +1,11 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Orvane
 
 // The window: the sidebar and the section that is shown.
-ApplicationWindow {
+T.ApplicationWindow {
     id: window
 
     required property AppState appState
@@ -131,8 +131,11 @@ ApplicationWindow {
         }
 
         function onFolderDropped(url: string, name: string) {
-            if (!window.screen?.takeFolder(url))
-                dropQuestion.ask(url, name);
+            if (window.screen?.takeFolder(url))
+                return;
+            dropQuestion.url = url;
+            dropQuestion.name = name;
+            dropQuestion.open();
         }
 
         function onShortcutsAsked() {
@@ -167,6 +170,23 @@ ApplicationWindow {
                 window.go(AppNavigationItem.Settings);
             else
                 window.appState.startScan();
+        }
+    }
+
+    Connections {
+        target: window.history
+
+        function onPlacesTaken() {
+            takenPlaces.open();
+        }
+    }
+
+    Connections {
+        target: window.appState.preview
+
+        function onChanged() {
+            if (window.appState.preview.isOpen)
+                look.open();
         }
     }
 
@@ -255,36 +275,40 @@ ApplicationWindow {
         }
     }
 
-    AlertDialog {
+    OnDemand {
         id: dropQuestion
 
         property string url: ""
+        property string name: ""
 
-        function ask(url: string, name: string) {
-            dropQuestion.url = url;
-            title = qsTr("folder.dropped_title").arg(name);
-            open();
-        }
-
-        message: qsTr("folder.dropped_text")
-        confirmText: qsTr("folder.dropped_action")
-        rejectText: qsTr("action.cancel")
-        onConfirmed: {
-            window.settings.addFolder(url);
-            window.scansAddedFolder = true;
+        AlertDialog {
+            title: qsTr("folder.dropped_title").arg(dropQuestion.name)
+            message: qsTr("folder.dropped_text")
+            confirmText: qsTr("folder.dropped_action")
+            rejectText: qsTr("action.cancel")
+            onConfirmed: {
+                window.settings.addFolder(dropQuestion.url);
+                window.scansAddedFolder = true;
+            }
         }
     }
 
-    OnboardingSheet {
+    OnDemand {
         id: onboarding
 
-        appState: window.appState
-        settings: window.settings
-        languages: window.languages
+        OnboardingSheet {
+            appState: window.appState
+            settings: window.settings
+            languages: window.languages
+        }
     }
 
-    TakenPlacesSheet {
-        history: window.history
+    OnDemand {
+        id: takenPlaces
+
+        TakenPlacesSheet {
+            history: window.history
+        }
     }
 
     Toast {
@@ -293,48 +317,62 @@ ApplicationWindow {
         onActed: window.tidy.undo()
     }
 
-    LookSheet {
-        appState: window.appState
+    OnDemand {
+        id: look
+
+        LookSheet {
+            appState: window.appState
+        }
     }
 
-    TidySheet {
+    OnDemand {
         id: tidySheet
 
-        tidy: window.tidy
+        TidySheet {
+            tidy: window.tidy
+        }
     }
 
-    ShortcutsSheet {
+    OnDemand {
         id: shortcuts
+
+        ShortcutsSheet {}
     }
 
-    AboutSheet {
+    OnDemand {
         id: about
+
+        AboutSheet {}
     }
 
-    AlertDialog {
+    OnDemand {
         id: quitQuestion
 
-        title: qsTr("quit.title")
-        message: qsTr("quit.text")
-        confirmText: qsTr("quit.finish")
-        rejectText: qsTr("quit.stop")
-        extraText: qsTr("action.cancel")
-        onConfirmed: window.appState.quitWhenFinished()
-        onRejected: window.appState.quitWhenStopped()
+        AlertDialog {
+            title: qsTr("quit.title")
+            message: qsTr("quit.text")
+            confirmText: qsTr("quit.finish")
+            rejectText: qsTr("quit.stop")
+            extraText: qsTr("action.cancel")
+            onConfirmed: window.appState.quitWhenFinished()
+            onRejected: window.appState.quitWhenStopped()
+        }
     }
 
-    AlertDialog {
+    OnDemand {
         id: trayNote
 
-        title: qsTr("tray.closing_title")
-        message: qsTr("tray.closing_text")
-        confirmText: qsTr("tray.close_window")
-        rejectText: qsTr("tray.quit")
-        onConfirmed: {
-            window.appState.noteTrayIsKnown();
-            window.close();
+        AlertDialog {
+            title: qsTr("tray.closing_title")
+            message: qsTr("tray.closing_text")
+            confirmText: qsTr("tray.close_window")
+            rejectText: qsTr("tray.quit")
+            onConfirmed: {
+                window.appState.noteTrayIsKnown();
+                window.close();
+            }
+            onRejected: window.appState.quit()
         }
-        onRejected: window.appState.quit()
     }
 
     Instantiator {

@@ -184,7 +184,7 @@ Window::Window(WindowServices services, QObject* parent) : QObject(parent) {
     parts.rules.reload();
     parts.overview.reloadSchedule();
     parts.map.reloadChoice();
-    parts.settings.refresh();
+    parts.settings.reload();
     parts.privacy.refresh();
   });
   connect(&parts.feed, &JournalFeed::loaded, &parts.cleanup, &CleanupModel::followJournal);
