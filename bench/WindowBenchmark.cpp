@@ -1,11 +1,11 @@
-// The window with a million items: how soon it is there, how long its main thread is ever blocked while the items come
-// in, what an item takes of memory, and how fast the list scrolls; and how fast a map of half as many files drills
-// down.
+// The window with a million items: how soon it is there, how soon each section opens, how long its main thread is ever
+// blocked while the items come in, what an item takes of memory, and how fast the list scrolls and the keyboard walks
+// it; and how fast a map of half as many files drills down.
 //
 //     window-benchmark [ITEMS]
 //
 // Runs without a display (QT_QPA_PLATFORM=offscreen) with software rendering, in a home of its own, on made-up items:
-// the disk plays no part.
+// the disk plays no part. bench/window-with-reader runs it on a display, with a screen reader attached.
 
 #include "app/cleanup/CleanupModel.h"
 #include "app/common/BackgroundQueue.h"
@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -149,29 +150,78 @@ QQuickItem* longList(QQuickItem* item) {
   return nullptr;
 }
 
+// Milliseconds from a change to the frame that shows it.
+template <typename Change>
+double frameAfter(QQuickWindow& window, Change change) {
+  const auto start = Clock::now();
+  QEventLoop loop;
+  const auto connection = QObject::connect(&window, &QQuickWindow::frameSwapped, &loop, &QEventLoop::quit);
+  change();
+  window.update();
+  loop.exec();
+  QObject::disconnect(connection);
+  return millisecondsSince(start);
+}
+
+void printFrames(const char* what, std::vector<double> times) {
+  constexpr double mostOfAFrame = 33;
+  std::sort(times.begin(), times.end());
+  const auto late = times.end() - std::upper_bound(times.begin(), times.end(), mostOfAFrame);
+  std::printf(
+      "%-16s %6.1f ms a frame at the median, %.1f ms at the 99th percentile, %.1f ms at most; %d of %d over %.0f ms\n",
+      what, times[times.size() / 2], times[times.size() * 99 / 100], times.back(), static_cast<int>(late),
+      static_cast<int>(times.size()), mostOfAFrame);
+}
+
 void scroll(QQuickWindow& window) {
   auto* list = longList(window.contentItem());
   if (list == nullptr) {
     std::puts("no list to scroll");
     return;
   }
-  constexpr int frames = 300;
   std::vector<double> times;
-  for (int frame = 0; frame < frames; ++frame) {
-    const auto start = Clock::now();
-    QEventLoop loop;
-    const auto connection = QObject::connect(&window, &QQuickWindow::frameSwapped, &loop, &QEventLoop::quit);
+  for (int frame = 0; frame < 600; ++frame) {
     // Near the end of each hundred it jumps, as by a drag of the scroll bar.
     const double step = frame % 100 == 99 ? 10'000'000 : 173;
-    list->setProperty("contentY", list->property("contentY").toDouble() + step);
-    window.update();
-    loop.exec();
-    QObject::disconnect(connection);
-    times.push_back(millisecondsSince(start));
+    times.push_back(
+        frameAfter(window, [&] { list->setProperty("contentY", list->property("contentY").toDouble() + step); }));
   }
+  printFrames("scrolling", times);
+
+  QMetaObject::invokeMethod(list, "forceActiveFocus");
+  const auto press = [&window](Qt::Key key) {
+    QKeyEvent pressed(QEvent::KeyPress, key, Qt::NoModifier);
+    QKeyEvent released(QEvent::KeyRelease, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &pressed);
+    QCoreApplication::sendEvent(&window, &released);
+  };
+  times.clear();
+  for (int step = 0; step < 300; ++step) {
+    const auto key = step % 100 == 99 ? Qt::Key_End : step % 100 == 49 ? Qt::Key_Home : Qt::Key_Down;
+    times.push_back(frameAfter(window, [&] { press(key); }));
+  }
+  printFrames("by the keyboard", times);
+}
+
+// From each choice of a section to its frame: the slowest of them.
+void openSections(QQuickWindow& window, AppState& state, const char* when) {
+  const int before = state.selectedNavigation();
+  double longest = 0;
+  int slowest = 0;
+  std::vector<double> times;
+  for (const auto& row : navigationRows) {
+    const auto section = static_cast<int>(row.section);
+    if (section == state.selectedNavigation()) continue;
+    times.push_back(frameAfter(window, [&] { state.setSelectedNavigation(section); }));
+    if (times.back() > longest) slowest = section;
+    longest = std::max(longest, times.back());
+    runUntil([&, until = Clock::now() + std::chrono::milliseconds(300)] { return Clock::now() > until; });
+  }
+  state.setSelectedNavigation(before);
+  runUntil([&, until = Clock::now() + std::chrono::milliseconds(300)] { return Clock::now() > until; });
   std::sort(times.begin(), times.end());
-  std::printf("scrolling        %6.1f ms a frame at the median, %.1f ms at the 99th percentile\n", times[frames / 2],
-              times[frames * 99 / 100]);
+  std::printf("a section opens  %6.1f ms at the median, %.1f ms at most (%s): %s\n", times[times.size() / 2], longest,
+              std::string(navigationRows.at(static_cast<std::size_t>(slowest)).rawValue).c_str(), when);
 }
 
 // A folder of ncdu's form, with as many files and folders in it, five levels deep.
@@ -205,19 +255,9 @@ void drillDown(QQuickWindow& window, const std::string& home) {
   std::vector<double> work;
   std::vector<double> frames;
   for (int turn = 0; turn < 60; ++turn) {
-    const auto start = Clock::now();
     const auto before = threadMilliseconds();
-    QEventLoop loop;
-    const auto connection = QObject::connect(&window, &QQuickWindow::frameSwapped, &loop, &QEventLoop::quit);
-    if (turn % 6 == 5) {
-      model.enter(0);
-    } else {
-      model.enter(model.areas().value(turn % 7).toMap()["folder"].toInt());
-    }
-    window.update();
-    loop.exec();
-    QObject::disconnect(connection);
-    frames.push_back(millisecondsSince(start));
+    frames.push_back(frameAfter(
+        window, [&] { model.enter(turn % 6 == 5 ? 0 : model.areas().value(turn % 7).toMap()["folder"].toInt()); }));
     work.push_back(threadMilliseconds() - before);
   }
   std::sort(work.begin(), work.end());
@@ -242,6 +282,8 @@ int run(int argc, char** argv, Clock::time_point start) {
 
   auto& state = *top->property("appState").value<AppState*>();
   auto& cleanup = *top->property("cleanup").value<CleanupModel*>();
+  openSections(*top, state, "for the first time");
+  openSections(*top, state, "again");
   state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
   runUntil([&, until = Clock::now() + std::chrono::seconds(1)] { return Clock::now() > until; });
   const auto before = residentBytes();
@@ -279,6 +321,7 @@ int run(int argc, char** argv, Clock::time_point start) {
   runUntil([&] { return shown > 0; });
   std::printf("sorting by name  %6.0f ms in the background\n", millisecondsSince(sorting));
   printBlock(pulse, "sorting by name");
+  openSections(*top, state, "with all items");
   drillDown(*top, qEnvironmentVariable("HOME").toStdString());
   return 0;
 }
