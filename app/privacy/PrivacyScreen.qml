@@ -62,6 +62,13 @@ Page {
                         text: qsTr("privacy.statement")
                         wrapMode: Text.Wrap
                     }
+
+                    BodyText {
+                        Layout.fillWidth: true
+                        color: Theme.muted
+                        text: qsTr("privacy.local_model")
+                        wrapMode: Text.Wrap
+                    }
                 }
             }
         }

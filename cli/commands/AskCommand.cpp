@@ -37,7 +37,8 @@ constexpr std::array options{
         .choices = providers},
     OptionSpec{.name = "--show-request",
                .valueName = "",
-               .help = "Print what would be sent to the provider, but for the key, and send nothing."},
+               .help = "Print what would be sent to the provider, but for the key, or asked of the model on this "
+                       "machine, and send nothing."},
     OptionSpec{.name = "--with",
                .valueName = "CATEGORY",
                .help = "Take the known places of a category as well: what a request for caches or logs leaves aside.",
@@ -112,10 +113,21 @@ Json jsonFrom(const HttpRequest& request) {
   return json;
 }
 
+ExitStatus showLocalPrompt(Session& session, const std::string& prompt) {
+  const auto [instructions, message] = localPrompt(prompt);
+  if (session.isJson()) {
+    session.out().line(jsonText(Json{{"instructions", instructions}, {"prompt", message}}));
+  } else {
+    session.out().line(instructions + "\n\n" + message);
+  }
+  return ExitStatus::done;
+}
+
 ExitStatus showRequest(Session& session, const std::string& prompt, AIProvider provider) {
+  if (provider == AIProvider::localModel) return showLocalPrompt(session, prompt);
   const auto request = requestToSend(TaskServices::shared(), prompt, provider);
   if (!request)
-    throw UsageError("--show-request needs --provider anthropic or openai; with others nothing leaves this machine");
+    throw UsageError("--show-request needs --provider anthropic, openai or local_model; without one nobody is asked");
   if (session.isJson()) {
     session.out().line(jsonText(jsonFrom(*request)));
     return ExitStatus::done;

@@ -78,15 +78,9 @@ PlannedAnswer AgentCoordinator::requestAnswer(const std::string& prompt, AIProvi
                                               const std::stop_token& stop) {
   const auto request = requestFor(prompt, sampleFiles);
   if (!waitForTurn(stop)) {
-    const auto words = HeuristicFallbackClient::wordsOf(prompt);
-    const auto reading = PromptReading::of(words.text());
-    return {.plan = m_fallback.parser().parse(prompt, reading),
-            .words = words,
-            .reading = reading,
-            .asked = provider,
-            .provider = AIProvider::heuristic,
-            .fallbackReason = HttpError(HttpError::Cancelled{}).what(),
-            .sent = std::nullopt};
+    auto answer = plannedOffline(prompt, provider);
+    answer.fallbackReason = HttpError(HttpError::Cancelled{}).what();
+    return answer;
   }
   struct Turn {
     AgentCoordinator& coordinator;
@@ -114,28 +108,30 @@ std::string AgentCoordinator::whyNotAsked(AIProvider provider) const {
   return fmt::format("It cannot be asked: {}.", localModelProblem());
 }
 
+PlannedAnswer AgentCoordinator::plannedOffline(const std::string& prompt, AIProvider asked) const {
+  PlannedAnswer answer;
+  answer.words = HeuristicFallbackClient::wordsOf(prompt);
+  answer.reading = PromptReading::of(answer.words.text());
+  answer.plan = m_fallback.parser().parse(prompt, answer.reading);
+  answer.asked = asked;
+  answer.provider = AIProvider::heuristic;
+  return answer;
+}
+
 PlannedAnswer AgentCoordinator::answer(const MetadataOnlyRequest& request, AIProvider provider,
                                        const std::stop_token& stop) const {
   const auto client = resolveClient(provider);
-  PlannedAnswer answer;
-  answer.words = HeuristicFallbackClient::wordsOf(request.userPrompt);
-  answer.reading = PromptReading::of(answer.words.text());
-  answer.asked = provider;
-  answer.provider = client->provider();
-  if (answer.provider != provider) answer.fallbackReason = whyNotAsked(provider);
-  answer.sent = keylessRequest(request, answer.provider);
-  const auto planOffline = [&] { return m_fallback.parser().parse(request.userPrompt, answer.reading); };
-  if (answer.provider == AIProvider::heuristic) {
-    answer.plan = planOffline();
-    return answer;
-  }
+  auto answer = plannedOffline(request.userPrompt, provider);
+  const auto able = client->provider();
+  if (able != provider) answer.fallbackReason = whyNotAsked(provider);
+  if (able == AIProvider::heuristic) return answer;
+  answer.sent = keylessRequest(request, able);
   try {
     answer.plan = client->generatePlan(request, stop);
+    answer.provider = able;
   } catch (const std::exception& error) {
     answer.fallbackReason = reasonOf(error);
     if (isAddressRefused(error)) answer.sent.reset();
-    answer.provider = AIProvider::heuristic;
-    answer.plan = planOffline();
   }
   return answer;
 }

@@ -51,6 +51,8 @@ class AgentCoordinator {
  private:
   [[nodiscard]] bool waitForTurn(const std::stop_token& stop);
   [[nodiscard]] std::string whyNotAsked(AIProvider provider) const;
+  // By the tables, whoever was asked.
+  [[nodiscard]] PlannedAnswer plannedOffline(const std::string& prompt, AIProvider asked) const;
   [[nodiscard]] PlannedAnswer answer(const MetadataOnlyRequest& request, AIProvider provider,
                                      const std::stop_token& stop) const;
   [[nodiscard]] std::optional<HttpRequest> keylessRequest(const MetadataOnlyRequest& request,

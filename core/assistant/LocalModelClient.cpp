@@ -37,8 +37,13 @@ CleaningPlan LocalModelClient::planFromReply(std::string_view text, std::string_
   return plan;
 }
 
+LocalModelClient::Prompt LocalModelClient::promptFor(const MetadataOnlyRequest& request) {
+  return {.instructions = instructions(), .message = request.userMessage()};
+}
+
 CleaningPlan LocalModelClient::generatePlan(const MetadataOnlyRequest& request, const std::stop_token& stop) const {
-  return planFromReply(m_model.respond(instructions(), request.userMessage(), stop), request.userPrompt);
+  const auto prompt = promptFor(request);
+  return planFromReply(m_model.respond(prompt.instructions, prompt.message, stop), request.userPrompt);
 }
 
 }  // namespace orvane

@@ -26,6 +26,12 @@ class LocalModelClient : public LLMClient {
 
   // The model is told the form with every key that a plan must have.
   [[nodiscard]] static std::string instructions();
+  // Exactly what it is told and asked.
+  struct Prompt {
+    std::string instructions;
+    std::string message;
+  };
+  [[nodiscard]] static Prompt promptFor(const MetadataOnlyRequest& request);
   // Prose around the plan is passed over. Goal, identities and date are those of the request, not the model's.
   [[nodiscard]] static CleaningPlan planFromReply(std::string_view text, std::string_view prompt);
 

@@ -1,6 +1,7 @@
 #include "core/tasks/AskTask.h"
 
 #include "core/assistant/AgentCoordinator.h"
+#include "core/assistant/LocalModelClient.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/plans/RequestUnderstanding.h"
 #include "core/tasks/PlaceSteps.h"
@@ -102,6 +103,11 @@ std::string localModelProblem(const TaskServices& services) {
 
 std::optional<HttpRequest> requestToSend(const TaskServices& services, const std::string& prompt, AIProvider provider) {
   return services.agent.keylessRequest(prompt, provider, {});
+}
+
+LocalPrompt localPrompt(const std::string& prompt) {
+  const auto asked = LocalModelClient::promptFor({.userPrompt = prompt, .files = {}, .targetFolders = {}});
+  return {.instructions = asked.instructions, .message = asked.message};
 }
 
 std::string requestText(const HttpRequest& request) {

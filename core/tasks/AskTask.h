@@ -45,6 +45,12 @@ struct PlacesBeside {
 // Exactly what askPlanner() would send, but for the key; absent for a provider that sends nothing.
 [[nodiscard]] std::optional<HttpRequest> requestToSend(const TaskServices& services, const std::string& prompt,
                                                        AIProvider provider);
+// Exactly what askPlanner() would tell and ask the model on this machine, whether there is one or not.
+struct LocalPrompt {
+  std::string instructions;
+  std::string message;
+};
+[[nodiscard]] LocalPrompt localPrompt(const std::string& prompt);
 // A request as people read it, every line of it.
 [[nodiscard]] std::string requestText(const HttpRequest& request);
 

@@ -58,6 +58,26 @@ TEST_F(LocalModelPlans, areShownAndCarriedOutLikeAnyOther) {
   EXPECT_EQ(json({"restore", answer["summary"]["batchId"], "--yes"})["restoredCount"], 1);
 }
 
+TEST_F(LocalModelPlans, areAskedForInTheWordsThatAreShownBefore) {
+  std::string body;
+  const LocalServer server([&](const LocalServer::Request& request) {
+    if (!request.body.empty()) body = request.body;
+    return request.line.starts_with("GET") ? LocalServer::answer(200, "{}") : LocalServer::chat("none");
+  });
+  setEndpoint(server.url());
+  const Words ask{"ask", "delete old logs", "--provider", "local_model"};
+  auto show = ask;
+  show.emplace_back("--show-request");
+  const auto shown = json(show);
+  EXPECT_EQ(body, "") << "showing asked the model";
+  EXPECT_EQ(run(ask).exitStatus, 0);
+  const auto asked = parseJson(body);
+  const auto& messages = asked["messages"];
+  EXPECT_EQ(shown["instructions"], messages[0]["content"]);
+  EXPECT_EQ(shown["prompt"], messages[1]["content"]);
+  EXPECT_THAT(run(show).output, testing::AllOf(HasSubstr("cleanup planner"), HasSubstr("delete old logs")));
+}
+
 TEST_F(LocalModelPlans, reachNothingThatIsNotGranted) {
   const Json everything{{"minimumAgeDays", 0}};
   for (const auto* folder : {"~/Documents", "~/.ssh", "~", "~/Downloads/../Elsewhere", "~/Downloads/../..", "/etc",

@@ -29,6 +29,22 @@ constexpr std::array settingsRows{
     StringRow{"privacy.change_folders",
               {"Change in Settings", "Modifier dans les réglages", "In den Einstellungen ändern", "設定で変更",
                "설정에서 변경", "在设置中更改", "在設定中更改", "Cambiar en Ajustes"}},
+    StringRow{"privacy.local_model",
+              {"Where a model server of this computer makes the plan, it is told your request and nothing about your "
+               "files, and nothing leaves this computer.",
+               "Quand un serveur de modèles de cet ordinateur établit le plan, il reçoit votre demande et rien de vos "
+               "fichiers, et rien ne quitte cet ordinateur.",
+               "Erstellt ein Modellserver dieses Rechners den Plan, erfährt er deine Anfrage und nichts über deine "
+               "Dateien, und nichts verlässt diesen Rechner.",
+               "このコンピュータのモデルサーバがプランを作る場合、伝えられるのはリクエストだけで、ファイルの情報は渡り"
+               "ません。"
+               "このコンピュータの外には何も出ません。",
+               "이 컴퓨터의 모델 서버가 계획을 만들 때는 요청만 전달되고 파일 정보는 전달되지 않으며, 아무것도 이 "
+               "컴퓨터를 벗어나지 않습니다.",
+               "由这台电脑上的模型服务器制定计划时，只会告知你的请求，不涉及任何文件，也没有内容离开这台电脑。",
+               "由這台電腦上的模型伺服器擬定計畫時，只會告知你的請求，不涉及任何檔案，也沒有內容離開這台電腦。",
+               "Si un servidor de modelos de este equipo prepara el plan, recibe tu petición y nada de tus archivos, y "
+               "nada sale de este equipo."}},
     StringRow{"privacy.last_request",
               {"Last Request Sent", "Dernière demande envoyée", "Zuletzt gesendete Anfrage", "最後に送信したリクエスト",
                "마지막으로 보낸 요청", "最近一次发送的请求", "最近一次傳送的請求", "Última petición enviada"}},
