@@ -18,6 +18,7 @@ set(ORVANE_QML_FILES
   components/Chip.qml
   components/ChoiceItem.qml
   components/ChoiceMenu.qml
+  components/DashedOutline.qml
   components/DiskBar.qml
   components/DesktopFileDialog.qml
   components/DesktopFolderDialog.qml
@@ -84,6 +85,10 @@ set(ORVANE_QML_FILES
   agent/AgentEntry.qml
   agent/AgentMatches.qml
   agent/AgentScreen.qml
+  agent/ConditionChip.qml
+  agent/ConditionSheet.qml
+  agent/MovesCard.qml
+  agent/ReadingChip.qml
   agent/ReadingChips.qml
   apps/AppEntry.qml
   apps/AppsScreen.qml

@@ -1,11 +1,12 @@
 import QtQuick
 import Orvane
 
-// One file that a plan would touch.
+// One file that a plan would touch, or the header of those of one folder that go to one place.
 Item {
     id: root
 
     required property int index
+    required property int kind
     required property string name
     required property string place
     required property string reason
@@ -13,28 +14,47 @@ Item {
     required property int risk
     required property double date
     required property double bytes
+    required property double count
+    required property bool expanded
     required property string destination
 
     property bool isFocused: false
     signal toggled
+    signal folded
     signal menuAsked
 
-    height: 52
+    readonly property bool isHeader: kind === AgentModel.Header
+
+    height: isHeader ? 41 : 52
+
+    SectionHeader {
+        anchors.fill: parent
+        visible: root.isHeader
+        name: root.isHeader ? root.name : ""
+        count: root.isHeader ? Texts.counted("count.files", root.count) : ""
+        size: root.isHeader ? Texts.bytes(root.bytes) : ""
+        isExpanded: root.expanded
+        hasBox: root.checkState >= 0
+        checkState: root.checkState
+        isFocused: root.isHeader && root.isFocused
+        onToggled: root.toggled()
+        onFolded: root.folded()
+    }
 
     ItemRow {
         anchors.fill: parent
-        indent: 15
-        name: root.name
+        visible: !root.isHeader
+        name: root.isHeader ? "" : root.name
         place: root.place
-        remark: root.destination === "" ? root.reason : Texts.joined([root.reason, "→ " + root.destination], " ")
-        chip: Texts.risk(root.risk)
+        remark: root.destination === "" ? root.reason : "→ " + root.destination
+        chip: root.isHeader ? "" : Texts.risk(root.risk)
         chipKind: root.risk
         explanation: Texts.riskDescription(root.risk)
         age: Texts.age(root.date)
-        size: Texts.bytes(root.bytes)
+        size: root.isHeader ? "" : Texts.bytes(root.bytes)
         checkState: root.checkState
         canCheck: root.checkState >= 0
-        isFocused: root.isFocused
+        isFocused: !root.isHeader && root.isFocused
         onToggled: root.toggled()
         onMenuAsked: root.menuAsked()
     }

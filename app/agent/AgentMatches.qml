@@ -3,56 +3,86 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Orvane
 
-// The files that a plan would touch, each with its label and reason, and what carries the plan out.
+// The files that a plan would touch by folder and destination, each with its label and reason, and what carries the plan
+// out.
 FocusScope {
     id: root
 
     required property AgentModel model
     required property AppState appState
     property bool isBusy: false
+    signal confirmAsked(string verb)
 
     HeadingText {
         id: title
 
         x: 16
-        width: parent.width - figures.width - 48
-        height: 46
+        width: parent.width - 32
+        height: 42
         verticalAlignment: Text.AlignVCenter
         text: qsTr("agent.dry_run_title")
     }
 
-    BodyText {
-        id: figures
+    Rectangle {
+        id: all
 
-        anchors.right: parent.right
-        anchors.rightMargin: 16
-        anchors.verticalCenter: title.verticalCenter
-        color: Theme.muted
-        text: Texts.counted("count.files", root.model.matchCount) + " · " + Texts.bytes(root.model.matchBytes)
-    }
-
-    Divider {
         anchors.top: title.bottom
         width: parent.width
+        height: root.model.matchCount > 0 ? 38 : 1
+        color: root.model.matchCount > 0 ? Theme.sidebar : Theme.line
+
+        TriStateBox {
+            id: allBox
+
+            x: 15
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.model.allCheckState >= 0
+            enabled: !root.isBusy
+            labelShown: true
+            text: qsTr("action.select_all")
+            checkState: Math.max(0, root.model.allCheckState)
+            onToggleAsked: root.model.selectAll(root.model.allCheckState !== Qt.Checked)
+        }
+
+        BodyText {
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, parent.width - allBox.width - 44)
+            visible: root.model.matchCount > 0
+            horizontalAlignment: Text.AlignRight
+            color: Theme.muted
+            text: Texts.joined([Texts.counted("count.files", root.model.matchCount), Texts.bytes(root.model.matchBytes),
+                                Texts.counted("agent.in_folders", root.model.groupCount)], " · ")
+            elide: Text.ElideRight
+        }
     }
 
     RowList {
         id: list
 
-        anchors.top: title.bottom
-        anchors.topMargin: 1
+        anchors.top: all.bottom
         anchors.bottom: foot.top
         width: parent.width
         label: qsTr("agent.dry_run_title")
         model: root.model
         onRowToggled: row => root.model.toggle(row)
         onRowMenuAsked: row => menu.show(root.model.placeAt(row), itemAtIndex(row), true)
+        onRowFolded: (row, open) => {
+            const entry = itemAtIndex(row) as AgentEntry;
+            if (entry && entry.isHeader && entry.expanded !== open)
+                root.model.toggleExpanded(row);
+        }
         delegate: AgentEntry {
             width: list.width
             isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
             onToggled: {
                 list.currentIndex = index;
                 root.model.toggle(index);
+            }
+            onFolded: {
+                list.currentIndex = index;
+                root.model.toggleExpanded(index);
             }
             onMenuAsked: {
                 list.currentIndex = index;
@@ -92,6 +122,8 @@ FocusScope {
             color: Theme.muted
             text: Texts.counted("cleanup.items_selected", root.model.selectedCount) + " · " + Texts.bytes(
                       root.model.selectedBytes)
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
         }
 
         Row {
@@ -120,7 +152,7 @@ FocusScope {
                       ? qsTr("action.confirm")
                       : Texts.joined([qsTr("action.confirm"), Texts.count(root.model.selectedCount), Texts.bytes(
                                           root.model.selectedBytes)], " · ")
-                onClicked: root.model.confirm()
+                onClicked: root.confirmAsked(text)
             }
         }
     }

@@ -1,6 +1,9 @@
 #include "app/agent/AgentModel.h"
 
+#include "app/agent/PlanChips.h"
+#include "app/agent/PlanMatches.h"
 #include "app/agent/PlanTexts.h"
+#include "app/agent/ReadingTexts.h"
 #include "app/common/Format.h"
 #include "app/common/NoticeTexts.h"
 #include "app/common/Places.h"
@@ -8,7 +11,10 @@
 #include "app/shell/AppNavigationItem.h"
 #include "core/base/files/HomeFolder.h"
 #include "core/tasks/AskTask.h"
+#include "core/tasks/Folders.h"
+#include "core/tasks/PlanConditions.h"
 #include "core/tasks/ReadEntries.h"
+#include "core/tasks/RequestPresets.h"
 #include "core/tasks/RuleFromPlan.h"
 
 #include <algorithm>
@@ -17,130 +23,19 @@
 
 namespace orvane {
 
-struct AgentModel::Answer {
-  std::string prompt;
-  PlannedAnswer planned;
-  Proposal proposal;
+struct AgentModel::Answer : ReadPlan {
+  PlanMatches matches;
   std::vector<PlacesBeside> beside;
+  bool isChanged = false;  // since it was typed
+  bool isWidened = false;  // by the last change
 };
 
-namespace {
-
-// Why a row cannot be chosen; empty for one that can, and for one whose label says it.
-QString lockText(const ProposedRow& row) {
-  switch (row.lock) {
-    case Lock::inTrash:
-      return localizedText("state.in_trash");
-    case Lock::inPlace:
-      return localizedText("agent.in_place");
-    case Lock::listedOnly:
-      return localizedText("agent.listed_only");
-    case Lock::refused:
-      return shownName(row.group->refusal);
-    case Lock::kept:
-      return localizedText("keep.kept");
-    case Lock::manualLabel:
-    case Lock::reference:
-    case Lock::none:
-      break;
-  }
-  return {};
-}
-
-// The texts of what a part of a request became.
-QString becameText(const ReadEntry& entry, const FileUrl& home) {
-  if (!entry.counts) return localizedText("agent.not_followed");
-  if (entry.folder) return shownPath(*entry.folder, home);
-  if (entry.ageDays) return countedText("count.days", *entry.ageDays);
-  if (entry.sizeBytes) return Format::bytes(static_cast<double>(*entry.sizeBytes));
-  if (entry.program) return shownName(*entry.program);
-  switch (entry.meaning) {
-    case WordMeaning::screenshots:
-      return localizedText("category.screenshots");
-    case WordMeaning::installers:
-      return localizedText("category.oldDownloads");
-    case WordMeaning::caches:
-      return localizedText("category.caches");
-    case WordMeaning::logs:
-      return localizedText("category.logs");
-    case WordMeaning::organizing:
-      return localizedText("agent.to_folders");
-    case WordMeaning::removal:
-      return localizedText("agent.to_trash");
-    default:
-      return {};
-  }
-}
-
-QString assumedText(const ReadEntry& entry, const FileUrl& home) {
-  const auto value = becameText(entry, home);
-  switch (entry.meaning) {
-    case WordMeaning::age:
-      return localizedText("agent.no_age_named").arg(value);
-    case WordMeaning::size:
-      return localizedText("agent.no_size_named").arg(value);
-    default:
-      return localizedText("agent.no_folder_named").arg(value);
-  }
-}
-
-std::string_view doubtKey(Doubt doubt) {
-  switch (doubt) {
-    case Doubt::negation:
-      return "agent.doubt_negation";
-    case Doubt::question:
-      return "agent.doubt_question";
-    case Doubt::nothing:
-      return "agent.doubt_nothing";
-    case Doubt::path:
-      return "agent.doubt_path";
-    case Doubt::unknownWord:
-      return "agent.doubt_word";
-    case Doubt::leftAside:
-      return "agent.doubt_aside";
-    case Doubt::comparison:
-      return "agent.doubt_comparison";
-    case Doubt::noCriterion:
-      return "agent.doubt_criterion";
-    case Doubt::noVerb:
-      return "agent.doubt_verb";
-    case Doubt::program:
-      return "agent.doubt_program";
-    case Doubt::otherRoom:
-    case Doubt::none:
-      break;
-  }
-  return {};
-}
-
-AppNavigationItem sectionOf(Room room) {
-  switch (room) {
-    case Room::duplicates:
-      return AppNavigationItem::Duplicates;
-    case Room::apps:
-      return AppNavigationItem::Apps;
-    case Room::organize:
-      return AppNavigationItem::Organize;
-    case Room::schedule:
-      return AppNavigationItem::Rules;
-    case Room::history:
-    case Room::trash:
-      return AppNavigationItem::History;
-    case Room::map:
-      return AppNavigationItem::Overview;
-    case Room::privacy:
-      return AppNavigationItem::Privacy;
-    case Room::cleanup:
-      break;
-  }
-  return AppNavigationItem::Cleanup;
-}
-
-std::string_view titleOf(Room room) {
-  return navigationRows[static_cast<std::size_t>(sectionOf(room))].titleKey;
-}
-
-}  // namespace
+// Of the conditions of a plan that is shown.
+struct AgentModel::Change {
+  std::shared_ptr<const Answer> before;
+  Selection chosen;
+  bool onlyNarrows = false;
+};
 
 AgentModel::AgentModel(WindowServices services, QObject* parent) : RunModel(std::move(services), parent) {}
 
@@ -157,9 +52,10 @@ void AgentModel::reloadProviders() {
     for (const auto provider : allAIProviders) {
       hasKey[static_cast<std::size_t>(provider)] = orvane::hasKey(services().tasks, provider);
     }
-    callOn(this, [this, hasKey, hasLocalModel] {
+    callOn(this, [this, hasKey, hasLocalModel, folders = grantedFolders(services().tasks)] {
       m_hasKey = hasKey;
       m_hasLocalModel = hasLocalModel;
+      m_folders = folders;
       Q_EMIT providerChanged();
     });
   });
@@ -234,28 +130,46 @@ void AgentModel::addPlaces(int category) {
   });
 }
 
-void AgentModel::plan(std::string prompt, Planner planner) {
+void AgentModel::plan(std::string prompt, Planner planner, std::shared_ptr<const Change> change) {
   m_isPlanning = true;
   Q_EMIT planChanged();
-  m_planQueue.post([this, prompt = std::move(prompt), planner = std::move(planner), looked = startLooking(),
-                    stop = m_planStop.get_token()](const std::stop_token&) {
-    const auto answer = tried([&] { return answerOf(prompt, planner, {.stop = stop, .looked = looked.get()}); });
-    callOn(this, [this, answer, stop] {
+  m_planQueue.post([this, prompt = std::move(prompt), planner = std::move(planner), change = std::move(change),
+                    looked = startLooking(), stop = m_planStop.get_token()](const std::stop_token&) {
+    const auto answer =
+        tried([&] { return answerOf(prompt, planner, change.get(), {.stop = stop, .looked = looked.get()}); });
+    callOn(this, [this, answer, change, stop] {
       stopLooking();
-      show(stop.stop_requested() ? nullptr : answer);
+      m_isPlanning = false;
+      const bool isThere = answer && !stop.stop_requested();
+      if (change && !isThere) {
+        Q_EMIT planChanged();
+      } else {
+        show(isThere ? answer : nullptr);
+      }
     });
   });
 }
 
 std::shared_ptr<const AgentModel::Answer> AgentModel::answerOf(const std::string& prompt, const Planner& planner,
-                                                               const TaskMonitor& monitor) {
+                                                               const Change* change, const TaskMonitor& monitor) {
   const auto& tasks = services().tasks;
-  auto planned = planner(monitor.stop);
+  const auto answer = std::make_shared<Answer>();
+  answer->prompt = prompt;
+  answer->planned = planner(monitor.stop);
+  answer->asked = change != nullptr ? change->before->asked : answer->planned;
   if (monitor.stop.stop_requested()) return nullptr;
-  auto proposal = proposeAnswer(tasks, planned, PlanReach::boundary, ReferenceClock::now(), monitor);
+  auto proposal = proposeAnswer(tasks, answer->planned, PlanReach::boundary, ReferenceClock::now(), monitor);
   if (!proposal) return nullptr;
-  auto beside = placesBeside(tasks, planned, monitor);
-  return std::make_shared<const Answer>(Answer{prompt, std::move(planned), *std::move(proposal), std::move(beside)});
+  auto selection = proposal->selection();
+  if (change != nullptr) {
+    answer->isChanged = true;
+    answer->isWidened = !change->onlyNarrows;
+    selection.deselectAll();
+    if (change->onlyNarrows) selection = keptSelection(change->before->matches.proposal(), change->chosen, *proposal);
+  }
+  answer->matches = PlanMatches(answer->planned.plan, *std::move(proposal), std::move(selection));
+  answer->beside = placesBeside(tasks, answer->planned, monitor);
+  return answer;
 }
 
 void AgentModel::show(std::shared_ptr<const Answer> answer) {
@@ -263,15 +177,34 @@ void AgentModel::show(std::shared_ptr<const Answer> answer) {
   m_ruleProblem.clear();
   beginResetModel();
   m_answer = std::move(answer);
-  m_selection = m_answer ? m_answer->proposal.selection() : Selection();
-  m_matchBytes = 0;
-  if (m_answer) {
-    m_answer->proposal.forEach([&](std::size_t, const ProposedRow& row) { m_matchBytes += row.item.fileSize(); });
-  }
+  m_matches = m_answer ? m_answer->matches : PlanMatches();
   endResetModel();
   Q_EMIT planChanged();
   Q_EMIT providerChanged();
   Q_EMIT selectionChanged();
+}
+
+QString AgentModel::change(int condition, const QString& value) {
+  auto conditions = m_answer ? conditionsOf(m_answer->planned) : std::nullopt;
+  const bool isKnown = condition >= 0 && condition <= static_cast<int>(PlanCondition::extensions);
+  if (!conditions || !isKnown || m_isPlanning || isWorking()) return {};
+  const auto before = *conditions;
+  const auto which = static_cast<PlanCondition>(condition);
+  const auto place = which == PlanCondition::folder ? placeFrom(value) : std::nullopt;
+  const auto problem = setCondition(*conditions, which, place ? place->path() : value.toStdString());
+  if (!problem.empty() || *conditions == before) return textFrom(problem);
+  const auto change =
+      std::make_shared<Change>(Change{m_answer, m_matches.selection(), onlyNarrows(before, *conditions)});
+  const auto goal = localizedText("agent.goal_changed").arg(textFrom(trimmed(m_answer->prompt))).toStdString();
+  m_planStop = {};
+  forgetResult();
+  plan(
+      m_answer->prompt,
+      [answer = m_answer, conditions = *conditions, goal](const std::stop_token&) {
+        return withConditions(answer->planned, conditions, goal);
+      },
+      change);
+  return {};
 }
 
 void AgentModel::discard() {
@@ -287,6 +220,8 @@ void AgentModel::cancel() {
 void AgentModel::languageChanged() {
   RunModel::languageChanged();
   Q_EMIT planChanged();
+  Q_EMIT presetsChanged();
+  Q_EMIT selectionChanged();
   if (rowCount() > 0) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {ReasonRole});
 }
 
@@ -315,47 +250,37 @@ QString AgentModel::fallbackReason() const {
 }
 
 bool AgentModel::isRefused() const {
-  return m_answer && firstNotice<PlanRefused>(m_answer->proposal.notices()) != nullptr;
+  return m_answer && firstNotice<PlanRefused>(m_matches.proposal().notices()) != nullptr;
 }
 
 QString AgentModel::error() const {
-  const auto* refused = m_answer ? firstNotice<PlanRefused>(m_answer->proposal.notices()) : nullptr;
+  const auto* refused = m_answer ? firstNotice<PlanRefused>(m_matches.proposal().notices()) : nullptr;
   if (refused == nullptr) return {};
+  if (m_answer->isChanged) return localizedText("agent.needs_condition");
   return refused->sortsWholeFolder ? localizedText("agent.use_organize").arg(localizedText("nav.organize"))
                                    : localizedText("agent.not_understood");
 }
 
 QString AgentModel::fault() const {
-  const auto* refused = m_answer ? firstNotice<PlanRefused>(m_answer->proposal.notices()) : nullptr;
+  const auto* refused = m_answer ? firstNotice<PlanRefused>(m_matches.proposal().notices()) : nullptr;
   return refused == nullptr ? QString() : shownName(refused->fault);
 }
 
 QStringList AgentModel::notices() const {
-  return m_answer ? leftOutFolders(m_answer->proposal.notices(), services().tasks.home) : QStringList();
+  return m_answer ? leftOutFolders(m_matches.proposal().notices(), services().tasks.home) : QStringList();
 }
 
 // --- how the request was understood
 
 QVariantList AgentModel::reading() const {
-  QVariantList result;
-  if (!m_answer) return result;
-  QStringList unread;
-  for (const auto& entry : readEntries(m_answer->prompt, m_answer->planned)) {
-    if (entry.meaning == WordMeaning::none) {
-      unread.append(shownName(entry.text));
-      continue;
-    }
-    const auto became =
-        entry.isAssumed() ? assumedText(entry, services().tasks.home) : becameText(entry, services().tasks.home);
-    result.append(
-        QVariantMap{{"text", shownName(entry.text)}, {"became", became}, {"kind", entry.isAssumed() ? Assumed : Read}});
-  }
-  if (!unread.isEmpty()) {
-    result.append(QVariantMap{{"text", QString()},
-                              {"became", localizedText("agent.meant_nothing").arg(unread.join(QStringLiteral(" ")))},
-                              {"kind", Unread}});
-  }
-  return result;
+  return m_answer ? planChips(*m_answer, m_folders, services().tasks.home) : QVariantList();
+}
+
+QString AgentModel::changeText() const {
+  if (!m_answer || !m_answer->isChanged) return {};
+  auto text = localizedText("agent.changed");
+  if (m_answer->isWidened && !m_matches.proposal().empty()) text += u' ' + localizedText("agent.widened");
+  return text;
 }
 
 QString AgentModel::doubt() const {
@@ -411,85 +336,91 @@ QVariantList AgentModel::beside() const {
   return result;
 }
 
-double AgentModel::matchCount() const noexcept {
-  return m_answer ? static_cast<double>(m_answer->proposal.size()) : 0.0;
+// --- presets
+
+void AgentModel::reloadPresets() {
+  m_planQueue.post([this](const std::stop_token& stop) {
+    callOn(this, [this, presets = usefulPresets(services().tasks, stop)] {
+      m_presets = presets;
+      Q_EMIT presetsChanged();
+    });
+  });
+}
+
+QStringList AgentModel::presets() const {
+  QStringList result;
+  for (const auto key : m_presets) result.append(localizedText(key));
+  return result;
+}
+
+void AgentModel::askPreset(int index) {
+  if (index < 0 || index >= static_cast<int>(m_presets.size())) return;
+  setPrompt(presets().at(index));
+  dryRun();
 }
 
 // --- rows
 
 int AgentModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() || !m_answer ? 0 : static_cast<int>(m_answer->proposal.size());
-}
-
-QHash<int, QByteArray> AgentModel::roleNames() const {
-  return {
-      {NameRole, "name"},
-      {PlaceRole, "place"},
-      {ReasonRole, "reason"},
-      {RiskRole, "risk"},
-      {DateRole, "date"},
-      {BytesRole, "bytes"},
-      {CheckStateRole, "checkState"},
-      {ActionRole, "action"},
-      {DestinationRole, "destination"},
-  };
+  return parent.isValid() ? 0 : m_matches.rows().rowCount();
 }
 
 QVariant AgentModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto at = static_cast<std::size_t>(index.row());
-  const auto row = m_answer->proposal.row(at);
-  switch (role) {
-    case Qt::DisplayRole:
-    case NameRole:
-      return shownName(row.item.url().lastPathComponent());
-    case PlaceRole:
-      return shownPlace(row.item.url(), services().tasks.home);
-    case ReasonRole:
-      return remarkOf(row);
-    case RiskRole:
-      return static_cast<int>(row.item.riskLabel());
-    case DateRole:
-      return milliseconds(row.item.lastModifiedDate());
-    case BytesRole:
-      return static_cast<double>(row.item.fileSize());
-    case CheckStateRole:
-      if (row.choice == Choice::locked) return -1;
-      return static_cast<int>(m_selection.isSelected(at) ? Qt::Checked : Qt::Unchecked);
-    case ActionRole:
-      return textFrom(rawValue(stepOf(m_answer->planned.plan, row).action));
-    case DestinationRole: {
-      const auto* folder = row.lock == Lock::none ? row.destinationFolder() : nullptr;
-      return folder == nullptr ? QString() : shownPath(folder->path(), services().tasks.home);
-    }
-    default:
-      return {};
-  }
-}
-
-QString AgentModel::remarkOf(const ProposedRow& row) const {
-  const auto lock = lockText(row);
-  return lock.isEmpty() ? shownPlanText(stepOf(m_answer->planned.plan, row).explanation) : lock;
+  if (role == KindRole) return m_matches.rows().placeOf(index.row())->row ? Match : Header;
+  return m_matches.data(index.row(), role, services().tasks.home);
 }
 
 void AgentModel::toggle(int row) {
-  if (row < 0 || row >= rowCount() || isWorking()) return;
-  const auto at = static_cast<std::size_t>(row);
-  m_selection.set(at, m_selection.isSelected(at) ? Selection::Whether::unselected : Selection::Whether::selected);
-  Q_EMIT dataChanged(index(row), index(row), {CheckStateRole});
+  if (isWorking() || m_isPlanning) return;
+  const auto toggled = m_matches.toggle(row);
+  if (!toggled) return;
+  const auto& group = m_matches.rows().groups()[*toggled];
+  Q_EMIT dataChanged(index(group.start), index(m_matches.rows().lastRowOf(group)), {CheckStateRole});
   Q_EMIT selectionChanged();
 }
 
+void AgentModel::selectAll(bool isSelected) {
+  if (isWorking() || m_isPlanning || rowCount() == 0) return;
+  m_matches.selectAll(isSelected);
+  Q_EMIT dataChanged(index(0), index(rowCount() - 1), {CheckStateRole});
+  Q_EMIT selectionChanged();
+}
+
+void AgentModel::toggleExpanded(int row) {
+  const auto place = m_matches.rows().placeOf(row);
+  if (!place || place->row) return;
+  const auto& group = m_matches.rows().groups()[place->group];
+  const int last = row + static_cast<int>(group.rows.size());
+  if (group.isExpanded) {
+    beginRemoveRows({}, row + 1, last);
+    m_matches.setExpanded(place->group, false);
+    endRemoveRows();
+  } else {
+    beginInsertRows({}, row + 1, last);
+    m_matches.setExpanded(place->group, true);
+    endInsertRows();
+  }
+  Q_EMIT dataChanged(index(row), index(row), {ExpandedRole});
+}
+
+QVariantList AgentModel::moves() const {
+  return m_matches.moves(services().tasks.home);
+}
+
 QString AgentModel::placeAt(int row) const {
-  if (row < 0 || row >= rowCount()) return {};
-  return placeText(m_answer->proposal.row(static_cast<std::size_t>(row)).item.url());
+  const auto place = m_matches.rows().placeOf(row);
+  return place && place->row ? placeText(m_matches.proposal().row(*place->row).item.url()) : QString();
 }
 
 // --- carrying out
 
 void AgentModel::confirm() {
-  if (!m_answer || m_selection.count() == 0) return;
-  startRun(m_answer->proposal.approve(m_selection), [this](const RunReport&) { show(nullptr); });
+  if (!m_answer || m_isPlanning || m_matches.selection().count() == 0) return;
+  startRun(m_matches.proposal().approve(m_matches.selection()), [this](const RunReport&) {
+    show(nullptr);
+    reloadPresets();
+  });
 }
 
 void AgentModel::saveAsRule() {

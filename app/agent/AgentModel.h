@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/agent/PlanMatches.h"
 #include "app/common/RunModel.h"
 #include "core/assistant/records/AIProvider.h"
 #include "core/rules/records/CleanupRule.h"
-#include "core/tasks/Selection.h"
 
 #include <QtQml/qqmlregistration.h>
 #include <QStringList>
@@ -16,6 +16,7 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvane {
@@ -45,36 +46,35 @@ class AgentModel : public orvane::RunModel {
   Q_PROPERTY(QString fault READ fault NOTIFY planChanged)
   Q_PROPERTY(QStringList notices READ notices NOTIFY planChanged)
   Q_PROPERTY(QVariantList reading READ reading NOTIFY planChanged)
+  Q_PROPERTY(QString changeText READ changeText NOTIFY planChanged)
   Q_PROPERTY(QString doubt READ doubt NOTIFY planChanged)
   Q_PROPERTY(QString roomText READ roomText NOTIFY planChanged)
   Q_PROPERTY(QString roomAction READ roomAction NOTIFY planChanged)
   Q_PROPERTY(QVariantList beside READ beside NOTIFY planChanged)
   Q_PROPERTY(QString ruleProblem READ ruleProblem NOTIFY planChanged)
+  Q_PROPERTY(QStringList presets READ presets NOTIFY presetsChanged)
   Q_PROPERTY(double matchCount READ matchCount NOTIFY planChanged)
+  Q_PROPERTY(double groupCount READ groupCount NOTIFY planChanged)
   Q_PROPERTY(double matchBytes READ matchBytes NOTIFY planChanged)
   Q_PROPERTY(double selectedCount READ selectedCount NOTIFY selectionChanged)
   Q_PROPERTY(double selectedBytes READ selectedBytes NOTIFY selectionChanged)
+  Q_PROPERTY(int allCheckState READ allCheckState NOTIFY selectionChanged)
+  Q_PROPERTY(QVariantList moves READ moves NOTIFY selectionChanged)
+  Q_PROPERTY(QString selectedSums READ selectedSums NOTIFY selectionChanged)
   Q_PROPERTY(QString request READ request NOTIFY requestChanged)
 
  public:
-  enum Role {
-    NameRole = Qt::UserRole + 1,
-    PlaceRole,
-    ReasonRole,
-    RiskRole,
-    DateRole,
-    BytesRole,
-    CheckStateRole,
-    ActionRole,
-    DestinationRole,
-  };
+  using enum PlanMatches::Role;
+  // A header stands for the matches of one folder that go to one place.
+  enum Kind { Header, Match };
+  Q_ENUM(Kind)
 
   explicit AgentModel(WindowServices services, QObject* parent = nullptr);
   ~AgentModel() override;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override { return PlanMatches::roleNames(); }
 
   [[nodiscard]] QString prompt() const { return m_prompt; }
   void setPrompt(const QString& prompt);
@@ -104,11 +104,15 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] QString fault() const;
   // The folders that the plan names and in which nothing is touched.
   [[nodiscard]] QStringList notices() const;
-  // The words of the request and what they became: {text, became, kind}, as ReadKind counts. What was assumed has no
-  // text; the words that meant nothing are one.
-  enum ReadKind { Read, Assumed, Unread };
+  // The words of the request and what they became, and the conditions of the plan: {text, became, kind, condition}, as
+  // ReadKind counts. What was assumed, changed or is missing has no text; the words that meant nothing are one. Of a
+  // condition that can be changed also {name, title, value, isNumber, choices: {text, value, isCurrent}}; else
+  // condition is -1.
+  enum ReadKind { Read, Assumed, Unread, Changed, Missing };
   Q_ENUM(ReadKind)
   [[nodiscard]] QVariantList reading() const;
+  // How the plan differs from the request, and what became of the selection; empty while it is as typed.
+  [[nodiscard]] QString changeText() const;
   // Why the plan may not be the one that was meant; empty where it is.
   [[nodiscard]] QString doubt() const;
   // The section that does what was asked for, and the button that opens it; empty where there is none.
@@ -118,18 +122,35 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] QVariantList beside() const;
   // Why the plan cannot be a rule, once that was asked for; else empty.
   [[nodiscard]] QString ruleProblem() const { return m_ruleProblem; }
-  [[nodiscard]] double matchCount() const noexcept;
-  [[nodiscard]] double matchBytes() const noexcept { return static_cast<double>(m_matchBytes); }
-  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_selection.count()); }
-  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_selection.bytes()); }
+  // Requests that do something on this home.
+  [[nodiscard]] QStringList presets() const;
+  [[nodiscard]] double matchCount() const noexcept { return static_cast<double>(m_matches.proposal().size()); }
+  [[nodiscard]] double groupCount() const noexcept { return static_cast<double>(m_matches.rows().groups().size()); }
+  [[nodiscard]] double matchBytes() const { return static_cast<double>(m_matches.bytes()); }
+  [[nodiscard]] double selectedCount() const noexcept { return static_cast<double>(m_matches.selection().count()); }
+  [[nodiscard]] double selectedBytes() const noexcept { return static_cast<double>(m_matches.selection().bytes()); }
+  // As Qt::CheckState counts; -1 where nothing can be chosen.
+  [[nodiscard]] int allCheckState() const { return m_matches.allCheckState(); }
+  // As those of PlanMatches.
+  [[nodiscard]] QVariantList moves() const;
+  [[nodiscard]] QString selectedSums() const { return m_matches.selectedSums(); }
   // The request that would be sent, to the letter but for the key; empty where nothing is sent.
   [[nodiscard]] QString request() const { return m_request; }
 
   Q_INVOKABLE void dryRun();
+  // Turns over a match, or all of a header.
   Q_INVOKABLE void toggle(int row);
+  Q_INVOKABLE void selectAll(bool isSelected);
+  Q_INVOKABLE void toggleExpanded(int row);
   Q_INVOKABLE void confirm();
   [[nodiscard]] QString placeAt(int row) const override;
   Q_INVOKABLE void discard();
+  // Gives a condition of reading() another value, as a person writes it, and looks again; empty takes it away. Returns
+  // the key of the problem with a value that can never work.
+  Q_INVOKABLE QString change(int condition, const QString& value);
+  Q_INVOKABLE void askPreset(int index);
+  // Files may have come or gone.
+  Q_INVOKABLE void reloadPresets();
   // Adds a step over the known places of a category of beside().
   Q_INVOKABLE void addPlaces(int category);
   Q_INVOKABLE void openRoom();
@@ -149,6 +170,7 @@ class AgentModel : public orvane::RunModel {
   void planChanged();
   void selectionChanged();
   void requestChanged();
+  void presetsChanged();
   void ruleMade(const orvane::CleanupRule& rule);
   // A request left this machine: its text, when, and whose it was.
   void requestSent(const QString& text, double date, const QString& provider);
@@ -163,13 +185,14 @@ class AgentModel : public orvane::RunModel {
  private:
   struct Answer;
 
+  struct Change;
   using Planner = std::function<PlannedAnswer(const std::stop_token& stop)>;
-  void plan(std::string prompt, Planner planner);
+  // With a change of the plan that is shown, this one stays where there is no other.
+  void plan(std::string prompt, Planner planner, std::shared_ptr<const Change> change = {});
   [[nodiscard]] std::shared_ptr<const Answer> answerOf(const std::string& prompt, const Planner& planner,
-                                                       const TaskMonitor& monitor);
+                                                       const Change* change, const TaskMonitor& monitor);
   void show(std::shared_ptr<const Answer> answer);
   [[nodiscard]] const RoomWish* roomWish() const;
-  [[nodiscard]] QString remarkOf(const ProposedRow& row) const;
 
   QString m_prompt;
   AIProvider m_provider = AIProvider::heuristic;
@@ -178,8 +201,9 @@ class AgentModel : public orvane::RunModel {
   bool m_isPlanning = false;
   std::stop_source m_planStop;
   std::shared_ptr<const Answer> m_answer;
-  Selection m_selection;
-  std::int64_t m_matchBytes = 0;
+  PlanMatches m_matches;
+  std::vector<std::string_view> m_presets;  // keys
+  std::vector<FileUrl> m_folders;           // those that are granted
   QString m_request;
   QString m_ruleProblem;
   BackgroundQueue m_planQueue;

@@ -14,6 +14,10 @@ Page {
     readonly property bool isBusy: model.isPlanning || model.isWorking
     // A section does what was asked for, and no plan is worth a look.
     readonly property bool isElsewhere: model.roomText !== "" && model.doubt === ""
+    // A line for each of several steps.
+    readonly property string stepLines: model.planSteps.length > 1 || model.isRefused
+                                        ? model.planSteps.map(step => "\n" + Texts.joined([step.text, step.detail], " · ")).join("")
+                                        : ""
     readonly property var currentProvider: model.providers[model.provider] ?? null
 
     function names(providers: var): var {
@@ -24,6 +28,14 @@ Page {
     function find() {
         prompt.forceActiveFocus(Qt.ShortcutFocusReason);
         prompt.selectAll();
+    }
+
+    function selectAll() {
+        model.selectAll(true);
+    }
+
+    function deselectAll() {
+        model.selectAll(false);
     }
 
     function undo() {
@@ -64,6 +76,7 @@ Page {
     Component.onCompleted: {
         // A key may have been stored meanwhile, also in the terminal.
         model.reloadProviders();
+        model.reloadPresets();
         prompt.forceActiveFocus();
     }
 
@@ -154,11 +167,12 @@ Page {
 
         RunStrip {
             Layout.fillWidth: true
+            run: root.model
             isWorking: root.model.isWorking
             workTitle: qsTr("agent.applying")
             done: root.model.progressDone
             total: root.model.progressTotal
-            detail: root.model.progressText
+            detail: pace === "" ? root.model.progressText : pace
             outcome: root.model.resultText
             resultNote: root.model.resultNote
             canUndo: root.model.canUndo
@@ -192,6 +206,24 @@ Page {
             Layout.fillWidth: true
             visible: root.model.reading.length > 0
             reading: root.model.reading
+            canChange: !root.isBusy
+            onValueChosen: (condition, value) => root.model.change(condition, value)
+            onOtherAsked: chip => {
+                if (chip.condition === 0)
+                    folderPicker.open();
+                else
+                    conditionSheet.ask(chip);
+            }
+        }
+
+        CaptionText {
+            Layout.fillWidth: true
+            visible: text !== ""
+            color: Theme.review
+            font.weight: Font.Medium
+            text: root.model.changeText
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.AlertMessage
         }
 
         Notice {
@@ -244,91 +276,139 @@ Page {
 
         Card {
             Layout.fillWidth: true
-            visible: root.model.hasPlan && !root.isElsewhere
-            implicitHeight: plan.implicitHeight + 2 * padding - 4
+            visible: root.model.doubt !== "" && !root.isElsewhere
+            padding: 14
+            implicitHeight: doubts.implicitHeight + 2 * padding
 
             ColumnLayout {
-                id: plan
+                id: doubts
 
-                y: -2
                 width: parent.width
-                spacing: 6
+                spacing: 2
 
                 HeadingText {
                     Layout.fillWidth: true
-                    visible: root.model.doubt !== ""
                     color: Theme.review
-                    font.pixelSize: 16
                     text: qsTr("agent.closest")
                     wrapMode: Text.Wrap
                 }
 
                 BodyText {
                     Layout.fillWidth: true
-                    Layout.bottomMargin: 4
-                    visible: root.model.doubt !== ""
                     text: root.model.doubt
                     wrapMode: Text.Wrap
                 }
-
-                CaptionText {
-                    Layout.fillWidth: true
-                    text: qsTr("agent.plan_by").arg(root.model.answeredBy)
-                }
-
-                HeadingText {
-                    Layout.fillWidth: true
-                    font.pixelSize: 16
-                    text: root.model.planTitle
-                    wrapMode: Text.Wrap
-                }
-
-                Repeater {
-                    model: root.model.planSteps
-
-                    BodyText {
-                        required property var modelData
-
-                        Layout.fillWidth: true
-                        color: Theme.muted
-                        text: Texts.joined([modelData.text, modelData.detail], " · ")
-                        wrapMode: Text.Wrap
-                    }
-                }
-
-                CaptionText {
-                    Layout.fillWidth: true
-                    visible: text !== ""
-                    color: Theme.review
-                    text: root.model.fallbackReason === "" ? "" : qsTr("agent.fallback").arg(root.model.fallbackReason)
-                    wrapMode: Text.Wrap
-                }
             }
         }
 
-        Card {
+        CaptionText {
+            Layout.fillWidth: true
+            visible: root.model.hasPlan && !root.isElsewhere
+            text: Texts.joined([qsTr("agent.plan_by").arg(root.model.answeredBy), root.model.planTitle], " · ")
+                  + root.stepLines
+            wrapMode: Text.Wrap
+        }
+
+        CaptionText {
+            Layout.fillWidth: true
+            visible: text !== ""
+            color: Theme.review
+            text: root.model.fallbackReason === "" ? "" : qsTr("agent.fallback").arg(root.model.fallbackReason)
+            wrapMode: Text.Wrap
+        }
+
+        RowLayout {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            flush: true
+            spacing: Theme.gap
 
-            AgentMatches {
-                anchors.fill: parent
-                visible: root.model.hasPlan && !root.model.isRefused && !root.isElsewhere
-                model: root.model
-                appState: root.appState
-                isBusy: root.isBusy
+            Card {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                // Its content follows its size, which the layout gives.
+                implicitWidth: 300
+                implicitHeight: 200
+                flush: true
+
+                AgentMatches {
+                    anchors.fill: parent
+                    visible: root.model.hasPlan && !root.model.isRefused && !root.isElsewhere
+                    model: root.model
+                    appState: root.appState
+                    isBusy: root.isBusy
+                    onConfirmAsked: verb => large.ask(root.model.isLarge(root.model.selectedCount,
+                                                                         root.model.selectedBytes),
+                                                      root.model.selectedSums, verb, root.model.confirm)
+                }
+
+                EmptyState {
+                    anchors.top: parent.top
+                    anchors.bottom: presets.top
+                    width: parent.width
+                    visible: !root.model.hasPlan || root.model.isRefused || root.isElsewhere
+                    drawing: "agent"
+                    title: root.model.isPlanning || root.isElsewhere ? "" : qsTr("agent.empty_title")
+                    text: root.isElsewhere ? root.model.roomText : root.model.isPlanning ? "" : qsTr("agent.empty_text")
+                    action: root.isElsewhere ? root.model.roomAction : ""
+                    onActed: root.model.openRoom()
+                }
+
+                Flow {
+                    id: presets
+
+                    anchors.bottom: parent.bottom
+                    anchors.bottomMargin: height > 0 ? 20 : 0
+                    x: 20
+                    width: parent.width - 40
+                    height: visible ? implicitHeight : 0
+                    visible: !root.model.hasPlan && !root.isBusy && root.model.presets.length > 0
+                    spacing: 8
+
+                    CaptionText {
+                        width: parent.width
+                        text: qsTr("agent.presets")
+                        wrapMode: Text.Wrap
+                    }
+
+                    Repeater {
+                        model: root.model.presets
+
+                        PlainButton {
+                            required property string modelData
+                            required property int index
+
+                            width: Math.min(implicitWidth, presets.width)
+                            text: modelData
+                            onClicked: root.model.askPreset(index)
+                        }
+                    }
+                }
             }
 
-            EmptyState {
-                anchors.fill: parent
-                visible: !root.model.hasPlan || root.model.isRefused || root.isElsewhere
-                drawing: "agent"
-                title: root.model.isPlanning || root.isElsewhere ? "" : qsTr("agent.empty_title")
-                text: root.isElsewhere ? root.model.roomText : root.model.isPlanning ? "" : qsTr("agent.empty_text")
-                action: root.isElsewhere ? root.model.roomAction : ""
-                onActed: root.model.openRoom()
+            MovesCard {
+                Layout.fillHeight: true
+                Layout.maximumHeight: implicitHeight
+                Layout.alignment: Qt.AlignTop
+                visible: root.model.moves.length > 0 && !root.isNarrow && !root.model.isRefused && !root.isElsewhere
+                moves: root.model.moves
             }
         }
+    }
+
+    LargeRunQuestion {
+        id: large
+    }
+
+    ConditionSheet {
+        id: conditionSheet
+
+        model: root.model
+    }
+
+    PickFolder {
+        id: folderPicker
+
+        onPicked: url => root.model.change(0, url)
     }
 
     Sheet {

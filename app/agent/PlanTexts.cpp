@@ -34,6 +34,7 @@ constexpr std::array planTextRows{
     PlanTextRow{"Remove safe temporary caches and log files to reclaim disk space.", "", "plan.caches"},
     PlanTextRow{"Reclaim space from system/user caches and logs.", "", "plan.caches_summary"},
     PlanTextRow{"Trash unneeded files matching query criteria.", "", "plan.trash_query"},
+    PlanTextRow{"Move files that fit to ", ".", "plan.move_to", Value::text},
     PlanTextRow{"Review candidate files matching query criteria.", "", "plan.review_query"},
     PlanTextRow{"Query candidate files matching criteria for review.", "", "plan.review_query_summary"},
     PlanTextRow{"Move what programs keep again by themselves to the Trash: ", ".", "plan.category", Value::category},

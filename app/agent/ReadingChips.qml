@@ -3,13 +3,34 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Orvane
 
-// The words of a request, each with what it became; what was assumed has a dashed border.
+// The words of a request, each with what it became, and the conditions of the plan, which can be changed in place; what
+// was assumed or could be added has a dashed border.
 Flow {
     id: root
 
     required property var reading
+    property bool canChange: true
+    signal valueChosen(int condition, string value)
+    signal otherAsked(var chip)
+
+    // Whose value was chosen last: its chip is made anew with the new plan, and has the keyboard again then.
+    property int lastCondition: -1
 
     spacing: 8
+    onCanChangeChanged: settled.restart()
+
+    Timer {
+        id: settled
+
+        interval: 0
+        onTriggered: {
+            for (let i = 0; root.canChange && root.lastCondition >= 0 && i < chips.count; ++i) {
+                const chip = chips.itemAt(i) as ReadingPlace;
+                if (chip && chip.modelData.condition === root.lastCondition)
+                    chip.takeFocus();
+            }
+        }
+    }
 
     CaptionText {
         height: 26
@@ -17,74 +38,74 @@ Flow {
         text: qsTr("agent.understood")
     }
 
+    component ReadingPlace: Item {
+        required property var modelData
+        property Item button: null
+
+        function takeFocus() {
+            button.forceActiveFocus(Qt.OtherFocusReason);
+        }
+    }
+
     Repeater {
+        id: chips
+
         model: root.reading
 
-        Rectangle {
-            id: chip
+        ReadingPlace {
+            id: place
 
-            required property var modelData
+            readonly property bool isCondition: modelData.condition >= 0
             readonly property bool isRead: modelData.kind === AgentModel.Read
 
-            width: Math.min(words.implicitWidth + 22, root.width)
+            width: isCondition ? condition.width : fixed.width
             height: 26
-            radius: height / 2
-            color: isRead ? Theme.surface : "transparent"
-            border.width: isRead ? 1 : 0
-            border.color: Theme.line
-            Accessible.role: Accessible.StaticText
-            Accessible.name: Texts.joined([modelData.text, modelData.became], " → ")
+            button: condition
 
-            Canvas {
-                id: dashes
+            ConditionChip {
+                id: condition
 
-                anchors.fill: parent
-                visible: chip.modelData.kind === AgentModel.Assumed
-                onPaint: {
-                    const context = getContext("2d");
-                    context.reset();
-                    context.strokeStyle = Theme.muted;
-                    context.setLineDash([3, 3]);
-                    context.roundedRect(0.5, 0.5, width - 1, height - 1, height / 2, height / 2);
-                    context.stroke();
+                width: Math.min(implicitWidth, root.width)
+                visible: place.isCondition
+                enabled: root.canChange
+                chip: place.modelData
+                most: root.width
+                onValueChosen: value => {
+                    root.lastCondition = place.modelData.condition;
+                    root.valueChosen(place.modelData.condition, value);
                 }
-
-                Connections {
-                    target: Theme
-
-                    function onDarkChanged() {
-                        dashes.requestPaint();
-                    }
+                onOtherAsked: {
+                    root.lastCondition = place.modelData.condition;
+                    root.otherAsked(place.modelData);
                 }
             }
 
-            Row {
-                id: words
+            Rectangle {
+                id: fixed
 
-                x: 11
-                width: parent.width - 22
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 5
+                width: words.implicitWidth + 22
+                height: 26
+                radius: height / 2
+                visible: !place.isCondition
+                color: place.isRead ? Theme.surface : "transparent"
+                border.width: place.isRead ? 1 : 0
+                border.color: Theme.line
+                Accessible.role: Accessible.StaticText
+                Accessible.name: Texts.joined([place.modelData.text, place.modelData.became], " → ")
 
-                CaptionText {
-                    id: typed
-
-                    width: Math.min(implicitWidth, root.width / 2)
-                    visible: text !== ""
-                    color: Theme.text
-                    font.weight: Font.DemiBold
-                    text: chip.modelData.text
-                    elide: Text.ElideRight
-                    Accessible.ignored: true
+                DashedOutline {
+                    anchors.fill: parent
+                    visible: place.modelData.kind === AgentModel.Assumed
                 }
 
-                CaptionText {
-                    width: Math.min(implicitWidth, root.width - 30 - (typed.visible ? typed.width : 0))
-                    visible: text !== ""
-                    text: chip.isRead && chip.modelData.became !== "" ? "→ " + chip.modelData.became
-                                                                      : chip.modelData.became
-                    elide: Text.ElideMiddle
-                    Accessible.ignored: true
+                ReadingChip {
+                    id: words
+
+                    x: 11
+                    anchors.verticalCenter: parent.verticalCenter
+                    most: root.width - 30
+                    typed: place.modelData.text
+                    became: place.modelData.became
                 }
             }
         }

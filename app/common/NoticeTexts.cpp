@@ -62,6 +62,16 @@ QString keptText(const RowSum& rows) {
   return countedText("keep.held_back", rows.count).arg(Format::bytes(static_cast<double>(rows.bytes)));
 }
 
+QString movingSums(const RowSum& toTrash, const RowSum& toFolders) {
+  QStringList lines;
+  const auto tell = [&lines](const char* key, const RowSum& sum) {
+    if (sum.count > 0) lines += countedText(key, sum.count).arg(Format::bytes(static_cast<double>(sum.bytes)));
+  };
+  tell("consent.to_trash", toTrash);
+  tell("consent.to_folders", toFolders);
+  return lines.join(u'\n');
+}
+
 QStringList noticeTexts(const Notices& notices, const FileUrl& home) {
   QStringList result;
   for (const auto& notice : notices) {

@@ -13,6 +13,8 @@ class FileUrl;
 [[nodiscard]] QStringList noticeTexts(const Notices& notices, const FileUrl& home);
 // How much the keep list held back.
 [[nodiscard]] QString keptText(const RowSum& rows);
+// How much would go to the Trash and how much to folders, a line each; none of what is nothing.
+[[nodiscard]] QString movingSums(const RowSum& toTrash, const RowSum& toFolders);
 // Only of the folders that a task left out.
 [[nodiscard]] QStringList leftOutFolders(const Notices& notices, const FileUrl& home);
 

@@ -332,13 +332,7 @@ QString RulesModel::previewPlace(int row) const {
 
 QString RulesModel::movableSums() const {
   const auto& [proposal, all, movable, toFolders] = m_preview;
-  QStringList lines;
-  const auto tell = [&lines](const char* key, std::int64_t count, std::int64_t bytes) {
-    if (count > 0) lines += countedText(key, count).arg(Format::bytes(static_cast<double>(bytes)));
-  };
-  tell("consent.to_trash", movable.count - toFolders.count, movable.bytes - toFolders.bytes);
-  tell("consent.to_folders", toFolders.count, toFolders.bytes);
-  return lines.join(u'\n');
+  return movingSums({movable.count - toFolders.count, movable.bytes - toFolders.bytes}, toFolders);
 }
 
 QStringList RulesModel::previewRemarks() const {

@@ -37,6 +37,22 @@ CleaningPlanStep stepIn(std::string folder, const PromptReading& reading, Planne
   return step;
 }
 
+void describeSorting(CleaningPlanStep& step, std::string& summary) {
+  const auto name = lastComponent(step.targetFolder);
+  step.explanation = fmt::format("Organize files directly into categorized subfolders inside {}.", name);
+  summary = fmt::format("Organize {} into structured categories.", name);
+}
+
+void describeQuery(CleaningPlanStep& step, std::string& summary) {
+  if (step.action == PlannedAction::trash) {
+    step.explanation = "Trash unneeded files matching query criteria.";
+    summary = "Trash unneeded files matching query criteria.";
+    return;
+  }
+  step.explanation = "Review candidate files matching query criteria.";
+  summary = "Query candidate files matching criteria for review.";
+}
+
 // A request that names nothing to select by yields a filter without criteria, which validation rejects.
 StepAndSummary organizeStep(const PromptReading& reading, const std::string& folder) {
   auto step = stepIn(folder, reading, PlannedAction::move);
@@ -46,10 +62,10 @@ StepAndSummary organizeStep(const PromptReading& reading, const std::string& fol
   } else if (reading.wantsInstallers) {
     step.filter.extensions = {"dmg", "pkg", "iso"};
   }
-  const auto name = lastComponent(folder);
   step.destinationFolder = folder;
-  step.explanation = fmt::format("Organize files directly into categorized subfolders inside {}.", name);
-  return {std::move(step), fmt::format("Organize {} into structured categories.", name)};
+  std::string summary;
+  describeSorting(step, summary);
+  return {std::move(step), std::move(summary)};
 }
 
 StepAndSummary screenshotStep(const PromptReading& reading, const std::string& folder) {
@@ -88,12 +104,9 @@ StepAndSummary queryStep(const PromptReading& reading, const std::string& folder
   } else if (!reading.ageDays) {
     step.filter.minimumSizeBytes = defaultQuerySize;
   }
-  if (reading.wantsRemoval) {
-    step.explanation = "Trash unneeded files matching query criteria.";
-    return {std::move(step), "Trash unneeded files matching query criteria."};
-  }
-  step.explanation = "Review candidate files matching query criteria.";
-  return {std::move(step), "Query candidate files matching criteria for review."};
+  std::string summary;
+  describeQuery(step, summary);
+  return {std::move(step), std::move(summary)};
 }
 
 // The first rule that applies decides.
@@ -124,6 +137,18 @@ CleaningPlan OfflineHeuristicParser::parse(std::string_view prompt, const Prompt
   plan.steps.push_back(std::move(step));
   plan.summary = std::move(summary);
   return plan;
+}
+
+void OfflineHeuristicParser::describeByAction(CleaningPlan& plan) {
+  auto& step = plan.steps.front();
+  if (step.action != PlannedAction::move) {
+    describeQuery(step, plan.summary);
+  } else if (step.destinationFolder == step.targetFolder) {
+    describeSorting(step, plan.summary);
+  } else {
+    step.explanation = fmt::format("Move files that fit to {}.", lastComponent(step.destinationFolder.value_or("")));
+    plan.summary = step.explanation;
+  }
 }
 
 }  // namespace orvane

@@ -21,6 +21,9 @@ class OfflineHeuristicParser {
   // The same of a request that was read already; the goal is the prompt as it was typed, whatever words were read.
   [[nodiscard]] CleaningPlan parse(std::string_view prompt, const PromptReading& reading,
                                    const std::optional<FileUrl>& defaultManagedFolder = std::nullopt) const;
+
+  // Has a plan of one step told by its action and folders alone: for one whose conditions changed since it was made.
+  static void describeByAction(CleaningPlan& plan);
 };
 
 }  // namespace orvane

@@ -1,9 +1,11 @@
 #include "app/agent/AgentModel.h"
 
+#include "app/agent/PlanChips.h"
 #include "app/common/Text.h"
 #include "app/shell/AppNavigationItem.h"
 #include "core/base/text/Json.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
+#include "core/tasks/RunOrigins.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -34,6 +36,36 @@ class AgentModelTest : public WindowFixture {
     model.dryRun();
     EXPECT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
   }
+  // Of the first match, whatever header is above it.
+  [[nodiscard]] static int firstMatch(const AgentModel& model) {
+    for (int row = 0; row < model.rowCount(); ++row) {
+      if (model.data(model.index(row), AgentModel::KindRole).toInt() == AgentModel::Match) return row;
+    }
+    return -1;
+  }
+  // Header rows as text: name, count of files, state of the box.
+  [[nodiscard]] static QStringList headers(const AgentModel& model) {
+    QStringList result;
+    for (int row = 0; row < model.rowCount(); ++row) {
+      const auto at = model.index(row);
+      if (model.data(at, AgentModel::KindRole).toInt() != AgentModel::Header) continue;
+      result.append(QStringLiteral("%1|%2|%3")
+                        .arg(model.data(at, AgentModel::NameRole).toString())
+                        .arg(model.data(at, AgentModel::CountRole).toInt())
+                        .arg(model.data(at, AgentModel::CheckStateRole).toInt()));
+    }
+    return result;
+  }
+  // Conditions are changed by their names in the window.
+  void change(AgentModel& model, const QString& name, const QString& value) {
+    for (const auto& chip : model.reading()) {
+      if (chip.toMap()["name"].toString() != name) continue;
+      EXPECT_EQ(model.change(chip.toMap()["condition"].toInt(), value), "");
+      EXPECT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+      return;
+    }
+    FAIL() << "there is no " << name.toStdString();
+  }
   [[nodiscard]] static int rowOf(const AgentModel& model, const QString& name) {
     for (int row = 0; row < model.rowCount(); ++row) {
       if (model.data(model.index(row), AgentModel::NameRole).toString() == name) return row;
@@ -51,8 +83,8 @@ TEST_F(AgentModelTest, movesExactlyTheFilesWhoseBoxIsChecked) {
   const auto setup = aged("setup.dmg", 60);
   AgentModel model(services());
   plan(model, "organize files older than 30 days in downloads");
-  ASSERT_EQ(model.rowCount(), 3);
-  for (int row = 0; row < 3; ++row) {
+  ASSERT_EQ(model.matchCount(), 3);
+  for (int row = 0; row < model.rowCount(); ++row) {
     EXPECT_EQ(model.data(model.index(row), AgentModel::CheckStateRole).toInt(), Qt::Checked) << row;
   }
   EXPECT_EQ(model.selectedCount(), 3);
@@ -96,17 +128,19 @@ TEST_F(AgentModelTest, showsDeveloperCachesOnlyToAPlanThatNamesThem) {
   tree.sparseFile("Downloads/big.bin", size);
   AgentModel model(services());
   plan(model, "show me stuff in downloads");
-  EXPECT_EQ(model.rowCount(), 1) << model.error().toStdString();
-  EXPECT_EQ(rowOf(model, "big.bin"), 0);
-  EXPECT_EQ(model.data(model.index(0), AgentModel::CheckStateRole).toInt(), -1) << "it is only listed";
+  EXPECT_EQ(model.matchCount(), 1) << model.error().toStdString();
+  EXPECT_EQ(rowOf(model, "big.bin"), firstMatch(model));
+  EXPECT_THAT(headers(model), testing::ElementsAre("Downloads|1|-1")) << "it is only listed";
+  EXPECT_EQ(model.allCheckState(), -1);
 }
 
 TEST_F(AgentModelTest, carriesOutAMoveOfFilesThatOnlyTheUserCanJudge) {
   const auto report = aged("report.pdf", 60);
   AgentModel model(services());
   plan(model, "organize files older than 30 days in downloads");
-  ASSERT_EQ(model.rowCount(), 1);
-  EXPECT_EQ(model.data(model.index(0), AgentModel::RiskRole).toInt(), static_cast<int>(RiskLabel::manual));
+  ASSERT_EQ(model.matchCount(), 1);
+  EXPECT_EQ(model.data(model.index(firstMatch(model)), AgentModel::RiskRole).toInt(),
+            static_cast<int>(RiskLabel::manual));
   model.confirm();
   ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
   EXPECT_FALSE(exists(report));
@@ -122,10 +156,10 @@ TEST_F(AgentModelTest, plansOfflineShowsWhatItWouldDoAndDoesItWhenConfirmed) {
   ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
   ASSERT_TRUE(model.hasPlan()) << model.error().toStdString();
   EXPECT_FALSE(model.planSteps().isEmpty());
-  ASSERT_EQ(model.rowCount(), 1);
-  EXPECT_EQ(model.data(model.index(0), AgentModel::NameRole).toString(), "setup.dmg");
+  ASSERT_EQ(model.matchCount(), 1);
+  EXPECT_EQ(model.data(model.index(firstMatch(model)), AgentModel::NameRole).toString(), "setup.dmg");
   EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
-  if (model.selectedCount() == 0) model.toggle(0);
+  if (model.selectedCount() == 0) model.toggle(firstMatch(model));
   model.confirm();
   ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
   EXPECT_THAT(model.messages(), IsEmpty());
@@ -156,13 +190,13 @@ TEST_F(AgentModelTest, selectsNothingThatItDidNotUnderstandAndSaysWhy) {
   EXPECT_EQ(model.selectedCount(), 1);
   EXPECT_EQ(model.doubt(), "");
   plan(model, "don't delete files older than a year");
-  ASSERT_EQ(model.rowCount(), 1);
+  ASSERT_EQ(model.matchCount(), 1);
   EXPECT_EQ(model.selectedCount(), 0);
   EXPECT_EQ(model.doubt(), localizedText("agent.doubt_negation"));
   plan(model, "delete emails older than a year");
   EXPECT_EQ(model.selectedCount(), 0);
   EXPECT_THAT(model.doubt().toStdString(), testing::HasSubstr("“emails”"));
-  model.toggle(0);
+  model.toggle(firstMatch(model));
   EXPECT_EQ(model.selectedCount(), 1) << "the user may take the plan all the same";
 }
 
@@ -172,6 +206,7 @@ TEST_F(AgentModelTest, showsWhatEachWordBecameAndWhatWasAssumed) {
   QStringList read;
   for (const auto& entry : model.reading()) {
     const auto map = entry.toMap();
+    if (map["kind"] == AgentModel::Missing) continue;
     read.append(map["text"].toString() + "|" + map["became"].toString());
   }
   EXPECT_EQ(read, QStringList({"delete|to the Trash", "big|524.3\u00a0MB", "older than a month|30 days",
@@ -291,8 +326,8 @@ TEST_F(RemoteAgentTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
   ASSERT_EQ(sent.size(), 1U);
   EXPECT_THAT(sent.front(), testing::HasSubstr(server.body));
   EXPECT_THAT(sent.front(), testing::Not(testing::HasSubstr("sk-secret-key")));
-  ASSERT_EQ(model.rowCount(), 1);
-  if (model.selectedCount() == 0) model.toggle(0);
+  ASSERT_EQ(model.matchCount(), 1);
+  if (model.selectedCount() == 0) model.toggle(firstMatch(model));
   model.confirm();
   ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
   EXPECT_FALSE(exists(tree.path("Downloads/setup.dmg")));
@@ -313,8 +348,8 @@ TEST_F(AgentModelTest, explainsThePlanInTheLanguageOfTheWindow) {
   EXPECT_EQ(model.planTitle(), "Alte Bildschirmfotos finden und in den Papierkorb legen.");
   const QString step = "Bildschirmfotos, die vor mehr als 14 Tagen entstanden, in den Papierkorb legen.";
   EXPECT_EQ(model.planSteps()[0].toMap()["text"].toString(), step);
-  ASSERT_EQ(model.rowCount(), 1);
-  EXPECT_EQ(model.data(model.index(0), AgentModel::ReasonRole).toString(), step);
+  ASSERT_EQ(model.matchCount(), 1);
+  EXPECT_EQ(model.data(model.index(firstMatch(model)), AgentModel::ReasonRole).toString(), step);
 }
 
 TEST_F(AgentModelTest, handsAPlanOnAsARuleOrSaysWhyItIsNone) {
@@ -332,6 +367,92 @@ TEST_F(AgentModelTest, handsAPlanOnAsARuleOrSaysWhyItIsNone) {
   EXPECT_EQ(made[0].name, "delete screenshots older than a week");
   EXPECT_EQ(made[0].trigger.minimumAgeDays, 7);
   EXPECT_EQ(made[0].trigger.folderPath, "~/Downloads/");
+}
+
+TEST_F(AgentModelTest, groupsMatchesByFolderAndDestination) {
+  aged("report.pdf", 60);
+  aged("thesis.pdf", 60);
+  aged("setup.dmg", 60);
+  AgentModel model(services());
+  plan(model, "organize files older than 30 days in downloads");
+  EXPECT_THAT(headers(model), testing::UnorderedElementsAre("Downloads → Downloads/Documents/PDFs|2|2",
+                                                            "Downloads → Downloads/Installers|1|2"));
+  EXPECT_EQ(model.allCheckState(), Qt::Checked);
+  model.toggle(rowOf(model, "thesis.pdf"));
+  EXPECT_THAT(headers(model), testing::Contains("Downloads → Downloads/Documents/PDFs|2|1"));
+  EXPECT_EQ(model.allCheckState(), Qt::PartiallyChecked);
+  EXPECT_EQ(model.moves().size(), 3) << "two folders, and one file stays";
+  const auto pdfs = rowOf(model, "Downloads → Downloads/Documents/PDFs");
+  model.toggle(pdfs);
+  EXPECT_EQ(model.selectedCount(), 3) << "a part becomes all";
+  model.toggle(pdfs);
+  EXPECT_EQ(model.selectedCount(), 1);
+  const auto rows = model.rowCount();
+  model.toggleExpanded(pdfs);
+  EXPECT_EQ(model.rowCount(), rows - 2);
+  model.selectAll(true);
+  EXPECT_EQ(model.selectedCount(), 3) << "folded matches too";
+  model.selectAll(false);
+  EXPECT_EQ(model.allCheckState(), Qt::Unchecked);
+}
+
+TEST_F(AgentModelTest, changesConditionsByTheSameRoad) {
+  aged("old.pdf", 400);
+  aged("other.pdf", 400);
+  const auto month = aged("month.pdf", 40);
+  AgentModel model(services());
+  plan(model, "organize files older than 30 days in downloads");
+  EXPECT_EQ(model.changeText(), "");
+  model.toggle(rowOf(model, "other.pdf"));
+  change(model, "Age", "90");
+  EXPECT_EQ(rowOf(model, "month.pdf"), -1);
+  EXPECT_EQ(model.selectedCount(), 1) << "a narrower plan keeps what was chosen";
+  EXPECT_EQ(model.changeText(), localizedText("agent.changed"));
+
+  change(model, "Extensions", "pdf");
+  EXPECT_EQ(model.selectedCount(), 1);
+  change(model, "Age", "");
+  EXPECT_EQ(model.matchCount(), 3);
+  EXPECT_EQ(model.selectedCount(), 0) << "a wider one starts over";
+  EXPECT_THAT(model.changeText().toStdString(), testing::HasSubstr("nothing is selected"));
+
+  change(model, "Extensions", "");
+  EXPECT_TRUE(model.isRefused());
+  EXPECT_EQ(model.error(), localizedText("agent.needs_condition"));
+  EXPECT_EQ(model.rowCount(), 0);
+  change(model, "Age", "30");
+  ASSERT_EQ(model.matchCount(), 3);
+  model.toggle(rowOf(model, "month.pdf"));
+  model.confirm();
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  EXPECT_FALSE(exists(month));
+  EXPECT_TRUE(exists(tree.path("Downloads/old.pdf")));
+  const auto origins = recordedOrigins(taskServices());
+  ASSERT_EQ(origins.size(), 1U);
+  EXPECT_EQ(origins.begin()->second.detail, "organize files older than 30 days in downloads (changed)");
+}
+
+TEST_F(AgentModelTest, leavesAPlanAsItIsForAValueThatCanNeverWork) {
+  aged("old.pdf", 400);
+  AgentModel model(services());
+  plan(model, "delete files older than 30 days in downloads");
+  const auto extensions = static_cast<int>(PlanCondition::extensions);
+  EXPECT_EQ(model.change(extensions, "a/b"), "rules.extension_wrong");
+  EXPECT_FALSE(model.isPlanning());
+  EXPECT_EQ(model.change(99, "pdf"), "");
+  EXPECT_EQ(model.changeText(), "");
+}
+
+TEST_F(AgentModelTest, offersRequestsThatDoSomethingHere) {
+  AgentModel model(services());
+  aged("Screenshot 2026-01-01 at 10.00.00.png", 60);
+  model.reloadPresets();
+  ASSERT_TRUE(becomesTrue([&] { return !model.presets().isEmpty(); }));
+  EXPECT_EQ(model.presets().front(), "Delete screenshots older than 30 days");
+  model.askPreset(0);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  EXPECT_EQ(model.prompt(), model.presets().front());
+  EXPECT_EQ(model.matchCount(), 1);
 }
 
 TEST_F(AgentModelTest, offersTheModelOfThisMachineOnlyWhereItAnswers) {

@@ -81,22 +81,64 @@ def prepare_many(home):
         age(logs / f"{number}.log", 20)
 
 
+def prepare_many_loose(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    for number in range(1001):
+        (downloads / f"{number}.dmg").write_bytes(b"d" * 1000)
+        age(downloads / f"{number}.dmg", 60)
+
+
+def asks_once_more(window, verb, sums, folder):
+    """The button asks first; a refused question moves nothing, and one that is confirmed does what it says."""
+    before = files_below(folder)
+    window.press(verb)
+    window.sees(sums)
+    window.sees("consent.large_title")
+    # The question has buttons of its own, which may be named as those of the screen: they are the later ones.
+    list(window.find_all("action.cancel"))[-1].do_action(0)
+    wait_for("the question to go", lambda: not window.find("consent.large_title", exact=False))
+    expect(files_below(folder) == before, "a question that was refused moved something")
+    window.press(verb)
+    window.sees("consent.large_title")
+    list(window.find_all(verb))[-1].do_action(0)
+
+
 def ask_before_many(window, home):
     logs = home / "Downloads/Logs"
-    before = files_below(logs)
     window.press("action.scan")
     window.press("nav.cleanup")
-    window.press("Clean Selected · 1,001")
-    window.sees("1,001 items (1 MB) will go to the Trash.")
-    window.press("action.cancel")
-    wait_for("the question to go", lambda: not window.find("consent.large_title", exact=False))
-    expect(files_below(logs) == before, "a question that was refused moved something")
-    window.press("Clean Selected · 1,001")
-    window.sees("consent.large_title")
-    # The question has the same button as the screen: it is the later one.
-    again = list(window.find_all("Clean Selected · 1,001"))[-1]
-    again.do_action(0)
+    asks_once_more(window, "Clean Selected · 1,001", "1,001 items (1 MB) will go to the Trash.", logs)
     wait_for("an empty folder", lambda: not any(logs.iterdir()))
+
+
+def ask_before_many_by_rules(window, home):
+    downloads = home / "Downloads"
+    window.press("nav.rules")
+    window.press("Run 8 Rules")
+    asks_once_more(window, "Run Now · 1,001 · 1 MB", "1,001 items (1 MB) will go to the Trash.", downloads)
+    wait_for("an empty folder", lambda: not any(downloads.iterdir()))
+
+
+def ask_before_many_are_tidied(window, home):
+    downloads = home / "Downloads"
+    window.press("nav.settings")
+    window.focus("settings.schedule_enabled")
+    window.tab_to("tray.organize_now")
+    window.press("tray.organize_now")
+    asks_once_more(window, "Move 1,001 · 1 MB", "1,001 items (1 MB) will move to another folder.", downloads)
+    wait_for("all of them in Recents", lambda: len(files_below(downloads / "Recents")) == 1001)
+
+
+def ask_before_many_by_request(window, home):
+    downloads = home / "Downloads"
+    window.press("nav.agent")
+    window.type("agent.prompt", "organize files older than 30 days in downloads")
+    window.press("action.dry_run")
+    asks_once_more(
+        window, "Confirm & Apply · 1,001 · 1 MB", "1,001 items (1 MB) will move to another folder.", downloads
+    )
+    wait_for("all of them in a folder", lambda: not any(path.is_file() for path in downloads.iterdir()))
 
 
 # --- an end in the middle of a run
@@ -130,6 +172,40 @@ def quit_in_the_middle(window, home):
         expect(window.process.poll() is None, "the program ended in the middle of the run")
     window.process.wait(PATIENCE)
     expect(len(files_below(downloads)) == 1 and len(files_below(trash_of(home))) == 1, "the run was not finished")
+
+
+# --- a pause in the middle of a run
+
+
+def prepare_copies(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    for number in range(601):
+        (downloads / f"{number}.mov").write_bytes(b"film" * 5000)
+        age(downloads / f"{number}.mov", 700 - number)
+
+
+def pause_in_the_middle(window, home):
+    downloads = home / "Downloads"
+    window.press("nav.duplicates")
+    window.press("duplicates.search")
+    window.sees("601 copies")
+    state = home / "Library/Application Support/Orvane"
+    state.mkdir(parents=True, exist_ok=True)
+    # The run is held up until it was asked to pause, and then waits after its first group of items.
+    with (state / "duplicates.lock").open("w") as turn:
+        fcntl.flock(turn, fcntl.LOCK_EX)
+        window.press("Clean 600 · ", exact=False)
+        window.press("run.pause")
+        window.sees("run.pausing")
+    window.sees("run.paused")
+    moved = len(files_below(trash_of(home)))
+    expect(0 < moved < 600, f"{moved} of 600 copies went before the pause")
+    expect(len(files_below(downloads)) == 601 - moved, "a copy is in two places or in none")
+    expect(not window.find("run.pause"), "a run that waits can be paused again")
+    window.press("run.resume")
+    wait_for("one copy to be left", lambda: len(files_below(downloads)) == 1)
+    expect(len(files_below(trash_of(home))) == 600, "not every copy went to the Trash")
 
 
 def bring_to_front(section):
@@ -227,6 +303,10 @@ if __name__ == "__main__":
             {
                 "hidden": Scenario(prepare_logs, clean_what_is_shown),
                 "many": Scenario(prepare_many, ask_before_many),
+                "many by rules": Scenario(prepare_many_loose, ask_before_many_by_rules),
+                "many tidied": Scenario(prepare_many_loose, ask_before_many_are_tidied),
+                "many by request": Scenario(prepare_many_loose, ask_before_many_by_request),
+                "pause": Scenario(prepare_copies, pause_in_the_middle),
                 "quit": Scenario(prepare_twins, quit_in_the_middle),
                 "portal": Scenario(prepare_twins, choose_by_portal),
                 "chooser": Scenario(prepare_twins, choose_without_portal),

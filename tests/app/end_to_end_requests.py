@@ -8,7 +8,7 @@ import os
 import sys
 import time
 
-from window_driver import Scenario, expect, files_below, main, trash_of, wait_for_all_back
+from window_driver import Scenario, expect, files_below, main, trash_of, wait_for, wait_for_all_back
 
 DAY = 86400  # seconds
 
@@ -127,12 +127,62 @@ def ask_and_be_understood(window, home):
     expect(files_below(downloads) == before, "a file moved that nobody asked for")
 
 
+def prepare_conditions(home):
+    downloads = home / "Downloads"
+    downloads.mkdir()
+    for name, age in (("old.pdf", 400), ("older.pdf", 500), ("month.dmg", 40), ("Screenshot 2026-01-01 at 10.00.00.png", 90)):
+        (downloads / name).write_bytes(name.encode() * 100)
+        os.utime(downloads / name, (time.time() - age * DAY,) * 2)
+
+
+def change_conditions(window, home):
+    downloads = home / "Downloads"
+    before = files_below(downloads)
+    pdfs = "Downloads → Downloads/Documents/PDFs, 2 files"
+
+    window.press("AI Agent")
+    window.sees("Delete screenshots older than 30 days")
+    expect(not window.find("Delete logs older than 30 days"), "a request is offered that does nothing here")
+    ask(window, "organize files older than 30 days in downloads")
+    window.sees(pdfs)
+    expect(window.is_checked("action.select_all"), "a move does not come selected")
+
+    # A narrower plan keeps what was chosen.
+    window.press("Age: older than 30 days → 30 days")
+    window.press("90 days")
+    window.sees("No longer as typed")
+    wait_for("the younger file to go", lambda: not window.find("month.dmg, ", exact=False))
+    window.sees("Confirm & Apply · 3 · ")
+    window.press("Add a condition: Extensions")
+    window.press("agent.other_value")
+    window.type("rules.extensions", "pdf")
+    window.press("agent.look_again")
+    window.sees("Confirm & Apply · 2 · ")
+
+    # A wider one starts over.
+    window.press("Age: 90 days")
+    window.press("agent.remove_condition")
+    window.sees("nothing is selected")
+    expect(not window.is_checked("old.pdf, "), "a wider plan comes selected")
+    window.press("action.select_all")
+    window.press("Confirm & Apply · 2 · ", exact=False)
+    window.sees("2 items moved.")
+    moved = {"Documents/PDFs/" + name if name.endswith(".pdf") else name: content for name, content in before.items()}
+    expect(files_below(downloads) == moved, "not just the chosen files moved")
+    window.press("dashboard.undo")
+    wait_for("the files to come back", lambda: files_below(downloads) == before)
+
+    window.press("Delete screenshots older than 30 days")
+    window.sees("Screenshot 2026-01-01 at 10.00.00.png, ")
+
+
 if __name__ == "__main__":
     sys.exit(
         main(
             {
                 "rules": Scenario(prepare_rules, write_and_run_rule),
                 "assistant": Scenario(prepare_assistant, ask_assistant),
+                "conditions": Scenario(prepare_conditions, change_conditions),
                 "understanding": Scenario(prepare_understanding, ask_and_be_understood),
             }
         )

@@ -63,6 +63,11 @@ constexpr std::array planRows{
                "시스템과 사용자의 캐시와 로그에서 공간을 확보합니다.", "从系统和用户的缓存与日志中回收空间。",
                "從系統和使用者的快取與記錄檔回收空間。",
                "Recuperar espacio de las cachés y los registros del sistema y del usuario."}},
+    StringRow{
+        "plan.move_to",
+        {"Move files that fit to %1.", "Déplacer les fichiers qui conviennent vers %1.",
+         "Passende Dateien nach %1 verschieben.", "合うファイルを %1 へ移動します。", "맞는 파일을 %1(으)로 옮깁니다.",
+         "将符合的文件移到 %1。", "將符合的檔案移到 %1。", "Mover a %1 los archivos que encajan."}},
     StringRow{"plan.trash_query",
               {"Trash unneeded files matching query criteria.",
                "Placer dans la corbeille les fichiers inutiles qui répondent aux critères.",

@@ -1,0 +1,156 @@
+#include "core/tasks/PlanConditions.h"
+
+#include "core/localization/LocalizedStrings.h"
+#include "core/tasks/AskTask.h"
+#include "core/tasks/RequestPresets.h"
+#include "tests/support/TaskFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace orvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+struct ChangeCase {
+  const char* name;
+  RuleTrigger later;
+  bool narrows;
+};
+const RuleTrigger earlier{.folderPath = "/home/user/Downloads",
+                          .fileExtensions = {{"png", "jpg"}},
+                          .categories = {{ScanCategory::screenshots}},
+                          .minimumAgeDays = 30};
+
+RuleTrigger with(void (*change)(RuleTrigger&)) {
+  auto trigger = earlier;
+  change(trigger);
+  return trigger;
+}
+
+class ChangedConditions : public testing::TestWithParam<ChangeCase> {};
+
+TEST_P(ChangedConditions, areWiderWhereOneFileMoreCouldFit) {
+  SCOPED_TRACE(GetParam().name);
+  EXPECT_EQ(onlyNarrows(earlier, GetParam().later), GetParam().narrows);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Changes, ChangedConditions,
+    testing::Values(
+        ChangeCase{"older", with([](RuleTrigger& later) { later.minimumAgeDays = 60; }), true},
+        ChangeCase{"younger", with([](RuleTrigger& later) { later.minimumAgeDays = 29; }), false},
+        ChangeCase{"any age", with([](RuleTrigger& later) { later.minimumAgeDays.reset(); }), false},
+        ChangeCase{"a size as well", with([](RuleTrigger& later) { later.minimumSizeBytes = 1; }), true},
+        ChangeCase{"fewer extensions", with([](RuleTrigger& later) { later.fileExtensions = {{"png"}}; }), true},
+        ChangeCase{"another extension", with([](RuleTrigger& later) {
+                     later.fileExtensions = {{"png", "pdf"}};
+                   }),
+                   false},
+        ChangeCase{"any extension", with([](RuleTrigger& later) { later.fileExtensions.reset(); }), false},
+        ChangeCase{"an empty list", with([](RuleTrigger& later) { later.fileExtensions.emplace().clear(); }), false},
+        ChangeCase{"any category", with([](RuleTrigger& later) { later.categories.reset(); }), false},
+        ChangeCase{"another folder", with([](RuleTrigger& later) { later.folderPath = "/home/user/Desktop"; }), false},
+        ChangeCase{"a name as well", with([](RuleTrigger& later) { later.namePattern = "Screen"; }), true}));
+
+class PlanConditionsTask : public TaskFixture {
+ public:
+  static constexpr double day = 86400;
+
+  std::string aged(const std::string& name, double days) const {
+    auto path = tree.file("Downloads/" + name, "1234567");
+    setAge(path, days * day);
+    return path;
+  }
+  PlannedAnswer asked(const std::string& request) { return askPlanner(taskServices(), request, AIProvider::heuristic); }
+  Proposal proposed(const PlannedAnswer& answer) {
+    return proposeAnswer(taskServices(), answer, PlanReach::boundary, ReferenceClock::now()).value();
+  }
+
+ private:
+  const ScopedEnvironment m_home{"HOME", tree.path().c_str()};
+};
+
+TEST_F(PlanConditionsTask, keepOnlyWhatWasChosenAndIsStillTheSame) {
+  aged("a.pdf", 90);
+  aged("b.pdf", 90);
+  const auto replaced = aged("c.pdf", 90);
+  aged("d.pdf", 40);
+  const auto answer = asked("organize files older than 30 days in downloads");
+  const auto before = proposed(answer);
+  auto chosen = before.selection();
+  before.forEach([&](std::size_t index, const ProposedRow& row) {
+    if (row.item.url().lastPathComponent() == "a.pdf") chosen.set(index, Selection::Whether::unselected);
+  });
+  std::filesystem::remove(replaced);
+  tree.file("Downloads/c.pdf", "another");
+  setAge(replaced, 91 * day);
+  aged("new.pdf", 90);
+
+  auto conditions = conditionsOf(answer).value();
+  conditions.minimumAgeDays = 60;
+  const auto changed = withConditions(answer, conditions, "goal");
+  const auto after = proposed(changed);
+  const auto kept = keptSelection(before, chosen, after);
+  EXPECT_EQ(rowsOf(after).size(), 4U);
+  std::set<std::string> selected;
+  for (const auto index : kept.selected()) selected.emplace(after.row(index).item.url().lastPathComponent());
+  EXPECT_THAT(selected, UnorderedElementsAre("b.pdf"));
+}
+
+TEST_F(PlanConditionsTask, moveADestinationThatIsThePlansOwnFolder) {
+  setAge(tree.file("Desktop/report.pdf"), 60 * day);
+  folders.saveBookmark(tree.url("Desktop"));
+  const auto answer = asked("organize files older than 30 days in downloads");
+  auto conditions = conditionsOf(answer).value();
+  conditions.folderPath = tree.path("Desktop");
+  const auto proposal = proposed(withConditions(answer, conditions, "goal"));
+  ASSERT_EQ(proposal.size(), 1U);
+  EXPECT_EQ(proposal.row(0).destinationFolder()->path(), tree.path("Desktop/Documents/PDFs"));
+}
+
+TEST_F(PlanConditionsTask, thatSelectNothingByAreRefused) {
+  const auto answer = asked("delete files older than 30 days");
+  auto conditions = conditionsOf(answer).value();
+  conditions.minimumAgeDays.reset();
+  const auto proposal = proposed(withConditions(answer, conditions, "goal"));
+  EXPECT_NE(firstNotice<PlanRefused>(proposal.notices()), nullptr);
+  EXPECT_TRUE(proposal.empty());
+}
+
+class RequestPresetsTask : public PlanConditionsTask {};
+
+TEST_F(RequestPresetsTask, areUnderstoodInEveryLanguageAsInEnglish) {
+  for (const auto key : requestPresets()) {
+    const auto english = asked(std::string(LocalizedStrings::lookup(AppLanguage::en, key)));
+    for (const auto language : allAppLanguages) {
+      const std::string text(LocalizedStrings::lookup(language, key));
+      SCOPED_TRACE(text);
+      const auto answer = asked(text);
+      const bool isForOrganizer = answer.understanding.room && answer.understanding.room->room == Room::organize;
+      EXPECT_TRUE(answer.understanding.isSure() || isForOrganizer) << rawValue(answer.understanding.doubt);
+      ASSERT_EQ(answer.plan.steps.size(), 1U);
+      EXPECT_EQ(answer.plan.steps[0].targetFolder, english.plan.steps[0].targetFolder);
+      EXPECT_EQ(answer.plan.steps[0].action, english.plan.steps[0].action);
+      EXPECT_EQ(answer.plan.steps[0].filter.toJson(), english.plan.steps[0].filter.toJson());
+    }
+  }
+}
+
+TEST_F(RequestPresetsTask, areOfferedOnlyWhereTheyTakeSomething) {
+  const auto services = taskServices();
+  EXPECT_THAT(usefulPresets(services, {}), ElementsAre());
+  aged("new.pdf", 0);
+  EXPECT_THAT(usefulPresets(services, {}), ElementsAre("agent.preset_sort"));
+  aged("Screenshot 2026-01-01 at 10.00.00.png", 60);
+  setAge(tree.file("Desktop/Screenshot 2026-01-01 at 10.00.00.png"), 60 * day);
+  EXPECT_THAT(usefulPresets(services, {}), ElementsAre("agent.preset_screenshots", "agent.preset_sort"))
+      << "the desktop is not granted";
+  folders.saveBookmark(tree.url("Desktop"));
+  EXPECT_THAT(usefulPresets(services, {}),
+              ElementsAre("agent.preset_screenshots", "agent.preset_sort", "agent.preset_desktop_screenshots"));
+}
+
+}  // namespace
+}  // namespace orvane::test
