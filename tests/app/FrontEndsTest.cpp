@@ -314,7 +314,7 @@ const std::vector<Case>& cases() {
       {"rules",
        [](const TemporaryTree& home) {
          arrangeDownloads(home, {"a.dmg", "b.dmg"}, 10);
-         arrangeDownloads(home, {"young.dmg"}, 2.99999);
+         arrangeDownloads(home, {"young.dmg"}, 2.99);
        },
        {"rules", "run", "Drafts"},
        runsRulesInWindow,
