@@ -1,10 +1,8 @@
 # A build from nothing spends most of its time on headers. With CMAKE_UNITY_BUILD the sources of one folder are compiled
 # together, in groups that stay as they are when a file joins another folder. Names in unnamed namespaces must then differ
-# within a folder. Files that cannot meet that stay by themselves: with SKIP_UNITY_BUILD_INCLUSION, or all whose path
-# matches `EXCEPT` (a regular expression).
+# within a folder. Files that cannot meet that stay by themselves, with SKIP_UNITY_BUILD_INCLUSION.
 
 function(orvane_group_sources target)
-  cmake_parse_arguments(PARSE_ARGV 1 option "" "EXCEPT" "")
   if(NOT CMAKE_UNITY_BUILD)
     return()
   endif()
@@ -17,9 +15,6 @@ function(orvane_group_sources target)
     endif()
     cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${top}")
     cmake_path(RELATIVE_PATH source BASE_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE path)
-    if(DEFINED option_EXCEPT AND path MATCHES "${option_EXCEPT}")
-      continue()
-    endif()
     cmake_path(GET path PARENT_PATH folder)
     string(MAKE_C_IDENTIFIER "${folder}" room)
     # Eight files compile in the time of two or three, and leave enough groups for all processors.

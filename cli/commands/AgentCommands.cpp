@@ -50,7 +50,7 @@ constexpr std::array showOptions{
     OptionSpec{.name = "--property-list", .valueName = "", .help = "Print the same agent as a property list instead."},
 };
 
-ExitStatus runShow(Session& session, const Arguments& arguments) {
+ExitStatus runAgentShow(Session& session, const Arguments& arguments) {
   const auto& agent = LaunchAgentManager::shared();
   const auto propertyList = agent.generatePlistContent(windowProgram(), frequency());
   const auto definitions = agent.definitions(windowProgram(), frequency());
@@ -85,12 +85,12 @@ ExitStatus runInstall(Session& session, const Arguments& /*arguments*/) {
   return printStatus(session);
 }
 
-ExitStatus runUninstall(Session& session, const Arguments& /*arguments*/) {
+ExitStatus runAgentUninstall(Session& session, const Arguments& /*arguments*/) {
   LaunchAgentManager::shared().uninstall();
   return printStatus(session);
 }
 
-ExitStatus runStatus(Session& session, const Arguments& /*arguments*/) {
+ExitStatus runAgentStatus(Session& session, const Arguments& /*arguments*/) {
   return printStatus(session);
 }
 
@@ -104,7 +104,7 @@ constexpr CommandSpec agentShowCommand{
         "com.orvane.cleanup.",
     .arguments = {},
     .options = showOptions,
-    .run = runShow,
+    .run = runAgentShow,
 };
 
 constexpr CommandSpec agentInstallCommand{
@@ -124,7 +124,7 @@ constexpr CommandSpec agentUninstallCommand{
     .details = "The settings of scheduled cleanups stay.",
     .arguments = {},
     .options = {},
-    .run = runUninstall,
+    .run = runAgentUninstall,
 };
 
 constexpr CommandSpec agentStatusCommand{
@@ -133,7 +133,7 @@ constexpr CommandSpec agentStatusCommand{
     .details = "And how often it starts the program.",
     .arguments = {},
     .options = {},
-    .run = runStatus,
+    .run = runAgentStatus,
 };
 
 }  // namespace orvane::cli

@@ -26,7 +26,7 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array options{
+constexpr std::array applyOptions{
     rootOption,
     OptionSpec{.name = "--dry-run", .valueName = "", .help = "Show which rows would move and why others would not."},
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
@@ -67,7 +67,7 @@ Json rowsJson(const Proposal& proposal, const RowSum& total) {
   return json;
 }
 
-void printRows(Session& session, const Proposal& proposal) {
+void printApplyRows(Session& session, const Proposal& proposal) {
   Table table({{"Size", Alignment::right}, {"Item"}, {"To"}, {"State"}});
   proposal.forEach([&](std::size_t, const ProposedRow& row) {
     if (!isReady(row) && row.lock == Lock::none) return;
@@ -79,7 +79,7 @@ void printRows(Session& session, const Proposal& proposal) {
   if (!proposal.empty()) table.print(session);
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runApply(Session& session, const Arguments& arguments) {
   const bool isDryRun = arguments.has("--dry-run");
   if (!isDryRun) requireConsentPossible(arguments);
   auto boundary = arguments.has("--root") ? boundaryFrom(arguments)
@@ -105,13 +105,13 @@ ExitStatus run(Session& session, const Arguments& arguments) {
     if (session.isJson()) {
       session.out().line(jsonText(rowsJson(*proposal, total)));
     } else {
-      printRows(session, *proposal);
+      printApplyRows(session, *proposal);
       session.out().line(fmt::format("Would move {}.", itemsText(total)));
     }
     return ExitStatus::done;
   }
   if (approval.empty()) return printReport(session, *proposal, {});
-  if (!arguments.has("--yes") && !session.isJson()) printRows(session, *proposal);
+  if (!arguments.has("--yes") && !session.isJson()) printApplyRows(session, *proposal);
   return askAndMove(session, arguments, approval);
 }
 
@@ -130,8 +130,8 @@ constexpr CommandSpec applyCommand{
                   .least = 1,
                   .most = 1,
                   .kind = ValueKind::savedProposal},
-    .options = options,
-    .run = run,
+    .options = applyOptions,
+    .run = runApply,
 };
 
 }  // namespace orvane::cli

@@ -75,7 +75,7 @@ std::string protectionText(const InstalledApp& app) {
   return "remove with: " + escapedForDisplay(app.system->removalCommand);
 }
 
-ExitStatus runList(Session& session, const Arguments& arguments) {
+ExitStatus runAppsList(Session& session, const Arguments& arguments) {
   const auto& services = TaskServices::shared();
   auto apps = installedApps(services, placesFromArguments(arguments.values("--directory")));
   static_cast<void>(measureApps(services, apps));
@@ -135,7 +135,7 @@ ExitStatus runLeftovers(Session& session, const Arguments& arguments) {
   return ExitStatus::done;
 }
 
-void printProposal(Session& session, const Proposal& proposal) {
+void printAppsProposal(Session& session, const Proposal& proposal) {
   Table table({{"Size", Alignment::right}, {"What"}, {"Item"}});
   proposal.forEach([&](std::size_t index, const ProposedRow& row) {
     const auto* const kept = row.choice == Choice::selected ? "goes with it" : "leftover, stays";
@@ -144,13 +144,13 @@ void printProposal(Session& session, const Proposal& proposal) {
   table.print(session);
 }
 
-ExitStatus runUninstall(Session& session, const Arguments& arguments) {
+ExitStatus runAppsUninstall(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   if (!isToSave) requireConsentPossible(arguments);
   const auto leftovers = arguments.has("--all-leftovers") ? Leftovers::take : Leftovers::leave;
   const auto proposal = proposeUninstall(TaskServices::shared(), {appMeantBy(arguments.plain().front()), leftovers});
   if (isToSave) return saveProposal(session, arguments, proposal.approve());
-  if (!arguments.has("--yes") && !session.isJson()) printProposal(session, proposal);
+  if (!arguments.has("--yes") && !session.isJson()) printAppsProposal(session, proposal);
   tellNotices(proposal.notices());
   return askAndMove(session, arguments, proposal.approve());
 }
@@ -188,7 +188,7 @@ constexpr CommandSpec appsListCommand{
         "shows the command that removes them.",
     .arguments = {},
     .options = listOptions,
-    .run = runList,
+    .run = runAppsList,
 };
 
 constexpr CommandSpec appsLeftoversCommand{
@@ -214,7 +214,7 @@ constexpr CommandSpec appsUninstallCommand{
         "With --json, \"runId\" is null when nothing was moved.",
     .arguments = appArgument,
     .options = uninstallOptions,
-    .run = runUninstall,
+    .run = runAppsUninstall,
 };
 
 }  // namespace orvane::cli

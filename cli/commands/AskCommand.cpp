@@ -27,7 +27,7 @@ constexpr std::array<std::string_view, 4> providers{"offline_heuristic", "anthro
 
 constexpr std::array<std::string_view, 3> placeCategories{"browserCaches", "caches", "logs"};
 
-constexpr std::array options{
+constexpr std::array askOptions{
     OptionSpec{
         .name = "--provider",
         .valueName = "PROVIDER",
@@ -97,7 +97,7 @@ Json jsonFrom(const Asked& asked, const Proposal& proposal) {
   return json;
 }
 
-AIProvider providerFrom(const Arguments& arguments) {
+AIProvider askProviderFrom(const Arguments& arguments) {
   const auto name = arguments.value("--provider");
   return name ? aiProviderFromRawValue(*name).value_or(AIProvider::heuristic) : AIProvider::heuristic;
 }
@@ -183,7 +183,7 @@ std::optional<Proposal> propose(Session& session, const Asked& asked) {
                        whenUnsure);
 }
 
-void printProposal(Session& session, const Asked& asked, const Proposal& proposal) {
+void printAskProposal(Session& session, const Asked& asked, const Proposal& proposal) {
   printRows(session, proposal);
   for (const auto& beside : placesBeside(TaskServices::shared(), asked.answer, {.stop = session.stop()})) {
     printBeside(session, beside);
@@ -192,16 +192,16 @@ void printProposal(Session& session, const Asked& asked, const Proposal& proposa
 
 PlannedAnswer answerTo(Session& session, const Arguments& arguments, const std::string& prompt) {
   const auto& services = TaskServices::shared();
-  auto answer = askPlanner(services, prompt, providerFrom(arguments), session.stop());
+  auto answer = askPlanner(services, prompt, askProviderFrom(arguments), session.stop());
   for (const auto& name : arguments.values("--with")) {
     answer = withPlaces(services, std::move(answer), scanCategoryFromRawValue(name).value());
   }
   return answer;
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runAsk(Session& session, const Arguments& arguments) {
   const auto& prompt = arguments.plain().front();
-  if (arguments.has("--show-request")) return showRequest(session, prompt, providerFrom(arguments));
+  if (arguments.has("--show-request")) return showRequest(session, prompt, askProviderFrom(arguments));
   if (arguments.has("--apply") && !arguments.has("--save")) requireConsentPossible(arguments);
   const Asked asked{arguments, prompt, answerTo(session, arguments, prompt)};
   if (session.stop().stop_requested()) return interruptedBeforeChange();
@@ -224,7 +224,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
     if (!isRefused) status = saveProposal(session, arguments, proposal->approve());
     return statusWith(proposal->notices(), status);
   }
-  if (!session.isJson() && !isRefused) printProposal(session, asked, *proposal);
+  if (!session.isJson() && !isRefused) printAskProposal(session, asked, *proposal);
   if (asked.applies() && !isRefused) {
     requireUnderstood(asked);
     status = apply(session, asked, *proposal);
@@ -259,8 +259,8 @@ constexpr CommandSpec askCommand{
         "With --apply what is selected is moved as one run that 'orvanectl restore' brings back, inside the granted "
         "folders only. A plan without anything to select files by is shown and not used.",
     .arguments = {.name = "PROMPT", .help = "The request, as one argument: put it in quotes.", .least = 1, .most = 1},
-    .options = options,
-    .run = run,
+    .options = askOptions,
+    .run = runAsk,
 };
 
 }  // namespace orvane::cli

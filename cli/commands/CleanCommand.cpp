@@ -20,7 +20,7 @@ namespace {
 
 constexpr auto categoryNames = scanCategories.rawValues();
 
-constexpr std::array options{
+constexpr std::array cleanOptions{
     OptionSpec{.name = "--category",
                .valueName = "C",
                .help = "Take only items of this category; may be given several times.",
@@ -47,7 +47,7 @@ constexpr std::array options{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-CleanWish wishFrom(const Arguments& arguments) {
+CleanWish cleanWishFrom(const Arguments& arguments) {
   CleanWish wish;
   for (const auto& name : arguments.values("--category")) {
     wish.categories.push_back(scanCategoryFromRawValue(name).value());
@@ -62,14 +62,14 @@ CleanWish wishFrom(const Arguments& arguments) {
   return wish;
 }
 
-void printTable(Session& session, const Proposal& proposal) {
+void printCleanTable(Session& session, const Proposal& proposal) {
   ScanTotals totals;
   proposal.forEach([&](std::size_t, const ProposedRow& row) { totals.add(row.item); });
   printTotals(session, totals);
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
-  auto wish = wishFrom(arguments);
+ExitStatus runClean(Session& session, const Arguments& arguments) {
+  auto wish = cleanWishFrom(arguments);
   const bool isDryRun = arguments.has("--dry-run");
   const bool isToSave = arguments.has("--save");
   if (!isDryRun && !isToSave) requireConsentPossible(arguments);
@@ -93,7 +93,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   } else if (approval.empty()) {
     status = printReport(session, *proposal, {});
   } else {
-    if (!session.isJson()) printTable(session, *proposal);
+    if (!session.isJson()) printCleanTable(session, *proposal);
     status = askAndMove(session, arguments, approval);
   }
   return status == ExitStatus::done && chosen.someAreUnusable ? ExitStatus::failed : status;
@@ -115,8 +115,8 @@ constexpr CommandSpec cleanCommand{
                   .least = 0,
                   .most = anyNumber,
                   .kind = ValueKind::folder},
-    .options = options,
-    .run = run,
+    .options = cleanOptions,
+    .run = runClean,
 };
 
 }  // namespace orvane::cli

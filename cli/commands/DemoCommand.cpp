@@ -41,7 +41,7 @@ std::string typed(const std::string& path) {
   return std::ranges::all_of(shown, isPlain) ? shown : shellWord(path);
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runDemo(Session& session, const Arguments& arguments) {
   const auto sample = SampleHome::make(folderFor(arguments));
   const auto window = windowProgram();
   const auto starter = sample.makeStarter(joinPath(parentPath(window), "orvanectl"));
@@ -81,7 +81,7 @@ constexpr CommandSpec demoCommand{
                   .most = 1,
                   .kind = ValueKind::folder},
     .options = {},
-    .run = run,
+    .run = runDemo,
 };
 
 }  // namespace orvane::cli

@@ -171,7 +171,7 @@ void addChecked(Report& report, std::string_view heading, Add add) {
   }
 }
 
-ExitStatus run(Session& session, const Arguments& /*arguments*/) {
+ExitStatus runDoctor(Session& session, const Arguments& /*arguments*/) {
   const auto system = systemReport();
   Report report;
   addProgram(report);
@@ -194,7 +194,7 @@ constexpr CommandSpec doctorCommand{
         "in it is personal: no name of a user, a machine or a file of yours, and the home folder shows as ~.",
     .arguments = {},
     .options = {},
-    .run = run,
+    .run = runDoctor,
 };
 
 }  // namespace orvane::cli

@@ -23,14 +23,14 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array<std::string_view, 2> strategyNames{"oldest", "shortest-path"};
+constexpr std::array<std::string_view, 2> duplicatesStrategyNames{"oldest", "shortest-path"};
 
-constexpr std::array options{
+constexpr std::array duplicatesOptions{
     OptionSpec{.name = "--keep",
                .valueName = "WHICH",
                .help = "Which copy stays: the one created first (the default), or the one with the shortest path.",
                .kind = ValueKind::choice,
-               .choices = strategyNames},
+               .choices = duplicatesStrategyNames},
     OptionSpec{.name = "--reference",
                .valueName = "FOLDER",
                .help = "Search this folder too and never touch it: a copy in it is the one that stays. May be given "
@@ -42,9 +42,9 @@ constexpr std::array options{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-DuplicateKeepStrategy strategyFrom(const Arguments& arguments) {
-  return arguments.value("--keep") == strategyNames[1] ? DuplicateKeepStrategy::keepShortestPath
-                                                       : DuplicateKeepStrategy::keepOldest;
+DuplicateKeepStrategy duplicatesStrategyFrom(const Arguments& arguments) {
+  return arguments.value("--keep") == duplicatesStrategyNames[1] ? DuplicateKeepStrategy::keepShortestPath
+                                                                 : DuplicateKeepStrategy::keepOldest;
 }
 
 std::optional<Proposal> find(Session& session, const Arguments& arguments, const std::vector<FileUrl>& folders,
@@ -55,7 +55,8 @@ std::optional<Proposal> find(Session& session, const Arguments& arguments, const
     line.update([&] { return duplicateProgressText(progress); });
   };
   return proposeDuplicates(TaskServices::shared(),
-                           {.folders = folders, .keep = strategyFrom(arguments), .references = references}, monitor);
+                           {.folders = folders, .keep = duplicatesStrategyFrom(arguments), .references = references},
+                           monitor);
 }
 
 ExitStatus printCleanup(Session& session, const Proposal& proposal, const RunReport& report) {
@@ -110,7 +111,7 @@ std::vector<FileUrl> referencesFrom(const Arguments& arguments) {
   return references;
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runDuplicates(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   const bool cleans = arguments.has("--clean") && !isToSave;
   if (cleans) requireConsentPossible(arguments);
@@ -149,8 +150,8 @@ constexpr CommandSpec duplicatesCommand{
                   .least = 0,
                   .most = anyNumber,
                   .kind = ValueKind::folder},
-    .options = options,
-    .run = run,
+    .options = duplicatesOptions,
+    .run = runDuplicates,
 };
 
 }  // namespace orvane::cli

@@ -100,7 +100,7 @@ void printText(Session& session, const Explanation& explanation) {
   if (explanation.item) line("organizer", explanation.item->organizerCategory);
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runExplain(Session& session, const Arguments& arguments) {
   const auto explanations = explain(TaskServices::shared(), placesFromArguments(arguments.plain()));
   auto status = ExitStatus::done;
   for (const auto& explanation : explanations) {
@@ -133,7 +133,7 @@ constexpr CommandSpec explainCommand{
                   .most = anyNumber,
                   .kind = ValueKind::path},
     .options = {},
-    .run = run,
+    .run = runExplain,
 };
 
 }  // namespace orvane::cli

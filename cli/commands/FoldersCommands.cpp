@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::array<std::string_view, 2> switchStates{"on", "off"};
 
-ExitStatus print(Session& session) {
+ExitStatus printFolders(Session& session) {
   const auto folders = listedGrants(TaskServices::shared());
   if (session.isJson()) {
     Json json = Json::array();
@@ -32,8 +32,8 @@ ExitStatus print(Session& session) {
   return ExitStatus::done;
 }
 
-ExitStatus runList(Session& session, const Arguments& /*arguments*/) {
-  return print(session);
+ExitStatus runFoldersList(Session& session, const Arguments& /*arguments*/) {
+  return printFolders(session);
 }
 
 ExitStatus runKnown(Session& session, const Arguments& arguments) {
@@ -63,7 +63,7 @@ ExitStatus runKnown(Session& session, const Arguments& arguments) {
   return ExitStatus::done;
 }
 
-ExitStatus runAdd(Session& session, const Arguments& arguments) {
+ExitStatus runFoldersAdd(Session& session, const Arguments& arguments) {
   const auto& services = TaskServices::shared();
   const auto folders = placesFromArguments(arguments.plain());
   if (const auto problem = grantFolders(services, folders)) {
@@ -75,10 +75,10 @@ ExitStatus runAdd(Session& session, const Arguments& arguments) {
     if (holder)
       Session::report(fmt::format("{} is covered by {}: it counts once", shownPath(folder), shownPath(*holder)));
   }
-  return print(session);
+  return printFolders(session);
 }
 
-ExitStatus runRemove(Session& session, const Arguments& arguments) {
+ExitStatus runFoldersRemove(Session& session, const Arguments& arguments) {
   const auto removal = removeGrants(TaskServices::shared(), placesFromArguments(arguments.plain()));
   for (const auto& folder : removal.notGranted) {
     Session::report(fmt::format("{}: is no granted folder", shownPath(folder)));
@@ -88,7 +88,7 @@ ExitStatus runRemove(Session& session, const Arguments& arguments) {
     Session::report("at least one folder has to stay: add another one first");
     return ExitStatus::failed;
   }
-  return print(session);
+  return printFolders(session);
 }
 
 }  // namespace
@@ -104,7 +104,7 @@ constexpr CommandSpec foldersListCommand{
         "as far as they exist, until others are chosen.",
     .arguments = {},
     .options = {},
-    .run = runList,
+    .run = runFoldersList,
 };
 
 constexpr CommandSpec foldersKnownCommand{
@@ -132,7 +132,7 @@ constexpr CommandSpec foldersAddCommand{
     .arguments =
         {.name = "DIR", .help = "The folder to look after.", .least = 1, .most = anyNumber, .kind = ValueKind::folder},
     .options = {},
-    .run = runAdd,
+    .run = runFoldersAdd,
 };
 
 constexpr CommandSpec foldersRemoveCommand{
@@ -145,7 +145,7 @@ constexpr CommandSpec foldersRemoveCommand{
                   .most = anyNumber,
                   .kind = ValueKind::folder},
     .options = {},
-    .run = runRemove,
+    .run = runFoldersRemove,
 };
 
 }  // namespace orvane::cli

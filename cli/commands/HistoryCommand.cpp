@@ -79,7 +79,7 @@ void printEntries(Session& session, const CleanupRunSummary& run, const std::vec
                                  itemCount(run.itemCount), run.formattedSize(), stateOf(run)));
 }
 
-ExitStatus runShow(Session& session, const Arguments& arguments) {
+ExitStatus runHistoryShow(Session& session, const Arguments& arguments) {
   const auto runs = recordedRuns(TaskServices::shared());
   tellJournalNotices();
   const auto& run = runMeantBy(arguments.plain().front(), runs);
@@ -113,7 +113,7 @@ constexpr CommandSpec historyShowCommand{
                   .most = 1,
                   .kind = ValueKind::run},
     .options = {},
-    .run = runShow,
+    .run = runHistoryShow,
 };
 
 }  // namespace orvane::cli

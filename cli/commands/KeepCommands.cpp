@@ -27,7 +27,7 @@ std::string patternFrom(const std::string& argument) {
   return keepPatternFor(TaskServices::shared(), place);
 }
 
-ExitStatus print(Session& session) {
+ExitStatus printKeepList(Session& session) {
   const auto patterns = keptPatterns(TaskServices::shared());
   if (session.isJson()) {
     session.out().line(jsonText(Json(patterns)));
@@ -38,11 +38,11 @@ ExitStatus print(Session& session) {
   return ExitStatus::done;
 }
 
-ExitStatus runList(Session& session, const Arguments& /*arguments*/) {
-  return print(session);
+ExitStatus runKeepList(Session& session, const Arguments& /*arguments*/) {
+  return printKeepList(session);
 }
 
-ExitStatus runAdd(Session& session, const Arguments& arguments) {
+ExitStatus runKeepAdd(Session& session, const Arguments& arguments) {
   std::vector<std::string> patterns;
   for (const auto& argument : arguments.plain()) patterns.push_back(patternFrom(argument));
   try {
@@ -50,7 +50,7 @@ ExitStatus runAdd(Session& session, const Arguments& arguments) {
   } catch (const std::invalid_argument& error) {
     throw UsageError(error.what());
   }
-  return print(session);
+  return printKeepList(session);
 }
 
 // A pattern as it is listed, or the place that it means.
@@ -60,7 +60,7 @@ std::string listedFor(const std::vector<std::string>& known, const std::string& 
   return std::ranges::find(known, pattern) != known.end() ? pattern : argument;
 }
 
-ExitStatus runRemove(Session& session, const Arguments& arguments) {
+ExitStatus runKeepRemove(Session& session, const Arguments& arguments) {
   const auto known = keptPatterns(TaskServices::shared());
   std::vector<std::string> patterns;
   for (const auto& argument : arguments.plain()) patterns.push_back(listedFor(known, argument));
@@ -68,7 +68,7 @@ ExitStatus runRemove(Session& session, const Arguments& arguments) {
   for (const auto& pattern : missing) {
     Session::report(fmt::format("{}: is not on the keep list", escapedForDisplay(pattern)));
   }
-  return missing.empty() ? print(session) : ExitStatus::failed;
+  return missing.empty() ? printKeepList(session) : ExitStatus::failed;
 }
 
 }  // namespace
@@ -81,7 +81,7 @@ constexpr CommandSpec keepListCommand{
         "say how many items that holds back.",
     .arguments = {},
     .options = {},
-    .run = runList,
+    .run = runKeepList,
 };
 
 constexpr CommandSpec keepAddCommand{
@@ -98,7 +98,7 @@ constexpr CommandSpec keepAddCommand{
                   .most = anyNumber,
                   .kind = ValueKind::path},
     .options = {},
-    .run = runAdd,
+    .run = runKeepAdd,
 };
 
 constexpr CommandSpec keepRemoveCommand{
@@ -111,7 +111,7 @@ constexpr CommandSpec keepRemoveCommand{
                   .most = anyNumber,
                   .kind = ValueKind::path},
     .options = {},
-    .run = runRemove,
+    .run = runKeepRemove,
 };
 
 }  // namespace orvane::cli

@@ -35,7 +35,7 @@ constexpr ArgumentSpec providerArgument{.name = "PROVIDER",
                                         .kind = ValueKind::choice,
                                         .choices = remoteProviders};
 
-AIProvider providerFrom(const Arguments& arguments) {
+AIProvider keysProviderFrom(const Arguments& arguments) {
   const auto provider = aiProviderFromRawValue(arguments.plain().front());
   if (!provider || keyAccount(*provider).empty()) throw UsageError("name a provider: anthropic or openai");
   return *provider;
@@ -106,8 +106,8 @@ void printStored(Session& session, AIProvider provider) {
   session.out().line(fmt::format("{}: {}", displayName(provider), isStored ? "a key is stored" : "no key is stored"));
 }
 
-ExitStatus runSet(Session& session, const Arguments& arguments) {
-  const auto provider = providerFrom(arguments);
+ExitStatus runKeysSet(Session& session, const Arguments& arguments) {
+  const auto provider = keysProviderFrom(arguments);
   const auto key = readKey(session, provider);
   if (!key) {
     Session::report("interrupted; nothing was changed");
@@ -119,8 +119,8 @@ ExitStatus runSet(Session& session, const Arguments& arguments) {
   return isStored ? ExitStatus::done : ExitStatus::failed;
 }
 
-ExitStatus runDelete(Session& session, const Arguments& arguments) {
-  const auto provider = providerFrom(arguments);
+ExitStatus runKeysDelete(Session& session, const Arguments& arguments) {
+  const auto provider = keysProviderFrom(arguments);
   const bool isGone = KeychainService::shared().deleteKey(keyAccount(provider));
   if (!isGone)
     Session::report("the key could not be deleted: the key ring is locked, or there is none in this session");
@@ -128,8 +128,8 @@ ExitStatus runDelete(Session& session, const Arguments& arguments) {
   return isGone ? ExitStatus::done : ExitStatus::failed;
 }
 
-ExitStatus runStatus(Session& session, const Arguments& arguments) {
-  const auto provider = providerFrom(arguments);
+ExitStatus runKeysStatus(Session& session, const Arguments& arguments) {
+  const auto provider = keysProviderFrom(arguments);
   printStored(session, provider);
   return ExitStatus::done;
 }
@@ -144,7 +144,7 @@ constexpr CommandSpec keysSetCommand{
         "kept in your key ring only.",
     .arguments = providerArgument,
     .options = {},
-    .run = runSet,
+    .run = runKeysSet,
 };
 
 constexpr CommandSpec keysDeleteCommand{
@@ -153,7 +153,7 @@ constexpr CommandSpec keysDeleteCommand{
     .details = "Nothing is wrong when none is stored.",
     .arguments = providerArgument,
     .options = {},
-    .run = runDelete,
+    .run = runKeysDelete,
 };
 
 constexpr CommandSpec keysStatusCommand{
@@ -162,7 +162,7 @@ constexpr CommandSpec keysStatusCommand{
     .details = "A key ring that is locked or missing counts as one without a key. The key itself is never shown.",
     .arguments = providerArgument,
     .options = {},
-    .run = runStatus,
+    .run = runKeysStatus,
 };
 
 }  // namespace orvane::cli

@@ -30,7 +30,7 @@ namespace {
 
 constexpr int deepest = 100;
 
-constexpr std::array options{
+constexpr std::array mapOptions{
     OptionSpec{.name = "--depth",
                .valueName = "N",
                .help = "Show so many levels of folders below FOLDER, from 0 to 100. 1 unless given."},
@@ -103,7 +103,7 @@ void checkTogether(const Arguments& arguments) {
   }
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runMap(Session& session, const Arguments& arguments) {
   checkTogether(arguments);
   const auto& services = MapServices::shared();
   const auto depth = depthFrom(arguments);
@@ -181,8 +181,8 @@ constexpr CommandSpec mapCommand{
                   .least = 0,
                   .most = 1,
                   .kind = ValueKind::folder},
-    .options = options,
-    .run = run,
+    .options = mapOptions,
+    .run = runMap,
 };
 
 constexpr CommandSpec mapSnapshotsCommand{

@@ -33,14 +33,15 @@ constexpr std::array strategies{
     StrategyRow{"date", OrganizationStrategy::byDate},
     StrategyRow{"type", OrganizationStrategy::byType},
 };
-constexpr std::array<std::string_view, 3> strategyNames{strategies[0].name, strategies[1].name, strategies[2].name};
+constexpr std::array<std::string_view, 3> organizeStrategyNames{strategies[0].name, strategies[1].name,
+                                                                strategies[2].name};
 
-constexpr std::array options{
+constexpr std::array organizeOptions{
     OptionSpec{.name = "--strategy",
                .valueName = "HOW",
                .help = "Group by category (the default), date or type.",
                .kind = ValueKind::choice,
-               .choices = strategyNames},
+               .choices = organizeStrategyNames},
     OptionSpec{.name = "--destination",
                .valueName = "DIR",
                .help = "Make the category folders here instead of in FOLDER/Organized.",
@@ -57,7 +58,7 @@ constexpr std::array options{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-OrganizationStrategy strategyFrom(const Arguments& arguments) {
+OrganizationStrategy organizeStrategyFrom(const Arguments& arguments) {
   const auto name = arguments.value("--strategy").value_or(std::string(strategies.front().name));
   return std::find_if(strategies.begin(), strategies.end(), [&](const auto& row) { return row.name == name; })
       ->strategy;
@@ -95,8 +96,9 @@ std::vector<std::size_t> renameGroups(Proposal& proposal, const std::vector<Rena
   return renamed;
 }
 
-OrganizeWish wishFrom(const Arguments& arguments) {
-  OrganizeWish wish{.folder = placeFromArgument(arguments.plain().front()), .strategy = strategyFrom(arguments)};
+OrganizeWish organizeWishFrom(const Arguments& arguments) {
+  OrganizeWish wish{.folder = placeFromArgument(arguments.plain().front()),
+                    .strategy = organizeStrategyFrom(arguments)};
   if (const auto destination = arguments.value("--destination")) wish.destination = placeFromArgument(*destination);
   if (arguments.has("--subfolders")) wish.subfolders = Subfolders::include;
   return wish;
@@ -148,7 +150,7 @@ ExitStatus apply(Session& session, const Arguments& arguments, const Proposal& p
   return printSummary(session, proposal, report);
 }
 
-void print(Session& session, const Proposal& proposal, const FileUrl& folder) {
+void printOrganize(Session& session, const Proposal& proposal, const FileUrl& folder) {
   if (session.isJson()) {
     Json json = Json::array();
     for (const auto& group : groupsOf(proposal)) json.push_back(group.toJson());
@@ -160,14 +162,14 @@ void print(Session& session, const Proposal& proposal, const FileUrl& folder) {
   }
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runOrganize(Session& session, const Arguments& arguments) {
   if (arguments.has("--forget")) forgetNames(TaskServices::shared());
   if (arguments.has("--forget") || arguments.has("--learned")) return printLearned(session);
   if (arguments.plain().empty()) throw UsageError("name the FOLDER to sort");
   const bool isToSave = arguments.has("--save");
   const bool isToApply = arguments.has("--apply") && !isToSave;
   if (isToApply) requireConsentPossible(arguments);
-  const auto wish = wishFrom(arguments);
+  const auto wish = organizeWishFrom(arguments);
   std::vector<Rename> renames;
   for (const auto& text : arguments.values("--rename")) renames.push_back(renameFrom(text));
   auto proposal = proposeOrganize(TaskServices::shared(), wish, ReferenceClock::now(), {.stop = session.stop()});
@@ -176,7 +178,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   if (firstNotice<FolderLeftOut>(proposal->notices()) != nullptr) return ExitStatus::failed;
   const auto renamed = renameGroups(*proposal, renames);
   if (isToSave) return saveProposal(session, arguments, proposal->approve());
-  if (!isToApply || !session.isJson()) print(session, *proposal, wish.folder);
+  if (!isToApply || !session.isJson()) printOrganize(session, *proposal, wish.folder);
   if (isToApply) return apply(session, arguments, *proposal, renamed);
   if (!session.isJson() && !proposal->empty()) session.out().line("Nothing was moved: add --apply to move them.");
   return tellFailures(*proposal, {});
@@ -197,8 +199,8 @@ constexpr CommandSpec organizeCommand{
         "later runs too.\n\n"
         "With --json it prints the groups with all their moves, and with --apply the summary.",
     .arguments = {.name = "FOLDER", .help = "The folder to sort.", .least = 0, .most = 1, .kind = ValueKind::folder},
-    .options = options,
-    .run = run,
+    .options = organizeOptions,
+    .run = runOrganize,
 };
 
 }  // namespace orvane::cli

@@ -33,7 +33,7 @@ constexpr ArgumentSpec planArgument{
     .most = 1,
     .kind = ValueKind::path,
 };
-constexpr std::array runOptions{
+constexpr std::array planRunOptions{
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
@@ -97,7 +97,7 @@ std::optional<Proposal> proposed(Session& session, const CleaningPlan& plan, Pla
   return proposePlan(TaskServices::shared(), plan, reach, ReferenceClock::now(), scanMonitor(session, line));
 }
 
-ExitStatus runPreview(Session& session, const Arguments& arguments) {
+ExitStatus runPlanPreview(Session& session, const Arguments& arguments) {
   const auto plan = usablePlan(session, arguments);
   if (!plan) return ExitStatus::failed;
   const auto proposal = proposed(session, *plan, PlanReach::everyFolder);
@@ -112,7 +112,7 @@ ExitStatus runPreview(Session& session, const Arguments& arguments) {
   return statusWith(proposal->notices(), ExitStatus::done);
 }
 
-ExitStatus runRun(Session& session, const Arguments& arguments) {
+ExitStatus runPlanRun(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   if (!isToSave) requireConsentPossible(arguments);
   const auto plan = usablePlan(session, arguments);
@@ -147,7 +147,7 @@ constexpr CommandSpec planPreviewCommand{
     .details = "Scans the plan's folders and shows each file that matches, and why it is selected or not.",
     .arguments = planArgument,
     .options = {},
-    .run = runPreview,
+    .run = runPlanPreview,
 };
 
 constexpr CommandSpec planRunCommand{
@@ -158,8 +158,8 @@ constexpr CommandSpec planRunCommand{
         "restore' brings back. Files labelled for review are not selected. Nothing outside the granted folders is "
         "touched, whatever the plan says.",
     .arguments = planArgument,
-    .options = runOptions,
-    .run = runRun,
+    .options = planRunOptions,
+    .run = runPlanRun,
 };
 
 }  // namespace orvane::cli

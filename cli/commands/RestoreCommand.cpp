@@ -25,7 +25,7 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array options{
+constexpr std::array restoreOptions{
     OptionSpec{.name = "--last", .valueName = "", .help = "Bring back the newest run that has not been brought back."},
     OptionSpec{.name = "--swap",
                .valueName = "",
@@ -113,7 +113,7 @@ void tellRenamed(const std::vector<RenamedItem>& renamed) {
   }
 }
 
-ExitStatus print(Session& session, const Restored& restored) {
+ExitStatus printRestored(Session& session, const Restored& restored) {
   for (const auto& warning : restored.warnings) Session::report(escapedForDisplay(warning));
   tellRenamed(restored.renamed);
   if (session.isJson()) {
@@ -133,7 +133,7 @@ ExitStatus print(Session& session, const Restored& restored) {
   return restored.warnings.empty() ? ExitStatus::done : ExitStatus::failed;
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runRestore(Session& session, const Arguments& arguments) {
   const bool wantsLast = arguments.has("--last");
   if (wantsLast != arguments.plain().empty()) throw UsageError("name one RUN, or --last");
   requireConsentPossible(arguments);
@@ -142,7 +142,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
   tellJournalNotices();
   const auto& meant = wantsLast ? newestToRestore(runs) : runMeantBy(arguments.plain().front(), runs);
   if (remainingCount(TaskServices::shared(), meant.runId) == 0) {
-    if (session.isJson()) return print(session, {});
+    if (session.isJson()) return printRestored(session, {});
     session.out().line("Nothing of this run is left to bring back.");
     return ExitStatus::done;
   }
@@ -154,14 +154,14 @@ ExitStatus run(Session& session, const Arguments& arguments) {
       case Answer::interrupted:
         return ExitStatus::interrupted;
       case Answer::no:
-        return print(session, {});
+        return printRestored(session, {});
       case Answer::yes:
         break;
     }
   }
   const auto restored = carryOutAsked(session, intended);
   tellJournalNotices();
-  const auto status = print(session, restored);
+  const auto status = printRestored(session, restored);
   if (stop.stop_requested()) {
     Session::report("interrupted; restore the run again to bring back the rest");
     return ExitStatus::interrupted;
@@ -185,8 +185,8 @@ constexpr CommandSpec restoreCommand{
                   .least = 0,
                   .most = 1,
                   .kind = ValueKind::run},
-    .options = options,
-    .run = run,
+    .options = restoreOptions,
+    .run = runRestore,
 };
 
 }  // namespace orvane::cli

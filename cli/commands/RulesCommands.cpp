@@ -36,7 +36,7 @@ constexpr std::size_t shownIdCharacters = 8;
 
 constexpr OptionSpec yesOption{.name = "--yes", .valueName = "", .help = "Do not ask."};
 constexpr std::array askingOptions{yesOption};
-constexpr std::array runOptions{saveOption, yesOption};
+constexpr std::array rulesRunOptions{saveOption, yesOption};
 
 using Rules = std::vector<CleanupRule>;
 
@@ -101,7 +101,7 @@ ExitStatus printRules(Session& session) {
   return ExitStatus::done;
 }
 
-ExitStatus runList(Session& session, const Arguments& /*arguments*/) {
+ExitStatus runRulesList(Session& session, const Arguments& /*arguments*/) {
   return printRules(session);
 }
 
@@ -157,7 +157,7 @@ CleanupRule suggestedRule(const std::string& name) {
   return std::move(found->rule);
 }
 
-ExitStatus runAdd(Session& session, const Arguments& arguments) {
+ExitStatus runRulesAdd(Session& session, const Arguments& arguments) {
   const auto suggested = arguments.value("--suggested");
   if (suggested.has_value() != arguments.plain().empty()) throw UsageError("name either a FILE or --suggested NAME");
   auto rule = suggested ? suggestedRule(*suggested) : ruleIn(arguments.plain().front());
@@ -173,15 +173,15 @@ ExitStatus toggle(Session& session, const Arguments& arguments, bool isEnabled) 
   return printRules(session);
 }
 
-ExitStatus runEnable(Session& session, const Arguments& arguments) {
+ExitStatus runRulesEnable(Session& session, const Arguments& arguments) {
   return toggle(session, arguments, true);
 }
 
-ExitStatus runDisable(Session& session, const Arguments& arguments) {
+ExitStatus runRulesDisable(Session& session, const Arguments& arguments) {
   return toggle(session, arguments, false);
 }
 
-ExitStatus runDelete(Session& session, const Arguments& arguments) {
+ExitStatus runRulesDelete(Session& session, const Arguments& arguments) {
   const auto rules = chosenRules(arguments);
   const auto builtIn = std::ranges::find(rules, true, &CleanupRule::isBuiltIn);
   if (builtIn != rules.end()) {
@@ -226,7 +226,7 @@ RulesWish wishFor(Rules rules) {
   return {.rules = std::move(rules), .boundary = grantedBoundary("one with 'orvanectl folders add'")};
 }
 
-ExitStatus runPreview(Session& session, const Arguments& arguments) {
+ExitStatus runRulesPreview(Session& session, const Arguments& arguments) {
   const auto rules = chosenRules(arguments);
   const auto& services = TaskServices::shared();
   auto wish = wishFor({});
@@ -262,7 +262,7 @@ Rules rulesToRun(const Arguments& arguments) {
   return rules;
 }
 
-ExitStatus runRun(Session& session, const Arguments& arguments) {
+ExitStatus runRulesRun(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   if (!isToSave) requireConsentPossible(arguments);
   const auto wish = wishFor(rulesToRun(arguments));
@@ -313,7 +313,7 @@ constexpr CommandSpec rulesListCommand{
     .details = "With --json it prints them whole, in the form that 'rules add' reads.",
     .arguments = {},
     .options = {},
-    .run = runList,
+    .run = runRulesList,
 };
 
 constexpr CommandSpec rulesAddCommand{
@@ -330,7 +330,7 @@ constexpr CommandSpec rulesAddCommand{
                   .most = 1,
                   .kind = ValueKind::path},
     .options = addOptions,
-    .run = runAdd,
+    .run = runRulesAdd,
 };
 
 constexpr CommandSpec rulesSuggestCommand{
@@ -350,7 +350,7 @@ constexpr CommandSpec rulesEnableCommand{
     .details = "A rule that is on takes part in 'rules run' and in scheduled cleanups.",
     .arguments = oneRule,
     .options = {},
-    .run = runEnable,
+    .run = runRulesEnable,
 };
 
 constexpr CommandSpec rulesDisableCommand{
@@ -359,7 +359,7 @@ constexpr CommandSpec rulesDisableCommand{
     .details = "It is kept, and runs only when it is named.",
     .arguments = oneRule,
     .options = {},
-    .run = runDisable,
+    .run = runRulesDisable,
 };
 
 constexpr CommandSpec rulesDeleteCommand{
@@ -368,7 +368,7 @@ constexpr CommandSpec rulesDeleteCommand{
     .details = "Built-in rules cannot be deleted, only switched off. Asks before.",
     .arguments = oneRule,
     .options = askingOptions,
-    .run = runDelete,
+    .run = runRulesDelete,
 };
 
 constexpr CommandSpec rulesResetCommand{
@@ -389,7 +389,7 @@ constexpr CommandSpec rulesPreviewCommand{
         "whatever its trigger; how many would is said.",
     .arguments = anyRules,
     .options = {},
-    .run = runPreview,
+    .run = runRulesPreview,
 };
 
 constexpr CommandSpec rulesRunCommand{
@@ -401,8 +401,8 @@ constexpr CommandSpec rulesRunCommand{
         "lie "
         "in granted folders too; files that are there already stay.",
     .arguments = anyRules,
-    .options = runOptions,
-    .run = runRun,
+    .options = rulesRunOptions,
+    .run = runRulesRun,
 };
 
 }  // namespace orvane::cli

@@ -24,7 +24,7 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array options{
+constexpr std::array scanOptions{
     OptionSpec{.name = "--developer-caches",
                .valueName = "",
                .help = "Include the developer tools' caches, each folder as one item."},
@@ -56,8 +56,8 @@ void printDisk(Session& session) {
                                  formatByteCount(disk->totalBytes), percent, formatByteCount(disk->availableBytes)));
 }
 
-ScanEnd printTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
-                   KnownPlaces knownPlaces) {
+ScanEnd printScanTable(Session& session, std::vector<FileUrl> folders, DeveloperCaches developerCaches,
+                       KnownPlaces knownPlaces) {
   ScanTotals totals;
   const auto end = runScan(session, std::move(folders), developerCaches, totals, knownPlaces);
   printTotals(session, totals);
@@ -85,14 +85,14 @@ void printLargestFolders(Session& session, KnownPlaces knownPlaces) {
   session.out().line("Look after one: orvanectl folders add FOLDER. Clean one now: orvanectl clean FOLDER");
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runScanCommand(Session& session, const Arguments& arguments) {
   const bool isBare = arguments.plain().empty() && grantedFolders().empty();
   const auto chosen = isBare ? ChosenFolders() : chosenFolders(arguments.plain());
   const auto developerCaches =
       arguments.has("--developer-caches") ? DeveloperCaches::include : DeveloperCaches::leaveOut;
   const auto knownPlaces = knownPlacesFrom(arguments);
   const auto end = session.isJson() ? printEvents(session, chosen.folders, developerCaches, knownPlaces)
-                                    : printTable(session, chosen.folders, developerCaches, knownPlaces);
+                                    : printScanTable(session, chosen.folders, developerCaches, knownPlaces);
   if (end == ScanEnd::cancelled) {
     Session::report("interrupted; these are the items found so far");
     return ExitStatus::interrupted;
@@ -120,8 +120,8 @@ constexpr CommandSpec scanCommand{
                   .least = 0,
                   .most = anyNumber,
                   .kind = ValueKind::folder},
-    .options = options,
-    .run = run,
+    .options = scanOptions,
+    .run = runScanCommand,
 };
 
 }  // namespace orvane::cli

@@ -30,7 +30,7 @@ namespace {
 
 constexpr std::string_view lowDiskPrefix = "low-disk:";
 
-constexpr std::array runOptions{
+constexpr std::array scheduleRunOptions{
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
@@ -40,7 +40,7 @@ std::optional<std::int64_t> freeBytes() {
   return capacity ? std::optional(capacity->availableBytes) : std::nullopt;
 }
 
-void printSettings(Session& session, const ScheduleSettings& settings) {
+void printScheduleSettings(Session& session, const ScheduleSettings& settings) {
   if (session.isJson()) {
     session.out().line(jsonText(settings.toJson()));
     return;
@@ -59,7 +59,7 @@ void printSettings(Session& session, const ScheduleSettings& settings) {
 }
 
 // An agent that is there starts the program as often as the settings now say.
-ExitStatus change(Session& session, const std::function<void(ScheduleSettings&)>& how) {
+ExitStatus changeSchedule(Session& session, const std::function<void(ScheduleSettings&)>& how) {
   auto& coordinator = ScheduleCoordinator::shared();
   const auto before = coordinator.getSettings();
   const auto settings = coordinator.changeSettings(how);
@@ -67,21 +67,21 @@ ExitStatus change(Session& session, const std::function<void(ScheduleSettings&)>
   if (settings.frequency != before.frequency && agent.isInstalled()) {
     agent.install(windowProgram(), settings.frequency);
   }
-  printSettings(session, settings);
+  printScheduleSettings(session, settings);
   return ExitStatus::done;
 }
 
-ExitStatus runShow(Session& session, const Arguments& /*arguments*/) {
-  printSettings(session, ScheduleCoordinator::shared().getSettings());
+ExitStatus runScheduleShow(Session& session, const Arguments& /*arguments*/) {
+  printScheduleSettings(session, ScheduleCoordinator::shared().getSettings());
   return ExitStatus::done;
 }
 
-ExitStatus runEnable(Session& session, const Arguments& /*arguments*/) {
-  return change(session, [](ScheduleSettings& settings) { settings.isEnabled = true; });
+ExitStatus runScheduleEnable(Session& session, const Arguments& /*arguments*/) {
+  return changeSchedule(session, [](ScheduleSettings& settings) { settings.isEnabled = true; });
 }
 
-ExitStatus runDisable(Session& session, const Arguments& /*arguments*/) {
-  return change(session, [](ScheduleSettings& settings) { settings.isEnabled = false; });
+ExitStatus runScheduleDisable(Session& session, const Arguments& /*arguments*/) {
+  return changeSchedule(session, [](ScheduleSettings& settings) { settings.isEnabled = false; });
 }
 
 ScheduleFrequency frequencyFrom(const std::string& word) {
@@ -99,9 +99,9 @@ ScheduleFrequency frequencyFrom(const std::string& word) {
   throw UsageError(fmt::format("'{}' is none of daily, weekly, monthly and low-disk:GB", escapedForDisplay(word)));
 }
 
-ExitStatus runSet(Session& session, const Arguments& arguments) {
+ExitStatus runScheduleSet(Session& session, const Arguments& arguments) {
   const auto frequency = frequencyFrom(arguments.plain().front());
-  return change(session, [&](ScheduleSettings& settings) { settings.frequency = frequency; });
+  return changeSchedule(session, [&](ScheduleSettings& settings) { settings.frequency = frequency; });
 }
 
 ExitStatus runDue(Session& session, const Arguments& /*arguments*/) {
@@ -114,7 +114,7 @@ ExitStatus runDue(Session& session, const Arguments& /*arguments*/) {
   return ExitStatus::done;
 }
 
-ExitStatus runRun(Session& session, const Arguments& arguments) {
+ExitStatus runScheduleRun(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   if (!isToSave) requireConsentPossible(arguments);
   tellJournalNotices();
@@ -164,7 +164,7 @@ constexpr CommandSpec scheduleShowCommand{
     .details = "Scheduled cleanups offer every file of the granted folders to the rules that are on.",
     .arguments = {},
     .options = {},
-    .run = runShow,
+    .run = runScheduleShow,
 };
 
 constexpr CommandSpec scheduleEnableCommand{
@@ -173,7 +173,7 @@ constexpr CommandSpec scheduleEnableCommand{
     .details = "'orvanectl agent install' has them started while the window is closed.",
     .arguments = {},
     .options = {},
-    .run = runEnable,
+    .run = runScheduleEnable,
 };
 
 constexpr CommandSpec scheduleDisableCommand{
@@ -182,7 +182,7 @@ constexpr CommandSpec scheduleDisableCommand{
     .details = "'orvanectl schedule run' still works.",
     .arguments = {},
     .options = {},
-    .run = runDisable,
+    .run = runScheduleDisable,
 };
 
 constexpr CommandSpec scheduleSetCommand{
@@ -191,7 +191,7 @@ constexpr CommandSpec scheduleSetCommand{
     .details = "A background agent that is installed follows at once.",
     .arguments = frequencyArgument,
     .options = {},
-    .run = runSet,
+    .run = runScheduleSet,
 };
 
 constexpr CommandSpec scheduleDueCommand{
@@ -210,8 +210,8 @@ constexpr CommandSpec scheduleRunCommand{
         "Offers every file of the granted folders to the rules that are on, as one run that 'orvanectl restore' brings "
         "back, notes the time and shows a notification. Hidden files and what is inside of bundles are left out.",
     .arguments = {},
-    .options = runOptions,
-    .run = runRun,
+    .options = scheduleRunOptions,
+    .run = runScheduleRun,
 };
 
 }  // namespace orvane::cli

@@ -17,7 +17,7 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array options{
+constexpr std::array stringsOptions{
     OptionSpec{.name = "--language",
                .valueName = "TAG",
                .help = "Show this language instead of the one that the window uses.",
@@ -43,7 +43,7 @@ std::vector<std::string_view> keysFrom(const Arguments& arguments) {
   return result;
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runStrings(Session& session, const Arguments& arguments) {
   const auto language = languageFrom(arguments);
   Json json = Json::object();
   for (const auto key : keysFrom(arguments)) {
@@ -65,8 +65,8 @@ constexpr CommandSpec stringsCommand{
     .summary = "Show texts of the window, by key",
     .details = "Without KEY it shows all of them. With --json it prints an object from key to text.",
     .arguments = {.name = "KEY", .help = "A text's key, such as nav.cleanup.", .least = 0, .most = anyNumber},
-    .options = options,
-    .run = run,
+    .options = stringsOptions,
+    .run = runStrings,
 };
 
 }  // namespace orvane::cli

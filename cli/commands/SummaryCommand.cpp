@@ -40,7 +40,7 @@ std::string trashText(const TrashUsage::Totals& trash) {
   return text + ". Only emptying it frees the space, which Orvane never does." + unansweredText(trash);
 }
 
-ExitStatus run(Session& session, const Arguments&) {
+ExitStatus runSummary(Session& session, const Arguments&) {
   const FileUrl home(homeFolder());
   const auto disk = systemVolume().capacity(home);
   if (!disk) throw std::runtime_error(fmt::format("the size of the disk that holds {} is unknown", home.path()));
@@ -78,7 +78,7 @@ constexpr CommandSpec summaryCommand{
         "the reclaimable bytes are 0 and their breakdown is empty: only a scan tells them.",
     .arguments = {},
     .options = {},
-    .run = run,
+    .run = runSummary,
 };
 
 }  // namespace orvane::cli

@@ -47,7 +47,7 @@ constexpr std::array setOptions{
                .kind = ValueKind::choice,
                .choices = switchWords},
 };
-constexpr std::array runOptions{
+constexpr std::array tidyRunOptions{
     saveOption,
     OptionSpec{.name = "--returned",
                .valueName = "",
@@ -66,7 +66,7 @@ std::string lastRunText(const AutoOrganizeSettings& settings) {
   return fmt::format("{}, {} moved", formatDateTime(*settings.lastRunDate), itemCount(settings.lastRunMovedCount));
 }
 
-void printSettings(Session& session, const AutoOrganizeSettings& settings) {
+void printTidySettings(Session& session, const AutoOrganizeSettings& settings) {
   if (session.isJson()) {
     session.out().line(jsonText(settings.toJson()));
     return;
@@ -86,22 +86,22 @@ void printSettings(Session& session, const AutoOrganizeSettings& settings) {
   row("Last run", lastRunText(settings));
 }
 
-ExitStatus runShow(Session& session, const Arguments& /*arguments*/) {
-  printSettings(session, AutoOrganizeSettingsStore::shared().get());
+ExitStatus runTidyShow(Session& session, const Arguments& /*arguments*/) {
+  printTidySettings(session, AutoOrganizeSettingsStore::shared().get());
   return ExitStatus::done;
 }
 
-ExitStatus change(Session& session, const std::function<void(AutoOrganizeSettings&)>& how) {
-  printSettings(session, AutoOrganizeSettingsStore::shared().update(how));
+ExitStatus changeTidy(Session& session, const std::function<void(AutoOrganizeSettings&)>& how) {
+  printTidySettings(session, AutoOrganizeSettingsStore::shared().update(how));
   return ExitStatus::done;
 }
 
-ExitStatus runEnable(Session& session, const Arguments& /*arguments*/) {
-  return change(session, [](AutoOrganizeSettings& settings) { settings.isEnabled = true; });
+ExitStatus runTidyEnable(Session& session, const Arguments& /*arguments*/) {
+  return changeTidy(session, [](AutoOrganizeSettings& settings) { settings.isEnabled = true; });
 }
 
-ExitStatus runDisable(Session& session, const Arguments& /*arguments*/) {
-  return change(session, [](AutoOrganizeSettings& settings) { settings.isEnabled = false; });
+ExitStatus runTidyDisable(Session& session, const Arguments& /*arguments*/) {
+  return changeTidy(session, [](AutoOrganizeSettings& settings) { settings.isEnabled = false; });
 }
 
 std::int64_t daysFrom(const std::string& text) {
@@ -116,7 +116,7 @@ std::int64_t daysFrom(const std::string& text) {
   return days;
 }
 
-ExitStatus runSet(Session& session, const Arguments& arguments) {
+ExitStatus runTidySet(Session& session, const Arguments& arguments) {
   const auto days = arguments.value("--days");
   const auto topics = arguments.value("--ai-topics");
   const auto folders = placesFromArguments(arguments.values("--folder"));
@@ -127,7 +127,7 @@ ExitStatus runSet(Session& session, const Arguments& arguments) {
     paths.push_back(pathOrUrl(folder));
   }
   const auto dayCount = days ? std::optional(daysFrom(*days)) : std::nullopt;
-  return change(session, [&](AutoOrganizeSettings& settings) {
+  return changeTidy(session, [&](AutoOrganizeSettings& settings) {
     if (dayCount) settings.recentsDays = *dayCount;
     if (topics) settings.useAITopics = *topics == switchWords.front();
     if (!paths.empty()) settings.folderPaths = paths;
@@ -187,7 +187,7 @@ ExitStatus saveLook(Session& session, const Arguments& arguments) {
   return statusWith(proposal->notices(), saveProposal(session, arguments, proposal->approve()));
 }
 
-ExitStatus runRun(Session& session, const Arguments& arguments) {
+ExitStatus runTidyRun(Session& session, const Arguments& arguments) {
   if (arguments.has("--save")) return saveLook(session, arguments);
   requireConsentPossible(arguments);
   NoTimer timer;
@@ -236,7 +236,7 @@ constexpr CommandSpec tidyShowCommand{
     .details = "Shows the settings of the automatic organizer and what its last run did.",
     .arguments = noArguments,
     .options = {},
-    .run = runShow,
+    .run = runTidyShow,
 };
 
 constexpr CommandSpec tidyEnableCommand{
@@ -245,7 +245,7 @@ constexpr CommandSpec tidyEnableCommand{
     .details = "From now on the program tidies the watched folders by itself while it runs, and in its scheduled runs.",
     .arguments = noArguments,
     .options = {},
-    .run = runEnable,
+    .run = runTidyEnable,
 };
 
 constexpr CommandSpec tidyDisableCommand{
@@ -254,7 +254,7 @@ constexpr CommandSpec tidyDisableCommand{
     .details = "'orvanectl tidy run' still works.",
     .arguments = noArguments,
     .options = {},
-    .run = runDisable,
+    .run = runTidyDisable,
 };
 
 constexpr CommandSpec tidySetCommand{
@@ -266,7 +266,7 @@ constexpr CommandSpec tidySetCommand{
         "name \"OrvaneLocalModelName\". Only the names of items are sent, and only to this machine.",
     .arguments = noArguments,
     .options = setOptions,
-    .run = runSet,
+    .run = runTidySet,
 };
 
 constexpr CommandSpec tidyRunCommand{
@@ -279,8 +279,8 @@ constexpr CommandSpec tidyRunCommand{
         "Is\", older folders that were never recent, hidden items, links, downloads in progress, whatever changed in "
         "the last two minutes and what was brought back and has not changed since stay where they are.",
     .arguments = noArguments,
-    .options = runOptions,
-    .run = runRun,
+    .options = tidyRunOptions,
+    .run = runTidyRun,
 };
 
 }  // namespace orvane::cli

@@ -14,14 +14,14 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::array options{
+constexpr std::array trashOptions{
     rootOption,
     OptionSpec{.name = "--dry-run", .valueName = "", .help = "Show what would be moved, and stop."},
     saveOption,
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-void printRows(Session& session, const Proposal& proposal) {
+void printTrashRows(Session& session, const Proposal& proposal) {
   Table table({{"Size", Alignment::right}, {"Item"}});
   proposal.forEach([&](std::size_t, const ProposedRow& row) {
     if (row.lock == Lock::none) table.addRow({{formatByteCount(row.item.fileSize())}, {shownPath(row.item.url())}});
@@ -29,7 +29,7 @@ void printRows(Session& session, const Proposal& proposal) {
   table.print(session);
 }
 
-ExitStatus run(Session& session, const Arguments& arguments) {
+ExitStatus runTrash(Session& session, const Arguments& arguments) {
   const bool isDryRun = arguments.has("--dry-run");
   const bool isToSave = arguments.has("--save");
   if (!isDryRun && !isToSave) requireConsentPossible(arguments);
@@ -45,7 +45,7 @@ ExitStatus run(Session& session, const Arguments& arguments) {
     return status == ExitStatus::done ? tellFailures(proposal, {}) : status;
   }
   if (approval.empty()) return printReport(session, proposal, {});
-  if (!arguments.has("--yes") && !session.isJson()) printRows(session, proposal);
+  if (!arguments.has("--yes") && !session.isJson()) printTrashRows(session, proposal);
   return askAndMove(session, arguments, approval);
 }
 
@@ -60,8 +60,8 @@ constexpr CommandSpec trashCommand{
         "Only items inside the allowed folders are moved: those of --root, else the granted folders. With "
         "--json, \"runId\" is null when nothing was moved.",
     .arguments = {.name = "PATH", .help = "Items to move.", .least = 1, .most = anyNumber, .kind = ValueKind::path},
-    .options = options,
-    .run = run,
+    .options = trashOptions,
+    .run = runTrash,
 };
 
 }  // namespace orvane::cli
