@@ -124,8 +124,9 @@ class ReadFolder : public FolderVisit<ReadFolder> {
     if (!prefix.ends_with('/')) prefix += '/';
     std::optional<Rules> rules(std::in_place, *this, canonicalPath(), prefix);
     m_isProtected = m_isProtected || rules->allowed.refusesAllBelow();
-    if (m_isProtected) m_folder.state = MapState::protectedPlace;
-    if (m_known == nullptr && !m_isProtected) m_known = m_shared.validator.knownPlaces().rowOf(canonicalPath());
+    if (m_known == nullptr) m_known = knownHere();
+    if (m_known != nullptr) m_isProtected = false;
+    m_folder.state = m_isProtected ? MapState::protectedPlace : MapState::yours;
     errno = 0;
     return rules;
   }
@@ -166,7 +167,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
     child.ownDiskBytes = m_status->diskBytes;
     child.ownLogicalBytes = m_status->file.size;
     m_diskBytes += child.ownDiskBytes;
-    if (m_isProtected || !rules.allowed.admits(name)) child.state = MapState::protectedPlace;
+    if (isProtected(rules, name)) child.state = MapState::protectedPlace;
     return {Descent::Kind::descend};
   }
 
@@ -191,16 +192,28 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   }
 
  private:
+  // The known place that the folder is, also where it lies in a protected one.
+  [[nodiscard]] const KnownPlaceTable::Row* knownHere() {
+    const auto* row = m_shared.validator.knownPlaces().rowOf(canonicalPath());
+    if (row == nullptr || !m_isProtected) return row;
+    const FileUrl place(canonicalPath());
+    return m_shared.validator.isPathAllowed(place, Boundary({place})) ? row : nullptr;
+  }
+  // A known place goes whole, whatever is in it.
+  [[nodiscard]] bool isProtected(const Rules& rules, std::string_view name) const {
+    return m_known == nullptr && (m_isProtected || !rules.allowed.admits(name));
+  }
+
   // As a scan has it, which passes over hidden entries and what may not be touched but in folders that are known
   // places.
   [[nodiscard]] MapTraits traitsOf(Rules& rules, std::string_view name, const FileStatus& status) const {
     MapTraits traits;
     traits.kind = rules.kinds.kindOf(name);
     traits.age = ageAfter((m_shared.now - static_cast<double>(status.modified.seconds)) / secondsOfADay);
-    if (m_isProtected || !rules.allowed.admits(name)) return traits;
+    if (isProtected(rules, name)) return traits;
     if (m_known != nullptr) {
       traits.category = m_known->category;
-      traits.isReclaimable = m_known->label != RiskLabel::manual;
+      traits.isReclaimable = m_known->label != RiskLabel::manual && m_known->category != ScanCategory::trash;
       return traits;
     }
     if (status.type != FileType::regular || m_isHidden || name.starts_with('.')) return traits;

@@ -83,10 +83,25 @@ TEST_F(MapCommand, showsKnownPlacesInHiddenFoldersAsReclaimable) {
   home.file(".cache/thumbnails/large/one.png", std::string(90'000, 'x'));
   home.file(".ssh/id_ed25519", std::string(90'000, 'x'));
   home.file(".config/program/settings", std::string(90'000, 'x'));
-  const auto map = json({"map", ".", "--depth", "2"});
-  EXPECT_EQ(childNamed(childNamed(map, ".cache"), "thumbnails")["state"], "reclaimable");
-  EXPECT_EQ(childNamed(map, ".ssh")["state"], "protected");
-  EXPECT_EQ(childNamed(map, ".config")["state"], "protected");
+  home.file(".config/Code/CachedData/1/.git/blob", std::string(90'000, 'x'));
+  home.file(".local/share/Steam/logs/a", std::string(90'000, 'x'));
+  home.file(".local/share/Steam/userdata/1/save", std::string(90'000, 'x'));
+  home.file(".local/share/Trash/files/old/a", std::string(90'000, 'x'));
+  const auto map = json({"map", ".", "--depth", "6"});
+  const auto stateOf = [&](const std::string& path) {
+    auto folder = map;
+    std::istringstream names(path);
+    for (std::string name; std::getline(names, name, '/');) folder = childNamed(folder, name);
+    return folder["state"];
+  };
+  for (const auto* place :
+       {".cache/thumbnails", ".config/Code/CachedData", ".config/Code/CachedData/1/.git", ".local/share/Steam/logs"}) {
+    EXPECT_EQ(stateOf(place), "reclaimable") << place;
+  }
+  for (const auto* place : {".ssh", ".config", ".config/program", ".local", ".local/share/Steam/userdata/1"}) {
+    EXPECT_EQ(stateOf(place), "protected") << place;
+  }
+  EXPECT_EQ(stateOf(".local/share/Trash/files/old"), "yours") << "nothing frees it but the file manager";
 }
 
 TEST_F(MapCommand, countsFoldersThatMayNotBeReadAsUnknown) {
