@@ -5,7 +5,8 @@ import QtQuick.Layouts
 import QtQuick.Shapes
 import Orvane
 
-// The growth of the last week, as a figure, the folders and kinds that explain it, and a line over time.
+// The growth of the last week: a figure, the folders and kinds that explain it, the places where most can go, and a line
+// over time.
 Card {
     id: root
 
@@ -17,6 +18,8 @@ Card {
                                                                        grown.bytes) + ")")
     readonly property var kinds: (model.grownKinds ?? []).map(grown => qsTr(grown.nameKey) + " (+" + Texts.bytes(
                                                                   grown.bytes) + ")")
+
+    readonly property var freeing: model.freeingMost ?? []
 
     implicitHeight: layout.implicitHeight + 2 * padding - 4
 
@@ -48,6 +51,26 @@ Card {
                 visible: root.reasons.length > 0
                 wrapMode: Text.Wrap
                 text: qsTr("map.mostly").arg(Texts.joined([root.reasons.join(", "), root.kinds.join(", ")], "; "))
+            }
+
+            CaptionText {
+                Layout.fillWidth: true
+                Layout.topMargin: 4
+                visible: root.freeing.length > 0
+                text: qsTr("map.free_most")
+            }
+
+            Repeater {
+                model: root.freeing
+
+                LinkButton {
+                    required property var modelData
+
+                    Layout.maximumWidth: root.width / 2
+                    symbol: "cleanup"
+                    text: modelData.name + " · " + Texts.bytes(modelData.bytes)
+                    onClicked: root.model.showInCleanup(modelData.folder)
+                }
             }
         }
 

@@ -296,15 +296,26 @@ double MapModel::grownSince() const {
   return hasGrowth() ? milliseconds(m_map->growth->since) : 0;
 }
 
+QVariantMap MapModel::named(Index folder, std::int64_t bytes) const {
+  return {{"name", shownPath(m_map->map.pathOf(folder), m_services.tasks.home)},
+          {"folder", static_cast<int>(folder)},
+          {"bytes", static_cast<double>(bytes)}};
+}
+
 QVariantList MapModel::grownFolders() const {
   QVariantList list;
   if (!hasGrowth()) return list;
   for (const auto& grown : m_map->growth->folders) {
     if (static_cast<std::size_t>(list.size()) == mostNamed) break;
-    list.append(QVariantMap{{"name", shownPath(m_map->map.pathOf(grown.folder), m_services.tasks.home)},
-                            {"folder", static_cast<int>(grown.folder)},
-                            {"bytes", static_cast<double>(grown.bytes)}});
+    list.append(named(grown.folder, grown.bytes));
   }
+  return list;
+}
+
+QVariantList MapModel::freeingMost() const {
+  QVariantList list;
+  if (!m_map) return list;
+  for (const auto& [folder, bytes] : m_map->map.mostReclaimable(mostNamed)) list.append(named(folder, bytes));
   return list;
 }
 

@@ -59,6 +59,8 @@ class MapModel : public QObject {
   // {name, path, bytes} of the folders that explain the growth, {nameKey, bytes} of the kinds.
   Q_PROPERTY(QVariantList grownFolders READ grownFolders NOTIFY mapChanged)
   Q_PROPERTY(QVariantList grownKinds READ grownKinds NOTIFY mapChanged)
+  // {name, folder, bytes} of the places that hold most of what a cleanup proposes.
+  Q_PROPERTY(QVariantList freeingMost READ freeingMost NOTIFY mapChanged)
   // {date, bytes}, oldest first.
   Q_PROPERTY(QVariantList line READ line NOTIFY mapChanged)
   // 0 where the disk does not fill within two weeks.
@@ -104,6 +106,7 @@ class MapModel : public QObject {
   [[nodiscard]] double grownSince() const;
   [[nodiscard]] QVariantList grownFolders() const;
   [[nodiscard]] QVariantList grownKinds() const;
+  [[nodiscard]] QVariantList freeingMost() const;
   [[nodiscard]] QVariantList line() const;
   [[nodiscard]] int daysUntilFullShown() const;
   [[nodiscard]] bool remembers() const noexcept { return m_choice.value_or(false); }
@@ -143,6 +146,7 @@ class MapModel : public QObject {
   void changeFilter(const MapFilter& filter);
   void show(StorageMap::Index folder);
   [[nodiscard]] QString shownTop() const;
+  [[nodiscard]] QVariantMap named(StorageMap::Index folder, std::int64_t bytes) const;
   [[nodiscard]] std::optional<FileUrl> placeOf(int folder) const;
   void changeStored(std::function<void(SnapshotStore&)> change);
 

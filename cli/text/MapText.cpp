@@ -26,6 +26,7 @@ using Index = StorageMap::Index;
 // Rows of one folder; the JSON has them all.
 constexpr std::size_t rowsShown = 20;
 constexpr std::size_t largestShown = 10;
+constexpr std::size_t sharesShown = 3;
 
 std::vector<Index> bySize(const StorageMap& map, Index index) {
   const auto children = map.children(index);
@@ -138,6 +139,11 @@ void printGrowth(Session& session, const FolderMap& map, const MapGrowth& growth
   }
   for (const auto& kind : growth.kinds) {
     session.out().line(fmt::format("  {} {}", signedBytes(kind.bytes), mapKinds[kind.kind].rawValue));
+  }
+  const auto shares = map.map.mostReclaimable(sharesShown);
+  if (!shares.empty()) session.out().line("Most can go here:");
+  for (const auto& [folder, bytes] : shares) {
+    session.out().line(fmt::format("  {} {}", formatByteCount(bytes), shownPath(FileUrl(map.map.pathOf(folder)))));
   }
 }
 

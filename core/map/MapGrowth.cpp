@@ -3,7 +3,6 @@
 #include "core/base/files/PathText.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 
 namespace orvane {
@@ -17,14 +16,6 @@ constexpr double fullSoonDays = 14;
 constexpr std::int64_t worthShare = 20;
 // So much of a folder's growth inside one of its folders is that folder's.
 constexpr double mostly = 0.6;
-
-// A folder that the snapshot left out was at most as large as what it kept least of: so much less it grew, for certain.
-std::optional<std::int64_t> grownSince(const MapSnapshot& then, const std::string& path, std::int64_t now) {
-  const auto row = then.folders.find(path);
-  if (row != then.folders.end()) return now - row->second;
-  if (then.left == 0 || now > then.left) return now - then.left;
-  return std::nullopt;
-}
 
 void explain(const StorageMap& map, MapGrowth& growth, Index index, std::int64_t worth) {
   const auto own = growth.byFolder[index].value_or(0);
@@ -46,15 +37,9 @@ void explain(const StorageMap& map, MapGrowth& growth, Index index, std::int64_t
 void addKinds(const StorageMap& map, const MapSnapshot& then, MapGrowth& growth) {
   // Only a snapshot of the same folder says what kinds were in it.
   if (then.root != map.rootPath()) return;
-  std::array<std::int64_t, allMapKinds.size()> now{};
-  for (std::size_t index = 0; index < map.folderCount(); ++index) {
-    for (const auto& slice : map.folder(static_cast<Index>(index)).slices) {
-      now[static_cast<std::size_t>(slice.traits.kind)] += slice.sum.diskBytes;
-    }
-  }
   for (const auto kind : allMapKinds) {
     const auto row = then.kinds.find(std::string(mapKinds[kind].rawValue));
-    const auto bytes = now[static_cast<std::size_t>(kind)] - (row == then.kinds.end() ? 0 : row->second);
+    const auto bytes = map.diskBytesOf(kind) - (row == then.kinds.end() ? 0 : row->second);
     if (bytes != 0) growth.kinds.push_back({kind, bytes});
   }
 }
@@ -68,15 +53,23 @@ std::optional<MapGrowth> growthSince(const StorageMap& map, const MapSnapshot& t
   growth.since = then.taken;
   growth.bytes = map.folder(StorageMap::top).total.diskBytes - top->second;
   growth.byFolder.resize(map.folderCount());
-  // Parents come first, so each path is one step from a known one.
-  std::vector<std::string> paths(map.folderCount());
-  for (std::size_t index = 0; index < paths.size(); ++index) {
+  // A snapshot knows the parent of each folder that it knows, and parents come first: paths are made only right inside
+  // of known folders.
+  std::vector<const std::string*> known(map.folderCount());
+  for (std::size_t index = 0; index < known.size(); ++index) {
     const auto& folder = map.folder(static_cast<Index>(index));
-    const bool isKnown = index == 0 || folder.total.diskBytes > then.left || then.left == 0 ||
-                         then.folders.contains(paths[folder.parent]);
-    if (!isKnown) continue;
-    paths[index] = index == 0 ? map.rootPath() : joinPath(paths[folder.parent], folder.name);
-    growth.byFolder[index] = grownSince(then, paths[index], folder.total.diskBytes);
+    const auto now = folder.total.diskBytes;
+    auto row = index == 0 ? top : then.folders.end();
+    if (index > 0 && known[folder.parent] != nullptr) {
+      row = then.folders.find(joinPath(*known[folder.parent], folder.name));
+    }
+    if (row != then.folders.end()) {
+      known[index] = &row->first;
+      growth.byFolder[index] = now - row->second;
+    } else if (then.left == 0 || now > then.left) {
+      // It was at most as large as what the snapshot kept least of: so much it grew, for certain.
+      growth.byFolder[index] = now - then.left;
+    }
   }
   if (growth.bytes > 0) explain(map, growth, StorageMap::top, std::max<std::int64_t>(growth.bytes / worthShare, 1));
   const auto isMore = [](const auto& one, const auto& other) { return one.bytes > other.bytes; };

@@ -58,10 +58,14 @@ MapSnapshot snapshotOf(const StorageMap& map, Date taken) {
   for (const auto index : largest(map, snapshot.left)) {
     snapshot.folders.emplace(map.pathOf(index), map.folder(index).total.diskBytes);
   }
-  for (std::size_t index = 0; index < map.folderCount(); ++index) {
-    for (const auto& slice : map.folder(static_cast<Index>(index)).slices) {
-      snapshot.kinds[std::string(mapKinds[slice.traits.kind].rawValue)] += slice.sum.diskBytes;
-      snapshot.categories[std::string(rawValue(slice.traits.category))] += slice.sum.diskBytes;
+  for (const auto kind : allMapKinds) {
+    if (const auto bytes = map.diskBytesOf(kind); bytes > 0) {
+      snapshot.kinds.emplace(mapKinds[kind].rawValue, bytes);
+    }
+  }
+  for (const auto category : allScanCategories) {
+    if (const auto bytes = map.diskBytesOf(category); bytes > 0) {
+      snapshot.categories.emplace(rawValue(category), bytes);
     }
   }
   return snapshot;

@@ -162,6 +162,7 @@ TEST_F(MapModelTest, remembersOnlyOnceAskedAndThenTellsWhatGrew) {
   EXPECT_GE(model.grownBytes(), 2'000'000);
   EXPECT_EQ(model.grownFolders().front().toMap()["name"], "~/Videos/2025");
   EXPECT_EQ(model.grownKinds().front().toMap()["nameKey"], "map.kind.videos");
+  EXPECT_EQ(model.freeingMost().front().toMap()["name"], "~/Library");
   EXPECT_EQ(model.line().size(), 2);
   EXPECT_EQ(area("Videos")["hasGrown"], true);
   model.forget();

@@ -206,8 +206,13 @@ TEST_F(MapCommand, tellsWhatGrewSinceASnapshot) {
   home.folder("other");
   EXPECT_EQ(run({"map", "other", "--since", "2100-01-01"}).exitStatus, 1);
   home.file("tree/a/newer.mkv", std::string(4'000'000, 'x'));
+  home.file("tree/Library/Caches/one/data", std::string(700'000, 'x'));
+  home.file("tree/Library/Caches/two/data", std::string(600'000, 'x'));
+  home.file("tree/logs/old.log", std::string(90'000, 'x'));
   const auto output = run({"map", "tree", "--since", "2000-01-01"}).output;
-  EXPECT_THAT(output, HasSubstr("+4 MB ~/tree/a\n  +4 MB videos\n"));
+  EXPECT_THAT(output, HasSubstr("+4 MB ~/tree/a\n"));
+  EXPECT_THAT(output, HasSubstr("  +4 MB videos\n"));
+  EXPECT_THAT(output, HasSubstr("Most can go here:\n  1.3 MB ~/tree/Library\n"));
   const auto database = home.path(".local/share/orvane/map.db");
   struct stat status {};
   ASSERT_EQ(::stat(database.c_str(), &status), 0);

@@ -77,6 +77,10 @@ void StorageMap::addUp() {
     folder.reclaimableBytes = 0;
     for (const auto& slice : folder.slices) {
       folder.total += slice.sum;
+      auto& kindBytes = m_kindBytes[static_cast<std::size_t>(slice.traits.kind)];
+      kindBytes = sumAtMost(kindBytes, slice.sum.diskBytes);
+      auto& categoryBytes = m_categoryBytes[static_cast<std::size_t>(slice.traits.category)];
+      categoryBytes = sumAtMost(categoryBytes, slice.sum.diskBytes);
       if (slice.traits.isReclaimable) {
         folder.reclaimableBytes = sumAtMost(folder.reclaimableBytes, slice.sum.diskBytes);
       }
@@ -93,6 +97,39 @@ void StorageMap::addUp() {
     if (folder.state != MapState::yours || folder.reclaimableBytes == 0) continue;
     if (folder.reclaimableBytes >= folder.total.diskBytes / 2) folder.state = MapState::reclaimable;
   }
+}
+
+std::vector<StorageMap::Share> StorageMap::mostReclaimable(std::size_t most) const {
+  std::vector<Share> shares;
+  std::vector<Index> waiting{top};
+  while (!waiting.empty()) {
+    const auto index = waiting.back();
+    waiting.pop_back();
+    const auto& folder = m_folders[index];
+    if (folder.reclaimableBytes == 0) continue;
+    Share share{index, folder.reclaimableBytes};
+    if (folder.state != MapState::reclaimable || index == top) {
+      const auto inside = children(index);
+      waiting.insert(waiting.end(), inside.begin(), inside.end());
+      for (const auto child : inside) share.bytes -= m_folders[child].reclaimableBytes;
+    }
+    if (share.bytes > 0) shares.push_back(share);
+  }
+  const auto isMore = [](const Share& one, const Share& other) {
+    return one.bytes != other.bytes ? one.bytes > other.bytes : one.folder < other.folder;
+  };
+  most = std::min(most, shares.size());
+  std::partial_sort(shares.begin(), shares.begin() + static_cast<std::ptrdiff_t>(most), shares.end(), isMore);
+  shares.resize(most);
+  return shares;
+}
+
+std::int64_t StorageMap::diskBytesOf(MapKind kind) const noexcept {
+  return m_kindBytes[static_cast<std::size_t>(kind)];
+}
+
+std::int64_t StorageMap::diskBytesOf(ScanCategory category) const noexcept {
+  return m_categoryBytes[static_cast<std::size_t>(category)];
 }
 
 void StorageMap::linkChildren() {

@@ -3,6 +3,7 @@
 #include "core/map/records/MapKind.h"
 #include "core/scanning/records/ScanCategory.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -105,6 +106,16 @@ class StorageMap {
   [[nodiscard]] std::optional<Index> find(std::string_view path) const;
   // Of each folder's whole tree, what the filter admits; folders themselves count only where it is off.
   [[nodiscard]] std::vector<MapSum> totals(const MapFilter& filter) const;
+  struct Share {
+    Index folder = noFolder;
+    std::int64_t bytes = 0;  // on the disk
+  };
+  // The places that hold most of what a cleanup proposes, most first, and none of it twice: folders of which most is
+  // that, and what lies right in others.
+  [[nodiscard]] std::vector<Share> mostReclaimable(std::size_t most) const;
+  // Of all files of a kind or a category.
+  [[nodiscard]] std::int64_t diskBytesOf(MapKind kind) const noexcept;
+  [[nodiscard]] std::int64_t diskBytesOf(ScanCategory category) const noexcept;
   // How many folders could not be read.
   [[nodiscard]] std::int64_t unreadableCount() const noexcept { return m_unreadable; }
 
@@ -116,6 +127,8 @@ class StorageMap {
   std::vector<LinkedName> m_linkedNames;
   std::vector<Index> m_childStart;  // by folder, and one more
   std::vector<Index> m_children;
+  std::array<std::int64_t, allMapKinds.size()> m_kindBytes{};
+  std::array<std::int64_t, allScanCategories.size()> m_categoryBytes{};
   std::int64_t m_unreadable = 0;
 };
 
