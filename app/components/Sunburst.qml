@@ -38,6 +38,11 @@ FocusScope {
         }
         return result;
     }
+    // Arcs stay for the next picture: showing another one costs less than making it.
+    property int made: 0
+
+    onArcsChanged: made = Math.max(made, arcs.length)
+
     readonly property var spoken: {
         const hovered = hover.hovered ? arcAt(hover.point.position.x, hover.point.position.y) : null;
         return hovered ?? (activeFocus && current >= 0 && current < areas.length ? {area: areas[current], child: null}
@@ -85,32 +90,34 @@ FocusScope {
     Keys.onMenuPressed: if (root.current >= 0) root.menuAsked(root.areas[root.current], root)
 
     Repeater {
-        model: root.arcs
+        model: root.made
 
         Shape {
             id: arc
 
-            required property var modelData
-
-            readonly property bool isLit: root.spoken !== null && root.spoken.area === modelData.area
-                                          && (root.spoken.child ?? null) === modelData.child
+            required property int index
+            readonly property var place: root.arcs[index] ?? null
+            readonly property bool isLit: root.spoken !== null && root.spoken.area === place?.area
+                                          && (root.spoken.child ?? null) === place.child
+            readonly property bool isOuter: place?.ring === 1
 
             anchors.fill: root
+            visible: place !== null
 
             ShapePath {
                 fillColor: "transparent"
-                strokeColor: Qt.darker(Theme.category(arc.modelData.area.colorIndex),
-                                       (arc.modelData.ring === 1 ? 1.2 : 1) * (arc.isLit ? 1.3 : 1))
+                strokeColor: Qt.darker(Theme.category(arc.place?.area.colorIndex ?? 0),
+                                       (arc.isOuter ? 1.2 : 1) * (arc.isLit ? 1.3 : 1))
                 strokeWidth: root.thickness - 2
                 capStyle: ShapePath.FlatCap
 
                 PathAngleArc {
                     centerX: root.width / 2
                     centerY: root.height / 2
-                    radiusX: root.outerRadius - (arc.modelData.ring === 1 ? 0.5 : 1.5) * root.thickness
+                    radiusX: root.outerRadius - (arc.isOuter ? 0.5 : 1.5) * root.thickness
                     radiusY: radiusX
-                    startAngle: arc.modelData.from - 90 + 0.2
-                    sweepAngle: Math.max(0.1, arc.modelData.to - arc.modelData.from - 0.4)
+                    startAngle: (arc.place?.from ?? 0) - 90 + 0.2
+                    sweepAngle: arc.place ? Math.max(0.1, arc.place.to - arc.place.from - 0.4) : 0.1
                 }
             }
         }

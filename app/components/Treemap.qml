@@ -31,7 +31,11 @@ FocusScope {
         (repeater.itemAt(0) as TreemapArea)?.forceActiveFocus(Qt.TabFocusReason);
     }
 
+    // Areas stay for the next picture: showing another one costs much less than making it.
+    property int made: 0
+
     onShownChanged: {
+        made = Math.max(made, shown.length);
         if (goesOn && shown.length > 0)
             Qt.callLater(focusFirst);
         goesOn = false;
@@ -44,13 +48,14 @@ FocusScope {
     Repeater {
         id: repeater
 
-        model: root.shown.length
+        model: root.made
 
         TreemapArea {
             required property int index
             readonly property var place: root.places[index] ?? null
 
-            area: root.shown[index]
+            visible: index < root.shown.length
+            area: root.shown[index] ?? null
             x: place ? Math.round(place.x) : 0
             y: place ? Math.round(place.y) : 0
             width: place ? Math.max(2, Math.round(place.x + place.width) - x - root.spacing) : 0

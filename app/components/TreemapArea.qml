@@ -30,6 +30,12 @@ T.AbstractButton {
     readonly property int partsMargin: 6
     readonly property int partsGap: 3
 
+    readonly property int partCount: parts.length > 0 ? folders.length : 0
+    // As the areas themselves, they stay.
+    property int madeParts: 0
+
+    onPartCountChanged: madeParts = Math.max(madeParts, partCount)
+
     function nameOf(area: var): string {
         return area?.titleKey ? qsTr(area.titleKey) : area?.label ?? "";
     }
@@ -64,13 +70,22 @@ T.AbstractButton {
         cursorShape: Qt.PointingHandCursor
     }
 
-    Tip {
-        readonly property var child: hover.part >= 0 ? root.folders[hover.part] : null
+    // Made when the area is pointed at: most never are.
+    Repeater {
+        model: root.hovered || root.visualFocus ? 1 : 0
 
-        text: root.label + " · " + root.sizeText + " · " + Texts.counted("count.items", root.area?.count ?? 0)
-              + (child ? "\n" + root.nameOf(child) + " · " + Texts.bytes(child.bytes) : "")
-        shown: root.hovered || root.visualFocus
-        delay: 300
+        Item {
+            anchors.fill: parent
+
+            Tip {
+                readonly property var child: root.folders[hover.part] ?? null
+
+                text: root.label + " · " + root.sizeText + " · " + Texts.counted("count.items", root.area?.count ?? 0)
+                      + (child ? "\n" + root.nameOf(child) + " · " + Texts.bytes(child.bytes) : "")
+                shown: true
+                delay: 300
+            }
+        }
     }
 
     contentItem: Item {
@@ -137,28 +152,32 @@ T.AbstractButton {
         color: Theme.category(root.area?.colorIndex ?? 0)
 
         Repeater {
-            model: root.parts.length > 0 ? root.folders.length : 0
+            model: root.madeParts
 
             Rectangle {
                 id: part
 
                 required property int index
-                readonly property var place: root.parts[index]
+                readonly property var place: index < root.partCount ? root.parts[index] : null
 
-                x: root.partsMargin + Math.round(place.x)
-                y: root.partsTop + Math.round(place.y)
-                width: Math.max(1, Math.round(place.x + place.width) - Math.round(place.x) - root.partsGap)
-                height: Math.max(1, Math.round(place.y + place.height) - Math.round(place.y) - root.partsGap)
+                visible: place !== null
+                x: place ? root.partsMargin + Math.round(place.x) : 0
+                y: place ? root.partsTop + Math.round(place.y) : 0
+                width: place ? Math.max(1, Math.round(place.x + place.width) - Math.round(place.x) - root.partsGap) : 0
+                height: place ? Math.max(1, Math.round(place.y + place.height) - Math.round(place.y) - root.partsGap) : 0
                 radius: Math.min(5, width / 4, height / 4)
                 // Darker than the area, so that white stays readable.
                 color: index === hover.part ? "#3C000000" : "#1E000000"
 
                 Text {
+                    readonly property bool hasRoom: parent.height > 18 && width > 28
+
                     x: 8
                     y: Math.min(6, (parent.height - height) / 2)
                     width: parent.width - 16
-                    visible: parent.height > 18 && width > 28 && implicitWidth < width * 1.3
-                    text: root.nameOf(root.folders[part.index])
+                    visible: hasRoom && implicitWidth < width * 1.3
+                    // Nothing is laid out where it could not show.
+                    text: hasRoom ? root.nameOf(root.folders[part.index]) : ""
                     color: Theme.inkOnCategory
                     font.pixelSize: 11
                     elide: Text.ElideRight

@@ -15,6 +15,14 @@ Card {
     readonly property var areas: model.areas ?? []
     readonly property var trail: model.trail ?? []
     readonly property var named: areas.filter(area => area.canAct)
+    readonly property int mostListed: 7
+    // Controls stay for the next folder: showing another one costs much less than making it.
+    property int madeRows: 0
+    property int madeSteps: 0
+
+    onNamedChanged: madeRows = Math.max(madeRows, Math.min(mostListed, named.length))
+    onTrailChanged: madeSteps = Math.max(madeSteps, trail.length)
+
     readonly property string summary: qsTr("map.summary").arg(Texts.bytes(model.shownBytes)).arg(
         Texts.counted("count.files", model.shownFiles)).arg(
         named.slice(0, 5).map(area => area.label + " " + Texts.bytes(area.bytes)).join(", "))
@@ -207,17 +215,19 @@ Card {
             Accessible.name: qsTr("map.path")
 
             Repeater {
-                model: root.trail
+                model: root.madeSteps
 
                 LinkButton {
-                    required property var modelData
                     required property int index
+                    readonly property var step: root.trail[index] ?? null
+                    readonly property string name: step?.name ?? ""
 
+                    visible: step !== null
                     enabled: index < root.trail.length - 1
                     ink: enabled ? Theme.accent : Theme.text
-                    text: (index > 0 ? "› " : "") + modelData.name
-                    Accessible.name: modelData.name
-                    onClicked: root.model.enter(modelData.folder)
+                    text: (index > 0 ? "› " : "") + name
+                    Accessible.name: name
+                    onClicked: root.model.enter(step.folder)
                 }
             }
 
@@ -322,16 +332,17 @@ Card {
                 }
 
                 Repeater {
-                    model: root.named.slice(0, 7)
+                    model: root.madeRows
 
                     MapRow {
-                        required property var modelData
+                        required property int index
 
                         Layout.fillWidth: true
-                        area: modelData
-                        grownText: root.grownText(modelData)
-                        onChosen: root.go(modelData, null)
-                        onMenuAsked: root.showMenu(modelData, this)
+                        visible: area !== null
+                        area: index < root.mostListed ? root.named[index] ?? null : null
+                        grownText: area ? root.grownText(area) : ""
+                        onChosen: root.go(area, null)
+                        onMenuAsked: root.showMenu(area, this)
                     }
                 }
             }

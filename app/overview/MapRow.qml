@@ -1,8 +1,10 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Orvane
 
-// One of the largest folders or files of a map: what it is, its size, what it grew.
+// One of the largest folders or files of a map: what it is, its size, what it grew. Stays, unseen, where there is none.
 T.AbstractButton {
     id: root
 
@@ -11,13 +13,16 @@ T.AbstractButton {
     signal chosen
     signal menuAsked
 
-    readonly property string state: qsTr(area.stateKey)
+    readonly property string label: area?.label ?? ""
+    readonly property string sizeText: area ? Texts.bytes(area.bytes) : ""
+    readonly property string state: area ? qsTr(area.stateKey) : ""
+    readonly property double grown: area?.grown ?? 0
 
     implicitHeight: 50
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.Button
-    Accessible.name: Texts.joined([area.label, Texts.bytes(area.bytes), root.state, root.grownText], ", ")
+    Accessible.name: Texts.joined([label, sizeText, state, grownText], ", ")
     Accessible.onPressAction: root.chosen()
     onClicked: root.chosen()
     Keys.onReturnPressed: root.chosen()
@@ -36,16 +41,16 @@ T.AbstractButton {
             width: 10
             height: 10
             radius: 3
-            color: Theme.category(root.area.colorIndex)
+            color: Theme.category(root.area?.colorIndex ?? 0)
         }
 
         BodyText {
-            id: label
+            id: title
 
             x: 22
             y: 6
             width: size.x - 28
-            text: root.area.label
+            text: root.label
             elide: Text.ElideMiddle
         }
 
@@ -54,24 +59,24 @@ T.AbstractButton {
 
             x: parent.width - width
             y: 6
-            text: Texts.bytes(root.area.bytes)
+            text: root.sizeText
         }
 
         CaptionText {
             x: 22
             y: 27
-            width: grown.x - 28
+            width: growth.x - 28
             text: root.state
         }
 
         CaptionText {
-            id: grown
+            id: growth
 
             x: parent.width - width
             y: 27
             visible: text !== ""
             text: root.grownText
-            color: root.area.grown > 0 ? Theme.review : root.area.grown < 0 ? Theme.safe : Theme.muted
+            color: root.grown > 0 ? Theme.review : root.grown < 0 ? Theme.safe : Theme.muted
         }
     }
 
@@ -88,9 +93,8 @@ T.AbstractButton {
         }
     }
 
-    Tip {
-        text: root.area.label
-        shown: (root.hovered || root.visualFocus) && label.truncated
-        delay: 300
+    FullTip {
+        isPointedAt: root.hovered || root.visualFocus
+        labels: [title]
     }
 }

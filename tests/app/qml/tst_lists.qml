@@ -184,4 +184,18 @@ TestCase {
         compare(spy.count, 1);
         compare(spy.signalArguments[0][0].label, "Logs");
     }
+
+    function test_another_picture_shows_its_own_areas_alone() {
+        const treemap = createTemporaryObject(treemapComponent, test) as Treemap;
+        const labels = () => Array.from(treemap.children).filter(child => child.visible && child.area).map(
+            child => child.area.label);
+        compare(labels(), ["Caches", "Logs"]);
+        treemap.areas = [{label: "Alone", bytes: 5, count: 1, colorIndex: 0, children: []}];
+        compare(labels(), ["Alone"]);
+        watch(treemap, "chosen");
+        mouseClick(treemap, treemap.width - 20, treemap.height - 20);
+        compare(spy.signalArguments[0][0].label, "Alone");
+        treemap.areas = ["a", "b", "c"].map(name => ({label: name, bytes: 5, count: 1, colorIndex: 0, children: []}));
+        compare(labels(), ["a", "b", "c"]);
+    }
 }
