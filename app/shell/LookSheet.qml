@@ -69,6 +69,15 @@ Sheet {
             cache: false
             Accessible.role: Accessible.Graphic
             Accessible.name: root.preview.name
+
+            // A page is as white as the sheet.
+            Rectangle {
+                anchors.centerIn: parent
+                width: picture.paintedWidth + 2
+                height: picture.paintedHeight + 2
+                color: "transparent"
+                border.color: Theme.line
+            }
         }
 
         RawText {

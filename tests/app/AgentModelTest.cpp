@@ -312,6 +312,7 @@ TEST_F(RemoteAgentTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
   std::vector<std::string> sent;
   QObject::connect(&model, &AgentModel::requestSent, [&](const QString& text) { sent.push_back(text.toStdString()); });
   model.setProvider(static_cast<int>(AIProvider::anthropic));
+  model.reloadProviders();
   ASSERT_TRUE(becomesTrue([&] { return !model.isOffline(); }));
   model.setPrompt("clear out installers");
 

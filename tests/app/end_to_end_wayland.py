@@ -1,10 +1,11 @@
 #!/usr/bin/python3
-"""Starts the window on a Wayland compositor without a screen and without an input device, as an ordinary user, by what
-its controls are called.
+"""Drives the window on Wayland, as an ordinary user, by what its controls are called: on a compositor without a screen
+and without an input device, and on one that has a keyboard, that of an X server of the test's own.
 
-    end_to_end_wayland.py PROGRAM
+    end_to_end_wayland.py PROGRAM [SCENARIO]
 """
 
+import json
 import os
 import pathlib
 import pwd
@@ -13,36 +14,108 @@ import subprocess
 import sys
 import tempfile
 
-from end_to_end_consent import prepare_logs
+from end_to_end_consent import CONTROL, hold, prepare_logs, start_desktop
+from end_to_end_desktop import DOWN, ESCAPE, MENU
 from window_driver import PATIENCE, Failure, Window, english_texts, expect, wait_for, write_settings
 
 ORDINARY = "nobody"
+SCREEN = (1400, 1000)
+SIZE = (1010, 690)  # of the window, as it was left
+SOCKET = "wayland-test"
+# For the program alone: who presses its keys does so on the X server.
+ON_WAYLAND = {"WAYLAND_DISPLAY": SOCKET, "XDG_SESSION_TYPE": "wayland", "QT_QPA_PLATFORM": "wayland"}
 
 
-def drive(program, home):
-    """As the ordinary user, on the bus of the session."""
-    import gi
+class Session:
+    """The program on the compositor, and what it takes to start it again."""
 
-    gi.require_version("Atspi", "2.0")
-    from gi.repository import Atspi, GLib
+    def __init__(self, program):
+        import gi
 
-    Window.glib_error = GLib.Error
-    Atspi.init()
-    process = subprocess.Popen([program])
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi, GLib
+
+        Window.glib_error = GLib.Error
+        Atspi.init()
+        self.atspi = Atspi
+        self.program = program
+        self.texts = english_texts(program)
+
+    def start(self):
+        self.process = subprocess.Popen([self.program], env={**os.environ, **ON_WAYLAND})
+        self.window = Window(self.atspi, self.process, self.texts)
+        return self.window
+
+    def end(self):
+        self.process.terminate()
+        self.process.wait(PATIENCE)
+
+
+def size_of(window):
+    place = window.top.get_child_at_index(0).get_component_iface().get_extents(window.atspi.CoordType.WINDOW)
+    return place.width, place.height
+
+
+def cleans_and_undoes(session, home):
+    window = session.start()
+    window.press("action.scan")
+    window.press("nav.cleanup")
+    window.sees("3 selected")
+    window.press("Clean Selected · 3")
+    wait_for("the logs to go", lambda: not any((home / "Downloads/Logs").iterdir()))
+    window.press("action.ok")
+    window.press("Undo Clean")
+    wait_for("the logs to come back", lambda: len(list((home / "Downloads/Logs").iterdir())) == 3)
+    expect(session.process.poll() is None, "the program ended")
+
+
+def is_handled_and_remembered(session, home):
+    """Menus by the keyboard, the icon in the tray; a second start has the size and the section of the first."""
+    desktop = start_desktop(home)
     try:
-        window = Window(Atspi, process, english_texts(program))
-        window.press("Scan Now")
-        window.press("Cleanup")
+        window = session.start()
+        expect(desktop.stdout.readline() == "tray\n", "there is no icon in the tray")
+        expect(size_of(window) == SIZE, f"it is {size_of(window)} large")
+        window.press("action.scan")
+        window.press("nav.cleanup")
         window.sees("3 selected")
-        window.press("Clean Selected · 3")
-        wait_for("the logs to go", lambda: not any((home / "Downloads/Logs").iterdir()))
-        window.press("OK")
-        window.press("Undo Clean")
-        wait_for("the logs to come back", lambda: len(list((home / "Downloads/Logs").iterdir())) == 3)
-        expect(process.poll() is None, "the program ended")
+        window.focus("nav.cleanup", "list")
+        window.key(DOWN)
+        window.key(MENU)
+        window.sees("action.copy_path")
+        window.key(ESCAPE)
+        wait_for("the menu to go", lambda: not window.find("action.copy_path"))
+
+        hold(window, CONTROL, ord("q"))
+        session.process.wait(PATIENCE)
+        stored = json.loads((home / ".config/orvane/preferences.json").read_text())["window"]
+        expect(stored["section"] == 1, f"it remembers {stored}")
+        again = session.start()
+        again.sees("cleanup.empty_title")
+        expect(size_of(again) == SIZE, f"it is {size_of(again)} large")
     finally:
-        process.terminate()
-        process.wait(PATIENCE)
+        desktop.stdin.close()
+        desktop.wait(PATIENCE)
+
+
+# Each with the compositor's back end: one that draws nowhere has neither keyboard nor pointer.
+SCENARIOS = {
+    "bare": (cleans_and_undoes, ["--backend=headless-backend.so"]),
+    "devices": (is_handled_and_remembered,
+                ["--backend=x11-backend.so", f"--width={SCREEN[0]}", f"--height={SCREEN[1]}", "--use-pixman"]),
+}
+
+
+def drive(program, name, home):
+    """As the ordinary user, on the bus of the session."""
+    session = Session(program)
+    try:
+        SCENARIOS[name][0](session, home)
+    except Failure as failure:
+        shown = "\n  ".join(name for name in session.window.names() if name)
+        raise Failure(f"{failure}; what can be seen:\n  {shown}") from None
+    finally:
+        session.end()
 
 
 def become_ordinary():
@@ -54,12 +127,29 @@ def become_ordinary():
     os.setuid(user.pw_uid)
 
 
-def main(program):
+def start_server(started):
+    read, write = os.pipe()
+    server = subprocess.Popen(
+        ["Xvfb", "-displayfd", str(write), "-screen", "0", "{}x{}x24".format(*SCREEN), "-nolisten", "tcp", "-noreset"],
+        pass_fds=[write],
+        stderr=subprocess.DEVNULL,
+        **started,
+    )
+    os.close(write)
+    with os.fdopen(read) as answer:
+        display = answer.readline().strip()
+    expect(display, "there is no X server")
+    return server, f":{display}"
+
+
+def run(program, name):
+    """One scenario: a home, an X server, a compositor on it and a session bus that nobody else has."""
     with tempfile.TemporaryDirectory(prefix="orvane-wayland-", ignore_cleanup_errors=True) as top:
         home, runtime = pathlib.Path(top) / "home", pathlib.Path(top) / "runtime"
         runtime.mkdir()
-        write_settings(home, {"hasCompletedOnboarding": True})
+        write_settings(home, {"hasCompletedOnboarding": True, "window": {"width": SIZE[0], "height": SIZE[1]}})
         prepare_logs(home)
+        (runtime / "weston.ini").write_text("[shell]\npanel-position=none\nlocking=false\n")
         if os.geteuid() == 0:
             subprocess.run(["chown", "-R", ORDINARY + ":", top], check=True)
         runtime.chmod(0o700)
@@ -67,8 +157,6 @@ def main(program):
             "PATH": "/usr/bin:/bin",
             "HOME": str(home),
             "XDG_RUNTIME_DIR": str(runtime),
-            "WAYLAND_DISPLAY": "wayland-test",
-            "XDG_SESSION_TYPE": "wayland",
             "LANG": "en_US.UTF-8",
             "QT_QUICK_BACKEND": "software",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
@@ -77,24 +165,36 @@ def main(program):
             "PYTHONDONTWRITEBYTECODE": "1",
         }
         started = {"env": environment, "preexec_fn": become_ordinary, "cwd": "/"}
+        server, display = start_server(started)
+        # The compositor's devices, and by them those of whoever drives the window.
+        environment["DISPLAY"] = display
         compositor = subprocess.Popen(
-            ["weston", "--backend=headless-backend.so", "--socket=wayland-test", "--idle-time=0"],
+            ["weston", *SCENARIOS[name][1], f"--config={runtime}/weston.ini", f"--socket={SOCKET}", "--idle-time=0"],
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
             **started,
         )
         try:
-            wait_for("the compositor", (runtime / "wayland-test").exists)
+            wait_for("the compositor", (runtime / SOCKET).exists)
             script = str(pathlib.Path(__file__).resolve())
-            command = ["dbus-run-session", "--", sys.executable, script, str(pathlib.Path(program).resolve()), str(home)]
+            command = ["dbus-run-session", "--", sys.executable, script, str(pathlib.Path(program).resolve()), name,
+                       str(home)]
             return subprocess.run(command, check=False, **started).returncode
         finally:
-            compositor.send_signal(signal.SIGTERM)
-            compositor.wait(PATIENCE)
+            for process in (compositor, server):
+                process.send_signal(signal.SIGTERM)
+                process.wait(PATIENCE)
+
+
+def main(program, *rest):
+    if len(rest) == 2:
+        return drive(program, rest[0], pathlib.Path(rest[1]))
+    failed = [name for name in rest or SCENARIOS if run(program, name) != 0]
+    return f"failed: {', '.join(failed)}" if failed else 0
 
 
 if __name__ == "__main__":
     try:
-        sys.exit(drive(sys.argv[1], pathlib.Path(sys.argv[2])) if len(sys.argv) == 3 else main(sys.argv[1]))
+        sys.exit(main(*sys.argv[1:]))
     except Failure as failure:
         sys.exit(f"end_to_end_wayland.py: {failure}")
