@@ -11,6 +11,7 @@ FocusScope {
     required property AgentModel model
     required property AppState appState
     property bool isBusy: false
+    property bool isShort: false
     signal confirmAsked(string verb)
 
     HeadingText {
@@ -18,7 +19,7 @@ FocusScope {
 
         x: 16
         width: parent.width - 32
-        height: 42
+        height: root.isShort ? 34 : 42
         verticalAlignment: Text.AlignVCenter
         text: qsTr("agent.dry_run_title")
     }
@@ -28,7 +29,7 @@ FocusScope {
 
         anchors.top: title.bottom
         width: parent.width
-        height: root.model.matchCount > 0 ? 38 : 1
+        height: root.model.matchCount === 0 ? 1 : root.isShort ? 34 : 38
         color: root.model.matchCount > 0 ? Theme.sidebar : Theme.line
 
         TriStateBox {
@@ -109,7 +110,7 @@ FocusScope {
 
         anchors.bottom: parent.bottom
         width: parent.width
-        height: 60
+        height: root.isShort ? 52 : 60
 
         Divider {
             width: parent.width
@@ -119,6 +120,8 @@ FocusScope {
             x: 16
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width - buttons.width - 40
+            // The button says it too.
+            visible: width > 110
             color: Theme.muted
             text: Texts.counted("cleanup.items_selected", root.model.selectedCount) + " · " + Texts.bytes(
                       root.model.selectedBytes)

@@ -11,6 +11,8 @@ Page {
     required property AppState appState
     required property AgentModel model
 
+    // Leaves the list what there is of room.
+    readonly property bool isShort: height < 680
     readonly property bool isBusy: model.isPlanning || model.isWorking
     // A section does what was asked for, and no plan is worth a look.
     readonly property bool isElsewhere: model.roomText !== "" && model.doubt === ""
@@ -82,7 +84,7 @@ Page {
 
     ColumnLayout {
         anchors.fill: parent
-        spacing: Theme.gap
+        spacing: root.isShort ? 8 : Theme.gap
 
         Card {
             Layout.fillWidth: true
@@ -277,7 +279,7 @@ Page {
         Card {
             Layout.fillWidth: true
             visible: root.model.doubt !== "" && !root.isElsewhere
-            padding: 14
+            padding: root.isShort ? 8 : 14
             implicitHeight: doubts.implicitHeight + 2 * padding
 
             ColumnLayout {
@@ -307,6 +309,8 @@ Page {
             text: Texts.joined([qsTr("agent.plan_by").arg(root.model.answeredBy), root.model.planTitle], " · ")
                   + root.stepLines
             wrapMode: Text.Wrap
+            maximumLineCount: root.isShort ? Math.max(1, root.model.planSteps.length) : 20
+            elide: Text.ElideRight
         }
 
         CaptionText {
@@ -336,16 +340,22 @@ Page {
                     model: root.model
                     appState: root.appState
                     isBusy: root.isBusy
+                    isShort: root.isShort
                     onConfirmAsked: verb => large.ask(root.model.isLarge(root.model.selectedCount,
                                                                          root.model.selectedBytes),
                                                       root.model.selectedSums, verb, root.model.confirm)
                 }
 
                 EmptyState {
+                    id: empty
+
+                    // The requests on offer come first where both have no room.
+                    readonly property bool hasRoom: !presets.visible || !root.isShort
+
                     anchors.top: parent.top
                     anchors.bottom: presets.top
                     width: parent.width
-                    visible: !root.model.hasPlan || root.model.isRefused || root.isElsewhere
+                    visible: (!root.model.hasPlan || root.model.isRefused || root.isElsewhere) && hasRoom
                     drawing: "agent"
                     title: root.model.isPlanning || root.isElsewhere ? "" : qsTr("agent.empty_title")
                     text: root.isElsewhere ? root.model.roomText : root.model.isPlanning ? "" : qsTr("agent.empty_text")
@@ -366,7 +376,7 @@ Page {
 
                     CaptionText {
                         width: parent.width
-                        text: qsTr("agent.presets")
+                        text: Texts.joined([empty.hasRoom ? "" : qsTr("agent.empty_text"), qsTr("agent.presets")], "\n")
                         wrapMode: Text.Wrap
                     }
 
