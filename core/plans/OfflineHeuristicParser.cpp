@@ -139,6 +139,21 @@ CleaningPlan OfflineHeuristicParser::parse(std::string_view prompt, const Prompt
   return plan;
 }
 
+void OfflineHeuristicParser::addFolder(CleaningPlan& plan, std::string_view folder) {
+  auto step = plan.steps.front();
+  step.id = Uuid::random();
+  step.targetFolder = expandedHome(folder);
+  if (step.action == PlannedAction::move) {
+    step.destinationFolder = step.targetFolder;
+    std::string summary;
+    describeSorting(step, summary);
+    std::string names;
+    for (const auto& known : plan.steps) names += fmt::format("{}, ", lastComponent(known.targetFolder));
+    plan.summary = fmt::format("Organize {}{} into structured categories.", names, lastComponent(step.targetFolder));
+  }
+  plan.steps.push_back(std::move(step));
+}
+
 void OfflineHeuristicParser::describeByAction(CleaningPlan& plan) {
   auto& step = plan.steps.front();
   if (step.action != PlannedAction::move) {

@@ -175,7 +175,7 @@ ReadWord readWord(std::string_view word, const PromptReading& reading, const Phr
     return {{}, WordMeaning::size, decides};
   }
   for (const auto& alias : folderAliases) {
-    if (isOneOf(word, alias.words)) return {{}, WordMeaning::folder, reading.folder == alias.folder};
+    if (isOneOf(word, alias.words)) return {{}, WordMeaning::folder, reading.folder == alias.folder, alias.folder};
   }
   return {};
 }

@@ -77,6 +77,10 @@ bool isTrashing(const CleaningPlan& plan) {
   return std::ranges::any_of(plan.steps, [](const auto& step) { return step.action == PlannedAction::trash; });
 }
 
+bool isMoving(const CleaningPlan& plan) {
+  return std::ranges::any_of(plan.steps, [](const auto& step) { return step.action == PlannedAction::move; });
+}
+
 bool asks(const RequestSentence& sentence, std::string_view typed, const CleaningPlan& plan) {
   const auto text = trimmed(typed);
   constexpr auto marks = std::to_array<Phrase>({"?", "？", "؟", "¿"});
@@ -121,6 +125,60 @@ void noteLeftAside(Understanding& result, const PromptReading& reading, const Cl
         break;
       default:
         break;
+    }
+  }
+}
+
+// Whether two folders are named as one thing: "downloads and my desktop", "downloads, desktop". Not "downloads on my
+// desktop", which is a folder of that name.
+bool areJoined(std::string_view between) {
+  constexpr auto others = std::to_array<Phrase>({"my", "the", "folder", "folders", "from", "in", "on", "both", "also"});
+  bool isJoined = between.find(',') != std::string_view::npos;
+  for (const auto& word : letterDigitRuns(lowercased(between))) {
+    if (word == "and") {
+      isJoined = true;
+    } else if (std::ranges::find(others, word) == others.end()) {
+      return false;
+    }
+  }
+  return isJoined;
+}
+
+bool isKindOfFile(WordMeaning meaning) {
+  return meaning == WordMeaning::screenshots || meaning == WordMeaning::installers || meaning == WordMeaning::caches ||
+         meaning == WordMeaning::logs;
+}
+
+// A folder that is named beside a kind of files, as in "screenshots and downloads", is to go as well; the plan only
+// looks in there.
+void noteFoldersBeside(Understanding& result, std::string_view text) {
+  ReadWord* last = nullptr;
+  for (auto& word : result.words) {
+    const bool isFolder = word.meaning == WordMeaning::folder;
+    if (!isFolder && !isKindOfFile(word.meaning)) continue;
+    if (last != nullptr && isFolder != (last->meaning == WordMeaning::folder) &&
+        areJoined(text.substr(last->span.end(), word.span.start - last->span.end()))) {
+      (isFolder ? word : *last).counts = false;
+    }
+    last = &word;
+  }
+}
+
+// Has each of several folders count, where they are named as one thing. The plan is of the first then.
+void joinFolders(Understanding& result, std::string_view text) {
+  const ReadWord* last = nullptr;
+  for (const auto& word : result.words) {
+    if (word.meaning != WordMeaning::folder) continue;
+    const bool isNext = last == nullptr || word.folder == last->folder ||
+                        areJoined(text.substr(last->span.end(), word.span.start - last->span.end()));
+    if (!isNext) return;
+    last = &word;
+  }
+  for (auto& word : result.words) {
+    if (word.meaning != WordMeaning::folder || word.folder == result.folder) continue;
+    word.counts = true;
+    if (std::ranges::find(result.otherFolders, word.folder) == result.otherFolders.end()) {
+      result.otherFolders.emplace_back(word.folder);
     }
   }
 }
@@ -293,7 +351,14 @@ Understanding understand(const RequestText& request, const PromptReading& readin
                          PlanMaker maker, std::span<const ProgramName> programs) {
   Understanding result{.words = reading.words, .ageDays = reading.ageDays, .sizeBytes = reading.sizeBytes};
   if (reading.folder) result.folder = *reading.folder;
-  if (maker == PlanMaker::tables) noteLeftAside(result, reading, plan);
+  if (maker == PlanMaker::tables) {
+    noteLeftAside(result, reading, plan);
+    // Installers are looked for among the downloads alone; caches and logs have folders of their own.
+    const bool isOfAnyFolder = !reading.wantsCaches && !reading.wantsLogs &&
+                               (!reading.wantsInstallers || reading.wantsScreenshots || isMoving(plan));
+    if (isOfAnyFolder) joinFolders(result, request.words);
+    noteFoldersBeside(result, request.words);
+  }
   RequestSentence sentence(request.words, result.words);
   const auto doubted = [&](Doubt doubt) {
     result.doubt = doubt;

@@ -3,6 +3,7 @@
 #include "core/assistant/AgentCoordinator.h"
 #include "core/assistant/LocalModelClient.h"
 #include "core/base/text/UnicodeText.h"
+#include "core/plans/OfflineHeuristicParser.h"
 #include "core/plans/RequestUnderstanding.h"
 #include "core/tasks/PlaceSteps.h"
 #include "core/tasks/TaskServices.h"
@@ -45,6 +46,9 @@ PlannedAnswer askPlanner(const TaskServices& services, const std::string& prompt
       answer.plan = planForPrograms(services, answer.plan.userGoal, answer.reading, programs, stop);
       answer.placesFrom = 0;
     }
+  }
+  if (maker == PlanMaker::tables && answer.understanding.programs.empty()) {
+    for (const auto& folder : answer.understanding.otherFolders) OfflineHeuristicParser::addFolder(answer.plan, folder);
   }
   for (auto& word : answer.understanding.words) word.span = answer.words.typed(word.span);
   std::ranges::stable_sort(answer.understanding.words, {}, [](const ReadWord& word) { return word.span.start; });

@@ -13,6 +13,7 @@ struct Part {
   TextSpan span;
   WordMeaning meaning;
   bool counts;
+  std::string_view folder;
 };
 
 std::vector<Part> partsOf(const std::vector<ReadWord>& words) {
@@ -27,13 +28,13 @@ std::vector<Part> partsOf(const std::vector<ReadWord>& words) {
       parts.back().span.length = word.span.end() - parts.back().span.start;
       continue;
     }
-    parts.push_back({word.span, word.meaning, word.counts});
+    parts.push_back({word.span, word.meaning, word.counts, word.folder});
     isNext = true;
   }
   return parts;
 }
 
-void giveValue(ReadEntry& entry, const PlannedAnswer& answer) {
+void giveValue(ReadEntry& entry, std::string_view folder, const PlannedAnswer& answer) {
   const auto& understanding = answer.understanding;
   if (!entry.counts) return;
   switch (entry.meaning) {
@@ -44,7 +45,7 @@ void giveValue(ReadEntry& entry, const PlannedAnswer& answer) {
       entry.sizeBytes = understanding.sizeBytes;
       break;
     case WordMeaning::folder:
-      if (understanding.folder) entry.folder = expandedHome(*understanding.folder);
+      entry.folder = expandedHome(folder);
       break;
     case WordMeaning::caches:
       if (understanding.folder == "~/Library/Caches" && understanding.programs.empty()) {
@@ -103,7 +104,7 @@ std::vector<ReadEntry> readEntries(std::string_view typed, const PlannedAnswer& 
   if (answer.provider != AIProvider::heuristic) return entries;
   for (const auto& part : partsOf(answer.understanding.words)) {
     ReadEntry entry{.text = std::string(part.span.in(typed)), .meaning = part.meaning, .counts = part.counts};
-    giveValue(entry, answer);
+    giveValue(entry, part.folder, answer);
     entries.push_back(std::move(entry));
   }
   addAssumed(entries, answer);

@@ -13,7 +13,8 @@ namespace {
 struct TableRow {
   std::string kind;
   std::string request;
-  // "trash ~/Downloads screenshots 30d 200M": the step's action, folder, categories, age and size; "move" likewise;
+  // "trash ~/Downloads screenshots 30d 200M": the step's action, folder, categories, age and size; "move" likewise; of
+  // several folders "~/Downloads,~/Desktop", a step for each;
   // "place pip npm": exactly the places of these; "room restore": the section that does it, with the name or folder
   // that it begins with where the table names it; "nothing": the request cannot be planned, or must not be.
   std::string meant;
@@ -122,7 +123,18 @@ class RequestTable : public Orvanectl, public testing::WithParamInterface<const 
       std::erase(names, ',');
       return "place " + names;
     }
-    return stepText(answer["plan"]["steps"][0]);
+    const auto& steps = answer["plan"]["steps"];
+    auto text = stepText(steps[0]);
+    // Several folders in the place of the first.
+    for (std::size_t at = 1; at < steps.size(); ++at) {
+      const auto folder = shown(steps[at]["targetFolder"].get<std::string>());
+      auto same = steps[at];
+      same["targetFolder"] = steps[0]["targetFolder"];
+      if (stepText(same) != stepText(steps[0])) return "steps that differ";
+      const auto end = std::min(text.find(' ', text.find("~/")), text.size());
+      text.insert(end, "," + folder);
+    }
+    return text;
   }
 
   static bool selectsSomething(const Json& answer) {

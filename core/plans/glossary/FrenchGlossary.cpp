@@ -123,7 +123,8 @@ constexpr std::array frenchRows{
     GlossaryRow{"hier", "yesterday"},
     GlossaryRow{"aujourd'hui", "today"},
     GlossaryRow{"dernier|dernière|derniers|dernières|passé|passée", "last"},
-    GlossaryRow{"le|la|les|l|du|de|des|d|au|aux|à|en|dans|sur|sous|chez|avec|et|ou|mon|ma|mes|ton|ta|tes|ce|cet|cette|"
+    GlossaryRow{"et", "and"},
+    GlossaryRow{"le|la|les|l|du|de|des|d|au|aux|à|en|dans|sur|sous|chez|avec|ou|mon|ma|mes|ton|ta|tes|ce|cet|cette|"
                 "ces|ceux|celles|c|qui|que|dont|plus|ont|sont|est|a|ai|j|je|tu|moi|me|m|s|se|y|il|ils|elles|on|nous|"
                 "vous|pour|par|depuis|fait|font|vieillis|stp|svp|s'il te plaît|s'il vous "
                 "plaît|merci|veux|voudrais|veuillez|peux-tu|pourrais-tu|pouvez-vous|taille|poids|âge|environ|mac|"

@@ -116,7 +116,8 @@ constexpr std::array germanRows{
     GlossaryRow{"gestern", "yesterday"},
     GlossaryRow{"heute", "today"},
     GlossaryRow{"letzte|letzten|letzter|letztes|letztem|vergangene*", "last"},
-    GlossaryRow{"der|die|das|den|dem|des|und|oder|von|vom|in|im|ins|auf|an|am|aus|bei|beim|mit|zu|zum|zur|für|als|mehr|"
+    GlossaryRow{"und", "and"},
+    GlossaryRow{"der|die|das|den|dem|des|oder|von|vom|in|im|ins|auf|an|am|aus|bei|beim|mit|zu|zum|zur|für|als|mehr|"
                 "etwa|circa|ca|sind|ist|war|waren|hat|haben|habe|werden|wurden|wurde|mein|meine|meinen|meinem|meiner|"
                 "meines|dein|deine|mir|mich|ich|du|sie|es|man|kannst|könntest|könnten|bitte|mal|doch|einmal|nun|jetzt|"
                 "möchte|will|wollen|soll|sollen|dort|dran|davon|darin|daraus|dazu|liegen|liegt|stell|stelle|stellen|"

@@ -134,7 +134,8 @@ std::optional<GlossaryIndex::Match> GlossaryIndex::matchAt(std::span<const Folde
   if (isNumberAt(rest)) return std::nullopt;
   // As in "cuarenta y cinco".
   const auto link = longestAt(rest);
-  const bool isLinked = link && link->length == 1 && link->english.empty() && isNumberAt(rest.subspan(1));
+  const bool isFiller = link && link->length == 1 && (link->english.empty() || link->english == "and");
+  const bool isLinked = isFiller && isNumberAt(rest.subspan(1));
   return isLinked ? std::nullopt : match;
 }
 

@@ -105,8 +105,9 @@ constexpr std::array spanishRows{
     GlossaryRow{"ayer", "yesterday"},
     GlossaryRow{"hoy", "today"},
     GlossaryRow{"último|última|últimos|últimas|pasado|pasada|pasados|pasadas", "last"},
+    GlossaryRow{"y|e", "and"},
     GlossaryRow{
-        "el|la|los|las|lo|del|de|al|a|en|con|y|o|u|mi|mis|tu|tus|su|sus|este|esta|estos|estas|ese|esa|esos|esas|que|"
+        "el|la|los|las|lo|del|de|al|a|en|con|o|u|mi|mis|tu|tus|su|sus|este|esta|estos|estas|ese|esa|esos|esas|que|"
         "por|para|desde|más|sobre|tengan|tienen|tenga|tiene|sean|son|es|está|están|ocupan|ocupen|pesen|pesan|favor|por "
         "favor|quiero|quisiera|podrías|puedes|me|te|se|mí|yo|ya|muy|también|mac|ordenador|computadora|equipo|pc|"
         "contenido|tamaño|edad|casi|unos|antigüedad",

@@ -47,7 +47,8 @@ constexpr std::string_view rawValue(WordMeaning meaning) noexcept {
 struct ReadWord {
   TextSpan span;  // of the text that was read
   WordMeaning meaning = WordMeaning::none;
-  bool counts = true;  // false where another word decided instead of it
+  bool counts = true;            // false where another word decided instead of it
+  std::string_view folder = {};  // that a word for one names: a path below "~"
 
   bool operator==(const ReadWord&) const = default;
 };

@@ -86,7 +86,8 @@ struct NamedProgram {
 struct Understanding {
   Doubt doubt = Doubt::none;
   std::vector<ReadWord> words = {};
-  std::optional<std::string> folder = {};  // path below "~"
+  std::optional<std::string> folder = {};      // path below "~"
+  std::vector<std::string> otherFolders = {};  // those that are named with it: "downloads and desktop"
   std::optional<std::int64_t> ageDays = {};
   std::optional<std::int64_t> sizeBytes = {};
   std::optional<RoomWish> room = {};
