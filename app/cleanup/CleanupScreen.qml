@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Orvane
@@ -259,27 +261,34 @@ Page {
         id: large
     }
 
-    AlertDialog {
+    OnDemand {
         id: completed
 
-        title: qsTr("cleanup.complete_title")
-        message: root.model.resultText
-        note: root.model.resultNote
-        details: root.model.messages
-        extraText: qsTr("action.open_trash")
-        onExtraChosen: root.appState.openTrash()
-        onClosed: list.forceActiveFocus()
+        AlertDialog {
+            title: qsTr("cleanup.complete_title")
+            message: root.model.resultText
+            note: root.model.resultNote
+            details: root.model.messages
+            extraText: qsTr("action.open_trash")
+            onExtraChosen: root.appState.openTrash()
+            onClosed: list.forceActiveFocus()
+        }
     }
 
-    AlertDialog {
+    OnDemand {
         id: explain
 
+        property string text: ""
+
         function show(row: int) {
-            message = root.model.explanation(row);
+            text = root.model.explanation(row);
             open();
         }
 
-        title: qsTr("cleanup.why")
-        onClosed: list.forceActiveFocus()
+        AlertDialog {
+            title: qsTr("cleanup.why")
+            message: explain.text
+            onClosed: list.forceActiveFocus()
+        }
     }
 }

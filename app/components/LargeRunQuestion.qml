@@ -1,10 +1,14 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Orvane
 
 // Asks once more before very much moves, with its sums; what is less goes ahead at once.
-AlertDialog {
+OnDemand {
     id: root
 
+    property string sums: ""
+    property string verb: ""
     property var goAhead: () => {}
 
     // `sums` says what would move, `verb` is on the button.
@@ -13,17 +17,21 @@ AlertDialog {
             goAhead();
             return;
         }
-        root.message = sums;
-        root.confirmText = verb;
+        root.sums = sums;
+        root.verb = verb;
         root.goAhead = goAhead;
         root.open();
     }
 
-    title: qsTr("consent.large_title")
-    note: qsTr("consent.undo_note")
-    rejectText: qsTr("action.cancel")
-    onConfirmed: {
-        const goOn = root.goAhead;
-        goOn();
+    AlertDialog {
+        title: qsTr("consent.large_title")
+        message: root.sums
+        note: qsTr("consent.undo_note")
+        confirmText: root.verb
+        rejectText: qsTr("action.cancel")
+        onConfirmed: {
+            const goOn = root.goAhead;
+            goOn();
+        }
     }
 }

@@ -7,16 +7,10 @@ import Orvane
 Sheet {
     id: root
 
-    required property DuplicatesModel model
-    property var copies: []
+    // As DuplicatesModel has them.
+    required property var copies
 
     readonly property int columns: Math.max(1, Math.min(3, copies.length))
-
-    function show(row: int) {
-        copies = model.copiesAt(row);
-        if (copies.length > 0)
-            open();
-    }
 
     title: qsTr("duplicates.compare")
     sheetWidth: 400 * columns + 48

@@ -228,30 +228,39 @@ Page {
             isChoice: false
             symbol: "duplicates"
             text: qsTr("duplicates.compare")
-            onTriggered: compare.show(list.currentIndex)
+            onTriggered: {
+                compare.row = list.currentIndex;
+                compare.open();
+            }
         }
     }
 
-    CompareSheet {
+    OnDemand {
         id: compare
 
-        model: root.model
-        onClosed: list.forceActiveFocus()
+        property int row: 0
+
+        CompareSheet {
+            copies: root.model.copiesAt(compare.row)
+            onClosed: list.forceActiveFocus()
+        }
     }
 
     LargeRunQuestion {
         id: large
     }
 
-    AlertDialog {
+    OnDemand {
         id: completed
 
-        title: qsTr("duplicates.complete_title")
-        message: root.model.resultText
-        note: root.model.resultNote
-        details: root.model.messages
-        extraText: qsTr("action.open_trash")
-        onExtraChosen: root.appState.openTrash()
-        onClosed: list.forceActiveFocus()
+        AlertDialog {
+            title: qsTr("duplicates.complete_title")
+            message: root.model.resultText
+            note: root.model.resultNote
+            details: root.model.messages
+            extraText: qsTr("action.open_trash")
+            onExtraChosen: root.appState.openTrash()
+            onClosed: list.forceActiveFocus()
+        }
     }
 }
