@@ -466,6 +466,7 @@ QString DuplicatesModel::failureText(const MoveOutcome& failure) const {
 
 void DuplicatesModel::languageChanged() {
   RunModel::languageChanged();
+  if (m_groups.rowCount() > 0) Q_EMIT dataChanged(index(0), index(m_groups.rowCount() - 1), {KeptReasonRole});
   Q_EMIT refusalChanged();
 }
 

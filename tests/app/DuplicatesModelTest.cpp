@@ -69,6 +69,17 @@ TEST_F(DuplicatesModelTest, cleansOnlyTheSetsThatASearchShows) {
   EXPECT_EQ(model.shownSelectedCount(), model.selectedCount());
 }
 
+TEST_F(DuplicatesModelTest, saysWhyACopyStaysInTheLanguageThatIsChosenMeanwhile) {
+  search();
+  bool isTold = false;
+  QObject::connect(&model, &DuplicatesModel::dataChanged,
+                   [&](const QModelIndex& first, const QModelIndex&, auto roles) {
+                     isTold = first.row() == 0 && roles.contains(DuplicatesModel::KeptReasonRole);
+                   });
+  model.languageChanged();
+  EXPECT_TRUE(isTold);
+}
+
 TEST_F(DuplicatesModelTest, neverTouchesAFolderThatItComparesWith) {
   tree.file("Archive/original.jpg", "the same picture");
   model.addReference("file://" + QString::fromStdString(tree.path("Archive")));
