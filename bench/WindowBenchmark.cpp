@@ -185,12 +185,13 @@ void scroll(QQuickWindow& window) {
   std::vector<double> times;
   for (int frame = 0; frame < 600; ++frame) {
     // Near the end of each hundred it jumps, as by a drag of the scroll bar.
-    const double step = frame % 100 == 99 ? 10'000'000 : 173;
+    const double step = frame % 100 == 99 ? list->property("contentHeight").toDouble() / 8 : 173;
     times.push_back(
         frameAfter(window, [&] { list->setProperty("contentY", list->property("contentY").toDouble() + step); }));
   }
   printFrames("scrolling", times);
 
+  QMetaObject::invokeMethod(list, "positionViewAtBeginning");
   QMetaObject::invokeMethod(list, "forceActiveFocus");
   const auto press = [&window](Qt::Key key) {
     QKeyEvent pressed(QEvent::KeyPress, key, Qt::NoModifier);
