@@ -204,7 +204,7 @@ def pause_in_the_middle(window, home):
     expect(len(files_below(downloads)) == 601 - moved, "a copy is in two places or in none")
     expect(not window.find("run.pause"), "a run that waits can be paused again")
     window.press("run.resume")
-    wait_for("one copy to be left", lambda: len(files_below(downloads)) == 1)
+    wait_for("one copy to be left", lambda: len(list(downloads.iterdir())) == 1)
     expect(len(files_below(trash_of(home))) == 600, "not every copy went to the Trash")
 
 

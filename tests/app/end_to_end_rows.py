@@ -44,7 +44,7 @@ def menus_everywhere(window, home):
     window.press("nav.apps")
     window.sees("Review: Paint")
     wait_for("the sizes", lambda: not window.find("action.cancel"))
-    menu_of_row(window, "Applications", "Copy Command", "Show in Folder", "Copy Path")
+    menu_of_row(window, "Applications", "Show in Folder", "Copy Path")
     window.key(ESCAPE)
 
     window.press("nav.rules")

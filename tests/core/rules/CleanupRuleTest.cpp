@@ -44,7 +44,10 @@ TEST(CleanupRuleTest, wordsEachConditionInTheOrderOfItsKeys) {
               testing::ElementsAre("in ~/Downloads", ".dmg .pkg", "User Caches or System & App Logs", "7 days old",
                                    "2 MB or more", "named *old*"));
   EXPECT_EQ(ruleFields().size(), everything.toJson().size());
-  const RuleTrigger nothing{.folderPath = "", .fileExtensions = {{}}, .categories = {{}}, .namePattern = ""};
+  const RuleTrigger nothing{.folderPath = "",
+                            .fileExtensions = std::vector<std::string>(),
+                            .categories = std::vector<ScanCategory>(),
+                            .namePattern = ""};
   EXPECT_THAT(nothing.conditions(), testing::IsEmpty());
 }
 

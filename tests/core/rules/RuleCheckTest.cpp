@@ -43,7 +43,10 @@ TEST(RuleCheck, refusesATriggerThatNarrowsNothing) {
   const TriggerCase cases[] = {
       {"no condition", {}, false},
       {"empty texts and lists",
-       {.folderPath = "", .fileExtensions = {{}}, .categories = {{}}, .namePattern = ""},
+       {.folderPath = "",
+        .fileExtensions = std::vector<std::string>(),
+        .categories = std::vector<ScanCategory>(),
+        .namePattern = ""},
        false},
       {"nothing younger or smaller", {.minimumAgeDays = 0, .minimumSizeBytes = 0}, false},
       {"the root", {.folderPath = "/"}, false},
