@@ -180,13 +180,14 @@ class Copier {
     finishOpen(source.get(), copy.get(), status);
   }
 
-  // Mode and times last: writing changes them.
+  // The owner before attributes and mode: a new one takes capabilities and set-user-ID away. Times last: writing
+  // changes them.
   static void finishOpen(int source, int copy, const struct stat& status) {
+    static_cast<void>(!::fchown(copy, status.st_uid, status.st_gid));
     for (const auto& [name, value] : extendedAttributes(source)) {
       if (::fsetxattr(copy, name.c_str(), value.data(), value.size(), 0) != 0 && !mayStayBehind(name, errno))
         throwErrno();
     }
-    static_cast<void>(!::fchown(copy, status.st_uid, status.st_gid));
     if (::fchmod(copy, status.st_mode & 07777) != 0) throwErrno();
     const std::array<timespec, 2> times{status.st_atim, status.st_mtim};
     if (::futimens(copy, times.data()) != 0) throwErrno();

@@ -5,10 +5,11 @@ import json
 import os
 import shlex
 import socket
+import stat
 import struct
 import typing
 
-from starts import ORVANECTL
+from starts import ORVANECTL, USER
 from trees import inventory
 from world import VOLUMES
 
@@ -49,7 +50,7 @@ def make_socket(path):
 
 
 def many_kinds(world, folder):
-    """A folder with a file of every kind that an ordinary user can make."""
+    """A folder with a file of every kind that its user can make."""
     top = f"{folder}/project"
     first = world.file(f"{top}/first.txt")
     os.link(first, world.path(f"{top}/second.txt"))
@@ -67,6 +68,12 @@ def many_kinds(world, folder):
     world.folder(f"{top}/empty", mode=0o2700)
     world.folder(f"{top}/sub", mode=0o500)
     make_socket(world.path(f"{top}/socket"))
+    if USER == 0:
+        os.mknod(world.path(f"{top}/device"), stat.S_IFCHR | 0o640, os.makedev(1, 3))
+        os.chown(world.file(f"{top}/of another user", mode=0o4711), 12345, 12346)
+        os.chmod(world.path(f"{top}/of another user"), 0o4711)
+        net_raw = struct.pack("<5I", 0x02000001, 1 << 13, 0, 0, 0)
+        os.setxattr(world.file(f"{top}/able"), "security.capability", net_raw)
 
 
 @dataclasses.dataclass(frozen=True)

@@ -1,4 +1,4 @@
-"""Starts of the program under test, as an ordinary user, without loading it each time."""
+"""Starts of the program under test, as its user, without loading it each time."""
 
 import dataclasses
 import fcntl
@@ -9,7 +9,7 @@ import socket
 import struct
 import subprocess
 
-USER = 65534
+USER = int(os.environ.get("FAULTS_USER", "65534"))  # of the programs under test
 SO_SNDBUFFORCE = 32  # beyond the limit of ordinary users
 PATIENCE = 15  # seconds until a program counts as one that never ends
 TOP = os.path.realpath(os.path.join(os.path.dirname(__file__), "../.."))
