@@ -18,9 +18,12 @@ Page {
     readonly property bool isElsewhere: model.roomText !== "" && model.doubt === ""
     // A line for each of several steps.
     readonly property string stepLines: model.planSteps.length > 1 || model.isRefused
-                                        ? model.planSteps.map(step => "\n" + Texts.joined([step.text, step.detail], " · ")).join("")
-                                        : ""
+                                        ? linesOf(model.planSteps) : ""
     readonly property var currentProvider: model.providers[model.provider] ?? null
+
+    function linesOf(steps: var): string {
+        return steps.map(step => "\n" + Texts.joined([step.text, step.detail], " · ")).join("");
+    }
 
     function names(providers: var): var {
         return providers.map(provider => provider.needsKey && !provider.hasKey
