@@ -1,6 +1,7 @@
 #include "app/cleanup/CleanupModel.h"
 
 #include "app/overview/OverviewAreas.h"
+#include "core/base/files/PathAccess.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -342,6 +343,9 @@ TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
 }
 
 TEST_F(CleanupModelTest, reportsWhatTheSystemRefusesAndGoesOn) {
+  if (readPathStatus(tree.path())->device != readPathStatus("/")->device) {
+    GTEST_SKIP() << "a volume of its own has another Trash to go to";
+  }
   scan();
   // In the way of the Trash's own folder.
   tree.file(".local/share/Trash", "no folder");
@@ -458,7 +462,7 @@ class PausedCleanupTest : public CleanupModelTest {
 TEST_F(PausedCleanupTest, waitsBetweenItemsAndGoesOnAsOneRun) {
   beginAndPause();
   EXPECT_TRUE(model->isCleaning());
-  EXPECT_TRUE(model->paceText().contains(".log")) << model->paceText().toStdString();
+  EXPECT_TRUE(model->paceText().contains(" of ")) << model->paceText().toStdString();
   model->resume();
   finish();
   EXPECT_EQ(left(), 0);
