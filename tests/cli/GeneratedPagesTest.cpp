@@ -14,6 +14,7 @@ class GeneratedPages : public Orvanectl {
     const auto script = home.file("completion.bash", run({"internal-completions", "bash"}).output);
     auto program = setup({});
     program.workingFolder = home.folder("typed");
+    program.environment["LANG"] = "C.UTF-8";  // which is always there; bash names one that is not
     program.environment["PATH"] += ":" + std::filesystem::path(ORVANECTL).parent_path().string();
     program.arguments = {"/bin/bash", "-c",
                          ". /usr/share/bash-completion/bash_completion && . " + script + R"( && COMP_WORDS=()" + words +
