@@ -33,7 +33,8 @@ void DuplicateGroups::gather(const Proposal& proposal, const Selection& selectio
 void DuplicateGroups::order(const Selection& selection) {
   for (auto& group : m_groups) {
     std::ranges::sort(group.copies);
-    std::ranges::stable_partition(group.copies, [&](std::uint32_t copy) { return !selection.isSelected(copy); });
+    std::stable_partition(group.copies.begin(), group.copies.end(),
+                          [&](std::uint32_t copy) { return !selection.isSelected(copy); });
   }
 }
 
