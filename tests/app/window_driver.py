@@ -28,8 +28,9 @@ def wait_for(what, look):
 
 
 def english_texts(program):
-    """The window's texts by key, from the terminal program that was built beside it."""
-    orvanectl = pathlib.Path(program).parent.parent / "cli/orvanectl"
+    """The window's texts by key, from the terminal program that was built or installed beside it."""
+    installed = pathlib.Path(program).with_name("orvanectl")
+    orvanectl = installed if installed.exists() else pathlib.Path(program).parent.parent / "cli/orvanectl"
     shown = subprocess.run([orvanectl, "strings", "--json", "--language", "en"], stdout=subprocess.PIPE, check=True)
     return {key: text.replace("\u00a0", " ") for key, text in json.loads(shown.stdout).items()}
 

@@ -58,10 +58,17 @@ TEST_F(LocalModelPlans, areShownAndCarriedOutLikeAnyOther) {
   EXPECT_EQ(json({"restore", answer["summary"]["batchId"], "--yes"})["restoredCount"], 1);
 }
 
-TEST_F(LocalModelPlans, areAskedForInTheWordsThatAreShownBefore) {
+// Of the last request that has one.
+std::string askedBody(const LocalServer& server) {
   std::string body;
-  const LocalServer server([&](const LocalServer::Request& request) {
+  for (const auto& request : server.requests()) {
     if (!request.body.empty()) body = request.body;
+  }
+  return body;
+}
+
+TEST_F(LocalModelPlans, areAskedForInTheWordsThatAreShownBefore) {
+  const LocalServer server([](const LocalServer::Request& request) {
     return request.line.starts_with("GET") ? LocalServer::answer(200, "{}") : LocalServer::chat("none");
   });
   setEndpoint(server.url());
@@ -69,9 +76,9 @@ TEST_F(LocalModelPlans, areAskedForInTheWordsThatAreShownBefore) {
   auto show = ask;
   show.emplace_back("--show-request");
   const auto shown = json(show);
-  EXPECT_EQ(body, "") << "showing asked the model";
+  EXPECT_EQ(askedBody(server), "") << "showing asked the model";
   EXPECT_EQ(run(ask).exitStatus, 0);
-  const auto asked = parseJson(body);
+  const auto asked = parseJson(askedBody(server));
   const auto& messages = asked["messages"];
   EXPECT_EQ(shown["instructions"], messages[0]["content"]);
   EXPECT_EQ(shown["prompt"], messages[1]["content"]);
