@@ -9,8 +9,9 @@ import random
 import re
 import stat
 
-import neighbours
-from oracle import Journal, Oracle, TRASHES, check_end
+from group import Group
+from neighbours import NeighbourGroup
+from oracle import Oracle, TRASHES, check_end
 from scenarios import HOSTILE_NAMES, SCENARIOS, Scenario, command_of, make_socket, prepared
 from starts import ORVANECTL, USER
 from trees import inventory, look_at
@@ -66,25 +67,6 @@ def numbered(calls, kinds=None):
 
 def number_of(label):
     return int(label.split("-")[0])
-
-
-class Group:
-    """Cases that share a template. `name` is the beginning of the names of them all."""
-
-    file_system = "tmpfs"
-
-    def __init__(self, name):
-        self.name = name
-
-    def prepare(self, world):
-        """Makes the template; called once before list and run."""
-
-    def list(self, world):
-        raise NotImplementedError
-
-    def run(self, world, case):
-        """What is wrong, in words."""
-        raise NotImplementedError
 
 
 class ScenarioGroup(Group):
@@ -358,88 +340,6 @@ class TogetherGroup(Group):
             for process in running:
                 check_end(world.wait_for(process), "a process", findings)
         return findings + self.oracle.judge()
-
-
-class NeighbourGroup(Group):
-    """Another program swaps what moves for links to private folders, a million moves in all; see neighbours.py."""
-
-    ROUNDS = 125  # of 2,000 items, each moved and brought back in two scenarios
-    ROOT = "home/Downloads"
-    TRASH = "home/.local/share/Trash/files"
-
-    def prepare(self, world):
-        world.lacks = ""
-
-        def build(world):
-            for folder in range(neighbours.FOLDERS):
-                for name in range(neighbours.FILES):
-                    world.file(f"{self.ROOT}/{folder}/{name}.txt", b"%d/%d" % (folder, name))
-                    world.file(f"home/Private/{folder}/{name}.txt", b"private %d/%d" % (folder, name))
-            world.folder("home/Neighbour")
-            world.folder(self.TRASH, mode=0o700)
-
-        world.make(build)
-        world.keep()
-
-    def list(self, world):
-        return [f"{how}/{seed}" for how in ("trash", "organize") for seed in range(self.ROUNDS)]
-
-    def run(self, world, case):
-        how, seed = case.split("/")
-        world.lay_out("size=256m")
-        root = world.path(self.ROOT)
-        self.before, private = self.inodes(root), inventory(world.path("home/Private"))
-        findings = []
-        if how == "trash":
-            watched = world.path(self.TRASH)
-            words = ["trash", "--yes", "--root", root, *self.before]
-        else:
-            watched, words = root, ["organize", root, "--subfolders", "--apply", "--yes"]
-        swaps = self.beside(world, words, watched, int(seed), findings)
-        self.check(world, findings, "after the run ")
-        fullest = max(os.walk(world.path("home")), key=lambda found: len(found[2]))[0]
-        swaps += self.beside(world, ["restore", "--last", "--yes"], fullest, int(seed), findings,
-                             files=how == "trash")
-        if swaps == 0:
-            findings.append("the neighbour swapped nothing")
-        self.check(world, findings, "after the restore beside a neighbour ")
-        world.run("restore", "--last", "--yes")
-        self.check(world, findings, "after the last restore ")
-        returned = self.inodes(root)
-        if len(returned) != len(self.before) or {self.asked_for(place) for place in returned} != set(self.before):
-            findings.append("not everything is back")
-        if inventory(world.path("home/Private")) != private:
-            findings.append("the private folders have changed")
-        if inventory(world.path("outside")) != world.outside:
-            findings.append("the tree beside the home has changed")
-        return findings
-
-    def beside(self, world, words, watched, seed, findings, files=True):
-        os.sched_setaffinity(0, range(os.cpu_count()))
-        neighbour = neighbours.Neighbour(world, world.path(self.ROOT), watched, seed, files)
-        check_end(world.run(*words), words[0], findings)
-        return neighbour.end()
-
-    def check(self, world, findings, when):
-        """Each file is once where it was or where the journal says, and no link is taken for one."""
-        journal = Journal(world, findings)
-        places = {os.fsdecode(world.path(original)): os.fsdecode(world.path(trashed))
-                  for action, original, trashed in journal.entries if action != "restored"}
-        there = {self.asked_for(place): inode for place, inode in self.inodes(world.path("home")).items()}
-        wrong = [place for place, inode in self.before.items() if there.get(places.get(place, place)) != inode]
-        if wrong:
-            elsewhere = [place for place, inode in there.items() if inode == self.before[wrong[0]]]
-            findings.append(f"{when}{len(wrong)} files are not where they should be, as {wrong[0]}, which is {elsewhere}")
-
-    @staticmethod
-    def asked_for(place):
-        """What the neighbour has put into a place gives an item that comes back there another name."""
-        return re.sub(r" \(restored \d+\)(\.\w+)$", r"\1", place)
-
-    @staticmethod
-    def inodes(top):
-        return {os.path.join(folder, name): os.lstat(os.path.join(folder, name)).st_ino
-                for folder, _, files in os.walk(top) for name in files}
 
 
 class NameGroup(Group):

@@ -7,10 +7,14 @@ the beginning may move, and nothing may come out of or go into the private folde
 import ctypes
 import os
 import random
+import re
 import signal
 import time
 import traceback
 
+from group import Group
+from oracle import Journal, check_end
+from trees import inventory
 from world import as_user
 
 FOLDERS, FILES = 8, 250
@@ -25,7 +29,8 @@ def rename(one, other, how):
 def put_back(place, kept):
     """Gives `place` the entry that `kept` holds, and leaves what stood there, or nothing, as `kept`."""
     while not rename(place, kept, EXCHANGE) and not rename(kept, place, NOREPLACE):
-        pass
+        if not os.path.lexists(kept):
+            raise RuntimeError(f"what stood in {place} was taken from beside it")
     if os.path.lexists(kept) and not os.path.islink(kept):
         raise RuntimeError(f"something came to {place}, where a link stood")
 
@@ -93,3 +98,85 @@ class Neighbour:
         if os.waitpid(self.process, 0)[1] != 0:
             raise RuntimeError("the neighbour fails: " + text)
         return int(text)
+
+
+class NeighbourGroup(Group):
+    """Another program swaps what moves for links to private folders, a million moves in all."""
+
+    ROUNDS = 125  # of 2,000 items, each moved and brought back in two scenarios
+    ROOT = "home/Downloads"
+    TRASH = "home/.local/share/Trash/files"
+
+    def prepare(self, world):
+        world.lacks = ""
+
+        def build(world):
+            for folder in range(FOLDERS):
+                for name in range(FILES):
+                    world.file(f"{self.ROOT}/{folder}/{name}.txt", b"%d/%d" % (folder, name))
+                    world.file(f"home/Private/{folder}/{name}.txt", b"private %d/%d" % (folder, name))
+            world.folder("home/Neighbour")
+            world.folder(self.TRASH, mode=0o700)
+
+        world.make(build)
+        world.keep()
+
+    def list(self, world):
+        return [f"{how}/{seed}" for how in ("trash", "organize") for seed in range(self.ROUNDS)]
+
+    def run(self, world, case):
+        how, seed = case.split("/")
+        world.lay_out("size=256m")
+        root = world.path(self.ROOT)
+        self.before, private = self.inodes(root), inventory(world.path("home/Private"))
+        findings = []
+        if how == "trash":
+            watched = world.path(self.TRASH)
+            words = ["trash", "--yes", "--root", root, *self.before]
+        else:
+            watched, words = root, ["organize", root, "--subfolders", "--apply", "--yes"]
+        swaps = self.beside(world, words, watched, int(seed), findings)
+        self.check(world, findings, "after the run ")
+        fullest = max(os.walk(world.path("home")), key=lambda found: len(found[2]))[0]
+        swaps += self.beside(world, ["restore", "--last", "--yes"], fullest, int(seed), findings,
+                             files=how == "trash")
+        if swaps == 0:
+            findings.append("the neighbour swapped nothing")
+        self.check(world, findings, "after the restore beside a neighbour ")
+        world.run("restore", "--last", "--yes")
+        self.check(world, findings, "after the last restore ")
+        returned = self.inodes(root)
+        if len(returned) != len(self.before) or {self.asked_for(place) for place in returned} != set(self.before):
+            findings.append("not everything is back")
+        if inventory(world.path("home/Private")) != private:
+            findings.append("the private folders have changed")
+        if inventory(world.path("outside")) != world.outside:
+            findings.append("the tree beside the home has changed")
+        return findings
+
+    def beside(self, world, words, watched, seed, findings, files=True):
+        os.sched_setaffinity(0, range(os.cpu_count()))
+        neighbour = Neighbour(world, world.path(self.ROOT), watched, seed, files)
+        check_end(world.run(*words), words[0], findings)
+        return neighbour.end()
+
+    def check(self, world, findings, when):
+        """Each file is once where it was or where the journal says, and no link is taken for one."""
+        journal = Journal(world, findings)
+        places = {os.fsdecode(world.path(original)): os.fsdecode(world.path(trashed))
+                  for action, original, trashed in journal.entries if action != "restored"}
+        there = {self.asked_for(place): inode for place, inode in self.inodes(world.path("home")).items()}
+        wrong = [place for place, inode in self.before.items() if there.get(places.get(place, place)) != inode]
+        if wrong:
+            elsewhere = [place for place, inode in there.items() if inode == self.before[wrong[0]]]
+            findings.append(f"{when}{len(wrong)} files are not where they should be, as {wrong[0]}, which is {elsewhere}")
+
+    @staticmethod
+    def asked_for(place):
+        """What the neighbour has put into a place gives an item that comes back there another name."""
+        return re.sub(r" \(restored \d+\)(\.\w+)$", r"\1", place)
+
+    @staticmethod
+    def inodes(top):
+        return {os.path.join(folder, name): os.lstat(os.path.join(folder, name)).st_ino
+                for folder, _, files in os.walk(top) for name in files}
