@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -102,6 +104,17 @@ class SystemProfile {
                                         std::string_view /*program*/) const {
     return false;
   }
+
+  // Whether a program of this user, other than this one, has a file open at the path or below it. May be a second old.
+  [[nodiscard]] virtual bool hasOpenFiles(const std::string& /*path*/) const { return false; }
+
+  // The items in the user's Trash folders on other volumes, which are shown as what lies in the one at home. Leaves out
+  // a disk that does not answer in time and one of another machine.
+  [[nodiscard]] virtual std::vector<std::string> itemsInOtherTrashes(const std::stop_token& /*stop*/) const {
+    return {};
+  }
+  // Whether a path has the form of such an item.
+  [[nodiscard]] virtual bool isInOtherTrash(std::string_view /*path*/) const { return false; }
 
   // A file that its name and place tell, asked where the given rows know nothing of it. The first row that fits
   // decides. No folder is one.

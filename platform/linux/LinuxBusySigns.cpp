@@ -22,6 +22,7 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t longestSign = 256 * 1024;
+constexpr std::chrono::seconds lookAtProcessesAgain{1};
 
 bool isRunning(pid_t process) noexcept {
   return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
@@ -105,6 +106,16 @@ bool isInGroupOf(const std::string& groups, std::string_view program) {
 }
 
 }  // namespace
+
+bool LinuxProfile::hasOpenFiles(const std::string& path) const {
+  const std::lock_guard lock(m_openPathsMutex);
+  const auto now = std::chrono::steady_clock::now();
+  if (!m_openPathsRead || now - *m_openPathsRead >= lookAtProcessesAgain) {
+    m_openPaths = OpenPaths::read();
+    m_openPathsRead = now;
+  }
+  return m_openPaths.areAtOrBelow(path);
+}
 
 bool LinuxProfile::isBusySign(const std::string& path, BusySign::Check check, std::string_view program) const {
   switch (check) {

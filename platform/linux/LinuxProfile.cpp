@@ -1,5 +1,11 @@
 #include "platform/linux/LinuxProfile.h"
 
+#include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathText.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -71,6 +77,19 @@ std::span<const SystemProfile::FileKind> LinuxProfile::fileKinds() const noexcep
 
 std::span<const std::string_view> LinuxProfile::systemFolders() const noexcept {
   return folders;
+}
+
+std::vector<std::string> LinuxProfile::itemsInOtherTrashes(const std::stop_token& stop) const {
+  std::vector<std::string> items;
+  const auto home = joinPath(m_folders.data, "Trash");
+  for (const auto& folder : m_trashes.folders(home, stop).folders) {
+    if (folder.path == home || folder.isRemote) continue;
+    const auto files = joinPath(folder.path, "files");
+    auto reader = DirectoryReader::open(AT_FDCWD, files.c_str(), DirectoryReader::Links::refuse);
+    while (const auto entry = reader ? reader->next() : std::nullopt) items.push_back(joinPath(files, entry->name));
+  }
+  std::ranges::sort(items);
+  return items;
 }
 
 }  // namespace orvane

@@ -1,9 +1,16 @@
 #pragma once
 
 #include "core/platform/SystemProfile.h"
+#include "platform/linux/MountedTrashes.h"
+#include "platform/linux/OpenFiles.h"
 #include "platform/linux/XdgFolders.h"
 
+#include <chrono>
+#include <mutex>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -35,6 +42,11 @@ class LinuxProfile : public SystemProfile {
   [[nodiscard]] bool isBusySign(const std::string& path, BusySign::Check check,
                                 std::string_view program) const override;
 
+  [[nodiscard]] bool hasOpenFiles(const std::string& path) const override;
+
+  [[nodiscard]] std::vector<std::string> itemsInOtherTrashes(const std::stop_token& stop) const override;
+  [[nodiscard]] bool isInOtherTrash(std::string_view path) const override { return MountedTrashes::isItem(path); }
+
   // LinuxNamedFiles.cpp
   [[nodiscard]] std::span<const NamedFile> namedFiles() const noexcept override;
   [[nodiscard]] std::span<const std::string_view> screenshotFolders() const noexcept override;
@@ -43,6 +55,12 @@ class LinuxProfile : public SystemProfile {
 
  private:
   XdgFolders m_folders;
+  MountedTrashes m_trashes;
+
+  // Many places are asked for at once.
+  mutable std::mutex m_openPathsMutex;
+  mutable OpenPaths m_openPaths;
+  mutable std::optional<std::chrono::steady_clock::time_point> m_openPathsRead;
 
   [[nodiscard]] std::span<const Wording> wordings() const noexcept override;
   [[nodiscard]] std::span<const Phrase> phrases() const noexcept override;

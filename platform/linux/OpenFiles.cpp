@@ -9,14 +9,21 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <string_view>
+#include <array>
+#include <climits>
+#include <optional>
 
 namespace orvane {
 namespace {
 
-bool holds(std::string_view process, const struct stat& wanted) {
+// The open descriptors of a process; absent for one of another user.
+std::optional<DirectoryReader> descriptorsOf(std::string_view process) {
   const auto folder = joinPath(joinPath("/proc", process), "fd");
-  auto reader = DirectoryReader::open(AT_FDCWD, folder.c_str(), DirectoryReader::Links::refuse);
+  return DirectoryReader::open(AT_FDCWD, folder.c_str(), DirectoryReader::Links::refuse);
+}
+
+bool holds(std::string_view process, const struct stat& wanted) {
+  auto reader = descriptorsOf(process);
   if (!reader) return false;
   while (const auto entry = reader->next()) {
     struct stat status {};
@@ -26,7 +33,45 @@ bool holds(std::string_view process, const struct stat& wanted) {
   return false;
 }
 
+// Adds the files that a process has open. What has no path in the file system begins with no slash.
+void addOpenFiles(std::string_view process, std::vector<std::string>& paths) {
+  std::array<char, PATH_MAX> target{};
+  auto reader = descriptorsOf(process);
+  while (const auto entry = reader ? reader->next() : std::nullopt) {
+    const auto length = ::readlinkat(reader->descriptor(), entry->nameBytes(), target.data(), target.size());
+    if (length > 0 && target.front() == '/') paths.emplace_back(target.data(), static_cast<std::size_t>(length));
+  }
+}
+
+// Visits the number of each process but this one, until `visit` returns false.
+template <typename Visit>
+void forEachOtherProcess(Visit visit) {
+  auto processes = DirectoryReader::open(AT_FDCWD, "/proc", DirectoryReader::Links::refuse);
+  const auto own = std::to_string(::getpid());
+  while (const auto entry = processes ? processes->next() : std::nullopt) {
+    const bool isProcess = std::ranges::all_of(entry->name, [](char c) { return c >= '0' && c <= '9'; });
+    if (isProcess && entry->name != own && !visit(entry->name)) return;
+  }
+}
+
 }  // namespace
+
+OpenPaths OpenPaths::read() {
+  OpenPaths result;
+  forEachOtherProcess([&](std::string_view process) {
+    addOpenFiles(process, result.m_paths);
+    return true;
+  });
+  std::ranges::sort(result.m_paths);
+  return result;
+}
+
+bool OpenPaths::areAtOrBelow(std::string_view path) const {
+  if (std::ranges::binary_search(m_paths, path)) return true;
+  const auto folder = joinPath(path, "");
+  const auto at = std::ranges::lower_bound(m_paths, folder);
+  return at != m_paths.end() && at->starts_with(folder);
+}
 
 bool isLocked(const std::string& path) {
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -42,14 +87,12 @@ bool isOpenAnywhere(const std::string& path) {
   if (::stat(path.c_str(), &wanted) != 0 || !S_ISREG(wanted.st_mode)) return false;
   // Virtual machines lock their disks, also those that run for another user.
   if (isLocked(path)) return true;
-  auto processes = DirectoryReader::open(AT_FDCWD, "/proc", DirectoryReader::Links::refuse);
-  if (!processes) return false;
-  const auto own = std::to_string(::getpid());
-  while (const auto entry = processes->next()) {
-    const bool isProcess = std::ranges::all_of(entry->name, [](char c) { return c >= '0' && c <= '9'; });
-    if (isProcess && entry->name != own && holds(entry->name, wanted)) return true;
-  }
-  return false;
+  bool isOpen = false;
+  forEachOtherProcess([&](std::string_view process) {
+    isOpen = holds(process, wanted);
+    return !isOpen;
+  });
+  return isOpen;
 }
 
 }  // namespace orvane

@@ -126,7 +126,10 @@ class KnownPlaces : public Orvanectl {
   }
 
   std::map<std::string, Json> scan(const Words& words = {"scan", "--developer-caches", "--json"}) const {
-    return scanned(words);
+    auto items = scanned(words);
+    // Other disks of this machine may have a Trash of their own.
+    std::erase_if(items, [](const auto& item) { return item.first.find("/.Trash") != std::string::npos; });
+    return items;
   }
 };
 
@@ -290,6 +293,61 @@ TEST_F(KnownPlaces, areShownUnselectedWhileTheirSnapRuns) {
   const auto items = scan();
   EXPECT_EQ(items.at("snap/" + name + "/common/.cache")["isSelected"], false);
   EXPECT_EQ(items.at("snap/firefox/common/.cache")["isSelected"], true);
+}
+
+TEST_F(KnownPlaces, areShownUnselectedWhileAnyFileInThemIsOpen) {
+  const std::vector<std::string> open{".cache/unheard-of/a", ".cache/single.db", ".local/state/app/app.log.1",
+                                      ".local/share/TelegramDesktop/tdata/user_data#2/media_cache/a"};
+  std::vector<FileDescriptor> files;
+  for (const auto& path : open) files.emplace_back(::open(home.path(path).c_str(), O_RDONLY | O_CLOEXEC));
+  const auto items = scan();
+  for (const auto* busy : {".cache/unheard-of", ".cache/single.db", ".local/state/app/app.log.1"}) {
+    EXPECT_EQ(items.at(busy)["isSelected"], false) << busy;
+  }
+  EXPECT_EQ(items.at(".cache/pip")["isSelected"], true);
+  EXPECT_THAT(run({"folders", "known"}).output, HasSubstr("unheard-of is open and uses it"));
+  static_cast<void>(run({"clean", "--yes", "--include-review", "--category", "caches", "--category", "logs",
+                         "--category", "messagingMedia"}));
+  for (const auto& path : open) EXPECT_TRUE(exists(home.path(path))) << path;
+  EXPECT_FALSE(exists(home.path(".cache/pip")) || exists(home.path(".config/discord/Cache")));
+}
+
+// Runs in a mount namespace of its own, where the folder is another volume with something in its Trash.
+TEST_F(KnownPlaces, showWhatLiesInTheTrashOfAnotherVolume) {
+  const auto disk = home.folder("disk");
+  const auto on = [&](const Words& words) {
+    auto program = setup(words);
+    const Words mounting{"/usr/bin/unshare",
+                         "--mount",
+                         "/bin/sh",
+                         "-c",
+                         R"(mount -t tmpfs -o mode=755 tmpfs "$0" && umask 77 && mkdir -m 1777 "$0/.Trash" &&
+                            mkdir -p "$0/.Trash-$(id -u)/files/old" "$0/.Trash/$(id -u)/files" &&
+                            printf 1234567 | tee "$0/.Trash-$(id -u)/files/old/a" >"$0/.Trash/$(id -u)/files/b" &&
+                            exec "$@")",
+                         disk};
+    program.arguments.insert(program.arguments.begin(), mounting.begin(), mounting.end());
+    return LiveProgram(program).finish();
+  };
+  if (on({"--version"}).exitStatus != 0) GTEST_SKIP() << "no volume can be mounted here";
+  const auto user = std::to_string(::geteuid());
+  const std::vector<std::string> trashed{disk + "/.Trash-" + user + "/files/old",
+                                         disk + "/.Trash/" + user + "/files/b"};
+  const auto scanned = on({"scan", "--json"}).output;
+  const auto listed = on({"folders", "known"}).output;
+  for (const auto& path : trashed) {
+    const auto at = scanned.find(path.substr(home.path().size() + 1));
+    ASSERT_NE(at, std::string::npos) << path;
+    const auto start = scanned.rfind('\n', at) + 1;
+    const auto item = parseJson(scanned.substr(start, scanned.find('\n', at) - start))["item"];
+    EXPECT_EQ(item["category"], "trash");
+    EXPECT_EQ(item["fileSize"], 7);
+    EXPECT_EQ(item["isSelected"], false);
+    EXPECT_THAT(listed, HasSubstr(path.substr(home.path().size())));
+    EXPECT_THAT(on({"explain", path}).output, HasSubstr("Already in the Trash"));
+    EXPECT_NE(on({"trash", "--yes", "--root", disk, path}).exitStatus, 0);
+  }
+  EXPECT_EQ(on({"clean", "--yes", "--include-review", "--category", "trash"}).exitStatus, 0);
 }
 
 TEST_F(KnownPlaces, goByNoRuleWhileTheirProgramRuns) {

@@ -79,7 +79,18 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_toke
     };
     matchBelow(table.folder(row.place->base), row.patterns, {take});
   }
+  addOtherTrashes(places, stop);
   return withoutNested(std::move(places));
+}
+
+void KnownPlaceSearch::addOtherTrashes(std::vector<Place>& places, const std::stop_token& stop) const {
+  const auto& table = m_validator.knownPlaces();
+  const auto* row = table.trashRow();
+  if (row == nullptr) return;
+  for (auto& path : table.profile().itemsInOtherTrashes(stop)) {
+    const auto status = m_statusReader.read(AT_FDCWD, path.c_str());
+    if (status && isItem(*status, row->place->unit)) places.push_back({std::move(path), *status, row});
+  }
 }
 
 // No item lies in another: it would move twice and count twice. Of two alike the outer one stays; where the inner one
@@ -105,7 +116,7 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::withoutNested(std::vector
 bool KnownPlaceSearch::isInUse(std::string_view path, const KnownPlaceTable::Row& row) const {
   const auto& table = m_validator.knownPlaces();
   const auto program = table.componentOf(row, path);
-  bool isInUse = false;
+  bool isInUse = table.profile().hasOpenFiles(std::string(path));
   for (const auto& sign : row.place->busy) {
     std::string pattern(sign.pattern);
     if (const auto mark = pattern.find('%'); mark != std::string::npos) pattern.replace(mark, 1, program);

@@ -31,7 +31,8 @@ class KnownPlaceSearch {
     return sized(places, stop);
   }
 
-  // Whether the program of a place runs now: by its canonical path, which the row fits. Looks at the disk.
+  // Whether the program of a place runs now, or any has a file open in it: by its canonical path, which the row fits.
+  // Looks at the disk.
   [[nodiscard]] bool isInUse(std::string_view path, const KnownPlaceTable::Row& row) const;
 
  private:
@@ -41,6 +42,7 @@ class KnownPlaceSearch {
     const KnownPlaceTable::Row* row;
   };
   [[nodiscard]] std::vector<Place> find(const std::stop_token& stop) const;
+  void addOtherTrashes(std::vector<Place>& places, const std::stop_token& stop) const;
   [[nodiscard]] static std::vector<Place> withoutNested(std::vector<Place> places);
   [[nodiscard]] std::vector<FileItem> sized(const std::vector<Place>& places, const std::stop_token& stop) const;
 

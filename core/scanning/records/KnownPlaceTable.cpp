@@ -69,7 +69,13 @@ std::string_view KnownPlaceTable::componentOf(const Row& row, std::string_view p
   return rest.substr(0, rest.find('/'));
 }
 
+const KnownPlaceTable::Row* KnownPlaceTable::trashRow() const noexcept {
+  const auto row = std::ranges::find(m_rows, ScanCategory::trash, &Row::category);
+  return row == m_rows.end() ? nullptr : &*row;
+}
+
 const KnownPlaceTable::Row* KnownPlaceTable::rowOf(std::string_view path) const noexcept {
+  if (m_profile.isInOtherTrash(path)) return trashRow();
   bool mayHoldEarlier = false;
   for (const auto& row : m_rows) {
     const auto found = fit(row, path);

@@ -37,6 +37,9 @@ class KnownPlaceTable {
   // row for all of a folder fits what could hold the place of an earlier one.
   [[nodiscard]] const Row* rowOf(std::string_view path) const noexcept;
 
+  // The row of what lies in a Trash; null where the profile has none.
+  [[nodiscard]] const Row* trashRow() const noexcept;
+
   // Whose the place is that the row fits.
   [[nodiscard]] std::string_view programOf(const Row& row, std::string_view path) const noexcept;
   // The same as people know it.
