@@ -23,7 +23,7 @@ FileTime timeOf(const statx_timestamp& time) noexcept {
 }  // namespace
 
 std::optional<FileStatus> LinuxFileStatusReader::read(int folder, const char* name) const noexcept {
-  struct statx status {};
+  struct statx status;  // clearing a quarter of a kilobyte for each file would show
   const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
   if (::statx(folder, name, flags, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return std::nullopt;
   return fileStatusFrom(status);

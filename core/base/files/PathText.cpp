@@ -1,11 +1,14 @@
 #include "core/base/files/PathText.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace orvane {
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\n\v\f\r";
+constexpr bool isWhiteSpace(char c) noexcept {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 std::string_view withoutTrailingSlashes(std::string_view path) noexcept {
   while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
@@ -42,7 +45,7 @@ NameParts splitName(std::string_view name) noexcept {
   const auto firstOther = name.find_first_not_of('.');
   const auto dot = name.rfind('.');
   const bool hasExtension = dot != std::string_view::npos && firstOther != std::string_view::npos && dot > firstOther &&
-                            dot + 1 < name.size() && name.find_first_of(whiteSpace, dot) == std::string_view::npos;
+                            dot + 1 < name.size() && std::ranges::none_of(name.substr(dot), isWhiteSpace);
   if (!hasExtension) return {name, {}};
   return {name.substr(0, dot), name.substr(dot + 1)};
 }

@@ -3,12 +3,23 @@
 #include <algorithm>
 
 namespace orvane {
+namespace {
+
+constexpr std::string_view libraryFolder = "Library/";
+static_assert(logsFragment.substr(1).starts_with(libraryFolder) && cachesFragment.substr(1).starts_with(libraryFolder));
+static_assert(std::ranges::all_of(leftoverFragments,
+                                  [](auto fragment) { return fragment.substr(1).starts_with(libraryFolder); }));
+
+}  // namespace
 
 FolderClassifier::FolderClassifier(std::string_view folderPrefix, const DownloadsFolder& downloads) {
   const auto contains = [&](std::string_view fragment) {
     return folderPrefix.find(fragment) != std::string_view::npos;
   };
+  // Most fragments begin with the same folder, which few paths hold.
+  const bool isInLibrary = contains(libraryFolder);
   for (const auto& row : pathFragments) {
+    if (!isInLibrary && row.fragment.starts_with(libraryFolder)) continue;
     if (contains(row.fragment)) {
       m_category = row.category;
       break;
@@ -18,10 +29,10 @@ FolderClassifier::FolderClassifier(std::string_view folderPrefix, const Download
       m_namePrefixes.push_back({row.fragment.substr(nameStart), row.category});
     }
   }
-  m_facts.inLogs = contains(logsFragment);
-  m_facts.inCaches = contains(cachesFragment);
+  m_facts.inLogs = isInLibrary && contains(logsFragment);
+  m_facts.inCaches = isInLibrary && contains(cachesFragment);
   m_facts.inDownloads = contains(downloadsFragment) || downloads.holds(folderPrefix);
-  m_facts.inLeftovers = std::any_of(leftoverFragments.begin(), leftoverFragments.end(), contains);
+  m_facts.inLeftovers = isInLibrary && std::any_of(leftoverFragments.begin(), leftoverFragments.end(), contains);
 }
 
 FolderClassifier::FolderClassifier(std::string_view folderPrefix, const NamedFiles& namedFiles)

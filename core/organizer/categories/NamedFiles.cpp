@@ -73,7 +73,9 @@ NamedFiles::NamedFiles(const SystemProfile& profile) : m_profile(profile), m_dow
     const auto category = scanCategoryFromRawValue(file.category);
     assert(category);
     m_rows.push_back({&file, category.value()});
-    if (!isDated(file)) m_undatedRows.push_back(m_rows.back());
+    if (isDated(file)) continue;
+    m_undatedRows.push_back(m_rows.back());
+    if (file.where == File::Where::anywhere) m_undatedRowsAnywhere.push_back(m_rows.back());
   }
 }
 
@@ -106,7 +108,8 @@ const NamedFiles::Row* NamedFiles::rowOf(std::string_view folderPrefix, Places p
     }
     return false;
   };
-  for (const auto& row : holdsDay(name) ? m_rows : m_undatedRows) {
+  const auto& undated = places == bitOf(File::Where::anywhere) ? m_undatedRowsAnywhere : m_undatedRows;
+  for (const auto& row : holdsDay(name) ? m_rows : undated) {
     if ((places & bitOf(row.file->where)) != 0 && passes(*row.file)) return &row;
   }
   return nullptr;

@@ -39,6 +39,7 @@ class NamedFiles {
   std::vector<Row> m_rows;
   // Those that ask for no day in the name: all that most names need.
   std::vector<Row> m_undatedRows;
+  std::vector<Row> m_undatedRowsAnywhere;  // of these, in a folder of no special kind
 };
 
 }  // namespace orvane

@@ -14,7 +14,7 @@ bool contains(const std::vector<std::string_view>& names, std::string_view name)
 
 // Whether `path` is an entry of `folder`, both canonical.
 bool isEntryOf(std::string_view path, std::string_view folder) noexcept {
-  return path != "/" && parentPath(path) == folder;
+  return path.starts_with(folder) && path != "/" && parentPath(path) == folder;
 }
 
 // Whether `path` lies anywhere below `folder`, both canonical. Here "/" holds everything.
