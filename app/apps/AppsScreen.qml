@@ -34,8 +34,8 @@ Page {
     }
 
     title: qsTr("nav.apps")
-    subtitle: isEmpty ? qsTr("apps.subtitle") : Texts.counted("apps.count", model.appCount) + " · " + qsTr(
-                            "apps.subtitle")
+    subtitle: isEmpty ? qsTr("apps.subtitle") : Texts.counted("apps.count", model.appCount)
+    aside: isEmpty ? "" : qsTr("apps.subtitle")
     actions: [
         SearchField {
             id: search

@@ -13,51 +13,80 @@ Item {
     property bool actionEnabled: true
     signal acted
 
-    implicitHeight: column.implicitHeight + 48
+    // Lines of one length: no last word stands alone.
+    readonly property real mostWidth: Math.min(420, width - 48)
+    readonly property int lines: Math.ceil(textMetrics.advanceWidth / Math.max(1, mostWidth))
+    readonly property real evenWidth: lines < 2 ? mostWidth
+                                                : Math.min(mostWidth, textMetrics.advanceWidth / lines * 1.12 + 16)
+
+    // The drawing goes first where there is no room for all.
+    readonly property bool showsDrawing: height >= words.implicitHeight + drawingItem.height + column.spacing + 16
+
+    implicitHeight: words.implicitHeight + drawingItem.height + column.spacing + 48
+
+    TextMetrics {
+        id: textMetrics
+
+        font: body.font
+        text: root.text
+    }
 
     Column {
         id: column
 
         anchors.centerIn: parent
-        width: Math.min(420, root.width - 48)
+        width: root.mostWidth
         spacing: 8
 
         Drawing {
+            id: drawingItem
+
             anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.showsDrawing
             name: root.drawing
         }
 
-        HeadingText {
+        Column {
+            id: words
+
             width: parent.width
-            visible: text !== ""
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            font.pixelSize: 16
-            text: root.title
-        }
+            spacing: column.spacing
 
-        BodyText {
-            width: parent.width
-            visible: text !== ""
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            color: Theme.muted
-            text: root.text
-        }
+            HeadingText {
+                width: parent.width
+                visible: text !== ""
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                font.pixelSize: 16
+                text: root.title
+            }
 
-        Item {
-            width: 1
-            height: 8
-            visible: root.action !== ""
-        }
+            BodyText {
+                id: body
 
-        PrimaryButton {
-            anchors.horizontalCenter: parent.horizontalCenter
-            visible: root.action !== ""
-            enabled: root.actionEnabled
-            symbol: root.symbol
-            text: root.action
-            onClicked: root.acted()
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: root.evenWidth
+                visible: text !== ""
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                color: Theme.muted
+                text: root.text
+            }
+
+            Item {
+                width: 1
+                height: 8
+                visible: root.action !== ""
+            }
+
+            PrimaryButton {
+                anchors.horizontalCenter: parent.horizontalCenter
+                visible: root.action !== ""
+                enabled: root.actionEnabled
+                symbol: root.symbol
+                text: root.action
+                onClicked: root.acted()
+            }
         }
     }
 }

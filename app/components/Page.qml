@@ -7,6 +7,7 @@ FocusScope {
 
     property alias title: header.title
     property alias subtitle: header.subtitle
+    property alias aside: header.aside
     property alias actions: header.actions
     default property alias content: body.data
     readonly property bool isNarrow: width < Theme.narrow

@@ -38,7 +38,8 @@ Page {
     title: qsTr("nav.duplicates")
     subtitle: isEmpty ? qsTr("duplicates.subtitle")
                       : Texts.counted("duplicates.groups", model.groupCount) + " · " + Texts.counted(
-                            "duplicates.can_go", model.selectedCount) + " · " + qsTr("duplicates.one_stays")
+                            "duplicates.can_go", model.selectedCount)
+    aside: isEmpty ? "" : qsTr("duplicates.one_stays")
     actions: [
         MenuButton {
             label: qsTr("duplicates.keep_label")

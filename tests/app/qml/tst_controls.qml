@@ -11,6 +11,10 @@ TestCase {
     height: 500
     visible: true
 
+    function init() {
+        failOnWarning(/[Bb]inding loop/);
+    }
+
     SignalSpy {
         id: spy
     }
@@ -245,5 +249,55 @@ TestCase {
         header.width = 300;
         verify(header.stacked);
         verify(header.implicitHeight > low);
+    }
+
+    Component {
+        id: asideComponent
+
+        ScreenHeader {
+            width: 1000
+            title: "Duplikate"
+            subtitle: "214 Gruppen · 512 Kopien"
+            aside: "von jeder bleibt immer eine"
+
+            SearchField {}
+
+            PlainButton {
+                text: "Jetzt suchen"
+            }
+        }
+    }
+
+    function test_header_leaves_out_what_a_line_has_no_room_for() {
+        const header = createTemporaryObject(asideComponent, test) as ScreenHeader;
+        verify(findLabel(header, "214 Gruppen · 512 Kopien · von jeder bleibt immer eine") !== null);
+        const height = header.implicitHeight;
+        header.width = 600;
+        verify(!header.stacked);
+        verify(findLabel(header, "214\u00a0Gruppen · 512\u00a0Kopien") !== null);
+        compare(header.implicitHeight, height);
+    }
+
+    Component {
+        id: emptyComponent
+
+        EmptyState {
+            width: 600
+            drawing: "search"
+            text: "Nothing matches the search and the filters."
+            action: "Show All"
+        }
+    }
+
+    function test_empty_state_keeps_its_button_inside_data() {
+        return [{tag: "low", height: 130}, {tag: "high", height: 400}];
+    }
+
+    function test_empty_state_keeps_its_button_inside(row) {
+        const state = createTemporaryObject(emptyComponent, test, {height: row.height}) as EmptyState;
+        compare(state.showsDrawing, row.height > 300);
+        const label = findLabel(state, "Show All");
+        const bottom = label.mapToItem(state, 0, label.height).y;
+        verify(bottom < row.height - 8, bottom + " of " + row.height);
     }
 }
