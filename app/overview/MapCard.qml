@@ -15,7 +15,13 @@ Card {
     readonly property var areas: model.areas ?? []
     readonly property var trail: model.trail ?? []
     readonly property var named: areas.filter(area => area.canAct)
-    readonly property int mostListed: 7
+    // The picture takes a share of the window, and the list beside it as many rows as fit.
+    readonly property int pictureHeight: Math.max(372, Math.round((Window.height || 0) * 0.44))
+    readonly property int mostListed: Math.floor((pictureHeight - 20) / 50)
+    // Its actions stand below the title where both have no room in a line.
+    readonly property real linksWidth: Math.ceil(fileLink.implicitWidth + folderLink.implicitWidth + 8
+                                                 + (againLink.visible ? againLink.implicitWidth + 8 : 0))
+    readonly property bool isTight: title.implicitWidth + linksWidth + 12 > layout.width
     // Controls stay for the next folder: showing another one costs much less than making it.
     property int madeRows: 0
     property int madeSteps: 0
@@ -112,34 +118,51 @@ Card {
         width: parent.width
         spacing: 10
 
-        RowLayout {
+        GridLayout {
             Layout.fillWidth: true
-            spacing: 8
+            columns: root.isTight ? 1 : 2
+            columnSpacing: 8
+            rowSpacing: 2
 
             HeadingText {
+                id: title
+
                 Layout.fillWidth: true
                 text: qsTr("map.title")
             }
 
-            LinkButton {
-                visible: root.model.hasMap && !root.model.isMapping
-                symbol: "file"
-                text: qsTr("map.open_file")
-                onClicked: filePicker.open()
-            }
+            Flow {
+                Layout.fillWidth: root.isTight
+                Layout.preferredWidth: root.linksWidth
+                Layout.leftMargin: root.isTight ? -8 : 0
+                spacing: 8
 
-            LinkButton {
-                visible: root.model.hasMap && !root.model.isMapping
-                symbol: "folder"
-                text: qsTr("map.choose")
-                onClicked: picker.open()
-            }
+                LinkButton {
+                    id: fileLink
 
-            LinkButton {
-                visible: root.model.hasMap && !root.model.isMapping
-                symbol: "refresh"
-                text: qsTr("map.again")
-                onClicked: root.model.start("")
+                    visible: !root.model.isMapping
+                    symbol: "file"
+                    text: qsTr("map.open_file")
+                    onClicked: filePicker.open()
+                }
+
+                LinkButton {
+                    id: folderLink
+
+                    visible: !root.model.isMapping
+                    symbol: "folder"
+                    text: qsTr("map.choose")
+                    onClicked: picker.open()
+                }
+
+                LinkButton {
+                    id: againLink
+
+                    visible: root.model.hasMap && !root.model.isMapping
+                    symbol: "refresh"
+                    text: qsTr("map.again")
+                    onClicked: root.model.start("")
+                }
             }
         }
 
@@ -165,17 +188,9 @@ Card {
             text: qsTr("map.from_file").arg(root.model.fileName)
         }
 
-        RowLayout {
-            Layout.fillWidth: true
+        SettingRow {
             visible: !root.model.hasMap && !root.model.isMapping
-            spacing: 8
-
-            BodyText {
-                Layout.fillWidth: true
-                wrapMode: Text.Wrap
-                color: Theme.muted
-                text: qsTr("map.text")
-            }
+            label: qsTr("map.text")
 
             PlainButton {
                 symbol: "overview"
@@ -184,17 +199,9 @@ Card {
             }
         }
 
-        RowLayout {
-            Layout.fillWidth: true
+        SettingRow {
             visible: root.model.hasMap && !root.model.wasAsked
-            spacing: 8
-
-            BodyText {
-                Layout.fillWidth: true
-                wrapMode: Text.Wrap
-                color: Theme.muted
-                text: qsTr("map.offer")
-            }
+            label: qsTr("map.offer")
 
             PlainButton {
                 text: qsTr("map.offer_yes")
@@ -292,7 +299,7 @@ Card {
 
                 Treemap {
                     Layout.fillWidth: true
-                    Layout.preferredHeight: 372
+                    Layout.preferredHeight: root.pictureHeight
                     visible: !root.asRings
                     areas: root.asRings ? [] : root.areas
                     summary: root.summary
@@ -302,7 +309,7 @@ Card {
 
                 Sunburst {
                     Layout.fillWidth: true
-                    Layout.preferredHeight: 372
+                    Layout.preferredHeight: root.pictureHeight
                     visible: root.asRings
                     areas: root.asRings ? root.areas : []
                     summary: root.summary

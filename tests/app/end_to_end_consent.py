@@ -266,14 +266,13 @@ MAP = '[1,2,{},[{"name":"/srv/archive"},[{"name":"films"},{"name":"long.mkv","ds
 
 
 def choose_map_by_portal(window, home):
-    """A map of another machine, from a file that the desktop's chooser names."""
+    """A map of another machine, from a file that the desktop's chooser names, before there is one of this home."""
     file = home / "server map.json"
     file.write_text(MAP)
     desktop = start_desktop(file)
     try:
         window.focus("action.scan")
-        window.tab_to("map.start")
-        window.press("map.start")
+        window.tab_to("map.open_file")
         window.press("map.open_file")
         asked = json.loads(desktop.stdout.readline())
         expect(asked["directory"] is False and asked["title"] == window.texts["map.open_file"], f"it asked for {asked}")
