@@ -45,8 +45,8 @@ Item {
         anchors.fill: parent
         visible: !root.isHeader
         name: root.isHeader ? "" : root.name
-        place: root.place
-        remark: root.destination === "" ? root.reason : "→ " + root.destination
+        place: Texts.joined([root.place, root.destination], " → ")
+        remark: root.destination === "" ? root.reason : ""
         chip: root.isHeader ? "" : Texts.risk(root.risk)
         chipKind: root.risk
         explanation: Texts.riskDescription(root.risk)

@@ -121,12 +121,10 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width - buttons.width - 40
             // The button says it too.
-            visible: width > 110
+            visible: implicitWidth <= width
             color: Theme.muted
             text: Texts.counted("cleanup.items_selected", root.model.selectedCount) + " · " + Texts.bytes(
                       root.model.selectedBytes)
-            wrapMode: Text.Wrap
-            maximumLineCount: 2
         }
 
         Row {
@@ -138,18 +136,25 @@ FocusScope {
             spacing: 10
 
             PlainButton {
+                // Gives way to the others where there is no room for all.
+                width: Math.min(implicitWidth, Math.max(60, foot.width - 32 - cancel.width - confirm.width
+                                                        - 2 * buttons.spacing))
                 enabled: !root.isBusy
                 text: qsTr("agent.save_rule")
                 onClicked: root.model.saveAsRule()
             }
 
             PlainButton {
+                id: cancel
+
                 enabled: !root.isBusy
                 text: qsTr("action.cancel")
                 onClicked: root.model.discard()
             }
 
             PrimaryButton {
+                id: confirm
+
                 enabled: root.model.selectedCount > 0 && !root.isBusy
                 text: root.model.selectedCount === 0
                       ? qsTr("action.confirm")

@@ -57,7 +57,8 @@ Page {
     subtitle: qsTr("agent.subtitle")
     actions: [
         Item {
-            visible: root.model.isOffline
+            // The button beside it says the same.
+            visible: root.model.isOffline && !root.isNarrow
             implicitWidth: badge.implicitWidth
             implicitHeight: Theme.controlHeight
 

@@ -58,7 +58,7 @@ Card {
         Rectangle {
             id: before
 
-            width: 72
+            width: 64
             height: parent.height
             radius: Theme.controlRadius
             color: Theme.manualSoft
@@ -87,7 +87,8 @@ Card {
                     const share = height * root.shown[row].count / Math.max(1, root.total);
                     const top = root.topOf(row);
                     const bottom = top + root.heights[row];
-                    context.fillStyle = root.shown[row].text === "" ? Theme.line : Theme.accentSoft;
+                    context.fillStyle = root.shown[row].text === "" ? Theme.line : Theme.mixed(
+                                            Theme.surface, Theme.category(row + 1), 0.3);
                     context.beginPath();
                     context.moveTo(0, from);
                     context.bezierCurveTo(width / 2, from, width / 2, top, width, top);
@@ -119,7 +120,7 @@ Card {
             id: after
 
             anchors.right: parent.right
-            width: Math.min(112, parent.width / 2)
+            width: Math.min(106, parent.width / 2)
             height: parent.height
 
             Repeater {

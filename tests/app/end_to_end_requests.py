@@ -11,6 +11,7 @@ import time
 from window_driver import Scenario, expect, files_below, main, trash_of, wait_for, wait_for_all_back
 
 DAY = 86400  # seconds
+SMALL = {"hasCompletedOnboarding": True, "OrvaneLanguage": "de", "window": {"width": 900, "height": 600}}
 
 
 def prepare_rules(home):
@@ -81,6 +82,26 @@ def ask_assistant(window, home):
 
     window.press("dashboard.undo")
     wait_for_all_back(home, downloads, before)
+
+
+def prepare_long_figures(home):
+    prepare_assistant(home)
+    setup = home / "Downloads/setup.dmg"
+    status = setup.stat()
+    os.truncate(setup, 123_400_000)
+    os.utime(setup, (status.st_atime, status.st_mtime))
+
+
+def plan_in_a_small_window(window, home):
+    """In the language of the longest words, and the least size."""
+    window.press("KI-Agent")
+    window.type("Deine Anfrage", "delete dmg files older than 30 days in downloads")
+    window.press("Probelauf ausführen")
+    window.press("Alle auswählen")
+    window.sees("Bestätigen und anwenden · 1 · 123,4 MB")
+    card = window.place_of("Vorschau des Probelaufs")
+    button = window.place_of("Als Regel speichern")
+    expect(button.x >= card.x, f"a button at {button.x} stands outside of its card at {card.x}")
 
 
 def prepare_understanding(home):
@@ -182,6 +203,7 @@ if __name__ == "__main__":
             {
                 "rules": Scenario(prepare_rules, write_and_run_rule),
                 "assistant": Scenario(prepare_assistant, ask_assistant),
+                "small": Scenario(prepare_long_figures, plan_in_a_small_window, SMALL),
                 "conditions": Scenario(prepare_conditions, change_conditions),
                 "understanding": Scenario(prepare_understanding, ask_and_be_understood),
             }
