@@ -103,19 +103,35 @@ T.AbstractButton {
         Column {
             id: heading
 
-            // How much of its room a title may want: in narrow areas lines break where no dots follow.
-            readonly property real titleSpill: root.width < 90 ? 0.9 : 1.3
+            // How much of its room a title may want: dots stand for the rest.
+            readonly property real titleSpill: 1.3
+            readonly property bool wrapsTitle: root.height > 62 && titleMetrics.advanceWidth > width
+                                               && breaksAfterWord(root.label)
+
+            // Whether the first line holds whole words. Ideographs and Hangul break anywhere.
+            function breaksAfterWord(text: string): bool {
+                const first = text.search(/[\s-]/);
+                return /[\u3040-\u9fff\uac00-\ud7af]/.test(text)
+                    || (first > 0 && fontMetrics.advanceWidth(text.slice(0, first)) <= width);
+            }
 
             x: root.inset
             y: Math.min(10, Math.max(2, (root.height - height) / 2))
             width: root.width - 2 * root.inset - (symbol.visible ? 22 : 0)
             // A label of which hardly anything is left says less than none: the tooltip has it.
-            visible: root.height > 22 && titleMetrics.advanceWidth < width * title.maximumLineCount * titleSpill
+            visible: root.height > 22
+                     && (width >= 64 || titleMetrics.advanceWidth < width * title.maximumLineCount * titleSpill)
 
             TextMetrics {
                 id: titleMetrics
 
                 text: root.label
+                font: title.font
+            }
+
+            FontMetrics {
+                id: fontMetrics
+
                 font: title.font
             }
 
@@ -128,8 +144,8 @@ T.AbstractButton {
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
                 elide: Text.ElideRight
-                maximumLineCount: root.height > 62 ? 2 : 1
-                wrapMode: maximumLineCount > 1 ? Text.Wrap : Text.NoWrap
+                maximumLineCount: heading.wrapsTitle ? 2 : 1
+                wrapMode: heading.wrapsTitle ? Text.Wrap : Text.NoWrap
                 textFormat: Text.PlainText
                 Accessible.ignored: true
             }
