@@ -134,6 +134,11 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const {
   return entry != nullptr ? entryData(*entry, role) : runData(*run, role);
 }
 
+void HistoryModel::languageChanged() {
+  RunModel::languageChanged();
+  if (const auto rows = rowCount(); rows > 0) Q_EMIT dataChanged(index(0), index(rows - 1), {OriginRole});
+}
+
 QVariant HistoryModel::runData(const ShownRun& shown, int role) {
   const auto& run = shown.run;
   switch (role) {

@@ -70,6 +70,8 @@ class HistoryModel : public orvane::RunModel {
   // Whether one of them is a whole folder, whose name is what programs look for.
   [[nodiscard]] bool areFoldersTaken() const;
 
+  void languageChanged() override;
+
   Q_INVOKABLE void toggleExpanded(int row);
   // Brings a run back. Where a place is taken placesTaken() asks first, and nothing moves before swapPlaces() or
   // restoreBeside().

@@ -60,6 +60,19 @@ TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
   EXPECT_TRUE(showsRows(1));
 }
 
+TEST_F(HistoryModelTest, saysAnewWhoActedInAnotherLanguage) {
+  clean({tree.file("Downloads/a.txt", "first")});
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  bool isTold = false;
+  QObject::connect(&*model, &QAbstractItemModel::dataChanged, &*model,
+                   [&](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+                     isTold = isTold || roles.contains(HistoryModel::OriginRole);
+                   });
+  model->languageChanged();
+  EXPECT_TRUE(isTold);
+}
+
 TEST_F(HistoryModelTest, bringsBackOneItemAndLeavesTheOthers) {
   clean({tree.file("Downloads/a.txt", "first"), tree.file("Downloads/b.txt", "second")});
   model->reload();
