@@ -422,6 +422,7 @@ void DuplicatesModel::cleanShown() {
 
 void DuplicatesModel::clean(const Selection& selection) {
   if (selection.count() == 0 || m_isSearching) return;
+  setRefusal({});
   startRun(m_proposal.approve(selection), [this](const RunReport& report) { showMoved(report); });
 }
 

@@ -194,6 +194,15 @@ TEST_F(DuplicatesModelTest, saysWhyTheLastCopyStays) {
   EXPECT_TRUE(model.refusal().isEmpty());
 }
 
+TEST_F(DuplicatesModelTest, saysNothingOfAnOldRefusalAfterACleanup) {
+  search();
+  model.toggle(value(1, DuplicatesModel::IsKeptRole).toBool() ? 1 : 2);
+  ASSERT_FALSE(model.refusal().isEmpty());
+  model.cleanSelected();
+  ASSERT_TRUE(becomesTrue([this] { return !model.isWorking(); }));
+  EXPECT_TRUE(model.refusal().isEmpty());
+}
+
 TEST_F(DuplicatesModelTest, leavesOutTheFoldersThatAreSwitchedOff) {
   ASSERT_TRUE(becomesTrue([this] { return model.roots().size() == 1; }));
   model.setRootIncluded(QString::fromStdString(tree.path("Downloads")), false);
