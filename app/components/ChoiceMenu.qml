@@ -51,7 +51,7 @@ T.Menu {
             anchors.fill: parent
             radius: 10
             color: Theme.surface
-            border.color: Theme.line
+            border.color: Theme.raisedLine
         }
     }
 

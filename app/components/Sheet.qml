@@ -130,7 +130,7 @@ T.Popup {
     background: Rectangle {
         radius: Theme.cardRadius
         color: Theme.surface
-        border.color: Theme.line
+        border.color: Theme.raisedLine
         border.width: 1
     }
 }

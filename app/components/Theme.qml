@@ -25,6 +25,8 @@ QtObject {
     // Texts and icons of controls that cannot be used now.
     readonly property color disabled: dark ? "#7C8998" : "#727E8D"
     readonly property color line: dark ? "#2A323D" : "#DDE3EA"
+    // The outline of what lies over other cards, where no shadow lifts it.
+    readonly property color raisedLine: dark ? "#3D4855" : "#DDE3EA"
     // The outline of a box that can be ticked, 3:1 against the surface.
     readonly property color boxLine: dark ? "#7C8998" : "#7B8796"
     readonly property color accent: hasAccent ? readable(systemAccent, dark ? surface : sidebar) : dark ? "#3FC4BC" : "#0E7A78"
