@@ -130,7 +130,17 @@ Item {
         visible: root.isProtected
         width: visible ? implicitWidth : 0
         symbol: "lock"
+        showsText: root.width > 640
         text: root.hasCommand ? qsTr("apps.managed") : qsTr("apps.protected")
+
+        HoverHandler {
+            id: lockHover
+        }
+
+        Tip {
+            text: lock.text
+            shown: lockHover.hovered && !lock.showsText
+        }
     }
 
     CaptionText {

@@ -10,6 +10,8 @@ Rectangle {
     property int kind: Chip.Kind.Manual
     property string text: ""
     property string symbol: ""
+    // The symbol alone where there is no room for the word too.
+    property bool showsText: true
 
     readonly property color ink: [Theme.safe, Theme.review, Theme.manual, Theme.accentHover][kind]
 
@@ -36,6 +38,7 @@ Rectangle {
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
+            visible: text !== "" && root.showsText
             text: root.text
             color: root.ink
             font.pixelSize: Theme.captionSize

@@ -271,7 +271,7 @@ Item {
         anchors.right: sizePlace.left
         anchors.rightMargin: root.showsAge ? 12 : 0
         anchors.verticalCenter: parent.verticalCenter
-        width: root.showsAge ? 96 : 0
+        width: root.showsAge ? root.width > 600 ? 108 : 96 : 0
         visible: root.showsAge
         horizontalAlignment: Text.AlignRight
         text: root.age

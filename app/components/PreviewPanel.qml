@@ -116,6 +116,7 @@ Item {
             Figure {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 100
+                Layout.alignment: Qt.AlignTop
                 size: 17
                 caption: qsTr("preview.selected_size")
                 color: root.selected > 0 ? Theme.accent : Theme.text
@@ -126,6 +127,7 @@ Item {
             Figure {
                 Layout.fillWidth: true
                 Layout.preferredWidth: 130
+                Layout.alignment: Qt.AlignTop
                 size: 17
                 caption: qsTr("preview.projected_free")
                 figure: Texts.bytes(root.projectedFree)
@@ -133,7 +135,7 @@ Item {
             }
 
             ColumnLayout {
-                Layout.maximumWidth: 260
+                Layout.maximumWidth: 240
                 spacing: 6
 
                 PrimaryButton {

@@ -23,6 +23,8 @@ Card {
     signal dismissed
 
     readonly property bool isResult: result !== ""
+    // The figures take a line of their own where the bar had no room beside them.
+    readonly property bool isTight: width < 700
     // Never nothing: the layout is made before the strip has its width.
     readonly property real mostText: Math.max(160, width * 0.35)
 
@@ -64,7 +66,7 @@ Card {
             }
 
             CaptionText {
-                visible: !root.isResult && text !== ""
+                visible: !root.isResult && !root.isTight && text !== ""
                 Layout.maximumWidth: root.mostText
                 text: root.figures
                 font.pixelSize: 13
@@ -98,6 +100,13 @@ Card {
                 text: qsTr("action.dismiss")
                 onClicked: root.dismissed()
             }
+        }
+
+        CaptionText {
+            Layout.fillWidth: true
+            visible: !root.isResult && root.isTight && text !== ""
+            text: root.figures
+            font.pixelSize: 13
         }
 
         CaptionText {

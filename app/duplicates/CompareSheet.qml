@@ -30,7 +30,8 @@ Sheet {
             id: list
 
             width: parent.width
-            height: 420
+            // Beside the title, the text and the button.
+            height: Math.max(200, Math.min(420, (root.parent?.height ?? 720) - 260))
             orientation: ListView.Horizontal
             spacing: 16
             clip: true
@@ -62,7 +63,7 @@ Sheet {
 
         Rectangle {
             width: parent.width
-            height: 310
+            height: copy.height - 110
             radius: Theme.controlRadius
             color: Theme.background
             border.color: copy.modelData.isKept ? Theme.accent : Theme.line
@@ -99,7 +100,7 @@ Sheet {
         }
 
         Column {
-            y: 318
+            y: copy.height - 102
             width: parent.width
 
             BodyText {

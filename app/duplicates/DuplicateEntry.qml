@@ -109,7 +109,8 @@ Item {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         visible: root.isGroup && root.freed > 0
-        text: visible ? qsTr("duplicates.frees") : ""
+        // Leaves the title its room.
+        text: visible && root.width > 640 ? qsTr("duplicates.frees") : ""
         Accessible.ignored: true
     }
 

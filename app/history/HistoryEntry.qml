@@ -26,6 +26,8 @@ Item {
     signal menuAsked
 
     readonly property bool isRun: kind === 0
+    // The action is a symbol alone where its word would take the title's room.
+    readonly property bool isNarrow: width < 640
     readonly property bool isGone: stateKey === "state.gone"
     readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
     readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
@@ -128,7 +130,7 @@ Item {
         anchors.rightMargin: 12
         height: parent.height
         // As wide for entries as for runs, so that the columns stand below one another.
-        width: Math.max(110, runLabel.advanceWidth + 40)
+        width: root.isNarrow ? 36 : Math.max(110, runLabel.advanceWidth + 40)
 
         TextMetrics {
             id: runLabel
@@ -140,15 +142,22 @@ Item {
         LinkButton {
             id: restore
 
+            readonly property string label: root.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
+
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             visible: root.canRestore
             enabled: !root.isBusy
             symbol: "undo"
-            text: root.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
-            Accessible.name: text + ": " + root.title
+            text: root.isNarrow ? "" : label
+            Accessible.name: label + ": " + root.title
             Accessible.description: root.detail
             onClicked: root.restoreAsked()
+
+            Tip {
+                text: restore.label
+                shown: root.isNarrow && (restore.hovered || restore.visualFocus)
+            }
         }
     }
 
