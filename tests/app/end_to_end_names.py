@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Walks all that assistive technology is told of every section, empty and full, and finds no control without a name.
+"""Walks all that assistive technology is told of every section, empty and full, and finds no control without a name;
+in the least window none that stands outside.
 
     end_to_end_names.py PROGRAM [SCENARIO]
 """
@@ -13,6 +14,7 @@ from window_driver import Scenario, expect, main, wait_for
 END = 0xFF57  # keys' symbols in X
 RETURN = 0xFF0D
 TAB = 0xFF09
+SMALL = {"hasCompletedOnboarding": True, "OrvaneLanguage": "fr", "window": {"width": 900, "height": 600}}
 SECTIONS = [
     "Overview", "Cleanup", "Duplicates", "Applications", "Organize", "Rules", "AI Agent", "History", "Privacy",
     "Settings",
@@ -167,5 +169,40 @@ def walk(window, home):
     check(window, "History, unfolded")
 
 
+def cut_off(window):
+    """The controls that reach beyond the window's right or left edge."""
+    frame = next(control for control in window.shown() if control.get_role_name() == "frame")
+    width = frame.get_component_iface().get_extents(window.atspi.CoordType.WINDOW).width
+    found = []
+    for control in window.shown():
+        try:
+            if control.get_role_name() not in INTERACTIVE:
+                continue
+            place = control.get_component_iface().get_extents(window.atspi.CoordType.WINDOW)
+            if place.x < 0 or place.x + place.width > width:
+                found.append(f"{control.get_name()} from {place.x} to {place.x + place.width} of {width}")
+        except window.glib_error:
+            continue
+    return found
+
+
+def stay_inside(window, home):
+    """In a language of long words."""
+    window.focus("action.scan")
+    tab_until(window, window.texts["map.start"])
+    expect(not cut_off(window), f"Overview: {cut_off(window)}")
+    window.key(RETURN)
+    tab_until(window, window.texts["map.again"])
+    tab_until(window, window.texts["map.offer_no"])
+    expect(not cut_off(window), f"Overview, a map: {cut_off(window)}")
+    window.press("action.scan")
+    window.press("nav.cleanup")
+    wait_for("a result", lambda: window.find("action.select_recommended"))
+    expect(not cut_off(window), f"Cleanup: {cut_off(window)}")
+    for section in ("duplicates", "apps", "organize", "rules", "agent", "history", "privacy", "settings"):
+        window.press("nav." + section)
+        expect(not cut_off(window), f"{section}: {cut_off(window)}")
+
+
 if __name__ == "__main__":
-    sys.exit(main({"names": Scenario(prepare, walk)}))
+    sys.exit(main({"names": Scenario(prepare, walk), "small": Scenario(prepare, stay_inside, SMALL)}))

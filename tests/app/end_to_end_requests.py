@@ -94,13 +94,13 @@ def prepare_long_figures(home):
 
 def plan_in_a_small_window(window, home):
     """In the language of the longest words, and the least size."""
-    window.press("KI-Agent")
-    window.type("Deine Anfrage", "delete dmg files older than 30 days in downloads")
-    window.press("Probelauf ausführen")
-    window.press("Alle auswählen")
+    window.press("nav.agent")
+    window.type("agent.prompt", "delete dmg files older than 30 days in downloads")
+    window.press("action.dry_run")
+    window.press("action.select_all")
     window.sees("Bestätigen und anwenden · 1 · 123,4 MB")
-    card = window.place_of("Vorschau des Probelaufs")
-    button = window.place_of("Als Regel speichern")
+    card = window.place_of("agent.dry_run_title")
+    button = window.place_of("agent.save_rule")
     expect(button.x >= card.x, f"a button at {button.x} stands outside of its card at {card.x}")
 
 

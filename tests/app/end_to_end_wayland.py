@@ -16,7 +16,7 @@ import tempfile
 
 from end_to_end_consent import CONTROL, hold, prepare_logs, start_desktop
 from end_to_end_desktop import DOWN, ESCAPE, MENU
-from window_driver import PATIENCE, Failure, Window, english_texts, expect, wait_for, write_settings
+from window_driver import PATIENCE, Failure, Window, expect, texts_in, wait_for, write_settings
 
 ORDINARY = "nobody"
 SCREEN = (1400, 1000)
@@ -39,7 +39,7 @@ class Session:
         Atspi.init()
         self.atspi = Atspi
         self.program = program
-        self.texts = english_texts(program)
+        self.texts = texts_in("en", program)
 
     def start(self):
         self.process = subprocess.Popen([self.program], env={**os.environ, **ON_WAYLAND})

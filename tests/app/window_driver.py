@@ -27,11 +27,11 @@ def wait_for(what, look):
         time.sleep(0.03)
 
 
-def english_texts(program):
+def texts_in(language, program):
     """The window's texts by key, from the terminal program that was built or installed beside it."""
     installed = pathlib.Path(program).with_name("orvanectl")
     orvanectl = installed if installed.exists() else pathlib.Path(program).parent.parent / "cli/orvanectl"
-    shown = subprocess.run([orvanectl, "strings", "--json", "--language", "en"], stdout=subprocess.PIPE, check=True)
+    shown = subprocess.run([orvanectl, "strings", "--json", "--language", language], stdout=subprocess.PIPE, check=True)
     return {key: text.replace("\u00a0", " ") for key, text in json.loads(shown.stdout).items()}
 
 
@@ -203,7 +203,7 @@ def drive(program, scenario, home):
     process = subprocess.Popen([program])
     try:
         Window.glib_error = GLib.Error
-        window = Window(Atspi, process, english_texts(program))
+        window = Window(Atspi, process, texts_in(scenario.settings.get("OrvaneLanguage", "en"), program))
         try:
             scenario.act(window, home)
         except Failure as failure:
