@@ -56,9 +56,15 @@ std::string linkTarget(int folder, const std::string& name) {
   return target;
 }
 
+bool isNotForThisUser(int error) noexcept {
+  return error == EACCES || error == EPERM || error == ENODATA || error == EOPNOTSUPP;
+}
+
+// Throws std::system_error where one that this user may read cannot be read.
 std::map<std::string, std::string> extendedAttributes(int file) {
   std::map<std::string, std::string> result;
   const auto size = ::flistxattr(file, nullptr, 0);
+  if (size < 0 && errno != EOPNOTSUPP) throwErrno();
   if (size <= 0) return result;
   std::string names(static_cast<std::size_t>(size), '\0');
   if (::flistxattr(file, names.data(), names.size()) != size) throwErrno(EBUSY);
@@ -66,7 +72,8 @@ std::map<std::string, std::string> extendedAttributes(int file) {
     const std::string name = names.c_str() + start;
     start += name.size() + 1;
     const auto length = ::fgetxattr(file, name.c_str(), nullptr, 0);
-    if (length < 0) continue;  // not for this user to read
+    if (length < 0 && !isNotForThisUser(errno)) throwErrno();
+    if (length < 0) continue;
     std::string value(static_cast<std::size_t>(length), '\0');
     if (::fgetxattr(file, name.c_str(), value.data(), value.size()) != length) throwErrno(EBUSY);
     result[name] = std::move(value);
