@@ -32,6 +32,14 @@ Item {
     readonly property string age: lastOpened > 0 ? Texts.age(lastOpened)
                                                  : kindKey === "" ? qsTr("apps.never_opened") : ""
 
+    // The keyboard leaves the action of a row with the row.
+    onIsFocusedChanged: {
+        if (isFocused)
+            return;
+        copy.focus = false;
+        review.focus = false;
+    }
+
     height: 58
     Accessible.role: Accessible.ListItem
     Accessible.name: name
@@ -180,6 +188,8 @@ Item {
 
             anchors.verticalCenter: parent.verticalCenter
             anchors.right: parent.right
+            // Tab goes from the row that has the keyboard to its action, and from there past the other rows.
+            focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
             visible: root.hasCommand
             text: qsTr("apps.copy_command")
             Accessible.name: text + ": " + root.name
@@ -192,6 +202,7 @@ Item {
 
             anchors.verticalCenter: parent.verticalCenter
             anchors.right: parent.right
+            focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
             visible: !root.isProtected
             enabled: root.canReview
             text: qsTr("apps.review")

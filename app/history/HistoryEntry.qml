@@ -34,6 +34,12 @@ Item {
     readonly property string detail: isRun ? Texts.joined([Texts.moment(date), origin], " · ")
                                            : destination === "" ? place : place + " → " + destination
 
+    // The keyboard leaves the action of a row with the row.
+    onIsFocusedChanged: {
+        if (!isFocused)
+            restore.focus = false;
+    }
+
     height: isRun ? 58 : 51
     Accessible.role: Accessible.ListItem
     Accessible.name: Texts.joined([title, detail, stateText, Texts.bytes(bytes)], ", ")
@@ -146,6 +152,8 @@ Item {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            // Tab goes from the row that has the keyboard to its action, and from there past the other rows.
+            focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
             visible: root.canRestore
             enabled: !root.isBusy
             symbol: "undo"

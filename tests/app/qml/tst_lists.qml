@@ -113,6 +113,62 @@ TestCase {
     }
 
     Component {
+        id: appsComponent
+
+        FocusScope {
+            property alias list: apps
+            property alias after: afterButton
+
+            width: 700
+            height: 400
+
+            RowList {
+                id: apps
+
+                width: 700
+                height: 300
+                model: ListModel {
+                    ListElement { name: "Letters" }
+                    ListElement { name: "Paint" }
+                    ListElement { name: "Workbench" }
+                }
+                delegate: AppEntry {
+                    width: 700
+                    isFocused: ListView.isCurrentItem && apps.showsCurrent && apps.activeFocus
+                    identifier: "com.example." + name
+                    version: "1"
+                    bytes: 1000
+                    lastOpened: 0
+                    isProtected: false
+                    icon: ""
+                    kindKey: ""
+                    isOrphan: false
+                    command: ""
+                }
+            }
+
+            PlainButton {
+                id: afterButton
+
+                anchors.bottom: parent.bottom
+                text: "After"
+            }
+        }
+    }
+
+    function test_tab_goes_to_the_action_of_a_row_and_past_the_others() {
+        const scope = createTemporaryObject(appsComponent, test);
+        scope.list.forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        watch(scope.list.itemAtIndex(1), "reviewAsked");
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Return);
+        compare(spy.count, 1);
+        keyClick(Qt.Key_Tab);
+        verify(scope.after.activeFocus);
+    }
+
+    Component {
         id: textComponent
 
         BodyText {
