@@ -354,7 +354,7 @@ Page {
                     id: empty
 
                     // The requests on offer come first where both have no room.
-                    readonly property bool hasRoom: !presets.visible || !root.isShort
+                    readonly property bool hasRoom: !presets.visible || parent.height > 340
 
                     anchors.top: parent.top
                     anchors.bottom: presets.top
