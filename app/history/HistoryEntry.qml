@@ -18,6 +18,7 @@ Item {
     required property bool canRestore
     required property bool expanded
     required property string origin
+    required property string actorSymbol
     property bool isFocused: false
     property bool isBusy: false
     signal folded
@@ -76,9 +77,35 @@ Item {
         name: root.expanded ? "chevron-down" : "chevron-right"
     }
 
+    // A line of time, with the section that acted at each run.
+    Rectangle {
+        x: 58
+        y: root.index === 0 ? parent.height / 2 : 0
+        width: 1
+        height: parent.height - y
+        color: Theme.line
+    }
+
+    Rectangle {
+        x: 44
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isRun
+        width: 29
+        height: 29
+        radius: height / 2
+        color: Theme.accentSoft
+
+        Icon {
+            anchors.centerIn: parent
+            name: root.isRun ? root.actorSymbol : ""
+            color: Theme.accentHover
+            size: 16
+        }
+    }
+
     Column {
         anchors.left: parent.left
-        anchors.leftMargin: 45
+        anchors.leftMargin: 85
         anchors.right: chip.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter

@@ -20,6 +20,14 @@ namespace {
 // In the order of ItemState.
 constexpr std::array<std::string_view, 4> stateKeys{"state.restored", "state.in_trash", "state.moved", "state.gone"};
 
+// In the order of TaskKind.
+constexpr std::array<std::string_view, 9> actorSymbols{"cleanup",  "trash",    "agent", "rules",  "duplicates",
+                                                       "organize", "organize", "apps",  "history"};
+
+std::string_view actorSymbol(const RecordedRun& run) {
+  return run.origin ? actorSymbols.at(static_cast<std::size_t>(run.origin->kind)) : "history";
+}
+
 const FileUrl& presentPlace(const JournalEntry& entry) {
   return entry.action == JournalAction::restored ? entry.originalURL : entry.trashedURL;
 }
@@ -124,6 +132,7 @@ QHash<int, QByteArray> HistoryModel::roleNames() const {
       {CanRestoreRole, "canRestore"},
       {ExpandedRole, "expanded"},
       {OriginRole, "origin"},
+      {ActorSymbolRole, "actorSymbol"},
   };
 }
 
@@ -160,6 +169,8 @@ QVariant HistoryModel::runData(const ShownRun& shown, int role) {
       return shown.isExpanded;
     case OriginRole:
       return originText(run);
+    case ActorSymbolRole:
+      return textFrom(actorSymbol(run));
     case Qt::DisplayRole:
     case NameRole:
     case PlaceRole:
@@ -196,6 +207,7 @@ QVariant HistoryModel::entryData(const RecordedItem& item, int role) const {
     case ExpandedRole:
       return false;
     case OriginRole:
+    case ActorSymbolRole:
       return QString();
     default:
       return {};

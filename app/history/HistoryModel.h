@@ -46,6 +46,8 @@ class HistoryModel : public orvane::RunModel {
     CanRestoreRole,
     ExpandedRole,
     OriginRole,
+    // The symbol of the section that acted.
+    ActorSymbolRole,
   };
   enum Kind { Run, Entry };
   Q_ENUM(Kind)

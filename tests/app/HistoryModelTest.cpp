@@ -1,6 +1,7 @@
 #include "app/history/HistoryModel.h"
 
 #include "app/overview/OverviewModel.h"
+#include "core/tasks/TrashTask.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -71,6 +72,17 @@ TEST_F(HistoryModelTest, saysAnewWhoActedInAnotherLanguage) {
                    });
   model->languageChanged();
   EXPECT_TRUE(isTold);
+}
+
+TEST_F(HistoryModelTest, marksEachRunWithTheSectionThatActed) {
+  clean({tree.file("Downloads/a.txt", "first")});
+  const std::vector place{FileUrl(tree.file("Downloads/b.txt", "second"))};
+  const auto tasks = services().tasks;
+  ASSERT_EQ(carryOut(tasks, proposeTrash(tasks, place, roots()).approve()).moved(), 1);
+  model->reload();
+  ASSERT_TRUE(showsRows(2));
+  EXPECT_EQ(value(0, HistoryModel::ActorSymbolRole).toString(), "trash");
+  EXPECT_EQ(value(1, HistoryModel::ActorSymbolRole).toString(), "history") << "nothing tells who had it done";
 }
 
 TEST_F(HistoryModelTest, bringsBackOneItemAndLeavesTheOthers) {
