@@ -1,6 +1,7 @@
 #include "app/common/ArchiveListing.h"
 
 #include "core/base/files/FileDescriptor.h"
+#include "core/base/values/LoadedLibrary.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -9,6 +10,7 @@
 #include <array>
 #include <chrono>
 #include <memory>
+#include <stdexcept>
 #include <system_error>
 
 namespace orvane {
@@ -18,8 +20,53 @@ namespace {
 constexpr std::chrono::seconds mostTime{2};
 constexpr std::size_t pieceSize = 65536;
 
+// Only what the library unpacks itself: for some others it would start a program.
+constexpr std::array knownForms{
+    "archive_read_support_filter_gzip", "archive_read_support_filter_bzip2", "archive_read_support_filter_xz",
+    "archive_read_support_filter_zstd", "archive_read_support_format_tar",   "archive_read_support_format_zip",
+    "archive_read_support_format_7zip", "archive_read_support_format_rar",   "archive_read_support_format_rar5",
+    "archive_read_support_format_ar",   "archive_read_support_format_cpio",  "archive_read_support_format_iso9660",
+};
+
+// libarchive with what it needs to unpack: loaded for the first archive that is looked at.
+struct ArchiveLibrary {
+  decltype(&::archive_read_new) newReader;
+  decltype(&::archive_read_free) freeReader;
+  decltype(&::archive_read_set_callback_data) setSource;
+  decltype(&::archive_read_set_read_callback) setRead;
+  decltype(&::archive_read_set_seek_callback) setSeek;
+  decltype(&::archive_read_set_skip_callback) setSkip;
+  decltype(&::archive_read_open1) open;
+  decltype(&::archive_read_next_header) nextHeader;
+  decltype(&::archive_entry_pathname) name;
+  decltype(&::archive_entry_pathname_utf8) utf8Name;
+  std::array<int (*)(archive*), knownForms.size()> forms;
+};
+
+ArchiveLibrary loadedArchiveLibrary() {
+  const LoadedLibrary library("libarchive.so.13");
+  ArchiveLibrary archive{};
+  library.find("archive_read_new", archive.newReader);
+  library.find("archive_read_free", archive.freeReader);
+  library.find("archive_read_set_callback_data", archive.setSource);
+  library.find("archive_read_set_read_callback", archive.setRead);
+  library.find("archive_read_set_seek_callback", archive.setSeek);
+  library.find("archive_read_set_skip_callback", archive.setSkip);
+  library.find("archive_read_open1", archive.open);
+  library.find("archive_read_next_header", archive.nextHeader);
+  library.find("archive_entry_pathname", archive.name);
+  library.find("archive_entry_pathname_utf8", archive.utf8Name);
+  for (std::size_t at = 0; at < knownForms.size(); ++at) library.find(knownForms[at], archive.forms[at]);
+  return archive;
+}
+
+const ArchiveLibrary& archiveLibrary() {
+  static const ArchiveLibrary library = loadedArchiveLibrary();
+  return library;
+}
+
 struct ArchiveDeleter {
-  void operator()(archive* reader) const { archive_read_free(reader); }
+  void operator()(archive* reader) const { archiveLibrary().freeReader(reader); }
 };
 
 // The file as the library reads it; it ends where the time is over.
@@ -51,41 +98,39 @@ la_int64_t skipBytes(archive* /*reader*/, void* given, la_int64_t count) {
   return lseek(static_cast<Source*>(given)->file, count, SEEK_CUR) < 0 ? 0 : count;
 }
 
-// Only what the library unpacks itself: for some others it would start a program.
 bool supportKnownForms(archive* reader) {
-  using Support = int (*)(archive*);
-  constexpr std::array<Support, 12> forms{
-      archive_read_support_filter_gzip, archive_read_support_filter_bzip2, archive_read_support_filter_xz,
-      archive_read_support_filter_zstd, archive_read_support_format_tar,   archive_read_support_format_zip,
-      archive_read_support_format_7zip, archive_read_support_format_rar,   archive_read_support_format_rar5,
-      archive_read_support_format_ar,   archive_read_support_format_cpio,  archive_read_support_format_iso9660};
-  for (const auto support : forms) {
+  for (const auto support : archiveLibrary().forms) {
     if (support(reader) != ARCHIVE_OK) return false;
   }
   return true;
 }
 
 std::string nameOf(archive_entry* entry) {
-  if (const char* name = archive_entry_pathname(entry)) return name;
-  if (const char* name = archive_entry_pathname_utf8(entry)) return name;
+  if (const char* name = archiveLibrary().name(entry)) return name;
+  if (const char* name = archiveLibrary().utf8Name(entry)) return name;
   return "?";
 }
 
 }  // namespace
 
 std::optional<ArchiveListing> listArchive(int file, std::size_t mostNames, const std::stop_token& stop) {
-  const std::unique_ptr<archive, ArchiveDeleter> reader(archive_read_new());
+  try {
+    archiveLibrary();
+  } catch (const std::runtime_error&) {
+    return {};
+  }
+  const std::unique_ptr<archive, ArchiveDeleter> reader(archiveLibrary().newReader());
   if (!reader || !supportKnownForms(reader.get())) return {};
   const auto source = std::make_unique<Source>(Source{file, stop});
-  archive_read_set_callback_data(reader.get(), source.get());
-  archive_read_set_read_callback(reader.get(), readPiece);
-  archive_read_set_seek_callback(reader.get(), seekTo);
-  archive_read_set_skip_callback(reader.get(), skipBytes);
-  if (archive_read_open1(reader.get()) != ARCHIVE_OK) return {};
+  archiveLibrary().setSource(reader.get(), source.get());
+  archiveLibrary().setRead(reader.get(), readPiece);
+  archiveLibrary().setSeek(reader.get(), seekTo);
+  archiveLibrary().setSkip(reader.get(), skipBytes);
+  if (archiveLibrary().open(reader.get()) != ARCHIVE_OK) return {};
   ArchiveListing listing;
   while (true) {
     archive_entry* entry = nullptr;
-    const int result = archive_read_next_header(reader.get(), &entry);
+    const int result = archiveLibrary().nextHeader(reader.get(), &entry);
     if (result == ARCHIVE_EOF) break;
     listing.isCut = (result != ARCHIVE_OK && result != ARCHIVE_WARN) || listing.names.size() == mostNames;
     if (listing.isCut) break;

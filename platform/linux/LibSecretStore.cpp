@@ -1,13 +1,12 @@
 #include "platform/linux/LibSecretStore.h"
 
+#include "platform/linux/SecretLibrary.h"
 #include "platform/posix/TimeLimit.h"
-
-#include <libsecret/secret.h>
 
 #include <functional>
 #include <future>
 #include <memory>
-#include <system_error>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -15,19 +14,23 @@
 namespace orvane {
 namespace {
 
+const SecretLibrary& secretLibrary() {
+  return SecretLibrary::get();
+}
+
 struct Unreference {
-  void operator()(gpointer object) const noexcept { g_object_unref(object); }
+  void operator()(gpointer object) const noexcept { secretLibrary().releaseObject(object); }
 };
 template <typename T>
 using Object = std::unique_ptr<T, Unreference>;
 
 struct FreeValue {
-  void operator()(SecretValue* value) const noexcept { secret_value_unref(value); }
+  void operator()(SecretValue* value) const noexcept { secretLibrary().releaseValue(value); }
 };
 using Value = std::unique_ptr<SecretValue, FreeValue>;
 
 struct FreeTable {
-  void operator()(GHashTable* table) const noexcept { g_hash_table_unref(table); }
+  void operator()(GHashTable* table) const noexcept { secretLibrary().releaseTable(table); }
 };
 using Attributes = std::unique_ptr<GHashTable, FreeTable>;
 
@@ -49,44 +52,45 @@ const SecretSchema& schema() {
 }
 
 Attributes attributesOf(const Place& place) {
-  return Attributes(
-      secret_attributes_build(&schema(), "service", place.service.c_str(), "account", place.account.c_str(), nullptr));
+  return Attributes(secretLibrary().buildAttributes(&schema(), "service", place.service.c_str(), "account",
+                                                    place.account.c_str(), nullptr));
 }
 
 // Null when there is no Secret Service, or none that talks.
 Object<SecretService> openService(GCancellable* cancellable) {
-  const Object<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
+  const Object<GDBusConnection> bus(secretLibrary().bus(G_BUS_TYPE_SESSION, cancellable, nullptr));
   if (!bus) return nullptr;
   // The end of the session must not end this process in the middle of a move.
-  g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-  return Object<SecretService>(secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, cancellable, nullptr));
+  secretLibrary().setExitOnClose(bus.get(), FALSE);
+  return Object<SecretService>(secretLibrary().service(SECRET_SERVICE_OPEN_SESSION, cancellable, nullptr));
 }
 
 // Absent when the service does not answer.
 std::optional<std::vector<Object<SecretItem>>> itemsAt(SecretService* service, const Place& place,
                                                        SecretSearchFlags flags, GCancellable* cancellable) {
   GError* error = nullptr;
-  GList* list = secret_service_search_sync(service, &schema(), attributesOf(place).get(), flags, cancellable, &error);
+  GList* list = secretLibrary().search(service, &schema(), attributesOf(place).get(), flags, cancellable, &error);
   std::vector<Object<SecretItem>> items;
   for (const auto* node = list; node != nullptr; node = node->next) {
     items.emplace_back(static_cast<SecretItem*>(node->data));
   }
-  g_list_free(list);
+  secretLibrary().freeList(list);
   if (error == nullptr) return items;
-  g_error_free(error);
+  secretLibrary().freeError(error);
   return std::nullopt;
 }
 
 bool addNow(const Place& place, const SecretText& secret, GCancellable* cancellable) {
   const auto service = openService(cancellable);
   if (!service) return false;
-  const Object<SecretCollection> collection(secret_collection_for_alias_sync(
+  const Object<SecretCollection> collection(secretLibrary().collectionForAlias(
       service.get(), SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable, nullptr));
-  if (collection && secret_collection_get_locked(collection.get()) != FALSE) return false;
-  const Value value(secret_value_new(secret.view().data(), static_cast<gssize>(secret.view().size()), "text/plain"));
+  if (collection && secretLibrary().isCollectionLocked(collection.get()) != FALSE) return false;
+  const Value value(
+      secretLibrary().newValue(secret.view().data(), static_cast<gssize>(secret.view().size()), "text/plain"));
   const auto label = place.service + " " + place.account;
-  return secret_service_store_sync(service.get(), &schema(), attributesOf(place).get(), SECRET_COLLECTION_DEFAULT,
-                                   label.c_str(), value.get(), cancellable, nullptr) != FALSE;
+  return secretLibrary().store(service.get(), &schema(), attributesOf(place).get(), SECRET_COLLECTION_DEFAULT,
+                               label.c_str(), value.get(), cancellable, nullptr) != FALSE;
 }
 
 bool removeNow(const Place& place, GCancellable* cancellable) {
@@ -96,8 +100,8 @@ bool removeNow(const Place& place, GCancellable* cancellable) {
   if (!items) return false;
   bool areGone = true;
   for (const auto& item : *items) {
-    const bool isGone = secret_item_get_locked(item.get()) == FALSE &&
-                        secret_item_delete_sync(item.get(), cancellable, nullptr) != FALSE;
+    const bool isGone = secretLibrary().isItemLocked(item.get()) == FALSE &&
+                        secretLibrary().deleteItem(item.get(), cancellable, nullptr) != FALSE;
     areGone = areGone && isGone;
   }
   return areGone;
@@ -111,10 +115,10 @@ std::optional<SecretText> findNow(const Place& place, GCancellable* cancellable)
               cancellable);
   if (!items) return std::nullopt;
   for (const auto& item : *items) {
-    const Value value(secret_item_get_secret(item.get()));
+    const Value value(secretLibrary().secretOfItem(item.get()));
     if (!value) continue;
     gsize length = 0;
-    const auto* bytes = secret_value_get(value.get(), &length);
+    const auto* bytes = secretLibrary().bytesOfValue(value.get(), &length);
     return SecretText(std::string_view(bytes != nullptr ? bytes : "", length));
   }
   return std::nullopt;
@@ -124,14 +128,14 @@ std::optional<SecretText> findNow(const Place& place, GCancellable* cancellable)
 // cancelled.
 template <typename Result>
 Result within(std::chrono::milliseconds timeout, Result otherwise, std::function<Result(GCancellable*)> work) {
-  const std::shared_ptr<GCancellable> cancellable(g_cancellable_new(), Unreference{});
   try {
+    const std::shared_ptr<GCancellable> cancellable(secretLibrary().newCancellable(), Unreference{});
     const auto result =
         finishedWithin<Result>(timeout, [cancellable, work = std::move(work)] { return work(cancellable.get()); });
     if (result) return *result;
-    g_cancellable_cancel(cancellable.get());
-  } catch (const std::system_error&) {
-    // No thread could be started.
+    secretLibrary().cancel(cancellable.get());
+  } catch (const std::runtime_error&) {
+    // The library is not there, or no thread could be started.
   }
   return otherwise;
 }

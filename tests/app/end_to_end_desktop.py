@@ -148,6 +148,13 @@ def told_about_itself(window, home):
     window.sees("Version ")
 
 
+def begins_light(window, home):
+    # Of a library that another one brings along, nothing is mapped either.
+    mapped = pathlib.Path(f"/proc/{window.process.pid}/maps").read_text()
+    for library in ("libarchive", "libcrypto", "libcurl", "libsecret"):
+        expect(library not in mapped, f"{library} is loaded before anything needs it")
+
+
 if __name__ == "__main__":
     sys.exit(
         main(
@@ -158,6 +165,7 @@ if __name__ == "__main__":
                 "drop": Scenario(prepare_dropped, dropped),
                 "undo": Scenario(prepare_logs, undone_from_anywhere),
                 "about": Scenario(prepare_logs, told_about_itself),
+                "start": Scenario(prepare_logs, begins_light),
             }
         )
     )
