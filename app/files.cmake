@@ -48,7 +48,9 @@ set(ORVANE_QML_FILES
   components/Meter.qml
   components/Notice.qml
   components/NumberField.qml
+  components/LoadedWhen.qml
   components/OnDemand.qml
+  components/OnlyWhen.qml
   components/Page.qml
   components/PickFile.qml
   components/PickFolder.qml
@@ -101,6 +103,7 @@ set(ORVANE_QML_FILES
   overview/GrowthCard.qml
   overview/MapCard.qml
   overview/MapRow.qml
+  overview/MapView.qml
   duplicates/CompareSheet.qml
   duplicates/DuplicateEntry.qml
   duplicates/DuplicateTools.qml

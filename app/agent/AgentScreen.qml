@@ -425,35 +425,37 @@ Page {
         onPicked: url => root.model.change(0, url)
     }
 
-    Sheet {
+    OnDemand {
         id: request
 
-        title: qsTr("agent.what_is_sent")
-        sheetWidth: 640
+        Sheet {
+            title: qsTr("agent.what_is_sent")
+            sheetWidth: 640
 
-        ColumnLayout {
-            width: parent.width
-            spacing: 12
+            ColumnLayout {
+                width: parent.width
+                spacing: 12
 
-            BodyText {
-                Layout.fillWidth: true
-                color: Theme.muted
-                text: root.model.request === "" ? qsTr("agent.nothing_sent") : qsTr("agent.sent_text")
-                wrapMode: Text.Wrap
+                BodyText {
+                    Layout.fillWidth: true
+                    color: Theme.muted
+                    text: root.model.request === "" ? qsTr("agent.nothing_sent") : qsTr("agent.sent_text")
+                    wrapMode: Text.Wrap
+                }
+
+                RawText {
+                    Layout.fillWidth: true
+                    visible: root.model.request !== ""
+                    text: root.model.request
+                    label: qsTr("agent.what_is_sent")
+                }
             }
 
-            RawText {
-                Layout.fillWidth: true
-                visible: root.model.request !== ""
-                text: root.model.request
-                label: qsTr("agent.what_is_sent")
+            buttons: PlainButton {
+                focus: true
+                text: qsTr("action.close")
+                onClicked: request.sheet.close()
             }
-        }
-
-        buttons: PlainButton {
-            focus: true
-            text: qsTr("action.close")
-            onClicked: request.close()
         }
     }
 }

@@ -212,15 +212,26 @@ Page {
         id: copied
     }
 
-    UninstallSheet {
-        id: sheet
+    Connections {
+        target: root.model
 
-        appState: root.appState
-        model: root.model
-        visible: root.model.isReviewing
-        onClosed: {
-            root.model.closeReview();
-            list.forceActiveFocus();
+        function onReviewChanged() {
+            if (root.model.isReviewing && !review.sheet)
+                review.open();
+        }
+    }
+
+    OnDemand {
+        id: review
+
+        UninstallSheet {
+            appState: root.appState
+            model: root.model
+            visible: root.model.isReviewing
+            onClosed: {
+                root.model.closeReview();
+                list.forceActiveFocus();
+            }
         }
     }
 }

@@ -49,34 +49,40 @@ Item {
         anchors.margins: root.inset
     }
 
-    RoundedCorners {
-        visible: root.flush
-        radius: root.radius
+    OnlyWhen {
+        holds: root.flush
+
+        RoundedCorners {
+            radius: root.radius
+        }
     }
 
     // The lower corners that were put over the content hide the shadow there: it goes over them again.
-    Item {
-        x: -4
-        y: root.height - root.radius
-        width: root.width + 8
-        height: root.radius + 4
-        visible: root.flush && !Theme.dark
-        clip: true
+    OnlyWhen {
+        holds: root.flush && !Theme.dark
 
-        Repeater {
-            model: root.flush && !Theme.dark ? 3 : 0
+        Item {
+            x: -4
+            y: root.height - root.radius
+            width: root.width + 8
+            height: root.radius + 4
+            clip: true
 
-            Rectangle {
-                required property int index
+            Repeater {
+                model: 3
 
-                x: 4 - index
-                y: 1 + index - parent.y
-                width: root.width + 2 * index
-                height: root.height
-                radius: root.radius + index
-                color: "transparent"
-                border.width: 1 + index
-                border.color: Theme.shadow
+                Rectangle {
+                    required property int index
+
+                    x: 4 - index
+                    y: 1 + index - parent.y
+                    width: root.width + 2 * index
+                    height: root.height
+                    radius: root.radius + index
+                    color: "transparent"
+                    border.width: 1 + index
+                    border.color: Theme.shadow
+                }
             }
         }
     }

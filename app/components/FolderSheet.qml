@@ -11,10 +11,13 @@ Sheet {
     property string startFolder: ""
     property bool forFile: false
     signal picked(string url)
+    signal done
 
     title: qsTr("action.choose_folder")
     sheetWidth: 560
     onOpened: listing.enter(root.startFolder)
+    onClosed: done()
+    Component.onCompleted: open()
 
     FolderListing {
         id: listing

@@ -12,6 +12,8 @@ FocusScope {
     default property alias content: body.data
     readonly property bool isNarrow: width < Theme.narrow
     readonly property real bodyHeight: body.height
+    // The window is to show its introduction.
+    signal introductionAsked
 
     Accessible.role: Accessible.Pane
     Accessible.name: root.title

@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Orvane
 
@@ -23,36 +21,25 @@ Item {
         onPicked: url => root.picked(url)
         onUnavailable: {
             if (chooser.hasNativeDialog)
-                desktopDialog.setSource("DesktopFileDialog.qml", {title: root.title});
+                dialog.setSource("DesktopFileDialog.qml", {title: root.title});
             else
-                (ownDialog.createObject(root) as FolderSheet).open();
+                dialog.setSource("FolderSheet.qml", {title: root.title, forFile: true});
         }
     }
 
     Loader {
-        id: desktopDialog
+        id: dialog
     }
 
     Connections {
-        target: desktopDialog.item
+        target: dialog.item
 
         function onPicked(url: string) {
             root.picked(url);
         }
 
         function onDone() {
-            desktopDialog.source = "";
-        }
-    }
-
-    Component {
-        id: ownDialog
-
-        FolderSheet {
-            title: root.title
-            forFile: true
-            onPicked: url => root.picked(url)
-            onClosed: destroy()
+            dialog.source = "";
         }
     }
 }

@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Orvane
 
@@ -22,35 +20,25 @@ Item {
         onPicked: url => root.picked(url)
         onUnavailable: {
             if (chooser.hasNativeDialog)
-                desktopDialog.setSource("DesktopFolderDialog.qml");
+                dialog.setSource("DesktopFolderDialog.qml");
             else
-                (ownDialog.createObject(root) as FolderSheet).open();
+                dialog.setSource("FolderSheet.qml", {startFolder: root.startFolder});
         }
     }
 
     Loader {
-        id: desktopDialog
+        id: dialog
     }
 
     Connections {
-        target: desktopDialog.item
+        target: dialog.item
 
         function onPicked(url: string) {
             root.picked(url);
         }
 
         function onDone() {
-            desktopDialog.source = "";
-        }
-    }
-
-    Component {
-        id: ownDialog
-
-        FolderSheet {
-            startFolder: root.startFolder
-            onPicked: url => root.picked(url)
-            onClosed: destroy()
+            dialog.source = "";
         }
     }
 }

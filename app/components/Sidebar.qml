@@ -116,33 +116,36 @@ FocusScope {
             symbol: "globe"
             activeFocusOnTab: true
             Accessible.role: Accessible.ButtonMenu
-            onClicked: languageMenu.opened ? languageMenu.close() : languageMenu.open()
+            onClicked: languageMenu?.opened ? languageMenu.close() : openMenu()
 
-            ChoiceMenu {
-                id: languageMenu
+            // Made when it is asked for: names in every script load a font for each.
+            property ChoiceMenu languageMenu: null
 
-                // Names in every script load a font for each: nobody sees them before the menu.
-                property bool wasOpened: false
+            function openMenu() {
+                if (!languageMenu)
+                    languageMenu = menuComponent.createObject(languageButton) as ChoiceMenu;
+                languageMenu.open();
+            }
 
-                y: -height - 4
-                onAboutToShow: wasOpened = true
+            Component {
+                id: menuComponent
 
-                Instantiator {
-                    active: languageMenu.wasOpened
-                    model: root.languages
+                ChoiceMenu {
+                    y: -height - 4
 
-                    delegate: ChoiceItem {
-                        required property string code
-                        required property string nativeName
-                        required property bool current
+                    Repeater {
+                        model: root.languages
 
-                        text: nativeName
-                        isCurrent: current
-                        onTriggered: root.languages.select(code)
+                        ChoiceItem {
+                            required property string code
+                            required property string nativeName
+                            required property bool current
+
+                            text: nativeName
+                            isCurrent: current
+                            onTriggered: root.languages.select(code)
+                        }
                     }
-
-                    onObjectAdded: (index, object) => languageMenu.insertItem(index, object as Item)
-                    onObjectRemoved: (index, object) => languageMenu.removeItem(object as Item)
                 }
             }
         }

@@ -168,18 +168,22 @@ Page {
         }
     }
 
-    AlertDialog {
+    OnDemand {
         id: warnings
 
-        title: Texts.counted("history.not_restored", root.model.messages.length)
-        message: qsTr("history.warnings_text")
-        details: root.model.messages
+        AlertDialog {
+            title: Texts.counted("history.not_restored", root.model.messages.length)
+            message: qsTr("history.warnings_text")
+            details: root.model.messages
+        }
     }
 
-    AlertDialog {
+    OnDemand {
         id: renamed
 
-        title: qsTr("history.renamed_title")
-        details: root.model.renamedItems
+        AlertDialog {
+            title: qsTr("history.renamed_title")
+            details: root.model.renamedItems
+        }
     }
 }

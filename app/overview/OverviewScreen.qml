@@ -48,22 +48,28 @@ Page {
     Component.onCompleted: model.reloadTrash()
 
     ScrollColumn {
-        ProgressStrip {
-            Layout.fillWidth: true
-            visible: root.appState.isScanning
-            title: qsTr("action.scanning")
-            figures: Texts.counted("count.items", root.appState.scanItems)
-            detail: root.appState.scanStatus
-            onCancelAsked: root.appState.cancelScan()
+        OnlyWhen {
+            holds: root.appState.isScanning
+
+            ProgressStrip {
+                Layout.fillWidth: true
+                title: qsTr("action.scanning")
+                figures: Texts.counted("count.items", root.appState.scanItems)
+                detail: root.appState.scanStatus
+                onCancelAsked: root.appState.cancelScan()
+            }
         }
 
-        Notice {
-            Layout.fillWidth: true
-            visible: root.appState.scanFailed !== "" && !root.appState.isScanning
-            isWarning: true
-            text: root.appState.scanFailed
-            action: qsTr("cleanup.choose_folders")
-            onActed: root.appState.selectedNavigation = AppNavigationItem.Settings
+        OnlyWhen {
+            holds: root.appState.scanFailed !== "" && !root.appState.isScanning
+
+            Notice {
+                Layout.fillWidth: true
+                isWarning: true
+                text: root.appState.scanFailed
+                action: qsTr("cleanup.choose_folders")
+                onActed: root.appState.selectedNavigation = AppNavigationItem.Settings
+            }
         }
 
         GridLayout {
@@ -107,27 +113,34 @@ Page {
             }
         }
 
-        TrashCard {
-            Layout.fillWidth: true
-            visible: root.model.trashCount > 0
-            appState: root.appState
-            model: root.model
+        OnlyWhen {
+            holds: root.model.trashCount > 0
+
+            TrashCard {
+                Layout.fillWidth: true
+                appState: root.appState
+                model: root.model
+            }
         }
 
-        Notice {
-            Layout.fillWidth: true
-            visible: root.map.daysUntilFull > 0
-            isWarning: true
-            text: qsTr("map.full_soon").arg(Texts.counted("count.days", root.map.daysUntilFull))
-            detail: root.map.grownFolders.length > 0
-                    ? qsTr("map.mostly").arg(root.map.grownFolders[0].name + " (+" + Texts.bytes(
-                                                 root.map.grownFolders[0].bytes) + ")") : ""
+        OnlyWhen {
+            holds: root.map.daysUntilFull > 0
+
+            Notice {
+                Layout.fillWidth: true
+                isWarning: true
+                text: qsTr("map.full_soon").arg(Texts.counted("count.days", root.map.daysUntilFull))
+                detail: root.map.grownFolders.length > 0
+                        ? qsTr("map.mostly").arg(root.map.grownFolders[0].name + " (+" + Texts.bytes(
+                                                     root.map.grownFolders[0].bytes) + ")") : ""
+            }
         }
 
-        GrowthCard {
+        LoadedWhen {
             Layout.fillWidth: true
-            visible: root.map.hasGrowth
-            model: root.map
+            holds: root.map.hasGrowth
+            file: Qt.resolvedUrl("GrowthCard.qml")
+            properties: ({model: root.map})
         }
 
         MapCard {

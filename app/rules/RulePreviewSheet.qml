@@ -16,12 +16,6 @@ Sheet {
         close();
     }
 
-    // Shows what the rule of the row would take, or all that are on for -1.
-    function ask(row: int) {
-        model.previewRule(row);
-        open();
-    }
-
     title: qsTr("rules.preview_title")
     sheetWidth: 720
 

@@ -23,6 +23,7 @@ Page {
             model.previewRule(-1);
     }
 
+    Component.onCompleted: if (model.editor.isOpen) editor.open()
     title: qsTr("nav.rules")
     subtitle: Texts.counted("rules.status", model.enabledCount).arg(Texts.counted("count.rules", model.ruleCount))
     actions: [
@@ -203,50 +204,77 @@ Page {
         }
     }
 
-    RuleEditorSheet {
-        model: root.model
-        visible: root.model.editor.isOpen
-        onClosed: {
-            root.model.closeEditor();
-            list.forceActiveFocus();
+    Connections {
+        target: root.model.editor
+
+        function onOpened() {
+            if (root.model.editor.isOpen && !editor.sheet)
+                editor.open();
         }
     }
 
-    RulePreviewSheet {
+    OnDemand {
+        id: editor
+
+        RuleEditorSheet {
+            model: root.model
+            visible: root.model.editor.isOpen
+            onClosed: {
+                root.model.closeEditor();
+                list.forceActiveFocus();
+            }
+        }
+    }
+
+    OnDemand {
         id: preview
 
-        appState: root.appState
-        model: root.model
-        onClosed: {
-            root.model.closePreview();
-            list.forceActiveFocus();
-        }
-    }
-
-    AlertDialog {
-        id: resetAlert
-
-        title: qsTr("rules.reset_title")
-        message: qsTr("rules.reset_text")
-        confirmText: qsTr("rules.reset")
-        rejectText: qsTr("action.cancel")
-        onConfirmed: root.model.reset()
-    }
-
-    AlertDialog {
-        id: removeAlert
-
-        property string rule
-
-        function ask(rule: string, name: string) {
-            removeAlert.rule = rule;
-            message = qsTr("rules.remove_text").arg(name);
+        // Shows what the rule of the row would take, or all that are on for -1.
+        function ask(row: int) {
+            root.model.previewRule(row);
             open();
         }
 
-        title: qsTr("rules.remove_title")
-        confirmText: qsTr("rules.remove")
-        rejectText: qsTr("action.cancel")
-        onConfirmed: root.model.remove(rule)
+        RulePreviewSheet {
+            appState: root.appState
+            model: root.model
+            onClosed: {
+                root.model.closePreview();
+                list.forceActiveFocus();
+            }
+        }
+    }
+
+    OnDemand {
+        id: resetAlert
+
+        AlertDialog {
+            title: qsTr("rules.reset_title")
+            message: qsTr("rules.reset_text")
+            confirmText: qsTr("rules.reset")
+            rejectText: qsTr("action.cancel")
+            onConfirmed: root.model.reset()
+        }
+    }
+
+    OnDemand {
+        id: removeAlert
+
+        property string rule
+        property string name
+
+        function ask(rule: string, name: string) {
+            removeAlert.rule = rule;
+            removeAlert.name = name;
+            open();
+        }
+
+        AlertDialog {
+            title: qsTr("rules.remove_title")
+            message: qsTr("rules.remove_text").arg(removeAlert.name)
+            confirmText: qsTr("rules.remove")
+            rejectText: qsTr("action.cancel")
+            onConfirmed: root.model.remove(removeAlert.rule)
+        }
     }
 }

@@ -14,8 +14,6 @@ Page {
     required property OverviewModel overview
     required property TidyModel tidy
     required property MapModel map
-    // Opens the introduction.
-    signal introductionAsked()
 
     function startWork() {
         model.refresh();

@@ -223,7 +223,7 @@ T.ApplicationWindow {
     }
 
     Connections {
-        target: loader.item as SettingsScreen
+        target: window.screen
 
         function onIntroductionAsked() {
             onboarding.open();
@@ -296,19 +296,17 @@ T.ApplicationWindow {
     OnDemand {
         id: onboarding
 
-        OnboardingSheet {
-            appState: window.appState
-            settings: window.settings
-            languages: window.languages
-        }
+        source: Qt.resolvedUrl("../onboarding/OnboardingSheet.qml")
+        properties: ({
+            appState: window.appState, settings: window.settings, languages: window.languages
+        })
     }
 
     OnDemand {
         id: takenPlaces
 
-        TakenPlacesSheet {
-            history: window.history
-        }
+        source: Qt.resolvedUrl("../history/TakenPlacesSheet.qml")
+        properties: ({history: window.history})
     }
 
     Toast {
@@ -320,29 +318,27 @@ T.ApplicationWindow {
     OnDemand {
         id: look
 
-        LookSheet {
-            appState: window.appState
-        }
+        source: Qt.resolvedUrl("LookSheet.qml")
+        properties: ({appState: window.appState})
     }
 
     OnDemand {
         id: tidySheet
 
-        TidySheet {
-            tidy: window.tidy
-        }
+        source: Qt.resolvedUrl("../settings/TidySheet.qml")
+        properties: ({tidy: window.tidy})
     }
 
     OnDemand {
         id: shortcuts
 
-        ShortcutsSheet {}
+        source: Qt.resolvedUrl("ShortcutsSheet.qml")
     }
 
     OnDemand {
         id: about
 
-        AboutSheet {}
+        source: Qt.resolvedUrl("AboutSheet.qml")
     }
 
     OnDemand {

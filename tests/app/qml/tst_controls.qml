@@ -187,12 +187,81 @@ TestCase {
         const toast = createTemporaryObject(toastComponent, test) as Toast;
         watch(toast, "acted");
         toast.show("Moved", "Undo");
-        tryCompare(toast, "opened", true);
-        const label = findLabel(toast.contentItem, "Undo");
+        tryCompare(toast.bubble, "opened", true);
+        const label = findLabel(toast.bubble.contentItem, "Undo");
         verify(label !== null);
         mouseClick(label);
         compare(spy.count, 1);
-        tryCompare(toast, "visible", false);
+        tryCompare(toast.bubble, "visible", false);
+        toast.show("Moved", "");
+        tryCompare(toast.bubble, "opened", true);
+    }
+
+    Component {
+        id: tipComponent
+
+        Item {
+            id: place
+
+            property alias tip: tip
+
+            width: 100
+            height: 30
+
+            Tip {
+                id: tip
+
+                text: "Why"
+                delay: 0
+            }
+        }
+    }
+
+    function test_tip_is_made_when_it_is_shown_and_stands_over_its_parent() {
+        const place = createTemporaryObject(tipComponent, test);
+        compare(place.tip.bubble, null);
+        place.tip.shown = true;
+        tryCompare(place.tip.bubble, "opened", true);
+        compare(place.tip.bubble.parent, place);
+        place.tip.shown = false;
+        tryCompare(place.tip.bubble, "visible", false);
+    }
+
+    Component {
+        id: contentComponent
+
+        Column {
+            property bool holds: false
+
+            Item {
+                width: 10
+                height: 10
+            }
+
+            OnlyWhen {
+                holds: parent.holds
+
+                Item {
+                    objectName: "content"
+                    width: 10
+                    height: 10
+                }
+            }
+
+            Item {
+                width: 10
+                height: 10
+            }
+        }
+    }
+
+    function test_content_is_made_in_its_place_while_a_condition_holds() {
+        const column = createTemporaryObject(contentComponent, test) as Column;
+        compare(findChild(column, "content"), null);
+        column.holds = true;
+        tryVerify(() => findChild(column, "content").y === 10);
+        column.holds = false;
+        tryVerify(() => findChild(column, "content") === null);
     }
 
     Component {
