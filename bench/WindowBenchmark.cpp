@@ -279,10 +279,9 @@ void drillDown(QQuickWindow& window, MapModel& model, const char* picture) {
   std::sort(frames.begin(), frames.end());
   const auto last = work.size() * 95 / 100;
   std::printf(
-      "drilling down    %6.1f ms to the frame at the median, %.1f ms at the 95th percentile, of them %.1f ms and %.1f "
-      "ms "
-      "of work: %s\n",
-      frames[frames.size() / 2], frames[last], work[work.size() / 2], work[last], picture);
+      "drilling down    %6.1f ms to the frame at the median, %.1f ms at the 95th percentile, %.1f ms at most, of them "
+      "%.1f ms, %.1f ms and %.1f ms of work: %s\n",
+      frames[frames.size() / 2], frames[last], frames.back(), work[work.size() / 2], work[last], work.back(), picture);
 }
 
 int run(int argc, char** argv, Clock::time_point start) {

@@ -39,7 +39,7 @@ Sheet {
         Meter {
             Layout.fillWidth: true
             visible: root.model.isFindingLeftovers
-            value: -1
+            filled: -1
         }
 
         Rectangle {

@@ -57,7 +57,7 @@ Column {
 
             Meter {
                 width: parent.width
-                value: entry.modelData.value
+                filled: entry.modelData.value
                 fillColor: Theme.category(entry.modelData.colorIndex)
             }
         }

@@ -25,6 +25,6 @@ Column {
     Meter {
         width: parent.width
         implicitHeight: 4
-        value: root.total > 0 ? root.used / root.total : 0
+        filled: root.total > 0 ? root.used / root.total : 0
     }
 }

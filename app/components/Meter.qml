@@ -1,13 +1,13 @@
 import QtQuick
 import Orvane
 
-// A thin bar, `value` of it filled (0 to 1). Below 0 the amount is not known and a part of it wanders.
+// A thin bar, `filled` to a share (0 to 1). Below 0 the amount is not known and a part of it wanders.
 Rectangle {
     id: root
 
-    property double value: 0
+    property double filled: 0
     property color fillColor: Theme.accent
-    readonly property bool isUnknown: value < 0
+    readonly property bool isUnknown: filled < 0
 
     implicitHeight: 6
     implicitWidth: 120
@@ -23,7 +23,7 @@ Rectangle {
         radius: parent.radius
         color: root.fillColor
         x: root.isUnknown ? wander.at * root.width : 0
-        width: root.isUnknown ? root.width * 0.3 : Math.round(root.width * Math.min(1, root.value))
+        width: root.isUnknown ? root.width * 0.3 : Math.round(root.width * Math.min(1, root.filled))
 
         Behavior on width {
             enabled: !root.isUnknown

@@ -62,7 +62,7 @@ Card {
             Meter {
                 Layout.fillWidth: true
                 visible: !root.isResult
-                value: root.value
+                filled: root.value
             }
 
             CaptionText {

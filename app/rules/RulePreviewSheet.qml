@@ -45,7 +45,7 @@ Sheet {
         Meter {
             Layout.fillWidth: true
             visible: root.model.isPreviewing
-            value: -1
+            filled: -1
         }
 
         Rectangle {

@@ -83,7 +83,7 @@ SettingsCard {
               : ""
 
         Meter {
-            value: root.tidy.progressTotal > 0 ? root.tidy.progressDone / root.tidy.progressTotal : -1
+            filled: root.tidy.progressTotal > 0 ? root.tidy.progressDone / root.tidy.progressTotal : -1
         }
 
         PlainButton {

@@ -51,7 +51,7 @@ Sheet {
         Meter {
             Layout.fillWidth: true
             visible: root.tidy.isLooking
-            value: -1
+            filled: -1
         }
 
         Rectangle {

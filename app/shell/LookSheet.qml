@@ -48,7 +48,7 @@ Sheet {
         Meter {
             width: parent.width
             visible: root.preview.isReading
-            value: -1
+            filled: -1
         }
 
         Image {
