@@ -54,6 +54,15 @@ bool isRemoved(int folder, const char* name) noexcept {
   return ::unlinkat(folder, name, 0) == 0 || errno == ENOENT;
 }
 
+bool isWritten(int file, std::string_view text) noexcept {
+  try {
+    writeAll(file, text);
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
 // "name.2.ext", shortened so that its record's name fits.
 std::string nameWithSuffix(std::string_view wanted, std::string_view suffix) {
   const auto [base, extension] = splitName(wanted);
@@ -186,8 +195,7 @@ void TrashFolder::forgetFolderSize(const std::string& name) const noexcept {
     const FileDescriptor file(
         ::openat(m_folder.get(), newSizesName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file) return;
-    writeAll(file.get(), kept);
-    if (::renameat(m_folder.get(), newSizesName, m_folder.get(), sizesName) != 0) {
+    if (!isWritten(file.get(), kept) || ::renameat(m_folder.get(), newSizesName, m_folder.get(), sizesName) != 0) {
       ::unlinkat(m_folder.get(), newSizesName, 0);
     }
   } catch (const std::exception&) {
