@@ -68,7 +68,7 @@ class Tour:
         if made.returncode != 0:
             raise SystemExit(f"no sample home: {made.stderr}")
         self.environment = {"PATH": f"{top}/demo:/usr/bin:/bin", "TZ": "UTC", "LC_ALL": "C.UTF-8", "HOME": str(self.home),
-                            "LANG": "en_US.UTF-8"}
+                            "ORVANE_MOUNTS": "/dev/null", "LANG": "en_US.UTF-8"}
         self.folder = top / "demo/home"
 
     def run(self, command):

@@ -23,7 +23,9 @@ class Orvanectl : public testing::Test {
 
   Orvanectl() {
     environment = {
-        {"HOME", home.path()}, {"PATH", "/usr/bin:/bin"}, {"LANG", "en_US.UTF-8"}, {"TERM", "xterm"}, {"TZ", "UTC"}};
+        {"HOME", home.path()}, {"PATH", "/usr/bin:/bin"},      {"LANG", "en_US.UTF-8"}, {"TERM", "xterm"},
+        {"TZ", "UTC"},         {"ORVANE_MOUNTS", "/dev/null"},
+    };
     // Options of the sanitizers reach the program too.
     for (const char* name : {"ASAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
       if (const char* value = std::getenv(name)) environment[name] = value;
