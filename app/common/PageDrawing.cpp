@@ -20,7 +20,8 @@
 namespace orvane {
 namespace {
 
-constexpr rlim_t mostMemory = 1024UL * 1024 * 1024;  // bytes of addresses
+// Bytes that it may write to: later versions of the library reserve many times as many addresses.
+constexpr rlim_t mostMemory = 1024UL * 1024 * 1024;
 constexpr rlim_t mostSeconds = 5;                    // of processor time
 constexpr qsizetype mostOutput = 64L * 1024 * 1024;  // bytes
 constexpr auto pageFormat = "png";                   // between the two processes
@@ -87,7 +88,7 @@ bool asksForPage(std::span<const char* const> arguments) {
 int drawPage(int argc, char** argv) {
   const QSize room(std::clamp(QByteArray(argv[2]).toInt(), 1, mostSide),
                    std::clamp(QByteArray(argv[3]).toInt(), 1, mostSide));
-  limit(RLIMIT_AS, mostMemory);
+  limit(RLIMIT_DATA, mostMemory);
   limit(RLIMIT_CPU, mostSeconds);
   limit(RLIMIT_CORE, 0);
   limit(RLIMIT_FSIZE, 0);
