@@ -2,6 +2,7 @@
 
 #include "core/base/files/DirectoryReader.h"
 #include "core/base/files/FileDescriptor.h"
+#include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
 
 #include <fcntl.h>
@@ -67,10 +68,17 @@ OpenPaths OpenPaths::read() {
 }
 
 bool OpenPaths::areAtOrBelow(std::string_view path) const {
-  if (std::ranges::binary_search(m_paths, path)) return true;
+  const auto isFile = [](const std::string& open) {
+    const auto status = readFileStatus(AT_FDCWD, open.c_str());
+    return status && status->type != FileType::directory;
+  };
+  const auto same = std::ranges::equal_range(m_paths, path);
+  if (!same.empty()) return isFile(same.front());
   const auto folder = joinPath(path, "");
-  const auto at = std::ranges::lower_bound(m_paths, folder);
-  return at != m_paths.end() && at->starts_with(folder);
+  for (auto at = std::ranges::lower_bound(m_paths, folder); at != m_paths.end() && at->starts_with(folder); ++at) {
+    if (isFile(*at)) return true;
+  }
+  return false;
 }
 
 bool isLocked(const std::string& path) {

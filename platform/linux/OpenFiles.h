@@ -13,7 +13,7 @@ namespace orvane {
 class OpenPaths {
  public:
   [[nodiscard]] static OpenPaths read();
-  // By a canonical path.
+  // By a canonical path. Folders do not count: searches and backups hold them open too, Orvane's own scans among them.
   [[nodiscard]] bool areAtOrBelow(std::string_view path) const;
 
  private:

@@ -297,6 +297,7 @@ TEST_F(KnownPlaces, areShownUnselectedWhileAnyFileInThemIsOpen) {
                                       ".local/share/TelegramDesktop/tdata/user_data#2/media_cache/a"};
   std::vector<FileDescriptor> files;
   for (const auto& path : open) files.emplace_back(::open(home.path(path).c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor folder(::open(home.path(".cache/pip").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   const auto items = scan();
   for (const auto* busy : {".cache/unheard-of", ".cache/single.db", ".local/state/app/app.log.1"}) {
     EXPECT_EQ(items.at(busy)["isSelected"], false) << busy;
