@@ -72,8 +72,8 @@ bool OpenPaths::areAtOrBelow(std::string_view path) const {
     const auto status = readFileStatus(AT_FDCWD, open.c_str());
     return status && status->type != FileType::directory;
   };
-  const auto same = std::ranges::equal_range(m_paths, path);
-  if (!same.empty()) return isFile(same.front());
+  const auto same = std::ranges::lower_bound(m_paths, path);
+  if (same != m_paths.end() && *same == path) return isFile(*same);
   const auto folder = joinPath(path, "");
   for (auto at = std::ranges::lower_bound(m_paths, folder); at != m_paths.end() && at->starts_with(folder); ++at) {
     if (isFile(*at)) return true;
