@@ -31,8 +31,9 @@ FocusScope {
         (repeater.itemAt(0) as TreemapArea)?.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    // Areas stay for the next picture: showing another one costs much less than making it.
+    // Areas and their parts stay for the next picture: showing another one costs much less than making it.
     property int made: 0
+    property int madeParts: 0
 
     onShownChanged: {
         made = Math.max(made, shown.length);
@@ -56,6 +57,8 @@ FocusScope {
 
             visible: index < root.shown.length
             area: root.shown[index] ?? null
+            madeParts: root.madeParts
+            onPartCountChanged: root.madeParts = Math.max(root.madeParts, partCount)
             x: place ? Math.round(place.x) : 0
             y: place ? Math.round(place.y) : 0
             width: place ? Math.max(2, Math.round(place.x + place.width) - x - root.spacing) : 0

@@ -31,10 +31,8 @@ T.AbstractButton {
     readonly property int partsGap: 3
 
     readonly property int partCount: parts.length > 0 ? folders.length : 0
-    // As the areas themselves, they stay.
-    property int madeParts: 0
-
-    onPartCountChanged: madeParts = Math.max(madeParts, partCount)
+    // Of the parts that are made, at least as many as there are.
+    required property int madeParts
 
     function nameOf(area: var): string {
         return area?.titleKey ? qsTr(area.titleKey) : area?.label ?? "";

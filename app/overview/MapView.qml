@@ -19,12 +19,11 @@ ColumnLayout {
     // The picture takes a share of the window, and the list beside it as many rows as fit.
     readonly property int pictureHeight: Math.max(372, Math.round((Window.height || 0) * 0.44))
     readonly property int mostListed: Math.floor((pictureHeight - 20) / 50)
-    // Controls stay for the next folder: showing another one costs much less than making it.
-    property int madeRows: 0
-    property int madeSteps: 0
+    // Controls stay for the next folder, and are there before it is chosen: showing one costs much less than making it.
+    readonly property int madeRows: mostListed
+    property int madeSteps: 2
 
-    onNamedChanged: madeRows = Math.max(madeRows, Math.min(mostListed, named.length))
-    onTrailChanged: madeSteps = Math.max(madeSteps, trail.length)
+    onTrailChanged: madeSteps = Math.max(madeSteps, trail.length + 1)
 
     readonly property string summary: qsTr("map.summary").arg(Texts.bytes(model.shownBytes)).arg(
         Texts.counted("count.files", model.shownFiles)).arg(
