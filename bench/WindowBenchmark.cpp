@@ -52,7 +52,11 @@ template <typename Condition>
 void runUntil(Condition condition) {
   QTimer tick;
   tick.start(20);
-  while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  while (!condition()) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    // Only a running loop deletes what waits for it: the next one would be charged for all of it.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
 }
 
 // Resident bytes of this process.
