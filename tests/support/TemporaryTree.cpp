@@ -77,6 +77,20 @@ std::vector<std::string> filesBelow(const std::string& folder) {
   return result;
 }
 
+std::map<std::string, std::string> contentsBelow(const std::string& folder) {
+  std::map<std::string, std::string> result;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    const auto path = entry.path().string();
+    auto& content = result[path.substr(folder.size() + 1)];
+    if (entry.is_symlink()) {
+      content = "-> " + std::filesystem::read_symlink(path).string();
+    } else {
+      content = entry.is_directory() ? "/" : contentOf(path);
+    }
+  }
+  return result;
+}
+
 std::string contentOf(const std::string& path) {
   return readFile(path);
 }

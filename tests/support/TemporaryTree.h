@@ -1,10 +1,7 @@
 #pragma once
 
 #include "core/base/files/FileUrl.h"
-
-#include <string>
-#include <string_view>
-#include <vector>
+#include "tests/support/Testing.h"
 
 namespace orvane::test {
 
@@ -37,6 +34,8 @@ class TemporaryTree {
 [[nodiscard]] std::string contentOf(const std::string& path);
 // Everything below a folder that is no folder, by its path from there, sorted.
 [[nodiscard]] std::vector<std::string> filesBelow(const std::string& folder);
+// Every path below a folder with its content: "/" for a folder, and for a link where it leads.
+[[nodiscard]] std::map<std::string, std::string> contentsBelow(const std::string& folder);
 // Sets access and modification time, in seconds before now.
 void setAge(const std::string& path, double seconds);
 

@@ -4,21 +4,17 @@
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <map>
-#include <set>
-#include <string>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 using Links = DirectoryReader::Links;
 
 TEST(DirectoryReader, tellsTheTypeOfEveryEntry) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   tree.file("file", "text");
   tree.file(".hidden", "");
   tree.folder("folder");
@@ -41,7 +37,7 @@ TEST(DirectoryReader, tellsTheTypeOfEveryEntry) {
 }
 
 TEST(DirectoryReader, readsEachEntryOfALargeFolderOnce) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   std::set<std::string> names;
   for (std::size_t i = 0; i < 500; ++i) {
     // Every length up to the longest, so that records end everywhere in a block.
@@ -58,7 +54,7 @@ TEST(DirectoryReader, readsEachEntryOfALargeFolderOnce) {
 }
 
 TEST(DirectoryReader, refusesWhatIsNoFolder) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   const auto file = tree.file("file", "text");
   tree.folder("folder");
   tree.link("link", "folder");
@@ -75,4 +71,4 @@ TEST(DirectoryReader, refusesWhatIsNoFolder) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -1,9 +1,8 @@
 #include "core/base/files/FileUrl.h"
 #include "core/base/files/PathText.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 TEST(FileUrl, everyByteSurvivesTheUrlForm) {
@@ -25,25 +24,24 @@ TEST(FileUrl, refusesWhatIsNoFileUrl) {
   EXPECT_EQ(FileUrl::fromAbsoluteString("file://localhost/a%20b")->path(), "/a b");
 }
 
-struct NameCase {
-  const char* name;
-  const char* base;
-  const char* extension;
-};
-class SplitName : public testing::TestWithParam<NameCase> {};
-
-TEST_P(SplitName, cutsAtTheLastDot) {
-  const auto& [name, base, extension] = GetParam();
-  EXPECT_EQ(splitName(name).base, base);
-  EXPECT_EQ(splitName(name).extension, extension);
+TEST(SplitName, cutsAtTheLastDot) {
+  const Rows<const char*, const char*, const char*> names{
+      {"report.pdf", "report", "pdf"},
+      {"archive.tar.gz", "archive.tar", "gz"},
+      {".bashrc", ".bashrc", ""},
+      {"Dr. Smith", "Dr. Smith", ""},
+      {"p.pdf ", "p.pdf ", ""},
+      {"...x", "...x", ""},
+      {".Notes.icloud", ".Notes", "icloud"},
+      {"end.", "end.", ""},
+      {"none", "none", ""},
+      {"", "", ""},
+  };
+  for (const auto& [name, base, extension] : names) {
+    EXPECT_EQ(splitName(name).base, base);
+    EXPECT_EQ(splitName(name).extension, extension) << name;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(Names, SplitName,
-                         testing::Values(NameCase{"report.pdf", "report", "pdf"},
-                                         NameCase{"archive.tar.gz", "archive.tar", "gz"},
-                                         NameCase{".bashrc", ".bashrc", ""}, NameCase{"Dr. Smith", "Dr. Smith", ""},
-                                         NameCase{"p.pdf ", "p.pdf ", ""}, NameCase{"...x", "...x", ""},
-                                         NameCase{".Notes.icloud", ".Notes", "icloud"}, NameCase{"end.", "end.", ""},
-                                         NameCase{"none", "none", ""}, NameCase{"", "", ""}));
 
 TEST(PathText, comparesWholeComponents) {
   EXPECT_TRUE(isSameOrInside("/a/b", "/a/b"));
@@ -60,4 +58,4 @@ TEST(PathText, standardizesByTextAlone) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

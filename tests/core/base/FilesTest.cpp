@@ -4,21 +4,17 @@
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <system_error>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using test::contentOf;
-using test::exists;
-
 TEST(AtomicFile, keepsTheOldContentUntilTheNewOneIsWhole) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   const auto path = tree.file("state.json", "old");
   {
     AtomicFile file(path);
@@ -32,7 +28,7 @@ TEST(AtomicFile, keepsTheOldContentUntilTheNewOneIsWhole) {
 }
 
 TEST(ReadFile, neverWaitsOnWhatIsNoFile) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   const auto pipe = tree.path("pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   EXPECT_THROW((void)readFile(pipe), std::system_error);
@@ -41,7 +37,7 @@ TEST(ReadFile, neverWaitsOnWhatIsNoFile) {
 }
 
 TEST(FileLock, isHeldByOneAtATime) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   const auto path = tree.path("lock");
   FileDescriptor second;
   {
@@ -54,7 +50,7 @@ TEST(FileLock, isHeldByOneAtATime) {
 }
 
 TEST(FileLock, isNotWaitedForWithoutEnd) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   const auto path = tree.path("lock");
   const auto held = FileLock::acquire(path);
   try {
@@ -68,7 +64,7 @@ TEST(FileLock, isNotWaitedForWithoutEnd) {
 }
 
 TEST(CreateFolders, saysWhatStandsInTheWay) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   createFoldersDurably(tree.path("a/b/c"));
   EXPECT_TRUE(exists(tree.path("a/b/c")));
   tree.file("file");
@@ -76,7 +72,7 @@ TEST(CreateFolders, saysWhatStandsInTheWay) {
 }
 
 TEST(OpenFolder, followsNoLinkAnywhere) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   tree.folder("real/inner");
   tree.link("linked", "real");
   EXPECT_TRUE(openFolderWithoutLinks(AT_FDCWD, tree.path("real/inner")));
@@ -85,4 +81,4 @@ TEST(OpenFolder, followsNoLinkAnywhere) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

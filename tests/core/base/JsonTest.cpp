@@ -1,12 +1,11 @@
 #include "core/base/text/Json.h"
 #include "core/base/values/CheckedArithmetic.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/Testing.h"
 
 #include <cmath>
 #include <limits>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 std::string errorOf(std::string_view text, const JsonLimits& limits = {}) {
@@ -19,13 +18,16 @@ std::string errorOf(std::string_view text, const JsonLimits& limits = {}) {
 }
 
 TEST(Json, refusesHostileText) {
-  EXPECT_THAT(errorOf(std::string(100'000, '[')), testing::HasSubstr("deeper than 64"));
-  EXPECT_THAT(errorOf(R"({"a":1,"b":{"a":2},"a":3})"), testing::HasSubstr("\"a\" stands twice"));
-  EXPECT_THAT(errorOf("{\"a\":1", {}), testing::HasSubstr("not valid JSON"));
-  EXPECT_THAT(errorOf("NaN"), testing::HasSubstr("not valid JSON"));
-  EXPECT_THAT(errorOf("\"\xff\""), testing::HasSubstr("not valid JSON"));
-  EXPECT_THAT(errorOf("1e999"), testing::HasSubstr("not valid JSON"));
-  EXPECT_THAT(errorOf("[1,2]", {.bytes = 4}), testing::HasSubstr("longer than 4 bytes"));
+  const Rows<std::string, const char*> texts{
+      {std::string(100'000, '['), "deeper than 64"},
+      {R"({"a":1,"b":{"a":2},"a":3})", "\"a\" stands twice"},
+      {"{\"a\":1", "not valid JSON"},
+      {"NaN", "not valid JSON"},
+      {"\"\xff\"", "not valid JSON"},
+      {"1e999", "not valid JSON"},
+  };
+  for (const auto& [text, reason] : texts) EXPECT_THAT(errorOf(text), HasSubstr(reason));
+  EXPECT_THAT(errorOf("[1,2]", {.bytes = 4}), HasSubstr("longer than 4 bytes"));
   EXPECT_EQ(errorOf(R"([{"a":1},{"a":2}])"), "");
 }
 
@@ -68,4 +70,4 @@ TEST(CheckedArithmeticDeathTest, anOverflowEndsTheProcess) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

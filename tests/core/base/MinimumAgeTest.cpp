@@ -1,13 +1,12 @@
 #include "core/base/values/MinimumAge.h"
 
 #include "core/base/values/Calendar.h"
+#include "tests/support/Testing.h"
 #include "tests/support/TimeZone.h"
-
-#include <gtest/gtest.h>
 
 #include <limits>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 // A moment and a number of days so that a change of the clocks lies close to one or both ends.
@@ -26,7 +25,7 @@ class MinimumAgeByCalendar : public testing::TestWithParam<Moment> {};
 // Held against the calendar's own answer every few minutes around the threshold.
 TEST_P(MinimumAgeByCalendar, agreesWithTheCalendar) {
   const auto& moment = GetParam();
-  test::inTimeZone(moment.zone, [&] {
+  inTimeZone(moment.zone, [&] {
     const Date now = dateFromUnix(moment.now, 250'000'000);
     MinimumAge age(moment.days, now);
     for (std::int64_t seconds = -3 * 86400; seconds <= 3 * 86400; seconds += 619) {
@@ -39,20 +38,19 @@ TEST_P(MinimumAgeByCalendar, agreesWithTheCalendar) {
   });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Zones, MinimumAgeByCalendar,
-    testing::Values(Moment{"no change of the clocks", "UTC", 1'750'000'000, 30},
-                    Moment{"Berlin, day after spring", "Europe/Berlin", 1'743'379'200, 1},
-                    Moment{"Berlin, month over spring", "Europe/Berlin", 1'745'000'000, 30},
-                    Moment{"Berlin, ends in the repeated hour", "Europe/Berlin", 1'761'437'400, 30},
-                    Moment{"Berlin, begins in the repeated hour", "Europe/Berlin", 1'762'133'400, 8},
-                    Moment{"New York, begins in the missing hour", "America/New_York", 1'743'574'800, 24},
-                    Moment{"New York, year to the missing hour", "America/New_York", 1'741'503'600, 364},
-                    Moment{"Lord Howe, half an hour", "Australia/Lord_Howe", 1'743'865'200, 7},
-                    Moment{"Apia, a day that never was", "Pacific/Apia", 1'325'500'000, 3},
-                    Moment{"today", "Europe/Berlin", 1'745'000'000, 0},
-                    Moment{"in the future", "Europe/Berlin", 1'745'000'000, -2},
-                    Moment{"before 1970", "Europe/Berlin", 1'745'000'000, 30'000}));
+INSTANTIATE_TEST_SUITE_P(Zones, MinimumAgeByCalendar,
+                         Values(Moment{"no change of the clocks", "UTC", 1'750'000'000, 30},
+                                Moment{"Berlin, day after spring", "Europe/Berlin", 1'743'379'200, 1},
+                                Moment{"Berlin, month over spring", "Europe/Berlin", 1'745'000'000, 30},
+                                Moment{"Berlin, ends in the repeated hour", "Europe/Berlin", 1'761'437'400, 30},
+                                Moment{"Berlin, begins in the repeated hour", "Europe/Berlin", 1'762'133'400, 8},
+                                Moment{"New York, begins in the missing hour", "America/New_York", 1'743'574'800, 24},
+                                Moment{"New York, year to the missing hour", "America/New_York", 1'741'503'600, 364},
+                                Moment{"Lord Howe, half an hour", "Australia/Lord_Howe", 1'743'865'200, 7},
+                                Moment{"Apia, a day that never was", "Pacific/Apia", 1'325'500'000, 3},
+                                Moment{"today", "Europe/Berlin", 1'745'000'000, 0},
+                                Moment{"in the future", "Europe/Berlin", 1'745'000'000, -2},
+                                Moment{"before 1970", "Europe/Berlin", 1'745'000'000, 30'000}));
 
 TEST(MinimumAge, countsWholeDays) {
   const Date now = dateFromUnix(1'750'000'000);
@@ -74,4 +72,4 @@ TEST(MinimumAge, standsAnyNumber) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test
