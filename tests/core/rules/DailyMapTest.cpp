@@ -2,32 +2,12 @@
 
 #include "core/map/records/MapSnapshot.h"
 #include "core/map/services/SnapshotStore.h"
-#include "core/platform/NotificationCenter.h"
-#include "core/platform/Volume.h"
 #include "core/tasks/MapTask.h"
+#include "tests/support/RecordingCenter.h"
 #include "tests/support/TaskFixture.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace orvane::test {
 namespace {
-
-class NotingCenter : public NotificationCenter {
- public:
-  bool requestAuthorization() override { return true; }
-  void post(const Notification& notification) override { bodies.push_back(notification.body); }
-  void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override {}
-  std::vector<std::string> bodies;
-};
-
-class FillingVolume : public Volume {
- public:
-  [[nodiscard]] std::optional<VolumeCapacity> capacity(const FileUrl& /*location*/) const override {
-    return VolumeCapacity{.totalBytes = 10'000, .availableBytes = free};
-  }
-  std::int64_t free = 500;
-};
 
 class DailyMap : public TaskFixture {
  public:
@@ -49,9 +29,9 @@ class DailyMap : public TaskFixture {
 
   SnapshotStore store{tree.path(".local/share/orvane/map.db"), preferences};
   TaskServices tasks = taskServices();
-  FillingVolume volume;
+  SmallVolume volume;
   MapServices maps{.tasks = tasks, .snapshots = store, .volume = volume};
-  NotingCenter center;
+  RecordingCenter center;
   int lowered = 0;
 };
 
@@ -60,7 +40,7 @@ TEST_F(DailyMap, isMadeOnceADayAtALowerPriority) {
   run();
   EXPECT_EQ(remembered(), 1U);
   EXPECT_GE(lowered, 1);
-  EXPECT_TRUE(center.bodies.empty());
+  EXPECT_TRUE(center.posted.empty());
 }
 
 TEST_F(DailyMap, isNotMadeWhileNothingIsToBeRemembered) {
@@ -73,9 +53,9 @@ TEST_F(DailyMap, isNotMadeWhileNothingIsToBeRemembered) {
 TEST_F(DailyMap, warnsOfADiskThatIsSoonFullWithWhatGrew) {
   rememberEarlierMap();
   run();
-  ASSERT_EQ(center.bodies.size(), 1U);
-  EXPECT_THAT(center.bodies[0], testing::HasSubstr(": 6."));
-  EXPECT_THAT(center.bodies[0], testing::HasSubstr("Videos (+"));
+  ASSERT_EQ(center.posted.size(), 1U);
+  EXPECT_THAT(center.posted[0].body, HasSubstr(": 6."));
+  EXPECT_THAT(center.posted[0].body, HasSubstr("Videos (+"));
   EXPECT_TRUE(store.warned().has_value());
 }
 
@@ -83,14 +63,14 @@ TEST_F(DailyMap, warnsAgainOnlyAfterThereWasRoom) {
   rememberEarlierMap();
   store.setWarned(ReferenceClock::now() - std::chrono::hours(24));
   run();
-  EXPECT_TRUE(center.bodies.empty());
+  EXPECT_TRUE(center.posted.empty());
   // Room again, another day.
   store.clear();
   rememberEarlierMap();
   store.setWarned(ReferenceClock::now() - std::chrono::hours(24));
   volume.free = 5000;
   run();
-  EXPECT_TRUE(center.bodies.empty());
+  EXPECT_TRUE(center.posted.empty());
   EXPECT_FALSE(store.warned().has_value());
 }
 

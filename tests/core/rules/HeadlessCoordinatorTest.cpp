@@ -1,34 +1,15 @@
 #include "core/organizer/tidy/AutoOrganizer.h"
-#include "core/platform/NotificationCenter.h"
-#include "core/platform/Volume.h"
 #include "core/rules/schedule/HeadlessCoordinator.h"
 #include "core/rules/schedule/ScheduleCoordinator.h"
 #include "core/rules/services/UserNotificationService.h"
+#include "tests/support/CleanupRules.h"
 #include "tests/support/MemoryPreferences.h"
+#include "tests/support/RecordingCenter.h"
 #include "tests/support/TaskFixture.h"
 #include "tests/support/TimeZone.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace orvane::test {
 namespace {
-
-class SilentCenter : public NotificationCenter {
- public:
-  bool requestAuthorization() override { return true; }
-  void post(const Notification& /*notification*/) override { ++posted; }
-  void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override { ++awaited; }
-  int posted = 0;
-  int awaited = 0;
-};
-
-class FixedVolume : public Volume {
- public:
-  [[nodiscard]] std::optional<VolumeCapacity> capacity(const FileUrl& /*location*/) const override {
-    return VolumeCapacity{.totalBytes = 100, .availableBytes = 50};
-  }
-};
 
 // One key of which cannot be written.
 class FailingPreferences : public MemoryPreferences {
@@ -44,11 +25,7 @@ class HeadlessCoordinatorTest : public TaskFixture {
  public:
   HeadlessCoordinatorTest() {
     for (const auto& rule : rules.getRules()) rules.toggleRule(rule.id, false);
-    CleanupRule rule;
-    rule.name = "Logs";
-    rule.trigger.fileExtensions = {"log"};
-    rule.action = RuleAction::moveToTrash();
-    rules.addOrUpdateRule(rule);
+    rules.addOrUpdateRule(ruleFor("Logs", {.fileExtensions = {{"log"}}}));
   }
   // A file that is long there.
   [[nodiscard]] std::string arrive(std::string_view name) const {
@@ -72,12 +49,12 @@ class HeadlessCoordinatorTest : public TaskFixture {
   }
 
   FailingPreferences stored;
-  SilentCenter center;
+  RecordingCenter center;
   std::string console;
   UserNotificationService notifications{center, [](std::string_view) {}};
   Date now = dateFromUnix(1'700'000'000);
   std::chrono::seconds waited{0};
-  FixedVolume volume;
+  SmallVolume volume;
   ScheduleCoordinator schedule{
       {.preferences = stored, .tasks = taskServices(), .notificationService = notifications, .now = [this] {
          return now;
@@ -98,17 +75,14 @@ class HeadlessCoordinatorTest : public TaskFixture {
 };
 
 TEST_F(HeadlessCoordinatorTest, namesTheRuleThatItLeavesOut) {
-  CleanupRule everything;
-  everything.name = "Everything";
-  everything.action = RuleAction::moveToTrash();
-  rules.addOrUpdateRule(everything);
+  rules.addOrUpdateRule(ruleFor("Everything", {}));
   const auto log = arrive("old.log");
   const auto picture = arrive("holiday.jpg");
   lastRun(std::chrono::hours(48));
   headless.carryOut();
   EXPECT_FALSE(exists(log));
   EXPECT_TRUE(exists(picture));
-  EXPECT_THAT(console, testing::StartsWith("Rule 'Everything' is left out: "));
+  EXPECT_THAT(console, StartsWith("Rule 'Everything' is left out: "));
 }
 
 TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
@@ -125,7 +99,7 @@ TEST_F(HeadlessCoordinatorTest, cleansWhenARunIsDueAndTidiesWhereThatIsOn) {
   EXPECT_FALSE(exists(picture));
   EXPECT_TRUE(exists(tree.path("Downloads/Sorted")));
   EXPECT_EQ(tidySettings.get().lastRunMovedCount, 1);
-  EXPECT_EQ(center.posted, 1);
+  EXPECT_EQ(center.posted.size(), 1U);
   EXPECT_EQ(center.awaited, 2);
   EXPECT_EQ(waited.count(), 0);
   EXPECT_EQ(console, "");

@@ -1,55 +1,12 @@
 #include "core/rules/services/LaunchAgentManager.h"
+#include "core/uninstaller/PropertyList.h"
 #include "platform/macos/LaunchdScheduler.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <plist/plist.h>
 #include <sys/stat.h>
-
-#include <cstdlib>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-// The value that a property-list parser reads at a key, in its own XML.
-std::string valueAt(const std::string& text, const char* key, int element = -1) {
-  plist_t list = nullptr;
-  plist_from_xml(text.data(), static_cast<std::uint32_t>(text.size()), &list);
-  const std::unique_ptr<void, decltype(&plist_free)> owner(list, plist_free);
-  plist_t node = list != nullptr ? plist_dict_get_item(list, key) : nullptr;
-  if (node != nullptr && element >= 0) node = plist_array_get_item(node, static_cast<std::uint32_t>(element));
-  if (node == nullptr) return "none";
-  switch (plist_get_node_type(node)) {
-    case PLIST_STRING: {
-      char* value = nullptr;
-      plist_get_string_val(node, &value);
-      std::string result(value);
-      std::free(value);  // as its documentation says; not every version has a function for it
-      return result;
-    }
-    case PLIST_UINT: {
-      std::uint64_t value = 0;
-      plist_get_uint_val(node, &value);
-      return std::to_string(value);
-    }
-    case PLIST_BOOLEAN: {
-      std::uint8_t value = 0;
-      plist_get_bool_val(node, &value);
-      return value != 0 ? "true" : "false";
-    }
-    case PLIST_ARRAY:
-      return "array of " + std::to_string(plist_array_get_size(node));
-    default:
-      return "something else";
-  }
-}
 
 class LaunchAgentManagerTest : public testing::Test {
  public:
@@ -67,30 +24,51 @@ class LaunchAgentManagerTest : public testing::Test {
   std::string plist = tree.path("Library/LaunchAgents/com.orvane.cleanup.plist");
 };
 
-TEST_F(LaunchAgentManagerTest, writesAPropertyListThatParses) {
-  const std::string executable = "/opt/A & B/<\"o'rvane\">\t/\xC3\xB6";
-  const auto text = manager.generatePlistContent(executable, Weekly{});
-  EXPECT_TRUE(text.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC ")) << text;
-  EXPECT_THAT(text,
-              HasSubstr("\n<plist version=\"1.0\">\n<dict>\n    <key>Label</key>\n    <string>com.orvane.cleanup</"));
-  EXPECT_THAT(text, HasSubstr("\n    <array>\n        <string>/opt/A &amp; B/"));
-  EXPECT_EQ(valueAt(text, "Label"), "com.orvane.cleanup");
-  EXPECT_EQ(valueAt(text, "ProgramArguments"), "array of 2");
-  EXPECT_EQ(valueAt(text, "ProgramArguments", 0), executable);
-  EXPECT_EQ(valueAt(text, "ProgramArguments", 1), "--scheduled-run");
-  EXPECT_EQ(valueAt(text, "StartInterval"), "604800");
-  EXPECT_EQ(valueAt(text, "RunAtLoad"), "false");
-  EXPECT_EQ(valueAt(text, "ProcessType"), "Background");
-  EXPECT_EQ(valueAt(text, "LowPriorityIO"), "true");
-  EXPECT_EQ(valueAt(text, "StandardOutPath"), tree.path("Library/Logs/Orvane/stdout.log"));
-  EXPECT_EQ(valueAt(text, "StandardErrorPath"), tree.path("Library/Logs/Orvane/stderr.log"));
+TEST_F(LaunchAgentManagerTest, writesTheGivenForm) {
+  EXPECT_EQ(manager.generatePlistContent("/opt/A & B/orvane", Weekly{}),
+            R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">
+<dict>
+    <key>Label</key>
+    <string>com.orvane.cleanup</string>
+    <key>ProgramArguments</key>
+    <array>
+        <string>/opt/A &amp; B/orvane</string>
+        <string>--scheduled-run</string>
+    </array>
+    <key>StartInterval</key>
+    <integer>604800</integer>
+    <key>RunAtLoad</key>
+    <false/>
+    <key>ProcessType</key>
+    <string>Background</string>
+    <key>LowPriorityIO</key>
+    <true/>
+    <key>StandardOutPath</key>
+    <string>)" + tree.path("Library/Logs/Orvane/stdout.log") +
+                R"(</string>
+    <key>StandardErrorPath</key>
+    <string>)" + tree.path("Library/Logs/Orvane/stderr.log") +
+                R"(</string>
+</dict>
+</plist>
+)");
+}
+
+TEST_F(LaunchAgentManagerTest, writesNamesOfAnyKindSoThatTheyParse) {
+  const std::string home = "/opt/A & B/<\"o'rvane\">\t/\xC3\xB6";
+  const auto list = PropertyList::parse(LaunchAgentManager(scheduler, home).generatePlistContent(home, Weekly{}));
+  ASSERT_TRUE(list);
+  EXPECT_EQ(list->text("Label"), "com.orvane.cleanup");
+  EXPECT_EQ(list->text("StandardOutPath"), home + "/Library/Logs/Orvane/stdout.log");
 }
 
 TEST_F(LaunchAgentManagerTest, startsAsOftenAsTheFrequencyAsks) {
   const std::vector<std::pair<ScheduleFrequency, std::string>> rows{
       {OnLowDiskSpace{10}, "900"}, {Daily{}, "86400"}, {Weekly{}, "604800"}, {Monthly{}, "2592000"}};
   for (const auto& [frequency, interval] : rows) {
-    EXPECT_EQ(valueAt(manager.generatePlistContent("/o", frequency), "StartInterval"), interval);
+    EXPECT_THAT(manager.generatePlistContent("/o", frequency), HasSubstr("<integer>" + interval + "</integer>"));
   }
 }
 
@@ -101,7 +79,7 @@ TEST_F(LaunchAgentManagerTest, installsLoadsAndRemoves) {
   manager.install("/usr/bin/orvane", Daily{});
   EXPECT_TRUE(manager.isInstalled());
   EXPECT_EQ(manager.plistFilePath(), plist);
-  EXPECT_EQ(valueAt(contentOf(plist), "StartInterval"), "86400");
+  EXPECT_EQ(contentOf(plist), manager.generatePlistContent("/usr/bin/orvane", Daily{}));
   EXPECT_TRUE(exists(manager.logsDirectory()));
   EXPECT_THAT(filesBelow(manager.launchAgentsDirectory()), ElementsAre("com.orvane.cleanup.plist"));
   manager.uninstall();

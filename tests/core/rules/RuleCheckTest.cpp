@@ -1,37 +1,18 @@
 #include "core/rules/BuiltInRuleTemplates.h"
 #include "core/rules/records/RuleCheck.h"
+#include "tests/support/CleanupRules.h"
 #include "tests/support/TemporaryTree.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-CleanupRule ruleFor(RuleTrigger trigger, RuleAction action = RuleAction::moveToTrash()) {
-  CleanupRule rule;
-  rule.name = "rule";
-  rule.trigger = std::move(trigger);
-  rule.action = std::move(action);
-  return rule;
-}
-
 std::vector<std::string_view> faultyPartsOf(const CleanupRule& rule) {
   std::vector<std::string_view> parts;
   for (const auto& problem : problemsWith(rule)) parts.push_back(problem.part);
   return parts;
 }
-
-struct TriggerCase {
-  const char* name;
-  RuleTrigger trigger;
-  bool isSound;
-};
 
 TEST(RuleCheck, refusesATriggerThatNarrowsNothing) {
   const TemporaryTree tree;
@@ -40,7 +21,7 @@ TEST(RuleCheck, refusesATriggerThatNarrowsNothing) {
   const ScopedEnvironment home("HOME", tree.path("link").c_str());
   const std::vector<ScanCategory> all(allScanCategories.begin(), allScanCategories.end());
   const std::vector<ScanCategory> allButManual(all.begin(), all.end() - 1);
-  const TriggerCase cases[] = {
+  const Rows<const char*, RuleTrigger, bool> rows{
       {"no condition", {}, false},
       {"empty texts and lists",
        {.folderPath = "",
@@ -66,31 +47,28 @@ TEST(RuleCheck, refusesATriggerThatNarrowsNothing) {
       {"an age", {.minimumAgeDays = 1}, true},
       {"a size", {.folderPath = "~", .minimumSizeBytes = 1}, true},
   };
-  for (const auto& row : cases) {
-    const auto rule = ruleFor(row.trigger);
-    if (row.isSound) {
-      EXPECT_THAT(faultyPartsOf(rule), IsEmpty()) << row.name;
-    } else {
-      EXPECT_THAT(faultyPartsOf(rule), ElementsAre(ruleConditionsPart)) << row.name;
-    }
-    EXPECT_EQ(refusalOf(rule).has_value(), !row.isSound) << row.name;
+  for (const auto& [name, trigger, isSound] : rows) {
+    const auto rule = ruleFor("rule", trigger);
+    const auto parts = isSound ? std::vector<std::string_view>() : std::vector<std::string_view>{ruleConditionsPart};
+    EXPECT_EQ(faultyPartsOf(rule), parts) << name;
+    EXPECT_EQ(refusalOf(rule).has_value(), !isSound) << name;
   }
 }
 
 TEST(RuleCheck, namesEachFaultyPart) {
-  auto rule = ruleFor({.folderPath = "Downloads",
-                       .fileExtensions = {{"pdf", "tar.gz", "*"}},
-                       .minimumAgeDays = -1,
-                       .minimumSizeBytes = -1},
-                      RuleAction::moveToFolder(""));
-  rule.name = " \n";
+  const auto rule = ruleFor(" \n",
+                            {.folderPath = "Downloads",
+                             .fileExtensions = {{"pdf", "tar.gz", "*"}},
+                             .minimumAgeDays = -1,
+                             .minimumSizeBytes = -1},
+                            RuleAction::moveToFolder(""));
   EXPECT_THAT(faultyPartsOf(rule), ElementsAre(ruleNamePart, "folderPath", "fileExtensions", "minimumAgeDays",
                                                "minimumSizeBytes", ruleDestinationPart));
   EXPECT_EQ(refusalOf(rule)->part, "folderPath") << "nobody is hindered by a name";
-  EXPECT_THAT(faultyPartsOf(
-                  ruleFor({.folderPath = std::string("/a\0b", 4)}, RuleAction::moveToFolder(std::string("~/a\0b", 5)))),
+  EXPECT_THAT(faultyPartsOf(ruleFor("rule", {.folderPath = std::string("/a\0b", 4)},
+                                    RuleAction::moveToFolder(std::string("~/a\0b", 5)))),
               ElementsAre("folderPath", ruleDestinationPart));
-  EXPECT_THAT(faultyPartsOf(ruleFor({.fileExtensions = {{"pdf", ""}}})), ElementsAre("fileExtensions"));
+  EXPECT_THAT(faultyPartsOf(ruleFor("rule", {.fileExtensions = {{"pdf", ""}}})), ElementsAre("fileExtensions"));
 }
 
 TEST(RuleCheck, findsTheBuiltInRulesSound) {

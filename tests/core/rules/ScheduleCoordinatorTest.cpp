@@ -1,38 +1,22 @@
 #include "core/base/text/Json.h"
-#include "core/platform/NotificationCenter.h"
 #include "core/rules/ScheduleCandidates.h"
 #include "core/rules/schedule/ScheduleCoordinator.h"
 #include "core/rules/services/UserNotificationService.h"
+#include "tests/support/CleanupRules.h"
+#include "tests/support/RecordingCenter.h"
 #include "tests/support/TaskFixture.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
-
-class RecordingCenter : public NotificationCenter {
- public:
-  bool requestAuthorization() override { return true; }
-  void post(const Notification& notification) override { bodies.push_back(notification.body); }
-  void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override {}
-  std::vector<std::string> bodies;
-};
-
 class ScheduleCoordinatorTest : public TaskFixture {
  public:
   ScheduleCoordinatorTest() {
     rules.resetToDefaults();
     for (const auto& rule : rules.getRules()) rules.toggleRule(rule.id, false);
-    CleanupRule rule;
-    rule.name = "Logs";
-    rule.trigger.fileExtensions = {"log"};
-    rule.action = RuleAction::moveToTrash();
+    const auto rule = ruleFor("Logs", {.fileExtensions = {{"log"}}});
     rules.addOrUpdateRule(rule);
     ruleId = rule.id;
   }
@@ -56,7 +40,8 @@ TEST_F(ScheduleCoordinatorTest, runsNotesTheTimeAndTellsOfIt) {
   EXPECT_EQ(summary.bytesReclaimed, 7);
   EXPECT_FALSE(exists(file));
   EXPECT_EQ(coordinator.getSettings().lastRunDate, now);
-  EXPECT_THAT(center.bodies, ElementsAre("Reclaimed 7 bytes across 1 files. Tap to view details or undo."));
+  ASSERT_EQ(center.posted.size(), 1U);
+  EXPECT_EQ(center.posted[0].body, "Reclaimed 7 bytes across 1 files. Tap to view details or undo.");
   EXPECT_FALSE(coordinator.isRunDue(std::nullopt));
   EXPECT_EQ(journal->restoreRun(summary.batchId).restoredCount, 1);
 }
@@ -82,32 +67,13 @@ TEST_F(ScheduleCoordinatorTest, asksOnceAndMovesWhatWasShown) {
   EXPECT_EQ(asked, 2);
 }
 
-TEST_F(ScheduleCoordinatorTest, carriesOutNoRuleThatWouldTakeEverything) {
-  const auto file = tree.file("Downloads/old.log");
-  rules.toggleRule(ruleId, false);
-  CleanupRule all;
-  all.name = "All";
-  all.action = RuleAction::moveToTrash();
-  rules.addOrUpdateRule(all);
-  EXPECT_EQ(coordinator.executeScheduledRun().itemsProcessed, 0);
-  EXPECT_TRUE(exists(file));
-}
-
-TEST_F(ScheduleCoordinatorTest, seesTheRunOfAnotherProcess) {
-  coordinator.changeSettings([](ScheduleSettings& settings) { settings.isEnabled = true; });
-  auto stored = coordinator.getSettings();
-  stored.lastRunDate = now;
-  preferences.setValue(ScheduleCoordinator::storageKey, stored.toJson());
-  EXPECT_FALSE(coordinator.isRunDue(std::nullopt));
-}
-
 TEST_F(ScheduleCoordinatorTest, leavesEverythingWithoutAnEnabledRule) {
   const auto file = tree.file("Downloads/old.log");
   rules.toggleRule(ruleId, false);
   EXPECT_EQ(coordinator.executeScheduledRun().itemsProcessed, 0);
   EXPECT_TRUE(exists(file));
   EXPECT_FALSE(coordinator.getSettings().lastRunDate);
-  EXPECT_TRUE(center.bodies.empty());
+  EXPECT_TRUE(center.posted.empty());
 }
 
 TEST_F(ScheduleCoordinatorTest, startsWithTheDefaultsWhereTheStoredOnesAreDamaged) {

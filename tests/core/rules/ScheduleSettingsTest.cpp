@@ -1,23 +1,15 @@
 #include "core/base/text/Json.h"
 #include "core/rules/records/ScheduleSettings.h"
+#include "tests/support/Testing.h"
 #include "tests/support/TimeZone.h"
-
-#include <gtest/gtest.h>
 
 namespace orvane::test {
 namespace {
 
-struct DueCase {
-  const char* name;
-  bool isEnabled;
-  ScheduleFrequency frequency;
-  std::optional<std::int64_t> daysAgo;  // of the last run
-  std::optional<std::int64_t> freeBytes;
-  bool isDue;
-};
-
 TEST(ScheduleSettingsTest, knowsWhenARunIsDue) {
-  const DueCase cases[] = {
+  using Optional = std::optional<std::int64_t>;
+  // switched on, how often, days since the last run, free bytes, due
+  const Rows<const char*, bool, ScheduleFrequency, Optional, Optional, bool> rows{
       {"switched off", false, Weekly{}, {}, {}, false},
       {"never run", true, Weekly{}, {}, {}, true},
       {"daily, today", true, Daily{}, 0, {}, false},
@@ -34,12 +26,12 @@ TEST(ScheduleSettingsTest, knowsWhenARunIsDue) {
   };
   const auto now = dateFromUnix(1700000000);
   inTimeZone("UTC", [&] {
-    for (const auto& row : cases) {
+    for (const auto& [name, isEnabled, frequency, daysAgo, freeBytes, isDue] : rows) {
       ScheduleSettings settings;
-      settings.isEnabled = row.isEnabled;
-      settings.frequency = row.frequency;
-      if (row.daysAgo) settings.lastRunDate = dateFromUnix(1700000000 - *row.daysAgo * 86400);
-      EXPECT_EQ(settings.isRunDue(row.freeBytes, now), row.isDue) << row.name;
+      settings.isEnabled = isEnabled;
+      settings.frequency = frequency;
+      if (daysAgo) settings.lastRunDate = dateFromUnix(1700000000 - *daysAgo * 86400);
+      EXPECT_EQ(settings.isRunDue(freeBytes, now), isDue) << name;
     }
   });
 }

@@ -1,32 +1,13 @@
-#include "core/platform/NotificationCenter.h"
 #include "core/rules/services/UserNotificationService.h"
-
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <string>
-#include <vector>
+#include "tests/support/RecordingCenter.h"
+#include "tests/support/Testing.h"
 
 namespace orvane::test {
 namespace {
 
-struct Center : NotificationCenter {
-  bool requestAuthorization() override {
-    if (fails) throw std::runtime_error("no service");
-    return true;
-  }
-  void post(const Notification& notification) override {
-    if (fails) throw std::runtime_error("no service");
-    posted.push_back(notification);
-  }
-  void awaitAnswers(std::chrono::milliseconds /*limit*/) noexcept override {}
-  bool fails = false;
-  std::vector<Notification> posted;
-};
-
 class UserNotificationServiceTest : public testing::Test {
  public:
-  Center center;
+  RecordingCenter center;
   std::string console;
   UserNotificationService service{center, [this](std::string_view line) { console += line; }};
 };
