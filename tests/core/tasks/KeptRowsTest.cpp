@@ -11,17 +11,11 @@
 #include "core/tasks/TrashTask.h"
 #include "core/tasks/UninstallTask.h"
 #include "tests/core/uninstaller/UninstallerFixture.h"
+#include "tests/support/CleanupRules.h"
 #include "tests/support/TaskFixture.h"
-
-#include <gmock/gmock.h>
-
-#include <functional>
 
 namespace orvane::test {
 namespace {
-
-using testing::HasSubstr;
-using testing::UnorderedElementsAre;
 
 constexpr double tenDays = 864000;
 
@@ -41,69 +35,38 @@ class KeptTaskTest : public TaskFixture {
   const ScopedEnvironment m_home{"HOME", tree.path().c_str()};
 };
 
-struct TaskRow {
-  const char* name;
-  std::optional<Proposal> (*propose)(const TaskServices& services, const TemporaryTree& tree);
-};
-void PrintTo(const TaskRow& row, std::ostream* out) {
-  *out << row.name;
-}
-class KeptRowsTest : public KeptTaskTest, public testing::WithParamInterface<TaskRow> {};
-
-TEST_P(KeptRowsTest, areInNoProposalAndCounted) {
+TEST_F(KeptTaskTest, keptRowsAreInNoProposalAndCounted) {
   keep("~/Downloads/kept.*");
-  const auto proposal = GetParam().propose(taskServices(), tree);
-  ASSERT_TRUE(proposal);
-  EXPECT_THAT(rowsOf(*proposal), UnorderedElementsAre("Downloads/free.log"));
-  const auto* notice = firstNotice<RowsKept>(proposal->notices());
-  ASSERT_NE(notice, nullptr);
-  EXPECT_EQ(notice->rows, (RowSum{1, 7}));
+  const auto services = taskServices();
+  const auto folder = tree.url("Downloads");
+  RulesWish rulesWish{.rules = {ruleFor("Logs", {.fileExtensions = {{"log"}}})}, .boundary = roots()};
+  auto scheduledWish = rulesWish;
+  scheduledWish.files = RuleFiles::scheduled;
+  CleaningPlanStep step;
+  step.targetFolder = "~/Downloads";
+  step.filter = {.extensions = std::vector<std::string>{"log"}};
+  step.action = PlannedAction::trash;
+  CleaningPlan plan;
+  plan.userGoal = "goal";
+  plan.steps = {step};
+  const auto now = ReferenceClock::now();
+  const Rows<const char*, std::optional<Proposal>> proposals{
+      {"clean", proposeClean(services, {.folders = {folder}})},
+      {"rules", proposeRules(services, rulesWish)},
+      {"scheduled rules", proposeRules(services, scheduledWish)},
+      {"plan", proposePlan(services, plan, PlanReach::boundary, now)},
+      {"organize", proposeOrganize(services, {.folder = folder}, now)},
+      {"tidy", proposeTidy(services, {.folders = {folder}}, now)},
+  };
+  for (const auto& [task, proposal] : proposals) {
+    SCOPED_TRACE(task);
+    ASSERT_TRUE(proposal);
+    EXPECT_THAT(rowsOf(*proposal), UnorderedElementsAre("Downloads/free.log"));
+    const auto* notice = firstNotice<RowsKept>(proposal->notices());
+    ASSERT_NE(notice, nullptr);
+    EXPECT_EQ(notice->rows, (RowSum{1, 7}));
+  }
 }
-
-CleanupRule logsRule() {
-  CleanupRule rule;
-  rule.name = "Logs";
-  rule.trigger.fileExtensions = {"log"};
-  rule.action = RuleAction::moveToTrash();
-  return rule;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Tasks, KeptRowsTest,
-    testing::Values(TaskRow{"clean",
-                            [](const TaskServices& services, const TemporaryTree& tree) {
-                              return proposeClean(services, {.folders = {tree.url("Downloads")}});
-                            }},
-                    TaskRow{"rules",
-                            [](const TaskServices& services, const TemporaryTree& tree) {
-                              return proposeRules(
-                                  services, {.rules = {logsRule()}, .boundary = Boundary({tree.url("Downloads")})});
-                            }},
-                    TaskRow{"scheduled rules",
-                            [](const TaskServices& services, const TemporaryTree& tree) {
-                              return proposeRules(services, {.rules = {logsRule()},
-                                                             .boundary = Boundary({tree.url("Downloads")}),
-                                                             .files = RuleFiles::scheduled});
-                            }},
-                    TaskRow{"plan",
-                            [](const TaskServices& services, const TemporaryTree&) {
-                              CleaningPlanStep step;
-                              step.targetFolder = "~/Downloads";
-                              step.filter = {.extensions = std::vector<std::string>{"log"}};
-                              step.action = PlannedAction::trash;
-                              CleaningPlan plan;
-                              plan.userGoal = "goal";
-                              plan.steps = {step};
-                              return proposePlan(services, plan, PlanReach::boundary, ReferenceClock::now());
-                            }},
-                    TaskRow{"organize",
-                            [](const TaskServices& services, const TemporaryTree& tree) {
-                              return proposeOrganize(services, {.folder = tree.url("Downloads")},
-                                                     ReferenceClock::now());
-                            }},
-                    TaskRow{"tidy", [](const TaskServices& services, const TemporaryTree& tree) {
-                              return proposeTidy(services, {.folders = {tree.url("Downloads")}}, ReferenceClock::now());
-                            }}));
 
 TEST_F(KeptTaskTest, aScanCountsWhatIsHeldBack) {
   keep("kept.log");

@@ -3,19 +3,10 @@
 #include "core/base/text/Json.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
-#include <map>
-
 namespace orvane::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Pair;
-using testing::UnorderedElementsAre;
 
 class OrganizeTaskTest : public TaskFixture {
  public:

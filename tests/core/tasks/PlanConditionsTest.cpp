@@ -5,54 +5,34 @@
 #include "core/tasks/RequestPresets.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
-
-struct ChangeCase {
-  const char* name;
-  RuleTrigger later;
-  bool narrows;
-};
 const RuleTrigger earlier{.folderPath = "/home/user/Downloads",
                           .fileExtensions = {{"png", "jpg"}},
                           .categories = {{ScanCategory::screenshots}},
                           .minimumAgeDays = 30};
 
-RuleTrigger with(void (*change)(RuleTrigger&)) {
-  auto trigger = earlier;
-  change(trigger);
-  return trigger;
+TEST(ChangedConditions, areWiderWhereOneFileMoreCouldFit) {
+  const Rows<const char*, void (*)(RuleTrigger&), bool> rows{
+      {"older", [](RuleTrigger& later) { later.minimumAgeDays = 60; }, true},
+      {"younger", [](RuleTrigger& later) { later.minimumAgeDays = 29; }, false},
+      {"any age", [](RuleTrigger& later) { later.minimumAgeDays.reset(); }, false},
+      {"a size as well", [](RuleTrigger& later) { later.minimumSizeBytes = 1; }, true},
+      {"fewer extensions", [](RuleTrigger& later) { later.fileExtensions = {{"png"}}; }, true},
+      {"another extension", [](RuleTrigger& later) { later.fileExtensions->back() = "pdf"; }, false},
+      {"any extension", [](RuleTrigger& later) { later.fileExtensions.reset(); }, false},
+      {"an empty list", [](RuleTrigger& later) { later.fileExtensions->clear(); }, false},
+      {"any category", [](RuleTrigger& later) { later.categories.reset(); }, false},
+      {"another folder", [](RuleTrigger& later) { later.folderPath = "/home/user/Desktop"; }, false},
+      {"a name as well", [](RuleTrigger& later) { later.namePattern = "Screen"; }, true},
+  };
+  for (const auto& [name, change, narrows] : rows) {
+    auto later = earlier;
+    change(later);
+    EXPECT_EQ(onlyNarrows(earlier, later), narrows) << name;
+  }
 }
-
-class ChangedConditions : public testing::TestWithParam<ChangeCase> {};
-
-TEST_P(ChangedConditions, areWiderWhereOneFileMoreCouldFit) {
-  SCOPED_TRACE(GetParam().name);
-  EXPECT_EQ(onlyNarrows(earlier, GetParam().later), GetParam().narrows);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Changes, ChangedConditions,
-    testing::Values(
-        ChangeCase{"older", with([](RuleTrigger& later) { later.minimumAgeDays = 60; }), true},
-        ChangeCase{"younger", with([](RuleTrigger& later) { later.minimumAgeDays = 29; }), false},
-        ChangeCase{"any age", with([](RuleTrigger& later) { later.minimumAgeDays.reset(); }), false},
-        ChangeCase{"a size as well", with([](RuleTrigger& later) { later.minimumSizeBytes = 1; }), true},
-        ChangeCase{"fewer extensions", with([](RuleTrigger& later) { later.fileExtensions = {{"png"}}; }), true},
-        ChangeCase{"another extension", with([](RuleTrigger& later) {
-                     later.fileExtensions = {{"png", "pdf"}};
-                   }),
-                   false},
-        ChangeCase{"any extension", with([](RuleTrigger& later) { later.fileExtensions.reset(); }), false},
-        ChangeCase{"an empty list", with([](RuleTrigger& later) { later.fileExtensions.emplace().clear(); }), false},
-        ChangeCase{"any category", with([](RuleTrigger& later) { later.categories.reset(); }), false},
-        ChangeCase{"another folder", with([](RuleTrigger& later) { later.folderPath = "/home/user/Desktop"; }), false},
-        ChangeCase{"a name as well", with([](RuleTrigger& later) { later.namePattern = "Screen"; }), true}));
 
 class PlanConditionsTask : public TaskFixture {
  public:

@@ -4,15 +4,9 @@
 #include "core/plans/CleaningPlanSchema.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 using Why = FolderLeftOut::Why;
 
 CleaningPlanStep stepFor(std::string folder, PlannedAction action, CleaningFilter filter = {.minimumSizeBytes = 0}) {
@@ -56,38 +50,32 @@ class PlanTaskTest : public TaskFixture {
   const ScopedEnvironment m_home{"HOME", tree.path().c_str()};
 };
 
-struct Standing {
-  PlannedAction action;
-  const char* file;
-  Choice choice;
-  Lock lock;
-};
-void PrintTo(const Standing& standing, std::ostream* out) {
-  *out << rawValue(standing.action) << " of " << standing.file;
+TEST_F(PlanTaskTest, rowsStandByActionAndLabel) {
+  const Rows<PlannedAction, const char*, Choice, Lock> rows{
+      {PlannedAction::move, "safe.log", Choice::selected, Lock::none},
+      {PlannedAction::move, "Screenshot 1.png", Choice::selected, Lock::none},
+      {PlannedAction::move, "manual.txt", Choice::selected, Lock::none},
+      {PlannedAction::trash, "safe.log", Choice::selected, Lock::none},
+      {PlannedAction::trash, "Screenshot 1.png", Choice::unselected, Lock::none},
+      {PlannedAction::trash, "manual.txt", Choice::locked, Lock::manualLabel},
+      {PlannedAction::review, "safe.log", Choice::locked, Lock::listedOnly},
+      {PlannedAction::review, "Screenshot 1.png", Choice::locked, Lock::listedOnly},
+      {PlannedAction::review, "manual.txt", Choice::locked, Lock::listedOnly},
+  };
+  for (const auto& [action, name, choice, lock] : rows) {
+    SCOPED_TRACE(std::string(rawValue(action)) + " of " + name);
+    const auto file = tree.file("Downloads/" + std::string(name));
+    setAge(file, 60 * 86400.0);
+    auto step = stepFor("~/Downloads", action);
+    if (action == PlannedAction::move) step.destinationFolder = "~/Downloads/Sorted";
+    const auto proposal = propose({step});
+    ASSERT_EQ(proposal.size(), 1U);
+    EXPECT_EQ(proposal.row(0).choice, choice);
+    EXPECT_EQ(proposal.row(0).lock, lock);
+    EXPECT_TRUE(proposal.row(0).item.identity());
+    std::filesystem::remove(file);
+  }
 }
-class PlanRow : public PlanTaskTest, public testing::WithParamInterface<Standing> {};
-
-TEST_P(PlanRow, standsByActionAndLabel) {
-  setAge(tree.file("Downloads/" + std::string(GetParam().file)), 60 * 86400.0);
-  auto step = stepFor("~/Downloads", GetParam().action);
-  if (step.action == PlannedAction::move) step.destinationFolder = "~/Downloads/Sorted";
-  const auto proposal = propose({step});
-  ASSERT_EQ(proposal.size(), 1U);
-  EXPECT_EQ(proposal.row(0).choice, GetParam().choice);
-  EXPECT_EQ(proposal.row(0).lock, GetParam().lock);
-  EXPECT_TRUE(proposal.row(0).item.identity());
-}
-INSTANTIATE_TEST_SUITE_P(
-    Table, PlanRow,
-    testing::Values(Standing{PlannedAction::move, "safe.log", Choice::selected, Lock::none},
-                    Standing{PlannedAction::move, "Screenshot 1.png", Choice::selected, Lock::none},
-                    Standing{PlannedAction::move, "manual.txt", Choice::selected, Lock::none},
-                    Standing{PlannedAction::trash, "safe.log", Choice::selected, Lock::none},
-                    Standing{PlannedAction::trash, "Screenshot 1.png", Choice::unselected, Lock::none},
-                    Standing{PlannedAction::trash, "manual.txt", Choice::locked, Lock::manualLabel},
-                    Standing{PlannedAction::review, "safe.log", Choice::locked, Lock::listedOnly},
-                    Standing{PlannedAction::review, "Screenshot 1.png", Choice::locked, Lock::listedOnly},
-                    Standing{PlannedAction::review, "manual.txt", Choice::locked, Lock::listedOnly}));
 
 TEST_F(PlanTaskTest, everyFileGoesWhereItWasShownToGo) {
   tree.file("Downloads/report.pdf");

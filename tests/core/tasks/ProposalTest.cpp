@@ -2,14 +2,8 @@
 #include "core/tasks/TrashTask.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace orvane::test {
 namespace {
-
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 class ProposalTest : public TaskFixture {
  public:
@@ -29,16 +23,16 @@ TEST_F(ProposalTest, onlyRowsThatWereChosenAndCanBeAreApproved) {
     builder.add(FileItem(std::move(fields)), {choice, choice == Choice::locked ? Lock::manualLabel : Lock::none});
   }
   const auto proposal = builder.take();
-  EXPECT_THAT(proposal.approve().rows(), testing::ElementsAre(0, 3));
+  EXPECT_THAT(proposal.approve().rows(), ElementsAre(0, 3));
   auto selection = proposal.selection();
   EXPECT_EQ(selection.count(), 2);
   EXPECT_EQ(selection.bytes(), 10);
   selection.selectAll();
-  EXPECT_THAT(proposal.approve(selection).rows(), testing::ElementsAre(0, 1, 3));
+  EXPECT_THAT(proposal.approve(selection).rows(), ElementsAre(0, 1, 3));
   // A selection of something else lets nothing in that is locked or not there.
   Selection foreign;
   for (int i = 0; i < 9; ++i) foreign.append(Choice::selected, 1);
-  EXPECT_THAT(proposal.approve(foreign).rows(), testing::ElementsAre(0, 1, 3));
+  EXPECT_THAT(proposal.approve(foreign).rows(), ElementsAre(0, 1, 3));
   EXPECT_THAT(proposal.approve(Selection()).rows(), IsEmpty());
 }
 
@@ -50,7 +44,7 @@ TEST_F(ProposalTest, aGroupThatKeepsOneKeepsOne) {
     fields.url = tree.url("Downloads/" + std::to_string(i));
     builder.add(FileItem(std::move(fields)), {Choice::selected, Lock::none, group});
   }
-  EXPECT_THAT(builder.take().approve().rows(), testing::ElementsAre(1, 2));
+  EXPECT_THAT(builder.take().approve().rows(), ElementsAre(1, 2));
 }
 
 TEST_F(ProposalTest, whatIsNotTheItemThatWasShownStays) {

@@ -5,17 +5,10 @@
 #include "core/tasks/TrashTask.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 
 namespace orvane::test {
 namespace {
-
-using testing::Each;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 class RestoreTask : public TaskFixture {
  public:
@@ -47,7 +40,7 @@ TEST_F(RestoreTask, bringsBackExactlyWhatWasApproved) {
   EXPECT_FALSE(isRestored());
 
   const auto rest = proposeRestore(taskServices(), {run});
-  ASSERT_EQ(rest.size(), 1U);
+  EXPECT_EQ(rest.size(), 1U);
   EXPECT_EQ(carryOut(taskServices(), rest.approve()).moved(), 1);
   EXPECT_TRUE(isRestored());
   // All of it again.

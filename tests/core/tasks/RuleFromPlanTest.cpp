@@ -8,51 +8,35 @@
 #include "core/tasks/RulesTask.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace orvane::test {
 namespace {
-
-using testing::HasSubstr;
-using testing::UnorderedElementsAre;
 
 CleaningPlan planned(const char* prompt) {
   return OfflineHeuristicParser().parse(prompt);
 }
 
-struct PlannedRule {
-  const char* prompt;
-  const char* trigger;
-  const char* action;
-};
-void PrintTo(const PlannedRule& rule, std::ostream* out) {
-  *out << rule.prompt;
+TEST(RuleOfPlan, hasTheFilterOfThePlan) {
+  const Rows<const char*, const char*, const char*> rows{
+      {"clean screenshots on my desktop",
+       R"({"folderPath":"~/Desktop/","fileExtensions":["png","jpg","jpeg"],"categories":["screenshots"],)"
+       R"("minimumAgeDays":30})",
+       "moveToTrash"},
+      {"delete logs older than a week", R"({"folderPath":"~/Library/Logs/","categories":["logs"],"minimumAgeDays":7})",
+       "moveToTrash"},
+      {"find files over 2 gb in documents",
+       R"({"folderPath":"~/Documents/","categories":["largeFiles"],"minimumSizeBytes":2147483648})", "reviewOnly"},
+  };
+  for (const auto& [prompt, trigger, action] : rows) {
+    SCOPED_TRACE(prompt);
+    const auto rule = std::get<CleanupRule>(ruleFromPlan(planned(prompt), "Mine"));
+    EXPECT_EQ(jsonText(rule.trigger.toJson()), trigger);
+    EXPECT_EQ(rawValue(rule.action.type()), action);
+    EXPECT_EQ(rule.name, "Mine");
+    EXPECT_TRUE(rule.isEnabled);
+    EXPECT_FALSE(rule.isBuiltIn);
+    EXPECT_TRUE(problemsWith(rule).empty());
+  }
 }
-class RuleOfPlan : public testing::TestWithParam<PlannedRule> {};
-
-TEST_P(RuleOfPlan, hasTheFilterOfThePlan) {
-  const auto made = ruleFromPlan(planned(GetParam().prompt), "Mine");
-  const auto& rule = std::get<CleanupRule>(made);
-  EXPECT_EQ(jsonText(rule.trigger.toJson()), GetParam().trigger);
-  EXPECT_EQ(rawValue(rule.action.type()), GetParam().action);
-  EXPECT_EQ(rule.name, "Mine");
-  EXPECT_TRUE(rule.isEnabled);
-  EXPECT_FALSE(rule.isBuiltIn);
-  EXPECT_TRUE(problemsWith(rule).empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Plans, RuleOfPlan,
-    testing::Values(
-        PlannedRule{"clean screenshots on my desktop",
-                    R"({"folderPath":"~/Desktop/","fileExtensions":["png","jpg","jpeg"],"categories":["screenshots"],)"
-                    R"("minimumAgeDays":30})",
-                    "moveToTrash"},
-        PlannedRule{"delete logs older than a week",
-                    R"({"folderPath":"~/Library/Logs/","categories":["logs"],"minimumAgeDays":7})", "moveToTrash"},
-        PlannedRule{"find files over 2 gb in documents",
-                    R"({"folderPath":"~/Documents/","categories":["largeFiles"],"minimumSizeBytes":2147483648})",
-                    "reviewOnly"}));
 
 TEST(RuleOfPlan, saysWhyThereIsNone) {
   const auto reason = [](const CleaningPlan& plan) { return std::get<RuleProblem>(ruleFromPlan(plan, "Mine")).text; };
@@ -86,9 +70,8 @@ TEST_F(RuleFromPlanTask, takesWhatThePlanTakesAndNothingOfANeighbour) {
   const auto byPlan = proposePlan(services, plan, PlanReach::boundary, ReferenceClock::now());
   const auto byRule =
       proposeRules(services, {.rules = {std::get<CleanupRule>(made)}, .boundary = Boundary(grantedFolders(services))});
-  const auto all = [](const ProposedRow&) { return true; };
-  EXPECT_THAT(rowsOf(*byPlan, all), UnorderedElementsAre("Downloads/setup.dmg"));
-  EXPECT_EQ(rowsOf(*byRule, all), rowsOf(*byPlan, all));
+  EXPECT_THAT(rowsOf(*byPlan), UnorderedElementsAre("Downloads/setup.dmg"));
+  EXPECT_EQ(rowsOf(*byRule), rowsOf(*byPlan));
 }
 
 }  // namespace

@@ -1,25 +1,12 @@
 #include "core/base/text/Json.h"
 #include "core/tasks/RulesTask.h"
+#include "tests/support/CleanupRules.h"
 #include "tests/support/TaskFixture.h"
-
-#include <gmock/gmock.h>
 
 namespace orvane::test {
 namespace {
 
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
-
 constexpr double day = 86400;
-
-CleanupRule ruleFor(std::string name, RuleTrigger trigger, RuleAction action = RuleAction::moveToTrash()) {
-  CleanupRule rule;
-  rule.name = std::move(name);
-  rule.trigger = std::move(trigger);
-  rule.action = std::move(action);
-  return rule;
-}
 
 class RulesTaskTest : public TaskFixture {
  public:

@@ -4,17 +4,14 @@
 #include "core/tasks/History.h"
 #include "core/tasks/RulesTask.h"
 #include "core/tasks/TrashTask.h"
+#include "tests/support/CleanupRules.h"
 #include "tests/support/TaskFixture.h"
-
-#include <gmock/gmock.h>
 
 #include <fstream>
 
 namespace orvane::test {
 namespace {
 
-using testing::AnyOf;
-using testing::ElementsAre;
 using testing::Optional;
 
 class RunOriginsTest : public TaskFixture {
@@ -24,11 +21,7 @@ class RunOriginsTest : public TaskFixture {
     wish.boundary = roots();
     for (const auto& name : names) {
       tree.file("Downloads/" + name + ".log", name);
-      CleanupRule rule;
-      rule.name = name;
-      rule.trigger = {.fileExtensions = {{"log"}}, .namePattern = name};
-      rule.action = RuleAction::moveToTrash();
-      wish.rules.push_back(rule);
+      wish.rules.push_back(ruleFor(name, {.fileExtensions = {{"log"}}, .namePattern = name}));
     }
     const auto proposal = proposeRules(taskServices(), wish);
     ASSERT_TRUE(proposal);
@@ -70,8 +63,8 @@ TEST_F(RunOriginsTest, passOverLinesThatAreNone) {
   runRules({"first"}, RunOrigin::Start::byHand);
   std::ofstream(file(), std::ios::app) << "{\"runId\":3}\nnoise\n{\"kind\":\"rules\"";
   runRules({"second"}, RunOrigin::Start::byHand);
-  EXPECT_THAT(origins(), ElementsAre(Optional(testing::Field(&RunOrigin::detail, "second")),
-                                     Optional(testing::Field(&RunOrigin::detail, "first"))));
+  EXPECT_THAT(origins(),
+              ElementsAre(Optional(Field(&RunOrigin::detail, "second")), Optional(Field(&RunOrigin::detail, "first"))));
 }
 
 TEST_F(RunOriginsTest, holdUpNoRunWhereTheyCannotBeWritten) {

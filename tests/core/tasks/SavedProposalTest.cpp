@@ -4,14 +4,10 @@
 #include "core/tasks/TrashTask.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <sys/stat.h>
 
 namespace orvane::test {
 namespace {
-
-using testing::HasSubstr;
 
 std::string textOf(const Approval& approval) {
   std::string text;

@@ -3,15 +3,10 @@
 #include "core/base/text/Json.h"
 #include "tests/support/AutoOrganizerFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace orvane::test {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 class TidyTaskTest : public AutoOrganizerFixture {
  public:
@@ -53,15 +48,6 @@ TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
   for (const auto& entry : journal->getEntries(*report.runId)) EXPECT_EQ(entry.timestamp, report.started);
 }
 
-TEST_F(TidyTaskTest, noTwoPassesOverlap) {
-  {
-    const auto pass = TidyPass::begin(services);
-    ASSERT_TRUE(pass);
-    EXPECT_FALSE(TidyPass::begin(services));
-  }
-  EXPECT_TRUE(TidyPass::begin(services));
-}
-
 TEST_F(TidyTaskTest, namesTheFoldersThatItCannotLookAt) {
   auto several = wish();
   several.folders.insert(several.folders.begin(), {tree.url("missing"), FileUrl("/etc")});
@@ -94,7 +80,7 @@ TEST_F(TidyTaskTest, proposesTheSameAgainFromItsSubject) {
     return result;
   };
   EXPECT_EQ(places(*again), places(proposal));
-  EXPECT_THAT(places(*again), testing::Contains(tree.path("Downloads/Sorted/Travel/plan.pdf")));
+  EXPECT_THAT(places(*again), Contains(tree.path("Downloads/Sorted/Travel/plan.pdf")));
 
   subject["folders"][0]["topics"] =
       Json::array({Json::array({"plan.pdf", "Recents"}), Json::array({"letter.pdf", "../x"})});

@@ -5,15 +5,10 @@
 #include "tests/core/uninstaller/UninstallerFixture.h"
 #include "tests/support/TaskFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 class UninstallTask : public TaskFixture {
  public:
@@ -138,8 +133,8 @@ TEST_F(UninstallTask, findsWhatATextMeans) {
     return places;
   };
   EXPECT_THAT(placesOf("org.example.b"), ElementsAre("B.app"));
-  EXPECT_THAT(placesOf("SUBJECT"), testing::UnorderedElementsAre("A.app", "B.app"));
-  EXPECT_THAT(placesOf("org.example.B"), testing::IsEmpty());
+  EXPECT_THAT(placesOf("SUBJECT"), UnorderedElementsAre("A.app", "B.app"));
+  EXPECT_THAT(placesOf("org.example.B"), IsEmpty());
 }
 
 }  // namespace
