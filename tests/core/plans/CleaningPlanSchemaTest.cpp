@@ -3,13 +3,7 @@
 #include "core/plans/records/CleaningPlan.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 using Error = CleaningPlanSchema::ValidationError;
@@ -53,21 +47,6 @@ struct Verdict {
   CleaningPlan plan;
   std::optional<Error::Case> fault;
 };
-void PrintTo(const Verdict& verdict, std::ostream* out) {
-  *out << verdict.name;
-}
-class PlanValidation : public testing::TestWithParam<Verdict> {};
-
-TEST_P(PlanValidation, findsTheFirstFault) {
-  const auto& verdict = GetParam();
-  const auto fault = CleaningPlanSchema::firstFault(verdict.plan);
-  EXPECT_EQ(fault ? std::optional(fault->which()) : std::nullopt, verdict.fault);
-  if (verdict.fault) {
-    EXPECT_THROW(CleaningPlanSchema::validate(verdict.plan), Error);
-  } else {
-    EXPECT_NO_THROW(CleaningPlanSchema::validate(verdict.plan));
-  }
-}
 
 CleaningFilter emptyLists() {
   CleaningFilter filter;
@@ -77,72 +56,57 @@ CleaningFilter emptyLists() {
   return filter;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    InOrder, PlanValidation,
-    testing::Values(Verdict{"a good plan", planOf({goodStep()}), {}},
-                    Verdict{"goal before steps", planOf({}, " \n\t\r\n "), Error::EmptyGoal{}},
-                    Verdict{"goal of wide spaces", planOf({goodStep()}, "\u3000\u00a0\u2028"), Error::EmptyGoal{}},
-                    Verdict{"steps before their content", planOf({}), Error::EmptySteps{}},
-                    Verdict{"first bad step alone", planOf({goodStep(), withTarget(" "), withTarget("/")}),
-                            Error::MissingTargetFolder{}},
-                    Verdict{"target before destination and filter", planOf({[] {
-                              auto step = withDestination(PlannedAction::move, {});
-                              step.targetFolder = "/usr";
-                              step.filter = {};
-                              return step;
-                            }()}),
-                            Error::ProtectedTargetFolder{"/usr"}},
-                    Verdict{"destination before filter", planOf({[] {
-                              auto step = withDestination(PlannedAction::move, "");
-                              step.filter = {};
-                              return step;
-                            }()}),
-                            Error::InvalidDestinationFolder{}}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Targets, PlanValidation,
-    testing::Values(
-        Verdict{"trimmed", planOf({withTarget("  /usr  ")}), Error::ProtectedTargetFolder{"/usr"}},
-        Verdict{"root", planOf({withTarget("/")}), Error::ProtectedTargetFolder{"/"}},
-        Verdict{"root by a detour", planOf({withTarget("/usr/..")}), Error::ProtectedTargetFolder{"/usr/.."}},
-        Verdict{"trailing slash", planOf({withTarget("/System/")}), Error::ProtectedTargetFolder{"/System/"}},
-        Verdict{"Library", planOf({withTarget("/Library")}), Error::ProtectedTargetFolder{"/Library"}},
-        Verdict{"bin, link or not", planOf({withTarget("/bin")}), Error::ProtectedTargetFolder{"/bin"}},
-        Verdict{"private", planOf({withTarget("/private")}), Error::ProtectedTargetFolder{"/private"}},
-        Verdict{"below is not judged here", planOf({withTarget("/usr/local")}), {}},
-        Verdict{"nor is this", planOf({withTarget("/System/Library")}), {}},
-        Verdict{"longer name", planOf({withTarget("/Library2")}), {}},
-        Verdict{"case counts", planOf({withTarget("/library")}), {}},
-        Verdict{"home folder by its sign", planOf({withTarget("~")}), {}}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Destinations, PlanValidation,
-    testing::Values(Verdict{"none to trash", planOf({withDestination(PlannedAction::trash, {})}), {}},
-                    Verdict{"none to review", planOf({withDestination(PlannedAction::review, {})}), {}},
-                    Verdict{"none to move", planOf({withDestination(PlannedAction::move, {})}),
-                            Error::InvalidDestinationFolder{}},
-                    Verdict{"blank to move", planOf({withDestination(PlannedAction::move, "   ")}),
-                            Error::InvalidDestinationFolder{}},
-                    Verdict{"any to move", planOf({withDestination(PlannedAction::move, "Sorted")}), {}}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Filters, PlanValidation,
-    testing::Values(Verdict{"no criterion", planOf({withFilter({})}), Error::InvalidFilterCriteria{}},
-                    Verdict{"empty criteria", planOf({withFilter(emptyLists())}), Error::InvalidFilterCriteria{}},
-                    Verdict{"empty criteria and an age of 0",
-                            planOf({withFilter([] {
-                              auto filter = emptyLists();
-                              filter.minimumAgeDays = 0;
-                              return filter;
-                            }())}),
-                            {}},
-                    Verdict{"negative size", planOf({withFilter({.minimumSizeBytes = -1})}), {}},
-                    Verdict{"single space as name", planOf({withFilter({.nameContains = " "})}), {}},
-                    Verdict{"category", planOf({withFilter({.categories = std::vector{ScanCategory::logs}})}), {}},
-                    Verdict{"extension", planOf({withFilter({.extensions = std::vector<std::string>{"pdf"}})}), {}}));
+TEST(CleaningPlanSchema, findsTheFirstFault) {
+  auto protectedMove = withDestination(PlannedAction::move, {});
+  protectedMove.targetFolder = "/usr";
+  protectedMove.filter = {};
+  auto bareMove = withDestination(PlannedAction::move, "");
+  bareMove.filter = {};
+  auto aged = emptyLists();
+  aged.minimumAgeDays = 0;
+  std::vector<Verdict> rows{
+      {"a good plan", planOf({goodStep()}), {}},
+      {"goal before steps", planOf({}, " \n\t\r\n "), Error::EmptyGoal{}},
+      {"goal of wide spaces", planOf({goodStep()}, "\u3000\u00a0\u2028"), Error::EmptyGoal{}},
+      {"steps before their content", planOf({}), Error::EmptySteps{}},
+      {"first bad step", planOf({goodStep(), withTarget(" "), withTarget("/")}), Error::MissingTargetFolder{}},
+      {"target before destination and filter", planOf({protectedMove}), Error::ProtectedTargetFolder{"/usr"}},
+      {"destination before filter", planOf({bareMove}), Error::InvalidDestinationFolder{}},
+      {"trimmed", planOf({withTarget("  /usr  ")}), Error::ProtectedTargetFolder{"/usr"}},
+      {"no destination to trash", planOf({withDestination(PlannedAction::trash, {})}), {}},
+      {"none to review", planOf({withDestination(PlannedAction::review, {})}), {}},
+      {"none to move", planOf({withDestination(PlannedAction::move, {})}), Error::InvalidDestinationFolder{}},
+      {"blank to move", planOf({withDestination(PlannedAction::move, "   ")}), Error::InvalidDestinationFolder{}},
+      {"any to move", planOf({withDestination(PlannedAction::move, "Sorted")}), {}},
+      {"no criterion", planOf({withFilter({})}), Error::InvalidFilterCriteria{}},
+      {"empty criteria", planOf({withFilter(emptyLists())}), Error::InvalidFilterCriteria{}},
+      {"empty criteria and an age of 0", planOf({withFilter(aged)}), {}},
+      {"negative size", planOf({withFilter({.minimumSizeBytes = -1})}), {}},
+      {"single space as name", planOf({withFilter({.nameContains = " "})}), {}},
+      {"category", planOf({withFilter({.categories = std::vector{ScanCategory::logs}})}), {}},
+      {"extension", planOf({withFilter({.extensions = std::vector<std::string>{"pdf"}})}), {}},
+  };
+  for (const auto* folder : {"/", "/usr/..", "/System/", "/Library", "/bin", "/private"}) {
+    rows.push_back({folder, planOf({withTarget(folder)}), Error::ProtectedTargetFolder{folder}});
+  }
+  // Not judged here: a folder below one, a longer name, another case and the home folder.
+  for (const auto* folder : {"/usr/local", "/System/Library", "/Library2", "/library", "~"}) {
+    rows.push_back({folder, planOf({withTarget(folder)}), {}});
+  }
+  for (const auto& [name, plan, expected] : rows) {
+    SCOPED_TRACE(name);
+    const auto fault = CleaningPlanSchema::firstFault(plan);
+    EXPECT_EQ(fault ? std::optional(fault->which()) : std::nullopt, expected);
+    if (expected) {
+      EXPECT_THROW(CleaningPlanSchema::validate(plan), Error);
+    } else {
+      EXPECT_NO_THROW(CleaningPlanSchema::validate(plan));
+    }
+  }
+}
 
 TEST(CleaningPlanSchema, resolvesLinksBeforeItCompares) {
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   const auto link = tree.link("looks harmless", "/usr");
   const auto fault = CleaningPlanSchema::firstFault(planOf({withTarget(link)}));
   ASSERT_TRUE(fault);
@@ -151,46 +115,39 @@ TEST(CleaningPlanSchema, resolvesLinksBeforeItCompares) {
 }
 
 TEST(PlanValidationError, saysWhatIsWrong) {
-  EXPECT_STREQ(Error(Error::ProtectedTargetFolder{"/usr"}).what(), "Target folder is protected and prohibited: /usr");
-  EXPECT_STREQ(Error(Error::EmptyGoal{}).what(), "The plan user goal cannot be empty.");
-  EXPECT_STREQ(Error(Error::EmptySteps{}).what(), "The cleaning plan must contain at least one step.");
-  EXPECT_STREQ(Error(Error::MissingTargetFolder{}).what(), "Every plan step must declare a target folder.");
-  EXPECT_STREQ(Error(Error::InvalidDestinationFolder{}).what(),
-               "Move actions must declare a valid non-empty destination folder.");
-  EXPECT_STREQ(Error(Error::InvalidFilterCriteria{}).what(),
-               "Filter criteria must specify at least one filter attribute.");
+  const Rows<Error::Case, const char*> rows{
+      {Error::ProtectedTargetFolder{"/usr"}, "Target folder is protected and prohibited: /usr"},
+      {Error::EmptyGoal{}, "The plan user goal cannot be empty."},
+      {Error::EmptySteps{}, "The cleaning plan must contain at least one step."},
+      {Error::MissingTargetFolder{}, "Every plan step must declare a target folder."},
+      {Error::InvalidDestinationFolder{}, "Move actions must declare a valid non-empty destination folder."},
+      {Error::InvalidFilterCriteria{}, "Filter criteria must specify at least one filter attribute."},
+  };
+  for (const auto& [which, text] : rows) EXPECT_STREQ(Error(which).what(), text);
   EXPECT_NE(Error(Error::ProtectedTargetFolder{"/usr"}), Error(Error::ProtectedTargetFolder{"/bin"}));
 }
 
 TEST(CleaningPlanSchema, promptBlockHasNineteenLinesAsGiven) {
-  const std::vector<std::pair<std::size_t, std::string>> lines{
-      {0, "{"},
-      {2, R"("userGoal": string,)"},
-      {2, R"("summary": string,)"},
-      {2, R"("steps": [)"},
-      {4, "{"},
-      {6, R"("targetFolder": string,)"},
-      {6, R"("filter": {)"},
-      {8, R"("categories": ["caches", "logs", "oldDownloads", "screenshots", "largeFiles", "trash", "appLeftovers"],)"},
-      {8, R"("extensions": ["string"],)"},
-      {8, R"("minimumAgeDays": int,)"},
-      {8, R"("minimumSizeBytes": int,)"},
-      {8, R"("nameContains": string)"},
-      {6, "},"},
-      {6, R"("action": "trash" | "review" | "move",)"},
-      {6, R"("destinationFolder": string | null,)"},
-      {6, R"("explanation": string)"},
-      {4, "}"},
-      {2, "]"},
-      {0, "}"},
-  };
-  std::string expected;
-  for (const auto& [spaces, text] : lines) {
-    if (!expected.empty()) expected += '\n';
-    expected += std::string(spaces, ' ') + text;
-  }
-  EXPECT_EQ(CleaningPlanSchema::promptBlock(), expected);
+  EXPECT_EQ(CleaningPlanSchema::promptBlock(), R"({
+  "userGoal": string,
+  "summary": string,
+  "steps": [
+    {
+      "targetFolder": string,
+      "filter": {
+        "categories": ["caches", "logs", "oldDownloads", "screenshots", "largeFiles", "trash", "appLeftovers"],
+        "extensions": ["string"],
+        "minimumAgeDays": int,
+        "minimumSizeBytes": int,
+        "nameContains": string
+      },
+      "action": "trash" | "review" | "move",
+      "destinationFolder": string | null,
+      "explanation": string
+    }
+  ]
+})");
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -2,25 +2,16 @@
 
 #include "core/base/files/PathAccess.h"
 #include "core/base/text/Json.h"
-#include "core/plans/OfflineHeuristicParser.h"
 #include "core/plans/records/CleaningPlan.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <map>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::contentOf;
-using test::exists;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 const Date now = dateFromUnix(1'750'000'000);
 
@@ -58,82 +49,36 @@ CleaningPlan planWith(std::vector<CleaningPlanStep> steps) {
   return plan;
 }
 
-bool matches(const CleaningFilter& filter, const Candidate& candidate) {
-  return !PlanExecutor::dryRun(planWith({stepOf(PlannedAction::trash, filter)}), {itemOf(candidate)}, now).empty();
-}
-
-struct FilterCase {
-  const char* name;
-  CleaningFilter filter;
-  Candidate candidate;
-  bool accepted;
-};
-void PrintTo(const FilterCase& filterCase, std::ostream* out) {
-  *out << filterCase.name;
-}
-class PlanFilter : public testing::TestWithParam<FilterCase> {};
-
-TEST_P(PlanFilter, decides) {
-  EXPECT_EQ(matches(GetParam().filter, GetParam().candidate), GetParam().accepted);
-}
-
 using CategoryList = std::vector<ScanCategory>;
 using ExtensionList = std::vector<std::string>;
 
-INSTANTIATE_TEST_SUITE_P(
-    Criteria, PlanFilter,
-    testing::Values(
-        FilterCase{"no criteria", {}, {}, true},
-        FilterCase{"empty criteria",
-                   {.categories = CategoryList{}, .extensions = ExtensionList{}, .nameContains = ""},
-                   {},
-                   true},
-        FilterCase{
-            "one of the categories", {.categories = CategoryList{ScanCategory::logs, ScanCategory::caches}}, {}, true},
-        FilterCase{"other category", {.categories = CategoryList{ScanCategory::manualReview}}, {}, false},
-        FilterCase{"extension in any case", {.extensions = ExtensionList{"jpg"}}, {.path = "/d/photo.JPG"}, true},
-        FilterCase{"filter in any case", {.extensions = ExtensionList{"gif", "JpG"}}, {.path = "/d/photo.jpg"}, true},
-        FilterCase{"filter with a dot", {.extensions = ExtensionList{".jpg"}}, {.path = "/d/photo.jpg"}, false},
-        FilterCase{"beginning of an extension", {.extensions = ExtensionList{"jp"}}, {.path = "/d/photo.jpg"}, false},
-        FilterCase{"extension beyond ASCII", {.extensions = ExtensionList{"ÄÖ"}}, {.path = "/d/photo.äÖ"}, true},
-        FilterCase{"no extension", {.extensions = ExtensionList{"bashrc"}}, {.path = "/d/.bashrc"}, false},
-        FilterCase{"exact size", {.minimumSizeBytes = 10}, {}, true},
-        FilterCase{"a byte too small", {.minimumSizeBytes = 11}, {}, false},
-        FilterCase{"negative size", {.minimumSizeBytes = -1}, {.size = 0}, true},
-        FilterCase{"an hour too young", {.minimumAgeDays = 30}, {.ageDays = 29 + 23.0 / 24 - 0.05}, false},
-        FilterCase{"old enough", {.minimumAgeDays = 30}, {.ageDays = 30.05}, true},
-        FilterCase{"age of 0", {.minimumAgeDays = 0}, {.ageDays = 0}, true},
-        FilterCase{"name in any case", {.nameContains = "RÉSUMÉ"}, {.path = "/d/Mon résumé.pdf"}, true},
-        FilterCase{"folder's name does not count", {.nameContains = "report"}, {.path = "/report/x.pdf"}, false},
-        FilterCase{"all must hold", {.extensions = ExtensionList{"txt"}, .minimumSizeBytes = 11}, {}, false}));
-
-struct Table {
-  PlannedAction action;
-  RiskLabel label;
-  bool canExecute;
-  bool isSelected;
-};
-class PlanSelection : public test::SafetyFixture, public testing::WithParamInterface<Table> {};
-
-TEST_P(PlanSelection, followsActionAndRisk) {
-  const auto& row = GetParam();
-  const auto file = tree.file("Downloads/a.txt");
-  const auto results = PlanExecutor::dryRun(planWith({stepOf(row.action, {}, tree.path("Downloads"))}),
-                                            {itemOf({.path = file, .label = row.label})}, now);
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].canExecute, row.canExecute);
-  EXPECT_EQ(results[0].isSelected, row.isSelected);
+TEST(PlanFilter, acceptsWhatEveryCriterionAccepts) {
+  const Rows<const char*, CleaningFilter, Candidate, bool> rows{
+      {"no criteria", {}, {}, true},
+      {"empty criteria", {.categories = CategoryList{}, .extensions = ExtensionList{}, .nameContains = ""}, {}, true},
+      {"one of the categories", {.categories = CategoryList{ScanCategory::logs, ScanCategory::caches}}, {}, true},
+      {"other category", {.categories = CategoryList{ScanCategory::manualReview}}, {}, false},
+      {"extension in any case", {.extensions = ExtensionList{"jpg"}}, {.path = "/d/photo.JPG"}, true},
+      {"filter in any case", {.extensions = ExtensionList{"gif", "JpG"}}, {.path = "/d/photo.jpg"}, true},
+      {"filter with a dot", {.extensions = ExtensionList{".jpg"}}, {.path = "/d/photo.jpg"}, false},
+      {"beginning of an extension", {.extensions = ExtensionList{"jp"}}, {.path = "/d/photo.jpg"}, false},
+      {"extension beyond ASCII", {.extensions = ExtensionList{"ÄÖ"}}, {.path = "/d/photo.äÖ"}, true},
+      {"no extension", {.extensions = ExtensionList{"bashrc"}}, {.path = "/d/.bashrc"}, false},
+      {"exact size", {.minimumSizeBytes = 10}, {}, true},
+      {"a byte too small", {.minimumSizeBytes = 11}, {}, false},
+      {"negative size", {.minimumSizeBytes = -1}, {.size = 0}, true},
+      {"an hour too young", {.minimumAgeDays = 30}, {.ageDays = 29 + 23.0 / 24 - 0.05}, false},
+      {"old enough", {.minimumAgeDays = 30}, {.ageDays = 30.05}, true},
+      {"age of 0", {.minimumAgeDays = 0}, {.ageDays = 0}, true},
+      {"name in any case", {.nameContains = "RÉSUMÉ"}, {.path = "/d/Mon résumé.pdf"}, true},
+      {"folder's name does not count", {.nameContains = "report"}, {.path = "/report/x.pdf"}, false},
+      {"all must hold", {.extensions = ExtensionList{"txt"}, .minimumSizeBytes = 11}, {}, false},
+  };
+  for (const auto& [name, filter, candidate, accepted] : rows) {
+    const auto plan = planWith({stepOf(PlannedAction::trash, filter)});
+    EXPECT_EQ(!PlanExecutor::dryRun(plan, {itemOf(candidate)}, now).empty(), accepted) << name;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(Rows, PlanSelection,
-                         testing::Values(Table{PlannedAction::move, RiskLabel::safe, true, true},
-                                         Table{PlannedAction::move, RiskLabel::review, true, true},
-                                         Table{PlannedAction::move, RiskLabel::manual, true, true},
-                                         Table{PlannedAction::trash, RiskLabel::safe, true, true},
-                                         Table{PlannedAction::trash, RiskLabel::review, true, false},
-                                         Table{PlannedAction::trash, RiskLabel::manual, false, false},
-                                         Table{PlannedAction::review, RiskLabel::safe, true, true},
-                                         Table{PlannedAction::review, RiskLabel::review, true, false},
-                                         Table{PlannedAction::review, RiskLabel::manual, false, false}));
 
 TEST(PlanDryRun, keepsTheCandidatesOrderAndTakesTheFirstStep) {
   auto first = stepOf(PlannedAction::review, {.extensions = ExtensionList{"b"}});
@@ -157,7 +102,7 @@ TEST(PlanDryRun, keepsTheCandidatesOrderAndTakesTheFirstStep) {
   EXPECT_EQ(results[1].toJson()["canExecute"], true);
 }
 
-class PlanExecutorTest : public test::SafetyFixture {
+class PlanExecutorTest : public SafetyFixture {
  public:
   PlanExecutorTest() : executor(mover, validator) {}
 
@@ -175,32 +120,42 @@ class PlanExecutorTest : public test::SafetyFixture {
     return executor.execute(results, *journal, roots());
   }
 
-  // Every path with its content or link target.
-  [[nodiscard]] std::map<std::string, std::string> everything() const {
-    std::map<std::string, std::string> found;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(tree.path("Downloads"))) {
-      const auto path = entry.path().string();
-      if (entry.is_symlink()) {
-        found[path] = "-> " + std::filesystem::read_symlink(path).string();
-      } else {
-        found[path] = entry.is_directory() ? "/" : contentOf(path);
-      }
-    }
-    return found;
-  }
-
   PlanExecutor executor;
 };
 
+TEST_F(PlanExecutorTest, standsByActionAndRisk) {
+  struct Table {
+    PlannedAction action;
+    RiskLabel label;
+    bool canExecute;
+    bool isSelected;
+  };
+  const auto file = tree.file("Downloads/a.txt");
+  for (const auto& row : {Table{PlannedAction::move, RiskLabel::safe, true, true},
+                          Table{PlannedAction::move, RiskLabel::review, true, true},
+                          Table{PlannedAction::move, RiskLabel::manual, true, true},
+                          Table{PlannedAction::trash, RiskLabel::safe, true, true},
+                          Table{PlannedAction::trash, RiskLabel::review, true, false},
+                          Table{PlannedAction::trash, RiskLabel::manual, false, false},
+                          Table{PlannedAction::review, RiskLabel::safe, true, true},
+                          Table{PlannedAction::review, RiskLabel::review, true, false},
+                          Table{PlannedAction::review, RiskLabel::manual, false, false}}) {
+    SCOPED_TRACE(std::string(rawValue(row.action)) + " of " + std::string(rawValue(row.label)));
+    const auto results = PlanExecutor::dryRun(planWith({stepOf(row.action, {}, tree.path("Downloads"))}),
+                                              {itemOf({.path = file, .label = row.label})}, now);
+    ASSERT_THAT(results, SizeIs(1));
+    EXPECT_EQ(results[0].canExecute, row.canExecute);
+    EXPECT_EQ(results[0].isSelected, row.isSelected);
+  }
+}
+
 TEST_F(PlanExecutorTest, movesOnlyRegularFilesDirectlyInTheFolder) {
   const auto file = tree.file("Downloads/report.pdf");
-  const auto deeper = tree.file("Downloads/sub/inner.pdf");
-  const auto folder = tree.folder("Downloads/bundle.pdf");
-  const auto link = tree.link("Downloads/link.pdf", "report.pdf");
-  const auto gone = tree.path("Downloads/gone.pdf");
   const auto pipe = tree.path("Downloads/pipe.pdf");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  const auto results = moves({deeper, file, folder, link, gone, pipe}, tree.path("Downloads"), "~/x");
+  const auto results = moves({tree.file("Downloads/sub/inner.pdf"), file, tree.folder("Downloads/bundle.pdf"),
+                              tree.link("Downloads/link.pdf", "report.pdf"), tree.path("Downloads/gone.pdf"), pipe},
+                             tree.path("Downloads"), "~/x");
   ASSERT_THAT(results, SizeIs(1));
   EXPECT_EQ(results[0].item.url().path(), file);
 }
@@ -230,7 +185,7 @@ TEST_F(PlanExecutorTest, comparesFoldersWithLinksResolved) {
   EXPECT_THAT(moves({alias + "/a.txt"}, tree.path("Downloads"), "/x"), SizeIs(1));
   EXPECT_THAT(moves({file}, tree.path("Downloads/Downloads/../"), "/x"), SizeIs(1));
   EXPECT_THAT(moves({file}, " " + tree.path("Downloads") + "\n", "/x"), SizeIs(1));
-  const test::ScopedEnvironment home("HOME", tree.path().c_str());
+  const ScopedEnvironment home("HOME", tree.path().c_str());
   EXPECT_THAT(moves({file}, "~/Downloads", "/x"), SizeIs(1));
   EXPECT_THAT(moves({file}, tree.path("Down"), "/x"), IsEmpty());
   EXPECT_THAT(moves({file}, "", "/x"), IsEmpty());
@@ -256,25 +211,12 @@ TEST_F(PlanExecutorTest, aFolderAsItsOwnDestinationSortsIntoCategories) {
   EXPECT_EQ(entries[0].fileSize, 10);
 }
 
-TEST_F(PlanExecutorTest, aTakenNameGetsTheNextFreeOne) {
-  tree.file("Downloads/to/a.txt", "there");
-  tree.file("Downloads/to/a (1).txt", "there too");
-  tree.file("Downloads/to/none", "there");
-  const auto text = tree.file("Downloads/a.txt", "new");
-  const auto none = tree.file("Downloads/none", "new");
-  EXPECT_EQ(execute(moves({text, none}, tree.path("Downloads"), tree.path("Downloads/to"))).itemsProcessed, 2);
-  EXPECT_EQ(contentOf(tree.path("Downloads/to/a.txt")), "there");
-  EXPECT_EQ(contentOf(tree.path("Downloads/to/a (1).txt")), "there too");
-  EXPECT_EQ(contentOf(tree.path("Downloads/to/a (2).txt")), "new");
-  EXPECT_EQ(contentOf(tree.path("Downloads/to/none (1)")), "new");
-}
-
 TEST_F(PlanExecutorTest, aWholePlanComesBackByteForByte) {
   tree.file("Downloads/old.dmg", std::string(5000, 'd'));
   tree.file("Downloads/report.pdf", "report");
   tree.file("Downloads/sub/cache.bin", "cache");
-  test::setAge(tree.path("Downloads/old.dmg"), 86400 * 90);
-  const auto before = everything();
+  setAge(tree.path("Downloads/old.dmg"), 86400 * 90);
+  const auto before = contentsBelow(tree.path("Downloads"));
   auto organize = stepOf(PlannedAction::move, {.extensions = ExtensionList{"pdf"}}, tree.path("Downloads"));
   organize.destinationFolder = organize.targetFolder;
   const auto plan = planWith({organize, stepOf(PlannedAction::trash, {.minimumAgeDays = 30}, tree.path("Downloads"))});
@@ -289,38 +231,44 @@ TEST_F(PlanExecutorTest, aWholePlanComesBackByteForByte) {
   EXPECT_EQ(summary.itemsProcessed, 3);
   EXPECT_EQ(summary.bytesReclaimed, 5005);
   EXPECT_GE(summary.timestamp, started);
-  EXPECT_NE(everything(), before);
+  EXPECT_NE(contentsBelow(tree.path("Downloads")), before);
   const auto entries = journal->getEntries(summary.batchId);
   ASSERT_THAT(entries, SizeIs(3));
   EXPECT_EQ(entries[0].action, JournalAction::trashed);
   EXPECT_EQ(entries[1].action, JournalAction::moved);
 
   EXPECT_EQ(journal->restoreRun(summary.batchId).restoredCount, 3);
-  auto after = everything();
-  for (const char* made : {"Downloads/Documents", "Downloads/Documents/PDFs"}) after.erase(tree.path(made));
+  auto after = contentsBelow(tree.path("Downloads"));
+  for (const char* made : {"Documents", "Documents/PDFs"}) after.erase(made);
   EXPECT_EQ(after, before);
 }
 
 TEST_F(PlanExecutorTest, carriesOutOnlyWhatIsSelectedAndMayBe) {
-  const auto safe = tree.file("Downloads/safe");
-  const auto unselected = tree.file("Downloads/unselected");
-  const auto manual = tree.file("Downloads/manual");
-  const auto forced = tree.file("Downloads/forced");
-  const auto review = tree.file("Downloads/review");
+  std::vector<FileItem> items;
+  for (const auto& [path, label] : {std::pair{tree.file("Downloads/unselected"), RiskLabel::safe},
+                                    {tree.file("Downloads/manual"), RiskLabel::manual},
+                                    {tree.file("Downloads/forced"), RiskLabel::manual},
+                                    {tree.file("Downloads/review"), RiskLabel::safe},
+                                    {tree.file("Elsewhere/outside"), RiskLabel::safe},
+                                    {tree.link("Downloads/escape", tree.path("Elsewhere")), RiskLabel::safe},
+                                    {tree.file("Downloads/safe"), RiskLabel::safe}}) {
+    items.push_back(itemOf({.path = path, .label = label}));
+  }
   auto results = PlanExecutor::dryRun(
-      planWith({stepOf(PlannedAction::review, {.nameContains = "review"}), stepOf(PlannedAction::trash, {})}),
-      {itemOf({.path = safe}), itemOf({.path = unselected}), itemOf({.path = manual, .label = RiskLabel::manual}),
-       itemOf({.path = forced, .label = RiskLabel::manual}), itemOf({.path = review})},
+      planWith({stepOf(PlannedAction::review, {.nameContains = "review"}), stepOf(PlannedAction::trash, {})}), items,
       now);
-  ASSERT_THAT(results, SizeIs(5));
-  results[1].isSelected = false;
-  results[2].isSelected = true;
-  results[3].isSelected = results[3].canExecute = true;
+  ASSERT_EQ(results.size(), items.size());
+  results[0].isSelected = false;
+  results[1].isSelected = true;
+  results[2].isSelected = results[2].canExecute = true;
   const auto summary = execute(results);
 
   EXPECT_EQ(summary.itemsProcessed, 1);
-  EXPECT_FALSE(exists(safe));
-  for (const auto& kept : {unselected, manual, forced, review}) EXPECT_TRUE(exists(kept)) << kept;
+  EXPECT_EQ(summary.bytesReclaimed, 10);
+  for (const auto& item : items) {
+    const auto& path = item.url().path();
+    EXPECT_EQ(exists(path), path != tree.path("Downloads/safe")) << path;
+  }
 }
 
 TEST_F(PlanExecutorTest, nothingSelectedWritesNothing) {
@@ -333,23 +281,6 @@ TEST_F(PlanExecutorTest, nothingSelectedWritesNothing) {
   EXPECT_NE(summary.batchId, Uuid());
   EXPECT_THAT(journal->getRuns(), IsEmpty());
   EXPECT_FALSE(exists(journalPath()));
-}
-
-TEST_F(PlanExecutorTest, aBadFileNeverStopsTheOthers) {
-  const auto outside = tree.file("Elsewhere/x");
-  const auto escape = tree.link("Downloads/escape", outside);
-  const auto gone = tree.path("Downloads/gone");
-  const auto good = tree.file("Downloads/good");
-  std::vector<FileItem> items;
-  for (const auto& path : {outside, escape, gone, std::string("/etc/hostname"), tree.path(), good}) {
-    items.push_back(itemOf({.path = path}));
-  }
-  const auto summary = execute(PlanExecutor::dryRun(planWith({stepOf(PlannedAction::trash, {})}), items, now));
-
-  EXPECT_EQ(summary.itemsProcessed, 1);
-  EXPECT_EQ(summary.bytesReclaimed, 10);
-  EXPECT_TRUE(exists(outside));
-  EXPECT_TRUE(exists(escape));
 }
 
 TEST_F(PlanExecutorTest, leavesAloneAFileThatTookTheNameOfTheOneLookedAt) {
@@ -372,49 +303,24 @@ TEST_F(PlanExecutorTest, leavesAloneAFileThatTookTheNameOfTheOneLookedAt) {
   EXPECT_FALSE(exists(kept));
 }
 
-struct BadDestination {
-  const char* name;
-  std::string (*folder)(const test::TemporaryTree& tree);
-};
-void PrintTo(const BadDestination& bad, std::ostream* out) {
-  *out << bad.name;
-}
-class PlanDestination : public PlanExecutorTest, public testing::WithParamInterface<BadDestination> {};
-
-TEST_P(PlanDestination, outsideTheRootsChangesNothing) {
-  const test::ScopedEnvironment home("HOME", tree.path().c_str());
+TEST_F(PlanExecutorTest, aDestinationOutsideTheRootsChangesNothing) {
+  const ScopedEnvironment home("HOME", tree.path().c_str());
   const auto file = tree.file("Downloads/a.txt", "stays");
   tree.folder("Elsewhere");
-  auto results = moves({file}, tree.path("Downloads"), GetParam().folder(tree));
-  ASSERT_THAT(results, SizeIs(1));
-  const auto summary = execute(results);
-  EXPECT_EQ(summary.itemsProcessed, 0);
-  EXPECT_EQ(contentOf(file), "stays");
-  EXPECT_TRUE(std::filesystem::is_empty(tree.path("Elsewhere")));
-  EXPECT_FALSE(exists(tree.path("New")));
-  EXPECT_THAT(journal->getRuns(), IsEmpty());
-}
-INSTANTIATE_TEST_SUITE_P(
-    Destinations, PlanDestination,
-    testing::Values(
-        BadDestination{"root", [](const auto&) { return std::string("/"); }},
-        BadDestination{"system", [](const auto&) { return std::string("/etc"); }},
-        BadDestination{"home", [](const auto&) { return std::string("~"); }},
-        BadDestination{"new folder in the home", [](const auto&) { return std::string("~/New"); }},
-        BadDestination{"identity", [](const auto&) { return std::string("~/.ssh"); }},
-        BadDestination{"elsewhere", [](const auto& tree) { return tree.path("Elsewhere"); }},
-        BadDestination{"climbing", [](const auto& tree) { return tree.path("Downloads/../Elsewhere"); }},
-        BadDestination{"link out of the roots",
-                       [](const auto& tree) { return tree.link("Downloads/out", tree.path("Elsewhere")) + "/deeper"; }},
-        BadDestination{"relative", [](const auto&) { return std::string("New"); }},
-        BadDestination{"cut off", [](const auto& tree) { return tree.path("Downloads/x") + std::string("\0y", 2); }}));
-
-TEST_F(PlanExecutorTest, aDestinationThatCannotBeMadeLeavesTheFile) {
-  const auto file = tree.file("Downloads/a.txt");
-  tree.file("Downloads/taken");
-  const auto summary = execute(moves({file}, tree.path("Downloads"), tree.path("Downloads/taken/deeper")));
-  EXPECT_EQ(summary.itemsProcessed, 0);
-  EXPECT_TRUE(exists(file));
+  for (const auto& destination :
+       {std::string("/"), std::string("/etc"), std::string("~"), std::string("~/New"), std::string("~/.ssh"),
+        tree.path("Elsewhere"), tree.path("Downloads/../Elsewhere"),
+        tree.link("Downloads/out", tree.path("Elsewhere")) + "/deeper", std::string("New"),
+        tree.path("Downloads/x") + std::string("\0y", 2), tree.file("Downloads/taken") + "/deeper"}) {
+    SCOPED_TRACE(destination);
+    const auto results = moves({file}, tree.path("Downloads"), destination);
+    ASSERT_THAT(results, SizeIs(1));
+    EXPECT_EQ(execute(results).itemsProcessed, 0);
+    EXPECT_EQ(contentOf(file), "stays");
+    EXPECT_TRUE(std::filesystem::is_empty(tree.path("Elsewhere")));
+    EXPECT_FALSE(exists(tree.path("New")) || exists(tree.path(".ssh")));
+    EXPECT_THAT(journal->getRuns(), IsEmpty());
+  }
 }
 
 TEST_F(PlanExecutorTest, aMoveWithoutADestinationIsLeftAlone) {
@@ -425,14 +331,5 @@ TEST_F(PlanExecutorTest, aMoveWithoutADestinationIsLeftAlone) {
   EXPECT_TRUE(exists(file));
 }
 
-TEST_F(PlanExecutorTest, anOfflineOrganizeRequestWorksFromEndToEnd) {
-  const test::ScopedEnvironment home("HOME", tree.path().c_str());
-  const auto shot = tree.file("Downloads/Screenshot today.png", "shot");
-  const auto plan = OfflineHeuristicParser().parse("sort screenshots in downloads");
-  const auto results = PlanExecutor::dryRun(plan, {itemOf({.path = shot, .category = ScanCategory::screenshots})}, now);
-  EXPECT_EQ(execute(results).itemsProcessed, 1);
-  EXPECT_EQ(contentOf(tree.path("Downloads/Media/Screenshots/Screenshot today.png")), "shot");
-}
-
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

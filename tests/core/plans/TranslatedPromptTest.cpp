@@ -3,20 +3,15 @@
 #include "core/base/files/HomeFolder.h"
 #include "core/plans/OfflineHeuristicParser.h"
 #include "core/plans/PromptReading.h"
+#include "tests/support/Testing.h"
 
 #include <fmt/format.h>
-#include <gmock/gmock.h>
 
 #include <fstream>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using testing::IsEmpty;
 
 struct MeantRequest {
   AppLanguage language;
@@ -84,80 +79,61 @@ TEST(TranslatedRequests, becomeThePlansThatAreMeantInAnyWindow) {
   EXPECT_GE(plans, 100U);
 }
 
-struct TranslatedWords {
-  const char* prompt;
-  const char* text;
-};
-void PrintTo(const TranslatedWords& words, std::ostream* out) {
-  *out << words.prompt;
+TEST(TranslatedPrompt, isWrittenInWordsThatTheTablesKnow) {
+  const Rows<const char*, const char*> rows{
+      {"LÖSCHE GROSSE DATEIEN", "delete large files"},
+      {"loesche grosse Dateien", "delete large files"},
+      {"lo\u0308sche gro\u00DFe Dateien", "delete large files"},
+      {"elimina las imagenes mas antiguas", "delete pictures older"},
+      {"キャッシュを削除", "caches delete"},
+      {"キャッシュを　削除", "caches delete"},
+      {"ｷｬｯｼｭを削除", "caches delete"},
+      {"２ＧＢ以上のファイルを削除", "over 2 gb files delete"},
+      {"바탕 화면 스크린샷 삭제", "desktop screenshots delete"},
+      {"Dokumenteordner leeren", "documents clear"},
+      {"Logarithmen löschen", "Logarithmen delete"},
+      {"räum die Logs auf", "clean logs"},
+      {"räum die Dokumente auf", "tidy documents"},
+      {"vide la corbeille", "empty trash"},
+      {"supprime node_modules et setup-v2.dmg", "delete node_modules and setup-v2.dmg"},
+      {"カスタム名前のファイルを削除", "カスタム files delete"},
+      {"不要删除一切照片", "don't delete all pictures"},
+      // A number counts only where its unit follows, and a bound only where it is one from below.
+      {"supprime un fichier", "delete files"},
+      {"Dateien über 1,5 GB löschen", "files over 1536 mb delete"},
+      {"Dateien über 1.024 MB löschen", "files over 1024 mb delete"},
+      {"supprime 3 fichiers du jour", "delete 3 files day"},
+      {"borra los 3 del mes", "delete 3, month"},
+      {"Screenshots unter 2 MB löschen", "screenshots under 2 mb delete"},
+      {"elimina logs de menos de un mes", "delete logs under 1 month"},
+      {"2GB未満のファイルを削除", "2 gb under files delete"},
+      {"三個月前的日誌", "3 month older logs"},
+      {"Logs, drei Monate alt, weg", "logs 3 month old delete"},
+      // A number of several words is read whole, or a word of it stays, which nobody knows: never the end of it alone.
+      {"删除四十天前的截图", "delete 40 day older screenshots"},
+      {"刪除三十五天前的螢幕截圖", "delete 35 day older screenshots"},
+      {"删除一百二十天前的截图", "delete 120 day older screenshots"},
+      {"删除一千零五天前的截图", "delete 1005 day older screenshots"},
+      {"二十五日以上前のログを削除", "25 day older logs delete"},
+      {"删除二三天前的截图", "delete 二 3 day older screenshots"},
+      {"删除一百五天前的截图", "delete 一百 5 day older screenshots"},
+      {"logs de plus de vingt-cinq jours", "logs over vingt 5 day"},
+      {"logs de plus de soixante-quinze jours", "logs over soixante 15 day"},
+      {"logs de más de cuarenta y cinco días", "logs over cuarenta and 5 day"},
+      {"logs de más de mil quinientos días", "logs over mil 500 day"},
+      {"이십오 일 지난 로그", "이 over 15 day logs"},
+      // Names of another language in an English request make it no other request.
+      {"Delete photos of Los Angeles", "Delete photos of Los Angeles"},
+      {"clear the cache", "clear the cache"},
+      {"remove old logs of die-hard", "remove old logs of die-hard"},
+      {"sort downloads", "sort downloads"},
+      {"cache", "cache"},
+      {"hello there", "hello there"},
+      {"", ""},
+      {"\xff\xfe", "\xff\xfe"},
+  };
+  for (const auto& [prompt, text] : rows) EXPECT_EQ(TranslatedPrompt::of(prompt).text(), text) << prompt;
 }
-class TranslatedPromptText : public testing::TestWithParam<TranslatedWords> {};
-
-TEST_P(TranslatedPromptText, isWhatTheTablesKnow) {
-  EXPECT_EQ(TranslatedPrompt::of(GetParam().prompt).text(), GetParam().text);
-}
-
-INSTANTIATE_TEST_SUITE_P(Spelling, TranslatedPromptText,
-                         testing::Values(TranslatedWords{"LÖSCHE GROSSE DATEIEN", "delete large files"},
-                                         TranslatedWords{"loesche grosse Dateien", "delete large files"},
-                                         TranslatedWords{"lo\u0308sche gro\u00DFe Dateien", "delete large files"},
-                                         TranslatedWords{"elimina las imagenes mas antiguas", "delete pictures older"},
-                                         TranslatedWords{"キャッシュを削除", "caches delete"},
-                                         TranslatedWords{"キャッシュを　削除", "caches delete"},
-                                         TranslatedWords{"ｷｬｯｼｭを削除", "caches delete"},
-                                         TranslatedWords{"２ＧＢ以上のファイルを削除", "over 2 gb files delete"},
-                                         TranslatedWords{"바탕 화면 스크린샷 삭제", "desktop screenshots delete"}));
-
-INSTANTIATE_TEST_SUITE_P(Words, TranslatedPromptText,
-                         testing::Values(TranslatedWords{"Dokumenteordner leeren", "documents clear"},
-                                         TranslatedWords{"Logarithmen löschen", "Logarithmen delete"},
-                                         TranslatedWords{"räum die Logs auf", "clean logs"},
-                                         TranslatedWords{"räum die Dokumente auf", "tidy documents"},
-                                         TranslatedWords{"vide la corbeille", "empty trash"},
-                                         TranslatedWords{"supprime node_modules et setup-v2.dmg",
-                                                         "delete node_modules and setup-v2.dmg"},
-                                         TranslatedWords{"カスタム名前のファイルを削除", "カスタム files delete"},
-                                         TranslatedWords{"不要删除一切照片", "don't delete all pictures"}));
-
-// A number counts only where its unit follows, and a bound only where it is one from below.
-INSTANTIATE_TEST_SUITE_P(
-    Quantities, TranslatedPromptText,
-    testing::Values(TranslatedWords{"supprime un fichier", "delete files"},
-                    TranslatedWords{"Dateien über 1,5 GB löschen", "files over 1536 mb delete"},
-                    TranslatedWords{"Dateien über 1.024 MB löschen", "files over 1024 mb delete"},
-                    TranslatedWords{"supprime 3 fichiers du jour", "delete 3 files day"},
-                    TranslatedWords{"borra los 3 del mes", "delete 3, month"},
-                    TranslatedWords{"Screenshots unter 2 MB löschen", "screenshots under 2 mb delete"},
-                    TranslatedWords{"elimina logs de menos de un mes", "delete logs under 1 month"},
-                    TranslatedWords{"2GB未満のファイルを削除", "2 gb under files delete"},
-                    TranslatedWords{"三個月前的日誌", "3 month older logs"},
-                    TranslatedWords{"Logs, drei Monate alt, weg", "logs 3 month old delete"}));
-
-// A number of several words is read whole, or a word of it stays, which nobody knows: never the end of it alone.
-INSTANTIATE_TEST_SUITE_P(
-    LongNumbers, TranslatedPromptText,
-    testing::Values(TranslatedWords{"删除四十天前的截图", "delete 40 day older screenshots"},
-                    TranslatedWords{"刪除三十五天前的螢幕截圖", "delete 35 day older screenshots"},
-                    TranslatedWords{"删除一百二十天前的截图", "delete 120 day older screenshots"},
-                    TranslatedWords{"删除一千零五天前的截图", "delete 1005 day older screenshots"},
-                    TranslatedWords{"二十五日以上前のログを削除", "25 day older logs delete"},
-                    TranslatedWords{"删除二三天前的截图", "delete 二 3 day older screenshots"},
-                    TranslatedWords{"删除一百五天前的截图", "delete 一百 5 day older screenshots"},
-                    TranslatedWords{"logs de plus de vingt-cinq jours", "logs over vingt 5 day"},
-                    TranslatedWords{"logs de plus de soixante-quinze jours", "logs over soixante 15 day"},
-                    TranslatedWords{"logs de más de cuarenta y cinco días", "logs over cuarenta and 5 day"},
-                    TranslatedWords{"logs de más de mil quinientos días", "logs over mil 500 day"},
-                    TranslatedWords{"이십오 일 지난 로그", "이 over 15 day logs"}));
-
-// Names of another language in an English request make it no other request.
-INSTANTIATE_TEST_SUITE_P(
-    English, TranslatedPromptText,
-    testing::Values(TranslatedWords{"Delete photos of Los Angeles", "Delete photos of Los Angeles"},
-                    TranslatedWords{"clear the cache", "clear the cache"},
-                    TranslatedWords{"remove old logs of die-hard", "remove old logs of die-hard"},
-                    TranslatedWords{"sort downloads", "sort downloads"}, TranslatedWords{"cache", "cache"},
-                    TranslatedWords{"hello there", "hello there"}, TranslatedWords{"", ""},
-                    TranslatedWords{"\xff\xfe", "\xff\xfe"}));
 
 TEST(TranslatedPrompt, readsEnglishAsItIsInEveryWindow) {
   for (const auto window : allAppLanguages) {
@@ -198,4 +174,4 @@ TEST(TranslatedPrompt, leavesALongTextAlone) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test
