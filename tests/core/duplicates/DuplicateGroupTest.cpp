@@ -1,17 +1,12 @@
 #include "core/base/text/Json.h"
 #include "core/duplicates/records/DuplicateGroup.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <limits>
 #include <random>
 
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
 
 struct Wanted {
   std::string path = "/f";
@@ -41,39 +36,26 @@ std::vector<bool> selection(const DuplicateGroup& group) {
   return result;
 }
 
-struct Choice {
-  const char* name;
-  std::vector<Wanted> items;
-  std::vector<bool> oldest;
-  std::vector<bool> shortest;
-};
-
-class Keeps : public testing::TestWithParam<Choice> {};
-
-TEST_P(Keeps, theStrategysChoice) {
-  auto group = groupOf(GetParam().items);
-  group.applyKeepStrategy(DuplicateKeepStrategy::keepOldest);
-  EXPECT_EQ(selection(group), GetParam().oldest);
-  group.applyKeepStrategy(DuplicateKeepStrategy::keepShortestPath);
-  EXPECT_EQ(selection(group), GetParam().shortest);
+TEST(DuplicateGroup, keepsTheStrategysChoice) {
+  const Rows<const char*, std::vector<Wanted>, std::vector<bool>, std::vector<bool>> rows{
+      // what is selected when the oldest is kept, and when the shortest path is
+      {"first of equals", {{"/aa", 5}, {"/bb", 5}, {"/cc", 5}}, {0, 1, 1}, {0, 1, 1}},
+      {"later one", {{"/aaa", 5}, {"/b", 6}, {"/cc", 4}}, {1, 1, 0}, {1, 0, 1}},
+      {"two share the oldest date", {{"/aaa", 9}, {"/bb", 4}, {"/cc", 4}}, {1, 0, 1}, {1, 0, 1}},
+      // Four characters of eleven bytes, and a character of two code points.
+      {"characters, not bytes", {{"/abcde", 1}, {"/日本語", 2}}, {0, 1}, {1, 0}},
+      {"combined characters", {{"/abc", 1}, {"/e\u0301e\u0301", 2}}, {0, 1}, {1, 0}},
+      {"manual stays", {{"/a", 1}, {"/bb", 2, RiskLabel::manual}, {"/c", 3}}, {0, 0, 1}, {0, 0, 1}},
+      {"one item", {{"/a", 1}}, {0}, {0}},
+  };
+  for (const auto& [name, items, oldest, shortest] : rows) {
+    auto group = groupOf(items);
+    group.applyKeepStrategy(DuplicateKeepStrategy::keepOldest);
+    EXPECT_EQ(selection(group), oldest) << name;
+    group.applyKeepStrategy(DuplicateKeepStrategy::keepShortestPath);
+    EXPECT_EQ(selection(group), shortest) << name;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Choices, Keeps,
-    testing::Values(Choice{"first of equals", {{"/aa", 5}, {"/bb", 5}, {"/cc", 5}}, {0, 1, 1}, {0, 1, 1}},
-                    Choice{"later one", {{"/aaa", 5}, {"/b", 6}, {"/cc", 4}}, {1, 1, 0}, {1, 0, 1}},
-                    Choice{"two share the oldest date", {{"/aaa", 9}, {"/bb", 4}, {"/cc", 4}}, {1, 0, 1}, {1, 0, 1}},
-                    // Four characters of eleven bytes, and a character of two code points.
-                    Choice{"characters, not bytes", {{"/abcde", 1}, {"/日本語", 2}}, {0, 1}, {1, 0}},
-                    Choice{"combined characters", {{"/abc", 1}, {"/e\u0301e\u0301", 2}}, {0, 1}, {1, 0}},
-                    Choice{"manual stays", {{"/a", 1}, {"/bb", 2, RiskLabel::manual}, {"/c", 3}}, {0, 0, 1}, {0, 0, 1}},
-                    Choice{"one item", {{"/a", 1}}, {0}, {0}}),
-    [](const auto& test) {
-      std::string name = test.param.name;
-      std::replace_if(
-          name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
-      return name;
-    });
 
 TEST(DuplicateGroup, derivesItsBytes) {
   auto group = groupOf({{}, {}, {}});
@@ -157,12 +139,8 @@ TEST(DuplicateGroup, readsBackWhatItWrites) {
 }
 
 TEST(DuplicateKeepStrategy, isKnownByItsTitle) {
-  EXPECT_EQ(rawValue(DuplicateKeepStrategy::keepOldest), "Keep Oldest File");
-  EXPECT_EQ(rawValue(DuplicateKeepStrategy::keepShortestPath), "Keep Shortest Path");
-  for (const auto strategy : allDuplicateKeepStrategies) {
-    EXPECT_EQ(duplicateKeepStrategyFromRawValue(rawValue(strategy)), strategy);
-  }
-  EXPECT_EQ(duplicateKeepStrategyFromRawValue("keepOldest"), std::nullopt);
+  EXPECT_EQ(duplicateKeepStrategyFromRawValue("Keep Oldest File"), DuplicateKeepStrategy::keepOldest);
+  EXPECT_EQ(duplicateKeepStrategyFromRawValue("Keep Shortest Path"), DuplicateKeepStrategy::keepShortestPath);
 }
 
 }  // namespace

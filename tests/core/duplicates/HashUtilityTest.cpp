@@ -2,10 +2,7 @@
 #include "core/duplicates/HashUtility.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include <string>
 
 namespace orvane::test {
 namespace {
@@ -41,39 +38,35 @@ TEST(Sha256, goesOnFromACopy) {
   EXPECT_EQ(digestText(hash.finish()), emptyDigest) << "starts anew";
 }
 
-struct Sizes {
-  std::int64_t size;
-  std::int64_t told;
-  std::string (*hashed)(const std::string&);
-};
-
-class PartialHash : public testing::TestWithParam<Sizes> {};
-
-TEST_P(PartialHash, readsTheEndsThatTheSizeTells) {
+TEST(HashUtility, readsTheEndsThatTheSizeTells) {
+  using Hashed = std::string (*)(const std::string& text);
+  const Hashed head = [](const std::string& text) { return text.substr(0, 16384); };
+  const Hashed headAndTail = [](const std::string& text) {
+    return text.substr(0, 16384) + text.substr(text.size() - 16384);
+  };
+  const Hashed headAndFrom17232 = [](const std::string& text) { return text.substr(0, 16384) + text.substr(17232); };
+  const Rows<std::size_t, std::int64_t, Hashed> rows{
+      {0, 0, head},
+      {1, 1, head},
+      {16384, 16384, head},
+      {16385, 16385, head},
+      {32768, 32768, head},
+      {32769, 32769, headAndTail},
+      {200'000, 200'000, headAndTail},
+      // The size told decides, not the file's.
+      {200'000, 32768, head},
+      {20'000, 33'616, headAndFrom17232},
+      {20'000, 1'000'000, head},
+      {20'000, INT64_MAX, head},
+  };
   const TemporaryTree tree;
-  const auto content = pattern(static_cast<std::size_t>(GetParam().size));
-  const FileUrl url(tree.file("file", content));
-  EXPECT_EQ(HashUtility::computePartialHash(url, GetParam().told), digestOf(GetParam().hashed(content)));
-  EXPECT_EQ(HashUtility::computeFullHash(url), digestOf(content));
+  for (const auto& [size, told, hashed] : rows) {
+    const auto content = pattern(size);
+    const FileUrl url(tree.file("file", content));
+    EXPECT_EQ(HashUtility::computePartialHash(url, told), digestOf(hashed(content))) << size << " told " << told;
+    EXPECT_EQ(HashUtility::computeFullHash(url), digestOf(content));
+  }
 }
-
-std::string head(const std::string& text) {
-  return text.substr(0, 16384);
-}
-std::string headAndTail(const std::string& text) {
-  return head(text) + text.substr(text.size() - 16384);
-}
-std::string headAndFrom17232(const std::string& text) {
-  return head(text) + text.substr(17232);
-}
-
-INSTANTIATE_TEST_SUITE_P(Sizes, PartialHash,
-                         testing::Values(Sizes{0, 0, head}, Sizes{1, 1, head}, Sizes{16384, 16384, head},
-                                         Sizes{16385, 16385, head}, Sizes{32768, 32768, head},
-                                         Sizes{32769, 32769, headAndTail}, Sizes{200'000, 200'000, headAndTail},
-                                         // The size told decides, not the file's.
-                                         Sizes{200'000, 32768, head}, Sizes{20'000, 33'616, headAndFrom17232},
-                                         Sizes{20'000, 1'000'000, head}, Sizes{20'000, INT64_MAX, head}));
 
 TEST(HashUtility, knowsNothingOfWhatItCannotOpen) {
   const TemporaryTree tree;
