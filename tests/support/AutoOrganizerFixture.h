@@ -6,11 +6,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <filesystem>
-#include <set>
-#include <string>
-#include <string_view>
-
 namespace orvane::test {
 
 // ~/Downloads is watched; days are counted from a fixed one.
@@ -39,12 +34,8 @@ class AutoOrganizerFixture : public TaskFixture {
   }
   // Paths of all files below ~/Downloads.
   [[nodiscard]] std::set<std::string> files() const {
-    std::set<std::string> result;
-    const auto top = tree.path("Downloads");
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(top)) {
-      if (!entry.is_directory()) result.insert(entry.path().string().substr(top.size() + 1));
-    }
-    return result;
+    const auto below = filesBelow(tree.path("Downloads"));
+    return {below.begin(), below.end()};
   }
 
   AutoOrganizer autoOrganizer{taskServices()};

@@ -8,22 +8,16 @@
 #include "tests/support/AutoOrganizerFixture.h"
 #include "tests/support/MemoryPreferences.h"
 
-#include <gmock/gmock.h>
-
 #include <stdexcept>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::exists;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* settingsKey = "OrvaneAutoOrganizeSettings";
 
 TEST(AutoOrganizeSettings, haveTheirGivenForm) {
-  test::TemporaryTree home;
-  const test::ScopedEnvironment environment("HOME", home.path().c_str());
+  TemporaryTree home;
+  const ScopedEnvironment environment("HOME", home.path().c_str());
   AutoOrganizeSettings settings;
   EXPECT_EQ(jsonText(settings.toJson()), R"({"isEnabled":false,"recentsDays":3,"folderPaths":[")" +
                                              home.path("Desktop") + R"(",")" + home.path("Downloads") +
@@ -46,7 +40,7 @@ TEST(AutoOrganizeSettings, haveTheirGivenForm) {
 }
 
 TEST(AutoOrganizeSettings, fallBackToTheDefaults) {
-  test::MemoryPreferences preferences;
+  MemoryPreferences preferences;
   AutoOrganizeSettingsStore store(preferences);
   EXPECT_EQ(store.get(), AutoOrganizeSettings());
   preferences.values[settingsKey] = Json{{"isEnabled", true}};
@@ -83,7 +77,7 @@ class FakeLoginItems : public LoginItems {
   std::string problem;
 };
 
-class Controller : public test::AutoOrganizerFixture {
+class Controller : public AutoOrganizerFixture {
  protected:
   Controller() {
     store.update([&](auto& settings) {
@@ -137,21 +131,17 @@ TEST_F(Controller, startsNoTimerWhenDisabled) {
   EXPECT_EQ(controller.statusMessage(), std::nullopt);
 }
 
-struct Status {
-  std::int64_t recent;
-  std::int64_t sorted;
-  const char* text;
-};
-class ControllerStatus : public testing::TestWithParam<Status> {};
-TEST_P(ControllerStatus, hasAPluralForTheFirstNumberAlone) {
-  EXPECT_EQ(AutoOrganizeController::statusText({GetParam().recent, GetParam().sorted, {}}), GetParam().text);
+TEST(ControllerStatus, hasAPluralForTheFirstNumberAlone) {
+  const Rows<std::int64_t, std::int64_t, const char*> rows{
+      {0, 0, "Everything is tidy."},
+      {1, 4, "Moved 1 new item to Recents and sorted 4. Undo anytime in History."},
+      {0, 1, "Moved 0 new items to Recents and sorted 1. Undo anytime in History."},
+      {2, 0, "Moved 2 new items to Recents and sorted 0. Undo anytime in History."},
+  };
+  for (const auto& [recent, sorted, text] : rows) {
+    EXPECT_EQ(AutoOrganizeController::statusText({recent, sorted, {}}), text);
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Texts, ControllerStatus,
-    testing::Values(Status{0, 0, "Everything is tidy."},
-                    Status{1, 4, "Moved 1 new item to Recents and sorted 4. Undo anytime in History."},
-                    Status{0, 1, "Moved 0 new items to Recents and sorted 1. Undo anytime in History."},
-                    Status{2, 0, "Moved 2 new items to Recents and sorted 0. Undo anytime in History."}));
 
 TEST_F(Controller, doesNothingWhileARunIsUnderWay) {
   arrive("old.pdf", -10);
@@ -196,4 +186,4 @@ TEST_F(Controller, saysWhyItDoesNotStartAtLogin) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

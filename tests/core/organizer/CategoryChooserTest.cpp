@@ -3,87 +3,65 @@
 #include "tests/support/TemporaryTree.h"
 #include "tests/support/TimeZone.h"
 
-#include <gtest/gtest.h>
 #include <unicode/locid.h>
 
-#include <ostream>
-#include <string>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using Item = CategoryChooser::Item;
-
-struct Choice {
-  const char* folder;
-  const char* name;
-  ItemKind kind;
-  const char* category;
-};
-void PrintTo(const Choice& choice, std::ostream* out) {
-  *out << choice.name << " in " << choice.folder;
+TEST(SmartCategory, dependsOnTheFolderAndTheName) {
+  using enum ItemKind;
+  const Rows<const char*, const char*, ItemKind, const char*> rows{
+      {"my PHOTOS", "Screen Shot 1.gif", file, "Screenshots"},
+      {"Pictures", "Capture.png", file, "Screenshots"},
+      {"Pictures", "CleanShot of a logo.png", file, "Screenshots"},
+      {"Pictures", "ChatGPT logo.png", file, "AI Generated"},
+      {"Pictures", "Logo.svg", file, "Banners & Graphics"},
+      {"Pictures", "IMG_1 header.HEIC", file, "Banners & Graphics"},
+      {"Pictures", "x.HEIC", file, "Photos & Pictures"},
+      {"Pictures", "DSC_1.svg", file, "Photos & Pictures"},
+      {"Pictures", "x.EPS", file, "Vectors & Icons"},
+      {"Pictures", "x.gif", file, "GIFs & Animations"},
+      {"Pictures", "report.pdf", file, "Photos & Pictures"},
+      {"Pictures", "x.inv", file, "Photos & Pictures"},
+      {"Image Box", "x.gif", file, "GIFs & Animations"},
+      // The name is compared in lower case, where no camel shows.
+      {"MyPhotos", "x.gif", file, "Media/Images"},
+      {"Epic", "x.gif", file, "Media/Images"},
+      {"media", "a.SVG", file, "Images"},
+      {"Media", "My Screenshot.png", file, "Screenshots"},
+      {"Media", "screenshot.mov", file, "Videos"},
+      {"Media", "a.aiff", file, "Audio"},
+      {"Media", "a.pdf", file, "Other"},
+      {"Media 2", "a.pdf", file, "Documents/PDFs"},
+      {"Documents", "a.pdf", file, "PDFs"},
+      {"DOCUMENT", "a.txt", file, "Text & Notes"},
+      {"Documents", "a.png", file, "Media/Images"},
+      {"Documents", "a.doc", file, "Old/Letters"},
+      {"Dev", "a.png", file, "Source Code"},
+      {"CODE", "x.inv", file, "Source Code"},
+      {"Downloads", "a.PDF", file, "Documents/PDFs"},
+      {"Downloads", "noext", file, "Other"},
+      {"Downloads", ".hidden", file, "Other"},
+      {"Downloads", "bill.INV", file, "Work/Invoices"},
+      {"Downloads", "Screenshot.webp", file, "Media/Screenshots"},
+      {"Pictures", "Trip", folder, "Folders"},
+      {"Media", "old PHOTOS", folder, "Images"},
+      {"Media", "movie photos", folder, "Images"},
+      {"Media", "Movies", folder, "Videos"},
+      {"Media", "musicals", folder, "Audio"},
+      {"Media", "Stuff", folder, "Folders"},
+      {"Documents", "Homework", folder, "Folders"},
+      {"Documents", "Backups", folder, "Archives/Folders"},
+      {"development", "Photos", folder, "Projects"},
+      {"Downloads", "MyPhotos", folder, "Media/Folders"},
+      {"Downloads", "nothing told", folder, "Documents/Folders"},
+  };
+  for (const auto& [in, name, kind, category] : rows) {
+    const CategoryChooser chooser(FileUrl(std::string("/d/") + in), OrganizationStrategy::byCategory,
+                                  {{"inv", "Work/Invoices"}, {"doc", "Documents/Old/Documents/Letters"}});
+    EXPECT_EQ(chooser.categoryOf({.name = name, .kind = kind}), category) << name << " in " << in;
+  }
 }
-class SmartCategory : public testing::TestWithParam<Choice> {};
-
-TEST_P(SmartCategory, dependsOnTheFolderAndTheName) {
-  const auto& choice = GetParam();
-  const CategoryChooser chooser(FileUrl(std::string("/d/") + choice.folder), OrganizationStrategy::byCategory,
-                                {{"inv", "Work/Invoices"}, {"doc", "Documents/Old/Documents/Letters"}});
-  EXPECT_EQ(chooser.categoryOf({.name = choice.name, .kind = choice.kind}), choice.category);
-}
-
-constexpr auto file = ItemKind::file;
-constexpr auto aFolder = ItemKind::folder;
-
-INSTANTIATE_TEST_SUITE_P(Pictures, SmartCategory,
-                         testing::Values(Choice{"Pictures", "Trip", aFolder, "Folders"},
-                                         Choice{"my PHOTOS", "Screen Shot 1.gif", file, "Screenshots"},
-                                         Choice{"Pictures", "Capture.png", file, "Screenshots"},
-                                         Choice{"Pictures", "CleanShot of a logo.png", file, "Screenshots"},
-                                         Choice{"Pictures", "ChatGPT logo.png", file, "AI Generated"},
-                                         Choice{"Pictures", "Logo.svg", file, "Banners & Graphics"},
-                                         Choice{"Pictures", "IMG_1 header.HEIC", file, "Banners & Graphics"},
-                                         Choice{"Pictures", "x.HEIC", file, "Photos & Pictures"},
-                                         Choice{"Pictures", "DSC_1.svg", file, "Photos & Pictures"},
-                                         Choice{"Pictures", "x.EPS", file, "Vectors & Icons"},
-                                         Choice{"Pictures", "x.gif", file, "GIFs & Animations"},
-                                         Choice{"Pictures", "report.pdf", file, "Photos & Pictures"},
-                                         Choice{"Pictures", "x.inv", file, "Photos & Pictures"},
-                                         Choice{"Image Box", "x.gif", file, "GIFs & Animations"},
-                                         // The name is compared in lower case, where no camel shows.
-                                         Choice{"MyPhotos", "x.gif", file, "Media/Images"},
-                                         Choice{"Epic", "x.gif", file, "Media/Images"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Media, SmartCategory,
-    testing::Values(Choice{"Media", "old PHOTOS", aFolder, "Images"},
-                    Choice{"Media", "movie photos", aFolder, "Images"}, Choice{"Media", "Movies", aFolder, "Videos"},
-                    Choice{"Media", "musicals", aFolder, "Audio"}, Choice{"Media", "Stuff", aFolder, "Folders"},
-                    Choice{"media", "a.SVG", file, "Images"}, Choice{"Media", "My Screenshot.png", file, "Screenshots"},
-                    Choice{"Media", "screenshot.mov", file, "Videos"}, Choice{"Media", "a.aiff", file, "Audio"},
-                    Choice{"Media", "a.pdf", file, "Other"}, Choice{"Media 2", "a.pdf", file, "Documents/PDFs"}));
-
-INSTANTIATE_TEST_SUITE_P(Documents, SmartCategory,
-                         testing::Values(Choice{"Documents", "a.pdf", file, "PDFs"},
-                                         Choice{"DOCUMENT", "a.txt", file, "Text & Notes"},
-                                         Choice{"Documents", "Homework", aFolder, "Folders"},
-                                         Choice{"Documents", "a.png", file, "Media/Images"},
-                                         Choice{"Documents", "Backups", aFolder, "Archives/Folders"},
-                                         Choice{"Documents", "a.doc", file, "Old/Letters"}));
-
-INSTANTIATE_TEST_SUITE_P(Development, SmartCategory,
-                         testing::Values(Choice{"Dev", "a.png", file, "Source Code"},
-                                         Choice{"development", "Photos", aFolder, "Projects"},
-                                         Choice{"CODE", "x.inv", file, "Source Code"}));
-
-INSTANTIATE_TEST_SUITE_P(OtherFolders, SmartCategory,
-                         testing::Values(Choice{"Downloads", "a.PDF", file, "Documents/PDFs"},
-                                         Choice{"Downloads", "noext", file, "Other"},
-                                         Choice{"Downloads", ".hidden", file, "Other"},
-                                         Choice{"Downloads", "bill.INV", file, "Work/Invoices"},
-                                         Choice{"Downloads", "MyPhotos", aFolder, "Media/Folders"},
-                                         Choice{"Downloads", "Screenshot.webp", file, "Media/Screenshots"},
-                                         Choice{"Downloads", "nothing told", aFolder, "Documents/Folders"}));
 
 std::string byType(std::string_view name, ItemKind kind = ItemKind::file) {
   return CategoryChooser(FileUrl("/d/Pictures"), OrganizationStrategy::byType, {{"pdf", "x"}})
@@ -108,7 +86,7 @@ class ByDate : public testing::Test {
     UErrorCode status = U_ZERO_ERROR;
     icu::Locale::setDefault(locale, status);
   }
-  static std::string monthOf(const Item& item) {
+  static std::string monthOf(const CategoryChooser::Item& item) {
     return CategoryChooser(FileUrl("/d/Pictures"), OrganizationStrategy::byDate, {}).categoryOf(item);
   }
 
@@ -121,18 +99,17 @@ class ByDate : public testing::Test {
 
 TEST_F(ByDate, namesTheMonthInTheUsersLanguageAndTimeZone) {
   useLocale(icu::Locale("en_US"));
-  test::inTimeZone("UTC", [&] { EXPECT_EQ(monthOf({.name = "a", .modified = endOfApril}), "2024-04 (April)"); });
-  test::inTimeZone("Europe/Berlin",
-                   [&] { EXPECT_EQ(monthOf({.name = "a", .modified = endOfApril}), "2024-05 (May)"); });
+  inTimeZone("UTC", [&] { EXPECT_EQ(monthOf({.name = "a", .modified = endOfApril}), "2024-04 (April)"); });
+  inTimeZone("Europe/Berlin", [&] { EXPECT_EQ(monthOf({.name = "a", .modified = endOfApril}), "2024-05 (May)"); });
   useLocale(icu::Locale("de_DE"));
-  test::inTimeZone("UTC", [&] { EXPECT_EQ(monthOf({.name = "a", .modified = march2021}), "2021-03 (März)"); });
+  inTimeZone("UTC", [&] { EXPECT_EQ(monthOf({.name = "a", .modified = march2021}), "2021-03 (März)"); });
   useLocale(icu::Locale("ja_JP"));
-  test::inTimeZone("UTC", [&] { EXPECT_EQ(monthOf({.name = "a", .modified = march2021}), "2021-03 (3月)"); });
+  inTimeZone("UTC", [&] { EXPECT_EQ(monthOf({.name = "a", .modified = march2021}), "2021-03 (3月)"); });
 }
 
 TEST_F(ByDate, prefersTheModificationDate) {
   useLocale(icu::Locale("en_US"));
-  test::inTimeZone("UTC", [&] {
+  inTimeZone("UTC", [&] {
     EXPECT_EQ(monthOf({.name = "a", .modified = march2021, .created = endOfApril}), "2021-03 (March)");
     EXPECT_EQ(monthOf({.name = "a", .kind = ItemKind::folder, .created = endOfApril}), "2024-04 (April)");
     const auto undated = monthOf({.name = "a"});
@@ -141,4 +118,4 @@ TEST_F(ByDate, prefersTheModificationDate) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

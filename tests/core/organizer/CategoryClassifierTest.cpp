@@ -1,58 +1,46 @@
 #include "core/organizer/categories/CategoryClassifier.h"
 
 #include "core/organizer/categories/FolderClassifier.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <random>
-#include <string>
-#include <vector>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 constexpr std::int64_t large = 104'857'600;
 
-struct PathCase {
-  const char* path;
-  ScanCategory category;
-  std::int64_t size = 1;
-};
-class Classify : public testing::TestWithParam<PathCase> {};
-
-TEST_P(Classify, namesTheCategory) {
-  EXPECT_EQ(CategoryClassifier::classify(FileUrl(GetParam().path), GetParam().size), GetParam().category)
-      << GetParam().path;
+TEST(CategoryClassifier, namesTheCategory) {
+  const Rows<ScanCategory, std::vector<const char*>> rows{
+      {ScanCategory::trash, {"/h/.Trash", "/h/.Trash/setup.dmg", "/h/.Trash/Library/Caches/Google/x"}},
+      {ScanCategory::manualReview,
+       {"/h/.Trash2/x", "/h/MyLibrary/Caches/other/x", "/h/screenshot.png", "/h/x.zip", "/h/Library/Containers"}},
+      {ScanCategory::developerCaches,
+       {"/h/Library/Developer/Xcode/DerivedData/x.log", "/h/Library/Developer/Xcode/Archives"}},
+      {ScanCategory::browserCaches, {"/h/Library/Caches/GoogleUpdater/x", "/h/Library/Caches/BraveSoftware"}},
+      {ScanCategory::messagingMedia, {"/h/Library/Caches/ms-teams/Screenshot.png"}},
+      {ScanCategory::caches,
+       {"/h/Library/Caches/Adobe/report.log", "/h/Library/Application Support/Adobe/Common/Media Cache Files/x",
+        "/h/Library/Caches/other/setup.dmg"}},
+      {ScanCategory::logs, {"/h/Library/Logs/x.dmg", "/h/x.LOG"}},
+      {ScanCategory::screenshots, {"/h/Downloads/Screenshot.zip", "/h/Capture d’écran 1.png"}},
+      {ScanCategory::oldDownloads,
+       {"/h/anywhere/setup.dmg", "/h/x.AppInstaller", "/h/x.p\xE2\x84\xAAg", "/h/Downloads/x.xz"}},
+      {ScanCategory::appLeftovers, {"/h/Library/Containers/x"}},
+  };
+  for (const auto& [category, paths] : rows) {
+    for (const auto* path : paths) EXPECT_EQ(CategoryClassifier::classify(FileUrl(path), 1), category) << path;
+  }
+  const Rows<const char*, ScanCategory, std::int64_t> ofSize{
+      {"/h/x.zip", ScanCategory::largeFiles, large},
+      {"/h/Library/Application Support/App/x.zip", ScanCategory::appLeftovers, large},
+      {"/h/Movies/x.mov", ScanCategory::largeFiles, 150'000'000},
+      {"/h/Movies/x.mov", ScanCategory::manualReview, large - 1},
+  };
+  for (const auto& [path, category, size] : ofSize) {
+    EXPECT_EQ(CategoryClassifier::classify(FileUrl(path), size), category) << path;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Paths, Classify,
-    testing::Values(PathCase{"/h/.Trash", ScanCategory::trash}, PathCase{"/h/.Trash/setup.dmg", ScanCategory::trash},
-                    PathCase{"/h/.Trash2/x", ScanCategory::manualReview},
-                    PathCase{"/h/.Trash/Library/Caches/Google/x", ScanCategory::trash},
-                    PathCase{"/h/Library/Developer/Xcode/DerivedData/x.log", ScanCategory::developerCaches},
-                    PathCase{"/h/Library/Developer/Xcode/Archives", ScanCategory::developerCaches},
-                    PathCase{"/h/Library/Caches/GoogleUpdater/x", ScanCategory::browserCaches},
-                    PathCase{"/h/Library/Caches/BraveSoftware", ScanCategory::browserCaches},
-                    PathCase{"/h/Library/Caches/ms-teams/Screenshot.png", ScanCategory::messagingMedia},
-                    PathCase{"/h/Library/Caches/Adobe/report.log", ScanCategory::caches},
-                    PathCase{"/h/Library/Application Support/Adobe/Common/Media Cache Files/x", ScanCategory::caches},
-                    PathCase{"/h/Library/Logs/x.dmg", ScanCategory::logs}, PathCase{"/h/x.LOG", ScanCategory::logs},
-                    PathCase{"/h/Library/Caches/other/setup.dmg", ScanCategory::caches},
-                    PathCase{"/h/MyLibrary/Caches/other/x", ScanCategory::manualReview},
-                    PathCase{"/h/Downloads/Screenshot.zip", ScanCategory::screenshots},
-                    PathCase{"/h/Capture d’écran 1.png", ScanCategory::screenshots},
-                    PathCase{"/h/screenshot.png", ScanCategory::manualReview},
-                    PathCase{"/h/anywhere/setup.dmg", ScanCategory::oldDownloads},
-                    PathCase{"/h/x.AppInstaller", ScanCategory::oldDownloads},
-                    PathCase{"/h/x.p\xE2\x84\xAAg", ScanCategory::oldDownloads},  // the Kelvin sign's lower case is "k"
-                    PathCase{"/h/Downloads/x.xz", ScanCategory::oldDownloads},
-                    PathCase{"/h/x.zip", ScanCategory::manualReview},
-                    PathCase{"/h/x.zip", ScanCategory::largeFiles, large},
-                    PathCase{"/h/Library/Application Support/App/x.zip", ScanCategory::appLeftovers, large},
-                    PathCase{"/h/Library/Containers/x", ScanCategory::appLeftovers},
-                    PathCase{"/h/Library/Containers", ScanCategory::manualReview},
-                    PathCase{"/h/Movies/x.mov", ScanCategory::largeFiles, 150'000'000},
-                    PathCase{"/h/Movies/x.mov", ScanCategory::manualReview, large - 1}));
 
 TEST(CategoryClassifier, knowsScreenshotsByTheBeginningOfTheirNames) {
   for (const char* name : {"Screen Shot 1", "Bildschirmfoto.png", "スクリーンショット 1", "截屏2024", "Shot_1.txt"}) {
@@ -65,39 +53,37 @@ TEST(CategoryClassifier, knowsScreenshotsByTheBeginningOfTheirNames) {
 
 // The folder's classifier gives the same answer as the path's, however a path is cut into folder and name.
 TEST(FolderClassifier, agreesOnPathsMadeOfTellingPieces) {
-  const std::vector<std::string> pieces{
-      "h",
-      ".Trash",
-      "Library",
-      "Caches",
-      "Developer",
-      "Xcode",
-      "DerivedData",
-      "Archives",
-      "Google",
-      "GoogleX",
-      "Logs",
-      "Downloads",
-      "CoreSimulator",
-      "com.apple.Safari",
-      "ms-teams",
-      "Adobe",
-      "Common",
-      "Media Cache Files X",
-      "Application Support",
-      "Containers",
-      "x.log",
-      "Screenshot.zip",
-      "x.zip",
-      "x.dmg",
-      "blender",
-      "MyLibrary",
-      "com.hnc.Discord",
-      "Shot_",
-      "a.7Z",
-      "Media Cache Files",
-      "com.apple.FinalCut.x",
-  };
+  const std::vector<std::string> pieces{"h",
+                                        ".Trash",
+                                        "Library",
+                                        "Caches",
+                                        "Developer",
+                                        "Xcode",
+                                        "DerivedData",
+                                        "Archives",
+                                        "Google",
+                                        "GoogleX",
+                                        "Logs",
+                                        "Downloads",
+                                        "CoreSimulator",
+                                        "com.apple.Safari",
+                                        "ms-teams",
+                                        "Adobe",
+                                        "Common",
+                                        "Media Cache Files X",
+                                        "Application Support",
+                                        "Containers",
+                                        "x.log",
+                                        "Screenshot.zip",
+                                        "x.zip",
+                                        "x.dmg",
+                                        "blender",
+                                        "MyLibrary",
+                                        "com.hnc.Discord",
+                                        "Shot_",
+                                        "a.7Z",
+                                        "Media Cache Files",
+                                        "com.apple.FinalCut.x"};
   // Paths that reach deep into the tables by chance alone are rare, so some begin there.
   const std::vector<std::string> beginnings{"",
                                             "/h/Library",
@@ -123,4 +109,4 @@ TEST(FolderClassifier, agreesOnPathsMadeOfTellingPieces) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

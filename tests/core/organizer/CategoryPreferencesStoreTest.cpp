@@ -2,18 +2,12 @@
 
 #include "core/base/text/Json.h"
 #include "tests/support/MemoryPreferences.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 constexpr const char* learnedKey = "OrvaneLearnedCategoryPreferences";
-
-using test::MemoryPreferences;
 
 TEST(CategoryPreferencesStore, remembersUnderLowerCaseKeysAndStoresAtOnce) {
   MemoryPreferences preferences;
@@ -32,7 +26,7 @@ TEST(CategoryPreferencesStore, namesTheFirstFolderOfEveryCategory) {
   MemoryPreferences preferences;
   preferences.values[learnedKey] =
       Json({{"a", "Work/Invoices"}, {"b", "Work"}, {"c", "/Led/By slash"}, {"d", "/"}, {"e", ""}});
-  EXPECT_THAT(CategoryPreferencesStore(preferences).learnedCategoryRoots(), testing::ElementsAre("Led", "Work"));
+  EXPECT_THAT(CategoryPreferencesStore(preferences).learnedCategoryRoots(), ElementsAre("Led", "Work"));
 }
 
 TEST(CategoryPreferencesStore, startsEmptyFromAMalformedValue) {
@@ -53,4 +47,4 @@ TEST(CategoryPreferencesStore, keepsWhatAnotherProcessLearned) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -3,39 +3,33 @@
 #include "core/organizer/categories/GeneratedFolders.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using test::TemporaryTree;
-
-struct ExtensionCase {
-  const char* extension;
-  const char* filename;
-  const char* category;
-};
-class ExtensionCategory : public testing::TestWithParam<ExtensionCase> {};
-
-TEST_P(ExtensionCategory, namesTheCategory) {
-  const auto& [extension, filename, category] = GetParam();
-  EXPECT_EQ(defaultCategoryNameForExtension(extension, filename), category);
+TEST(ExtensionCategory, namesTheCategory) {
+  const Rows<const char*, const char*, const char*> rows{
+      {"pdf", "a.pdf", "Documents/PDFs"},
+      {"md", "a.md", "Documents/Text & Notes"},
+      {"csv", "a.csv", "Documents/Spreadsheets"},
+      {"key", "a.key", "Documents/Presentations"},
+      {"png", "screenshot.png", "Media/Screenshots"},
+      {"jpg", "My SCREEN SHOT.jpg", "Media/Screenshots"},
+      {"heic", "a.heic", "Media/Images"},
+      {"JPG", "a.JPG", "Other"},
+      {"mp4", "Screenshot.mp4", "Media/Videos"},
+      {"aiff", "a", "Media/Audio"},
+      {"xz", "a.xz", "Other"},
+      {"7z", "a.7z", "Archives"},
+      {"iso", "a.iso", "Installers"},
+      {"h", "a.h", "Development/Source Code"},
+      {"", "Makefile", "Other"},
+  };
+  for (const auto& [extension, filename, category] : rows) {
+    EXPECT_EQ(defaultCategoryNameForExtension(extension, filename), category) << filename;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Extensions, ExtensionCategory,
-    testing::Values(ExtensionCase{"pdf", "a.pdf", "Documents/PDFs"},
-                    ExtensionCase{"md", "a.md", "Documents/Text & Notes"},
-                    ExtensionCase{"csv", "a.csv", "Documents/Spreadsheets"},
-                    ExtensionCase{"key", "a.key", "Documents/Presentations"},
-                    ExtensionCase{"png", "screenshot.png", "Media/Screenshots"},
-                    ExtensionCase{"jpg", "My SCREEN SHOT.jpg", "Media/Screenshots"},
-                    ExtensionCase{"heic", "a.heic", "Media/Images"}, ExtensionCase{"JPG", "a.JPG", "Other"},
-                    ExtensionCase{"mp4", "Screenshot.mp4", "Media/Videos"}, ExtensionCase{"aiff", "a", "Media/Audio"},
-                    ExtensionCase{"xz", "a.xz", "Other"}, ExtensionCase{"7z", "a.7z", "Archives"},
-                    ExtensionCase{"iso", "a.iso", "Installers"}, ExtensionCase{"h", "a.h", "Development/Source Code"},
-                    ExtensionCase{"", "Makefile", "Other"}));
 
 TEST(NameHasWord, comparesWholeWordsAndTheirPlurals) {
   constexpr std::array<std::string_view, 3> words{"photo", "backup", "class"};
@@ -95,4 +89,4 @@ TEST(GeneratedFolders, areRecognisedByNamePatternOrLearning) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

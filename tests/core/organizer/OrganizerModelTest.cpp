@@ -1,34 +1,19 @@
 #include "core/base/text/Json.h"
 #include "core/organizer/records/OrganizationCategoryGroup.h"
-#include "core/organizer/records/OrganizationStrategy.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <limits>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-TEST(OrganizationStrategy, isReadBackFromItsTitle) {
-  for (const auto strategy : allOrganizationStrategies) {
-    EXPECT_EQ(organizationStrategyFromRawValue(rawValue(strategy)), strategy);
-  }
-  EXPECT_EQ(rawValue(OrganizationStrategy::byDate), "By Date (Year & Month)");
-  EXPECT_FALSE(organizationStrategyFromRawValue("byDate"));
-}
 
 OrganizationCategoryGroup groupOf(std::initializer_list<std::int64_t> sizes) {
   OrganizationCategoryGroup group;
-  group.name = "Media/Images";
   group.destinationFolder = FileUrl("/h/Organized/Media/Images");
   for (const auto size : sizes) {
-    ProposedMove move;
+    auto& move = group.moves.emplace_back();
     move.originalURL = FileUrl("/h/a b.png");
-    move.targetURL = FileUrl("/h/Organized/Media/Images/a b.png");
-    move.categoryName = group.name;
     move.fileSize = size;
-    move.sourceRelativePath = "a b.png";
-    group.moves.push_back(move);
   }
   return group;
 }
@@ -58,4 +43,4 @@ TEST(OrganizationCategoryGroup, writesItsMovesWithTheGivenKeys) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -3,12 +3,8 @@
 #include "core/organizer/topics/TopicCategorizing.h"
 #include "tests/support/OrganizerFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
 
 // Answers from a list, whatever it is asked.
 class ListedTopics : public TopicCategorizing {

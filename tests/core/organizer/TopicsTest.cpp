@@ -1,57 +1,38 @@
 #include "core/organizer/topics/OnDeviceTopicCategorizer.h"
 #include "core/organizer/topics/TopicNames.h"
 #include "core/organizer/topics/TopicResponseParser.h"
-#include "core/platform/TopicModel.h"
+#include "tests/support/ScriptedModel.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-
-#include <functional>
 #include <stdexcept>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Pair;
-using testing::SizeIs;
-
-struct Topic {
-  std::string text;
-  std::optional<std::string> clean;
-};
-void PrintTo(const Topic& topic, std::ostream* out) {
-  *out << topic.text;
+TEST(TopicNames, areCleaned) {
+  std::string fortyToAReader;
+  for (int i = 0; i < 40; ++i) fortyToAReader += "e\u0301";
+  const Rows<std::string, std::optional<std::string>> rows{
+      {"Tax Documents", "Tax Documents"},
+      {"Work/Projects", "Work Projects"},
+      {"a:b\\c\nd\re\001f", "a b c d e f"},
+      {"  Travel.  ", "Travel"},
+      {" . Two   Words . ", "Two Words"},
+      {"v1.2", "v1.2"},
+      {"..", std::nullopt},
+      {"../../etc", "etc"},
+      {". / .", std::nullopt},
+      {"", std::nullopt},
+      {" \t ", std::nullopt},
+      {".hidden", "hidden"},
+      {std::string(40, 'x'), std::string(40, 'x')},
+      {std::string(41, 'x'), std::nullopt},
+      {"Ferien\u2028Bilder", "Ferien Bilder"},
+      {"gpj.\u202egpj", "gpj. gpj"},
+      {fortyToAReader, fortyToAReader},
+  };
+  for (const auto& [text, clean] : rows) EXPECT_EQ(TopicNames::sanitize(text), clean) << text;
 }
-class TopicName : public testing::TestWithParam<Topic> {};
-
-TEST_P(TopicName, isCleaned) {
-  EXPECT_EQ(TopicNames::sanitize(GetParam().text), GetParam().clean);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Texts, TopicName,
-    testing::Values(Topic{"Tax Documents", "Tax Documents"}, Topic{"Work/Projects", "Work Projects"},
-                    Topic{"a:b\\c\nd\re\x01"
-                          "f",
-                          "a b c d e f"},
-                    Topic{"  Travel.  ", "Travel"}, Topic{" . Two   Words . ", "Two Words"}, Topic{"v1.2", "v1.2"},
-                    Topic{"..", std::nullopt}, Topic{"../../etc", "etc"}, Topic{". / .", std::nullopt},
-                    Topic{"", std::nullopt}, Topic{" \t ", std::nullopt}, Topic{".hidden", "hidden"},
-                    Topic{std::string(40, 'x'), std::string(40, 'x')}, Topic{std::string(41, 'x'), std::nullopt},
-                    Topic{"Ferien\u2028Bilder", "Ferien Bilder"}, Topic{"gpj.\u202egpj", "gpj. gpj"},
-                    // Forty characters to a reader.
-                    Topic{[] {
-                            std::string text;
-                            for (int i = 0; i < 40; ++i) text += "e\u0301";
-                            return text;
-                          }(),
-                          [] {
-                            std::string text;
-                            for (int i = 0; i < 40; ++i) text += "e\u0301";
-                            return text;
-                          }()}));
 
 TEST(TopicResponse, isFoundAmongProse) {
   const std::set<std::string> allowed{"a.pdf", "b.pdf", "c.pdf"};
@@ -65,21 +46,14 @@ TEST(TopicResponse, isFoundAmongProse) {
   }
 }
 
-class FakeModel : public TopicModel {
+class FakeModel : public ScriptedModel {
  public:
-  using Reply = std::function<std::string(const std::string& prompt)>;
-  explicit FakeModel(Reply reply) : m_reply(std::move(reply)) {}
-  [[nodiscard]] std::string unavailableReason() override { return {}; }
+  explicit FakeModel(std::function<std::string(const std::string& prompt)> answer) { reply = std::move(answer); }
   [[nodiscard]] std::string respond(const std::string& instructions, const std::string& prompt,
-                                    const std::stop_token& /*stop*/) override {
+                                    const std::stop_token& stop) override {
     EXPECT_EQ(instructions, OnDeviceTopicCategorizer::instructions);
-    prompts.push_back(prompt);
-    return m_reply(prompt);
+    return ScriptedModel::respond(instructions, prompt, stop);
   }
-  std::vector<std::string> prompts;
-
- private:
-  Reply m_reply;
 };
 
 TEST(TopicCategorizer, givesItsInstructionsByteForByte) {
@@ -102,9 +76,8 @@ TEST(TopicCategorizer, asksInBatchesAndTellsLaterOnesOfEarlierTopics) {
   const auto items = [](const std::string& prompt) { return std::count(prompt.begin(), prompt.end(), '\n') - 2; };
   EXPECT_EQ(items(model.prompts[0]), 25);
   EXPECT_EQ(items(model.prompts[2]), 10);
-  EXPECT_THAT(model.prompts[0], testing::StartsWith("Existing folders: Art, Zoo\n\nItems:\n- item 0\n- item 1\n"));
-  EXPECT_THAT(model.prompts[2],
-              testing::StartsWith("Existing folders: Art, Topic of item 0, Zoo\n\nItems:\n- item 50"));
+  EXPECT_THAT(model.prompts[0], StartsWith("Existing folders: Art, Zoo\n\nItems:\n- item 0\n- item 1\n"));
+  EXPECT_THAT(model.prompts[2], StartsWith("Existing folders: Art, Topic of item 0, Zoo\n\nItems:\n- item 50"));
 }
 
 TEST(TopicCategorizer, offersNoTopicAgainThatCanBeNoFolder) {
@@ -112,7 +85,7 @@ TEST(TopicCategorizer, offersNoTopicAgainThatCanBeNoFolder) {
   for (int i = 0; i < 30; ++i) names.push_back(std::to_string(i));
   FakeModel model([&](const std::string&) { return R"({"0": "Documents", "1": "PDFs", "2": "Work"})"; });
   static_cast<void>(OnDeviceTopicCategorizer(model).topics(names, {}));
-  EXPECT_THAT(model.prompts.at(1), testing::StartsWith("Existing folders: Work\n"));
+  EXPECT_THAT(model.prompts.at(1), StartsWith("Existing folders: Work\n"));
 }
 
 TEST(TopicCategorizer, namesAtMost25FoldersAndNoneWhereThereAreNone) {
@@ -133,4 +106,4 @@ TEST(TopicCategorizer, asksNothingAboutNothing) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test
