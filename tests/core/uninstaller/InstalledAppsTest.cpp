@@ -2,46 +2,32 @@
 #include "tests/core/uninstaller/UninstallerFixture.h"
 
 #include <fcntl.h>
+#include <plist/plist.h>
 #include <sys/stat.h>
 
+#include <cstdlib>
 #include <filesystem>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using test::xmlList;
-using testing::ElementsAre;
-using testing::Field;
-
-class InstalledAppsTest : public test::UninstallerFixture {
+class InstalledAppsTest : public UninstallerFixture {
  public:
   InstalledApp inspect(const std::string& list) { return engine.appAt(FileUrl(appWithList("Bundle Name.app", list))); }
 };
 
-// {"CFBundleName": "Binär", "CFBundleIdentifier": "org.example.b", "CFBundleVersion": "7"}
 std::string binaryList() {
-  std::string objects = "bplist00";
-  std::vector<std::size_t> offsets;
-  const auto add = [&](const std::string& object) {
-    offsets.push_back(objects.size());
-    objects += object;
-  };
-  const auto ascii = [](const std::string& text) {
-    return "\x5f\x10" + std::string(1, static_cast<char>(text.size())) + text;
-  };
-  add({"\xd3\x01\x02\x03\x04\x05\x06", 7});
-  add(ascii("CFBundleName"));
-  add(ascii("CFBundleIdentifier"));
-  add(ascii("CFBundleVersion"));
-  add({"\x65\0B\0i\0n\0\xe4\0r", 11});
-  add(ascii("org.example.b"));
-  add("\x51"
-      "7");
-  const auto table = static_cast<char>(objects.size());
-  for (const auto offset : offsets) objects += static_cast<char>(offset);
-  const char trailer[32] = {0, 0, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 7,
-                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, table};
-  return objects + std::string(trailer, sizeof trailer);
+  const std::unique_ptr<void, decltype(&plist_free)> list(plist_new_dict(), plist_free);
+  for (const auto& [key, text] :
+       {std::pair{"CFBundleName", "Binär"}, {"CFBundleIdentifier", "org.example.b"}, {"CFBundleVersion", "7"}}) {
+    plist_dict_set_item(list.get(), key, plist_new_string(text));
+  }
+  char* bytes = nullptr;
+  std::uint32_t size = 0;
+  plist_to_bin(list.get(), &bytes, &size);
+  const std::string result(bytes, size);
+  std::free(bytes);
+  return result;
 }
 
 // A chain of lists of which each names the next one twice: few bytes that stand for 2^`levels` values.
@@ -62,23 +48,15 @@ std::string swollenBinaryList(int levels) {
   return objects + trailer;
 }
 
-struct NameCase {
-  const char* label;
-  std::map<std::string, std::string> texts;
-  std::string name;
-};
-class InstalledAppName : public InstalledAppsTest, public testing::WithParamInterface<NameCase> {};
-INSTANTIATE_TEST_SUITE_P(
-    All, InstalledAppName,
-    testing::Values(NameCase{"display", {{"CFBundleDisplayName", "Shown"}, {"CFBundleName", "Plain"}}, "Shown"},
-                    NameCase{"plain", {{"CFBundleName", "Plain"}}, "Plain"},
-                    NameCase{"blankDisplay", {{"CFBundleDisplayName", " "}, {"CFBundleName", "Plain"}}, "Plain"},
-                    NameCase{"neither", {{"CFBundleIdentifier", "a.b"}}, "Bundle Name"},
-                    NameCase{"otherScript", {{"CFBundleName", "写真 &amp; Überblick"}}, "写真 & Überblick"}),
-    [](const auto& test) { return test.param.label; });
-
-TEST_P(InstalledAppName, comesFromTheInformationList) {
-  EXPECT_EQ(inspect(xmlList(GetParam().texts)).name, GetParam().name);
+TEST_F(InstalledAppsTest, theNameComesFromTheInformationList) {
+  const Rows<std::map<std::string, std::string>, const char*> rows{
+      {{{"CFBundleDisplayName", "Shown"}, {"CFBundleName", "Plain"}}, "Shown"},
+      {{{"CFBundleName", "Plain"}}, "Plain"},
+      {{{"CFBundleDisplayName", " "}, {"CFBundleName", "Plain"}}, "Plain"},
+      {{{"CFBundleIdentifier", "a.b"}}, "Bundle Name"},
+      {{{"CFBundleName", "写真 &amp; Überblick"}}, "写真 & Überblick"},
+  };
+  for (const auto& [texts, name] : rows) EXPECT_EQ(inspect(xmlList(texts)).name, name);
 }
 
 TEST_F(InstalledAppsTest, readsTheBinaryForm) {
@@ -98,26 +76,20 @@ TEST_F(InstalledAppsTest, aDamagedListFallsBackToTheFileName) {
   const auto xml = xmlList({{"CFBundleName", "Name"}, {"CFBundleIdentifier", "a.b"}});
   std::string nested = "<plist><dict><key>CFBundleName</key><string>Name</string><key>a</key>";
   for (int i = 0; i < 100'000; ++i) nested += "<array>";
-  const std::vector<std::string> damaged{"",
-                                         "no list",
-                                         xml.substr(0, xml.size() / 2),
-                                         binaryList().substr(0, 40),
-                                         "<plist><array><string>x</string></array></plist>",
-                                         swollenBinaryList(60),
-                                         nested};
+  const std::vector<std::string> damaged{
+      "",
+      "no list",
+      xml.substr(0, xml.size() / 2),
+      binaryList().substr(0, 40),
+      "<plist><array><string>x</string></array></plist>",
+      "<plist><dict><key>CFBundleName</key><integer>7</integer><key>CFBundleIdentifier</key><array/></dict></plist>",
+      swollenBinaryList(60),
+      nested};
   for (const auto& list : damaged) {
     const auto app = inspect(list);
     EXPECT_EQ(app.name, "Bundle Name") << list.substr(0, 60);
     EXPECT_EQ(app.bundleIdentifier, std::nullopt);
   }
-}
-
-TEST_F(InstalledAppsTest, aListWhoseTextsAreOfOtherTypesGivesNone) {
-  const auto app = inspect(
-      "<plist><dict><key>CFBundleName</key><integer>7</integer><key>CFBundleIdentifier</key>"
-      "<array/></dict></plist>");
-  EXPECT_EQ(app.name, "Bundle Name");
-  EXPECT_EQ(app.bundleIdentifier, std::nullopt);
 }
 
 TEST_F(InstalledAppsTest, aListOutsideTheBundleDoesNotCount) {
@@ -149,7 +121,7 @@ TEST_F(InstalledAppsTest, listsBundlesOfTheFoldersThemselvesByNameIgnoringCase) 
 
 TEST_F(InstalledAppsTest, theHomesOwnFolderIsListedWithoutAnArgument) {
   appWithList("Mine.app", xmlList({{"CFBundleName", "Mine of this test"}}));
-  EXPECT_THAT(engine.listInstalledApps(), testing::Contains(Field(&InstalledApp::name, "Mine of this test")));
+  EXPECT_THAT(engine.listInstalledApps(), Contains(Field(&InstalledApp::name, "Mine of this test")));
 }
 
 TEST_F(InstalledAppsTest, theSizeIsThatOfAllRegularFilesEachOnce) {
@@ -189,45 +161,32 @@ TEST_F(InstalledAppsTest, jsonLeavesOutWhatIsAbsent) {
   app.name = "A";
   app.url = FileUrl("/Applications/A.app");
   app.appSize = 5;
-  const auto head = R"({"id":")" + app.id.toString() + R"(","name":"A",)";
-  const std::string url = R"("url":"file:///Applications/A.app","appSize":5,)";
-  EXPECT_EQ(jsonText(app.toJson()), head + url + R"("isSystemProtected":false})");
+  const auto form = [&](const std::string& names, const std::string& opened) {
+    return R"({"id":")" + app.id.toString() + R"(","name":"A",)" + names +
+           R"("url":"file:///Applications/A.app","appSize":5,)" + opened + R"("isSystemProtected":false})";
+  };
+  EXPECT_EQ(jsonText(app.toJson()), form("", ""));
   app.bundleIdentifier = "a.b";
   app.version = "1";
   app.lastOpenedDate = dateFromReferenceSeconds(10);
-  EXPECT_EQ(jsonText(app.toJson()), head + R"("bundleIdentifier":"a.b","version":"1",)" + url +
-                                        R"("lastOpenedDate":10,"isSystemProtected":false})");
+  EXPECT_EQ(jsonText(app.toJson()), form(R"("bundleIdentifier":"a.b","version":"1",)", R"("lastOpenedDate":10,)"));
 }
 
-struct ProtectionCase {
-  const char* label;
-  std::string fileName;
-  std::string identifier;
-  bool isProtected;
-};
-class AppProtection : public InstalledAppsTest, public testing::WithParamInterface<ProtectionCase> {};
-INSTANTIATE_TEST_SUITE_P(All, AppProtection,
-                         testing::Values(ProtectionCase{"finder", "A.app", "com.apple.finder", true},
-                                         ProtectionCase{"safari", "A.app", "com.apple.Safari", true},
-                                         ProtectionCase{"settings", "A.app", "com.apple.systempreferences", true},
-                                         ProtectionCase{"store", "A.app", "com.apple.AppStore", true},
-                                         ProtectionCase{"terminal", "A.app", "com.apple.Terminal", true},
-                                         ProtectionCase{"monitor", "A.app", "com.apple.ActivityMonitor", true},
-                                         ProtectionCase{"console", "A.app", "com.apple.Console", true},
-                                         ProtectionCase{"disks", "A.app", "com.apple.DiskUtility", true},
-                                         ProtectionCase{"keychain", "A.app", "com.apple.keychainaccess", true},
-                                         ProtectionCase{"onlyBeginsSo", "A.app", "com.apple.SafariTechnologyPreview",
-                                                        false},
-                                         ProtectionCase{"otherCase", "A.app", "com.apple.safari", false},
-                                         ProtectionCase{"safariPath", "Safari.app", "x.y", true},
-                                         ProtectionCase{"pathContains", "MyFinder.app", "x.y", true},
-                                         ProtectionCase{"settingsPath", "System Settings.app", "x.y", true},
-                                         ProtectionCase{"safariInName", "Safari Tools.app", "x.y", false},
-                                         ProtectionCase{"ordinary", "A.app", "x.y", false}),
-                         [](const auto& test) { return test.param.label; });
-
-TEST_P(AppProtection, isByIdentifierAndPath) {
-  EXPECT_EQ(app(GetParam().fileName, "A", GetParam().identifier).isSystemProtected, GetParam().isProtected);
+TEST_F(InstalledAppsTest, isProtectedByIdentifierOrPath) {
+  const Rows<bool, std::vector<const char*>, std::vector<const char*>> rows{
+      {true,
+       {"com.apple.finder", "com.apple.Safari", "com.apple.systempreferences", "com.apple.AppStore",
+        "com.apple.Terminal", "com.apple.ActivityMonitor", "com.apple.Console", "com.apple.DiskUtility",
+        "com.apple.keychainaccess"},
+       {"Safari.app", "MyFinder.app", "System Settings.app"}},
+      {false, {"com.apple.SafariTechnologyPreview", "com.apple.safari", "x.y"}, {"Safari Tools.app", "Ordinary.app"}},
+  };
+  for (const auto& [isProtected, identifiers, files] : rows) {
+    for (const auto* identifier : identifiers) {
+      EXPECT_EQ(app("A.app", "A", identifier).isSystemProtected, isProtected) << identifier;
+    }
+    for (const auto* file : files) EXPECT_EQ(app(file, "A", "x.y").isSystemProtected, isProtected) << file;
+  }
 }
 
 TEST_F(InstalledAppsTest, aLinkToAProtectedApplicationIsProtected) {
@@ -251,4 +210,4 @@ TEST_F(InstalledAppsTest, whatIsNoApplicationIsRefused) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

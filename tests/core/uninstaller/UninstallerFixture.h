@@ -3,12 +3,6 @@
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <map>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 namespace orvane::test {
 
 // An information list in its XML form.
