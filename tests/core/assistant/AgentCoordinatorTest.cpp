@@ -6,20 +6,13 @@
 #include "core/plans/CleaningPlanSchema.h"
 #include "platform/linux/CurlTransport.h"
 #include "tests/support/LocalServer.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-
-#include <map>
 #include <regex>
 #include <thread>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::LocalServer;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
 
 constexpr const char* prompt = "clean screenshots";
 
@@ -92,7 +85,7 @@ void expectOffline(const PlannedAnswer& answer, const std::string& reason) {
   EXPECT_THAT(*answer.fallbackReason, AllOf(HasSubstr(reason), Not(HasSubstr("\n")), Not(HasSubstr("sk-secret"))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Providers, Coordinator, testing::Values(AIProvider::anthropic, AIProvider::openAI),
+INSTANTIATE_TEST_SUITE_P(Providers, Coordinator, Values(AIProvider::anthropic, AIProvider::openAI),
                          [](const auto& parameter) { return std::string(rawValue(parameter.param)); });
 
 TEST_P(Coordinator, takesAPlanWithEveryKey) {
@@ -103,66 +96,35 @@ TEST_P(Coordinator, takesAPlanWithEveryKey) {
   EXPECT_EQ(jsonText(answer.plan.toJson()), jsonText(planDocument()));
 }
 
-struct BadReply {
-  const char* name;
-  const char* reason;
-  LocalServer::Answer (*answer)(AIProvider);
-};
-
-LocalServer::Answer planWithout(AIProvider provider, const char* key) {
-  auto plan = planDocument();
-  plan.erase(key);
-  return replyWith(provider, jsonText(plan));
-}
-
 TEST_P(Coordinator, plansOfflineWhateverElseIsAnswered) {
-  const std::array replies{
-      BadReply{"unauthorised", "HTTP status 401", [](AIProvider) { return LocalServer::answer(401, "{}"); }},
-      BadReply{"too many", "HTTP status 429", [](AIProvider) { return LocalServer::answer(429, "{}"); }},
-      BadReply{"server error", "HTTP status 500", [](AIProvider) { return LocalServer::answer(500, "{}"); }},
-      BadReply{"redirection", "HTTP status 307",
-               [](AIProvider) { return LocalServer::answer(307, "", "Location: http://127.0.0.2:1/\r\n"); }},
-      BadReply{"garbage", "has not the form", [](AIProvider) { return LocalServer::answer(200, "\x01\xff{"); }},
-      BadReply{"nothing", "has not the form", [](AIProvider) { return LocalServer::answer(200, ""); }},
-      BadReply{"another form", "has not the form",
-               [](AIProvider) { return LocalServer::answer(200, R"({"content":[],"choices":[{"message":7}]})"); }},
-      BadReply{"a list of numbers", "has not the form",
-               [](AIProvider) { return LocalServer::answer(200, R"({"content":[1],"choices":[1]})"); }},
-      BadReply{"huge", "too large",
-               [](AIProvider) { return LocalServer::answer(200, std::string(HttpTransport::longestReply + 1, ' ')); }},
-      BadReply{"truncated", "could not be asked",
-               [](AIProvider) {
-                 return LocalServer::Answer{"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{", false};
-               }},
-      BadReply{"no answer", "could not be asked",
-               [](AIProvider) {
-                 return LocalServer::Answer{"", false};
-               }},
-      BadReply{"to the letter of the schema: no id", "not a plan",
-               [](AIProvider provider) { return planWithout(provider, "id"); }},
-      BadReply{"no isDryRun", "not a plan", [](AIProvider provider) { return planWithout(provider, "isDryRun"); }},
-      BadReply{"no createdAt", "not a plan", [](AIProvider provider) { return planWithout(provider, "createdAt"); }},
-      BadReply{
-          "a fence", "not a plan",
-          [](AIProvider provider) { return replyWith(provider, "```json\n" + jsonText(planDocument()) + "\n```"); }},
-      BadReply{"prose", "not a plan", [](AIProvider provider) { return replyWith(provider, "Certainly!\nHere"); }},
-      BadReply{"no steps", "cannot be used: The cleaning plan must contain",
-               [](AIProvider provider) {
-                 auto plan = planDocument();
-                 plan["steps"] = Json::array();
-                 return replyWith(provider, jsonText(plan));
-               }},
-      BadReply{"a protected folder", "cannot be used: Target folder is protected",
-               [](AIProvider provider) {
-                 auto plan = planDocument();
-                 plan["steps"][0]["targetFolder"] = "/usr";
-                 return replyWith(provider, jsonText(plan));
-               }},
+  const auto provider = GetParam();
+  const auto changedPlan = [&](const std::function<void(Json&)>& change) {
+    auto plan = planDocument();
+    change(plan);
+    return replyWith(provider, jsonText(plan));
   };
-  for (const auto& reply : replies) {
-    SCOPED_TRACE(reply.name);
-    const auto answer = answerFrom([&](const auto&) { return reply.answer(GetParam()); });
-    expectOffline(answer, reply.reason);
+  const Rows<const char*, LocalServer::Answer> replies{
+      {"HTTP status 401", LocalServer::answer(401, "{}")},
+      {"HTTP status 307", LocalServer::answer(307, "", "Location: http://127.0.0.2:1/\r\n")},
+      {"has not the form", LocalServer::answer(200, "\x01\xff{")},
+      {"has not the form", LocalServer::answer(200, R"({"content":[],"choices":[{"message":7}]})")},
+      {"has not the form", LocalServer::answer(200, R"({"content":[1],"choices":[1]})")},
+      {"too large", LocalServer::answer(200, std::string(HttpTransport::longestReply + 1, ' '))},
+      {"could not be asked", {"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{", false}},
+      {"could not be asked", {"", false}},
+      // To the letter of the schema, which names no such key.
+      {"not a plan", changedPlan([](Json& plan) { plan.erase("id"); })},
+      {"not a plan", replyWith(provider, "```json\n" + jsonText(planDocument()) + "\n```")},
+      {"cannot be used: The cleaning plan must contain",
+       changedPlan([](Json& plan) { plan["steps"] = Json::array(); })},
+      {"cannot be used: Target folder is protected",
+       changedPlan([](Json& plan) { plan["steps"][0]["targetFolder"] = "/usr"; })},
+  };
+  for (const auto& row : replies) {
+    const auto& [reason, reply] = row;
+    SCOPED_TRACE(reply.bytes.substr(0, 200));
+    const auto answer = answerFrom([&](const auto&) { return std::get<1>(row); });
+    expectOffline(answer, reason);
     EXPECT_EQ(answer.asked, GetParam());
     // The request as sent is reported, whatever came of it.
     ASSERT_TRUE(answer.sent);
@@ -245,39 +207,29 @@ TEST_P(Coordinator, sendsNamesSizesAndRelativeFoldersAndNothingElse) {
   EXPECT_THAT(requests[0].body, Not(HasSubstr("sk-secret")));
 }
 
-// clang-format off
-constexpr std::string_view schema = R"({\n  \"userGoal\": string,\n  \"summary\": string,\n  \"steps\": [\n    {\n      \"targetFolder\": string,\n      \"filter\": {\n        \"categories\": [\"caches\", \"logs\", \"oldDownloads\", \"screenshots\", \"largeFiles\", \"trash\", \"appLeftovers\"],\n        \"extensions\": [\"string\"],\n        \"minimumAgeDays\": int,\n        \"minimumSizeBytes\": int,\n        \"nameContains\": string\n      },\n      \"action\": \"trash\" | \"review\" | \"move\",\n      \"destinationFolder\": string | null,\n      \"explanation\": string\n    }\n  ]\n})";
-constexpr std::string_view user = R"({"role":"user","content":"User goal: clean screenshots\nCandidate sample files:\n"})";
-// clang-format on
-
 TEST_P(Coordinator, sendsExactlyThisForm) {
   static_cast<void>(answerFrom([](const auto&) { return LocalServer::answer(500, ""); }));
   ASSERT_EQ(requests.size(), 1U);
   const auto& request = requests[0];
+  const auto quoted = jsonText(Json(CleaningPlanSchema::promptBlock()));
+  const auto schema = quoted.substr(1, quoted.size() - 2);
+  const std::string user = R"({"role":"user","content":"User goal: clean screenshots\nCandidate sample files:\n"})";
   EXPECT_THAT(request.headers, HasSubstr("\r\nContent-Type: application/json"));
   if (GetParam() == AIProvider::anthropic) {
     EXPECT_EQ(request.line, "POST /v1/messages HTTP/1.1");
     EXPECT_THAT(request.headers,
                 AllOf(HasSubstr("\r\nx-api-key: sk-secret-key"), HasSubstr("\r\nanthropic-version: 2023-06-01")));
-    EXPECT_EQ(
-        request.body,
-        std::string(
-            R"({"model":"claude-3-5-sonnet-20241022","max_tokens":1024,"system":"You are Orvane's cleanup planner. Analyze the metadata and produce a JSON response adhering to this schema:\n)")
-            .append(schema)
-            .append(R"(\nReturn ONLY valid JSON.","messages":[)")
-            .append(user)
-            .append("]}"));
+    EXPECT_EQ(request.body,
+              R"({"model":"claude-3-5-sonnet-20241022","max_tokens":1024,"system":"You are Orvane's cleanup planner. )"
+              R"(Analyze the metadata and produce a JSON response adhering to this schema:\n)" +
+                  schema + R"(\nReturn ONLY valid JSON.","messages":[)" + user + "]}");
   } else {
     EXPECT_EQ(request.line, "POST /v1/chat/completions HTTP/1.1");
     EXPECT_THAT(request.headers, HasSubstr("\r\nAuthorization: Bearer sk-secret-key"));
-    EXPECT_EQ(
-        request.body,
-        std::string(
-            R"({"model":"gpt-4o","messages":[{"role":"system","content":"You are Orvane's cleanup planner. Analyze metadata and output valid JSON conforming to the CleaningPlan schema:\n)")
-            .append(schema)
-            .append(R"("},)")
-            .append(user)
-            .append(R"(],"response_format":{"type":"json_object"}})"));
+    EXPECT_EQ(request.body,
+              R"({"model":"gpt-4o","messages":[{"role":"system","content":"You are Orvane's cleanup planner. )"
+              R"(Analyze metadata and output valid JSON conforming to the CleaningPlan schema:\n)" +
+                  schema + R"("},)" + user + R"(],"response_format":{"type":"json_object"}})");
   }
   AgentCoordinator shown(keychain, transport, {});
   const auto keyless = shown.keylessRequest(prompt, GetParam(), {});
@@ -301,4 +253,4 @@ TEST(OfflineCoordinator, returnsAPlanEvenOneThatValidationRejects) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -7,22 +7,14 @@
 #include "platform/linux/LocalTopicModel.h"
 #include "tests/support/LocalServer.h"
 #include "tests/support/MemoryPreferences.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/TaskFixture.h"
 
 #include <array>
 #include <stop_token>
-#include <string>
-#include <string_view>
 #include <thread>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::LocalServer;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
 
 constexpr const char* localPrompt = " clean installers ";
 
@@ -32,13 +24,6 @@ Json localPlan() {
                    R"({"categories":null,"extensions":["dmg"]},"action":"trash","explanation":"Old."}],)"
                    R"("summary":"Installers.","isDryRun":false,"createdAt":0})");
 }
-
-class NoSecrets : public SecretStore {
- public:
-  [[nodiscard]] bool add(const std::string&, const std::string&, const SecretText&) override { return false; }
-  [[nodiscard]] bool remove(const std::string&, const std::string&) override { return false; }
-  [[nodiscard]] std::optional<SecretText> find(const std::string&, const std::string&) override { return {}; }
-};
 
 class LocalPlanner : public testing::Test {
  protected:
@@ -59,7 +44,7 @@ class LocalPlanner : public testing::Test {
 
   NoSecrets secrets;
   KeychainService keychain{secrets};
-  test::MemoryPreferences preferences;
+  MemoryPreferences preferences;
   CurlTransport transport;
   std::vector<LocalServer::Request> requests;
   std::chrono::milliseconds patience = std::chrono::seconds(30);
@@ -94,12 +79,6 @@ TEST_F(LocalPlanner, isToldTheGoalAndEveryKeyOfAPlanAndNothingElse) {
   EXPECT_THAT(instructions, AllOf(HasSubstr("\n      \"id\": \""), HasSubstr("\n  ],\n  \"isDryRun\": true,\n")));
 }
 
-struct LocalReply {
-  const char* name;
-  const char* reason;
-  LocalServer::Answer (*answer)();
-};
-
 LocalServer::Answer changedPlan(const std::function<void(Json&)>& change) {
   auto plan = localPlan();
   change(plan);
@@ -107,48 +86,29 @@ LocalServer::Answer changedPlan(const std::function<void(Json&)>& change) {
 }
 
 TEST_F(LocalPlanner, plansByKeywordsWhateverElseIsAnswered) {
-  const std::array replies{
-      LocalReply{"an error", "status 500", [] { return LocalServer::answer(500, "{}"); }},
-      LocalReply{"a page", "", [] { return LocalServer::answer(200, "<html>"); }},
-      LocalReply{"prose alone", "not a plan", [] { return LocalServer::chat("I would rather not."); }},
-      LocalReply{"half a plan", "not a plan", [] { return LocalServer::chat(R"(Here: {"id": "1", "steps": [{}])"); }},
-      LocalReply{"two plans", "not a plan",
-                 [] { return LocalServer::chat(jsonText(localPlan()) + " or " + jsonText(localPlan())); }},
-      LocalReply{"no date", "not a plan", [] { return changedPlan([](Json& plan) { plan.erase("createdAt"); }); }},
-      LocalReply{"a number for a list", "not a plan",
-                 [] { return changedPlan([](Json& plan) { plan["steps"][0]["filter"]["extensions"] = 7; }); }},
-      LocalReply{"an action of its own", "not a plan",
-                 [] { return changedPlan([](Json& plan) { plan["steps"][0]["action"] = "shred"; }); }},
-      LocalReply{"a protected folder", "cannot be used",
-                 [] { return changedPlan([](Json& plan) { plan["steps"][0]["targetFolder"] = "/usr"; }); }},
-      LocalReply{"no criterion", "cannot be used",
-                 [] { return changedPlan([](Json& plan) { plan["steps"][0]["filter"] = Json::object(); }); }},
-      LocalReply{"thousands of steps", "more than 20 steps",
-                 [] {
-                   return changedPlan([](Json& plan) {
-                     const auto step = plan["steps"][0];
-                     for (int i = 0; i < 5000; ++i) plan["steps"].push_back(step);
-                   });
-                 }},
-      LocalReply{
-          "a deep nest", "not a plan",
-          [] { return LocalServer::chat("{\"id\":" + std::string(100'000, '[') + std::string(100'000, ']') + "}"); }},
-      LocalReply{"huge", "too large",
-                 [] { return LocalServer::answer(200, std::string(HttpTransport::longestReply + 1, ' ')); }},
-      LocalReply{"too slowly", "in time",
-                 [] {
-                   return LocalServer::Answer{"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{", true};
-                 }},
+  const Rows<const char*, LocalServer::Answer> replies{
+      {"status 500", LocalServer::answer(500, "{}")},
+      {"not a plan", LocalServer::chat("I would rather not.")},
+      {"not a plan", LocalServer::chat(R"(Here: {"id": "1", "steps": [{}])")},
+      {"not a plan", LocalServer::chat(jsonText(localPlan()) + " or " + jsonText(localPlan()))},
+      {"cannot be used", changedPlan([](Json& plan) { plan["steps"][0]["targetFolder"] = "/usr"; })},
+      {"more than 20 steps", changedPlan([](Json& plan) {
+         const auto step = plan["steps"][0];
+         for (int i = 0; i < 5000; ++i) plan["steps"].push_back(step);
+       })},
+      {"too large", LocalServer::answer(200, std::string(HttpTransport::longestReply + 1, ' '))},
+      {"in time", {"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{", true}},
   };
-  for (const auto& reply : replies) {
-    SCOPED_TRACE(reply.name);
-    patience = std::string_view(reply.name) == "too slowly" ? std::chrono::milliseconds(200) : std::chrono::seconds(30);
-    const auto answer = answerFrom([&](const auto&) { return reply.answer(); });
+  for (const auto& row : replies) {
+    const auto& [reason, reply] = row;
+    SCOPED_TRACE(reply.bytes.substr(0, 200));
+    patience = reply.keepsOpen ? std::chrono::milliseconds(200) : std::chrono::seconds(30);
+    const auto answer = answerFrom([&](const auto&) { return std::get<1>(row); });
     EXPECT_EQ(answer.asked, AIProvider::localModel);
     EXPECT_EQ(answer.provider, AIProvider::heuristic);
     EXPECT_EQ(answer.plan.summary, "Clean leftover disk images and installer packages.");
     ASSERT_TRUE(answer.fallbackReason);
-    EXPECT_THAT(*answer.fallbackReason, AllOf(HasSubstr(reply.reason), Not(HasSubstr("\n"))));
+    EXPECT_THAT(*answer.fallbackReason, AllOf(HasSubstr(reason), Not(HasSubstr("\n"))));
   }
 }
 
@@ -177,4 +137,4 @@ TEST_F(LocalPlanner, endsAtOnceWhenStopped) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -1,10 +1,9 @@
 #include "core/assistant/records/MetadataOnlyRequest.h"
 
 #include "core/base/text/Json.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 FileMetadataEntry entry(std::string name) {
@@ -57,4 +56,4 @@ TEST(MetadataOnlyRequest, isALineForEachFile) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -3,13 +3,7 @@
 #include "core/localization/LocalizedStrings.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <sstream>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace orvane::test {
 namespace {

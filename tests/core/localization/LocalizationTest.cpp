@@ -4,19 +4,12 @@
 #include "core/localization/LocalizedStrings.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "tests/support/MemoryPreferences.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <cstdint>
-#include <ostream>
-#include <set>
-#include <string>
-#include <string_view>
 #include <thread>
-#include <vector>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 TEST(LocalizedStrings, holdEveryKeyOnceInEveryLanguage) {
@@ -85,35 +78,36 @@ TEST_P(TypographyTest, isTheLanguagesOwn) {
 using enum AppLanguage;
 INSTANTIATE_TEST_SUITE_P(
     Signs, TypographyTest,
-    testing::Values(TypographyRow{"a no-break space before double signs", {fr}, R"((?<!\u00a0)([;?!»]|:(?=\s|$)))"},
-                    TypographyRow{"a no-break space within quotation marks", {fr}, R"(«(?!\u00a0))"},
-                    TypographyRow{"a no-break space before the percent sign", {fr, de, es}, R"(\d ?%(?!\d))"},
-                    TypographyRow{"a no-break space before dots that stand for words", {de}, R"((?<!\u00a0)…)"},
-                    TypographyRow{"one sign for dots", {fr, de, ja, ko, zhHans, zhHant, es}, R"(\.\.\.)"},
-                    TypographyRow{"round apostrophes", {fr}, "'"},
-                    TypographyRow{
-                        "full-width signs", {ja, zhHans, zhHant}, R"([\p{Han}\p{Hiragana}\p{Katakana}][,.;:?!(])"}));
+    Values(TypographyRow{"a no-break space before double signs", {fr}, R"((?<!\u00a0)([;?!»]|:(?=\s|$)))"},
+           TypographyRow{"a no-break space within quotation marks", {fr}, R"(«(?!\u00a0))"},
+           TypographyRow{"a no-break space before the percent sign", {fr, de, es}, R"(\d ?%(?!\d))"},
+           TypographyRow{"a no-break space before dots that stand for words", {de}, R"((?<!\u00a0)…)"},
+           TypographyRow{"one sign for dots", {fr, de, ja, ko, zhHans, zhHant, es}, R"(\.\.\.)"},
+           TypographyRow{"round apostrophes", {fr}, "'"},
+           TypographyRow{"full-width signs", {ja, zhHans, zhHant}, R"([\p{Han}\p{Hiragana}\p{Katakana}][,.;:?!(])"}));
 
-struct CountRow {
-  AppLanguage language;
-  std::int64_t count;
-  std::string_view text;
-};
-class CountTest : public testing::TestWithParam<CountRow> {};
-TEST_P(CountTest, followsThePluralRulesOfTheLanguage) {
-  EXPECT_EQ(LocalizedStrings::lookup(GetParam().language, "count.rules", GetParam().count), GetParam().text);
+TEST(LocalizedStrings, followThePluralRulesOfTheLanguage) {
+  const Rows<AppLanguage, std::int64_t, std::string_view> rows{
+      {en, 0, "%1 rules"},
+      {en, 1, "%1 rule"},
+      {en, 21, "%1 rules"},
+      {fr, 0, "%1 règle"},
+      {fr, 1, "%1 règle"},
+      {fr, 2, "%1 règles"},
+      // "many" in French and Spanish, which no row is written for
+      {fr, 1'000'000, "%1 règles"},
+      {es, 2'000'000, "%1 reglas"},
+      {es, 0, "%1 reglas"},
+      {es, 1, "%1 regla"},
+      {de, 0, "%1 Regeln"},
+      {de, 1, "%1 Regel"},
+      {ja, 1, "%1 件のルール"},
+      {zhHant, 1, "%1 條規則"},
+  };
+  for (const auto& [language, count, text] : rows) {
+    EXPECT_EQ(LocalizedStrings::lookup(language, "count.rules", count), text) << count;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Counts, CountTest,
-    testing::Values(CountRow{AppLanguage::en, 0, "%1 rules"}, CountRow{AppLanguage::en, 1, "%1 rule"},
-                    CountRow{AppLanguage::en, 21, "%1 rules"}, CountRow{AppLanguage::fr, 0, "%1 règle"},
-                    CountRow{AppLanguage::fr, 1, "%1 règle"}, CountRow{AppLanguage::fr, 2, "%1 règles"},
-                    // "many" in French and Spanish, which no row is written for
-                    CountRow{AppLanguage::fr, 1'000'000, "%1 règles"},
-                    CountRow{AppLanguage::es, 2'000'000, "%1 reglas"}, CountRow{AppLanguage::es, 0, "%1 reglas"},
-                    CountRow{AppLanguage::es, 1, "%1 regla"}, CountRow{AppLanguage::de, 0, "%1 Regeln"},
-                    CountRow{AppLanguage::de, 1, "%1 Regel"}, CountRow{AppLanguage::ja, 1, "%1 件のルール"},
-                    CountRow{AppLanguage::zhHant, 1, "%1 條規則"}));
 
 TEST(LocalizedStrings, countInTheLanguageThatHasTheKey) {
   EXPECT_EQ(LocalizedStrings::lookup(AppLanguage::de, "no.such.key", 1), "no.such.key");
@@ -145,26 +139,21 @@ TEST(LocalizedStrings, fallBackToTheKey) {
   EXPECT_EQ(LocalizedStrings::lookup(AppLanguage::fr, "no.such.key"), "no.such.key");
 }
 
-struct LocaleRow {
-  std::string_view locale;
-  AppLanguage language;
-};
-class LocaleTest : public testing::TestWithParam<LocaleRow> {};
-TEST_P(LocaleTest, choosesTheLanguage) {
-  EXPECT_EQ(appLanguageForLocale(GetParam().locale), GetParam().language);
+TEST(AppLanguage, isChosenByTheLocale) {
+  const Rows<AppLanguage, std::vector<std::string_view>> rows{
+      {en, {"", "C.UTF-8", "pt_BR.UTF-8", "eng_US", "jap"}},
+      {de, {"de", "de_AT.UTF-8@euro"}},
+      {es, {"ES-mx"}},
+      {zhHans, {"zh_CN", "zh-Hans-HK"}},
+      {zhHant, {"zh_TW.UTF-8", "zh-hant"}},
+  };
+  for (const auto& [language, locales] : rows) {
+    for (const auto locale : locales) EXPECT_EQ(appLanguageForLocale(locale), language) << locale;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(Locales, LocaleTest,
-                         testing::Values(LocaleRow{"", AppLanguage::en}, LocaleRow{"C.UTF-8", AppLanguage::en},
-                                         LocaleRow{"pt_BR.UTF-8", AppLanguage::en}, LocaleRow{"de", AppLanguage::de},
-                                         LocaleRow{"de_AT.UTF-8@euro", AppLanguage::de},
-                                         LocaleRow{"ES-mx", AppLanguage::es}, LocaleRow{"zh_CN", AppLanguage::zhHans},
-                                         LocaleRow{"zh_TW.UTF-8", AppLanguage::zhHant},
-                                         LocaleRow{"zh-Hans-HK", AppLanguage::zhHans},
-                                         LocaleRow{"zh-hant", AppLanguage::zhHant},
-                                         LocaleRow{"eng_US", AppLanguage::en}, LocaleRow{"jap", AppLanguage::en}));
 
 TEST(LocalizationManager, remembersTheLanguageAndTellsOfIt) {
-  test::MemoryPreferences preferences;
+  MemoryPreferences preferences;
   ThreadSafeLanguageStore store;
   {
     LocalizationManager manager(preferences, store, "fr_FR.UTF-8");
@@ -191,8 +180,8 @@ TEST(LocalizationManager, isReadWhileTheLanguageChanges) {
       store.setCurrentLanguage(AppLanguage::de);
     }
   });
-  for (int i = 0; i < 2'000; ++i) EXPECT_THAT(localized("nav.overview"), testing::AnyOf(german, korean));
+  for (int i = 0; i < 2'000; ++i) EXPECT_THAT(localized("nav.overview"), AnyOf(german, korean));
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

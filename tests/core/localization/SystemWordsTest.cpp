@@ -4,12 +4,9 @@
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "platform/linux/LinuxProfile.h"
 #include "tests/support/MemoryPreferences.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <string_view>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 // Names of another system's programs and permissions, in every language of the table.
@@ -48,10 +45,10 @@ TEST(SystemWords, areShownByWhateverLooksUpAText) {
   store.setCurrentLanguage(AppLanguage::fr);
   EXPECT_EQ(localized("app.tagline"), "Désencombrez votre ordinateur sans aucun effort.");
   store.setCurrentLanguage(AppLanguage::en);
-  test::MemoryPreferences preferences;
+  MemoryPreferences preferences;
   EXPECT_EQ(LocalizationManager(preferences, store, "de").string("action.grant_permissions"), "Ordner hinzufügen");
   store.setCurrentLanguage(AppLanguage::en);
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

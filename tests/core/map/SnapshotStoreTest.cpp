@@ -6,8 +6,6 @@
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <fmt/format.h>
@@ -16,10 +14,6 @@
 
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr std::chrono::hours day{24};
 
@@ -73,10 +67,10 @@ TEST_F(SnapshotStoreTest, givesBackWhatItWasGiven) {
   ASSERT_EQ(moments.size(), 1);
   const auto snapshot = store.read(moments[0].id);
   ASSERT_TRUE(snapshot.has_value());
-  EXPECT_THAT(snapshot->folders, ElementsAre(testing::Pair("/home/you", 35), testing::Pair("/home/you/a", 20),
-                                             testing::Pair("/home/you/a.b", 6), testing::Pair("/home/you/a/b", 15),
-                                             testing::Pair("/home/you/a/b/\xFF", 8), testing::Pair("/home/you/c", 9)));
-  EXPECT_THAT(snapshot->kinds, ElementsAre(testing::Pair("videos", 35)));
+  EXPECT_THAT(snapshot->folders,
+              ElementsAre(Pair("/home/you", 35), Pair("/home/you/a", 20), Pair("/home/you/a.b", 6),
+                          Pair("/home/you/a/b", 15), Pair("/home/you/a/b/\xFF", 8), Pair("/home/you/c", 9)));
+  EXPECT_THAT(snapshot->kinds, ElementsAre(Pair("videos", 35)));
   EXPECT_EQ(snapshot->taken, now);
 }
 
@@ -180,7 +174,7 @@ TEST_F(SnapshotStoreTest, leavesADatabaseOfAnotherVersionAlone) {
   const auto content = contentOf(path);
   add(store, mapOf({{"a", 5}}), now);
   EXPECT_THAT(store.moments(now), IsEmpty());
-  EXPECT_THAT(store.takeNotices(), testing::Each(HasSubstr("another version")));
+  EXPECT_THAT(store.takeNotices(), Each(HasSubstr("another version")));
   EXPECT_EQ(contentOf(path), content);
 }
 
@@ -211,32 +205,26 @@ TEST(SnapshotForm, refusesTextThatIsNone) {
   }
 }
 
-struct Filling {
-  std::string name;
-  std::vector<std::pair<int, std::int64_t>> freeByDaysAgo;
-  std::int64_t freeNow;
-  std::optional<double> days;
-};
-void PrintTo(const Filling& filling, std::ostream* out) {
-  *out << filling.name;
-}
-class DaysUntilFull : public testing::TestWithParam<Filling> {};
-TEST_P(DaysUntilFull, followTheRateOfTwoWeeks) {
+TEST(DaysUntilFull, followTheRateOfTwoWeeks) {
   const auto now = dateFromUnix(1'790'000'000);
-  std::vector<MapMoment> moments;
-  for (const auto& [ago, bytes] : GetParam().freeByDaysAgo) {
-    moments.push_back({.id = 1, .taken = now - ago * day, .root = "/home/you", .freeBytes = bytes});
+  // free bytes by days ago, free bytes now, days left
+  const Rows<const char*, std::vector<std::pair<int, std::int64_t>>, std::int64_t, std::optional<double>> rows{
+      {"steady", {{10, 1000}}, 500, 10.0},
+      {"slow", {{10, 1000}}, 900, std::nullopt},
+      {"freed", {{10, 1000}}, 2000, std::nullopt},
+      {"older ones do not count", {{40, 9000}, {5, 1000}}, 990, std::nullopt},
+      {"too fresh", {{0, 1000}}, 500, std::nullopt},
+      {"nothing known", {}, 500, std::nullopt},
+      {"free was not told", {{12, -1}, {4, 800}}, 400, 4.0},
+  };
+  for (const auto& [name, freeByDaysAgo, freeNow, days] : rows) {
+    std::vector<MapMoment> moments;
+    for (const auto& [ago, bytes] : freeByDaysAgo) {
+      moments.push_back({.id = 1, .taken = now - ago * day, .root = "/home/you", .freeBytes = bytes});
+    }
+    EXPECT_EQ(daysUntilFull(moments, "/home/you", freeNow, now), days) << name;
   }
-  EXPECT_EQ(daysUntilFull(moments, "/home/you", GetParam().freeNow, now), GetParam().days);
 }
-INSTANTIATE_TEST_SUITE_P(Rates, DaysUntilFull,
-                         testing::Values(Filling{"steady", {{10, 1000}}, 500, 10.0},
-                                         Filling{"slow", {{10, 1000}}, 900, std::nullopt},
-                                         Filling{"freed", {{10, 1000}}, 2000, std::nullopt},
-                                         Filling{"older ones do not count", {{40, 9000}, {5, 1000}}, 990, std::nullopt},
-                                         Filling{"too fresh", {{0, 1000}}, 500, std::nullopt},
-                                         Filling{"nothing known", {}, 500, std::nullopt},
-                                         Filling{"free was not told", {{12, -1}, {4, 800}}, 400, 4.0}));
 
 }  // namespace
 }  // namespace orvane::test

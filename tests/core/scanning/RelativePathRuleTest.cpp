@@ -1,28 +1,23 @@
 #include "core/scanning/walk/RelativePathRule.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <random>
-#include <vector>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-struct RelativeCase {
-  const char* path;
-  const char* root;
-  const char* relative;
-};
-class RelativePath : public testing::TestWithParam<RelativeCase> {};
-
-TEST_P(RelativePath, takesOutEveryOccurrenceOfTheRoot) {
-  EXPECT_EQ(relativePath(GetParam().path, GetParam().root), GetParam().relative);
+TEST(RelativePath, takesOutEveryOccurrenceOfTheRoot) {
+  const Rows<const char*, const char*, const char*> rows{
+      {"/h/u/x/y.txt", "/h/u", "x/y.txt"},
+      {"/a/x/a/y", "/a", "x/y"},
+      {"/a/apple", "/a", "pple"},
+      {"/a/a", "/a", "a"},
+      {"/h/x", "/", "hx"},
+      {"/h/u/x/h/u", "/h/u", "x"},
+  };
+  for (const auto& [path, root, relative] : rows) EXPECT_EQ(relativePath(path, root), relative);
 }
-INSTANTIATE_TEST_SUITE_P(Paths, RelativePath,
-                         testing::Values(RelativeCase{"/h/u/x/y.txt", "/h/u", "x/y.txt"},
-                                         RelativeCase{"/a/x/a/y", "/a", "x/y"}, RelativeCase{"/a/apple", "/a", "pple"},
-                                         RelativeCase{"/a/a", "/a", "a"}, RelativeCase{"/h/x", "/", "hx"},
-                                         RelativeCase{"/h/u/x/h/u", "/h/u", "x"}));
 
 TEST(RelativePathRule, agreesWhereverItAnswers) {
   const std::vector<std::string> pieces{"a", "b", "ab", "aab", "ba"};
@@ -46,4 +41,4 @@ TEST(RelativePathRule, agreesWhereverItAnswers) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

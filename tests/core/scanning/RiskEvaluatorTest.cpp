@@ -1,47 +1,40 @@
 #include "core/scanning/records/RiskEvaluator.h"
 
 #include "core/scanning/scan/FolderRisk.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
 #include <random>
-#include <string>
-#include <vector>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 Date aged(double seconds) {
   return ReferenceClock::now() - ReferenceClock::duration(seconds);
 }
 
-struct RiskCase {
-  ScanCategory category;
-  const char* path;
-  RiskLabel label;
-};
-class Evaluate : public testing::TestWithParam<RiskCase> {};
-
-TEST_P(Evaluate, labels) {
-  const auto& [category, path, label] = GetParam();
-  EXPECT_EQ(RiskEvaluator::evaluate(category, FileUrl(path), 1, aged(0)), label) << path;
+TEST(RiskEvaluator, labelsByCategoryAndPath) {
+  const Rows<RiskLabel, ScanCategory, std::vector<const char*>> rows{
+      {RiskLabel::manual, ScanCategory::manualReview, {"/h/x"}},
+      {RiskLabel::manual,
+       ScanCategory::caches,
+       {"/h/Library/Keychains/x", "/h/Library/Preferences/com.apple.finder.plist",
+        "/h/Preferences/org.x/deep/x.plist"}},
+      {RiskLabel::safe, ScanCategory::caches, {"/h/Library/Keychains", "/h/x.plist", "/h/preferences/com.apple.x"}},
+      {RiskLabel::manual, ScanCategory::logs, {"/h/Preferences/com.apple.x/y.log"}},
+      {RiskLabel::review, ScanCategory::developerCaches, {"/h/x"}},
+      {RiskLabel::review, ScanCategory::duplicates, {"/h/x"}},
+      {RiskLabel::review, ScanCategory::messagingMedia, {"/h/x"}},
+      {RiskLabel::review, ScanCategory::oldDownloads, {"/h/x"}},
+      {RiskLabel::safe, ScanCategory::trash, {"/h/x"}},
+      {RiskLabel::safe, ScanCategory::browserCaches, {"/h/x"}},
+  };
+  for (const auto& [label, category, paths] : rows) {
+    for (const auto* path : paths) {
+      EXPECT_EQ(RiskEvaluator::evaluate(category, FileUrl(path), 1, aged(0)), label)
+          << path << " of " << rawValue(category);
+    }
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Files, Evaluate,
-    testing::Values(RiskCase{ScanCategory::manualReview, "/h/x", RiskLabel::manual},
-                    RiskCase{ScanCategory::caches, "/h/Library/Keychains/x", RiskLabel::manual},
-                    RiskCase{ScanCategory::caches, "/h/Library/Keychains", RiskLabel::safe},
-                    RiskCase{ScanCategory::caches, "/h/Library/Preferences/com.apple.finder.plist", RiskLabel::manual},
-                    RiskCase{ScanCategory::logs, "/h/Preferences/com.apple.x/y.log", RiskLabel::manual},
-                    RiskCase{ScanCategory::caches, "/h/Preferences/org.x/deep/x.plist", RiskLabel::manual},
-                    RiskCase{ScanCategory::caches, "/h/x.plist", RiskLabel::safe},
-                    RiskCase{ScanCategory::caches, "/h/preferences/com.apple.x", RiskLabel::safe},
-                    RiskCase{ScanCategory::developerCaches, "/h/x", RiskLabel::review},
-                    RiskCase{ScanCategory::duplicates, "/h/x", RiskLabel::review},
-                    RiskCase{ScanCategory::messagingMedia, "/h/x", RiskLabel::review},
-                    RiskCase{ScanCategory::trash, "/h/x", RiskLabel::safe},
-                    RiskCase{ScanCategory::browserCaches, "/h/x", RiskLabel::safe},
-                    RiskCase{ScanCategory::oldDownloads, "/h/x", RiskLabel::review}));
 
 TEST(RiskEvaluator, trustsInstallersFromSevenDaysOn) {
   const FileUrl url("/h/Downloads/x.dmg");
@@ -71,4 +64,4 @@ TEST(FolderRisk, agreesOnPathsMadeOfTellingPieces) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

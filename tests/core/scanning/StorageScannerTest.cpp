@@ -7,26 +7,15 @@
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <mutex>
-#include <set>
 #include <stdexcept>
-#include <string>
 #include <thread>
-#include <vector>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::TemporaryTree;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 // The events of a whole scan.
 struct Result {
@@ -78,9 +67,8 @@ class StorageScannerTest : public testing::Test {
 };
 
 TEST_F(StorageScannerTest, listsFilesWithEverythingKnownOfThem) {
-  m_tree.folder("home/Downloads");
   const auto path = m_tree.sparseFile("home/Downloads/setup.dmg", 5000);
-  test::setAge(path, 3600);
+  setAge(path, 3600);
   const auto result = scanHome();
   ASSERT_EQ(result.items().size(), 1U);
   const auto item = result.items().front();
@@ -114,12 +102,14 @@ TEST_F(StorageScannerTest, leavesOutWhatIsHiddenBundledOrBulk) {
 }
 
 TEST_F(StorageScannerTest, leavesOutWhatIsProtected) {
-  for (const char* path : {"Library/Mail/x", "Library/Mailbox/x", "a..b/x", "a..b.txt", "Pictures/x"}) {
+  for (const char* path :
+       {"Library/Mail/x", "Library/Mailbox/x", "a..b/x", "a..b.txt", "Pictures/odd \xff\xfe\n name"}) {
     m_tree.file("home/" + std::string(path));
   }
-  EXPECT_THAT(scanHome().relativePaths(), UnorderedElementsAre("Library/Mailbox/x", "Pictures/x"));
+  EXPECT_THAT(scanHome().relativePaths(), UnorderedElementsAre("Library/Mailbox/x", "Pictures/odd \xff\xfe\n name"));
   // The home folder is refused as a target, what it holds is not.
-  EXPECT_THAT(scan({m_tree.url()}).relativePaths(), UnorderedElementsAre("home/Library/Mailbox/x", "home/Pictures/x"));
+  EXPECT_THAT(scan({m_tree.url()}).relativePaths(),
+              UnorderedElementsAre("home/Library/Mailbox/x", "home/Pictures/odd \xff\xfe\n name"));
 }
 
 TEST_F(StorageScannerTest, reportsCacheFoldersAsAWhole) {
@@ -130,7 +120,7 @@ TEST_F(StorageScannerTest, reportsCacheFoldersAsAWhole) {
   m_tree.sparseFile("home/Library/Caches/Bundle.app/d", 3);
   m_tree.sparseFile("home/Library/Caches/loose", 9);
   m_tree.sparseFile("home/project/Caches/x/e", 9);
-  test::setAge(m_tree.path("home/Library/Caches/org.app"), 86400);
+  setAge(m_tree.path("home/Library/Caches/org.app"), 86400);
   const auto result = scanHome();
   EXPECT_THAT(result.relativePaths(),
               UnorderedElementsAre("Library/Caches/org.app", "Library/Caches/Google", "Library/Caches/Bundle.app",
@@ -158,14 +148,6 @@ TEST_F(StorageScannerTest, reportsDeveloperCachesOnlyWhenAsked) {
   EXPECT_EQ(caches.category(), ScanCategory::developerCaches);
   const auto below = scan({m_tree.url("home/Library/Developer/Xcode/DerivedData")}, DeveloperCaches::include);
   EXPECT_THAT(below.relativePaths(), ElementsAre("App"));
-}
-
-TEST_F(StorageScannerTest, labelsPreferencesAsManual) {
-  m_tree.sparseFile("home/Library/Preferences/com.apple.dock.plist", 200'000'000);
-  const auto item = scanHome().items().front();
-  EXPECT_EQ(item.category(), ScanCategory::largeFiles);
-  EXPECT_EQ(item.riskLabel(), RiskLabel::manual);
-  EXPECT_FALSE(item.isSelected());
 }
 
 TEST_F(StorageScannerTest, neverFollowsLinksButListsThoseThatStayInside) {
@@ -198,12 +180,7 @@ TEST_F(StorageScannerTest, skipsSpecialFilesButCountsThem) {
   const auto result = scanHome();
   ASSERT_EQ(result.events.size(), 2U);
   EXPECT_EQ(std::get<ScanProgress>(result.events[0]).itemsScanned, 100);
-  EXPECT_THAT(std::get<ScanProgress>(result.events[0]).currentPath, testing::StartsWith("pipe"));
-}
-
-TEST_F(StorageScannerTest, keepsNamesThatAreNotUtf8) {
-  const auto path = m_tree.file("home/odd \xff\xfe\n name");
-  EXPECT_EQ(scanHome().items().at(0).url().path(), path);
+  EXPECT_THAT(std::get<ScanProgress>(result.events[0]).currentPath, StartsWith("pipe"));
 }
 
 TEST_F(StorageScannerTest, goesThroughRootsInOrderAndFoldersDepthFirst) {
@@ -317,15 +294,10 @@ TEST_F(StorageScannerTest, canBeCancelledByAnotherThreadWhileItIsRead) {
     ScanEvent last;
     for (auto batch = stream.nextBatch(); !batch.empty(); batch = stream.nextBatch()) last = batch.back();
     EXPECT_TRUE(std::holds_alternative<ScanCancelled>(last) || std::holds_alternative<ScanCompleted>(last));
-  }
-}
-
-TEST_F(StorageScannerTest, stopsWhenTheStreamIsDropped) {
-  for (int i = 0; i < 1000; ++i) m_tree.file("home/" + std::to_string(i % 50) + "/" + std::to_string(i));
-  for (int round = 0; round < 20; ++round) {
-    auto stream = start({m_tree.url("home")});
+    // One that is dropped stops.
+    auto dropped = start({m_tree.url("home")});
     if (round % 2 == 0) {
-      EXPECT_FALSE(stream.nextBatch().empty());
+      EXPECT_FALSE(dropped.nextBatch().empty());
     }
   }
 }
@@ -403,4 +375,4 @@ TEST(FastFolderSizeDeathTest, endsTheProcessOnOverflow) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

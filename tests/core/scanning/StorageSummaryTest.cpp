@@ -1,10 +1,9 @@
 #include "core/scanning/records/StorageSummary.h"
 
 #include "core/base/text/Json.h"
+#include "tests/support/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 StorageSummary sample() {
@@ -32,4 +31,4 @@ TEST(StorageSummary, refusesUnknownCategories) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

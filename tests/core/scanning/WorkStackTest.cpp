@@ -1,14 +1,8 @@
 #include "core/scanning/walk/WorkStack.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/Testing.h"
 
-#include <functional>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 class Named : public WorkStack::Task {
@@ -53,4 +47,4 @@ TEST(WorkStack, keepsTheOrderOfTheWalkWhicheverTaskEndsFirst) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test
