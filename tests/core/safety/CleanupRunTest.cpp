@@ -9,15 +9,11 @@
 
 #include <array>
 #include <filesystem>
-#include <map>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using test::contentOf;
-using test::exists;
-
-class CleanupRunTest : public test::SafetyFixture {};
+class CleanupRunTest : public SafetyFixture {};
 
 TEST_F(CleanupRunTest, movesEachItemWithItsRecordAndJournalsIt) {
   const auto report = tree.file("Downloads/report.pdf", "report");
@@ -53,8 +49,8 @@ TEST_F(CleanupRunTest, restoreGivesBackContentModeTimesAttributesAndLinks) {
   const auto folder = tree.folder("Downloads/linked");
   tree.file("Downloads/linked/a", "same inode");
   std::filesystem::create_hard_link(tree.path("Downloads/linked/a"), tree.path("Downloads/linked/b"));
-  test::setAge(file, 86400.25);
-  test::setAge(folder, 172800.5);
+  setAge(file, 86400.25);
+  setAge(folder, 172800.5);
   struct stat fileBefore {};
   struct stat folderBefore {};
   ASSERT_EQ(::lstat(file.c_str(), &fileBefore), 0);
@@ -65,7 +61,7 @@ TEST_F(CleanupRunTest, restoreGivesBackContentModeTimesAttributesAndLinks) {
   const auto result = journal->restoreRun(lastRun);
 
   EXPECT_EQ(result.restoredCount, 2);
-  EXPECT_THAT(result.warnings, testing::IsEmpty());
+  EXPECT_THAT(result.warnings, IsEmpty());
   struct stat after {};
   ASSERT_EQ(::lstat(file.c_str(), &after), 0);
   EXPECT_EQ(contentOf(file), "secret");
@@ -152,7 +148,7 @@ TEST_F(CleanupRunTest, withoutAJournalNothingMoves) {
   tree.file("State", "a file where the journal's folder should be");
   const auto outcomes = clean({path});
   EXPECT_EQ(outcomes[0].result, MoveResult::failed);
-  EXPECT_THAT(outcomes[0].error, testing::HasSubstr("undo journal"));
+  EXPECT_THAT(outcomes[0].error, HasSubstr("undo journal"));
   EXPECT_TRUE(exists(path));
 }
 
@@ -234,4 +230,4 @@ TEST_F(CleanupRunTest, treesDeeperThanOnePathMayBeMoveAndComeBack) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -6,16 +6,12 @@
 #include "platform/linux/LinuxPreferences.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
+constexpr const char* bookmarks = "OrvaneSecurityScopedBookmarks";
 
 class FileAccessServiceTest : public testing::Test {
  public:
@@ -40,10 +36,8 @@ TEST_F(FileAccessServiceTest, keepsAFolderOnceUnderItsOwnPath) {
   service.saveBookmark(tree.url("real"));
   service.saveBookmark(tree.url("link"));
   EXPECT_THAT(service.getManagedFolderURLs(), ElementsAre(tree.url("real")));
-  const auto stored = preferences.value("OrvaneSecurityScopedBookmarks");
-  ASSERT_TRUE(stored);
-  EXPECT_EQ(stored->size(), 1U);
-  EXPECT_TRUE(stored->contains(tree.path("real")));
+  EXPECT_THAT(preferences.value(bookmarks).value(), SizeIs(1));
+  EXPECT_TRUE(preferences.value(bookmarks)->contains(tree.path("real")));
 }
 
 TEST_F(FileAccessServiceTest, seesWhatAnotherProcessGranted) {
@@ -58,16 +52,16 @@ TEST_F(FileAccessServiceTest, seesWhatAnotherProcessGranted) {
 
 TEST_F(FileAccessServiceTest, refusesWhatIsNoFolderAndStoresNothing) {
   EXPECT_THROW(service.saveBookmark(tree.url("missing")), std::runtime_error);
-  EXPECT_FALSE(preferences.value("OrvaneSecurityScopedBookmarks"));
+  EXPECT_FALSE(preferences.value(bookmarks));
 }
 
 TEST_F(FileAccessServiceTest, writesTheMapAlsoWhenNothingIsRemoved) {
   service.removeManagedFolder(tree.url("never"));
-  EXPECT_EQ(preferences.value("OrvaneSecurityScopedBookmarks"), Json::object());
+  EXPECT_EQ(preferences.value(bookmarks), Json::object());
 }
 
 TEST_F(FileAccessServiceTest, fallsBackToThePathOfADamagedRecord) {
-  preferences.setValue("OrvaneSecurityScopedBookmarks", Json{{"/srv/some", 7}});
+  preferences.setValue(bookmarks, Json{{"/srv/some", 7}});
   EXPECT_THAT(service.getManagedFolderURLs(), ElementsAre(FileUrl("/srv/some")));
 }
 

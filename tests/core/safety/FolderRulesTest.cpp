@@ -7,32 +7,24 @@
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 
 #include <random>
-#include <string>
-#include <vector>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using test::TemporaryTree;
-
-const std::vector<std::string>& entryNames() {
-  static const std::vector<std::string> names{
-      "a",         "b.txt",        "a..b",         "..",
-      ".git",      ".svn",         ".hg",          ".gitx",
-      ".ssh",      ".ssh2",        ".zshrc",       ".config",
-      "Library",   "Keychains",    "Mail",         "IdentityServices",
-      "Pictures",  "var",          "private",      "folders",
-      "log",       "etc",          "Downloads",    "Photos Library.photoslibrary",
-      "home",      "System",       "opt",          "Safari.app",
-      "Utilities", "Applications", "root",         "odd\xff\x01 name",
-      "...",       "new\nline",    "\xe2\x82\xac", "Volumes",
-      "run",       "vm",           "db",           ".gnupg",
-  };
-  return names;
-}
+const std::vector<std::string> entryNames{
+    "a",         "b.txt",        "a..b",         "..",
+    ".git",      ".svn",         ".hg",          ".gitx",
+    ".ssh",      ".ssh2",        ".zshrc",       ".config",
+    "Library",   "Keychains",    "Mail",         "IdentityServices",
+    "Pictures",  "var",          "private",      "folders",
+    "log",       "etc",          "Downloads",    "Photos Library.photoslibrary",
+    "home",      "System",       "opt",          "Safari.app",
+    "Utilities", "Applications", "root",         "odd\xff\x01 name",
+    "...",       "new\nline",    "\xe2\x82\xac", "Volumes",
+    "run",       "vm",           "db",           ".gnupg",
+};
 
 bool isLink(const std::string& path) {
   const auto status = readPathStatus(path);
@@ -70,7 +62,7 @@ class Comparison {
     }
     const auto before = m_admitted;
     compareNames(folder, names);
-    compareNames(folder, entryNames());
+    compareNames(folder, entryNames);
     bool anyAdmitted = m_admitted > before;
     for (const auto& subfolder : folders) anyAdmitted = compareTree(subfolder) || anyAdmitted;
     const FolderRules rules(m_validator, folder, canonicalPath(folder), m_roots);
@@ -89,15 +81,14 @@ class Comparison {
 // A tree of folders, files and links of every kind, with telling names.
 void grow(const TemporaryTree& tree, unsigned seed) {
   std::mt19937 random(seed);
-  const auto& names = entryNames();
   std::vector<std::string> folders{"", "home", "home/Downloads", "home/Library"};
   for (const auto& folder : folders) tree.folder(folder);
   const auto pick = [&](const auto& from) { return from[random() % from.size()]; };
   for (int i = 0; i < 80; ++i) {
-    const std::string name = pick(names);
+    const std::string name = pick(entryNames);
     const std::string parent = pick(folders);
     const std::string relative = parent.empty() ? name : parent + "/" + name;
-    if (name == ".." || test::exists(tree.path(relative))) continue;
+    if (name == ".." || exists(tree.path(relative))) continue;
     switch (random() % 7) {
       case 0:
         tree.file(relative);
@@ -152,7 +143,7 @@ TEST_P(GeneratedTrees, giveTheSameAnswerAsTheValidator) {
   EXPECT_GT(admitted, 100);
   EXPECT_GT(refused, 100);
 }
-INSTANTIATE_TEST_SUITE_P(Seeds, GeneratedTrees, testing::Range(1U, 4U));
+INSTANTIATE_TEST_SUITE_P(Seeds, GeneratedTrees, Range(1U, 4U));
 
 TEST(FolderRules, giveTheSameAnswerInSystemFolders) {
   const PathValidator validator("/root");
@@ -169,32 +160,32 @@ TEST(FolderRules, giveTheSameAnswerInSystemFolders) {
   };
   for (const auto& roots : rootSets) {
     Comparison comparison(validator, roots);
-    for (const char* folder : {"/",
-                               "/var",
-                               "/private",
-                               "/private/var",
-                               "/var/folders",
-                               "/var/folders/a",
-                               "/private/var/folders",
-                               "/private/var/folders/a",
-                               "/private/var/log",
-                               "/Library",
-                               "/Applications",
-                               "/Applications/Safari.app",
-                               "/System",
-                               "/root",
-                               "/root/.ssh",
-                               "/root/Library",
-                               "/root/Library/Mail",
-                               "/root/Pictures",
-                               "/opt/x",
-                               "/nowhere/.git",
-                               "/nowhere/a..b",
-                               "/nowhere/."}) {
-      comparison.compareNames(folder, entryNames());
+    for (const std::string folder : {"/",
+                                     "/var",
+                                     "/private",
+                                     "/private/var",
+                                     "/var/folders",
+                                     "/var/folders/a",
+                                     "/private/var/folders",
+                                     "/private/var/folders/a",
+                                     "/private/var/log",
+                                     "/Library",
+                                     "/Applications",
+                                     "/Applications/Safari.app",
+                                     "/System",
+                                     "/root",
+                                     "/root/.ssh",
+                                     "/root/Library",
+                                     "/root/Library/Mail",
+                                     "/root/Pictures",
+                                     "/opt/x",
+                                     "/nowhere/.git",
+                                     "/nowhere/a..b",
+                                     "/nowhere/."}) {
+      comparison.compareNames(folder, entryNames);
     }
   }
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -5,40 +5,26 @@
 #include "tests/support/SafetyFixture.h"
 
 #include <filesystem>
-#include <map>
-#include <set>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
 namespace fs = std::filesystem;
-using test::contentOf;
-using test::exists;
 
 struct Interruption {
-  const char* name;
-  const char* action;  // of the driver
-  const char* systemCall;
-  const char* injection;  // as strace takes it
+  std::string action;  // of the driver
+  std::string systemCall;
+  std::string injection;  // as strace takes it
 };
-
-void PrintTo(const Interruption& interruption, std::ostream* out) {
-  *out << interruption.name;
-}
 
 class InterruptionTest : public testing::TestWithParam<Interruption> {};
 
 // One home, one interrupted action, and what has to hold afterwards.
-class Scene : public test::SafetyFixture {
+class Scene : public SafetyFixture {
  public:
   explicit Scene(int items = 5) : itemCount(items) {
     for (int i = 0; i < itemCount; ++i) {
-      const auto name = std::to_string(i);
-      if (i == 3) {
-        tree.file("Downloads/3/inner", contentFor(i));
-      } else {
-        tree.file("Downloads/" + name, contentFor(i));
-      }
+      tree.file("Downloads/" + std::to_string(i) + (i == 3 ? "/inner" : ""), contentFor(i));
     }
   }
   void TestBody() override {}
@@ -56,7 +42,7 @@ class Scene : public test::SafetyFixture {
       arguments.insert(arguments.begin(), strace.begin(), strace.end());
     }
     // A leak check cannot run in a process that is being traced.
-    return test::runProgram(arguments, {{"ASAN_OPTIONS", "detect_leaks=0"}}).exitStatus;
+    return runProgram(arguments, {{"ASAN_OPTIONS", "detect_leaks=0"}}).exitStatus;
   }
 
   // Whether the last drive() was disturbed at all.
@@ -115,16 +101,16 @@ class Scene : public test::SafetyFixture {
 };
 
 TEST_P(InterruptionTest, leavesEveryItemWholeAndJournalled) {
-  const auto& [name, action, systemCall, injection] = GetParam();
-  const bool restoring = std::string_view(action) == "restore";
+  const auto& [action, systemCall, injection] = GetParam();
+  const bool restoring = action == "restore";
   int interrupted = 0;
   for (int when = 1; when < 400; ++when) {
-    SCOPED_TRACE(std::string(systemCall) + " number " + std::to_string(when));
+    SCOPED_TRACE(systemCall + " number " + std::to_string(when));
     Scene scene;
     if (restoring) {
       ASSERT_EQ(scene.drive("trash"), 0);
     }
-    const int status = scene.drive(action, systemCall, std::string(injection) + ":when=" + std::to_string(when));
+    const int status = scene.drive(action, systemCall, injection + ":when=" + std::to_string(when));
     ASSERT_NE(status, 127) << "strace is missing";
     scene.reopenJournal();
     scene.expectEverythingAccountedFor();
@@ -162,41 +148,33 @@ TEST(LongRunTest, killedInTheMiddleLosesNothing) {
   }
 }
 
-constexpr const char* kill = "signal=KILL";
-constexpr const char* inputOutputError = "error=EIO";
-constexpr const char* fullDisk = "error=ENOSPC";
+std::vector<Interruption> interruptions() {
+  const Rows<const char*, const char*, std::vector<std::string>> rows{
+      {"trash",
+       "signal=KILL",
+       {"openat", "write", "link", "linkat", "mkdir", "mkdirat", "renameat2", "rename", "unlink", "fsync",
+        "fdatasync"}},
+      {"move", "signal=KILL", {"write", "renameat2", "fsync"}},
+      {"restore", "signal=KILL", {"write", "renameat2", "unlinkat", "unlink", "fsync", "fdatasync"}},
+      {"trash", "error=EIO", {"fsync", "fdatasync", "renameat2", "rename"}},
+      {"move", "error=EIO", {"renameat2"}},
+      {"restore", "error=EIO", {"fsync", "renameat2"}},
+      {"trash", "error=ENOSPC", {"write", "linkat"}},
+      {"restore", "error=ENOSPC", {"write"}},
+  };
+  std::vector<Interruption> result;
+  for (const auto& [action, injection, systemCalls] : rows) {
+    for (const auto& call : systemCalls) result.push_back({action, call, injection});
+  }
+  return result;
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Kill, InterruptionTest,
-    testing::Values(
-        Interruption{"trash_openat", "trash", "openat", kill}, Interruption{"trash_write", "trash", "write", kill},
-        Interruption{"trash_link", "trash", "link", kill}, Interruption{"trash_linkat", "trash", "linkat", kill},
-        Interruption{"trash_mkdir", "trash", "mkdir", kill}, Interruption{"trash_mkdirat", "trash", "mkdirat", kill},
-        Interruption{"trash_renameat2", "trash", "renameat2", kill},
-        Interruption{"trash_rename", "trash", "rename", kill}, Interruption{"trash_unlink", "trash", "unlink", kill},
-        Interruption{"trash_fsync", "trash", "fsync", kill},
-        Interruption{"trash_fdatasync", "trash", "fdatasync", kill}, Interruption{"move_write", "move", "write", kill},
-        Interruption{"move_renameat2", "move", "renameat2", kill}, Interruption{"move_fsync", "move", "fsync", kill},
-        Interruption{"restore_write", "restore", "write", kill},
-        Interruption{"restore_renameat2", "restore", "renameat2", kill},
-        Interruption{"restore_unlinkat", "restore", "unlinkat", kill},
-        Interruption{"restore_unlink", "restore", "unlink", kill},
-        Interruption{"restore_fsync", "restore", "fsync", kill},
-        Interruption{"restore_fdatasync", "restore", "fdatasync", kill}),
-    [](const auto& row) { return row.param.name; });
+std::string nameOf(const testing::TestParamInfo<Interruption>& row) {
+  const auto& injection = row.param.injection;
+  return row.param.action + "_" + row.param.systemCall + "_" + injection.substr(injection.find('=') + 1);
+}
 
-INSTANTIATE_TEST_SUITE_P(Fail, InterruptionTest,
-                         testing::Values(Interruption{"trash_fsync", "trash", "fsync", inputOutputError},
-                                         Interruption{"trash_fdatasync", "trash", "fdatasync", inputOutputError},
-                                         Interruption{"trash_write", "trash", "write", fullDisk},
-                                         Interruption{"trash_linkat", "trash", "linkat", fullDisk},
-                                         Interruption{"trash_renameat2", "trash", "renameat2", inputOutputError},
-                                         Interruption{"trash_rename", "trash", "rename", inputOutputError},
-                                         Interruption{"move_renameat2", "move", "renameat2", inputOutputError},
-                                         Interruption{"restore_write", "restore", "write", fullDisk},
-                                         Interruption{"restore_fsync", "restore", "fsync", inputOutputError},
-                                         Interruption{"restore_renameat2", "restore", "renameat2", inputOutputError}),
-                         [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Each, InterruptionTest, testing::ValuesIn(interruptions()), nameOf);
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -4,54 +4,44 @@
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <ostream>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using Standing = KeepPattern::Standing;
 
-struct StandingRow {
-  const char* pattern;
-  const char* path;  // the home is /h
-  Standing standing;
-};
-void PrintTo(const StandingRow& row, std::ostream* out) {
-  *out << row.pattern << " of " << row.path;
+TEST(KeepPattern, standsToAPath) {
+  const Rows<const char*, const char*, Standing> rows{
+      {"/a/b", "/a/b", Standing::meant},
+      {"/a/b/", "/a/b/c/d", Standing::meant},
+      {"/a/b", "/a/bc", Standing::outside},
+      {"/a/b", "/a", Standing::above},
+      {"~/x", "/h/x", Standing::meant},
+      {"~/x", "/h/y", Standing::outside},
+      {"~", "/h/any", Standing::meant},
+      {"~/s/*.pem", "/h/s/k.pem", Standing::meant},
+      {"~/s/*.pem", "/h/s/k.pem.old", Standing::outside},
+      {"~/s/*.pem", "/h/s/a/k.pem", Standing::outside},
+      {"~/s/a*b*c", "/h/s/abc", Standing::meant},
+      {"~/s/a*a", "/h/s/a", Standing::outside},
+      {"~/s/**/*.pem", "/h/s/k.pem", Standing::meant},
+      {"~/s/**/*.pem", "/h/s/a/b/k.pem", Standing::meant},
+      {"~/s/**/*.pem", "/h/s/a/b", Standing::above},
+      {"~/s/**/*.pem", "/h/t/k.pem", Standing::outside},
+      {"~/s/**", "/h/s/a", Standing::meant},
+      {"*.psd", "/any/where/x.psd", Standing::meant},
+      {"**/keep/*", "/a/keep/b/c", Standing::meant},
+      {"notes", "/h/notes", Standing::meant},
+      {R"(~/a\*b)", "/h/a*b", Standing::meant},
+      {R"(~/a\*b)", "/h/axb", Standing::outside},
+      {R"(~/a\\b)", R"(/h/a\b)", Standing::meant},
+      {R"(~/\xff)", "/h/\xff", Standing::meant},
+  };
+  for (const auto& [pattern, path, standing] : rows) {
+    EXPECT_EQ(KeepPattern::read(pattern, "/h").standing(path), standing) << pattern << " of " << path;
+  }
 }
-class KeepPatternTest : public testing::TestWithParam<StandingRow> {};
-
-TEST_P(KeepPatternTest, standsToAPath) {
-  EXPECT_EQ(KeepPattern::read(GetParam().pattern, "/h").standing(GetParam().path), GetParam().standing);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Patterns, KeepPatternTest,
-    testing::Values(
-        StandingRow{"/a/b", "/a/b", Standing::meant}, StandingRow{"/a/b/", "/a/b/c/d", Standing::meant},
-        StandingRow{"/a/b", "/a/bc", Standing::outside}, StandingRow{"/a/b", "/a", Standing::above},
-        StandingRow{"~/x", "/h/x", Standing::meant}, StandingRow{"~/x", "/h/y", Standing::outside},
-        StandingRow{"~", "/h/any", Standing::meant}, StandingRow{"~/s/*.pem", "/h/s/k.pem", Standing::meant},
-        StandingRow{"~/s/*.pem", "/h/s/k.pem.old", Standing::outside},
-        StandingRow{"~/s/*.pem", "/h/s/a/k.pem", Standing::outside},
-        StandingRow{"~/s/a*b*c", "/h/s/abc", Standing::meant}, StandingRow{"~/s/a*a", "/h/s/a", Standing::outside},
-        StandingRow{"~/s/**/*.pem", "/h/s/k.pem", Standing::meant},
-        StandingRow{"~/s/**/*.pem", "/h/s/a/b/k.pem", Standing::meant},
-        StandingRow{"~/s/**/*.pem", "/h/s/a/b", Standing::above},
-        StandingRow{"~/s/**/*.pem", "/h/t/k.pem", Standing::outside}, StandingRow{"~/s/**", "/h/s/a", Standing::meant},
-        StandingRow{"*.psd", "/any/where/x.psd", Standing::meant},
-        StandingRow{"**/keep/*", "/a/keep/b/c", Standing::meant}, StandingRow{"notes", "/h/notes", Standing::meant},
-        StandingRow{R"(~/a\*b)", "/h/a*b", Standing::meant}, StandingRow{R"(~/a\*b)", "/h/axb", Standing::outside},
-        StandingRow{R"(~/a\\b)", R"(/h/a\b)", Standing::meant}, StandingRow{R"(~/\xff)", "/h/\xff", Standing::meant}));
 
 TEST(KeepPattern, refusesWhatMeansNothingOrEverything) {
   for (const char* text :
@@ -77,7 +67,6 @@ class KeepListTest : public testing::Test {
     return list.places().keeperOf(tree.url(relative)) != nullptr;
   }
   void add(const std::vector<std::string>& patterns) { list.add(patterns); }
-
   TemporaryTree tree;
   MemoryPreferences preferences;
   KeepList list{preferences, tree.path()};

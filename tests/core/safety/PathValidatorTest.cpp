@@ -5,16 +5,8 @@
 #include "platform/linux/LinuxProfile.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::TemporaryTree;
 
 enum class Verdict : std::uint8_t { admitted, empty, traversal, isProtected, escapes };
 
@@ -59,37 +51,23 @@ class PathValidatorTest : public testing::Test {
   PathValidator m_validator{m_home};
 };
 
-struct FixedCase {
-  const char* path;
-  Verdict verdict;
-};
-class FixedRules : public PathValidatorTest, public testing::WithParamInterface<FixedCase> {};
-
-TEST_P(FixedRules, decideWithoutRoots) {
-  EXPECT_EQ(verdictOf(check(GetParam().path, fixedRulesOnly)), GetParam().verdict) << GetParam().path;
+TEST_F(PathValidatorTest, decidesByFixedRulesWithoutRoots) {
+  const Rows<Verdict, std::vector<const char*>> rows{
+      {Verdict::empty, {""}},
+      {Verdict::traversal, {"/Users/u/../etc", "~/Downloads/./x", "~/Downloads/..", "~/Downloads/a..b", "../x", "./x"}},
+      {Verdict::admitted,
+       {"~/Downloads/.", "/Libraryx/y", "/Applications/Other.app", "/variable", "~/Downloads", "~/.ssh2",
+        "~/Library/Mailbox", "~/Code/.gitignore", "^", "/"}},
+      {Verdict::isProtected,
+       {"/System", "/Library/Caches/x", "/etc/hosts", "/opt/x", "/Applications/Safari.app", "/private", "/private/x",
+        "/var/lib/x", "/var/folders/ab/T/x", "~", "~/", "~/.ssh/id_rsa", "~/.zshrc", "~/.config/app",
+        "~/Library/Keychains", "~/Library/Mail/V10/x", "~/Pictures/Photos Library.photoslibrary/x",
+        "~/Code/project/.git/config", "~/Code/.hg"}},
+  };
+  for (const auto& [verdict, paths] : rows) {
+    for (const auto* path : paths) EXPECT_EQ(verdictOf(check(path, fixedRulesOnly)), verdict) << path;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Paths, FixedRules,
-    testing::Values(
-        FixedCase{"", Verdict::empty}, FixedCase{"/Users/u/../etc", Verdict::traversal},
-        FixedCase{"~/Downloads/./x", Verdict::traversal}, FixedCase{"~/Downloads/..", Verdict::traversal},
-        FixedCase{"~/Downloads/a..b", Verdict::traversal}, FixedCase{"../x", Verdict::traversal},
-        FixedCase{"./x", Verdict::traversal}, FixedCase{"~/Downloads/.", Verdict::admitted},
-        FixedCase{"/System", Verdict::isProtected}, FixedCase{"/Library/Caches/x", Verdict::isProtected},
-        FixedCase{"/Libraryx/y", Verdict::admitted}, FixedCase{"/etc/hosts", Verdict::isProtected},
-        FixedCase{"/opt/x", Verdict::isProtected}, FixedCase{"/Applications/Safari.app", Verdict::isProtected},
-        FixedCase{"/Applications/Other.app", Verdict::admitted}, FixedCase{"/private", Verdict::isProtected},
-        FixedCase{"/private/x", Verdict::isProtected}, FixedCase{"/var/lib/x", Verdict::isProtected},
-        FixedCase{"/variable", Verdict::admitted}, FixedCase{"/var/folders/ab/T/x", Verdict::isProtected},
-        FixedCase{"~", Verdict::isProtected}, FixedCase{"~/", Verdict::isProtected},
-        FixedCase{"~/Downloads", Verdict::admitted}, FixedCase{"~/.ssh/id_rsa", Verdict::isProtected},
-        FixedCase{"~/.ssh2", Verdict::admitted}, FixedCase{"~/.zshrc", Verdict::isProtected},
-        FixedCase{"~/.config/app", Verdict::isProtected}, FixedCase{"~/Library/Keychains", Verdict::isProtected},
-        FixedCase{"~/Library/Mail/V10/x", Verdict::isProtected}, FixedCase{"~/Library/Mailbox", Verdict::admitted},
-        FixedCase{"~/Pictures/Photos Library.photoslibrary/x", Verdict::isProtected},
-        FixedCase{"~/Code/project/.git/config", Verdict::isProtected}, FixedCase{"~/Code/.hg", Verdict::isProtected},
-        FixedCase{"~/Code/.gitignore", Verdict::admitted}, FixedCase{"^", Verdict::admitted},
-        FixedCase{"/", Verdict::admitted}));
 
 TEST_F(PathValidatorTest, admitsARootAndWhatIsInsideByWholeComponents) {
   m_tree.folder("home/Documents2");
@@ -176,11 +154,11 @@ TEST(PathValidator, admitsAHomeFolderThatASystemKeepsAmongItsOwn) {
 TEST_F(PathValidatorTest, keepsTheBoundaryWhenARootsLinkIsChanged) {
   m_tree.link("granted", m_home + "/Downloads");
   const Boundary roots({m_tree.url("granted")});
-  EXPECT_THAT(roots.canonicalPaths(), testing::ElementsAre(m_home + "/Downloads"));
+  EXPECT_THAT(roots.canonicalPaths(), ElementsAre(m_home + "/Downloads"));
   std::remove(m_tree.path("granted").c_str());
   m_tree.link("granted", m_tree.path("other"));
   EXPECT_EQ(verdictOf(check("^/granted/secret", roots)), Verdict::isProtected);
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

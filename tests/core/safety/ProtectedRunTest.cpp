@@ -4,13 +4,11 @@
 
 #include <filesystem>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using test::keptPlaces;
-
 // The protected places of a Linux home, in the run that all moves go through, with nothing in front of it.
-class ProtectedRun : public test::SafetyFixture {
+class ProtectedRun : public SafetyFixture {
  public:
   ProtectedRun() {
     for (const auto& place : keptPlaces) tree.file(place.path);
@@ -48,7 +46,7 @@ TEST_F(ProtectedRun, refusesEveryPlaceWhateverTheBoundaryAndDestination) {
     }
     EXPECT_TRUE(journal->getEntries(run.id()).empty());
   }
-  for (const auto& place : keptPlaces) EXPECT_TRUE(test::exists(tree.path(place.path))) << place.path;
+  for (const auto& place : keptPlaces) EXPECT_TRUE(exists(tree.path(place.path))) << place.path;
 }
 
 TEST_F(ProtectedRun, movesWhatLiesBesideThem) {
@@ -58,4 +56,4 @@ TEST_F(ProtectedRun, movesWhatLiesBesideThem) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -11,18 +11,11 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
-#include <set>
-#include <utility>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
 
-using test::contentOf;
-using test::exists;
-using test::filesBelow;
-
-class UndoJournalTest : public test::SafetyFixture {
+class UndoJournalTest : public SafetyFixture {
  protected:
   static JournalEntry entryOf(const Uuid& runId, std::int64_t size) {
     JournalEntry entry;
@@ -33,16 +26,34 @@ class UndoJournalTest : public test::SafetyFixture {
     return entry;
   }
 
-  static MoveIntent intentFor(const std::string& path, const FileUrl& destination) {
+  static MoveIntent intentFor(const std::string& path, const FileUrl& destination, const Uuid& run = Uuid::random()) {
     MoveIntent intent;
-    intent.entry = entryOf(Uuid::random(), 5);
-    intent.entry.originalURL = FileUrl(path);
-    intent.entry.trashedURL = destination;
-    intent.source = FileUrl(path);
-    intent.destination = destination;
+    intent.entry = entryOf(run, 5);
+    intent.entry.originalURL = intent.source = FileUrl(path);
+    intent.entry.trashedURL = intent.destination = destination;
     intent.identity = ItemIdentity::of(*readPathStatus(path));
     return intent;
   }
+  // To bring an item of the last run back.
+  [[nodiscard]] MoveIntent intentToRestore(const JournalEntry& entry) const {
+    auto intent = intentFor(entry.trashedURL.path(), entry.originalURL);
+    intent.entry = entry;
+    intent.entry.action = JournalAction::restored;
+    return intent;
+  }
+  // The log of a run that dies.
+  void leaveLog(const std::vector<MoveIntent>& intents, const Uuid& run = Uuid::random()) const {
+    RunLog log(journalFolder(), run);
+    for (const auto& intent : intents) log.appendIntent(intent);
+    log.sync();
+  }
+  // The record that the Trash gets before its item.
+  [[nodiscard]] std::string writeRecord(const std::string& path) const {
+    tree.folder(".local/share/Trash/files");
+    return tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
+  }
+  [[nodiscard]] FileUrl inTrash(const std::string& name) const { return FileUrl(trashPath() + "/files/" + name); }
+  [[nodiscard]] JournalEntry onlyEntry() const { return journal->getEntries(lastRun).front(); }
 
   [[nodiscard]] std::vector<std::string> filesInState() const {
     std::vector<std::string> names;
@@ -96,28 +107,12 @@ TEST_F(UndoJournalTest, writesAnEntryOfAnyKindSoThatItReadsBackTheSame) {
   }
 }
 
-TEST_F(UndoJournalTest, anUnchangedJournalKeepsItsBytes) {
-  for (int run = 0; run < 20; ++run) {
-    const Uuid runId = Uuid::random();
-    for (int i = 0; i < 5; ++i) {
-      auto entry = entryOf(runId, i);
-      if (i == 2) entry.checksum = "abc";
-      journal->record(entry);
-    }
-  }
-  const auto before = contentOf(journalPath());
-  auto model = JournalModel::decode(before);
-  std::string after;
-  model.encode([&](std::string_view text) { after += text; });
-  EXPECT_EQ(before, after);
-}
-
 TEST_F(UndoJournalTest, setsADamagedFileAsideAndStartsAnew) {
   for (const std::string damaged : {"{not json", "", R"({"foreign":true})", R"({"runs":[{}],"entries":{}})"}) {
     tree.file("State/undo_journal.json", damaged);
     reopenJournal();
     EXPECT_TRUE(journal->getRuns().empty());
-    EXPECT_THAT(journal->takeNotices(), testing::SizeIs(1)) << damaged;
+    EXPECT_THAT(journal->takeNotices(), SizeIs(1)) << damaged;
     EXPECT_EQ(contentOf(journalPath()), damaged);
     journal->record(entryOf(Uuid::random(), 1));
     std::set<std::string> kept;
@@ -133,34 +128,33 @@ TEST_F(UndoJournalTest, setsADamagedFileAsideAndStartsAnew) {
 
 // Another kind of file in the place of the journal or of a log: nothing waits for it, and nothing replaces it.
 TEST_F(UndoJournalTest, movesNothingWhileTheJournalCannotBeRead) {
-  using Make = std::function<void(const std::string&)>;
-  const std::vector<std::pair<const char*, Make>> rows{
+  const Rows<const char*, void (*)(const std::string&)> kinds{
       {"a folder", [](const std::string& path) { std::filesystem::create_directory(path); }},
       {"a pipe", [](const std::string& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }},
       {"a device", [](const std::string& path) { std::filesystem::create_symlink("/dev/zero", path); }},
   };
   const auto item = tree.file("Downloads/a.txt");
   const Uuid dead = Uuid::random();
-  for (const auto& [name, make] : rows) {
+  for (const auto& [name, make] : kinds) {
     SCOPED_TRACE(name);
     clean({item});
     const auto run = lastRun;
-    { RunLog log(journalFolder(), dead); }
+    leaveLog({}, dead);
     std::filesystem::rename(journalPath(), tree.path("kept"));
     make(journalPath());
     reopenJournal();
     EXPECT_FALSE(journal->isReadable());
-    EXPECT_THAT(journal->takeNotices(), testing::ElementsAre(testing::HasSubstr("cannot be read now")));
+    EXPECT_THAT(journal->takeNotices(), ElementsAre(HasSubstr("cannot be read now")));
     EXPECT_THROW(journal->restoreRun(run), UndoError);
     const auto other = tree.file("Downloads/other.txt");
-    EXPECT_THAT(clean({other}).front().error, testing::HasSubstr("Nothing was moved"));
+    EXPECT_THAT(clean({other}).front().error, HasSubstr("Nothing was moved"));
     journal->record(entryOf(Uuid::random(), 1));
     EXPECT_TRUE(exists(other));
     EXPECT_FALSE(std::filesystem::is_regular_file(journalPath()));
     std::filesystem::remove(journalPath());
     std::filesystem::rename(tree.path("kept"), journalPath());
     EXPECT_EQ(journal->restoreRun(run).restoredCount, 1);
-    EXPECT_THAT(filesInState(), testing::Not(testing::Contains(testing::HasSubstr("damaged"))));
+    EXPECT_THAT(filesInState(), Not(Contains(HasSubstr("damaged"))));
     std::filesystem::remove(tree.path("State/" + RunLog::fileName(dead)));
   }
 }
@@ -170,7 +164,7 @@ TEST_F(UndoJournalTest, passesOverWhatIsNoLog) {
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
   ASSERT_EQ(::mkfifo((path + ".new").c_str(), 0600), 0);
   reopenJournal();
-  EXPECT_THAT(journal->takeNotices(), testing::ElementsAre(testing::HasSubstr("it is no regular file")));
+  EXPECT_THAT(journal->takeNotices(), ElementsAre(HasSubstr("it is no regular file")));
   EXPECT_TRUE(exists(path));
 }
 
@@ -215,7 +209,7 @@ TEST_F(UndoJournalTest, whatIsGoneBecomesAWarning) {
   ASSERT_EQ(::unlink(outcomes[0].destination.path().c_str()), 0);
   auto result = journal->restoreRun(lastRun);
   EXPECT_EQ(result.restoredCount, 1);
-  EXPECT_THAT(result.warnings, testing::ElementsAre("Item was emptied from Trash or moved: gone.txt"));
+  EXPECT_THAT(result.warnings, ElementsAre("Item was emptied from Trash or moved: gone.txt"));
   const auto entries = journal->getEntries(lastRun);
   EXPECT_EQ(entries[0].action, JournalAction::trashed);
   EXPECT_EQ(entries[1].action, JournalAction::restored);
@@ -237,7 +231,7 @@ TEST_F(UndoJournalTest, aJournalOfATerabyteIsNotReadToItsEnd) {
   std::filesystem::rename(tree.path("kept"), journalPath());
   reopenJournal();
   EXPECT_EQ(journal->getRuns().size(), 1U);
-  EXPECT_THAT(journal->takeNotices(), testing::ElementsAre(testing::HasSubstr("File too large")));
+  EXPECT_THAT(journal->takeNotices(), ElementsAre(HasSubstr("File too large")));
 }
 
 TEST_F(UndoJournalTest, countsWhatIsLeftToBringBack) {
@@ -258,20 +252,20 @@ TEST_F(UndoJournalTest, countsWhatIsLeftToBringBack) {
   EXPECT_EQ(journal->remainingCount(lastRun), 0);
 }
 
-TEST_F(UndoJournalTest, aRunThatIsWholeAgainIsRestoredInSilence) {
-  clean({tree.file("Downloads/a.txt")});
-  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
-  const auto again = journal->restoreRun(lastRun);
-  EXPECT_EQ(again.restoredCount, 0);
-  EXPECT_THAT(again.warnings, testing::IsEmpty());
-}
-
 TEST_F(UndoJournalTest, anItemThatTookTheNameInTheTrashStaysThere) {
   const auto path = tree.file("Downloads/a.txt", "first");
   const auto trashed = clean({path}).front().destination;
   const auto run = lastRun;
   ASSERT_EQ(::unlink(trashed.path().c_str()), 0);
-  ASSERT_EQ(::unlink(recordOf(trashed).c_str()), 0);
+  tree.file(".local/share/Trash/files/a.txt", "another's");
+  tree.file(".local/share/Trash/info/a.txt.trashinfo",
+            "[Trash Info]\nPath=/another/place/a.txt\nDeletionDate=2026-01-01T00:00:00\n");
+  EXPECT_EQ(journal->restoreRun(run).restoredCount, 0);
+  EXPECT_FALSE(exists(path));
+  EXPECT_EQ(contentOf(trashed.path()), "another's");
+  std::filesystem::remove(trashed.path());
+  std::filesystem::remove(recordOf(trashed));
+  // One of a run of its own, from the same place.
   tree.file("Downloads/a.txt", "second");
   ASSERT_EQ(clean({path}).front().destination, trashed);
   reopenJournal();
@@ -290,7 +284,7 @@ TEST_F(UndoJournalTest, followsNoLinkThatTookTheFoldersName) {
   for (const bool hasRecords : {true, false}) {
     if (!hasRecords) std::filesystem::remove(tree.path("State/undo_journal.items"));
     const auto result = journal->restoreRun(lastRun);
-    EXPECT_THAT(result.warnings, testing::ElementsAre(testing::HasSubstr("now a link")));
+    EXPECT_THAT(result.warnings, ElementsAre(HasSubstr("now a link")));
     EXPECT_EQ(contentOf(trashed.path()), "mine");
     EXPECT_TRUE(std::filesystem::is_empty(elsewhere));
   }
@@ -347,37 +341,15 @@ TEST_F(UndoJournalTest, oneEntryComesBackByItself) {
   EXPECT_EQ(contentOf(second), "2");
   EXPECT_FALSE(exists(first));
   EXPECT_FALSE(isRestored());
-  // Again: it is back already.
-  EXPECT_EQ(restore(1).restoredCount, 0);
-  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(restore(1).restoredCount, 0) << "it is back already";
+  EXPECT_EQ(restore(0).restoredCount, 1);
   EXPECT_EQ(contentOf(first), "1");
   EXPECT_TRUE(isRestored());
-  EXPECT_EQ(filesBelow(tree.path(".local/share/Trash")), std::vector<std::string>{});
-}
-
-TEST_F(UndoJournalTest, theLastEntryThatComesBackMakesTheRunRestored) {
-  clean({tree.file("Downloads/a.txt"), tree.file("Downloads/b.txt")});
-  for (const auto& entry : journal->getEntries(lastRun)) {
-    EXPECT_EQ(restoreOne(entry.id).restoredCount, 1);
-  }
-  EXPECT_TRUE(journal->getRuns().front().isRestored);
+  EXPECT_THAT(journal->restoreRun(lastRun).warnings, IsEmpty());
+  EXPECT_EQ(filesBelow(trashPath()), std::vector<std::string>{});
   EXPECT_THROW(restoreOne(Uuid::random()), UndoError);
   lastRun = Uuid::random();
   EXPECT_THROW(restoreOne(Uuid::random()), UndoError);
-}
-
-TEST_F(UndoJournalTest, anotherItemUnderTheSameNameInTheTrashStaysThere) {
-  const auto path = tree.file("Downloads/a.txt", "first");
-  const auto outcomes = clean({path});
-  const auto trashed = outcomes[0].destination;
-  ASSERT_EQ(::unlink(trashed.path().c_str()), 0);
-  tree.file(".local/share/Trash/files/" + std::string(trashed.lastPathComponent()), "another's");
-  tree.file(".local/share/Trash/info/a.txt.trashinfo",
-            "[Trash Info]\nPath=/another/place/a.txt\nDeletionDate=2026-01-01T00:00:00\n");
-  const auto result = journal->restoreRun(lastRun);
-  EXPECT_EQ(result.restoredCount, 0);
-  EXPECT_FALSE(exists(path));
-  EXPECT_EQ(contentOf(trashed.path()), "another's");
 }
 
 TEST_F(UndoJournalTest, twoJournalsOfOneFolderSeeAndKeepEachOthersRuns) {
@@ -445,25 +417,17 @@ TEST_F(UndoJournalTest, settlesWhatADeadRunLeftBehind) {
   const auto moved = tree.file("Downloads/moved.txt", "moved");
   const auto gone = tree.file("Downloads/gone.txt");
   const Uuid runId = Uuid::random();
-  const auto intentOf = [&](const std::string& path) {
-    MoveIntent intent;
-    intent.entry = entryOf(runId, 5);
-    intent.entry.originalURL = FileUrl(path);
-    intent.source = FileUrl(path);
-    intent.destination = FileUrl(trashPath() + "/files/" + std::string(FileUrl(path).lastPathComponent()));
-    intent.entry.trashedURL = intent.destination;
-    intent.identity = ItemIdentity::of(*readFileStatus(AT_FDCWD, path.c_str()));
-    return intent;
-  };
   {
     RunLog log(journalFolder(), runId);
-    for (const auto& path : {stayed, moved, gone}) log.appendIntent(intentOf(path));
+    for (const auto& path : {stayed, moved, gone}) {
+      log.appendIntent(intentFor(path, inTrash(std::string(FileUrl(path).lastPathComponent())), runId));
+    }
     log.sync();
     tree.folder(".local/share/Trash/files");
-    for (const auto* name : {"stayed.txt", "moved.txt"}) {
-      tree.file(std::string(".local/share/Trash/info/") + name + ".trashinfo", "[Trash Info]\n");
+    for (const std::string name : {"stayed.txt", "moved.txt"}) {
+      tree.file(".local/share/Trash/info/" + name + ".trashinfo", "[Trash Info]\n");
     }
-    std::filesystem::rename(moved, trashPath() + "/files/moved.txt");
+    std::filesystem::rename(moved, inTrash("moved.txt").path());
     std::filesystem::remove(gone);
     // A run that lives is left alone.
     reopenJournal();
@@ -475,8 +439,8 @@ TEST_F(UndoJournalTest, settlesWhatADeadRunLeftBehind) {
   EXPECT_EQ(entries[0].originalURL.path(), moved);
   EXPECT_TRUE(exists(stayed));
   EXPECT_FALSE(exists(trashPath() + "/info/stayed.txt.trashinfo"));
-  EXPECT_THAT(journal->takeNotices(), testing::Contains(testing::HasSubstr("gone.txt")));
-  EXPECT_THAT(filesInState(), testing::Contains(testing::EndsWith(".log.unclear")));
+  EXPECT_THAT(journal->takeNotices(), Contains(HasSubstr("gone.txt")));
+  EXPECT_THAT(filesInState(), Contains(EndsWith(".log.unclear")));
   reopenJournal();
   EXPECT_TRUE(journal->takeNotices().empty());
   EXPECT_EQ(journal->restoreRun(runId).restoredCount, 1);
@@ -486,70 +450,51 @@ TEST_F(UndoJournalTest, settlesWhatADeadRunLeftBehind) {
 // A run that died before it moved its item, whose record in the Trash is written already.
 TEST_F(UndoJournalTest, keepsTheLogOfADeadRunUntilEverythingIsTakenBack) {
   const auto path = tree.file("Downloads/a.txt");
-  const auto record = tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
-  tree.folder(".local/share/Trash/files");
+  const auto record = writeRecord(path);
   const auto partial = tree.file("Volume/Sorted/.orvane-1.partial");
-  auto intent = intentFor(path, FileUrl(trashPath() + "/files/a.txt"));
   auto copy = intentFor(path, tree.url("Volume/Sorted/a.txt"));
   copy.partial = FileUrl(partial);
   copy.entry.action = JournalAction::moved;
   const Uuid runId = Uuid::random();
-  {
-    RunLog log(journalFolder(), runId);
-    log.appendIntent(intent);
-    log.appendIntent(copy);
-    log.sync();
-  }
+  const auto log = tree.path("State/" + RunLog::fileName(runId));
+  leaveLog({intentFor(path, inTrash("a.txt")), copy}, runId);
   // A folder where the record should be: it can be no more removed than on a disk that fails.
   std::filesystem::remove(record);
-  tree.folder(".local/share/Trash/info/a.txt.trashinfo");
+  std::filesystem::create_directory(record);
   std::filesystem::rename(tree.path("Volume"), tree.path("Unplugged"));
   reopenJournal();
-  EXPECT_TRUE(exists(tree.path("State/" + RunLog::fileName(runId))));
+  EXPECT_TRUE(exists(log));
   std::filesystem::rename(tree.path("Unplugged"), tree.path("Volume"));
   reopenJournal();
   EXPECT_FALSE(exists(partial));
-  EXPECT_TRUE(exists(tree.path("State/" + RunLog::fileName(runId))));
+  EXPECT_TRUE(exists(log));
   std::filesystem::remove(record);
-  tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
+  EXPECT_EQ(writeRecord(path), record);
   reopenJournal();
-  EXPECT_FALSE(exists(record));
-  EXPECT_FALSE(exists(tree.path("State/" + RunLog::fileName(runId))));
+  EXPECT_FALSE(exists(record) || exists(log));
 }
 
 TEST_F(UndoJournalTest, settlesADeadRunWhoseItemALivingOneHas) {
   const auto path = tree.file("Downloads/a.txt");
-  const auto record = tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
-  tree.folder(".local/share/Trash/files");
+  const auto record = writeRecord(path);
   const Uuid dead = Uuid::random();
-  {
-    RunLog log(journalFolder(), dead);
-    log.appendIntent(intentFor(path, FileUrl(trashPath() + "/files/a.txt")));
-    log.sync();
-  }
-  const FileUrl taken(trashPath() + "/files/a.2.txt");
+  leaveLog({intentFor(path, inTrash("a.txt"))}, dead);
   RunLog living(journalFolder(), Uuid::random());
-  living.appendIntent(intentFor(path, taken));
+  living.appendIntent(intentFor(path, inTrash("a.2.txt")));
   living.sync();
-  std::filesystem::rename(path, taken.path());
+  std::filesystem::rename(path, inTrash("a.2.txt").path());
   reopenJournal();
   EXPECT_FALSE(exists(record));
-  EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
-  EXPECT_THAT(filesInState(), testing::Not(testing::Contains(testing::HasSubstr(dead.toString()))));
+  EXPECT_THAT(journal->takeNotices(), IsEmpty());
+  EXPECT_THAT(filesInState(), Not(Contains(HasSubstr(dead.toString()))));
 }
 
 TEST_F(UndoJournalTest, leavesALivingRunTheRecordOfADeadOnesItem) {
   const auto path = tree.file("Downloads/a.txt");
-  const auto record = tree.file(".local/share/Trash/info/a.txt.trashinfo", "[Trash Info]\nPath=" + path + "\n");
-  tree.folder(".local/share/Trash/files");
-  const FileUrl destination(trashPath() + "/files/a.txt");
-  {
-    RunLog log(journalFolder(), Uuid::random());
-    log.appendIntent(intentFor(path, destination));
-    log.sync();
-  }
+  const auto record = writeRecord(path);
+  leaveLog({intentFor(path, inTrash("a.txt"))});
   RunLog living(journalFolder(), Uuid::random());
-  living.appendIntent(intentFor(path, destination));
+  living.appendIntent(intentFor(path, inTrash("a.txt")));
   living.sync();
   reopenJournal();
   EXPECT_TRUE(exists(record));
@@ -559,15 +504,11 @@ TEST_F(UndoJournalTest, leavesALivingRunTheRecordOfADeadOnesItem) {
 // A log may be settled long after its run died: the process that began to may have died too.
 TEST_F(UndoJournalTest, leavesAnItemToTheRunThatTookItSince) {
   const auto path = tree.file("Downloads/a.txt");
-  const auto dead = intentFor(path, FileUrl(trashPath() + "/files/a.txt"));
+  const auto dead = intentFor(path, inTrash("a.txt"));
   ASSERT_EQ(clean({path}).front().destination, dead.destination);
-  {
-    RunLog log(journalFolder(), Uuid::random());
-    log.appendIntent(dead);
-    log.sync();
-  }
+  leaveLog({dead});
   reopenJournal();
-  EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
+  EXPECT_THAT(journal->takeNotices(), IsEmpty());
   ASSERT_EQ(journal->getRuns().size(), 1U) << "one item is in the history once";
   EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
 }
@@ -576,19 +517,11 @@ TEST_F(UndoJournalTest, leavesAnItemToTheRunThatTookItSince) {
 TEST_F(UndoJournalTest, recordsAnItemOnceThatTwoDeadRunsWanted) {
   const auto path = tree.file("Downloads/a.txt");
   tree.folder(".local/share/Trash/files");
-  const auto intent = intentFor(path, FileUrl(trashPath() + "/files/a.txt"));
-  auto other = intent;
-  other.entry.id = Uuid::random();
-  other.entry.runId = Uuid::random();
-  for (const auto& wanted : {intent, other}) {
-    RunLog log(journalFolder(), wanted.entry.runId);
-    log.appendIntent(wanted);
-    log.sync();
-  }
-  std::filesystem::rename(path, intent.destination.path());
+  for (const auto& run : {Uuid::random(), Uuid::random()}) leaveLog({intentFor(path, inTrash("a.txt"), run)}, run);
+  std::filesystem::rename(path, inTrash("a.txt").path());
   reopenJournal();
   EXPECT_EQ(journal->getRuns().size(), 1U);
-  EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
+  EXPECT_THAT(journal->takeNotices(), IsEmpty());
 }
 
 // A restore died when the item was home, and another run took it from there before anybody read the log.
@@ -598,24 +531,14 @@ TEST_F(UndoJournalTest, anItemThatLeftAgainAfterARestoreIsAwayOnce) {
     const auto path = tree.file("Downloads/a.txt");
     const auto trashed = clean({path}).front().destination;
     const auto first = lastRun;
-    MoveIntent back;
-    back.entry = journal->getEntries(first).front();
-    back.entry.action = JournalAction::restored;
-    back.source = trashed;
-    back.destination = FileUrl(path);
-    back.identity = ItemIdentity::of(*readPathStatus(trashed.path()));
-    {
-      RunLog log(journalFolder(), Uuid::random());
-      log.appendIntent(back);
-      log.sync();
-    }
+    leaveLog({intentToRestore(onlyEntry())});
     std::filesystem::rename(trashed.path(), path);
     std::filesystem::remove(recordOf(trashed));
     if (newPlace != std::string("a.txt")) tree.file(".local/share/Trash/files/a.txt", "another's");
     const auto again = clean({path}).front().destination;
     EXPECT_EQ(again.lastPathComponent(), newPlace);
     reopenJournal();
-    EXPECT_THAT(journal->takeNotices(), testing::IsEmpty());
+    EXPECT_THAT(journal->takeNotices(), IsEmpty());
     EXPECT_EQ(journal->remainingCount(first), 0);
     EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
     EXPECT_EQ(contentOf(path), "content");
@@ -626,7 +549,7 @@ TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
   const auto path = tree.file("Downloads/a.txt");
   const auto outcome = clean({path}).front();
   MoveIntent intent;
-  intent.entry = journal->getEntries(lastRun).front();
+  intent.entry = onlyEntry();
   intent.source = FileUrl(path);
   intent.destination = outcome.destination;
   EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
@@ -637,29 +560,20 @@ TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
     log.sync();
   }
   reopenJournal();
-  EXPECT_EQ(journal->getEntries(lastRun).front().action, JournalAction::restored);
+  EXPECT_EQ(onlyEntry().action, JournalAction::restored);
 }
 
 TEST_F(UndoJournalTest, whatCameBackStaysBackWhenTheClockWasSetBack) {
   const auto path = tree.file("Downloads/a.txt");
-  const auto outcome = clean({path}).front();
-  MoveIntent intent;
-  intent.entry = journal->getEntries(lastRun).front();
-  intent.entry.action = JournalAction::restored;
+  const auto trashed = clean({path}).front().destination;
+  auto intent = intentToRestore(onlyEntry());
   intent.entry.timestamp -= ReferenceClock::duration(3600);
-  intent.source = outcome.destination;
-  intent.destination = FileUrl(path);
-  intent.identity = ItemIdentity::of(*readPathStatus(outcome.destination.path()));
-  {
-    RunLog log(journalFolder(), Uuid::random());
-    log.appendIntent(intent);
-    log.sync();
+  leaveLog({intent});
+  std::filesystem::rename(trashed.path(), path);
+  for (int start = 0; start < 2; ++start) {
+    reopenJournal();
+    EXPECT_EQ(onlyEntry().action, JournalAction::restored);
   }
-  std::filesystem::rename(outcome.destination.path(), path);
-  reopenJournal();
-  EXPECT_EQ(journal->getEntries(lastRun).front().action, JournalAction::restored);
-  reopenJournal();
-  EXPECT_EQ(journal->getEntries(lastRun).front().action, JournalAction::restored);
 }
 
 TEST_F(UndoJournalTest, aLogThatEndsInTheMiddleOfALineIsReadAsFarAsItGoes) {
@@ -685,4 +599,4 @@ TEST_F(UndoJournalTest, aLogThatEndsInTheMiddleOfALineIsReadAsFarAsItGoes) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test
