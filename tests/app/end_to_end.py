@@ -10,20 +10,15 @@ import json
 import subprocess
 import sys
 
-from window_driver import PATIENCE, Scenario, expect, main, wait_for
-
-END = 0xFF57  # the key's symbol in X
+from window_driver import END, PATIENCE, Scenario, expect, main, put, trash_of, wait_for
 
 
 def scan_clean_undo(window, home):
-    trash = home / ".local/share/Trash/files"
+    trash = trash_of(home)
     log = home / "Downloads/Logs/old.log"
-    letter = home / "Downloads/letter.txt"
     content = log.read_bytes()
 
-    window.press("action.scan")
-    window.press("nav.cleanup")
-    window.sees("3 items found")
+    window.scan("3 items found")
     expect(window.is_checked("old.log, Safe"), "a safe item is not selected")
     expect(not window.is_checked("new.dmg, Review"), "an item to review is selected")
     expect(not window.is_checked("letter.txt, Manual"), "a manual item is selected")
@@ -31,7 +26,8 @@ def scan_clean_undo(window, home):
     window.press("Clean Selected · 1")
     window.sees("Successfully moved 1 items to the Trash, reclaiming 5 KB.")
     expect(not log.exists() and (trash / "old.log").read_bytes() == content, "the log is not in the Trash")
-    expect(letter.exists() and (home / "Downloads/new.dmg").exists(), "something was moved that nobody selected")
+    for name in ("letter.txt", "new.dmg"):
+        expect((home / "Downloads" / name).exists(), "something was moved that nobody selected")
     expect([path.name for path in trash.iterdir()] == ["old.log"], "there is more in the Trash than was selected")
     window.press("action.ok")
 
@@ -64,8 +60,7 @@ def second_start(window, program):
 
 
 def bare(home):
-    (home / ".cache/pip/http").mkdir(parents=True)
-    (home / ".cache/pip/http/a").write_bytes(b"x" * 5000)
+    put(home, ".cache/pip/http/a", b"x" * 5000)
     (home / "stuff").mkdir()
 
 
@@ -106,11 +101,9 @@ def introduction(window, home):
 
 
 def prepare(home):
-    downloads = home / "Downloads"
-    (downloads / "Logs").mkdir(parents=True)
-    (downloads / "Logs/old.log").write_bytes(bytes(range(250)) * 20)
-    (downloads / "new.dmg").write_bytes(b"i" * 9000)
-    (downloads / "letter.txt").write_text("Dear all")
+    put(home, "Downloads/Logs/old.log", bytes(range(250)) * 20)
+    put(home, "Downloads/new.dmg", b"i" * 9000)
+    put(home, "Downloads/letter.txt", "Dear all")
 
 
 def use_the_window(window, home):
@@ -122,8 +115,8 @@ def use_the_window(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(main({
+    main({
         "cleanup": Scenario(prepare, use_the_window),
         "introduction": Scenario(never_started, introduction),
         "bare": Scenario(bare, bare_account),
-    }))
+    })

@@ -4,22 +4,16 @@
     end_to_end_consent.py PROGRAM [SCENARIO]
 """
 
+import contextlib
 import fcntl
 import json
-import os
 import pathlib
 import subprocess
 import sys
-import time
 
-from window_driver import PATIENCE, Scenario, expect, files_below, main, trash_of, wait_for
-
-DAY = 86400  # seconds
-SHIFT, CONTROL = 50, 37  # their codes on a keyboard of X
-
-
-def age(path, days):
-    os.utime(path, (time.time() - days * DAY,) * 2)
+from window_driver import (
+    CONTROL, PATIENCE, Scenario, bring_to_front, expect, files_below, main, put, trash_of, wait_for,
+)
 
 
 def moves_away(window, verb, *paths):
@@ -31,20 +25,15 @@ def moves_away(window, verb, *paths):
 
 
 def prepare_logs(home):
-    logs = home / "Downloads/Logs"
-    logs.mkdir(parents=True)
     for name in ("web.log", "mail.log", "other.log"):
-        (logs / name).write_bytes(name.encode() * 500)
-        age(logs / name, 20)
-    (home / "Downloads/letter.txt").write_text("Dear all")
+        put(home, f"Downloads/Logs/{name}", name * 500, days=20)
+    put(home, "Downloads/letter.txt", "Dear all")
 
 
 def clean_what_is_shown(window, home):
     logs = home / "Downloads/Logs"
-    window.press("action.scan")
-    window.press("nav.cleanup")
-    window.sees("3 selected")
-    letter = wait_for("the letter", lambda: window.find("letter.txt, Manual", exact=False))
+    window.scan("3 selected")
+    letter = window.sees("letter.txt, Manual")
     expect(letter.get_role_name() != "check box", "an item that cannot be chosen has a box")
     expect("it may be your own work" in letter.get_description(), "the lock does not say why")
 
@@ -73,20 +62,14 @@ def clean_what_is_shown(window, home):
 # --- more than a thousand items
 
 
-def prepare_many(home):
-    logs = home / "Downloads/Logs"
-    logs.mkdir(parents=True)
-    for number in range(1001):
-        (logs / f"{number}.log").write_bytes(b"l" * 1000)
-        age(logs / f"{number}.log", 20)
+def many(place, days):
+    """More than a thousand items of a kind."""
 
+    def prepare(home):
+        for number in range(1001):
+            put(home, "Downloads/" + place.format(number), b"l" * 1000, days)
 
-def prepare_many_loose(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
-    for number in range(1001):
-        (downloads / f"{number}.dmg").write_bytes(b"d" * 1000)
-        age(downloads / f"{number}.dmg", 60)
+    return prepare
 
 
 def asks_once_more(window, verb, sums, folder):
@@ -106,8 +89,7 @@ def asks_once_more(window, verb, sums, folder):
 
 def ask_before_many(window, home):
     logs = home / "Downloads/Logs"
-    window.press("action.scan")
-    window.press("nav.cleanup")
+    window.scan()
     asks_once_more(window, "Clean Selected · 1,001", "1,001 items (1 MB) will go to the Trash.", logs)
     wait_for("an empty folder", lambda: not any(logs.iterdir()))
 
@@ -122,22 +104,16 @@ def ask_before_many_by_rules(window, home):
 
 def ask_before_many_are_tidied(window, home):
     downloads = home / "Downloads"
-    window.press("nav.settings")
-    window.focus("settings.schedule_enabled")
-    window.tab_to("tray.organize_now")
-    window.press("tray.organize_now")
+    window.ask_to_tidy()
     asks_once_more(window, "Move 1,001 · 1 MB", "1,001 items (1 MB) will move to another folder.", downloads)
     wait_for("all of them in Recents", lambda: len(files_below(downloads / "Recents")) == 1001)
 
 
 def ask_before_many_by_request(window, home):
     downloads = home / "Downloads"
-    window.press("nav.agent")
-    window.type("agent.prompt", "organize files older than 30 days in downloads")
-    window.press("action.dry_run")
-    asks_once_more(
-        window, "Confirm & Apply · 1,001 · 1 MB", "1,001 items (1 MB) will move to another folder.", downloads
-    )
+    window.ask("organize files older than 30 days in downloads")
+    verb = "Confirm & Apply · 1,001 · 1 MB"
+    asks_once_more(window, verb, "1,001 items (1 MB) will move to another folder.", downloads)
     wait_for("all of them in a folder", lambda: not any(path.is_file() for path in downloads.iterdir()))
 
 
@@ -145,27 +121,28 @@ def ask_before_many_by_request(window, home):
 
 
 def prepare_twins(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
-    for name, days in (("first.mov", 3), ("second.mov", 1)):
-        (downloads / name).write_bytes(b"film" * 5000)
-        age(downloads / name, days)
+    put(home, "Downloads/first.mov", b"film" * 5000, days=3)
+    put(home, "Downloads/second.mov", b"film" * 5000, days=1)
 
 
-def quit_in_the_middle(window, home):
-    downloads = home / "Downloads"
-    window.press("nav.duplicates")
-    window.press("duplicates.search")
-    window.sees("2 copies")
-    # A cleanup of duplicates waits its turn: another one holds it up for as long as this needs.
+@contextlib.contextmanager
+def turn_of_duplicates(home):
+    """A cleanup of duplicates waits its turn: another one holds it up for as long as this lasts."""
     state = home / "Library/Application Support/Orvane"
     state.mkdir(parents=True, exist_ok=True)
     with (state / "duplicates.lock").open("w") as turn:
         fcntl.flock(turn, fcntl.LOCK_EX)
+        yield
+
+
+def quit_in_the_middle(window, home):
+    downloads = home / "Downloads"
+    window.look_for_duplicates()
+    with turn_of_duplicates(home):
         window.press("Clean 1 · 20 KB")
         window.sees("Cleaning")
         bring_to_front("duplicates")
-        hold(window, CONTROL, ord("q"))
+        window.hold(CONTROL, ord("q"))
         window.sees("quit.title")
         expect(window.find("quit.stop"), "the run cannot be stopped")
         window.press("quit.finish")
@@ -178,23 +155,15 @@ def quit_in_the_middle(window, home):
 
 
 def prepare_copies(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
     for number in range(601):
-        (downloads / f"{number}.mov").write_bytes(b"film" * 5000)
-        age(downloads / f"{number}.mov", 700 - number)
+        put(home, f"Downloads/{number}.mov", b"film" * 5000, days=700 - number)
 
 
 def pause_in_the_middle(window, home):
     downloads = home / "Downloads"
-    window.press("nav.duplicates")
-    window.press("duplicates.search")
-    window.sees("601 copies")
-    state = home / "Library/Application Support/Orvane"
-    state.mkdir(parents=True, exist_ok=True)
+    window.look_for_duplicates("601 copies")
     # The run is held up until it was asked to pause, and then waits after its first group of items.
-    with (state / "duplicates.lock").open("w") as turn:
-        fcntl.flock(turn, fcntl.LOCK_EX)
+    with turn_of_duplicates(home):
         window.press("Clean 600 · ", exact=False)
         window.press("run.pause")
         window.sees("run.pausing")
@@ -208,50 +177,41 @@ def pause_in_the_middle(window, home):
     expect(len(files_below(trash_of(home))) == 600, "not every copy went to the Trash")
 
 
-def bring_to_front(section):
-    """Nothing manages windows here: the window is active once a second start asked for it."""
-    subprocess.run([sys.argv[1], "--show", section], timeout=PATIENCE, check=True)
-
-
-def hold(window, modifier, key):
-    """A key by its symbol in X while a modifier, by its code on a keyboard of X, is held."""
-    synth = window.atspi.KeySynthType
-    window.atspi.generate_keyboard_event(modifier, None, synth.PRESS)
-    window.key(key)
-    window.atspi.generate_keyboard_event(modifier, None, synth.RELEASE)
-
-
 # --- the desktop's chooser, and its tray
 
 
-def start_desktop(folder):
+@contextlib.contextmanager
+def desktop(folder):
+    """Its portal answers each request with `folder`. Gives a function that tells the next thing that it was asked."""
     script = pathlib.Path(__file__).with_name("fake_desktop.py")
-    desktop = subprocess.Popen([sys.executable, script, folder], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-    expect(desktop.stdout.readline() == "ready\n", "there is no desktop")
-    return desktop
+    pipe = subprocess.PIPE
+    process = subprocess.Popen([sys.executable, script, folder], stdin=pipe, stdout=pipe, text=True)
+    try:
+        expect(process.stdout.readline() == "ready\n", "there is no desktop")
+        yield process.stdout.readline
+    finally:
+        process.stdin.close()
+        process.wait(PATIENCE)
+
+
+def choose_another_folder(window):
+    window.press("nav.organize")
+    window.press("Folder: Choose a Folder")
+    window.press("action.other_folder")
 
 
 def choose_by_portal(window, home):
-    project = home / "Work Files"
-    project.mkdir()
-    desktop = start_desktop(project)
-    try:
-        window.press("nav.organize")
-        window.press("Folder: Choose a Folder")
-        window.press("action.other_folder")
-        asked = json.loads(desktop.stdout.readline())
-        expect(asked["directory"] is True and asked["title"] == "Choose a Folder", f"it asked for {asked}")
+    (home / "Work Files").mkdir()
+    with desktop(home / "Work Files") as asked:
+        choose_another_folder(window)
+        request = json.loads(asked())
+        expect(request["directory"] is True and request["title"] == "Choose a Folder", f"it asked for {request}")
         window.sees("Folder: Work Files")
-    finally:
-        desktop.stdin.close()
-        desktop.wait(PATIENCE)
 
 
 def choose_without_portal(window, home):
     (home / "Work Files/Inner").mkdir(parents=True)
-    window.press("nav.organize")
-    window.press("Folder: Choose a Folder")
-    window.press("action.other_folder")
+    choose_another_folder(window)
     window.sees("folder.choose")
     window.press("Work Files", exact=False)
     window.press("Inner", exact=False)
@@ -267,25 +227,19 @@ MAP = '[1,2,{},[{"name":"/srv/archive"},[{"name":"films"},{"name":"long.mkv","ds
 
 def choose_map_by_portal(window, home):
     """A map of another machine, from a file that the desktop's chooser names, before there is one of this home."""
-    file = home / "server map.json"
-    file.write_text(MAP)
-    desktop = start_desktop(file)
-    try:
+    with desktop(put(home, "server map.json", MAP)) as asked:
         window.focus("action.scan")
         window.tab_to("map.open_file")
         window.press("map.open_file")
-        asked = json.loads(desktop.stdout.readline())
-        expect(asked["directory"] is False and asked["title"] == window.texts["map.open_file"], f"it asked for {asked}")
+        request = json.loads(asked())
+        is_for_a_file = request["directory"] is False and request["title"] == window.texts["map.open_file"]
+        expect(is_for_a_file, f"it asked for {request}")
         window.sees("~/server map.json")
         window.sees("films, 7 GB")
-    finally:
-        desktop.stdin.close()
-        desktop.wait(PATIENCE)
 
 
 def choose_map_without_portal(window, home):
-    (home / "maps").mkdir()
-    (home / "maps/server.json").write_text(MAP)
+    put(home, "maps/server.json", MAP)
     window.focus("action.scan")
     window.tab_to("map.start")
     window.press("map.start")
@@ -297,20 +251,16 @@ def choose_map_without_portal(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(
-        main(
-            {
-                "hidden": Scenario(prepare_logs, clean_what_is_shown),
-                "many": Scenario(prepare_many, ask_before_many),
-                "many by rules": Scenario(prepare_many_loose, ask_before_many_by_rules),
-                "many tidied": Scenario(prepare_many_loose, ask_before_many_are_tidied),
-                "many by request": Scenario(prepare_many_loose, ask_before_many_by_request),
-                "pause": Scenario(prepare_copies, pause_in_the_middle),
-                "quit": Scenario(prepare_twins, quit_in_the_middle),
-                "portal": Scenario(prepare_twins, choose_by_portal),
-                "chooser": Scenario(prepare_twins, choose_without_portal),
-                "map-portal": Scenario(prepare_twins, choose_map_by_portal),
-                "map-chooser": Scenario(prepare_twins, choose_map_without_portal),
-            }
-        )
-    )
+    main({
+        "hidden": Scenario(prepare_logs, clean_what_is_shown),
+        "many": Scenario(many("Logs/{}.log", 20), ask_before_many),
+        "many by rules": Scenario(many("{}.dmg", 60), ask_before_many_by_rules),
+        "many tidied": Scenario(many("{}.dmg", 60), ask_before_many_are_tidied),
+        "many by request": Scenario(many("{}.dmg", 60), ask_before_many_by_request),
+        "pause": Scenario(prepare_copies, pause_in_the_middle),
+        "quit": Scenario(prepare_twins, quit_in_the_middle),
+        "portal": Scenario(prepare_twins, choose_by_portal),
+        "chooser": Scenario(prepare_twins, choose_without_portal),
+        "map-portal": Scenario(prepare_twins, choose_map_by_portal),
+        "map-chooser": Scenario(prepare_twins, choose_map_without_portal),
+    })

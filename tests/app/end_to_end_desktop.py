@@ -10,21 +10,15 @@ import subprocess
 import sys
 import time
 
-from end_to_end_consent import CONTROL, SHIFT, bring_to_front, hold, prepare_logs
-from window_driver import PATIENCE, Scenario, Window, expect, main, wait_for
-
-# Keys by their symbols in X.
-MENU, DOWN, END, ESCAPE, F1 = 0xFF67, 0xFF54, 0xFF57, 0xFF1B, 0xFFBE
-
-
-def scanned(window):
-    window.press("action.scan")
-    window.press("nav.cleanup")
-    window.sees("3 selected")
+from end_to_end_consent import prepare_logs
+from window_driver import (
+    CONTROL, DOWN, END, ESCAPE, F1, MENU, PATIENCE, SHIFT,
+    Scenario, Window, bring_to_front, expect, main, put, wait_for,
+)
 
 
 def menus_and_ranges(window, home):
-    scanned(window)
+    window.scan("3 selected")
     window.press("action.deselect_all")
     window.sees("0 selected")
     window.focus("nav.cleanup", "list")
@@ -34,7 +28,7 @@ def menus_and_ranges(window, home):
     expect(window.find("action.open") and window.find("cleanup.why"), "the menu lacks an entry")
     window.key(ESCAPE)
     wait_for("the menu to go", lambda: not window.find("action.copy_path"))
-    hold(window, SHIFT, DOWN)
+    window.hold(SHIFT, DOWN)
     window.sees("2 selected")
     window.press("action.select_all")
     window.sees("3 selected")
@@ -42,11 +36,11 @@ def menus_and_ranges(window, home):
 
 def remembered(window, home):
     settings = home / ".config/orvane/preferences.json"
-    scanned(window)
+    window.scan("3 selected")
     window.press("Sort by: Size")
     window.press("sort.name")
     bring_to_front("cleanup")
-    hold(window, CONTROL, ord("q"))
+    window.hold(CONTROL, ord("q"))
     window.process.wait(PATIENCE)
     stored = json.loads(settings.read_text())["window"]
     expect(stored["section"] == 1 and stored["cleanupSort"] == 2, f"it remembers {stored}")
@@ -67,7 +61,7 @@ def remembered(window, home):
 
 def sorted_by_heads(window, home):
     logs = ["mail.log", "other.log", "web.log"]
-    scanned(window)
+    window.scan("3 selected")
     for wanted in (logs, logs[::-1]):
         window.press("Sort by Name")
         wait_for(
@@ -78,21 +72,20 @@ def sorted_by_heads(window, home):
 
 def undone_from_anywhere(window, home):
     log = home / "Downloads/Logs/web.log"
-    scanned(window)
+    window.scan("3 selected")
     window.press("Clean Selected · 3")
     wait_for("the logs to go", lambda: not log.exists())
     window.press("action.ok")
     bring_to_front("privacy")
     window.sees("privacy.subtitle")
-    hold(window, CONTROL, ord("z"))
+    window.hold(CONTROL, ord("z"))
     wait_for("the logs to come back", log.exists)
     window.sees("3 items are back where they were.")
 
 
 def prepare_dropped(home):
     prepare_logs(home)
-    (home / "Projects").mkdir()
-    (home / "Projects/setup.dmg").write_bytes(b"i" * 9000)
+    put(home, "Projects/setup.dmg", b"i" * 9000)
 
 
 def dropped(window, home):
@@ -158,16 +151,12 @@ def begins_light(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(
-        main(
-            {
-                "menus": Scenario(prepare_logs, menus_and_ranges),
-                "memory": Scenario(prepare_logs, remembered),
-                "heads": Scenario(prepare_logs, sorted_by_heads),
-                "drop": Scenario(prepare_dropped, dropped),
-                "undo": Scenario(prepare_logs, undone_from_anywhere),
-                "about": Scenario(prepare_logs, told_about_itself),
-                "start": Scenario(prepare_logs, begins_light),
-            }
-        )
-    )
+    main({
+        "menus": Scenario(prepare_logs, menus_and_ranges),
+        "memory": Scenario(prepare_logs, remembered),
+        "heads": Scenario(prepare_logs, sorted_by_heads),
+        "drop": Scenario(prepare_dropped, dropped),
+        "undo": Scenario(prepare_logs, undone_from_anywhere),
+        "about": Scenario(prepare_logs, told_about_itself),
+        "start": Scenario(prepare_logs, begins_light),
+    })

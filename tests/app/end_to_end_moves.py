@@ -4,35 +4,24 @@
     end_to_end_moves.py PROGRAM [SCENARIO]
 """
 
-import os
-import sys
-import time
-
-from window_driver import Scenario, expect, files_below, main, trash_of, wait_for, wait_for_all_back
-
-DAY = 86400  # seconds
+from window_driver import Scenario, expect, files_below, main, put, trash_of, wait_for, wait_for_all_back
 
 
 # --- duplicates
 
 
 def prepare_duplicates(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
     picture = bytes(range(200)) * 30
-    for name, age in [("holiday.mov", 3), ("copy of holiday.mov", 1)]:
-        (downloads / name).write_bytes(picture)
-        os.utime(downloads / name, (time.time() - age * DAY,) * 2)
-    (downloads / "alone.mov").write_bytes(picture[:-1] + b"!")
+    put(home, "Downloads/holiday.mov", picture, days=3)
+    put(home, "Downloads/copy of holiday.mov", picture, days=1)
+    put(home, "Downloads/alone.mov", picture[:-1] + b"!")
 
 
 def clean_duplicates(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("nav.duplicates")
-    window.press("duplicates.search")
-    window.sees("2 copies")
+    window.look_for_duplicates()
     expect(files_below(downloads) == before, "looking for duplicates moved something")
     window.press("Clean 1 · 6 KB")
     window.sees("Cleaned 1 duplicate files, freeing 6 KB.")
@@ -49,21 +38,15 @@ def clean_duplicates(window, home):
 
 
 def prepare_organizer(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
-    (downloads / "song.mp3").write_bytes(b"la" * 1000)
-    (downloads / "report.pdf").write_bytes(b"words" * 1000)
+    put(home, "Downloads/song.mp3", b"la" * 1000)
+    put(home, "Downloads/report.pdf", b"words" * 1000)
 
 
 def organize(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("nav.organize")
-    window.press("Folder: Choose a Folder")
-    window.press("Downloads")
-    window.press("organize.analyze")
-    window.sees("2 moves")
+    window.look_into_downloads()
     expect(files_below(downloads) == before, "a proposal moved something")
     window.press("Move 2 · 7 KB")
     wait_for("an emptied folder", lambda: not any(path.is_file() for path in downloads.iterdir()))
@@ -81,25 +64,18 @@ def organize(window, home):
 
 
 def prepare_tidying(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
     for name in ("song.mp3", "report.pdf"):
-        (downloads / name).write_bytes(name.encode() * 500)
-        os.utime(downloads / name, (time.time() - DAY,) * 2)
+        put(home, f"Downloads/{name}", name * 500, days=1)
 
 
 def tidy(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("nav.settings")
-    window.focus("settings.schedule_enabled")
-    window.tab_to("tray.organize_now")
-    window.press("tray.organize_now")
+    window.ask_to_tidy()
     window.sees("2 moves proposed")
     expect(files_below(downloads) == before, "asking moved something")
-    (downloads / "late.pdf").write_bytes(b"late")
-    os.utime(downloads / "late.pdf", (time.time() - DAY,) * 2)
+    put(home, "Downloads/late.pdf", "late", days=1)
     window.press("Move 2 · 9 KB")
     moved = {"Recents/" + name: content for name, content in before.items()} | {"late.pdf": b"late"}
     wait_for("the shown files in Recents", lambda: files_below(downloads) == moved)
@@ -120,13 +96,9 @@ INFORMATION = """<?xml version="1.0" encoding="UTF-8"?>
 
 
 def prepare_applications(home):
-    bundle = home / "Applications/Paint.app/Contents"
-    (bundle / "MacOS").mkdir(parents=True)
-    (bundle / "Info.plist").write_text(INFORMATION)
-    (bundle / "MacOS/Paint").write_bytes(b"code" * 1000)
-    cache = home / "Library/Caches/com.example.paint"
-    cache.mkdir(parents=True)
-    (cache / "brush.cache").write_bytes(b"b" * 500)
+    put(home, "Applications/Paint.app/Contents/Info.plist", INFORMATION)
+    put(home, "Applications/Paint.app/Contents/MacOS/Paint", b"code" * 1000)
+    put(home, "Library/Caches/com.example.paint/brush.cache", b"b" * 500)
 
 
 def uninstall(window, home):
@@ -150,13 +122,9 @@ def uninstall(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(
-        main(
-            {
-                "duplicates": Scenario(prepare_duplicates, clean_duplicates),
-                "organizer": Scenario(prepare_organizer, organize),
-                "tidying": Scenario(prepare_tidying, tidy),
-                "applications": Scenario(prepare_applications, uninstall),
-            }
-        )
-    )
+    main({
+        "duplicates": Scenario(prepare_duplicates, clean_duplicates),
+        "organizer": Scenario(prepare_organizer, organize),
+        "tidying": Scenario(prepare_tidying, tidy),
+        "applications": Scenario(prepare_applications, uninstall),
+    })

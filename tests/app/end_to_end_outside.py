@@ -10,8 +10,7 @@ import pathlib
 import subprocess
 import sys
 
-from window_driver import PATIENCE, Scenario, expect, main, wait_for
-
+from window_driver import PATIENCE, Scenario, expect, main, put, wait_for
 
 
 def terminal(*arguments):
@@ -21,9 +20,8 @@ def terminal(*arguments):
 
 
 def prepare(home):
-    for folder in ("Downloads", "Projects"):
-        (home / folder).mkdir()
-    (home / "Downloads/setup.dmg").write_bytes(b"i" * 9000)
+    (home / "Projects").mkdir()
+    put(home, "Downloads/setup.dmg", b"i" * 9000)
 
 
 def rules(window):
@@ -38,7 +36,7 @@ def rules(window):
 def schedule_and_folders(window, home):
     def is_on():
         switch = window.find("settings.schedule_enabled", role="check box")
-        return switch and switch.get_state_set().contains(window.atspi.StateType.CHECKED)
+        return switch and window.has(switch, "CHECKED")
 
     window.press("nav.settings")
     window.sees("settings.schedule_enabled")
@@ -64,22 +62,19 @@ def history(window, home):
     window.sees("state.restored")
 
     # One item of two.
-    (home / "Downloads/other.dmg").write_bytes(b"o" * 5000)
-    terminal("trash", "--yes", str(home / "Downloads/setup.dmg"), str(home / "Downloads/other.dmg"))
+    other = put(home, "Downloads/other.dmg", b"o" * 5000)
+    terminal("trash", "--yes", str(home / "Downloads/setup.dmg"), str(other))
     window.press("2 items, ", exact=False)
     window.press("Restore: other.dmg")
-    wait_for("the one item", (home / "Downloads/other.dmg").exists)
+    wait_for("the one item", other.exists)
     expect(not (home / "Downloads/setup.dmg").exists(), "more came back than was asked for")
 
 
 def swap(window, home):
     """An item that comes back finds another in its place."""
-    wheel = home / "Downloads/pip/wheel"
-    wheel.parent.mkdir()
-    wheel.write_bytes(b"old")
+    wheel = put(home, "Downloads/pip/wheel", "old")
     terminal("trash", "--yes", str(wheel.parent))
-    wheel.parent.mkdir()
-    wheel.write_bytes(b"newer")
+    put(home, "Downloads/pip/wheel", "newer")
     window.press("Restore All: Cleanup · 1 item")
     window.sees("history.taken_title")
     window.sees("~/Downloads/pip (5 bytes)")
@@ -107,4 +102,4 @@ def follow(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(main({"outside": Scenario(prepare, follow)}))
+    main({"outside": Scenario(prepare, follow)})

@@ -4,18 +4,14 @@
     end_to_end_reader.py PROGRAM [SCENARIO]
 """
 
-import sys
-
 import gi
 
-from end_to_end_consent import bring_to_front, prepare_logs
-from end_to_end_desktop import DOWN, F1, scanned
-from window_driver import Scenario, expect, main, wait_for
+from end_to_end_consent import prepare_logs
+from window_driver import DOWN, END, F1, HOME, Scenario, bring_to_front, expect, main, put, wait_for
 
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
-END, HOME = 0xFF57, 0xFF50
 ROWS = 400
 
 
@@ -38,11 +34,8 @@ def focus_events(window):
     recorder = Recorder()
 
     def note(event):
-        try:
-            if event.detail1:
-                recorder.notes.append(event.source.get_name() or "")
-        except GLib.Error:
-            pass
+        if event.detail1:
+            recorder.notes.append(window.safely(event.source.get_name) or "")
 
     listener = window.atspi.EventListener.new(note)
     listener.register("object:state-changed:focused")
@@ -51,15 +44,13 @@ def focus_events(window):
 
 
 def prepare_long_list(home):
-    logs = home / "Downloads/Logs"
     prepare_logs(home)
     for number in range(ROWS):
-        path = logs / f"run {number:03}.log"
-        path.write_bytes(b"l" * (1000 + number))
+        put(home, f"Downloads/Logs/run {number:03}.log", b"l" * (1000 + number))
 
 
 def rows_are_heard(window, home):
-    scanned(window)
+    window.scan("3 selected")
     window.press("Sort by Name")
     window.focus("Cleanup", "list")
     recorder = focus_events(window)
@@ -67,21 +58,11 @@ def rows_are_heard(window, home):
         window.key(DOWN)
         recorder.heard(f"“{name}” from the reader", lambda notes: notes and notes[-1].startswith(name))
     row = window.find("web.log, Safe, 4 KB")
-    expect(row.get_state_set().contains(window.atspi.StateType.FOCUSED), "the row does not say that it has the keyboard")
-
-
-def below(control):
-    for index in range(control.get_child_count()):
-        child = control.get_child_at_index(index)
-        if child:
-            yield child
-            yield from below(child)
+    expect(window.has(row, "FOCUSED"), "the row does not say that it has the keyboard")
 
 
 def only_rows_in_view(window, home):
-    window.press("Scan Now")
-    window.press("Cleanup")
-    window.sees("selected")
+    window.scan()
     window.focus("Cleanup", "list")
     rows = wait_for("the list", lambda: window.find("Cleanup", role="list"))
     for key in (END, HOME, END, HOME):
@@ -89,14 +70,13 @@ def only_rows_in_view(window, home):
         shown = "letter.txt" if key == END else "System & App Logs"
         window.sees(shown)
 
-    def names():
-        try:
-            return [control.get_name() for control in below(rows) if ".log, " in (control.get_name() or "")]
-        except window.glib_error:
-            return ["?"] * ROWS
+    def only_those_in_view():
+        known = [control.get_name() or "" for control in window.all_below(rows)]
+        logs = [name for name in known if ".log, " in name]
+        # And a few beside it that are ready to come in.
+        return 0 < len(logs) < 40 and len(set(logs)) == len(logs)
 
-    # Those in view, and a few beside it that are ready to come in.
-    wait_for("rows out of view to go", lambda: 0 < len(names()) < 40 and len(set(names())) == len(names()))
+    wait_for("rows out of view to go", lambda: window.safely(only_those_in_view))
 
 
 def sheets_hide_the_window(window, home):
@@ -121,7 +101,7 @@ def docks_follow(window, home):
         Gio.DBusSignalFlags.NONE,
         lambda *arguments: recorder.notes.append(arguments[5].unpack()),
     )
-    scanned(window)
+    window.scan("3 selected")
     window.press("Clean Selected · 3")
     recorder.heard("a run in the dock", lambda notes: any(update.get("progress-visible") for _, update in notes))
     recorder.heard("its end", lambda notes: notes[-1][1].get("progress-visible", True) is False or "urgent" in notes[-1][1])
@@ -129,13 +109,9 @@ def docks_follow(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(
-        main(
-            {
-                "rows": Scenario(prepare_logs, rows_are_heard),
-                "pool": Scenario(prepare_long_list, only_rows_in_view),
-                "sheet": Scenario(prepare_logs, sheets_hide_the_window),
-                "dock": Scenario(prepare_logs, docks_follow),
-            }
-        )
-    )
+    main({
+        "rows": Scenario(prepare_logs, rows_are_heard),
+        "pool": Scenario(prepare_long_list, only_rows_in_view),
+        "sheet": Scenario(prepare_logs, sheets_hide_the_window),
+        "dock": Scenario(prepare_logs, docks_follow),
+    })

@@ -5,21 +5,15 @@
 """
 
 import os
-import sys
-import time
 
-from window_driver import Scenario, expect, files_below, main, trash_of, wait_for, wait_for_all_back
+from window_driver import Scenario, expect, files_below, main, put, trash_of, wait_for, wait_for_all_back
 
-DAY = 86400  # seconds
 SMALL = {"hasCompletedOnboarding": True, "OrvaneLanguage": "de", "window": {"width": 900, "height": 600}}
 
 
 def prepare_rules(home):
-    logs = home / "Downloads/Logs"
-    logs.mkdir(parents=True)
     for name in ("old.log", "old.dat"):
-        (logs / name).write_bytes(b"line\n" * 400)
-        os.utime(logs / name, (time.time() - 60 * DAY,) * 2)
+        put(home, f"Downloads/Logs/{name}", "line\n" * 400, days=60)
 
 
 def write_and_run_rule(window, home):
@@ -53,11 +47,8 @@ def write_and_run_rule(window, home):
 
 
 def prepare_assistant(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
-    for name, age in (("setup.dmg", 60), ("new.dmg", 0), ("letter.txt", 60)):
-        (downloads / name).write_bytes(name.encode() * 500)
-        os.utime(downloads / name, (time.time() - age * DAY,) * 2)
+    for name, days in (("setup.dmg", 60), ("new.dmg", 0), ("letter.txt", 60)):
+        put(home, f"Downloads/{name}", name * 500, days)
 
 
 def ask_assistant(window, home):
@@ -66,8 +57,7 @@ def ask_assistant(window, home):
 
     window.press("nav.agent")
     window.sees("agent.offline_badge")
-    window.type("agent.prompt", "delete dmg files older than 30 days in downloads")
-    window.press("action.dry_run")
+    window.ask("delete dmg files older than 30 days in downloads")
     window.sees("Plan by ")
     window.sees("setup.dmg, ")
     expect(not window.find("new.dmg", exact=False), "the plan takes a new file")
@@ -94,9 +84,7 @@ def prepare_long_figures(home):
 
 def plan_in_a_small_window(window, home):
     """In the language of the longest words, and the least size."""
-    window.press("nav.agent")
-    window.type("agent.prompt", "delete dmg files older than 30 days in downloads")
-    window.press("action.dry_run")
+    window.ask("delete dmg files older than 30 days in downloads")
     window.press("action.select_all")
     window.sees("Bestätigen und anwenden · 1 · 123,4 MB")
     card = window.place_of("agent.dry_run_title")
@@ -105,36 +93,21 @@ def plan_in_a_small_window(window, home):
 
 
 def prepare_understanding(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
-    (downloads / "old.log").write_bytes(b"line\n" * 400)
-    os.utime(downloads / "old.log", (time.time() - 400 * DAY,) * 2)
+    put(home, "Downloads/old.log", "line\n" * 400, days=400)
     for place in (".cache/mozilla", ".cache/pip"):
-        (home / place).mkdir(parents=True)
-        (home / place / "data").write_bytes(b"1" * 3000)
-
-
-def ask(window, request, before=""):
-    """Types a request in the place of the one before."""
-    window.focus("Your request", "text")
-    window.key(0xFF57)  # End
-    for _ in before:
-        window.key(0xFF08)  # BackSpace
-    window.type("Your request", request)
-    window.press("Run Dry Run")
+        put(home, f"{place}/data", b"1" * 3000)
 
 
 def ask_and_be_understood(window, home):
     downloads = home / "Downloads"
     before = files_below(downloads)
 
-    window.press("AI Agent")
-    ask(window, "don't delete files older than a year")
+    window.ask("don't delete files older than a year")
     window.sees("Not understood; here is the closest")
     window.sees("It says that something must stay.")
     expect(not window.is_checked("old.log, "), "a plan that was not understood comes selected")
 
-    ask(window, "clear browser caches", before="don't delete files older than a year")
+    window.ask("clear browser caches", before="don't delete files older than a year")
     window.sees("Browser Caches of programs are a category of their own: 3 KB")
     window.press("Add to the Plan")
     window.press("Confirm & Apply · 1 · 3 KB")
@@ -142,18 +115,16 @@ def ask_and_be_understood(window, home):
     expect(not (home / ".cache/mozilla").exists(), "the browser's cache is still there")
     expect((home / ".cache/pip/data").exists(), "another cache went")
 
-    ask(window, "organize my downloads", before="clear browser caches")
+    window.ask("organize my downloads", before="clear browser caches")
     window.press("Open “Organize”")
     window.sees("Downloads")
     expect(files_below(downloads) == before, "a file moved that nobody asked for")
 
 
 def prepare_conditions(home):
-    downloads = home / "Downloads"
-    downloads.mkdir()
-    for name, age in (("old.pdf", 400), ("older.pdf", 500), ("month.dmg", 40), ("Screenshot 2026-01-01 at 10.00.00.png", 90)):
-        (downloads / name).write_bytes(name.encode() * 100)
-        os.utime(downloads / name, (time.time() - age * DAY,) * 2)
+    screenshot = "Screenshot 2026-01-01 at 10.00.00.png"
+    for name, days in (("old.pdf", 400), ("older.pdf", 500), ("month.dmg", 40), (screenshot, 90)):
+        put(home, f"Downloads/{name}", name * 100, days)
 
 
 def change_conditions(window, home):
@@ -164,7 +135,7 @@ def change_conditions(window, home):
     window.press("AI Agent")
     window.sees("Delete screenshots older than 30 days")
     expect(not window.find("Delete logs older than 30 days"), "a request is offered that does nothing here")
-    ask(window, "organize files older than 30 days in downloads")
+    window.ask("organize files older than 30 days in downloads")
     window.sees(pdfs)
     expect(window.is_checked("action.select_all"), "a move does not come selected")
 
@@ -198,14 +169,10 @@ def change_conditions(window, home):
 
 
 if __name__ == "__main__":
-    sys.exit(
-        main(
-            {
-                "rules": Scenario(prepare_rules, write_and_run_rule),
-                "assistant": Scenario(prepare_assistant, ask_assistant),
-                "small": Scenario(prepare_long_figures, plan_in_a_small_window, SMALL),
-                "conditions": Scenario(prepare_conditions, change_conditions),
-                "understanding": Scenario(prepare_understanding, ask_and_be_understood),
-            }
-        )
-    )
+    main({
+        "rules": Scenario(prepare_rules, write_and_run_rule),
+        "assistant": Scenario(prepare_assistant, ask_assistant),
+        "small": Scenario(prepare_long_figures, plan_in_a_small_window, SMALL),
+        "conditions": Scenario(prepare_conditions, change_conditions),
+        "understanding": Scenario(prepare_understanding, ask_and_be_understood),
+    })

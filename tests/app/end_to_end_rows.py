@@ -4,18 +4,17 @@
     end_to_end_rows.py PROGRAM [SCENARIO]
 """
 
+import io
 import struct
-import sys
 import tarfile
 import time
 import zlib
 
-from end_to_end_consent import age, bring_to_front, hold, prepare_logs, CONTROL
-from end_to_end_desktop import DOWN, ESCAPE, MENU, scanned
+from end_to_end_consent import prepare_logs
 from end_to_end_moves import prepare_applications, prepare_organizer
-from window_driver import Scenario, expect, main, wait_for
-
-SPACE = 0x20
+from window_driver import (
+    CONTROL, DOWN, ESCAPE, MENU, SPACE, Scenario, bring_to_front, expect, main, put, wait_for,
+)
 
 
 def press_key_for(window, key, text):
@@ -51,11 +50,7 @@ def menus_everywhere(window, home):
     menu_of_row(window, "Rules", "Edit", "Preview", "Run Now")
     window.key(ESCAPE)
 
-    window.press("nav.organize")
-    window.press("Folder: Choose a Folder")
-    window.press("Downloads")
-    window.press("organize.analyze")
-    window.sees("2 moves")
+    window.look_into_downloads()
     menu_of_row(window, "Organize", "Never Offer Again", "Open")
     window.press("keep.keep")
     window.sees("1 selected")
@@ -82,27 +77,22 @@ def png(width, height):
 
 
 def prepare_glances(home):
-    logs = home / "Downloads/Logs"
-    logs.mkdir(parents=True)
-    (logs / "web.log").write_text("a line that tells\n" * 5000)
-    age(logs / "web.log", 20)
+    put(home, "Downloads/Logs/web.log", "a line that tells\n" * 5000, days=20)
     for name in ("first.png", "second.png"):
-        (home / "Downloads" / name).write_bytes(png(600, 400))
-    member = home / "Downloads/inside.txt"
-    member.write_text("inside")
-    with tarfile.open(home / "Downloads/backup.tar.gz", "w:gz") as archive:
-        archive.add(member, "notes/inside.txt")
-    member.unlink()
-    age(home / "Downloads/backup.tar.gz", 200)
+        put(home, f"Downloads/{name}", png(600, 400))
+    content = io.BytesIO()
+    with tarfile.open(fileobj=content, mode="w:gz") as archive:
+        archive.add(__file__, "notes/inside.txt")
+    put(home, "Downloads/backup.tar.gz", content.getvalue(), days=200)
 
 
 def glances(window, home):
-    scanned_any(window)
+    window.scan()
     window.press("action.deselect_all")
     window.sees("0 selected")
     for name, content in (("web", "Only the beginning is shown."), ("backup", "notes/inside.txt")):
         window.focus("action.search", "text")
-        hold(window, CONTROL, ord("a"))
+        window.hold(CONTROL, ord("a"))
         window.type("action.search", name)
         window.sees("1 of 4")
         window.focus("nav.cleanup", "list")
@@ -114,16 +104,8 @@ def glances(window, home):
     window.sees("0 selected")
 
 
-def scanned_any(window):
-    window.press("action.scan")
-    window.press("nav.cleanup")
-    window.sees("selected")
-
-
 def compared(window, home):
-    window.press("nav.duplicates")
-    window.press("duplicates.search")
-    window.sees("2 copies")
+    window.look_for_duplicates()
     window.focus("nav.duplicates", "list")
     window.key(DOWN)
     press_key_for(window, MENU, "Compare Side by Side")
@@ -145,7 +127,7 @@ def compared(window, home):
 
 def results(window, home):
     log = home / "Downloads/Logs/web.log"
-    scanned(window)
+    window.scan("3 selected")
     window.press("Clean Selected · 3")
     wait_for("the logs to go", lambda: not log.exists())
     window.press("action.ok")
@@ -158,7 +140,7 @@ def results(window, home):
     expect(not window.find("action.undo"), "a result that was read comes back")
 
     bring_to_front("cleanup")
-    hold(window, CONTROL, ord("z"))
+    window.hold(CONTROL, ord("z"))
     wait_for("the logs to come back", log.exists)
     window.sees("4 items found")
     window.press("action.select_all")
@@ -178,13 +160,9 @@ def prepare_sections(home):
 
 
 if __name__ == "__main__":
-    sys.exit(
-        main(
-            {
-                "menus": Scenario(prepare_sections, menus_everywhere),
-                "glances": Scenario(prepare_glances, glances),
-                "compare": Scenario(prepare_glances, compared),
-                "results": Scenario(prepare_logs, results),
-            }
-        )
-    )
+    main({
+        "menus": Scenario(prepare_sections, menus_everywhere),
+        "glances": Scenario(prepare_glances, glances),
+        "compare": Scenario(prepare_glances, compared),
+        "results": Scenario(prepare_logs, results),
+    })

@@ -9,14 +9,15 @@ import json
 import os
 import pathlib
 import pwd
-import signal
 import subprocess
 import sys
 import tempfile
 
-from end_to_end_consent import CONTROL, hold, prepare_logs, start_desktop
-from end_to_end_desktop import DOWN, ESCAPE, MENU
-from window_driver import PATIENCE, Failure, Window, expect, texts_in, wait_for, write_settings
+from end_to_end_consent import desktop, prepare_logs
+from window_driver import (
+    CONTROL, DOWN, ESCAPE, MENU, PATIENCE, Window, accessibility, environment_of, expect, main,
+    telling_what_is_seen, texts_in, wait_for, write_settings, x_server,
+)
 
 ORDINARY = "nobody"
 SCREEN = (1400, 1000)
@@ -30,14 +31,7 @@ class Session:
     """The program on the compositor, and what it takes to start it again."""
 
     def __init__(self, program):
-        import gi
-
-        gi.require_version("Atspi", "2.0")
-        from gi.repository import Atspi, GLib
-
-        Window.glib_error = GLib.Error
-        Atspi.init()
-        self.atspi = Atspi
+        self.atspi = accessibility()
         self.program = program
         self.texts = texts_in("en", program)
 
@@ -46,21 +40,22 @@ class Session:
         self.window = Window(self.atspi, self.process, self.texts)
         return self.window
 
+    def names(self):
+        return self.window.names()
+
     def end(self):
         self.process.terminate()
         self.process.wait(PATIENCE)
 
 
 def size_of(window):
-    place = window.top.get_child_at_index(0).get_component_iface().get_extents(window.atspi.CoordType.WINDOW)
+    place = window.extents(window.top.get_child_at_index(0))
     return place.width, place.height
 
 
 def cleans_and_undoes(session, home):
     window = session.start()
-    window.press("action.scan")
-    window.press("nav.cleanup")
-    window.sees("3 selected")
+    window.scan("3 selected")
     window.press("Clean Selected · 3")
     wait_for("the logs to go", lambda: not any((home / "Downloads/Logs").iterdir()))
     window.press("action.ok")
@@ -71,14 +66,11 @@ def cleans_and_undoes(session, home):
 
 def is_handled_and_remembered(session, home):
     """Menus by the keyboard, the icon in the tray; a second start has the size and the section of the first."""
-    desktop = start_desktop(home)
-    try:
+    with desktop(home) as said:
         window = session.start()
-        expect(desktop.stdout.readline() == "tray\n", "there is no icon in the tray")
+        expect(said() == "tray\n", "there is no icon in the tray")
         expect(size_of(window) == SIZE, f"it is {size_of(window)} large")
-        window.press("action.scan")
-        window.press("nav.cleanup")
-        window.sees("3 selected")
+        window.scan("3 selected")
         window.focus("nav.cleanup", "list")
         window.key(DOWN)
         window.key(MENU)
@@ -86,16 +78,13 @@ def is_handled_and_remembered(session, home):
         window.key(ESCAPE)
         wait_for("the menu to go", lambda: not window.find("action.copy_path"))
 
-        hold(window, CONTROL, ord("q"))
+        window.hold(CONTROL, ord("q"))
         session.process.wait(PATIENCE)
         stored = json.loads((home / ".config/orvane/preferences.json").read_text())["window"]
         expect(stored["section"] == 1, f"it remembers {stored}")
         again = session.start()
         again.sees("cleanup.empty_title")
         expect(size_of(again) == SIZE, f"it is {size_of(again)} large")
-    finally:
-        desktop.stdin.close()
-        desktop.wait(PATIENCE)
 
 
 # Each with the compositor's back end: one that draws nowhere has neither keyboard nor pointer.
@@ -106,14 +95,12 @@ SCENARIOS = {
 }
 
 
-def drive(program, name, home):
+def drive(program, scenario, home):
     """As the ordinary user, on the bus of the session."""
     session = Session(program)
     try:
-        SCENARIOS[name][0](session, home)
-    except Failure as failure:
-        shown = "\n  ".join(name for name in session.window.names() if name)
-        raise Failure(f"{failure}; what can be seen:\n  {shown}") from None
+        with telling_what_is_seen(session):
+            scenario[0](session, home)
     finally:
         session.end()
 
@@ -127,23 +114,9 @@ def become_ordinary():
     os.setuid(user.pw_uid)
 
 
-def start_server(started):
-    read, write = os.pipe()
-    server = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(write), "-screen", "0", "{}x{}x24".format(*SCREEN), "-nolisten", "tcp", "-noreset"],
-        pass_fds=[write],
-        stderr=subprocess.DEVNULL,
-        **started,
-    )
-    os.close(write)
-    with os.fdopen(read) as answer:
-        display = answer.readline().strip()
-    expect(display, "there is no X server")
-    return server, f":{display}"
-
-
-def run(program, name):
+def run(name):
     """One scenario: a home, an X server, a compositor on it and a session bus that nobody else has."""
+    script, program = (str(pathlib.Path(path).resolve()) for path in (__file__, sys.argv[1]))
     with tempfile.TemporaryDirectory(prefix="orvane-wayland-", ignore_cleanup_errors=True) as top:
         home, runtime = pathlib.Path(top) / "home", pathlib.Path(top) / "runtime"
         runtime.mkdir()
@@ -153,48 +126,21 @@ def run(program, name):
         if os.geteuid() == 0:
             subprocess.run(["chown", "-R", ORDINARY + ":", top], check=True)
         runtime.chmod(0o700)
-        environment = {
-            "PATH": "/usr/bin:/bin",
-            "HOME": str(home),
-            "XDG_RUNTIME_DIR": str(runtime),
-            "LANG": "en_US.UTF-8",
-            "QT_QUICK_BACKEND": "software",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-            "GSETTINGS_BACKEND": "memory",
-            "PYTHONWARNINGS": "ignore::DeprecationWarning",
-            "PYTHONDONTWRITEBYTECODE": "1",
-        }
-        started = {"env": environment, "preexec_fn": become_ordinary, "cwd": "/"}
-        server, display = start_server(started)
-        # The compositor's devices, and by them those of whoever drives the window.
-        environment["DISPLAY"] = display
-        compositor = subprocess.Popen(
-            ["weston", *SCENARIOS[name][1], f"--config={runtime}/weston.ini", f"--socket={SOCKET}", "--idle-time=0"],
-            stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL,
-            **started,
-        )
-        try:
-            wait_for("the compositor", (runtime / SOCKET).exists)
-            script = str(pathlib.Path(__file__).resolve())
-            command = ["dbus-run-session", "--", sys.executable, script, str(pathlib.Path(program).resolve()), name,
-                       str(home)]
-            return subprocess.run(command, check=False, **started).returncode
-        finally:
-            for process in (compositor, server):
-                process.send_signal(signal.SIGTERM)
-                process.wait(PATIENCE)
-
-
-def main(program, *rest):
-    if len(rest) == 2:
-        return drive(program, rest[0], pathlib.Path(rest[1]))
-    failed = [name for name in rest or SCENARIOS if run(program, name) != 0]
-    return f"failed: {', '.join(failed)}" if failed else 0
+        started = {"env": environment_of(home, runtime), "preexec_fn": become_ordinary, "cwd": "/"}
+        with x_server("{}x{}".format(*SCREEN), **started) as display:
+            # The compositor's devices, and by them those of whoever drives the window.
+            started["env"]["DISPLAY"] = display
+            compositor = subprocess.Popen(
+                ["weston", *SCENARIOS[name][1], f"--config={runtime}/weston.ini", f"--socket={SOCKET}",
+                 "--idle-time=0"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **started)
+            try:
+                wait_for("the compositor", (runtime / SOCKET).exists)
+                command = ["dbus-run-session", "--", sys.executable, script, program, name, str(home)]
+                return subprocess.run(command, check=False, **started).returncode
+            finally:
+                compositor.terminate()
+                compositor.wait(PATIENCE)
 
 
 if __name__ == "__main__":
-    try:
-        sys.exit(main(*sys.argv[1:]))
-    except Failure as failure:
-        sys.exit(f"end_to_end_wayland.py: {failure}")
+    main(SCENARIOS, drive, run)
