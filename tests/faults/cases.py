@@ -80,11 +80,11 @@ class ScenarioGroup(Group):
         self.surroundings = surroundings
         if surroundings in FILE_SYSTEMS:
             self.file_system = surroundings
+        self.lacks = FEATURES.get(surroundings, "")
         words = "restore --last --yes" if restoring else scenario.words
         self.scenario = dataclasses.replace(scenario, name=self.name, words=words)
 
     def prepare(self, world):
-        world.lacks = FEATURES.get(self.surroundings, "")
         self.truth = prepared(world, self.base, self.restoring)
         self.words = self.scenario.command(world)
         self.oracle = Oracle(world, self.truth, self.scenario)
@@ -177,7 +177,6 @@ class DamageGroup(Group):
         self.which = which
 
     def prepare(self, world):
-        world.lacks = ""
         scenario = scenario_named("tidy/two" if self.which == "preferences" else "trash/one")
         truth = prepared(world, scenario, restoring=self.which == "journal")
         self.oracle = Oracle(world, truth, scenario)
@@ -258,9 +257,7 @@ class ReplacedGroup(Group):
                 "{home}/Downloads/linked {home}/Downloads/project")
 
     def prepare(self, world):
-        world.lacks = ""
-        self.scenario = scenario_named("trash/two")
-        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+        self.prepare_scenario(world, scenario_named("trash/two"))
 
     def list(self, world):
         return [f"{kind}/{place.rpartition('/')[2]}" for place in self.PLACES for kind in self.KINDS]
@@ -310,14 +307,12 @@ class TogetherGroup(Group):
     ROUNDS = 60
 
     def prepare(self, world):
-        world.lacks = ""
 
         def build(world):
             for number in range(12):
                 world.file(f"home/Downloads/{number}.txt")
 
-        self.scenario = Scenario("together", build, "history", ("home/Downloads",))
-        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+        self.prepare_scenario(world, Scenario("together", build, "history", ("home/Downloads",)))
 
     def list(self, world):
         return [f"{count}/{seed}" for count in (2, 4) for seed in range(self.ROUNDS)]
@@ -346,9 +341,6 @@ class NameGroup(Group):
     """One hostile name three times, so that two of them have to find another one where they go."""
 
     FOLDERS = tuple(f"home/Downloads/{folder}" for folder in ("one", "two", "three"))
-
-    def prepare(self, world):
-        world.lacks = ""
 
     def list(self, world):
         return [f"{how}/{name}" for how in ("trash", "restore", "organize") for name in HOSTILE_NAMES]
@@ -379,7 +371,6 @@ class SwapGroup(Group):
     WORDS = ("restore", "--last", "--swap", "--yes")
 
     def prepare(self, world):
-        world.lacks = ""
         downloads = world.path("home/Downloads")
         world.make(lambda world: [world.file(place) for place in self.PLACES])
         world.run("trash", "--yes", "--root", downloads, f"{downloads}/pip", f"{downloads}/report.pdf")
@@ -427,9 +418,7 @@ class PermissionGroup(Group):
     MODES = (0o000, 0o300, 0o400, 0o500, 0o600)
 
     def prepare(self, world):
-        world.lacks = ""
-        self.scenario = scenario_named("trash/two")
-        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+        self.prepare_scenario(world, scenario_named("trash/two"))
         trash = os.fsdecode(TRASHES[b"home"])
         self.places = {"Downloads": "home/Downloads", "home": "home", "Trash": trash, "files": f"{trash}/files",
                        "info": f"{trash}/info", "Orvane": STATE, "volume": "volume",
@@ -465,9 +454,6 @@ class SightGroup(Group):
              "pwritev2", "truncate", "ftruncate", "fallocate", "copy_file_range", "sendfile", "sync", "fsync",
              "fdatasync", "syncfs", "sync_file_range", "chmod", "chown", "lchown", "setxattr", "removexattr",
              "lremovexattr", "utime", "utimes", "futimesat", *KINDS)
-
-    def prepare(self, world):
-        world.lacks = ""
 
     def list(self, world):
         return [scenario.name for scenario in SCENARIOS]
@@ -518,9 +504,7 @@ class OracleGroup(Group):
     }
 
     def prepare(self, world):
-        world.lacks = ""
-        self.scenario = scenario_named("trash/one")
-        self.oracle = Oracle(world, prepared(world, self.scenario), self.scenario)
+        self.prepare_scenario(world, scenario_named("trash/one"))
 
     def list(self, world):
         return list(self.DAMAGE)

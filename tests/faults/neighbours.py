@@ -108,8 +108,6 @@ class NeighbourGroup(Group):
     TRASH = "home/.local/share/Trash/files"
 
     def prepare(self, world):
-        world.lacks = ""
-
         def build(world):
             for folder in range(FOLDERS):
                 for name in range(FILES):
