@@ -1,29 +1,13 @@
 import QtQuick
-import QtTest
 import Orvane
 
-TestCase {
+ComponentCase {
     id: test
 
     name: "Controls"
-    when: windowShown
-    width: 700
-    height: 500
-    visible: true
 
     function init() {
         failOnWarning(/[Bb]inding loop/);
-    }
-
-    SignalSpy {
-        id: spy
-    }
-
-    function watch(target: QtObject, signalName: string) {
-        spy.target = null;
-        spy.signalName = signalName;
-        spy.target = target;
-        spy.clear();
     }
 
     Component {

@@ -1,27 +1,11 @@
 import QtQuick
-import QtTest
 import Orvane
 import "qrc:/qt/qml/Orvane/components/TreemapLayout.js" as Layout
 
-TestCase {
+ComponentCase {
     id: test
 
     name: "Lists"
-    when: windowShown
-    width: 700
-    height: 500
-    visible: true
-
-    SignalSpy {
-        id: spy
-    }
-
-    function watch(target: QtObject, signalName: string) {
-        spy.target = null;
-        spy.signalName = signalName;
-        spy.target = target;
-        spy.clear();
-    }
 
     Component {
         id: listComponent
