@@ -14,11 +14,7 @@ using Kind = SystemApplication::Kind;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string appImage = std::string(
-                                 "\x7f"
-                                 "ELF\x02\x01\x01\0",
-                                 8) +
-                             "AI\x02 and the rest";
+const std::string appImage("\177ELF\2\1\1\0AI\2 and the rest", 24);
 
 std::string entryText(const std::string& name, const std::string& command, const std::string& more = {}) {
   return "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + command + "\n" + more;
@@ -76,12 +72,12 @@ TEST_F(LinuxApplicationsTest, tellsEntriesWhoseProgramIsGone) {
   userEntry("g", entryText("Hidden", "/gone", "NoDisplay=true\n"));
   userEntry("h", "[Desktop Entry]\nType=Link\nName=Link\n");
   const auto found = list();
-  std::vector<std::pair<std::string, bool>> orphans;
+  using Orphan = std::pair<std::string, bool>;
+  std::vector<Orphan> orphans;
   for (const auto& app : found) {
     EXPECT_EQ(app.kind, Kind::desktopEntry);
     orphans.emplace_back(app.name, app.isOrphan);
   }
-  using Orphan = std::pair<std::string, bool>;
   EXPECT_THAT(orphans, ElementsAre(Orphan("There", false), Orphan("Gone", true), Orphan("On another disk", false),
                                    Orphan("In the path", false), Orphan("Not in the path", true),
                                    Orphan("With variables", false)));
