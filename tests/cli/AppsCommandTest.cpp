@@ -34,10 +34,10 @@ TEST_F(AppsCommand, listsSizesAndProtection) {
   const auto subject = listed("Subject");
   EXPECT_EQ(subject["bundleIdentifier"], "org.example.subject");
   EXPECT_EQ(subject["version"], "42");
-  EXPECT_EQ(subject["url"], home.url("Applications/Subject.app").absoluteString());
-  EXPECT_GT(subject["appSize"], 1'000'000);
   EXPECT_EQ(subject["isSystemProtected"], false);
   EXPECT_EQ(listed("Web")["isSystemProtected"], true);
+  EXPECT_EQ(subject["url"], home.url("Applications/Subject.app").absoluteString());
+  EXPECT_GT(subject["appSize"], 1'000'000);
   const auto text = run({"apps", "list"}).output;
   EXPECT_THAT(text,
               testing::ContainsRegex("Subject +42 +1 MB .*org\\.example\\.subject +~/Applications/Subject\\.app"));
@@ -87,8 +87,7 @@ TEST_F(AppsCommand, findsAnApplicationByPathIdentifierAndUniqueName) {
 
 TEST_F(AppsCommand, uninstallsTheApplicationAloneUnlessLeftoversAreAskedFor) {
   leftovers();
-  const auto report = json({"apps", "uninstall", "Subject", "--yes"});
-  EXPECT_EQ(report["itemsProcessed"], 1);
+  EXPECT_EQ(json({"apps", "uninstall", "Subject", "--yes"})["itemsProcessed"], 1);
   EXPECT_TRUE(exists(trashed("Subject.app/Contents/Info.plist")));
   EXPECT_TRUE(exists(home.path("Library/Caches/org.example.subject/cache")));
 }
@@ -99,13 +98,12 @@ TEST_F(AppsCommand, uninstallsEverythingAsOneRunThatComesBack) {
   const auto report = json({"apps", "uninstall", "org.example.subject", "--all-leftovers", "--yes"});
   EXPECT_EQ(report["itemsProcessed"], 3);
   EXPECT_EQ(report["failures"].size(), 0U);
-  EXPECT_FALSE(exists(home.path("Applications/Subject.app")));
-  EXPECT_FALSE(exists(home.path("Library/Caches/org.example.subject")));
-  EXPECT_FALSE(exists(home.path("Library/Preferences/org.example.subject.plist")));
+  const Words places{"Applications/Subject.app", "Library/Caches/org.example.subject",
+                     "Library/Preferences/org.example.subject.plist"};
+  for (const auto& place : places) EXPECT_FALSE(exists(home.path(place))) << place;
   EXPECT_EQ(json({"restore", report["runId"], "--yes"})["restoredCount"], 3);
+  for (const auto& place : places) EXPECT_TRUE(exists(home.path(place))) << place;
   EXPECT_EQ(contentOf(home.path("Applications/Subject.app/Contents/MacOS/run")), "executable");
-  EXPECT_TRUE(exists(home.path("Library/Caches/org.example.subject/cache")));
-  EXPECT_TRUE(exists(home.path("Library/Preferences/org.example.subject.plist")));
 }
 
 TEST_F(AppsCommand, refusesAProtectedApplicationByEveryName) {
@@ -120,14 +118,10 @@ TEST_F(AppsCommand, refusesAProtectedApplicationByEveryName) {
 }
 
 TEST_F(AppsCommand, asksAndShowsWhatGoes) {
-  const auto unasked = run({"apps", "uninstall", "Subject"});
-  EXPECT_EQ(unasked.exitStatus, 2);
+  EXPECT_EQ(run({"apps", "uninstall", "Subject"}).exitStatus, 2);
   EXPECT_TRUE(isUntouched());
   leftovers();
-  LiveProgram program(terminalSetup({"apps", "uninstall", "Subject", "--all-leftovers"}));
-  program.waitForOutput("[y/N]");
-  program.send("n\n");
-  const auto result = program.finish();
+  const auto result = answered({"apps", "uninstall", "Subject", "--all-leftovers"}, "[y/N]", "n\n");
   EXPECT_THAT(result.output, HasSubstr("~/Library/Caches/org.example.subject"));
   EXPECT_THAT(result.output, HasSubstr("Nothing was moved."));
   EXPECT_TRUE(exists(home.path("Applications/Subject.app")));
@@ -135,12 +129,10 @@ TEST_F(AppsCommand, asksAndShowsWhatGoes) {
 
 TEST_F(AppsCommand, anApplicationThatIsReplacedMeanwhileStays) {
   leftovers();
-  LiveProgram program(terminalSetup({"apps", "uninstall", "Subject", "--all-leftovers"}));
-  program.waitForOutput("[y/N]");
-  std::filesystem::rename(home.path("Applications/Subject.app"), home.path("before"));
-  app("Applications/Subject.app", "Subject", "org.example.subject");
-  program.send("y\n");
-  const auto result = program.finish();
+  const auto result = answered({"apps", "uninstall", "Subject", "--all-leftovers"}, "[y/N]", "y\n", [this] {
+    std::filesystem::rename(home.path("Applications/Subject.app"), home.path("before"));
+    app("Applications/Subject.app", "Subject", "org.example.subject");
+  });
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.output, HasSubstr("has changed since it was looked at"));
   EXPECT_THAT(result.output, HasSubstr("Left with its application, which was not moved."));
@@ -149,10 +141,7 @@ TEST_F(AppsCommand, anApplicationThatIsReplacedMeanwhileStays) {
 }
 
 TEST_F(AppsCommand, uninstallsAnAppImageWithItsEntryAndBringsBothBack) {
-  const auto file = home.file("Applications/Draw.AppImage", std::string("\x7f"
-                                                                        "ELF\x02\x01\x01\0",
-                                                                        8) +
-                                                                "AI\x02rest");
+  const auto file = home.file("Applications/Draw.AppImage", std::string("\177ELF\2\1\1\0AI\2rest", 15));
   home.file(".local/share/applications/org.example.Draw.desktop",
             "[Desktop Entry]\nType=Application\nName=Draw\nExec=" + file + " %U\n");
   home.file(".cache/org.example.Draw/shaders", "123");

@@ -6,6 +6,8 @@
 namespace orvane::test {
 namespace {
 
+using testing::HasSubstr;
+
 // A project's files, and the folders in it that a tool made from it.
 struct Project {
   std::vector<std::pair<const char*, const char*>> files;
@@ -30,20 +32,17 @@ const std::vector<Project> projects{
 
 class BuildFolders : public Orvanectl {
  public:
-  std::map<std::string, Json> scan(Words words) const {
-    words.emplace_back("--json");
-    std::map<std::string, Json> folders;
-    const auto output = run(words).output;
-    for (std::size_t start = 0; start < output.size();) {
-      const auto end = output.find('\n', start);
-      const auto event = parseJson(output.substr(start, end - start));
-      if (event["event"] == "itemDiscovered" && event["item"]["category"] == "developerCaches") {
-        folders[event["item"]["relativePath"]] = event["item"];
-      }
-      start = end + 1;
-    }
-    return folders;
+  [[nodiscard]] std::map<std::string, Json> scan(const Words& words) const {
+    auto items = scanned(joined(words, {"--json"}));
+    std::erase_if(items, [](const auto& row) { return row.second["category"] != "developerCaches"; });
+    return items;
   }
+  [[nodiscard]] Json clean(const Words& more = {}) const {
+    return json(joined({"clean", "--yes", "--developer-caches", "--category", "developerCaches", "--include-review",
+                        home.path("Documents")},
+                       more));
+  }
+  static constexpr double day = 86400;
 };
 
 TEST_F(BuildFolders, areToldByWhatStandsBesideOrInThem) {
@@ -62,7 +61,6 @@ TEST_F(BuildFolders, areToldByWhatStandsBesideOrInThem) {
 }
 
 TEST_F(BuildFolders, tellWhenTheirProjectWasLastWorkedOn) {
-  constexpr double day = 86400;
   setAge(home.file("Documents/app/package.json", "{}"), 400 * day);
   setAge(home.file("Documents/app/src/deep/main.js"), 100.5 * day);
   home.file("Documents/app/node_modules/new/a");
@@ -73,22 +71,20 @@ TEST_F(BuildFolders, tellWhenTheirProjectWasLastWorkedOn) {
 }
 
 TEST_F(BuildFolders, areExplainedByTheirProjectAndItsTool) {
-  constexpr double day = 86400;
   setAge(home.file("Documents/app/package.json", "{}"), 12.5 * day);
   home.file("Documents/app/node_modules/a");
   home.folder("Documents/app/__pycache__");
   home.folder("Documents/node_modules");
   const auto text = run({"explain", home.path("Documents/app/node_modules")}).output;
-  EXPECT_THAT(text, testing::HasSubstr("because    package.json tells that a tool made it from ~/Documents/app\n"));
-  EXPECT_THAT(text, testing::HasSubstr("makes it again; the project changed 12 days ago\n"));
-  EXPECT_THAT(text, testing::HasSubstr("only with --developer-caches"));
-  EXPECT_THAT(run({"explain", home.path("Documents/app/__pycache__")}).output, testing::HasSubstr("Python makes it"));
+  EXPECT_THAT(text, HasSubstr("because    package.json tells that a tool made it from ~/Documents/app\n"));
+  EXPECT_THAT(text, HasSubstr("makes it again; the project changed 12 days ago\n"));
+  EXPECT_THAT(text, HasSubstr("only with --developer-caches"));
+  EXPECT_THAT(run({"explain", home.path("Documents/app/__pycache__")}).output, HasSubstr("Python makes it"));
   EXPECT_EQ(json({"explain", home.path("Documents/app/node_modules")})[0]["category"], "developerCaches");
   EXPECT_EQ(json({"explain", home.path("Documents/node_modules")})[0]["category"], "manualReview");
 }
 
 TEST_F(BuildFolders, areAsOldAsTheWorkOnTheirProject) {
-  constexpr double day = 86400;
   for (const auto* project : {"active", "idle"}) {
     const auto folder = std::string("Documents/") + project;
     home.file(folder + "/package.json", "{}");
@@ -100,20 +96,16 @@ TEST_F(BuildFolders, areAsOldAsTheWorkOnTheirProject) {
   setAge(home.path("Documents/idle/package.json"), 100 * day);
   EXPECT_EQ(run({"rules", "add", "--suggested", "idle-builds"}).exitStatus, 0);
   const auto listed = json({"rules", "preview", "Idle Build Folders"}).dump();
-  EXPECT_THAT(listed, testing::HasSubstr("Documents/idle/node_modules"));
-  EXPECT_THAT(listed, testing::Not(testing::HasSubstr("Documents/active")));
-  EXPECT_EQ(json({"clean", "--yes", "--developer-caches", "--category", "developerCaches", "--include-review",
-                  "--older-than", "60", home.path("Documents")})["itemsProcessed"],
-            1);
+  EXPECT_THAT(listed, HasSubstr("Documents/idle/node_modules"));
+  EXPECT_THAT(listed, testing::Not(HasSubstr("Documents/active")));
+  EXPECT_EQ(clean({"--older-than", "60"})["itemsProcessed"], 1);
   EXPECT_TRUE(exists(home.path("Documents/active/node_modules/a")));
 }
 
 TEST_F(BuildFolders, goWholeAndComeBack) {
   home.file("Documents/app/Cargo.toml");
   home.file("Documents/app/target/debug/.fingerprint/a");
-  const auto report = json({"clean", "--yes", "--developer-caches", "--category", "developerCaches", "--include-review",
-                            home.path("Documents")});
-  EXPECT_EQ(report["itemsProcessed"], 1);
+  EXPECT_EQ(clean()["itemsProcessed"], 1);
   EXPECT_FALSE(exists(home.path("Documents/app/target")));
   EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
   EXPECT_TRUE(exists(home.path("Documents/app/target/debug/.fingerprint/a")));

@@ -37,12 +37,9 @@ TEST_F(Orvanectl, doctorMakesNothing) {
 }
 
 // The report is made for broken parts.
-TEST_F(Orvanectl, doctorReportsAJournalThatCannotBeRead) {
+TEST_F(Orvanectl, doctorReportsStateThatCannotBeRead) {
   home.folder("Library/Application Support/Orvane/undo_journal.json");
   EXPECT_EQ(json({"doctor"})["Journal"]["readable"], false);
-}
-
-TEST_F(Orvanectl, doctorReportsSettingsThatCannotBeRead) {
   home.folder(".config/orvane/preferences.json");
   const auto report = json({"doctor"});
   EXPECT_EQ(report["Settings"]["problem"], "Is a directory");

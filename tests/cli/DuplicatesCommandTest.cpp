@@ -1,9 +1,6 @@
 #include "core/duplicates/records/DuplicateGroup.h"
 #include "tests/cli/OrvanectlFixture.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace orvane::test {
 namespace {
 
@@ -26,10 +23,8 @@ TEST_F(DuplicatesCommand, neverTouchesAReferenceFolder) {
   home.file("Pictures/Originals/1", "only there");
   home.file("Pictures/Originals/2", "only there");
   const Words words{"duplicates", "Downloads", "Pictures", "--reference", "Pictures/Originals"};
-  auto clean = words;
-  clean.insert(clean.end(), {"--clean", "--yes"});
   EXPECT_THAT(json(words), SizeIs(1)) << "those of the reference alone are none";
-  EXPECT_EQ(json(clean)["itemsProcessed"], 2);
+  EXPECT_EQ(json(joined(words, {"--clean", "--yes"}))["itemsProcessed"], 2);
   EXPECT_FALSE(exists(copy) || exists(inside));
   EXPECT_TRUE(exists(original) && exists(home.path("Pictures/Originals/twin.jpg")));
   EXPECT_EQ(run({"duplicates", "--reference", "none"}).exitStatus, 2);
@@ -97,22 +92,6 @@ TEST_F(DuplicatesCommand, cleansAndBringsBack) {
             R"({"runId":null,"itemsProcessed":0,"bytesReclaimed":0,"failures":[]})");
 }
 
-TEST_F(DuplicatesCommand, asksBeforeItChangesAnything) {
-  download("a");
-  download("copy of a");
-  const auto refused = run({"duplicates", "--clean"});
-  EXPECT_EQ(refused.exitStatus, 2);
-  EXPECT_THAT(refused.errors, HasSubstr("--yes"));
-  LiveProgram program(terminalSetup({"duplicates", "--clean", "--keep", "shortest-path"}));
-  program.waitForOutput("Move 1 item (7 bytes) to the Trash?");
-  program.send("n\n");
-  const auto answered = program.finish();
-  EXPECT_EQ(answered.exitStatus, 0);
-  EXPECT_THAT(answered.output, HasSubstr("keep    ~/Downloads/a"));
-  EXPECT_TRUE(isUntouched());
-  EXPECT_EQ(run({"duplicates", "--keep", "newest"}).exitStatus, 2);
-}
-
 TEST_F(DuplicatesCommand, movesOnlyTheCopiesThatWereShown) {
   download("a");
   const auto same = download("copy of a");
@@ -120,24 +99,22 @@ TEST_F(DuplicatesCommand, movesOnlyTheCopiesThatWereShown) {
   const auto written = download("written copy");
   download("kept", "other content");
   const auto lonely = download("copy of kept", "other content");
-  LiveProgram program(terminalSetup({"duplicates", "--clean", "--keep", "shortest-path"}));
-  program.waitForOutput("Move 4 items");
-  const auto time = std::filesystem::last_write_time(replaced);
-  std::filesystem::rename(replaced, home.path("before"));
-  download("replaced copy");
-  std::filesystem::last_write_time(replaced, time);
-  download("written copy", "changed");
-  std::filesystem::remove(home.path("Downloads/kept"));
-  const auto arrived = download("arrived copy");
-  program.send("y\n");
-  const auto result = program.finish();
+  const auto result = answered({"duplicates", "--clean", "--keep", "shortest-path"}, "Move 4 items", "y\n", [&] {
+    const auto time = std::filesystem::last_write_time(replaced);
+    std::filesystem::rename(replaced, home.path("before"));
+    download("replaced copy");
+    std::filesystem::last_write_time(replaced, time);
+    download("written copy", "changed");
+    std::filesystem::remove(home.path("Downloads/kept"));
+    download("arrived copy");
+  });
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.output, HasSubstr("Cleaned 1 duplicate files, freeing 7 bytes."));
   for (const auto& path : {replaced, written, lonely}) {
     EXPECT_THAT(result.output, HasSubstr("Failed to trash duplicate " + path + ": "));
     EXPECT_TRUE(exists(path)) << path;
   }
-  EXPECT_TRUE(exists(arrived));
+  EXPECT_TRUE(exists(home.path("Downloads/arrived copy")));
   EXPECT_FALSE(exists(same));
 }
 
@@ -154,10 +131,7 @@ TEST_F(DuplicatesCommand, leavesFilesThatItMayNotRead) {
   download("b");
   const auto secret = download("secret");
   ASSERT_EQ(::chmod(secret.c_str(), 0), 0);
-  ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
-  auto setup = this->setup({"duplicates", "Downloads", "--json"});
-  if (::geteuid() == 0) setup.user = LiveProgram::User::nobody;
-  const auto result = LiveProgram(setup).finish();
+  const auto result = runAsNobody({"duplicates", "Downloads", "--json"});
   EXPECT_EQ(result.exitStatus, 0) << result.errors;
   EXPECT_THAT(result.output, Not(HasSubstr("secret")));
   EXPECT_THAT(parseJson(result.output)[0]["items"], SizeIs(2));

@@ -25,6 +25,8 @@ TEST_F(ExplainCommand, hasItsGivenJsonForm) {
                 key +
                 R"(' is a protected system or personal identity path.","cloudProvider":null,"syncWarning":null,)"
                 R"("isCloudPlaceholder":false,"organizerCategory":"Other"})");
+  home.file("Downloads/\xFF");
+  EXPECT_EQ(json({"explain", "Downloads/\xFF"})[0]["path"], home.url("Downloads/\xFF").absoluteString());
 }
 
 TEST_F(ExplainCommand, namesWhatIsMissingAndStillTellsWhatItsPathDecides) {
@@ -50,11 +52,6 @@ TEST_F(ExplainCommand, namesTheCategoryThatTheOrganizerUses) {
     const auto place = group["moves"][0]["sourceRelativePath"].get<std::string>();
     EXPECT_EQ(json({"explain", std::string(folder) + "/" + place})[0]["organizerCategory"], group["name"]);
   }
-}
-
-TEST_F(ExplainCommand, writesPathsThatAreNotUtf8AsTheirUrl) {
-  home.file("Downloads/\xFF");
-  EXPECT_EQ(json({"explain", "Downloads/\xFF"})[0]["path"], home.url("Downloads/\xFF").absoluteString());
 }
 
 TEST_F(ExplainCommand, namesWhatDecidesAndWhatWouldProtect) {

@@ -6,6 +6,7 @@
 namespace orvane::test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::MatchesRegex;
@@ -24,6 +25,8 @@ class HistoryCommand : public Orvanectl {
 };
 
 TEST_F(HistoryCommand, listsRunsNewestFirst) {
+  EXPECT_EQ(run({"history", "--json"}).output, "[]\n");
+  EXPECT_EQ(run({"history"}).output, "0 runs recorded.\n");
   const auto first = runOf("a", "1");
   const auto second = runOf("b", "22");
   const auto runs = json({"history"});
@@ -36,11 +39,6 @@ TEST_F(HistoryCommand, listsRunsNewestFirst) {
               MatchesRegex("Run +When +Items +Size +State\n" + second.substr(0, 8) +
                            "[^\n]* 1 +2 bytes +can be restored\n" + first.substr(0, 8) +
                            "[^\n]*\n2 runs recorded: 3 bytes moved, Zero KB brought back, 3 bytes still[^\n]*\n"));
-}
-
-TEST_F(HistoryCommand, isEmptyBeforeTheFirstRun) {
-  EXPECT_EQ(run({"history", "--json"}).output, "[]\n");
-  EXPECT_EQ(run({"history"}).output, "0 runs recorded.\n");
 }
 
 TEST_F(HistoryCommand, showsTheEntriesOfARun) {
@@ -138,14 +136,12 @@ TEST_F(HistoryCommand, swapsPlacesWithWhatStandsThere) {
   home.file("Downloads/free", "1");
   const std::string id = json({"trash", "--yes", "Downloads/pip", "Downloads/free"})["runId"];
   home.file("Downloads/pip/new", "newer");
-  LiveProgram program(terminalSetup({"restore", id, "--swap"}));
-  program.waitForOutput("~/Downloads/pip (5 bytes) stands in the place of what comes back");
-  program.waitForOutput("and move 1 item (5 bytes) from their places to the Trash?");
-  EXPECT_FALSE(exists(home.path("Downloads/pip/wheel"))) << "nothing moves before the answer";
-  program.send("y\n");
-  const auto result = program.finish();
+  const auto result =
+      answered({"restore", id, "--swap"}, "and move 1 item (5 bytes) from their places to the Trash?", "y\n",
+               [this] { EXPECT_FALSE(exists(home.path("Downloads/pip/wheel"))) << "nothing moves before it"; });
   EXPECT_EQ(result.exitStatus, 0) << result.output;
-  EXPECT_THAT(result.output, HasSubstr("Brought back 2 items."));
+  EXPECT_THAT(result.output, AllOf(HasSubstr("~/Downloads/pip (5 bytes) stands in the place of what comes back"),
+                                   HasSubstr("Brought back 2 items.")));
   EXPECT_EQ(contentOf(home.path("Downloads/pip/wheel")), "old");
   EXPECT_TRUE(exists(home.path("Downloads/free")) && !exists(home.path("Downloads/pip/new")));
 
@@ -160,13 +156,10 @@ TEST_F(HistoryCommand, swapsPlacesWithWhatStandsThere) {
 TEST_F(HistoryCommand, leavesBothWhereTheyAreWhenNoRoomCanBeMade) {
   const auto id = runOf("report.pdf", "old");
   home.file("Downloads/report.pdf/.git/HEAD", "a repository took its place");
-  LiveProgram program(terminalSetup({"restore", id, "--swap"}));
-  program.waitForOutput("Bring back the 1 item (3 bytes)");
-  // Another item stands there when the answer comes.
-  std::filesystem::rename(home.path("Downloads/report.pdf"), home.path("Downloads/before"));
-  home.file("Downloads/report.pdf", "somebody's");
-  program.send("y\n");
-  const auto result = program.finish();
+  const auto result = answered({"restore", id, "--swap"}, "Bring back the 1 item (3 bytes)", "y\n", [this] {
+    std::filesystem::rename(home.path("Downloads/report.pdf"), home.path("Downloads/before"));
+    home.file("Downloads/report.pdf", "somebody's");
+  });
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.output, HasSubstr("Failed to restore report.pdf: what stands in its place stays"));
   EXPECT_EQ(contentOf(home.path("Downloads/report.pdf")), "somebody's");
@@ -183,45 +176,40 @@ TEST_F(HistoryCommand, warnsOfItemsThatAreGone) {
   EXPECT_EQ(result.errors, "orvanectl: Item was emptied from Trash or moved: gone\n");
 }
 
-TEST_F(HistoryCommand, namesWhatCannotComeBackBeforeItAsks) {
-  home.file("Downloads/a", "1");
-  home.file("Downloads/b", "22");
-  const std::string id = json({"trash", "--yes", "Downloads/a", "Downloads/b"})["runId"];
-  std::filesystem::remove(trashed("a"));
-  home.file(".local/share/Trash/files/a", "another");
-  LiveProgram program(terminalSetup({"restore", id}));
-  program.waitForOutput("Item was emptied from Trash or moved: a");
-  program.waitForOutput("Bring back the 1 item (2 bytes) left of");
-  program.send("y\n");
-  EXPECT_THAT(program.finish().output, HasSubstr("Brought back 1 item."));
-  EXPECT_EQ(contentOf(trashed("a")), "another");
-}
-
-TEST_F(HistoryCommand, asksForWhatIsLeftOfARunAndBringsBackOnlyThat) {
-  home.file("Downloads/a", "1");
-  home.file("Downloads/b", "22");
-  const std::string id = json({"trash", "--yes", "Downloads/a", "Downloads/b"})["runId"];
-  LiveProgram program(terminalSetup({"restore", id}));
-  program.waitForOutput("Bring back the 2 items (3 bytes)");
-  // Another file takes its place in the Trash while the question stands.
-  std::filesystem::remove(trashed("a"));
-  home.file(".local/share/Trash/files/a", "another");
-  program.send("y\n");
-  const auto result = program.finish();
-  EXPECT_EQ(result.exitStatus, 1);
-  EXPECT_THAT(result.output, HasSubstr("Item was emptied from Trash or moved: a"));
-  EXPECT_THAT(result.output, HasSubstr("Brought back 1 item."));
-  EXPECT_FALSE(exists(home.path("Downloads/a")));
-  EXPECT_THAT(run({"restore", id, "--yes"}).output, HasSubstr("Nothing of this run is left to bring back."));
+TEST_F(HistoryCommand, namesWhatCannotComeBackAndBringsBackTheRest) {
+  const auto replace = [this] {
+    std::filesystem::remove(trashed("a"));
+    home.file(".local/share/Trash/files/a", "another");
+  };
+  struct Case {
+    const char* name;
+    const char* question;
+    std::function<void()> before;
+    std::function<void()> meanwhile;
+  };
+  for (const auto& [name, question, before, meanwhile] :
+       {Case{"known before it asks", "Bring back the 1 item (2 bytes) left of", replace, [] {}},
+        Case{"while the question stands", "Bring back the 2 items (3 bytes)", [] {}, replace}}) {
+    SCOPED_TRACE(name);
+    home.file("Downloads/a", "1");
+    home.file("Downloads/b", "22");
+    const std::string id = json({"trash", "--yes", "Downloads/a", "Downloads/b"})["runId"];
+    before();
+    const auto result = answered({"restore", id}, question, "y\n", meanwhile);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_THAT(result.output,
+                AllOf(HasSubstr("Item was emptied from Trash or moved: a"), HasSubstr("Brought back 1 item.")));
+    EXPECT_FALSE(exists(home.path("Downloads/a")));
+    EXPECT_EQ(contentOf(trashed("a")), "another");
+    EXPECT_THAT(run({"restore", id, "--yes"}).output, HasSubstr("Nothing of this run is left to bring back."));
+    std::filesystem::remove_all(home.path(".local/share/Trash"));
+  }
 }
 
 TEST_F(HistoryCommand, restoresNothingWithoutAYes) {
   runOf("a", "1");
   for (const auto& [answer, status] : {std::pair{"n\n", 0}, std::pair{"\x03", 130}}) {
-    LiveProgram program(terminalSetup({"restore", "--last"}));
-    program.waitForOutput("Bring back the 1 item (1 byte)");
-    program.send(answer);
-    EXPECT_EQ(program.finish().exitStatus, status);
+    EXPECT_EQ(answered({"restore", "--last"}, "Bring back the 1 item (1 byte)", answer).exitStatus, status);
     EXPECT_FALSE(exists(home.path("Downloads/a")));
   }
 }
@@ -251,18 +239,12 @@ TEST_F(HistoryCommand, keepsAJournalThatCannotBeReadForAMoment) {
   const auto file = home.file("Downloads/b");
   for (const auto* call : {"read:error=EIO", "openat:error=EMFILE", "openat:error=ENOMEM", "openat:error=EACCES"}) {
     SCOPED_TRACE(call);
-    const auto disturbed = [&](const Words& words) {
-      auto program = setup(words);
-      const Words strace{
-          "/usr/bin/strace", "-f", "-o", "/dev/null", "-P", journal(), "-e", std::string("inject=") + call};
-      program.arguments.insert(program.arguments.begin(), strace.begin(), strace.end());
-      program.environment["ASAN_OPTIONS"] = "detect_leaks=0";
-      return LiveProgram(program).finish();
-    };
-    const auto listed = disturbed({"history"});
+    const Words strace{
+        "/usr/bin/strace", "-f", "-o", "/dev/null", "-P", journal(), "-e", std::string("inject=") + call};
+    const auto listed = runUnder(strace, {"history"});
     EXPECT_EQ(listed.exitStatus, 1);
     EXPECT_THAT(listed.errors, HasSubstr("cannot be read now"));
-    const auto moved = disturbed({"trash", "--yes", "Downloads/b"});
+    const auto moved = runUnder(strace, {"trash", "--yes", "Downloads/b"});
     EXPECT_EQ(moved.exitStatus, 1);
     EXPECT_THAT(moved.errors, HasSubstr("Nothing was moved"));
     EXPECT_TRUE(exists(file));
@@ -286,10 +268,8 @@ TEST_F(HistoryCommand, summaryCountsWhatIsStillInTheTrash) {
   EXPECT_EQ(json({"summary"})["lifetimeReclaimedBytes"], 3);
   json({"restore", "--last", "--yes"});
   const auto summary = json({"summary"});
-  std::vector<std::string> keys;
-  for (const auto& [key, value] : summary.items()) keys.push_back(key);
-  EXPECT_THAT(keys, ElementsAre("totalDiskBytes", "freeDiskBytes", "usedDiskBytes", "reclaimableBytes",
-                                "lifetimeReclaimedBytes", "categoryBreakdown"));
+  EXPECT_THAT(keysOf(summary), ElementsAre("totalDiskBytes", "freeDiskBytes", "usedDiskBytes", "reclaimableBytes",
+                                           "lifetimeReclaimedBytes", "categoryBreakdown"));
   EXPECT_EQ(summary["lifetimeReclaimedBytes"], 1);
   EXPECT_EQ(summary["reclaimableBytes"], 0);
   EXPECT_EQ(summary["categoryBreakdown"], Json::object());

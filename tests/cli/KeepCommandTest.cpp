@@ -3,7 +3,6 @@
 namespace orvane::test {
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 
 class KeepCommand : public Orvanectl {};

@@ -125,9 +125,7 @@ class KnownPlaces : public Orvanectl {
     for (const auto& other : others) home.file(other);
   }
 
-  std::map<std::string, Json> scan(const Words& words = {"scan", "--developer-caches", "--json"}) const {
-    return scanned(words);
-  }
+  [[nodiscard]] std::map<std::string, Json> scan() const { return scanned({"scan", "--developer-caches", "--json"}); }
 };
 
 TEST_F(KnownPlaces, areItemsWithTheirCategoryRiskSizeAndReason) {
@@ -173,8 +171,8 @@ TEST_F(KnownPlaces, ofTheFolderOfSettingsGoByNothingElse) {
 }
 
 TEST_F(KnownPlaces, areLeftOutWhereTheUserSaysSo) {
-  EXPECT_EQ(scan({"scan", "--json", "--no-known-places"}).size(), 0);
-  EXPECT_EQ(scan({"scan", "--json", home.path("Downloads")}).size(), 0);
+  EXPECT_EQ(scanned({"scan", "--json", "--no-known-places"}).size(), 0);
+  EXPECT_EQ(scanned({"scan", "--json", home.path("Downloads")}).size(), 0);
   EXPECT_EQ(run({"folders", "known", "off"}).exitStatus, 0);
   EXPECT_EQ(scan().size(), 0);
   EXPECT_EQ(json({"clean", "--yes"})["itemsProcessed"], 0);
@@ -232,10 +230,8 @@ TEST_F(KnownPlaces, areInUseWhereverTheProfileOfABrowserLies) {
 TEST_F(KnownPlaces, areInUseWhereTheSignCannotBeRead) {
   const auto profile = home.folder(".mozilla/firefox/a.default");
   ::chmod(profile.c_str(), 0);
-  ::chmod(home.path().c_str(), 0755);
-  auto program = setup({"explain", home.path(".cache/mozilla")});
-  if (::geteuid() == 0) program.user = LiveProgram::User::nobody;
-  EXPECT_THAT(LiveProgram(program).finish().output, HasSubstr("leaves it while its program runs"));
+  EXPECT_THAT(runAsNobody({"explain", home.path(".cache/mozilla")}).output,
+              HasSubstr("leaves it while its program runs"));
   ::chmod(profile.c_str(), 0700);
 }
 
@@ -314,19 +310,11 @@ TEST_F(KnownPlaces, areShownUnselectedWhileAnyFileInThemIsOpen) {
 TEST_F(KnownPlaces, showWhatLiesInTheTrashOfAnotherVolume) {
   const auto disk = home.folder("disk");
   environment.erase("ORVANE_MOUNTS");
+  const auto* script = R"(mount -t tmpfs -o mode=755 tmpfs "$0" && umask 77 && mkdir -m 1777 "$0/.Trash" &&
+      mkdir -p "$0/.Trash-$(id -u)/files/old" "$0/.Trash/$(id -u)/files" &&
+      printf 1234567 | tee "$0/.Trash-$(id -u)/files/old/a" >"$0/.Trash/$(id -u)/files/b" && exec "$@")";
   const auto on = [&](const Words& words) {
-    auto program = setup(words);
-    const Words mounting{"/usr/bin/unshare",
-                         "--mount",
-                         "/bin/sh",
-                         "-c",
-                         R"(mount -t tmpfs -o mode=755 tmpfs "$0" && umask 77 && mkdir -m 1777 "$0/.Trash" &&
-                            mkdir -p "$0/.Trash-$(id -u)/files/old" "$0/.Trash/$(id -u)/files" &&
-                            printf 1234567 | tee "$0/.Trash-$(id -u)/files/old/a" >"$0/.Trash/$(id -u)/files/b" &&
-                            exec "$@")",
-                         disk};
-    program.arguments.insert(program.arguments.begin(), mounting.begin(), mounting.end());
-    return LiveProgram(program).finish();
+    return runUnder({"/usr/bin/unshare", "--mount", "/bin/sh", "-c", script, disk}, words);
   };
   if (on({"--version"}).exitStatus != 0) GTEST_SKIP() << "no volume can be mounted here";
   const auto user = std::to_string(::geteuid());
@@ -351,22 +339,9 @@ TEST_F(KnownPlaces, showWhatLiesInTheTrashOfAnotherVolume) {
 
 TEST_F(KnownPlaces, goByNoRuleWhileTheirProgramRuns) {
   home.file(".config/JetBrains/IdeaIC2024.1/.lock", std::to_string(::getpid()));
-  home.file("rule.json",
-            R"({"name":"Indexes","trigger":{"categories":["developerCaches"]},"action":{"type":"moveToTrash"}})");
-  EXPECT_EQ(run({"rules", "add", home.path("rule.json")}).exitStatus, 0);
+  addRule(R"({"name":"Indexes","trigger":{"categories":["developerCaches"]},"action":{"type":"moveToTrash"}})");
   EXPECT_GT(json({"rules", "run", "Indexes", "--yes"})["itemsProcessed"], 3);
   EXPECT_TRUE(exists(home.path(".cache/JetBrains/IdeaIC2024.1")));
-}
-
-TEST_F(KnownPlaces, areReachedThroughNoLink) {
-  home.file("Documents/photos/a.jpg");
-  std::filesystem::remove_all(home.path(".npm"));
-  home.link(".npm", "Documents");
-  home.file("Documents/_cacache/a");
-  home.link(".cache/linked", home.path("Documents"));
-  const auto items = scan();
-  EXPECT_FALSE(items.contains(".npm/_cacache") || items.contains("Documents/_cacache"));
-  EXPECT_FALSE(items.contains(".cache/linked"));
 }
 
 TEST_F(KnownPlaces, comeOnceWhereAGrantedFolderHoldsThem) {
@@ -398,41 +373,38 @@ TEST_F(KnownPlaces, areInSumsThatAgreeWithTheList) {
   EXPECT_EQ(sums.errors, run({"scan", "--developer-caches", "--json"}).errors);
 }
 
-TEST_F(KnownPlaces, followTheFoldersOfTheEnvironment) {
+TEST_F(KnownPlaces, areReachedThroughNoLinkAndFollowTheFoldersOfTheEnvironment) {
+  std::filesystem::remove_all(home.path(".npm"));
+  home.link(".npm", "Documents");
+  home.file("Documents/_cacache/a");
+  home.link(".cache/linked", home.path("Documents"));
+  auto items = scan();
+  for (const auto* place : {".npm/_cacache", "Documents/_cacache", ".cache/linked"}) {
+    EXPECT_FALSE(items.contains(place)) << place;
+  }
   environment["XDG_CACHE_HOME"] = home.path("caches");
   home.file("caches/pip/a");
-  const auto items = scan();
+  items = scan();
   EXPECT_TRUE(items.contains("caches/pip"));
   EXPECT_FALSE(items.contains(".cache/pip"));
 }
 
-TEST_F(KnownPlaces, areAppliedFromASavedProposal) {
+TEST_F(KnownPlaces, goBySavedProposalsButWhereAFolderIsNamed) {
+  addRule(R"({"name":"Caches","trigger":{"categories":["caches"]},"action":{"type":"moveToTrash"}})");
   const auto file = home.path("proposal.json");
-  EXPECT_EQ(run({"clean", "--save", file}).exitStatus, 0);
   home.file("Documents/x");
-  // The second is all that is granted.
-  for (const auto* named : {"Documents", "Downloads"}) {
-    EXPECT_EQ(json({"apply", "--yes", "--root", home.path(named), file}, 1)["itemsProcessed"], 0) << named;
+  for (const auto& [words, least] : {std::pair{Words{"rules", "run", "Caches"}, 10}, std::pair{Words{"clean"}, 20}}) {
+    SCOPED_TRACE(words.front());
+    EXPECT_EQ(run(joined(words, {"--save", file})).exitStatus, 0);
+    // The second is all that is granted.
+    for (const auto* named : {"Documents", "Downloads"}) {
+      EXPECT_EQ(json({"apply", "--yes", "--root", home.path(named), file}, 1)["itemsProcessed"], 0) << named;
+    }
+    EXPECT_GT(json({"apply", "--yes", file})["itemsProcessed"], least);
+    for (const auto* place : {".cache/pip", ".config/Code/CachedData"}) EXPECT_FALSE(exists(home.path(place))) << place;
+    EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
+    std::filesystem::remove(file);
   }
-  EXPECT_GT(json({"apply", "--yes", file})["itemsProcessed"], 20);
-  EXPECT_FALSE(exists(home.path(".config/Code/CachedData")));
-}
-
-TEST_F(KnownPlaces, goBySavedRulesButWhereAFolderIsNamed) {
-  home.file("rule.json", R"({"name":"Caches","trigger":{"categories":["caches"]},"action":{"type":"moveToTrash"}})");
-  EXPECT_EQ(run({"rules", "add", home.path("rule.json")}).exitStatus, 0);
-  const auto file = home.path("proposal.json");
-  EXPECT_EQ(run({"rules", "run", "Caches", "--save", file}).exitStatus, 0);
-  EXPECT_EQ(json({"apply", "--yes", "--root", home.path("Downloads"), file}, 1)["itemsProcessed"], 0);
-  EXPECT_GT(json({"apply", "--yes", file})["itemsProcessed"], 10);
-  EXPECT_FALSE(exists(home.path(".cache/pip")));
-}
-
-TEST_F(KnownPlaces, areExplained) {
-  const auto text = run({"explain", home.path(".cache/pip"), home.path(".config/Code/CachedData")}).output;
-  EXPECT_THAT(text, HasSubstr("Downloaded again by pip when needed"));
-  EXPECT_THAT(text, HasSubstr("Rebuilt by Visual Studio Code when needed"));
-  EXPECT_THAT(text, testing::Not(HasSubstr("allowed    no")));
 }
 
 }  // namespace

@@ -19,14 +19,9 @@ class LocalModelPlans : public Orvanectl {
 
   // The answer of `ask --apply` to a plan of this step.
   ChildResult applied(const Json& step) {
-    Json plan{{"id", "00000000-0000-4000-8000-000000000001"},
-              {"userGoal", "x"},
-              {"steps", Json::array({step})},
-              {"summary", "Mine."},
-              {"isDryRun", true},
-              {"createdAt", 0}};
     const LocalServer server([&](const LocalServer::Request& request) {
-      return request.line.starts_with("GET") ? LocalServer::answer(200, "{}") : LocalServer::chat(jsonText(plan));
+      return request.line.starts_with("GET") ? LocalServer::answer(200, "{}")
+                                             : LocalServer::chat(jsonText(planOf({step})));
     });
     setEndpoint(server.url());
     return run({"ask", "delete old logs", "--provider", "local_model", "--apply", "--yes", "--json"});
@@ -37,18 +32,11 @@ class LocalModelPlans : public Orvanectl {
     preferences["OrvaneLocalModelEndpoint"] = url;
     home.file(".config/orvane/preferences.json", jsonText(preferences));
   }
-  static Json stepIn(const std::string& folder, const Json& filter) {
-    return Json{{"id", "00000000-0000-4000-8000-000000000002"},
-                {"targetFolder", folder},
-                {"filter", filter},
-                {"action", "trash"},
-                {"explanation", "Because."}};
-  }
   static constexpr double day = 86400;
 };
 
 TEST_F(LocalModelPlans, areShownAndCarriedOutLikeAnyOther) {
-  const auto applied = this->applied(stepIn("~/Library/Logs", Json{{"categories", Json::array({"logs"})}}));
+  const auto applied = this->applied(stepOf("~/Library/Logs", "trash", {{"categories", {"logs"}}}));
   EXPECT_EQ(applied.exitStatus, 0) << applied.errors;
   const auto answer = parseJson(applied.output);
   EXPECT_EQ(answer["provider"], "local_model");
@@ -73,8 +61,7 @@ TEST_F(LocalModelPlans, areAskedForInTheWordsThatAreShownBefore) {
   });
   setEndpoint(server.url());
   const Words ask{"ask", "delete old logs", "--provider", "local_model"};
-  auto show = ask;
-  show.emplace_back("--show-request");
+  const auto show = joined(ask, {"--show-request"});
   const auto shown = json(show);
   EXPECT_EQ(askedBody(server), "") << "showing asked the model";
   EXPECT_EQ(run(ask).exitStatus, 0);
@@ -86,11 +73,10 @@ TEST_F(LocalModelPlans, areAskedForInTheWordsThatAreShownBefore) {
 }
 
 TEST_F(LocalModelPlans, reachNothingThatIsNotGranted) {
-  const Json everything{{"minimumAgeDays", 0}};
   for (const auto* folder : {"~/Documents", "~/.ssh", "~", "~/Downloads/../Elsewhere", "~/Downloads/../..", "/etc",
                              "/home", "Elsewhere", "~root", "/proc/self/cwd"}) {
     SCOPED_TRACE(folder);
-    EXPECT_THAT(applied(stepIn(folder, everything)).output, HasSubstr("\"provider\":"));
+    EXPECT_THAT(applied(stepOf(folder, "trash")).output, HasSubstr("\"provider\":"));
     for (const auto* name : {"Documents/setup.dmg", ".ssh/id_rsa", "Elsewhere/setup.dmg", ".bashrc"}) {
       EXPECT_TRUE(exists(home.path(name))) << name;
     }
@@ -98,8 +84,7 @@ TEST_F(LocalModelPlans, reachNothingThatIsNotGranted) {
 }
 
 TEST_F(LocalModelPlans, moveNothingToAFolderThatIsNotGranted) {
-  auto step = stepIn("~/Downloads", Json{{"extensions", Json::array({"dmg", "txt"})}});
-  step["action"] = "move";
+  auto step = stepOf("~/Downloads", "move");
   for (const auto& destination : {home.path("Elsewhere"), std::string("/tmp"), home.path("Downloads/../Elsewhere")}) {
     step["destinationFolder"] = destination;
     EXPECT_THAT(applied(step).output, HasSubstr("\"provider\":\"local_model\""));

@@ -92,9 +92,7 @@ TEST_F(NamedFiles, haveTheCategoryThatNameAndPlaceTell) {
 }
 
 TEST_F(NamedFiles, meanTheFoldersOfTheUserByAnyName) {
-  home.file(".config/user-dirs.dirs",
-            "XDG_DOWNLOAD_DIR=\"$HOME/"
-            "Téléchargements\"\nXDG_VIDEOS_DIR=\"$HOME/Vidéos\"\n");
+  home.file(".config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/Téléchargements\"\nXDG_VIDEOS_DIR=\"$HOME/Vidéos\"\n");
   home.file("Téléchargements/outil.deb");
   home.file("Vidéos/Screencasts/demo.webm");
   const auto items = scanned({"scan", "--json", home.path()});
@@ -103,9 +101,7 @@ TEST_F(NamedFiles, meanTheFoldersOfTheUserByAnyName) {
 }
 
 TEST_F(NamedFiles, goByRulesThatNameTheirCategory) {
-  home.file("rule.json",
-            R"({"name":"Packages","trigger":{"categories":["oldDownloads"]},"action":{"type":"moveToTrash"}})");
-  EXPECT_EQ(run({"rules", "add", home.path("rule.json")}).exitStatus, 0);
+  addRule(R"({"name":"Packages","trigger":{"categories":["oldDownloads"]},"action":{"type":"moveToTrash"}})");
   EXPECT_EQ(run({"rules", "run", "Packages", "--yes"}).exitStatus, 0);
   EXPECT_FALSE(exists(home.path("Downloads/tool_1.2_amd64.deb")));
   EXPECT_TRUE(exists(home.path("Documents/tool.deb")));

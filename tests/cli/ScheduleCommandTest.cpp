@@ -16,9 +16,7 @@ class ScheduleCommand : public Orvanectl {
     for (const auto& rule : json({"rules", "list"})) {
       EXPECT_EQ(run({"rules", "disable", rule["id"].get<std::string>()}).exitStatus, 0);
     }
-    const auto rule = home.file(
-        "rule.json", R"({"name":"Logs","trigger":{"fileExtensions":["log"]},"action":{"type":"moveToTrash"}})");
-    EXPECT_EQ(run({"rules", "add", rule}).exitStatus, 0);
+    addRule(R"({"name":"Logs","trigger":{"fileExtensions":["log"]},"action":{"type":"moveToTrash"}})");
   }
 };
 
@@ -43,6 +41,8 @@ TEST_F(ScheduleCommand, runsNotesTheTimeAndComesBack) {
   onlyLogs();
   const auto file = recommended();
   EXPECT_EQ(run({"schedule", "run"}).exitStatus, 2) << "nobody to ask";
+  EXPECT_EQ(answered({"schedule", "run"}, "[y/N] ", "n\n").exitStatus, 0);
+  EXPECT_EQ(run({"schedule", "run", "--save", "saved.json"}).exitStatus, 0);
   EXPECT_TRUE(exists(file));
   EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
   const auto summary = json({"schedule", "run", "--yes"});
@@ -73,64 +73,13 @@ TEST_F(ScheduleCommand, takesKnownPlacesThatARuleNamesAndNobodyUses) {
   EXPECT_TRUE(exists(home.path(".cache/pip/a")));
 }
 
-TEST_F(ScheduleCommand, asksAtATerminalAndTakesANo) {
-  onlyLogs();
-  const auto file = recommended();
-  LiveProgram program(terminalSetup({"schedule", "run"}));
-  program.waitForOutput("Move 1 item (7 bytes) to the Trash? [y/N] ");
-  program.send("n\n");
-  EXPECT_EQ(program.finish().exitStatus, 0);
-  EXPECT_TRUE(exists(file));
-  EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
-}
-
-TEST_F(ScheduleCommand, movesWhatWasShownAndWarnsOfWhatIsSynced) {
-  onlyLogs();
-  const auto replaced = recommended();
-  home.file("Dropbox/shown.log", "1234567");
-  EXPECT_EQ(run({"folders", "add", home.path("Dropbox")}).exitStatus, 0);
-  LiveProgram program(terminalSetup({"schedule", "run"}));
-  program.waitForOutput("Move 2 items (14 bytes) to the Trash? [y/N] ");
-  std::filesystem::remove(replaced);
-  EXPECT_EQ(recommended(), replaced);
-  const auto arrived = recommended("arrived.log");
-  program.send("y\n");
-  const auto result = program.finish();
-  EXPECT_EQ(result.exitStatus, 1) << result.output;
-  EXPECT_THAT(result.output, AllOf(HasSubstr("synced via Dropbox"), HasSubstr("Moved 1 item ")));
-  EXPECT_FALSE(exists(home.path("Dropbox/shown.log")));
-  EXPECT_TRUE(exists(replaced));
-  EXPECT_TRUE(exists(arrived));
-}
-
-TEST_F(ScheduleCommand, savesWhatARunWouldMove) {
-  onlyLogs();
-  const auto file = recommended();
-  EXPECT_EQ(run({"schedule", "run", "--save", "saved.json"}).exitStatus, 0);
-  EXPECT_TRUE(exists(file));
-  EXPECT_FALSE(json({"schedule", "show"}).contains("lastRunDate"));
-  const auto later = recommended("later.log");
-  EXPECT_EQ(json({"apply", "--yes", "saved.json"})["itemsProcessed"], 1);
-  EXPECT_FALSE(exists(file));
-  EXPECT_TRUE(exists(later));
-}
-
 TEST_F(ScheduleCommand, losesNothingWhenARunIsKilled) {
   onlyLogs();
   std::vector<std::string> files;
   for (int i = 0; i < 5; ++i) files.push_back(recommended(std::to_string(i) + ".log"));
-  auto killed = setup({"schedule", "run", "--yes"});
-  const std::vector<std::string> strace{"/usr/bin/strace",
-                                        "-f",
-                                        "-o",
-                                        "/dev/null",
-                                        "-e",
-                                        "trace=renameat2",
-                                        "-e",
-                                        "inject=renameat2:signal=SIGKILL:when=3"};
-  killed.arguments.insert(killed.arguments.begin(), strace.begin(), strace.end());
-  killed.environment["ASAN_OPTIONS"] = "detect_leaks=0";
-  LiveProgram(killed).finish();
+  static_cast<void>(runUnder({"/usr/bin/strace", "-f", "-o", "/dev/null", "-e", "trace=renameat2", "-e",
+                              "inject=renameat2:signal=SIGKILL:when=3"},
+                             {"schedule", "run", "--yes"}));
   const auto left = std::ranges::count_if(files, [](const auto& file) { return exists(file); });
   EXPECT_GT(left, 0);
   EXPECT_LT(left, 5);
@@ -141,11 +90,11 @@ TEST_F(ScheduleCommand, losesNothingWhenARunIsKilled) {
 
 class AgentCommand : public Orvanectl {
  public:
-  // An orvanectl that has a program with a window beside it; whatever a service manager is told comes to nothing.
-  [[nodiscard]] LiveProgram::Setup besideAWindow(const Words& words) const {
-    auto result = setup(words);
-    result.arguments.front() = home.path("bin/orvanectl");
-    return result;
+  // By an orvanectl that has a program with a window beside it; whatever a service manager is told comes to nothing.
+  [[nodiscard]] ChildResult runBesideAWindow(const Words& words) const {
+    auto program = setup(words);
+    program.arguments.front() = home.path("bin/orvanectl");
+    return LiveProgram(program).finish();
   }
   AgentCommand() {
     home.folder("bin");
@@ -159,13 +108,13 @@ class AgentCommand : public Orvanectl {
 
 TEST_F(AgentCommand, installsAndRemovesTheAgent) {
   EXPECT_EQ(json({"agent", "status"})["installed"], false);
-  EXPECT_EQ(LiveProgram(besideAWindow({"agent", "install"})).finish().output,
+  EXPECT_EQ(runBesideAWindow({"agent", "install"}).output,
             "The background agent is installed (Weekly).\n"
             "Scheduled cleanups are off: 'orvanectl schedule enable' switches them on.\n");
   EXPECT_THAT(contentOf(units(".service")),
               HasSubstr("ExecStart=:\"" + home.path("bin/orvane") + "\" --scheduled-run\n"));
   EXPECT_THAT(contentOf(units(".timer")), HasSubstr("every 604800 seconds"));
-  EXPECT_EQ(LiveProgram(besideAWindow({"schedule", "set", "daily"})).finish().exitStatus, 0);
+  EXPECT_EQ(runBesideAWindow({"schedule", "set", "daily"}).exitStatus, 0);
   EXPECT_THAT(contentOf(units(".timer")), HasSubstr("every 86400 seconds"));
   EXPECT_EQ(json({"agent", "status"})["intervalSeconds"], 86400);
   EXPECT_EQ(json({"agent", "uninstall"})["installed"], false);
@@ -173,23 +122,20 @@ TEST_F(AgentCommand, installsAndRemovesTheAgent) {
   EXPECT_FALSE(exists(units(".service")));
 }
 
-TEST_F(AgentCommand, showsTheUnitsThatItWouldInstall) {
-  const auto shown = LiveProgram(besideAWindow({"agent", "show"})).finish().output;
-  EXPECT_EQ(LiveProgram(besideAWindow({"agent", "install"})).finish().exitStatus, 0);
+TEST_F(AgentCommand, showsTheUnitsThatItWouldInstallOrThePropertyList) {
+  const auto shown = runBesideAWindow({"agent", "show"}).output;
+  const auto list = runBesideAWindow({"agent", "show", "--property-list"}).output;
+  EXPECT_TRUE(list.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
+  EXPECT_THAT(list,
+              AllOf(HasSubstr("<string>" + home.path("bin/orvane") + "</string>"), HasSubstr("<integer>604800<")));
+  EXPECT_EQ(runBesideAWindow({"agent", "install"}).exitStatus, 0);
   EXPECT_THAT(shown, AllOf(HasSubstr("# com.orvane.cleanup.service\n" + contentOf(units(".service"))),
                            HasSubstr("# com.orvane.cleanup.timer\n[Unit]\n"), HasSubstr("every 604800 seconds")));
 }
 
-TEST_F(AgentCommand, showsThePropertyListWhereItIsAskedFor) {
-  const auto text = LiveProgram(besideAWindow({"agent", "show", "--property-list"})).finish().output;
-  EXPECT_TRUE(text.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
-  EXPECT_THAT(text,
-              AllOf(HasSubstr("<string>" + home.path("bin/orvane") + "</string>"), HasSubstr("<integer>604800<")));
-}
-
 TEST_F(AgentCommand, installsNothingWhereThereIsNoWindow) {
   ::unlink(home.path("bin/orvane").c_str());
-  const auto result = LiveProgram(besideAWindow({"agent", "install"})).finish();
+  const auto result = runBesideAWindow({"agent", "install"});
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.errors, HasSubstr("there is no program at ~/bin/orvane"));
   EXPECT_FALSE(exists(units(".timer")));

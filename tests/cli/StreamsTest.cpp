@@ -14,6 +14,11 @@ using testing::Not;
 
 class Streams : public Orvanectl {
  public:
+  [[nodiscard]] ChildResult inShell(const std::string& rest) const {
+    auto program = setup({});
+    program.arguments = {"/bin/bash", "-c", std::string(ORVANECTL) + " " + rest};
+    return LiveProgram(program).finish();
+  }
   // More output than a pipe holds.
   void makeManyFiles() const {
     for (int i = 0; i < 1500; ++i) recommended(std::to_string(i) + ".log");
@@ -22,9 +27,7 @@ class Streams : public Orvanectl {
 
 TEST_F(Streams, endQuietlyWhenNobodyReadsAnyMore) {
   makeManyFiles();
-  auto program = setup({});
-  program.arguments = {"/bin/bash", "-c", std::string(ORVANECTL) + " scan --json | head -n 1; echo ${PIPESTATUS[0]}"};
-  const auto result = LiveProgram(program).finish();
+  const auto result = inShell("scan --json | head -n 1; echo ${PIPESTATUS[0]}");
   EXPECT_EQ(result.errors, "");
   EXPECT_THAT(result.output, EndsWith("\n141\n"));
 }
@@ -36,10 +39,7 @@ TEST_F(Streams, closedOrFullOutputIsAFailureThatIsTold) {
   const auto result = LiveProgram(closed).finish();
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_EQ(result.errors, "orvanectl: standard output cannot be written: Bad file descriptor\n");
-
-  auto full = setup({});
-  full.arguments = {"/bin/bash", "-c", std::string(ORVANECTL) + " --version >/dev/full"};
-  EXPECT_THAT(LiveProgram(full).finish().errors, HasSubstr("No space left on device"));
+  EXPECT_THAT(inShell("--version >/dev/full").errors, HasSubstr("No space left on device"));
 }
 
 TEST_F(Streams, closedStreamsNeverLeadIntoTheJournal) {
@@ -54,9 +54,7 @@ TEST_F(Streams, closedStreamsNeverLeadIntoTheJournal) {
 
 TEST_F(Streams, aReaderThatLeavesDoesNotCutARunShort) {
   makeManyFiles();
-  auto program = setup({});
-  program.arguments = {"/bin/bash", "-c", std::string(ORVANECTL) + " clean --yes 2>&1 | true"};
-  static_cast<void>(LiveProgram(program).finish());
+  static_cast<void>(inShell("clean --yes 2>&1 | true"));
   EXPECT_EQ(json({"history"})[0]["itemCount"], 1500);
 }
 
