@@ -4,7 +4,6 @@
 #include "app/common/Text.h"
 #include "app/shell/AppNavigationItem.h"
 #include "core/base/text/Json.h"
-#include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/tasks/RunOrigins.h"
 #include "tests/app/WindowFixture.h"
 
@@ -14,14 +13,6 @@ namespace orvane::test {
 namespace {
 
 using testing::IsEmpty;
-
-class ScopedLanguage {
- public:
-  explicit ScopedLanguage(AppLanguage language) { ThreadSafeLanguageStore::shared().setCurrentLanguage(language); }
-  ~ScopedLanguage() { ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en); }
-  ScopedLanguage(const ScopedLanguage&) = delete;
-  ScopedLanguage& operator=(const ScopedLanguage&) = delete;
-};
 
 class AgentModelTest : public WindowFixture {
  public:
@@ -85,31 +76,20 @@ TEST_F(AgentModelTest, movesExactlyTheFilesWhoseBoxIsChecked) {
   plan(model, "organize files older than 30 days in downloads");
   ASSERT_EQ(model.matchCount(), 3);
   for (int row = 0; row < model.rowCount(); ++row) {
-    EXPECT_EQ(model.data(model.index(row), AgentModel::CheckStateRole).toInt(), Qt::Checked) << row;
+    EXPECT_EQ(model.data(model.index(row), AgentModel::CheckStateRole).toInt(), Qt::Checked)
+        << row << ", although only the user can judge these files";
   }
   EXPECT_EQ(model.selectedCount(), 3);
   model.toggle(rowOf(model, "thesis.docx"));
   EXPECT_EQ(model.selectedCount(), 2);
-  model.confirm();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  finish(model, &AgentModel::confirm);
   EXPECT_THAT(model.messages(), IsEmpty());
   EXPECT_TRUE(exists(thesis));
   EXPECT_FALSE(exists(report) || exists(setup));
   EXPECT_TRUE(exists(tree.path("Downloads/Documents/PDFs/report.pdf")));
-}
-
-TEST_F(AgentModelTest, leavesAFileThatIsReplacedOrArrivesWhileTheQuestionStands) {
-  const auto replaced = aged("report.pdf", 60);
-  AgentModel model(services());
-  plan(model, "organize files older than 30 days in downloads");
-  std::filesystem::remove(replaced);
-  tree.file("Downloads/report.pdf", "another");
-  const auto late = aged("late.pdf", 60);
-  model.confirm();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_EQ(model.messages().size(), 1);
-  EXPECT_EQ(contentOf(replaced), "another");
-  EXPECT_TRUE(exists(late));
+  EXPECT_FALSE(model.hasPlan());
+  finish(model, &AgentModel::undo);
+  EXPECT_TRUE(exists(report) && exists(setup));
 }
 
 TEST_F(AgentModelTest, namesAFolderThatIsNotGranted) {
@@ -134,49 +114,10 @@ TEST_F(AgentModelTest, showsDeveloperCachesOnlyToAPlanThatNamesThem) {
   EXPECT_EQ(model.allCheckState(), -1);
 }
 
-TEST_F(AgentModelTest, carriesOutAMoveOfFilesThatOnlyTheUserCanJudge) {
-  const auto report = aged("report.pdf", 60);
-  AgentModel model(services());
-  plan(model, "organize files older than 30 days in downloads");
-  ASSERT_EQ(model.matchCount(), 1);
-  EXPECT_EQ(model.data(model.index(firstMatch(model)), AgentModel::RiskRole).toInt(),
-            static_cast<int>(RiskLabel::manual));
-  model.confirm();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_FALSE(exists(report));
-}
-
-TEST_F(AgentModelTest, plansOfflineShowsWhatItWouldDoAndDoesItWhenConfirmed) {
-  setAge(tree.file("Downloads/setup.dmg", "installer"), 60 * 86400.0);
-  tree.file("Downloads/keep.txt");
-  AgentModel model(services());
-  EXPECT_TRUE(model.isOffline());
-  model.setPrompt("delete dmg files older than 30 days in downloads");
-  model.dryRun();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
-  ASSERT_TRUE(model.hasPlan()) << model.error().toStdString();
-  EXPECT_FALSE(model.planSteps().isEmpty());
-  ASSERT_EQ(model.matchCount(), 1);
-  EXPECT_EQ(model.data(model.index(firstMatch(model)), AgentModel::NameRole).toString(), "setup.dmg");
-  EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
-  if (model.selectedCount() == 0) model.toggle(firstMatch(model));
-  model.confirm();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_THAT(model.messages(), IsEmpty());
-  EXPECT_FALSE(exists(tree.path("Downloads/setup.dmg")));
-  EXPECT_FALSE(model.hasPlan());
-  model.undo();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_TRUE(exists(tree.path("Downloads/setup.dmg")));
-}
-
 TEST_F(AgentModelTest, pointsToTheOrganizerForAWholeFolder) {
   AgentModel model(services());
-  model.setPrompt("Sort Downloads");
-  model.dryRun();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
-  EXPECT_TRUE(model.hasPlan());
-  EXPECT_TRUE(model.isRefused());
+  plan(model, "Sort Downloads");
+  EXPECT_TRUE(model.hasPlan() && model.isRefused());
   EXPECT_THAT(model.error().toStdString(), testing::HasSubstr("“Organize”"));
   EXPECT_THAT(model.fault().toStdString(), testing::HasSubstr("at least one filter attribute"));
   EXPECT_FALSE(model.planSteps().isEmpty());
@@ -244,8 +185,7 @@ TEST_F(AgentModelTest, showsWhatWouldBeSentAndSendsNothingWithoutAKey) {
   EXPECT_TRUE(model.isOffline());
   bool isSent = false;
   QObject::connect(&model, &AgentModel::requestSent, [&] { isSent = true; });
-  model.dryRun();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  plan(model, "delete old logs");
   EXPECT_FALSE(isSent);
 }
 
@@ -314,14 +254,12 @@ TEST_F(RemoteAgentTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
   model.setProvider(static_cast<int>(AIProvider::anthropic));
   model.reloadProviders();
   ASSERT_TRUE(becomesTrue([&] { return !model.isOffline(); }));
-  model.setPrompt("clear out installers");
 
   server.plan = R"({"id":"7E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","userGoal":"clear out installers","steps":[)"
                 R"({"id":"1E2B1C90-3A44-4D5B-9C1E-0A2B3C4D5E6F","targetFolder":"~/Downloads",)"
                 R"("filter":{"extensions":["dmg"]},"action":"trash","explanation":"Old."}],)"
                 R"("summary":"Installers.","isDryRun":true,"createdAt":700000000})";
-  model.dryRun();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  plan(model, "clear out installers");
   EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::anthropic)));
   EXPECT_TRUE(model.fallbackReason().isEmpty());
   ASSERT_EQ(sent.size(), 1U);
@@ -329,13 +267,11 @@ TEST_F(RemoteAgentTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
   EXPECT_THAT(sent.front(), testing::Not(testing::HasSubstr("sk-secret-key")));
   ASSERT_EQ(model.matchCount(), 1);
   if (model.selectedCount() == 0) model.toggle(firstMatch(model));
-  model.confirm();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  finish(model, &AgentModel::confirm);
   EXPECT_FALSE(exists(tree.path("Downloads/setup.dmg")));
 
   server.plan.clear();
-  model.dryRun();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
+  plan(model, "clear out installers");
   EXPECT_EQ(model.answeredBy(), textFrom(displayName(AIProvider::heuristic)));
   EXPECT_THAT(model.fallbackReason().toStdString(), testing::HasSubstr("no route"));
   EXPECT_TRUE(model.isOffline());
@@ -343,7 +279,7 @@ TEST_F(RemoteAgentTest, carriesOutThePlanOfARemotePlannerAndSaysWhoAnswered) {
 
 TEST_F(AgentModelTest, explainsThePlanInTheLanguageOfTheWindow) {
   aged("Screenshot 1.png", 60);
-  const ScopedLanguage german(AppLanguage::de);
+  speak(AppLanguage::de);
   AgentModel model(services());
   plan(model, "Lösche Bildschirmfotos, die älter als zwei Wochen sind");
   EXPECT_EQ(model.planTitle(), "Alte Bildschirmfotos finden und in den Papierkorb legen.");
@@ -424,8 +360,7 @@ TEST_F(AgentModelTest, changesConditionsByTheSameRoad) {
   change(model, "Age", "30");
   ASSERT_EQ(model.matchCount(), 3);
   model.toggle(rowOf(model, "month.pdf"));
-  model.confirm();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+  finish(model, &AgentModel::confirm);
   EXPECT_FALSE(exists(month));
   EXPECT_TRUE(exists(tree.path("Downloads/old.pdf")));
   const auto origins = recordedOrigins(taskServices());
@@ -442,18 +377,6 @@ TEST_F(AgentModelTest, leavesAPlanAsItIsForAValueThatCanNeverWork) {
   EXPECT_FALSE(model.isPlanning());
   EXPECT_EQ(model.change(99, "pdf"), "");
   EXPECT_EQ(model.changeText(), "");
-}
-
-TEST_F(AgentModelTest, offersRequestsThatDoSomethingHere) {
-  AgentModel model(services());
-  aged("Screenshot 2026-01-01 at 10.00.00.png", 60);
-  model.reloadPresets();
-  ASSERT_TRUE(becomesTrue([&] { return !model.presets().isEmpty(); }));
-  EXPECT_EQ(model.presets().front(), "Delete screenshots older than 30 days");
-  model.askPreset(0);
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
-  EXPECT_EQ(model.prompt(), model.presets().front());
-  EXPECT_EQ(model.matchCount(), 1);
 }
 
 TEST_F(AgentModelTest, offersTheModelOfThisMachineOnlyWhereItAnswers) {

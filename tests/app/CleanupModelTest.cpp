@@ -1,7 +1,6 @@
 #include "app/cleanup/CleanupModel.h"
 
 #include "app/overview/OverviewAreas.h"
-#include "core/base/files/PathAccess.h"
 #include "tests/app/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -68,10 +67,7 @@ class CleanupModelTest : public WindowFixture {
   [[nodiscard]] int checkOf(std::string_view name) const {
     return value(rowOf(name), CleanupModel::CheckStateRole).toInt();
   }
-  void clean() {
-    model->cleanSelected();
-    ASSERT_TRUE(becomesTrue([this] { return !model->isCleaning(); }));
-  }
+  void clean() { finish(*model, &CleanupModel::cleanSelected); }
 
   std::optional<AppState> state;
   std::optional<CleanupModel> model;
@@ -100,13 +96,6 @@ TEST(ScannedItemsTest, piecesWaitForAMainThreadThatIsBusyAndGiveUpWithTheScan) {
   EXPECT_EQ(items.bytes(), 7 * items.count());
 }
 
-TEST_F(CleanupModelTest, isEmptyBeforeAScan) {
-  EXPECT_EQ(model->rowCount(), 0);
-  EXPECT_EQ(model->selectedCount(), 0);
-  model->cleanSelected();
-  EXPECT_FALSE(model->isCleaning());
-}
-
 TEST_F(CleanupModelTest, neverOffersAgainWhatIsKept) {
   scan();
   model->keep(rowOf("new.dmg"));
@@ -125,6 +114,8 @@ TEST_F(CleanupModelTest, offersTheHomesLargestFoldersWhereNoneIsThere) {
   std::filesystem::rename(tree.path("Downloads"), tree.path("elsewhere"));
   state->startScan();
   ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
+  EXPECT_FALSE(state->scanFailed().isEmpty());
+  EXPECT_FALSE(state->hasScanned());
   ASSERT_FALSE(state->homeFolders().isEmpty());
   const auto largest = state->homeFolders().front().toMap();
   EXPECT_EQ(largest["path"], "~/elsewhere");
@@ -146,6 +137,16 @@ TEST_F(CleanupModelTest, listsWhatWasFoundByCategoryLargestFirst) {
   EXPECT_EQ(value(rowOf("run.log"), CleanupModel::PlaceRole).toString(), "Downloads/Work/Logs");
   EXPECT_EQ(state->scannedFolders(), 1);
   EXPECT_TRUE(state->hasScanned());
+
+  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
+  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Old Installers & Downloads", "# Manual Review",
+                                   "letter.txt"));
+  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
+  EXPECT_EQ(model->rowCount(), 7);
+  localization.setLanguage(AppLanguage::de);
+  model->languageChanged();
+  EXPECT_NE(names().front(), "# System & App Logs");
+  EXPECT_EQ(names()[1], "run.log");
 }
 
 TEST_F(CleanupModelTest, selectsWhatIsSafeAndNeverWhatIsManual) {
@@ -162,10 +163,8 @@ TEST_F(CleanupModelTest, selectsWhatIsSafeAndNeverWhatIsManual) {
   EXPECT_EQ(model->selectedBytes(), 0);
   model->selectRecommended();
   EXPECT_EQ(model->selectedCount(), safe);
-}
 
-TEST_F(CleanupModelTest, tellsInTheHeaderHowMuchOfItIsSelected) {
-  scan();
+  // A header tells how much below it is selected, and selects the rest or nothing.
   model->deselectAll();
   EXPECT_EQ(checkOf("# Old Installers & Downloads"), Qt::Unchecked);
   model->toggle(rowOf("old.dmg"));
@@ -177,15 +176,6 @@ TEST_F(CleanupModelTest, tellsInTheHeaderHowMuchOfItIsSelected) {
   EXPECT_EQ(model->selectedBytes(), 8000);
   model->toggle(rowOf("# Old Installers & Downloads"));
   EXPECT_EQ(model->selectedCount(), 0);
-}
-
-TEST_F(CleanupModelTest, foldsACategoryAway) {
-  scan();
-  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
-  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Old Installers & Downloads", "# Manual Review",
-                                   "letter.txt"));
-  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
-  EXPECT_EQ(model->rowCount(), 7);
 }
 
 TEST_F(CleanupModelTest, searchesSortsAndFilters) {
@@ -233,8 +223,7 @@ TEST_F(CleanupModelTest, cleansOnlyWhatTheListShowsWhereItIsAskedTo) {
   // A folded group is not hidden: its header shows its box.
   model->toggleExpanded(0);
   EXPECT_EQ(model->shownSelectedCount(), 1);
-  model->cleanShown();
-  ASSERT_TRUE(becomesTrue([this] { return !model->isCleaning(); }));
+  finish(*model, &CleanupModel::cleanShown);
   EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
   EXPECT_TRUE(exists(tree.path("Downloads/Work/Logs/run.log")));
   EXPECT_EQ(model->selectedCount(), 1);
@@ -269,8 +258,7 @@ TEST_F(CleanupModelTest, movesExactlyWhatIsSelectedAsOneRunAndBringsItBack) {
   EXPECT_EQ(state->proposedBytes(), 0);
 
   ASSERT_TRUE(model->canUndo());
-  model->undo();
-  ASSERT_TRUE(becomesTrue([this] { return !model->isUndoing(); }));
+  finish(*model, &CleanupModel::undo);
   EXPECT_TRUE(exists(tree.path("Downloads/old.dmg")));
   EXPECT_TRUE(exists(tree.path("Downloads/Work/Logs/run.log")));
   EXPECT_FALSE(model->canUndo());
@@ -297,8 +285,7 @@ TEST_F(CleanupModelTest, movesWholeFoldersOfCachesWhateverTheirCategory) {
   };
   const auto areas = areasNow();
   EXPECT_THAT(areas, Not(testing::Contains(testing::Field(&OverviewArea::category, ScanCategory::browserCaches))));
-  model->undo();
-  ASSERT_TRUE(becomesTrue([this] { return !model->isUndoing(); }));
+  finish(*model, &CleanupModel::undo);
   const auto again = areasNow();
   const auto browsers =
       std::find_if(again.begin(), again.end(), [](auto& area) { return area.category == ScanCategory::browserCaches; });
@@ -342,40 +329,6 @@ TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
   EXPECT_EQ(state->reclaimableBytes(), 3000 + 5000 + 90);
 }
 
-TEST_F(CleanupModelTest, reportsWhatTheSystemRefusesAndGoesOn) {
-  if (readPathStatus(tree.path())->device != readPathStatus("/")->device) {
-    GTEST_SKIP() << "a volume of its own has another Trash to go to";
-  }
-  scan();
-  // In the way of the Trash's own folder.
-  tree.file(".local/share/Trash", "no folder");
-  clean();
-  EXPECT_TRUE(exists(tree.path("Downloads/old.dmg")));
-  EXPECT_EQ(model->messages().size(), static_cast<qsizetype>(2));
-}
-
-TEST_F(CleanupModelTest, losesNothingWhenItIsStopped) {
-  for (int number = 0; number < 2000; ++number) {
-    setAge(tree.sparseFile("Downloads/many/" + std::to_string(number) + ".dmg", 10), 30 * day);
-  }
-  scan();
-  const auto chosen = static_cast<int>(model->selectedCount());
-  ASSERT_GE(chosen, 2000);
-  model->cleanSelected();
-  model->cancel();
-  ASSERT_TRUE(becomesTrue([this] { return !model->isCleaning(); }));
-  int left = 0;
-  int moved = 0;
-  for (int number = 0; number < 2000; ++number) {
-    const auto name = std::to_string(number) + ".dmg";
-    const bool isLeft = exists(tree.path("Downloads/many/" + name));
-    EXPECT_NE(isLeft, exists(trashPath() + "/files/" + name)) << name;
-    (isLeft ? left : moved) += 1;
-  }
-  EXPECT_GT(left, 0);
-  EXPECT_THAT(model->messages(), IsEmpty());
-}
-
 TEST_F(CleanupModelTest, explainsALabelAndShowsTheFolder) {
   tree.file("Downloads/server.pem", "secret");
   scan();
@@ -389,16 +342,6 @@ TEST_F(CleanupModelTest, explainsALabelAndShowsTheFolder) {
   model->openContainingFolder(rowOf("run.log"));
   ASSERT_TRUE(becomesTrue([this] { return !desktop.allRevealed().empty(); }));
   EXPECT_THAT(desktop.allRevealed(), ElementsAre(tree.url("Downloads/Work/Logs/run.log")));
-}
-
-TEST_F(CleanupModelTest, saysWhenThereIsNoFolderToScan) {
-  folders.removeManagedFolder(tree.url("Downloads"));
-  preferences.setValue(FileAccessService::bookmarkStorageKey, Json::object());
-  ASSERT_EQ(std::rename(tree.path("Downloads").c_str(), tree.path("Elsewhere").c_str()), 0);
-  state->startScan();
-  ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
-  EXPECT_FALSE(state->scanFailed().isEmpty());
-  EXPECT_FALSE(state->hasScanned());
 }
 
 TEST_F(CleanupModelTest, scansTheFolderThatIsNamedAlone) {
@@ -421,14 +364,6 @@ TEST_F(CleanupModelTest, showsNamesThatAreNoText) {
   EXPECT_FALSE(exists(tree.path("Downloads/bad\xff\nname.dmg")));
 }
 
-TEST_F(CleanupModelTest, followsTheLanguage) {
-  scan();
-  localization.setLanguage(AppLanguage::de);
-  model->languageChanged();
-  EXPECT_NE(names().front(), "# System & App Logs");
-  EXPECT_EQ(names()[1], "run.log");
-}
-
 // More than one group of items, with the time between them in which a run can wait.
 class PausedCleanupTest : public CleanupModelTest {
  public:
@@ -439,10 +374,14 @@ class PausedCleanupTest : public CleanupModelTest {
       setAge(tree.sparseFile("Downloads/Logs/" + std::to_string(number) + ".log", 10), 20 * day);
     }
   }
+  // Each of them is in its place or in the Trash.
   [[nodiscard]] int left() const {
     int result = 0;
     for (int number = 0; number < count; ++number) {
-      if (exists(tree.path("Downloads/Logs/" + std::to_string(number) + ".log"))) ++result;
+      const auto name = std::to_string(number) + ".log";
+      const bool isLeft = exists(tree.path("Downloads/Logs/" + name));
+      EXPECT_NE(isLeft, exists(trashPath() + "/files/" + name)) << name;
+      result += isLeft ? 1 : 0;
     }
     return result;
   }
@@ -454,7 +393,7 @@ class PausedCleanupTest : public CleanupModelTest {
     ASSERT_GT(left(), 0);
     ASSERT_LT(left(), count);
   }
-  void finish() {
+  void end() {
     ASSERT_TRUE(becomesTrue([this] { return !model->isWorking(); }));
   }
 };
@@ -464,11 +403,10 @@ TEST_F(PausedCleanupTest, waitsBetweenItemsAndGoesOnAsOneRun) {
   EXPECT_TRUE(model->isCleaning());
   EXPECT_TRUE(model->paceText().contains(" of ")) << model->paceText().toStdString();
   model->resume();
-  finish();
+  end();
   EXPECT_EQ(left(), 0);
   EXPECT_EQ(recordedRuns(taskServices()).size(), 1U);
-  model->undo();
-  ASSERT_TRUE(becomesTrue([this] { return !model->isUndoing(); }));
+  finish(*model, &CleanupModel::undo);
   EXPECT_EQ(left(), count);
 }
 
@@ -476,8 +414,9 @@ TEST_F(PausedCleanupTest, canBeCancelledWhileItWaits) {
   beginAndPause();
   const auto before = left();
   model->cancel();
-  finish();
+  end();
   EXPECT_EQ(left(), before);
+  EXPECT_THAT(model->messages(), IsEmpty());
   EXPECT_TRUE(model->canUndo());
 }
 

@@ -6,7 +6,6 @@
 #include "app/rules/RulesModel.h"
 #include "app/settings/TidyModel.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
-#include "core/platform/LoginItems.h"
 #include "core/rules/records/CleanupRule.h"
 #include "tests/app/WindowFixture.h"
 #include "tests/support/LiveProgram.h"
@@ -39,14 +38,11 @@ class FrontEnds : public WindowFixture {
   FrontEnds() { terminalHome.folder("Downloads"); }
 
   ChildResult terminal(Words words) const {
-    LiveProgram::Setup setup{.arguments = {ORVANECTL},
-                             .environment = {{"HOME", terminalHome.path()},
-                                             {"PATH", "/usr/bin:/bin"},
-                                             {"LANG", "en_US.UTF-8"},
-                                             {"TZ", "UTC"}},
-                             .workingFolder = terminalHome.path()};
-    for (auto& word : words) setup.arguments.push_back(std::move(word));
-    auto result = LiveProgram(setup).finish();
+    words.insert(words.begin(), ORVANECTL);
+    const std::map<std::string, std::string> environment{
+        {"HOME", terminalHome.path()}, {"PATH", "/usr/bin:/bin"}, {"LANG", "en_US.UTF-8"}, {"TZ", "UTC"}};
+    auto result =
+        LiveProgram({.arguments = words, .environment = environment, .workingFolder = terminalHome.path()}).finish();
     EXPECT_NE(result.exitStatus, 2) << result.errors;
     return result;
   }
@@ -92,19 +88,37 @@ class FrontEnds : public WindowFixture {
 // The same home twice, the same things happening in it between showing and moving, and the same left in the end.
 struct Case {
   std::string name;
-  std::function<void(const TemporaryTree&)> arrange;
   FrontEnds::Words words;
-  std::function<Shown(FrontEnds&, const std::function<void()>& meanwhile)> window;
-  std::function<void(const TemporaryTree&)> meanwhile;
+  Shown (*window)(FrontEnds&, const std::function<void()>& meanwhile);
+  std::map<std::string, double> files;  // with their ages, in days
+  const char* replaced;                 // by another of the same content; null where nothing is
+  const char* late;                     // arrives as old as the first file; null where nothing does
   double count;
-  std::set<std::string> moved;  // of what was arranged
+  std::set<std::string> moved;  // of the files
   std::size_t notices = 0;
-};
 
-void replaced(const TemporaryTree& home, const std::string& path, std::string_view content) {
-  std::filesystem::rename(home.path(path), home.path(path + ".before"));
-  home.file(path, content);
-}
+  // All copies of one where duplicates are looked for.
+  [[nodiscard]] std::string contentOf(const std::string& path) const {
+    if (path.ends_with("Info.plist")) {
+      return "<plist version=\"1.0\"><dict><key>CFBundleName</key><string>Subject</string>"
+             "<key>CFBundleIdentifier</key><string>org.example.subject</string></dict></plist>";
+    }
+    return name == "duplicates" ? "same" : "content of " + path;
+  }
+  void arrive(const TemporaryTree& home, const std::string& path, double days) const {
+    setAge(home.file(path, contentOf(path)), days * 86400);
+  }
+  void arrange(const TemporaryTree& home) const {
+    for (const auto& [path, days] : files) arrive(home, path, days);
+  }
+  void meanwhile(const TemporaryTree& home) const {
+    if (replaced != nullptr) {
+      std::filesystem::rename(home.path(replaced), home.path(std::string(replaced) + ".before"));
+      home.file(replaced, contentOf(replaced));
+    }
+    if (late != nullptr) arrive(home, late, files.begin()->second);
+  }
+};
 
 template <typename Model>
 Shown shownBy(const Model& model) {
@@ -129,11 +143,6 @@ void addNames(Shown& shown, const QVariantList& rows, const char* key) {
   }
 }
 
-template <typename Model>
-void settle(Model& model) {
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-}
-
 Shown cleansInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   AppState state(test.services());
   CleanupModel model(test.services(), state);
@@ -143,8 +152,7 @@ Shown cleansInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   EXPECT_TRUE(becomesTrue([&] { return isFinished && model.rowCount() > 0; }));
   const auto shown = shownBy(model);
   meanwhile();
-  model.cleanSelected();
-  settle(model);
+  finish(model, &CleanupModel::cleanSelected);
   return shown;
 }
 
@@ -156,8 +164,7 @@ Shown findsDuplicatesInWindow(FrontEnds& test, const std::function<void()>& mean
   EXPECT_TRUE(becomesTrue([&] { return model.hasSearched(); }));
   const auto shown = shownBy(model);
   meanwhile();
-  model.cleanSelected();
-  settle(model);
+  finish(model, &DuplicatesModel::cleanSelected);
   return shown;
 }
 
@@ -168,8 +175,7 @@ Shown organizesInWindow(FrontEnds& test, const std::function<void()>& meanwhile)
   EXPECT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
   const auto shown = shownBy(model);
   meanwhile();
-  model.apply();
-  settle(model);
+  finish(model, &OrganizeModel::apply);
   return shown;
 }
 
@@ -190,8 +196,7 @@ Shown runsRulesInWindow(FrontEnds& test, const std::function<void()>& meanwhile)
   shown.notices = static_cast<std::size_t>(model.previewRemarks().size());
   addNames(shown, model.preview(), "name");
   meanwhile();
-  model.runPreviewed();
-  settle(model);
+  finish(model, &RulesModel::runPreviewed);
   return shown;
 }
 
@@ -204,8 +209,7 @@ Shown asksInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   EXPECT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
   const auto shown = shownBy(model);
   meanwhile();
-  model.confirm();
-  settle(model);
+  finish(model, &AgentModel::confirm);
   return shown;
 }
 
@@ -221,16 +225,9 @@ Shown uninstallsInWindow(FrontEnds& test, const std::function<void()>& meanwhile
   addNames(shown, model.leftovers(), "path");
   shown.names.insert("Subject.app");
   meanwhile();
-  model.uninstall();
-  settle(model);
+  finish(model, &AppsModel::uninstall);
   return shown;
 }
-
-class NoLoginItems : public LoginItems {
- public:
-  [[nodiscard]] bool isEnabled() const override { return false; }
-  void setEnabled(bool /*isEnabled*/) override {}
-};
 
 Shown tidiesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   const auto services = test.services();
@@ -258,103 +255,73 @@ Shown tidiesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   return shown;
 }
 
-void arrangeDownloads(const TemporaryTree& home, const std::vector<std::string>& names, double days) {
-  for (const auto& name : names) setAge(home.file("Downloads/" + name, "before " + name), days * 86400);
-}
+const std::vector<Case> cases{
+    {"clean",
+     {"clean"},
+     cleansInWindow,
+     {{"Downloads/a.log", 1}, {"Downloads/b.log", 1}, {"Downloads/c.log", 1}, {"Downloads/photo.jpg", 1}},
+     "Downloads/b.log",
+     "Downloads/new.log",
+     3,
+     {"Downloads/a.log", "Downloads/c.log"}},
+    {"duplicates",
+     {"duplicates", "--keep", "shortest-path"},
+     findsDuplicatesInWindow,
+     {{"Downloads/a", 1}, {"Downloads/bb", 1}, {"Downloads/ccc", 1}},
+     nullptr,
+     "Downloads/dddd",
+     2,
+     {"Downloads/bb", "Downloads/ccc"}},
+    {"organize",
+     {"organize", "Downloads"},
+     organizesInWindow,
+     {{"Downloads/a song.mp3", 1}, {"Downloads/film.mkv.part", 1}, {"Downloads/photo.jpg", 1}, {"Downloads/x.pdf", 1}},
+     "Downloads/x.pdf",
+     "Downloads/late.pdf",
+     3,
+     {"Downloads/a song.mp3", "Downloads/photo.jpg"},
+     1},
+    {"tidy",
+     {"tidy", "run"},
+     tidiesInWindow,
+     {{"Downloads/photo.jpg", 1}, {"Downloads/report.pdf", 1}, {"Downloads/song.mp3", 1}},
+     "Downloads/report.pdf",
+     "Downloads/late.pdf",
+     3,
+     {"Downloads/song.mp3", "Downloads/photo.jpg"},
+     1},
+    {"rules",
+     {"rules", "run", "Drafts"},
+     runsRulesInWindow,
+     {{"Downloads/a.dmg", 10}, {"Downloads/b.dmg", 10}, {"Downloads/young.dmg", 2.99}},
+     "Downloads/a.dmg",
+     "Downloads/new.dmg",
+     2,
+     {"Downloads/b.dmg"}},
+    {"ask",
+     {"ask", request},
+     asksInWindow,
+     {{"Downloads/a.dmg", 60}, {"Downloads/new.pdf", 2}, {"Downloads/report.pdf", 60}, {"Downloads/thesis.docx", 60}},
+     "Downloads/report.pdf",
+     "Downloads/late.pdf",
+     3,
+     {"Downloads/thesis.docx", "Downloads/a.dmg"}},
+    {"uninstall",
+     {"apps", "uninstall", "Subject", "--all-leftovers"},
+     uninstallsInWindow,
+     {{"Applications/Subject.app/Contents/Info.plist", 1},
+      {"Library/Caches/org.example.subject/cache", 1},
+      {"Library/Preferences/org.example.subject.plist", 1}},
+     "Library/Preferences/org.example.subject.plist",
+     nullptr,
+     3,
+     {"Applications/Subject.app/Contents/Info.plist", "Library/Caches/org.example.subject/cache"}},
+};
 
-const std::vector<Case>& cases() {
-  static const std::vector<Case> all{
-      {"clean",
-       [](const TemporaryTree& home) {
-         arrangeDownloads(home, {"a.log", "b.log", "c.log", "photo.jpg"}, 1);
-       },
-       {"clean"},
-       cleansInWindow,
-       [](const TemporaryTree& home) {
-         replaced(home, "Downloads/b.log", "before b.log");
-         home.file("Downloads/new.log", "late");
-       },
-       3,
-       {"Downloads/a.log", "Downloads/c.log"}},
-      {"duplicates",
-       [](const TemporaryTree& home) {
-         for (const char* name : {"a", "bb", "ccc"}) setAge(home.file("Downloads/" + std::string(name), "same"), 86400);
-       },
-       {"duplicates", "--keep", "shortest-path"},
-       findsDuplicatesInWindow,
-       [](const TemporaryTree& home) { home.file("Downloads/dddd", "same"); },
-       2,
-       {}},
-      {"organize",
-       [](const TemporaryTree& home) {
-         arrangeDownloads(home, {"song.mp3", "report.pdf", "photo.jpg", "film.mkv.part"}, 1);
-       },
-       {"organize", "Downloads"},
-       organizesInWindow,
-       [](const TemporaryTree& home) {
-         replaced(home, "Downloads/report.pdf", "before report.pdf");
-         home.file("Downloads/late.pdf", "late");
-       },
-       3,
-       {"Downloads/song.mp3", "Downloads/photo.jpg"},
-       1},
-      {"tidy",
-       [](const TemporaryTree& home) {
-         arrangeDownloads(home, {"song.mp3", "report.pdf", "photo.jpg"}, 1);
-       },
-       {"tidy", "run"},
-       tidiesInWindow,
-       [](const TemporaryTree& home) {
-         replaced(home, "Downloads/report.pdf", "before report.pdf");
-         setAge(home.file("Downloads/late.pdf", "late"), 86400);
-       },
-       3,
-       {"Downloads/song.mp3", "Downloads/photo.jpg"},
-       1},
-      {"rules",
-       [](const TemporaryTree& home) {
-         arrangeDownloads(home, {"a.dmg", "b.dmg"}, 10);
-         arrangeDownloads(home, {"young.dmg"}, 2.99);
-       },
-       {"rules", "run", "Drafts"},
-       runsRulesInWindow,
-       [](const TemporaryTree& home) {
-         replaced(home, "Downloads/a.dmg", "before a.dmg");
-         setAge(home.file("Downloads/new.dmg", "late"), 10 * 86400);
-       },
-       2,
-       {"Downloads/b.dmg"}},
-      {"ask",
-       [](const TemporaryTree& home) {
-         arrangeDownloads(home, {"report.pdf", "thesis.docx", "setup.dmg"}, 60);
-         arrangeDownloads(home, {"new.pdf"}, 2);
-       },
-       {"ask", request},
-       asksInWindow,
-       [](const TemporaryTree& home) { replaced(home, "Downloads/report.pdf", "before report.pdf"); },
-       3,
-       {"Downloads/thesis.docx", "Downloads/setup.dmg"}},
-      {"uninstall",
-       [](const TemporaryTree& home) {
-         home.file("Applications/Subject.app/Contents/Info.plist",
-                   "<plist version=\"1.0\"><dict><key>CFBundleName</key><string>Subject</string>"
-                   "<key>CFBundleIdentifier</key><string>org.example.subject</string></dict></plist>");
-         home.file("Library/Preferences/org.example.subject.plist", "set");
-         home.file("Library/Caches/org.example.subject/cache", "cached");
-       },
-       {"apps", "uninstall", "Subject", "--all-leftovers"},
-       uninstallsInWindow,
-       [](const TemporaryTree& home) { replaced(home, "Library/Preferences/org.example.subject.plist", "another"); },
-       3,
-       {"Applications/Subject.app/Contents/Info.plist", "Library/Caches/org.example.subject/cache"}},
-  };
-  return all;
-}
-
-class FrontEndsAgree : public FrontEnds, public testing::WithParamInterface<std::size_t> {};
+class FrontEndsAgree : public FrontEnds, public testing::WithParamInterface<Case> {};
 
 TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
-  const auto& given = cases()[GetParam()];
+  const auto& given = GetParam();
   given.arrange(tree);
   given.arrange(terminalHome);
   terminalHome.file("rule.json", jsonText(ruleJson));
@@ -362,7 +329,7 @@ TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
   terminal({"rules", "add", "rule.json"});
   std::filesystem::remove(terminalHome.path("rule.json"));
 
-  const auto terminalShown = inTerminal(given.words, given.meanwhile);
+  const auto terminalShown = inTerminal(given.words, [&](const TemporaryTree& at) { given.meanwhile(at); });
   const auto windowShown = given.window(*this, [&] { given.meanwhile(tree); });
   EXPECT_EQ(terminalShown.count, given.count);
   EXPECT_EQ(windowShown.count, given.count);
@@ -374,12 +341,14 @@ TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
   for (const auto& path : given.moved) EXPECT_FALSE(exists(tree.path(path))) << path;
 }
 
-INSTANTIATE_TEST_SUITE_P(Tasks, FrontEndsAgree, testing::Range(std::size_t{0}, cases().size()),
-                         [](const auto& given) { return cases()[given.param].name; });
+INSTANTIATE_TEST_SUITE_P(Tasks, FrontEndsAgree, testing::ValuesIn(cases),
+                         [](const auto& given) { return given.param.name; });
 
 // Restoring has no rows to choose from: both bring back the same of what both moved.
 TEST_F(FrontEnds, bringBackTheSame) {
-  const auto arrange = [](const TemporaryTree& at) { arrangeDownloads(at, {"a.log", "b.log", "c.log"}, 1); };
+  const auto arrange = [](const TemporaryTree& at) {
+    for (const auto* name : {"a", "b", "c"}) setAge(at.file(std::string("Downloads/") + name + ".log"), 86400);
+  };
   const auto meanwhile = [](const TemporaryTree& at) {
     at.file("Downloads/b.log", "in the way");
     std::filesystem::remove(at.path(".local/share/Trash/files/c.log"));

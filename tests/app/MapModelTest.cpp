@@ -22,6 +22,10 @@ class MapModelTest : public WindowFixture {
     model.start(place);
     ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
   }
+  void open(const std::string& name) {
+    model.openFile(QString::fromStdString(tree.path(name)));
+    ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
+  }
   [[nodiscard]] QVariantMap area(const QString& label) const {
     for (const auto& one : model.areas()) {
       if (one.toMap()["label"] == label) return one.toMap();
@@ -120,20 +124,17 @@ TEST_F(MapModelTest, showsTheRowsOfAFolderInCleanup) {
 }
 
 TEST_F(MapModelTest, showsTheMapOfAFileAndLeadsNowhereFromIt) {
-  model.openFile(QString::fromStdString(tree.path("none.json")));
-  ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
+  open("none.json");
   EXPECT_THAT(model.problem().toStdString(), testing::HasSubstr("~/none.json: "));
   tree.file("broken.json", "[1,2,{},[");
-  model.openFile(QString::fromStdString(tree.path("broken.json")));
-  ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
+  open("broken.json");
   EXPECT_THAT(model.problem().toStdString(), testing::HasSubstr("~/broken.json: "));
   EXPECT_FALSE(model.hasMap());
 
   // Folders that this machine has too.
   tree.file("server.json", R"([1,2,{},[{"name":")" + tree.path() +
                                R"("},[{"name":"Videos"},{"name":"a.mkv","asize":50,"dsize":4096}]]])");
-  model.openFile(QString::fromStdString(tree.path("server.json")));
-  ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
+  open("server.json");
   EXPECT_EQ(model.fileName(), "~/server.json");
   EXPECT_EQ(model.shownBytes(), 4096);
   const auto videos = area("Videos")["folder"].toInt();

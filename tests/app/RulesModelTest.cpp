@@ -36,10 +36,6 @@ class RulesModelTest : public WindowFixture {
     model.previewRule(row);
     ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
   }
-  static void run(RulesModel& model) {
-    model.runPreviewed();
-    ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  }
   // Of a condition in the editor.
   static int rowOf(std::string_view key) {
     const auto fields = ruleFields();
@@ -77,9 +73,9 @@ TEST_F(RulesModelTest, writesARuleCountsPreviewsAndRunsIt) {
   const int row = 12;
   EXPECT_EQ(model.data(model.index(row), RulesModel::NameRole).toString(), "Drafts");
 
-  model.previewRule(row);
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
+  preview(model, "Drafts");
   EXPECT_EQ(model.previewCount(), expected);
+  EXPECT_EQ(model.movableCount(), expected);
 
   model.setEnabled(0, false);
   ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
@@ -116,62 +112,6 @@ TEST_F(RulesModelTest, changesOnlyTheConditionsThatWereEdited) {
             "rules.folder_missing");
 }
 
-TEST_F(RulesModelTest, showsTheRulesThatAnotherProcessChanged) {
-  RulesModel model(services());
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
-  RuleEngine other(preferences, mover, *journal, validator);
-  CleanupRule rule;
-  rule.name = "From the terminal";
-  rule.trigger.fileExtensions = {"log"};
-  other.addOrUpdateRule(rule);
-  model.reload();
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
-  EXPECT_EQ(model.data(model.index(12), RulesModel::NameRole).toString(), "From the terminal");
-}
-
-TEST_F(RulesModelTest, runsARuleOnWhatItTakesAndUndoesIt) {
-  setAge(tree.file("Downloads/Logs/old.log", "lines"), 60 * 86400.0);
-  tree.file("Downloads/keep.txt");
-  CleanupRule rule;
-  rule.name = "Logs";
-  rule.trigger.fileExtensions = {"log"};
-  rule.action = RuleAction::moveToTrash();
-  rule.isEnabled = false;
-  rules.addOrUpdateRule(rule);
-  RulesModel model(services());
-  ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
-  model.previewRule(12);
-  ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
-  EXPECT_EQ(model.previewCount(), 1);
-  EXPECT_EQ(model.movableCount(), 1);
-  EXPECT_EQ(model.movableBytes(), 5);
-  model.runPreviewed();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_FALSE(exists(tree.path("Downloads/Logs/old.log")));
-  EXPECT_TRUE(exists(tree.path("Downloads/keep.txt")));
-  model.undo();
-  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
-  EXPECT_TRUE(exists(tree.path("Downloads/Logs/old.log")));
-}
-
-TEST_F(RulesModelTest, runsWhatWasPreviewedAndNothingElse) {
-  const auto shown = tree.file("Downloads/shown.log");
-  const auto replaced = tree.file("Downloads/replaced.log");
-  add("Logs", logs);
-  RulesModel model(services());
-  preview(model, "Logs");
-  EXPECT_EQ(model.previewCount(), 2);
-  EXPECT_EQ(model.movableCount(), 2);
-  std::filesystem::remove(replaced);
-  tree.file("Downloads/replaced.log");
-  const auto arrived = tree.file("Downloads/arrived.log");
-  run(model);
-  EXPECT_EQ(model.messages().size(), 1);
-  EXPECT_FALSE(exists(shown));
-  EXPECT_TRUE(exists(replaced));
-  EXPECT_TRUE(exists(arrived));
-}
-
 TEST_F(RulesModelTest, countsFilesInTheirPlaceApart) {
   const auto moved = tree.file("Downloads/a.log", "1234567");
   const auto kept = tree.file("Downloads/Logs/b.log", "12345");
@@ -181,10 +121,12 @@ TEST_F(RulesModelTest, countsFilesInTheirPlaceApart) {
   EXPECT_EQ(model.previewCount(), 1);
   EXPECT_EQ(model.previewBytes(), 7);
   EXPECT_EQ(model.previewRemarks(), QStringList{"1 item is already where “Sort” would move it."});
-  run(model);
+  finish(model, &RulesModel::runPreviewed);
   EXPECT_THAT(model.messages(), IsEmpty());
   EXPECT_FALSE(exists(moved));
   EXPECT_TRUE(exists(kept));
+  finish(model, &RulesModel::undo);
+  EXPECT_TRUE(exists(moved));
 }
 
 TEST_F(RulesModelTest, leavesOutAStoredRuleThatWouldTakeEverything) {
@@ -194,7 +136,7 @@ TEST_F(RulesModelTest, leavesOutAStoredRuleThatWouldTakeEverything) {
   preview(model, "All");
   EXPECT_EQ(model.previewCount(), 0);
   EXPECT_EQ(model.previewRemarks(), QStringList{"“All” is left out. Set at least one condition."});
-  run(model);
+  finish(model, &RulesModel::runPreviewed);
   EXPECT_TRUE(exists(file));
 
   model.edit(model.ruleCount() - 1);
@@ -214,7 +156,7 @@ TEST_F(RulesModelTest, showsWhatItDoesNotMoveAndWhy) {
   preview(model, "Away");
   EXPECT_EQ(model.movableCount(), 0);
   EXPECT_EQ(model.preview().front().toMap()["warning"], "Orvane must not move files there.");
-  run(model);
+  finish(model, &RulesModel::runPreviewed);
   EXPECT_TRUE(exists(file));
 }
 

@@ -21,6 +21,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace orvane::test {
 namespace {
@@ -30,11 +31,12 @@ std::set<std::string> textKeys() {
   return {keys.begin(), keys.end()};
 }
 
-// Every first group of the pattern in the files of a folder.
-std::set<std::string> mentioned(const std::string& folder, const std::string& extension, const std::regex& pattern) {
+// Every first group of the pattern in the files of a folder with one of these extensions.
+std::set<std::string> mentioned(const std::string& folder, const std::set<std::string>& extensions,
+                                const std::regex& pattern) {
   std::set<std::string> result;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(ORVANE_SOURCES "/" + folder)) {
-    if (entry.path().extension() != extension) continue;
+    if (!extensions.contains(entry.path().extension())) continue;
     const auto text = contentOf(entry.path());
     for (std::sregex_iterator found(text.begin(), text.end(), pattern); found != std::sregex_iterator(); ++found) {
       result.insert((*found)[1]);
@@ -45,10 +47,10 @@ std::set<std::string> mentioned(const std::string& folder, const std::string& ex
 
 TEST(Texts, areThereForEveryKeyThatTheScreensName) {
   const auto keys = textKeys();
-  const auto inScreens = mentioned("app", ".qml", std::regex(R"re(qsTr\(\s*"([^"]+)"\s*\))re"));
+  const auto inScreens = mentioned("app", {".qml"}, std::regex(R"re(qsTr\(\s*"([^"]+)"\s*\))re"));
   ASSERT_GT(inScreens.size(), 40U);
   for (const auto& key : inScreens) EXPECT_TRUE(keys.contains(key)) << key;
-  for (const auto& key : mentioned("app", ".qml", std::regex(R"re(Texts\.counted\(\s*"([^"]+)")re"))) {
+  for (const auto& key : mentioned("app", {".qml"}, std::regex(R"re(Texts\.counted\(\s*"([^"]+)")re"))) {
     EXPECT_TRUE(keys.contains(key + ".one") && keys.contains(key + ".other")) << key;
   }
 }
@@ -56,8 +58,7 @@ TEST(Texts, areThereForEveryKeyThatTheScreensName) {
 TEST(Texts, areThereForEveryKeyThatTheModelsName) {
   const auto keys = textKeys();
   const std::regex quotedKey(R"re("([a-z]+\.[a-z][a-zA-Z_]*(?:\.[a-z]+)*)")re");
-  auto inModels = mentioned("app", ".cpp", quotedKey);
-  inModels.merge(mentioned("app", ".h", quotedKey));
+  const auto inModels = mentioned("app", {".cpp", ".h"}, quotedKey);
   ASSERT_GT(inModels.size(), 30U);
   for (const auto& key : inModels) {
     if (key.starts_with("org.")) continue;  // names on the message bus
@@ -85,12 +86,8 @@ TEST(Texts, areShownSomewhere) {
   // The first part of keys that end in the name of a category, a risk, a unit or a kind of application.
   const std::array<std::string_view, 5> composed{"category.", "reason.", "risk.", "unit.", "apps.kind."};
   const std::regex quoted(R"re("([a-z]+\.[a-zA-Z_.]+)")re");
-  auto named = mentioned("app", ".cpp", quoted);
-  named.merge(mentioned("app", ".h", quoted));
-  named.merge(mentioned("app", ".qml", quoted));
-  named.merge(mentioned("platform", ".cpp", quoted));
-  named.merge(mentioned("core/rules", ".cpp", quoted));
-  named.merge(mentioned("core/tasks", ".cpp", quoted));
+  auto named = mentioned("app", {".cpp", ".h", ".qml"}, quoted);
+  for (const auto* folder : {"platform", "core/rules", "core/tasks"}) named.merge(mentioned(folder, {".cpp"}, quoted));
   for (const auto& key : textKeys()) {
     if (std::ranges::any_of(composed, [&](auto prefix) { return key.starts_with(prefix); })) continue;
     const bool isNamed = named.contains(key) || named.contains(key.substr(0, key.rfind('.')));
@@ -121,8 +118,9 @@ TEST(NavigationModel, listsTheSectionsInOrder) {
 
 class LanguageTest : public WindowFixture {
  public:
-  ~LanguageTest() override {
-    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
+  ~LanguageTest() override { speak(AppLanguage::en); }
+  static void speak(AppLanguage language) {
+    ThreadSafeLanguageStore::shared().setCurrentLanguage(language);
     Format::followLanguage();
   }
 };
@@ -167,37 +165,28 @@ TEST_F(LanguageTest, followsWhatAnotherProcessChoseAndNeverUndoesTheUsersOwnChoi
   EXPECT_EQ(codes, (std::vector<std::string>{"de", "ko"}));
 }
 
-struct FormatRow {
-  AppLanguage language;
-  double bytes;
-  const char* text;
-};
-
 TEST_F(LanguageTest, writesFiguresAsTheLanguageDoes) {
   constexpr std::array rows{
-      FormatRow{AppLanguage::en, 0, "Zero KB"},
-      FormatRow{AppLanguage::en, 1, "1 byte"},
-      FormatRow{AppLanguage::en, 999, "999 bytes"},
-      FormatRow{AppLanguage::en, 1250000000, "1.25\u00a0GB"},
-      FormatRow{AppLanguage::de, 1250000000, "1,25\u00a0GB"},
-      FormatRow{AppLanguage::fr, 1250000000, "1,25\u00a0Go"},
-      FormatRow{AppLanguage::ja, 12000, "12\u00a0KB"},
+      std::tuple{AppLanguage::en, 0, "Zero KB"},
+      std::tuple{AppLanguage::en, 1, "1 byte"},
+      std::tuple{AppLanguage::en, 999, "999 bytes"},
+      std::tuple{AppLanguage::en, 1'250'000'000, "1.25\u00a0GB"},
+      std::tuple{AppLanguage::de, 1'250'000'000, "1,25\u00a0GB"},
+      std::tuple{AppLanguage::fr, 1'250'000'000, "1,25\u00a0Go"},
+      std::tuple{AppLanguage::ja, 12'000, "12\u00a0KB"},
   };
   const ScopedEnvironment all("LC_ALL", "en_US.UTF-8");
-  for (const auto& row : rows) {
-    ThreadSafeLanguageStore::shared().setCurrentLanguage(row.language);
-    Format::followLanguage();
-    EXPECT_EQ(Format::bytes(row.bytes).toStdString(), row.text);
+  for (const auto& [language, bytes, text] : rows) {
+    speak(language);
+    EXPECT_EQ(Format::bytes(bytes).toStdString(), text);
   }
-  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::de);
-  Format::followLanguage();
+  speak(AppLanguage::de);
   EXPECT_EQ(Format::count(1234567), "1.234.567");
   EXPECT_EQ(Format::percent(0.25), "25\u00a0%");
 }
 
 TEST_F(LanguageTest, countsInWords) {
-  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::fr);
-  Format::followLanguage();
+  speak(AppLanguage::fr);
   EXPECT_EQ(countedText("count.runs", 0), "0 opération");
   EXPECT_EQ(countedText("count.runs", 1234), "1\u202f234 opérations");
   EXPECT_EQ(Format::counted("rules.run_enabled", 1), "Lancer 1 règle");
@@ -206,29 +195,21 @@ TEST_F(LanguageTest, countsInWords) {
             "Gimp et 1 de ses résidus mis à la corbeille, 2 Mo en tout.");
 }
 
-struct AgeRow {
-  int days;
-  const char* english;
-  const char* japanese;
-};
-
 TEST_F(LanguageTest, tellsAgesInWords) {
   constexpr std::array rows{
-      AgeRow{0, "today", "今日"},
-      AgeRow{1, "yesterday", "昨日"},
-      AgeRow{2, "2 days ago", "2 日前"},
-      AgeRow{21, "3 weeks ago", "3 週間前"},
-      AgeRow{430, "14 months ago", "14 か月前"},
+      std::tuple{0, "today", "今日"},
+      std::tuple{1, "yesterday", "昨日"},
+      std::tuple{2, "2 days ago", "2 日前"},
+      std::tuple{21, "3 weeks ago", "3 週間前"},
+      std::tuple{430, "14 months ago", "14 か月前"},
   };
   const auto noon = QDateTime(QDate::currentDate(), QTime(12, 0));
-  for (const auto& row : rows) {
-    const auto then = static_cast<double>(noon.addDays(-row.days).toMSecsSinceEpoch());
-    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
-    Format::followLanguage();
-    EXPECT_EQ(Format::age(then).toStdString(), row.english);
-    ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::ja);
-    Format::followLanguage();
-    EXPECT_EQ(Format::age(then).toStdString(), row.japanese);
+  for (const auto& [days, english, japanese] : rows) {
+    const auto then = static_cast<double>(noon.addDays(-days).toMSecsSinceEpoch());
+    speak(AppLanguage::en);
+    EXPECT_EQ(Format::age(then).toStdString(), english);
+    speak(AppLanguage::ja);
+    EXPECT_EQ(Format::age(then).toStdString(), japanese);
   }
   EXPECT_TRUE(Format::age(0).isEmpty());
 }

@@ -8,6 +8,7 @@
 #include "core/localization/LocalizationManager.h"
 #include "core/localization/ThreadSafeLanguageStore.h"
 #include "core/platform/Desktop.h"
+#include "core/platform/LoginItems.h"
 #include "core/rules/records/ScheduleSettings.h"
 #include "core/safety/services/PermissionsManager.h"
 #include "platform/linux/LinuxVolume.h"
@@ -18,6 +19,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -34,6 +36,13 @@ template <typename Condition>
     QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
   }
   return true;
+}
+
+// Has a model carry something out, to its end.
+template <typename Model, typename Verb>
+void finish(Model& model, Verb verb) {
+  std::invoke(verb, model);
+  ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
 }
 
 // Notes what was to be shown instead of showing it.
@@ -58,10 +67,19 @@ class NotingDesktop : public Desktop {
   std::vector<FileUrl> revealed;
 };
 
+class NoLoginItems : public LoginItems {
+ public:
+  [[nodiscard]] bool isEnabled() const override { return false; }
+  void setEnabled(bool /*isEnabled*/) override {}
+};
+
 // The window's services over a home of their own: ~/Downloads is granted.
 class WindowFixture : public TaskFixture {
  public:
-  WindowFixture() { ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en); }
+  WindowFixture() { speak(AppLanguage::en); }
+  ~WindowFixture() override { speak(AppLanguage::en); }
+
+  static void speak(AppLanguage language) { ThreadSafeLanguageStore::shared().setCurrentLanguage(language); }
 
   [[nodiscard]] WindowServices services() {
     return {

@@ -10,37 +10,24 @@
 namespace orvane::test {
 namespace {
 
-struct Start {
-  std::string name;
-  std::vector<const char*> arguments;
-  Wish wish;
-};
-
-void PrintTo(const Start& start, std::ostream* out) {
-  *out << start.name;
+TEST(Wish, reachesTheWindowThatIsOpenAsItWasMeant) {
+  using Start = std::pair<std::vector<const char*>, Wish>;
+  constexpr auto scan = Wish::Work::scan;
+  for (const auto& [arguments, meant] : {
+           Start{{"orvane"}, {}},
+           Start{{"orvane", "--show", "history"}, {.section = "history"}},
+           Start{{"orvane", "--show"}, {}},
+           Start{{"orvane", "--scan"}, {.section = "cleanup", .work = scan}},
+           Start{{"orvane", "--scan", "/a b\nc/"}, {.section = "cleanup", .work = scan, .folder = "file:///a%20b%0Ac"}},
+           Start{{"orvane", "--scan", "--demo"}, {.section = "cleanup", .work = scan}},
+           Start{{"orvane", "--organize"}, {.work = Wish::Work::organize}},
+       }) {
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    const auto wish = Wish::fromArguments(arguments);
+    EXPECT_EQ(wish, meant);
+    EXPECT_EQ(Wish::fromLine(wish.toLine() + "\n"), wish);
+  }
 }
-
-class Wishes : public testing::TestWithParam<Start> {};
-
-TEST_P(Wishes, reachTheWindowThatIsOpenAsTheyWereMeant) {
-  const auto wish = Wish::fromArguments(GetParam().arguments);
-  EXPECT_EQ(wish, GetParam().wish);
-  EXPECT_EQ(Wish::fromLine(wish.toLine() + "\n"), wish);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    OfAStart, Wishes,
-    testing::Values(Start{"nothing", {"orvane"}, {}},
-                    Start{"a section", {"orvane", "--show", "history"}, {.section = "history"}},
-                    Start{"a section that is missing", {"orvane", "--show"}, {}},
-                    Start{"a scan", {"orvane", "--scan"}, {.section = "cleanup", .work = Wish::Work::scan}},
-                    Start{"a scan of a folder with a line break",
-                          {"orvane", "--scan", "/a b\nc/"},
-                          {.section = "cleanup", .work = Wish::Work::scan, .folder = "file:///a%20b%0Ac"}},
-                    Start{"a scan, and another option",
-                          {"orvane", "--scan", "--demo"},
-                          {.section = "cleanup", .work = Wish::Work::scan}},
-                    Start{"organizing", {"orvane", "--organize"}, {.work = Wish::Work::organize}}));
 
 TEST(Wish, takesAFolderFromWhereItWasTyped) {
   const std::vector<const char*> arguments{"orvane", "--scan", "Downloads"};
