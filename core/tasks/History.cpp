@@ -3,11 +3,13 @@
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
+#include "core/base/values/Calendar.h"
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/safety/journal/UndoJournal.h"
 #include "core/tasks/TaskServices.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -78,6 +80,71 @@ bool isAmong(const std::unordered_set<std::string_view>& origins, std::string_vi
   return false;
 }
 
+// Adds run after run to the totals.
+class Totalling {
+ public:
+  Totalling(UndoJournal& journal, Date now) : m_journal(journal) {
+    for (const auto start : weekStarts(now, HistoryTotals::weekCount)) m_totals.weeks.push_back({.start = start});
+  }
+
+  void add(const CleanupRunSummary& run, const std::vector<JournalEntry>& entries) {
+    std::unordered_set<std::string_view> origins;
+    auto* week = weekOf(run.timestamp);
+    for (const auto& entry : entries) {
+      if (origins.insert(entry.originalURL.path()).second) {
+        m_totals.moved.add(entry.fileSize);
+        if (week != nullptr) week->moved.add(entry.fileSize);
+      }
+      addState(entry);
+    }
+  }
+
+  HistoryTotals finish() {
+    countTrashed();
+    return std::move(m_totals);
+  }
+
+ private:
+  // Each look at them reads the records of all items.
+  static constexpr std::size_t mostAtOnce = 65'536;
+
+  HistoryTotals::Week* weekOf(Date date) {
+    const auto after = std::ranges::upper_bound(m_totals.weeks, date, {}, &HistoryTotals::Week::start);
+    return after == m_totals.weeks.begin() ? nullptr : &*std::prev(after);
+  }
+
+  void addState(const JournalEntry& entry) {
+    if (entry.action == JournalAction::restored) {
+      m_totals.restored.add(entry.fileSize);
+      return;
+    }
+    const auto& place = entry.trashedURL.path();
+    const auto presence = presenceAt(place);
+    if (presence == Presence::unreachable) m_totals.away[missingPlace(place)].add(entry.fileSize);
+    if (presence != Presence::there) return;
+    if (entry.action == JournalAction::moved) {
+      m_totals.inFolders.add(entry.fileSize);
+      return;
+    }
+    m_trashed.push_back(entry);
+    if (m_trashed.size() == mostAtOnce) countTrashed();
+  }
+
+  void countTrashed() {
+    if (m_trashed.empty()) return;
+    const auto lost = m_journal.lostEntries(m_trashed);
+    const std::unordered_set<Uuid> gone(lost.begin(), lost.end());
+    for (const auto& entry : m_trashed) {
+      if (!gone.contains(entry.id)) m_totals.inTrash.add(entry.fileSize);
+    }
+    m_trashed.clear();
+  }
+
+  UndoJournal& m_journal;
+  HistoryTotals m_totals;
+  std::vector<JournalEntry> m_trashed;  // something stands in the place of each
+};
+
 }  // namespace
 
 History readHistory(const TaskServices& services) {
@@ -97,26 +164,14 @@ History readHistory(const TaskServices& services) {
   return history;
 }
 
-HistoryTotals historyTotals(const TaskServices& services) {
-  HistoryTotals totals;
+HistoryTotals historyTotals(const TaskServices& services, Date now, const std::stop_token& stop) {
   auto& journal = services.journal();
+  Totalling totalling(journal, now);
   for (const auto& summary : journal.getRuns()) {
-    const auto entries = journal.getEntries(summary.runId);
-    std::unordered_set<std::string_view> origins;
-    for (const auto& entry : entries) {
-      if (origins.insert(entry.originalURL.path()).second) totals.moved.add(entry.fileSize);
-      if (entry.action == JournalAction::restored) {
-        totals.restored.add(entry.fileSize);
-        continue;
-      }
-      const auto& place = entry.trashedURL.path();
-      const auto presence = presenceAt(place);
-      if (presence == Presence::unreachable) totals.away[missingPlace(place)].add(entry.fileSize);
-      if (presence != Presence::there) continue;
-      (entry.action == JournalAction::trashed ? totals.inTrash : totals.inFolders).add(entry.fileSize);
-    }
+    if (stop.stop_requested()) break;
+    totalling.add(summary, journal.getEntries(summary.runId));
   }
-  return totals;
+  return totalling.finish();
 }
 
 std::vector<CleanupRunSummary> recordedRuns(const TaskServices& services) {

@@ -7,10 +7,12 @@
 #include "core/tasks/Notice.h"
 #include "core/tasks/RunOrigins.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -42,14 +44,24 @@ struct History {
 [[nodiscard]] History readHistory(const TaskServices& services);
 // The state of every item that was ever moved. Looks at the disk.
 struct HistoryTotals {
+  struct Week {
+    Date start;
+    RowSum moved = {};
+  };
+  static constexpr std::size_t weekCount = 12;
+
   RowSum moved;  // everything; what went to another volume once
   RowSum restored;
-  RowSum inTrash;    // still there
+  RowSum inTrash;    // still there, and no other item in its place
   RowSum inFolders;  // moved to other folders, and still there
   // On volumes that are not there, by the place where each should be.
   std::map<FileUrl, RowSum> away;
+  // Of `moved`, by the user's calendar: the oldest week first, the last one that of the call.
+  std::vector<Week> weeks;
 };
-[[nodiscard]] HistoryTotals historyTotals(const TaskServices& services);
+// Once `stop` is requested the sums are not whole.
+[[nodiscard]] HistoryTotals historyTotals(const TaskServices& services, Date now = ReferenceClock::now(),
+                                          const std::stop_token& stop = {});
 // Newest first.
 [[nodiscard]] std::vector<CleanupRunSummary> recordedRuns(const TaskServices& services);
 // Whether the journal could be read; where not, the notices say why.

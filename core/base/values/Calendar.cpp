@@ -28,12 +28,22 @@ std::string formatted(const icu::DateFormat* format, Date date) {
   return result;
 }
 
+std::unique_ptr<icu::Calendar> makeCalendar() {
+  UErrorCode status = U_ZERO_ERROR;
+  std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(status));
+  if (!calendar) fatalError("ICU gives no calendar: its data is missing");
+  return calendar;
+}
+
 // Made once a thread: creating a calendar costs far more than asking it.
 icu::Calendar& threadCalendar() {
-  UErrorCode status = U_ZERO_ERROR;
-  thread_local const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(status));
-  if (!calendar) fatalError("ICU gives no calendar: its data is missing");
+  thread_local const auto calendar = makeCalendar();
   return *calendar;
+}
+
+Date timeOf(const icu::Calendar& calendar) {
+  UErrorCode status = U_ZERO_ERROR;
+  return dateFromReferenceSeconds(calendar.getTime(status) / 1000.0 - referenceDateUnixSeconds);
 }
 
 }  // namespace
@@ -50,7 +60,26 @@ Date addingDays(Date date, std::int64_t days) {
   auto& calendar = threadCalendar();
   calendar.setTime(icuDate(date), status);
   calendar.add(UCAL_DATE, static_cast<int32_t>(std::clamp<std::int64_t>(days, INT32_MIN, INT32_MAX)), status);
-  return dateFromReferenceSeconds(calendar.getTime(status) / 1000.0 - referenceDateUnixSeconds);
+  return timeOf(calendar);
+}
+
+std::vector<Date> weekStarts(Date date, std::size_t count) {
+  constexpr int32_t daysOfWeek = 7;
+  UErrorCode status = U_ZERO_ERROR;
+  // Its own: that of the thread keeps the locale that it was made in, which says on which day a week begins.
+  const auto calendar = makeCalendar();
+  calendar->setTime(icuDate(date), status);
+  const int32_t first = calendar->getFirstDayOfWeek(status);
+  const int32_t day = calendar->get(UCAL_DAY_OF_WEEK, status);
+  calendar->add(UCAL_DATE, -((day - first + daysOfWeek) % daysOfWeek), status);
+  std::vector<Date> starts(count);
+  for (auto start = starts.rbegin(); start != starts.rend(); ++start) {
+    // Anew for each: a day may begin later than at midnight.
+    for (const auto field : {UCAL_HOUR_OF_DAY, UCAL_MINUTE, UCAL_SECOND, UCAL_MILLISECOND}) calendar->set(field, 0);
+    *start = timeOf(*calendar);
+    calendar->add(UCAL_DATE, -daysOfWeek, status);
+  }
+  return starts;
 }
 
 std::string formatDate(Date date, std::string_view pattern) {

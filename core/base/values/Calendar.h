@@ -2,9 +2,11 @@
 
 #include "core/base/values/Date.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane {
 
@@ -14,6 +16,10 @@ namespace orvane {
 
 // The same time of day that many days later by the user's calendar and time zone.
 [[nodiscard]] Date addingDays(Date date, std::int64_t days);
+
+// The beginnings of the week of `date` and of those before it, `count` in all, the oldest first: weeks of the user's
+// locale, calendar and time zone.
+[[nodiscard]] std::vector<Date> weekStarts(Date date, std::size_t count);
 
 // `pattern` is a date pattern of Unicode Technical Standard 35, such as "yyyy-MM (MMMM)", in the user's locale and
 // time zone.

@@ -203,6 +203,11 @@ std::vector<Uuid> UndoJournal::lostEntries(const Uuid& runId) {
   return lostAmong(m_model.entries(runId));
 }
 
+std::vector<Uuid> UndoJournal::lostEntries(std::span<const JournalEntry> entries) {
+  const std::lock_guard lock(m_mutex);
+  return lostAmong(entries);
+}
+
 RunRestore::Records UndoJournal::recordsOf(std::span<const JournalEntry> entries) const {
   std::vector<Uuid> ids;
   std::ranges::transform(entries, std::back_inserter(ids), &JournalEntry::id);

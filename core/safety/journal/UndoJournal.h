@@ -61,6 +61,8 @@ class UndoJournal {
   // The entries of a run whose items cannot come back: nothing is in their places any more, or another item. A volume
   // that is not there keeps its items.
   [[nodiscard]] std::vector<Uuid> lostEntries(const Uuid& runId);
+  // The same of entries that may be of several runs.
+  [[nodiscard]] std::vector<Uuid> lostEntries(std::span<const JournalEntry> entries);
 
   // Brings every item of a run back to where it was, under a new name where that place is taken. An item that cannot
   // come back becomes a warning. Throws UndoError when the run is unknown or the journal cannot be read.
