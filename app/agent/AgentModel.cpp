@@ -290,7 +290,11 @@ QString AgentModel::doubt() const {
   if (key.empty()) return {};
   auto text = localizedText(key);
   if (doubt != Doubt::unknownWord) return text;
-  return text.arg(shownName(doubtedWords(readEntries(m_answer->prompt, m_answer->planned), doubt)));
+  QStringList words;
+  for (const auto& word : doubtedWords(readEntries(m_answer->prompt, m_answer->planned), doubt)) {
+    words += localizedText("agent.quoted").arg(shownName(word));
+  }
+  return text.arg(words.join(QStringLiteral(", ")));
 }
 
 QString AgentModel::roomText() const {

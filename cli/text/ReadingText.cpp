@@ -94,7 +94,11 @@ void printBeside(Session& session, const PlacesBeside& beside) {
 
 std::string doubtText(std::string_view prompt, const PlannedAnswer& answer) {
   const auto doubt = answer.understanding.doubt;
-  const auto words = escapedForDisplay(doubtedWords(readEntries(prompt, answer), doubt));
+  std::string words;
+  for (const auto& word : doubtedWords(readEntries(prompt, answer), doubt)) {
+    if (!words.empty()) words += ", ";
+    words += "“" + escapedForDisplay(word) + "”";
+  }
   switch (doubt) {
     case Doubt::negation:
       return "it says what must not go";

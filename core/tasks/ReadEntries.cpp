@@ -111,14 +111,12 @@ std::vector<ReadEntry> readEntries(std::string_view typed, const PlannedAnswer& 
   return entries;
 }
 
-std::string doubtedWords(const std::vector<ReadEntry>& entries, Doubt doubt) {
-  std::string words;
+std::vector<std::string> doubtedWords(const std::vector<ReadEntry>& entries, Doubt doubt) {
+  std::vector<std::string> words;
   for (const auto& entry : entries) {
     const bool decided = (doubt == Doubt::unknownWord && entry.meaning == WordMeaning::none) ||
                          (doubt == Doubt::leftAside && !entry.counts);
-    if (!decided) continue;
-    if (!words.empty()) words += ", ";
-    words += "“" + entry.text + "”";
+    if (decided) words.push_back(entry.text);
   }
   return words;
 }

@@ -30,8 +30,7 @@ struct ReadEntry {
 // month". None of a plan that a model made: how it read the request is not known.
 [[nodiscard]] std::vector<ReadEntry> readEntries(std::string_view typed, const PlannedAnswer& answer);
 
-// The words that decided the doubt, in quotes and separated by commas: those that nobody knows, or that the plan does
-// not follow. Empty where no word did.
-[[nodiscard]] std::string doubtedWords(const std::vector<ReadEntry>& entries, Doubt doubt);
+// The words that decided the doubt: those that nobody knows, or that the plan does not follow. Empty where no word did.
+[[nodiscard]] std::vector<std::string> doubtedWords(const std::vector<ReadEntry>& entries, Doubt doubt);
 
 }  // namespace orvane

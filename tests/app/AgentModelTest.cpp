@@ -137,6 +137,9 @@ TEST_F(AgentModelTest, selectsNothingThatItDidNotUnderstandAndSaysWhy) {
   plan(model, "delete emails older than a year");
   EXPECT_EQ(model.selectedCount(), 0);
   EXPECT_THAT(model.doubt().toStdString(), testing::HasSubstr("“emails”"));
+  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::de);
+  EXPECT_THAT(model.doubt().toStdString(), testing::StartsWith("„emails“ "));
+  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
   model.toggle(firstMatch(model));
   EXPECT_EQ(model.selectedCount(), 1) << "the user may take the plan all the same";
 }

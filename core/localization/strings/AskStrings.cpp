@@ -36,6 +36,7 @@ constexpr std::array askRows{
               {"%1 may change what is meant.", "%1 peut changer le sens.", "%1 kann den Sinn ändern.",
                "%1 で意味が変わるかもしれません。", "%1 때문에 뜻이 달라질 수 있습니다.", "%1 可能会改变意思。",
                "%1 可能會改變意思。", "%1 puede cambiar el sentido."}},
+    StringRow{"agent.quoted", {"“%1”", "«\u00a0%1\u00a0»", "„%1“", "「%1」", "‘%1’", "“%1”", "「%1」", "«%1»"}},
     StringRow{"agent.doubt_aside",
               {"The plan does not follow all of it.", "Le plan n’en suit qu’une partie.",
                "Der Plan folgt ihr nicht ganz.", "プランはその一部だけに従っています。", "계획이 요청 일부만 따릅니다.",
