@@ -4,8 +4,6 @@
 #include "app/common/Places.h"
 #include "app/common/Text.h"
 
-#include <utility>
-
 namespace orvane {
 
 ItemPreview::~ItemPreview() {
@@ -45,6 +43,10 @@ void ItemPreview::close() {
 
 QString ItemPreview::place() const {
   return m_item ? placeText(*m_item) : QString();
+}
+
+QString ItemPreview::shownPlace() const {
+  return m_item ? shownPath(m_item->path(), m_home) : QString();
 }
 
 QString ItemPreview::name() const {

@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <stop_token>
+#include <utility>
 
 namespace orvane {
 
@@ -22,6 +23,8 @@ class ItemPreview : public QObject {
   Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
   Q_PROPERTY(bool isReading READ isReading NOTIFY changed)
   Q_PROPERTY(QString place READ place NOTIFY changed)
+  // The same as the rest of the window shows places.
+  Q_PROPERTY(QString shownPlace READ shownPlace NOTIFY changed)
   Q_PROPERTY(QString name READ name NOTIFY changed)
   Q_PROPERTY(QString text READ text NOTIFY changed)
   Q_PROPERTY(QString picture READ picture NOTIFY changed)
@@ -32,12 +35,14 @@ class ItemPreview : public QObject {
   Q_PROPERTY(double modified READ modified NOTIFY changed)
 
  public:
-  using QObject::QObject;
+  // `home` shows as "~".
+  explicit ItemPreview(FileUrl home) : m_home(std::move(home)) {}
   ~ItemPreview() override;
 
   [[nodiscard]] bool isOpen() const noexcept { return m_item.has_value(); }
   [[nodiscard]] bool isReading() const noexcept { return m_isReading; }
   [[nodiscard]] QString place() const;
+  [[nodiscard]] QString shownPlace() const;
   [[nodiscard]] QString name() const;
   [[nodiscard]] const QString& text() const noexcept { return m_content.text; }
   // The source of a picture or a first page; empty for anything else.
@@ -56,6 +61,7 @@ class ItemPreview : public QObject {
   void changed();
 
  private:
+  FileUrl m_home;
   std::optional<FileUrl> m_item;
   bool m_isReading = false;
   PreviewContent m_content;

@@ -220,7 +220,7 @@ class AppState : public QObject {
   bool m_knowsTray = false;
   int m_theme = SystemTheme;
   bool m_closesToTray = true;
-  ItemPreview m_preview;
+  ItemPreview m_preview{m_services.tasks.home};
   QTimer m_refreshTimer;
   std::stop_source m_scanStop;
   BackgroundQueue m_queue;

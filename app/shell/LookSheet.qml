@@ -41,7 +41,7 @@ Sheet {
 
         CaptionText {
             width: parent.width
-            text: root.preview.place
+            text: root.preview.shownPlace
             elide: Text.ElideMiddle
         }
 

@@ -129,12 +129,13 @@ TEST_F(PreviewContentTest, followsNoLinkAndWaitsForNoPipe) {
 }
 
 TEST_F(PreviewContentTest, theLastOfManyLooksIsTheOneThatShows) {
-  ItemPreview preview;
+  ItemPreview preview{tree.url()};
   for (const auto* name : {"one.txt", "two.txt", "three.txt"}) {
     EXPECT_TRUE(preview.look(QString::fromStdString(tree.file(name, name))));
   }
   ASSERT_TRUE(becomesTrue([&] { return !preview.isReading(); }));
   EXPECT_EQ(preview.name(), "three.txt");
+  EXPECT_EQ(preview.shownPlace(), "~/three.txt");
   EXPECT_EQ(preview.text(), "three.txt");
   preview.close();
   EXPECT_FALSE(preview.isOpen());
