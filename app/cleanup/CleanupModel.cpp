@@ -1,5 +1,6 @@
 #include "app/cleanup/CleanupModel.h"
 
+#include "app/cleanup/CleanupFilters.h"
 #include "app/cleanup/CleanupText.h"
 #include "app/common/Places.h"
 #include "app/common/Text.h"
@@ -14,43 +15,44 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
+#include <chrono>
 #include <utility>
 
 namespace orvane {
 namespace {
 
 constexpr int colorCount = 10;
-constexpr std::chrono::milliseconds shortestArrangeDelay{200};
 constexpr std::chrono::milliseconds countInterval{40};
 
 }  // namespace
 
 CleanupModel::CleanupModel(WindowServices services, AppState& state, QObject* parent)
-    : RunModel(std::move(services), parent), m_state(state), m_items(state.scannedItems()) {
-  m_arrangeTimer.setSingleShot(true);
+    : RunModel(std::move(services), parent),
+      m_state(state),
+      m_items(state.scannedItems()),
+      m_arranger({.ask = [this]() -> CleanupArranger::Question {
+                    return {m_items.snapshot(), m_query};
+                  },
+                  .isGrowing = [this] { return m_state.isScanning(); },
+                  .show = [this](CleanupArrangement arrangement) { show(std::move(arrangement)); }}) {
   m_countTimer.setSingleShot(true);
   connect(&m_countTimer, &QTimer::timeout, this, &CleanupModel::tellCounts);
-  connect(&m_arrangeTimer, &QTimer::timeout, this, &CleanupModel::arrange);
   connect(&m_items, &ScannedItems::begun, this, [this] {
     m_selection.clear();
     setLookAfterUndo({});
     ++m_generation;
+    m_arranger.forget();
     m_scanStart = ReferenceClock::now();
     show({});
   });
   connect(&m_items, &ScannedItems::appended, this, &CleanupModel::takeItems);
-  connect(&m_items, &ScannedItems::presenceChanged, this, [this] { arrange(); });
+  connect(&m_items, &ScannedItems::presenceChanged, &m_arranger, &CleanupArranger::arrange);
   connect(&m_state, &AppState::scanFinished, this, [this] {
     if (m_countTimer.isActive()) tellCounts();
-    arrange();
+    m_arranger.arrange();
   });
   connect(&m_state, &AppState::summaryChanged, this, &CleanupModel::freeBytesChanged);
   connect(this, &CleanupModel::selectionChanged, this, &CleanupModel::freeBytesChanged);
-}
-
-CleanupModel::~CleanupModel() {
-  m_arrangeStop.request_stop();
 }
 
 double CleanupModel::itemCount() const {
@@ -157,18 +159,7 @@ QVariant CleanupModel::itemData(std::uint32_t index, int role) const {
     case IsFolderRole:
       return item.isFolder();
     case LockReasonRole:
-      return lockReason(index);
-    default:
-      return {};
-  }
-}
-
-QString CleanupModel::lockReason(std::uint32_t index) const {
-  switch (scannedMark(m_items.items().item(index)).lock) {
-    case Lock::manualLabel:
-      return labelText(m_items.items().item(index));
-    case Lock::inTrash:
-      return localizedText("cleanup.locked_in_trash");
+      return lockText(item);
     default:
       return {};
   }
@@ -256,47 +247,15 @@ void CleanupModel::setFolderFilter(const QString& folder) {
 }
 
 QVariantList CleanupModel::filters() const {
-  QVariantList result;
-  const auto add = [&result](Filter filter, const QString& text) {
-    result.append(QVariantMap{{QStringLiteral("filter"), filter}, {QStringLiteral("text"), text}});
-  };
-  if (!m_query.searchText.empty()) {
-    add(SearchFilter, localizedText("cleanup.filter_search").arg(shownName(m_query.searchText)));
-  }
-  if (m_query.risk) add(RiskFilter, localizedText("risk." + std::string(rawValue(*m_query.risk))));
-  if (m_query.category) add(CategoryFilter, localizedText("category." + std::string(rawValue(*m_query.category))));
-  if (!m_query.folder.empty()) add(FolderFilter, shownPath(m_query.folder, services().tasks.home));
-  if (!m_query.inside.empty()) add(InsideFilter, shownPath(m_query.inside, services().tasks.home));
-  return result;
+  return filterChips(m_query, services().tasks.home);
 }
 
 void CleanupModel::removeFilter(Filter filter) {
-  auto query = m_query;
-  switch (filter) {
-    case SearchFilter:
-      query.searchText.clear();
-      break;
-    case RiskFilter:
-      query.risk.reset();
-      break;
-    case CategoryFilter:
-      query.category.reset();
-      break;
-    case FolderFilter:
-      query.folder.clear();
-      break;
-    case InsideFilter:
-      query.inside.clear();
-      break;
-  }
-  changeQuery(query);
+  changeQuery(withoutFilter(m_query, static_cast<CleanupFilter>(filter)));
 }
 
 void CleanupModel::clearFilters() {
-  CleanupQuery query;
-  query.order = m_query.order;
-  query.isReversed = m_query.isReversed;
-  changeQuery(query);
+  changeQuery(withoutFilters(m_query));
 }
 
 void CleanupModel::showOnly(const QString& category, const QString& folder) {
@@ -320,9 +279,7 @@ void CleanupModel::changeQuery(const CleanupQuery& query) {
   if (query == m_query) return;
   m_query = query;
   Q_EMIT queryChanged();
-  // Work under way now answers an outdated question.
-  m_arrangeStop.request_stop();
-  arrange();
+  m_arranger.arrangeAnew();
 }
 
 void CleanupModel::takeItems(std::size_t first) {
@@ -332,45 +289,13 @@ void CleanupModel::takeItems(std::size_t first) {
   });
   // Everything that shows a count is worked out again then: once a frame will do.
   if (!m_countTimer.isActive()) m_countTimer.start(countInterval);
-  // Arranging takes longer the more there is: it may not take all the time.
-  if (!m_isArranging && !m_arrangeTimer.isActive()) {
-    m_arrangeTimer.start(std::max(shortestArrangeDelay, 2 * m_lastArrangement));
-  }
-  m_isDirty = true;
+  m_arranger.arrangeLater();
 }
 
 void CleanupModel::tellCounts() {
   m_countTimer.stop();
   Q_EMIT countsChanged();
   Q_EMIT selectionChanged();
-}
-
-void CleanupModel::arrange() {
-  m_arrangeTimer.stop();
-  m_isDirty = true;
-  if (m_isArranging) return;
-  m_isArranging = true;
-  m_isDirty = false;
-  m_arrangeStop = {};
-  m_arrangeQueue.post([this, scanned = m_items.snapshot(), query = m_query, generation = m_generation,
-                       stop = m_arrangeStop.get_token()](const std::stop_token&) {
-    const auto started = std::chrono::steady_clock::now();
-    auto arrangement = arrangeForCleanup(scanned, query, stop);
-    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - started);
-    // Functions that Qt queues are copied.
-    const auto shared = std::make_shared<std::optional<CleanupArrangement>>(std::move(arrangement));
-    callOn(this, [this, shared, took, generation] {
-      m_isArranging = false;
-      m_lastArrangement = took;
-      if (*shared && generation == m_generation) show(*std::move(*shared));
-      if (!m_isDirty) return;
-      if (*shared && m_state.isScanning()) {
-        m_arrangeTimer.start(std::max(shortestArrangeDelay, 2 * m_lastArrangement));
-      } else {
-        arrange();
-      }
-    });
-  });
 }
 
 // Rows are not followed from their old place to their new one: the list keeps its position, and reads anew what it
@@ -512,7 +437,7 @@ void CleanupModel::takeOut(const RunReport& report, int generation) {
 void CleanupModel::followJournal() {
   // The model knows its own moves best.
   if (isWorking() || m_items.items().size() == 0) return;
-  m_arrangeQueue.post([this, services = services(), scanned = m_items.snapshot(), since = m_scanStart,
+  m_journalQueue.post([this, services = services(), scanned = m_items.snapshot(), since = m_scanStart,
                        generation = m_generation](const std::stop_token&) {
     const auto moved = movedSince(services.tasks, scanned.items, scanned.gone, since);
     if (moved.gone.empty() && moved.back.empty()) return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/cleanup/CleanupArrangement.h"
+#include "app/cleanup/CleanupArranger.h"
 #include "app/cleanup/CleanupSections.h"
 #include "app/common/BackgroundQueue.h"
 #include "app/common/RunModel.h"
@@ -13,11 +13,7 @@
 #include <QTimer>
 #include <QVariantList>
 
-#include <array>
-#include <chrono>
 #include <cstdint>
-#include <optional>
-#include <stop_token>
 #include <vector>
 
 namespace orvane {
@@ -73,11 +69,11 @@ class CleanupModel : public orvane::RunModel {
   Q_ENUM(Kind)
   enum Sort { Size, Date, Name, LastUse };
   Q_ENUM(Sort)
+  // In the order of CleanupFilter.
   enum Filter { SearchFilter, RiskFilter, CategoryFilter, FolderFilter, InsideFilter };
   Q_ENUM(Filter)
 
   CleanupModel(WindowServices services, AppState& state, QObject* parent = nullptr);
-  ~CleanupModel() override;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -168,12 +164,9 @@ class CleanupModel : public orvane::RunModel {
   [[nodiscard]] QVariant sectionData(ScanCategory category, int role) const;
   [[nodiscard]] QVariant itemData(std::uint32_t index, int role) const;
   [[nodiscard]] int checkStateOf(const Section& section) const;
-
-  [[nodiscard]] QString lockReason(std::uint32_t index) const;
   void clean(const Selection& selection);
   void takeItems(std::size_t first);
   void tellCounts();
-  void arrange();
   void show(CleanupArrangement arrangement);
   void changeQuery(const CleanupQuery& query);
   void refreshChecks();
@@ -189,14 +182,10 @@ class CleanupModel : public orvane::RunModel {
   orvane::Date m_scanStart;
   int m_generation = 0;  // goes up with each scan: indexes are those of one scan
 
-  QTimer m_arrangeTimer;
   QTimer m_countTimer;
-  bool m_isArranging = false;
-  bool m_isDirty = false;
-  std::stop_source m_arrangeStop;
-  std::chrono::milliseconds m_lastArrangement{0};
+  CleanupArranger m_arranger;
 
-  BackgroundQueue m_arrangeQueue;
+  BackgroundQueue m_journalQueue;
 };
 
 }  // namespace orvane

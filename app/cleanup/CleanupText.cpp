@@ -5,6 +5,7 @@
 #include "core/organizer/records/CloudFolderDetector.h"
 #include "core/scanning/records/FileItem.h"
 #include "core/scanning/records/KeyFiles.h"
+#include "core/tasks/CleanTask.h"
 #include "core/tasks/KnownPlaces.h"
 
 #include <string>
@@ -32,6 +33,17 @@ QString labelText(const FileItem& item) {
   const bool isUnknown = item.riskLabel() == RiskLabel::manual && item.category() == ScanCategory::manualReview;
   if (isUnknown) return localizedText(looksLikeKey(item.url()) ? "cleanup.manual_key" : "cleanup.manual_plain");
   return localizedText("risk." + std::string(rawValue(item.riskLabel())) + ".desc");
+}
+
+QString lockText(const FileItem& item) {
+  switch (scannedMark(item).lock) {
+    case Lock::manualLabel:
+      return labelText(item);
+    case Lock::inTrash:
+      return localizedText("cleanup.locked_in_trash");
+    default:
+      return {};
+  }
 }
 
 QString cloudText(const FileItem& item, const FileUrl& home) {
