@@ -10,6 +10,10 @@ Card {
     id: root
 
     required property AppState appState
+    signal reviewAsked
+
+    readonly property bool hasResult: appState.hasScanned && !appState.isScanning
+                                      && appState.proposedBytes + appState.reviewBytes > 0
 
     implicitHeight: 220
 
@@ -70,8 +74,18 @@ Card {
 
         CaptionText {
             Layout.fillWidth: true
+            visible: !root.hasResult
             text: qsTr("dashboard.promise")
             wrapMode: Text.Wrap
+        }
+
+        // Nothing moves there before it was seen.
+        PrimaryButton {
+            visible: root.hasResult
+            symbol: "cleanup"
+            text: qsTr("dashboard.review").arg(Texts.bytes(root.appState.proposedBytes > 0 ? root.appState.proposedBytes
+                                                                                           : root.appState.reviewBytes))
+            onClicked: root.reviewAsked()
         }
     }
 

@@ -85,6 +85,7 @@ Page {
                 Layout.rowSpan: root.isNarrow ? 1 : 2
                 Layout.preferredWidth: 566
                 appState: root.appState
+                onReviewAsked: root.model.showArea("", "")
             }
 
             FigureCard {

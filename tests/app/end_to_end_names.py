@@ -26,7 +26,8 @@ INTERACTIVE = {
 # Controls to press, one after the other, where a star stands for the end of a name; a text that shows then; the state.
 STATES = [
     (["action.scan"], "Last scan", "Overview, after a scan"),
-    (["nav.cleanup"], "items found", "Cleanup, after a scan"),
+    # The result leads to its items.
+    (["Review *"], "items found", "Cleanup, after a scan"),
     (["Sort by: Size"], "sort.date", "Cleanup, a menu"),
     (["sort.date", "nav.duplicates", "duplicates.search"], "2 copies", "Duplicates, found"),
     (["nav.apps", "Review: Paint"], "Uninstall Paint", "Applications, an uninstallation"),

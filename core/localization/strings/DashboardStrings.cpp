@@ -56,6 +56,8 @@ constexpr std::array dashboardRows{
     StringRow{"dashboard.what_is_reclaimable",
               {"What Is Reclaimable", "Ce qui est récupérable", "Was sich freigeben lässt", "解放できるもの",
                "확보할 수 있는 공간", "可回收的内容", "可回收的內容", "Qué se puede recuperar"}},
+    StringRow{"dashboard.review",
+              {"Review %1", "Examiner %1", "%1 prüfen", "%1 を確認", "%1 검토", "检查 %1", "檢查 %1", "Revisar %1"}},
     StringRow{"dashboard.click_area",
               {"Click an area to review it", "Cliquez sur une zone pour l’examiner",
                "Zum Prüfen auf eine Fläche klicken", "領域をクリックして確認", "영역을 클릭해 검토", "点击区域进行查看",
