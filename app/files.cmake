@@ -13,6 +13,7 @@ set(ORVANE_QML_FILES
   components/ButtonBase.qml
   components/CaptionText.qml
   components/Card.qml
+  components/CardColumns.qml
   components/CheckMark.qml
   components/ColumnHeads.qml
   components/Chip.qml

@@ -178,7 +178,8 @@ Page {
 
                 anchors.right: parent.right
                 y: root.isNarrow ? parent.height - height : 0
-                width: root.isNarrow ? parent.width : 250
+                // In a wide window the names of categories are whole.
+                width: root.isNarrow ? parent.width : root.isWide ? 300 : 250
                 height: implicitHeight
                 isWide: root.isNarrow
                 currentFree: root.model.currentFreeBytes

@@ -11,6 +11,7 @@ FocusScope {
     property alias actions: header.actions
     default property alias content: body.data
     readonly property bool isNarrow: width < Theme.narrow
+    readonly property bool isWide: width >= Theme.wide
     readonly property real bodyHeight: body.height
     // The window is to show its introduction.
     signal introductionAsked

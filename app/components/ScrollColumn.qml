@@ -9,7 +9,6 @@ Flickable {
     id: root
 
     default property alias cards: column.data
-    property real maximumWidth: Infinity
 
     function scrollBy(distance: real) {
         contentY = Math.max(0, Math.min(contentHeight - height, contentY + distance));
@@ -69,7 +68,7 @@ Flickable {
 
         x: 4
         y: 4
-        width: Math.min(root.maximumWidth, root.width - 24)
+        width: root.width - 24
         spacing: Theme.gap
     }
 }

@@ -96,6 +96,8 @@ QtObject {
     readonly property int controlRadius: 8
     // Below this width of the detail area screens put side by side what else stands below one another.
     readonly property int narrow: 780
+    // From this width of the detail area on, they put cards side by side that else stand below one another.
+    readonly property int wide: 1220
 
     readonly property int titleSize: 22
     readonly property int figureSize: 24

@@ -187,8 +187,8 @@ ColumnLayout {
         }
 
         ColumnLayout {
-            Layout.preferredWidth: 250
-            Layout.maximumWidth: 250
+            Layout.preferredWidth: root.width > 1100 ? 320 : 250
+            Layout.maximumWidth: Layout.preferredWidth
             Layout.alignment: Qt.AlignTop
             spacing: 0
 

@@ -13,6 +13,8 @@ Page {
     required property MapModel map
 
     readonly property bool hasResult: appState.hasScanned && !appState.isScanning
+    // Under the other figures, beside the disk.
+    readonly property bool showsTrashAbove: isWide && model.trashCount > 0
 
     function startWork() {
         if (!appState.isScanning)
@@ -72,26 +74,35 @@ Page {
             }
         }
 
-        GridLayout {
+        Item {
+            id: figures
+
+            readonly property int lowHeight: 102
+            // The cards beside the disk's, or below it.
+            readonly property real besideX: root.isNarrow ? 0 : Math.round((width + Theme.gap)
+                                                                        * (root.showsTrashAbove ? 0.46 : 0.63))
+            readonly property real besideY: root.isNarrow ? disk.height + Theme.gap : 0
+            readonly property real besideWidth: width - besideX
+            readonly property bool arePaired: root.isNarrow || root.showsTrashAbove
+            readonly property real lowWidth: arePaired ? Math.floor((besideWidth - Theme.gap) / 2) : besideWidth
+
             Layout.fillWidth: true
-            columns: root.isNarrow ? 2 : 3
-            columnSpacing: Theme.gap
-            rowSpacing: Theme.gap
+            implicitHeight: root.isNarrow ? besideY + lowHeight : disk.height
 
             DiskCard {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                Layout.columnSpan: 2
-                Layout.rowSpan: root.isNarrow ? 1 : 2
-                Layout.preferredWidth: 566
+                id: disk
+
+                width: root.isNarrow ? parent.width : figures.besideX - Theme.gap
+                height: implicitHeight
                 appState: root.appState
                 onReviewAsked: root.model.showArea("", "")
             }
 
             FigureCard {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                Layout.preferredWidth: 326
+                x: figures.besideX
+                y: figures.besideY
+                width: figures.lowWidth
+                height: figures.lowHeight
                 caption: qsTr("dashboard.lifetime_reclaimed")
                 figure: Texts.bytes(root.appState.lifetimeReclaimedBytes)
                 note: root.model.runCount > 0
@@ -101,9 +112,10 @@ Page {
             }
 
             FigureCard {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                Layout.preferredWidth: 326
+                x: figures.arePaired ? figures.besideX + figures.lowWidth + Theme.gap : figures.besideX
+                y: figures.arePaired ? figures.besideY : figures.lowHeight + Theme.gap
+                width: figures.lowWidth
+                height: figures.lowHeight
                 caption: qsTr("dashboard.next_cleanup")
                 figure: root.model.nextScheduledRun > 0 ? Texts.moment(root.model.nextScheduledRun)
                                                        : qsTr("dashboard.not_scheduled")
@@ -112,10 +124,23 @@ Page {
                         + qsTr(root.model.scheduleFrequencyKey)
                       : qsTr("dashboard.not_scheduled_note")
             }
+
+            OnlyWhen {
+                holds: root.showsTrashAbove
+
+                TrashCard {
+                    x: figures.besideX
+                    y: figures.lowHeight + Theme.gap
+                    width: figures.besideWidth
+                    height: figures.lowHeight
+                    appState: root.appState
+                    model: root.model
+                }
+            }
         }
 
         OnlyWhen {
-            holds: root.model.trashCount > 0
+            holds: root.model.trashCount > 0 && !root.showsTrashAbove
 
             TrashCard {
                 Layout.fillWidth: true
@@ -168,8 +193,6 @@ Page {
         property alias caption: content.caption
         property alias figure: content.figure
         property alias note: content.note
-
-        implicitHeight: content.implicitHeight + 2 * padding - 10
 
         Figure {
             id: content

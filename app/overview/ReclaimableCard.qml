@@ -42,7 +42,8 @@ Card {
         Treemap {
             Layout.fillWidth: true
             Layout.topMargin: 2
-            Layout.preferredHeight: 224
+            // A share of the window, as the map's.
+            Layout.preferredHeight: Math.max(224, Math.round((Window.height || 0) * 0.29))
             visible: root.hasAreas
             areas: root.model.areas
             summary: qsTr("dashboard.treemap_summary").arg(root.inWords(root.model.areas))

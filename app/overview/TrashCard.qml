@@ -23,10 +23,12 @@ Card {
             Layout.fillWidth: true
             caption: qsTr("dashboard.in_trash")
             figure: Texts.bytes(root.model.trashBytes)
-            note: Texts.joined([Texts.counted("count.items", root.model.trashCount), root.model.trashOldest > 0
-                    ? qsTr("dashboard.trash_oldest").arg(Texts.age(root.model.trashOldest)) : ""], " · ") + ". "
-                  + qsTr("dashboard.trash_note")
-                  + (root.model.trashIsPartly ? " " + qsTr("dashboard.trash_unanswered") : "")
+            note: Texts.joined([
+                Texts.counted("count.items", root.model.trashCount),
+                root.model.trashOldest > 0 ? qsTr("dashboard.trash_oldest").arg(Texts.age(root.model.trashOldest)) : "",
+                qsTr("dashboard.trash_note"),
+                root.model.trashIsPartly ? qsTr("dashboard.trash_unanswered") : ""
+            ], " · ")
         }
 
         PlainButton {

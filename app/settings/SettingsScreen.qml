@@ -25,115 +25,117 @@ Page {
     Component.onCompleted: model.refresh()
 
     ScrollColumn {
-        maximumWidth: 760
-
-        FolderSettings {
+        CardColumns {
             Layout.fillWidth: true
-            model: root.model
-        }
-
-        KeepSettings {
-            Layout.fillWidth: true
-            model: root.model
-        }
-
-        ScheduleSettingsCard {
-            Layout.fillWidth: true
-            model: root.model
-            overview: root.overview
-        }
-
-        TidySettings {
-            Layout.fillWidth: true
-            model: root.model
-            tidy: root.tidy
-        }
-
-        SettingsCard {
-            Layout.fillWidth: true
-            title: qsTr("settings.general_title")
-
-            SettingRow {
-                label: qsTr("nav.language")
-
-                LanguageButton {
-                    languages: root.languages
+            // Labels stay near their controls.
+            Layout.maximumWidth: isSplit ? 1656 : 760
+            isSplit: root.isWide
+            first: [
+                FolderSettings {
+                    Layout.fillWidth: true
+                    model: root.model
+                },
+                KeepSettings {
+                    Layout.fillWidth: true
+                    model: root.model
+                },
+                ScheduleSettingsCard {
+                    Layout.fillWidth: true
+                    model: root.model
+                    overview: root.overview
+                },
+                TidySettings {
+                    Layout.fillWidth: true
+                    model: root.model
+                    tidy: root.tidy
                 }
-            }
+            ]
+            second: [
+                SettingsCard {
+                    Layout.fillWidth: true
+                    title: qsTr("settings.general_title")
 
-            Divider {
-                Layout.fillWidth: true
-            }
+                    SettingRow {
+                        label: qsTr("nav.language")
 
-            SettingRow {
-                label: qsTr("settings.notifications")
-                note: root.model.notificationsAvailable ? qsTr("settings.notifications_note")
-                                                        : qsTr("settings.notifications_missing")
+                        LanguageButton {
+                            languages: root.languages
+                        }
+                    }
 
-                PlainButton {
-                    visible: !root.model.notificationsAvailable
-                    text: qsTr("settings.allow_notifications")
-                    onClicked: root.model.askForNotifications()
+                    Divider {
+                        Layout.fillWidth: true
+                    }
+
+                    SettingRow {
+                        label: qsTr("settings.notifications")
+                        note: root.model.notificationsAvailable ? qsTr("settings.notifications_note")
+                                                                : qsTr("settings.notifications_missing")
+
+                        PlainButton {
+                            visible: !root.model.notificationsAvailable
+                            text: qsTr("settings.allow_notifications")
+                            onClicked: root.model.askForNotifications()
+                        }
+
+                        Chip {
+                            kind: root.model.notificationsAvailable ? Chip.Kind.Safe : Chip.Kind.Manual
+                            text: root.model.notificationsAvailable ? qsTr("permission.on") : qsTr("permission.off")
+                        }
+                    }
+
+                    Divider {
+                        Layout.fillWidth: true
+                    }
+
+                    SwitchRow {
+                        label: qsTr("settings.launch_at_login")
+                        note: root.tidy.launchAtLoginError
+                        isWarning: true
+                        on: root.tidy.launchAtLogin
+                        onToggleAsked: root.tidy.launchAtLogin = !root.tidy.launchAtLogin
+                    }
+
+                    Divider {
+                        Layout.fillWidth: true
+                    }
+
+                    SwitchRow {
+                        label: qsTr("map.remember")
+                        note: qsTr("map.remember_note")
+                        on: root.map.remembers
+                        onToggleAsked: root.map.setRemembers(!root.map.remembers)
+                    }
+
+                    PlainButton {
+                        Layout.alignment: Qt.AlignRight
+                        text: qsTr("map.forget")
+                        onClicked: root.map.forget()
+                    }
+
+                    Divider {
+                        Layout.fillWidth: true
+                    }
+
+                    SettingRow {
+                        label: qsTr("settings.introduction")
+
+                        PlainButton {
+                            text: qsTr("settings.show_again")
+                            onClicked: root.introductionAsked()
+                        }
+                    }
+                },
+                AppearanceSettings {
+                    Layout.fillWidth: true
+                    appState: root.appState
+                },
+                KeySettings {
+                    Layout.fillWidth: true
+                    model: root.model
+                    tidy: root.tidy
                 }
-
-                Chip {
-                    kind: root.model.notificationsAvailable ? Chip.Kind.Safe : Chip.Kind.Manual
-                    text: root.model.notificationsAvailable ? qsTr("permission.on") : qsTr("permission.off")
-                }
-            }
-
-            Divider {
-                Layout.fillWidth: true
-            }
-
-            SwitchRow {
-                label: qsTr("settings.launch_at_login")
-                note: root.tidy.launchAtLoginError
-                isWarning: true
-                on: root.tidy.launchAtLogin
-                onToggleAsked: root.tidy.launchAtLogin = !root.tidy.launchAtLogin
-            }
-
-            Divider {
-                Layout.fillWidth: true
-            }
-
-            SwitchRow {
-                label: qsTr("map.remember")
-                note: qsTr("map.remember_note")
-                on: root.map.remembers
-                onToggleAsked: root.map.setRemembers(!root.map.remembers)
-            }
-
-            PlainButton {
-                Layout.alignment: Qt.AlignRight
-                text: qsTr("map.forget")
-                onClicked: root.map.forget()
-            }
-
-            Divider {
-                Layout.fillWidth: true
-            }
-
-            SettingRow {
-                label: qsTr("settings.introduction")
-
-                PlainButton {
-                    text: qsTr("settings.show_again")
-                    onClicked: root.introductionAsked()
-                }
-            }
-        }
-
-        AppearanceSettings {
-            Layout.fillWidth: true
-            appState: root.appState
-        }
-
-        KeySettings {
-            Layout.fillWidth: true
-            model: root.model
-            tidy: root.tidy
+            ]
         }
     }
 }

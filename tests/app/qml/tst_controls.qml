@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import Orvane
 
 ComponentCase {
@@ -305,6 +306,49 @@ ComponentCase {
         header.width = 300;
         verify(header.stacked);
         verify(header.implicitHeight > height);
+    }
+
+    Component {
+        id: columnsComponent
+
+        CardColumns {
+            width: 620
+            first: [
+                Card {
+                    objectName: "one"
+                    Layout.fillWidth: true
+                    implicitHeight: 100
+                },
+                Card {
+                    objectName: "two"
+                    Layout.fillWidth: true
+                    implicitHeight: 60
+                }
+            ]
+            second: [
+                Card {
+                    objectName: "three"
+                    Layout.fillWidth: true
+                    implicitWidth: 400
+                    implicitHeight: 40
+                }
+            ]
+        }
+    }
+
+    function test_cards_stand_in_one_column_or_in_two_of_one_width() {
+        const columns = createTemporaryObject(columnsComponent, test) as CardColumns;
+        const place = name => {
+            const card = findChild(columns, name);
+            return card.mapToItem(columns, 0, 0, card.width, card.height);
+        };
+        tryVerify(() => place("three").y === 100 + 60 + 2 * Theme.gap);
+        compare(place("three").width, 620);
+        columns.isSplit = true;
+        tryVerify(() => place("three").y === 0);
+        compare(place("one").width, (620 - Theme.gap) / 2);
+        compare(place("three").width, place("one").width);
+        compare(place("two").y, 100 + Theme.gap);
     }
 
     Component {
