@@ -29,7 +29,7 @@ Row {
         width: Math.min(implicitWidth, root.most - (first.visible ? first.width + root.spacing : 0))
         visible: text !== ""
         color: root.ink
-        text: root.typed !== "" && root.became !== "" ? "→ " + root.became : root.became
+        text: Texts.fromLeft(root.typed !== "" && root.became !== "" ? "→ " + root.became : root.became)
         elide: Text.ElideMiddle
         Accessible.ignored: true
     }

@@ -123,7 +123,7 @@ Item {
             id: detailText
 
             width: parent.width
-            text: root.detail
+            text: Texts.fromLeft(root.detail)
             elide: Text.ElideMiddle
             Accessible.ignored: true
         }

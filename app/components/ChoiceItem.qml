@@ -36,6 +36,7 @@ T.MenuItem {
         color: root.enabled ? Theme.text : Theme.disabled
         font: root.font
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         textFormat: Text.PlainText
         Accessible.ignored: true

@@ -40,7 +40,7 @@ RowLayout {
 
         CaptionText {
             Layout.fillWidth: true
-            text: root.problem === "" ? root.remark : root.path + " · " + root.problem
+            text: Texts.fromLeft(root.problem === "" ? root.remark : root.path + " · " + root.problem)
             color: root.problem === "" ? Theme.muted : Theme.review
             elide: Text.ElideMiddle
             Accessible.ignored: true

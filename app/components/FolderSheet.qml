@@ -50,7 +50,7 @@ Sheet {
 
             BodyText {
                 Layout.fillWidth: true
-                text: listing.shownPath
+                text: Texts.fromLeft(listing.shownPath)
                 elide: Text.ElideMiddle
             }
         }

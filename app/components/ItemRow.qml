@@ -145,7 +145,7 @@ Item {
                 id: second
 
                 width: Math.min(implicitWidth, parent.width - (root.warning === "" ? 0 : Math.min(160, parent.width / 2)))
-                text: root.secondLine
+                text: Texts.fromLeft(root.secondLine)
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
             }

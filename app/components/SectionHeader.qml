@@ -78,7 +78,7 @@ Item {
         anchors.leftMargin: swatch.visible ? 12 : 2
         anchors.verticalCenter: parent.verticalCenter
         width: Math.min(implicitWidth, sizeText.x - x - 12 - Math.min(countText.implicitWidth, 80) - 12)
-        text: root.name
+        text: Texts.fromLeft(root.name)
         Accessible.ignored: true
     }
 

@@ -50,6 +50,12 @@ QtObject {
         return Format.revision >= 0 ? Format.counted(key, value) : "";
     }
 
+    // A path, or parts of a line, that begin at the left whatever the script of the first is: a left-to-right mark before
+    // them (U+200E) sets the direction of the line.
+    function fromLeft(text: string): string {
+        return text === "" ? "" : "\u200e" + text;
+    }
+
     // The texts that are not empty, with the separator between them.
     function joined(texts: var, separator: string): string {
         return texts.filter(text => text !== "").join(separator);

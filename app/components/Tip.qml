@@ -60,6 +60,7 @@ Item {
                 color: Theme.inkOnTooltip
                 font.pixelSize: Theme.captionSize
                 wrapMode: Text.Wrap
+                horizontalAlignment: Text.AlignLeft
                 textFormat: Text.PlainText
             }
 

@@ -8,6 +8,7 @@ T.Label {
     font.pixelSize: Theme.titleSize
     font.weight: Font.DemiBold
     elide: Text.ElideRight
+    horizontalAlignment: Text.AlignLeft
     textFormat: Text.PlainText
     linkColor: Theme.accent
 }

@@ -144,6 +144,7 @@ T.AbstractButton {
                 elide: Text.ElideRight
                 maximumLineCount: heading.wrapsTitle ? 2 : 1
                 wrapMode: heading.wrapsTitle ? Text.Wrap : Text.NoWrap
+                horizontalAlignment: Text.AlignLeft
                 textFormat: Text.PlainText
                 Accessible.ignored: true
             }
@@ -195,6 +196,7 @@ T.AbstractButton {
                     color: Theme.inkOnCategory
                     font.pixelSize: 11
                     elide: Text.ElideRight
+                    horizontalAlignment: Text.AlignLeft
                     textFormat: Text.PlainText
                     Accessible.ignored: true
                 }

@@ -115,7 +115,7 @@ Sheet {
                 id: place
 
                 width: parent.width
-                text: copy.modelData.place
+                text: Texts.fromLeft(copy.modelData.place)
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
             }

@@ -159,7 +159,7 @@ Item {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         visible: !root.isGroup
-        text: root.isGroup ? "" : root.path
+        text: root.isGroup ? "" : Texts.fromLeft(root.path)
         elide: Text.ElideMiddle
         Accessible.ignored: true
     }

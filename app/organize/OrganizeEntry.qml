@@ -120,7 +120,7 @@ Item {
             anchors.leftMargin: 10
             anchors.verticalCenter: parent.verticalCenter
             width: Math.max(80, (size.x - x) / 2 - 20)
-            text: root.isGroup ? "" : root.from
+            text: root.isGroup ? "" : Texts.fromLeft(root.from)
             color: Theme.muted
             elide: Text.ElideMiddle
             Accessible.ignored: true
@@ -145,7 +145,7 @@ Item {
             anchors.right: size.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            text: root.isGroup ? "" : root.reason === "" ? root.to : root.reason
+            text: root.isGroup ? "" : Texts.fromLeft(root.reason === "" ? root.to : root.reason)
             color: root.checkState === Qt.Checked ? Theme.text : Theme.muted
             elide: Text.ElideMiddle
             Accessible.ignored: true

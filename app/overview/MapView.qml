@@ -88,7 +88,7 @@ ColumnLayout {
                 visible: step !== null
                 enabled: index < root.trail.length - 1
                 ink: enabled ? Theme.accent : Theme.text
-                text: (index > 0 ? "› " : "") + name
+                text: index > 0 ? Texts.fromLeft("› " + name) : name
                 Accessible.name: name
                 onClicked: root.model.enter(step.folder)
             }

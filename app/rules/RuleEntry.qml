@@ -109,7 +109,7 @@ Item {
             id: detail
 
             width: parent.width
-            text: root.conditions === "" ? root.description : root.conditions
+            text: Texts.fromLeft(root.conditions === "" ? root.description : root.conditions)
             Accessible.ignored: true
         }
     }

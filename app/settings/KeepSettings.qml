@@ -33,7 +33,7 @@ SettingsCard {
 
             BodyText {
                 Layout.fillWidth: true
-                text: entry.modelData
+                text: Texts.fromLeft(entry.modelData)
                 textFormat: Text.PlainText
                 elide: Text.ElideMiddle
                 Accessible.ignored: true

@@ -76,7 +76,7 @@ Sheet {
                     hasBox: false
                     showsChip: false
                     indent: 16
-                    name: "→ " + modelData.place
+                    name: Texts.fromLeft("→ " + modelData.place)
                     remark: Texts.joined(modelData.names, ", ") + (modelData.count > modelData.names.length ? ", …" : "")
                     warning: modelData.warning
                     warningSymbol: "warning"

@@ -41,7 +41,7 @@ Sheet {
 
         CaptionText {
             width: parent.width
-            text: root.preview.shownPlace
+            text: Texts.fromLeft(root.preview.shownPlace)
             elide: Text.ElideMiddle
         }
 

@@ -155,16 +155,100 @@ ComponentCase {
     Component {
         id: textComponent
 
-        BodyText {
-            width: 300
+        BodyText {}
+    }
+
+    Component {
+        id: titleComponent
+
+        TitleText {}
+    }
+
+    Component {
+        id: entryComponent
+
+        ChoiceItem {}
+    }
+
+    function test_names_from_right_to_left_stay_in_their_column_data() {
+        return [
+            {tag: "text", component: textComponent},
+            {tag: "title", component: titleComponent},
+            {tag: "entry of a menu", component: entryComponent}
+        ];
+    }
+
+    function test_names_from_right_to_left_stay_in_their_column(row) {
+        for (const name of ["تقرير.pdf", "דוח.pdf", "report.pdf"]) {
+            const item = createTemporaryObject(row.component, test, {text: name, width: 300});
+            compare(findLine(item, [name]).effectiveHorizontalAlignment, Text.AlignLeft, name);
         }
     }
 
-    function test_names_from_right_to_left_stay_in_their_column() {
-        for (const name of ["تقرير.pdf", "דוח.pdf", "report.pdf"]) {
-            const label = createTemporaryObject(textComponent, test, {text: name}) as BodyText;
-            compare(label.effectiveHorizontalAlignment, Text.AlignLeft, name);
+    // The text below an item that holds all parts.
+    function findLine(item: Item, parts: var): Text {
+        if (item instanceof Text && parts.every(part => (item as Text).text.includes(part)))
+            return item as Text;
+        for (let i = 0; i < item.children.length; ++i) {
+            const found = findLine(item.children[i], parts);
+            if (found)
+                return found;
         }
+        return null;
+    }
+
+    TextInput {
+        id: ruler
+
+        width: 500
+        horizontalAlignment: TextInput.AlignLeft
+    }
+
+    Component {
+        id: folderComponent
+
+        FolderRow {}
+    }
+
+    Component {
+        id: headerComponent
+
+        SectionHeader {}
+    }
+
+    Component {
+        id: copyComponent
+
+        DuplicateEntry {
+            index: 0
+            kind: 1
+            copies: 2
+            bytes: 1
+            freed: 1
+            date: 0
+            checkState: Qt.Unchecked
+            isKept: false
+            thumbnail: ""
+            symbol: ""
+            expanded: true
+            keptReason: ""
+        }
+    }
+
+    function test_lines_begin_at_the_left_in_any_script_data() {
+        return [
+            {tag: "place and remark", component: rowComponent, given: {place: "صور", remark: "old"}, parts: ["صور", "old"]},
+            {tag: "folder", component: folderComponent, given: {name: "", path: "~/صور"}, parts: ["~", "صور"]},
+            {tag: "group", component: headerComponent, given: {name: "תמונות → Media"}, parts: ["תמונות", "Media"]},
+            {tag: "copy", component: copyComponent, given: {place: "صور", name: "a.jpg"}, parts: ["صور", "a.jpg"]}
+        ];
+    }
+
+    function test_lines_begin_at_the_left_in_any_script(row) {
+        const item = createTemporaryObject(row.component, test, Object.assign({width: 600}, row.given));
+        ruler.text = findLine(item, row.parts).text;
+        const places = row.parts.map(part => ruler.positionToRectangle(ruler.text.indexOf(part)).x);
+        verify(places[0] < places[1], places.join(", "));
     }
 
     function test_treemap_shares_the_room_by_size_data() {
