@@ -12,6 +12,9 @@ Rectangle {
     property string symbol: ""
     // The symbol alone where there is no room for the word too.
     property bool showsText: true
+    // The width that it may take: dots stand for the rest of its text.
+    property real most: Infinity
+    readonly property bool isCut: label.truncated
 
     readonly property color ink: [Theme.safe, Theme.review, Theme.manual, Theme.accentHover][kind]
 
@@ -37,8 +40,12 @@ Rectangle {
         }
 
         Text {
+            id: label
+
             anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, Math.max(0, root.most - 16 - (root.symbol === "" ? 0 : 16)))
             visible: text !== "" && root.showsText
+            elide: Text.ElideMiddle
             text: root.text
             color: root.ink
             font.pixelSize: Theme.captionSize

@@ -14,7 +14,7 @@ RowLayout {
     required property string example
     required property string text
     required property string problemKey
-    property int labelWidth: 150
+    property int labelWidth: 166
     property var allCategories: []
     readonly property bool isNumber: input === RuleEditor.Number || input === RuleEditor.Megabytes
     readonly property bool isCategories: input === RuleEditor.Categories

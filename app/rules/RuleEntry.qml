@@ -156,7 +156,18 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         kind: root.action === "moveToTrash" ? Chip.Kind.Accent
                                             : root.action === "moveToFolder" ? Chip.Kind.Safe : Chip.Kind.Manual
+        // A folder far down leaves the rule's name its room.
+        most: Math.max(96, root.width * 0.3)
         text: root.actionText
+
+        HoverHandler {
+            id: chipHover
+        }
+
+        Tip {
+            text: chip.text
+            shown: chipHover.hovered && chip.isCut
+        }
     }
 
     Divider {

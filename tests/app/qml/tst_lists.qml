@@ -251,6 +251,35 @@ ComponentCase {
         verify(places[0] < places[1], places.join(", "));
     }
 
+    Component {
+        id: ruleComponent
+
+        RuleEntry {
+            index: 0
+            name: "Reports of the Year"
+            description: ""
+            isEnabled: true
+            isBuiltIn: false
+            action: "moveToFolder"
+            conditions: ""
+        }
+    }
+
+    function test_a_rule_keeps_room_for_its_name_data() {
+        return [
+            {tag: "short", path: "~/Documents", isCut: false},
+            {tag: "long", path: "~/Documents/Archive/2026/Reports/For the yearly meeting/Printed", isCut: true}
+        ];
+    }
+
+    function test_a_rule_keeps_room_for_its_name(row) {
+        const rule = createTemporaryObject(ruleComponent, test, {width: 620, id: "rule", actionPath: row.path}) as RuleEntry;
+        const chip = findLine(rule, [row.path]);
+        compare(chip.truncated, row.isCut);
+        verify(!findLine(rule, [rule.name]).truncated);
+        verify(chip.mapToItem(rule, 0, 0).x > 250, "beside the name");
+    }
+
     function test_treemap_shares_the_room_by_size_data() {
         return [
             {tag: "one", sizes: [5]},
