@@ -19,6 +19,8 @@ Item {
     required property string destination
 
     property bool isFocused: false
+    // Whether anything of the plan can be chosen: a mere list has neither boxes nor locks.
+    property bool hasChoice: true
     signal toggled
     signal folded
     signal menuAsked
@@ -34,8 +36,9 @@ Item {
         count: root.isHeader ? Texts.counted("count.files", root.count) : ""
         size: root.isHeader ? Texts.bytes(root.bytes) : ""
         isExpanded: root.expanded
-        hasBox: root.checkState >= 0
+        hasBox: root.hasChoice
         checkState: root.checkState
+        canCheck: root.checkState >= 0
         isFocused: root.isHeader && root.isFocused
         onToggled: root.toggled()
         onFolded: root.folded()
@@ -54,6 +57,9 @@ Item {
         size: root.isHeader ? "" : Texts.bytes(root.bytes)
         checkState: root.checkState
         canCheck: root.checkState >= 0
+        hasBox: root.hasChoice
+        lockReason: root.isHeader || root.checkState >= 0 || !root.hasChoice
+                    ? "" : root.risk === Chip.Kind.Manual ? Texts.riskDescription(root.risk) : root.reason
         isFocused: !root.isHeader && root.isFocused
         onToggled: root.toggled()
         onMenuAsked: root.menuAsked()

@@ -76,6 +76,7 @@ FocusScope {
         }
         delegate: AgentEntry {
             width: list.width
+            hasChoice: root.model.allCheckState >= 0
             isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
             onToggled: {
                 list.currentIndex = index;

@@ -356,8 +356,8 @@ Page {
                     // The requests on offer come first where both have no room.
                     readonly property bool hasRoom: !presets.visible || parent.height > 340
 
-                    anchors.top: parent.top
-                    anchors.bottom: presets.top
+                    anchors.top: presets.bottom
+                    anchors.bottom: parent.bottom
                     width: parent.width
                     visible: (!root.model.hasPlan || root.model.isRefused || root.isElsewhere) && hasRoom
                     drawing: "agent"
@@ -370,8 +370,9 @@ Page {
                 Flow {
                     id: presets
 
-                    anchors.bottom: parent.bottom
-                    anchors.bottomMargin: height > 0 ? 20 : 0
+                    // Near the request that they fill in.
+                    anchors.top: parent.top
+                    anchors.topMargin: height > 0 ? 18 : 0
                     x: 20
                     width: parent.width - 40
                     height: visible ? implicitHeight : 0

@@ -58,7 +58,7 @@ Card {
         Rectangle {
             id: before
 
-            width: 64
+            width: 76
             height: parent.height
             radius: Theme.controlRadius
             color: Theme.manualSoft
@@ -120,7 +120,7 @@ Card {
             id: after
 
             anchors.right: parent.right
-            width: Math.min(106, parent.width / 2)
+            width: Math.min(92, parent.width / 2)
             height: parent.height
 
             Repeater {

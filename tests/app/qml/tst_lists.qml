@@ -252,6 +252,37 @@ ComponentCase {
     }
 
     Component {
+        id: matchComponent
+
+        AgentEntry {
+            width: 600
+            index: 0
+            kind: 1
+            name: "backup.zip"
+            place: "Desktop"
+            reason: "in the Trash already"
+            risk: Chip.Kind.Safe
+            date: 0
+            bytes: 1
+            count: 1
+            expanded: true
+            destination: ""
+        }
+    }
+
+    function shows(item: Item, test: var): bool {
+        return item.visible && (test(item) || Array.from(item.children).some(child => shows(child, test)));
+    }
+
+    function test_a_match_that_cannot_go_has_a_lock_and_no_box() {
+        for (const state of [Qt.Unchecked, -1]) {
+            const match = createTemporaryObject(matchComponent, test, {checkState: state});
+            compare(shows(match, item => item instanceof Icon && (item as Icon).name === "lock"), state < 0);
+            compare(shows(match, item => item instanceof CheckMark), state >= 0);
+        }
+    }
+
+    Component {
         id: ruleComponent
 
         RuleEntry {
