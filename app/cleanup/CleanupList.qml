@@ -37,13 +37,6 @@ FocusScope {
             text: qsTr("action.deselect_all")
             onClicked: root.model.deselectAll()
         }
-
-        LinkButton {
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.isFiltered && root.model.shownCount > 0
-            text: qsTr("cleanup.show_all")
-            onClicked: root.model.clearFilters()
-        }
     }
 
     Flow {
@@ -72,6 +65,14 @@ FocusScope {
             height: 26
             verticalAlignment: Text.AlignVCenter
             text: qsTr("count.of").arg(Texts.count(root.model.shownCount)).arg(Texts.count(root.model.itemCount))
+        }
+
+        LinkButton {
+            implicitHeight: 26
+            visible: root.model.shownCount > 0
+            font.pixelSize: Theme.captionSize
+            text: qsTr("cleanup.show_all")
+            onClicked: root.model.clearFilters()
         }
     }
 

@@ -169,6 +169,9 @@ def stay_inside(window, home):
     window.press("nav.cleanup")
     wait_for("a result", lambda: window.find("action.select_recommended"))
     expect(not cut_off(window), f"Cleanup: {cut_off(window)}")
+    window.type("action.search", "run")
+    wait_for("the way out of the search", lambda: window.find("cleanup.show_all"))
+    expect(not cut_off(window), f"Cleanup, searched: {cut_off(window)}")
     for section in ("duplicates", "apps", "organize", "rules", "agent", "history", "privacy", "settings"):
         window.press("nav." + section)
         expect(not cut_off(window), f"{section}: {cut_off(window)}")
