@@ -10,7 +10,7 @@ T.CheckBox {
     // The box follows what its owner says and never changes by itself: the owner answers `toggleAsked`.
     signal toggleAsked
 
-    implicitWidth: labelShown ? 18 + 10 + label.implicitWidth : 18
+    implicitWidth: labelShown ? label.implicitWidth : 18
     implicitHeight: Math.max(18, labelShown ? label.implicitHeight : 0)
     hoverEnabled: true
     tristate: true
@@ -42,6 +42,7 @@ T.CheckBox {
     contentItem: BodyText {
         id: label
 
+        // Beside the box.
         leftPadding: 28
         visible: root.labelShown
         text: root.labelShown ? root.text : ""

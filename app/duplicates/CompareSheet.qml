@@ -63,7 +63,7 @@ Sheet {
 
         Rectangle {
             width: parent.width
-            height: copy.height - 110
+            height: copy.height - 76
             radius: Theme.controlRadius
             color: Theme.background
             border.color: copy.modelData.isKept ? Theme.accent : Theme.line
@@ -100,7 +100,7 @@ Sheet {
         }
 
         Column {
-            y: copy.height - 102
+            y: copy.height - 68
             width: parent.width
 
             BodyText {

@@ -119,7 +119,9 @@ Item {
             anchors.left: symbol.right
             anchors.leftMargin: 10
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.max(80, (size.x - x) / 2 - 20)
+            // A share of what the widest usual size leaves, so that the arrows stand below one another. The place after
+            // is the longer one.
+            width: Math.max(80, (root.width - 144 - x) * 0.42 - 20)
             text: root.isGroup ? "" : Texts.fromLeft(root.from)
             color: Theme.muted
             elide: Text.ElideMiddle
