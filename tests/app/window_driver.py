@@ -159,7 +159,8 @@ class Window:
         self.atspi.generate_keyboard_event(modifier, None, synth.RELEASE)
 
     def extents(self, control):
-        return control.get_component_iface().get_extents(self.atspi.CoordType.WINDOW)
+        component = control.get_component_iface()  # none of a control that went meanwhile
+        return component and component.get_extents(self.atspi.CoordType.WINDOW)
 
     def place_of(self, name):
         """Its x, y, width and height in the window."""
