@@ -57,6 +57,17 @@ std::string TemporaryTree::folder(std::string_view relative) const {
   return result;
 }
 
+void TemporaryTree::files(std::initializer_list<std::string_view> relatives) const {
+  for (const auto relative : relatives) file(relative);
+}
+
+std::string TemporaryTree::pipe(std::string_view relative) const {
+  auto result = path(relative);
+  createFolders(std::string(parentPath(result)), 0755);
+  if (::mkfifo(result.c_str(), 0600) != 0) throwErrno();
+  return result;
+}
+
 std::string TemporaryTree::link(std::string_view relative, std::string_view target) const {
   auto result = path(relative);
   createFolders(std::string(parentPath(result)), 0755);

@@ -24,6 +24,9 @@ class TemporaryTree {
   // A file of `size` bytes without data.
   std::string sparseFile(std::string_view relative, std::int64_t size) const;
   std::string folder(std::string_view relative) const;
+  // Files with some content.
+  void files(std::initializer_list<std::string_view> relatives) const;
+  std::string pipe(std::string_view relative) const;
   std::string link(std::string_view relative, std::string_view target) const;
 
  private:

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -17,6 +18,8 @@
 
 // The matchers by their plain names, and tables of cases.
 namespace orvane::test {
+
+namespace fs = std::filesystem;
 
 using testing::AllOf;
 using testing::AnyOf;

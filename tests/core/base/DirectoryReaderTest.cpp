@@ -4,7 +4,6 @@
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 
@@ -19,7 +18,7 @@ TEST(DirectoryReader, tellsTheTypeOfEveryEntry) {
   tree.file(".hidden", "");
   tree.folder("folder");
   tree.link("link", "nowhere");
-  ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
+  tree.pipe("pipe");
 
   std::map<std::string, FileType> found;
   auto reader = DirectoryReader::open(AT_FDCWD, tree.path().c_str(), Links::refuse);

@@ -4,10 +4,8 @@
 #include "tests/support/TemporaryTree.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <system_error>
 
 namespace orvane::test {
@@ -24,13 +22,12 @@ TEST(AtomicFile, keepsTheOldContentUntilTheNewOneIsWhole) {
   EXPECT_EQ(contentOf(path), "old");
   AtomicFile::replace(path, "new");
   EXPECT_EQ(contentOf(path), "new");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(tree.path()), {}), 1);
+  EXPECT_EQ(std::distance(fs::directory_iterator(tree.path()), {}), 1);
 }
 
 TEST(ReadFile, neverWaitsOnWhatIsNoFile) {
   const TemporaryTree tree;
-  const auto pipe = tree.path("pipe");
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const auto pipe = tree.pipe("pipe");
   EXPECT_THROW((void)readFile(pipe), std::system_error);
   EXPECT_THROW((void)readFile(tree.path()), std::system_error);
   EXPECT_THROW((void)readFile(tree.file("long", "12345"), 4), std::system_error);
@@ -59,7 +56,7 @@ TEST(FileLock, isNotWaitedForWithoutEnd) {
   } catch (const LockTimeout& error) {
     EXPECT_EQ(error.what(), "process " + std::to_string(::getpid()) + " keeps '" + path + "' locked");
   }
-  ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
+  tree.pipe("pipe");
   EXPECT_THROW(static_cast<void>(FileLock::acquire(tree.path("pipe"))), std::system_error);
 }
 

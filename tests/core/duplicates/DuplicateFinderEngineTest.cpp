@@ -10,7 +10,6 @@
 
 #include <fcntl.h>
 
-#include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -129,7 +128,7 @@ TEST_F(DuplicateFinder, skipsRootsOfCachesAndDevelopers) {
 
 TEST_F(DuplicateFinder, takesOneFileForOneHoweverOftenItIsListed) {
   const auto file = tree.file("a/file", "content");
-  std::filesystem::create_hard_link(file, tree.path("a/second name"));
+  fs::create_hard_link(file, tree.path("a/second name"));
   tree.link("a/link", "file");
   tree.link("link to folder", "a");
   EXPECT_THAT(find({"", "a", "a", "link to folder"}), IsEmpty());
@@ -141,8 +140,8 @@ TEST_F(DuplicateFinder, takesOneFileForOneHoweverOftenItIsListed) {
 }
 
 TEST_F(DuplicateFinder, isNotHeldUpByWhatIsNoFileOrEmpty) {
-  ASSERT_EQ(::mkfifo(tree.path("pipe").c_str(), 0600), 0);
-  ASSERT_EQ(::mkfifo(tree.path("pipe2").c_str(), 0600), 0);
+  tree.pipe("pipe");
+  tree.pipe("pipe2");
   for (const auto* name : {"empty", "empty too"}) tree.file(name, "");
   for (const auto* name : {"a", "b"}) tree.file(name, "x");
   EXPECT_EQ(setsOf(find()), (Sets{{"a", "b"}}));
@@ -158,7 +157,6 @@ TEST_F(DuplicateFinder, findsManyFilesThatDifferLate) {
 }
 
 TEST_F(DuplicateFinder, leavesOutAFileThatChangesDuringTheSearch) {
-  namespace fs = std::filesystem;
   const Rows<const char*, void (*)(const std::string& path)> changes{
       {"shrinks", [](const std::string& path) { fs::resize_file(path, 10); }},
       {"grows", [](const std::string& path) { std::ofstream(path, std::ios::app) << "more"; }},
@@ -259,7 +257,7 @@ class Corpus : public DuplicateFinder, public testing::WithParamInterface<unsign
       if (below(3) != 0) content[places[below(places.size())]] = static_cast<char>('b' + below(2));
       const auto path = tree.file(
           "f" + std::to_string(below(5)) + "/g" + std::to_string(below(5)) + "/" + std::to_string(i), content);
-      if (below(10) == 0) std::filesystem::create_hard_link(path, path + " link");
+      if (below(10) == 0) fs::create_hard_link(path, path + " link");
     }
   }
   // Of two names of one file only one counts; which one is for each program to say.

@@ -2,8 +2,6 @@
 #include "core/duplicates/HashUtility.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <sys/stat.h>
-
 namespace orvane::test {
 namespace {
 
@@ -70,8 +68,7 @@ TEST(HashUtility, readsTheEndsThatTheSizeTells) {
 
 TEST(HashUtility, knowsNothingOfWhatItCannotOpen) {
   const TemporaryTree tree;
-  const auto fifo = tree.path("fifo");
-  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  const auto fifo = tree.pipe("fifo");
   for (const auto& path : {tree.path("missing"), tree.folder("folder"), fifo, tree.link("dangling", "nowhere")}) {
     EXPECT_EQ(HashUtility::computePartialHash(FileUrl(path), 10), std::nullopt) << path;
     EXPECT_EQ(HashUtility::computeFullHash(FileUrl(path)), std::nullopt) << path;

@@ -6,12 +6,8 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
-
-namespace fs = std::filesystem;
 
 class AutoOrganizerTest : public AutoOrganizerFixture {};
 

@@ -1,9 +1,6 @@
 #include "tests/support/OrganizerFixture.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
-
-#include <filesystem>
 
 namespace orvane::test {
 namespace {
@@ -13,14 +10,10 @@ class Organizer : public OrganizerFixture {};
 TEST_F(Organizer, groupsAFoldersOwnEntriesByCategoryInCodePointOrder) {
   tree.file("Downloads/b.pdf", "12345");
   tree.file("Downloads/a.PDF", "123");
-  tree.file("Downloads/x.png");
-  tree.file("Downloads/noext");
-  tree.file("Downloads/.hidden.pdf");
+  tree.files({"Downloads/x.png", "Downloads/noext", "Downloads/.hidden.pdf"});
   tree.file("Downloads/Trip/photo.jpg", "1234");
   tree.file("Downloads/Trip/.cache/more", "12");
-  tree.file("Downloads/PDFs/old.pdf");
-  tree.file("Downloads/PNG Files/old.png");
-  tree.file("Downloads/2024-05 (May)/old.png");
+  tree.files({"Downloads/PDFs/old.pdf", "Downloads/PNG Files/old.png", "Downloads/2024-05 (May)/old.png"});
   learned.rememberPreference("zip", "apples/Zip");
 
   tree.file("Downloads/apples/kept.txt");
@@ -43,21 +36,13 @@ TEST_F(Organizer, groupsAFoldersOwnEntriesByCategoryInCodePointOrder) {
 }
 
 TEST_F(Organizer, walksSubfoldersButKeepsProjectsAndBundlesWhole) {
-  tree.file("Downloads/a.pdf");
-  tree.file("Downloads/Sub/deep/x.mp3");
-  tree.file("Downloads/site/Package.json");
-  tree.file("Downloads/site/index.html");
-  tree.file("Downloads/repo/.git/HEAD");
-  tree.file("Downloads/Library.photoslibrary/originals/1.jpg");
+  tree.files({"Downloads/a.pdf", "Downloads/Sub/deep/x.mp3", "Downloads/site/Package.json", "Downloads/site/index.html",
+              "Downloads/repo/.git/HEAD", "Downloads/Library.photoslibrary/originals/1.jpg"});
   tree.file("Downloads/Media/loose.png");        // a reserved folder is gone through
   tree.file("Downloads/Media/Images/done.png");  // in place
   tree.file("Downloads/Other/package.json");     // no project: its name is reserved
-  tree.file("Downloads/Folders/x/in.pdf");
-  tree.file("Downloads/Projects/y/in.pdf");
-  tree.file("Downloads/Keep As Is/z/in.pdf");
-  tree.file("Downloads/Sub/PDFs/in.pdf");
-  tree.file("Downloads/Sub/PDFs/unsorted/out.pdf");
-  tree.file("Downloads/.cache/in.pdf");
+  tree.files({"Downloads/Folders/x/in.pdf", "Downloads/Projects/y/in.pdf", "Downloads/Keep As Is/z/in.pdf",
+              "Downloads/Sub/PDFs/in.pdf", "Downloads/Sub/PDFs/unsorted/out.pdf", "Downloads/.cache/in.pdf"});
 
   const auto moves = movesOf(analyze(Subfolders::include));
   EXPECT_THAT(moves, UnorderedElementsAre(
@@ -72,11 +57,8 @@ TEST_F(Organizer, walksSubfoldersButKeepsProjectsAndBundlesWhole) {
 }
 
 TEST_F(Organizer, givesNoTwoProposalsOneTarget) {
-  tree.file("Downloads/a/x.pdf");
-  tree.file("Downloads/b/x.pdf");
-  tree.file("Downloads/c/x.pdf");
-  tree.file("Downloads/d/x (1).pdf");
-  tree.file("Downloads/Organized/Documents/PDFs/x (2).pdf");
+  tree.files({"Downloads/a/x.pdf", "Downloads/b/x.pdf", "Downloads/c/x.pdf", "Downloads/d/x (1).pdf",
+              "Downloads/Organized/Documents/PDFs/x (2).pdf"});
   const auto moves = movesOf(analyze(Subfolders::include));
   const std::string to = "Downloads/Organized/Documents/PDFs/";
   EXPECT_THAT(moves, ElementsAre(Pair("a/x.pdf", to + "x.pdf"), Pair("b/x.pdf", to + "x (1).pdf"),
@@ -84,10 +66,8 @@ TEST_F(Organizer, givesNoTwoProposalsOneTarget) {
 }
 
 TEST_F(Organizer, leavesWhatIsInItsPlaceAndNeverMovesAFolderIntoItself) {
-  tree.file("Downloads/Archives/x.zip");
-  tree.file("Downloads/Archives/y.pdf");
-  tree.file("Downloads/Other/z");
-  tree.file("Downloads/Media/Images/a.png");
+  tree.files(
+      {"Downloads/Archives/x.zip", "Downloads/Archives/y.pdf", "Downloads/Other/z", "Downloads/Media/Images/a.png"});
   const auto here = tree.url("Downloads");
   EXPECT_THAT(engine.analyzeFolder(here, here, Subfolders::keepWhole, OrganizationStrategy::byCategory), IsEmpty());
   EXPECT_THAT(movesOf(engine.analyzeFolder(here, here, Subfolders::include, OrganizationStrategy::byCategory)),
@@ -120,7 +100,7 @@ TEST_F(Organizer, leavesLinksAndSpecialFilesAlone) {
   const auto outside = tree.file("Elsewhere/secret.pdf");
   tree.link("Downloads/file.pdf", outside);
   tree.link("Downloads/folder", tree.path("Elsewhere"));
-  ASSERT_EQ(::mkfifo(tree.path("Downloads/pipe.pdf").c_str(), 0600), 0);
+  tree.pipe("Downloads/pipe.pdf");
   EXPECT_THAT(analyze(), IsEmpty());
   EXPECT_THAT(analyze(Subfolders::include), IsEmpty());
 }
@@ -183,9 +163,7 @@ TEST_F(Organizer, aRenamedGroupIsRememberedForItsExtensions) {
 }
 
 TEST_F(Organizer, groupsRenamedToOneNameShareNoTarget) {
-  tree.file("Downloads/a/x.pdf");
-  tree.file("Downloads/b/x.pdf");
-  tree.file("Downloads/c/y.txt");
+  tree.files({"Downloads/a/x.pdf", "Downloads/b/x.pdf", "Downloads/c/y.txt"});
   auto groups = analyze(Subfolders::include);
   const auto root = tree.url("Downloads/Organized");
   auto twin = groups[0];

@@ -5,12 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
-
-namespace fs = std::filesystem;
 
 class OrganizerRun : public OrganizerFixture {
  protected:
@@ -77,10 +73,7 @@ TEST_F(OrganizerRun, aRoundTripLeavesEveryItemAsItWas) {
 }
 
 TEST_F(OrganizerRun, movesTheRestWhenSomeCannotMove) {
-  tree.file("Downloads/a.pdf");
-  tree.file("Downloads/b.pdf");
-  tree.file("Downloads/c.pdf");
-  tree.file("Downloads/d.pdf");
+  tree.files({"Downloads/a.pdf", "Downloads/b.pdf", "Downloads/c.pdf", "Downloads/d.pdf"});
   auto groups = analyze();
   auto& moves = groups[0].moves;
   moves[0].originalURL = FileUrl(tree.file("Elsewhere/a.pdf"));

@@ -57,9 +57,7 @@ TEST_F(TopicGroupingTest, givesEveryMoveAPlaceOfItsOwn) {
 
 // There the kinds stand right in the destination.
 TEST_F(TopicGroupingTest, worksInAFolderOfDocuments) {
-  tree.file("Documents/tax.pdf");
-  tree.file("Documents/letter.docx");
-  tree.file("Documents/song.mp3");
+  tree.files({"Documents/tax.pdf", "Documents/letter.docx", "Documents/song.mp3"});
   tree.folder("Documents/Organized/Holidays");
   tree.folder("Documents/Organized/Media");
   topics.answers = {{"tax.pdf", "Taxes"}, {"song.mp3", "Music"}};

@@ -5,10 +5,7 @@
 #include "core/plans/records/CleaningPlan.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
-
-#include <filesystem>
 
 namespace orvane::test {
 namespace {
@@ -151,8 +148,7 @@ TEST_F(PlanExecutorTest, standsByActionAndRisk) {
 
 TEST_F(PlanExecutorTest, movesOnlyRegularFilesDirectlyInTheFolder) {
   const auto file = tree.file("Downloads/report.pdf");
-  const auto pipe = tree.path("Downloads/pipe.pdf");
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const auto pipe = tree.pipe("Downloads/pipe.pdf");
   const auto results = moves({tree.file("Downloads/sub/inner.pdf"), file, tree.folder("Downloads/bundle.pdf"),
                               tree.link("Downloads/link.pdf", "report.pdf"), tree.path("Downloads/gone.pdf"), pipe},
                              tree.path("Downloads"), "~/x");
@@ -172,8 +168,7 @@ TEST_F(PlanExecutorTest, tellsFilesApartInAFullFolderToo) {
   const auto results = moves(paths, tree.path("Downloads"), "/x");
   EXPECT_THAT(results, SizeIs(100));
   for (const auto& result : results) {
-    EXPECT_TRUE(std::filesystem::symlink_status(result.item.url().path()).type() ==
-                std::filesystem::file_type::regular);
+    EXPECT_TRUE(fs::symlink_status(result.item.url().path()).type() == fs::file_type::regular);
   }
 }
 
@@ -295,7 +290,7 @@ TEST_F(PlanExecutorTest, leavesAloneAFileThatTookTheNameOfTheOneLookedAt) {
     items.emplace_back(std::move(fields));
   }
   const auto results = PlanExecutor::dryRun(planWith({stepOf(PlannedAction::trash, {})}), items, now);
-  std::filesystem::remove(swapped);
+  fs::remove(swapped);
   tree.file("Downloads/swapped", "somebody's only copy");
   const auto summary = execute(results);
   EXPECT_EQ(summary.itemsProcessed, 1);
@@ -317,7 +312,7 @@ TEST_F(PlanExecutorTest, aDestinationOutsideTheRootsChangesNothing) {
     ASSERT_THAT(results, SizeIs(1));
     EXPECT_EQ(execute(results).itemsProcessed, 0);
     EXPECT_EQ(contentOf(file), "stays");
-    EXPECT_TRUE(std::filesystem::is_empty(tree.path("Elsewhere")));
+    EXPECT_TRUE(fs::is_empty(tree.path("Elsewhere")));
     EXPECT_FALSE(exists(tree.path("New")) || exists(tree.path(".ssh")));
     EXPECT_THAT(journal->getRuns(), IsEmpty());
   }

@@ -3,8 +3,6 @@
 #include "tests/support/CleanupRules.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -17,7 +15,7 @@ std::vector<std::string_view> faultyPartsOf(const CleanupRule& rule) {
 TEST(RuleCheck, refusesATriggerThatNarrowsNothing) {
   const TemporaryTree tree;
   tree.folder("home");
-  std::filesystem::create_symlink(tree.path("home"), tree.path("link"));
+  fs::create_symlink(tree.path("home"), tree.path("link"));
   const ScopedEnvironment home("HOME", tree.path("link").c_str());
   const std::vector<ScanCategory> all(allScanCategories.begin(), allScanCategories.end());
   const std::vector<ScanCategory> allButManual(all.begin(), all.end() - 1);

@@ -6,8 +6,6 @@
 
 #include <fcntl.h>
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -109,7 +107,7 @@ TEST_F(RuleEngineTest, leavesAFileThatIsNotTheOneThatWasFound) {
   fields.url = FileUrl(file);
   fields.category = ScanCategory::oldDownloads;
   fields.identity = ItemIdentity::of(*readFileStatus(AT_FDCWD, file.c_str()));
-  std::filesystem::remove(file);
+  fs::remove(file);
   tree.file("Downloads/a.txt");
   const std::vector rules{ruleFor("rule", {}, RuleAction::moveToTrash())};
   EXPECT_EQ(engine.executeRules(rules, std::vector{FileItem(fields)}, roots()).itemsProcessed, 0);

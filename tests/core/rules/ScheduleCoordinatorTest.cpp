@@ -6,8 +6,6 @@
 #include "tests/support/RecordingCenter.h"
 #include "tests/support/TaskFixture.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -60,7 +58,7 @@ TEST_F(ScheduleCoordinatorTest, asksOnceAndMovesWhatWasShown) {
   EXPECT_EQ(coordinator.carryOutScheduledRun({.approve = answering(false)}).moved(), 0);
   EXPECT_TRUE(exists(file));
   EXPECT_FALSE(coordinator.getSettings().lastRunDate);
-  std::filesystem::remove(tree.path("Downloads/arrived.log"));
+  fs::remove(tree.path("Downloads/arrived.log"));
   EXPECT_EQ(coordinator.carryOutScheduledRun({.approve = answering(true)}).moved(), 1);
   EXPECT_FALSE(exists(file));
   EXPECT_TRUE(exists(tree.path("Downloads/arrived.log")));
@@ -90,12 +88,8 @@ std::vector<std::string> namesOf(const std::vector<FileItem>& items) {
 
 TEST(ScheduleCandidatesTest, takesEveryFileOnce) {
   const TemporaryTree tree;
-  tree.file("Downloads/a.log");
-  tree.file("Downloads/.hidden/b.log");
-  tree.file("Downloads/.c.log");
-  tree.file("Downloads/Player.app/Contents/d.log");
-  tree.file("Downloads/node_modules/e.log");
-  tree.file("Downloads/deep/er/f\xff.log");
+  tree.files({"Downloads/a.log", "Downloads/.hidden/b.log", "Downloads/.c.log", "Downloads/Player.app/Contents/d.log",
+              "Downloads/node_modules/e.log", "Downloads/deep/er/f\xff.log"});
   tree.link("Downloads/link.log", tree.path("Downloads/a.log"));
   tree.file("Library/Preferences/com.example.plist");
   const auto items = scheduleCandidates(std::vector{tree.url("Downloads/deep"), tree.url("Downloads"),

@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <filesystem>
 
 namespace orvane::test {
 namespace {
@@ -35,7 +34,7 @@ TEST_F(CleanupRunTest, movesEachItemWithItsRecordAndJournalsIt) {
     EXPECT_EQ(entries[i].action, JournalAction::trashed);
   }
   EXPECT_EQ(contentOf(outcomes[1].destination.path() + "/main.c"), "int main;");
-  EXPECT_EQ(std::filesystem::read_symlink(outcomes[2].destination.path()), "report.pdf");
+  EXPECT_EQ(fs::read_symlink(outcomes[2].destination.path()), "report.pdf");
   const auto runs = journal->getRuns();
   ASSERT_EQ(runs.size(), 1U);
   EXPECT_EQ(runs[0].itemCount, 3);
@@ -48,7 +47,7 @@ TEST_F(CleanupRunTest, restoreGivesBackContentModeTimesAttributesAndLinks) {
   ASSERT_EQ(::setxattr(file.c_str(), "user.note", "keep", 4, 0), 0);
   const auto folder = tree.folder("Downloads/linked");
   tree.file("Downloads/linked/a", "same inode");
-  std::filesystem::create_hard_link(tree.path("Downloads/linked/a"), tree.path("Downloads/linked/b"));
+  fs::create_hard_link(tree.path("Downloads/linked/a"), tree.path("Downloads/linked/b"));
   setAge(file, 86400.25);
   setAge(folder, 172800.5);
   struct stat fileBefore {};
@@ -57,7 +56,7 @@ TEST_F(CleanupRunTest, restoreGivesBackContentModeTimesAttributesAndLinks) {
   ASSERT_EQ(::lstat(folder.c_str(), &folderBefore), 0);
 
   const auto outcomes = clean({file, folder});
-  std::filesystem::remove_all(tree.path("Downloads/deep"));
+  fs::remove_all(tree.path("Downloads/deep"));
   const auto result = journal->restoreRun(lastRun);
 
   EXPECT_EQ(result.restoredCount, 2);
@@ -72,7 +71,7 @@ TEST_F(CleanupRunTest, restoreGivesBackContentModeTimesAttributesAndLinks) {
   EXPECT_EQ(::getxattr(file.c_str(), "user.note", note.data(), note.size()), 4);
   ASSERT_EQ(::lstat(folder.c_str(), &after), 0);
   EXPECT_EQ(after.st_mtim.tv_nsec, folderBefore.st_mtim.tv_nsec);
-  EXPECT_EQ(std::filesystem::hard_link_count(tree.path("Downloads/linked/a")), 2U);
+  EXPECT_EQ(fs::hard_link_count(tree.path("Downloads/linked/a")), 2U);
   for (const auto& outcome : outcomes) EXPECT_FALSE(exists(recordOf(outcome.destination)));
   for (const auto& entry : journal->getEntries(lastRun)) EXPECT_EQ(entry.action, JournalAction::restored);
   EXPECT_TRUE(journal->getRuns()[0].isRestored);
@@ -144,7 +143,7 @@ TEST_F(CleanupRunTest, anItemThatIsNoLongerWhatWasApprovedStays) {
 
 TEST_F(CleanupRunTest, withoutAJournalNothingMoves) {
   const auto path = tree.file("Downloads/a");
-  std::filesystem::remove_all(journalFolder());
+  fs::remove_all(journalFolder());
   tree.file("State", "a file where the journal's folder should be");
   const auto outcomes = clean({path});
   EXPECT_EQ(outcomes[0].result, MoveResult::failed);

@@ -4,12 +4,8 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct Interruption {
   std::string action;  // of the driver

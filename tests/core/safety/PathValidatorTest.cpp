@@ -22,9 +22,7 @@ class PathValidatorTest : public testing::Test {
  protected:
   PathValidatorTest() {
     m_tree.folder("home/Downloads");
-    m_tree.file("home/.ssh/id_rsa");
-    m_tree.file("home/Code/project/.git/config");
-    m_tree.file("other/secret");
+    m_tree.files({"home/.ssh/id_rsa", "home/Code/project/.git/config", "other/secret"});
   }
 
   // "~" stands for the home folder and "^" for the tree's top.

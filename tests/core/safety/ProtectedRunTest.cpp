@@ -2,8 +2,6 @@
 #include "tests/support/KeptPlaces.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -21,7 +19,7 @@ class ProtectedRun : public SafetyFixture {
   [[nodiscard]] std::vector<std::string> places() const {
     std::vector<std::string> result{tree.path()};
     for (const auto& place : keptPlaces) {
-      for (auto path = std::filesystem::path(place.path); !path.empty(); path = path.parent_path()) {
+      for (auto path = fs::path(place.path); !path.empty(); path = path.parent_path()) {
         // Nothing in it tells that a folder of its name could hold such a place.
         if (path != "Games") result.push_back(tree.path(path.string()));
       }

@@ -10,8 +10,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -57,7 +55,7 @@ class UndoJournalTest : public SafetyFixture {
 
   [[nodiscard]] std::vector<std::string> filesInState() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(journalFolder())) {
+    for (const auto& entry : fs::directory_iterator(journalFolder())) {
       names.push_back(entry.path().filename().string());
     }
     return names;
@@ -129,9 +127,9 @@ TEST_F(UndoJournalTest, setsADamagedFileAsideAndStartsAnew) {
 // Another kind of file in the place of the journal or of a log: nothing waits for it, and nothing replaces it.
 TEST_F(UndoJournalTest, movesNothingWhileTheJournalCannotBeRead) {
   const Rows<const char*, void (*)(const std::string&)> kinds{
-      {"a folder", [](const std::string& path) { std::filesystem::create_directory(path); }},
+      {"a folder", [](const std::string& path) { fs::create_directory(path); }},
       {"a pipe", [](const std::string& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }},
-      {"a device", [](const std::string& path) { std::filesystem::create_symlink("/dev/zero", path); }},
+      {"a device", [](const std::string& path) { fs::create_symlink("/dev/zero", path); }},
   };
   const auto item = tree.file("Downloads/a.txt");
   const Uuid dead = Uuid::random();
@@ -140,7 +138,7 @@ TEST_F(UndoJournalTest, movesNothingWhileTheJournalCannotBeRead) {
     clean({item});
     const auto run = lastRun;
     leaveLog({}, dead);
-    std::filesystem::rename(journalPath(), tree.path("kept"));
+    fs::rename(journalPath(), tree.path("kept"));
     make(journalPath());
     reopenJournal();
     EXPECT_FALSE(journal->isReadable());
@@ -150,12 +148,12 @@ TEST_F(UndoJournalTest, movesNothingWhileTheJournalCannotBeRead) {
     EXPECT_THAT(clean({other}).front().error, HasSubstr("Nothing was moved"));
     journal->record(entryOf(Uuid::random(), 1));
     EXPECT_TRUE(exists(other));
-    EXPECT_FALSE(std::filesystem::is_regular_file(journalPath()));
-    std::filesystem::remove(journalPath());
-    std::filesystem::rename(tree.path("kept"), journalPath());
+    EXPECT_FALSE(fs::is_regular_file(journalPath()));
+    fs::remove(journalPath());
+    fs::rename(tree.path("kept"), journalPath());
     EXPECT_EQ(journal->restoreRun(run).restoredCount, 1);
     EXPECT_THAT(filesInState(), Not(Contains(HasSubstr("damaged"))));
-    std::filesystem::remove(tree.path("State/" + RunLog::fileName(dead)));
+    fs::remove(tree.path("State/" + RunLog::fileName(dead)));
   }
 }
 
@@ -222,13 +220,13 @@ TEST_F(UndoJournalTest, whatIsGoneBecomesAWarning) {
 
 TEST_F(UndoJournalTest, aJournalOfATerabyteIsNotReadToItsEnd) {
   clean({tree.file("Downloads/a.txt")});
-  std::filesystem::rename(journalPath(), tree.path("kept"));
+  fs::rename(journalPath(), tree.path("kept"));
   tree.sparseFile("State/undo_journal.json", std::int64_t{1} << 40);
   tree.sparseFile("State/undo_journal.8B0C9C1E-5E0B-4C8E-9B1E-4C2D1E3F4A5B.log", std::int64_t{1} << 40);
   reopenJournal();
   EXPECT_FALSE(journal->isReadable());
   EXPECT_EQ(clean({tree.file("Downloads/b.txt")}).front().result, MoveResult::failed);
-  std::filesystem::rename(tree.path("kept"), journalPath());
+  fs::rename(tree.path("kept"), journalPath());
   reopenJournal();
   EXPECT_EQ(journal->getRuns().size(), 1U);
   EXPECT_THAT(journal->takeNotices(), ElementsAre(HasSubstr("File too large")));
@@ -241,11 +239,11 @@ TEST_F(UndoJournalTest, countsWhatIsLeftToBringBack) {
   EXPECT_EQ(journal->remainingCount(lastRun), 2);
   EXPECT_EQ(journal->remainingCount(Uuid::random()), 0);
   // As on a volume that is not mounted.
-  std::filesystem::rename(trashPath(), tree.path("Unplugged"));
+  fs::rename(trashPath(), tree.path("Unplugged"));
   EXPECT_EQ(journal->restoreRun(lastRun).warnings.size(), 2U);
   EXPECT_TRUE(journal->getRuns().front().isRestored);
   EXPECT_EQ(journal->remainingCount(lastRun), 2);
-  std::filesystem::rename(tree.path("Unplugged"), trashPath());
+  fs::rename(tree.path("Unplugged"), trashPath());
   ASSERT_EQ(::unlink(outcomes[1].destination.path().c_str()), 0);
   EXPECT_EQ(journal->remainingCount(lastRun), 1);
   EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
@@ -263,8 +261,8 @@ TEST_F(UndoJournalTest, anItemThatTookTheNameInTheTrashStaysThere) {
   EXPECT_EQ(journal->restoreRun(run).restoredCount, 0);
   EXPECT_FALSE(exists(path));
   EXPECT_EQ(contentOf(trashed.path()), "another's");
-  std::filesystem::remove(trashed.path());
-  std::filesystem::remove(recordOf(trashed));
+  fs::remove(trashed.path());
+  fs::remove(recordOf(trashed));
   // One of a run of its own, from the same place.
   tree.file("Downloads/a.txt", "second");
   ASSERT_EQ(clean({path}).front().destination, trashed);
@@ -279,16 +277,16 @@ TEST_F(UndoJournalTest, followsNoLinkThatTookTheFoldersName) {
   const auto path = tree.file("Downloads/folder/a.txt", "mine");
   const auto trashed = clean({path}).front().destination;
   const auto elsewhere = tree.folder("Elsewhere");
-  std::filesystem::remove(tree.path("Downloads/folder"));
+  fs::remove(tree.path("Downloads/folder"));
   tree.link("Downloads/folder", elsewhere);
   for (const bool hasRecords : {true, false}) {
-    if (!hasRecords) std::filesystem::remove(tree.path("State/undo_journal.items"));
+    if (!hasRecords) fs::remove(tree.path("State/undo_journal.items"));
     const auto result = journal->restoreRun(lastRun);
     EXPECT_THAT(result.warnings, ElementsAre(HasSubstr("now a link")));
     EXPECT_EQ(contentOf(trashed.path()), "mine");
-    EXPECT_TRUE(std::filesystem::is_empty(elsewhere));
+    EXPECT_TRUE(fs::is_empty(elsewhere));
   }
-  std::filesystem::remove(tree.path("Downloads/folder"));
+  fs::remove(tree.path("Downloads/folder"));
   EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
   EXPECT_EQ(contentOf(path), "mine");
 }
@@ -427,8 +425,8 @@ TEST_F(UndoJournalTest, settlesWhatADeadRunLeftBehind) {
     for (const std::string name : {"stayed.txt", "moved.txt"}) {
       tree.file(".local/share/Trash/info/" + name + ".trashinfo", "[Trash Info]\n");
     }
-    std::filesystem::rename(moved, inTrash("moved.txt").path());
-    std::filesystem::remove(gone);
+    fs::rename(moved, inTrash("moved.txt").path());
+    fs::remove(gone);
     // A run that lives is left alone.
     reopenJournal();
     EXPECT_TRUE(journal->getEntries(runId).empty());
@@ -459,16 +457,16 @@ TEST_F(UndoJournalTest, keepsTheLogOfADeadRunUntilEverythingIsTakenBack) {
   const auto log = tree.path("State/" + RunLog::fileName(runId));
   leaveLog({intentFor(path, inTrash("a.txt")), copy}, runId);
   // A folder where the record should be: it can be no more removed than on a disk that fails.
-  std::filesystem::remove(record);
-  std::filesystem::create_directory(record);
-  std::filesystem::rename(tree.path("Volume"), tree.path("Unplugged"));
+  fs::remove(record);
+  fs::create_directory(record);
+  fs::rename(tree.path("Volume"), tree.path("Unplugged"));
   reopenJournal();
   EXPECT_TRUE(exists(log));
-  std::filesystem::rename(tree.path("Unplugged"), tree.path("Volume"));
+  fs::rename(tree.path("Unplugged"), tree.path("Volume"));
   reopenJournal();
   EXPECT_FALSE(exists(partial));
   EXPECT_TRUE(exists(log));
-  std::filesystem::remove(record);
+  fs::remove(record);
   EXPECT_EQ(writeRecord(path), record);
   reopenJournal();
   EXPECT_FALSE(exists(record) || exists(log));
@@ -482,7 +480,7 @@ TEST_F(UndoJournalTest, settlesADeadRunWhoseItemALivingOneHas) {
   RunLog living(journalFolder(), Uuid::random());
   living.appendIntent(intentFor(path, inTrash("a.2.txt")));
   living.sync();
-  std::filesystem::rename(path, inTrash("a.2.txt").path());
+  fs::rename(path, inTrash("a.2.txt").path());
   reopenJournal();
   EXPECT_FALSE(exists(record));
   EXPECT_THAT(journal->takeNotices(), IsEmpty());
@@ -518,7 +516,7 @@ TEST_F(UndoJournalTest, recordsAnItemOnceThatTwoDeadRunsWanted) {
   const auto path = tree.file("Downloads/a.txt");
   tree.folder(".local/share/Trash/files");
   for (const auto& run : {Uuid::random(), Uuid::random()}) leaveLog({intentFor(path, inTrash("a.txt"), run)}, run);
-  std::filesystem::rename(path, inTrash("a.txt").path());
+  fs::rename(path, inTrash("a.txt").path());
   reopenJournal();
   EXPECT_EQ(journal->getRuns().size(), 1U);
   EXPECT_THAT(journal->takeNotices(), IsEmpty());
@@ -532,8 +530,8 @@ TEST_F(UndoJournalTest, anItemThatLeftAgainAfterARestoreIsAwayOnce) {
     const auto trashed = clean({path}).front().destination;
     const auto first = lastRun;
     leaveLog({intentToRestore(onlyEntry())});
-    std::filesystem::rename(trashed.path(), path);
-    std::filesystem::remove(recordOf(trashed));
+    fs::rename(trashed.path(), path);
+    fs::remove(recordOf(trashed));
     if (newPlace != std::string("a.txt")) tree.file(".local/share/Trash/files/a.txt", "another's");
     const auto again = clean({path}).front().destination;
     EXPECT_EQ(again.lastPathComponent(), newPlace);
@@ -569,7 +567,7 @@ TEST_F(UndoJournalTest, whatCameBackStaysBackWhenTheClockWasSetBack) {
   auto intent = intentToRestore(onlyEntry());
   intent.entry.timestamp -= ReferenceClock::duration(3600);
   leaveLog({intent});
-  std::filesystem::rename(trashed.path(), path);
+  fs::rename(trashed.path(), path);
   for (int start = 0; start < 2; ++start) {
     reopenJournal();
     EXPECT_EQ(onlyEntry().action, JournalAction::restored);

@@ -184,10 +184,7 @@ TEST_F(StorageScannerTest, skipsSpecialFilesButCountsThem) {
 }
 
 TEST_F(StorageScannerTest, goesThroughRootsInOrderAndFoldersDepthFirst) {
-  m_tree.file("home/b/2/x");
-  m_tree.file("home/b/1/y");
-  m_tree.file("home/b/z");
-  m_tree.file("home/a/w");
+  m_tree.files({"home/b/2/x", "home/b/1/y", "home/b/z", "home/a/w"});
   const auto result = scan({m_tree.url("home/b"), m_tree.url("home/a"), m_tree.url("home/b/1")});
   const auto paths = result.relativePaths();
   ASSERT_EQ(paths.size(), 5U);

@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <barrier>
-#include <filesystem>
 #include <random>
 #include <thread>
 
@@ -55,7 +54,7 @@ class DuplicatesTask : public TaskFixture {
   // Of the files in ~/Downloads; what is in the Trash does not count.
   std::multiset<std::string> contents() const {
     std::multiset<std::string> result;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(tree.path("Downloads"))) {
+    for (const auto& entry : fs::recursive_directory_iterator(tree.path("Downloads"))) {
       if (entry.is_regular_file() && !entry.is_symlink()) result.insert(contentOf(entry.path()));
     }
     return result;
@@ -155,7 +154,7 @@ TEST_F(DuplicatesTask, appliesASavedProposalWhereTheCopiesStillAreSuch) {
   const auto lonely = file("copy of kept", "larger content");
   std::string text;
   writeProposal(find().approve(), [&](std::string_view piece) { text += piece; });
-  std::filesystem::remove(tree.path("Downloads/kept"));
+  fs::remove(tree.path("Downloads/kept"));
   const auto saved = proposeSaved(taskServices(), SavedProposal::decode(text), roots());
   ASSERT_TRUE(saved);
   const auto report = clean(*saved);
@@ -218,7 +217,6 @@ void write(const std::string& path, std::int64_t offset, std::string_view text) 
 }
 
 TEST_F(DuplicatesTask, leavesACopyThatIsNoLongerWhatWasFound) {
-  namespace fs = std::filesystem;
   const Rows<const char*, void (*)(const std::string& kept, const std::string& copy), const char*> rows{
       {"copy was written", [](const auto&, const auto& copy) { write(copy, 100'000, "y"); }, "changed since"},
       {"copy grew", [](const auto&, const auto& copy) { write(copy, 200'000, "y"); }, "changed since"},
@@ -306,7 +304,7 @@ TEST_F(DuplicatesTask, takesAnotherCopyThatStaysForTheOneThatIsGone) {
   file("bb");
   file("ccc");
   const auto proposal = find();
-  std::filesystem::remove(first);
+  fs::remove(first);
   EXPECT_EQ(clean(proposal, choose(proposal, {"ccc"})).moved(), 1);
   EXPECT_THAT(contents(), SizeIs(1));
 }
@@ -384,7 +382,6 @@ class Race : public DuplicatesTask, public testing::WithParamInterface<unsigned>
   std::string content() { return std::string(20'000, static_cast<char>('a' + below(3))) + std::string(below(3), 'z'); }
 
   void meddle(const std::vector<std::string>& paths) {
-    namespace fs = std::filesystem;
     const auto& path = paths[below(paths.size())];
     const auto& other = paths[below(paths.size())];
     if (!fs::exists(path) || path == other) return;

@@ -6,8 +6,6 @@
 namespace orvane::test {
 namespace {
 
-namespace fs = std::filesystem;
-
 class OrganizeTaskTest : public TaskFixture {
  public:
   [[nodiscard]] OrganizeWish wish(Subfolders subfolders = Subfolders::keepWhole) const {
@@ -161,9 +159,7 @@ TEST_F(OrganizeTaskTest, aLinkThatIsPutInTheWayLeadsNowhere) {
 }
 
 TEST_F(OrganizeTaskTest, proposesTheSameAgainFromItsSubject) {
-  tree.file("Downloads/tax 2025.pdf");
-  tree.file("Downloads/letter.pdf");
-  tree.file("Downloads/song.mp3");
+  tree.files({"Downloads/tax 2025.pdf", "Downloads/letter.pdf", "Downloads/song.mp3"});
   topicModel.reply = [](const std::string&) { return R"({"tax 2025.pdf": "Taxes"})"; };
   auto asked = wish();
   asked.topics = TopicUse::whenAvailable;

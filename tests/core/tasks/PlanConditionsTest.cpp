@@ -63,7 +63,7 @@ TEST_F(PlanConditionsTask, keepOnlyWhatWasChosenAndIsStillTheSame) {
   before.forEach([&](std::size_t index, const ProposedRow& row) {
     if (row.item.url().lastPathComponent() == "a.pdf") chosen.set(index, Selection::Whether::unselected);
   });
-  std::filesystem::remove(replaced);
+  fs::remove(replaced);
   tree.file("Downloads/c.pdf", "another");
   setAge(replaced, 91 * day);
   aged("new.pdf", 90);

@@ -73,14 +73,12 @@ TEST_F(PlanTaskTest, rowsStandByActionAndLabel) {
     EXPECT_EQ(proposal.row(0).choice, choice);
     EXPECT_EQ(proposal.row(0).lock, lock);
     EXPECT_TRUE(proposal.row(0).item.identity());
-    std::filesystem::remove(file);
+    fs::remove(file);
   }
 }
 
 TEST_F(PlanTaskTest, everyFileGoesWhereItWasShownToGo) {
-  tree.file("Downloads/report.pdf");
-  tree.file("Downloads/thesis.pdf");
-  tree.file("Downloads/Makefile");
+  tree.files({"Downloads/report.pdf", "Downloads/thesis.pdf", "Downloads/Makefile"});
   tree.file("Downloads/old.log", "123");
   const auto proposal = propose({moveTo("~/Downloads", "~/Downloads", {.extensions = std::vector<std::string>{"pdf"}}),
                                  stepFor("~/Downloads", PlannedAction::trash)});
@@ -183,7 +181,7 @@ TEST_F(PlanTaskTest, looksAtDeveloperCachesWhereThePlanNamesThem) {
 TEST_F(PlanTaskTest, aFileThatIsReplacedAfterItWasShownStays) {
   const auto replaced = tree.file("Downloads/a.pdf", "before!");
   const auto proposal = propose({moveTo("~/Downloads", "~/Downloads/Sorted")});
-  std::filesystem::remove(replaced);
+  fs::remove(replaced);
   tree.file("Downloads/a.pdf", "another");
   tree.file("Downloads/late.pdf");
   const auto report = carryOut(taskServices(), proposal.approve());

@@ -58,13 +58,13 @@ TEST_F(ProposalTest, whatIsNotTheItemThatWasShownStays) {
   const auto whole = proposeTrash(taskServices(), std::vector{tree.url("Downloads/folder")}, roots());
   EXPECT_EQ(clean.size(), 4U);
 
-  std::filesystem::remove(replaced);
+  fs::remove(replaced);
   tree.file("Downloads/replaced.log", "before");
   tree.file("Downloads/written.log", "after!");
-  std::filesystem::remove(linked);
-  std::filesystem::create_symlink(written, linked);
+  fs::remove(linked);
+  fs::create_symlink(written, linked);
   tree.file("Downloads/arrived.log", "new");
-  std::filesystem::rename(tree.path("Downloads/folder"), tree.path("Downloads/other"));
+  fs::rename(tree.path("Downloads/folder"), tree.path("Downloads/other"));
   tree.folder("Downloads/folder");
 
   const auto report = carryOut(taskServices(), clean.approve());
@@ -95,7 +95,7 @@ TEST_F(ProposalTest, aBoundaryWithoutFoldersAllowsNothing) {
 TEST_F(ProposalTest, trashSizesEverythingAndSaysWhatItRefuses) {
   tree.file("Downloads/folder/.hidden/big", std::string(1000, 'x'));
   tree.file("Downloads/folder/node_modules/a", std::string(100, 'x'));
-  std::filesystem::create_hard_link(tree.path("Downloads/folder/node_modules/a"), tree.path("Downloads/folder/b"));
+  fs::create_hard_link(tree.path("Downloads/folder/node_modules/a"), tree.path("Downloads/folder/b"));
   const auto proposal = proposeTrash(taskServices(),
                                      std::vector{tree.url("Downloads/folder"), tree.url("Downloads/folder/b"),
                                                  tree.url("none"), tree.url("Downloads/none")},

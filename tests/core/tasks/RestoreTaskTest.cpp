@@ -5,8 +5,6 @@
 #include "core/tasks/TrashTask.h"
 #include "tests/support/TaskFixture.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -54,12 +52,12 @@ TEST_F(RestoreTask, leavesWhatIsNotTheItemThatWasShown) {
   const auto run = trashRun({"same", "replaced", "written", "gone", "late"});
   const auto place = [&](std::size_t at) { return journal->getEntries(run).at(at).trashedURL.path(); };
   const auto content = contentOf(place(4));
-  std::filesystem::remove(place(4));
+  fs::remove(place(4));
   const auto proposal = proposeRestore(taskServices(), {run});
-  std::filesystem::remove(place(1));
+  fs::remove(place(1));
   tree.file(".local/share/Trash/files/replaced", "another");
   tree.file(".local/share/Trash/files/written", "more than before");
-  std::filesystem::remove(place(3));
+  fs::remove(place(3));
   tree.file(".local/share/Trash/files/late", content);
 
   const auto report = carryOut(taskServices(), proposal.approve());
@@ -73,9 +71,9 @@ TEST_F(RestoreTask, leavesWhatIsNotTheItemThatWasShown) {
 TEST_F(RestoreTask, refusesItemsThatCannotComeBackBeforeAnybodyIsAsked) {
   const auto run = trashRun({"same", "replaced", "gone"});
   const auto place = [&](std::size_t at) { return journal->getEntries(run).at(at).trashedURL.path(); };
-  std::filesystem::remove(place(1));
+  fs::remove(place(1));
   tree.file(".local/share/Trash/files/replaced", "another");
-  std::filesystem::remove(place(2));
+  fs::remove(place(2));
   tree.file("Downloads/replaced", "in its place");
 
   const auto proposal = proposeRestore(taskServices(), {run});
@@ -91,7 +89,7 @@ TEST_F(RestoreTask, refusesItemsThatCannotComeBackBeforeAnybodyIsAsked) {
 
 TEST_F(RestoreTask, aRunOfWhichNothingIsLeftCountsAsRestored) {
   const auto run = trashRun({"gone"});
-  std::filesystem::remove(journal->getEntries(run).at(0).trashedURL.path());
+  fs::remove(journal->getEntries(run).at(0).trashedURL.path());
   EXPECT_THAT(restoreNow(taskServices(), {run}).warnings, ElementsAre("Item was emptied from Trash or moved: gone"));
   EXPECT_TRUE(isRestored());
   EXPECT_EQ(remainingCount(taskServices(), run), 0);
@@ -142,7 +140,7 @@ TEST_F(RestoreTask, historyTellsWhatRunsWereAndWhereTheirItemsAre) {
   const auto now = [&](std::size_t at) { return recordedItems(taskServices(), first).at(at).state; };
   EXPECT_EQ(now(0), ItemState::restored);
   EXPECT_EQ(now(1), ItemState::inTrash);
-  std::filesystem::remove(entries.at(1).trashedURL.path());
+  fs::remove(entries.at(1).trashedURL.path());
   EXPECT_EQ(now(1), ItemState::gone);
   tree.file(".local/share/Trash/files/bb", "another");
   EXPECT_EQ(now(1), ItemState::gone);

@@ -70,7 +70,7 @@ TEST_F(RulesTaskTest, leavesWhatIsNotTheFileThatWasShown) {
   const auto same = tree.file("Downloads/same.log", "same");
   const auto proposal = proposed({ruleFor("Logs", logs)}, RuleFiles::scheduled);
   EXPECT_EQ(proposal.approve().toTrash().count, 2);
-  std::filesystem::remove(replaced);
+  fs::remove(replaced);
   tree.file("Downloads/replaced.log", "before");
   const auto arrived = tree.file("Downloads/arrived.log");
   const auto report = carryOut(taskServices(), proposal.approve());

@@ -74,10 +74,10 @@ TEST_F(SavedProposalTest, leavesWhatIsNotWhatWasSaved) {
   auto climbing = rowOf("same.log");
   climbing["url"] = tree.url("Downloads").absoluteString() + "/../Downloads/same.log";
   document["rows"].push_back(climbing);
-  std::filesystem::remove(tree.path("Downloads/gone.log"));
+  fs::remove(tree.path("Downloads/gone.log"));
   tree.file("Downloads/written.log", "after!");
-  std::filesystem::rename(tree.path("Downloads/replaced.log"), tree.path("Downloads/other"));
-  std::filesystem::create_symlink(tree.path("Downloads/same.log"), tree.path("Downloads/replaced.log"));
+  fs::rename(tree.path("Downloads/replaced.log"), tree.path("Downloads/other"));
+  fs::create_symlink(tree.path("Downloads/same.log"), tree.path("Downloads/replaced.log"));
 
   const auto proposal = again(jsonText(document));
   const auto why = refusals(proposal);

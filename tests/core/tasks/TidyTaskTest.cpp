@@ -6,8 +6,6 @@
 namespace orvane::test {
 namespace {
 
-namespace fs = std::filesystem;
-
 class TidyTaskTest : public AutoOrganizerFixture {
  public:
   [[nodiscard]] TidyWish wish() const { return {.folders = {tree.url("Downloads")}}; }

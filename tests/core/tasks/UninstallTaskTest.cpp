@@ -5,8 +5,6 @@
 #include "tests/core/uninstaller/UninstallerFixture.h"
 #include "tests/support/TaskFixture.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -47,7 +45,7 @@ TEST_F(UninstallTask, proposesTheApplicationAndWhatItLeftBehind) {
 
 TEST_F(UninstallTask, anApplicationThatWasReplacedStaysWithItsLeftovers) {
   const auto proposal = propose();
-  std::filesystem::rename(tree.path("Applications/A.app"), tree.path("old"));
+  fs::rename(tree.path("Applications/A.app"), tree.path("old"));
   app("Applications/A.app", "Newer", "org.example.a");
   const auto report = carryOut(taskServices(), proposal.approve());
   EXPECT_EQ(report.moved(), 0);
@@ -61,7 +59,7 @@ TEST_F(UninstallTask, anApplicationThatWasReplacedStaysWithItsLeftovers) {
 
 TEST_F(UninstallTask, aLeftoverThatWasReplacedStays) {
   const auto proposal = propose();
-  std::filesystem::remove(tree.path("Library/Preferences/org.example.a.plist"));
+  fs::remove(tree.path("Library/Preferences/org.example.a.plist"));
   tree.file("Library/Preferences/org.example.a.plist", "another's");
   const auto report = carryOut(taskServices(), proposal.approve());
   EXPECT_EQ(report.moved(), 2);

@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 namespace orvane::test {
 namespace {
@@ -130,7 +129,7 @@ TEST_F(InstalledAppsTest, theSizeIsThatOfAllRegularFilesEachOnce) {
   tree.sparseFile("Applications/A.app/Contents/MacOS/run", 5000);
   tree.sparseFile("Applications/A.app/Contents/.hidden/node_modules/data", 300);
   tree.sparseFile("Applications/A.app/Contents/Helpers/Nested.app/Contents/x", 20);
-  std::filesystem::create_hard_link(bundle + "/Contents/MacOS/run", bundle + "/Contents/MacOS/again");
+  fs::create_hard_link(bundle + "/Contents/MacOS/run", bundle + "/Contents/MacOS/again");
   tree.link("Applications/A.app/Contents/out", tree.path("big"));
   tree.sparseFile("big/file", 1'000'000);
   tree.link("Applications/A.app/Contents/outFile", tree.path("big/file"));

@@ -1,8 +1,6 @@
 #include "core/base/text/Json.h"
 #include "tests/core/uninstaller/UninstallerFixture.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
@@ -93,7 +91,7 @@ TEST_F(LeftoversTest, namesAreTakenOnlyWhenTheyTellWhoseFolderItIs) {
     tree.file("Library/Caches/" + row.folder + "/file");
     const auto found = leftoverPaths(app("A.app", row.name, row.identifier));
     EXPECT_EQ(found, row.isFound ? std::vector{"Caches/" + row.folder} : std::vector<std::string>());
-    std::filesystem::remove_all(tree.path("Library"));
+    fs::remove_all(tree.path("Library"));
   }
 }
 
@@ -127,9 +125,8 @@ TEST_F(LeftoversTest, aLinkToTheApplicationIsNoOtherApplication) {
 }
 
 TEST_F(LeftoversTest, withoutAnIdentifierOnlyTheNameCounts) {
-  tree.file("Library/Preferences/.plist");
-  tree.file("Library/Saved Application State/.savedState");
-  tree.file("Library/Logs/Subject/file");
+  tree.files(
+      {"Library/Preferences/.plist", "Library/Saved Application State/.savedState", "Library/Logs/Subject/file"});
   EXPECT_THAT(leftoverPaths(engine.appAt(FileUrl(appWithList("Subject.app", "damaged")))), ElementsAre("Logs/Subject"));
 }
 

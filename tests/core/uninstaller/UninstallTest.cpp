@@ -1,7 +1,5 @@
 #include "tests/core/uninstaller/UninstallerFixture.h"
 
-#include <filesystem>
-
 namespace orvane::test {
 namespace {
 
