@@ -120,6 +120,10 @@ struct Case {
   }
 };
 
+void PrintTo(const Case& given, std::ostream* out) {
+  *out << given.name;
+}
+
 template <typename Model>
 Shown shownBy(const Model& model) {
   Shown shown{model.selectedCount(), model.selectedBytes()};

@@ -23,6 +23,10 @@ struct Mover {
   double days = 0.01;            // their age
 };
 
+void PrintTo(const Mover& mover, std::ostream* out) {
+  *out << mover.name;
+}
+
 const std::vector<Mover> movers{
     {"clean", {"clean", "Dropbox"}, toTrash, "Dropbox/", ".log"},
     {"trash", {"trash", "Downloads/A", "Downloads/B", "Downloads/C"}, toTrash, "Downloads/", ""},

@@ -392,14 +392,15 @@ TEST_F(KnownPlaces, areReachedThroughNoLinkAndFollowTheFoldersOfTheEnvironment) 
 TEST_F(KnownPlaces, goBySavedProposalsButWhereAFolderIsNamed) {
   addRule(R"({"name":"Caches","trigger":{"categories":["caches"]},"action":{"type":"moveToTrash"}})");
   const auto file = home.path("proposal.json");
-  home.file("Documents/x");
   for (const auto& [words, least] : {std::pair{Words{"rules", "run", "Caches"}, 10}, std::pair{Words{"clean"}, 20}}) {
     SCOPED_TRACE(words.front());
     EXPECT_EQ(run(joined(words, {"--save", file})).exitStatus, 0);
-    // The second is all that is granted.
-    for (const auto* named : {"Documents", "Downloads"}) {
+    // The first is all that is granted.
+    for (const auto* named : {"Downloads", "Documents"}) {
+      home.folder(named);
       EXPECT_EQ(json({"apply", "--yes", "--root", home.path(named), file}, 1)["itemsProcessed"], 0) << named;
     }
+    std::filesystem::remove(home.path("Documents"));
     EXPECT_GT(json({"apply", "--yes", file})["itemsProcessed"], least);
     for (const auto* place : {".cache/pip", ".config/Code/CachedData"}) EXPECT_FALSE(exists(home.path(place))) << place;
     EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);

@@ -61,6 +61,7 @@ TEST_F(ScheduleCommand, takesKnownPlacesThatARuleNamesAndNobodyUses) {
     setAge(home.path(place), twoMonths);
   }
   home.file(".cache/young/b");
+  setAge(home.path(".cache/young"), twoMonths);
   home.link(".config/chromium/SingletonLock", "host-" + std::to_string(::getpid()));
   EXPECT_EQ(run({"rules", "add", "--suggested", "old-caches"}).exitStatus, 0);
   EXPECT_EQ(run({"folders", "known", "off"}).exitStatus, 0);

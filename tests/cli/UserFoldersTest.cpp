@@ -34,7 +34,8 @@ TEST_F(UserFolders, areMeantByTheirUsualNamesInRulesAndPlans) {
   home.file("plan.json", plan.dump());
   EXPECT_THAT(json({"plan", "preview", "plan.json"}).dump(), HasSubstr("setup.dmg"));
 
-  addRule(R"({"name":"Mine","trigger":{"folderPath":"~/Downloads","fileExtensions":["dmg"]},)"
+  addRule(R"({"id":"0B5E1F0C-5E0F-4B6E-9A55-2D6B0A4D1C11","name":"Mine",)"
+          R"("trigger":{"folderPath":"~/Downloads","fileExtensions":["dmg"]},)"
           R"("action":{"type":"moveToFolder","path":"~/Desktop/Box"}})");
   const auto result = run({"rules", "run", "Mine", "--yes"});
   EXPECT_TRUE(exists(home.path("Bureau/Box/setup.dmg"))) << result.output << result.errors;
