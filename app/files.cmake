@@ -111,10 +111,13 @@ set(ORVANE_QML_FILES
   duplicates/DuplicatesScreen.qml
   settings/AppearanceSettings.qml
   settings/FolderSettings.qml
+  history/DayHead.qml
+  history/FigureCards.qml
   history/HistoryEntry.qml
   history/HistoryScreen.qml
   settings/KeepSettings.qml
   history/TakenPlacesSheet.qml
+  history/WeekBars.qml
   settings/KeySettings.qml
   onboarding/OnboardingSheet.qml
   organize/OrganizeEntry.qml

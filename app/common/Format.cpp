@@ -16,6 +16,7 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -28,6 +29,19 @@ Date dateFromMilliseconds(double milliseconds) {
 
 QString textFrom(const icu::UnicodeString& text) {
   return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
+}
+
+using icu::DateFormat;
+using MadeFormat = std::unique_ptr<DateFormat>;
+
+// Empty where there is no format.
+QString dateText(MadeFormat format, double milliseconds, UDisplayContext context = UDISPCTX_CAPITALIZATION_NONE) {
+  icu::UnicodeString text;
+  if (!format) return {};
+  UErrorCode status = U_ZERO_ERROR;
+  format->setContext(context, status);
+  format->format(milliseconds, text);
+  return textFrom(text);
 }
 
 struct AgeUnit {
@@ -107,25 +121,38 @@ QString Format::dateTime(double milliseconds) {
 
 QString Format::moment(double milliseconds, bool standsAlone) {
   if (milliseconds == 0) return {};
-  using icu::DateFormat;
-  const std::unique_ptr<DateFormat> format(
-      DateFormat::createDateTimeInstance(DateFormat::kMediumRelative, DateFormat::kShort));
-  icu::UnicodeString text;
-  if (!format) return {};
-  UErrorCode status = U_ZERO_ERROR;
-  format->setContext(
-      standsAlone ? UDISPCTX_CAPITALIZATION_FOR_BEGINNING_OF_SENTENCE : UDISPCTX_CAPITALIZATION_FOR_MIDDLE_OF_SENTENCE,
-      status);
-  format->format(milliseconds, text);
-  return textFrom(text);
+  MadeFormat format(DateFormat::createDateTimeInstance(DateFormat::kMediumRelative, DateFormat::kShort));
+  return dateText(
+      std::move(format), milliseconds,
+      standsAlone ? UDISPCTX_CAPITALIZATION_FOR_BEGINNING_OF_SENTENCE : UDISPCTX_CAPITALIZATION_FOR_MIDDLE_OF_SENTENCE);
 }
 
 QString Format::day(double milliseconds) {
   if (milliseconds == 0) return {};
-  const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateInstance(icu::DateFormat::kMedium));
-  icu::UnicodeString text;
-  if (format) format->format(milliseconds, text);
-  return textFrom(text);
+  return dateText(MadeFormat(DateFormat::createDateInstance(DateFormat::kMedium)), milliseconds);
+}
+
+QString Format::time(double milliseconds) {
+  if (milliseconds == 0) return {};
+  return dateText(MadeFormat(DateFormat::createTimeInstance(DateFormat::kShort)), milliseconds);
+}
+
+QString Format::dayHead(const QString& day, const QString& today) {
+  const auto date = QDate::fromString(day, Qt::ISODate);
+  const auto daysAgo = date.daysTo(QDate::fromString(today, Qt::ISODate));
+  constexpr auto atBeginning = UDISPCTX_CAPITALIZATION_FOR_BEGINNING_OF_SENTENCE;
+  if (daysAgo == 0 || daysAgo == 1) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::RelativeDateTimeFormatter words(icu::Locale::getDefault(), nullptr, UDAT_STYLE_LONG, atBeginning,
+                                               status);
+    return U_SUCCESS(status) ? textFrom(ageText(words, daysAgo)) : QString();
+  }
+  const auto noon = static_cast<double>(QDateTime(date, QTime(12, 0)).toMSecsSinceEpoch());
+  return dateText(MadeFormat(DateFormat::createDateInstance(DateFormat::kFull)), noon, atBeginning);
+}
+
+QString Format::today() {
+  return QDate::currentDate().toString(Qt::ISODate);
 }
 
 QString Format::age(double milliseconds) {

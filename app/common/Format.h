@@ -28,6 +28,13 @@ class Format : public QObject {
   // Days near today by their names, with the time of day: "today at 15:30". Capitalized where it stands alone.
   Q_INVOKABLE static QString moment(double milliseconds, bool standsAlone);
   Q_INVOKABLE static QString day(double milliseconds);
+  // The time of day.
+  Q_INVOKABLE static QString time(double milliseconds);
+  // A day of the calendar as the head of what happened then: "Today", "Yesterday", else with the day of the week. Both
+  // days as YYYY-MM-DD.
+  Q_INVOKABLE static QString dayHead(const QString& day, const QString& today);
+  // Of the user's time zone, as YYYY-MM-DD.
+  Q_INVOKABLE static QString today();
   // "2 days ago", "today".
   Q_INVOKABLE static QString age(double milliseconds);
   // Of a fraction: 0.25 is 25 %.

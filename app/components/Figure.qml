@@ -10,6 +10,8 @@ Column {
     property string note: ""
     property color color: Theme.text
     property int size: Theme.figureSize
+    // A long caption takes so many lines rather than lose its end.
+    property int captionLines: 1
 
     spacing: 2
     Accessible.role: Accessible.StaticText
@@ -18,6 +20,8 @@ Column {
     CaptionText {
         width: parent.width
         text: root.caption
+        wrapMode: root.captionLines > 1 ? Text.Wrap : Text.NoWrap
+        maximumLineCount: root.captionLines
         Accessible.ignored: true
     }
 

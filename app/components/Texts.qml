@@ -41,6 +41,16 @@ QtObject {
         return Format.revision >= 0 && value > 0 ? Format.day(value) : "";
     }
 
+    // The time of day.
+    function time(value: double): string {
+        return Format.revision >= 0 && value > 0 ? Format.time(value) : "";
+    }
+
+    // "Today", "Yesterday" or the date, as a head. Both days as YYYY-MM-DD.
+    function dayHead(day: string, today: string): string {
+        return Format.revision >= 0 ? Format.dayHead(day, today) : "";
+    }
+
     function age(value: double): string {
         return Format.revision >= 0 && value > 0 ? Format.age(value) : "";
     }

@@ -1,7 +1,8 @@
 import QtQuick
 import Orvane
 
-// One row of the history: a run, or something that a run moved.
+// One row of the history: a run, or something that a run moved. The rows of a run are a card, beside a line of time
+// with the clock and the section that acted.
 Item {
     id: root
 
@@ -19,8 +20,12 @@ Item {
     required property bool expanded
     required property string origin
     required property string actorSymbol
+    // The last row of its run.
+    required property bool isLast
     property bool isFocused: false
     property bool isBusy: false
+    // Whether a run that is unfolded stands out.
+    property bool isOutlined: true
     signal folded
     signal openFolderAsked
     signal restoreAsked
@@ -28,12 +33,17 @@ Item {
 
     readonly property bool isRun: kind === 0
     // The action is a symbol alone where its word would take the title's room.
-    readonly property bool isNarrow: width < 640
+    readonly property bool isNarrow: width < 760
     readonly property bool isGone: stateKey === "state.gone"
     readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
     readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
-    readonly property string detail: isRun ? Texts.joined([Texts.moment(date), origin], " · ")
-                                           : destination === "" ? place : place + " → " + destination
+    // Of a run the line below its title says less: the clock stands beside it, and its day above.
+    readonly property string shownDetail: isRun ? origin : destination === "" ? place : place + " → " + destination
+    readonly property string detail: isRun ? Texts.joined([Texts.moment(date), origin], " · ") : shownDetail
+    readonly property int clockWidth: isNarrow ? 56 : 64
+    readonly property int textIndent: 40
+    readonly property int rowHeight: isRun ? 58 : 51
+    readonly property int gap: 12
 
     // The keyboard leaves the action of a row with the row.
     onIsFocusedChanged: {
@@ -41,57 +51,40 @@ Item {
             restore.focus = false;
     }
 
-    height: isRun ? 58 : 51
+    height: rowHeight + (isLast ? gap : 0)
     Accessible.role: Accessible.ListItem
     Accessible.name: Texts.joined([title, detail, stateText, Texts.bytes(bytes)], ", ")
     Accessible.focusable: true
     Accessible.focused: isFocused
     Accessible.onPressAction: if (root.isRun) root.folded()
 
-    Rectangle {
-        anchors.fill: parent
-        color: area.containsMouse && root.isRun ? Theme.hover : root.isRun ? Theme.surface : Theme.groupHeader
-    }
-
-    MouseArea {
-        id: area
-
-        anchors.fill: parent
-        hoverEnabled: true
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
-        onClicked: mouse => {
-            if (mouse.button === Qt.RightButton)
-                root.menuAsked();
-            else if (root.isRun)
-                root.folded();
-        }
-        onDoubleClicked: if (!root.isRun) root.openFolderAsked()
-    }
-
-    Icon {
-        id: chevron
-
-        x: 15
-        anchors.verticalCenter: parent.verticalCenter
+    CaptionText {
+        width: root.clockWidth
+        height: root.rowHeight
         visible: root.isRun
-        name: root.expanded ? "chevron-down" : "chevron-right"
+        horizontalAlignment: Text.AlignRight
+        verticalAlignment: Text.AlignVCenter
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 9
+        text: root.isRun ? Texts.time(root.date) : ""
+        Accessible.ignored: true
     }
 
-    // A line of time, with the section that acted at each run.
     Rectangle {
-        x: 58
-        y: root.index === 0 ? parent.height / 2 : 0
-        width: 1
-        height: parent.height - y
+        id: timeLine
+
+        x: root.clockWidth + 28
+        width: 2
+        height: parent.height
         color: Theme.line
     }
 
     Rectangle {
-        x: 44
-        anchors.verticalCenter: parent.verticalCenter
+        x: timeLine.x + 1 - width / 2
+        y: (root.rowHeight - height) / 2
         visible: root.isRun
-        width: 29
-        height: 29
+        width: 26
+        height: 26
         radius: height / 2
         color: Theme.accentSoft
 
@@ -99,116 +92,165 @@ Item {
             anchors.centerIn: parent
             name: root.isRun ? root.actorSymbol : ""
             color: Theme.accentHover
-            size: 16
+            size: 14
         }
-    }
-
-    Column {
-        anchors.left: parent.left
-        anchors.leftMargin: 85
-        anchors.right: chip.left
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
-
-        BodyText {
-            id: titleText
-
-            width: parent.width
-            text: root.title
-            font.weight: root.isRun ? Font.DemiBold : Font.Normal
-            elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
-            Accessible.ignored: true
-        }
-
-        CaptionText {
-            id: detailText
-
-            width: parent.width
-            text: root.detail
-            elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
-            Accessible.ignored: true
-        }
-    }
-
-    Chip {
-        id: chip
-
-        anchors.right: size.left
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
-        visible: root.stateText !== ""
-        width: visible ? implicitWidth : 0
-        kind: root.isGone ? Chip.Kind.Review
-                          : root.stateKey === "state.restored" ? Chip.Kind.Safe : Chip.Kind.Manual
-        text: root.stateText
-    }
-
-    BodyText {
-        id: size
-
-        anchors.right: actionPlace.left
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(68, implicitWidth)
-        horizontalAlignment: Text.AlignRight
-        font.weight: root.isRun ? Font.DemiBold : Font.Normal
-        text: Texts.bytes(root.bytes)
-        Accessible.ignored: true
     }
 
     Item {
-        id: actionPlace
+        id: card
 
-        anchors.right: parent.right
-        anchors.rightMargin: 12
-        height: parent.height
-        // As wide for entries as for runs, so that the columns stand below one another.
-        width: root.isNarrow ? 36 : Math.max(110, runLabel.advanceWidth + 40)
+        x: timeLine.x + 30
+        width: parent.width - x
+        height: root.rowHeight
 
-        TextMetrics {
-            id: runLabel
+        // The rows between the first and the last show the sides of their card alone.
+        Item {
+            anchors.fill: parent
+            clip: !root.isRun || !root.isLast
 
-            text: qsTr("history.restore_run")
-            font: restore.font
-        }
-
-        LinkButton {
-            id: restore
-
-            readonly property string label: root.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
-
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            // Tab goes from the row that has the keyboard to its action, and from there past the other rows.
-            focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
-            visible: root.canRestore
-            enabled: !root.isBusy
-            symbol: "undo"
-            text: root.isNarrow ? "" : label
-            Accessible.name: label + ": " + root.title
-            Accessible.description: root.detail
-            onClicked: root.restoreAsked()
-
-            Tip {
-                text: restore.label
-                shown: root.isNarrow && (restore.hovered || restore.visualFocus)
+            Rectangle {
+                y: root.isRun ? 0 : -radius
+                width: parent.width
+                height: parent.height - y + (root.isLast ? 0 : radius)
+                radius: Theme.cardRadius
+                color: area.containsMouse && root.isRun ? Theme.hover : Theme.surface
+                border.width: 1
+                border.color: root.isOutlined && (root.expanded || !root.isRun) ? Theme.accent : Theme.line
             }
         }
-    }
 
-    Divider {
-        anchors.bottom: parent.bottom
-        width: parent.width
-    }
+        Divider {
+            x: root.isRun ? 16 : root.textIndent
+            anchors.bottom: parent.bottom
+            width: parent.width - x - 16
+            visible: !root.isLast
+        }
 
-    FullTip {
-        isPointedAt: area.containsMouse
-        labels: [titleText, detailText]
-    }
+        MouseArea {
+            id: area
 
-    FocusRing {
-        shown: root.isFocused
-        around: -2
-        radius: 6
+            anchors.fill: parent
+            hoverEnabled: true
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onClicked: mouse => {
+                if (mouse.button === Qt.RightButton)
+                    root.menuAsked();
+                else if (root.isRun)
+                    root.folded();
+            }
+            onDoubleClicked: if (!root.isRun) root.openFolderAsked()
+        }
+
+        Icon {
+            x: 14
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.isRun
+            name: root.expanded ? "chevron-down" : "chevron-right"
+        }
+
+        Column {
+            anchors.left: parent.left
+            anchors.leftMargin: root.textIndent
+            anchors.right: chip.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+
+            BodyText {
+                id: titleText
+
+                width: parent.width
+                text: root.title
+                font.weight: root.isRun ? Font.DemiBold : Font.Normal
+                elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
+                Accessible.ignored: true
+            }
+
+            CaptionText {
+                id: detailText
+
+                width: parent.width
+                text: root.shownDetail
+                visible: text !== ""
+                elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
+                Accessible.ignored: true
+            }
+        }
+
+        Chip {
+            id: chip
+
+            anchors.right: size.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.stateText !== ""
+            width: visible ? implicitWidth : 0
+            kind: root.isGone ? Chip.Kind.Review
+                              : root.stateKey === "state.restored" ? Chip.Kind.Safe : Chip.Kind.Manual
+            text: root.stateText
+        }
+
+        BodyText {
+            id: size
+
+            anchors.right: actionPlace.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.max(78, implicitWidth)
+            horizontalAlignment: Text.AlignRight
+            font.weight: root.isRun ? Font.DemiBold : Font.Normal
+            text: Texts.bytes(root.bytes)
+            Accessible.ignored: true
+        }
+
+        Item {
+            id: actionPlace
+
+            anchors.right: parent.right
+            anchors.rightMargin: 12
+            height: parent.height
+            // As wide for entries as for runs, so that the columns stand below one another.
+            width: root.isNarrow ? 36 : Math.max(110, runLabel.advanceWidth + 40)
+
+            TextMetrics {
+                id: runLabel
+
+                text: qsTr("history.restore_run")
+                font: restore.font
+            }
+
+            LinkButton {
+                id: restore
+
+                readonly property string label: root.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
+
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                // Tab goes from the row that has the keyboard to its action, and from there past the other rows.
+                focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
+                visible: root.canRestore
+                enabled: !root.isBusy
+                symbol: "undo"
+                text: root.isNarrow ? "" : label
+                Accessible.name: label + ": " + root.title
+                Accessible.description: root.detail
+                onClicked: root.restoreAsked()
+
+                Tip {
+                    text: restore.label
+                    shown: root.isNarrow && (restore.hovered || restore.visualFocus)
+                }
+            }
+        }
+
+        FullTip {
+            isPointedAt: area.containsMouse
+            labels: [titleText, detailText]
+        }
+
+        FocusRing {
+            shown: root.isFocused
+            around: -2
+            radius: root.isRun && root.isLast ? Theme.cardRadius - 2 : 6
+        }
     }
 }

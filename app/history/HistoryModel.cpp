@@ -8,6 +8,7 @@
 #include "core/safety/records/UndoError.h"
 #include "core/tasks/RestoreSwap.h"
 
+#include <QDateTime>
 #include <QDebug>
 
 #include <algorithm>
@@ -28,6 +29,11 @@ std::string_view actorSymbol(const RecordedRun& run) {
   return run.origin ? actorSymbols.at(static_cast<std::size_t>(run.origin->kind)) : "history";
 }
 
+QString dayOf(const RecordedRun& run) {
+  const auto time = static_cast<qint64>(milliseconds(run.summary.timestamp));
+  return QDateTime::fromMSecsSinceEpoch(time).date().toString(Qt::ISODate);
+}
+
 const FileUrl& presentPlace(const JournalEntry& entry) {
   return entry.action == JournalAction::restored ? entry.originalURL : entry.trashedURL;
 }
@@ -35,7 +41,7 @@ const FileUrl& presentPlace(const JournalEntry& entry) {
 }  // namespace
 
 HistoryModel::HistoryModel(WindowServices services, JournalFeed& feed, QObject* parent)
-    : RunModel(std::move(services), parent), m_feed(feed) {
+    : RunModel(std::move(services), parent), m_feed(feed), m_figures(this->services(), feed) {
   connect(&m_feed, &JournalFeed::loaded, this, &HistoryModel::rebuild);
   connect(&m_feed, &JournalFeed::noticed, this, &HistoryModel::addWarnings);
   connect(this, &RunModel::undone, &m_feed, &JournalFeed::reload);
@@ -133,6 +139,8 @@ QHash<int, QByteArray> HistoryModel::roleNames() const {
       {ExpandedRole, "expanded"},
       {OriginRole, "origin"},
       {ActorSymbolRole, "actorSymbol"},
+      {DayRole, "day"},
+      {IsLastRole, "isLast"},
   };
 }
 
@@ -140,11 +148,15 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const auto [run, entry] = placeOf(index.row());
   if (role == KindRole) return entry != nullptr ? Entry : Run;
+  if (role == DayRole) return dayOf(run->run);
+  if (role == IsLastRole) return run->entries.empty() || entry == &run->entries.back();
   return entry != nullptr ? entryData(*entry, role) : runData(*run, role);
 }
 
 void HistoryModel::languageChanged() {
   RunModel::languageChanged();
+  // With the language the day changes on which weeks begin.
+  m_figures.reload();
   if (const auto rows = rowCount(); rows > 0) Q_EMIT dataChanged(index(0), index(rows - 1), {OriginRole});
 }
 

@@ -3,6 +3,7 @@
 #include "app/common/BackgroundQueue.h"
 #include "app/common/JournalFeed.h"
 #include "app/common/RunModel.h"
+#include "app/history/HistoryFigures.h"
 #include "core/safety/records/JournalEntry.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -30,6 +31,7 @@ class HistoryModel : public orvane::RunModel {
   Q_PROPERTY(bool canCancel READ isRestoring NOTIFY workChanged)
   Q_PROPERTY(QStringList takenPlaces READ takenPlaces NOTIFY placesTaken)
   Q_PROPERTY(bool areFoldersTaken READ areFoldersTaken NOTIFY placesTaken)
+  Q_PROPERTY(orvane::HistoryFigures* figures READ figures CONSTANT)
 
  public:
   enum Role {
@@ -48,6 +50,10 @@ class HistoryModel : public orvane::RunModel {
     OriginRole,
     // The symbol of the section that acted.
     ActorSymbolRole,
+    // The day of the run by the user's time zone, as YYYY-MM-DD.
+    DayRole,
+    // Whether it is the last row of its run.
+    IsLastRole,
   };
   enum Kind { Run, Entry };
   Q_ENUM(Kind)
@@ -66,6 +72,7 @@ class HistoryModel : public orvane::RunModel {
   [[nodiscard]] int runCount() const;
   [[nodiscard]] int shownCount() const noexcept { return static_cast<int>(m_view->runs.size()); }
   [[nodiscard]] bool isLoaded() const noexcept { return m_isLoaded; }
+  [[nodiscard]] HistoryFigures* figures() noexcept { return &m_figures; }
 
   // Items in the places of those that are to come back, a line each, since placesTaken() asked.
   [[nodiscard]] QStringList takenPlaces() const;
@@ -133,6 +140,7 @@ class HistoryModel : public orvane::RunModel {
   void show(std::shared_ptr<const View> view);
 
   JournalFeed& m_feed;
+  HistoryFigures m_figures;
   Query m_query;
   std::shared_ptr<const View> m_view = std::make_shared<View>();
   bool m_isLoaded = false;

@@ -43,6 +43,10 @@ Page {
         }
     ]
 
+    Component.onCompleted: model.figures.isShown = true
+    // The model may go first when the program ends.
+    Component.onDestruction: if (model) model.figures.isShown = false
+
     Timer {
         id: searchDelay
 
@@ -87,16 +91,29 @@ Page {
             onActed: renamed.open()
         }
 
-        Card {
+        FigureCards {
+            Layout.fillWidth: true
+            Layout.fillHeight: false
+            visible: !root.isEmpty
+            isKnown: root.model.figures.isKnown
+            movedBytes: root.model.figures.movedBytes
+            restoredBytes: root.model.figures.restoredBytes
+            inTrashBytes: root.model.figures.inTrashBytes
+            weeks: root.model.figures.weeks
+        }
+
+        Item {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            flush: true
 
             RowList {
                 id: list
 
                 anchors.fill: parent
                 visible: count > 0
+                section.property: "day"
+                // The list makes no component that is bound to its file for a section.
+                section.delegate: Qt.createComponent("DayHead.qml")
                 label: qsTr("nav.history")
                 model: root.model
                 canLook: true
@@ -114,6 +131,7 @@ Page {
                 delegate: HistoryEntry {
                     width: list.width
                     isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
+                    isOutlined: root.model.searchText === ""
                     isBusy: root.model.isRestoring
                     onFolded: {
                         list.forceActiveFocus(Qt.MouseFocusReason);
@@ -127,16 +145,21 @@ Page {
                 }
             }
 
-            EmptyState {
+            Card {
                 anchors.fill: parent
-                drawing: root.isEmpty ? "history" : "search"
                 visible: root.model.isLoaded && list.count === 0
-                title: root.isEmpty ? qsTr("history.empty_title") : ""
-                text: root.isEmpty ? qsTr("history.empty_text") : qsTr("history.nothing_matches")
-                action: root.isEmpty ? "" : qsTr("action.clear_search")
-                onActed: {
-                    search.clear();
-                    root.model.searchText = "";
+                flush: true
+
+                EmptyState {
+                    anchors.fill: parent
+                    drawing: root.isEmpty ? "history" : "search"
+                    title: root.isEmpty ? qsTr("history.empty_title") : ""
+                    text: root.isEmpty ? qsTr("history.empty_text") : qsTr("history.nothing_matches")
+                    action: root.isEmpty ? "" : qsTr("action.clear_search")
+                    onActed: {
+                        search.clear();
+                        root.model.searchText = "";
+                    }
                 }
             }
         }

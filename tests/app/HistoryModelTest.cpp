@@ -3,10 +3,12 @@
 #include "app/overview/OverviewModel.h"
 #include "core/tasks/TrashTask.h"
 #include "tests/app/WindowFixture.h"
+#include "tests/support/TimeZone.h"
 
 #include <gmock/gmock.h>
 
 #include <optional>
+#include <utility>
 
 namespace orvane::test {
 namespace {
@@ -45,8 +47,13 @@ TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
   EXPECT_EQ(value(0, HistoryModel::CountRole).toInt(), 2);
   EXPECT_TRUE(value(0, HistoryModel::CanRestoreRole).toBool());
 
+  EXPECT_TRUE(value(0, HistoryModel::IsLastRole).toBool());
+
   model->toggleExpanded(0);
   ASSERT_TRUE(showsRows(3));
+  EXPECT_FALSE(value(0, HistoryModel::IsLastRole).toBool());
+  EXPECT_FALSE(value(1, HistoryModel::IsLastRole).toBool());
+  EXPECT_TRUE(value(2, HistoryModel::IsLastRole).toBool());
   EXPECT_EQ(value(2, HistoryModel::NameRole).toString(), "b.txt");
   EXPECT_EQ(value(2, HistoryModel::PlaceRole).toString(), "Downloads");
   EXPECT_EQ(value(2, HistoryModel::StateKeyRole).toString(), "state.in_trash");
@@ -59,6 +66,41 @@ TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
   EXPECT_THAT(model->messages(), IsEmpty());
   model->toggleExpanded(0);
   EXPECT_TRUE(showsRows(1));
+}
+
+TEST_F(HistoryModelTest, putsARunUnderItsDayWhereTheUserLives) {
+  JournalEntry entry;
+  entry.timestamp = dateFromUnix(1767223800);  // 2025-12-31T23:30:00Z
+  entry.originalURL = tree.url("Downloads/a.txt");
+  entry.trashedURL = FileUrl(trashPath() + "/files/a.txt");
+  journal->record(entry);
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  for (const auto& row : {std::pair{"UTC", "2025-12-31"}, std::pair{"Europe/Berlin", "2026-01-01"},
+                          std::pair{"America/New_York", "2025-12-31"}}) {
+    inTimeZone(row.first, [&] { EXPECT_EQ(value(0, HistoryModel::DayRole).toString().toStdString(), row.second); });
+  }
+}
+
+TEST_F(HistoryModelTest, addsUpItsFiguresWhileTheyAreShown) {
+  auto& figures = *model->figures();
+  const auto become = [&](double moved, double restored, double inTrash) {
+    return becomesTrue([&] {
+      return figures.movedBytes() == moved && figures.restoredBytes() == restored && figures.inTrashBytes() == inTrash;
+    });
+  };
+  clean({tree.file("Downloads/a.txt"), tree.file("Downloads/b.txt")});
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  EXPECT_FALSE(figures.isKnown()) << "nobody looks";
+  figures.setShown(true);
+  EXPECT_TRUE(become(14, 0, 14));
+  ASSERT_EQ(figures.weeks().size(), 12);
+  EXPECT_EQ(figures.weeks().back().toMap()["bytes"].toDouble(), 14);
+  model->toggleExpanded(0);
+  ASSERT_TRUE(showsRows(3));
+  model->restoreEntry(1);
+  EXPECT_TRUE(become(14, 7, 7));
 }
 
 TEST_F(HistoryModelTest, saysAnewWhoActedInAnotherLanguage) {

@@ -214,5 +214,34 @@ TEST_F(LanguageTest, tellsAgesInWords) {
   EXPECT_TRUE(Format::age(0).isEmpty());
 }
 
+struct HeadRow {
+  AppLanguage language;
+  const char* day;
+  const char* head;
+};
+
+TEST_F(LanguageTest, headsDaysByNameAndThenByDate) {
+  constexpr std::array rows{
+      HeadRow{AppLanguage::en, "2026-03-01", "Today"},
+      HeadRow{AppLanguage::en, "2026-02-28", "Yesterday"},
+      HeadRow{AppLanguage::en, "2026-02-27", "Friday, February 27, 2026"},
+      HeadRow{AppLanguage::en, "2026-03-02", "Monday, March 2, 2026"},
+      HeadRow{AppLanguage::de, "2026-02-28", "Gestern"},
+      HeadRow{AppLanguage::de, "2026-02-27", "Freitag, 27. Februar 2026"},
+      HeadRow{AppLanguage::fr, "2026-03-01", "Aujourd’hui"},
+      HeadRow{AppLanguage::fr, "2026-02-27", "Vendredi 27 février 2026"},
+      HeadRow{AppLanguage::ja, "2026-03-01", "今日"},
+      HeadRow{AppLanguage::ja, "2026-02-27", "2026年2月27日金曜日"},
+  };
+  const ScopedEnvironment all("LC_ALL", "en_US.UTF-8");
+  for (const auto& row : rows) {
+    ThreadSafeLanguageStore::shared().setCurrentLanguage(row.language);
+    Format::followLanguage();
+    EXPECT_EQ(Format::dayHead(row.day, "2026-03-01").toStdString(), row.head);
+  }
+  const auto afternoon = QDateTime(QDate(2026, 2, 27), QTime(17, 39)).toMSecsSinceEpoch();
+  EXPECT_EQ(Format::time(static_cast<double>(afternoon)), "17:39");
+}
+
 }  // namespace
 }  // namespace orvane::test

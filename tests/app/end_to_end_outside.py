@@ -58,8 +58,13 @@ def history(window, home):
     terminal("trash", "--yes", str(home / "Downloads/setup.dmg"))
     window.sees("1 item")
     window.sees("Restore All: ")
+    wait_for("a head for the day", lambda: window.find("Today", role="heading"))
+    for figure in ("Moved in all: 9 KB", "Brought back: Zero KB", "Still in the Trash: 9 KB", "By week: Week from "):
+        window.sees(figure)
     terminal("restore", "--last", "--yes")
     window.sees("state.restored")
+    window.sees("Brought back: 9 KB")
+    window.sees("Still in the Trash: Zero KB")
 
     # One item of two.
     other = put(home, "Downloads/other.dmg", b"o" * 5000)

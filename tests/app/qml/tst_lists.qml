@@ -1,11 +1,17 @@
 import QtQuick
 import Orvane
+import Orvane.Tests
 import "qrc:/qt/qml/Orvane/components/TreemapLayout.js" as Layout
 
 ComponentCase {
     id: test
 
     name: "Lists"
+
+    // An item and all below it.
+    function inside(item: Item): var {
+        return Array.from(item.children).reduce((all, child) => all.concat(inside(child)), [item]);
+    }
 
     Component {
         id: listComponent
@@ -150,6 +156,102 @@ ComponentCase {
         compare(spy.count, 1);
         keyClick(Qt.Key_Tab);
         verify(scope.after.activeFocus);
+    }
+
+    Component {
+        id: historyComponent
+
+        RowList {
+            id: history
+
+            width: 632
+            height: 400
+            section.property: "day"
+            section.delegate: DayHead {
+                today: "2026-11-22"
+            }
+            model: ListModel {
+                ListElement { day: "2026-11-22"; kind: 0; isLast: true; name: ""; place: ""; destination: "" }
+                ListElement { day: "2026-11-22"; kind: 0; isLast: false; name: ""; place: ""; destination: "" }
+                ListElement { day: "2026-11-22"; kind: 1; isLast: true; name: "a.log"; place: "Logs"; destination: "T" }
+                ListElement { day: "2026-11-21"; kind: 0; isLast: true; name: ""; place: ""; destination: "" }
+            }
+            delegate: HistoryEntry {
+                width: history.width
+                date: 1795353600000
+                titleKey: "run.clean"
+                count: 3
+                bytes: 734e6
+                stateKey: "state.gone"
+                canRestore: true
+                expanded: !isLast
+                origin: "by hand"
+                actorSymbol: "cleanup"
+            }
+        }
+    }
+
+    function heads(list: Item): var {
+        return Array.from(list.contentItem.children).filter(child => child.visible && child.Accessible.role
+                                                            === Accessible.Heading);
+    }
+
+    function test_days_stand_over_their_runs_and_the_keyboard_walks_runs_alone() {
+        const list = createTemporaryObject(historyComponent, test) as RowList;
+        compare(heads(list).map(head => head.Accessible.name).sort(), ["Today", "Yesterday"]);
+        list.forceActiveFocus();
+        verify(list.itemAtIndex(0).y >= 20, "the head of the day stands above");
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        compare(list.currentIndex, 3);
+        keyClick(Qt.Key_Up);
+        compare(list.itemAtIndex(list.currentIndex).name, "a.log");
+        // The rows of a run join, runs stand apart, and the next day's head has its room.
+        const bottom = row => list.itemAtIndex(row).y + list.itemAtIndex(row).height;
+        compare(list.itemAtIndex(2).y, bottom(1));
+        verify(list.itemAtIndex(3).y >= bottom(2) + 20);
+    }
+
+    Component {
+        id: figuresComponent
+
+        FigureCards {
+            isKnown: true
+            movedBytes: 48.3e9
+            restoredBytes: 2.1e9
+            inTrashBytes: 734e6
+            weeks: Array.from({length: 12}, (unused, week) => ({start: 1787572800000 + week * 604800000,
+                                                                bytes: week === 3 ? 0 : week * 1e9}))
+        }
+    }
+
+    function test_figures_of_the_history_are_whole_data() {
+        return ["en", "fr", "de", "ja", "ko", "zh-Hans", "zh-Hant", "es"].map(language => ({tag: language}));
+    }
+
+    function test_figures_of_the_history_are_whole(row) {
+        Language.select(row.tag);
+        const cards = createTemporaryObject(figuresComponent, test, {width: 632}) as FigureCards;
+        waitForRendering(cards);
+        for (const label of inside(cards).filter(item => item.truncated !== undefined && item.visible)) {
+            verify(!label.truncated, label.text);
+            verify(label.mapToItem(cards, 0, label.height).y <= cards.height, label.text);
+        }
+        Language.select("en");
+    }
+
+    function test_figures_of_the_history_are_read_in_words() {
+        const cards = createTemporaryObject(figuresComponent, test, {width: 900}) as FigureCards;
+        const names = inside(cards).map(item => item.Accessible.name);
+        verify(names.includes("Moved in all: 48.3\u00a0GB"), names.join("|"));
+        verify(names.includes("Still in the Trash: 734\u00a0MB"));
+        const weeks = names.find(name => name.startsWith("By week: "));
+        verify(weeks.startsWith("By week: Week from Nov 9, 2026: 11\u00a0GB; "), weeks);
+        compare(weeks.split(";").length, 10, "weeks without a move are left out");
+        cards.weeks = [];
+        compare(inside(cards).map(item => item.Accessible.name).find(name => name.startsWith("By week: ")),
+                "By week: nothing in the last twelve weeks");
     }
 
     Component {
