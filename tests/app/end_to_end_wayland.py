@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Drives the window on Wayland, as an ordinary user, by what its controls are called: on a compositor without a screen
-and without an input device, and on one that has a keyboard, that of an X server of the test's own.
+and without an input device, and on one that has a keyboard and a pointer, those of an X server of the test's own.
 
     end_to_end_wayland.py PROGRAM [SCENARIO]
 """
@@ -12,6 +12,7 @@ import pwd
 import subprocess
 import sys
 import tempfile
+import time
 
 from end_to_end_consent import desktop, prepare_logs
 from window_driver import (
@@ -22,6 +23,10 @@ from window_driver import (
 ORDINARY = "nobody"
 SCREEN = (1400, 1000)
 SIZE = (1010, 690)  # of the window, as it was left
+LEAST = (900, 600)  # that it can have
+# Of the screen and of the window to drag from. Nothing else has them.
+BACKGROUND = (0x10, 0x20, 0x30)
+SOURCE = (0xC0, 0x20, 0x80)
 SOCKET = "wayland-test"
 # For the program alone: who presses its keys does so on the X server.
 ON_WAYLAND = {"WAYLAND_DISPLAY": SOCKET, "XDG_SESSION_TYPE": "wayland", "QT_QPA_PLATFORM": "wayland"}
@@ -51,6 +56,101 @@ class Session:
 def size_of(window):
     place = window.extents(window.top.get_child_at_index(0))
     return place.width, place.height
+
+
+def box_of(is_meant, least):
+    """Left, top, right and bottom of the pixels on the screen that are meant, by the rows that have that many."""
+    import gi
+
+    gi.require_version("Gdk", "3.0")
+    from gi.repository import Gdk
+
+    width, height = SCREEN
+    shot = Gdk.pixbuf_get_from_window(Gdk.get_default_root_window(), 0, 0, width, height)
+    pixels, stride = shot.get_pixels(), shot.get_rowstride()
+    counts = [sum(map(is_meant, zip(*[iter(pixels[y * stride:y * stride + 3 * width])] * 3))) for y in range(height)]
+    rows = [y for y in range(height) if counts[y] >= least]
+    if not rows:
+        return None
+    middle = pixels[(rows[0] + rows[-1]) // 2 * stride:]
+    columns = [x for x in range(width) if is_meant(tuple(middle[3 * x:3 * x + 3]))]
+    return columns[0], rows[0], columns[-1], rows[-1]
+
+
+def drag(window, start, end):
+    """With the left button, step by step: each is to be seen by who follows the pointer."""
+    mouse = window.atspi.generate_mouse_event
+    steps = 30
+    # The window under a pointer that stays is told of it anew only once it moves.
+    for away in (20, 0):
+        mouse(start[0] - away, start[1] - away, "abs")
+        time.sleep(0.05)
+    mouse(*start, "b1p")
+    for step in range(1, steps + 1):
+        mouse(*[round(a + (b - a) * step / steps) for a, b in zip(start, end)], "abs")
+        time.sleep(0.02)
+    mouse(*end, "b1r")
+
+
+def within(seconds, look):
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        if look():
+            return True
+        time.sleep(0.03)
+    return False
+
+
+def corner_of(window):
+    """The lower right one of its frame, once the screen shows the window as large as it is."""
+
+    def look():
+        box = box_of(lambda pixel: pixel != BACKGROUND, 300)
+        return box if box and 0 <= box[2] - box[0] - size_of(window)[0] < 10 else None
+
+    box = wait_for("the window's frame", look)
+    return box[2] - 1, box[3] - 1
+
+
+def is_resized_by_the_pointer(session, home):
+    window = session.start()
+    window.sees("action.scan")
+    width, height = size_of(window)
+
+    def pulled(less, is_meant):
+        """Whether the corner, pulled inwards, gave the size. A press while the pointer's shape changes goes nowhere."""
+        corner = corner_of(window)
+        drag(window, corner, (corner[0] - less[0], corner[1] - less[1]))
+        return within(2, lambda: is_meant(*size_of(window)))
+
+    wait_for("a smaller window", lambda: pulled((60, 40), lambda w, h: LEAST[0] < w < width and LEAST[1] < h < height))
+    wait_for("the least size", lambda: pulled((500, 400), lambda *size: size == LEAST))
+    window.press("nav.cleanup")
+    window.sees("cleanup.empty_title")
+
+
+def takes_a_dropped_folder(session, home):
+    window = session.start()
+    window.sees("action.scan")
+    script = pathlib.Path(__file__).with_name("drag_source.py")
+    command = [sys.executable, script, home / "Downloads/Logs", *map(str, SOURCE)]
+    source = subprocess.Popen(command, stdout=subprocess.PIPE, env={**os.environ, **ON_WAYLAND, "GDK_BACKEND": "wayland"})
+
+    def drag_over():
+        left, top, right, bottom = wait_for("the other window", lambda: box_of(lambda pixel: pixel == SOURCE, 30))
+        start = (left + right) // 2, (top + bottom) // 2
+        drag(window, start, (SCREEN[0] // 2, SCREEN[1] // 2 + (120 if start[1] < SCREEN[1] // 2 else -120)))
+        return within(3, lambda: window.find("Look into “Logs”?"))
+
+    try:
+        source.stdout.readline()
+        wait_for("the question of a drop", drag_over)
+        window.press("Add and Scan")
+        window.press("nav.cleanup")
+        window.sees("web.log")
+    finally:
+        source.terminate()
+        source.wait(PATIENCE)
 
 
 def cleans_and_undoes(session, home):
@@ -88,10 +188,12 @@ def is_handled_and_remembered(session, home):
 
 
 # Each with the compositor's back end: one that draws nowhere has neither keyboard nor pointer.
+WITH_DEVICES = ["--backend=x11-backend.so", f"--width={SCREEN[0]}", f"--height={SCREEN[1]}", "--use-pixman"]
 SCENARIOS = {
     "bare": (cleans_and_undoes, ["--backend=headless-backend.so"]),
-    "devices": (is_handled_and_remembered,
-                ["--backend=x11-backend.so", f"--width={SCREEN[0]}", f"--height={SCREEN[1]}", "--use-pixman"]),
+    "devices": (is_handled_and_remembered, WITH_DEVICES),
+    "resize": (is_resized_by_the_pointer, WITH_DEVICES),
+    "drop": (takes_a_dropped_folder, WITH_DEVICES),
 }
 
 
@@ -122,7 +224,9 @@ def run(name):
         runtime.mkdir()
         write_settings(home, {"hasCompletedOnboarding": True, "window": {"width": SIZE[0], "height": SIZE[1]}})
         prepare_logs(home)
-        (runtime / "weston.ini").write_text("[shell]\npanel-position=none\nlocking=false\n")
+        (runtime / "weston.ini").write_text("[shell]\npanel-position=none\nlocking=false\nanimation=none\n"
+                                            "startup-animation=none\nclose-animation=none\n"
+                                            "background-color=0xff{:02x}{:02x}{:02x}\n".format(*BACKGROUND))
         if os.geteuid() == 0:
             subprocess.run(["chown", "-R", ORDINARY + ":", top], check=True)
         runtime.chmod(0o700)
