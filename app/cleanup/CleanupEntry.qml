@@ -35,7 +35,10 @@ Item {
 
     readonly property bool isHeader: kind === 0
 
-    height: isHeader ? 41 : 51
+    // Reasons take a second line where the list is narrow.
+    readonly property bool isNarrow: width < 700
+
+    height: isHeader ? 41 : isNarrow ? 56 : 51
 
     // Few rows are headers: most never make one.
     Repeater {
@@ -62,6 +65,7 @@ Item {
         name: root.isHeader ? "" : root.name
         place: root.place
         remark: root.reason
+        remarkLines: root.isNarrow ? 2 : 1
         warning: root.cloudWarning
         chip: root.isHeader ? "" : Texts.risk(root.risk)
         chipKind: root.risk

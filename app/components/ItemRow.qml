@@ -11,6 +11,8 @@ Item {
     property string name: ""
     property string place: ""
     property string remark: ""
+    // Lines that the place and the remark may take together; with two, a long place is shortened before the remark is.
+    property int remarkLines: 1
     // A remark in the colour of warnings, with its icon.
     property string warning: ""
     property string warningSymbol: "cloud"
@@ -26,7 +28,7 @@ Item {
     property bool isFocused: false
     property int indent: 43
     // Whether the columns of age and chip are shown; narrow lists leave the age out.
-    property bool showsAge: width > 440
+    property bool showsAge: width > 440 && !(isActive && remarkLines > 1)
     property bool showsChip: width > 320
     property bool canExplain: false
     property bool canOpenFolder: false
@@ -47,6 +49,8 @@ Item {
     readonly property bool isActive: area.containsMouse || actionHover.hovered || isFocused
     readonly property bool isLocked: lockReason !== ""
     readonly property string secondLine: Texts.joined([place, remark], " · ")
+    readonly property string shownSecondLine: remarkLines > 1 && remark !== ""
+                                              ? Texts.joined([placeMetrics.elidedText, remark], " · ") : secondLine
 
     implicitHeight: 51
     Accessible.role: hasBox && !isLocked ? Accessible.CheckBox : Accessible.ListItem
@@ -58,6 +62,26 @@ Item {
     Accessible.checked: checkState === Qt.Checked
     Accessible.onToggleAction: root.toggled()
     Accessible.onPressAction: root.toggled()
+
+    // Texts alone, and only where a place may have to give way.
+    TextMetrics {
+        id: remarkMetrics
+
+        font: second.font
+        text: root.remarkLines > 1 ? root.remark : ""
+    }
+
+    TextMetrics {
+        id: placeMetrics
+
+        // Lines break between words, so that they are never quite full.
+        readonly property real slack: 64
+
+        font: second.font
+        text: root.remarkLines > 1 ? root.place : ""
+        elide: Text.ElideMiddle
+        elideWidth: Math.max(72, 2 * second.room - remarkMetrics.advanceWidth - slack)
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -138,15 +162,19 @@ Item {
 
         Item {
             width: parent.width
-            height: 16
+            height: second.height
             visible: root.secondLine !== "" || root.warning !== ""
 
             CaptionText {
                 id: second
 
-                width: Math.min(implicitWidth, parent.width - (root.warning === "" ? 0 : Math.min(160, parent.width / 2)))
-                text: Texts.fromLeft(root.secondLine)
-                elide: Text.ElideMiddle
+                readonly property real room: parent.width - (root.warning === "" ? 0 : Math.min(160, parent.width / 2))
+
+                width: Math.min(implicitWidth, room)
+                text: Texts.fromLeft(root.shownSecondLine)
+                wrapMode: root.remarkLines > 1 ? Text.Wrap : Text.NoWrap
+                maximumLineCount: root.remarkLines
+                elide: root.remarkLines > 1 ? Text.ElideRight : Text.ElideMiddle
                 Accessible.ignored: true
             }
 
@@ -158,7 +186,7 @@ Item {
                     anchors.left: second.right
                     anchors.leftMargin: root.secondLine === "" ? 0 : 5
                     anchors.right: parent.right
-                    height: parent.height
+                    height: 16
 
                     Icon {
                         id: warningIcon
@@ -309,7 +337,8 @@ Item {
 
     FullTip {
         isPointedAt: area.containsMouse
-        labels: [title, second]
+        labels: [title, {text: Texts.fromLeft(root.secondLine),
+                         truncated: second.truncated || root.shownSecondLine !== root.secondLine}]
     }
 
     Repeater {

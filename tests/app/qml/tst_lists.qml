@@ -102,6 +102,25 @@ ComponentCase {
         compare(spy.count, 1);
     }
 
+    function test_a_narrow_row_shortens_the_place_and_keeps_the_remark() {
+        const remark = "Installationsdatei oder Download, älter als eine Woche";
+        const place = "Documents/Reports/2026/Archive of everything that came in since the spring";
+        const row = createTemporaryObject(rowComponent, test, {
+            width: 632, height: 56, place: place, remark: remark, remarkLines: 2, age: "vor 9 Monaten",
+            chip: "Unbedenklich", canOpenFolder: true, canKeep: true
+        }) as ItemRow;
+        const shown = () => inside(row).find(item => item.text?.endsWith(remark));
+        verify(shown().text.startsWith("\u200eDocu") && shown().text.includes("…"), shown().text);
+        for (const x of [300, -1]) {
+            mouseMove(row, x, 25);
+            verify(!shown().truncated, "pointed at and not, the remark is whole");
+            verify(shown().mapToItem(row, 0, shown().height).y <= row.height);
+        }
+        mouseMove(row, 300, 25);
+        tryVerify(() => inside(row).some(item => item.text === row.name + "\n\u200e" + place + " · " + remark));
+        compare(row.Accessible.description.split(", ")[0], place + " · Installationsdatei oder Download");
+    }
+
     Component {
         id: appsComponent
 
