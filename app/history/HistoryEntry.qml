@@ -169,7 +169,7 @@ Item {
                 id: detailText
 
                 width: parent.width
-                text: root.shownDetail
+                text: Texts.fromLeft(root.shownDetail)
                 visible: text !== ""
                 elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
                 Accessible.ignored: true
