@@ -1,7 +1,6 @@
 #include "core/base/text/UnicodeText.h"
 
 #include "core/base/text/AsciiText.h"
-#include "core/base/text/CaselessSearch.h"
 
 #include <fmt/format.h>
 #include <unicode/brkiter.h>
@@ -75,10 +74,6 @@ std::string lowercased(std::string_view text) {
 
 std::string uppercased(std::string_view text) {
   return toUtf8(fromUtf8(text).toUpper(icu::Locale::getRoot()));
-}
-
-bool containsIgnoringCase(std::string_view text, std::string_view needle) {
-  return CaselessSearch(needle).isIn(text);
 }
 
 int compareForDisplay(std::string_view left, std::string_view right) {

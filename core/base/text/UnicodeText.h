@@ -15,8 +15,6 @@ namespace orvane {
 [[nodiscard]] std::string lowercased(std::string_view text);
 [[nodiscard]] std::string uppercased(std::string_view text);
 
-// Case-insensitive search by the user's locale. An empty needle is contained in every text.
-[[nodiscard]] bool containsIgnoringCase(std::string_view text, std::string_view needle);
 // Order of two texts as the user's language sorts them, ignoring case. Less than zero when `left` comes first.
 [[nodiscard]] int compareForDisplay(std::string_view left, std::string_view right);
 
