@@ -340,6 +340,7 @@ TEST_F(KnownPlaces, showWhatLiesInTheTrashOfAnotherVolume) {
 TEST_F(KnownPlaces, goByNoRuleWhileTheirProgramRuns) {
   home.file(".config/JetBrains/IdeaIC2024.1/.lock", std::to_string(::getpid()));
   addRule(R"({"name":"Indexes","trigger":{"categories":["developerCaches"]},"action":{"type":"moveToTrash"}})");
+  EXPECT_THAT(json({"rules", "preview", "Indexes"}).dump(), HasSubstr("/.m2/repository"));
   EXPECT_GT(json({"rules", "run", "Indexes", "--yes"})["itemsProcessed"], 3);
   EXPECT_TRUE(exists(home.path(".cache/JetBrains/IdeaIC2024.1")));
 }
