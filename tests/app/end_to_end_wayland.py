@@ -22,6 +22,7 @@ from window_driver import (
 
 ORDINARY = "nobody"
 SCREEN = (1400, 1000)
+BESIDE = 100  # pixels of the X server at the right of the compositor's screen
 SIZE = (1010, 690)  # of the window, as it was left
 LEAST = (900, 600)  # that it can have
 # Of the screen and of the window to drag from. Nothing else has them.
@@ -81,9 +82,10 @@ def drag(window, start, end):
     """With the left button, step by step: each is to be seen by who follows the pointer."""
     mouse = window.atspi.generate_mouse_event
     steps = 30
-    # The window under a pointer that stays is told of it anew only once it moves.
-    for away in (20, 0):
-        mouse(start[0] - away, start[1] - away, "abs")
+    # The compositor reads where the pointer is when it comes in, and adds up its steps from then on; it may have missed
+    # the first time. The window under a pointer that stays is told of it anew only once it moves.
+    for place in ((SCREEN[0] + BESIDE // 2, start[1]), (start[0] - 20, start[1] - 20), start):
+        mouse(*place, "abs")
         time.sleep(0.05)
     mouse(*start, "b1p")
     for step in range(1, steps + 1):
@@ -231,7 +233,7 @@ def run(name):
             subprocess.run(["chown", "-R", ORDINARY + ":", top], check=True)
         runtime.chmod(0o700)
         started = {"env": environment_of(home, runtime), "preexec_fn": become_ordinary, "cwd": "/"}
-        with x_server("{}x{}".format(*SCREEN), **started) as display:
+        with x_server(f"{SCREEN[0] + BESIDE}x{SCREEN[1]}", **started) as display:
             # The compositor's devices, and by them those of whoever drives the window.
             started["env"]["DISPLAY"] = display
             compositor = subprocess.Popen(
