@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import Orvane
 
-// The title of a card.
-T.Label {
+// The title of a card, which screen readers tell as a heading.
+// No label: those say that they are labels, whatever they are told to say.
+Text {
     color: Theme.text
     font.pixelSize: Theme.textSize
     font.weight: Font.DemiBold
@@ -11,4 +11,6 @@ T.Label {
     horizontalAlignment: Text.AlignLeft
     textFormat: Text.PlainText
     linkColor: Theme.accent
+    Accessible.role: Accessible.Heading
+    Accessible.name: text
 }

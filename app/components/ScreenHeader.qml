@@ -90,7 +90,6 @@ Item {
         height: 28
         verticalAlignment: Text.AlignVCenter
         text: root.title
-        Accessible.role: Accessible.Heading
     }
 
     BodyText {

@@ -82,6 +82,8 @@ def only_rows_in_view(window, home):
 def sheets_hide_the_window(window, home):
     bring_to_front("settings")
     window.sees("Add Folder")
+    for title in ("Settings", "Folders"):
+        expect(window.find(title, role="heading"), f"“{title}” is told as no heading")
     window.key(F1)
     window.sees("Keyboard Shortcuts")
     expect(not window.find("Overview") and not window.find("Add Folder"), "the window can be found behind the sheet")
