@@ -79,8 +79,8 @@ Card {
             wrapMode: Text.Wrap
         }
 
-        // Nothing moves there before it was seen.
-        PrimaryButton {
+        // Nothing moves there before it was seen. The screen's one primary action is the scan.
+        PlainButton {
             visible: root.hasResult
             symbol: "cleanup"
             text: qsTr("dashboard.review").arg(Texts.bytes(root.appState.proposedBytes > 0 ? root.appState.proposedBytes
