@@ -229,8 +229,14 @@ def bring_to_front(section):
 
 
 def files_below(folder):
-    """Content of each file below a folder, by its path from there."""
-    return {str(path.relative_to(folder)): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
+    """Content of each file below a folder, by its path from there. Those that go meanwhile are left out."""
+    found = {}
+    for top, _, names in os.walk(folder):
+        for path in (pathlib.Path(top, name) for name in names):
+            with contextlib.suppress(FileNotFoundError):
+                if path.is_file():
+                    found[str(path.relative_to(folder))] = path.read_bytes()
+    return found
 
 
 def trash_of(home):
