@@ -190,6 +190,7 @@ QString AgentModel::change(int condition, const QString& value) {
   if (!conditions || !isKnown || m_isPlanning || isWorking()) return {};
   const auto before = *conditions;
   const auto which = static_cast<PlanCondition>(condition);
+  if (which == PlanCondition::folder && !conditions->folderPath) return {};
   const auto place = which == PlanCondition::folder ? placeFrom(value) : std::nullopt;
   const auto problem = setCondition(*conditions, which, place ? place->path() : value.toStdString());
   if (!problem.empty() || *conditions == before) return textFrom(problem);

@@ -101,6 +101,7 @@ class PlanChips {
         continue;
       }
       auto condition = m_now ? conditionOf(entry) : std::nullopt;
+      if (condition && !canChange(*condition)) condition.reset();
       if (condition && !isSameCondition(*condition, *m_asked, *m_now)) {
         // A word for a kind of files says its folder beside it.
         if (entry.meaning != WordMeaning::caches && entry.meaning != WordMeaning::logs) continue;
@@ -115,7 +116,7 @@ class PlanChips {
   void addConditions() {
     if (m_plan.asked.provider != AIProvider::heuristic) addFixed();
     for (const auto& row : conditionRows) {
-      if (m_isShown[static_cast<std::size_t>(row.condition)]) continue;
+      if (m_isShown[static_cast<std::size_t>(row.condition)] || !canChange(row.condition)) continue;
       const auto value = valueText(row.condition, *m_now, m_home);
       if (value.isEmpty()) {
         add({}, localizedText(row.nameKey), AgentModel::Missing, row.condition);
@@ -124,6 +125,11 @@ class PlanChips {
         add({}, value, isSame ? AgentModel::Read : AgentModel::Changed, row.condition);
       }
     }
+  }
+
+  // A plan for several folders has them in its words alone.
+  [[nodiscard]] bool canChange(PlanCondition condition) const {
+    return condition != PlanCondition::folder || m_now->folderPath;
   }
 
   // The conditions of a model's plan that are not changed here.

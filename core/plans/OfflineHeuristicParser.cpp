@@ -6,8 +6,10 @@
 #include "core/plans/PromptReading.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvane {
@@ -41,6 +43,12 @@ void describeSorting(CleaningPlanStep& step, std::string& summary) {
   const auto name = lastComponent(step.targetFolder);
   step.explanation = fmt::format("Organize files directly into categorized subfolders inside {}.", name);
   summary = fmt::format("Organize {} into structured categories.", name);
+}
+
+void describeSortingOfAll(CleaningPlan& plan) {
+  std::vector<std::string_view> names;
+  for (const auto& step : plan.steps) names.push_back(lastComponent(step.targetFolder));
+  plan.summary = fmt::format("Organize {} into structured categories.", fmt::join(names, ", "));
 }
 
 void describeQuery(CleaningPlanStep& step, std::string& summary) {
@@ -143,26 +151,26 @@ void OfflineHeuristicParser::addFolder(CleaningPlan& plan, std::string_view fold
   auto step = plan.steps.front();
   step.id = Uuid::random();
   step.targetFolder = expandedHome(folder);
-  if (step.action == PlannedAction::move) {
+  const bool sorts = step.action == PlannedAction::move;
+  if (sorts) {
     step.destinationFolder = step.targetFolder;
-    std::string summary;
-    describeSorting(step, summary);
-    std::string names;
-    for (const auto& known : plan.steps) names += fmt::format("{}, ", lastComponent(known.targetFolder));
-    plan.summary = fmt::format("Organize {}{} into structured categories.", names, lastComponent(step.targetFolder));
+    describeSorting(step, plan.summary);
   }
   plan.steps.push_back(std::move(step));
+  if (sorts) describeSortingOfAll(plan);
 }
 
 void OfflineHeuristicParser::describeByAction(CleaningPlan& plan) {
-  auto& step = plan.steps.front();
-  if (step.action != PlannedAction::move) {
-    describeQuery(step, plan.summary);
-  } else if (step.destinationFolder == step.targetFolder) {
-    describeSorting(step, plan.summary);
-  } else {
-    step.explanation = fmt::format("Move files that fit to {}.", lastComponent(step.destinationFolder.value_or("")));
-    plan.summary = step.explanation;
+  for (auto& step : plan.steps) {
+    if (step.action != PlannedAction::move) {
+      describeQuery(step, plan.summary);
+    } else if (step.destinationFolder == step.targetFolder) {
+      describeSorting(step, plan.summary);
+      describeSortingOfAll(plan);
+    } else {
+      step.explanation = fmt::format("Move files that fit to {}.", lastComponent(step.destinationFolder.value_or("")));
+      plan.summary = step.explanation;
+    }
   }
 }
 

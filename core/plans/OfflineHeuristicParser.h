@@ -24,7 +24,7 @@ class OfflineHeuristicParser {
 
   // Adds a step that does in another folder, a path below "~", what the first one does in its own.
   static void addFolder(CleaningPlan& plan, std::string_view folder);
-  // Has a plan of one step told by its action and folders alone: for one whose conditions changed since it was made.
+  // Has a plan told by its actions and folders alone: for one whose conditions changed since it was made.
   static void describeByAction(CleaningPlan& plan);
 };
 

@@ -29,28 +29,37 @@ bool isNarrowerLimit(const std::optional<std::int64_t>& earlier, const std::opti
 }  // namespace
 
 std::optional<RuleTrigger> conditionsOf(const PlannedAnswer& answer) {
-  if (answer.plan.steps.size() != 1 || answer.placesFrom != PlannedAnswer::noStep) return std::nullopt;
-  const auto& step = answer.plan.steps.front();
-  const auto folder = planFolder(step.targetFolder);
-  return RuleTrigger{.folderPath = folder ? folder->path() : step.targetFolder,
-                     .fileExtensions = step.filter.extensions,
-                     .categories = step.filter.categories,
-                     .minimumAgeDays = step.filter.minimumAgeDays,
-                     .minimumSizeBytes = step.filter.minimumSizeBytes,
-                     .namePattern = step.filter.nameContains};
+  const auto& steps = answer.plan.steps;
+  if (steps.empty() || answer.placesFrom != PlannedAnswer::noStep) return std::nullopt;
+  const auto& filter = steps.front().filter;
+  if (std::ranges::any_of(steps, [&](const auto& step) { return step.filter != filter; })) return std::nullopt;
+  RuleTrigger conditions{.fileExtensions = filter.extensions,
+                         .categories = filter.categories,
+                         .minimumAgeDays = filter.minimumAgeDays,
+                         .minimumSizeBytes = filter.minimumSizeBytes,
+                         .namePattern = filter.nameContains};
+  if (steps.size() == 1) {
+    const auto& target = steps.front().targetFolder;
+    const auto folder = planFolder(target);
+    conditions.folderPath = folder ? folder->path() : target;
+  }
+  return conditions;
 }
 
 PlannedAnswer withConditions(PlannedAnswer answer, const RuleTrigger& conditions, std::string goal) {
-  auto& step = answer.plan.steps.front();
-  const bool sortsInPlace =
-      step.destinationFolder && planFolder(*step.destinationFolder) == planFolder(step.targetFolder);
-  step.targetFolder = expandedHome(conditions.folderPath.value_or(""));
-  if (sortsInPlace) step.destinationFolder = step.targetFolder;
-  step.filter = {.categories = conditions.categories,
-                 .extensions = conditions.fileExtensions,
-                 .minimumAgeDays = conditions.minimumAgeDays,
-                 .minimumSizeBytes = conditions.minimumSizeBytes,
-                 .nameContains = conditions.namePattern};
+  for (auto& step : answer.plan.steps) {
+    if (conditions.folderPath) {
+      const bool sortsInPlace =
+          step.destinationFolder && planFolder(*step.destinationFolder) == planFolder(step.targetFolder);
+      step.targetFolder = expandedHome(*conditions.folderPath);
+      if (sortsInPlace) step.destinationFolder = step.targetFolder;
+    }
+    step.filter = {.categories = conditions.categories,
+                   .extensions = conditions.fileExtensions,
+                   .minimumAgeDays = conditions.minimumAgeDays,
+                   .minimumSizeBytes = conditions.minimumSizeBytes,
+                   .nameContains = conditions.namePattern};
+  }
   answer.plan.userGoal = std::move(goal);
   OfflineHeuristicParser::describeByAction(answer.plan);
   return answer;

@@ -12,7 +12,8 @@ namespace orvane {
 // The conditions of a plan, to be changed one by one: a trigger, so that the fields of rules say how people write each
 // and which values can never work.
 
-// Absent for a plan of several steps, and for one that takes known places whole.
+// Absent for a plan whose steps differ in more than their folders, and for one that takes known places whole. Of
+// several steps the folder is absent.
 [[nodiscard]] std::optional<RuleTrigger> conditionsOf(const PlannedAnswer& answer);
 
 // The answer with other conditions, under the goal given, as it is no longer what the request says. A plan whose

@@ -90,6 +90,25 @@ TEST_F(PlanConditionsTask, moveADestinationThatIsThePlansOwnFolder) {
   EXPECT_EQ(proposal.row(0).destinationFolder()->path(), tree.path("Desktop/Documents/PDFs"));
 }
 
+TEST_F(PlanConditionsTask, holdInEveryFolderOfAPlanForSeveral) {
+  setAge(tree.file("Desktop/report.pdf"), 60 * day);
+  folders.saveBookmark(tree.url("Desktop"));
+  aged("a.pdf", 60);
+  aged("b.pdf", 40);
+  const auto answer = asked("organize files older than 30 days in downloads and desktop");
+  ASSERT_EQ(answer.plan.steps.size(), 2U);
+  auto conditions = conditionsOf(answer).value();
+  EXPECT_FALSE(conditions.folderPath);
+  conditions.minimumAgeDays = 50;
+  const auto changed = withConditions(answer, conditions, "goal");
+  EXPECT_EQ(changed.plan.summary, answer.plan.summary);
+  EXPECT_EQ(rowsOf(proposed(changed)).size(), 2U);
+
+  auto mixed = answer;
+  mixed.plan.steps.back().filter.minimumAgeDays = 7;
+  EXPECT_FALSE(conditionsOf(mixed)) << "no one value stands for both";
+}
+
 TEST_F(PlanConditionsTask, thatSelectNothingByAreRefused) {
   const auto answer = asked("delete files older than 30 days");
   auto conditions = conditionsOf(answer).value();
