@@ -64,6 +64,12 @@ T.ApplicationWindow {
         appState.selectedNavigation = section;
     }
 
+    // By the keyboard, which goes along.
+    function goByKey(section: int) {
+        go(section);
+        loader.forceActiveFocus(Qt.ShortcutFocusReason);
+    }
+
     width: memory.number("width", 900, 16000, 1180)
     height: memory.number("height", 600, 16000, 760)
     visibility: memory.flag("maximized") ? Window.Maximized : Window.AutomaticVisibility
@@ -378,7 +384,7 @@ T.ApplicationWindow {
             required property int index
 
             sequences: ["Ctrl+" + (index + 1) % 10]
-            onActivated: window.go(index)
+            onActivated: window.goByKey(index)
         }
     }
 

@@ -113,7 +113,7 @@ constexpr std::array ruleRows{
               {"Categories", "Catégories", "Kategorien", "カテゴリ", "카테고리", "类别", "類別", "Categorías"}},
     StringRow{"rules.minimum_age",
               {"Days old, at least", "Âge minimal en jours", "Alter in Tagen, mindestens", "経過日数（以上）",
-               "최소 경과 일수", "存在时间至少（天）", "存在時間至少（天）", "Antigüedad mínima en días"}},
+               "최소 경과 일수", "存在时间至少（天）", "存在時間至少（天）", "Edad mínima en días"}},
     StringRow{"rules.minimum_size",
               {"Size in MB, at least", "Taille minimale en Mo", "Größe in MB, mindestens", "サイズ（MB 以上）",
                "최소 크기(MB)", "文件大小至少（MB）", "檔案大小至少（MB）", "Tamaño mínimo en MB"}},
