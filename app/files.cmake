@@ -114,6 +114,7 @@ set(ORVANE_QML_FILES
   history/DayHead.qml
   history/FigureCards.qml
   history/HistoryEntry.qml
+  history/HistoryFoot.qml
   history/HistoryScreen.qml
   settings/KeepSettings.qml
   history/TakenPlacesSheet.qml

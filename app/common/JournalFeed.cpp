@@ -32,9 +32,6 @@ QString originText(const RecordedRun& run) {
   const auto key = originKeys.at(static_cast<std::size_t>(run.origin->kind));
   if (key.empty()) return {};
   auto text = localizedText(key);
-  if (!run.origin->detail.empty()) {
-    text = localizedText("origin.named").arg(text, shownName(run.origin->detail));
-  }
   const bool isScheduled = run.origin->start == RunOrigin::Start::scheduled;
   return isScheduled ? localizedText("origin.scheduled").arg(text) : text;
 }

@@ -18,7 +18,7 @@ namespace orvane {
 // Of the text that names what a run was, and of the text that says where its items are.
 [[nodiscard]] std::string_view kindKey(const RecordedRun& run);
 [[nodiscard]] std::string_view stateKey(const RecordedRun& run);
-// On whose behalf it was, with the rule, the request or the application by name; empty where that is not known.
+// On whose behalf it was; empty where that is not known.
 [[nodiscard]] QString originText(const RecordedRun& run);
 
 // The undo journal for the screens: read in the background at the start and whenever its file changes, by whichever

@@ -1,8 +1,10 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Orvane
 
-// One row of the history: a run, or something that a run moved. The rows of a run are a card, beside a line of time
-// with the clock and the section that acted.
+// One row of the history: a run, something that a run moved, or the foot of a run with what brings its chosen items
+// back. The rows of a run are a card, beside a line of time with the clock and the section that acted.
 Item {
     id: root
 
@@ -22,27 +24,46 @@ Item {
     required property string actorSymbol
     // The last row of its run.
     required property bool isLast
+    // Of an item: whether it comes back with the others.
+    required property bool chosen
+    // Of an unfolded run and its foot.
+    required property double itemCount
+    required property double chosenCount
+    required property double restorableCount
+    required property double takenCount
     property bool isFocused: false
     property bool isBusy: false
     // Whether a run that is unfolded stands out.
     property bool isOutlined: true
-    signal folded
+    // A click: a run unfolds, an item is taken out of those that come back or in again.
+    signal toggled
+    // A click on an item with Shift.
+    signal rangeAsked
     signal openFolderAsked
     signal restoreAsked
     signal menuAsked
 
     readonly property bool isRun: kind === 0
+    readonly property bool isFoot: kind === 2
+    // Whether the item can be chosen.
+    readonly property bool hasBox: kind === 1 && canRestore
     // The action is a symbol alone where its word would take the title's room.
     readonly property bool isNarrow: width < 760
-    readonly property bool isGone: stateKey === "state.gone"
-    readonly property string stateText: stateKey === "" ? "" : qsTr(stateKey)
-    readonly property string title: isRun ? qsTr(titleKey) + " · " + Texts.counted("count.items", count) : name
+    readonly property bool isPlaceTaken: stateKey === "state.place_taken"
+    // How many items of an unfolded run can come back.
+    readonly property string restorableText: qsTr("history.can_come_back").arg(Texts.count(restorableCount))
+                                                                          .arg(Texts.count(itemCount))
+    readonly property bool isPartlyGone: isRun && restorableCount > 0 && restorableCount < itemCount
+    readonly property string stateText: isFoot || stateKey === "" ? "" : isPartlyGone ? restorableText : qsTr(stateKey)
+    readonly property string countText: isRun ? Texts.counted("count.items", count) : ""
+    readonly property string title: name !== "" ? name : isRun ? qsTr(titleKey) : ""
+    readonly property string wholeTitle: Texts.joined([title, countText], " · ")
     // Of a run the line below its title says less: the clock stands beside it, and its day above.
     readonly property string shownDetail: isRun ? origin : destination === "" ? place : place + " → " + destination
     readonly property string detail: isRun ? Texts.joined([Texts.moment(date), origin], " · ") : shownDetail
     readonly property int clockWidth: isNarrow ? 56 : 64
     readonly property int textIndent: 40
-    readonly property int rowHeight: isRun ? 58 : 51
+    readonly property int rowHeight: isRun ? 58 : isFoot ? 64 : 51
     readonly property int gap: 12
 
     // The keyboard leaves the action of a row with the row.
@@ -52,11 +73,14 @@ Item {
     }
 
     height: rowHeight + (isLast ? gap : 0)
-    Accessible.role: Accessible.ListItem
-    Accessible.name: Texts.joined([title, detail, stateText, Texts.bytes(bytes)], ", ")
+    Accessible.role: hasBox ? Accessible.CheckBox : Accessible.ListItem
+    Accessible.name: isFoot ? restorableText : Texts.joined([wholeTitle, detail, stateText, Texts.bytes(bytes)], ", ")
     Accessible.focusable: true
     Accessible.focused: isFocused
-    Accessible.onPressAction: if (root.isRun) root.folded()
+    Accessible.checkable: hasBox
+    Accessible.checked: hasBox && chosen
+    Accessible.onToggleAction: root.toggled()
+    Accessible.onPressAction: root.toggled()
 
     CaptionText {
         width: root.clockWidth
@@ -135,10 +159,19 @@ Item {
             onClicked: mouse => {
                 if (mouse.button === Qt.RightButton)
                     root.menuAsked();
-                else if (root.isRun)
-                    root.folded();
+                else if (mouse.modifiers & Qt.ShiftModifier && root.hasBox)
+                    root.rangeAsked();
+                else if (!root.isFoot)
+                    root.toggled();
             }
-            onDoubleClicked: if (!root.isRun) root.openFolderAsked()
+            onDoubleClicked: mouse => {
+                if (root.isRun || root.isFoot)
+                    return;
+                // The first click has turned the row over; a second one on the box turns it back.
+                root.toggled();
+                if (mouse.x >= root.textIndent)
+                    root.openFolderAsked();
+            }
         }
 
         Icon {
@@ -148,21 +181,44 @@ Item {
             name: root.expanded ? "chevron-down" : "chevron-right"
         }
 
+        CheckMark {
+            x: 14
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.hasBox
+            checkState: root.chosen ? Qt.Checked : Qt.Unchecked
+            isHovered: area.containsMouse
+        }
+
         Column {
+            visible: !root.isFoot
             anchors.left: parent.left
             anchors.leftMargin: root.textIndent
             anchors.right: chip.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
 
-            BodyText {
-                id: titleText
-
+            Item {
                 width: parent.width
-                text: root.title
-                font.weight: root.isRun ? Font.DemiBold : Font.Normal
-                elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
-                Accessible.ignored: true
+                height: titleText.height
+
+                BodyText {
+                    id: titleText
+
+                    width: Math.min(Math.ceil(implicitWidth), parent.width - countLabel.implicitWidth)
+                    text: root.title
+                    font.weight: root.isRun ? Font.DemiBold : Font.Normal
+                    elide: root.isRun ? Text.ElideRight : Text.ElideMiddle
+                    Accessible.ignored: true
+                }
+
+                BodyText {
+                    id: countLabel
+
+                    anchors.left: titleText.right
+                    text: root.isRun ? " · " + root.countText : ""
+                    color: Theme.muted
+                    Accessible.ignored: true
+                }
             }
 
             CaptionText {
@@ -184,8 +240,8 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             visible: root.stateText !== ""
             width: visible ? implicitWidth : 0
-            kind: root.isGone ? Chip.Kind.Review
-                              : root.stateKey === "state.restored" ? Chip.Kind.Safe : Chip.Kind.Manual
+            kind: root.isPlaceTaken || root.isPartlyGone ? Chip.Kind.Review
+                              : root.canRestore ? Chip.Kind.Safe : Chip.Kind.Manual
             text: root.stateText
         }
 
@@ -198,6 +254,7 @@ Item {
             width: Math.max(78, implicitWidth)
             horizontalAlignment: Text.AlignRight
             font.weight: root.isRun ? Font.DemiBold : Font.Normal
+            visible: !root.isFoot
             text: Texts.bytes(root.bytes)
             Accessible.ignored: true
         }
@@ -221,17 +278,17 @@ Item {
             LinkButton {
                 id: restore
 
-                readonly property string label: root.isRun ? qsTr("history.restore_run") : qsTr("history.restore")
+                readonly property string label: qsTr("history.restore_run")
 
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 // Tab goes from the row that has the keyboard to its action, and from there past the other rows.
                 focusPolicy: root.isFocused ? Qt.TabFocus : Qt.NoFocus
-                visible: root.canRestore
+                visible: root.isRun && root.canRestore
                 enabled: !root.isBusy
                 symbol: "undo"
                 text: root.isNarrow ? "" : label
-                Accessible.name: label + ": " + root.title
+                Accessible.name: label + ": " + root.wholeTitle
                 Accessible.description: root.detail
                 onClicked: root.restoreAsked()
 
@@ -239,6 +296,23 @@ Item {
                     text: restore.label
                     shown: root.isNarrow && (restore.hovered || restore.visualFocus)
                 }
+            }
+        }
+
+        OnlyWhen {
+            holds: root.isFoot
+
+            HistoryFoot {
+                anchors.fill: parent
+                anchors.leftMargin: 14
+                anchors.rightMargin: 14
+                chosenCount: root.chosenCount
+                text: Texts.joined([root.restorableText, root.takenCount > 0 ? qsTr("history.taken_note") : ""], " · ")
+                isFocused: root.isFocused
+                isNarrow: root.isNarrow
+                isBusy: root.isBusy
+                onOpenFolderAsked: root.openFolderAsked()
+                onRestoreAsked: root.restoreAsked()
             }
         }
 

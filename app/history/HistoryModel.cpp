@@ -3,7 +3,6 @@
 #include "app/common/Format.h"
 #include "app/common/Places.h"
 #include "app/common/Text.h"
-#include "core/base/text/CaselessSearch.h"
 #include "core/platform/Desktop.h"
 #include "core/safety/records/UndoError.h"
 #include "core/tasks/RestoreSwap.h"
@@ -20,6 +19,8 @@ namespace {
 
 // In the order of ItemState.
 constexpr std::array<std::string_view, 4> stateKeys{"state.restored", "state.in_trash", "state.moved", "state.gone"};
+// Of an item that can come back.
+constexpr std::string_view placeTakenKey = "state.place_taken";
 
 // In the order of TaskKind.
 constexpr std::array<std::string_view, 9> actorSymbols{"cleanup",  "trash",    "agent", "rules",  "duplicates",
@@ -36,6 +37,13 @@ QString dayOf(const RecordedRun& run) {
 
 const FileUrl& presentPlace(const JournalEntry& entry) {
   return entry.action == JournalAction::restored ? entry.originalURL : entry.trashedURL;
+}
+
+// The rule, the application, or the request as it was typed: a person calls the run by it. Empty where there is none.
+QString nameOf(const RecordedRun& run) {
+  if (!run.origin || run.origin->detail.empty()) return {};
+  const auto name = shownName(run.origin->detail);
+  return run.origin->kind == TaskKind::plan ? localizedText("agent.quoted").arg(name) : name;
 }
 
 }  // namespace
@@ -57,70 +65,37 @@ int HistoryModel::runCount() const {
 
 // --- rows
 
-HistoryModel::View HistoryModel::viewOf(const TaskServices& services, const History& contents, const Query& query,
-                                        const std::stop_token& stop) {
-  View view;
-  const CaselessSearch search(query.searchText);
-  const bool isSearching = !query.searchText.empty();
-  for (const auto& run : contents.runs) {
-    if (stop.stop_requested()) break;
-    const auto& id = run.summary.runId;
-    ShownRun shown{.run = run, .isExpanded = query.unfolded.contains(id), .entries = {}, .start = view.rows};
-    const auto isFound = [&](const JournalEntry& entry) { return search.isIn(entry.originalURL.path()); };
-    if (isSearching) {
-      if (std::ranges::none_of(recordedEntries(services, id), isFound)) continue;
-      shown.isExpanded = !query.folded.contains(id);
-    }
-    if (shown.isExpanded) {
-      shown.entries = recordedItems(services, id);
-      if (isSearching) std::erase_if(shown.entries, [&](const RecordedItem& item) { return !isFound(item.entry); });
-    }
-    view.rows += 1 + static_cast<int>(shown.entries.size());
-    view.runs.push_back(std::move(shown));
-  }
-  return view;
-}
-
 void HistoryModel::rebuild() {
   m_rebuildStop.request_stop();
   m_rebuildStop = {};
   m_viewQueue.post(
       [this, contents = m_feed.contents(), query = m_query, stop = m_rebuildStop.get_token()](const std::stop_token&) {
         if (stop.stop_requested()) return;
-        auto view = std::make_shared<const View>(viewOf(services().tasks, contents, query, stop));
+        auto rows = std::make_shared<HistoryRows>(services().tasks, contents, query, stop);
         if (stop.stop_requested()) return;
-        callOn(this, [this, view = std::move(view), stop] {
-          if (!stop.stop_requested()) show(view);
+        callOn(this, [this, rows = std::move(rows), stop] {
+          if (!stop.stop_requested()) show(rows);
         });
       });
 }
 
 // The list keeps its position and reads anew what it shows.
-void HistoryModel::show(std::shared_ptr<const View> view) {
-  const int before = m_view->rows;
-  const int rows = view->rows;
-  if (rows > before) beginInsertRows({}, before, rows - 1);
-  if (rows < before) beginRemoveRows({}, rows, before - 1);
-  m_view = std::move(view);
-  if (rows > before) endInsertRows();
-  if (rows < before) endRemoveRows();
-  if (const int both = std::min(rows, before); both > 0) Q_EMIT dataChanged(index(0), index(both - 1));
+void HistoryModel::show(std::shared_ptr<HistoryRows> rows) {
+  rows->leaveOut(m_leftOut);
+  const int before = m_rows->count();
+  const int after = rows->count();
+  if (after > before) beginInsertRows({}, before, after - 1);
+  if (after < before) beginRemoveRows({}, after, before - 1);
+  m_rows = std::move(rows);
+  if (after > before) endInsertRows();
+  if (after < before) endRemoveRows();
+  if (const int both = std::min(after, before); both > 0) Q_EMIT dataChanged(index(0), index(both - 1));
   m_isLoaded = true;
   Q_EMIT countsChanged();
 }
 
-HistoryModel::Place HistoryModel::placeOf(int row) const {
-  if (row < 0 || row >= m_view->rows) return {};
-  const auto& runs = m_view->runs;
-  const auto after =
-      std::upper_bound(runs.begin(), runs.end(), row, [](int value, const ShownRun& run) { return value < run.start; });
-  const auto& run = *std::prev(after);
-  if (row == run.start) return {&run, nullptr};
-  return {&run, &run.entries[static_cast<std::size_t>(row - run.start - 1)]};
-}
-
 int HistoryModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : m_view->rows;
+  return parent.isValid() ? 0 : m_rows->count();
 }
 
 QHash<int, QByteArray> HistoryModel::roleNames() const {
@@ -141,26 +116,31 @@ QHash<int, QByteArray> HistoryModel::roleNames() const {
       {ActorSymbolRole, "actorSymbol"},
       {DayRole, "day"},
       {IsLastRole, "isLast"},
+      {ChosenRole, "chosen"},
+      {ItemCountRole, "itemCount"},
+      {ChosenCountRole, "chosenCount"},
+      {RestorableCountRole, "restorableCount"},
+      {TakenCountRole, "takenCount"},
   };
 }
 
 QVariant HistoryModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto [run, entry] = placeOf(index.row());
-  if (role == KindRole) return entry != nullptr ? Entry : Run;
-  if (role == DayRole) return dayOf(run->run);
-  if (role == IsLastRole) return run->entries.empty() || entry == &run->entries.back();
-  return entry != nullptr ? entryData(*entry, role) : runData(*run, role);
+  const auto place = m_rows->placeOf(index.row());
+  if (role == KindRole) return place.isRun() ? Run : place.isFoot ? Foot : Entry;
+  if (role == DayRole) return dayOf(place.run->run);
+  if (role == IsLastRole) return m_rows->isLastOfRun(index.row());
+  return place.item != nullptr ? itemData(*place.item, role) : runData(*place.run, role);
 }
 
 void HistoryModel::languageChanged() {
   RunModel::languageChanged();
   // With the language the day changes on which weeks begin.
   m_figures.reload();
-  if (const auto rows = rowCount(); rows > 0) Q_EMIT dataChanged(index(0), index(rows - 1), {OriginRole});
+  if (const auto rows = rowCount(); rows > 0) Q_EMIT dataChanged(index(0), index(rows - 1), {NameRole, OriginRole});
 }
 
-QVariant HistoryModel::runData(const ShownRun& shown, int role) {
+QVariant HistoryModel::runData(const HistoryRows::Run& shown, int role) {
   const auto& run = shown.run;
   switch (role) {
     case IdRole:
@@ -185,15 +165,26 @@ QVariant HistoryModel::runData(const ShownRun& shown, int role) {
       return textFrom(actorSymbol(run));
     case Qt::DisplayRole:
     case NameRole:
+      return nameOf(run);
     case PlaceRole:
     case DestinationRole:
       return QString();
+    case ChosenRole:
+      return false;
+    case ItemCountRole:
+      return static_cast<double>(shown.total);
+    case ChosenCountRole:
+      return static_cast<double>(shown.chosen);
+    case RestorableCountRole:
+      return static_cast<double>(shown.restorable);
+    case TakenCountRole:
+      return static_cast<double>(shown.taken);
     default:
       return {};
   }
 }
 
-QVariant HistoryModel::entryData(const RecordedItem& item, int role) const {
+QVariant HistoryModel::itemData(const RecordedItem& item, int role) const {
   const auto& entry = item.entry;
   switch (role) {
     case IdRole:
@@ -206,16 +197,23 @@ QVariant HistoryModel::entryData(const RecordedItem& item, int role) const {
     case PlaceRole:
       return shownPlace(entry.originalURL, services().tasks.home);
     case DestinationRole:
-      return shownPlace(entry.trashedURL, services().tasks.home);
+      return item.wentToTrash ? QString() : shownPlace(entry.trashedURL, services().tasks.home);
     case CountRole:
       return 1.0;
     case BytesRole:
       return static_cast<double>(entry.fileSize);
     case TitleKeyRole:
     case StateKeyRole:
-      return textFrom(stateKeys.at(static_cast<std::size_t>(item.state)));
+      return textFrom(item.isPlaceTaken ? placeTakenKey : stateKeys.at(static_cast<std::size_t>(item.state)));
     case CanRestoreRole:
-      return item.state == ItemState::inTrash || item.state == ItemState::moved;
+      return item.canComeBack();
+    case ChosenRole:
+      return item.canComeBack() && !m_leftOut.contains(entry.id);
+    case ItemCountRole:
+    case ChosenCountRole:
+    case RestorableCountRole:
+    case TakenCountRole:
+      return 0.0;
     case ExpandedRole:
       return false;
     case OriginRole:
@@ -239,25 +237,73 @@ void HistoryModel::setSearchText(const QString& text) {
   rebuild();
 }
 
+void HistoryModel::setKind(int kind) {
+  const auto wanted = static_cast<std::size_t>(kind);
+  if (wanted == m_query.kind || wanted >= HistoryRows::kindKeys().size()) return;
+  m_query.kind = wanted;
+  Q_EMIT kindChanged();
+  rebuild();
+}
+
+QStringList HistoryModel::kindKeys() {
+  QStringList keys;
+  for (const auto key : HistoryRows::kindKeys()) keys += textFrom(key);
+  return keys;
+}
+
 void HistoryModel::toggleExpanded(int row) {
-  const auto [run, entry] = placeOf(row);
-  if (run == nullptr || entry != nullptr) return;
-  const auto& id = run->run.summary.runId;
+  const auto place = m_rows->placeOf(row);
+  if (!place.isRun()) return;
+  const auto& id = place.run->run.summary.runId;
   auto& chosen = m_query.searchText.empty() ? m_query.unfolded : m_query.folded;
   if (chosen.erase(id) == 0) chosen.insert(id);
   rebuild();
 }
 
+// --- choosing
+
+void HistoryModel::toggleChosen(int row) {
+  if (const auto* item = m_rows->placeOf(row).item; item != nullptr) choose(row, m_leftOut.contains(item->entry.id));
+}
+
+void HistoryModel::chooseRange(int from, int to) {
+  for (int row = std::min(from, to); row <= std::max(from, to); ++row) choose(row, true);
+}
+
+void HistoryModel::choose(int row, bool isChosen) {
+  const auto place = m_rows->placeOf(row);
+  if (place.item == nullptr || !place.item->canComeBack()) return;
+  const auto& id = place.item->entry.id;
+  const bool isChanged = isChosen ? m_leftOut.erase(id) > 0 : m_leftOut.insert(id).second;
+  if (!isChanged) return;
+  m_rows->countChoice(row, isChosen);
+  Q_EMIT dataChanged(index(row), index(row), {ChosenRole});
+  for (const int counting : {place.run->start, place.run->start + static_cast<int>(place.run->items.size()) + 1}) {
+    Q_EMIT dataChanged(index(counting), index(counting), {ChosenCountRole});
+  }
+}
+
 // --- restoring
 
 void HistoryModel::restoreRun(int row) {
-  const auto [run, entry] = placeOf(row);
-  if (run != nullptr && entry == nullptr) restore(textFrom(run->run.summary.runId.toString()));
+  if (const auto place = m_rows->placeOf(row); place.isRun()) {
+    restore(textFrom(place.run->run.summary.runId.toString()));
+  }
 }
 
 void HistoryModel::restoreEntry(int row) {
-  const auto [run, entry] = placeOf(row);
-  if (entry != nullptr) askOrRestore({run->run.summary.runId, {entry->entry.id}});
+  const auto place = m_rows->placeOf(row);
+  if (place.item != nullptr) askOrRestore({place.run->run.summary.runId, {place.item->entry.id}});
+}
+
+void HistoryModel::restoreChosen(int row) {
+  const auto* run = m_rows->placeOf(row).run;
+  if (run == nullptr || run->chosen == 0) return;
+  RestoreWish wish{run->run.summary.runId};
+  for (const auto& item : run->items) {
+    if (item.canComeBack() && !m_leftOut.contains(item.entry.id)) wish.entries.push_back(item.entry.id);
+  }
+  askOrRestore(std::move(wish));
 }
 
 void HistoryModel::restore(const QString& runId) {
@@ -330,15 +376,17 @@ void HistoryModel::clearResult() {
 }
 
 QString HistoryModel::placeAt(int row) const {
-  const auto [run, entry] = placeOf(row);
-  return entry == nullptr ? QString() : placeText(presentPlace(entry->entry));
+  const auto* item = m_rows->placeOf(row).item;
+  return item == nullptr ? QString() : placeText(presentPlace(item->entry));
 }
 
 void HistoryModel::openContainingFolder(int row) {
-  const auto [run, entry] = placeOf(row);
-  if (entry == nullptr) return;
-  postWork([this, place = presentPlace(entry->entry)](const std::stop_token&) {
-    if (!services().desktop.reveal(place)) qWarning("No file manager could be started.");
+  const auto place = m_rows->placeOf(row);
+  const auto* item = place.item;
+  if (place.isFoot) item = &*std::ranges::find_if(place.run->items, &RecordedItem::canComeBack);
+  if (item == nullptr) return;
+  postWork([this, present = presentPlace(item->entry)](const std::stop_token&) {
+    if (!services().desktop.reveal(present)) qWarning("No file manager could be started.");
   });
 }
 

@@ -24,6 +24,19 @@ Page {
             model.restoreRun(0);
     }
 
+    // A run unfolds, an item is chosen, and what is chosen comes back.
+    function toggle(row: int) {
+        const entry = list.itemAtIndex(row) as HistoryEntry;
+        if (!entry)
+            return;
+        if (entry.isRun)
+            root.model.toggleExpanded(row);
+        else if (!entry.isFoot)
+            root.model.toggleChosen(row);
+        else if (!root.model.isRestoring)
+            root.model.restoreChosen(row);
+    }
+
     title: qsTr("nav.history")
     subtitle: isEmpty ? qsTr("history.subtitle_empty") : qsTr("history.subtitle")
     actions: [
@@ -36,10 +49,12 @@ Page {
             onTextEdited: searchDelay.restart()
             onTextChanged: if (text === "" && root.model.searchText !== "") searchDelay.restart()
         },
-        PlainButton {
-            symbol: "trash"
-            text: qsTr("action.open_trash")
-            onClicked: root.appState.openTrash()
+        MenuButton {
+            visible: !root.isEmpty
+            label: qsTr("map.kind")
+            keys: root.model.kindKeys
+            current: root.model.kind
+            onChosen: index => root.model.kind = index
         }
     ]
 
@@ -117,10 +132,11 @@ Page {
                 label: qsTr("nav.history")
                 model: root.model
                 canLook: true
-                onRowToggled: row => root.model.toggleExpanded(row)
+                onRowToggled: row => root.toggle(row)
+                onRangeAsked: (from, to) => root.model.chooseRange(from, to)
                 onLookAsked: row => {
                     if (!root.appState.preview.look(root.model.placeAt(row)))
-                        root.model.toggleExpanded(row);
+                        root.toggle(row);
                 }
                 onRowMenuAsked: row => menu.showFor(row, true)
                 onRowFolded: (row, open) => {
@@ -133,13 +149,17 @@ Page {
                     isFocused: ListView.isCurrentItem && list.showsCurrent && list.activeFocus
                     isOutlined: root.model.searchText === ""
                     isBusy: root.model.isRestoring
-                    onFolded: {
+                    onToggled: {
                         list.forceActiveFocus(Qt.MouseFocusReason);
                         list.showsCurrent = false;
                         list.currentIndex = index;
-                        root.model.toggleExpanded(index);
+                        list.act();
                     }
-                    onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreEntry(index)
+                    onRangeAsked: {
+                        list.currentIndex = index;
+                        root.model.chooseRange(list.anchor, index);
+                    }
+                    onRestoreAsked: isRun ? root.model.restoreRun(index) : root.model.restoreChosen(index)
                     onOpenFolderAsked: root.model.openContainingFolder(index)
                     onMenuAsked: menu.showFor(index, false)
                 }
@@ -159,6 +179,7 @@ Page {
                     onActed: {
                         search.clear();
                         root.model.searchText = "";
+                        root.model.kind = 0;
                     }
                 }
             }

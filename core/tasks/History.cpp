@@ -202,9 +202,16 @@ std::vector<RecordedItem> recordedItems(const TaskServices& services, const Uuid
     return gone.contains(entry.id) ? ItemState::gone : ItemState::inTrash;
   };
   std::vector<RecordedItem> items;
+  std::unordered_set<FileUrl> originals;
   for (auto& entry : journal.getEntries(runId)) {
     const auto state = stateOf(entry);
-    items.push_back({std::move(entry), state});
+    if (state == ItemState::inTrash) originals.insert(entry.originalURL);
+    const bool wentToTrash = liesInTrash(entry);
+    items.push_back({std::move(entry), state, wentToTrash});
+  }
+  for (auto& item : items) {
+    item.isCopy = item.state == ItemState::moved && originals.contains(item.entry.originalURL);
+    item.isPlaceTaken = item.canComeBack() && itemExists(item.entry.originalURL.path().c_str());
   }
   return items;
 }

@@ -76,6 +76,16 @@ enum class ItemState : std::uint8_t { restored, inTrash, moved, gone };
 struct RecordedItem {
   JournalEntry entry;
   ItemState state;
+  // Where it was moved to is a Trash, whatever became of it there.
+  bool wentToTrash = false;
+  // Something stands where the item was.
+  bool isPlaceTaken = false;
+  // A copy on another volume: its original, an item of its own, comes back from the Trash instead.
+  bool isCopy = false;
+
+  [[nodiscard]] bool canComeBack() const noexcept {
+    return !isCopy && (state == ItemState::inTrash || state == ItemState::moved);
+  }
 };
 // In recording order. Looks at the disk.
 [[nodiscard]] std::vector<RecordedItem> recordedItems(const TaskServices& services, const Uuid& runId);

@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -50,12 +51,11 @@ TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
   EXPECT_TRUE(value(0, HistoryModel::IsLastRole).toBool());
 
   model->toggleExpanded(0);
-  ASSERT_TRUE(showsRows(3));
-  EXPECT_FALSE(value(0, HistoryModel::IsLastRole).toBool());
-  EXPECT_FALSE(value(1, HistoryModel::IsLastRole).toBool());
-  EXPECT_TRUE(value(2, HistoryModel::IsLastRole).toBool());
+  ASSERT_TRUE(showsRows(4)) << "with a foot";
+  for (int row = 0; row < 4; ++row) EXPECT_EQ(value(row, HistoryModel::IsLastRole).toBool(), row == 3);
   EXPECT_EQ(value(2, HistoryModel::NameRole).toString(), "b.txt");
   EXPECT_EQ(value(2, HistoryModel::PlaceRole).toString(), "Downloads");
+  EXPECT_EQ(value(2, HistoryModel::DestinationRole).toString(), "") << "the Trash is told by the state";
   EXPECT_EQ(value(2, HistoryModel::StateKeyRole).toString(), "state.in_trash");
 
   model->restoreRun(0);
@@ -64,8 +64,82 @@ TEST_F(HistoryModelTest, unfoldsARunAndBringsItBack) {
   EXPECT_EQ(contentOf(tree.path("Downloads/b.txt")), "second");
   EXPECT_EQ(value(0, HistoryModel::StateKeyRole).toString(), "state.restored");
   EXPECT_THAT(model->messages(), IsEmpty());
+  EXPECT_TRUE(showsRows(3)) << "nothing is left to come back";
+  EXPECT_TRUE(value(2, HistoryModel::IsLastRole).toBool());
   model->toggleExpanded(0);
   EXPECT_TRUE(showsRows(1));
+}
+
+TEST_F(HistoryModelTest, bringsBackWhatIsChosen) {
+  clean({tree.file("Downloads/a.txt", "first"), tree.file("Downloads/b.txt", "second"),
+         tree.file("Downloads/c.txt", "third"), tree.file("Downloads/d.txt", "fourth")});
+  ASSERT_EQ(::unlink((trashPath() + "/files/a.txt").c_str()), 0);
+  tree.file("Downloads/d.txt", "newer");
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  model->toggleExpanded(0);
+  ASSERT_TRUE(showsRows(6));
+  const auto counts = [this](int row) {
+    return std::array{
+        value(row, HistoryModel::ItemCountRole).toInt(), value(row, HistoryModel::RestorableCountRole).toInt(),
+        value(row, HistoryModel::TakenCountRole).toInt(), value(row, HistoryModel::ChosenCountRole).toInt()};
+  };
+  const auto chosen = [this](int row) { return value(row, HistoryModel::ChosenRole).toBool(); };
+  EXPECT_EQ(value(5, HistoryModel::KindRole).toInt(), HistoryModel::Foot);
+  EXPECT_EQ(counts(5), (std::array{4, 3, 1, 3}));
+  EXPECT_EQ(value(4, HistoryModel::StateKeyRole).toString(), "state.place_taken");
+  EXPECT_FALSE(chosen(1)) << "it is gone";
+
+  model->toggleChosen(1);
+  model->toggleChosen(2);
+  model->toggleChosen(4);
+  EXPECT_EQ(counts(5), (std::array{4, 3, 1, 1}));
+  EXPECT_EQ(counts(0), counts(5));
+  model->toggleChosen(2);
+  model->toggleChosen(3);
+  model->chooseRange(3, 1);
+  EXPECT_EQ(counts(5)[3], 2);
+  EXPECT_FALSE(chosen(4));
+  model->toggleChosen(2);
+
+  model->restoreChosen(5);
+  ASSERT_TRUE(becomesTrue([&] { return !model->isRestoring() && counts(0)[1] == 2; }));
+  EXPECT_EQ(contentOf(tree.path("Downloads/c.txt")), "third");
+  EXPECT_FALSE(exists(tree.path("Downloads/b.txt")));
+  EXPECT_EQ(contentOf(tree.path("Downloads/d.txt")), "newer");
+  EXPECT_THAT(model->messages(), IsEmpty());
+  EXPECT_FALSE(chosen(2)) << "what was taken out stays so";
+}
+
+TEST_F(HistoryModelTest, bringsBackOfASearchOnlyWhatItShows) {
+  clean({tree.file("Downloads/a.txt"), tree.file("Downloads/b.log")});
+  model->reload();
+  ASSERT_TRUE(showsRows(1));
+  model->setSearchText(".log");
+  ASSERT_TRUE(showsRows(3));
+  model->restoreChosen(2);
+  EXPECT_TRUE(becomesTrue([this] { return exists(tree.path("Downloads/b.log")); }));
+  ASSERT_TRUE(becomesTrue([this] { return !model->isRestoring(); }));
+  EXPECT_FALSE(exists(tree.path("Downloads/a.txt")));
+}
+
+TEST_F(HistoryModelTest, callsARunByItsRequestAndNarrowsToOneKind) {
+  const auto tasks = services().tasks;
+  clean({tree.file("Downloads/a.txt")});
+  clean({tree.file("Downloads/b.txt")});
+  const auto runs = recordedRuns(tasks);
+  recordOrigin(tasks, runs[0].runId, {TaskKind::plan, RunOrigin::Start::byHand, "old logs"});
+  recordOrigin(tasks, runs[1].runId, {TaskKind::rules, RunOrigin::Start::scheduled, "Stale Installers"});
+  model->reload();
+  ASSERT_TRUE(showsRows(2));
+  EXPECT_EQ(value(0, HistoryModel::NameRole).toString(), "“old logs”");
+  EXPECT_EQ(value(0, HistoryModel::OriginRole).toString(), "by the assistant");
+  EXPECT_EQ(value(1, HistoryModel::NameRole).toString(), "Stale Installers");
+  EXPECT_EQ(value(1, HistoryModel::OriginRole).toString(), "by rules, on schedule");
+  for (const auto& [key, rows] : {std::pair{"nav.rules", 1}, {"nav.agent", 1}, {"nav.apps", 0}}) {
+    model->setKind(static_cast<int>(HistoryModel::kindKeys().indexOf(key)));
+    EXPECT_TRUE(showsRows(rows)) << key;
+  }
 }
 
 TEST_F(HistoryModelTest, putsARunUnderItsDayWhereTheUserLives) {
@@ -98,7 +172,7 @@ TEST_F(HistoryModelTest, addsUpItsFiguresWhileTheyAreShown) {
   ASSERT_EQ(figures.weeks().size(), 12);
   EXPECT_EQ(figures.weeks().back().toMap()["bytes"].toDouble(), 14);
   model->toggleExpanded(0);
-  ASSERT_TRUE(showsRows(3));
+  ASSERT_TRUE(showsRows(4));
   model->restoreEntry(1);
   EXPECT_TRUE(become(14, 7, 7));
 }
@@ -132,7 +206,7 @@ TEST_F(HistoryModelTest, bringsBackOneItemAndLeavesTheOthers) {
   model->reload();
   ASSERT_TRUE(showsRows(1));
   model->toggleExpanded(0);
-  ASSERT_TRUE(showsRows(3));
+  ASSERT_TRUE(showsRows(4));
   EXPECT_TRUE(value(2, HistoryModel::CanRestoreRole).toBool());
   model->restoreEntry(2);
   ASSERT_TRUE(becomesTrue([this] { return value(2, HistoryModel::StateKeyRole).toString() == "state.restored"; }));
@@ -154,7 +228,7 @@ TEST_F(HistoryModelTest, warnsOfWhatCannotComeBack) {
   model->reload();
   ASSERT_TRUE(showsRows(1));
   model->toggleExpanded(0);
-  ASSERT_TRUE(showsRows(3));
+  ASSERT_TRUE(showsRows(4));
   EXPECT_EQ(value(1, HistoryModel::StateKeyRole).toString(), "state.gone");
   EXPECT_FALSE(value(1, HistoryModel::CanRestoreRole).toBool());
   model->restoreRun(0);
@@ -213,7 +287,7 @@ TEST_F(HistoryModelTest, findsRunsByWhatTheyMoved) {
   ASSERT_TRUE(showsRows(2));
   model->setSearchText("HOLIDAY");
   ASSERT_TRUE(becomesTrue([this] { return model->shownCount() == 1; }));
-  ASSERT_TRUE(showsRows(2));
+  ASSERT_TRUE(showsRows(3));
   EXPECT_EQ(value(1, HistoryModel::NameRole).toString(), "holiday.jpg");
   model->setSearchText("nowhere");
   EXPECT_TRUE(showsRows(0));

@@ -66,11 +66,13 @@ def history(window, home):
     window.sees("Brought back: 9 KB")
     window.sees("Still in the Trash: Zero KB")
 
-    # One item of two.
+    # One item of two: the other's box is taken out.
     other = put(home, "Downloads/other.dmg", b"o" * 5000)
     terminal("trash", "--yes", str(home / "Downloads/setup.dmg"), str(other))
     window.press("2 items, ", exact=False)
-    window.press("Restore: other.dmg")
+    window.sees("Bring Back 2")
+    window.press("setup.dmg, Downloads", exact=False)
+    window.press("Bring Back 1")
     wait_for("the one item", other.exists)
     expect(not (home / "Downloads/setup.dmg").exists(), "more came back than was asked for")
 

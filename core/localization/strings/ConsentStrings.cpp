@@ -199,7 +199,7 @@ constexpr std::array consentRows{
                "没有迹象表明它可以移除：它可能是你自己的作品。Orvane 不会动它。",
                "沒有跡象顯示它可以移除：它可能是你自己的作品。Orvane 不會動它。",
                "Nada indica que pueda irse: puede ser trabajo tuyo. Orvane no lo toca."}},
-    // Who had a run done, and with what name.
+    // Who had a run done.
     StringRow{"origin.clean",
               {"by Cleanup", "par Nettoyage", "durch Aufräumen", "クリーンアップから", "정리에서", "来自清理",
                "來自清理", "desde Limpieza"}},
@@ -222,7 +222,6 @@ constexpr std::array consentRows{
     StringRow{"origin.uninstall",
               {"uninstalled", "désinstallation", "deinstalliert", "アンインストール", "제거", "卸载", "解除安裝",
                "desinstalación"}},
-    StringRow{"origin.named", {"%1: %2", "%1\u00a0: %2", "%1: %2", "%1：%2", "%1 · %2", "%1：%2", "%1：%2", "%1: %2"}},
     StringRow{"origin.scheduled",
               {"%1, on schedule", "%1, planifié", "%1, nach Zeitplan", "%1（定期）", "%1 (예약)", "%1（定期）",
                "%1（排程）", "%1, programado"}},

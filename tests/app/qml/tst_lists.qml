@@ -206,6 +206,11 @@ ComponentCase {
                 expanded: !isLast
                 origin: "by hand"
                 actorSymbol: "cleanup"
+                chosen: true
+                itemCount: 3
+                chosenCount: 2
+                restorableCount: 2
+                takenCount: 1
             }
         }
     }
