@@ -16,7 +16,8 @@ T.AbstractButton {
     rightPadding: 10
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    activeFocusOnTab: isCurrent
+    // A control cannot leave the round of Tab while it has the keyboard.
+    activeFocusOnTab: isCurrent || activeFocus
     Accessible.role: Accessible.PageTab
     Accessible.name: root.text
     Accessible.description: root.figure

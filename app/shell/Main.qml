@@ -67,7 +67,7 @@ T.ApplicationWindow {
     // By the keyboard, which goes along.
     function goByKey(section: int) {
         go(section);
-        loader.forceActiveFocus(Qt.ShortcutFocusReason);
+        screen?.forceActiveFocus(Qt.ShortcutFocusReason);
     }
 
     width: memory.number("width", 900, 16000, 1180)

@@ -81,6 +81,10 @@ def undone_from_anywhere(window, home):
     window.hold(CONTROL, ord("z"))
     wait_for("the logs to come back", log.exists)
     window.sees("3 items are back where they were.")
+    window.focus("nav.privacy")
+    window.hold(CONTROL, ord("8"))
+    wait_for("the rows of the history", lambda: window.find("History", role="list"))
+    wait_for("the keyboard on them", lambda: window.has(window.find("History", role="list"), "FOCUSED"))
 
 
 def prepare_dropped(home):
