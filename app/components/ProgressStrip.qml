@@ -66,7 +66,8 @@ Card {
             }
 
             CaptionText {
-                visible: !root.isResult && !root.isTight && text !== ""
+                // Before there are figures too: they would stand in the corner until the layout has a place for them.
+                visible: !root.isResult && !root.isTight
                 Layout.maximumWidth: root.mostText
                 text: root.figures
                 font.pixelSize: 13
