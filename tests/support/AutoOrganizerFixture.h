@@ -3,9 +3,6 @@
 #include "core/organizer/tidy/AutoOrganizer.h"
 #include "tests/support/TaskFixture.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 namespace orvane::test {
 
 // ~/Downloads is watched; days are counted from a fixed one.

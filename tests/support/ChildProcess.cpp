@@ -1,12 +1,8 @@
 #include "tests/support/ChildProcess.h"
 
-#include "core/base/files/FileDescriptor.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+#include <cstdio>
 #include <cstdlib>
 
 namespace orvane::test {
@@ -40,6 +36,35 @@ ChildResult runProgram(const std::vector<std::string>& arguments, const std::map
   result.output = contentOf(outputPath);
   result.errors = contentOf(errorsPath);
   return result;
+}
+
+bool inProcesses(int count, const std::function<bool(int)>& body) {
+  std::vector<pid_t> children;
+  for (int number = 0; number < count; ++number) {
+    const pid_t child = ::fork();
+    if (child < 0) throwErrno();
+    if (child == 0) {
+      try {
+        ::_exit(body(number) ? 0 : 1);
+      } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        ::_exit(1);
+      }
+    }
+    children.push_back(child);
+  }
+  bool answer = true;
+  for (const pid_t child : children) {
+    int status = 0;
+    answer = ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0 && answer;
+  }
+  return answer;
+}
+
+bool withoutPrivileges(const std::function<bool()>& body) {
+  constexpr unsigned nobody = 65534;
+  return inProcesses(
+      1, [&](int) { return (::geteuid() != 0 || (::setgid(nobody) == 0 && ::setuid(nobody) == 0)) && body(); });
 }
 
 }  // namespace orvane::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -17,5 +18,10 @@ struct ChildResult {
 [[nodiscard]] ChildResult runProgram(const std::vector<std::string>& arguments,
                                      const std::map<std::string, std::string>& environment = {},
                                      const std::string& input = {});
+
+// Forks that all run at once; whether each answers true. `number` counts from 0.
+[[nodiscard]] bool inProcesses(int count, const std::function<bool(int number)>& body);
+// One fork, as nobody where the test runs as root.
+[[nodiscard]] bool withoutPrivileges(const std::function<bool()>& body);
 
 }  // namespace orvane::test

@@ -5,12 +5,6 @@
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <algorithm>
-#include <map>
-#include <string>
-#include <string_view>
-#include <vector>
-
 namespace orvane::test {
 
 // The organizer over real folders; ~/Downloads is the folder that is organised.

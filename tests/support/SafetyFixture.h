@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/base/files/PathAccess.h"
+#include "core/safety/journal/RunLog.h"
 #include "core/safety/journal/UndoJournal.h"
 #include "core/safety/rules/PathValidator.h"
 #include "core/safety/run/CleanupRun.h"
@@ -7,13 +9,6 @@
 #include "platform/linux/LinuxFileMover.h"
 #include "platform/linux/LinuxTrash.h"
 #include "tests/support/TemporaryTree.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace orvane::test {
 
@@ -55,6 +50,28 @@ class SafetyFixture : public testing::Test {
     CleanupRun run(mover, *journal, roots());
     lastRun = run.id();
     return run.carryOut(requests(paths));
+  }
+
+  // To move what lies at a place, as a run writes it into its log first.
+  [[nodiscard]] static MoveIntent intentFor(const JournalEntry& entry, const FileUrl& from, const FileUrl& to) {
+    MoveIntent intent;
+    intent.entry = entry;
+    intent.source = from;
+    intent.destination = to;
+    intent.identity = ItemIdentity::of(readPathStatus(from.path()).value());
+    return intent;
+  }
+  // To bring an item back.
+  [[nodiscard]] static MoveIntent intentToRestore(const JournalEntry& entry) {
+    auto intent = intentFor(entry, entry.trashedURL, entry.originalURL);
+    intent.entry.action = JournalAction::restored;
+    return intent;
+  }
+  // The log of a run that dies.
+  void leaveLog(const std::vector<MoveIntent>& intents, const Uuid& run = Uuid::random()) const {
+    RunLog log(journalFolder(), run);
+    for (const auto& intent : intents) log.appendIntent(intent);
+    log.sync();
   }
 
   // One entry of the last run.

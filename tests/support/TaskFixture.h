@@ -13,6 +13,7 @@
 #include "core/safety/access/KeepList.h"
 #include "core/scanning/scan/StorageScanner.h"
 #include "core/tasks/CarryOut.h"
+#include "core/tasks/SavedProposal.h"
 #include "core/tasks/TaskServices.h"
 #include "core/uninstaller/AppUninstallerEngine.h"
 #include "platform/linux/LinuxApplications.h"
@@ -20,13 +21,6 @@
 #include "platform/linux/LinuxPreferences.h"
 #include "tests/support/SafetyFixture.h"
 #include "tests/support/ScriptedModel.h"
-
-#include <functional>
-#include <optional>
-#include <set>
-#include <string>
-#include <string_view>
-#include <utility>
 
 namespace orvane::test {
 
@@ -102,6 +96,21 @@ class TaskFixture : public SafetyFixture {
   }
   [[nodiscard]] std::set<std::string> rowsOf(const Proposal& proposal) const {
     return rowsOf(proposal, [](const ProposedRow&) { return true; });
+  }
+
+  // The rows that are proposed chosen, but for those of a name.
+  [[nodiscard]] static Selection without(const Proposal& proposal, std::string_view name) {
+    auto selection = proposal.selection();
+    proposal.forEach([&](std::size_t index, const ProposedRow& row) {
+      if (row.item.url().lastPathComponent() == name) selection.set(index, Selection::Whether::unselected);
+    });
+    return selection;
+  }
+  // As a file that was written tells it.
+  [[nodiscard]] static std::string savedText(const Approval& approval) {
+    std::string text;
+    writeProposal(approval, [&](std::string_view piece) { text += piece; });
+    return text;
   }
 
   LinuxPreferences preferences{tree.path(".config/orvane/preferences.json")};

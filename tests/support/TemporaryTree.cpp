@@ -1,31 +1,24 @@
 #include "tests/support/TemporaryTree.h"
 
 #include "core/base/files/AtomicFile.h"
-#include "core/base/files/FileDescriptor.h"
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/PathText.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 
 namespace orvane::test {
 
 TemporaryTree::TemporaryTree(const std::string& base) {
   const char* temporary = std::getenv("TMPDIR");
   const std::string parent = !base.empty() ? base : temporary != nullptr ? temporary : "/tmp";
-  std::string pattern = joinPath(std::filesystem::canonical(parent).string(), "orvane-test-XXXXXX");
+  std::string pattern = joinPath(fs::canonical(parent).string(), "orvane-test-XXXXXX");
   if (::mkdtemp(pattern.data()) == nullptr) throwErrno();
   m_path = pattern;
 }
 
 TemporaryTree::~TemporaryTree() {
   std::error_code ignored;
-  std::filesystem::remove_all(m_path, ignored);
+  fs::remove_all(m_path, ignored);
 }
 
 std::string TemporaryTree::path(std::string_view relative) const {
@@ -75,13 +68,25 @@ std::string TemporaryTree::link(std::string_view relative, std::string_view targ
   return result;
 }
 
+std::stop_token stopped() {
+  static std::stop_source source;
+  source.request_stop();
+  return source.get_token();
+}
+
 bool exists(const std::string& path) {
   return itemExists(path.c_str());
 }
 
+struct stat statusOf(const std::string& path) {
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0) throwErrno();
+  return status;
+}
+
 std::vector<std::string> filesBelow(const std::string& folder) {
   std::vector<std::string> result;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     if (!entry.is_directory()) result.push_back(entry.path().string().substr(folder.size() + 1));
   }
   std::ranges::sort(result);
@@ -90,11 +95,11 @@ std::vector<std::string> filesBelow(const std::string& folder) {
 
 std::map<std::string, std::string> contentsBelow(const std::string& folder) {
   std::map<std::string, std::string> result;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     const auto path = entry.path().string();
     auto& content = result[path.substr(folder.size() + 1)];
     if (entry.is_symlink()) {
-      content = "-> " + std::filesystem::read_symlink(path).string();
+      content = "-> " + fs::read_symlink(path).string();
     } else {
       content = entry.is_directory() ? "/" : contentOf(path);
     }
@@ -104,6 +109,21 @@ std::map<std::string, std::string> contentsBelow(const std::string& folder) {
 
 std::string contentOf(const std::string& path) {
   return readFile(path);
+}
+
+void writeAt(const std::string& path, std::int64_t offset, std::string_view text) {
+  const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  if (::pwrite(file.get(), text.data(), text.size(), offset) != static_cast<ssize_t>(text.size())) throwErrno();
+}
+
+FileDescriptor nestedFolders(const std::string& top, const std::string& name, int depth) {
+  constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+  FileDescriptor folder(::open(top.c_str(), flags));
+  for (int level = 0; level < depth; ++level) {
+    if (::mkdirat(folder.get(), name.c_str(), 0755) != 0) throwErrno();
+    folder = FileDescriptor(::openat(folder.get(), name.c_str(), flags));
+  }
+  return folder;
 }
 
 void setAge(const std::string& path, double seconds) {

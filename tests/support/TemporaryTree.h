@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/files/FileDescriptor.h"
 #include "core/base/files/FileUrl.h"
 #include "tests/support/Testing.h"
 
@@ -34,11 +35,17 @@ class TemporaryTree {
 };
 
 [[nodiscard]] bool exists(const std::string& path);
+// Of the item itself, where it is a link.
+[[nodiscard]] struct stat statusOf(const std::string& path);
 [[nodiscard]] std::string contentOf(const std::string& path);
 // Everything below a folder that is no folder, by its path from there, sorted.
 [[nodiscard]] std::vector<std::string> filesBelow(const std::string& folder);
 // Every path below a folder with its content: "/" for a folder, and for a link where it leads.
 [[nodiscard]] std::map<std::string, std::string> contentsBelow(const std::string& folder);
+// Writes into a file that is there, without changing its length where it is long enough.
+void writeAt(const std::string& path, std::int64_t offset, std::string_view text);
+// Folders of one name, each in the one before; the innermost, open, whose path may be longer than a call takes.
+[[nodiscard]] FileDescriptor nestedFolders(const std::string& top, const std::string& name, int depth);
 // Sets access and modification time, in seconds before now.
 void setAge(const std::string& path, double seconds);
 

@@ -5,8 +5,6 @@
 #include <unicode/timezone.h>
 
 #include <ctime>
-#include <memory>
-#include <thread>
 
 namespace orvane::test {
 
