@@ -1,13 +1,10 @@
 #include "core/safety/run/CleanupRun.h"
 
+#include "platform/linux/LinuxProfile.h"
+#include "tests/support/KeptPlaces.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <sys/xattr.h>
-#include <unistd.h>
-
-#include <array>
 
 namespace orvane::test {
 namespace {
@@ -50,10 +47,8 @@ TEST_F(CleanupRunTest, restoreGivesBackContentModeTimesAttributesAndLinks) {
   fs::create_hard_link(tree.path("Downloads/linked/a"), tree.path("Downloads/linked/b"));
   setAge(file, 86400.25);
   setAge(folder, 172800.5);
-  struct stat fileBefore {};
-  struct stat folderBefore {};
-  ASSERT_EQ(::lstat(file.c_str(), &fileBefore), 0);
-  ASSERT_EQ(::lstat(folder.c_str(), &folderBefore), 0);
+  const auto fileBefore = statusOf(file);
+  const auto folderBefore = statusOf(folder);
 
   const auto outcomes = clean({file, folder});
   fs::remove_all(tree.path("Downloads/deep"));
@@ -61,16 +56,14 @@ TEST_F(CleanupRunTest, restoreGivesBackContentModeTimesAttributesAndLinks) {
 
   EXPECT_EQ(result.restoredCount, 2);
   EXPECT_THAT(result.warnings, IsEmpty());
-  struct stat after {};
-  ASSERT_EQ(::lstat(file.c_str(), &after), 0);
+  const auto after = statusOf(file);
   EXPECT_EQ(contentOf(file), "secret");
   EXPECT_EQ(after.st_mode, fileBefore.st_mode);
   EXPECT_EQ(after.st_ino, fileBefore.st_ino);
   EXPECT_EQ(after.st_mtim.tv_nsec, fileBefore.st_mtim.tv_nsec);
   std::array<char, 16> note{};
   EXPECT_EQ(::getxattr(file.c_str(), "user.note", note.data(), note.size()), 4);
-  ASSERT_EQ(::lstat(folder.c_str(), &after), 0);
-  EXPECT_EQ(after.st_mtim.tv_nsec, folderBefore.st_mtim.tv_nsec);
+  EXPECT_EQ(statusOf(folder).st_mtim.tv_nsec, folderBefore.st_mtim.tv_nsec);
   EXPECT_EQ(fs::hard_link_count(tree.path("Downloads/linked/a")), 2U);
   for (const auto& outcome : outcomes) EXPECT_FALSE(exists(recordOf(outcome.destination)));
   for (const auto& entry : journal->getEntries(lastRun)) EXPECT_EQ(entry.action, JournalAction::restored);
@@ -83,8 +76,9 @@ TEST_F(CleanupRunTest, failingItemsAreReportedAndTheRestGoesOn) {
   const auto escaping = tree.link("Downloads/escape", tree.path("Documents/outside.txt"));
   const auto missing = tree.path("Downloads/vanished");
   const auto last = tree.file("Downloads/last.txt");
+  const auto elsewhere = tree.link("Elsewhere/link", last);
 
-  const auto outcomes = clean({good, outside, escaping, missing, last});
+  const auto outcomes = clean({good, outside, escaping, missing, last, elsewhere});
 
   EXPECT_EQ(outcomes[0].result, MoveResult::moved);
   EXPECT_EQ(outcomes[1].result, MoveResult::refused);
@@ -94,16 +88,9 @@ TEST_F(CleanupRunTest, failingItemsAreReportedAndTheRestGoesOn) {
   EXPECT_EQ(outcomes[3].result, MoveResult::missing);
   EXPECT_EQ(outcomes[3].error, "File not found at path: " + missing);
   EXPECT_EQ(outcomes[4].result, MoveResult::moved);
-  EXPECT_TRUE(exists(outside));
-  EXPECT_TRUE(exists(escaping));
+  EXPECT_EQ(outcomes[5].result, MoveResult::refused) << "a link that points inside but lies outside";
+  for (const auto& left : {outside, escaping, elsewhere}) EXPECT_TRUE(exists(left)) << left;
   EXPECT_EQ(journal->getEntries(lastRun).size(), 2U);
-}
-
-TEST_F(CleanupRunTest, aLinkThatPointsInsideButLiesOutsideStays) {
-  tree.file("Downloads/target.txt");
-  const auto link = tree.link("Elsewhere/link", tree.path("Downloads/target.txt"));
-  EXPECT_EQ(clean({link})[0].result, MoveResult::refused);
-  EXPECT_TRUE(exists(link));
 }
 
 TEST_F(CleanupRunTest, thousandsOfItemsOfOneNameAllGetPlacesOfTheirOwn) {
@@ -187,38 +174,11 @@ TEST_F(CleanupRunTest, movesIntoAFolderNeverReplaceAndComeBack) {
   EXPECT_EQ(contentOf(second), "second");
 }
 
-TEST_F(CleanupRunTest, oddNamesMoveAndComeBack) {
-  std::vector<std::string> names{"line\nbreak",
-                                 "tab\tand \x1b[31m",
-                                 "\xff\xfe not utf-8",
-                                 std::string(255, 'n'),
-                                 "\xe2\x80\xaegnp.exe",
-                                 " leading",
-                                 "trailing.",
-                                 "%41%zz",
-                                 "..."};
-  std::vector<std::string> paths;
-  for (const auto& name : names) paths.push_back(tree.file("Downloads/" + name, name));
-  // Dots in a row are refused wherever they stand.
-  const auto outcomes = clean(paths);
-  for (std::size_t i = 0; i + 1 < outcomes.size(); ++i) {
-    ASSERT_EQ(outcomes[i].result, MoveResult::moved) << outcomes[i].error;
-  }
-  EXPECT_EQ(outcomes.back().result, MoveResult::refused);
-  reopenJournal();
-  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, static_cast<std::int64_t>(names.size()) - 1);
-  for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(contentOf(paths[i]), names[i]);
-}
-
 TEST_F(CleanupRunTest, treesDeeperThanOnePathMayBeMoveAndComeBack) {
-  std::string deep = tree.path("Downloads");
-  FileDescriptor folder(::open(deep.c_str(), O_RDONLY | O_DIRECTORY));
   const std::string name(200, 'd');
-  for (int i = 0; i < 30; ++i) {
-    ASSERT_EQ(::mkdirat(folder.get(), name.c_str(), 0755), 0);
-    folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_RDONLY | O_DIRECTORY));
-    deep += "/" + name;
-  }
+  const auto folder = nestedFolders(tree.path("Downloads"), name, 30);
+  std::string deep = tree.path("Downloads");
+  for (int i = 0; i < 30; ++i) deep += "/" + name;
   FileDescriptor(::openat(folder.get(), "file", O_WRONLY | O_CREAT, 0644));
   const auto outcomes = clean({deep + "/file"});
   ASSERT_EQ(outcomes[0].result, MoveResult::moved) << outcomes[0].error;
@@ -226,6 +186,54 @@ TEST_F(CleanupRunTest, treesDeeperThanOnePathMayBeMoveAndComeBack) {
   const auto result = journal->restoreRun(lastRun);
   EXPECT_EQ(result.restoredCount, 1) << (result.warnings.empty() ? "" : result.warnings[0]);
   EXPECT_TRUE(readFileStatus(folder.get(), "file"));
+}
+
+// The protected places of a Linux home, in the run that all moves go through, with nothing in front of it.
+class ProtectedRun : public SafetyFixture {
+ public:
+  ProtectedRun() {
+    for (const auto& place : keptPlaces) tree.file(place.path);
+    for (const auto* program : {"org.mozilla.firefox", "org.example.App"}) {
+      tree.folder(".local/share/flatpak/app/" + std::string(program));
+    }
+  }
+
+  // Each place and each folder that holds it, up to the home.
+  [[nodiscard]] std::vector<std::string> places() const {
+    std::vector<std::string> result{tree.path()};
+    for (const auto& place : keptPlaces) {
+      for (auto path = fs::path(place.path); !path.empty(); path = path.parent_path()) {
+        // Nothing in it tells that a folder of its name could hold such a place.
+        if (path != "Games") result.push_back(tree.path(path.string()));
+      }
+    }
+    return result;
+  }
+
+  const LinuxProfile profile{XdgFolders::below(tree.path())};
+  const PathValidator withProfile{tree.path(), profile};
+  TrashMover profileMover{trash, fileMover, withProfile};
+};
+
+TEST_F(ProtectedRun, refusesEveryPlaceWhateverTheBoundaryAndDestination) {
+  const auto box = tree.url("Downloads/box");
+  for (const auto& destination : {std::optional<FileUrl>(), std::optional(box)}) {
+    auto all = requests(places());
+    for (auto& one : all) one.destinationFolder = destination;
+    CleanupRun run(profileMover, *journal, Boundary({tree.url(), FileUrl("/")}));
+    for (const auto& outcome : run.carryOut(all)) {
+      EXPECT_NE(outcome.result, MoveResult::moved) << outcome.source.path();
+      EXPECT_FALSE(outcome.error.empty()) << outcome.source.path();
+    }
+    EXPECT_TRUE(journal->getEntries(run.id()).empty());
+  }
+  for (const auto& place : keptPlaces) EXPECT_TRUE(exists(tree.path(place.path))) << place.path;
+}
+
+TEST_F(ProtectedRun, movesWhatLiesBesideThem) {
+  const auto beside = tree.file(".cargo/config.toml");
+  CleanupRun run(profileMover, *journal, Boundary({tree.url()}));
+  EXPECT_EQ(run.carryOut(requests({beside})).at(0).result, MoveResult::moved);
 }
 
 }  // namespace

@@ -6,10 +6,6 @@
 #include "core/base/files/PathText.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <fcntl.h>
-
-#include <random>
-
 namespace orvane::test {
 namespace {
 
@@ -160,28 +156,9 @@ TEST(FolderRules, giveTheSameAnswerInSystemFolders) {
   };
   for (const auto& roots : rootSets) {
     Comparison comparison(validator, roots);
-    for (const std::string folder : {"/",
-                                     "/var",
-                                     "/private",
-                                     "/private/var",
-                                     "/var/folders",
-                                     "/var/folders/a",
-                                     "/private/var/folders",
-                                     "/private/var/folders/a",
-                                     "/private/var/log",
-                                     "/Library",
-                                     "/Applications",
-                                     "/Applications/Safari.app",
-                                     "/System",
-                                     "/root",
-                                     "/root/.ssh",
-                                     "/root/Library",
-                                     "/root/Library/Mail",
-                                     "/root/Pictures",
-                                     "/opt/x",
-                                     "/nowhere/.git",
-                                     "/nowhere/a..b",
-                                     "/nowhere/."}) {
+    for (const auto& folder : words(R"(/ /var /private /private/var /var/folders /var/folders/a /private/var/folders
+             /private/var/folders/a /private/var/log /Library /Applications /Applications/Safari.app /System /root
+             /root/.ssh /root/Library /root/Library/Mail /root/Pictures /opt/x /nowhere/.git /nowhere/a..b /nowhere/.)")) {
       comparison.compareNames(folder, entryNames);
     }
   }
