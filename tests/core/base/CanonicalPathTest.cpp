@@ -1,14 +1,9 @@
 #include "core/base/files/CanonicalPath.h"
 
-#include "core/base/files/FileDescriptor.h"
 #include "core/base/files/PathAccess.h"
 #include "core/base/files/PathText.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryTree.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace orvane::test {
 namespace {
@@ -58,41 +53,17 @@ TEST_F(CanonicalPath, aPlaceKeepsTheLinkAtItsEnd) {
   EXPECT_EQ(canonicalPlace(m_tree.path("toReal/.")), m_tree.path("real"));
 }
 
-// Makes `count` nested folders with long names and returns their path, which no single call accepts.
-std::string makeDeepFolder(const TemporaryTree& tree, int count) {
-  std::string path = tree.path();
-  FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  const std::string name(200, 'd');
-  for (int i = 0; i < count; ++i) {
-    EXPECT_EQ(::mkdirat(folder.get(), name.c_str(), 0755), 0);
-    folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    path = joinPath(path, name);
-  }
-  EXPECT_EQ(::symlinkat(tree.path().c_str(), folder.get(), "top"), 0);
-  return path;
-}
-
 TEST(CanonicalPathOfGreatLength, resolvesLinksAtTheEnd) {
   const TemporaryTree tree;
-  const auto deep = makeDeepFolder(tree, 30);
-  ASSERT_GT(deep.size(), 4096U);
+  const std::string name(200, 'd');
+  const auto folder = nestedFolders(tree.path(), name, 30);
+  ASSERT_EQ(::symlinkat(tree.path().c_str(), folder.get(), "top"), 0);
+  auto deep = tree.path();
+  for (int i = 0; i < 30; ++i) deep += "/" + name;
   EXPECT_EQ(canonicalPath(deep), deep);
   EXPECT_EQ(canonicalPath(joinPath(deep, "top/x")), tree.path("x"));
   EXPECT_EQ(canonicalPlace(joinPath(deep, "top")), joinPath(deep, "top"));
   EXPECT_EQ(readPathStatus(joinPath(deep, "top"))->type, FileType::symbolicLink);
-}
-
-// Runs `check` as a user without rights over other people's folders; true when it answers true.
-template <typename Check>
-bool withoutPrivileges(Check check) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    if (::getuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(2);
-    ::_exit(check() ? 0 : 1);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 TEST(CanonicalPathWithoutRights, goesThroughFoldersThatMayOnlyBeEntered) {

@@ -3,8 +3,6 @@
 #include "core/base/files/DirectoryReader.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 
 namespace orvane::test {

@@ -1,13 +1,13 @@
 #include "core/base/files/FreeName.h"
 #include "core/base/text/ByteCount.h"
+#include "core/base/text/CaselessSearch.h"
+#include "core/base/text/RegularExpression.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/base/values/Calendar.h"
 #include "core/base/values/Uuid.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Testing.h"
 #include "tests/support/TimeZone.h"
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace orvane::test {
 namespace {
@@ -90,14 +90,7 @@ TEST(Uuid, staysUniqueAcrossForks) {
   const auto before = Uuid::random();
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
-  const pid_t child = ::fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    const auto text = Uuid::random().toString();
-    ::_exit(::write(ends[1], text.data(), text.size()) == 36 ? 0 : 1);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
+  EXPECT_TRUE(inProcesses(1, [&](int) { return ::write(ends[1], Uuid::random().toString().data(), 36) == 36; }));
   char text[36];
   ASSERT_EQ(::read(ends[0], text, sizeof text), 36);
   const auto mine = Uuid::random();
@@ -120,6 +113,73 @@ TEST(FreeName, keepsWithinTheLongestName) {
     const auto first = numberedName(name, 1, NumberingStyle::restored);
     EXPECT_LE(first.size(), 255U) << length;
     EXPECT_NE(first, numberedName(name, 2, NumberingStyle::restored)) << length;
+  }
+}
+
+TEST(CaselessSearch, ignoresCaseAndComposition) {
+  const Rows<std::string_view, std::string_view, bool> searches{
+      {"REPORT", "my report.pdf", true},
+      {"report.", "my RePoRt.pdf", true},
+      {"reports", "my report.pdf", false},
+      {"", "", true},
+      {"a", "", false},
+      {"[", "{", false},
+      {"straße", "STRASSE", true},
+      {"STRASSE", "Straße", true},
+      {"\u212a", "a kelvin", true},  // the Kelvin sign folds to k
+      {"k", "\u212a", true},
+      {"É", "cafe\u0301.txt", true},
+      {"é", "cafe.txt", false},
+      {"x", "\xff\xfeX", true},
+      {std::string_view("\0b", 2), std::string_view("a\0B", 3), true},
+  };
+  for (const auto& [needle, text, found] : searches) {
+    EXPECT_EQ(CaselessSearch(needle).isIn(text), found) << needle << " in " << text;
+  }
+}
+
+TEST(RegularExpression, givesByteOffsetsOfTheMatchAndItsGroups) {
+  const auto expression = RegularExpression::compile(R"((\d+)(x)?\s*(jours?))");
+  ASSERT_TRUE(expression);
+  const std::string text = "été 🎉 — 12 jours";
+  const auto match = expression->firstMatch(text);
+  ASSERT_TRUE(match);
+  EXPECT_EQ(match->whole.in(text), "12 jours");
+  EXPECT_EQ(match->whole.start, text.find("12"));
+  ASSERT_EQ(match->groups.size(), 3U);
+  EXPECT_EQ(match->groups[0]->in(text), "12");
+  EXPECT_FALSE(match->groups[1]);
+  EXPECT_EQ(match->groups[2]->in(text), "jours");
+}
+
+TEST(RegularExpression, refusesAPatternThatCannotBeBuiltAndFindsNothingWhereThereIsNothing) {
+  for (const char* pattern : {"(", "[a", "a{2,1}", "*"}) EXPECT_FALSE(RegularExpression::compile(pattern)) << pattern;
+  for (const auto text : {std::string_view(), std::string_view(""), std::string_view("aaa")}) {
+    EXPECT_FALSE(RegularExpression::compile("b")->firstMatch(text));
+  }
+}
+
+TEST(RegularExpression, searchesBytesThatAreNoTextAndGivesUpOnACatastrophicSearch) {
+  const std::string text = "\xff\xc3\xe2\x82 7\xf0";
+  EXPECT_EQ(RegularExpression::compile(R"(\d+)")->firstMatch(text).value().whole.in(text), "7");
+  EXPECT_FALSE(RegularExpression::compile("(a+)+$")->firstMatch(std::string(64, 'a') + "b"));
+}
+
+TEST(RegularExpression, isSharedByThreads) {
+  const auto expression = RegularExpression::compile(R"(n(\d+))");
+  ASSERT_TRUE(expression);
+  std::vector<std::jthread> threads;
+  for (int worker = 0; worker < 4; ++worker) {
+    threads.emplace_back([&, worker] {
+      for (int i = 0; i < 500; ++i) {
+        const auto number = std::to_string(worker * 1000 + i);
+        std::string text(static_cast<std::size_t>(i % 7), 'x');
+        text.append(" n").append(number);
+        const auto match = expression->firstMatch(text);
+        ASSERT_TRUE(match);
+        ASSERT_EQ(match->groups[0]->in(text), number);
+      }
+    });
   }
 }
 

@@ -3,8 +3,6 @@
 #include "core/localization/LocalizedStrings.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <sstream>
-
 namespace orvane::test {
 namespace {
 

@@ -8,14 +8,6 @@ namespace {
 
 using Error = CleaningPlanSchema::ValidationError;
 
-CleaningPlanStep goodStep() {
-  CleaningPlanStep step;
-  step.targetFolder = "/home/ann/Downloads";
-  step.filter.minimumAgeDays = 0;
-  step.action = PlannedAction::trash;
-  return step;
-}
-
 CleaningPlan planOf(std::vector<CleaningPlanStep> steps, std::string goal = "tidy") {
   CleaningPlan plan;
   plan.userGoal = std::move(goal);
@@ -23,22 +15,24 @@ CleaningPlan planOf(std::vector<CleaningPlanStep> steps, std::string goal = "tid
   return plan;
 }
 
-CleaningPlanStep withTarget(std::string folder) {
-  auto step = goodStep();
+CleaningPlanStep withTarget(std::string folder, CleaningFilter filter = {.minimumAgeDays = 0}) {
+  CleaningPlanStep step;
   step.targetFolder = std::move(folder);
+  step.filter = std::move(filter);
+  step.action = PlannedAction::trash;
   return step;
+}
+CleaningPlanStep goodStep() {
+  return withTarget("/home/ann/Downloads");
+}
+CleaningPlanStep withFilter(CleaningFilter filter) {
+  return withTarget("/home/ann/Downloads", std::move(filter));
 }
 
 CleaningPlanStep withDestination(PlannedAction action, std::optional<std::string> folder) {
   auto step = goodStep();
   step.action = action;
   step.destinationFolder = std::move(folder);
-  return step;
-}
-
-CleaningPlanStep withFilter(CleaningFilter filter) {
-  auto step = goodStep();
-  step.filter = std::move(filter);
   return step;
 }
 

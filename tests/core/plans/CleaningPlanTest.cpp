@@ -44,21 +44,16 @@ TEST(CleaningPlan, takesNullForAbsentAndKeepsEmptyListsApart) {
 
 TEST(CleaningPlan, requiresEveryKeyButTheOptionalOnes) {
   const Json whole = parseJson(fullPlan);
-  const auto expectRefused = [](const Json& json, const std::string& key) {
-    EXPECT_THROW((void)CleaningPlan::fromJson(json), JsonError) << key;
-  };
-  for (const auto& [key, value] : whole.items()) {
+  std::vector<std::string> required{"/steps/0/id", "/steps/0/targetFolder", "/steps/0/filter", "/steps/0/action",
+                                    "/steps/0/explanation"};
+  for (const auto& key : keysOf(whole)) required.push_back("/" + key);
+  for (const auto& pointer : required) {
     Json without = whole;
-    without.erase(key);
-    expectRefused(without, key);
+    without[Json::json_pointer(pointer).parent_pointer()].erase(Json::json_pointer(pointer).back());
+    EXPECT_THROW((void)CleaningPlan::fromJson(without), JsonError) << pointer;
     Json null = whole;
-    null[key] = nullptr;
-    expectRefused(null, key);
-  }
-  for (const char* key : {"id", "targetFolder", "filter", "action", "explanation"}) {
-    Json without = whole;
-    without["steps"][0].erase(key);
-    expectRefused(without, key);
+    null[Json::json_pointer(pointer)] = nullptr;
+    EXPECT_THROW((void)CleaningPlan::fromJson(null), JsonError) << pointer;
   }
 }
 
@@ -85,12 +80,8 @@ TEST(CleaningPlan, refusesAWrongValueNamingTheKey) {
   for (const auto& [pointer, value, message] : rows) {
     Json json = parseJson(fullPlan);
     json[Json::json_pointer(pointer)] = Json::parse(value);
-    try {
-      (void)CleaningPlan::fromJson(json);
-      ADD_FAILURE() << pointer << " was taken with " << value;
-    } catch (const JsonError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(message));
-    }
+    EXPECT_THAT(messageOf<JsonError>([&] { return CleaningPlan::fromJson(json); }), HasSubstr(message))
+        << pointer << " with " << value;
   }
 }
 
@@ -136,13 +127,9 @@ TEST(CleaningPlan, refusesHostileTextWithAShortMessage) {
       {"a hundred megabytes", [] { return repeated(" ", 100 * megabyte); }, "longer than"},
   };
   for (const auto& [name, text, message] : rows) {
-    try {
-      (void)CleaningPlan::decode(text());
-      ADD_FAILURE() << name << " was taken";
-    } catch (const JsonError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(message)) << name;
-      EXPECT_LT(std::string_view(error.what()).size(), 400U) << name;
-    }
+    const auto error = messageOf<JsonError>([&] { return CleaningPlan::decode(text()); });
+    EXPECT_THAT(error, HasSubstr(message)) << name;
+    EXPECT_LT(error.size(), 400U) << name;
   }
 }
 

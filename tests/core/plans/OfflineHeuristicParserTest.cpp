@@ -1,6 +1,7 @@
 #include "core/plans/OfflineHeuristicParser.h"
 
 #include "core/plans/CleaningPlanSchema.h"
+#include "core/plans/PromptReading.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <fmt/format.h>
@@ -64,61 +65,55 @@ class OfflineParser : public testing::Test {
 };
 
 TEST_F(OfflineParser, makesAPlanOfOneStep) {
-  const Rows<const char*, Template, const char*> rows{
-      {"clean screenshots", screenshot, "Downloads screenshots .png .jpg .jpeg 30d"},
-      {"remove screen shots older than two weeks from my desktop", screenshot,
-       "Desktop screenshots .png .jpg .jpeg 14d"},
-      {"Delete Screenshot.", screenshot, "Downloads screenshots .png .jpg .jpeg 30d"},
-      {"big screenshots in pictures", screenshot, "Pictures screenshots .png .jpg .jpeg 30d 500M"},
-      {"screenshots and dmg files", screenshot, "Downloads screenshots .png .jpg .jpeg 30d"},
-      {"sort screenshots on my desktop", organize, "Desktop screenshots .png .jpg .jpeg"},
-      {"trash and sort screenshots", screenshot, "Downloads screenshots .png .jpg .jpeg 30d"},
-      {"delete dmg files", installer, "Downloads oldDownloads .dmg .pkg .iso .zip 7d"},
-      {"delete dmg files on the desktop", installer, "Downloads oldDownloads .dmg .pkg .iso .zip 7d"},
-      {"remove setup.dmg older than a year", installer, "Downloads oldDownloads .dmg .pkg .iso .zip 365d"},
-      {"installers over 3 megabytes", installer, "Downloads oldDownloads .dmg .pkg .iso .zip 7d 3M"},
-      {"organise installers on my desktop", organize, "Desktop .dmg .pkg .iso"},
-      {"clear caches", cachesAndLogs, "Library/Caches caches"},
-      {"tidy and delete old logs", cachesAndLogs, "Library/Logs logs 30d"},
-      {"logs and caches", cachesAndLogs, "Library/Caches caches logs"},
-      {"logs in my documents from six months ago", cachesAndLogs, "Documents logs 180d"},
-      {"sort my downloads", organize, "Downloads"},
-      {"tidy my desktop", organize, "Desktop"},
-      {"group old photos", organize, "Pictures 30d"},
-      {"categorize huge documents", organize, "Documents 500M"},
-      {"find files larger than 2 gb", reviewQuery, "Downloads largeFiles 2048M"},
-      {"find big files", reviewQuery, "Downloads largeFiles 500M"},
-      {"show me stuff", reviewQuery, "Downloads 200M"},
-      {"", reviewQuery, "Downloads 200M"},
-      {"login items", reviewQuery, "Downloads 200M"},
-      {"stale stuff", reviewQuery, "Downloads 30d"},
-      {"free space on my desktop", removalQuery, "Desktop 200M"},
-      {"purge files of 3 days and 1 gig", removalQuery, "Downloads largeFiles 3d 1024M"},
-      {"show organizer", reviewQuery, "Downloads 200M"},
-      {"files of a week", reviewQuery, "Downloads 7d"},
-      {"files of an year", reviewQuery, "Downloads 365d"},
-      {"files of ten\tmonths", reviewQuery, "Downloads 300d"},
-      {"files of 5weeks", reviewQuery, "Downloads 35d"},
-      {"older than 1 day or 9 days", reviewQuery, "Downloads 1d"},
-      {"files of 0 days", reviewQuery, "Downloads 0d"},
-      {"files of \u0663\u0660 days", reviewQuery, "Downloads 30d"},
-      {"old files of 12 daysy", reviewQuery, "Downloads 30d"},
-      {"files of the last week", reviewQuery, "Downloads 200M"},
-      {"3 megabytes", reviewQuery, "Downloads largeFiles 3M"},
-      {"4 gigs", reviewQuery, "Downloads largeFiles 4096M"},
-      {"two gigabytes", reviewQuery, "Downloads largeFiles 2048M"},
-      {"7MEG", reviewQuery, "Downloads largeFiles 7M"},
-      {"1.5 gb", reviewQuery, "Downloads largeFiles 5120M"},
-      {"mb", reviewQuery, "Downloads largeFiles 100M"},
-      {"gb or mb, big", reviewQuery, "Downloads largeFiles 1024M"},
-      {"large mb", reviewQuery, "Downloads largeFiles 100M"},
-      {"desktop or downloads", reviewQuery, "Downloads 200M"},
-      {"photo documents", reviewQuery, "Documents 200M"},
-      {"logs on the desktop", cachesAndLogs, "Desktop logs"},
-      {"my DESKTOP\u00e9s", reviewQuery, "Downloads 200M"},
-      {"pictures\u2026", reviewQuery, "Pictures 200M"},
+  const Rows<Template, const char*, std::vector<const char*>> rows{
+      {screenshot,
+       "Downloads screenshots .png .jpg .jpeg 30d",
+       {"clean screenshots", "Delete Screenshot.", "screenshots and dmg files", "trash and sort screenshots"}},
+      {screenshot,
+       "Desktop screenshots .png .jpg .jpeg 14d",
+       {"remove screen shots older than two weeks from my desktop"}},
+      {screenshot, "Pictures screenshots .png .jpg .jpeg 30d 500M", {"big screenshots in pictures"}},
+      {organize, "Desktop screenshots .png .jpg .jpeg", {"sort screenshots on my desktop"}},
+      {installer,
+       "Downloads oldDownloads .dmg .pkg .iso .zip 7d",
+       {"delete dmg files", "delete dmg files on the desktop"}},
+      {installer, "Downloads oldDownloads .dmg .pkg .iso .zip 365d", {"remove setup.dmg older than a year"}},
+      {installer, "Downloads oldDownloads .dmg .pkg .iso .zip 7d 3M", {"installers over 3 megabytes"}},
+      {organize, "Desktop .dmg .pkg .iso", {"organise installers on my desktop"}},
+      {cachesAndLogs, "Library/Caches caches", {"clear caches"}},
+      {cachesAndLogs, "Library/Logs logs 30d", {"tidy and delete old logs"}},
+      {cachesAndLogs, "Library/Caches caches logs", {"logs and caches"}},
+      {cachesAndLogs, "Documents logs 180d", {"logs in my documents from six months ago"}},
+      {organize, "Downloads", {"sort my downloads"}},
+      {organize, "Desktop", {"tidy my desktop"}},
+      {organize, "Pictures 30d", {"group old photos"}},
+      {organize, "Documents 500M", {"categorize huge documents"}},
+      {reviewQuery, "Downloads largeFiles 2048M", {"find files larger than 2 gb", "two gigabytes"}},
+      {reviewQuery, "Downloads largeFiles 500M", {"find big files"}},
+      {reviewQuery,
+       "Downloads 200M",
+       {"show me stuff", "", "login items", "show organizer", "files of the last week", "desktop or downloads",
+        "my DESKTOP\u00e9s"}},
+      {reviewQuery, "Downloads 30d", {"stale stuff", "files of \u0663\u0660 days", "old files of 12 daysy"}},
+      {removalQuery, "Desktop 200M", {"free space on my desktop"}},
+      {removalQuery, "Downloads largeFiles 3d 1024M", {"purge files of 3 days and 1 gig"}},
+      {reviewQuery, "Downloads 7d", {"files of a week"}},
+      {reviewQuery, "Downloads 365d", {"files of an year"}},
+      {reviewQuery, "Downloads 300d", {"files of ten\tmonths"}},
+      {reviewQuery, "Downloads 35d", {"files of 5weeks"}},
+      {reviewQuery, "Downloads 1d", {"older than 1 day or 9 days"}},
+      {reviewQuery, "Downloads 0d", {"files of 0 days"}},
+      {reviewQuery, "Downloads largeFiles 3M", {"3 megabytes"}},
+      {reviewQuery, "Downloads largeFiles 4096M", {"4 gigs"}},
+      {reviewQuery, "Downloads largeFiles 7M", {"7MEG"}},
+      {reviewQuery, "Downloads largeFiles 5120M", {"1.5 gb"}},
+      {reviewQuery, "Downloads largeFiles 100M", {"mb", "large mb"}},
+      {reviewQuery, "Downloads largeFiles 1024M", {"gb or mb, big"}},
+      {reviewQuery, "Documents 200M", {"photo documents"}},
+      {cachesAndLogs, "Desktop logs", {"logs on the desktop"}},
+      {reviewQuery, "Pictures 200M", {"pictures\u2026"}},
   };
-  for (const auto& [prompt, made, files] : rows) {
+  const auto expectPlan = [&](const std::string& prompt, Template made, const std::string& files) {
     SCOPED_TRACE(prompt);
     const auto before = ReferenceClock::now();
     const auto plan = parser.parse(prompt);
@@ -137,6 +132,9 @@ TEST_F(OfflineParser, makesAPlanOfOneStep) {
     EXPECT_GE(plan.createdAt, before);
     EXPECT_NE(plan.id, Uuid());
     EXPECT_NE(step.id, plan.id);
+  };
+  for (const auto& [made, files, prompts] : rows) {
+    for (const auto* prompt : prompts) expectPlan(prompt, made, files);
   }
 }
 
@@ -170,6 +168,33 @@ TEST_F(OfflineParserDeath, endsTheProcessBeforeANumberWraps) {
   EXPECT_DEATH((void)parser.parse("older than 99999999999999999999 days"), "overflow");
   EXPECT_DEATH((void)parser.parse("larger than 8589934592 gb"), "overflow");
   EXPECT_EQ(parser.parse("larger than 8589934591 gb").steps[0].filter.minimumSizeBytes, 8'589'934'591 * 1'073'741'824);
+}
+
+std::string textOf(std::string_view prompt, const PromptReading& reading) {
+  std::string text;
+  for (const auto& word : reading.words) {
+    if (!text.empty()) text += "|";
+    text += fmt::format("{}:{}{}", word.span.in(prompt),
+                        word.meaning == WordMeaning::none ? "" : rawValue(word.meaning), word.counts ? "" : "!");
+  }
+  return text;
+}
+
+TEST(PromptReading, tellsWhatEachWordBecame) {
+  // "text:meaning", separated by "|"; "!" for a word that does not count
+  const Rows<const char*, const char*> rows{
+      {"", ""},
+      {"Delete the LOGS, older than a month!", "Delete:removal|the:|LOGS:logs|older:age|than:|a month:age"},
+      {"remove screen shots of setup.dmg", "remove:removal|screen shots:screenshots|of:|setup:|dmg:installers"},
+      {"big files over 1.5 gb or 3mb", "big:size|files:|over:|1:|5 gb:size|or:|3mb:"},
+      {"mb and gb", "mb:size!|and:|gb:size"},
+      {"photos in downloads", "photos:folder!|in:|downloads:folder"},
+      {"don't sort login items", "don:|t:|sort:organizing|login:|items:"},
+      // Characters that change their length in lower case, and bytes that are no text.
+      {"İİ LOGS older", "İ:|İ:|LOGS:logs|older:age"},
+      {"Ⱥ \xff LOGS", "Ⱥ:|LOGS:logs"},
+  };
+  for (const auto& [prompt, words] : rows) EXPECT_EQ(textOf(prompt, PromptReading::of(prompt)), words);
 }
 
 }  // namespace

@@ -7,9 +7,6 @@
 
 #include <fmt/format.h>
 
-#include <fstream>
-#include <sstream>
-
 namespace orvane::test {
 namespace {
 

@@ -1,13 +1,66 @@
-#include "core/base/values/MinimumAge.h"
-
+#include "core/base/text/Json.h"
 #include "core/base/values/Calendar.h"
+#include "core/base/values/CheckedArithmetic.h"
+#include "core/base/values/MinimumAge.h"
 #include "tests/support/Testing.h"
 #include "tests/support/TimeZone.h"
 
-#include <limits>
+#include <cmath>
 
 namespace orvane::test {
 namespace {
+
+TEST(Json, refusesHostileText) {
+  const Rows<std::string, const char*> texts{
+      {std::string(100'000, '['), "deeper than 64"},
+      {R"({"a":1,"b":{"a":2},"a":3})", "\"a\" stands twice"},
+      {"{\"a\":1", "not valid JSON"},
+      {"NaN", "not valid JSON"},
+      {"\"\xff\"", "not valid JSON"},
+      {"1e999", "not valid JSON"},
+  };
+  for (const auto& row : texts) {
+    EXPECT_THAT(messageOf<JsonError>([&] { return parseJson(std::get<0>(row)); }), HasSubstr(std::get<1>(row)));
+  }
+  EXPECT_THAT(messageOf<JsonError>([] { return parseJson("[1,2]", {.bytes = 4}); }), HasSubstr("longer than 4 bytes"));
+  EXPECT_NO_THROW(static_cast<void>(parseJson(R"([{"a":1},{"a":2}])")));
+}
+
+TEST(Json, namesTheKeyThatIsWrong) {
+  const auto json =
+      parseJson(R"({"text":1,"number":1.5,"large":9223372036854775808,"id":"x","url":"http://a","no":null})");
+  using Read = void (*)(const Json&);
+  const Rows<Read, const char*> rows{
+      {[](const Json& from) { (void)stringAt(from, "text"); }, "\"text\" must be a string"},
+      {[](const Json& from) { (void)integerAt(from, "number"); }, "\"number\" must be an integer of at most 64 bits"},
+      {[](const Json& from) { (void)integerAt(from, "large"); }, "\"large\" must be an integer of at most 64 bits"},
+      {[](const Json& from) { (void)uuidAt(from, "id"); }, "\"id\" must be a UUID"},
+      {[](const Json& from) { (void)urlAt(from, "url"); }, "\"url\" must be a file URL with an absolute path"},
+      {[](const Json& from) { (void)stringAt(from, "no"); }, "\"no\" must not be null"},
+      {[](const Json& from) { (void)stringAt(from, "absent"); }, "key \"absent\" is missing"},
+  };
+  for (const auto& [read, message] : rows) {
+    EXPECT_EQ(messageOf<JsonError>([&, call = read] { call(json); }), message);
+  }
+  EXPECT_EQ(optionalKey(json, "no"), nullptr);
+}
+
+TEST(Json, datesReadBackToTheSameBits) {
+  for (const double seconds : {0.0, -1.0, 785000000.125, 785432100.1234567, 1e-300, 9007199254740993.0, -0.0}) {
+    const auto text = jsonText(jsonFromDate(dateFromReferenceSeconds(seconds)));
+    const auto back = referenceSeconds(dateFrom(parseJson(text), "date"));
+    EXPECT_EQ(std::signbit(back), std::signbit(seconds)) << text;
+    EXPECT_EQ(back, seconds) << text;
+  }
+  EXPECT_EQ(jsonText(jsonFromDate(dateFromReferenceSeconds(700000000))), "700000000");
+}
+
+TEST(CheckedArithmeticDeathTest, anOverflowEndsTheProcess) {
+  constexpr auto most = std::numeric_limits<std::int64_t>::max();
+  EXPECT_EQ(checkedAdd<std::int64_t>(most, 0), most);
+  EXPECT_DEATH((void)checkedAdd<std::int64_t>(most, 1), "overflow");
+  EXPECT_DEATH((void)checkedMultiply<std::int64_t>(most, 2), "overflow");
+}
 
 // A moment and a number of days so that a change of the clocks lies close to one or both ends.
 struct Moment {
