@@ -3,8 +3,6 @@
 #include "core/organizer/categories/FolderClassifier.h"
 #include "tests/support/Testing.h"
 
-#include <random>
-
 namespace orvane::test {
 namespace {
 
@@ -53,44 +51,18 @@ TEST(CategoryClassifier, knowsScreenshotsByTheBeginningOfTheirNames) {
 
 // The folder's classifier gives the same answer as the path's, however a path is cut into folder and name.
 TEST(FolderClassifier, agreesOnPathsMadeOfTellingPieces) {
-  const std::vector<std::string> pieces{"h",
-                                        ".Trash",
-                                        "Library",
-                                        "Caches",
-                                        "Developer",
-                                        "Xcode",
-                                        "DerivedData",
-                                        "Archives",
-                                        "Google",
-                                        "GoogleX",
-                                        "Logs",
-                                        "Downloads",
-                                        "CoreSimulator",
-                                        "com.apple.Safari",
-                                        "ms-teams",
-                                        "Adobe",
-                                        "Common",
-                                        "Media Cache Files X",
-                                        "Application Support",
-                                        "Containers",
-                                        "x.log",
-                                        "Screenshot.zip",
-                                        "x.zip",
-                                        "x.dmg",
-                                        "blender",
-                                        "MyLibrary",
-                                        "com.hnc.Discord",
-                                        "Shot_",
-                                        "a.7Z",
-                                        "Media Cache Files",
-                                        "com.apple.FinalCut.x"};
+  auto pieces = words(R"(h .Trash Library Caches Developer Xcode DerivedData Archives Google GoogleX Logs Downloads
+      CoreSimulator com.apple.Safari ms-teams Adobe Common Containers x.log Screenshot.zip x.zip x.dmg blender MyLibrary
+      com.hnc.Discord Shot_ a.7Z com.apple.FinalCut.x)");
+  for (const auto* piece : {"Media Cache Files", "Media Cache Files X", "Application Support"}) {
+    pieces.emplace_back(piece);
+  }
   // Paths that reach deep into the tables by chance alone are rare, so some begin there.
-  const std::vector<std::string> beginnings{"",
-                                            "/h/Library",
-                                            "/h/Library/Caches",
-                                            "/h/Library/Developer/Xcode",
-                                            "/h/Library/Developer/CoreSimulator",
-                                            "/h/Library/Application Support/Adobe/Common"};
+  std::vector<std::string> beginnings{"", "/h/Library/Application Support/Adobe/Common"};
+  for (const auto& folder : words("/Caches /Developer/Xcode /Developer/CoreSimulator")) {
+    beginnings.push_back("/h/Library" + folder);
+  }
+  beginnings.emplace_back("/h/Library");
   std::mt19937 random(7);
   std::vector<int> seen(allScanCategories.size());
   for (int i = 0; i < 40'000; ++i) {

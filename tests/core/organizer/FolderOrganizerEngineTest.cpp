@@ -1,7 +1,5 @@
 #include "tests/support/OrganizerFixture.h"
 
-#include <unistd.h>
-
 namespace orvane::test {
 namespace {
 
@@ -85,7 +83,7 @@ TEST_F(Organizer, leavesWhatIsInItsPlaceAndNeverMovesAFolderIntoItself) {
 }
 
 TEST_F(Organizer, organizedTwiceProposesNothingMore) {
-  for (const auto* name : {"a.pdf", "b.png", "c", "Trip/d.txt", "e.zip"}) tree.file(std::string("Downloads/") + name);
+  tree.files({"Downloads/a.pdf", "Downloads/b.png", "Downloads/c", "Downloads/Trip/d.txt", "Downloads/e.zip"});
   for (const auto strategy : allOrganizationStrategies) {
     const auto here = tree.url("Downloads");
     const auto first = engine.analyzeFolder(here, here, Subfolders::keepWhole, strategy);
@@ -96,33 +94,24 @@ TEST_F(Organizer, organizedTwiceProposesNothingMore) {
   }
 }
 
-TEST_F(Organizer, leavesLinksAndSpecialFilesAlone) {
+TEST_F(Organizer, leavesLinksAndSpecialFilesAloneAndKeepsNamesThatAreNotUtf8) {
   const auto outside = tree.file("Elsewhere/secret.pdf");
   tree.link("Downloads/file.pdf", outside);
   tree.link("Downloads/folder", tree.path("Elsewhere"));
   tree.pipe("Downloads/pipe.pdf");
   EXPECT_THAT(analyze(), IsEmpty());
   EXPECT_THAT(analyze(Subfolders::include), IsEmpty());
-}
-
-TEST_F(Organizer, keepsNamesThatAreNotUtf8) {
-  const std::string odd = "caf\xe9.pdf";
-  tree.file("Downloads/f\xff/" + odd, "bytes");
-  const auto groups = analyze(Subfolders::include);
-  ASSERT_THAT(groups, SizeIs(1));
-  EXPECT_EQ(groups[0].moves[0].sourceRelativePath, "f\xff/" + odd);
-  EXPECT_EQ(engine.applyMoves(groups, *journal, roots()).itemsProcessed, 1);
-  EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Documents/PDFs/" + odd)), "bytes");
+  tree.file("Downloads/f\xff/caf\xe9.pdf");
+  EXPECT_THAT(movesOf(analyze(Subfolders::include)),
+              ElementsAre(Pair("f\xff/caf\xe9.pdf", "Downloads/Organized/Documents/PDFs/caf\xe9.pdf")));
 }
 
 TEST_F(Organizer, yieldsWhatCanBeRead) {
   EXPECT_THAT(analyze(Subfolders::include, "Downloads/missing"), IsEmpty());
   EXPECT_THAT(analyze(), IsEmpty());
   tree.file("Downloads/a.pdf");
-  std::stop_source stopped;
-  stopped.request_stop();
   EXPECT_THAT(engine.analyzeFolder(tree.url("Downloads"), std::nullopt, Subfolders::include,
-                                   OrganizationStrategy::byType, stopped.get_token()),
+                                   OrganizationStrategy::byType, stopped()),
               IsEmpty());
 }
 
@@ -213,6 +202,106 @@ TEST_F(Organizer, sizesAllOfAFolder) {
   EXPECT_EQ(FolderOrganizerEngine::fastFolderSize(tree.url("Downloads")), 5);
   EXPECT_EQ(FolderOrganizerEngine::fastFolderSize(tree.url("missing")), 0);
   EXPECT_EQ(FolderOrganizerEngine::resolveCollisionSafeTarget("a", tree.url("Downloads")), tree.url("Downloads/a (1)"));
+}
+
+class OrganizerRun : public OrganizerFixture {};
+
+TEST_F(OrganizerRun, aRoundTripLeavesEveryItemAsItWas) {
+  tree.file("Downloads/a.pdf", "one");
+  tree.file("Downloads/Sub/a.pdf", "two");
+  tree.file("Downloads/Sub/deep/run.sh", "three");
+  tree.file("Downloads/project/package.json", "{}");
+  tree.file("Downloads/project/src/a.js", "four");
+  const auto before = contentsBelow(tree.path("Downloads"));
+  const auto status = statusOf(tree.path("Downloads/project"));
+
+  const auto summary = engine.applyMoves(analyze(Subfolders::include), *journal, roots());
+  EXPECT_EQ(summary.itemsProcessed, 4);
+  EXPECT_EQ(summary.bytesReclaimed, 0);
+  EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Documents/PDFs/a.pdf")), "one");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Documents/PDFs/a (1).pdf")), "two");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Development/Projects/project/src/a.js")), "four");
+
+  const auto entries = journal->getEntries(summary.batchId);
+  ASSERT_THAT(entries, SizeIs(4));
+  for (const auto& entry : entries) {
+    EXPECT_EQ(entry.action, JournalAction::moved);
+    EXPECT_EQ(entry.timestamp, summary.timestamp);
+    EXPECT_TRUE(exists(entry.trashedURL.path()));
+  }
+  EXPECT_EQ(entries[0].originalURL, tree.url("Downloads/project"));
+  EXPECT_EQ(entries[0].fileSize, 6);
+
+  const auto restored = journal->restoreRun(summary.batchId);
+  EXPECT_EQ(restored.restoredCount, 4);
+  EXPECT_THAT(restored.warnings, IsEmpty());
+  auto after = contentsBelow(tree.path("Downloads"));
+  // Category folders may stay behind, empty.
+  std::erase_if(after, [](const auto& item) { return item.first.starts_with("Organized") && item.second == "/"; });
+  EXPECT_EQ(after, before);
+  EXPECT_EQ(statusOf(tree.path("Downloads/project")).st_ino, status.st_ino);
+}
+
+TEST_F(OrganizerRun, movesTheRestWhenSomeCannotMoveOrAreNotWhatWasLookedAt) {
+  for (const char name : {'a', 'b', 'c', 'd', 'e'}) tree.file("Downloads/" + std::string(1, name) + ".pdf");
+  tree.file("Downloads/Photos/in.txt", "before");
+  auto groups = analyze();
+  auto& moves = groups[0].moves;
+  ASSERT_THAT(moves, SizeIs(5));
+  moves[0].originalURL = FileUrl(tree.file("Elsewhere/a.pdf"));
+  fs::remove(tree.path("Downloads/b.pdf"));
+  fs::remove(tree.path("Downloads/c.pdf"));
+  tree.file("Downloads/c.pdf", "after!");
+  moves[4].isSelected = false;
+  fs::rename(tree.path("Downloads/Photos"), tree.path("other"));
+  tree.file("Downloads/Photos/in.txt", "after!");
+
+  const auto execution = engine.carryOut(groups, *journal, roots());
+  EXPECT_EQ(execution.summary.itemsProcessed, 1);
+  std::vector<MoveResult> results;
+  for (const auto& outcome : execution.outcomes) results.push_back(outcome.result);
+  EXPECT_THAT(results, ElementsAre(MoveResult::refused, MoveResult::missing, MoveResult::changed, MoveResult::moved,
+                                   MoveResult::changed));
+  EXPECT_TRUE(exists(tree.path("Elsewhere/a.pdf")));
+  EXPECT_EQ(contentOf(tree.path("Downloads/c.pdf")), "after!");
+  EXPECT_EQ(contentOf(tree.path("Downloads/Photos/in.txt")), "after!");
+  EXPECT_TRUE(exists(tree.path("Downloads/e.pdf")));
+  EXPECT_THAT(journal->getEntries(execution.summary.batchId), SizeIs(1));
+}
+
+TEST_F(OrganizerRun, failsWhenSafetyAloneStandsAgainstEverything) {
+  const auto outside = tree.file("Elsewhere/a.pdf");
+  tree.file("Downloads/gone.pdf");
+  auto groups = engine.analyzeFolder(tree.url("Elsewhere"), tree.url("Downloads"), Subfolders::keepWhole,
+                                     OrganizationStrategy::byCategory);
+  EXPECT_EQ(messageOf<SecurityError>([&] { return engine.applyMoves(groups, *journal, roots()); }),
+            SecurityError(SecurityError::ProtectedPath{"Selected files were rejected by safety invariants."}).what());
+  EXPECT_TRUE(exists(outside));
+  EXPECT_THAT(journal->getRuns(), SizeIs(0));
+
+  // A vanished item is passed over, and an empty selection is no failure.
+  groups = analyze();
+  fs::remove(tree.path("Downloads/gone.pdf"));
+  EXPECT_EQ(engine.applyMoves(groups, *journal, roots()).itemsProcessed, 0);
+  EXPECT_EQ(engine.applyMoves({}, *journal, roots()).itemsProcessed, 0);
+}
+
+TEST_F(OrganizerRun, failsWithTheLastErrorWhenNothingMoves) {
+  tree.file("Downloads/a.pdf");
+  tree.file("Downloads/Organized/Documents", "a file where a folder should be");
+  const auto groups = analyze();
+  EXPECT_THAT(messageOf<std::runtime_error>([&] { return engine.applyMoves(groups, *journal, roots()); }),
+              HasSubstr("Not a directory"));
+  EXPECT_TRUE(exists(tree.path("Downloads/a.pdf")));
+}
+
+TEST_F(OrganizerRun, passesOverWhatIsInItsPlaceByNow) {
+  const auto path = tree.file("Downloads/Organized/Documents/PDFs/a.pdf");
+  auto groups = engine.analyzeFolder(tree.url("Downloads/Organized/Documents/PDFs"), tree.url("Downloads"),
+                                     Subfolders::keepWhole, OrganizationStrategy::byType);
+  groups[0].destinationFolder = tree.url("Downloads/Organized/Documents/PDFs");
+  EXPECT_EQ(engine.carryOut(groups, *journal, roots()).summary.itemsProcessed, 0);
+  EXPECT_TRUE(exists(path));
 }
 
 }  // namespace
