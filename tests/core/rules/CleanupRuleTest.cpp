@@ -1,7 +1,9 @@
 #include "core/base/text/Json.h"
 #include "core/rules/BuiltInRuleTemplates.h"
+#include "core/rules/records/RuleCheck.h"
 #include "core/rules/records/RuleFields.h"
-#include "tests/support/Testing.h"
+#include "tests/support/CleanupRules.h"
+#include "tests/support/TemporaryTree.h"
 
 namespace orvane::test {
 namespace {
@@ -15,18 +17,13 @@ TEST(CleanupRuleTest, leavesAbsentConditionsOut) {
   EXPECT_EQ(RuleTrigger::fromJson(Json::object()), RuleTrigger());
 }
 
-TEST(CleanupRuleTest, takesAnUnknownActionForAReview) {
+TEST(CleanupRuleTest, takesAnUnknownActionForAReviewAndNamesTheKeyThatIsWrong) {
   EXPECT_EQ(RuleAction::fromJson(Json{{"type", "shred"}, {"path", "/"}}), RuleAction::reviewOnly());
   EXPECT_EQ(RuleAction::fromJson(Json{{"type", "moveToTrash"}}), RuleAction::moveToTrash());
-}
-
-TEST(CleanupRuleTest, namesTheKeyThatIsWrong) {
-  try {
-    static_cast<void>(RuleAction::fromJson(Json{{"type", "moveToFolder"}}));
-    FAIL() << "a move without a folder was taken";
-  } catch (const JsonError& error) {
-    EXPECT_THAT(error.what(), HasSubstr("path"));
-  }
+  EXPECT_THAT(messageOf<JsonError>([] {
+                return RuleAction::fromJson(Json{{"type", "moveToFolder"}});
+              }),
+              HasSubstr("path"));
   EXPECT_THROW(static_cast<void>(RuleTrigger::fromJson(Json{{"categories", {"nonsense"}}})), JsonError);
 }
 
@@ -94,21 +91,7 @@ TEST(RuleFields, refuseWhatCanNeverWork) {
   }
 }
 
-TEST(BuiltInRuleTemplatesTest, startWithFourSwitchedOff) {
-  std::vector<std::size_t> disabled;
-  const auto rules = BuiltInRuleTemplates::defaultRules();
-  ASSERT_EQ(rules.size(), 12U);
-  for (std::size_t i = 0; i < rules.size(); ++i) {
-    EXPECT_TRUE(rules[i].isBuiltIn);
-    if (!rules[i].isEnabled) disabled.push_back(i + 1);
-  }
-  EXPECT_THAT(disabled, ElementsAre(7, 8, 11, 12));
-  EXPECT_EQ(rules[3].trigger.minimumSizeBytes, 1073741824);
-  EXPECT_EQ(rules[3].action, RuleAction::reviewOnly());
-  EXPECT_EQ(rules[6].action, RuleAction::moveToFolder("~/Documents/PDFs"));
-}
-
-TEST(BuiltInRuleTemplatesTest, haveTheirGivenTriggers) {
+TEST(BuiltInRuleTemplatesTest, haveTheirGivenTriggersAndFourSwitchedOff) {
   const auto rules = BuiltInRuleTemplates::defaultRules();
   ASSERT_EQ(rules.size(), 12U);
   const char* const expected[] = {
@@ -126,9 +109,80 @@ TEST(BuiltInRuleTemplatesTest, haveTheirGivenTriggers) {
       R"({"folderPath":"~/Library/Application Support/Adobe","minimumAgeDays":30})",
   };
   for (std::size_t i = 0; i < rules.size(); ++i) {
+    EXPECT_TRUE(rules[i].isBuiltIn);
+    EXPECT_EQ(rules[i].isEnabled, i != 6 && i != 7 && i != 10 && i != 11) << rules[i].name;
     EXPECT_EQ(jsonText(rules[i].trigger.toJson()), expected[i]);
     EXPECT_EQ(CleanupRule::fromJson(parseJson(jsonText(rules[i].toJson()))), rules[i]) << rules[i].name;
   }
+  EXPECT_EQ(rules[3].action, RuleAction::reviewOnly());
+  EXPECT_EQ(rules[6].action, RuleAction::moveToFolder("~/Documents/PDFs"));
+}
+
+std::vector<std::string_view> faultyPartsOf(const CleanupRule& rule) {
+  std::vector<std::string_view> parts;
+  for (const auto& problem : problemsWith(rule)) parts.push_back(problem.part);
+  return parts;
+}
+
+TEST(RuleCheck, refusesATriggerThatNarrowsNothing) {
+  const TemporaryTree tree;
+  tree.folder("home");
+  fs::create_symlink(tree.path("home"), tree.path("link"));
+  const ScopedEnvironment home("HOME", tree.path("link").c_str());
+  const std::vector<ScanCategory> all(allScanCategories.begin(), allScanCategories.end());
+  const std::vector<ScanCategory> allButManual(all.begin(), all.end() - 1);
+  const Rows<const char*, RuleTrigger, bool> rows{
+      {"no condition", {}, false},
+      {"empty texts and lists",
+       {.folderPath = "",
+        .fileExtensions = std::vector<std::string>(),
+        .categories = std::vector<ScanCategory>(),
+        .namePattern = ""},
+       false},
+      {"nothing younger or smaller", {.minimumAgeDays = 0, .minimumSizeBytes = 0}, false},
+      {"the root", {.folderPath = "/"}, false},
+      {"the home folder", {.folderPath = "~"}, false},
+      {"with a slash", {.folderPath = "~/"}, false},
+      {"by a detour", {.folderPath = "~/Downloads/.."}, false},
+      {"behind its link", {.folderPath = tree.path("home")}, false},
+      {"the beginning of its name", {.folderPath = tree.path("ho")}, false},
+      {"all categories", {.categories = all}, false},
+      {"all that a rule may touch", {.categories = allButManual}, false},
+      {"all of them in the home folder", {.folderPath = "~", .categories = all, .minimumAgeDays = 0}, false},
+      {"a folder", {.folderPath = "~/Downloads"}, true},
+      {"a folder beside the home folder", {.folderPath = tree.path("home2")}, true},
+      {"a category", {.categories = {{ScanCategory::logs}}}, true},
+      {"an extension", {.fileExtensions = {{"pdf"}}}, true},
+      {"a name", {.namePattern = " "}, true},
+      {"an age", {.minimumAgeDays = 1}, true},
+      {"a size", {.folderPath = "~", .minimumSizeBytes = 1}, true},
+  };
+  for (const auto& [name, trigger, isSound] : rows) {
+    const auto rule = ruleFor("rule", trigger);
+    const auto parts = isSound ? std::vector<std::string_view>() : std::vector<std::string_view>{ruleConditionsPart};
+    EXPECT_EQ(faultyPartsOf(rule), parts) << name;
+    EXPECT_EQ(refusalOf(rule).has_value(), !isSound) << name;
+  }
+}
+
+TEST(RuleCheck, namesEachFaultyPart) {
+  const auto rule = ruleFor(" \n",
+                            {.folderPath = "Downloads",
+                             .fileExtensions = {{"pdf", "tar.gz", "*"}},
+                             .minimumAgeDays = -1,
+                             .minimumSizeBytes = -1},
+                            RuleAction::moveToFolder(""));
+  EXPECT_THAT(faultyPartsOf(rule), ElementsAre(ruleNamePart, "folderPath", "fileExtensions", "minimumAgeDays",
+                                               "minimumSizeBytes", ruleDestinationPart));
+  EXPECT_EQ(refusalOf(rule)->part, "folderPath") << "nobody is hindered by a name";
+  EXPECT_THAT(faultyPartsOf(ruleFor("rule", {.folderPath = std::string("/a\0b", 4)},
+                                    RuleAction::moveToFolder(std::string("~/a\0b", 5)))),
+              ElementsAre("folderPath", ruleDestinationPart));
+  EXPECT_THAT(faultyPartsOf(ruleFor("rule", {.fileExtensions = {{"pdf", ""}}})), ElementsAre("fileExtensions"));
+}
+
+TEST(RuleCheck, findsTheBuiltInRulesSound) {
+  for (const auto& rule : BuiltInRuleTemplates::defaultRules()) EXPECT_THAT(problemsWith(rule), IsEmpty()) << rule.name;
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include "platform/macos/LaunchdScheduler.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <sys/stat.h>
-
 namespace orvane::test {
 namespace {
 
@@ -62,13 +60,10 @@ TEST_F(LaunchAgentManagerTest, writesNamesOfAnyKindSoThatTheyParse) {
   ASSERT_TRUE(list);
   EXPECT_EQ(list->text("Label"), "com.orvane.cleanup");
   EXPECT_EQ(list->text("StandardOutPath"), home + "/Library/Logs/Orvane/stdout.log");
-}
-
-TEST_F(LaunchAgentManagerTest, startsAsOftenAsTheFrequencyAsks) {
-  const std::vector<std::pair<ScheduleFrequency, std::string>> rows{
+  const Rows<ScheduleFrequency, const char*> rows{
       {OnLowDiskSpace{10}, "900"}, {Daily{}, "86400"}, {Weekly{}, "604800"}, {Monthly{}, "2592000"}};
-  for (const auto& [frequency, interval] : rows) {
-    EXPECT_THAT(manager.generatePlistContent("/o", frequency), HasSubstr("<integer>" + interval + "</integer>"));
+  for (const auto& [frequency, seconds] : rows) {
+    EXPECT_THAT(manager.generatePlistContent("/o", frequency), HasSubstr("<integer>" + std::string(seconds) + "<"));
   }
 }
 

@@ -4,8 +4,6 @@
 #include "tests/support/CleanupRules.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <fcntl.h>
-
 namespace orvane::test {
 namespace {
 
@@ -39,15 +37,17 @@ TEST_F(RuleEngineTest, offersTheBuiltInRulesUntilSomeAreStored) {
   EXPECT_TRUE(engine.getRules().empty());
 }
 
-TEST_F(RuleEngineTest, deletesOnlyTheUsersRules) {
-  const auto builtIn = engine.getRules().front();
-  const auto own = ruleFor("rule", {}, RuleAction::reviewOnly());
-  engine.addOrUpdateRule(own);
-  EXPECT_EQ(other.getRules().size(), 13U);
-  other.deleteRule(own.id);
-  other.deleteRule(builtIn.id);
-  EXPECT_EQ(engine.getRules().size(), 12U);
-  engine.toggleRule(builtIn.id, false);
+TEST_F(RuleEngineTest, losesNoRuleThatAnotherProcessAddsAndDeletesOnlyTheUsers) {
+  const auto mine = ruleFor("rule", {}, RuleAction::reviewOnly());
+  engine.keepIdentities();
+  engine.addOrUpdateRule(mine);
+  other.addOrUpdateRule(ruleFor("rule", {}, RuleAction::reviewOnly()));
+  EXPECT_EQ(engine.getRules().size(), 14U);
+  EXPECT_EQ(engine.getRules(), other.getRules());
+  other.deleteRule(mine.id);
+  other.deleteRule(engine.getRules().front().id);
+  EXPECT_EQ(engine.getRules().size(), 13U);
+  engine.toggleRule(engine.getRules().front().id, false);
   EXPECT_FALSE(other.getRules().front().isEnabled);
 }
 
@@ -88,41 +88,24 @@ TEST_F(RuleEngineTest, trashesAndMovesAsOneRunThatComesBack) {
       ruleFor("rule", text, RuleAction::moveToFolder(tree.path("Downloads/Texts"))),
       ruleFor("rule", {.fileExtensions = {{"txt"}}, .namePattern = "a"}, RuleAction::moveToTrash())};
 
-  const auto summary =
-      engine.executeRules(rules, std::vector{item(trashed), item(moved), item(inPlace), item(kept)}, roots());
+  // Another file has taken the name of one that was found.
+  const auto replaced = tree.file("Downloads/b.tmp");
+  FileItem::Fields before;
+  before.url = FileUrl(replaced);
+  before.category = ScanCategory::oldDownloads;
+  before.identity = ItemIdentity::of(readPathStatus(trashed).value());
+
+  const auto summary = engine.executeRules(
+      rules, std::vector{item(trashed), item(moved), item(inPlace), item(kept), FileItem(before)}, roots());
 
   EXPECT_EQ(summary.itemsProcessed, 2);
   EXPECT_EQ(summary.bytesReclaimed, 7);
   EXPECT_FALSE(exists(trashed) || exists(moved));
-  EXPECT_TRUE(exists(inPlace) && exists(kept));
+  EXPECT_TRUE(exists(inPlace) && exists(kept) && exists(replaced));
   EXPECT_EQ(contentOf(tree.path("Downloads/Texts/a (1).txt")), "content");
   EXPECT_EQ(journal->getEntries(summary.batchId).size(), 2U);
   EXPECT_EQ(journal->restoreRun(summary.batchId).restoredCount, 2);
   EXPECT_TRUE(exists(trashed) && exists(moved));
-}
-
-TEST_F(RuleEngineTest, leavesAFileThatIsNotTheOneThatWasFound) {
-  const auto file = tree.file("Downloads/a.txt");
-  FileItem::Fields fields;
-  fields.url = FileUrl(file);
-  fields.category = ScanCategory::oldDownloads;
-  fields.identity = ItemIdentity::of(*readFileStatus(AT_FDCWD, file.c_str()));
-  fs::remove(file);
-  tree.file("Downloads/a.txt");
-  const std::vector rules{ruleFor("rule", {}, RuleAction::moveToTrash())};
-  EXPECT_EQ(engine.executeRules(rules, std::vector{FileItem(fields)}, roots()).itemsProcessed, 0);
-  EXPECT_TRUE(exists(file));
-}
-
-TEST_F(RuleEngineTest, losesNoRuleThatAnotherProcessAdds) {
-  const auto mine = ruleFor("rule", {}, RuleAction::reviewOnly());
-  const auto theirs = ruleFor("rule", {}, RuleAction::reviewOnly());
-  engine.keepIdentities();
-  engine.addOrUpdateRule(mine);
-  other.addOrUpdateRule(theirs);
-  const auto rules = engine.getRules();
-  EXPECT_EQ(rules.size(), 14U);
-  EXPECT_EQ(rules, other.getRules());
 }
 
 }  // namespace
