@@ -2,16 +2,9 @@
 #include "core/base/text/Json.h"
 #include "core/duplicates/DuplicateGuard.h"
 #include "core/tasks/DuplicatesTask.h"
-#include "core/tasks/SavedProposal.h"
 #include "tests/support/TaskFixture.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <barrier>
-#include <random>
-#include <thread>
 
 namespace orvane::test {
 namespace {
@@ -61,18 +54,29 @@ class DuplicatesTask : public TaskFixture {
   }
 };
 
-TEST_F(DuplicatesTask, proposesEveryCopyAndKeepsOneOfEach) {
+TEST_F(DuplicatesTask, proposesEveryCopyAndMovesThemAsOneRunThatComesBack) {
   file("a");
-  file("copy of a");
+  const auto copy = file("copy of a");
   file("big", "larger content");
-  file("sub/big", "larger content");
+  const auto other = file("sub/big", "larger content");
   const auto proposal = find();
   ASSERT_EQ(proposal.groups().size(), 2U);
   EXPECT_THAT(firstRowsOfGroups(proposal), ElementsAre(0, 2));
   EXPECT_EQ(duplicateGroupAt(proposal, 0, proposal.selection()).fileSize, 14);
   const auto kept = [](const ProposedRow& row) { return row.choice == Choice::unselected; };
   EXPECT_EQ(rowsOf(proposal, kept), (std::set<std::string>{"Downloads/a", "Downloads/big"}));
-  EXPECT_EQ(proposal.approve().toTrash(), (RowSum{2, 21}));
+  const auto report = clean(proposal);
+  EXPECT_EQ(report.toTrash, (RowSum{2, 21}));
+  EXPECT_EQ(duplicateCleanupText(report), "Cleaned 2 duplicate files, freeing 21 bytes.");
+  EXPECT_EQ(duplicateCleanupTitle, "Duplicate Cleanup");
+  EXPECT_FALSE(exists(copy) || exists(other));
+  EXPECT_THAT(contents(), SizeIs(2));
+  const auto entries = journal->getEntries(report.runId.value());
+  ASSERT_THAT(entries, SizeIs(2));
+  EXPECT_EQ(entries[0].action, JournalAction::trashed);
+  EXPECT_EQ(entries[0].checksum, proposal.groups()[0].checksum);
+  EXPECT_EQ(journal->restoreRun(*report.runId).restoredCount, 2);
+  EXPECT_TRUE(exists(copy) && exists(other));
   // Nothing was asked of a folder of caches, and that is said.
   const auto caches = find({FileUrl(tree.folder("Library/Caches"))}, DuplicateKeepStrategy::keepOldest);
   ASSERT_THAT(caches.notices(), SizeIs(1));
@@ -80,10 +84,9 @@ TEST_F(DuplicatesTask, proposesEveryCopyAndKeepsOneOfEach) {
 }
 
 TEST_F(DuplicatesTask, keepsTheNewestOrTheOneInAFolder) {
-  constexpr double day = 86400;
-  setAge(file("Archive/old"), 30 * day);
-  setAge(file("Archive/older"), 60 * day);
-  setAge(file("Archiven/oldest"), 90 * day);
+  setAge(file("Archive/old"), 30 * 86400.0);
+  setAge(file("Archive/older"), 60 * 86400.0);
+  setAge(file("Archiven/oldest"), 90 * 86400.0);
   file("new");
   const auto proposal = find();
   const auto kept = [&](const KeepRule& rule) {
@@ -152,8 +155,7 @@ TEST_F(DuplicatesTask, appliesASavedProposalWhereTheCopiesStillAreSuch) {
   const auto copy = file("copy of a");
   file("kept", "larger content");
   const auto lonely = file("copy of kept", "larger content");
-  std::string text;
-  writeProposal(find().approve(), [&](std::string_view piece) { text += piece; });
+  const auto text = savedText(find().approve());
   fs::remove(tree.path("Downloads/kept"));
   const auto saved = proposeSaved(taskServices(), SavedProposal::decode(text), roots());
   ASSERT_TRUE(saved);
@@ -163,25 +165,6 @@ TEST_F(DuplicatesTask, appliesASavedProposalWhereTheCopiesStillAreSuch) {
             std::set<std::string>{"Downloads/copy of kept"});
   EXPECT_TRUE(exists(lonely));
   EXPECT_FALSE(exists(copy));
-}
-
-TEST_F(DuplicatesTask, movesCopiesAsOneRunThatComesBack) {
-  file("a");
-  const auto copy = file("copy of a");
-  const auto other = file("sub/copy of a");
-  const auto proposal = find();
-  const auto report = clean(proposal);
-  EXPECT_EQ(report.toTrash, (RowSum{2, 14}));
-  EXPECT_EQ(duplicateCleanupText(report), "Cleaned 2 duplicate files, freeing 14 bytes.");
-  EXPECT_EQ(duplicateCleanupTitle, "Duplicate Cleanup");
-  EXPECT_TRUE(exists(tree.path("Downloads/a")));
-  EXPECT_FALSE(exists(copy) || exists(other));
-  const auto entries = journal->getEntries(report.runId.value());
-  ASSERT_THAT(entries, SizeIs(2));
-  EXPECT_EQ(entries[0].action, JournalAction::trashed);
-  EXPECT_EQ(entries[0].checksum, proposal.groups()[0].checksum);
-  EXPECT_EQ(journal->restoreRun(*report.runId).restoredCount, 2);
-  EXPECT_TRUE(exists(copy) && exists(other));
 }
 
 TEST_F(DuplicatesTask, keepsOneOfAGroupWhoseCopiesAreAllChosen) {
@@ -211,15 +194,10 @@ TEST_F(DuplicatesTask, keepsOneWhereTwoGroupsKeepDifferentCopies) {
   EXPECT_THAT(contents(), SizeIs(1));
 }
 
-void write(const std::string& path, std::int64_t offset, std::string_view text) {
-  const FileDescriptor descriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
-  ASSERT_EQ(::pwrite(descriptor.get(), text.data(), text.size(), offset), static_cast<ssize_t>(text.size()));
-}
-
 TEST_F(DuplicatesTask, leavesACopyThatIsNoLongerWhatWasFound) {
   const Rows<const char*, void (*)(const std::string& kept, const std::string& copy), const char*> rows{
-      {"copy was written", [](const auto&, const auto& copy) { write(copy, 100'000, "y"); }, "changed since"},
-      {"copy grew", [](const auto&, const auto& copy) { write(copy, 200'000, "y"); }, "changed since"},
+      {"copy was written", [](const auto&, const auto& copy) { writeAt(copy, 100'000, "y"); }, "changed since"},
+      {"copy grew", [](const auto&, const auto& copy) { writeAt(copy, 200'000, "y"); }, "changed since"},
       {"copy is gone", [](const auto&, const auto& copy) { fs::remove(copy); }, "File not found"},
       {"copy became a link",
        [](const auto& kept, const auto& copy) {
@@ -231,21 +209,20 @@ TEST_F(DuplicatesTask, leavesACopyThatIsNoLongerWhatWasFound) {
       {"copy was replaced",
        [](const auto& kept, const auto& copy) {
          const auto time = fs::last_write_time(copy);
-         fs::rename(copy, copy + " before");
-         fs::copy_file(kept, copy);
+         fs::copy_file(kept, copy + " new");
+         fs::rename(copy + " new", copy);
          fs::last_write_time(copy, time);
-         fs::remove(copy + " before");
        },
        "changed since"},
       // Same size, same time, other content: only reading tells.
       {"copy was written unnoticed",
        [](const auto&, const auto& copy) {
          const auto time = fs::last_write_time(copy);
-         write(copy, 199'999, "y");
+         writeAt(copy, 199'999, "y");
          fs::last_write_time(copy, time);
        },
        "not the same as the copy to keep"},
-      {"kept was written", [](const auto& kept, const auto&) { write(kept, 3, "y"); }, "not the same"},
+      {"kept was written", [](const auto& kept, const auto&) { writeAt(kept, 3, "y"); }, "not the same"},
       {"kept shrank", [](const auto& kept, const auto&) { fs::resize_file(kept, 5); }, "not the same"},
       {"kept is gone", [](const auto& kept, const auto&) { fs::remove(kept); }, "no other copy"},
       {"kept became the copy",
@@ -387,7 +364,7 @@ class Race : public DuplicatesTask, public testing::WithParamInterface<unsigned>
     if (!fs::exists(path) || path == other) return;
     switch (below(7)) {
       case 0:
-        return write(path, static_cast<std::int64_t>(below(20'000)), "!");
+        return writeAt(path, static_cast<std::int64_t>(below(20'000)), "!");
       case 1:
         fs::remove(path);
         return;
@@ -404,7 +381,7 @@ class Race : public DuplicatesTask, public testing::WithParamInterface<unsigned>
       default: {
         // A file that keeps its time and its size.
         const auto time = fs::last_write_time(path);
-        write(path, static_cast<std::int64_t>(below(20'000)), "?");
+        writeAt(path, static_cast<std::int64_t>(below(20'000)), "?");
         fs::last_write_time(path, time);
       }
     }

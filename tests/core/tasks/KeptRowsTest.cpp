@@ -5,7 +5,6 @@
 #include "core/tasks/OrganizeTask.h"
 #include "core/tasks/PlanTask.h"
 #include "core/tasks/RulesTask.h"
-#include "core/tasks/SavedProposal.h"
 #include "core/tasks/ScanTask.h"
 #include "core/tasks/TidyTask.h"
 #include "core/tasks/TrashTask.h"
@@ -124,8 +123,7 @@ TEST_F(KeptTaskTest, whatIsNamedOutrightIsRefusedWithTheWayOut) {
 
 TEST_F(KeptTaskTest, whatIsKeptAfterItWasShownStays) {
   const auto proposal = proposeClean(taskServices(), {.folders = {tree.url("Downloads")}});
-  std::string saved;
-  writeProposal(proposal->approve(), [&](std::string_view text) { saved += text; });
+  const auto saved = savedText(proposal->approve());
   keep("~/Downloads/kept.log");
   const auto applied = proposeSaved(taskServices(), SavedProposal::decode(saved), roots());
   EXPECT_THAT(rowsOf(*applied, [](const ProposedRow& row) { return row.lock == Lock::refused; }),

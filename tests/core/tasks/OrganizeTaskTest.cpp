@@ -1,6 +1,8 @@
 #include "core/tasks/OrganizeTask.h"
 
 #include "core/base/text/Json.h"
+#include "core/tasks/TidyTask.h"
+#include "tests/support/AutoOrganizerFixture.h"
 #include "tests/support/TaskFixture.h"
 
 namespace orvane::test {
@@ -31,36 +33,6 @@ class OrganizeTaskTest : public TaskFixture {
   }
 };
 
-TEST_F(OrganizeTaskTest, movesExactlyTheItemsThatWereShown) {
-  tree.file("Downloads/same.pdf", "same");
-  const auto replaced = tree.file("Downloads/replaced.pdf", "before");
-  tree.file("Downloads/unchecked.pdf");
-  tree.file("Downloads/album/1.jpg", "12345");
-  tree.file("Downloads/grown/1.jpg", "12345");
-  const auto proposal = proposed();
-  auto selection = proposal.selection();
-  EXPECT_EQ(selection.count(), 5);
-  proposal.forEach([&](std::size_t index, const ProposedRow& row) {
-    if (row.item.relativePath() == "unchecked.pdf") selection.set(index, Selection::Whether::unselected);
-  });
-
-  fs::remove(replaced);
-  tree.file("Downloads/replaced.pdf", "after!");
-  tree.file("Downloads/arrived.pdf");
-  fs::rename(tree.path("Downloads/album"), tree.path("other"));
-  tree.file("Downloads/album/2.jpg", "54321");
-  tree.file("Downloads/grown/2.jpg");
-
-  const auto report = carryOut(taskServices(), proposal.approve(selection));
-  EXPECT_EQ(report.toFolders, (RowSum{2, 9}));
-  EXPECT_EQ(report.failed, 2);
-  for (const auto* left : {"replaced.pdf", "unchecked.pdf", "arrived.pdf", "album/2.jpg"}) {
-    EXPECT_TRUE(exists(tree.path("Downloads/" + std::string(left)))) << left;
-  }
-  EXPECT_TRUE(exists(tree.path("Downloads/Organized/Media/Folders/grown/2.jpg")));
-  for (const auto& entry : journal->getEntries(*report.runId)) EXPECT_EQ(entry.timestamp, report.started);
-}
-
 TEST_F(OrganizeTaskTest, aRenamedGroupMovesWhatWasShownAndKeepsTheChoice) {
   tree.file("Downloads/a.pdf", "top");
   tree.file("Downloads/Sub/a.pdf", "below");
@@ -85,7 +57,9 @@ TEST_F(OrganizeTaskTest, aRenamedGroupMovesWhatWasShownAndKeepsTheChoice) {
   EXPECT_EQ(proposal.groups()[0].name, "Documents/PDFs") << "a proposal never changes";
   EXPECT_THAT(kindsIn(*renamed, 0), ElementsAre("pdf"));
 
-  EXPECT_EQ(carryOut(taskServices(), renamed->approve()).moved(), 2);
+  const auto report = carryOut(taskServices(), renamed->approve());
+  EXPECT_EQ(report.toFolders, (RowSum{2, 8}));
+  for (const auto& entry : journal->getEntries(*report.runId)) EXPECT_EQ(entry.timestamp, report.started);
   EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Mine/a (1).pdf")), "top");
   EXPECT_EQ(contentOf(tree.path("Downloads/Organized/Mine/a.pdf")), "there");
   EXPECT_TRUE(exists(tree.path("Downloads/b.txt")));
@@ -127,35 +101,31 @@ TEST_F(OrganizeTaskTest, saysWhatLiesInItsPlace) {
   EXPECT_EQ(proposed(inside).notices(), Notices{(RowsInPlace{{1, 2}, {}})});
 }
 
-TEST_F(OrganizeTaskTest, aFolderThatMayNotBeTouchedYieldsItsReason) {
+TEST_F(OrganizeTaskTest, aFolderThatMayNotBeTouchedYieldsItsReasonAndAStopNothing) {
   for (const auto& folder : {FileUrl("/etc"), FileUrl(tree.path()), tree.url("missing")}) {
     const auto proposal = proposed({.folder = folder});
     EXPECT_TRUE(proposal.empty());
     EXPECT_NE(firstNotice<FolderLeftOut>(proposal.notices()), nullptr) << folder.path();
   }
+  EXPECT_FALSE(proposeOrganize(taskServices(), wish(), ReferenceClock::now(), {.stop = stopped()}));
 }
 
 TEST_F(OrganizeTaskTest, aDestinationOutsideTheBoundaryLocksItsRows) {
   tree.file("Downloads/a.pdf");
+  const auto before = proposed();
   tree.link("Downloads/Organized", tree.folder("Elsewhere"));
+  EXPECT_EQ(carryOut(taskServices(), before.approve()).outcomes.at(0).result, MoveResult::refused)
+      << "a link that is put in the way leads nowhere";
   const auto proposal = proposed();
   EXPECT_EQ(proposal.row(0).lock, Lock::refused);
   EXPECT_THAT(proposal.groups()[0].refusal, HasSubstr("denied"));
   EXPECT_TRUE(proposal.approve().empty());
+  EXPECT_TRUE(exists(tree.path("Downloads/a.pdf")));
   // Named, it is where the user wants it.
   auto named = wish();
   named.destination = tree.url("Downloads/Organized");
   EXPECT_EQ(carryOut(taskServices(), proposed(named).approve()).moved(), 1);
   EXPECT_TRUE(exists(tree.path("Elsewhere/Documents/PDFs/a.pdf")));
-}
-
-TEST_F(OrganizeTaskTest, aLinkThatIsPutInTheWayLeadsNowhere) {
-  tree.file("Downloads/a.pdf");
-  const auto proposal = proposed();
-  tree.link("Downloads/Organized", tree.folder("Elsewhere"));
-  const auto report = carryOut(taskServices(), proposal.approve());
-  EXPECT_EQ(report.outcomes.at(0).result, MoveResult::refused);
-  EXPECT_TRUE(exists(tree.path("Downloads/a.pdf")));
 }
 
 TEST_F(OrganizeTaskTest, proposesTheSameAgainFromItsSubject) {
@@ -206,11 +176,74 @@ TEST_F(OrganizeTaskTest, noNameOfASubjectLeadsOutOfTheFolder) {
   EXPECT_TRUE(reproposeOrganize(taskServices(), subject, roots(), ReferenceClock::now())->approve().empty());
 }
 
-TEST_F(OrganizeTaskTest, aStopProposesNothing) {
-  tree.file("Downloads/a.pdf");
-  std::stop_source stopped;
-  stopped.request_stop();
-  EXPECT_FALSE(proposeOrganize(taskServices(), wish(), ReferenceClock::now(), {.stop = stopped.get_token()}));
+class TidyTaskTest : public AutoOrganizerFixture {
+ public:
+  [[nodiscard]] TidyWish wish() const { return {.folders = {tree.url("Downloads")}}; }
+  const TaskServices services = taskServices();
+};
+
+TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
+  for (const auto* name : {"same.pdf", "unchecked.pdf"}) arrive(name, -10);
+  arrive("new.pdf", 0);
+  arrive("grown/1.jpg", 0);
+  touch(tree.path("Downloads/grown"), 0);
+  const auto look = lookForTidying(services, wish(), day(1));
+  ASSERT_EQ(look.proposals.size(), 1U);
+  const auto& proposal = look.proposals[0].proposal;
+  EXPECT_EQ(proposal.selection().count(), 4);
+  arrive("arrived.pdf", -10);
+  arrive("grown/2.jpg", 0);
+
+  const auto report = TidyPass::begin(services)->carryOut(proposal.approve(without(proposal, "unchecked.pdf")));
+  EXPECT_EQ(report.moved(), 2);
+  EXPECT_EQ(report.failed, 1) << "somebody works with a folder that has grown";
+  EXPECT_THAT(files(), UnorderedElementsAre("Sorted/Documents/PDFs/same.pdf", "Recents/new.pdf", "unchecked.pdf",
+                                            "arrived.pdf", "grown/1.jpg", "grown/2.jpg"));
+  for (const auto& entry : journal->getEntries(*report.runId)) EXPECT_EQ(entry.timestamp, report.started);
+}
+
+TEST_F(TidyTaskTest, namesTheFoldersThatItCannotLookAt) {
+  auto several = wish();
+  several.folders.insert(several.folders.begin(), {tree.url("missing"), FileUrl("/etc")});
+  arrive("a.pdf", -10);
+  const auto look = lookForTidying(services, several, day(1));
+  ASSERT_EQ(look.notices.size(), 2U);
+  EXPECT_EQ(std::get<FolderLeftOut>(look.notices[0]).why, FolderLeftOut::Why::missing);
+  EXPECT_EQ(std::get<FolderLeftOut>(look.notices[1]).why, FolderLeftOut::Why::refused);
+  EXPECT_EQ(look.proposals.size(), 1U);
+}
+
+TEST_F(TidyTaskTest, proposesTheSameAgainFromItsSubject) {
+  arrive("plan.pdf", -10);
+  arrive("letter.pdf", -10);
+  arrive("new.pdf", 0);
+  topicModel.reply = [](const std::string&) { return R"({"plan.pdf": "Travel"})"; };
+  auto withTopics = wish();
+  withTopics.topics = TopicUse::whenAvailable;
+  withTopics.folders.push_back(FileUrl(tree.folder("Desktop")));
+  const auto proposal = *proposeTidy(services, withTopics, day(1));
+  topicModel.reply = {};
+  auto subject = parseJson(jsonText(proposal.subject()));
+  const auto again = reproposeTidy(services, subject, roots(), proposal.countedTo());
+  ASSERT_TRUE(again);
+  const auto places = [](const Proposal& of) {
+    std::vector<std::string> result;
+    for (const auto& group : groupsOf(of)) {
+      for (const auto& move : group.moves) result.push_back(move.targetURL.path());
+    }
+    return result;
+  };
+  EXPECT_EQ(places(*again), places(proposal));
+  EXPECT_THAT(places(*again), Contains(tree.path("Downloads/Sorted/Travel/plan.pdf")));
+
+  subject["folders"][0]["topics"] =
+      Json::array({Json::array({"plan.pdf", "Recents"}), Json::array({"letter.pdf", "../x"})});
+  EXPECT_THAT(places(*reproposeTidy(services, subject, roots(), day(1))),
+              ElementsAre(tree.path("Downloads/Sorted/Documents/PDFs/plan.pdf"), tree.path("Downloads/Recents/new.pdf"),
+                          tree.path("Downloads/Sorted/x/letter.pdf")));
+  EXPECT_TRUE(reproposeTidy(services, subject, Boundary({FileUrl(tree.folder("Elsewhere"))}), day(1))->empty());
+  subject.erase("recentsDays");
+  EXPECT_THROW(static_cast<void>(reproposeTidy(services, subject, roots(), day(1))), JsonError);
 }
 
 }  // namespace

@@ -95,20 +95,10 @@ TEST_F(RestoreTask, aRunOfWhichNothingIsLeftCountsAsRestored) {
   EXPECT_EQ(remainingCount(taskServices(), run), 0);
 }
 
-TEST_F(RestoreTask, restoresUnderAnotherNameAndSaysWhere) {
-  const auto run = trashRun({"report.pdf"});
-  tree.file("Downloads/report.pdf", "new");
-  const auto report = carryOut(taskServices(), proposeRestore(taskServices(), {run}).approve());
-  EXPECT_EQ(report.outcomes.at(0).destination, tree.url("Downloads/report (restored 1).pdf"));
-  EXPECT_EQ(contentOf(tree.path("Downloads/report.pdf")), "new");
-}
-
 TEST_F(RestoreTask, countsWhatAStopLeaves) {
   const auto run = trashRun({"a", "bb"});
   const auto approval = proposeRestore(taskServices(), {run}).approve();
-  std::stop_source stop;
-  stop.request_stop();
-  const auto report = carryOut(taskServices(), approval, {}, stop.get_token());
+  const auto report = carryOut(taskServices(), approval, {}, stopped());
   EXPECT_EQ(report.left, 2);
   EXPECT_FALSE(isRestored());
   // Somebody else is faster.

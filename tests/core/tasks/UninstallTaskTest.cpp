@@ -1,5 +1,4 @@
 #include "core/base/text/Json.h"
-#include "core/tasks/SavedProposal.h"
 #include "core/tasks/UninstallTask.h"
 #include "core/uninstaller/records/UninstallError.h"
 #include "tests/core/uninstaller/UninstallerFixture.h"
@@ -57,22 +56,15 @@ TEST_F(UninstallTask, anApplicationThatWasReplacedStaysWithItsLeftovers) {
   EXPECT_TRUE(journal->getRuns().empty());
 }
 
-TEST_F(UninstallTask, aLeftoverThatWasReplacedStays) {
+TEST_F(UninstallTask, aLeftoverThatWasReplacedStaysAndNoneGoesWithoutItsApplication) {
   const auto proposal = propose();
-  fs::remove(tree.path("Library/Preferences/org.example.a.plist"));
-  tree.file("Library/Preferences/org.example.a.plist", "another's");
-  const auto report = carryOut(taskServices(), proposal.approve());
-  EXPECT_EQ(report.moved(), 2);
-  EXPECT_EQ(contentOf(tree.path("Library/Preferences/org.example.a.plist")), "another's");
-}
-
-TEST_F(UninstallTask, leftoversNeverGoWithoutTheirApplication) {
-  const auto proposal = propose();
-  auto selection = proposal.selection();
-  selection.set(0, Selection::Whether::unselected);
-  const auto report = carryOut(taskServices(), proposal.approve(selection));
-  EXPECT_EQ(report.failed, 2);
+  const auto replaced = tree.path("Library/Preferences/org.example.a.plist");
+  EXPECT_EQ(carryOut(taskServices(), proposal.approve(without(proposal, "A.app"))).failed, 2);
   EXPECT_TRUE(areLeftoversThere());
+  fs::remove(replaced);
+  tree.file("Library/Preferences/org.example.a.plist", "another's");
+  EXPECT_EQ(carryOut(taskServices(), proposal.approve()).moved(), 2);
+  EXPECT_EQ(contentOf(replaced), "another's");
 }
 
 TEST_F(UninstallTask, anApplicationThatBecameOneOfTheSystemStays) {
@@ -105,9 +97,7 @@ TEST_F(UninstallTask, proposesAgainOnlyWhereApplicationsAre) {
 }
 
 TEST_F(UninstallTask, appliesASavedProposalButNeverLeftoversAlone) {
-  std::string text;
-  writeProposal(propose().approve(), [&](std::string_view piece) { text += piece; });
-  auto document = parseJson(text);
+  auto document = parseJson(savedText(propose().approve()));
   ASSERT_EQ(document["rows"].size(), 3U);
   auto leftovers = document;
   leftovers["rows"].erase(0);
