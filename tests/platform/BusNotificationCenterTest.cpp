@@ -2,18 +2,10 @@
 #include "tests/support/LiveProgram.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <future>
-#include <optional>
-#include <string>
 
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
 
 // A session bus, a display and a notification daemon of the test's own. Lines sent to it are commands of a shell that
 // knows $daemon and "wait_for FILE".

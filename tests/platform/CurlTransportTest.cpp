@@ -1,21 +1,15 @@
 #include "platform/linux/CurlTransport.h"
 
+#include "platform/linux/CurlUrlReader.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/LiveProgram.h"
 #include "tests/support/LocalServer.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-
 #include <csignal>
-#include <thread>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::LocalServer;
-using testing::HasSubstr;
-using testing::Not;
 
 HttpRequest requestTo(std::string url) {
   HttpRequest request;
@@ -65,7 +59,7 @@ TEST(CurlTransport, followsNoRedirection) {
 TEST(CurlTransport, goesAroundAProxyToReachThisMachine) {
   const LocalServer proxy([](const auto&) { return LocalServer::answer(200, "from the proxy"); });
   const LocalServer server([](const auto&) { return LocalServer::answer(200, "from the server"); });
-  const test::ScopedEnvironment environment("http_proxy", proxy.url().c_str());
+  const ScopedEnvironment environment("http_proxy", proxy.url().c_str());
   EXPECT_EQ(CurlTransport().send(requestTo(server.url())).body, "from the server");
 }
 
@@ -121,7 +115,7 @@ class SecureServer {
     const auto make = [&](std::vector<std::string> rest) {
       auto words = newKey;
       words.insert(words.end(), rest.begin(), rest.end());
-      EXPECT_EQ(test::runProgram(words).exitStatus, 0);
+      EXPECT_EQ(runProgram(words).exitStatus, 0);
     };
     make({"-subj", "/CN=Authority", "-keyout", tree.path("ca.key"), "-out", authority});
     make({"-subj", "/CN=localhost", "-addext", "subjectAltName=IP:127.0.0.1", "-addext", "basicConstraints=CA:FALSE",
@@ -130,19 +124,19 @@ class SecureServer {
       const LocalServer port([](const auto&) { return LocalServer::Answer{}; });
       address = port.url().substr(std::string_view("http://").size());
     }
-    server.emplace(test::LiveProgram::Setup{.arguments = {"/usr/bin/openssl", "s_server", "-accept", address, "-www",
-                                                          "-key", tree.path("key"), "-cert", tree.path("cert")},
-                                            .environment = {}});
+    server.emplace(LiveProgram::Setup{.arguments = {"/usr/bin/openssl", "s_server", "-accept", address, "-www", "-key",
+                                                    tree.path("key"), "-cert", tree.path("cert")},
+                                      .environment = {}});
     server->waitForOutput("ACCEPT");
   }
   ~SecureServer() { server->signal(SIGTERM); }
   SecureServer(const SecureServer&) = delete;
   SecureServer& operator=(const SecureServer&) = delete;
 
-  const test::TemporaryTree tree;
+  const TemporaryTree tree;
   const std::string authority = tree.path("ca.pem");
   std::string address;
-  std::optional<test::LiveProgram> server;
+  std::optional<LiveProgram> server;
 };
 
 TEST(CurlTransport, trustsOnlyServersThatAnAuthorityVouchesFor) {
@@ -177,5 +171,45 @@ TEST(CurlTransport, servesManyThreadsAtOnce) {
   EXPECT_EQ(right, 8);
 }
 
+TEST(CurlUrlReader, tellsAddressesOfThisMachineFromOthers) {
+  // as it is asked for; is it this machine's?
+  const Rows<std::string_view, const char*, bool> rows{
+      {"https://api.example.com/v1/messages", "https://api.example.com/v1/messages", false},
+      {"HTTP://LocalHost:8080", "http://LocalHost:8080/", true},
+      {"http://127.0.0.1:11434/v1/", "http://127.0.0.1:11434/v1/", true},
+      {"http://127.255.0.9", "http://127.255.0.9/", true},
+      {"http://[::1]:80/x", "http://[::1]:80/x", true},
+      // Hosts that only look like this machine.
+      {"http://[::ffff:127.0.0.1]", "http://[::ffff:127.0.0.1]/", false},
+      {"http://[fe80::1]", "http://[fe80::1]/", false},
+      {"http://localhost.example.com", "http://localhost.example.com/", false},
+      {"http://localhost.", "http://localhost./", false},
+      {"http://127.0.0.1.example.com", "http://127.0.0.1.example.com/", false},
+      {"http://0.0.0.0", "http://0.0.0.0/", false},
+      {"http://128.0.0.1", "http://128.0.0.1/", false},
+  };
+  for (const auto& [text, written, isLoopback] : rows) {
+    const auto url = CurlUrlReader().read(std::string(text));
+    ASSERT_TRUE(url.has_value()) << text;
+    EXPECT_EQ(url->text, written);
+    EXPECT_EQ(url->isLoopback, isLoopback) << text;
+    EXPECT_EQ(url->isSecure, text.starts_with("https")) << text;
+  }
+}
+
+TEST(CurlUrlReader, isStrict) {
+  auto refused = words(R"(localhost:80 ftp://localhost file:///etc/hosts http:// http:///x http://user@localhost
+      http://localhost@example.com http://127.0.0.1:80@example.com/ http://127.0.0.1\@example.com
+      http://127.0.0.1#@example.com http://127.0.0.1?x http://localhost/? http://localhost: http://localhost:0
+      http://localhost:65536 http://localhost:8x http://[::1 http://[::1]x http://[x] http://::1 http://[::1%25lo]
+      http://127.1 http://0177.0.0.1 http://2130706433 http://0x7f.0.0.1 http://%6cocalhost http:/localhost
+      http://[0:0:0:0:0:0:0:1] http://localhost:080)");
+  for (const auto* text : {"", "http://local host", "http://localhost/a b", "http://localhost/\r\nX: y"}) {
+    refused.emplace_back(text);
+  }
+  refused.emplace_back("http://localhost\0.example.com", 29);
+  for (const auto& address : refused) EXPECT_FALSE(CurlUrlReader().read(address)) << address;
+}
+
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

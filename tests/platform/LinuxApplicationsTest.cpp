@@ -1,18 +1,10 @@
 #include "platform/linux/LinuxApplications.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
-
 namespace orvane::test {
 namespace {
 
 using Kind = SystemApplication::Kind;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 const std::string appImage("\177ELF\2\1\1\0AI\2 and the rest", 24);
 
@@ -125,7 +117,7 @@ TEST_F(LinuxApplicationsTest, findsAFolderForEachVersionOfATool) {
   const auto found = list();
   ASSERT_EQ(found.size(), 2U);
   EXPECT_EQ(found[0].name + " " + found[0].version, "IntelliJIdea 2023.1");
-  EXPECT_THAT(found[0].leftovers, testing::Contains(tree.path("home/.cache/JetBrains/IntelliJIdea2023.1")));
+  EXPECT_THAT(found[0].leftovers, Contains(tree.path("home/.cache/JetBrains/IntelliJIdea2023.1")));
 }
 
 TEST_F(LinuxApplicationsTest, namesThePackageThatOwnsAnEntry) {

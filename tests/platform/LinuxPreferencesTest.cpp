@@ -1,14 +1,9 @@
 #include "core/base/files/FileLock.h"
+#include "core/base/files/UserFolders.h"
 #include "core/base/text/Json.h"
 #include "platform/linux/LinuxPreferences.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryTree.h"
-
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <system_error>
 
 namespace orvane::test {
 namespace {
@@ -33,37 +28,21 @@ TEST_F(LinuxPreferencesTest, keepsValuesOfEveryKind) {
   other.setValue("key", false);
   EXPECT_EQ(preferences.value("key"), false);
   EXPECT_EQ(filesBeside(), (std::vector<std::string>{"preferences.json", "preferences.json.lock"}));
-  EXPECT_EQ(std::filesystem::status(tree.path("config/orvane/preferences.json")).permissions(),
-            std::filesystem::perms::owner_read | std::filesystem::perms::owner_write)
+  EXPECT_EQ(fs::status(tree.path("config/orvane/preferences.json")).permissions(),
+            fs::perms::owner_read | fs::perms::owner_write)
       << "it is for the user alone";
 }
 
 TEST_F(LinuxPreferencesTest, processesNeverLoseEachOthersKeys) {
   constexpr int writers = 4;
   constexpr int keys = 25;
-  std::vector<pid_t> children;
+  const auto nameOf = [](int writer, int key) { return std::to_string(writer) + "-" + std::to_string(key); };
+  EXPECT_TRUE(inProcesses(writers, [&](int writer) {
+    for (int key = 0; key < keys; ++key) other.setValue(nameOf(writer, key), key);
+    return true;
+  }));
   for (int writer = 0; writer < writers; ++writer) {
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      try {
-        for (int key = 0; key < keys; ++key) other.setValue(std::to_string(writer) + "-" + std::to_string(key), key);
-      } catch (const std::exception&) {
-        ::_exit(1);
-      }
-      ::_exit(0);
-    }
-    children.push_back(child);
-  }
-  for (const pid_t child : children) {
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-  }
-  for (int writer = 0; writer < writers; ++writer) {
-    for (int key = 0; key < keys; ++key) {
-      EXPECT_EQ(preferences.value(std::to_string(writer) + "-" + std::to_string(key)), key);
-    }
+    for (int key = 0; key < keys; ++key) EXPECT_EQ(preferences.value(nameOf(writer, key)), key);
   }
 }
 
@@ -77,7 +56,7 @@ TEST_F(LinuxPreferencesTest, refusesADamagedFileAndLeavesIt) {
     EXPECT_EQ(contentOf(path), damage);
     EXPECT_EQ(filesBeside(), (std::vector<std::string>{"preferences.json", "preferences.json.lock"}));
   }
-  std::filesystem::remove(tree.path("config/orvane/preferences.json"));
+  fs::remove(tree.path("config/orvane/preferences.json"));
   preferences.setValue("key", 1);
   EXPECT_EQ(preferences.value("key"), 1) << "moved away, it is no obstacle any more";
 }
@@ -86,7 +65,7 @@ TEST_F(LinuxPreferencesTest, writesThroughALink) {
   tree.file("dotfiles/settings.json", "{\"old\":1}");
   tree.link("config/orvane/preferences.json", tree.path("dotfiles/settings.json"));
   preferences.setValue("new", 2);
-  EXPECT_TRUE(std::filesystem::is_symlink(tree.path("config/orvane/preferences.json")));
+  EXPECT_TRUE(fs::is_symlink(tree.path("config/orvane/preferences.json")));
   EXPECT_EQ(preferences.value("old"), 1);
   EXPECT_EQ(parseJson(contentOf(tree.path("dotfiles/settings.json"))), (Json{{"old", 1}, {"new", 2}}));
 }
@@ -130,6 +109,59 @@ TEST(LinuxPreferencesPath, followsTheConfigurationFolder) {
     const ScopedEnvironment configured("XDG_CONFIG_HOME", unusable);
     EXPECT_EQ(LinuxPreferences::defaultPath(), "/home/user/.config/orvane/preferences.json");
   }
+}
+
+struct Case {
+  std::string name;
+  std::string settings;                 // "@" stands for the home folder
+  std::optional<std::string> expected;  // of "Downloads"; below the home folder unless it begins with a slash
+  std::vector<std::string> folders = {};
+};
+
+const std::vector<Case> cases{
+    {"in the home folder", "# made by a tool\nXDG_DOWNLOAD_DIR=\"$HOME/Téléchargements\"\n", "Téléchargements"},
+    {"on another disk", "XDG_DOWNLOAD_DIR=\"/srv/data/dl\"", "/srv/data/dl"},
+    {"with space around", "  XDG_DOWNLOAD_DIR =\t\"$HOME/In/\"", "In"},
+    {"with signs that a shell reads", R"(XDG_DOWNLOAD_DIR="$HOME/a \"b\" \$c \\d")", R"(a "b" $c \d)"},
+    {"assigned twice", "XDG_DOWNLOAD_DIR=\"$HOME/a\"\nXDG_DOWNLOAD_DIR=\"$HOME/b\"\n", "b"},
+    {"in a comment", "#XDG_DOWNLOAD_DIR=\"$HOME/a\"\n", std::nullopt},
+    {"of another variable", "XDG_DOWNLOAD_DIRECTORY=\"$HOME/a\"\nXDG_DESKTOP_DIR=\"$HOME/b\"", std::nullopt},
+    {"without quotes", "XDG_DOWNLOAD_DIR=$HOME/a", std::nullopt},
+    {"without an end", "XDG_DOWNLOAD_DIR=\"$HOME/a", std::nullopt},
+    {"relative", "XDG_DOWNLOAD_DIR=\"a\"", std::nullopt},
+    {"the usual one", "XDG_DOWNLOAD_DIR=\"$HOME/Downloads\"", std::nullopt},
+    // These would make a rule for the downloads folder one for everything.
+    {"switched off", "XDG_DOWNLOAD_DIR=\"$HOME/\"", std::nullopt},
+    {"the home folder by its path", "XDG_DOWNLOAD_DIR=\"@\"", std::nullopt},
+    {"what holds the home folder", "XDG_DOWNLOAD_DIR=\"$HOME/..\"", std::nullopt},
+    {"the whole system", "XDG_DOWNLOAD_DIR=\"/\"", std::nullopt},
+    {"gone, with the usual one there", "XDG_DOWNLOAD_DIR=\"$HOME/a\"", std::nullopt, {"Downloads"}},
+    {"beside the usual one", "XDG_DOWNLOAD_DIR=\"$HOME/a\"", "a", {"Downloads", "a"}}};
+
+TEST(UserFolders, areReadAsAShellWould) {
+  const ScopedEnvironment none("XDG_CONFIG_HOME", nullptr);
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.name);
+    const TemporaryTree home;
+    auto settings = row.settings;
+    if (const auto at = settings.find('@'); at != std::string::npos) settings.replace(at, 1, home.path());
+    home.file(".config/user-dirs.dirs", settings);
+    for (const auto& folder : row.folders) home.folder(folder);
+    auto expected = row.expected;
+    if (expected && !expected->starts_with('/')) expected = home.path(*expected);
+    EXPECT_EQ(userFolder("Downloads", home.path()), expected);
+  }
+}
+
+TEST(UserFolders, knowTheirOwnNamesOnly) {
+  const TemporaryTree home;
+  home.file("settings/user-dirs.dirs", "XDG_VIDEOS_DIR=\"$HOME/Filme\"\nXDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
+  const ScopedEnvironment settings("XDG_CONFIG_HOME", home.path("settings").c_str());
+  EXPECT_EQ(userFolder("Videos", home.path()), home.path("Filme"));
+  EXPECT_EQ(userFolder("Movies", home.path()), home.path("Filme"));
+  EXPECT_EQ(userFolder("Documents", home.path()), home.path("Dokumente"));
+  EXPECT_EQ(userFolder("Pictures", home.path()), std::nullopt);
+  EXPECT_EQ(userFolder("Library", home.path()), std::nullopt);
 }
 
 }  // namespace

@@ -4,17 +4,10 @@
 #include "platform/linux/CurlTransport.h"
 #include "tests/support/LocalServer.h"
 #include "tests/support/MemoryPreferences.h"
+#include "tests/support/Testing.h"
 
-#include <gmock/gmock.h>
-
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-using test::LocalServer;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Pair;
 
 class LocalModel : public testing::Test {
  protected:
@@ -33,7 +26,7 @@ class LocalModel : public testing::Test {
     return OnDeviceTopicCategorizer(model).topics(std::vector<std::string>{"a.pdf", "b \"x\".txt"}, {"Travel"});
   }
 
-  test::MemoryPreferences preferences;
+  MemoryPreferences preferences;
   CurlTransport transport;
 };
 
@@ -112,4 +105,4 @@ TEST_F(LocalModel, yieldsNoTopicsWhereItsAnswerIsOfNoUse) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test

@@ -1,36 +1,24 @@
 // The Trash and the mover on real mounts. The whole program lives in a mount namespace of its own.
 
-#include "core/base/files/PathAccess.h"
 #include "core/map/MapWalk.h"
 #include "core/organizer/propose/FolderOrganizerEngine.h"
-#include "core/safety/journal/RunLog.h"
 #include "platform/linux/LinuxTrashUsage.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/MemoryPreferences.h"
 #include "tests/support/SafetyFixture.h"
 
-#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
-#include <array>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 
-namespace orvane {
+namespace orvane::test {
 namespace {
-
-namespace fs = std::filesystem;
-using test::contentOf;
-using test::exists;
 
 bool haveMounts = false;
 
-class MountTest : public test::SafetyFixture {
+class MountTest : public SafetyFixture {
  protected:
   void SetUp() override {
     if (!haveMounts) GTEST_SKIP() << "this system allows no mount namespaces";
@@ -58,13 +46,14 @@ class MountTest : public test::SafetyFixture {
 
   static void expectThatItStays(const MoveOutcome& outcome, const std::string& path, const char* reason) {
     EXPECT_EQ(outcome.result, MoveResult::failed) << outcome.destination.path();
-    EXPECT_THAT(outcome.error, testing::HasSubstr(reason));
+    EXPECT_THAT(outcome.error, HasSubstr(reason));
     EXPECT_TRUE(exists(path));
   }
   static void bind(const std::string& folder, const std::string& place) {
     ASSERT_EQ(::mount(folder.c_str(), place.c_str(), nullptr, MS_BIND, nullptr), 0) << std::strerror(errno);
   }
-  [[nodiscard]] std::string user() const { return std::to_string(::geteuid()); }
+  // The Trash at the top of the volume.
+  [[nodiscard]] std::string topTrash() const { return volume + "/.Trash-" + std::to_string(::geteuid()); }
 
   std::string volume;
 };
@@ -73,13 +62,13 @@ TEST_F(MountTest, anItemGoesToTheTrashOfItsOwnVolumeAndComesBack) {
   const auto path = tree.file("volume/deep/a file", "x");
   const auto outcome = trashOne(path);
   ASSERT_EQ(outcome.result, MoveResult::moved) << outcome.error;
-  const auto top = volume + "/.Trash-" + user();
+  const auto top = topTrash();
   EXPECT_EQ(outcome.destination.path(), top + "/files/a file");
+  const auto run = lastRun;
+  EXPECT_EQ(trashOne(top + "/files/a file").result, MoveResult::failed) << "it is there already";
   EXPECT_TRUE(contentOf(top + "/info/a file.trashinfo").starts_with("[Trash Info]\nPath=deep/a%20file\nDeletionDate="));
-  struct stat status {};
-  ASSERT_EQ(::stat(top.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777, 0700U);
-  EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
+  EXPECT_EQ(statusOf(top).st_mode & 07777, 0700U);
+  EXPECT_EQ(journal->restoreRun(run).restoredCount, 1);
   EXPECT_EQ(contentOf(path), "x");
   EXPECT_FALSE(exists(top + "/info/a file.trashinfo"));
 }
@@ -116,33 +105,31 @@ TEST_F(MountTest, aDiskThatNeverAnswersHoldsUpNoCountOfTheTrash) {
 }
 
 TEST_F(MountTest, theSharedTopTrashIsUsedOnlyWhenItIsStickyAndNoLink) {
-  ASSERT_EQ(::mkdir((volume + "/.Trash").c_str(), 0777), 0);
-  ASSERT_EQ(::chmod((volume + "/.Trash").c_str(), 01777), 0);
-  const auto shared = trashOne(tree.file("volume/one"));
-  EXPECT_EQ(shared.destination.path(), volume + "/.Trash/" + user() + "/files/one");
-  EXPECT_TRUE(contentOf(volume + "/.Trash/" + user() + "/info/one.trashinfo").find("Path=one\n") != std::string::npos);
-
+  const auto shared = volume + "/.Trash";
+  const auto own = shared + "/" + std::to_string(::geteuid());
+  for (const mode_t mode : {01777U, 0777U}) {
+    mountTmpfs("size=1m,mode=755");
+    ASSERT_EQ(::mkdir(shared.c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(shared.c_str(), mode), 0);
+    const auto place = trashOne(tree.file("volume/one")).destination.path();
+    EXPECT_EQ(place, (mode == 01777U ? own : topTrash()) + "/files/one");
+    if (mode == 01777U) {
+      EXPECT_THAT(contentOf(own + "/info/one.trashinfo"), HasSubstr("Path=one\n"));
+    }
+  }
   mountTmpfs("size=1m,mode=755");
-  ASSERT_EQ(::mkdir((volume + "/.Trash").c_str(), 0777), 0);
-  const auto notSticky = trashOne(tree.file("volume/two"));
-  EXPECT_EQ(notSticky.destination.path(), volume + "/.Trash-" + user() + "/files/two");
-
-  mountTmpfs("size=1m,mode=755");
-  tree.folder("Elsewhere");
-  tree.link("volume/.Trash", tree.path("Elsewhere"));
-  const auto linked = trashOne(tree.file("volume/three"));
-  EXPECT_EQ(linked.destination.path(), volume + "/.Trash-" + user() + "/files/three");
+  tree.link("volume/.Trash", tree.folder("Elsewhere"));
+  EXPECT_EQ(trashOne(tree.file("volume/three")).destination.path(), topTrash() + "/files/three");
   EXPECT_TRUE(fs::is_empty(tree.path("Elsewhere")));
 }
 
 TEST_F(MountTest, aTopTrashThatOthersCouldTamperWithIsRefused) {
   const auto path = tree.file("volume/a");
-  tree.folder("Elsewhere");
-  tree.link("volume/.Trash-" + user(), tree.path("Elsewhere"));
+  fs::create_symlink(tree.folder("Elsewhere"), topTrash());
   expectThatItStays(trashOne(path), path, "has no Trash that can be used");
-  ASSERT_EQ(::unlink((volume + "/.Trash-" + user()).c_str()), 0);
-  ASSERT_EQ(::mkdir((volume + "/.Trash-" + user()).c_str(), 0777), 0);
-  ASSERT_EQ(::chmod((volume + "/.Trash-" + user()).c_str(), 0777), 0);
+  fs::remove(topTrash());
+  ASSERT_EQ(::mkdir(topTrash().c_str(), 0777), 0);
+  ASSERT_EQ(::chmod(topTrash().c_str(), 0777), 0);
   expectThatItStays(trashOne(path), path, "has no Trash that can be used");
 }
 
@@ -175,25 +162,15 @@ TEST_F(MountTest, aBindMountOfTheSameVolumeHasItsOwnTop) {
   bind(tree.path("Downloads/inner"), bound);
   CleanupRun run(mover, *journal, Boundary({FileUrl(bound)}));
   const auto outcome = run.carryOut(std::vector{request(bound + "/a")}).front();
-  EXPECT_EQ(outcome.destination.path(), bound + "/.Trash-" + user() + "/files/a") << outcome.error;
+  EXPECT_EQ(outcome.destination.path(), bound + "/.Trash-" + std::to_string(::geteuid()) + "/files/a") << outcome.error;
   EXPECT_EQ(journal->restoreRun(run.id()).restoredCount, 1);
   EXPECT_TRUE(exists(bound + "/a"));
   ::umount2(bound.c_str(), MNT_DETACH);
 }
 
-TEST_F(MountTest, itemsOfATopTrashAreNotTrashedAgain) {
-  const auto outcome = trashOne(tree.file("volume/a"));
-  EXPECT_EQ(trashOne(outcome.destination.path()).result, MoveResult::failed);
-  EXPECT_TRUE(exists(outcome.destination.path()));
-}
-
 TEST_F(MountTest, foldersNestedTooDeeplyStayWhereTheyAre) {
   const auto top = tree.folder("Downloads/deep");
-  FileDescriptor folder(::open(top.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  for (int level = 0; level < 1100; ++level) {
-    ASSERT_EQ(::mkdirat(folder.get(), "d", 0700), 0);
-    folder = FileDescriptor(::openat(folder.get(), "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  }
+  EXPECT_TRUE(nestedFolders(top, "d", 1100));
   expectThatItStays(moveOne(top, volume), top, "nested too deeply");
   EXPECT_TRUE(fs::is_empty(volume)) << "a part of the copy stayed";
   EXPECT_EQ(trashOne(top).result, MoveResult::moved);
@@ -201,10 +178,8 @@ TEST_F(MountTest, foldersNestedTooDeeplyStayWhereTheyAre) {
 
 // As when the run was cut off between the copy and the Trash.
 TEST_F(MountTest, aCopyWhoseOriginalNeverLeftIsSetAsideByTheRestore) {
-  struct stat system {};
-  struct stat own {};
-  ASSERT_TRUE(::stat("/", &system) == 0 && ::stat(tree.folder("Downloads").c_str(), &own) == 0);
-  if (own.st_dev != system.st_dev) GTEST_SKIP() << "the volume of temporary files has a Trash of its own";
+  if (statusOf(tree.path()).st_dev != statusOf("/").st_dev)
+    GTEST_SKIP() << "the volume of temporary files has a Trash of its own";
   const auto source = tree.file("Downloads/report.txt", "words");
   // The home Trash cannot be used.
   tree.file(".local/share/Trash", "in the way");
@@ -212,11 +187,11 @@ TEST_F(MountTest, aCopyWhoseOriginalNeverLeftIsSetAsideByTheRestore) {
   EXPECT_EQ(contentOf(volume + "/Sorted/report.txt"), "words");
   EXPECT_EQ(journal->remainingCount(lastRun), 1);
   const auto result = journal->restoreRun(lastRun);
-  EXPECT_THAT(result.warnings, testing::IsEmpty());
+  EXPECT_THAT(result.warnings, IsEmpty());
   EXPECT_EQ(result.restoredCount, 1);
   EXPECT_EQ(contentOf(source), "words");
   EXPECT_FALSE(exists(tree.path("Downloads/report (restored 1).txt")));
-  EXPECT_EQ(contentOf(volume + "/.Trash-" + user() + "/files/report.txt"), "words");
+  EXPECT_EQ(contentOf(topTrash() + "/files/report.txt"), "words");
   EXPECT_EQ(journal->remainingCount(lastRun), 0);
 }
 
@@ -224,7 +199,7 @@ TEST_F(MountTest, aCopyWhoseOriginalCannotBeReachedStaysAndSaysSo) {
   const auto copy = moveOne(tree.file("Downloads/a"), volume).destination;
   fs::rename(tree.path(".local/share"), tree.path("Unplugged"));
   const auto result = journal->restoreRun(lastRun);
-  EXPECT_THAT(result.warnings, testing::Contains(testing::HasSubstr("its original cannot be reached now")));
+  EXPECT_THAT(result.warnings, Contains(HasSubstr("its original cannot be reached now")));
   EXPECT_TRUE(exists(copy.path()));
   fs::rename(tree.path("Unplugged"), tree.path(".local/share"));
   EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
@@ -240,10 +215,9 @@ TEST_F(MountTest, aMoveToAnotherVolumeCopiesEverythingAndIsUndone) {
   tree.file("Downloads/project/sub/private", "p");
   ASSERT_EQ(::chmod((source + "/sub/private").c_str(), 0400), 0);
   ASSERT_EQ(::setxattr((source + "/a").c_str(), "user.note", "keep", 4, 0), 0);
-  test::setAge(source + "/a", 1000.5);
-  test::setAge(source, 2000.5);
-  struct stat before {};
-  ASSERT_EQ(::lstat(source.c_str(), &before), 0);
+  setAge(source + "/a", 1000.5);
+  setAge(source, 2000.5);
+  const auto before = statusOf(source);
 
   const auto outcome = moveOne(source, volume + "/Sorted");
   ASSERT_EQ(outcome.result, MoveResult::moved) << outcome.error;
@@ -253,24 +227,19 @@ TEST_F(MountTest, aMoveToAnotherVolumeCopiesEverythingAndIsUndone) {
   EXPECT_EQ(contentOf(copy + "/b"), std::string(3'000'000, 'a'));
   EXPECT_EQ(fs::hard_link_count(copy + "/a"), 2U);
   EXPECT_EQ(fs::read_symlink(copy + "/link"), "a");
-  struct stat status {};
-  ASSERT_EQ(::lstat((copy + "/sparse").c_str(), &status), 0);
-  EXPECT_EQ(status.st_size, 20'000'000);
-  EXPECT_LT(status.st_blocks * 512, 1'000'000);
-  ASSERT_EQ(::lstat((copy + "/sub/private").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777, 0400U);
-  ASSERT_EQ(::lstat(copy.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+  EXPECT_EQ(statusOf(copy + "/sparse").st_size, 20'000'000);
+  EXPECT_LT(statusOf(copy + "/sparse").st_blocks * 512, 1'000'000);
+  EXPECT_EQ(statusOf(copy + "/sub/private").st_mode & 07777, 0400U);
+  EXPECT_EQ(statusOf(copy).st_mtim.tv_nsec, before.st_mtim.tv_nsec);
 
   const auto entries = journal->getEntries(lastRun);
   ASSERT_EQ(entries.size(), 2U);
   EXPECT_EQ(entries[0].action, JournalAction::moved);
   EXPECT_EQ(entries[1].action, JournalAction::trashed);
   const auto result = journal->restoreRun(lastRun);
-  EXPECT_THAT(result.warnings, testing::IsEmpty());
+  EXPECT_THAT(result.warnings, IsEmpty());
   EXPECT_EQ(result.restoredCount, 1);
-  ASSERT_EQ(::lstat(source.c_str(), &status), 0);
-  EXPECT_EQ(status.st_ino, before.st_ino);
+  EXPECT_EQ(statusOf(source).st_ino, before.st_ino);
   EXPECT_FALSE(exists(copy));
   EXPECT_EQ(journal->getRuns().size(), 2U);
 }
@@ -280,7 +249,7 @@ TEST_F(MountTest, eitherHalfOfAMoveToAnotherVolumeBringsBothBack) {
     const auto source = tree.file("Downloads/report.txt", "words");
     ASSERT_EQ(moveOne(source, volume + "/Sorted").result, MoveResult::moved);
     const auto result = restoreOne(journal->getEntries(lastRun).at(half).id);
-    EXPECT_THAT(result.warnings, testing::IsEmpty());
+    EXPECT_THAT(result.warnings, IsEmpty());
     EXPECT_EQ(result.restoredCount, 1);
     EXPECT_EQ(contentOf(source), "words");
     EXPECT_FALSE(exists(volume + "/Sorted/report.txt"));
@@ -316,29 +285,15 @@ TEST_F(MountTest, aRestoreOfCopiesThatWasKilledIsFinishedWithoutTwins) {
     ASSERT_EQ(moveOne(source, volume + "/Sorted").result, MoveResult::moved);
     const auto entries = journal->getEntries(lastRun);
     ASSERT_EQ(entries.size(), 2U);
-    const auto intentOf = [](JournalEntry entry, const FileUrl& from, const FileUrl& to) {
-      MoveIntent intent;
-      intent.entry = std::move(entry);
-      intent.source = from;
-      intent.destination = to;
-      intent.identity = ItemIdentity::of(*readPathStatus(from.path()));
-      return intent;
-    };
-    auto back = intentOf(entries[1], entries[1].trashedURL, entries[1].originalURL);
-    back.entry.action = JournalAction::restored;
-    const FileUrl asidePlace(volume + "/.Trash-" + user() + "/files/report.txt");
-    auto aside = intentOf({}, entries[0].trashedURL, asidePlace);
+    const auto back = intentToRestore(entries[1]);
+    const FileUrl asidePlace(topTrash() + "/files/report.txt");
+    auto aside = intentFor({}, entries[0].trashedURL, asidePlace);
     aside.entry.runId = Uuid::random();
     aside.entry.originalURL = entries[0].trashedURL;
     aside.entry.trashedURL = asidePlace;
     aside.settles = entries[0];
     aside.settles->action = JournalAction::restored;
-    {
-      RunLog log(journalFolder(), Uuid::random());
-      log.appendIntent(back);
-      log.appendIntent(aside);
-      log.sync();
-    }
+    leaveLog({back, aside});
     fs::rename(back.source.path(), back.destination.path());
     fs::create_directories(asidePlace.deletingLastPathComponent().path());
     if (wasSetAside) fs::rename(aside.source.path(), asidePlace.path());
@@ -346,7 +301,7 @@ TEST_F(MountTest, aRestoreOfCopiesThatWasKilledIsFinishedWithoutTwins) {
     EXPECT_EQ(journal->remainingCount(lastRun), wasSetAside ? 0 : 1);
     const auto result = journal->restoreRun(lastRun);
     EXPECT_EQ(journal->remainingCount(lastRun), 0);
-    EXPECT_THAT(result.warnings, testing::IsEmpty());
+    EXPECT_THAT(result.warnings, IsEmpty());
     EXPECT_EQ(result.restoredCount, 0);
     EXPECT_EQ(contentOf(source), "words");
     EXPECT_FALSE(exists(tree.path("Downloads/report (restored 1).txt")));
@@ -359,7 +314,7 @@ TEST_F(MountTest, aRestoreOfCopiesThatWasKilledIsFinishedWithoutTwins) {
 }
 
 TEST_F(MountTest, anOrganizedBatchGoesOnWhenOneItemDoesNotFit) {
-  test::MemoryPreferences preferences;
+  MemoryPreferences preferences;
   CategoryPreferencesStore learned(preferences);
   FolderOrganizerEngine engine(learned, mover, validator);
   mountTmpfs("size=1m,mode=755");
@@ -392,19 +347,12 @@ TEST_F(MountTest, anItemWhoseFolderMayNotBeChangedStaysWithAClearReason) {
   for (const auto* each : {"", "Downloads", "State"}) ASSERT_EQ(::chown(tree.path(each).c_str(), 65534, 65534), 0);
   tree.folder(".local");
   ASSERT_EQ(::chown(tree.path(".local").c_str(), 65534, 65534), 0);
-  const pid_t child = ::fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(2);
+  EXPECT_TRUE(withoutPrivileges([&] {
     UndoJournal own(trash, fileMover, validator, FileUrl(journalFolder()));
     CleanupRun run(mover, own, roots());
     const auto outcome = run.carryOut(std::vector{request(path)}).front();
-    const bool explained = outcome.error.find("Permission denied") != std::string::npos;
-    ::_exit(outcome.result == MoveResult::failed && explained ? 0 : 1);
-  }
-  int status = 0;
-  ASSERT_EQ(::waitpid(child, &status, 0), child);
-  EXPECT_EQ(status, 0);
+    return outcome.result == MoveResult::failed && outcome.error.find("Permission denied") != std::string::npos;
+  }));
   EXPECT_TRUE(exists(path));
   EXPECT_TRUE(fs::is_empty(trashPath() + "/info"));
 }
@@ -447,10 +395,10 @@ TEST_F(MountTest, theMapCountsEachFolderOnceAndNamesOtherFileSystems) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::test
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  orvane::enterMountNamespace();
+  orvane::test::enterMountNamespace();
   return RUN_ALL_TESTS();
 }

@@ -1,22 +1,14 @@
 #include "core/base/values/Date.h"
+
+#include "platform/linux/AutostartEntry.h"
 #include "platform/linux/SystemdScheduler.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <ctime>
-#include <string>
-#include <system_error>
-#include <vector>
 
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 // 2023-11-14, a Tuesday, at 22:13:20 UTC
 const Date installed = dateFromUnix(1'700'000'000);
@@ -69,8 +61,8 @@ TEST_F(SystemdSchedulerTest, installsReloadsAndRemoves) {
   EXPECT_THAT(contentOf(tree.path("units/timers.target.wants/com.orvane.cleanup.timer")),
               HasSubstr("every 900 seconds"));
   EXPECT_THAT(contentOf(tree.path("asked")),
-              testing::EndsWith("--user daemon-reload\n--user stop com.orvane.cleanup.timer\n--user clean --what=state "
-                                "com.orvane.cleanup.timer\n--user restart com.orvane.cleanup.timer\n"));
+              EndsWith("--user daemon-reload\n--user stop com.orvane.cleanup.timer\n--user clean --what=state "
+                       "com.orvane.cleanup.timer\n--user restart com.orvane.cleanup.timer\n"));
   scheduler.uninstall("com.orvane.cleanup");
   EXPECT_FALSE(scheduler.isInstalled("com.orvane.cleanup"));
   EXPECT_THAT(filesBelow(tree.path("units")), ElementsAre());
@@ -130,6 +122,37 @@ TEST_F(SystemdSchedulerTest, refusesPathsThatAUnitCannotHold) {
     EXPECT_THROW(scheduler.install(odd), std::system_error);
   }
   EXPECT_FALSE(scheduler.isInstalled("com.orvane.cleanup"));
+}
+
+TEST(AutostartEntry, comesAndGoes) {
+  const TemporaryTree tree;
+  const auto path = tree.path("config/autostart/orvane.desktop");
+  AutostartEntry entry(path, "/opt/My Tools/100%/orvane");
+  EXPECT_FALSE(entry.isEnabled());
+  entry.setEnabled(false);
+  entry.setEnabled(true);
+  EXPECT_TRUE(entry.isEnabled());
+  EXPECT_THAT(contentOf(path), HasSubstr("\nExec=\"/opt/My Tools/100%%/orvane\"\n"));
+  entry.setEnabled(false);
+  EXPECT_FALSE(entry.isEnabled() || exists(path));
+}
+
+TEST(AutostartEntry, quotesWhatAShellWouldTouchAndSaysWhyItCannotBeMade) {
+  const TemporaryTree tree;
+  AutostartEntry(tree.path("a.desktop"), R"(/a"b`c$d\e)").setEnabled(true);
+  EXPECT_THAT(contentOf(tree.path("a.desktop")), HasSubstr(R"(Exec="/a\\"b\\`c\\$d\\\\e")"));
+  EXPECT_THROW(AutostartEntry(tree.path("b.desktop"), "/a\nExec=b").setEnabled(true), std::system_error);
+  EXPECT_FALSE(exists(tree.path("b.desktop")));
+  EXPECT_THROW(AutostartEntry(tree.path("a.desktop/b.desktop"), "/orvane").setEnabled(true), std::system_error);
+}
+
+TEST(AutostartEntry, respectsWhatTheDesktopSwitchedOff) {
+  const TemporaryTree tree;
+  AutostartEntry entry(tree.path("a.desktop"), "/orvane");
+  tree.file("a.desktop", "[Desktop Entry]\nExec=/orvane\nHidden=true\n");
+  EXPECT_FALSE(entry.isEnabled());
+  entry.setEnabled(true);
+  EXPECT_TRUE(entry.isEnabled());
 }
 
 }  // namespace
