@@ -337,6 +337,37 @@ class TogetherGroup(Group):
         return findings + self.oracle.judge()
 
 
+class LongGroup(Group):
+    """A run of several groups of moves, whose journal is written anew between them, and its restore: both are killed."""
+
+    COUNT = 1300
+
+    def prepare(self, world):
+        def build(world):
+            for number in range(self.COUNT):
+                world.file(f"home/Downloads/{number}.txt")
+
+        self.prepare_scenario(world, Scenario(self.name, build, "history", ("home/Downloads",)))
+        folder = world.path("home/Downloads")
+        self.words = ["trash", "--yes", "--root", folder, *(f"{folder}/{number}.txt" for number in range(self.COUNT))]
+        world.lay_out()
+        calls, _ = world.calls(*self.words)
+        self.moves = [number for number, name in enumerate(calls, 1) if name == "rename"]
+
+    def list(self, world):
+        return ["7", "512", "1025"]
+
+    def run(self, world, case):
+        findings = []
+        for restored in (None, int(case) // 2):
+            world.lay_out()
+            world.run(*self.words, faults={"at": self.moves[int(case)], "do": "kill"})
+            if restored is not None:
+                world.run("restore", "--last", "--yes", faults={"at": self.moves[restored], "do": "kill"})
+            findings += self.oracle.judge()
+        return findings
+
+
 class NameGroup(Group):
     """One hostile name three times, so that two of them have to find another one where they go."""
 
@@ -520,7 +551,7 @@ class OracleGroup(Group):
 
 def all_groups():
     groups = [OracleGroup("oracle"), SightGroup("sight"), NameGroup("name"), SwapGroup("swap"),
-              PermissionGroup("permission"), ReplacedGroup("replaced"), TogetherGroup("together"),
+              PermissionGroup("permission"), ReplacedGroup("replaced"), TogetherGroup("together"), LongGroup("long"),
               NeighbourGroup("neighbours"), *(DamageGroup(which) for which in DamageGroup.FILES)]
     for scenario in SCENARIOS:
         groups += [ScenarioGroup(scenario), ScenarioGroup(scenario, restoring=True)]
