@@ -256,31 +256,7 @@ class Firefox(Browser):
     places = (".cache/mozilla",)
 
 
-class JetBrainsLike(Tool):
-    """No such editor: its folders, and its lock as it leaves it."""
-
-    program = "sleep"
-    places = (".cache/JetBrains/IdeaIC2024.1",)
-
-    def use(self):
-        index = self.world.home / ".cache/JetBrains/IdeaIC2024.1/index/words"
-        index.parent.mkdir(parents=True, exist_ok=True)
-        index.write_text("index")
-        (self.world.home / ".config/JetBrains/IdeaIC2024.1").mkdir(parents=True, exist_ok=True)
-
-    @contextlib.contextmanager
-    def running(self):
-        process = self.world.start("sleep", PATIENCE)
-        lock = self.world.home / ".config/JetBrains/IdeaIC2024.1/.lock"
-        lock.write_text(str(process.pid))
-        yield self.places
-        process.kill()
-        process.communicate()
-        lock.unlink()
-
-
-TOOLS = {"pip": Pip, "npm": Npm, "ccache": Ccache, "cargo": Cargo, "chromium": Chromium, "firefox": Firefox,
-         "jetbrains-like": JetBrainsLike}
+TOOLS = {"pip": Pip, "npm": Npm, "ccache": Ccache, "cargo": Cargo, "chromium": Chromium, "firefox": Firefox}
 
 
 def stays_while_used(world, tool):
