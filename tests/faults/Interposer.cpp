@@ -152,8 +152,8 @@ long guarded(bool isRead, const char* name, const Place& first, const Place& sec
   return settle(verdict, call());
 }
 template <typename Do>
-long change(const char* name, const Place& place, Do call) {
-  return guarded(false, name, place, place, call);
+int change(const char* name, const Place& place, Do call) {
+  return static_cast<int>(guarded(false, name, place, place, call));
 }
 template <typename Do>
 long look(const char* name, const Place& place, Do call) {
@@ -205,8 +205,8 @@ int linkAt(int fromFolder, const char* from, int toFolder, const char* to, int f
 }
 
 int unlinkAt(int folder, const char* path, int flags) {
-  return static_cast<int>(change((flags & AT_REMOVEDIR) != 0 ? "rmdir" : "unlink", {folder, path},
-                                 [&] { return raw(SYS_unlinkat, folder, path, flags); }));
+  return change((flags & AT_REMOVEDIR) != 0 ? "rmdir" : "unlink", {folder, path},
+                [&] { return raw(SYS_unlinkat, folder, path, flags); });
 }
 
 int statusAt(const char* name, int folder, const char* path, void* status, int flags) {
@@ -243,6 +243,18 @@ INTERPOSE(long, syscall, long number, long a, long b, long c, long d, long e, lo
               [&] { return raw(number, a, b, c, d, e, f); });
 }
 
+// Changes of what a descriptor or a path from a folder names: the call, its kind, its parameters, and those that the
+// kernel takes.
+#define PARAMETERS(...) __VA_ARGS__
+#define FILE_CHANGE(call, kind, parameters, ...)                               \
+  INTERPOSE(int, call, PARAMETERS parameters) {                                \
+    return change(kind, {file}, [&] { return raw(SYS_##call, __VA_ARGS__); }); \
+  }
+#define PATH_CHANGE(call, kind, parameters, ...)                                       \
+  INTERPOSE(int, call, PARAMETERS parameters) {                                        \
+    return change(kind, {folder, path}, [&] { return raw(SYS_##call, __VA_ARGS__); }); \
+  }
+
 // names
 INTERPOSE(int, rename, const char* from, const char* to) {
   return renameAt(AT_FDCWD, from, AT_FDCWD, to, 0);
@@ -272,22 +284,15 @@ INTERPOSE(int, remove, const char* path) {
   const int result = unlinkAt(AT_FDCWD, path, 0);
   return result != 0 && errno == EISDIR ? unlinkAt(AT_FDCWD, path, AT_REMOVEDIR) : result;
 }
-INTERPOSE(int, mkdirat, int folder, const char* path, mode_t mode) {
-  return static_cast<int>(change("mkdir", {folder, path}, [&] { return raw(SYS_mkdirat, folder, path, mode); }));
-}
+PATH_CHANGE(mkdirat, "mkdir", (int folder, const char* path, mode_t mode), folder, path, mode)
 INTERPOSE(int, mkdir, const char* path, mode_t mode) {
   return interposed_mkdirat(AT_FDCWD, path, mode);
 }
-INTERPOSE(int, symlinkat, const char* target, int folder, const char* path) {
-  return static_cast<int>(change("symlink", {folder, path}, [&] { return raw(SYS_symlinkat, target, folder, path); }));
-}
+PATH_CHANGE(symlinkat, "symlink", (const char* target, int folder, const char* path), target, folder, path)
 INTERPOSE(int, symlink, const char* target, const char* path) {
   return interposed_symlinkat(target, AT_FDCWD, path);
 }
-INTERPOSE(int, mknodat, int folder, const char* path, mode_t mode, dev_t device) {
-  return static_cast<int>(
-      change("mknod", {folder, path}, [&] { return raw(SYS_mknodat, folder, path, mode, device); }));
-}
+PATH_CHANGE(mknodat, "mknod", (int folder, const char* path, mode_t mode, dev_t device), folder, path, mode, device)
 
 // content
 INTERPOSE(ssize_t, write, int file, const void* bytes, std::size_t size) {
@@ -315,66 +320,45 @@ INTERPOSE(ssize_t, copy_file_range, int from, void* fromAt, int to, void* toAt, 
   }
 SENDFILES(sendfile)
 SENDFILES(sendfile64)
-#define TRUNCATES(ftruncate)                                                                              \
-  INTERPOSE(int, ftruncate, int file, off_t size) {                                                       \
-    return static_cast<int>(change("ftruncate", {file}, [&] { return raw(SYS_ftruncate, file, size); })); \
+#define TRUNCATES(ftruncate)                                                            \
+  INTERPOSE(int, ftruncate, int file, off_t size) {                                     \
+    return change("ftruncate", {file}, [&] { return raw(SYS_ftruncate, file, size); }); \
   }
 TRUNCATES(ftruncate)
 TRUNCATES(ftruncate64)
 
 // durability
-INTERPOSE(int, fsync, int file) {
-  return static_cast<int>(change("fsync", {file}, [&] { return raw(SYS_fsync, file); }));
-}
-INTERPOSE(int, fdatasync, int file) {
-  return static_cast<int>(change("fdatasync", {file}, [&] { return raw(SYS_fdatasync, file); }));
-}
-INTERPOSE(int, syncfs, int file) {
-  return static_cast<int>(change("syncfs", {file}, [&] { return raw(SYS_syncfs, file); }));
-}
+FILE_CHANGE(fsync, "fsync", (int file), file)
+FILE_CHANGE(fdatasync, "fdatasync", (int file), file)
+FILE_CHANGE(syncfs, "syncfs", (int file), file)
 
 // attributes
-INTERPOSE(int, fchmod, int file, mode_t mode) {
-  return static_cast<int>(change("chmod", {file}, [&] { return raw(SYS_fchmod, file, mode); }));
-}
-INTERPOSE(int, fchmodat, int folder, const char* path, mode_t mode, int) {
-  return static_cast<int>(change("chmod", {folder, path}, [&] { return raw(SYS_fchmodat, folder, path, mode); }));
-}
+FILE_CHANGE(fchmod, "chmod", (int file, mode_t mode), file, mode)
+PATH_CHANGE(fchmodat, "chmod", (int folder, const char* path, mode_t mode, int), folder, path, mode)
+FILE_CHANGE(fchown, "chown", (int file, uid_t user, gid_t group), file, user, group)
+PATH_CHANGE(fchownat, "chown", (int folder, const char* path, uid_t user, gid_t group, int flags), folder, path, user,
+            group, flags)
+PATH_CHANGE(utimensat, "utimens", (int folder, const char* path, const void* times, int flags), folder, path, times,
+            flags)
+FILE_CHANGE(fsetxattr, "setxattr", (int file, const char* name, const void* value, std::size_t size, int flags), file,
+            name, value, size, flags)
+FILE_CHANGE(fremovexattr, "removexattr", (int file, const char* name), file, name)
 INTERPOSE(int, chmod, const char* path, mode_t mode) {
   return interposed_fchmodat(AT_FDCWD, path, mode, 0);
-}
-INTERPOSE(int, fchown, int file, uid_t user, gid_t group) {
-  return static_cast<int>(change("chown", {file}, [&] { return raw(SYS_fchown, file, user, group); }));
-}
-INTERPOSE(int, fchownat, int folder, const char* path, uid_t user, gid_t group, int flags) {
-  return static_cast<int>(
-      change("chown", {folder, path}, [&] { return raw(SYS_fchownat, folder, path, user, group, flags); }));
-}
-INTERPOSE(int, utimensat, int folder, const char* path, const void* times, int flags) {
-  return static_cast<int>(
-      change("utimens", {folder, path}, [&] { return raw(SYS_utimensat, folder, path, times, flags); }));
 }
 INTERPOSE(int, futimens, int file, const void* times) {
   return interposed_utimensat(file, nullptr, times, 0);
 }
-INTERPOSE(int, fsetxattr, int file, const char* name, const void* value, std::size_t size, int flags) {
-  return static_cast<int>(
-      change("setxattr", {file}, [&] { return raw(SYS_fsetxattr, file, name, value, size, flags); }));
-}
-#define PATH_SETXATTRS(setxattr)                                                                                    \
-  INTERPOSE(int, setxattr, const char* path, const char* name, const void* value, std::size_t size, int flags) {    \
-    return static_cast<int>(                                                                                        \
-        change("setxattr", {AT_FDCWD, path}, [&] { return raw(SYS_##setxattr, path, name, value, size, flags); })); \
+#define PATH_SETXATTRS(setxattr)                                                                                      \
+  INTERPOSE(int, setxattr, const char* path, const char* name, const void* value, std::size_t size, int flags) {      \
+    return change("setxattr", {AT_FDCWD, path}, [&] { return raw(SYS_##setxattr, path, name, value, size, flags); }); \
   }
 PATH_SETXATTRS(setxattr)
 PATH_SETXATTRS(lsetxattr)
-INTERPOSE(int, fremovexattr, int file, const char* name) {
-  return static_cast<int>(change("removexattr", {file}, [&] { return raw(SYS_fremovexattr, file, name); }));
-}
 INTERPOSE(int, ioctl, int file, unsigned long request, void* argument) {
   const auto call = [&] { return raw(SYS_ioctl, file, request, argument); };
   const bool changes = request == FICLONE || request == FICLONERANGE || request == FS_IOC_SETFLAGS;
-  return static_cast<int>(changes ? change("ioctl", {file}, call) : call());
+  return changes ? change("ioctl", {file}, call) : static_cast<int>(call());
 }
 
 // reads
