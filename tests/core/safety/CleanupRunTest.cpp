@@ -117,17 +117,6 @@ TEST_F(CleanupRunTest, neitherTheTrashNorTheJournalCanBeMoved) {
   EXPECT_TRUE(exists(journalPath()));
 }
 
-TEST_F(CleanupRunTest, anItemThatIsNoLongerWhatWasApprovedStays) {
-  const auto path = tree.file("Downloads/a", "before");
-  auto changed = request(path);
-  changed.expectedIdentity = ItemIdentity::of(*readFileStatus(AT_FDCWD, path.c_str()));
-  tree.file("Downloads/a", "written since");
-  CleanupRun run(mover, *journal, roots());
-  const auto outcomes = run.carryOut(std::vector{changed});
-  EXPECT_EQ(outcomes[0].result, MoveResult::changed);
-  EXPECT_EQ(contentOf(path), "written since");
-}
-
 TEST_F(CleanupRunTest, withoutAJournalNothingMoves) {
   const auto path = tree.file("Downloads/a");
   fs::remove_all(journalFolder());
