@@ -3,11 +3,6 @@
 namespace orvane::test {
 namespace {
 
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-
 class AskCommand : public Orvanectl {
  public:
   AskCommand() { home.folder("Downloads"); }
@@ -25,33 +20,26 @@ TEST_F(AskCommand, answersWithThePlanAndWhatItWouldDo) {
   aged("Downloads/sub/Screenshot 2.png", 20);
   const auto answer = json({"ask", "tidy screenshots in downloads"});
 
-  EXPECT_THAT(keysOf(answer), testing::ElementsAre("plan", "matches", "validationError", "provider", "usedFallback",
-                                                   "understood", "doubt", "reading", "room"));
-  EXPECT_EQ(answer["plan"]["steps"][0]["targetFolder"], home.path("Downloads"));
-  EXPECT_EQ(answer["provider"], "offline_heuristic");
-  EXPECT_EQ(answer["usedFallback"], false);
+  EXPECT_THAT(keysOf(answer), ElementsAre("plan", "matches", "validationError", "provider", "usedFallback",
+                                          "understood", "doubt", "reading", "room"));
+  EXPECT_TRUE(tells(answer, {{"provider", "offline_heuristic"}, {"usedFallback", false}}));
   EXPECT_TRUE(answer["validationError"].is_null());
   ASSERT_EQ(answer["matches"].size(), 1U);
-  const auto& match = answer["matches"][0];
-  EXPECT_EQ(match["item"]["url"], FileUrl(shot).absoluteString());
-  EXPECT_EQ(match["action"], "move");
-  EXPECT_EQ(match["isSelected"], true);
-  EXPECT_EQ(match["canExecute"], true);
-  EXPECT_TRUE(exists(shot));
-  EXPECT_FALSE(exists(home.path(".local")));
+  EXPECT_TRUE(tells(answer["matches"][0], {{"item", {{"url", FileUrl(shot).absoluteString()}}},
+                                           {"action", "move"},
+                                           {"isSelected", true},
+                                           {"canExecute", true}}));
+  EXPECT_TRUE(holds({"Downloads/Screenshot 1.png"}, {".local"}));
 }
 
 TEST_F(AskCommand, printsThePlanForPeople) {
   aged("Downloads/Screenshot 1.png", 40.5);
   aged("Downloads/setup.dmg", 40.5);
   const auto shots = run({"ask", "  clean\tscreenshots "});
-  EXPECT_EQ(shots.exitStatus, 0);
-  EXPECT_THAT(shots.output, AllOf(HasSubstr("Goal:     clean\\tscreenshots\n"),
-                                  HasSubstr("Summary:  Find and trash old screenshots.\n"),
-                                  HasSubstr("move to the Trash from ~/Downloads"), HasSubstr("30 days old or older"),
-                                  HasSubstr("Move screenshots older than 30 days to Trash."),
-                                  HasSubstr("7 bytes  40 days  review  ~/Downloads/Screenshot 1.png  not selected"),
-                                  HasSubstr("1 item found, 0 selected")));
+  EXPECT_THAT(shots, Says("Goal:     clean\\tscreenshots\n", "Summary:  Find and trash old screenshots.\n",
+                          "move to the Trash from ~/Downloads", "30 days old or older",
+                          "Move screenshots older than 30 days to Trash.", "1 item found, 0 selected",
+                          "7 bytes  40 days  review  ~/Downloads/Screenshot 1.png  not selected"));
   EXPECT_THAT(shots.output, Not(HasSubstr("setup.dmg")));
 }
 
@@ -60,28 +48,24 @@ TEST_F(AskCommand, showsAPlanThatCannotBeUsed) {
   const std::string reason = "Filter criteria must specify at least one filter attribute.";
   const auto answer = json({"ask", "sort my downloads"}, 1);
   EXPECT_EQ(answer["validationError"], reason);
-  EXPECT_EQ(answer["plan"]["steps"][0]["destinationFolder"], home.path("Downloads"));
   EXPECT_THAT(answer["matches"], IsEmpty());
 
   const auto shown = run({"ask", "sort my downloads", "--apply", "--yes"});
-  EXPECT_EQ(shown.exitStatus, 1);
   EXPECT_THAT(shown.output, HasSubstr("Organize Downloads into structured categories."));
-  EXPECT_THAT(shown.errors, AllOf(HasSubstr(reason), HasSubstr("'orvanectl organize FOLDER' sorts a whole folder")));
+  EXPECT_THAT(shown, Fails(1, reason, "'orvanectl organize FOLDER' sorts a whole folder"));
   EXPECT_TRUE(exists(file));
 }
 
 TEST_F(AskCommand, appliesWhatIsSelectedAsARunThatComesBackAndKeepsTheGoalAsTyped) {
   home.folder("Library/Caches");
   const auto log = aged("Library/Logs/old.log", 40, "precious");
-  const auto young = aged("Library/Logs/new.log", 20);
+  aged("Library/Logs/new.log", 20);
   const auto* goal = "Lösche Protokolle, die älter als ein Monat sind";
   const auto answer = json({"ask", goal, "--apply", "--yes"});
   EXPECT_EQ(answer["plan"]["userGoal"], goal);
   EXPECT_EQ(answer["plan"]["steps"][0]["filter"]["minimumAgeDays"], 30);
-  EXPECT_EQ(answer["summary"]["itemsProcessed"], 1);
-  EXPECT_EQ(answer["summary"]["bytesReclaimed"], 8);
-  EXPECT_FALSE(exists(log));
-  EXPECT_TRUE(exists(young));
+  EXPECT_TRUE(tells(answer["summary"], {{"itemsProcessed", 1}, {"bytesReclaimed", 8}}));
+  EXPECT_TRUE(holds({"Library/Logs/new.log"}, {"Library/Logs/old.log"}));
   EXPECT_EQ(json({"restore", answer["summary"]["batchId"], "--yes"})["restoredCount"], 1);
   EXPECT_EQ(contentOf(log), "precious");
 }
@@ -90,11 +74,9 @@ TEST_F(AskCommand, savesThePlanAsARuleThatIsPreviewed) {
   const auto shot = aged("Downloads/Screenshot 1.png", 40);
   aged("Downloads/Screenshot 2.png", 2);
   const auto saved = json({"ask", "clean screenshots", "--save-rule", "Old shots"});
-  EXPECT_EQ(saved["rule"]["name"], "Old shots");
-  EXPECT_EQ(saved["rule"]["trigger"]["minimumAgeDays"], 30);
+  EXPECT_TRUE(tells(saved["rule"], {{"name", "Old shots"}, {"trigger", {{"minimumAgeDays", 30}}}}));
   EXPECT_EQ(saved["preview"]["matches"].size(), 1U);
   EXPECT_TRUE(exists(shot)) << "a rule is saved, and nothing moved";
-  EXPECT_THAT(run({"rules", "list"}).output, HasSubstr("Old shots"));
   EXPECT_EQ(json({"rules", "run", "Old shots", "--yes"})["itemsProcessed"], 1);
 
   for (const auto& [prompt, name, status, reason] :
@@ -110,8 +92,7 @@ TEST_F(AskCommand, savesThePlanAsARuleThatIsPreviewed) {
 
 TEST_F(AskCommand, saysWhichFolderIsMissing) {
   const auto result = run({"ask", "clean screenshots on my desktop"});
-  EXPECT_EQ(result.exitStatus, 1);
-  EXPECT_EQ(result.errors, "orvanectl: ~/Desktop: No such file or directory\n");
+  EXPECT_THAT(result, Fails(1, "orvanectl: ~/Desktop: No such file or directory\n"));
   EXPECT_THAT(result.output, HasSubstr("No file matches."));
 }
 
@@ -120,9 +101,9 @@ TEST_F(AskCommand, saysWhatWasRead) {
   const auto text = run({"ask", "Delete logs, older than a month"}).output;
   EXPECT_THAT(text, AllOf(HasSubstr("Read:     Delete → to the Trash\n"), HasSubstr("logs → ~/Library/Logs\n"),
                           HasSubstr("older than a month → 30 days\n"), Not(HasSubstr("Not understood"))));
-  EXPECT_THAT(run({"ask", "delete old pizza boxes"}).output,
-              AllOf(HasSubstr("old → 30 days\n"), HasSubstr("no folder named: ~/Downloads\n"),
-                    HasSubstr("meant nothing: pizza boxes\n"), HasSubstr("“pizza”, “boxes” may change")));
+  EXPECT_THAT(run({"ask", "delete old pizza boxes"}),
+              Says("old → 30 days\n", "no folder named: ~/Downloads\n", "meant nothing: pizza boxes\n",
+                   "“pizza”, “boxes” may change"));
   const auto answer = json({"ask", "Delete logs"});
   EXPECT_EQ(answer["understood"], true);
   EXPECT_EQ(answer["reading"][1], parseJson(R"({"text":"logs","meaning":"logs","value":")" + home.path("Library/Logs") +
@@ -134,15 +115,13 @@ TEST_F(AskCommand, selectsAndMovesNothingThatItDidNotUnderstand) {
   const auto log = aged("Downloads/old.log", 400);
   for (const auto* request : {"delete emails older than a year", "don't delete files older than a year",
                               "which files are older than a year", "delete files older than a year?"}) {
+    SCOPED_TRACE(request);
     const auto answer = json({"ask", request});
-    EXPECT_EQ(answer["understood"], false) << request;
-    ASSERT_EQ(answer["matches"].size(), 1U) << request;
-    EXPECT_EQ(answer["matches"][0]["isSelected"], false) << request;
-    EXPECT_THAT(run({"ask", request}).output, HasSubstr("Not understood; here is the closest\n")) << request;
-    const auto applied = run({"ask", request, "--apply", "--yes"});
-    EXPECT_EQ(applied.exitStatus, 2) << request;
-    EXPECT_THAT(applied.errors, HasSubstr("--anyway")) << request;
-    EXPECT_TRUE(exists(log)) << request;
+    ASSERT_EQ(answer["matches"].size(), 1U);
+    EXPECT_FALSE(answer["understood"].get<bool>() || answer["matches"][0]["isSelected"].get<bool>());
+    EXPECT_THAT(run({"ask", request}), Says("Not understood; here is the closest\n"));
+    EXPECT_THAT(run({"ask", request, "--apply", "--yes"}), Fails(2, "--anyway"));
+    EXPECT_TRUE(exists(log));
   }
   EXPECT_EQ(
       json({"ask", "delete emails older than a year", "--apply", "--anyway", "--yes"})["summary"]["itemsProcessed"], 1);
@@ -152,25 +131,21 @@ TEST_F(AskCommand, selectsAndMovesNothingThatItDidNotUnderstand) {
 TEST_F(AskCommand, namesTheCommandThatDoesIt) {
   const auto answer = json({"ask", "uninstall zoom"});
   EXPECT_EQ(answer["room"], parseJson(R"({"room":"uninstall","command":"orvanectl apps uninstall zoom"})"));
-  EXPECT_THAT(run({"ask", "find duplicates in downloads"}).output,
-              HasSubstr("Another command does this: orvanectl duplicates ~/Downloads.\n"));
-  const auto applied = run({"ask", "uninstall zoom", "--apply", "--yes"});
-  EXPECT_EQ(applied.exitStatus, 2);
-  EXPECT_THAT(applied.errors, HasSubstr("orvanectl apps uninstall zoom"));
+  EXPECT_THAT(run({"ask", "find duplicates in downloads"}),
+              Says("Another command does this: orvanectl duplicates ~/Downloads.\n"));
+  EXPECT_THAT(run({"ask", "uninstall zoom", "--apply", "--yes"}), Fails(2, "orvanectl apps uninstall zoom"));
 }
 
 TEST_F(AskCommand, takesThePlacesOfAProgramWholeAndNothingElse) {
   home.folder("Library/Caches");
   home.file(".cache/pip/http/a", "1234567");
-  home.file(".npm/_cacache/a");
-  home.file(".config/discord/Cache/a");
+  home.files({".npm/_cacache/a", ".config/discord/Cache/a"});
   const auto answer = json({"ask", "clear pip cache", "--apply", "--yes"});
   EXPECT_EQ(answer["understood"], true);
   ASSERT_EQ(answer["matches"].size(), 1U);
   EXPECT_EQ(answer["matches"][0]["item"]["url"], FileUrl(home.path(".cache/pip")).absoluteString());
   EXPECT_EQ(answer["summary"]["bytesReclaimed"], 7);
-  EXPECT_FALSE(exists(home.path(".cache/pip")));
-  EXPECT_TRUE(exists(home.path(".npm/_cacache/a")));
+  EXPECT_TRUE(holds({".npm/_cacache/a"}, {".cache/pip"}));
   EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
   EXPECT_TRUE(exists(home.path(".cache/pip/http/a")));
   EXPECT_THAT(json({"ask", "delete npm logs"})["matches"], IsEmpty()) << "its cache is none";
@@ -199,33 +174,19 @@ TEST_F(AskCommand, saysWhatLiesBesideAndTakesItOnRequest) {
   home.folder("Library/Caches");
   home.file(".cache/mozilla/a", "1234567");
   home.file(".cache/other/a", "12345");
-  const auto told = run({"ask", "clear browser caches"}).output;
-  EXPECT_THAT(told, HasSubstr("Browser Caches of programs are a category of their own: 7 bytes. Add them with --with "
-                              "browserCaches.\n"));
+  EXPECT_THAT(
+      run({"ask", "clear browser caches"}),
+      Says("Browser Caches of programs are a category of their own: 7 bytes. Add them with --with browserCaches.\n"));
   const auto answer = json({"ask", "clear browser caches", "--with", "browserCaches", "--apply", "--yes"});
   EXPECT_EQ(answer["summary"]["bytesReclaimed"], 7);
-  EXPECT_FALSE(exists(home.path(".cache/mozilla")));
-  EXPECT_TRUE(exists(home.path(".cache/other/a")));
-}
-
-TEST_F(AskCommand, savedPlacesGoOnlyWhereTheUserHasThem) {
-  home.file(".cache/pip/http/a");
-  const auto file = home.path("proposal.json");
-  EXPECT_EQ(run({"ask", "clear pip cache", "--save", file}).exitStatus, 0);
-  EXPECT_EQ(json({"apply", "--yes", "--root", home.path("Downloads"), file}, 1)["itemsProcessed"], 0);
-  EXPECT_EQ(run({"folders", "known", "off"}).exitStatus, 0);
-  EXPECT_EQ(json({"apply", "--yes", file}, 1)["itemsProcessed"], 0);
-  EXPECT_TRUE(exists(home.path(".cache/pip/http/a")));
-  EXPECT_EQ(run({"folders", "known", "on"}).exitStatus, 0);
-  EXPECT_EQ(json({"apply", "--yes", file})["itemsProcessed"], 1);
-  EXPECT_FALSE(exists(home.path(".cache/pip")));
+  EXPECT_TRUE(holds({".cache/other/a"}, {".cache/mozilla"}));
 }
 
 TEST_F(AskCommand, aSavedFileTakesNoPlaceThatIsNone) {
-  const auto kept = home.file(".config/app/settings");
   home.file(".cache/pip/http/a");
   const auto file = home.path("proposal.json");
   EXPECT_EQ(run({"ask", "clear pip cache", "--save", file}).exitStatus, 0);
+  const auto kept = home.file(".config/app/settings");
   auto text = contentOf(file);
   for (auto at = text.find(".cache/pip"); at != std::string::npos; at = text.find(".cache/pip")) {
     text.replace(at, 10, ".config/app");

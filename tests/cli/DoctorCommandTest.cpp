@@ -7,20 +7,14 @@
 namespace orvane::test {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
-
 TEST_F(Orvanectl, doctorTellsOfTheJournalAndOfNothingPersonal) {
   recommended("secret plans.log");
   ASSERT_EQ(run({"clean", "--yes"}).exitStatus, 0);
   home.file("Library/Application Support/Orvane/undo_journal.damaged-2026.json", "x");
   const auto report = json({"doctor"});
-  EXPECT_EQ(report["Journal"]["runs"], 1);
-  EXPECT_EQ(report["Journal"]["items"], 1);
-  EXPECT_EQ(report["Journal"]["damaged copies"], 1);
-  EXPECT_EQ(report["Journal"]["readable"], true);
-  EXPECT_EQ(report["Services"]["message bus"], "not there");
-  EXPECT_EQ(report["Folders"]["granted"], 1);
+  EXPECT_TRUE(tells(report, {{"Journal", {{"runs", 1}, {"items", 1}, {"damaged copies", 1}, {"readable", true}}},
+                             {"Services", {{"message bus", "not there"}}},
+                             {"Folders", {{"granted", 1}}}}));
 
   const auto text = run({"doctor"}).output;
   std::array<char, 256> machine{};
@@ -32,8 +26,7 @@ TEST_F(Orvanectl, doctorTellsOfTheJournalAndOfNothingPersonal) {
 
 TEST_F(Orvanectl, doctorMakesNothing) {
   EXPECT_EQ(run({"doctor"}).exitStatus, 0);
-  EXPECT_TRUE(isUntouched());
-  EXPECT_FALSE(exists(home.path(".config")));
+  EXPECT_TRUE(holds({}, {".config"}) && isUntouched());
 }
 
 // The report is made for broken parts.

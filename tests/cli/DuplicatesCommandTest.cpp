@@ -4,10 +4,6 @@
 namespace orvane::test {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
-using testing::SizeIs;
-
 class DuplicatesCommand : public Orvanectl {
  public:
   std::string download(std::string_view name, std::string_view content = "1234567") const {
@@ -16,28 +12,23 @@ class DuplicatesCommand : public Orvanectl {
 };
 
 TEST_F(DuplicatesCommand, neverTouchesAReferenceFolder) {
-  const auto original = home.file("Pictures/Originals/long name of the original.jpg", "picture");
-  home.file("Pictures/Originals/twin.jpg", "picture");
-  const auto copy = download("a.jpg", "picture");
-  const auto inside = home.file("Pictures/b.jpg", "picture");
-  home.file("Pictures/Originals/1", "only there");
-  home.file("Pictures/Originals/2", "only there");
+  const Words originals{"Pictures/Originals/long name of the original.jpg", "Pictures/Originals/twin.jpg"};
+  const Words copies{"Downloads/a.jpg", "Pictures/b.jpg"};
+  for (const auto& name : joined(originals, copies)) home.file(name, "picture");
+  for (const auto* name : {"1", "2"}) home.file(std::string("Pictures/Originals/") + name, "only there");
   const Words words{"duplicates", "Downloads", "Pictures", "--reference", "Pictures/Originals"};
   EXPECT_THAT(json(words), SizeIs(1)) << "those of the reference alone are none";
   EXPECT_EQ(json(joined(words, {"--clean", "--yes"}))["itemsProcessed"], 2);
-  EXPECT_FALSE(exists(copy) || exists(inside));
-  EXPECT_TRUE(exists(original) && exists(home.path("Pictures/Originals/twin.jpg")));
+  EXPECT_TRUE(holds(originals, copies));
   EXPECT_EQ(run({"duplicates", "--reference", "none"}).exitStatus, 2);
-}
 
-TEST_F(DuplicatesCommand, keepsTheReferenceOfWhatIsAppliedLater) {
+  // Nor does what is applied later.
   home.file("Documents/original", "text");
   download("copy", "text");
   const auto saved = home.path("saved.json");
   EXPECT_EQ(run({"duplicates", "Downloads", "--reference", "Documents", "--save", saved}).exitStatus, 0);
   EXPECT_EQ(json({"apply", saved, "--yes"})["itemsProcessed"], 1);
-  EXPECT_TRUE(exists(home.path("Documents/original")));
-  EXPECT_FALSE(exists(home.path("Downloads/copy")));
+  EXPECT_TRUE(holds({"Documents/original"}, {"Downloads/copy"}));
 }
 
 TEST_F(DuplicatesCommand, showsGroupsAsAPersonReadsThem) {
@@ -46,7 +37,6 @@ TEST_F(DuplicatesCommand, showsGroupsAsAPersonReadsThem) {
   download("photo copy.jpg", std::string(100'000, 'p'));
   home.file("Documents/photo.jpg", std::string(100'000, 'p'));
   const auto result = run({"duplicates", "--keep", "shortest-path"});
-  EXPECT_EQ(result.exitStatus, 0);
   EXPECT_EQ(result.errors, "");
   EXPECT_EQ(result.output,
             "2 copies of 100 KB each; 100 KB can be freed\n"
@@ -69,7 +59,6 @@ TEST_F(DuplicatesCommand, writesTheGivenForm) {
   const auto groups = json({"duplicates", "Downloads"});
   ASSERT_THAT(groups, SizeIs(1));
   const auto group = DuplicateGroup::fromJson(groups[0]);
-  EXPECT_EQ(group.fileSize, 7);
   ASSERT_THAT(group.items, SizeIs(2));
   EXPECT_NE(group.items[0].isSelected(), group.items[1].isSelected());
   EXPECT_EQ(json({"duplicates", home.folder("empty")}).dump(), "[]");
@@ -78,23 +67,17 @@ TEST_F(DuplicatesCommand, writesTheGivenForm) {
 TEST_F(DuplicatesCommand, cleansAndBringsBack) {
   download("a");
   const auto copy = download("copy of a");
-  const auto result = run({"duplicates", "--clean", "--yes", "--keep", "shortest-path"});
-  EXPECT_EQ(result.exitStatus, 0) << result.errors;
-  EXPECT_THAT(result.output, testing::StartsWith("Duplicate Cleanup\nCleaned 1 duplicate files, freeing 7 bytes.\n"));
-  EXPECT_FALSE(exists(copy));
+  EXPECT_THAT(run({"duplicates", "--clean", "--yes", "--keep", "shortest-path"}),
+              Says("Duplicate Cleanup\nCleaned 1 duplicate files, freeing 7 bytes.\n"));
   EXPECT_EQ(contentOf(trashed("copy of a")), "1234567");
   EXPECT_EQ(run({"restore", "--last", "--yes"}).exitStatus, 0);
   EXPECT_TRUE(exists(copy));
-  const auto done = json({"duplicates", "--clean", "--yes"});
-  EXPECT_EQ(done["itemsProcessed"], 1);
-  EXPECT_EQ(done["bytesReclaimed"], 7);
-  EXPECT_EQ(json({"duplicates", "--clean", "--yes"}).dump(),
-            R"({"runId":null,"itemsProcessed":0,"bytesReclaimed":0,"failures":[]})");
+  EXPECT_TRUE(tells(json({"duplicates", "--clean", "--yes"}), {{"itemsProcessed", 1}, {"bytesReclaimed", 7}}));
 }
 
 TEST_F(DuplicatesCommand, movesOnlyTheCopiesThatWereShown) {
   download("a");
-  const auto same = download("copy of a");
+  download("copy of a");
   const auto replaced = download("replaced copy");
   const auto written = download("written copy");
   download("kept", "other content");
@@ -114,13 +97,11 @@ TEST_F(DuplicatesCommand, movesOnlyTheCopiesThatWereShown) {
     EXPECT_THAT(result.output, HasSubstr("Failed to trash duplicate " + path + ": "));
     EXPECT_TRUE(exists(path)) << path;
   }
-  EXPECT_TRUE(exists(home.path("Downloads/arrived copy")));
-  EXPECT_FALSE(exists(same));
+  EXPECT_TRUE(holds({"Downloads/arrived copy"}, {"Downloads/copy of a"}));
 }
 
 TEST_F(DuplicatesCommand, saysWhichFoldersItDoesNotSearch) {
-  home.file("Library/Caches/a");
-  home.file("Library/Caches/b");
+  home.files({"Library/Caches/a", "Library/Caches/b"});
   const auto result = run({"duplicates", "Library/Caches"});
   EXPECT_EQ(result.output, "No duplicates were found.\n");
   EXPECT_THAT(result.errors, HasSubstr("Library/Caches' is not searched for duplicates"));
@@ -143,8 +124,7 @@ TEST_F(DuplicatesCommand, namesWhatFailed) {
   // The Trash cannot be made.
   home.file(".local", "in the way");
   const auto result = run({"duplicates", "--clean", "--yes", "--keep", "shortest-path"});
-  EXPECT_EQ(result.exitStatus, 1);
-  EXPECT_THAT(result.errors, HasSubstr("Failed to trash duplicate " + home.path("Downloads/copy of a") + ": "));
+  EXPECT_THAT(result, Fails(1, "Failed to trash duplicate " + home.path("Downloads/copy of a") + ": "));
   EXPECT_THAT(result.output, HasSubstr("Cleaned 0 duplicate files, freeing Zero KB."));
   EXPECT_TRUE(exists(first));
 }
@@ -156,8 +136,8 @@ TEST_F(DuplicatesCommand, isInterrupted) {
   program.waitForOutput("Comparing contents: 2 files");
   program.signal(SIGINT);
   const auto result = program.finish();
-  EXPECT_EQ(result.exitStatus, 130);
   EXPECT_THAT(result.output, HasSubstr("interrupted; nothing was changed"));
+  EXPECT_EQ(result.exitStatus, 130);
 }
 
 TEST_F(DuplicatesCommand, keepsOneCopyWhenTwoCleanAtOnce) {

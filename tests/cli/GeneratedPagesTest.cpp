@@ -3,9 +3,6 @@
 namespace orvane::test {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
-
 class GeneratedPages : public Orvanectl {
  public:
   // The completions that bash offers for the words, the last of which is being typed.

@@ -4,8 +4,6 @@
 namespace orvane::test {
 namespace {
 
-using testing::HasSubstr;
-
 // A model server of this machine, whose plans nobody should trust.
 class LocalModelPlans : public Orvanectl {
  public:
@@ -39,8 +37,7 @@ TEST_F(LocalModelPlans, areShownAndCarriedOutLikeAnyOther) {
   const auto applied = this->applied(stepOf("~/Library/Logs", "trash", {{"categories", {"logs"}}}));
   EXPECT_EQ(applied.exitStatus, 0) << applied.errors;
   const auto answer = parseJson(applied.output);
-  EXPECT_EQ(answer["provider"], "local_model");
-  EXPECT_EQ(answer["plan"]["userGoal"], "delete old logs");
+  EXPECT_TRUE(tells(answer, {{"provider", "local_model"}, {"plan", {{"userGoal", "delete old logs"}}}}));
   EXPECT_EQ(answer["matches"].size(), 1U);
   EXPECT_FALSE(exists(home.path("Library/Logs/old.log")));
   EXPECT_EQ(json({"restore", answer["summary"]["batchId"], "--yes"})["restoredCount"], 1);
@@ -66,10 +63,9 @@ TEST_F(LocalModelPlans, areAskedForInTheWordsThatAreShownBefore) {
   EXPECT_EQ(askedBody(server), "") << "showing asked the model";
   EXPECT_EQ(run(ask).exitStatus, 0);
   const auto asked = parseJson(askedBody(server));
-  const auto& messages = asked["messages"];
-  EXPECT_EQ(shown["instructions"], messages[0]["content"]);
-  EXPECT_EQ(shown["prompt"], messages[1]["content"]);
-  EXPECT_THAT(run(show).output, testing::AllOf(HasSubstr("cleanup planner"), HasSubstr("delete old logs")));
+  EXPECT_EQ(shown["instructions"], asked["messages"][0]["content"]);
+  EXPECT_EQ(shown["prompt"], asked["messages"][1]["content"]);
+  EXPECT_THAT(run(show), Says("cleanup planner", "delete old logs"));
 }
 
 TEST_F(LocalModelPlans, reachNothingThatIsNotGranted) {
@@ -77,9 +73,7 @@ TEST_F(LocalModelPlans, reachNothingThatIsNotGranted) {
                              "/home", "Elsewhere", "~root", "/proc/self/cwd"}) {
     SCOPED_TRACE(folder);
     EXPECT_THAT(applied(stepOf(folder, "trash")).output, HasSubstr("\"provider\":"));
-    for (const auto* name : {"Documents/setup.dmg", ".ssh/id_rsa", "Elsewhere/setup.dmg", ".bashrc"}) {
-      EXPECT_TRUE(exists(home.path(name))) << name;
-    }
+    EXPECT_TRUE(holds({"Documents/setup.dmg", ".ssh/id_rsa", "Elsewhere/setup.dmg", ".bashrc"}));
   }
 }
 
@@ -88,8 +82,7 @@ TEST_F(LocalModelPlans, moveNothingToAFolderThatIsNotGranted) {
   for (const auto& destination : {home.path("Elsewhere"), std::string("/tmp"), home.path("Downloads/../Elsewhere")}) {
     step["destinationFolder"] = destination;
     EXPECT_THAT(applied(step).output, HasSubstr("\"provider\":\"local_model\""));
-    EXPECT_TRUE(exists(home.path("Downloads/setup.dmg")));
-    EXPECT_TRUE(exists(home.path("Downloads/notes.txt")));
+    EXPECT_TRUE(holds({"Downloads/setup.dmg", "Downloads/notes.txt"}));
   }
 }
 

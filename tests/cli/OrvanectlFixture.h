@@ -3,6 +3,7 @@
 #include "core/base/text/Json.h"
 #include "core/base/values/Uuid.h"
 #include "tests/support/LiveProgram.h"
+#include "tests/support/Parts.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <gmock/gmock.h>
@@ -13,6 +14,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
@@ -20,6 +22,25 @@
 #include <vector>
 
 namespace orvane::test {
+
+inline void PrintTo(const ChildResult& result, std::ostream* out) {
+  *out << "status " << result.exitStatus << "\n" << result.output << result.errors;
+}
+
+// A program that ended well and said all of this on standard output, and one that failed and said it as an error.
+template <typename... Parts>
+auto Says(const Parts&... parts) {
+  return AllOf(Field(&ChildResult::exitStatus, 0), Field(&ChildResult::output, AllOf(HasSubstr(parts)...)));
+}
+template <typename... Parts>
+auto Fails(int exitStatus, const Parts&... parts) {
+  return AllOf(Field(&ChildResult::exitStatus, exitStatus), Field(&ChildResult::errors, AllOf(HasSubstr(parts)...)));
+}
+
+inline std::vector<std::string> wordsOf(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
 
 // The real orvanectl in a home of its own.
 class Orvanectl : public testing::Test {
@@ -128,6 +149,10 @@ class Orvanectl : public testing::Test {
   }
   [[nodiscard]] std::string trashed(std::string_view name) const {
     return home.path(".local/share/Trash/files/" + std::string(name));
+  }
+  // Of paths below the home.
+  [[nodiscard]] testing::AssertionResult holds(const Words& there, const Words& gone = {}) const {
+    return test::holds(home, there, gone);
   }
   // Nothing of the program's own and no Trash.
   [[nodiscard]] bool isUntouched() const { return !exists(home.path("Library")) && !exists(home.path(".local")); }

@@ -48,15 +48,17 @@ class RequestTable : public Orvanectl, public testing::WithParamInterface<const 
       }
       grants.push_back(home.path(folder));
     }
-    std::istringstream places(R"(.cache/pip/a .npm/_cacache/a .npm/_logs/a .config/discord/Cache/a .config/Slack/Cache/a
+    for (const auto& place :
+         wordsOf(R"(.cache/pip/a .npm/_cacache/a .npm/_logs/a .config/discord/Cache/a .config/Slack/Cache/a
         .cache/google-chrome/a .config/google-chrome/Default/Cache/a .cache/mozilla/a .cache/chromium/a
         .cache/yarn/a .cargo/registry/cache/a .cache/ccache/a .cache/thumbnails/a .config/Code/CachedData/a
         .cache/spotify/a .local/share/Steam/appcache/httpcache/a .gradle/caches/a
         .cache/huggingface/hub/models--a--b/a .cache/unheard-of/a
         .local/share/TelegramDesktop/tdata/user_data/cache/a Documents/app/node_modules/a
         Documents/app/package.json Documents/app/__pycache__/a Documents/app/Cargo.toml
-        Documents/app/target/a Documents/app/venv/pyvenv.cfg)");
-    for (std::string place; places >> place;) setAge(home.file(place), 400 * day);
+        Documents/app/target/a Documents/app/venv/pyvenv.cfg)")) {
+      setAge(home.file(place), 400 * day);
+    }
     EXPECT_EQ(run(joined({"folders", "add"}, grants)).exitStatus, 0);
   }
 
@@ -152,7 +154,7 @@ TEST_P(RequestTable, becomesThePlansThatPeopleMean) {
   EXPECT_GE(selected * 5, rows.size()) << "else the home selects too little to show a wrong plan";
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, RequestTable, testing::Values("english.txt", "other-languages.txt"));
+INSTANTIATE_TEST_SUITE_P(Languages, RequestTable, Values("english.txt", "other-languages.txt"));
 
 }  // namespace
 }  // namespace orvane::test

@@ -8,10 +8,6 @@
 namespace orvane::test {
 namespace {
 
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Not;
-
 class Streams : public Orvanectl {
  public:
   [[nodiscard]] ChildResult inShell(const std::string& rest) const {
@@ -36,9 +32,8 @@ TEST_F(Streams, closedOrFullOutputIsAFailureThatIsTold) {
   const auto log = recommended();
   auto closed = setup({"scan"});
   closed.closedDescriptors = {STDOUT_FILENO};
-  const auto result = LiveProgram(closed).finish();
-  EXPECT_EQ(result.exitStatus, 1);
-  EXPECT_EQ(result.errors, "orvanectl: standard output cannot be written: Bad file descriptor\n");
+  EXPECT_THAT(LiveProgram(closed).finish(),
+              Fails(1, "orvanectl: standard output cannot be written: Bad file descriptor\n"));
   EXPECT_THAT(inShell("--version >/dev/full").errors, HasSubstr("No space left on device"));
 }
 
@@ -47,9 +42,7 @@ TEST_F(Streams, closedStreamsNeverLeadIntoTheJournal) {
   auto program = setup({"clean", "--yes", "--json"});
   program.closedDescriptors = {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
   EXPECT_EQ(LiveProgram(program).finish().exitStatus, 1);
-  const auto runs = json({"history"});
-  ASSERT_EQ(runs.size(), 1);
-  EXPECT_EQ(runs[0]["itemCount"], 1);
+  EXPECT_EQ(json({"history"})[0]["itemCount"], 1);
 }
 
 TEST_F(Streams, aReaderThatLeavesDoesNotCutARunShort) {
@@ -72,24 +65,21 @@ TEST_F(Streams, aScanEndsAsCancelledWhenInterrupted) {
   }
 }
 
-TEST_F(Streams, progressShowsOnlyOnATerminal) {
+TEST_F(Streams, progressAndColourShowOnlyOnATerminalAndNotWhereTheyAreUnwanted) {
   makeManyFiles();
   const auto onTerminal = [&](const Words& words) { return LiveProgram(terminalSetup(words)).finish().output; };
-  const std::string drawn = "\r\x1b[KScanning (";
-  EXPECT_THAT(onTerminal({"scan"}), HasSubstr(drawn));
-  EXPECT_THAT(onTerminal({"scan", "--no-progress"}), Not(HasSubstr("Scanning")));
-  EXPECT_EQ(run({"scan"}).errors, "");
+  const auto drawn = HasSubstr("\r\x1b[KScanning (");
+  const auto green = HasSubstr("\x1b[32msafe\x1b[0m");
+  EXPECT_THAT(onTerminal({"scan"}), AllOf(drawn, green));
+  EXPECT_THAT(onTerminal({"scan", "--no-progress"}), AllOf(Not(HasSubstr("Scanning")), green));
+  const auto piped = run({"scan"});
+  EXPECT_EQ(piped.errors, "");
+  EXPECT_THAT(piped.output, Not(HasSubstr("\x1b")));
+  environment["NO_COLOR"] = "1";
+  EXPECT_THAT(onTerminal({"scan", "--no-progress"}), Not(HasSubstr("\x1b")));
+  environment.erase("NO_COLOR");
   environment["TERM"] = "dumb";
   EXPECT_THAT(onTerminal({"scan"}), Not(HasSubstr("\x1b")));
-}
-
-TEST_F(Streams, colourShowsOnlyOnATerminalAndNotWhereItIsUnwanted) {
-  recommended();
-  const std::string green = "\x1b[32msafe\x1b[0m";
-  EXPECT_THAT(LiveProgram(terminalSetup({"scan"})).finish().output, HasSubstr(green));
-  EXPECT_THAT(run({"scan"}).output, Not(HasSubstr("\x1b")));
-  environment["NO_COLOR"] = "1";
-  EXPECT_THAT(LiveProgram(terminalSetup({"scan", "--no-progress"})).finish().output, Not(HasSubstr("\x1b")));
 }
 
 }  // namespace
