@@ -3,8 +3,6 @@
 #include "app/overview/OverviewAreas.h"
 #include "tests/app/WindowFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <QCoreApplication>
 
 #include <atomic>
@@ -15,12 +13,8 @@
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
-
 constexpr double day = 86400;
+constexpr auto* installers = "# Old Installers & Downloads";
 
 class CleanupModelTest : public WindowFixture {
  public:
@@ -39,16 +33,15 @@ class CleanupModelTest : public WindowFixture {
     ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
     arranged();
   }
-  // Waits until what is shown answers what is asked for.
+  // Waits until what is shown answers what is asked for: twice another order, and the first one again.
   void arranged() {
-    int last = -1;
-    QObject::connect(&*model, &CleanupModel::countsChanged, [&last] { ++last; });
-    model->setSort(model->sort() == CleanupModel::Size ? CleanupModel::Date : CleanupModel::Size);
-    ASSERT_TRUE(becomesTrue([&] { return last >= 0; }));
-    last = -1;
-    model->setSort(model->sort() == CleanupModel::Size ? CleanupModel::Date : CleanupModel::Size);
-    ASSERT_TRUE(becomesTrue([&] { return last >= 0; }));
-    QObject::disconnect(&*model, &CleanupModel::countsChanged, nullptr, nullptr);
+    for (int turn = 0; turn < 2; ++turn) {
+      bool isArranged = false;
+      const auto connection = QObject::connect(&*model, &CleanupModel::countsChanged, [&] { isArranged = true; });
+      model->setSort(model->sort() == CleanupModel::Size ? CleanupModel::Date : CleanupModel::Size);
+      ASSERT_TRUE(becomesTrue([&] { return isArranged; }));
+      QObject::disconnect(connection);
+    }
   }
 
   [[nodiscard]] QVariant value(int row, int role) const { return model->data(model->index(row), role); }
@@ -106,16 +99,14 @@ TEST_F(CleanupModelTest, neverOffersAgainWhatIsKept) {
   EXPECT_LT(rowOf("old.dmg"), model->rowCount());
   EXPECT_EQ(state->keptText(), QStringLiteral(u"1 item, 5\u00a0KB, is on the keep list."));
   clean();
-  EXPECT_TRUE(exists(tree.path("Downloads/new.dmg")));
-  EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
+  EXPECT_TRUE(holds({"Downloads/new.dmg"}, {"Downloads/old.dmg"}));
 }
 
 TEST_F(CleanupModelTest, offersTheHomesLargestFoldersWhereNoneIsThere) {
   std::filesystem::rename(tree.path("Downloads"), tree.path("elsewhere"));
   state->startScan();
   ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
-  EXPECT_FALSE(state->scanFailed().isEmpty());
-  EXPECT_FALSE(state->hasScanned());
+  EXPECT_FALSE(state->scanFailed().isEmpty() || state->hasScanned());
   ASSERT_FALSE(state->homeFolders().isEmpty());
   const auto largest = state->homeFolders().front().toMap();
   EXPECT_EQ(largest["path"], "~/elsewhere");
@@ -127,21 +118,19 @@ TEST_F(CleanupModelTest, offersTheHomesLargestFoldersWhereNoneIsThere) {
 
 TEST_F(CleanupModelTest, listsWhatWasFoundByCategoryLargestFirst) {
   scan();
-  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Old Installers & Downloads", "new.dmg",
-                                   "old.dmg", "# Manual Review", "letter.txt"));
-  EXPECT_EQ(model->itemCount(), 4);
-  EXPECT_EQ(state->reclaimableBytes(), 3000 + 5000 + 700 + 90);
-  EXPECT_EQ(state->proposedBytes(), 3000 + 700);
-  EXPECT_EQ(state->reviewBytes(), 5000);
-  EXPECT_EQ(value(rowOf("# Old Installers & Downloads"), CleanupModel::BytesRole).toDouble(), 8000);
-  EXPECT_EQ(value(rowOf("run.log"), CleanupModel::PlaceRole).toString(), "Downloads/Work/Logs");
-  EXPECT_EQ(state->scannedFolders(), 1);
-  EXPECT_TRUE(state->hasScanned());
+  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", installers, "new.dmg", "old.dmg",
+                                   "# Manual Review", "letter.txt"));
+  EXPECT_TRUE(shows(*state, {{"reclaimableBytes", 3000 + 5000 + 700 + 90},
+                             {"proposedBytes", 3000 + 700},
+                             {"reviewBytes", 5000},
+                             {"scannedFolders", 1},
+                             {"hasScanned", true}}));
+  EXPECT_TRUE(shows(*model, rowOf(installers), {{"bytes", 8000}}));
+  EXPECT_TRUE(shows(*model, rowOf("run.log"), {{"place", "Downloads/Work/Logs"}}));
 
-  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
-  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", "# Old Installers & Downloads", "# Manual Review",
-                                   "letter.txt"));
-  model->toggleExpanded(rowOf("# Old Installers & Downloads"));
+  model->toggleExpanded(rowOf(installers));
+  EXPECT_THAT(names(), ElementsAre("# System & App Logs", "run.log", installers, "# Manual Review", "letter.txt"));
+  model->toggleExpanded(rowOf(installers));
   EXPECT_EQ(model->rowCount(), 7);
   localization.setLanguage(AppLanguage::de);
   model->languageChanged();
@@ -159,22 +148,21 @@ TEST_F(CleanupModelTest, selectsWhatIsSafeAndNeverWhatIsManual) {
 
   const auto safe = model->selectedCount();
   model->deselectAll();
-  EXPECT_EQ(model->selectedCount(), 0);
-  EXPECT_EQ(model->selectedBytes(), 0);
+  EXPECT_TRUE(shows(*model, {{"selectedCount", 0}, {"selectedBytes", 0}}));
   model->selectRecommended();
   EXPECT_EQ(model->selectedCount(), safe);
 
   // A header tells how much below it is selected, and selects the rest or nothing.
   model->deselectAll();
-  EXPECT_EQ(checkOf("# Old Installers & Downloads"), Qt::Unchecked);
+  EXPECT_EQ(checkOf(installers), Qt::Unchecked);
   model->toggle(rowOf("old.dmg"));
-  EXPECT_EQ(checkOf("# Old Installers & Downloads"), Qt::PartiallyChecked);
+  EXPECT_EQ(checkOf(installers), Qt::PartiallyChecked);
   EXPECT_EQ(model->selectedBytes(), 3000);
-  model->toggle(rowOf("# Old Installers & Downloads"));
-  EXPECT_EQ(checkOf("# Old Installers & Downloads"), Qt::Checked);
+  model->toggle(rowOf(installers));
+  EXPECT_EQ(checkOf(installers), Qt::Checked);
   EXPECT_EQ(checkOf("new.dmg"), Qt::Checked);
   EXPECT_EQ(model->selectedBytes(), 8000);
-  model->toggle(rowOf("# Old Installers & Downloads"));
+  model->toggle(rowOf(installers));
   EXPECT_EQ(model->selectedCount(), 0);
 }
 
@@ -182,9 +170,8 @@ TEST_F(CleanupModelTest, searchesSortsAndFilters) {
   scan();
   model->setSearchText("  NEW ");
   arranged();
-  EXPECT_THAT(names(), ElementsAre("# Old Installers & Downloads", "new.dmg"));
-  EXPECT_EQ(model->shownCount(), 1);
-  EXPECT_EQ(model->itemCount(), 4);
+  EXPECT_THAT(names(), ElementsAre(installers, "new.dmg"));
+  EXPECT_TRUE(shows(*model, {{"shownCount", 1}, {"itemCount", 4}}));
 
   // A header's box is about what is shown.
   model->deselectAll();
@@ -213,8 +200,7 @@ TEST_F(CleanupModelTest, cleansOnlyWhatTheListShowsWhereItIsAskedTo) {
   ASSERT_EQ(model->selectedCount(), 2);
   model->setSearchText("old");
   arranged();
-  EXPECT_EQ(model->shownSelectedCount(), 1);
-  EXPECT_EQ(model->shownSelectedBytes(), 3000);
+  EXPECT_TRUE(shows(*model, {{"shownSelectedCount", 1}, {"shownSelectedBytes", 3000}}));
   model->toggle(rowOf("old.dmg"));
   EXPECT_EQ(model->shownSelectedCount(), 0);
   model->cleanShown();
@@ -224,8 +210,7 @@ TEST_F(CleanupModelTest, cleansOnlyWhatTheListShowsWhereItIsAskedTo) {
   model->toggleExpanded(0);
   EXPECT_EQ(model->shownSelectedCount(), 1);
   finish(*model, &CleanupModel::cleanShown);
-  EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
-  EXPECT_TRUE(exists(tree.path("Downloads/Work/Logs/run.log")));
+  EXPECT_TRUE(holds({"Downloads/Work/Logs/run.log"}, {"Downloads/old.dmg"}));
   EXPECT_EQ(model->selectedCount(), 1);
 
   ASSERT_EQ(model->filters().size(), 1);
@@ -239,28 +224,20 @@ TEST_F(CleanupModelTest, movesExactlyWhatIsSelectedAsOneRunAndBringsItBack) {
   model->deselectAll();
   model->toggle(rowOf("old.dmg"));
   model->toggle(rowOf("run.log"));
-  const auto free = model->projectedFreeBytes() - model->currentFreeBytes();
-  EXPECT_EQ(free, 3700);
+  EXPECT_EQ(model->projectedFreeBytes() - model->currentFreeBytes(), 3700);
   clean();
-
   EXPECT_EQ(model->resultText().toStdString(), "Successfully moved 2 items to the Trash, reclaiming 4\u00a0KB.");
   EXPECT_THAT(model->messages(), IsEmpty());
-  EXPECT_FALSE(exists(tree.path("Downloads/old.dmg")));
-  EXPECT_FALSE(exists(tree.path("Downloads/Work/Logs/run.log")));
-  EXPECT_TRUE(exists(tree.path("Downloads/new.dmg")));
-  EXPECT_TRUE(exists(trashPath() + "/files/old.dmg"));
+  EXPECT_TRUE(holds({"Downloads/new.dmg", ".local/share/Trash/files/old.dmg"},
+                    {"Downloads/old.dmg", "Downloads/Work/Logs/run.log"}));
   ASSERT_EQ(journal->getRuns().size(), 1U);
   EXPECT_EQ(journal->getRuns().front().itemCount, 2);
   arranged();
-  EXPECT_EQ(model->itemCount(), 2);
-  EXPECT_EQ(model->selectedCount(), 0);
-  EXPECT_EQ(state->reclaimableBytes(), 5090);
-  EXPECT_EQ(state->proposedBytes(), 0);
+  EXPECT_TRUE(shows(*model, {{"itemCount", 2}, {"selectedCount", 0}, {"canUndo", true}}));
+  EXPECT_TRUE(shows(*state, {{"reclaimableBytes", 5090}, {"proposedBytes", 0}}));
 
-  ASSERT_TRUE(model->canUndo());
   finish(*model, &CleanupModel::undo);
-  EXPECT_TRUE(exists(tree.path("Downloads/old.dmg")));
-  EXPECT_TRUE(exists(tree.path("Downloads/Work/Logs/run.log")));
+  EXPECT_TRUE(holds({"Downloads/old.dmg", "Downloads/Work/Logs/run.log"}));
   EXPECT_FALSE(model->canUndo());
   arranged();
   EXPECT_EQ(model->itemCount(), 4);
@@ -276,36 +253,30 @@ TEST_F(CleanupModelTest, movesWholeFoldersOfCachesWhateverTheirCategory) {
   for (const auto& name : names) model->toggle(rowOf(name));
   clean();
   EXPECT_THAT(model->messages(), IsEmpty());
-  for (const auto& name : names) EXPECT_FALSE(exists(tree.path("Library/Caches/" + name))) << name;
-
+  for (const auto& name : names) EXPECT_TRUE(holds({}, {"Library/Caches/" + name}));
   const auto areasNow = [this] {
     OverviewSums sums;
     sums.add(state->scannedItems().snapshot(), {});
     return sums.areas();
   };
-  const auto areas = areasNow();
-  EXPECT_THAT(areas, Not(testing::Contains(testing::Field(&OverviewArea::category, ScanCategory::browserCaches))));
+  const auto isBrowsers = Field(&OverviewArea::category, ScanCategory::browserCaches);
+  EXPECT_THAT(areasNow(), Not(Contains(isBrowsers)));
   finish(*model, &CleanupModel::undo);
-  const auto again = areasNow();
-  const auto browsers =
-      std::find_if(again.begin(), again.end(), [](auto& area) { return area.category == ScanCategory::browserCaches; });
-  ASSERT_NE(browsers, again.end());
-  EXPECT_EQ(browsers->parts.front().folder, tree.path("Library/Caches/Google"));
+  EXPECT_THAT(
+      areasNow(),
+      Contains(AllOf(isBrowsers, testing::ResultOf([](const OverviewArea& area) { return area.parts.front().folder; },
+                                                   tree.path("Library/Caches/Google")))));
 }
 
 TEST_F(CleanupModelTest, noticesWhatOthersMovedAndBroughtBack) {
   scan();
-  CleanupRun other(mover, *journal, Boundary({tree.url("Downloads")}));
-  std::vector<MoveRequest> requests(2);
-  requests[0].source = tree.url("Downloads/old.dmg");
-  requests[1].source = tree.url("Downloads/Work");
-  other.carryOut(requests);
+  SafetyFixture::clean({tree.path("Downloads/old.dmg"), tree.path("Downloads/Work")});
   model->followJournal();
   ASSERT_TRUE(becomesTrue([&] { return model->itemCount() == 1; }));
   EXPECT_EQ(state->reclaimableBytes(), 5000);
   EXPECT_EQ(model->selectedCount(), 0);
 
-  journal->restoreRun(other.id());
+  journal->restoreRun(lastRun);
   model->followJournal();
   ASSERT_TRUE(becomesTrue([&] { return model->itemCount() == 4; }));
   EXPECT_EQ(state->reclaimableBytes(), 8790);
@@ -317,28 +288,24 @@ TEST_F(CleanupModelTest, leavesAloneWhatChangedSinceTheScan) {
   ASSERT_EQ(::unlink(tree.path("Downloads/Work/Logs/run.log").c_str()), 0);
   clean();
   EXPECT_EQ(contentOf(tree.path("Downloads/old.dmg")), "something else by now");
-  std::vector<std::string> messages;
-  for (const auto& message : model->messages()) messages.push_back(message.toStdString());
-  EXPECT_THAT(messages, testing::UnorderedElementsAre(StartsWith("Failed to trash run.log: "),
-                                                      StartsWith("Failed to trash old.dmg: ")));
-  EXPECT_FALSE(model->canUndo());
+  const auto messages = model->messages().join(u'\n').toStdString();
+  EXPECT_THAT(messages, AllOf(HasSubstr("Failed to trash run.log: "), HasSubstr("Failed to trash old.dmg: ")));
   EXPECT_THAT(journal->getRuns(), IsEmpty());
-  EXPECT_EQ(model->resultNote(), "");
   // Vanished items count no more.
-  EXPECT_EQ(model->itemCount(), 3);
+  EXPECT_TRUE(shows(*model, {{"canUndo", false}, {"resultNote", ""}, {"itemCount", 3}}));
   EXPECT_EQ(state->reclaimableBytes(), 3000 + 5000 + 90);
 }
 
 TEST_F(CleanupModelTest, explainsALabelAndShowsTheFolder) {
   tree.file("Downloads/server.pem", "secret");
   scan();
-  EXPECT_THAT(model->explanation(rowOf("run.log")).toStdString(),
-              testing::HasSubstr("Safe to remove. Temporary caches, logs, or redundant installers."));
-  EXPECT_THAT(model->explanation(rowOf("letter.txt")).toStdString(), testing::HasSubstr("it may be your own work."));
-  EXPECT_THAT(model->explanation(rowOf("server.pem")).toStdString(), testing::HasSubstr("This looks like a key"));
-  EXPECT_THAT(value(rowOf("server.pem"), CleanupModel::LockReasonRole).toString().toStdString(),
-              StartsWith("This looks like a key"));
-  EXPECT_EQ(value(rowOf("run.log"), CleanupModel::LockReasonRole).toString(), "");
+  for (const auto& [name, reason, isLocked] :
+       {std::tuple{"run.log", "Safe to remove. Temporary caches, logs, or redundant installers.", false},
+        std::tuple{"letter.txt", "it may be your own work.", true},
+        std::tuple{"server.pem", "This looks like a key", true}}) {
+    EXPECT_THAT(model->explanation(rowOf(name)).toStdString(), HasSubstr(reason));
+    EXPECT_EQ(value(rowOf(name), CleanupModel::LockReasonRole).toString().contains(reason), isLocked) << name;
+  }
   model->openContainingFolder(rowOf("run.log"));
   ASSERT_TRUE(becomesTrue([this] { return !desktop.allRevealed().empty(); }));
   EXPECT_THAT(desktop.allRevealed(), ElementsAre(tree.url("Downloads/Work/Logs/run.log")));
@@ -350,7 +317,7 @@ TEST_F(CleanupModelTest, scansTheFolderThatIsNamedAlone) {
   EXPECT_THAT(names(), ElementsAre("# System & App Logs", "other.log"));
   state->startScan("/etc");
   ASSERT_TRUE(becomesTrue([this] { return !state->isScanning(); }));
-  EXPECT_THAT(state->scanFailed().toStdString(), testing::HasSubstr("/etc"));
+  EXPECT_THAT(state->scanFailed().toStdString(), HasSubstr("/etc"));
 }
 
 TEST_F(CleanupModelTest, showsNamesThatAreNoText) {
@@ -361,7 +328,7 @@ TEST_F(CleanupModelTest, showsNamesThatAreNoText) {
   arranged();
   EXPECT_EQ(model->shownCount(), 1);
   clean();
-  EXPECT_FALSE(exists(tree.path("Downloads/bad\xff\nname.dmg")));
+  EXPECT_TRUE(holds({}, {"Downloads/bad\xff\nname.dmg"}));
 }
 
 // More than one group of items, with the time between them in which a run can wait.
@@ -393,17 +360,12 @@ class PausedCleanupTest : public CleanupModelTest {
     ASSERT_GT(left(), 0);
     ASSERT_LT(left(), count);
   }
-  void end() {
-    ASSERT_TRUE(becomesTrue([this] { return !model->isWorking(); }));
-  }
 };
 
 TEST_F(PausedCleanupTest, waitsBetweenItemsAndGoesOnAsOneRun) {
   beginAndPause();
-  EXPECT_TRUE(model->isCleaning());
-  EXPECT_TRUE(model->paceText().contains(" of ")) << model->paceText().toStdString();
-  model->resume();
-  end();
+  EXPECT_TRUE(model->isCleaning() && model->paceText().contains(" of ")) << model->paceText().toStdString();
+  finish(*model, &CleanupModel::resume);
   EXPECT_EQ(left(), 0);
   EXPECT_EQ(recordedRuns(taskServices()).size(), 1U);
   finish(*model, &CleanupModel::undo);
@@ -413,11 +375,9 @@ TEST_F(PausedCleanupTest, waitsBetweenItemsAndGoesOnAsOneRun) {
 TEST_F(PausedCleanupTest, canBeCancelledWhileItWaits) {
   beginAndPause();
   const auto before = left();
-  model->cancel();
-  end();
+  finish(*model, &CleanupModel::cancel);
   EXPECT_EQ(left(), before);
-  EXPECT_THAT(model->messages(), IsEmpty());
-  EXPECT_TRUE(model->canUndo());
+  EXPECT_TRUE(shows(*model, {{"messages", QStringList()}, {"canUndo", true}}));
 }
 
 TEST_F(PausedCleanupTest, endsWithTheProgram) {
@@ -430,14 +390,11 @@ TEST_F(PausedCleanupTest, endsWithTheProgram) {
 TEST_F(CleanupModelTest, offersNoUndoOfWhatWasRestoredElsewhere) {
   scan();
   clean();
-  ASSERT_TRUE(model->canUndo());
   model->followHistory(readHistory(taskServices()));
   ASSERT_TRUE(model->canUndo()) << "the run can still be undone";
-  const auto runs = recordedRuns(taskServices());
-  (void)restoreNow(taskServices(), {runs.front().runId}, {}, {});
+  (void)restoreNow(taskServices(), {recordedRuns(taskServices()).front().runId}, {}, {});
   model->followHistory(readHistory(taskServices()));
-  EXPECT_FALSE(model->canUndo());
-  EXPECT_EQ(model->resultText(), "");
+  EXPECT_TRUE(shows(*model, {{"canUndo", false}, {"resultText", ""}}));
 }
 
 }  // namespace

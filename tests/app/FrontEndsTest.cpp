@@ -6,17 +6,16 @@
 #include "app/rules/RulesModel.h"
 #include "app/settings/TidyModel.h"
 #include "core/organizer/services/AutoOrganizeSettingsStore.h"
-#include "core/rules/records/CleanupRule.h"
 #include "tests/app/WindowFixture.h"
+#include "tests/support/CleanupRules.h"
 #include "tests/support/LiveProgram.h"
-
-#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <functional>
-#include <map>
+#include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -85,16 +84,24 @@ class FrontEnds : public WindowFixture {
   [[nodiscard]] std::string savedPath() const { return terminalHome.path() + ".json"; }
 };
 
-// The same home twice, the same things happening in it between showing and moving, and the same left in the end.
+std::vector<std::string> split(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+// The same home twice, the same things happening in it between showing and moving, and the same left in the end. Files
+// are named from ~/Downloads on.
 struct Case {
   std::string name;
-  FrontEnds::Words words;
+  std::string words;
   Shown (*window)(FrontEnds&, const std::function<void()>& meanwhile);
-  std::map<std::string, double> files;  // with their ages, in days
-  const char* replaced;                 // by another of the same content; null where nothing is
-  const char* late;                     // arrives as old as the first file; null where nothing does
+  std::string files;
+  double days;           // their age
+  std::string young;     // is nearly three days old; empty where nothing is
+  std::string replaced;  // by another of the same content
+  std::string late;      // arrives as old as the files
   double count;
-  std::set<std::string> moved;  // of the files
+  std::string moved;  // of the files
   std::size_t notices = 0;
 
   // All copies of one where duplicates are looked for.
@@ -105,18 +112,20 @@ struct Case {
     }
     return name == "duplicates" ? "same" : "content of " + path;
   }
-  void arrive(const TemporaryTree& home, const std::string& path, double days) const {
-    setAge(home.file(path, contentOf(path)), days * 86400);
+  void arrive(const TemporaryTree& home, const std::string& file, double age) const {
+    if (!file.empty()) setAge(home.file("Downloads/" + file, contentOf(file)), age * 86400);
   }
   void arrange(const TemporaryTree& home) const {
-    for (const auto& [path, days] : files) arrive(home, path, days);
+    for (const auto& file : split(files)) arrive(home, file, days);
+    arrive(home, young, 2.99);
   }
   void meanwhile(const TemporaryTree& home) const {
-    if (replaced != nullptr) {
-      std::filesystem::rename(home.path(replaced), home.path(std::string(replaced) + ".before"));
-      home.file(replaced, contentOf(replaced));
+    if (!replaced.empty()) {
+      const auto path = home.path("Downloads/" + replaced);
+      std::filesystem::rename(path, path + ".before");
+      home.file("Downloads/" + replaced, contentOf(replaced));
     }
-    if (late != nullptr) arrive(home, late, files.begin()->second);
+    arrive(home, late, days);
   }
 };
 
@@ -174,7 +183,7 @@ Shown findsDuplicatesInWindow(FrontEnds& test, const std::function<void()>& mean
 
 Shown organizesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   OrganizeModel model(test.services());
-  model.chooseFolder(QString::fromStdString(test.tree.path("Downloads")));
+  model.chooseFolder(test.place("Downloads"));
   model.analyze();
   EXPECT_TRUE(becomesTrue([&] { return model.hasAnalyzed(); }));
   const auto shown = shownBy(model);
@@ -187,11 +196,7 @@ const Json ruleJson = parseJson(R"({"name":"Drafts","trigger":{"fileExtensions":
                                     "action":{"type":"moveToTrash"}})");
 
 Shown runsRulesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
-  CleanupRule rule;
-  rule.name = "Drafts";
-  rule.trigger = RuleTrigger::fromJson(ruleJson["trigger"]);
-  rule.action = RuleAction::moveToTrash();
-  test.rules.addOrUpdateRule(rule);
+  test.rules.addOrUpdateRule(ruleFor("Drafts", RuleTrigger::fromJson(ruleJson["trigger"])));
   RulesModel model(test.services());
   EXPECT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
   model.previewRule(12);
@@ -204,11 +209,11 @@ Shown runsRulesInWindow(FrontEnds& test, const std::function<void()>& meanwhile)
   return shown;
 }
 
-const char* const request = "organize files older than 30 days in downloads";
+const char* const typed = "organize files older than 30 days in downloads";
 
 Shown asksInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
   AgentModel model(test.services());
-  model.setPrompt(request);
+  model.setPrompt(typed);
   model.dryRun();
   EXPECT_TRUE(becomesTrue([&] { return !model.isPlanning(); }));
   const auto shown = shownBy(model);
@@ -260,66 +265,21 @@ Shown tidiesInWindow(FrontEnds& test, const std::function<void()>& meanwhile) {
 }
 
 const std::vector<Case> cases{
-    {"clean",
-     {"clean"},
-     cleansInWindow,
-     {{"Downloads/a.log", 1}, {"Downloads/b.log", 1}, {"Downloads/c.log", 1}, {"Downloads/photo.jpg", 1}},
-     "Downloads/b.log",
-     "Downloads/new.log",
-     3,
-     {"Downloads/a.log", "Downloads/c.log"}},
-    {"duplicates",
-     {"duplicates", "--keep", "shortest-path"},
-     findsDuplicatesInWindow,
-     {{"Downloads/a", 1}, {"Downloads/bb", 1}, {"Downloads/ccc", 1}},
-     nullptr,
-     "Downloads/dddd",
-     2,
-     {"Downloads/bb", "Downloads/ccc"}},
-    {"organize",
-     {"organize", "Downloads"},
-     organizesInWindow,
-     {{"Downloads/a song.mp3", 1}, {"Downloads/film.mkv.part", 1}, {"Downloads/photo.jpg", 1}, {"Downloads/x.pdf", 1}},
-     "Downloads/x.pdf",
-     "Downloads/late.pdf",
-     3,
-     {"Downloads/a song.mp3", "Downloads/photo.jpg"},
-     1},
-    {"tidy",
-     {"tidy", "run"},
-     tidiesInWindow,
-     {{"Downloads/photo.jpg", 1}, {"Downloads/report.pdf", 1}, {"Downloads/song.mp3", 1}},
-     "Downloads/report.pdf",
-     "Downloads/late.pdf",
-     3,
-     {"Downloads/song.mp3", "Downloads/photo.jpg"},
-     1},
-    {"rules",
-     {"rules", "run", "Drafts"},
-     runsRulesInWindow,
-     {{"Downloads/a.dmg", 10}, {"Downloads/b.dmg", 10}, {"Downloads/young.dmg", 2.99}},
-     "Downloads/a.dmg",
-     "Downloads/new.dmg",
-     2,
-     {"Downloads/b.dmg"}},
-    {"ask",
-     {"ask", request},
-     asksInWindow,
-     {{"Downloads/a.dmg", 60}, {"Downloads/new.pdf", 2}, {"Downloads/report.pdf", 60}, {"Downloads/thesis.docx", 60}},
-     "Downloads/report.pdf",
-     "Downloads/late.pdf",
-     3,
-     {"Downloads/thesis.docx", "Downloads/a.dmg"}},
-    {"uninstall",
-     {"apps", "uninstall", "Subject", "--all-leftovers"},
-     uninstallsInWindow,
-     {{"Applications/Subject.app/Contents/Info.plist", 1},
-      {"Library/Caches/org.example.subject/cache", 1},
-      {"Library/Preferences/org.example.subject.plist", 1}},
-     "Library/Preferences/org.example.subject.plist",
-     nullptr,
-     3,
-     {"Applications/Subject.app/Contents/Info.plist", "Library/Caches/org.example.subject/cache"}},
+    {"clean", "clean", cleansInWindow, "a.log b.log c.log photo.jpg", 1, "", "b.log", "new.log", 3, "a.log c.log"},
+    {"duplicates", "duplicates --keep shortest-path", findsDuplicatesInWindow, "a bb ccc", 1, "", "", "dddd", 2,
+     "bb ccc"},
+    {"organize", "organize Downloads", organizesInWindow, "film.mkv.part photo.jpg song.mp3 x.pdf", 1, "", "x.pdf",
+     "late.pdf", 3, "photo.jpg song.mp3", 1},
+    {"tidy", "tidy run", tidiesInWindow, "photo.jpg report.pdf song.mp3", 1, "", "report.pdf", "late.pdf", 3,
+     "photo.jpg song.mp3", 1},
+    {"rules", "rules run Drafts", runsRulesInWindow, "a.dmg b.dmg", 10, "young.dmg", "a.dmg", "new.dmg", 2, "b.dmg"},
+    {"ask", "ask", asksInWindow, "a.dmg report.pdf thesis.docx", 60, "new.pdf", "report.pdf", "late.pdf", 3,
+     "a.dmg thesis.docx"},
+    {"uninstall", "apps uninstall Subject --all-leftovers", uninstallsInWindow,
+     "../Applications/Subject.app/Contents/Info.plist ../Library/Caches/org.example.subject/cache "
+     "../Library/Preferences/org.example.subject.plist",
+     1, "", "../Library/Preferences/org.example.subject.plist", "", 3,
+     "../Applications/Subject.app/Contents/Info.plist ../Library/Caches/org.example.subject/cache"},
 };
 
 class FrontEndsAgree : public FrontEnds, public testing::WithParamInterface<Case> {};
@@ -333,7 +293,9 @@ TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
   terminal({"rules", "add", "rule.json"});
   std::filesystem::remove(terminalHome.path("rule.json"));
 
-  const auto terminalShown = inTerminal(given.words, [&](const TemporaryTree& at) { given.meanwhile(at); });
+  auto words = split(given.words);
+  if (given.name == "ask") words.emplace_back(typed);
+  const auto terminalShown = inTerminal(words, [&](const TemporaryTree& at) { given.meanwhile(at); });
   const auto windowShown = given.window(*this, [&] { given.meanwhile(tree); });
   EXPECT_EQ(terminalShown.count, given.count);
   EXPECT_EQ(windowShown.count, given.count);
@@ -342,7 +304,7 @@ TEST_P(FrontEndsAgree, onWhatIsShownAndWhatMoves) {
   EXPECT_EQ(terminalShown.notices, given.notices);
   EXPECT_EQ(windowShown.notices, given.notices);
   EXPECT_EQ(left(tree), left(terminalHome));
-  for (const auto& path : given.moved) EXPECT_FALSE(exists(tree.path(path))) << path;
+  for (const auto& file : split(given.moved)) EXPECT_TRUE(holds({}, {"Downloads/" + file}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Tasks, FrontEndsAgree, testing::ValuesIn(cases),

@@ -4,8 +4,6 @@
 #include "core/map/services/SnapshotStore.h"
 #include "tests/app/WindowFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace orvane::test {
 namespace {
 
@@ -18,12 +16,12 @@ class MapModelTest : public WindowFixture {
     tree.file("Library/Caches/app/data", std::string(500'000, 'x'));
     for (int i = 0; i < 40; ++i) tree.file("many/" + std::to_string(i), std::string(5000, 'x'));
   }
-  void map(const QString& place = {}) {
-    model.start(place);
+  void map(const QString& folder = {}) {
+    model.start(folder);
     ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
   }
   void open(const std::string& name) {
-    model.openFile(QString::fromStdString(tree.path(name)));
+    model.openFile(place(name));
     ASSERT_TRUE(becomesTrue([&] { return !model.isMapping(); }));
   }
   [[nodiscard]] QVariantMap area(const QString& label) const {
@@ -58,8 +56,7 @@ TEST_F(MapModelTest, drillsDownAndUpWithAreasThatAddUp) {
   model.enter(area("2025")["folder"].toInt());
   EXPECT_EQ(model.trail().size(), 3);
   EXPECT_EQ(sumOfAreas(), model.shownBytes());
-  EXPECT_EQ(model.areas().front().toMap()["label"], "film.mkv");
-  EXPECT_FALSE(model.areas().front().toMap()["canEnter"].toBool());
+  EXPECT_TRUE(shows(model.areas().front().toMap(), {{"label", "film.mkv"}, {"canEnter", false}}));
   model.goUp();
   EXPECT_EQ(model.trail().size(), 2);
   model.enter(0);
@@ -95,14 +92,12 @@ TEST_F(MapModelTest, leadsFromAFolderToOtherSections) {
   map();
   const auto videos = area("Videos")["folder"].toInt();
   model.organizeFolder(videos);
-  EXPECT_EQ(organize.folder(), QString::fromStdString(tree.path("Videos")));
+  EXPECT_EQ(organize.folder(), place("Videos"));
   EXPECT_EQ(state.selectedNavigation(), static_cast<int>(AppNavigationItem::Organize));
   model.findDuplicates(videos);
   EXPECT_EQ(state.selectedNavigation(), static_cast<int>(AppNavigationItem::Duplicates));
-  ASSERT_TRUE(becomesTrue([&] {
-    return duplicates.roots().size() == 1 &&
-           duplicates.roots().front().toMap()["path"] == QString::fromStdString(tree.path("Videos"));
-  }));
+  ASSERT_TRUE(becomesTrue(
+      [&] { return duplicates.roots().size() == 1 && duplicates.roots().front().toMap()["path"] == place("Videos"); }));
   model.openFolder(videos);
   ASSERT_TRUE(becomesTrue([&] {
     const std::lock_guard lock(desktop.mutex);
@@ -111,8 +106,7 @@ TEST_F(MapModelTest, leadsFromAFolderToOtherSections) {
 }
 
 TEST_F(MapModelTest, showsTheRowsOfAFolderInCleanup) {
-  tree.file("Downloads/Work/run.log");
-  tree.file("Downloads/other.log");
+  tree.files({"Downloads/Work/run.log", "Downloads/other.log"});
   map();
   model.enter(area("Downloads")["folder"].toInt());
   model.showInCleanup(area("Work")["folder"].toInt());
@@ -125,18 +119,17 @@ TEST_F(MapModelTest, showsTheRowsOfAFolderInCleanup) {
 
 TEST_F(MapModelTest, showsTheMapOfAFileAndLeadsNowhereFromIt) {
   open("none.json");
-  EXPECT_THAT(model.problem().toStdString(), testing::HasSubstr("~/none.json: "));
+  EXPECT_THAT(model.problem().toStdString(), HasSubstr("~/none.json: "));
   tree.file("broken.json", "[1,2,{},[");
   open("broken.json");
-  EXPECT_THAT(model.problem().toStdString(), testing::HasSubstr("~/broken.json: "));
+  EXPECT_THAT(model.problem().toStdString(), HasSubstr("~/broken.json: "));
   EXPECT_FALSE(model.hasMap());
 
   // Folders that this machine has too.
   tree.file("server.json", R"([1,2,{},[{"name":")" + tree.path() +
                                R"("},[{"name":"Videos"},{"name":"a.mkv","asize":50,"dsize":4096}]]])");
   open("server.json");
-  EXPECT_EQ(model.fileName(), "~/server.json");
-  EXPECT_EQ(model.shownBytes(), 4096);
+  EXPECT_TRUE(shows(model, {{"fileName", "~/server.json"}, {"shownBytes", 4096}}));
   const auto videos = area("Videos")["folder"].toInt();
   model.openFolder(videos);
   model.organizeFolder(videos);
@@ -171,9 +164,8 @@ TEST_F(MapModelTest, remembersOnlyOnceAskedAndThenTellsWhatGrew) {
 }
 
 TEST_F(MapModelTest, saysWhyAFolderCannotBeMapped) {
-  map(QString::fromStdString(tree.path("nowhere")));
-  EXPECT_FALSE(model.hasMap());
-  EXPECT_EQ(model.problem(), "~/nowhere: No such file or directory");
+  map(place("nowhere"));
+  EXPECT_TRUE(shows(model, {{"hasMap", false}, {"problem", "~/nowhere: No such file or directory"}}));
 }
 
 }  // namespace

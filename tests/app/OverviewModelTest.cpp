@@ -3,16 +3,12 @@
 #include "app/history/HistoryModel.h"
 #include "tests/app/WindowFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace orvane::test {
 namespace {
-
-using testing::ElementsAre;
 
 class OverviewModelTest : public WindowFixture {
  public:

@@ -4,8 +4,6 @@
 #include "tests/app/WindowFixture.h"
 #include "tests/support/TemporaryTree.h"
 
-#include <sys/stat.h>
-
 #include <QBuffer>
 #include <QImage>
 #include <QQuickTextureFactory>
@@ -65,20 +63,16 @@ TEST_F(PicturesTest, showsEveryUsualKindOfPictureAtTheSizeOfItsPlace) {
 }
 
 TEST_F(PicturesTest, showsNothingOfWhatIsNoPicture) {
-  const auto pipe = tree.path("pipe.png");
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   auto hugeHead = encoded(QSize(16, 16), Qt::red);
   hugeHead.replace(16, 8, bigEndian(60'000) + bigEndian(60'000));
   const auto whole = encoded(QSize(400, 400), Qt::red, "jpg");
-  const std::string cases[]{pipe,
-                            tree.path("missing.png"),
-                            tree.folder("folder.png"),
-                            tree.file("text.png", "words"),
-                            tree.file("empty.png", ""),
-                            tree.file("drawing.png", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"),
-                            tree.file("huge.png", hugeHead),
-                            tree.file("head.jpg", whole.substr(0, 20))};
-  for (const auto& path : cases) EXPECT_TRUE(readThumbnail(FileUrl(path), pictureRoom).isNull()) << path;
+  const auto* drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>";
+  for (const auto& path :
+       {tree.pipe("pipe.png"), tree.path("missing.png"), tree.folder("folder.png"), tree.file("text.png", "words"),
+        tree.file("empty.png", ""), tree.file("drawing.png", drawing), tree.file("huge.png", hugeHead),
+        tree.file("head.jpg", whole.substr(0, 20))}) {
+    EXPECT_TRUE(readThumbnail(FileUrl(path), pictureRoom).isNull()) << path;
+  }
 }
 
 TEST_F(PicturesTest, takesTheIconThatTheBundleNamesWithOrWithoutItsExtension) {

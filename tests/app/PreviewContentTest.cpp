@@ -6,8 +6,6 @@
 
 #include <archive.h>
 #include <archive_entry.h>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
@@ -16,7 +14,6 @@
 namespace orvane::test {
 namespace {
 
-using testing::ElementsAre;
 using Kind = PreviewContent::Kind;
 
 std::vector<std::string> namesIn(const PreviewContent& content) {
@@ -51,28 +48,16 @@ class PreviewContentTest : public testing::Test {
 };
 
 TEST_F(PreviewContentTest, tellsTextFromWhatIsNone) {
-  struct Case {
-    const char* what;
-    std::string content;
-    Kind kind;
-    QString text;
-  };
-  const Case cases[] = {
-      {"a text", "Dear all,\n\tgrüße\n", Kind::text, QStringLiteral("Dear all,\n\tgrüße\n")},
-      {"an older encoding", "caf\xe9", Kind::text, QStringLiteral("café")},
-      {"bytes",
-       std::string("\x7f"
-                   "ELF\0\0\1",
-                   7),
-       Kind::none,
-       {}},
-      {"nothing at all", "", Kind::none, {}},
-  };
-  for (const auto& one : cases) {
-    const auto content = lookAt(tree.file("item", one.content));
-    EXPECT_EQ(content.kind, one.kind) << one.what;
-    EXPECT_EQ(content.text, one.text) << one.what;
-    EXPECT_FALSE(content.isCut) << one.what;
+  const std::string bytes("\177ELF\0\0\1", 7);
+  for (const auto& [given, kind, text] :
+       Rows<std::string, Kind, QString>{{"Dear all,\n\tgrüße\n", Kind::text, "Dear all,\n\tgrüße\n"},
+                                        {"caf\xe9", Kind::text, "café"},
+                                        {bytes, Kind::none, ""},
+                                        {"", Kind::none, ""}}) {
+    const auto content = lookAt(tree.file("item", given));
+    EXPECT_EQ(content.kind, kind) << given;
+    EXPECT_EQ(content.text, text) << given;
+    EXPECT_FALSE(content.isCut) << given;
   }
 }
 
@@ -120,11 +105,8 @@ TEST_F(PreviewContentTest, listsAFolderAndEndsWhereItIsLong) {
 }
 
 TEST_F(PreviewContentTest, followsNoLinkAndWaitsForNoPipe) {
-  const auto target = tree.file("target.txt", "text");
-  std::filesystem::create_symlink(target, tree.path("link.txt"));
-  EXPECT_EQ(lookAt(tree.path("link.txt")).kind, Kind::none);
-  ASSERT_EQ(mkfifo(tree.path("pipe.txt").c_str(), 0600), 0);
-  EXPECT_EQ(lookAt(tree.path("pipe.txt")).kind, Kind::none);
+  EXPECT_EQ(lookAt(tree.link("link.txt", tree.file("target.txt", "text"))).kind, Kind::none);
+  EXPECT_EQ(lookAt(tree.pipe("pipe.txt")).kind, Kind::none);
   EXPECT_EQ(lookAt(tree.path("nothing.txt")).kind, Kind::gone);
 }
 
@@ -134,9 +116,7 @@ TEST_F(PreviewContentTest, theLastOfManyLooksIsTheOneThatShows) {
     EXPECT_TRUE(preview.look(QString::fromStdString(tree.file(name, name))));
   }
   ASSERT_TRUE(becomesTrue([&] { return !preview.isReading(); }));
-  EXPECT_EQ(preview.name(), "three.txt");
-  EXPECT_EQ(preview.shownPlace(), "~/three.txt");
-  EXPECT_EQ(preview.text(), "three.txt");
+  EXPECT_TRUE(shows(preview, {{"name", "three.txt"}, {"shownPlace", "~/three.txt"}, {"text", "three.txt"}}));
   preview.close();
   EXPECT_FALSE(preview.isOpen());
   EXPECT_FALSE(preview.look(""));

@@ -3,8 +3,7 @@
 #include "app/common/Format.h"
 #include "core/rules/records/RuleFields.h"
 #include "tests/app/WindowFixture.h"
-
-#include <gmock/gmock.h>
+#include "tests/support/CleanupRules.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -13,27 +12,19 @@
 namespace orvane::test {
 namespace {
 
-using testing::IsEmpty;
-
 class RulesModelTest : public WindowFixture {
  public:
   // The last in the list.
   void add(const std::string& name, RuleTrigger trigger, RuleAction action = RuleAction::moveToTrash()) {
-    CleanupRule rule;
-    rule.name = name;
-    rule.trigger = std::move(trigger);
-    rule.action = std::move(action);
-    rules.addOrUpdateRule(rule);
+    rules.addOrUpdateRule(ruleFor(name, std::move(trigger), std::move(action)));
   }
-  void preview(RulesModel& model, const std::string& name) {
-    int row = -1;
+  void preview(RulesModel& model, const QString& name) {
+    QModelIndexList found;
     ASSERT_TRUE(becomesTrue([&] {
-      for (row = model.ruleCount() - 1; row >= 0; --row) {
-        if (model.data(model.index(row), RulesModel::NameRole).toString().toStdString() == name) break;
-      }
-      return row >= 0;
+      found = model.match(model.index(0), RulesModel::NameRole, name, 1, Qt::MatchExactly);
+      return !found.isEmpty();
     }));
-    model.previewRule(row);
+    model.previewRule(found.front().row());
     ASSERT_TRUE(becomesTrue([&] { return !model.isPreviewing(); }));
   }
   // Of a condition in the editor.
@@ -41,8 +32,6 @@ class RulesModelTest : public WindowFixture {
     const auto fields = ruleFields();
     return static_cast<int>(std::ranges::find(fields, key, &RuleField::key) - fields.begin());
   }
-  [[nodiscard]] QString downloads() const { return QString::fromStdString(tree.path("Downloads")); }
-
   RuleTrigger logs{.fileExtensions = {{"log"}}};
 };
 
@@ -53,10 +42,8 @@ TEST_F(RulesModelTest, writesARuleCountsPreviewsAndRunsIt) {
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
   model.add();
   auto& editor = *model.editor();
-  EXPECT_TRUE(editor.isNew());
-  EXPECT_FALSE(editor.canSave());
-  EXPECT_TRUE(editor.problems().contains("name"));
-  EXPECT_TRUE(editor.problems().contains("trigger"));
+  EXPECT_TRUE(shows(editor, {{"isNew", true}, {"canSave", false}}));
+  EXPECT_TRUE(editor.problems().contains("name") && editor.problems().contains("trigger"));
   editor.setProperty("name", "Drafts");
   editor.edit(rowOf("fileExtensions"), ".tmpx");
   ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
@@ -64,22 +51,18 @@ TEST_F(RulesModelTest, writesARuleCountsPreviewsAndRunsIt) {
 
   editor.setProperty("action", RuleEditor::Folder);
   EXPECT_TRUE(editor.problems().contains("path"));
-  editor.setActionPath("file://" + downloads() + "/Drafts");
+  editor.setActionPath("file://" + place("Downloads/Drafts"));
   ASSERT_TRUE(becomesTrue([&] { return editor.matchCount() >= 0; }));
   EXPECT_TRUE(editor.canSave());
   const auto expected = editor.matchCount();
   model.save();
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 13; }));
-  const int row = 12;
-  EXPECT_EQ(model.data(model.index(row), RulesModel::NameRole).toString(), "Drafts");
-
   preview(model, "Drafts");
-  EXPECT_EQ(model.previewCount(), expected);
-  EXPECT_EQ(model.movableCount(), expected);
+  EXPECT_TRUE(shows(model, {{"previewCount", expected}, {"movableCount", expected}}));
 
   model.setEnabled(0, false);
   ASSERT_TRUE(becomesTrue([&] { return !rules.getRules().front().isEnabled; }));
-  model.remove(model.data(model.index(row), RulesModel::IdRole).toString());
+  model.remove(model.data(model.index(12), RulesModel::IdRole).toString());
   ASSERT_TRUE(becomesTrue([&] { return model.ruleCount() == 12; }));
 }
 
@@ -99,7 +82,7 @@ TEST_F(RulesModelTest, changesOnlyTheConditionsThatWereEdited) {
   model.edit(12);
   auto& editor = *model.editor();
   EXPECT_EQ(editor.rule().trigger, before);
-  editor.edit(rowOf("folderPath"), "file://" + downloads());
+  editor.edit(rowOf("folderPath"), "file://" + place("Downloads"));
   editor.edit(rowOf("categories"), "logs, caches");
   editor.edit(rowOf("minimumAgeDays"), "");
   auto after = before;
@@ -108,40 +91,36 @@ TEST_F(RulesModelTest, changesOnlyTheConditionsThatWereEdited) {
   after.minimumAgeDays.reset();
   EXPECT_EQ(editor.rule().trigger, after);
   editor.edit(rowOf("folderPath"), "Downloads");
-  EXPECT_EQ(editor.data(editor.index(rowOf("folderPath")), RuleEditor::ProblemKeyRole).toString(),
-            "rules.folder_missing");
+  EXPECT_TRUE(shows(editor, rowOf("folderPath"), {{"problemKey", "rules.folder_missing"}}));
 }
 
 TEST_F(RulesModelTest, countsFilesInTheirPlaceApart) {
-  const auto moved = tree.file("Downloads/a.log", "1234567");
-  const auto kept = tree.file("Downloads/Logs/b.log", "12345");
+  tree.file("Downloads/a.log", "1234567");
+  tree.file("Downloads/Logs/b.log", "12345");
   add("Sort", logs, RuleAction::moveToFolder(tree.path("Downloads/Logs")));
   RulesModel model(services());
   preview(model, "Sort");
-  EXPECT_EQ(model.previewCount(), 1);
-  EXPECT_EQ(model.previewBytes(), 7);
+  EXPECT_TRUE(shows(model, {{"previewCount", 1}, {"previewBytes", 7}}));
   EXPECT_EQ(model.previewRemarks(), QStringList{"1 item is already where “Sort” would move it."});
   finish(model, &RulesModel::runPreviewed);
   EXPECT_THAT(model.messages(), IsEmpty());
-  EXPECT_FALSE(exists(moved));
-  EXPECT_TRUE(exists(kept));
+  EXPECT_TRUE(holds({"Downloads/Logs/b.log"}, {"Downloads/a.log"}));
   finish(model, &RulesModel::undo);
-  EXPECT_TRUE(exists(moved));
+  EXPECT_TRUE(holds({"Downloads/a.log"}));
 }
 
 TEST_F(RulesModelTest, leavesOutAStoredRuleThatWouldTakeEverything) {
-  const auto file = tree.file("Downloads/a.log");
+  tree.file("Downloads/a.log");
   add("All", {.folderPath = "/"});
   RulesModel model(services());
   preview(model, "All");
   EXPECT_EQ(model.previewCount(), 0);
   EXPECT_EQ(model.previewRemarks(), QStringList{"“All” is left out. Set at least one condition."});
   finish(model, &RulesModel::runPreviewed);
-  EXPECT_TRUE(exists(file));
+  EXPECT_TRUE(holds({"Downloads/a.log"}));
 
   model.edit(model.ruleCount() - 1);
-  EXPECT_TRUE(model.editor()->problems().contains("trigger"));
-  EXPECT_FALSE(model.editor()->canSave());
+  EXPECT_TRUE(model.editor()->problems().contains("trigger") && !model.editor()->canSave());
 }
 
 TEST_F(RulesModelTest, showsWhatItDoesNotMoveAndWhy) {
@@ -150,8 +129,7 @@ TEST_F(RulesModelTest, showsWhatItDoesNotMoveAndWhy) {
   add("Away", logs, RuleAction::moveToFolder(tree.path("Elsewhere")));
   RulesModel model(services());
   preview(model, "Show");
-  EXPECT_EQ(model.previewCount(), 1);
-  EXPECT_EQ(model.movableCount(), 0);
+  EXPECT_TRUE(shows(model, {{"previewCount", 1}, {"movableCount", 0}}));
   EXPECT_EQ(model.preview().front().toMap()["reason"], "Show · Review Only");
   preview(model, "Away");
   EXPECT_EQ(model.movableCount(), 0);

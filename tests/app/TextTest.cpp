@@ -1,7 +1,6 @@
 #include "app/common/Format.h"
 #include "app/common/Text.h"
 #include "app/shell/LanguageModel.h"
-#include "app/shell/NavigationModel.h"
 #include "app/shell/TableTranslator.h"
 #include "core/localization/LocalizedStrings.h"
 #include "core/organizer/records/CloudProvider.h"
@@ -9,8 +8,6 @@
 #include "core/safety/records/ManagedFolderType.h"
 #include "core/scanning/records/ScanCategory.h"
 #include "tests/app/WindowFixture.h"
-
-#include <gmock/gmock.h>
 
 #include <QDateTime>
 
@@ -45,7 +42,7 @@ std::set<std::string> mentioned(const std::string& folder, const std::set<std::s
   return result;
 }
 
-TEST(Texts, areThereForEveryKeyThatTheScreensName) {
+TEST(Texts, areThereForEveryKeyThatTheScreensAndTheModelsName) {
   const auto keys = textKeys();
   const auto inScreens = mentioned("app", {".qml"}, std::regex(R"re(qsTr\(\s*"([^"]+)"\s*\))re"));
   ASSERT_GT(inScreens.size(), 40U);
@@ -53,10 +50,6 @@ TEST(Texts, areThereForEveryKeyThatTheScreensName) {
   for (const auto& key : mentioned("app", {".qml"}, std::regex(R"re(Texts\.counted\(\s*"([^"]+)")re"))) {
     EXPECT_TRUE(keys.contains(key + ".one") && keys.contains(key + ".other")) << key;
   }
-}
-
-TEST(Texts, areThereForEveryKeyThatTheModelsName) {
-  const auto keys = textKeys();
   const std::regex quotedKey(R"re("([a-z]+\.[a-z][a-zA-Z_]*(?:\.[a-z]+)*)")re");
   const auto inModels = mentioned("app", {".cpp", ".h"}, quotedKey);
   ASSERT_GT(inModels.size(), 30U);
@@ -106,22 +99,15 @@ TEST(Icons, areDrawnForEverySymbolThatTheCoreNames) {
   }
 }
 
-TEST(NavigationModel, listsTheSectionsInOrder) {
-  const NavigationModel model;
-  ASSERT_EQ(model.rowCount(), 10);
-  EXPECT_EQ(model.data(model.index(0), NavigationModel::TitleKeyRole).toString(), "nav.overview");
-  EXPECT_EQ(model.data(model.index(9), NavigationModel::TitleKeyRole).toString(), "nav.settings");
-  for (int row = 0; row < model.rowCount(); ++row) {
-    EXPECT_EQ(model.data(model.index(row), NavigationModel::SectionRole).toInt(), row);
-  }
-}
-
 class LanguageTest : public WindowFixture {
  public:
   ~LanguageTest() override { speak(AppLanguage::en); }
   static void speak(AppLanguage language) {
-    ThreadSafeLanguageStore::shared().setCurrentLanguage(language);
+    WindowFixture::speak(language);
     Format::followLanguage();
+  }
+  [[nodiscard]] AppLanguage remembered() {
+    return LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "en").currentLanguage();
   }
 };
 
@@ -140,9 +126,6 @@ TEST_F(LanguageTest, changesEverywhereAtOnceAndIsRemembered) {
   EXPECT_EQ(translator.translate("Main", "nav.overview", nullptr, -1), "Aperçu");
   // A text that is no key stays as it is.
   EXPECT_TRUE(translator.translate("Main", "some words", nullptr, -1).isNull());
-  const auto remembered = [this] {
-    return LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "de").currentLanguage();
-  };
   EXPECT_TRUE(becomesTrue([&] { return remembered() == AppLanguage::fr; }));
 }
 
@@ -157,26 +140,18 @@ TEST_F(LanguageTest, followsWhatAnotherProcessChoseAndNeverUndoesTheUsersOwnChoi
   model.select("de");
   model.select("ko");
   model.reload();
-  ASSERT_TRUE(becomesTrue([&] {
-    return LocalizationManager(preferences, ThreadSafeLanguageStore::shared(), "en").currentLanguage() ==
-           AppLanguage::ko;
-  }));
+  ASSERT_TRUE(becomesTrue([&] { return remembered() == AppLanguage::ko; }));
   EXPECT_EQ(model.currentCode(), "ko");
   EXPECT_EQ(codes, (std::vector<std::string>{"de", "ko"}));
 }
 
 TEST_F(LanguageTest, writesFiguresAsTheLanguageDoes) {
-  constexpr std::array rows{
-      std::tuple{AppLanguage::en, 0, "Zero KB"},
-      std::tuple{AppLanguage::en, 1, "1 byte"},
-      std::tuple{AppLanguage::en, 999, "999 bytes"},
-      std::tuple{AppLanguage::en, 1'250'000'000, "1.25\u00a0GB"},
-      std::tuple{AppLanguage::de, 1'250'000'000, "1,25\u00a0GB"},
-      std::tuple{AppLanguage::fr, 1'250'000'000, "1,25\u00a0Go"},
-      std::tuple{AppLanguage::ja, 12'000, "12\u00a0KB"},
-  };
   const ScopedEnvironment all("LC_ALL", "en_US.UTF-8");
-  for (const auto& [language, bytes, text] : rows) {
+  for (const auto& [language, bytes, text] :
+       {std::tuple{AppLanguage::en, 0, "Zero KB"}, std::tuple{AppLanguage::en, 1, "1 byte"},
+        std::tuple{AppLanguage::en, 1'250'000'000, "1.25\u00a0GB"},
+        std::tuple{AppLanguage::de, 1'250'000'000, "1,25\u00a0GB"},
+        std::tuple{AppLanguage::fr, 1'250'000'000, "1,25\u00a0Go"}}) {
     speak(language);
     EXPECT_EQ(Format::bytes(bytes).toStdString(), text);
   }
@@ -196,15 +171,10 @@ TEST_F(LanguageTest, countsInWords) {
 }
 
 TEST_F(LanguageTest, tellsAgesInWords) {
-  constexpr std::array rows{
-      std::tuple{0, "today", "今日"},
-      std::tuple{1, "yesterday", "昨日"},
-      std::tuple{2, "2 days ago", "2 日前"},
-      std::tuple{21, "3 weeks ago", "3 週間前"},
-      std::tuple{430, "14 months ago", "14 か月前"},
-  };
   const auto noon = QDateTime(QDate::currentDate(), QTime(12, 0));
-  for (const auto& [days, english, japanese] : rows) {
+  for (const auto& [days, english, japanese] :
+       {std::tuple{0, "today", "今日"}, std::tuple{1, "yesterday", "昨日"}, std::tuple{2, "2 days ago", "2 日前"},
+        std::tuple{21, "3 weeks ago", "3 週間前"}, std::tuple{430, "14 months ago", "14 か月前"}}) {
     const auto then = static_cast<double>(noon.addDays(-days).toMSecsSinceEpoch());
     speak(AppLanguage::en);
     EXPECT_EQ(Format::age(then).toStdString(), english);
@@ -214,30 +184,18 @@ TEST_F(LanguageTest, tellsAgesInWords) {
   EXPECT_TRUE(Format::age(0).isEmpty());
 }
 
-struct HeadRow {
-  AppLanguage language;
-  const char* day;
-  const char* head;
-};
-
 TEST_F(LanguageTest, headsDaysByNameAndThenByDate) {
-  constexpr std::array rows{
-      HeadRow{AppLanguage::en, "2026-03-01", "Today"},
-      HeadRow{AppLanguage::en, "2026-02-28", "Yesterday"},
-      HeadRow{AppLanguage::en, "2026-02-27", "Friday, February 27, 2026"},
-      HeadRow{AppLanguage::en, "2026-03-02", "Monday, March 2, 2026"},
-      HeadRow{AppLanguage::de, "2026-02-28", "Gestern"},
-      HeadRow{AppLanguage::de, "2026-02-27", "Freitag, 27. Februar 2026"},
-      HeadRow{AppLanguage::fr, "2026-03-01", "Aujourd’hui"},
-      HeadRow{AppLanguage::fr, "2026-02-27", "Vendredi 27 février 2026"},
-      HeadRow{AppLanguage::ja, "2026-03-01", "今日"},
-      HeadRow{AppLanguage::ja, "2026-02-27", "2026年2月27日金曜日"},
-  };
   const ScopedEnvironment all("LC_ALL", "en_US.UTF-8");
-  for (const auto& row : rows) {
-    ThreadSafeLanguageStore::shared().setCurrentLanguage(row.language);
-    Format::followLanguage();
-    EXPECT_EQ(Format::dayHead(row.day, "2026-03-01").toStdString(), row.head);
+  for (const auto& [language, day, head] :
+       {std::tuple{AppLanguage::en, "2026-03-01", "Today"}, std::tuple{AppLanguage::en, "2026-02-28", "Yesterday"},
+        std::tuple{AppLanguage::en, "2026-02-27", "Friday, February 27, 2026"},
+        std::tuple{AppLanguage::en, "2026-03-02", "Monday, March 2, 2026"},
+        std::tuple{AppLanguage::de, "2026-02-28", "Gestern"},
+        std::tuple{AppLanguage::de, "2026-02-27", "Freitag, 27. Februar 2026"},
+        std::tuple{AppLanguage::fr, "2026-02-27", "Vendredi 27 février 2026"},
+        std::tuple{AppLanguage::ja, "2026-02-27", "2026年2月27日金曜日"}}) {
+    speak(language);
+    EXPECT_EQ(Format::dayHead(day, "2026-03-01").toStdString(), head);
   }
   const auto afternoon = QDateTime(QDate(2026, 2, 27), QTime(17, 39)).toMSecsSinceEpoch();
   EXPECT_EQ(Format::time(static_cast<double>(afternoon)), "17:39");

@@ -13,99 +13,86 @@ class TidyModelTest : public AutoOrganizerFixture {
  public:
   TidyModelTest() {
     store.update([this](AutoOrganizeSettings& settings) { settings.folderPaths = {tree.path("Downloads")}; });
-  }
-  [[nodiscard]] TidyModel::MakeCollaborators collaborators() {
-    return [this](RepeatingTimer& timer) {
+    tidying.emplace([this](RepeatingTimer& timer) {
       return AutoOrganizeController::Collaborators{.organizer = autoOrganizer,
                                                    .store = store,
                                                    .factory = topics,
                                                    .timer = timer,
                                                    .loginItems = loginItems,
                                                    .now = [] { return day(10); }};
-    };
+    });
+    EXPECT_TRUE(becomesTrue([&] { return tidying->isReady(); }));
+  }
+  void look() {
+    tidying->look();
+    looked();
+  }
+  void looked() {
+    ASSERT_TRUE(becomesTrue([&] { return !tidying->isLooking(); }));
   }
 
   LinuxPreferences tidyPreferences{tree.path("preferences.json")};
   AutoOrganizeSettingsStore store{tidyPreferences};
   NoLoginItems loginItems;
+  std::optional<TidyModel> tidying;
 };
 
 TEST_F(TidyModelTest, tidiesNowAndSaysWhatItDid) {
   arrive("old.pdf", 1);
   arrive("new.pdf", 9);
-  TidyModel tidying(collaborators());
-  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
-  EXPECT_FALSE(tidying.isEnabled());
-  tidying.look();
-  EXPECT_TRUE(tidying.isLooking());
-  tidying.confirm();
-  EXPECT_FALSE(tidying.isRunning()) << "nothing was shown yet";
-  ASSERT_TRUE(becomesTrue([&] { return !tidying.isLooking(); }));
-  EXPECT_EQ(tidying.selectedCount(), 2);
-  const auto rows = tidying.proposed();
+  EXPECT_TRUE(shows(*tidying, {{"isEnabled", false}, {"isAvailable", false}, {"unavailableReason", "no model"}}));
+  tidying->look();
+  EXPECT_TRUE(tidying->isLooking());
+  tidying->confirm();
+  EXPECT_FALSE(tidying->isRunning()) << "nothing was shown yet";
+  looked();
+  EXPECT_EQ(tidying->selectedCount(), 2);
+  const auto rows = tidying->proposed();
   ASSERT_EQ(rows.size(), 2);
   EXPECT_EQ(rows[1].toMap()["names"], QStringList("new.pdf"));
   arrive("later.pdf", 9);
-  tidying.confirm();
-  EXPECT_TRUE(tidying.isRunning());
-  ASSERT_TRUE(becomesTrue([&] { return !tidying.isRunning(); }));
-  EXPECT_EQ(tidying.movedCount(), 2);
-  EXPECT_EQ(tidying.statusText(), "Moved 1 new item to Recents and sorted 1. Undo anytime in History.");
-  EXPECT_TRUE(exists(tree.path("Downloads/Recents/new.pdf")));
-  EXPECT_TRUE(exists(tree.path("Downloads/later.pdf"))) << "it was not shown";
-  EXPECT_EQ(tidying.progressDone(), 2);
-  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::de);
-  EXPECT_TRUE(tidying.statusText().startsWith("1 neues Objekt nach Recents"));
-  ThreadSafeLanguageStore::shared().setCurrentLanguage(AppLanguage::en);
-  tidying.look();
-  ASSERT_TRUE(becomesTrue([&] { return !tidying.isLooking(); }));
-  EXPECT_EQ(tidying.selectedCount(), 1);
-  tidying.dismiss();
-  tidying.confirm();
-  EXPECT_FALSE(tidying.isRunning());
+  tidying->confirm();
+  EXPECT_TRUE(tidying->isRunning());
+  ASSERT_TRUE(becomesTrue([&] { return !tidying->isRunning(); }));
+  EXPECT_TRUE(shows(*tidying, {{"movedCount", 2},
+                               {"progressDone", 2},
+                               {"statusText", "Moved 1 new item to Recents and sorted 1. Undo anytime in History."}}));
+  EXPECT_TRUE(holds(tree, {"Downloads/Recents/new.pdf", "Downloads/later.pdf"})) << "the last was not shown";
+  WindowFixture::speak(AppLanguage::de);
+  EXPECT_TRUE(tidying->statusText().startsWith("1 neues Objekt nach Recents"));
+  WindowFixture::speak(AppLanguage::en);
+  look();
+  EXPECT_EQ(tidying->selectedCount(), 1);
+  tidying->dismiss();
+  tidying->confirm();
+  EXPECT_FALSE(tidying->isRunning());
   EXPECT_TRUE(exists(tree.path("Downloads/later.pdf")));
 }
 
 TEST_F(TidyModelTest, takesWhatCameBackOnDemandOnly) {
   arrive("new.pdf", 9);
-  TidyModel tidying(collaborators());
-  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
-  const auto looks = [&] { return becomesTrue([&] { return !tidying.isLooking(); }); };
-  tidying.look();
-  ASSERT_TRUE(looks());
-  tidying.confirm();
-  ASSERT_TRUE(becomesTrue([&] { return tidying.canUndo(); }));
-  tidying.undo();
-  ASSERT_TRUE(becomesTrue([&] { return exists(tree.path("Downloads/new.pdf")) && !tidying.isRunning(); }));
-  tidying.look();
-  ASSERT_TRUE(looks());
-  EXPECT_EQ(tidying.selectedCount(), 0);
-  EXPECT_EQ(tidying.returnedCount(), 1);
-  tidying.takeReturned();
-  ASSERT_TRUE(looks());
-  EXPECT_EQ(tidying.selectedCount(), 1);
-  EXPECT_EQ(tidying.returnedCount(), 0);
-  tidying.confirm();
+  look();
+  tidying->confirm();
+  ASSERT_TRUE(becomesTrue([&] { return tidying->canUndo(); }));
+  tidying->undo();
+  ASSERT_TRUE(becomesTrue([&] { return exists(tree.path("Downloads/new.pdf")) && !tidying->isRunning(); }));
+  look();
+  EXPECT_TRUE(shows(*tidying, {{"selectedCount", 0}, {"returnedCount", 1}}));
+  tidying->takeReturned();
+  looked();
+  EXPECT_TRUE(shows(*tidying, {{"selectedCount", 1}, {"returnedCount", 0}}));
+  tidying->confirm();
   ASSERT_TRUE(becomesTrue([&] { return exists(tree.path("Downloads/Recents/new.pdf")); }));
 }
 
-TEST_F(TidyModelTest, saysWhyThereAreNoTopics) {
-  TidyModel tidying(collaborators());
-  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
-  EXPECT_FALSE(tidying.isAvailable());
-  EXPECT_EQ(tidying.unavailableReason(), "no model");
-}
-
 TEST_F(TidyModelTest, neverJumpsBackToWhatWasStoredBefore) {
-  TidyModel tidying(collaborators());
-  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
   int shown = 3;
-  QObject::connect(&tidying, &TidyModel::changed, [&] {
-    EXPECT_GE(tidying.settings().recentsDays, shown);
-    shown = static_cast<int>(tidying.settings().recentsDays);
+  QObject::connect(&*tidying, &TidyModel::changed, [&] {
+    EXPECT_GE(tidying->settings().recentsDays, shown);
+    shown = static_cast<int>(tidying->settings().recentsDays);
   });
   for (int days = 4; days <= 20; ++days) {
-    tidying.update([days](AutoOrganizeSettings& settings) { settings.recentsDays = days; });
+    tidying->update([days](AutoOrganizeSettings& settings) { settings.recentsDays = days; });
   }
   EXPECT_TRUE(becomesTrue([&] { return store.get().recentsDays == 20; }));
   QCoreApplication::processEvents();
@@ -113,14 +100,12 @@ TEST_F(TidyModelTest, neverJumpsBackToWhatWasStoredBefore) {
 }
 
 TEST_F(TidyModelTest, storesTheSwitchAndSeesThatOfAnotherProcess) {
-  TidyModel tidying(collaborators());
-  ASSERT_TRUE(becomesTrue([&] { return tidying.isReady(); }));
-  tidying.setEnabled(true);
-  EXPECT_TRUE(tidying.isEnabled());
+  tidying->setEnabled(true);
+  EXPECT_TRUE(tidying->isEnabled());
   ASSERT_TRUE(becomesTrue([&] { return store.get().isEnabled; }));
   AutoOrganizeSettingsStore(tidyPreferences).update([](AutoOrganizeSettings& settings) { settings.isEnabled = false; });
-  tidying.reload();
-  EXPECT_TRUE(becomesTrue([&] { return !tidying.isEnabled(); }));
+  tidying->reload();
+  EXPECT_TRUE(becomesTrue([&] { return !tidying->isEnabled(); }));
 }
 
 TEST(QtRepeatingTimer, callsElsewhereAgainAndAgainUntilItIsStopped) {

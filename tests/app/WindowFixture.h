@@ -12,12 +12,15 @@
 #include "core/rules/records/ScheduleSettings.h"
 #include "core/safety/services/PermissionsManager.h"
 #include "platform/linux/LinuxVolume.h"
+#include "tests/support/Parts.h"
 #include "tests/support/TaskFixture.h"
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemModel>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QVariantMap>
 
 #include <functional>
 #include <mutex>
@@ -43,6 +46,29 @@ template <typename Model, typename Verb>
 void finish(Model& model, Verb verb) {
   std::invoke(verb, model);
   ASSERT_TRUE(becomesTrue([&] { return !model.isWorking(); }));
+}
+
+// A map has these values, a model these properties, and a row of one these roles, all by their names in the window.
+inline testing::AssertionResult shows(const QVariantMap& shown, const QVariantMap& part) {
+  for (auto wanted = part.begin(); wanted != part.end(); ++wanted) {
+    const auto value = shown.value(wanted.key());
+    if (value == *wanted) continue;
+    return testing::AssertionFailure() << wanted.key().toStdString() << " is " << value.toString().toStdString()
+                                       << ", not " << wanted->toString().toStdString();
+  }
+  return testing::AssertionSuccess();
+}
+inline testing::AssertionResult shows(const QObject& model, const QVariantMap& part) {
+  QVariantMap shown;
+  for (const auto& name : part.keys()) shown.insert(name, model.property(name.toUtf8().constData()));
+  return shows(shown, part);
+}
+inline testing::AssertionResult shows(const QAbstractItemModel& model, int row, const QVariantMap& part) {
+  QVariantMap shown;
+  const auto roles = model.roleNames();
+  for (const auto& name : part.keys())
+    shown.insert(name, model.data(model.index(row, 0), roles.key(name.toUtf8(), -1)));
+  return shows(shown, part);
 }
 
 // Notes what was to be shown instead of showing it.
@@ -78,6 +104,13 @@ class WindowFixture : public TaskFixture {
  public:
   WindowFixture() { speak(AppLanguage::en); }
   ~WindowFixture() override { speak(AppLanguage::en); }
+
+  // Of paths below the home.
+  [[nodiscard]] testing::AssertionResult holds(const std::vector<std::string>& there,
+                                               const std::vector<std::string>& gone = {}) const {
+    return test::holds(tree, there, gone);
+  }
+  [[nodiscard]] QString place(std::string_view relative) const { return QString::fromStdString(tree.path(relative)); }
 
   static void speak(AppLanguage language) { ThreadSafeLanguageStore::shared().setCurrentLanguage(language); }
 

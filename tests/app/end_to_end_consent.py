@@ -1,8 +1,5 @@
 #!/usr/bin/python3
-"""Drives what the window asks and says before and while much moves: hidden selections, large runs, ends in the middle.
-
-    end_to_end_consent.py PROGRAM [SCENARIO]
-"""
+"""Drives what the window asks and says before and while much moves: hidden selections, large runs, early ends."""
 
 import contextlib
 import fcntl
@@ -12,7 +9,7 @@ import subprocess
 import sys
 
 from window_driver import (
-    CONTROL, PATIENCE, Scenario, bring_to_front, expect, files_below, main, put, trash_of, wait_for,
+    CONTROL, PATIENCE, Scenario, Window, bring_to_front, expect, files_below, main, put, trash_of, wait_for,
 )
 
 
@@ -62,59 +59,47 @@ def clean_what_is_shown(window, home):
 # --- more than a thousand items
 
 
-def many(place, days):
-    """More than a thousand items of a kind."""
+def asks_once_more(*steps, button, sums, place, days, folder="Downloads"):
+    """The button asks first; a refused question moves nothing, and one that is confirmed does what it says."""
 
     def prepare(home):
         for number in range(1001):
             put(home, "Downloads/" + place.format(number), b"l" * 1000, days)
 
-    return prepare
+    def act(window, home):
+        for step in steps:
+            step(window)
+        here = home / folder
+        before = files_below(here)
+        window.press(button)
+        window.sees(sums)
+        window.sees("consent.large_title")
+        # The question has buttons of its own, which may be named as those of the screen: they are the later ones.
+        list(window.find_all("action.cancel"))[-1].do_action(0)
+        wait_for("the question to go", lambda: not window.find("consent.large_title", exact=False))
+        expect(files_below(here) == before, "a question that was refused moved something")
+        window.press(button)
+        window.sees("consent.large_title")
+        list(window.find_all(button))[-1].do_action(0)
+        wait_for("all of them to leave", lambda: not any(path.is_file() for path in here.iterdir()))
+
+    return Scenario(prepare, act)
 
 
-def asks_once_more(window, verb, sums, folder):
-    """The button asks first; a refused question moves nothing, and one that is confirmed does what it says."""
-    before = files_below(folder)
-    window.press(verb)
-    window.sees(sums)
-    window.sees("consent.large_title")
-    # The question has buttons of its own, which may be named as those of the screen: they are the later ones.
-    list(window.find_all("action.cancel"))[-1].do_action(0)
-    wait_for("the question to go", lambda: not window.find("consent.large_title", exact=False))
-    expect(files_below(folder) == before, "a question that was refused moved something")
-    window.press(verb)
-    window.sees("consent.large_title")
-    list(window.find_all(verb))[-1].do_action(0)
-
-
-def ask_before_many(window, home):
-    logs = home / "Downloads/Logs"
-    window.scan()
-    asks_once_more(window, "Clean Selected · 1,001", "1,001 items (1 MB) will go to the Trash.", logs)
-    wait_for("an empty folder", lambda: not any(logs.iterdir()))
-
-
-def ask_before_many_by_rules(window, home):
-    downloads = home / "Downloads"
-    window.press("nav.rules")
-    window.press("Run 8 Rules")
-    asks_once_more(window, "Run Now · 1,001 · 1 MB", "1,001 items (1 MB) will go to the Trash.", downloads)
-    wait_for("an empty folder", lambda: not any(downloads.iterdir()))
-
-
-def ask_before_many_are_tidied(window, home):
-    downloads = home / "Downloads"
-    window.ask_to_tidy()
-    asks_once_more(window, "Move 1,001 · 1 MB", "1,001 items (1 MB) will move to another folder.", downloads)
-    wait_for("all of them in Recents", lambda: len(files_below(downloads / "Recents")) == 1001)
-
-
-def ask_before_many_by_request(window, home):
-    downloads = home / "Downloads"
-    window.ask("organize files older than 30 days in downloads")
-    verb = "Confirm & Apply · 1,001 · 1 MB"
-    asks_once_more(window, verb, "1,001 items (1 MB) will move to another folder.", downloads)
-    wait_for("all of them in a folder", lambda: not any(path.is_file() for path in downloads.iterdir()))
+TO_TRASH = "1,001 items (1 MB) will go to the Trash."
+TO_FOLDERS = "1,001 items (1 MB) will move to another folder."
+MANY = {
+    "many": asks_once_more(Window.scan, button="Clean Selected · 1,001", sums=TO_TRASH, place="Logs/{}.log", days=20,
+                           folder="Downloads/Logs"),
+    "many by rules": asks_once_more(lambda window: window.press("nav.rules"),
+                                    lambda window: window.press("Run 8 Rules"),
+                                    button="Run Now · 1,001 · 1 MB", sums=TO_TRASH, place="{}.dmg", days=60),
+    "many tidied": asks_once_more(Window.ask_to_tidy, button="Move 1,001 · 1 MB", sums=TO_FOLDERS, place="{}.dmg",
+                                  days=60),
+    "many by request": asks_once_more(lambda window: window.ask("organize files older than 30 days in downloads"),
+                                      button="Confirm & Apply · 1,001 · 1 MB", sums=TO_FOLDERS, place="{}.dmg",
+                                      days=60),
+}
 
 
 # --- an end in the middle of a run
@@ -253,10 +238,7 @@ def choose_map_without_portal(window, home):
 if __name__ == "__main__":
     main({
         "hidden": Scenario(prepare_logs, clean_what_is_shown),
-        "many": Scenario(many("Logs/{}.log", 20), ask_before_many),
-        "many by rules": Scenario(many("{}.dmg", 60), ask_before_many_by_rules),
-        "many tidied": Scenario(many("{}.dmg", 60), ask_before_many_are_tidied),
-        "many by request": Scenario(many("{}.dmg", 60), ask_before_many_by_request),
+        **MANY,
         "pause": Scenario(prepare_copies, pause_in_the_middle),
         "quit": Scenario(prepare_twins, quit_in_the_middle),
         "portal": Scenario(prepare_twins, choose_by_portal),

@@ -1,8 +1,5 @@
 #!/usr/bin/python3
-"""Drives what people expect of any program of a desktop: menus, ranges, what is remembered, undo from anywhere.
-
-    end_to_end_desktop.py PROGRAM [SCENARIO]
-"""
+"""Drives what people expect of any program of a desktop: ranges, what is remembered, a drop, its own page."""
 
 import json
 import pathlib
@@ -12,22 +9,24 @@ import time
 
 from end_to_end_consent import prepare_logs
 from window_driver import (
-    CONTROL, DOWN, END, ESCAPE, F1, MENU, PATIENCE, SHIFT,
+    CONTROL, DOWN, END, F1, PATIENCE, SHIFT,
     Scenario, Window, bring_to_front, expect, main, put, wait_for,
 )
 
 
-def menus_and_ranges(window, home):
+def ranges_and_heads(window, home):
+    logs = ["mail.log", "other.log", "web.log"]
     window.scan("3 selected")
+    for wanted in (logs, logs[::-1]):
+        window.press("Sort by Name")
+        wait_for(
+            f"the rows as {wanted}",
+            lambda: [name.split(",")[0] for name in window.names() if name.split(",")[0] in logs] == wanted,
+        )
     window.press("action.deselect_all")
     window.sees("0 selected")
     window.focus("nav.cleanup", "list")
     window.key(DOWN)
-    window.key(MENU)
-    window.sees("action.copy_path")
-    expect(window.find("action.open") and window.find("cleanup.why"), "the menu lacks an entry")
-    window.key(ESCAPE)
-    wait_for("the menu to go", lambda: not window.find("action.copy_path"))
     window.hold(SHIFT, DOWN)
     window.sees("2 selected")
     window.press("action.select_all")
@@ -57,34 +56,6 @@ def remembered(window, home):
     finally:
         process.terminate()
         process.wait(PATIENCE)
-
-
-def sorted_by_heads(window, home):
-    logs = ["mail.log", "other.log", "web.log"]
-    window.scan("3 selected")
-    for wanted in (logs, logs[::-1]):
-        window.press("Sort by Name")
-        wait_for(
-            f"the rows as {wanted}",
-            lambda: [name.split(",")[0] for name in window.names() if name.split(",")[0] in logs] == wanted,
-        )
-
-
-def undone_from_anywhere(window, home):
-    log = home / "Downloads/Logs/web.log"
-    window.scan("3 selected")
-    window.press("Clean Selected · 3")
-    wait_for("the logs to go", lambda: not log.exists())
-    window.press("action.ok")
-    bring_to_front("privacy")
-    window.sees("privacy.subtitle")
-    window.hold(CONTROL, ord("z"))
-    wait_for("the logs to come back", log.exists)
-    window.sees("3 items are back where they were.")
-    window.focus("nav.privacy")
-    window.hold(CONTROL, ord("8"))
-    wait_for("the rows of the history", lambda: window.find("History", role="list"))
-    wait_for("the keyboard on them", lambda: window.has(window.find("History", role="list"), "FOCUSED"))
 
 
 def prepare_dropped(home):
@@ -156,11 +127,9 @@ def begins_light(window, home):
 
 if __name__ == "__main__":
     main({
-        "menus": Scenario(prepare_logs, menus_and_ranges),
+        "ranges": Scenario(prepare_logs, ranges_and_heads),
         "memory": Scenario(prepare_logs, remembered),
-        "heads": Scenario(prepare_logs, sorted_by_heads),
         "drop": Scenario(prepare_dropped, dropped),
-        "undo": Scenario(prepare_logs, undone_from_anywhere),
         "about": Scenario(prepare_logs, told_about_itself),
         "start": Scenario(prepare_logs, begins_light),
     })

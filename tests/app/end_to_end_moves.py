@@ -1,10 +1,7 @@
 #!/usr/bin/python3
-"""Drives the sections that move files on the user's word, each in a home of its own, and undoes what they did.
+"""Drives the sections that move files on the user's word, each in a home of its own, and undoes what they did."""
 
-    end_to_end_moves.py PROGRAM [SCENARIO]
-"""
-
-from window_driver import Scenario, expect, files_below, main, put, trash_of, wait_for, wait_for_all_back
+from window_driver import Scenario, expect, files_below, main, moves_and_undoes, put
 
 
 # --- duplicates
@@ -18,20 +15,12 @@ def prepare_duplicates(home):
 
 
 def clean_duplicates(window, home):
-    downloads = home / "Downloads"
-    before = files_below(downloads)
-
+    before = files_below(home / "Downloads")
     window.look_for_duplicates()
-    expect(files_below(downloads) == before, "looking for duplicates moved something")
-    window.press("Clean 1 · 6 KB")
-    window.sees("Cleaned 1 duplicate files, freeing 6 KB.")
-    expect(files_below(trash_of(home)) == {"copy of holiday.mov": before["copy of holiday.mov"]}, "not the copy went")
-    after = {name: content for name, content in before.items() if name != "copy of holiday.mov"}
-    expect(files_below(downloads) == after, "more than the copy left its place")
-    window.press("action.ok")
-
-    window.press("action.undo")
-    wait_for_all_back(home, downloads, before)
+    copy = {name: content for name, content in before.items() if name == "copy of holiday.mov"}
+    after = {name: content for name, content in before.items() if name not in copy}
+    moves_and_undoes(window, home, before, "Clean 1 · 6 KB", after, copy, "Cleaned 1 duplicate files, freeing 6 KB.",
+                     undo="action.undo")
 
 
 # --- organizer
@@ -43,21 +32,11 @@ def prepare_organizer(home):
 
 
 def organize(window, home):
-    downloads = home / "Downloads"
-    before = files_below(downloads)
-
+    before = files_below(home / "Downloads")
     window.look_into_downloads()
-    expect(files_below(downloads) == before, "a proposal moved something")
-    window.press("Move 2 · 7 KB")
-    wait_for("an emptied folder", lambda: not any(path.is_file() for path in downloads.iterdir()))
-    wait_for("two files in their folders", lambda: len(files_below(downloads)) == 2)
-    organized = files_below(downloads)
-    for name, content in before.items():
-        places = [path for path in organized if path.endswith("/" + name)]
-        expect(len(places) == 1 and organized[places[0]] == content, f"{name} did not arrive")
-
-    window.press("dashboard.undo")
-    wait_for("the files to come back", lambda: files_below(downloads) == before)
+    places = {"song.mp3": "Organized/Media/Audio/", "report.pdf": "Organized/Documents/PDFs/"}
+    after = {places[name] + name: content for name, content in before.items()}
+    moves_and_undoes(window, home, before, "Move 2 · 7 KB", after)
 
 
 # --- tidying
@@ -69,18 +48,13 @@ def prepare_tidying(home):
 
 
 def tidy(window, home):
-    downloads = home / "Downloads"
-    before = files_below(downloads)
-
+    before = files_below(home / "Downloads")
     window.ask_to_tidy()
     window.sees("2 moves proposed")
-    expect(files_below(downloads) == before, "asking moved something")
     put(home, "Downloads/late.pdf", "late", days=1)
-    window.press("Move 2 · 9 KB")
-    moved = {"Recents/" + name: content for name, content in before.items()} | {"late.pdf": b"late"}
-    wait_for("the shown files in Recents", lambda: files_below(downloads) == moved)
-    window.press("dashboard.undo")
-    wait_for("the files to come back", lambda: files_below(downloads) == before | {"late.pdf": b"late"})
+    late = {"late.pdf": b"late"}
+    after = {"Recents/" + name: content for name, content in before.items()} | late
+    moves_and_undoes(window, home, before | late, "Move 2 · 9 KB", after)
 
 
 # --- applications
@@ -99,26 +73,19 @@ def prepare_applications(home):
     put(home, "Applications/Paint.app/Contents/Info.plist", INFORMATION)
     put(home, "Applications/Paint.app/Contents/MacOS/Paint", b"code" * 1000)
     put(home, "Library/Caches/com.example.paint/brush.cache", b"b" * 500)
+    put(home, "Library/Logs/com.example.paint/run.log", b"l" * 100)
 
 
 def uninstall(window, home):
-    applications = home / "Applications"
-    cache = home / "Library/Caches"
-    before = files_below(applications)
-    left = files_below(cache)
-
+    before = files_below(home / "Applications")
+    cache = home / "Library/Caches/com.example.paint/brush.cache"
     window.press("nav.apps")
     window.press("Review: Paint")
     window.sees("Uninstall Paint")
-    window.sees("com.example.paint, ")
-    expect(files_below(applications) == before, "the review moved something")
     window.press("com.example.paint, 500 bytes")
-    window.press("Uninstall 2 items · 5 KB")
-    wait_for("the application to go", lambda: not files_below(applications))
-    wait_for("its cache to go", lambda: not files_below(cache))
-    window.press("dashboard.undo")
-    wait_for_all_back(home, applications, before)
-    wait_for("its cache to come back", lambda: files_below(cache) == left)
+    trashed = before | {"com.example.paint/brush.cache": cache.read_bytes()}
+    moves_and_undoes(window, home, before, "Uninstall 2 items · 5 KB", {}, trashed, folder="Applications")
+    expect(cache.exists(), "its cache did not come back")
 
 
 if __name__ == "__main__":

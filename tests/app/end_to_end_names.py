@@ -1,8 +1,6 @@
 #!/usr/bin/python3
 """Walks all that assistive technology is told of every section, empty and full, and finds no control without a name;
 in the least window none that stands outside.
-
-    end_to_end_names.py PROGRAM [SCENARIO]
 """
 
 import re

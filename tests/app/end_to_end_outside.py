@@ -1,8 +1,6 @@
 #!/usr/bin/python3
 """Changes things behind the window's back, in the terminal, and looks whether it shows them without a new start.
 
-    end_to_end_outside.py PROGRAM [SCENARIO]
-
 The terminal program is the one beside the window's.
 """
 

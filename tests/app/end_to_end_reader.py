@@ -1,8 +1,5 @@
 #!/usr/bin/python3
-"""Hears what a screen reader hears while the keyboard walks, and what docks hear of a run.
-
-    end_to_end_reader.py PROGRAM [SCENARIO]
-"""
+"""Hears what a screen reader hears while the keyboard walks, and what docks hear of a run."""
 
 import gi
 
@@ -94,15 +91,8 @@ def sheets_hide_the_window(window, home):
 def docks_follow(window, home):
     recorder = Recorder()
     bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-    bus.signal_subscribe(
-        None,
-        "com.canonical.Unity.LauncherEntry",
-        "Update",
-        None,
-        None,
-        Gio.DBusSignalFlags.NONE,
-        lambda *arguments: recorder.notes.append(arguments[5].unpack()),
-    )
+    entry = (None, "com.canonical.Unity.LauncherEntry", "Update", None, None, Gio.DBusSignalFlags.NONE)
+    bus.signal_subscribe(*entry, lambda *arguments: recorder.notes.append(arguments[5].unpack()))
     window.scan("3 selected")
     window.press("Clean Selected · 3")
     recorder.heard("a run in the dock", lambda notes: any(update.get("progress-visible") for _, update in notes))

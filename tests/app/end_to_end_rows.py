@@ -1,8 +1,5 @@
 #!/usr/bin/python3
-"""Drives what can be done with one row of a list: its menu, a glance at its item, and what becomes of a result.
-
-    end_to_end_rows.py PROGRAM [SCENARIO]
-"""
+"""Drives what can be done with one row of a list: its menu, a glance at its item, and what becomes of a result."""
 
 import io
 import struct
@@ -139,9 +136,17 @@ def results(window, home):
     window.sees("1 item found")
     expect(not window.find("action.undo"), "a result that was read comes back")
 
-    bring_to_front("cleanup")
+    # From any section.
+    bring_to_front("privacy")
+    window.sees("privacy.subtitle")
     window.hold(CONTROL, ord("z"))
     wait_for("the logs to come back", log.exists)
+    window.sees("3 items are back where they were.")
+    window.focus("nav.privacy")
+    window.hold(CONTROL, ord("8"))
+    wait_for("the rows of the history", lambda: window.find("History", role="list"))
+    wait_for("the keyboard on them", lambda: window.has(window.find("History", role="list"), "FOCUSED"))
+    window.press("nav.cleanup")
     window.sees("4 items found")
     window.press("action.select_all")
     window.press("Clean Selected · 3")

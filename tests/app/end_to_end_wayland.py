@@ -1,8 +1,6 @@
 #!/usr/bin/python3
 """Drives the window on Wayland, as an ordinary user, by what its controls are called: on a compositor without a screen
 and without an input device, and on one that has a keyboard and a pointer, those of an X server of the test's own.
-
-    end_to_end_wayland.py PROGRAM [SCENARIO]
 """
 
 import json
@@ -177,6 +175,7 @@ def is_handled_and_remembered(session, home):
         window.key(DOWN)
         window.key(MENU)
         window.sees("action.copy_path")
+        expect(window.find("action.open") and window.find("cleanup.why"), "the menu lacks an entry")
         window.key(ESCAPE)
         wait_for("the menu to go", lambda: not window.find("action.copy_path"))
 

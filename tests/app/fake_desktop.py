@@ -74,17 +74,9 @@ class FakeDesktop:
         self.bus.register_object("/org/freedesktop/portal/desktop", portal, self.call, read, None)
         self.bus.register_object("/StatusNotifierWatcher", watcher, self.call, read, None)
         for name in ("org.freedesktop.portal.Desktop", "org.kde.StatusNotifierWatcher"):
-            self.bus.call_sync(
-                "org.freedesktop.DBus",
-                "/org/freedesktop/DBus",
-                "org.freedesktop.DBus",
-                "RequestName",
-                GLib.Variant("(su)", (name, 0)),
-                None,
-                Gio.DBusCallFlags.NONE,
-                -1,
-                None,
-            )
+            bus = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
+            wanted = GLib.Variant("(su)", (name, 0))
+            self.bus.call_sync(*bus, "RequestName", wanted, None, Gio.DBusCallFlags.NONE, -1, None)
         say("ready")
         loop = GLib.MainLoop()
         GLib.io_add_watch(sys.stdin.fileno(), GLib.IO_HUP | GLib.IO_IN, lambda *_: loop.quit())

@@ -1,5 +1,6 @@
 """What the tests of the window share: a desktop of their own, and the window by what its controls are called."""
 
+import collections
 import contextlib
 import json
 import os
@@ -243,19 +244,28 @@ def trash_of(home):
     return home / ".local/share/Trash/files"
 
 
-def wait_for_all_back(home, folder, before):
-    """Waits until a folder holds what it held, and the Trash nothing any more."""
+def moves_and_undoes(window, home, before, button, after, trashed=None, result=None, folder="Downloads",
+                     undo="dashboard.undo"):
+    """Nothing moves before the button is pressed. Then these files are left in the folder and those are in the Trash,
+    by their paths with their contents, and all of them come back."""
+    folder = home / folder
+    expect(files_below(folder) == before, "something moved before it was said what")
+    window.press(button, exact=False)
+    if result:
+        window.sees(result)
+    wait_for("just the files that were shown to move", lambda: files_below(folder) == after)
+    if trashed is not None:
+        wait_for("just these in the Trash", lambda: files_below(trash_of(home)) == trashed)
+    if undo == "action.undo":
+        window.press("action.ok")
+    window.press(undo)
     wait_for("everything to come back", lambda: files_below(folder) == before)
     wait_for("an empty Trash", lambda: not files_below(trash_of(home)))
 
 
-class Scenario:
-    """One start of the program in a home of its own: `prepare(home)`, then `act(window, home)`."""
-
-    def __init__(self, prepare, act, settings=None):
-        self.prepare = prepare
-        self.act = act
-        self.settings = {"hasCompletedOnboarding": True} if settings is None else settings
+# One start of the program in a home of its own: `prepare(home)`, then `act(window, home)`.
+SHOWN_AROUND = {"hasCompletedOnboarding": True}
+Scenario = collections.namedtuple("Scenario", "prepare act settings", defaults=[SHOWN_AROUND])
 
 
 def write_settings(home, values):
@@ -318,12 +328,8 @@ def environment_of(home, runtime):
 def x_server(screen, **started):
     """An X server of its own; gives the display's name."""
     read, write = os.pipe()
-    server = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(write), "-screen", "0", screen + "x24", "-nolisten", "tcp", "-noreset"],
-        pass_fds=[write],
-        stderr=subprocess.DEVNULL,
-        **started,
-    )
+    command = ["Xvfb", "-displayfd", str(write), "-screen", "0", screen + "x24", "-nolisten", "tcp", "-noreset"]
+    server = subprocess.Popen(command, pass_fds=[write], stderr=subprocess.DEVNULL, **started)
     os.close(write)
     try:
         with os.fdopen(read) as answer:

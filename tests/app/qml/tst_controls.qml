@@ -11,16 +11,8 @@ ComponentCase {
         failOnWarning(/[Bb]inding loop/);
     }
 
-    Component {
-        id: boxComponent
-
-        TriStateBox {
-            text: "Box"
-        }
-    }
-
     function test_box_asks_and_does_not_change_by_itself() {
-        const box = createTemporaryObject(boxComponent, test, {checkState: Qt.PartiallyChecked}) as TriStateBox;
+        const box = make("TriStateBox", {text: "Box", checkState: Qt.PartiallyChecked}) as TriStateBox;
         watch(box, "toggleAsked");
         mouseClick(box);
         compare(spy.count, 1);
@@ -55,16 +47,8 @@ ComponentCase {
         compare(toggle.checked, false, "changed from elsewhere: follows");
     }
 
-    Component {
-        id: buttonComponent
-
-        PrimaryButton {
-            text: "Go"
-        }
-    }
-
     function test_button_answers_pointer_and_keyboard() {
-        const button = createTemporaryObject(buttonComponent, test) as PrimaryButton;
+        const button = make("PrimaryButton", {text: "Go"}) as PrimaryButton;
         watch(button, "clicked");
         mouseClick(button);
         button.forceActiveFocus();
@@ -77,9 +61,8 @@ ComponentCase {
     }
 
     function test_button_text_is_whole_at_its_own_width_and_cut_below() {
-        const button = createTemporaryObject(buttonComponent, test, {text: "A rather long text", symbol: "search"})
-              as PrimaryButton;
-        const label = findLabel(button, "A rather long text");
+        const button = make("PrimaryButton", {text: "A rather long text", symbol: "search"}) as PrimaryButton;
+        const label = findLine(button, ["A rather long text"]);
         verify(label !== null);
         verify(!label.truncated);
         button.width = 90;
@@ -87,29 +70,8 @@ ComponentCase {
         verify(label.mapToItem(button, label.width, 0).x <= button.width);
     }
 
-    function findLabel(item: Item, text: string): Text {
-        if (item instanceof Text && (item as Text).text === text)
-            return item as Text;
-        for (let i = 0; i < item.children.length; ++i) {
-            const found = findLabel(item.children[i], text);
-            if (found)
-                return found;
-        }
-        return null;
-    }
-
-    Component {
-        id: menuComponent
-
-        MenuButton {
-            label: "Order"
-            choices: ["Size", "Date", "Name"]
-            current: 0
-        }
-    }
-
     function test_menu_button_shows_the_choice_and_hands_over_another() {
-        const button = createTemporaryObject(menuComponent, test) as MenuButton;
+        const button = make("MenuButton", {label: "Order", choices: ["Size", "Date", "Name"], current: 0}) as MenuButton;
         compare(button.text, "Size");
         watch(button, "chosen");
         button.forceActiveFocus();
@@ -122,14 +84,8 @@ ComponentCase {
         compare(button.text, "Size", "the owner decides");
     }
 
-    Component {
-        id: searchComponent
-
-        SearchField {}
-    }
-
     function test_escape_empties_the_search() {
-        const field = createTemporaryObject(searchComponent, test) as SearchField;
+        const field = make("SearchField") as SearchField;
         field.forceActiveFocus();
         keyClick(Qt.Key_A);
         compare(field.text, "a");
@@ -137,18 +93,8 @@ ComponentCase {
         compare(field.text, "");
     }
 
-    Component {
-        id: dialogComponent
-
-        AlertDialog {
-            title: "Title"
-            message: "Message"
-            rejectText: "No"
-        }
-    }
-
     function test_alert_answers() {
-        const dialog = createTemporaryObject(dialogComponent, test) as AlertDialog;
+        const dialog = make("AlertDialog", {title: "Title", message: "Message", rejectText: "No"}) as AlertDialog;
         watch(dialog, "confirmed");
         dialog.open();
         tryCompare(dialog, "opened", true);
@@ -162,18 +108,12 @@ ComponentCase {
         compare(spy.count, 1, "leaving is no yes");
     }
 
-    Component {
-        id: toastComponent
-
-        Toast {}
-    }
-
     function test_toast_offers_undo_and_goes() {
-        const toast = createTemporaryObject(toastComponent, test) as Toast;
+        const toast = make("Toast") as Toast;
         watch(toast, "acted");
         toast.show("Moved", "Undo");
         tryCompare(toast.bubble, "opened", true);
-        const label = findLabel(toast.bubble.contentItem, "Undo");
+        const label = findLine(toast.bubble.contentItem, ["Undo"]);
         verify(label !== null);
         mouseClick(label);
         compare(spy.count, 1);
@@ -218,24 +158,12 @@ ComponentCase {
         Column {
             property bool holds: false
 
-            Item {
-                width: 10
-                height: 10
-            }
+            Item { width: 10; height: 10 }
 
             OnlyWhen {
                 holds: parent.holds
 
-                Item {
-                    objectName: "content"
-                    width: 10
-                    height: 10
-                }
-            }
-
-            Item {
-                width: 10
-                height: 10
+                Item { objectName: "content"; width: 10; height: 10 }
             }
         }
     }
@@ -249,17 +177,8 @@ ComponentCase {
         tryVerify(() => findChild(column, "content") === null);
     }
 
-    Component {
-        id: runComponent
-
-        RunStrip {
-            width: 600
-            outcome: ""
-        }
-    }
-
     function test_run_strip_goes_from_progress_to_outcome() {
-        const strip = createTemporaryObject(runComponent, test) as RunStrip;
+        const strip = make("RunStrip", {width: 600, outcome: ""}) as RunStrip;
         verify(!strip.visible);
         strip.isWorking = true;
         strip.done = 3;
@@ -297,11 +216,11 @@ ComponentCase {
 
     function test_header_leaves_out_what_a_line_has_no_room_for_and_puts_its_actions_below_at_last() {
         const header = createTemporaryObject(headerComponent, test) as ScreenHeader;
-        verify(findLabel(header, "214 Gruppen · 512 Kopien · von jeder bleibt immer eine") !== null);
+        verify(findLine(header, ["214 Gruppen · 512 Kopien · von jeder bleibt immer eine"]) !== null);
         const height = header.implicitHeight;
         header.width = 600;
         verify(!header.stacked);
-        verify(findLabel(header, "214\u00a0Gruppen · 512\u00a0Kopien") !== null);
+        compare(findLine(header, ["214\u00a0Gruppen"]).text, "214\u00a0Gruppen · 512\u00a0Kopien");
         compare(header.implicitHeight, height);
         header.width = 300;
         verify(header.stacked);
@@ -314,25 +233,10 @@ ComponentCase {
         CardColumns {
             width: 620
             first: [
-                Card {
-                    objectName: "one"
-                    Layout.fillWidth: true
-                    implicitHeight: 100
-                },
-                Card {
-                    objectName: "two"
-                    Layout.fillWidth: true
-                    implicitHeight: 60
-                }
+                Card { objectName: "one"; Layout.fillWidth: true; implicitHeight: 100 },
+                Card { objectName: "two"; Layout.fillWidth: true; implicitHeight: 60 }
             ]
-            second: [
-                Card {
-                    objectName: "three"
-                    Layout.fillWidth: true
-                    implicitWidth: 400
-                    implicitHeight: 40
-                }
-            ]
+            second: Card { objectName: "three"; Layout.fillWidth: true; implicitWidth: 400; implicitHeight: 40 }
         }
     }
 
@@ -351,25 +255,17 @@ ComponentCase {
         compare(place("two").y, 100 + Theme.gap);
     }
 
-    Component {
-        id: emptyComponent
-
-        EmptyState {
-            width: 600
-            drawing: "search"
-            text: "Nothing matches the search and the filters."
-            action: "Show All"
-        }
-    }
-
     function test_empty_state_keeps_its_button_inside_data() {
         return [{tag: "low", height: 130}, {tag: "high", height: 400}];
     }
 
     function test_empty_state_keeps_its_button_inside(row) {
-        const state = createTemporaryObject(emptyComponent, test, {height: row.height}) as EmptyState;
+        const state = make("EmptyState", {
+            width: 600, height: row.height, drawing: "search", text: "Nothing matches the search and the filters.",
+            action: "Show All"
+        }) as EmptyState;
         compare(state.showsDrawing, row.height > 300);
-        const label = findLabel(state, "Show All");
+        const label = findLine(state, ["Show All"]);
         const bottom = label.mapToItem(state, 0, label.height).y;
         verify(bottom < row.height - 8, bottom + " of " + row.height);
     }

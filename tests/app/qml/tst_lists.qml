@@ -8,6 +8,17 @@ ComponentCase {
 
     name: "Lists"
 
+    readonly property var report: ({
+            width: 600, height: 51, name: "report.pdf", place: "Downloads", size: "2 MB", chip: "Safe", canExplain: true
+        })
+    readonly property var pair: ({
+            width: 600, height: 200, areas: [
+                {label: "Caches", bytes: 9e9, count: 12, colorIndex: 0, children: []},
+                {label: "Logs", bytes: 1, count: 1, colorIndex: 1, children: []},
+                {label: "Nothing", bytes: 0, count: 0, colorIndex: 2, children: []}
+            ]
+        })
+
     // An item and all below it.
     function inside(item: Item): var {
         return Array.from(item.children).reduce((all, child) => all.concat(inside(child)), [item]);
@@ -73,22 +84,8 @@ ComponentCase {
         compare(spy.signalArguments[0][0], 1);
     }
 
-    Component {
-        id: rowComponent
-
-        ItemRow {
-            width: 600
-            height: 51
-            name: "report.pdf"
-            place: "Downloads"
-            size: "2 MB"
-            chip: "Safe"
-            canExplain: true
-        }
-    }
-
     function test_the_whole_row_toggles() {
-        const row = createTemporaryObject(rowComponent, test) as ItemRow;
+        const row = make("ItemRow", report) as ItemRow;
         watch(row, "toggled");
         mouseClick(row, 300, 25);
         mouseClick(row, row.indent + 8, 25);
@@ -96,7 +93,7 @@ ComponentCase {
     }
 
     function test_a_right_click_asks_for_the_menu_and_toggles_nothing() {
-        const row = createTemporaryObject(rowComponent, test) as ItemRow;
+        const row = make("ItemRow", report) as ItemRow;
         watch(row, "menuAsked");
         mouseClick(row, 300, 25, Qt.RightButton);
         compare(spy.count, 1);
@@ -105,10 +102,10 @@ ComponentCase {
     function test_a_narrow_row_shortens_the_place_and_keeps_the_remark() {
         const remark = "Installationsdatei oder Download, älter als eine Woche";
         const place = "Documents/Reports/2026/Archive of everything that came in since the spring";
-        const row = createTemporaryObject(rowComponent, test, {
+        const row = make("ItemRow", Object.assign({}, report, {
             width: 632, height: 56, place: place, remark: remark, remarkLines: 2, age: "vor 9 Monaten",
             chip: "Unbedenklich", canOpenFolder: true, canKeep: true
-        }) as ItemRow;
+        })) as ItemRow;
         const shown = () => inside(row).find(item => item.text?.endsWith(remark));
         verify(shown().text.startsWith("\u200eDocu") && shown().text.includes("…"), shown().text);
         for (const x of [300, -1]) {
@@ -278,49 +275,15 @@ ComponentCase {
                 "By week: nothing in the last twelve weeks");
     }
 
-    Component {
-        id: textComponent
-
-        BodyText {}
-    }
-
-    Component {
-        id: titleComponent
-
-        TitleText {}
-    }
-
-    Component {
-        id: entryComponent
-
-        ChoiceItem {}
-    }
-
     function test_names_from_right_to_left_stay_in_their_column_data() {
-        return [
-            {tag: "text", component: textComponent},
-            {tag: "title", component: titleComponent},
-            {tag: "entry of a menu", component: entryComponent}
-        ];
+        return ["BodyText", "TitleText", "ChoiceItem"].map(type => ({tag: type}));
     }
 
     function test_names_from_right_to_left_stay_in_their_column(row) {
         for (const name of ["تقرير.pdf", "דוח.pdf", "report.pdf"]) {
-            const item = createTemporaryObject(row.component, test, {text: name, width: 300});
+            const item = make(row.tag, {text: name, width: 300});
             compare(findLine(item, [name]).effectiveHorizontalAlignment, Text.AlignLeft, name);
         }
-    }
-
-    // The text below an item that holds all parts.
-    function findLine(item: Item, parts: var): Text {
-        if (item instanceof Text && parts.every(part => (item as Text).text.includes(part)))
-            return item as Text;
-        for (let i = 0; i < item.children.length; ++i) {
-            const found = findLine(item.children[i], parts);
-            if (found)
-                return found;
-        }
-        return null;
     }
 
     TextInput {
@@ -330,70 +293,23 @@ ComponentCase {
         horizontalAlignment: TextInput.AlignLeft
     }
 
-    Component {
-        id: folderComponent
-
-        FolderRow {}
-    }
-
-    Component {
-        id: headerComponent
-
-        SectionHeader {}
-    }
-
-    Component {
-        id: copyComponent
-
-        DuplicateEntry {
-            index: 0
-            kind: 1
-            copies: 2
-            bytes: 1
-            freed: 1
-            date: 0
-            checkState: Qt.Unchecked
-            isKept: false
-            thumbnail: ""
-            symbol: ""
-            expanded: true
-            keptReason: ""
-        }
-    }
-
     function test_lines_begin_at_the_left_in_any_script_data() {
         return [
-            {tag: "place and remark", component: rowComponent, given: {place: "صور", remark: "old"}, parts: ["صور", "old"]},
-            {tag: "folder", component: folderComponent, given: {name: "", path: "~/صور"}, parts: ["~", "صور"]},
-            {tag: "group", component: headerComponent, given: {name: "תמונות → Media"}, parts: ["תמונות", "Media"]},
-            {tag: "copy", component: copyComponent, given: {place: "صور", name: "a.jpg"}, parts: ["صور", "a.jpg"]}
+            {tag: "ItemRow", given: {place: "صور", remark: "old"}, parts: ["صور", "old"]},
+            {tag: "FolderRow", given: {name: "", path: "~/صور"}, parts: ["~", "صور"]},
+            {tag: "SectionHeader", given: {name: "תמונות → Media"}, parts: ["תמונות", "Media"]},
+            {tag: "duplicates/DuplicateEntry", parts: ["صور", "a.jpg"], given: {
+                place: "صور", name: "a.jpg", index: 0, kind: 1, copies: 2, bytes: 1, freed: 1, date: 0,
+                checkState: Qt.Unchecked, isKept: false, thumbnail: "", symbol: "", expanded: true, keptReason: ""
+            }}
         ];
     }
 
     function test_lines_begin_at_the_left_in_any_script(row) {
-        const item = createTemporaryObject(row.component, test, Object.assign({width: 600}, row.given));
+        const item = make(row.tag, Object.assign({width: 600}, row.tag === "ItemRow" ? report : {}, row.given));
         ruler.text = findLine(item, row.parts).text;
         const places = row.parts.map(part => ruler.positionToRectangle(ruler.text.indexOf(part)).x);
         verify(places[0] < places[1], places.join(", "));
-    }
-
-    Component {
-        id: matchComponent
-
-        AgentEntry {
-            width: 600
-            index: 0
-            kind: 1
-            name: "backup.zip"
-            place: "Desktop"
-            reason: "in the Trash already"
-            risk: Chip.Kind.Safe
-            date: 0
-            bytes: 1
-            count: 1
-            expanded: true
-            destination: ""
-        }
     }
 
     function shows(item: Item, test: var): bool {
@@ -402,23 +318,12 @@ ComponentCase {
 
     function test_a_match_that_cannot_go_has_a_lock_and_no_box() {
         for (const state of [Qt.Unchecked, -1]) {
-            const match = createTemporaryObject(matchComponent, test, {checkState: state});
+            const match = make("agent/AgentEntry", {
+                width: 600, index: 0, kind: 1, name: "backup.zip", place: "Desktop", reason: "in the Trash already",
+                risk: Chip.Kind.Safe, date: 0, bytes: 1, count: 1, expanded: true, destination: "", checkState: state
+            });
             compare(shows(match, item => item instanceof Icon && (item as Icon).name === "lock"), state < 0);
             compare(shows(match, item => item instanceof CheckMark), state >= 0);
-        }
-    }
-
-    Component {
-        id: ruleComponent
-
-        RuleEntry {
-            index: 0
-            name: "Reports of the Year"
-            description: ""
-            isEnabled: true
-            isBuiltIn: false
-            action: "moveToFolder"
-            conditions: ""
         }
     }
 
@@ -430,7 +335,10 @@ ComponentCase {
     }
 
     function test_a_rule_keeps_room_for_its_name(row) {
-        const rule = createTemporaryObject(ruleComponent, test, {width: 620, id: "rule", actionPath: row.path}) as RuleEntry;
+        const rule = make("rules/RuleEntry", {
+            width: 620, id: "rule", index: 0, name: "Reports of the Year", description: "", isEnabled: true,
+            isBuiltIn: false, action: "moveToFolder", conditions: "", actionPath: row.path
+        }) as RuleEntry;
         const chip = findLine(rule, [row.path]);
         compare(chip.truncated, row.isCut);
         verify(!findLine(rule, [rule.name]).truncated);
@@ -439,6 +347,7 @@ ComponentCase {
 
     function test_treemap_shares_the_room_by_size_data() {
         return [
+            {tag: "none", sizes: []},
             {tag: "one", sizes: [5]},
             {tag: "even", sizes: [4, 4, 4, 4]},
             {tag: "uneven", sizes: [1000, 300, 20, 7, 1]},
@@ -466,27 +375,8 @@ ComponentCase {
                && one.y + slack < other.y + other.height && other.y + slack < one.y + one.height;
     }
 
-    function test_treemap_of_nothing_is_nothing() {
-        compare(Layout.boxes([], 100, 100).length, 0);
-        compare(Layout.boxes([1], 0, 100).length, 0);
-    }
-
-    Component {
-        id: treemapComponent
-
-        Treemap {
-            width: 600
-            height: 200
-            areas: [
-                {label: "Caches", bytes: 9e9, count: 12, colorIndex: 0, children: []},
-                {label: "Logs", bytes: 1, count: 1, colorIndex: 1, children: []},
-                {label: "Nothing", bytes: 0, count: 0, colorIndex: 2, children: []}
-            ]
-        }
-    }
-
     function test_every_area_can_be_clicked_however_small() {
-        const treemap = createTemporaryObject(treemapComponent, test) as Treemap;
+        const treemap = make("Treemap", pair) as Treemap;
         compare(treemap.shown.length, 2);
         watch(treemap, "chosen");
         const small = treemap.places[1];
@@ -496,7 +386,7 @@ ComponentCase {
     }
 
     function test_another_picture_shows_its_own_areas_alone() {
-        const treemap = createTemporaryObject(treemapComponent, test) as Treemap;
+        const treemap = make("Treemap", pair) as Treemap;
         const labels = () => Array.from(treemap.children).filter(child => child.visible && child.area).map(
             child => child.area.label);
         compare(labels(), ["Caches", "Logs"]);
