@@ -44,7 +44,7 @@ FolderScan::Rules::Rules(const FolderScan& scan, std::string_view prefix)
       relative(scan.m_root, prefix),
       isCachesFolder(lastComponent(prefix) == applicationCachesName) {}
 
-FolderScan::FolderScan(ScanContext& context, FolderListing& listing, std::string_view root, std::string path,
+FolderScan::FolderScan(ScanContext& context, ScanListing& listing, std::string_view root, std::string path,
                        FolderPlace place)
     : FolderVisit(context.walk, std::move(place)),
       m_context(context),
@@ -53,7 +53,7 @@ FolderScan::FolderScan(ScanContext& context, FolderListing& listing, std::string
       m_prefix(withSlash(std::move(path))) {}
 
 FolderScan::FolderScan(FolderScan& parent, std::string_view name, FolderPlace place)
-    : FolderScan(parent.m_context, *parent.m_subfolders.emplace_back(std::make_unique<FolderListing>()), parent.m_root,
+    : FolderScan(parent.m_context, *parent.m_subfolders.emplace_back(std::make_unique<ScanListing>()), parent.m_root,
                  joined(parent.m_prefix, name), std::move(place)) {}
 
 std::optional<FolderScan::Rules> FolderScan::enter() const {

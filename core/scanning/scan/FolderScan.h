@@ -19,7 +19,7 @@ namespace orvane {
 class FolderScan : public FolderVisit<FolderScan> {
  public:
   // `root` is the path of the folder from which the walk came, `path` how this folder is reached from there.
-  FolderScan(ScanContext& context, FolderListing& listing, std::string_view root, std::string path, FolderPlace place);
+  FolderScan(ScanContext& context, ScanListing& listing, std::string_view root, std::string path, FolderPlace place);
   FolderScan(FolderScan& parent, std::string_view name, FolderPlace place);
 
  private:
@@ -52,11 +52,11 @@ class FolderScan : public FolderVisit<FolderScan> {
   [[nodiscard]] FileItem::Fields fieldsOf(std::string_view name, const FileStatus& status, const Rules& rules) const;
 
   ScanContext& m_context;
-  FolderListing& m_listing;
+  ScanListing& m_listing;
   std::string_view m_root;
   std::string m_prefix;  // the path with a slash at its end
   ListingChunk m_chunk;
-  std::vector<std::unique_ptr<FolderListing>> m_subfolders;
+  std::vector<std::unique_ptr<ScanListing>> m_subfolders;
 };
 
 }  // namespace orvane

@@ -21,12 +21,12 @@ ListingBoard::~ListingBoard() {
   }
 }
 
-FolderListing& ListingBoard::addStart() {
+ScanListing& ListingBoard::addStart() {
   ++m_openWork;
-  return **m_waiting.insert(m_waiting.begin(), std::make_unique<FolderListing>());
+  return **m_waiting.insert(m_waiting.begin(), std::make_unique<ScanListing>());
 }
 
-void ListingBoard::publish(FolderListing& folder, Part part, ListingChunk chunk, Folders subfolders) {
+void ListingBoard::publish(ScanListing& folder, Part part, ListingChunk chunk, Folders subfolders) {
   const std::lock_guard lock(m_mutex);
   m_openWork += subfolders.size() + chunk.wholeFolders.size();
   std::move(subfolders.begin(), subfolders.end(), std::back_inserter(folder.subfolders));

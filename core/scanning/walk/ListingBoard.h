@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/scanning/walk/FolderListing.h"
+#include "core/scanning/walk/ScanListing.h"
 
 #include <condition_variable>
 #include <cstddef>
@@ -16,7 +16,7 @@ namespace orvane {
 // all entries of a folder, then its subfolders one after the other, each with everything below it.
 class ListingBoard {
  public:
-  using Folders = std::vector<std::unique_ptr<FolderListing>>;
+  using Folders = std::vector<std::unique_ptr<ScanListing>>;
 
   ListingBoard() = default;
   ~ListingBoard();
@@ -24,12 +24,12 @@ class ListingBoard {
   ListingBoard& operator=(const ListingBoard&) = delete;
 
   // Adds the folder at which a walk starts, behind those added before. Before any thread works.
-  FolderListing& addStart();
+  ScanListing& addStart();
 
   // For the threads: more of a folder's entries, with the subfolders among them, or the last of them. The folder may
   // be gone once its last entries are published; the tasks for its subfolders may begin only then.
   enum class Part : std::uint8_t { more, last };
-  void publish(FolderListing& folder, Part part, ListingChunk chunk, Folders subfolders);
+  void publish(ScanListing& folder, Part part, ListingChunk chunk, Folders subfolders);
   // The size of a whole folder is there.
   void sizeCompleted();
 

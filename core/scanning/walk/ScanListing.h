@@ -8,10 +8,10 @@
 namespace orvane {
 
 // The result of the scan of one folder, bit by bit.
-struct FolderListing {
+struct ScanListing {
   std::vector<ListingChunk> chunks;
   // The folders to go through after this one, in order; valid once complete.
-  std::vector<std::unique_ptr<FolderListing>> subfolders;
+  std::vector<std::unique_ptr<ScanListing>> subfolders;
   bool isComplete = false;
 };
 
