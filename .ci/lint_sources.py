@@ -57,6 +57,10 @@ CHANGING_CALL = re.compile(
 CHANGING_PLACES = ("core/safety/", "core/base/files/AtomicFile.cpp", "core/base/files/SetAside.cpp", "platform/", "tests/",
                    "bench/")
 
+NAMESPACE = re.compile(r"namespace ([\w:]+) \{")
+# A definition outside of every other one.
+TYPE = re.compile(r"(?:class|struct|union|enum(?: class)?) +(\w+) (?:final )?(?:[:] .*)?\{")
+
 SYSTEM_MACRO = re.compile(r"^\s*#\s*(?:el)?if.*\b(__linux__|__linux|__APPLE__|_WIN32|__unix__|__FreeBSD__|BSD)\b")
 SHARED_DEFINITION = re.compile(r"\bshared\s*\(\s*\)\s*(?:noexcept\s*)?\{")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
@@ -227,6 +231,21 @@ def check_build_lists(tree):
             yield f"{path}: no CMakeLists.txt above it"
 
 
+def check_type_names(tree):
+    """Two types of one name are one to the linker: the members of either would do for both."""
+    known = {}
+    for path in tree.sources:
+        if not path.endswith(".h"):
+            continue
+        space = ""
+        for number, line in enumerate(tree.texts[path].splitlines(), 1):
+            space = match.group(1) if (match := NAMESPACE.match(line)) else space
+            if match := TYPE.match(line):
+                name = f"{space}::{match.group(1)}"
+                if known.setdefault(name, path) != path:
+                    yield f"{path}:{number}: {name} is a type of {known[name]} too"
+
+
 def check_texts(tree):
     """No paths of somebody's machine, no left-overs of a merge, headers guarded, no tabs in code."""
     for path, text in tree.texts.items():
@@ -263,6 +282,7 @@ CHECKS = [
     check_shared,
     check_changing_calls,
     check_build_lists,
+    check_type_names,
     check_texts,
     check_comments,
 ]

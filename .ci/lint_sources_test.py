@@ -72,6 +72,9 @@ VIOLATIONS = [
     ("a tab", {"core/base/A.h": "\tint a;\n"}, "tab"),
     ("a comment without its subject", {"core/base/A.h": "int a;  // Wh" + "at is counted.\n"}, "name its subject first"),
     ("one in a script", {"run": "# Who" + "ever starts it.\n"}, "name its subject first"),
+    ("two types of one name",
+     {"core/base/A.h": "namespace orvane {\nstruct A {\n};\n}\n", "app/W.h": "namespace orvane {\nclass A : public B {\n};\n}\n"},
+     "is a type of"),
     ("a header without a guard", {"core/base/A.h": None}, "#pragma once"),
 ]
 
@@ -94,6 +97,9 @@ ALLOWED = [
     ("homes of nobody, and folders that only sound temporary",
      {"docs/page.md": "/home/user/x /Users/me/x ~/tmp/x core/tmp/x $XDG_RUNTIME_DIR/tmp/x /private/var/root\n"}),
     ("a question in a comment and in a page", {"core/base/A.h": "// Which? Whatever.\n", "docs/page.md": "# What is kept\n"}),
+    ("types of one name in two namespaces, and one that is nested",
+     {"core/base/A.h": "namespace orvane {\nstruct A {\n  struct B {\n  };\n};\nclass C;\nclass C::B {\n};\n}\n",
+      "cli/frame/A.h": "namespace orvane::cli {\nstruct A {\n};\nstruct B {\n};\nclass C;\n}\n"}),
     ("a system's macro where it belongs", {"platform/linux/P.cpp": "#if defined(__linux__)\n#endif\n"}),
 ]
 
