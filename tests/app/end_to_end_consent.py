@@ -229,6 +229,8 @@ def choose_map_without_portal(window, home):
     window.tab_to("map.start")
     window.press("map.start")
     window.press("map.open_file")
+    # The map behind has an area of that name too.
+    window.sees("folder.parent")
     window.press("maps", exact=False)
     window.press("server.json", exact=False)
     window.sees("~/maps/server.json")
