@@ -127,7 +127,7 @@ TEST(CleaningPlan, refusesHostileTextWithAShortMessage) {
       {"a hundred megabytes", [] { return repeated(" ", 100 * megabyte); }, "longer than"},
   };
   for (const auto& [name, text, message] : rows) {
-    const auto error = messageOf<JsonError>([&] { return CleaningPlan::decode(text()); });
+    const auto error = messageOf<JsonError>([&make = text] { return CleaningPlan::decode(make()); });
     EXPECT_THAT(error, HasSubstr(message)) << name;
     EXPECT_LT(error.size(), 400U) << name;
   }

@@ -222,7 +222,7 @@ TEST_F(SavedProposalTest, refusesWhatIsNoSavedProposal) {
       {std::string(100'000, '[') + std::string(100'000, ']'), "nested deeper"},
   };
   for (const auto& [document, reason] : cases) {
-    EXPECT_THAT(messageOf<JsonError>([&] { return SavedProposal::decode(document); }), HasSubstr(reason))
+    EXPECT_THAT(messageOf<JsonError>([&broken = document] { return SavedProposal::decode(broken); }), HasSubstr(reason))
         << document.substr(0, 200);
   }
   // Cut off anywhere, it is refused.
