@@ -169,13 +169,13 @@ double frameAfter(QQuickWindow& window, Change change) {
 }
 
 void printFrames(const char* what, std::vector<double> times) {
-  constexpr double mostOfAFrame = 33;
+  constexpr double maxFrameTime = 33;
   std::sort(times.begin(), times.end());
-  const auto late = times.end() - std::upper_bound(times.begin(), times.end(), mostOfAFrame);
+  const auto late = times.end() - std::upper_bound(times.begin(), times.end(), maxFrameTime);
   std::printf(
       "%-16s %6.1f ms a frame at the median, %.1f ms at the 99th percentile, %.1f ms at most; %d of %d over %.0f ms\n",
       what, times[times.size() / 2], times[times.size() * 99 / 100], times.back(), static_cast<int>(late),
-      static_cast<int>(times.size()), mostOfAFrame);
+      static_cast<int>(times.size()), maxFrameTime);
 }
 
 void scroll(QQuickWindow& window) {

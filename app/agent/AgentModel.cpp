@@ -299,34 +299,34 @@ QString AgentModel::doubt() const {
 }
 
 QString AgentModel::roomText() const {
-  const auto* wish = roomWish();
-  if (wish == nullptr) return {};
-  if (wish->room == Room::trash) return localizedText("agent.room_trash");
-  return localizedText("agent.room_text").arg(localizedText(titleOf(wish->room)));
+  const auto* request = roomRequest();
+  if (request == nullptr) return {};
+  if (request->room == Room::trash) return localizedText("agent.room_trash");
+  return localizedText("agent.room_text").arg(localizedText(titleOf(request->room)));
 }
 
 QString AgentModel::roomAction() const {
-  const auto* wish = roomWish();
-  if (wish == nullptr) return {};
-  if (wish->room == Room::trash) return localizedText("action.open_trash");
-  return localizedText("agent.room_open").arg(localizedText(titleOf(wish->room)));
+  const auto* request = roomRequest();
+  if (request == nullptr) return {};
+  if (request->room == Room::trash) return localizedText("action.open_trash");
+  return localizedText("agent.room_open").arg(localizedText(titleOf(request->room)));
 }
 
-const RoomWish* AgentModel::roomWish() const {
+const RoomRequest* AgentModel::roomRequest() const {
   if (!m_answer || !m_answer->planned.understanding.room) return nullptr;
   return &*m_answer->planned.understanding.room;
 }
 
 void AgentModel::openRoom() {
-  const auto* wish = roomWish();
-  if (wish == nullptr) return;
-  if (wish->room == Room::trash) {
+  const auto* request = roomRequest();
+  if (request == nullptr) return;
+  if (request->room == Room::trash) {
     Q_EMIT trashAsked();
     return;
   }
-  const auto folder = wish->folder.empty() ? QString() : textFrom(expandedHome(wish->folder));
-  const int way = wish->way == "date" ? 1 : wish->way == "type" ? 2 : -1;
-  Q_EMIT roomAsked(static_cast<int>(sectionOf(wish->room)), folder, textFrom(wish->name), way);
+  const auto folder = request->folder.empty() ? QString() : textFrom(expandedHome(request->folder));
+  const int way = request->way == "date" ? 1 : request->way == "type" ? 2 : -1;
+  Q_EMIT roomAsked(static_cast<int>(sectionOf(request->room)), folder, textFrom(request->name), way);
 }
 
 QVariantList AgentModel::beside() const {
@@ -372,7 +372,7 @@ int AgentModel::rowCount(const QModelIndex& parent) const {
 
 QVariant AgentModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  if (role == KindRole) return m_matches.rows().placeOf(index.row())->row ? Match : Header;
+  if (role == KindRole) return m_matches.rows().lineAt(index.row())->row ? Match : Header;
   return m_matches.data(index.row(), role, services().tasks.home);
 }
 
@@ -393,17 +393,17 @@ void AgentModel::selectAll(bool isSelected) {
 }
 
 void AgentModel::toggleExpanded(int row) {
-  const auto place = m_matches.rows().placeOf(row);
-  if (!place || place->row) return;
-  const auto& group = m_matches.rows().groups()[place->group];
+  const auto line = m_matches.rows().lineAt(row);
+  if (!line || line->row) return;
+  const auto& group = m_matches.rows().groups()[line->group];
   const int last = row + static_cast<int>(group.rows.size());
   if (group.isExpanded) {
     beginRemoveRows({}, row + 1, last);
-    m_matches.setExpanded(place->group, false);
+    m_matches.setExpanded(line->group, false);
     endRemoveRows();
   } else {
     beginInsertRows({}, row + 1, last);
-    m_matches.setExpanded(place->group, true);
+    m_matches.setExpanded(line->group, true);
     endInsertRows();
   }
   Q_EMIT dataChanged(index(row), index(row), {ExpandedRole});
@@ -414,8 +414,8 @@ QVariantList AgentModel::moves() const {
 }
 
 QString AgentModel::placeAt(int row) const {
-  const auto place = m_matches.rows().placeOf(row);
-  return place && place->row ? placeText(m_matches.proposal().row(*place->row).item.url()) : QString();
+  const auto line = m_matches.rows().lineAt(row);
+  return line && line->row ? placeText(m_matches.proposal().row(*line->row).item.url()) : QString();
 }
 
 // --- carrying out

@@ -22,7 +22,7 @@
 namespace orvane {
 
 struct PlannedAnswer;
-struct RoomWish;
+struct RoomRequest;
 struct TaskMonitor;
 
 // The assistant: a request in plain words becomes a plan, and the plan a list of files with what would be done with
@@ -192,7 +192,7 @@ class AgentModel : public orvane::RunModel {
   [[nodiscard]] std::shared_ptr<const Answer> answerOf(const std::string& prompt, const Planner& planner,
                                                        const Change* change, const TaskMonitor& monitor);
   void show(std::shared_ptr<const Answer> answer);
-  [[nodiscard]] const RoomWish* roomWish() const;
+  [[nodiscard]] const RoomRequest* roomRequest() const;
 
   QString m_prompt;
   AIProvider m_provider = AIProvider::heuristic;

@@ -9,7 +9,7 @@ ButtonBase {
 
     // As AgentModel.reading has it.
     required property var chip
-    property real most: 400
+    property real maxWidth: 400
     signal valueChosen(string value)
     signal otherAsked
 
@@ -37,7 +37,7 @@ ButtonBase {
             id: words
 
             anchors.verticalCenter: parent.verticalCenter
-            most: root.most - 40
+            maxWidth: root.maxWidth - 40
             typed: root.chip.text
             became: root.isMissing ? "+ " + root.chip.became : root.chip.became
             ink: root.isChanged ? Theme.text : Theme.muted

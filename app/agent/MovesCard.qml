@@ -10,20 +10,20 @@ Card {
     // {text, count, bytes}; one without a text stands for the files that stay.
     required property var moves
 
-    readonly property int most: 6
+    readonly property int maxShown: 6
     readonly property double total: moves.reduce((sum, move) => sum + move.count, 0)
     // The folders that are too many for the picture are one entry.
     readonly property var shown: {
-        if (moves.length <= most)
+        if (moves.length <= maxShown)
             return moves;
-        const rest = moves.slice(most - 1);
+        const rest = moves.slice(maxShown - 1);
         const sum = key => rest.reduce((total, move) => total + move[key], 0);
-        return moves.slice(0, most - 1).concat([{text: "…", count: sum("count"), bytes: sum("bytes")}]);
+        return moves.slice(0, maxShown - 1).concat([{text: "…", count: sum("count"), bytes: sum("bytes")}]);
     }
     readonly property real room: picture.height - 6 * (shown.length - 1)
-    readonly property real least: 36
+    readonly property real minHeight: 36
     // Tall enough to be read, and else by their shares.
-    readonly property var heights: shown.map(move => least + (room - least * shown.length) * move.count / Math.max(1, total))
+    readonly property var heights: shown.map(move => minHeight + (room - minHeight * shown.length) * move.count / Math.max(1, total))
 
     function nameOf(move: var): string {
         return move.text === "" ? qsTr("agent.stay") : move.text.split("/").pop();

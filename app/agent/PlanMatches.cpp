@@ -106,9 +106,9 @@ std::int64_t PlanMatches::bytes() const {
 }
 
 QVariant PlanMatches::data(int row, int role, const FileUrl& home) const {
-  const auto place = m_rows.placeOf(row);
-  if (!place) return {};
-  return place->row ? matchData(*place->row, role, home) : headerData(m_rows.groups()[place->group], role, home);
+  const auto line = m_rows.lineAt(row);
+  if (!line) return {};
+  return line->row ? matchData(*line->row, role, home) : headerData(m_rows.groups()[line->group], role, home);
 }
 
 // "Downloads", or "Downloads → Downloads/Documents/PDFs" where the group's files move.
@@ -197,16 +197,16 @@ void PlanMatches::choose(const std::vector<std::uint32_t>& rows, bool isSelected
 }
 
 std::optional<std::size_t> PlanMatches::toggle(int row) {
-  const auto place = m_rows.placeOf(row);
-  if (!place) return std::nullopt;
-  if (place->row) {
-    choose({*place->row}, !m_selection.isSelected(*place->row));
+  const auto line = m_rows.lineAt(row);
+  if (!line) return std::nullopt;
+  if (line->row) {
+    choose({*line->row}, !m_selection.isSelected(*line->row));
   } else {
-    const auto& group = m_rows.groups()[place->group];
+    const auto& group = m_rows.groups()[line->group];
     choose(group.rows, group.chosen.count < group.selectable);
   }
-  m_rows.recount(place->group, m_proposal, m_selection);
-  return place->group;
+  m_rows.recount(line->group, m_proposal, m_selection);
+  return line->group;
 }
 
 void PlanMatches::selectAll(bool isSelected) {

@@ -9,14 +9,14 @@ Row {
     property string became: ""
     property color ink: Theme.muted
     // Room for both.
-    property real most: 400
+    property real maxWidth: 400
 
     spacing: 5
 
     CaptionText {
         id: first
 
-        width: Math.min(implicitWidth, root.most / 2)
+        width: Math.min(implicitWidth, root.maxWidth / 2)
         visible: text !== ""
         color: Theme.text
         font.weight: Font.DemiBold
@@ -26,7 +26,7 @@ Row {
     }
 
     CaptionText {
-        width: Math.min(implicitWidth, root.most - (first.visible ? first.width + root.spacing : 0))
+        width: Math.min(implicitWidth, root.maxWidth - (first.visible ? first.width + root.spacing : 0))
         visible: text !== ""
         color: root.ink
         text: Texts.fromLeft(root.typed !== "" && root.became !== "" ? "→ " + root.became : root.became)

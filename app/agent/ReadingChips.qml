@@ -69,7 +69,7 @@ Flow {
                 visible: place.isCondition
                 enabled: root.canChange
                 chip: place.modelData
-                most: root.width
+                maxWidth: root.width
                 onValueChosen: value => {
                     root.lastCondition = place.modelData.condition;
                     root.valueChosen(place.modelData.condition, value);
@@ -103,7 +103,7 @@ Flow {
 
                     x: 11
                     anchors.verticalCenter: parent.verticalCenter
-                    most: root.width - 30
+                    maxWidth: root.width - 30
                     typed: place.modelData.text
                     became: place.modelData.became
                 }

@@ -8,7 +8,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::chrono::milliseconds shortestArrangeDelay{200};
+constexpr std::chrono::milliseconds minArrangeDelay{200};
 
 }  // namespace
 
@@ -23,7 +23,7 @@ CleanupArranger::~CleanupArranger() {
 
 // Arranging takes longer the more there is: it may not take all the time.
 void CleanupArranger::startTimer() {
-  m_timer.start(std::max(shortestArrangeDelay, 2 * m_lastTime));
+  m_timer.start(std::max(minArrangeDelay, 2 * m_lastTime));
 }
 
 void CleanupArranger::arrangeLater() {

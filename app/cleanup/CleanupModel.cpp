@@ -93,12 +93,12 @@ QHash<int, QByteArray> CleanupModel::roleNames() const {
 
 QVariant CleanupModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto place = m_sections.placeOf(index.row());
-  if (!place) return {};
-  if (role == KindRole) return place->item ? Item : Header;
-  if (role == ColorIndexRole) return static_cast<int>(CleanupSections::indexOf(place->category)) % colorCount;
-  if (role == CategoryRole) return textFrom(rawValue(place->category));
-  return place->item ? itemData(*place->item, role) : sectionData(place->category, role);
+  const auto line = m_sections.lineAt(index.row());
+  if (!line) return {};
+  if (role == KindRole) return line->item ? Item : Header;
+  if (role == ColorIndexRole) return static_cast<int>(CleanupSections::indexOf(line->category)) % colorCount;
+  if (role == CategoryRole) return textFrom(rawValue(line->category));
+  return line->item ? itemData(*line->item, role) : sectionData(line->category, role);
 }
 
 QVariant CleanupModel::sectionData(ScanCategory category, int role) const {
@@ -172,12 +172,12 @@ int CleanupModel::checkStateOf(const Section& section) const {
 }
 
 QString CleanupModel::explanation(int row) const {
-  const auto place = m_sections.placeOf(row);
-  if (!place) return {};
-  if (!place->item) {
-    return localizedText("risk." + std::string(rawValue(defaultRisk(place->category))) + ".desc");
+  const auto line = m_sections.lineAt(row);
+  if (!line) return {};
+  if (!line->item) {
+    return localizedText("risk." + std::string(rawValue(defaultRisk(line->category))) + ".desc");
   }
-  const auto& item = m_items.items().item(*place->item);
+  const auto& item = m_items.items().item(*line->item);
   QStringList lines{reasonText(services().tasks, item), labelText(item)};
   if (const auto cloud = cloudText(item, services().tasks.home); !cloud.isEmpty()) lines += cloud;
   return lines.join(u'\n');
@@ -324,31 +324,31 @@ void CleanupModel::refreshChecks() {
 }
 
 void CleanupModel::toggle(int row) {
-  const auto place = m_sections.placeOf(row);
-  if (!place || isWorking()) return;
-  auto& section = m_sections.of(place->category);
+  const auto line = m_sections.lineAt(row);
+  if (!line || isWorking()) return;
+  auto& section = m_sections.of(line->category);
   const auto whether = [](bool isSelected) {
     return isSelected ? Selection::Whether::selected : Selection::Whether::unselected;
   };
-  if (!place->item) {
+  if (!line->item) {
     const bool select = section.selected.count < section.selectable;
     for (const auto index : section.shown.items) m_selection.set(index, whether(select));
     return refreshChecks();
   }
-  if (!m_selection.isSelectable(*place->item)) return;
-  const bool isSelected = m_selection.isSelected(*place->item);
-  m_selection.set(*place->item, whether(!isSelected));
-  m_sections.countToggled(place->category, !isSelected, m_items.items().item(*place->item).fileSize());
+  if (!m_selection.isSelectable(*line->item)) return;
+  const bool isSelected = m_selection.isSelected(*line->item);
+  m_selection.set(*line->item, whether(!isSelected));
+  m_sections.countToggled(line->category, !isSelected, m_items.items().item(*line->item).fileSize());
   Q_EMIT dataChanged(index(row), index(row), {CheckStateRole});
-  const auto header = index(m_sections.headerRow(place->category));
+  const auto header = index(m_sections.headerRow(line->category));
   Q_EMIT dataChanged(header, header, {CheckStateRole});
   Q_EMIT selectionChanged();
 }
 
 void CleanupModel::toggleExpanded(int row) {
-  const auto place = m_sections.placeOf(row);
-  if (!place || place->item) return;
-  auto& section = m_sections.of(place->category);
+  const auto line = m_sections.lineAt(row);
+  if (!line || line->item) return;
+  auto& section = m_sections.of(line->category);
   const int count = static_cast<int>(section.shown.items.size());
   if (section.isExpanded) {
     beginRemoveRows({}, row + 1, row + count);
@@ -367,8 +367,8 @@ void CleanupModel::toggleExpanded(int row) {
 void CleanupModel::selectRange(int from, int to) {
   if (isWorking()) return;
   for (int row = std::max(0, std::min(from, to)); row <= std::min(m_rows - 1, std::max(from, to)); ++row) {
-    const auto place = m_sections.placeOf(row);
-    if (place && place->item) m_selection.set(*place->item, Selection::Whether::selected);
+    const auto line = m_sections.lineAt(row);
+    if (line && line->item) m_selection.set(*line->item, Selection::Whether::selected);
   }
   refreshChecks();
 }
@@ -458,22 +458,22 @@ void CleanupModel::takeBack(const std::vector<std::uint32_t>& back, int generati
 }
 
 QString CleanupModel::placeAt(int row) const {
-  const auto place = m_sections.placeOf(row);
-  return place && place->item ? placeText(m_items.items().item(*place->item).url()) : QString();
+  const auto line = m_sections.lineAt(row);
+  return line && line->item ? placeText(m_items.items().item(*line->item).url()) : QString();
 }
 
 void CleanupModel::openContainingFolder(int row) {
-  const auto place = m_sections.placeOf(row);
-  if (!place || !place->item) return;
-  postWork([services = services(), url = m_items.items().item(*place->item).url()](const std::stop_token&) {
+  const auto line = m_sections.lineAt(row);
+  if (!line || !line->item) return;
+  postWork([services = services(), url = m_items.items().item(*line->item).url()](const std::stop_token&) {
     if (!services.desktop.reveal(url)) qWarning("No file manager could be started.");
   });
 }
 
 void CleanupModel::keep(int row) {
-  const auto place = m_sections.placeOf(row);
-  if (!place || !place->item || isWorking()) return;
-  const auto at = *place->item;
+  const auto line = m_sections.lineAt(row);
+  if (!line || !line->item || isWorking()) return;
+  const auto at = *line->item;
   const auto& item = m_items.items().item(at);
   keepInBackground(item.url(), [this, at, bytes = item.fileSize(), generation = m_generation] {
     if (generation != m_generation) return;

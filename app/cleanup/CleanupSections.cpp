@@ -15,7 +15,7 @@ int CleanupSections::headerRow(ScanCategory category) const {
   return row;
 }
 
-std::optional<CleanupSections::Place> CleanupSections::placeOf(int row) const {
+std::optional<CleanupSections::Line> CleanupSections::lineAt(int row) const {
   if (row < 0) return std::nullopt;
   for (const auto category : allScanCategories) {
     const auto& section = of(category);
@@ -24,8 +24,8 @@ std::optional<CleanupSections::Place> CleanupSections::placeOf(int row) const {
       row -= rows;
       continue;
     }
-    if (row == 0) return Place{category, std::nullopt};
-    return Place{category, section.shown.items[static_cast<std::size_t>(row - 1)]};
+    if (row == 0) return Line{category, std::nullopt};
+    return Line{category, section.shown.items[static_cast<std::size_t>(row - 1)]};
   }
   return std::nullopt;
 }

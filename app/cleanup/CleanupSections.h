@@ -21,7 +21,7 @@ class CleanupSections {
     RowSum selected;
     bool isExpanded = true;
   };
-  struct Place {
+  struct Line {
     ScanCategory category;
     std::optional<std::uint32_t> item;  // absent for a header
   };
@@ -30,7 +30,7 @@ class CleanupSections {
   [[nodiscard]] const Section& of(ScanCategory category) const { return m_sections[indexOf(category)]; }
   [[nodiscard]] static std::size_t indexOf(ScanCategory category) { return static_cast<std::size_t>(category); }
 
-  [[nodiscard]] std::optional<Place> placeOf(int row) const;
+  [[nodiscard]] std::optional<Line> lineAt(int row) const;
   [[nodiscard]] int headerRow(ScanCategory category) const;
   // The rows that there will be once it is taken.
   [[nodiscard]] int rowsWith(const CleanupArrangement& arrangement) const;

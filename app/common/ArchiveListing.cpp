@@ -17,7 +17,7 @@ namespace orvane {
 namespace {
 
 // A few bytes can stand for a thousand times as many.
-constexpr std::chrono::seconds mostTime{2};
+constexpr std::chrono::seconds maxTime{2};
 constexpr std::size_t pieceSize = 65536;
 
 // Only what the library unpacks itself: for some others it would start a program.
@@ -73,7 +73,7 @@ struct ArchiveDeleter {
 struct Source {
   int file;
   const std::stop_token& stop;
-  std::chrono::steady_clock::time_point end = std::chrono::steady_clock::now() + mostTime;
+  std::chrono::steady_clock::time_point end = std::chrono::steady_clock::now() + maxTime;
   std::array<char, pieceSize> piece = {};
 
   [[nodiscard]] bool isOver() const { return stop.stop_requested() || std::chrono::steady_clock::now() > end; }
@@ -113,7 +113,7 @@ std::string nameOf(archive_entry* entry) {
 
 }  // namespace
 
-std::optional<ArchiveListing> listArchive(int file, std::size_t mostNames, const std::stop_token& stop) {
+std::optional<ArchiveListing> listArchive(int file, std::size_t maxNames, const std::stop_token& stop) {
   try {
     archiveLibrary();
   } catch (const std::runtime_error&) {
@@ -132,7 +132,7 @@ std::optional<ArchiveListing> listArchive(int file, std::size_t mostNames, const
     archive_entry* entry = nullptr;
     const int result = archiveLibrary().nextHeader(reader.get(), &entry);
     if (result == ARCHIVE_EOF) break;
-    listing.isCut = (result != ARCHIVE_OK && result != ARCHIVE_WARN) || listing.names.size() == mostNames;
+    listing.isCut = (result != ARCHIVE_OK && result != ARCHIVE_WARN) || listing.names.size() == maxNames;
     if (listing.isCut) break;
     listing.names.push_back(nameOf(entry));
   }

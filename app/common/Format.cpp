@@ -27,7 +27,7 @@ Date dateFromMilliseconds(double milliseconds) {
   return dateFromReferenceSeconds(milliseconds * secondsPerMillisecond - referenceDateUnixSeconds);
 }
 
-QString textFrom(const icu::UnicodeString& text) {
+QString qtText(const icu::UnicodeString& text) {
   return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
 }
 
@@ -41,7 +41,7 @@ QString dateText(MadeFormat format, double milliseconds, UDisplayContext context
   UErrorCode status = U_ZERO_ERROR;
   format->setContext(context, status);
   format->format(milliseconds, text);
-  return textFrom(text);
+  return qtText(text);
 }
 
 struct AgeUnit {
@@ -102,13 +102,13 @@ QString Format::bytes(double value) {
   if (bytes > 0 && bytes < 1000) return countedText("unit.byte", bytes);
   const auto text = formatByteCount(bytes);
   const auto space = text.rfind(' ');
-  if (space == std::string::npos) return orvane::textFrom(text);
+  if (space == std::string::npos) return textFrom(text);
   // The number and its unit stay on one line.
-  return orvane::textFrom(text.substr(0, space)) + QChar(QChar::Nbsp) + localizedText("unit." + text.substr(space + 1));
+  return textFrom(text.substr(0, space)) + QChar(QChar::Nbsp) + localizedText("unit." + text.substr(space + 1));
 }
 
 QString Format::count(double value) {
-  return orvane::textFrom(formatCount(static_cast<std::int64_t>(value)));
+  return textFrom(formatCount(static_cast<std::int64_t>(value)));
 }
 
 QString Format::counted(const QString& key, double value) {
@@ -116,7 +116,7 @@ QString Format::counted(const QString& key, double value) {
 }
 
 QString Format::dateTime(double milliseconds) {
-  return milliseconds == 0 ? QString() : orvane::textFrom(formatDateTime(dateFromMilliseconds(milliseconds)));
+  return milliseconds == 0 ? QString() : textFrom(formatDateTime(dateFromMilliseconds(milliseconds)));
 }
 
 QString Format::moment(double milliseconds, bool standsAlone) {
@@ -145,7 +145,7 @@ QString Format::dayHead(const QString& day, const QString& today) {
     UErrorCode status = U_ZERO_ERROR;
     const icu::RelativeDateTimeFormatter words(icu::Locale::getDefault(), nullptr, UDAT_STYLE_LONG, atBeginning,
                                                status);
-    return U_SUCCESS(status) ? textFrom(ageText(words, daysAgo)) : QString();
+    return U_SUCCESS(status) ? qtText(ageText(words, daysAgo)) : QString();
   }
   const auto noon = static_cast<double>(QDateTime(date, QTime(12, 0)).toMSecsSinceEpoch());
   return dateText(MadeFormat(DateFormat::createDateInstance(DateFormat::kFull)), noon, atBeginning);
@@ -165,7 +165,7 @@ QString Format::age(double milliseconds) {
     formatLocale = icu::Locale::getDefault();
     format = std::make_unique<icu::RelativeDateTimeFormatter>(formatLocale, status);
   }
-  return U_SUCCESS(status) ? textFrom(ageText(*format, calendarDaysSince(milliseconds))) : QString();
+  return U_SUCCESS(status) ? qtText(ageText(*format, calendarDaysSince(milliseconds))) : QString();
 }
 
 QString Format::percent(double fraction) {
@@ -176,7 +176,7 @@ QString Format::percent(double fraction) {
                         .precision(icu::number::Precision::integer())
                         .formatDouble(fraction, status)
                         .toString(status);
-  return textFrom(text);
+  return qtText(text);
 }
 
 }  // namespace orvane

@@ -26,13 +26,13 @@ int GroupedRows::lastRowOf(const Group& group) const {
   return group.start + (group.isExpanded ? static_cast<int>(group.rows.size()) : 0);
 }
 
-std::optional<GroupedRows::Place> GroupedRows::placeOf(int row) const {
+std::optional<GroupedRows::Line> GroupedRows::lineAt(int row) const {
   if (row < 0 || row >= m_rowCount) return std::nullopt;
   const auto after = std::ranges::upper_bound(m_groups, row, {}, &Group::start);
   const auto at = std::prev(after);
   const auto group = static_cast<std::size_t>(at - m_groups.begin());
-  if (row == at->start) return Place{group};
-  return Place{group, at->rows[static_cast<std::size_t>(row - at->start - 1)]};
+  if (row == at->start) return Line{group};
+  return Line{group, at->rows[static_cast<std::size_t>(row - at->start - 1)]};
 }
 
 std::int64_t GroupedRows::selectable() const {

@@ -22,7 +22,7 @@ class GroupedRows {
     bool isExpanded = true;
     int start = 0;  // row of its header
   };
-  struct Place {
+  struct Line {
     std::size_t group = 0;
     std::optional<std::uint32_t> row = {};  // of the proposal; absent for a header
   };
@@ -33,7 +33,7 @@ class GroupedRows {
 
   [[nodiscard]] const std::vector<Group>& groups() const noexcept { return m_groups; }
   [[nodiscard]] int rowCount() const noexcept { return m_rowCount; }
-  [[nodiscard]] std::optional<Place> placeOf(int row) const;
+  [[nodiscard]] std::optional<Line> lineAt(int row) const;
   [[nodiscard]] int lastRowOf(const Group& group) const;
   [[nodiscard]] std::int64_t selectable() const;
 

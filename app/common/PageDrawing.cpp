@@ -21,14 +21,14 @@ namespace orvane {
 namespace {
 
 // Bytes that it may write to: later versions of the library reserve many times as many addresses.
-constexpr rlim_t mostMemory = 1024UL * 1024 * 1024;
-constexpr rlim_t mostSeconds = 5;                    // of processor time
-constexpr qsizetype mostOutput = 64L * 1024 * 1024;  // bytes
-constexpr auto pageFormat = "png";                   // between the two processes
-constexpr int mostSide = 4096;                       // pixels
+constexpr rlim_t maxMemory = 1024UL * 1024 * 1024;
+constexpr rlim_t maxSeconds = 5;                    // of processor time
+constexpr qsizetype maxOutput = 64L * 1024 * 1024;  // bytes
+constexpr auto pageFormat = "png";                  // between the two processes
+constexpr int maxSide = 4096;                       // pixels
 
-void limit(__rlimit_resource resource, rlim_t most) {
-  const rlimit both{.rlim_cur = most, .rlim_max = most};
+void limit(__rlimit_resource resource, rlim_t max) {
+  const rlimit both{.rlim_cur = max, .rlim_max = max};
   ::setrlimit(resource, &both);
 }
 
@@ -41,10 +41,10 @@ QImage onPaper(const QImage& page) {
 }
 
 // All that a process writes until it ends; empty when it takes too long, writes too much or fails.
-QByteArray outputOf(QProcess& process, std::chrono::milliseconds most) {
-  const QDeadlineTimer deadline(most);
+QByteArray outputOf(QProcess& process, std::chrono::milliseconds timeLimit) {
+  const QDeadlineTimer deadline(timeLimit);
   QByteArray output;
-  while (process.state() != QProcess::NotRunning && output.size() <= mostOutput && !deadline.hasExpired()) {
+  while (process.state() != QProcess::NotRunning && output.size() <= maxOutput && !deadline.hasExpired()) {
     process.waitForReadyRead(static_cast<int>(deadline.remainingTime()));
     output += process.readAllStandardOutput();
   }
@@ -78,7 +78,7 @@ QImage PageReader::read(const FileUrl& file, QSize size) const {
                 {QString::fromUtf8(drawPageArgument.data(), static_cast<qsizetype>(drawPageArgument.size())),
                  QString::number(size.width()), QString::number(size.height())},
                 QIODevice::ReadOnly);
-  return decodedPicture(outputOf(process, most), size);
+  return decodedPicture(outputOf(process, maxTime), size);
 }
 
 bool asksForPage(std::span<const char* const> arguments) {
@@ -86,10 +86,10 @@ bool asksForPage(std::span<const char* const> arguments) {
 }
 
 int drawPage(int argc, char** argv) {
-  const QSize room(std::clamp(QByteArray(argv[2]).toInt(), 1, mostSide),
-                   std::clamp(QByteArray(argv[3]).toInt(), 1, mostSide));
-  limit(RLIMIT_DATA, mostMemory);
-  limit(RLIMIT_CPU, mostSeconds);
+  const QSize room(std::clamp(QByteArray(argv[2]).toInt(), 1, maxSide),
+                   std::clamp(QByteArray(argv[3]).toInt(), 1, maxSide));
+  limit(RLIMIT_DATA, maxMemory);
+  limit(RLIMIT_CPU, maxSeconds);
   limit(RLIMIT_CORE, 0);
   limit(RLIMIT_FSIZE, 0);
   const QCoreApplication application(argc, argv);

@@ -19,7 +19,7 @@ namespace orvane {
 // anywhere: that process gets the open file and nothing else, bounded memory and a few seconds. For worker threads.
 struct PageReader {
   std::string program;  // the path of this program
-  std::chrono::milliseconds most{4000};
+  std::chrono::milliseconds maxTime{4000};
 
   // Upright on white, at most `size`; null where there is no page to draw.
   [[nodiscard]] QImage read(const FileUrl& file, QSize size) const;

@@ -21,9 +21,9 @@
 namespace orvane {
 namespace {
 
-constexpr qint64 largestPicture = 512LL * 1024 * 1024;   // bytes
-constexpr std::size_t largestIcon = 32UL * 1024 * 1024;  // bytes
-constexpr qint64 mostPixels = 400'000'000;
+constexpr qint64 maxPictureBytes = 512LL * 1024 * 1024;   // bytes
+constexpr std::size_t maxIconBytes = 32UL * 1024 * 1024;  // bytes
+constexpr qint64 maxPixels = 400'000'000;
 
 struct FormatRow {
   qsizetype at;  // where the bytes stand that tell it
@@ -65,7 +65,7 @@ QImage decoded(QIODevice& device, QSize size, Qt::AspectRatioMode mode) {
   reader.setAutoTransform(true);
   const auto natural = reader.size();
   if (natural.isValid()) {
-    if (static_cast<qint64>(natural.width()) * natural.height() > mostPixels) return {};
+    if (static_cast<qint64>(natural.width()) * natural.height() > maxPixels) return {};
     const auto scaled = natural.scaled(size, mode);
     if (scaled.width() < natural.width()) reader.setScaledSize(scaled.expandedTo(QSize(1, 1)));
   }
@@ -107,7 +107,7 @@ QImage readPicture(const FileUrl& file, QSize size, Qt::AspectRatioMode mode) {
   FileDescriptor descriptor(open(file.path().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   struct stat status {};
   if (!descriptor || fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-  if (status.st_size > largestPicture) return {};
+  if (status.st_size > maxPictureBytes) return {};
   QFile device;
   return device.open(descriptor.get(), QIODevice::ReadOnly) ? decoded(device, size, mode) : QImage();
 }
@@ -133,7 +133,7 @@ QImage readApplicationIcon(const FileUrl& bundle, QSize size) {
   if (!file) return {};
   QByteArray bytes;
   try {
-    bytes = QByteArray::fromStdString(readFile(file->path(), largestIcon));
+    bytes = QByteArray::fromStdString(readFile(file->path(), maxIconBytes));
   } catch (const std::system_error&) {
     return {};
   }

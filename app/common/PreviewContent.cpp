@@ -21,10 +21,10 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t mostText = 64UL * 1024;  // bytes
-constexpr std::size_t mostEntries = 500;
+constexpr std::size_t maxText = 64UL * 1024;  // bytes
+constexpr std::size_t maxEntries = 500;
 // Names that are read of a folder before they are sorted.
-constexpr std::size_t mostNamesRead = 20'000;
+constexpr std::size_t maxNamesRead = 20'000;
 
 using Kind = PreviewContent::Kind;
 
@@ -34,13 +34,13 @@ void listFolder(const FileUrl& folder, PreviewContent& content) {
   if (!reader) return;
   std::vector<std::string> names;
   while (const auto entry = reader->next()) {
-    content.isCut = names.size() == mostNamesRead;
+    content.isCut = names.size() == maxNamesRead;
     if (content.isCut) break;
     names.emplace_back(entry->name);
   }
   std::ranges::sort(names);
-  content.isCut = content.isCut || names.size() > mostEntries;
-  if (names.size() > mostEntries) names.resize(mostEntries);
+  content.isCut = content.isCut || names.size() > maxEntries;
+  if (names.size() > maxEntries) names.resize(maxEntries);
   for (const auto& name : names) content.entries += shownName(name);
 }
 
@@ -55,12 +55,12 @@ std::optional<QString> decodedText(const std::string& bytes) {
   QStringDecoder decode(QStringDecoder::Utf8);
   QString text = decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
   // A whole file that ends within a character is no UTF-8.
-  if (bytes.size() < mostText) text += QString(decode(QByteArrayView("\n", 1))).chopped(1);
+  if (bytes.size() < maxText) text += QString(decode(QByteArrayView("\n", 1))).chopped(1);
   return decode.hasError() ? QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size())) : text;
 }
 
 std::string beginningOf(int file) {
-  std::string bytes(mostText, '\0');
+  std::string bytes(maxText, '\0');
   std::size_t length = 0;
   while (length < bytes.size()) {
     const auto count = readSome(file, std::span(bytes).subspan(length));
@@ -77,7 +77,7 @@ void readRegularFile(const FileUrl& item, const std::stop_token& stop, PreviewCo
     return;
   }
   const auto file = openRegularFile(item.path());
-  if (auto listing = listArchive(file.get(), mostEntries, stop)) {
+  if (auto listing = listArchive(file.get(), maxEntries, stop)) {
     content.kind = Kind::archive;
     content.isCut = listing->isCut;
     for (const auto& name : listing->names) content.entries += shownName(name);

@@ -19,7 +19,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t mostMessages = 300;
+constexpr std::size_t maxMessages = 300;
 // Of what came back under another name, those that a result names.
 constexpr qsizetype renamedNamed = 3;
 constexpr std::chrono::milliseconds lookInterval{100};
@@ -180,10 +180,10 @@ void RunModel::undo() {
   if (canUndo()) startRestore({*m_lastRun}, m_report.moved());
 }
 
-void RunModel::startRestore(RestoreWish wish, std::int64_t total) {
-  startRestore(total, [tasks = m_services.tasks, wish = std::move(wish)](const RunProgress& progress,
-                                                                         const std::stop_token& stop) {
-    return std::optional(restoreNow(tasks, wish, progress, stop));
+void RunModel::startRestore(RestoreOptions options, std::int64_t total) {
+  startRestore(total, [tasks = m_services.tasks, options = std::move(options)](const RunProgress& progress,
+                                                                               const std::stop_token& stop) {
+    return std::optional(restoreNow(tasks, options, progress, stop));
   });
 }
 
@@ -221,7 +221,7 @@ QStringList RunModel::messages() const {
   for (std::size_t at = 0; at < m_report.outcomes.size(); ++at) {
     const auto& outcome = m_report.outcomes[at];
     if (outcome.result == MoveResult::moved || outcome.result == MoveResult::cancelled) continue;
-    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
+    if (static_cast<std::size_t>(result.size()) == maxMessages) break;
     const bool isNamed = !outcome.source.path().empty();
     result += m_report.areToTrash[at] || !isNamed
                   ? failureText(outcome)
@@ -229,12 +229,12 @@ QStringList RunModel::messages() const {
                         .arg(shownName(outcome.source.lastPathComponent()), failureReason(outcome));
   }
   for (const auto& warning : m_warnings) {
-    if (static_cast<std::size_t>(result.size()) == mostMessages) break;
+    if (static_cast<std::size_t>(result.size()) == maxMessages) break;
     result += textFrom(warning);
   }
   const auto all = static_cast<std::size_t>(m_report.failed) + m_warnings.size();
-  if (all > mostMessages) {
-    const auto more = static_cast<std::int64_t>(all - mostMessages);
+  if (all > maxMessages) {
+    const auto more = static_cast<std::int64_t>(all - maxMessages);
     result += localizedText("cleanup.more_failures").arg(textFrom(formatCount(more)));
   }
   return result;

@@ -111,8 +111,8 @@ class RunModel : public QAbstractListModel {
   using Finished = std::function<void(const RunReport&)>;
   void startRun(std::int64_t total, Approve approve, Finished finished = {});
   void startRun(Approval approval, Finished finished = {});
-  // Brings back in the background what the wish names, of so many items where that is known; undone() tells the end.
-  void startRestore(RestoreWish wish, std::int64_t total = 0);
+  // Brings back in the background what the options name, of so many items where that is known; undone() tells the end.
+  void startRestore(RestoreOptions options, std::int64_t total = 0);
   // The same by `restore`, which returns nothing where it brought nothing back and there is nothing to tell.
   // `finished` is then called on the main thread, before undone().
   using Restore = std::function<std::optional<Restored>(const RunProgress& progress, const std::stop_token& stop)>;

@@ -12,7 +12,7 @@ namespace orvane {
 namespace {
 
 // Before, a speed would tell of the cache rather than of the disk.
-constexpr std::chrono::duration<double> leastElapsed{1};
+constexpr std::chrono::duration<double> minElapsed{1};
 constexpr double secondsPerMinute = 60;
 
 QString sizeText(std::int64_t bytes) {
@@ -32,7 +32,7 @@ QString RunPace::text() const {
   QStringList parts;
   if (!next.empty()) parts += shownName(next);
   if (totalBytes > 0) parts += localizedText("count.of").arg(sizeText(doneBytes), sizeText(totalBytes));
-  if (elapsed >= leastElapsed && fraction > 0 && fraction < 1) {
+  if (elapsed >= minElapsed && fraction > 0 && fraction < 1) {
     const auto speed = static_cast<double>(doneBytes) / elapsed.count();
     if (speed >= 1) parts += localizedText("run.speed").arg(Format::bytes(speed));
     parts += timeLeftText(elapsed.count() * (1 - fraction) / fraction);

@@ -75,9 +75,9 @@ class ScannedItems : public QObject {
   std::int64_t m_reviewBytes = 0;
 
   // Pieces that may be on their way at a time.
-  static constexpr int mostPending = 4;
-  using Room = std::counting_semaphore<mostPending>;
-  std::shared_ptr<Room> m_room = std::make_shared<Room>(mostPending);
+  static constexpr int maxPending = 4;
+  using Room = std::counting_semaphore<maxPending>;
+  std::shared_ptr<Room> m_room = std::make_shared<Room>(maxPending);
 };
 
 }  // namespace orvane

@@ -13,7 +13,7 @@ Rectangle {
     // The symbol alone where there is no room for the word too.
     property bool showsText: true
     // The width that it may take: dots stand for the rest of its text.
-    property real most: Infinity
+    property real maxWidth: Infinity
     readonly property bool isCut: label.truncated
 
     readonly property color ink: [Theme.safe, Theme.review, Theme.manual, Theme.accentHover][kind]
@@ -43,7 +43,7 @@ Rectangle {
             id: label
 
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, Math.max(0, root.most - 16 - (root.symbol === "" ? 0 : 16)))
+            width: Math.min(implicitWidth, Math.max(0, root.maxWidth - 16 - (root.symbol === "" ? 0 : 16)))
             visible: text !== "" && root.showsText
             elide: Text.ElideMiddle
             text: root.text

@@ -14,10 +14,10 @@ Item {
     signal acted
 
     // Lines of one length: no last word stands alone.
-    readonly property real mostWidth: Math.min(420, width - 48)
-    readonly property int lines: Math.ceil(textMetrics.advanceWidth / Math.max(1, mostWidth))
-    readonly property real evenWidth: lines < 2 ? mostWidth
-                                                : Math.min(mostWidth, textMetrics.advanceWidth / lines * 1.12 + 16)
+    readonly property real maxWidth: Math.min(420, width - 48)
+    readonly property int lines: Math.ceil(textMetrics.advanceWidth / Math.max(1, maxWidth))
+    readonly property real evenWidth: lines < 2 ? maxWidth
+                                                : Math.min(maxWidth, textMetrics.advanceWidth / lines * 1.12 + 16)
 
     // The drawing goes first where there is no room for all.
     readonly property bool showsDrawing: height >= words.implicitHeight + drawingItem.height + column.spacing + 16
@@ -35,7 +35,7 @@ Item {
         id: column
 
         anchors.centerIn: parent
-        width: root.mostWidth
+        width: root.maxWidth
         spacing: 8
 
         Drawing {

@@ -20,10 +20,10 @@ Item {
             return;
         const top = focused.mapToItem(area.contentItem, 0, 0).y - 12;
         const bottom = top + focused.height + 24;
-        const most = Math.max(0, area.contentHeight - area.height);
+        const maxY = Math.max(0, area.contentHeight - area.height);
         if (top < area.contentY)
             area.contentY = Math.max(0, top);
         else if (bottom > area.contentY + area.height)
-            area.contentY = Math.min(most, bottom - area.height);
+            area.contentY = Math.min(maxY, bottom - area.height);
     }
 }

@@ -26,7 +26,7 @@ Card {
     // The figures take a line of their own where the bar had no room beside them.
     readonly property bool isTight: width < 700
     // Never nothing: the layout is made before the strip has its width.
-    readonly property real mostText: Math.max(160, width * 0.35)
+    readonly property real maxText: Math.max(160, width * 0.35)
 
     padding: 12
     implicitHeight: layout.implicitHeight + 2 * padding
@@ -54,7 +54,7 @@ Card {
 
             HeadingText {
                 Layout.fillWidth: root.isResult
-                Layout.maximumWidth: root.isResult ? Math.max(root.mostText, root.width) : root.mostText
+                Layout.maximumWidth: root.isResult ? Math.max(root.maxText, root.width) : root.maxText
                 text: root.isResult ? root.result : root.title
                 wrapMode: root.isResult ? Text.Wrap : Text.NoWrap
             }
@@ -68,7 +68,7 @@ Card {
             CaptionText {
                 // Before there are figures too: they would stand in the corner until the layout has a place for them.
                 visible: !root.isResult && !root.isTight
-                Layout.maximumWidth: root.mostText
+                Layout.maximumWidth: root.maxText
                 text: root.figures
                 font.pixelSize: 13
             }

@@ -8,9 +8,9 @@ Rectangle {
 
     property string text: ""
     property string label: ""
-    property int mostHeight: 320
+    property int maxHeight: 320
 
-    implicitHeight: Math.min(mostHeight, area.contentHeight + 24)
+    implicitHeight: Math.min(maxHeight, area.contentHeight + 24)
     radius: Theme.controlRadius
     color: Theme.background
     border.color: area.activeFocus ? Theme.accent : Theme.line

@@ -72,8 +72,8 @@ QtObject {
     }
 
     // The first texts of a list, a line each, and dots where there are more.
-    function firstLines(texts: var, most: int): string {
-        return texts.slice(0, most).join("\n") + (texts.length > most ? "\n…" : "");
+    function firstLines(texts: var, maxLines: int): string {
+        return texts.slice(0, maxLines).join("\n") + (texts.length > maxLines ? "\n…" : "");
     }
 
     // The word and its description for a risk: 0 safe, 1 review, 2 manual.

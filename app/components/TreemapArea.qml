@@ -23,8 +23,8 @@ T.AbstractButton {
     readonly property var parts: {
         if (!showsParts)
             return [];
-        const least = (area?.bytes ?? 0) * 0.02;
-        return Layout.boxes(folders.map(child => Math.max(child.bytes, least)), width - 2 * partsMargin + partsGap,
+        const minBytes = (area?.bytes ?? 0) * 0.02;
+        return Layout.boxes(folders.map(child => Math.max(child.bytes, minBytes)), width - 2 * partsMargin + partsGap,
                             height - partsTop - partsMargin + partsGap);
     }
     readonly property int partsMargin: 6

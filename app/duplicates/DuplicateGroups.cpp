@@ -64,19 +64,19 @@ void DuplicateGroups::layOut() {
   }
 }
 
-std::optional<DuplicateGroups::Place> DuplicateGroups::placeOf(int row) const {
+std::optional<DuplicateGroups::Line> DuplicateGroups::lineAt(int row) const {
   if (row < 0 || row >= m_rows) return {};
   const auto after = std::ranges::upper_bound(m_groups, row, {}, &Group::start);
   const auto at = std::prev(after);
   const auto group = static_cast<std::size_t>(at - m_groups.begin());
-  if (row == at->start) return Place{group, std::nullopt};
-  return Place{group, at->copies[static_cast<std::size_t>(row - at->start - 1)]};
+  if (row == at->start) return Line{group, std::nullopt};
+  return Line{group, at->copies[static_cast<std::size_t>(row - at->start - 1)]};
 }
 
 std::optional<std::uint32_t> DuplicateGroups::copyAt(int row) const {
-  const auto place = placeOf(row);
-  if (!place) return {};
-  return place->copy.value_or(m_groups[place->group].copies.front());
+  const auto line = lineAt(row);
+  if (!line) return {};
+  return line->copy.value_or(m_groups[line->group].copies.front());
 }
 
 Selection DuplicateGroups::shown(const Selection& selection) const {

@@ -23,7 +23,7 @@ class DuplicateGroups {
     bool isShown = true;  // the search finds it
     int start = 0;        // its row
   };
-  struct Place {
+  struct Line {
     std::size_t group;
     std::optional<std::uint32_t> copy;  // absent for a header
   };
@@ -39,7 +39,7 @@ class DuplicateGroups {
   [[nodiscard]] const std::string& searchText() const noexcept { return m_searchText; }
   void setExpanded(std::size_t group, bool isExpanded);
 
-  [[nodiscard]] std::optional<Place> placeOf(int row) const;
+  [[nodiscard]] std::optional<Line> lineAt(int row) const;
   [[nodiscard]] const Group& group(std::size_t at) const { return m_groups[at]; }
   // The copy of a row, or the first one below a header.
   [[nodiscard]] std::optional<std::uint32_t> copyAt(int row) const;

@@ -239,10 +239,10 @@ QHash<int, QByteArray> DuplicatesModel::roleNames() const {
 
 QVariant DuplicatesModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto place = m_groups.placeOf(index.row());
-  if (!place) return {};
-  if (role == KindRole) return place->copy ? Copy : Header;
-  return place->copy ? copyData(*place->copy, role) : groupData(m_groups.group(place->group), role);
+  const auto line = m_groups.lineAt(index.row());
+  if (!line) return {};
+  if (role == KindRole) return line->copy ? Copy : Header;
+  return line->copy ? copyData(*line->copy, role) : groupData(m_groups.group(line->group), role);
 }
 
 QVariant DuplicatesModel::groupData(const Group& group, int role) const {
@@ -316,17 +316,17 @@ QVariant DuplicatesModel::copyData(std::uint32_t copy, int role) const {
 }
 
 void DuplicatesModel::toggleExpanded(int row) {
-  const auto place = m_groups.placeOf(row);
-  if (!place || place->copy) return;
-  const auto& group = m_groups.group(place->group);
+  const auto line = m_groups.lineAt(row);
+  if (!line || line->copy) return;
+  const auto& group = m_groups.group(line->group);
   const int count = static_cast<int>(group.copies.size());
   if (group.isExpanded) {
     beginRemoveRows({}, row + 1, row + count);
-    m_groups.setExpanded(place->group, false);
+    m_groups.setExpanded(line->group, false);
     endRemoveRows();
   } else {
     beginInsertRows({}, row + 1, row + count);
-    m_groups.setExpanded(place->group, true);
+    m_groups.setExpanded(line->group, true);
     endInsertRows();
   }
   Q_EMIT dataChanged(index(row), index(row), {ExpandedRole});
@@ -356,12 +356,12 @@ std::string_view DuplicatesModel::lockKey(std::uint32_t copy) const {
 }
 
 void DuplicatesModel::toggle(int row) {
-  const auto place = m_groups.placeOf(row);
-  if (!place || !place->copy || isWorking()) return;
-  const auto copy = *place->copy;
+  const auto line = m_groups.lineAt(row);
+  if (!line || !line->copy || isWorking()) return;
+  const auto copy = *line->copy;
   if (!m_selection.isSelectable(copy)) return setRefusal(lockKey(copy));
   const bool didChange = setCopySelected(m_proposal, copy, !m_selection.isSelected(copy), m_selection);
-  const auto& group = m_groups.group(place->group);
+  const auto& group = m_groups.group(line->group);
   Q_EMIT dataChanged(index(group.start), index(group.start + static_cast<int>(group.copies.size())));
   Q_EMIT selectionChanged();
   setRefusal(didChange ? "" : "duplicates.keep_one");
@@ -374,9 +374,9 @@ QString DuplicatesModel::placeAt(int row) const {
 
 QVariantList DuplicatesModel::copiesAt(int row) const {
   QVariantList result;
-  const auto place = m_groups.placeOf(row);
-  if (!place) return result;
-  for (const auto copy : m_groups.group(place->group).copies) {
+  const auto line = m_groups.lineAt(row);
+  if (!line) return result;
+  for (const auto copy : m_groups.group(line->group).copies) {
     const auto& copied = item(copy);
     const bool canShow = isPictureName(copied.url()) || isPageName(copied.url());
     result.append(QVariantMap{{"name", shownName(copied.url().lastPathComponent())},
@@ -398,9 +398,9 @@ void DuplicatesModel::openContainingFolder(int row) {
 }
 
 void DuplicatesModel::keep(int row) {
-  const auto place = m_groups.placeOf(row);
-  if (!place || !place->copy || isWorking()) return;
-  keepInBackground(item(*place->copy).url(), [this, copy = *place->copy, generation = m_generation] {
+  const auto line = m_groups.lineAt(row);
+  if (!line || !line->copy || isWorking()) return;
+  keepInBackground(item(*line->copy).url(), [this, copy = *line->copy, generation = m_generation] {
     if (generation != m_generation) return;
     beginResetModel();
     m_selection.setThere(copy, false);

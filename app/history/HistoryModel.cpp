@@ -126,11 +126,11 @@ QHash<int, QByteArray> HistoryModel::roleNames() const {
 
 QVariant HistoryModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto place = m_rows->placeOf(index.row());
-  if (role == KindRole) return place.isRun() ? Run : place.isFoot ? Foot : Entry;
-  if (role == DayRole) return dayOf(place.run->run);
+  const auto line = m_rows->lineAt(index.row());
+  if (role == KindRole) return line.isRun() ? Run : line.isFoot ? Foot : Entry;
+  if (role == DayRole) return dayOf(line.run->run);
   if (role == IsLastRole) return m_rows->isLastOfRun(index.row());
-  return place.item != nullptr ? itemData(*place.item, role) : runData(*place.run, role);
+  return line.item != nullptr ? itemData(*line.item, role) : runData(*line.run, role);
 }
 
 void HistoryModel::languageChanged() {
@@ -252,9 +252,9 @@ QStringList HistoryModel::kindKeys() {
 }
 
 void HistoryModel::toggleExpanded(int row) {
-  const auto place = m_rows->placeOf(row);
-  if (!place.isRun()) return;
-  const auto& id = place.run->run.summary.runId;
+  const auto line = m_rows->lineAt(row);
+  if (!line.isRun()) return;
+  const auto& id = line.run->run.summary.runId;
   auto& chosen = m_query.searchText.empty() ? m_query.unfolded : m_query.folded;
   if (chosen.erase(id) == 0) chosen.insert(id);
   rebuild();
@@ -263,7 +263,7 @@ void HistoryModel::toggleExpanded(int row) {
 // --- choosing
 
 void HistoryModel::toggleChosen(int row) {
-  if (const auto* item = m_rows->placeOf(row).item; item != nullptr) choose(row, m_leftOut.contains(item->entry.id));
+  if (const auto* item = m_rows->lineAt(row).item; item != nullptr) choose(row, m_leftOut.contains(item->entry.id));
 }
 
 void HistoryModel::chooseRange(int from, int to) {
@@ -271,14 +271,14 @@ void HistoryModel::chooseRange(int from, int to) {
 }
 
 void HistoryModel::choose(int row, bool isChosen) {
-  const auto place = m_rows->placeOf(row);
-  if (place.item == nullptr || !place.item->canComeBack()) return;
-  const auto& id = place.item->entry.id;
+  const auto line = m_rows->lineAt(row);
+  if (line.item == nullptr || !line.item->canComeBack()) return;
+  const auto& id = line.item->entry.id;
   const bool isChanged = isChosen ? m_leftOut.erase(id) > 0 : m_leftOut.insert(id).second;
   if (!isChanged) return;
   m_rows->countChoice(row, isChosen);
   Q_EMIT dataChanged(index(row), index(row), {ChosenRole});
-  for (const int counting : {place.run->start, place.run->start + static_cast<int>(place.run->items.size()) + 1}) {
+  for (const int counting : {line.run->start, line.run->start + static_cast<int>(line.run->items.size()) + 1}) {
     Q_EMIT dataChanged(index(counting), index(counting), {ChosenCountRole});
   }
 }
@@ -286,46 +286,46 @@ void HistoryModel::choose(int row, bool isChosen) {
 // --- restoring
 
 void HistoryModel::restoreRun(int row) {
-  if (const auto place = m_rows->placeOf(row); place.isRun()) {
-    restore(textFrom(place.run->run.summary.runId.toString()));
+  if (const auto line = m_rows->lineAt(row); line.isRun()) {
+    restore(textFrom(line.run->run.summary.runId.toString()));
   }
 }
 
 void HistoryModel::restoreEntry(int row) {
-  const auto place = m_rows->placeOf(row);
-  if (place.item != nullptr) askOrRestore({place.run->run.summary.runId, {place.item->entry.id}});
+  const auto line = m_rows->lineAt(row);
+  if (line.item != nullptr) askOrRestore({line.run->run.summary.runId, {line.item->entry.id}});
 }
 
 void HistoryModel::restoreChosen(int row) {
-  const auto* run = m_rows->placeOf(row).run;
+  const auto* run = m_rows->lineAt(row).run;
   if (run == nullptr || run->chosen == 0) return;
-  RestoreWish wish{run->run.summary.runId};
+  RestoreOptions options{run->run.summary.runId};
   for (const auto& item : run->items) {
-    if (item.canComeBack() && !m_leftOut.contains(item.entry.id)) wish.entries.push_back(item.entry.id);
+    if (item.canComeBack() && !m_leftOut.contains(item.entry.id)) options.entries.push_back(item.entry.id);
   }
-  askOrRestore(std::move(wish));
+  askOrRestore(std::move(options));
 }
 
 void HistoryModel::restore(const QString& runId) {
   if (const auto id = Uuid::parse(runId.toStdString())) askOrRestore({*id});
 }
 
-void HistoryModel::askOrRestore(RestoreWish wish) {
+void HistoryModel::askOrRestore(RestoreOptions options) {
   const auto question = std::make_shared<std::optional<Question>>();
   startRestore(
       0,
-      [tasks = services().tasks, wish = std::move(wish), question](
+      [tasks = services().tasks, options = std::move(options), question](
           const RunProgress& progress, const std::stop_token& stop) -> std::optional<Restored> {
         try {
-          auto restore = proposeRestore(tasks, wish).approve();
+          auto restore = proposeRestore(tasks, options).approve();
           if (auto room = proposeMakingRoom(tasks, restore).approve(); !room.empty()) {
-            question->emplace(Question{wish, std::move(restore), std::move(room)});
+            question->emplace(Question{options, std::move(restore), std::move(room)});
             return std::nullopt;
           }
         } catch (const UndoError&) {
           // The restore itself says so.
         }
-        return restoreNow(tasks, wish, progress, stop);
+        return restoreNow(tasks, options, progress, stop);
       },
       [this, question] {
         if (!*question) return;
@@ -345,7 +345,7 @@ void HistoryModel::swapPlaces() {
 void HistoryModel::restoreBeside() {
   if (!m_question || isWorking()) return;
   const auto question = *std::exchange(m_question, std::nullopt);
-  startRestore(question.wish, static_cast<std::int64_t>(question.restore.rows().size()));
+  startRestore(question.options, static_cast<std::int64_t>(question.restore.rows().size()));
 }
 
 QStringList HistoryModel::takenPlaces() const {
@@ -376,14 +376,14 @@ void HistoryModel::clearResult() {
 }
 
 QString HistoryModel::placeAt(int row) const {
-  const auto* item = m_rows->placeOf(row).item;
+  const auto* item = m_rows->lineAt(row).item;
   return item == nullptr ? QString() : placeText(presentPlace(item->entry));
 }
 
 void HistoryModel::openContainingFolder(int row) {
-  const auto place = m_rows->placeOf(row);
-  const auto* item = place.item;
-  if (place.isFoot) item = &*std::ranges::find_if(place.run->items, &RecordedItem::canComeBack);
+  const auto line = m_rows->lineAt(row);
+  const auto* item = line.item;
+  if (line.isFoot) item = &*std::ranges::find_if(line.run->items, &RecordedItem::canComeBack);
   if (item == nullptr) return;
   postWork([this, present = presentPlace(item->entry)](const std::stop_token&) {
     if (!services().desktop.reveal(present)) qWarning("No file manager could be started.");

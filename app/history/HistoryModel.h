@@ -128,14 +128,14 @@ class HistoryModel : public orvane::RunModel {
  private:
   // A restore that waits for an answer.
   struct Question {
-    RestoreWish wish;
+    RestoreOptions options;
     Approval restore;
     Approval room;
   };
   [[nodiscard]] static QVariant runData(const HistoryRows::Run& run, int role);
   [[nodiscard]] QVariant itemData(const RecordedItem& item, int role) const;
   void choose(int row, bool isChosen);
-  void askOrRestore(RestoreWish wish);
+  void askOrRestore(RestoreOptions options);
   void rebuild();
   void show(std::shared_ptr<HistoryRows> rows);
 

@@ -64,7 +64,7 @@ const HistoryRows::Run& HistoryRows::runAt(int row) const {
   return *std::prev(std::ranges::upper_bound(m_runs, row, {}, &Run::start));
 }
 
-HistoryRows::Place HistoryRows::placeOf(int row) const {
+HistoryRows::Line HistoryRows::lineAt(int row) const {
   if (row < 0 || row >= m_count) return {};
   const auto& run = runAt(row);
   if (row == run.start) return {&run};

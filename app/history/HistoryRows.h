@@ -38,7 +38,7 @@ class HistoryRows {
     [[nodiscard]] bool hasFoot() const noexcept { return restorable > 0; }
   };
   // A run, one of its items, or its foot.
-  struct Place {
+  struct Line {
     const Run* run = nullptr;
     const RecordedItem* item = nullptr;
     bool isFoot = false;
@@ -54,7 +54,7 @@ class HistoryRows {
   [[nodiscard]] int count() const noexcept { return m_count; }
   [[nodiscard]] const std::vector<Run>& runs() const noexcept { return m_runs; }
   // Of no run for a row that is not there.
-  [[nodiscard]] Place placeOf(int row) const;
+  [[nodiscard]] Line lineAt(int row) const;
   [[nodiscard]] bool isLastOfRun(int row) const;
 
   // Counts anew what is chosen.

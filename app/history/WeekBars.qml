@@ -9,7 +9,7 @@ Item {
 
     property var weeks: []
 
-    readonly property double most: Math.max(1, ...weeks.map(week => week.bytes))
+    readonly property double maxBytes: Math.max(1, ...weeks.map(week => week.bytes))
     readonly property var words: weeks.filter(week => week.bytes > 0).map(week => inWords(week)).reverse()
     readonly property real step: width / Math.max(1, weeks.length)
 
@@ -38,7 +38,7 @@ Item {
                 width: Math.max(3, Math.round(column.width * 0.66))
                 // A week without a move keeps its place.
                 height: column.modelData.bytes > 0 ? Math.max(4, Math.round(root.height * column.modelData.bytes
-                                                                            / root.most)) : 2
+                                                                            / root.maxBytes)) : 2
                 radius: Math.min(3, height / 2)
                 color: column.modelData.bytes <= 0 ? Theme.line
                                                    : column.index === root.weeks.length - 1

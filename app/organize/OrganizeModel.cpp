@@ -133,14 +133,14 @@ void OrganizeModel::analyze() {
   m_searchStop = {};
   forgetResult();
   Q_EMIT searchChanged();
-  const OrganizeWish wish{
+  const OrganizeOptions options{
       .folder = *m_folder,
       .destination = m_destination,
       .subfolders = m_includeSubfolders ? Subfolders::include : Subfolders::keepWhole,
       .strategy = m_strategy,
       .topics = m_useTopics && topicsAvailable() ? TopicUse::whenAvailable : TopicUse::never,
   };
-  m_searchQueue.post([this, wish, looked = startLooking(), stop = m_searchStop.get_token()](const std::stop_token&) {
+  m_searchQueue.post([this, options, looked = startLooking(), stop = m_searchStop.get_token()](const std::stop_token&) {
     TaskMonitor monitor{.stop = stop, .looked = looked.get()};
     monitor.namingTopics = [this] {
       callOn(this, [this] {
@@ -149,7 +149,7 @@ void OrganizeModel::analyze() {
       });
     };
     const auto proposal =
-        tried([&] { return proposeOrganize(services().tasks, wish, ReferenceClock::now(), monitor); });
+        tried([&] { return proposeOrganize(services().tasks, options, ReferenceClock::now(), monitor); });
     callOn(this, [this, proposal] {
       m_isSearching = false;
       m_isNamingTopics = false;
@@ -213,7 +213,7 @@ int OrganizeModel::checkStateOf(const Shown& shown) const {
 
 // --- rows
 
-OrganizeModel::Place OrganizeModel::placeOf(int row) const {
+OrganizeModel::Line OrganizeModel::lineAt(int row) const {
   if (row < 0 || row >= m_rows) return {};
   const auto after = std::upper_bound(m_groups.begin(), m_groups.end(), row,
                                       [](int value, const Shown& shown) { return value < shown.start; });
@@ -245,9 +245,9 @@ QHash<int, QByteArray> OrganizeModel::roleNames() const {
 
 QVariant OrganizeModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto place = placeOf(index.row());
-  if (role == KindRole) return place.row ? Move : Header;
-  return place.row ? rowData(*place.row, role) : groupData(*place.group, role);
+  const auto line = lineAt(index.row());
+  if (role == KindRole) return line.row ? Move : Header;
+  return line.row ? rowData(*line.row, role) : groupData(*line.group, role);
 }
 
 QVariant OrganizeModel::groupData(std::size_t group, int role) const {
@@ -315,9 +315,9 @@ QVariant OrganizeModel::rowData(std::size_t index, int role) const {
 }
 
 void OrganizeModel::toggleExpanded(int row) {
-  const auto place = placeOf(row);
-  if (!place.group || place.row) return;
-  auto& shown = m_groups[*place.group];
+  const auto line = lineAt(row);
+  if (!line.group || line.row) return;
+  auto& shown = m_groups[*line.group];
   const int count = static_cast<int>(shown.rows.count);
   if (shown.isExpanded) {
     beginRemoveRows({}, row + 1, row + count);
@@ -341,11 +341,11 @@ void OrganizeModel::groupChanged(const Shown& shown, const QList<int>& roles) {
 }
 
 void OrganizeModel::toggle(int row) {
-  const auto place = placeOf(row);
-  if (!place.group || isWorking()) return;
-  const auto& shown = m_groups[*place.group];
-  const bool isSelected = place.row ? !m_selection.isSelected(*place.row) : checkStateOf(shown) != Qt::Checked;
-  const auto rows = place.row ? GroupRows{*place.row, 1} : shown.rows;
+  const auto line = lineAt(row);
+  if (!line.group || isWorking()) return;
+  const auto& shown = m_groups[*line.group];
+  const bool isSelected = line.row ? !m_selection.isSelected(*line.row) : checkStateOf(shown) != Qt::Checked;
+  const auto rows = line.row ? GroupRows{*line.row, 1} : shown.rows;
   for (auto at = rows.first; at < rows.first + rows.count; ++at) {
     m_selection.set(at, isSelected ? Selection::Whether::selected : Selection::Whether::unselected);
   }
@@ -367,9 +367,9 @@ void OrganizeModel::selectAll(bool isSelected) {
 }
 
 void OrganizeModel::renameGroup(int row, const QString& name) {
-  const auto place = placeOf(row);
-  if (!place.group || place.row || isWorking()) return;
-  const auto group = *place.group;
+  const auto line = lineAt(row);
+  if (!line.group || line.row || isWorking()) return;
+  const auto group = *line.group;
   const auto renamed = orvane::renameGroup(services().tasks, m_proposal, m_selection, group, name.toStdString());
   if (!renamed || renamed->groups()[group].name == m_proposal.groups()[group].name) return;
   const auto before = std::exchange(m_selection, renamed->selection());
@@ -419,9 +419,9 @@ void OrganizeModel::forgetLearned() {
 }
 
 void OrganizeModel::keep(int row) {
-  const auto place = placeOf(row);
-  if (!place.row || isWorking()) return;
-  keepInBackground(m_proposal.row(*place.row).item.url(), [this, at = *place.row, generation = m_generation] {
+  const auto line = lineAt(row);
+  if (!line.row || isWorking()) return;
+  keepInBackground(m_proposal.row(*line.row).item.url(), [this, at = *line.row, generation = m_generation] {
     if (generation != m_generation) return;
     m_selection.setThere(at, false);
     recount();
@@ -431,8 +431,8 @@ void OrganizeModel::keep(int row) {
 }
 
 QString OrganizeModel::placeAt(int row) const {
-  const auto place = placeOf(row);
-  return place.row ? placeText(m_proposal.row(*place.row).item.url()) : QString();
+  const auto line = lineAt(row);
+  return line.row ? placeText(m_proposal.row(*line.row).item.url()) : QString();
 }
 
 // --- carrying out

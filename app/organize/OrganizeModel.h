@@ -135,12 +135,12 @@ class OrganizeModel : public orvane::RunModel {
     bool isExpanded = true;
     int start = 0;  // its row
   };
-  struct Place {
+  struct Line {
     std::optional<std::size_t> group;
     std::optional<std::size_t> row;  // of the proposal
   };
 
-  [[nodiscard]] Place placeOf(int row) const;
+  [[nodiscard]] Line lineAt(int row) const;
   [[nodiscard]] FileUrl destinationRoot() const;
   [[nodiscard]] QVariant groupData(std::size_t group, int role) const;
   [[nodiscard]] QVariant rowData(std::size_t index, int role) const;

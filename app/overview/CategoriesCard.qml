@@ -1,18 +1,18 @@
 import QtQuick
 import Orvane
 
-// The largest categories of the last scan as bars.
+// The maxBytes categories of the last scan as bars.
 Card {
     id: root
 
-    // As OverviewModel has them, largest first.
+    // As OverviewModel has them, maxBytes first.
     property var areas: []
     // The height that is there for it: as many bars as fit.
     property real room: 1000
 
-    readonly property int mostBars: Math.min(8, Math.floor((room - 56) / 40))
-    readonly property var shown: (areas ?? []).slice(0, Math.max(0, mostBars))
-    readonly property double largest: Math.max(1, shown[0]?.bytes ?? 0)
+    readonly property int maxBars: Math.min(8, Math.floor((room - 56) / 40))
+    readonly property var shown: (areas ?? []).slice(0, Math.max(0, maxBars))
+    readonly property double maxBytes: Math.max(1, shown[0]?.bytes ?? 0)
 
     padding: 18
     implicitHeight: bars.y + bars.implicitHeight + 2 * padding - 2
@@ -33,7 +33,7 @@ Card {
         width: parent.width
         entries: root.shown.map(area => ({
             label: qsTr(area.titleKey),
-            value: area.bytes / root.largest,
+            value: area.bytes / root.maxBytes,
             figure: Texts.bytes(area.bytes),
             colorIndex: area.colorIndex
         }))

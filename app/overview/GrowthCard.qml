@@ -94,10 +94,10 @@ Card {
                     const sizes = root.points.map(point => point.bytes);
                     const first = dates[0];
                     const span = Math.max(1, dates[dates.length - 1] - first);
-                    const least = Math.min(...sizes);
-                    const range = Math.max(1, Math.max(...sizes) - least);
+                    const minBytes = Math.min(...sizes);
+                    const range = Math.max(1, Math.max(...sizes) - minBytes);
                     return root.points.map(point => Qt.point((point.date - first) / span * width,
-                                                             4 + (1 - (point.bytes - least) / range) * (height - 10)));
+                                                             4 + (1 - (point.bytes - minBytes) / range) * (height - 10)));
                 }
 
                 anchors.fill: parent

@@ -9,8 +9,8 @@ namespace {
 using Index = StorageMap::Index;
 
 // More could not be told apart in the picture.
-constexpr std::size_t mostAreas = 16;
-constexpr std::size_t mostParts = 7;
+constexpr std::size_t maxAreas = 16;
+constexpr std::size_t maxParts = 7;
 
 std::int64_t bytesOf(const MapSum& sum, MapMeasure measure) noexcept {
   return measure == MapMeasure::disk ? sum.diskBytes : sum.logicalBytes;
@@ -22,14 +22,14 @@ class Picture {
           const MapFilter& filter, MapMeasure measure)
       : m_map(map), m_growth(growth), m_totals(totals), m_filter(filter), m_measure(measure) {}
 
-  [[nodiscard]] std::vector<MapArea> areas(Index index, std::size_t most) const {
+  [[nodiscard]] std::vector<MapArea> areas(Index index, std::size_t maxShown) const {
     std::vector<MapArea> areas;
     addFolders(index, areas);
     addFiles(index, areas);
     const auto isLarger = [](const MapArea& one, const MapArea& other) {
       return one.bytes != other.bytes ? one.bytes > other.bytes : one.name < other.name;
     };
-    const auto shown = std::min(most, areas.size());
+    const auto shown = std::min(maxShown, areas.size());
     std::partial_sort(areas.begin(), areas.begin() + static_cast<std::ptrdiff_t>(shown), areas.end(), isLarger);
     areas.resize(shown);
     for (auto& area : areas) {
@@ -80,9 +80,9 @@ class Picture {
 std::vector<MapArea> mapAreas(const StorageMap& map, const std::optional<MapGrowth>& growth, StorageMap::Index folder,
                               const std::vector<MapSum>& totals, const MapFilter& filter, MapMeasure measure) {
   const Picture picture(map, growth, totals, filter, measure);
-  auto areas = picture.areas(folder, mostAreas);
+  auto areas = picture.areas(folder, maxAreas);
   for (auto& area : areas) {
-    if (area.kind == MapArea::Kind::folder) area.parts = picture.areas(area.folder, mostParts);
+    if (area.kind == MapArea::Kind::folder) area.parts = picture.areas(area.folder, maxParts);
   }
   return areas;
 }

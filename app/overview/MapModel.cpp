@@ -25,11 +25,11 @@ namespace {
 
 using Index = StorageMap::Index;
 
-constexpr int colorCount = 10;
+constexpr int areaColorCount = 10;
 // The map tells the growth of a week.
 constexpr std::chrono::days growthTime{7};
 // Of the folders that explain the growth, so many are named.
-constexpr std::size_t mostNamed = 3;
+constexpr std::size_t maxNamed = 3;
 // A kind with less of it than this part explains nothing.
 constexpr std::int64_t triflePart = 20;
 
@@ -84,7 +84,7 @@ QVariantMap mapFrom(const MapArea& area, int color) {
 }  // namespace
 
 MapModel::MapModel(WindowServices services, Collaborators collaborators, QObject* parent)
-    : QObject(parent), m_services(std::move(services)), m_with(collaborators) {
+    : QObject(parent), m_services(std::move(services)), m_collaborators(collaborators) {
   reloadChoice();
 }
 
@@ -98,7 +98,7 @@ void MapModel::start(const QString& pathOrUrl) {
   auto folder = m_map && m_fileName.isEmpty() ? FileUrl(m_map->map.rootPath()) : m_services.tasks.home;
   if (const auto chosen = placeFrom(pathOrUrl)) folder = *chosen;
   begin(folder, {}, [this, folder](const TaskMonitor& monitor) {
-    return mapFolder(m_with.maps, folder, MapDetail::someFiles, ReferenceClock::now() - growthTime, monitor);
+    return mapFolder(m_collaborators.maps, folder, MapDetail::someFiles, ReferenceClock::now() - growthTime, monitor);
   });
 }
 
@@ -107,7 +107,7 @@ void MapModel::openFile(const QString& pathOrUrl) {
   if (!file) return;
   begin(*file, shownPath(file->path(), m_services.tasks.home), [this, file](const TaskMonitor& monitor) {
     const auto opened = openRegularFile(file->path());
-    auto map = importMap(m_with.maps, [&](std::span<char> place) {
+    auto map = importMap(m_collaborators.maps, [&](std::span<char> place) {
       return monitor.stop.stop_requested() ? 0 : readSome(opened.get(), place);
     });
     return FolderMap{.map = std::move(map), .taken = ReferenceClock::now()};
@@ -147,7 +147,7 @@ void MapModel::begin(const FileUrl& place, const QString& fileName, Work work) {
     } catch (const JsonError& error) {
       if (!stop.stop_requested()) fail(error.what());
     }
-    for (const auto& notice : m_with.maps.snapshots.takeNotices()) qWarning("%s", notice.c_str());
+    for (const auto& notice : m_collaborators.maps.snapshots.takeNotices()) qWarning("%s", notice.c_str());
     callOn(this, [this, result, fileName, problem] { finish(result, fileName, problem); });
   });
 }
@@ -181,7 +181,7 @@ void MapModel::show(Index folder) {
   for (const auto& area : mapAreas(m_map->map, m_map->growth, folder, m_totals, m_filter, m_measure)) {
     // Grey, as what has no name of its own.
     const bool isRest = area.kind == MapArea::Kind::rest;
-    m_areas.append(mapFrom(area, isRest ? colorCount - 2 : color++ % colorCount));
+    m_areas.append(mapFrom(area, isRest ? areaColorCount - 2 : color++ % areaColorCount));
   }
   Q_EMIT viewChanged();
 }
@@ -306,7 +306,7 @@ QVariantList MapModel::grownFolders() const {
   QVariantList list;
   if (!hasGrowth()) return list;
   for (const auto& grown : m_map->growth->folders) {
-    if (static_cast<std::size_t>(list.size()) == mostNamed) break;
+    if (static_cast<std::size_t>(list.size()) == maxNamed) break;
     list.append(named(grown.folder, grown.bytes));
   }
   return list;
@@ -315,7 +315,7 @@ QVariantList MapModel::grownFolders() const {
 QVariantList MapModel::freeingMost() const {
   QVariantList list;
   if (!m_map) return list;
-  for (const auto& [folder, bytes] : m_map->map.mostReclaimable(mostNamed)) list.append(named(folder, bytes));
+  for (const auto& [folder, bytes] : m_map->map.mostReclaimable(maxNamed)) list.append(named(folder, bytes));
   return list;
 }
 
@@ -324,7 +324,7 @@ QVariantList MapModel::grownKinds() const {
   if (!hasGrowth()) return list;
   for (const auto& grown : m_map->growth->kinds) {
     const bool isTrifle = grown.bytes <= 0 || grown.bytes < m_map->growth->bytes / triflePart;
-    if (isTrifle || static_cast<std::size_t>(list.size()) == mostNamed) break;
+    if (isTrifle || static_cast<std::size_t>(list.size()) == maxNamed) break;
     list.append(QVariantMap{{"nameKey", keyOf("map.kind", mapKinds[grown.kind].rawValue)},
                             {"bytes", static_cast<double>(grown.bytes)}});
   }
@@ -351,7 +351,7 @@ int MapModel::daysUntilFullShown() const {
 
 // --- from the map elsewhere
 
-std::optional<FileUrl> MapModel::placeOf(int folder) const {
+std::optional<FileUrl> MapModel::urlOf(int folder) const {
   // An item at a path here is not the one that another machine has there.
   if (!m_map || !m_fileName.isEmpty() || folder < 0 || static_cast<std::size_t>(folder) >= m_map->map.folderCount())
     return std::nullopt;
@@ -359,40 +359,40 @@ std::optional<FileUrl> MapModel::placeOf(int folder) const {
 }
 
 void MapModel::openFolder(int folder) {
-  const auto place = placeOf(folder);
-  if (!place) return;
-  m_choiceQueue.post([this, url = place->absoluteString()](const std::stop_token&) {
+  const auto url = urlOf(folder);
+  if (!url) return;
+  m_choiceQueue.post([this, url = url->absoluteString()](const std::stop_token&) {
     if (!m_services.desktop.openUrl(url)) qWarning("No file manager could be started.");
   });
 }
 
 void MapModel::organizeFolder(int folder) {
-  const auto place = placeOf(folder);
-  if (!place) return;
-  m_with.organize.chooseFolder(placeText(*place));
-  m_with.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Organize));
+  const auto url = urlOf(folder);
+  if (!url) return;
+  m_collaborators.organize.chooseFolder(placeText(*url));
+  m_collaborators.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Organize));
 }
 
 void MapModel::findDuplicates(int folder) {
-  const auto place = placeOf(folder);
-  if (!place) return;
-  m_with.duplicates.chooseFolder(placeText(*place));
-  m_with.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Duplicates));
+  const auto url = urlOf(folder);
+  if (!url) return;
+  m_collaborators.duplicates.chooseFolder(placeText(*url));
+  m_collaborators.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Duplicates));
 }
 
 void MapModel::showInCleanup(int folder) {
-  const auto place = placeOf(folder);
-  if (!place) return;
-  m_with.cleanup.showInside(*place);
-  m_with.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
-  if (!m_with.state.hasScanned()) m_with.state.startScan();
+  const auto url = urlOf(folder);
+  if (!url) return;
+  m_collaborators.cleanup.showInside(*url);
+  m_collaborators.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
+  if (!m_collaborators.state.hasScanned()) m_collaborators.state.startScan();
 }
 
 // --- what is remembered
 
 void MapModel::reloadChoice() {
   m_choiceQueue.post([this](const std::stop_token&) {
-    callOn(this, [this, choice = m_with.maps.snapshots.choice()] {
+    callOn(this, [this, choice = m_collaborators.maps.snapshots.choice()] {
       if (std::exchange(m_choice, choice) != choice) Q_EMIT choiceChanged();
     });
   });
@@ -401,7 +401,7 @@ void MapModel::reloadChoice() {
 void MapModel::changeStored(std::function<void(SnapshotStore&)> change) {
   m_choiceQueue.post([this, change = std::move(change)](const std::stop_token&) {
     try {
-      change(m_with.maps.snapshots);
+      change(m_collaborators.maps.snapshots);
     } catch (const std::system_error& error) {
       qWarning("The preferences cannot be written: %s", error.what());
     }

@@ -147,11 +147,11 @@ class MapModel : public QObject {
   void show(StorageMap::Index folder);
   [[nodiscard]] QString shownTop() const;
   [[nodiscard]] QVariantMap named(StorageMap::Index folder, std::int64_t bytes) const;
-  [[nodiscard]] std::optional<FileUrl> placeOf(int folder) const;
+  [[nodiscard]] std::optional<FileUrl> urlOf(int folder) const;
   void changeStored(std::function<void(SnapshotStore&)> change);
 
   WindowServices m_services;
-  Collaborators m_with;
+  Collaborators m_collaborators;
   bool m_isMapping = false;
   double m_filesSoFar = 0;
   QString m_placeSoFar;

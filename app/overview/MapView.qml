@@ -18,9 +18,9 @@ ColumnLayout {
     readonly property var named: areas.filter(area => area.canAct)
     // The picture takes a share of the window, and the list beside it as many rows as fit.
     readonly property int pictureHeight: Math.max(372, Math.round((Window.height || 0) * 0.44))
-    readonly property int mostListed: Math.floor((pictureHeight - 20) / 50)
+    readonly property int maxListed: Math.floor((pictureHeight - 20) / 50)
     // Controls stay for the next folder, and are there before it is chosen: showing one costs much less than making it.
-    readonly property int madeRows: mostListed
+    readonly property int madeRows: maxListed
     property int madeSteps: 2
 
     onTrailChanged: madeSteps = Math.max(madeSteps, trail.length + 1)
@@ -206,7 +206,7 @@ ColumnLayout {
 
                     Layout.fillWidth: true
                     visible: area !== null
-                    area: index < root.mostListed ? root.named[index] ?? null : null
+                    area: index < root.maxListed ? root.named[index] ?? null : null
                     grownText: area ? root.grownText(area) : ""
                     onChosen: root.go(area, null)
                     onMenuAsked: root.showMenu(area, this)

@@ -6,7 +6,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t mostFolders = 8;
+constexpr std::size_t maxFolders = 8;
 
 void countIn(OverviewArea& area, const FileItem& item) {
   area.bytes += item.fileSize();
@@ -64,7 +64,7 @@ std::vector<OverviewArea> OverviewSums::areas() const {
       whole.parts.back().folder = folder;
     }
     std::ranges::sort(whole.parts, isLarger);
-    if (whole.parts.size() > mostFolders) whole.parts.resize(mostFolders);
+    if (whole.parts.size() > maxFolders) whole.parts.resize(maxFolders);
     addRest(whole);
     result.push_back(std::move(whole));
   }

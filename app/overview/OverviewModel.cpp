@@ -18,7 +18,7 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t recentRunCount = 5;
-constexpr int colorCount = 10;
+constexpr int categoryColorCount = 10;
 // A few times a second the picture follows a scan.
 constexpr std::chrono::milliseconds summaryDelay{300};
 
@@ -39,7 +39,7 @@ QVariantMap mapFrom(const OverviewArea& area, const FileUrl& home) {
       {"titleKey", titleKeyOf(area)},
       {"category", textFrom(rawValue(area.category))},
       {"symbol", textFrom(systemImage(area.category))},
-      {"colorIndex", static_cast<int>(area.category) % colorCount},
+      {"colorIndex", static_cast<int>(area.category) % categoryColorCount},
       {"folder", textFrom(area.folder)},
       {"bytes", static_cast<double>(area.bytes)},
       {"count", static_cast<double>(area.count)},
@@ -65,11 +65,11 @@ struct FrequencyDays {
 }  // namespace
 
 OverviewModel::OverviewModel(WindowServices services, Collaborators collaborators, QObject* parent)
-    : QObject(parent), m_services(std::move(services)), m_with(collaborators) {
+    : QObject(parent), m_services(std::move(services)), m_collaborators(collaborators) {
   m_timer.setSingleShot(true);
   m_timer.setInterval(summaryDelay);
   connect(&m_timer, &QTimer::timeout, this, &OverviewModel::summarize);
-  const auto& items = m_with.state.scannedItems();
+  const auto& items = m_collaborators.state.scannedItems();
   connect(&items, &ScannedItems::begun, this, [this] {
     m_isFilling = true;
     forgetSums();
@@ -80,12 +80,12 @@ OverviewModel::OverviewModel(WindowServices services, Collaborators collaborator
     forgetSums();
     summarize();
   });
-  connect(&m_with.state, &AppState::scanFinished, this, [this] {
+  connect(&m_collaborators.state, &AppState::scanFinished, this, [this] {
     m_isFilling = false;
     summarize();
   });
-  connect(&m_with.feed, &JournalFeed::loaded, this, [this] {
-    m_with.state.setLifetimeReclaimed(m_with.feed.contents().lifetimeReclaimedBytes);
+  connect(&m_collaborators.feed, &JournalFeed::loaded, this, [this] {
+    m_collaborators.state.setLifetimeReclaimed(m_collaborators.feed.contents().lifetimeReclaimedBytes);
     Q_EMIT runsChanged();
     reloadTrash();
   });
@@ -126,7 +126,7 @@ void OverviewModel::summarize() {
   if (m_isSummarizing) return summarizeSoon();
   m_timer.stop();
   m_isSummarizing = true;
-  m_queue.post([this, scanned = m_with.state.scannedItems().snapshot(), isFilling = m_isFilling,
+  m_queue.post([this, scanned = m_collaborators.state.scannedItems().snapshot(), isFilling = m_isFilling,
                 stop = m_stop.get_token()](const std::stop_token&) {
     m_sums.add(scanned, stop);
     // While a scan runs, nothing changes places.
@@ -143,7 +143,7 @@ void OverviewModel::summarize() {
 }
 
 QVariantList OverviewModel::recentRuns() const {
-  const auto& runs = m_with.feed.contents().runs;
+  const auto& runs = m_collaborators.feed.contents().runs;
   QVariantList result;
   for (std::size_t at = 0; at < std::min(runs.size(), recentRunCount); ++at) {
     const auto& run = runs[at];
@@ -161,11 +161,11 @@ QVariantList OverviewModel::recentRuns() const {
 }
 
 int OverviewModel::runCount() const {
-  return static_cast<int>(m_with.feed.contents().runs.size());
+  return static_cast<int>(m_collaborators.feed.contents().runs.size());
 }
 
 double OverviewModel::firstRunDate() const {
-  const auto& runs = m_with.feed.contents().runs;
+  const auto& runs = m_collaborators.feed.contents().runs;
   return runs.empty() ? 0.0 : milliseconds(runs.back().summary.timestamp);
 }
 
@@ -199,12 +199,12 @@ int OverviewModel::scheduleThresholdGB() const {
 }
 
 void OverviewModel::undo(const QString& runId) {
-  m_with.history.restore(runId);
+  m_collaborators.history.restore(runId);
 }
 
 void OverviewModel::showArea(const QString& category, const QString& folder) {
-  m_with.cleanup.showOnly(category, folder);
-  m_with.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
+  m_collaborators.cleanup.showOnly(category, folder);
+  m_collaborators.state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
 }
 
 }  // namespace orvane

@@ -90,7 +90,7 @@ class OverviewModel : public QObject {
   void summarizeSoon();
 
   WindowServices m_services;
-  Collaborators m_with;
+  Collaborators m_collaborators;
   QVariantList m_areas;
   QTimer m_timer;
   bool m_isSummarizing = false;

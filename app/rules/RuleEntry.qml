@@ -157,7 +157,7 @@ Item {
         kind: root.action === "moveToTrash" ? Chip.Kind.Accent
                                             : root.action === "moveToFolder" ? Chip.Kind.Safe : Chip.Kind.Manual
         // A folder far down leaves the rule's name its room.
-        most: Math.max(96, root.width * 0.3)
+        maxWidth: Math.max(96, root.width * 0.3)
         text: root.actionText
 
         HoverHandler {

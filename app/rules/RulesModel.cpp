@@ -18,7 +18,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t mostPreviewed = 300;
+constexpr std::size_t maxPreviewed = 300;
 constexpr std::chrono::milliseconds typingPause{250};
 
 QString categoryNames(const QString& rawValues) {
@@ -232,15 +232,15 @@ void RulesModel::checkEditor() {
   m_previewQueue.post([this, rule = m_editor.rule(), stop = m_checkStop.get_token()](const std::stop_token&) {
     if (stop.stop_requested()) return;
     const auto& tasks = services().tasks;
-    RulesWish wish{.rules = {rule}, .boundary = Boundary(grantedFolders(tasks))};
-    wish.rules.front().isEnabled = true;
+    RulesOptions options{.rules = {rule}, .boundary = Boundary(grantedFolders(tasks))};
+    options.rules.front().isEnabled = true;
     auto problems = problemsWith(rule);
     // A field shows the last of them.
-    const auto onDisk = problemsOnDisk(tasks, rule, wish.boundary);
+    const auto onDisk = problemsOnDisk(tasks, rule, options.boundary);
     problems.insert(problems.begin(), onDisk.begin(), onDisk.end());
     const TaskMonitor monitor{.stop = stop};
-    if (!m_candidates) m_candidates = ruleCandidates(tasks, wish.boundary, monitor);
-    const auto sum = m_candidates ? countRules(tasks, wish, *m_candidates, monitor) : std::nullopt;
+    if (!m_candidates) m_candidates = ruleCandidates(tasks, options.boundary, monitor);
+    const auto sum = m_candidates ? countRules(tasks, options, *m_candidates, monitor) : std::nullopt;
     if (!sum) return;
     callOn(this, [this, problems, sum = *sum, stop] {
       if (stop.stop_requested()) return;
@@ -320,7 +320,7 @@ QVariantMap RulesModel::rowOf(const ProposedRow& row) const {
 
 QVariantList RulesModel::preview() const {
   QVariantList rows;
-  const auto count = std::min(mostPreviewed, m_preview.proposal.size());
+  const auto count = std::min(maxPreviewed, m_preview.proposal.size());
   for (std::size_t at = 0; at < count; ++at) rows.append(rowOf(m_preview.proposal.row(at)));
   return rows;
 }

@@ -57,24 +57,24 @@ QString textPreference(const Preferences& preferences, std::string_view key) {
 }  // namespace
 
 SettingsModel::SettingsModel(Collaborators collaborators, QObject* parent)
-    : QObject(parent), m_with(std::move(collaborators)), m_granted(m_with.tasks) {
-  connect(&m_with.tidy, &TidyModel::changed, this, &SettingsModel::tidyChanged);
+    : QObject(parent), m_collaborators(std::move(collaborators)), m_granted(m_collaborators.tasks) {
+  connect(&m_collaborators.tidy, &TidyModel::changed, this, &SettingsModel::tidyChanged);
 }
 
 SettingsModel::State SettingsModel::read() const {
   State state{.folders = m_granted.rows(),
-              .scansKnownPlaces = grantedKnownPlaces(m_with.tasks) == KnownPlaces::include,
+              .scansKnownPlaces = grantedKnownPlaces(m_collaborators.tasks) == KnownPlaces::include,
               .keptPatterns = {},
               .keepProblem = {},
               .suggested = m_granted.suggestions(),
-              .schedule = m_with.schedule.getSettings(),
-              .isAgentInstalled = m_with.agent.isInstalled(),
-              .canNotify = m_with.notifications.requestAuthorization(),
+              .schedule = m_collaborators.schedule.getSettings(),
+              .isAgentInstalled = m_collaborators.agent.isInstalled(),
+              .canNotify = m_collaborators.notifications.requestAuthorization(),
               .keys = {},
-              .modelAddress = textPreference(m_with.preferences, modelAddressKey),
-              .modelName = textPreference(m_with.preferences, modelNameKey)};
+              .modelAddress = textPreference(m_collaborators.preferences, modelAddressKey),
+              .modelName = textPreference(m_collaborators.preferences, modelNameKey)};
   try {
-    for (const auto& pattern : orvane::keptPatterns(m_with.tasks)) state.keptPatterns += textFrom(pattern);
+    for (const auto& pattern : orvane::keptPatterns(m_collaborators.tasks)) state.keptPatterns += textFrom(pattern);
   } catch (const std::exception& error) {
     state.keepProblem = shownName(error.what());
   }
@@ -83,7 +83,7 @@ SettingsModel::State SettingsModel::read() const {
     if (account.empty()) continue;
     state.keys.append(QVariantMap{{"name", textFrom(displayName(provider))},
                                   {"account", textFrom(account)},
-                                  {"isStored", m_with.keychain.hasKey(account)}});
+                                  {"isStored", m_collaborators.keychain.hasKey(account)}});
   }
   return state;
 }
@@ -138,7 +138,7 @@ void SettingsModel::setScansKnownPlaces(bool isOn) {
   Q_EMIT changed();
   changeFolders([this, isOn]() -> QString {
     try {
-      grantKnownPlaces(m_with.tasks, isOn ? KnownPlaces::include : KnownPlaces::leaveOut);
+      grantKnownPlaces(m_collaborators.tasks, isOn ? KnownPlaces::include : KnownPlaces::leaveOut);
     } catch (const std::exception& error) {
       return shownName(error.what());
     }
@@ -154,7 +154,7 @@ void SettingsModel::changeKept(std::function<void(const TaskServices&)> change) 
   m_queue.post([this, change = std::move(change)](const std::stop_token&) {
     QString problem;
     try {
-      change(m_with.tasks);
+      change(m_collaborators.tasks);
     } catch (const std::exception& error) {
       problem = shownName(error.what());
     }
@@ -176,9 +176,9 @@ void SettingsModel::removeKept(const QString& pattern) {
 QString SettingsModel::letAgentFollow(const ScheduleSettings& settings) const {
   try {
     if (settings.isEnabled) {
-      m_with.agent.install(m_with.program, settings.frequency);
-    } else if (m_with.agent.isInstalled()) {
-      m_with.agent.uninstall();
+      m_collaborators.agent.install(m_collaborators.program, settings.frequency);
+    } else if (m_collaborators.agent.isInstalled()) {
+      m_collaborators.agent.uninstall();
     }
   } catch (const std::exception& error) {
     return shownName(error.what());
@@ -192,7 +192,7 @@ void SettingsModel::changeSchedule(std::function<void(ScheduleSettings&)> change
   m_queue.post([this, change = std::move(change)](const std::stop_token&) {
     QString problem;
     try {
-      problem = letAgentFollow(m_with.schedule.changeSettings(change));
+      problem = letAgentFollow(m_collaborators.schedule.changeSettings(change));
     } catch (const std::exception& error) {
       problem = shownName(error.what());
     }
@@ -237,12 +237,12 @@ void SettingsModel::changeKey(std::function<bool()> change) {
 
 void SettingsModel::storeKey(const QString& account, const QString& key) {
   changeKey([this, account = account.toStdString(), key = SecretText(key.trimmed().toStdString())] {
-    return !key.isEmpty() && m_with.keychain.saveKey(key, account);
+    return !key.isEmpty() && m_collaborators.keychain.saveKey(key, account);
   });
 }
 
 void SettingsModel::removeKey(const QString& account) {
-  changeKey([this, account = account.toStdString()] { return m_with.keychain.deleteKey(account); });
+  changeKey([this, account = account.toStdString()] { return m_collaborators.keychain.deleteKey(account); });
 }
 
 QString SettingsModel::keyError() const {
@@ -263,7 +263,7 @@ void SettingsModel::setModelAddress(const QString& address) {
   m_queue.post([this, wanted = address.trimmed()](const std::stop_token&) {
     bool isOnThisMachine = false;
     try {
-      const auto url = m_with.urls.read(wanted.toStdString());
+      const auto url = m_collaborators.urls.read(wanted.toStdString());
       isOnThisMachine = url && url->isLoopback;
     } catch (const std::exception& error) {
       qWarning("The address cannot be read: %s", error.what());
@@ -302,7 +302,7 @@ void SettingsModel::changePreference(std::string_view key, const QString& value)
   Q_EMIT changed();
   m_queue.post([this, key, value = value.toStdString()](const std::stop_token&) {
     try {
-      m_with.preferences.setValue(key, Json(value));
+      m_collaborators.preferences.setValue(key, Json(value));
     } catch (const std::exception& error) {
       qWarning("The preferences cannot be written: %s", error.what());
     }
@@ -311,27 +311,27 @@ void SettingsModel::changePreference(std::string_view key, const QString& value)
 }
 
 int SettingsModel::recentsDays() const {
-  return static_cast<int>(m_with.tidy.settings().recentsDays);
+  return static_cast<int>(m_collaborators.tidy.settings().recentsDays);
 }
 
 void SettingsModel::setRecentsDays(int days) {
   constexpr auto range = AutoOrganizeSettings::recentsDayRange;
   const auto chosen = std::clamp<std::int64_t>(days, range.first, range.last);
-  m_with.tidy.update([chosen](AutoOrganizeSettings& settings) { settings.recentsDays = chosen; });
+  m_collaborators.tidy.update([chosen](AutoOrganizeSettings& settings) { settings.recentsDays = chosen; });
 }
 
 bool SettingsModel::useTopics() const {
-  return m_with.tidy.settings().useAITopics;
+  return m_collaborators.tidy.settings().useAITopics;
 }
 
 void SettingsModel::setUseTopics(bool useTopics) {
-  m_with.tidy.update([useTopics](AutoOrganizeSettings& settings) { settings.useAITopics = useTopics; });
+  m_collaborators.tidy.update([useTopics](AutoOrganizeSettings& settings) { settings.useAITopics = useTopics; });
 }
 
 QVariantList SettingsModel::autoFolders() const {
   QVariantList result;
-  for (const auto& folder : m_with.tidy.settings().folderURLs()) {
-    result.append(GrantedFolders::row(folder, m_with.tasks.home));
+  for (const auto& folder : m_collaborators.tidy.settings().folderURLs()) {
+    result.append(GrantedFolders::row(folder, m_collaborators.tasks.home));
   }
   return result;
 }
@@ -339,7 +339,7 @@ QVariantList SettingsModel::autoFolders() const {
 void SettingsModel::addAutoFolder(const QString& url) {
   const auto folder = placeFrom(url).value_or(FileUrl());
   if (folder == FileUrl()) return;
-  m_with.tidy.update([form = pathOrUrl(folder)](AutoOrganizeSettings& settings) {
+  m_collaborators.tidy.update([form = pathOrUrl(folder)](AutoOrganizeSettings& settings) {
     if (std::ranges::find(settings.folderPaths, form) == settings.folderPaths.end()) {
       settings.folderPaths.push_back(form);
     }
@@ -348,7 +348,7 @@ void SettingsModel::addAutoFolder(const QString& url) {
 
 void SettingsModel::removeAutoFolder(const QString& url) {
   const auto folder = placeFrom(url).value_or(FileUrl());
-  m_with.tidy.update([folder](AutoOrganizeSettings& settings) {
+  m_collaborators.tidy.update([folder](AutoOrganizeSettings& settings) {
     std::erase_if(settings.folderPaths, [&](const std::string& stored) {
       AutoOrganizeSettings only;
       only.folderPaths = {stored};

@@ -183,7 +183,7 @@ class SettingsModel : public QObject {
   void changePreference(std::string_view key, const QString& value);
   [[nodiscard]] QString letAgentFollow(const ScheduleSettings& settings) const;
 
-  Collaborators m_with;
+  Collaborators m_collaborators;
   GrantedFolders m_granted;
   State m_state;
   bool m_isRead = false;

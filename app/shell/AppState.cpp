@@ -109,10 +109,10 @@ ScanOutcome AppState::scan(const std::vector<FileUrl>& named, const std::stop_to
 }
 
 void AppState::lookForHomeFolders(const std::stop_token& stop) {
-  constexpr std::size_t most = 6;
+  constexpr std::size_t maxSuggestions = 6;
   const auto& home = m_services.tasks.home;
   QVariantList rows;
-  for (const auto& [folder, bytes] : largestFolders(home, most, stop)) {
+  for (const auto& [folder, bytes] : largestFolders(home, maxSuggestions, stop)) {
     auto row = GrantedFolders::row(folder, home);
     row.insert("bytes", static_cast<double>(bytes));
     rows.append(row);

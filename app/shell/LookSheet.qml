@@ -83,7 +83,7 @@ Sheet {
         RawText {
             width: parent.width
             visible: text !== ""
-            mostHeight: 420
+            maxHeight: 420
             label: root.preview.name
             text: root.preview.text
         }

@@ -16,7 +16,7 @@ namespace orvane {
 namespace {
 
 constexpr int answerMilliseconds = 3000;
-constexpr qint64 longestWish = 16 * 1024;  // the URL of a long path
+constexpr qint64 maxRequestBytes = 16 * 1024;  // the URL of a long path
 
 QString socketPath(const std::string& folder) {
   return QFile::decodeName(QByteArray::fromStdString(folder + "/orvane.socket"));
@@ -30,7 +30,7 @@ SingleInstance::SingleInstance(const std::string& folder, QObject* parent) : QOb
     while (auto* connection = m_server.nextPendingConnection()) {
       connect(connection, &QLocalSocket::readyRead, this, [this, connection] {
         if (!connection->canReadLine()) return;
-        Q_EMIT asked(connection->readLine(longestWish).trimmed());
+        Q_EMIT asked(connection->readLine(maxRequestBytes).trimmed());
         connection->write("ok\n");
         connection->disconnectFromServer();
       });
@@ -44,7 +44,7 @@ std::string SingleInstance::defaultFolder() {
   return QFile::encodeName(folder).toStdString();
 }
 
-SingleInstance::Role SingleInstance::claim(const QByteArray& wish) {
+SingleInstance::Role SingleInstance::claim(const QByteArray& request) {
   try {
     createFolders(m_folder);
   } catch (const std::system_error&) {
@@ -66,7 +66,7 @@ SingleInstance::Role SingleInstance::claim(const QByteArray& wish) {
     if (first.waitForConnected(answerMilliseconds / 10)) break;
     QThread::msleep(answerMilliseconds / 10);
   }
-  first.write(wish + '\n');
+  first.write(request + '\n');
   if (first.waitForBytesWritten(answerMilliseconds)) first.waitForReadyRead(answerMilliseconds);
   return Role::second;
 }

@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-// Sees to it that a user has one window open: a second start hands its wish to the first one and ends.
+// Sees to it that a user has one window open: a second start hands its request to the first one and ends.
 class SingleInstance : public QObject {
   Q_OBJECT
 
@@ -24,13 +24,13 @@ class SingleInstance : public QObject {
   // $XDG_RUNTIME_DIR where it is set, else a folder of the user's configuration.
   static std::string defaultFolder();
 
-  // Where this is the second start, the wish is with the first one when this returns, or nobody answered in time. A
+  // Where this is the second start, the request is with the first one when this returns, or nobody answered in time. A
   // first one that cannot be told of (a full disk) counts as none.
-  [[nodiscard]] Role claim(const QByteArray& wish);
+  [[nodiscard]] Role claim(const QByteArray& request);
 
  Q_SIGNALS:
-  // Another start wants the window: the wish is its own.
-  void asked(const QByteArray& wish);
+  // Another start wants the window: the request is its own.
+  void asked(const QByteArray& request);
 
  private:
   void listen();

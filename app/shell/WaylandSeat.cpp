@@ -23,7 +23,7 @@ namespace {
 constexpr auto moduleVariable = "QT_IM_MODULE";
 constexpr auto moduleWithoutSeat = "compose";
 constexpr timeval answerTime{.tv_sec = 2, .tv_usec = 0};
-constexpr std::size_t mostBytes = 1UL << 20;
+constexpr std::size_t maxBytes = 1UL << 20;
 
 std::string variable(const char* name) {
   const char* value = std::getenv(name);
@@ -72,7 +72,7 @@ std::optional<bool> hasSeat(int socket) {
   std::vector<char> bytes;
   std::size_t at = 0;
   std::array<char, 4096> piece{};
-  while (bytes.size() < mostBytes) {
+  while (bytes.size() < maxBytes) {
     const auto count = read(socket, piece.data(), piece.size());
     if (count <= 0) return {};
     bytes.insert(bytes.end(), piece.begin(), piece.begin() + count);

@@ -323,20 +323,20 @@ bool Window::show() {
   return !parts.engine.rootObjects().isEmpty();
 }
 
-void Window::carryOut(const Wish& wish) {
+void Window::carryOut(const StartRequest& request) {
   auto& parts = *m_parts;
   for (const auto& row : navigationRows) {
-    if (wish.section == row.rawValue) parts.state.setSelectedNavigation(static_cast<int>(row.section));
+    if (request.section == row.rawValue) parts.state.setSelectedNavigation(static_cast<int>(row.section));
   }
-  if (wish.work == Wish::Work::scan) parts.state.startScan(QString::fromStdString(wish.folder));
-  if (wish.work != Wish::Work::organize) return;
+  if (request.work == StartRequest::Work::scan) parts.state.startScan(QString::fromStdString(request.folder));
+  if (request.work != StartRequest::Work::organize) return;
   // A window that just opened does not know the folders yet.
   parts.isToOrganize = !parts.tidy.isReady();
   if (!parts.isToOrganize) parts.tidy.look();
 }
 
-void Window::raise(const QByteArray& wish) {
-  carryOut(Wish::fromLine(wish));
+void Window::raise(const QByteArray& request) {
+  carryOut(StartRequest::fromLine(request));
   for (auto* object : m_parts->engine.rootObjects()) {
     auto* window = qobject_cast<QQuickWindow*>(object);
     if (window == nullptr) continue;

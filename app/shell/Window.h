@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/shell/StartRequest.h"
 #include "app/shell/WindowServices.h"
-#include "app/shell/Wish.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -20,15 +20,15 @@ class Window : public QObject {
 
   // False when the window cannot be made.
   [[nodiscard]] bool show();
-  // Brings the window to the front and does what the wish asks for.
-  void raise(const QByteArray& wish);
+  // Brings the window to the front and does what the request asks for.
+  void raise(const QByteArray& request);
 
  private:
   struct Parts;
   void remember();
   void followRuns();
   void languageChanged();
-  void carryOut(const Wish& wish);
+  void carryOut(const StartRequest& request);
 
   std::unique_ptr<Parts> m_parts;
 };

@@ -58,10 +58,10 @@ WindowMemory::~WindowMemory() {
   if (m_settled.isActive()) write(m_values);
 }
 
-int WindowMemory::number(const QString& name, int least, int most, int otherwise) const {
+int WindowMemory::number(const QString& name, int min, int max, int otherwise) const {
   bool isNumber = false;
   const auto value = m_values.value(name).toDouble(&isNumber);
-  return isNumber && value >= least && value <= most ? static_cast<int>(value) : otherwise;
+  return isNumber && value >= min && value <= max ? static_cast<int>(value) : otherwise;
 }
 
 double WindowMemory::figure(const QString& name) const {

@@ -29,7 +29,7 @@ class WindowMemory : public QObject {
   ~WindowMemory() override;
 
   // The stored value, within the bounds; else the value that is given.
-  Q_INVOKABLE int number(const QString& name, int least, int most, int otherwise) const;
+  Q_INVOKABLE int number(const QString& name, int min, int max, int otherwise) const;
   // 0 where there is none.
   [[nodiscard]] double figure(const QString& name) const;
   Q_INVOKABLE bool flag(const QString& name) const;

@@ -2,9 +2,9 @@
 #include "app/common/Text.h"
 #include "app/shell/HeadlessStart.h"
 #include "app/shell/SingleInstance.h"
+#include "app/shell/StartRequest.h"
 #include "app/shell/WaylandSeat.h"
 #include "app/shell/Window.h"
-#include "app/shell/Wish.h"
 #include "core/base/files/HomeFolder.h"
 #include "core/sample/services/SampleHome.h"
 
@@ -68,9 +68,9 @@ int showWindow(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("orvane"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Orvane/icons/app.svg")));
 
-  const auto wish = orvane::Wish::fromArguments(std::span(argv, static_cast<std::size_t>(argc)));
+  const auto request = orvane::StartRequest::fromArguments(std::span(argv, static_cast<std::size_t>(argc)));
   orvane::SingleInstance instance(orvane::SingleInstance::defaultFolder());
-  if (instance.claim(wish.toLine()) == orvane::SingleInstance::Role::second) return 0;
+  if (instance.claim(request.toLine()) == orvane::SingleInstance::Role::second) return 0;
   std::optional<orvane::Window> window;
   try {
     window.emplace(orvane::systemWindowServices());
@@ -79,7 +79,7 @@ int showWindow(int argc, char** argv) {
   }
   QObject::connect(&instance, &orvane::SingleInstance::asked, &*window, &orvane::Window::raise);
   if (!window->show()) return 1;
-  if (!wish.isEmpty()) window->raise(wish.toLine());
+  if (!request.isEmpty()) window->raise(request.toLine());
   return QApplication::exec();
 }
 

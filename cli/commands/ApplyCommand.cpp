@@ -36,11 +36,11 @@ constexpr std::array applyOptions{
 SavedProposal savedFrom(const std::string& argument) {
   std::string text;
   try {
-    text = argument == "-" ? readAll(STDIN_FILENO, SavedProposal::maximumBytes)
-                           : readFile(placeFromArgument(argument).path(), SavedProposal::maximumBytes);
+    text = argument == "-" ? readAll(STDIN_FILENO, SavedProposal::maxBytes)
+                           : readFile(placeFromArgument(argument).path(), SavedProposal::maxBytes);
   } catch (const std::system_error& error) {
     if (error.code() == std::errc::file_too_large) {
-      throw JsonError(fmt::format("it is longer than {}", formatByteCount(SavedProposal::maximumBytes)));
+      throw JsonError(fmt::format("it is longer than {}", formatByteCount(SavedProposal::maxBytes)));
     }
     throw std::runtime_error(fmt::format("{}: {}", escapedForDisplay(argument), error.code().message()));
   }
@@ -127,8 +127,8 @@ constexpr CommandSpec applyCommand{
         "move. Each other row is left, with the reason.",
     .arguments = {.name = "FILE",
                   .help = "The saved proposal; - for the standard input.",
-                  .least = 1,
-                  .most = 1,
+                  .min = 1,
+                  .max = 1,
                   .kind = ValueKind::savedProposal},
     .options = applyOptions,
     .run = runApply,

@@ -170,8 +170,8 @@ constexpr std::array uninstallOptions{
 constexpr ArgumentSpec appArgument{
     .name = "APP",
     .help = "Path of an application, its bundle identifier, or its name where no other has it.",
-    .least = 1,
-    .most = 1,
+    .min = 1,
+    .max = 1,
     .kind = ValueKind::path,
 };
 

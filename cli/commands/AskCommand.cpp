@@ -258,7 +258,7 @@ constexpr CommandSpec askCommand{
         "moved. A plan that sorts into several folders can be none.\n\n"
         "With --apply what is selected is moved as one run that 'orvanectl restore' brings back, inside the granted "
         "folders only. A plan without anything to select files by is shown and not used.",
-    .arguments = {.name = "PROMPT", .help = "The request, as one argument: put it in quotes.", .least = 1, .most = 1},
+    .arguments = {.name = "PROMPT", .help = "The request, as one argument: put it in quotes.", .min = 1, .max = 1},
     .options = askOptions,
     .run = runAsk,
 };

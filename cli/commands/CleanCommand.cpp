@@ -47,19 +47,19 @@ constexpr std::array cleanOptions{
     OptionSpec{.name = "--yes", .valueName = "", .help = "Do not ask."},
 };
 
-CleanWish cleanWishFrom(const Arguments& arguments) {
-  CleanWish wish;
+CleanOptions cleanOptionsFrom(const Arguments& arguments) {
+  CleanOptions options;
   for (const auto& name : arguments.values("--category")) {
-    wish.categories.push_back(scanCategoryFromRawValue(name).value());
+    options.categories.push_back(scanCategoryFromRawValue(name).value());
   }
   if (arguments.has("--include-review")) {
-    if (wish.categories.empty()) throw UsageError("--include-review needs the categories meant: add --category C");
-    wish.reviewItems = ReviewItems::include;
+    if (options.categories.empty()) throw UsageError("--include-review needs the categories meant: add --category C");
+    options.reviewItems = ReviewItems::include;
   }
-  if (arguments.has("--developer-caches")) wish.developerCaches = DeveloperCaches::include;
-  if (const auto days = arguments.value("--older-than")) wish.minimumAgeDays = daysFrom(*days, "--older-than");
-  if (const auto size = arguments.value("--larger-than")) wish.minimumSizeBytes = bytesFrom(*size, "--larger-than");
-  return wish;
+  if (arguments.has("--developer-caches")) options.developerCaches = DeveloperCaches::include;
+  if (const auto days = arguments.value("--older-than")) options.minimumAgeDays = daysFrom(*days, "--older-than");
+  if (const auto size = arguments.value("--larger-than")) options.minimumSizeBytes = bytesFrom(*size, "--larger-than");
+  return options;
 }
 
 void printCleanTable(Session& session, const Proposal& proposal) {
@@ -69,18 +69,18 @@ void printCleanTable(Session& session, const Proposal& proposal) {
 }
 
 ExitStatus runClean(Session& session, const Arguments& arguments) {
-  auto wish = cleanWishFrom(arguments);
+  auto options = cleanOptionsFrom(arguments);
   const bool isDryRun = arguments.has("--dry-run");
   const bool isToSave = arguments.has("--save");
   if (!isDryRun && !isToSave) requireConsentPossible(arguments);
-  wish.knownPlaces = knownPlacesFrom(arguments);
-  auto chosen = chosenFolders(arguments.plain(), wish.knownPlaces);
-  wish.folders = std::move(chosen.folders);
-  if (wish.folders.empty() && chosen.someAreUnusable) return ExitStatus::failed;
+  options.knownPlaces = knownPlacesFrom(arguments);
+  auto chosen = chosenFolders(arguments.plain(), options.knownPlaces);
+  options.folders = std::move(chosen.folders);
+  if (options.folders.empty() && chosen.someAreUnusable) return ExitStatus::failed;
   std::optional<Proposal> proposal;
   {
     ProgressLine line(session);
-    proposal = proposeClean(TaskServices::shared(), wish, scanMonitor(session, line));
+    proposal = proposeClean(TaskServices::shared(), options, scanMonitor(session, line));
   }
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
@@ -112,8 +112,8 @@ constexpr CommandSpec cleanCommand{
         "Items that are in a Trash already are left out. With --json, \"runId\" is null when nothing was moved.",
     .arguments = {.name = "FOLDER",
                   .help = "Folders to clean; the granted folders when none is named.",
-                  .least = 0,
-                  .most = anyNumber,
+                  .min = 0,
+                  .max = anyNumber,
                   .kind = ValueKind::folder},
     .options = cleanOptions,
     .run = runClean,

@@ -127,11 +127,8 @@ constexpr CommandSpec explainCommand{
         "Shows the category and what of the path decides it, the risk and what follows from it, whether a fixed rule "
         "or the keep list protects the path and what would, the cloud service that keeps it in sync, and where the "
         "organizer would put it.",
-    .arguments = {.name = "PATH",
-                  .help = "Files and folders to explain.",
-                  .least = 1,
-                  .most = anyNumber,
-                  .kind = ValueKind::path},
+    .arguments =
+        {.name = "PATH", .help = "Files and folders to explain.", .min = 1, .max = anyNumber, .kind = ValueKind::path},
     .options = {},
     .run = runExplain,
 };

@@ -62,12 +62,8 @@ constexpr CommandSpec internalWordsCommand{
     .name = "internal-words",
     .summary = "Print what a shell can complete, a line each",
     .details = "For the completions.",
-    .arguments = {.name = "KIND",
-                  .help = "Rules or runs.",
-                  .least = 1,
-                  .most = 1,
-                  .kind = ValueKind::choice,
-                  .choices = wordKinds},
+    .arguments =
+        {.name = "KIND", .help = "Rules or runs.", .min = 1, .max = 1, .kind = ValueKind::choice, .choices = wordKinds},
     .options = {},
     .run = runWords,
     .visibility = Visibility::hidden,
@@ -78,7 +74,7 @@ constexpr CommandSpec internalCompletionsCommand{
     .summary = "Print the completion script of a shell",
     .details = "For the package.",
     .arguments =
-        {.name = "SHELL", .help = "The shell.", .least = 1, .most = 1, .kind = ValueKind::choice, .choices = shells},
+        {.name = "SHELL", .help = "The shell.", .min = 1, .max = 1, .kind = ValueKind::choice, .choices = shells},
     .options = {},
     .run = runCompletions,
     .visibility = Visibility::hidden,

@@ -92,11 +92,8 @@ constexpr CommandSpec keepAddCommand{
         "A pattern begins with / or ~/, and has * for any part of a name and ** for any folders: '~/src/**/*.pem'. "
         "Without a slash it is a name in any folder: '*.psd'. Quote it, so that the shell leaves it alone. A "
         "backslash takes the meaning from a star: '~/a\\*b'.",
-    .arguments = {.name = "PATH",
-                  .help = "A file, a folder or a pattern.",
-                  .least = 1,
-                  .most = anyNumber,
-                  .kind = ValueKind::path},
+    .arguments =
+        {.name = "PATH", .help = "A file, a folder or a pattern.", .min = 1, .max = anyNumber, .kind = ValueKind::path},
     .options = {},
     .run = runKeepAdd,
 };
@@ -107,8 +104,8 @@ constexpr CommandSpec keepRemoveCommand{
     .details = "From then on it may be offered again. Nothing is touched.",
     .arguments = {.name = "PATH",
                   .help = "A path or a pattern as 'orvanectl keep list' shows it.",
-                  .least = 1,
-                  .most = anyNumber,
+                  .min = 1,
+                  .max = anyNumber,
                   .kind = ValueKind::path},
     .options = {},
     .run = runKeepRemove,

@@ -25,13 +25,13 @@ namespace {
 
 constexpr std::string_view cannotStore =
     "the key ring did not take the key: it is locked, or there is none in this session";
-constexpr std::size_t longestKey = 4096;
+constexpr std::size_t maxKeyBytes = 4096;
 
 constexpr std::array<std::string_view, 2> remoteProviders{"anthropic", "openai"};
 constexpr ArgumentSpec providerArgument{.name = "PROVIDER",
                                         .help = "anthropic or openai.",
-                                        .least = 1,
-                                        .most = 1,
+                                        .min = 1,
+                                        .max = 1,
                                         .kind = ValueKind::choice,
                                         .choices = remoteProviders};
 
@@ -73,7 +73,7 @@ std::optional<SecretText> readKey(Session& session, AIProvider provider) {
   const auto stop = session.stop();
   const bool isTerminal = ::isatty(STDIN_FILENO) != 0;
   std::string line;
-  line.reserve(longestLine);  // so that no copy of a part stays behind
+  line.reserve(maxLineBytes);  // so that no copy of a part stays behind
   auto end = LineEnd::complete;
   {
     const NoEcho noEcho;
@@ -87,7 +87,7 @@ std::optional<SecretText> readKey(Session& session, AIProvider provider) {
   wipe(text);
   if (end == LineEnd::interrupted) return std::nullopt;
   if (key.isEmpty()) throw UsageError("no key was given: write it to standard input");
-  if (key.view().size() > longestKey || std::ranges::any_of(key.view(), isControl) || !isValidUtf8(key.view())) {
+  if (key.view().size() > maxKeyBytes || std::ranges::any_of(key.view(), isControl) || !isValidUtf8(key.view())) {
     throw UsageError("what was given is no key");
   }
   return key;

@@ -73,7 +73,7 @@ std::optional<Date> dateFrom(const Arguments& arguments) {
   return dateFromUnix(std::mktime(&day));
 }
 
-void tellNotices(const MapServices& services) {
+void tellMapNotices(const MapServices& services) {
   for (const auto& notice : services.snapshots.takeNotices()) Session::report(notice);
 }
 
@@ -130,7 +130,7 @@ ExitStatus runMap(Session& session, const Arguments& arguments) {
   } else {
     printMap(session, *map, depth);
   }
-  tellNotices(services);
+  tellMapNotices(services);
   if (!since || growth) return ExitStatus::done;
   Session::report(services.snapshots.isOn()
                       ? "no earlier snapshot holds this folder: the next map can be compared with this one"
@@ -140,7 +140,7 @@ ExitStatus runMap(Session& session, const Arguments& arguments) {
 
 void printMoments(Session& session, const MapServices& services) {
   const auto moments = services.snapshots.moments(ReferenceClock::now());
-  tellNotices(services);
+  tellMapNotices(services);
   if (session.isJson()) {
     Json list = Json::array();
     for (const auto& moment : moments) list.push_back(momentJson(moment));
@@ -178,8 +178,8 @@ constexpr CommandSpec mapCommand{
         "With --json, folders are nested down to --depth; grownBytes is null where nothing is known.",
     .arguments = {.name = "FOLDER",
                   .help = "The folder to map; the home folder unless given.",
-                  .least = 0,
-                  .most = 1,
+                  .min = 0,
+                  .max = 1,
                   .kind = ValueKind::folder},
     .options = mapOptions,
     .run = runMap,
@@ -195,8 +195,8 @@ constexpr CommandSpec mapSnapshotsCommand{
         "\"off\" keeps what is there; \"clear\" drops it.",
     .arguments = {.name = "on|off|clear",
                   .help = "What to do; the list when nothing is named.",
-                  .least = 0,
-                  .most = 1,
+                  .min = 0,
+                  .max = 1,
                   .kind = ValueKind::choice,
                   .choices = snapshotWords},
     .options = {},

@@ -78,30 +78,30 @@ Rename renameFrom(const std::string& text) {
 }
 
 // Renames each, and gives the indexes of the groups that were.
-std::vector<std::size_t> renameGroups(Proposal& proposal, const std::vector<Rename>& wishes) {
+std::vector<std::size_t> renameGroups(Proposal& proposal, const std::vector<Rename>& renames) {
   std::vector<std::size_t> renamed;
-  for (const auto& wish : wishes) {
+  for (const auto& rename : renames) {
     const auto& groups = proposal.groups();
-    const auto found = std::ranges::find(groups, wish.from, &RowGroup::name);
+    const auto found = std::ranges::find(groups, rename.from, &RowGroup::name);
     if (found == groups.end()) {
-      throw UsageError(fmt::format("--rename: there is no group '{}'", escapedForDisplay(wish.from)));
+      throw UsageError(fmt::format("--rename: there is no group '{}'", escapedForDisplay(rename.from)));
     }
     renamed.push_back(static_cast<std::size_t>(found - groups.begin()));
-    auto changed = renameGroup(TaskServices::shared(), proposal, proposal.selection(), renamed.back(), wish.to);
+    auto changed = renameGroup(TaskServices::shared(), proposal, proposal.selection(), renamed.back(), rename.to);
     if (!changed) {
-      throw UsageError(fmt::format("--rename: '{}' is no name for a folder", escapedForDisplay(wish.to)));
+      throw UsageError(fmt::format("--rename: '{}' is no name for a folder", escapedForDisplay(rename.to)));
     }
     proposal = *std::move(changed);
   }
   return renamed;
 }
 
-OrganizeWish organizeWishFrom(const Arguments& arguments) {
-  OrganizeWish wish{.folder = placeFromArgument(arguments.plain().front()),
-                    .strategy = organizeStrategyFrom(arguments)};
-  if (const auto destination = arguments.value("--destination")) wish.destination = placeFromArgument(*destination);
-  if (arguments.has("--subfolders")) wish.subfolders = Subfolders::include;
-  return wish;
+OrganizeOptions organizeOptionsFrom(const Arguments& arguments) {
+  OrganizeOptions options{.folder = placeFromArgument(arguments.plain().front()),
+                          .strategy = organizeStrategyFrom(arguments)};
+  if (const auto destination = arguments.value("--destination")) options.destination = placeFromArgument(*destination);
+  if (arguments.has("--subfolders")) options.subfolders = Subfolders::include;
+  return options;
 }
 
 ExitStatus printSummary(Session& session, const Proposal& proposal, const RunReport& report) {
@@ -169,16 +169,16 @@ ExitStatus runOrganize(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   const bool isToApply = arguments.has("--apply") && !isToSave;
   if (isToApply) requireConsentPossible(arguments);
-  const auto wish = organizeWishFrom(arguments);
+  const auto options = organizeOptionsFrom(arguments);
   std::vector<Rename> renames;
   for (const auto& text : arguments.values("--rename")) renames.push_back(renameFrom(text));
-  auto proposal = proposeOrganize(TaskServices::shared(), wish, ReferenceClock::now(), {.stop = session.stop()});
+  auto proposal = proposeOrganize(TaskServices::shared(), options, ReferenceClock::now(), {.stop = session.stop()});
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
   if (firstNotice<FolderLeftOut>(proposal->notices()) != nullptr) return ExitStatus::failed;
   const auto renamed = renameGroups(*proposal, renames);
   if (isToSave) return saveProposal(session, arguments, proposal->approve());
-  if (!isToApply || !session.isJson()) printOrganize(session, *proposal, wish.folder);
+  if (!isToApply || !session.isJson()) printOrganize(session, *proposal, options.folder);
   if (isToApply) return apply(session, arguments, *proposal, renamed);
   if (!session.isJson() && !proposal->empty()) session.out().line("Nothing was moved: add --apply to move them.");
   return tellFailures(*proposal, {});
@@ -198,7 +198,7 @@ constexpr CommandSpec organizeCommand{
         "runs stay where they are. A taken name gets a number. Files whose group was renamed go to the new name in "
         "later runs too.\n\n"
         "With --json it prints the groups with all their moves, and with --apply the summary.",
-    .arguments = {.name = "FOLDER", .help = "The folder to sort.", .least = 0, .most = 1, .kind = ValueKind::folder},
+    .arguments = {.name = "FOLDER", .help = "The folder to sort.", .min = 0, .max = 1, .kind = ValueKind::folder},
     .options = organizeOptions,
     .run = runOrganize,
 };

@@ -29,8 +29,8 @@ namespace {
 constexpr ArgumentSpec planArgument{
     .name = "FILE",
     .help = "A plan document in JSON; - for standard input.",
-    .least = 1,
-    .most = 1,
+    .min = 1,
+    .max = 1,
     .kind = ValueKind::path,
 };
 constexpr std::array planRunOptions{
@@ -41,11 +41,11 @@ constexpr std::array planRunOptions{
 // The document's text. Throws JsonError when it is longer than any plan, else std::runtime_error.
 std::string documentFrom(const std::string& argument) {
   try {
-    if (argument == "-") return readAll(STDIN_FILENO, CleaningPlan::maximumDocumentBytes);
-    return readFile(placeFromArgument(argument).path(), CleaningPlan::maximumDocumentBytes);
+    if (argument == "-") return readAll(STDIN_FILENO, CleaningPlan::maxDocumentBytes);
+    return readFile(placeFromArgument(argument).path(), CleaningPlan::maxDocumentBytes);
   } catch (const std::system_error& error) {
     if (error.code() == std::errc::file_too_large) {
-      throw JsonError(fmt::format("it is longer than {}", formatByteCount(CleaningPlan::maximumDocumentBytes)));
+      throw JsonError(fmt::format("it is longer than {}", formatByteCount(CleaningPlan::maxDocumentBytes)));
     }
     throw std::runtime_error(fmt::format("{}: {}", argument, error.code().message()));
   }

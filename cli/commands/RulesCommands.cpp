@@ -222,25 +222,25 @@ ExitStatus runReset(Session& session, const Arguments& arguments) {
   return printRules(session);
 }
 
-RulesWish wishFor(Rules rules) {
+RulesOptions optionsFor(Rules rules) {
   return {.rules = std::move(rules), .boundary = grantedBoundary("one with 'orvanectl folders add'")};
 }
 
 ExitStatus runRulesPreview(Session& session, const Arguments& arguments) {
   const auto rules = chosenRules(arguments);
   const auto& services = TaskServices::shared();
-  auto wish = wishFor({});
+  auto options = optionsFor({});
   std::optional<ItemList> candidates;
   {
     ProgressLine line(session);
-    candidates = ruleCandidates(services, wish.boundary, scanMonitor(session, line));
+    candidates = ruleCandidates(services, options.boundary, scanMonitor(session, line));
   }
   if (!candidates) return interruptedBeforeChange();
   Json json = Json::array();
   for (const auto& rule : rules) {
-    wish.rules = {rule};
-    wish.rules.front().isEnabled = true;
-    const auto proposal = proposeRules(services, wish, *candidates);
+    options.rules = {rule};
+    options.rules.front().isEnabled = true;
+    const auto proposal = proposeRules(services, options, *candidates);
     if (session.isJson()) {
       json.push_back(previewJson(rule, proposal));
     } else {
@@ -265,11 +265,11 @@ Rules rulesToRun(const Arguments& arguments) {
 ExitStatus runRulesRun(Session& session, const Arguments& arguments) {
   const bool isToSave = arguments.has("--save");
   if (!isToSave) requireConsentPossible(arguments);
-  const auto wish = wishFor(rulesToRun(arguments));
+  const auto options = optionsFor(rulesToRun(arguments));
   std::optional<Proposal> proposal;
   {
     ProgressLine line(session);
-    proposal = proposeRules(TaskServices::shared(), wish, scanMonitor(session, line));
+    proposal = proposeRules(TaskServices::shared(), options, scanMonitor(session, line));
   }
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
@@ -296,13 +296,13 @@ ExitStatus runRulesRun(Session& session, const Arguments& arguments) {
 
 constexpr ArgumentSpec oneRule{.name = "ID",
                                .help = "A rule: its exact name, or the beginning of its ID.",
-                               .least = 1,
-                               .most = 1,
+                               .min = 1,
+                               .max = 1,
                                .kind = ValueKind::rule};
 constexpr ArgumentSpec anyRules{.name = "ID",
                                 .help = "A rule: its exact name, or the beginning of its ID.",
-                                .least = 0,
-                                .most = anyNumber,
+                                .min = 0,
+                                .max = anyNumber,
                                 .kind = ValueKind::rule};
 
 }  // namespace
@@ -324,11 +324,8 @@ constexpr CommandSpec rulesAddCommand{
         "\"categories\", \"minimumAgeDays\", \"minimumSizeBytes\" and \"namePattern\"; and \"action\" with \"type\" "
         "moveToTrash, reviewOnly, or moveToFolder and its \"path\". A rule with the \"id\" of another one takes its "
         "place. One that narrows nothing, and so would take every file, is refused.",
-    .arguments = {.name = "FILE",
-                  .help = "The file, or - for the standard input.",
-                  .least = 0,
-                  .most = 1,
-                  .kind = ValueKind::path},
+    .arguments =
+        {.name = "FILE", .help = "The file, or - for the standard input.", .min = 0, .max = 1, .kind = ValueKind::path},
     .options = addOptions,
     .run = runRulesAdd,
 };

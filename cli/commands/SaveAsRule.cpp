@@ -41,11 +41,11 @@ ExitStatus saveAsRule(Session& session, const PlannedAnswer& answer, const std::
   const auto rule = usableRule(answer, name);
   if (!rule) return ExitStatus::failed;
   const auto& services = TaskServices::shared();
-  const RulesWish wish{.rules = {*rule}, .boundary = grantedBoundary("one with 'orvanectl folders add'")};
+  const RulesOptions options{.rules = {*rule}, .boundary = grantedBoundary("one with 'orvanectl folders add'")};
   std::optional<Proposal> proposal;
   {
     ProgressLine line(session);
-    proposal = proposeRules(services, wish, scanMonitor(session, line));
+    proposal = proposeRules(services, options, scanMonitor(session, line));
   }
   if (!proposal) return interruptedBeforeChange();
   storeRule(services, *rule);

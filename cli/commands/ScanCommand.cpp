@@ -71,8 +71,8 @@ ScanEnd printScanTable(Session& session, std::vector<FileUrl> folders, Developer
 
 // Of an account that has none of the folders that are looked after by default, such as a server's.
 void printLargestFolders(Session& session, KnownPlaces knownPlaces) {
-  constexpr std::size_t most = 10;
-  const auto folders = largestFolders(FileUrl(homeFolder()), most, session.stop());
+  constexpr std::size_t maxFolders = 10;
+  const auto folders = largestFolders(FileUrl(homeFolder()), maxFolders, session.stop());
   session.out().line("");
   if (!folders.empty()) {
     Table table({{"Size", Alignment::right}, {"Largest folders of the home"}});
@@ -117,8 +117,8 @@ constexpr CommandSpec scanCommand{
         "\"cancelled\" at the end.",
     .arguments = {.name = "FOLDER",
                   .help = "Folders to walk; the granted folders when none is named.",
-                  .least = 0,
-                  .most = anyNumber,
+                  .min = 0,
+                  .max = anyNumber,
                   .kind = ValueKind::folder},
     .options = scanOptions,
     .run = runScanCommand,

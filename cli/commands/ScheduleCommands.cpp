@@ -153,8 +153,8 @@ ExitStatus runScheduleRun(Session& session, const Arguments& arguments) {
 
 constexpr ArgumentSpec frequencyArgument{.name = "FREQUENCY",
                                          .help = "daily, weekly, monthly, or low-disk:GB for a run when less is free.",
-                                         .least = 1,
-                                         .most = 1};
+                                         .min = 1,
+                                         .max = 1};
 
 }  // namespace
 

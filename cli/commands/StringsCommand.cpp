@@ -64,7 +64,7 @@ constexpr CommandSpec stringsCommand{
     .name = "strings",
     .summary = "Show texts of the window, by key",
     .details = "Without KEY it shows all of them. With --json it prints an object from key to text.",
-    .arguments = {.name = "KEY", .help = "A text's key, such as nav.cleanup.", .least = 0, .most = anyNumber},
+    .arguments = {.name = "KEY", .help = "A text's key, such as nav.cleanup.", .min = 0, .max = anyNumber},
     .options = stringsOptions,
     .run = runStrings,
 };

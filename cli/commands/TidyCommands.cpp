@@ -179,9 +179,9 @@ ReturnedUse returnedUse(const Arguments& arguments) {
 }
 
 ExitStatus saveLook(Session& session, const Arguments& arguments) {
-  auto wish = TidyWish::of(AutoOrganizeSettingsStore::shared().get());
-  wish.returned = returnedUse(arguments);
-  const auto proposal = proposeTidy(TaskServices::shared(), wish, ReferenceClock::now(), {.stop = session.stop()});
+  auto options = TidyOptions::of(AutoOrganizeSettingsStore::shared().get());
+  options.returned = returnedUse(arguments);
+  const auto proposal = proposeTidy(TaskServices::shared(), options, ReferenceClock::now(), {.stop = session.stop()});
   if (!proposal) return interruptedBeforeChange();
   tellNotices(proposal->notices());
   return statusWith(proposal->notices(), saveProposal(session, arguments, proposal->approve()));

@@ -59,7 +59,7 @@ constexpr CommandSpec trashCommand{
         "moved as a link.\n\n"
         "Only items inside the allowed folders are moved: those of --root, else the granted folders. With "
         "--json, \"runId\" is null when nothing was moved.",
-    .arguments = {.name = "PATH", .help = "Items to move.", .least = 1, .most = anyNumber, .kind = ValueKind::path},
+    .arguments = {.name = "PATH", .help = "Items to move.", .min = 1, .max = anyNumber, .kind = ValueKind::path},
     .options = trashOptions,
     .run = runTrash,
 };

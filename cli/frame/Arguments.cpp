@@ -86,10 +86,10 @@ void Arguments::addOption(std::string_view word, std::span<const std::string>& r
 
 void Arguments::checkPlain() const {
   const auto& expected = m_command.arguments;
-  if (m_plain.size() > expected.most) {
-    throw UsageError(fmt::format("'{}' is one argument too many", escapedForDisplay(m_plain[expected.most])));
+  if (m_plain.size() > expected.max) {
+    throw UsageError(fmt::format("'{}' is one argument too many", escapedForDisplay(m_plain[expected.max])));
   }
-  if (m_plain.size() < expected.least) throw UsageError(fmt::format("{} is missing", expected.name));
+  if (m_plain.size() < expected.min) throw UsageError(fmt::format("{} is missing", expected.name));
   if (expected.kind == ValueKind::choice) {
     for (const auto& word : m_plain) checkChoice(expected.name, word, expected.choices);
   }

@@ -37,8 +37,8 @@ struct OptionSpec {
 struct ArgumentSpec {
   std::string_view name;  // as the help shows it; empty for a command that takes none
   std::string_view help;
-  std::size_t least = 0;
-  std::size_t most = 0;
+  std::size_t min = 0;
+  std::size_t max = 0;
   ValueKind kind = ValueKind::text;
   std::span<const std::string_view> choices = {};
 };

@@ -38,7 +38,7 @@ class StopPipe {
 LineEnd readLine(std::string& line, const std::stop_token& stop) {
   const StopPipe stopped(stop);
   line.clear();
-  while (line.size() < longestLine) {
+  while (line.size() < maxLineBytes) {
     std::array<pollfd, 2> waited{{{STDIN_FILENO, POLLIN, 0}, {stopped.descriptor(), POLLIN, 0}}};
     if (::poll(waited.data(), waited.size(), -1) < 0) {
       if (errno == EINTR) continue;

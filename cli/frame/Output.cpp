@@ -8,7 +8,7 @@
 namespace orvane::cli {
 namespace {
 
-constexpr std::size_t enough = 64 * 1024;
+constexpr std::size_t flushBytes = 64 * 1024;
 
 }  // namespace
 
@@ -20,7 +20,7 @@ bool OutputError::isClosedPipe() const noexcept {
 }
 
 void Output::settle() {
-  if (m_buffer.size() >= enough) flush();
+  if (m_buffer.size() >= flushBytes) flush();
 }
 
 void Output::write(std::string_view text) {

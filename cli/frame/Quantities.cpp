@@ -38,11 +38,11 @@ constexpr double tooMany = 1e18;
 }  // namespace
 
 std::int64_t daysFrom(const std::string& text, std::string_view option) {
-  constexpr std::int64_t most = 1'000'000;
+  constexpr std::int64_t maxDays = 1'000'000;
   std::int64_t days = 0;
   const auto* const end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, days);
-  if (result.ec != std::errc() || result.ptr != end || days < 1 || days > most) {
+  if (result.ec != std::errc() || result.ptr != end || days < 1 || days > maxDays) {
     refuse(text, option, "give a number of days, such as 30");
   }
   return days;

@@ -16,7 +16,7 @@ namespace orvane::cli {
 namespace {
 
 constexpr std::size_t identifierLength = 36;
-constexpr std::size_t shortestPrefix = 8;
+constexpr std::size_t minPrefixLength = 8;
 
 bool canBeginIdentifier(std::string_view text) {
   return !text.empty() && text.size() <= identifierLength &&
@@ -42,7 +42,7 @@ const CleanupRunSummary& runMeantBy(std::string_view text, std::span<const Clean
 }
 
 std::size_t distinctPrefixLength(std::span<const CleanupRunSummary> runs) {
-  for (std::size_t length = shortestPrefix; length < identifierLength; ++length) {
+  for (std::size_t length = minPrefixLength; length < identifierLength; ++length) {
     std::set<std::string> prefixes;
     for (const auto& run : runs) prefixes.insert(run.runId.toString().substr(0, length));
     if (prefixes.size() == runs.size()) return length;

@@ -76,8 +76,8 @@ std::string usageOf(const CommandSpec& command) {
   const auto& arguments = command.arguments;
   std::string result = fmt::format("{} {} [OPTIONS]", programName, command.name);
   if (!arguments.name.empty()) {
-    const auto name = fmt::format("{}{}", arguments.name, arguments.most > 1 ? "..." : "");
-    result += arguments.least > 0 ? " " + name : fmt::format(" [{}]", name);
+    const auto name = fmt::format("{}{}", arguments.name, arguments.max > 1 ? "..." : "");
+    result += arguments.min > 0 ? " " + name : fmt::format(" [{}]", name);
   }
   return result;
 }

@@ -152,7 +152,7 @@ std::string zshArguments(const CommandSpec& command) {
   }
   const auto& arguments = command.arguments;
   if (!arguments.name.empty()) {
-    result += fmt::format(" \\\n        '{}:{}:{}'", arguments.most > 1 ? "*" : "1", arguments.name,
+    result += fmt::format(" \\\n        '{}:{}:{}'", arguments.max > 1 ? "*" : "1", arguments.name,
                           zshValue(arguments.kind, arguments.choices));
   }
   return result;

@@ -25,7 +25,7 @@ using Index = StorageMap::Index;
 
 // Rows of one folder; the JSON has them all.
 constexpr std::size_t rowsShown = 20;
-constexpr std::size_t largestShown = 10;
+constexpr std::size_t maxShown = 10;
 constexpr std::size_t sharesShown = 3;
 
 std::vector<Index> bySize(const StorageMap& map, Index index) {
@@ -116,7 +116,7 @@ void printFiles(Session& session, const StorageMap& map) {
       files.push_back({static_cast<Index>(index), &file});
     }
   }
-  const auto shown = std::min(files.size(), largestShown);
+  const auto shown = std::min(files.size(), maxShown);
   std::partial_sort(files.begin(), files.begin() + static_cast<std::ptrdiff_t>(shown), files.end(),
                     [](const Found& one, const Found& other) { return one.file->diskBytes > other.file->diskBytes; });
   if (shown == 0) return;

@@ -127,24 +127,24 @@ std::string doubtText(std::string_view prompt, const PlannedAnswer& answer) {
   return "another command does it";
 }
 
-std::string roomCommand(const RoomWish& wish) {
+std::string roomCommand(const RoomRequest& request) {
   const auto withFolder = [&](const std::string& command) {
-    return wish.folder.empty() ? command : command + " " + wish.folder;
+    return request.folder.empty() ? command : command + " " + request.folder;
   };
-  switch (wish.room) {
+  switch (request.room) {
     case Room::cleanup:
       return "orvanectl clean --dry-run";
     case Room::duplicates:
       return withFolder("orvanectl duplicates");
     case Room::apps:
-      return wish.name.empty() ? "orvanectl apps list" : "orvanectl apps uninstall " + quoted(wish.name);
+      return request.name.empty() ? "orvanectl apps list" : "orvanectl apps uninstall " + quoted(request.name);
     case Room::organize: {
       auto command = withFolder("orvanectl organize");
-      if (!wish.way.empty()) command += fmt::format(" --strategy {}", wish.way);
+      if (!request.way.empty()) command += fmt::format(" --strategy {}", request.way);
       return command;
     }
     case Room::schedule:
-      return fmt::format("orvanectl schedule set {}", wish.way.empty() ? "weekly" : wish.way);
+      return fmt::format("orvanectl schedule set {}", request.way.empty() ? "weekly" : request.way);
     case Room::history:
       return "orvanectl restore --last";
     case Room::map:
@@ -157,16 +157,16 @@ std::string roomCommand(const RoomWish& wish) {
   return {};
 }
 
-std::string roomText(const RoomWish& wish) {
-  const auto command = roomCommand(wish);
+std::string roomText(const RoomRequest& request) {
+  const auto command = roomCommand(request);
   if (command.empty()) return "Nothing here empties the Trash: your file manager does";
   return fmt::format("Another command does this: {}", escapedForDisplay(command));
 }
 
-Json roomJson(const RoomWish& wish) {
+Json roomJson(const RoomRequest& request) {
   Json json = Json::object();
-  const auto command = roomCommand(wish);
-  json["room"] = rawValue(wish.room);
+  const auto command = roomCommand(request);
+  json["room"] = rawValue(request.room);
   json["command"] = command.empty() ? Json() : Json(command);
   return json;
 }

@@ -8,7 +8,7 @@
 namespace orvane {
 struct PlannedAnswer;
 struct PlacesBeside;
-struct RoomWish;
+struct RoomRequest;
 }  // namespace orvane
 
 namespace orvane::cli {
@@ -23,10 +23,10 @@ void printBeside(Session& session, const PlacesBeside& beside);
 // answers.
 [[nodiscard]] std::string doubtText(std::string_view prompt, const PlannedAnswer& answer);
 // The command that does what a section is for; empty where none does.
-[[nodiscard]] std::string roomCommand(const RoomWish& wish);
+[[nodiscard]] std::string roomCommand(const RoomRequest& request);
 // The same as a sentence for people.
-[[nodiscard]] std::string roomText(const RoomWish& wish);
+[[nodiscard]] std::string roomText(const RoomRequest& request);
 // {"room", "command"}
-[[nodiscard]] Json roomJson(const RoomWish& wish);
+[[nodiscard]] Json roomJson(const RoomRequest& request);
 
 }  // namespace orvane::cli

@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view messagesPath = "/v1/messages";
 constexpr std::string_view interfaceVersion = "2023-06-01";
 constexpr std::string_view messagesModel = "claude-3-5-sonnet-20241022";
-constexpr int maximumTokens = 1024;
+constexpr int maxTokens = 1024;
 constexpr std::string_view messagesLeadIn =
     "You are Orvane's cleanup planner. Analyze the metadata and produce a JSON response adhering to this schema:";
 constexpr std::string_view closing = "Return ONLY valid JSON.";
@@ -28,7 +28,7 @@ AnthropicClient::AnthropicClient(SecretText apiKey, HttpTransport& session, std:
 HttpRequest AnthropicClient::keylessRequest(const MetadataOnlyRequest& request, std::string_view baseAddress) {
   Json body = Json::object();
   body["model"] = messagesModel;
-  body["max_tokens"] = maximumTokens;
+  body["max_tokens"] = maxTokens;
   body["system"] = fmt::format("{}\n{}\n{}", messagesLeadIn, CleaningPlanSchema::promptBlock(), closing);
   Json message = Json::object();
   message["role"] = "user";

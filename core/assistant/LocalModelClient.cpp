@@ -28,7 +28,7 @@ std::string LocalModelClient::instructions() {
 
 CleaningPlan LocalModelClient::planFromReply(std::string_view text, std::string_view prompt) {
   auto plan = validPlanFrom(enclosedObject(text));
-  if (plan.steps.size() > mostSteps) throw PlannerError(PlannerError::TooManySteps{mostSteps});
+  if (plan.steps.size() > maxSteps) throw PlannerError(PlannerError::TooManySteps{maxSteps});
   plan.id = Uuid::random();
   for (auto& step : plan.steps) step.id = Uuid::random();
   plan.userGoal = trimmed(prompt);

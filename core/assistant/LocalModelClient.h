@@ -14,7 +14,7 @@ class TopicModel;
 class LocalModelClient : public LLMClient {
  public:
   // More steps are no plan that anybody can look through.
-  static constexpr std::size_t mostSteps = 20;
+  static constexpr std::size_t maxSteps = 20;
 
   // `model` must outlive this object.
   explicit LocalModelClient(TopicModel& model) : m_model(model) {}

@@ -45,13 +45,13 @@ std::uint64_t fingerprintOf(std::span<const std::byte> bytes) noexcept {
 }
 
 // Most files that one thread compares side by side: each of them takes a descriptor.
-std::size_t mostSideBySide() noexcept {
+std::size_t maxSideBySide() noexcept {
   constexpr rlim_t keptForOthers = 64;
-  constexpr rlim_t most = 128;
+  constexpr rlim_t maxOpen = 128;
   struct rlimit limit {};
   if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur <= keptForOthers) return 2;
   const auto share = (limit.rlim_cur - keptForOthers) / WorkStack::processorCount();
-  return static_cast<std::size_t>(std::clamp<rlim_t>(share, 2, most));
+  return static_cast<std::size_t>(std::clamp<rlim_t>(share, 2, maxOpen));
 }
 
 // Calls `visit` for each run of elements of which each is `isSame` as the one before.
@@ -88,14 +88,14 @@ std::vector<DuplicateGroup> DuplicateSearch::run(const std::vector<FileUrl>& fol
   std::exchange(m_candidates, {});
   std::exchange(m_digests, {});
 
-  for (auto& files : m_result) std::sort(files.places.begin(), files.places.end());
+  for (auto& files : m_result) std::sort(files.found.begin(), files.found.end());
   std::sort(m_result.begin(), m_result.end(),
-            [](const auto& left, const auto& right) { return left.places.front() < right.places.front(); });
+            [](const auto& left, const auto& right) { return left.found.front() < right.found.front(); });
   std::vector<DuplicateGroup> groups;
   groups.reserve(m_result.size());
   for (auto& files : m_result) {
     groups.push_back(groupOf(files, strategy));
-    files.places = {};
+    files.found = {};
   }
   return groups;
 }
@@ -103,7 +103,7 @@ std::vector<DuplicateGroup> DuplicateSearch::run(const std::vector<FileUrl>& fol
 void DuplicateSearch::chooseCandidates() {
   struct Sized {
     std::int64_t size;
-    FoundPlace place;
+    FoundFileIndex found;
   };
   std::vector<Sized> all;
   const auto& folders = m_found.folders();
@@ -126,8 +126,8 @@ void DuplicateSearch::chooseCandidates() {
   forEachRun(all, isSame, [&](std::size_t first, std::size_t length) {
     if (length < 2) return;
     for (std::size_t i = first; i < first + length; ++i) {
-      const auto& file = m_found.file(all[i].place);
-      m_candidates.push_back({file.device(), file.inode(), 0, all[i].place, bucket});
+      const auto& file = m_found.file(all[i].found);
+      m_candidates.push_back({file.device(), file.inode(), 0, all[i].found, bucket});
     }
     ++bucket;
   });
@@ -137,7 +137,7 @@ void DuplicateSearch::chooseCandidates() {
 void DuplicateSearch::keepOneNameOfEach() {
   const auto identity = [](const Candidate& candidate) { return std::pair(candidate.device, candidate.inode); };
   std::sort(m_candidates.begin(), m_candidates.end(), [&](const Candidate& left, const Candidate& right) {
-    return std::tuple(left.device, left.inode, left.place) < std::tuple(right.device, right.inode, right.place);
+    return std::tuple(left.device, left.inode, left.found) < std::tuple(right.device, right.inode, right.found);
   });
   const auto isSameFile = [&](const Candidate& left, const Candidate& right) {
     return identity(left) == identity(right);
@@ -153,7 +153,7 @@ void DuplicateSearch::keepOneNameOfEach() {
 }
 
 std::optional<ContentFile> DuplicateSearch::openFile(const Candidate& candidate, FoundPaths& paths) const {
-  auto file = ContentFile::open(paths.of(candidate.place));
+  auto file = ContentFile::open(paths.of(candidate.found));
   if (!file) return std::nullopt;
   const auto& identity = file->identity();
   const bool isSame =
@@ -191,7 +191,7 @@ DuplicateSearch::Fate DuplicateSearch::readBeginning(Candidate& candidate, Begin
   }
   // Another file may have taken the name by now; it is grouped by its own content, and a cleanup reads all of it again.
   const auto size = static_cast<std::size_t>(sizeOf(candidate));
-  const auto& path = reader.paths.of(candidate.place);
+  const auto& path = reader.paths.of(candidate.found);
   if (ContentFile::readAtOnce(path, std::span(reader.buffer).first(size + 1)) != size) return Fate::dropped;
   reader.hash.update(std::span(reader.buffer).first(size));
   auto& digest = m_digests[candidate.digest];
@@ -206,7 +206,7 @@ bool DuplicateSearch::isWholeInBeginning(const Candidate& candidate) const {
 
 void DuplicateSearch::sortByBeginning() {
   std::sort(m_candidates.begin(), m_candidates.end(), [](const Candidate& left, const Candidate& right) {
-    return std::tie(left.bucket, left.fingerprint, left.place) < std::tie(right.bucket, right.fingerprint, right.place);
+    return std::tie(left.bucket, left.fingerprint, left.found) < std::tie(right.bucket, right.fingerprint, right.found);
   });
 }
 
@@ -227,7 +227,7 @@ void DuplicateSearch::compareContents() {
   });
   m_monitor.beginStage(DuplicateProgress::Stage::comparingContents, files, bytes);
 
-  const auto sideBySide = mostSideBySide();
+  const auto sideBySide = maxSideBySide();
   const auto small = std::partition(units.begin(), units.end(), [&](Unit unit) { return unit.count > sideBySide; });
   std::for_each(units.begin(), small, [&](Unit unit) { hashUnit(unit); });
   units.erase(units.begin(), small);
@@ -259,7 +259,7 @@ void DuplicateSearch::compareUnit(Unit unit) {
     ContentComparison comparison(std::move(members), sizeOf(m_candidates[unit.first]), m_monitor);
     for (const auto& equal : comparison.run()) {
       EqualFiles files{equal.digest, {}};
-      for (const auto index : equal.indexes) files.places.push_back(m_candidates[index].place);
+      for (const auto index : equal.indexes) files.found.push_back(m_candidates[index].found);
       const std::lock_guard lock(m_resultMutex);
       m_result.push_back(std::move(files));
     }
@@ -294,23 +294,23 @@ void DuplicateSearch::groupByDigest(Unit unit) {
     return m_digests[candidate.digest];
   };
   std::sort(all.begin(), all.end(), [&](const Candidate& left, const Candidate& right) {
-    return std::tie(digestOf(left), left.place) < std::tie(digestOf(right), right.place);
+    return std::tie(digestOf(left), left.found) < std::tie(digestOf(right), right.found);
   });
   forEachRun(
       all, [&](const auto& left, const auto& right) { return digestOf(left) == digestOf(right); },
       [&](std::size_t first, std::size_t count) {
         if (count < 2) return;
         auto& files = m_result.emplace_back(EqualFiles{digestOf(all[first]), {}});
-        files.places.reserve(count);
-        for (std::size_t i = first; i < first + count; ++i) files.places.push_back(all[i].place);
+        files.found.reserve(count);
+        for (std::size_t i = first; i < first + count; ++i) files.found.push_back(all[i].found);
       });
 }
 
-FileItem DuplicateSearch::itemOf(FoundPlace place) const {
-  const auto& file = m_found.file(place);
-  std::string path = FoundPaths(m_found).of(place);
+FileItem DuplicateSearch::itemOf(FoundFileIndex found) const {
+  const auto& file = m_found.file(found);
+  std::string path = FoundPaths(m_found).of(found);
   FileItem::Fields fields;
-  fields.relativeStart = static_cast<std::uint32_t>(path.size() - m_found.name(place).size());
+  fields.relativeStart = static_cast<std::uint32_t>(path.size() - m_found.name(found).size());
   fields.url = FileUrl(std::move(path));
   fields.fileSize = file.size();
   const auto created = file.created();
@@ -324,10 +324,10 @@ FileItem DuplicateSearch::itemOf(FoundPlace place) const {
 
 DuplicateGroup DuplicateSearch::groupOf(const EqualFiles& files, DuplicateKeepStrategy strategy) const {
   DuplicateGroup group;
-  group.fileSize = m_found.file(files.places.front()).size();
+  group.fileSize = m_found.file(files.found.front()).size();
   group.hash = digestText(files.digest);
-  group.items.reserve(files.places.size());
-  for (const auto place : files.places) group.items.push_back(itemOf(place));
+  group.items.reserve(files.found.size());
+  for (const auto found : files.found) group.items.push_back(itemOf(found));
   group.applyKeepStrategy(strategy);
   group.enforceKeepOneInvariant();
   return group;

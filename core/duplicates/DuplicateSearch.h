@@ -34,14 +34,14 @@ class DuplicateSearch {
     std::uint64_t device;
     std::uint64_t inode;
     std::uint64_t fingerprint = 0;  // of the beginning; equal for equal beginnings
-    FoundPlace place;
+    FoundFileIndex found;
     std::uint32_t bucket;      // the same for files of the same size
     std::uint32_t digest = 0;  // its place in m_digests
   };
   enum class Fate : std::uint8_t { undecided, dropped };
   struct EqualFiles {
     Sha256::Digest digest;
-    std::vector<FoundPlace> places;
+    std::vector<FoundFileIndex> found;
   };
   // A run of candidates whose contents have to be compared.
   struct Unit {
@@ -65,8 +65,8 @@ class DuplicateSearch {
   [[nodiscard]] std::optional<ContentFile> openFile(const Candidate& candidate, FoundPaths& paths) const;
   [[nodiscard]] std::int64_t bytesOf(Unit unit) const;
   [[nodiscard]] DuplicateGroup groupOf(const EqualFiles& files, DuplicateKeepStrategy strategy) const;
-  [[nodiscard]] FileItem itemOf(FoundPlace place) const;
-  [[nodiscard]] std::int64_t sizeOf(const Candidate& candidate) const { return m_found.file(candidate.place).size(); }
+  [[nodiscard]] FileItem itemOf(FoundFileIndex found) const;
+  [[nodiscard]] std::int64_t sizeOf(const Candidate& candidate) const { return m_found.file(candidate.found).size(); }
 
   const PathValidator& m_validator;
   const FileStatusReader& m_statusReader;

@@ -35,11 +35,11 @@ struct Search {
 
 class ListFolder : public FolderVisit<ListFolder> {
  public:
-  ListFolder(Search& search, FoundFolder& folder, FolderPlace place)
-      : FolderVisit(search.walk, std::move(place)), m_search(search), m_folder(folder) {}
-  ListFolder(ListFolder& parent, std::string_view name, FolderPlace place)
+  ListFolder(Search& search, FoundFolder& folder, UnreadFolder unread)
+      : FolderVisit(search.walk, std::move(unread)), m_search(search), m_folder(folder) {}
+  ListFolder(ListFolder& parent, std::string_view name, UnreadFolder unread)
       : ListFolder(parent.m_search, parent.m_search.found.addFolder(&parent.m_folder, std::string(name)),
-                   std::move(place)) {
+                   std::move(unread)) {
     parent.m_folder.folders.push_back(&m_folder);
   }
 
@@ -103,7 +103,7 @@ void listCandidates(FoundFiles& found, const std::vector<FileUrl>& folders, cons
     auto& folder = found.addFolder(nullptr, folders[i].path());
     starts.push_back(&folder);
     tasks.push_back(
-        std::make_unique<ListFolder>(search, folder, FolderPlace{nullptr, search.boundary.canonicalPaths()[i]}));
+        std::make_unique<ListFolder>(search, folder, UnreadFolder{nullptr, search.boundary.canonicalPaths()[i]}));
   }
   search.walk.work.push(tasks);
   const std::stop_callback onStop(monitor.stopToken(), [&] { search.walk.stop(); });

@@ -50,19 +50,19 @@ void FoundFiles::settleOrder(const std::vector<FoundFolder*>& starts) {
   }
 }
 
-std::string_view FoundFiles::name(FoundPlace place) const {
-  return m_ordered[place.folder]->fileNames.c_str() + file(place).nameStart();
+std::string_view FoundFiles::name(FoundFileIndex found) const {
+  return m_ordered[found.folder]->fileNames.c_str() + file(found).nameStart();
 }
 
-const std::string& FoundPaths::of(FoundPlace place) {
-  const auto* folder = m_files.folders()[place.folder];
+const std::string& FoundPaths::of(FoundFileIndex found) {
+  const auto* folder = m_files.folders()[found.folder];
   if (m_folder != folder) {
     folder->pathInto(m_path);
     m_folder = folder;
     m_prefix = m_path.size();
   }
   m_path.resize(m_prefix);
-  return m_path.append(m_files.name(place));
+  return m_path.append(m_files.name(found));
 }
 
 }  // namespace orvane

@@ -54,10 +54,10 @@ struct FoundFolder {
 };
 
 // One of the files: where it stands in the order of the walk, all files of a folder before those of its subfolders.
-struct FoundPlace {
+struct FoundFileIndex {
   std::uint32_t folder = 0;
   std::uint32_t file = 0;
-  auto operator<=>(const FoundPlace&) const = default;
+  auto operator<=>(const FoundFileIndex&) const = default;
 };
 
 class FoundFiles;
@@ -67,7 +67,7 @@ class FoundPaths {
  public:
   explicit FoundPaths(const FoundFiles& files) noexcept : m_files(files) {}
   // Valid until the next call.
-  [[nodiscard]] const std::string& of(FoundPlace place);
+  [[nodiscard]] const std::string& of(FoundFileIndex found);
 
  private:
   const FoundFiles& m_files;
@@ -86,8 +86,8 @@ class FoundFiles {
 
   // In the order of the walk.
   [[nodiscard]] const std::vector<const FoundFolder*>& folders() const noexcept { return m_ordered; }
-  [[nodiscard]] const FoundFile& file(FoundPlace place) const { return m_ordered[place.folder]->files[place.file]; }
-  [[nodiscard]] std::string_view name(FoundPlace place) const;
+  [[nodiscard]] const FoundFile& file(FoundFileIndex found) const { return m_ordered[found.folder]->files[found.file]; }
+  [[nodiscard]] std::string_view name(FoundFileIndex found) const;
 
  private:
   std::mutex m_mutex;

@@ -16,7 +16,7 @@ std::optional<std::string> HashUtility::computePartialHash(const FileUrl& url, s
   Sha256 hash;
   std::array<std::byte, partialSize> buffer;
   hash.update(std::span(buffer).first(file->read(0, buffer)));
-  if (fileSize > largestHeadOnly) {
+  if (fileSize > maxHeadOnlyBytes) {
     hash.update(std::span(buffer).first(file->read(fileSize - partialSize, buffer)));
   }
   return digestText(hash.finish());

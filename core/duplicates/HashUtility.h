@@ -13,9 +13,9 @@ namespace orvane {
 struct HashUtility {
   HashUtility() = delete;
 
-  static constexpr std::int64_t partialSize = 16384;      // bytes read at either end
-  static constexpr std::int64_t largestHeadOnly = 32768;  // a file of more bytes has its end read too
-  static constexpr std::size_t chunkSize = 65536;         // bytes held at a time
+  static constexpr std::int64_t partialSize = 16384;       // bytes read at either end
+  static constexpr std::int64_t maxHeadOnlyBytes = 32768;  // a file of more bytes has its end read too
+  static constexpr std::size_t chunkSize = 65536;          // bytes held at a time
 
   // Of the first bytes and, where `fileSize` is large enough, the last ones, as `fileSize` tells where they begin. A
   // file of 16 to 32 KiB is never looked at behind its first 16 KiB: this only tells which files may be the same.

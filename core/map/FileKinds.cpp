@@ -39,7 +39,7 @@ MapKind kindOfExtension(std::string_view extension, const SystemProfile& profile
 
 MapKind FileKinds::kindOf(std::string_view name) {
   const auto extension = splitName(name).extension;
-  if (extension.empty() || extension.size() > longestExtension) return MapKind::other;
+  if (extension.empty() || extension.size() > maxExtensionBytes) return MapKind::other;
   Known wanted{.length = extension.size()};
   std::transform(extension.begin(), extension.end(), wanted.extension.begin(), lowerAscii);
   const auto known = std::ranges::find_if(

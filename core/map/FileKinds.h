@@ -18,9 +18,9 @@ class FileKinds {
   [[nodiscard]] MapKind kindOf(std::string_view name);
 
  private:
-  static constexpr std::size_t longestExtension = 12;
+  static constexpr std::size_t maxExtensionBytes = 12;
   struct Known {
-    std::array<char, longestExtension> extension{};
+    std::array<char, maxExtensionBytes> extension{};
     std::size_t length = 0;
     MapKind kind = MapKind::other;
   };

@@ -10,7 +10,7 @@ namespace orvane {
 namespace {
 
 // No name of any file system is longer, and nothing else matters.
-constexpr std::size_t longestText = 65536;
+constexpr std::size_t maxTextBytes = 65536;
 constexpr std::size_t deepest = 1'000'000;
 
 [[noreturn]] void refuse(const char* what) {
@@ -160,7 +160,7 @@ std::string JsonPieces::readText() {
   std::string text;
   for (int sign = take(); sign != '"'; sign = take()) {
     if (sign < 0) refuse("the JSON text ends early");
-    if (text.size() > longestText) refuse("a text of the JSON text is too long");
+    if (text.size() > maxTextBytes) refuse("a text of the JSON text is too long");
     if (sign == '\\') {
       appendEscape(text);
     } else {

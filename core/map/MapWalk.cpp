@@ -90,21 +90,21 @@ std::optional<Status> statusOf(int folder, const char* name) noexcept {
 
 class ReadFolder : public FolderVisit<ReadFolder> {
  public:
-  ReadFolder(Shared& shared, Index index, Folder& folder, FolderPlace place, MapState state)
-      : FolderVisit(shared.walk, std::move(place)),
+  ReadFolder(Shared& shared, Index index, Folder& folder, UnreadFolder unread, MapState state)
+      : FolderVisit(shared.walk, std::move(unread)),
         m_shared(shared),
         m_index(index),
         m_folder(folder),
         m_isProtected(state == MapState::protectedPlace) {}
-  ReadFolder(ReadFolder& parent, std::string_view name, FolderPlace place)
-      : ReadFolder(parent.m_shared, parent.m_child.first, *parent.m_child.second, std::move(place),
+  ReadFolder(ReadFolder& parent, std::string_view name, UnreadFolder unread)
+      : ReadFolder(parent.m_shared, parent.m_child.first, *parent.m_child.second, std::move(unread),
                    parent.m_child.second->state) {
     m_isHidden = parent.m_isHidden || name.starts_with('.');
     m_known = parent.m_known;
   }
 
   // Totals are of everything, however deep it lies.
-  [[nodiscard]] static constexpr std::size_t longestPath() noexcept { return std::string::npos; }
+  [[nodiscard]] static constexpr std::size_t maxPathBytes() noexcept { return std::string::npos; }
 
   // Everything that a folder's path decides for its entries.
   struct Rules {
@@ -291,7 +291,7 @@ std::optional<StorageMap> MapWalk::map(const std::string& path, const Options& o
   folder->ownDiskBytes = status->diskBytes;
   folder->ownLogicalBytes = status->file.size;
   WorkStack::Tasks tasks;
-  tasks.push_back(std::make_unique<ReadFolder>(shared, index, *folder, FolderPlace{nullptr, root}, MapState::yours));
+  tasks.push_back(std::make_unique<ReadFolder>(shared, index, *folder, UnreadFolder{nullptr, root}, MapState::yours));
   shared.walk.run(std::move(tasks), foldersReadAlone, options.stop);
   if (options.stop.stop_requested()) return std::nullopt;
   auto names = settleLinked(shared, [&](Index place) { return pathIn(shared.folders, place); });

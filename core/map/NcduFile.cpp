@@ -192,7 +192,7 @@ class NcduReader {
 }  // namespace
 
 void writeNcdu(const StorageMap& map, Date now, const std::function<void(std::string_view)>& write) {
-  constexpr std::size_t enough = 65536;
+  constexpr std::size_t flushBytes = 65536;
   std::string text = fmt::format("[1,2,{{\"progname\":\"orvane\",\"progver\":\"1\",\"timestamp\":{}}}",
                                  static_cast<std::int64_t>(std::floor(unixSeconds(now))));
   struct Open {
@@ -216,7 +216,7 @@ void writeNcdu(const StorageMap& map, Date now, const std::function<void(std::st
       text += ']';
       open.pop_back();
     }
-    if (text.size() < enough) continue;
+    if (text.size() < flushBytes) continue;
     write(text);
     text.clear();
   }

@@ -11,7 +11,7 @@
 
 namespace orvane {
 
-PlanDestinations::Place PlanDestinations::placeFor(const FileUrl& file, std::string_view destination) {
+PlanDestinations::Destination PlanDestinations::destinationFor(const FileUrl& file, std::string_view destination) {
   auto folder = planFolder(destination);
   if (!folder) return {{}, "The destination folder is not a path."};
   const auto& own = canonical(parentPath(file.path()));

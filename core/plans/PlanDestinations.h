@@ -20,13 +20,13 @@ class PlanDestinations {
   PlanDestinations(const PathValidator& validator, const Boundary& boundary)
       : m_validator(validator), m_boundary(boundary) {}
 
-  struct Place {
+  struct Destination {
     std::optional<FileUrl> folder;  // absent for a text that cannot name one, and where the file lies in place
     std::string refusal;            // why the folder may not be moved into; empty when it may
   };
   // Where a file goes that a step moves to `destination`: a file that lies there goes to the folder of its category
   // inside it.
-  [[nodiscard]] Place placeFor(const FileUrl& file, std::string_view destination);
+  [[nodiscard]] Destination destinationFor(const FileUrl& file, std::string_view destination);
 
  private:
   [[nodiscard]] const std::string& canonical(std::string_view folder);

@@ -26,7 +26,7 @@ std::optional<MoveRequest> requestFor(const PlanMatchResult& match, PlanDestinat
   request.expectedIdentity = match.item.identity();
   if (match.action == PlannedAction::move) {
     if (!match.destinationFolder) return std::nullopt;
-    auto place = destinations.placeFor(match.item.url(), *match.destinationFolder);
+    auto place = destinations.destinationFor(match.item.url(), *match.destinationFolder);
     if (!place.folder || !place.refusal.empty()) return std::nullopt;
     request.destinationFolder = *std::move(place.folder);
   }

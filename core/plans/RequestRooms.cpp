@@ -13,7 +13,7 @@
 namespace orvane {
 namespace {
 
-using Phrases = std::span<const std::string_view>;
+using Words = std::span<const std::string_view>;
 
 constexpr auto duplicateWords = std::to_array<std::string_view>(
     {"duplicate", "duplicates", "duplicated", "dupe", "dupes", "deduplicate", "duplicated", "extra copies", "identical",
@@ -93,7 +93,7 @@ std::string appName(const RequestSentence& sentence) {
       std::to_array<std::string_view>({"delete", "remove", "clean", "clear", "purge", "get", "rid", "trash"});
   std::string name;
   for (const auto& token : sentence.tokens()) {
-    const auto isOneOf = [&](Phrases words) { return std::ranges::find(words, token.text) != words.end(); };
+    const auto isOneOf = [&](Words words) { return std::ranges::find(words, token.text) != words.end(); };
     if (isOneOf(others) || isOneOf(verbs) || isOneOf(uninstallWords)) continue;
     if (!name.empty()) name += ' ';
     name += token.text;
@@ -146,25 +146,26 @@ bool asksForOrganizer(const RequestSentence& sentence, const PromptReading& read
 
 }  // namespace
 
-std::optional<RoomWish> roomFor(const RequestSentence& sentence, const PromptReading& reading) {
+std::optional<RoomRequest> roomFor(const RequestSentence& sentence, const PromptReading& reading) {
   const auto folder = folderOf(reading);
-  if (sentence.hasAny(duplicateWords)) return RoomWish{.room = Room::duplicates, .folder = folder};
-  if (asksForApps(sentence, reading)) return RoomWish{.room = Room::apps, .name = appName(sentence)};
+  if (sentence.hasAny(duplicateWords)) return RoomRequest{.room = Room::duplicates, .folder = folder};
+  if (asksForApps(sentence, reading)) return RoomRequest{.room = Room::apps, .name = appName(sentence)};
   if (sentence.hasAny(historyWords) || (sentence.has("history") && !reading.wantsRemoval))
-    return RoomWish{.room = Room::history};
-  if (asksForTrash(sentence, reading)) return RoomWish{.room = Room::trash};
+    return RoomRequest{.room = Room::history};
+  if (asksForTrash(sentence, reading)) return RoomRequest{.room = Room::trash};
   if (sentence.hasAny(regularWords) || sentence.hasAny(regularUnits)) {
-    return RoomWish{.room = Room::schedule, .way = regularity(sentence)};
+    return RoomRequest{.room = Room::schedule, .way = regularity(sentence)};
   }
-  if (sentence.hasAny(mapWords) || sentence.hasAny(mapQuestions)) return RoomWish{.room = Room::map, .folder = folder};
-  if (sentence.hasAny(privacyWords)) return RoomWish{.room = Room::privacy};
+  if (sentence.hasAny(mapWords) || sentence.hasAny(mapQuestions))
+    return RoomRequest{.room = Room::map, .folder = folder};
+  if (sentence.hasAny(privacyWords)) return RoomRequest{.room = Room::privacy};
   if (asksForOrganizer(sentence, reading)) {
-    return RoomWish{.room = Room::organize, .folder = folder, .way = wayOfOrganizing(sentence)};
+    return RoomRequest{.room = Room::organize, .folder = folder, .way = wayOfOrganizing(sentence)};
   }
   return std::nullopt;
 }
 
-std::optional<RoomWish> cleanupFor(RequestSentence sentence, const PromptReading& reading) {
+std::optional<RoomRequest> cleanupFor(RequestSentence sentence, const PromptReading& reading) {
   if (namesAnObject(reading)) return std::nullopt;
   constexpr auto words = std::to_array<std::string_view>(
       {"up",      "out",         "space",  "room",   "disk", "disc",       "computer", "laptop",  "mac",     "pc",
@@ -179,7 +180,7 @@ std::optional<RoomWish> cleanupFor(RequestSentence sentence, const PromptReading
   sentence.explainAll(words);
   if (!sentence.isAllKnown() || !sentence.hasAny(nouns)) return std::nullopt;
   if (!reading.wantsRemoval && !sentence.hasAny(verbs)) return std::nullopt;
-  return RoomWish{.room = Room::cleanup};
+  return RoomRequest{.room = Room::cleanup};
 }
 
 }  // namespace orvane

@@ -389,7 +389,7 @@ Understanding understand(const RequestText& request, const PromptReading& readin
   if (namesPath(request.words)) return doubted(Doubt::path);
   if (result.programs.empty()) return doubted(doubtAboutTables(sentence, reading, result, plan));
   const auto doubt = doubtAboutPrograms(sentence, reading, result, areAllPlaces);
-  if (doubt == Doubt::program) result.room = RoomWish{.room = Room::apps, .name = result.programs.front().name};
+  if (doubt == Doubt::program) result.room = RoomRequest{.room = Room::apps, .name = result.programs.front().name};
   return doubted(doubt);
 }
 

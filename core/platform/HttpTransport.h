@@ -69,7 +69,7 @@ using HttpError = VariantError<HttpErrorCases>;
 // that what is sent reaches the host that was named or nobody. Callable from any thread.
 class HttpTransport {
  public:
-  static constexpr std::size_t longestReply = std::size_t{4} * 1024 * 1024;  // bytes
+  static constexpr std::size_t maxReplyBytes = std::size_t{4} * 1024 * 1024;  // bytes
 
   virtual ~HttpTransport() = default;
   // Throws HttpError. A stop ends the call at once.

@@ -14,7 +14,7 @@ namespace orvane {
 namespace {
 
 // Above this, waiting for the whole volume costs less than waiting for each folder.
-constexpr std::ptrdiff_t mostSingleSyncs = 8;
+constexpr std::ptrdiff_t maxSingleSyncs = 8;
 
 void check(int result) {
   if (result == 0) return;
@@ -52,7 +52,7 @@ void FolderSyncSet::syncAll() {
                    [](const Member& left, const Member& right) { return left.device < right.device; });
   for (auto first = members.begin(); first != members.end();) {
     const auto last = std::find_if(first, members.end(), [&](const Member& m) { return m.device != first->device; });
-    if (last - first > mostSingleSyncs && first->volumeSync != nullptr) {
+    if (last - first > maxSingleSyncs && first->volumeSync != nullptr) {
       check(first->volumeSync(first->folder->get()));
     } else {
       std::for_each(first, last, [](const Member& member) { check(::fsync(member.folder->get())); });

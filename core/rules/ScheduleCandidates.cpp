@@ -34,15 +34,15 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   };
 
   ReadFolder(TreeWalk& walk, const NamedFiles& namedFiles, SteadyList<WalkedFolder>& folders, const std::string& path,
-             FolderPlace place)
-      : FolderVisit(walk, std::move(place)),
+             UnreadFolder unread)
+      : FolderVisit(walk, std::move(unread)),
         m_namedFiles(namedFiles),
         m_folders(folders),
         m_folder(folders.add()),
         m_prefix(joinPath(path, "")) {}
-  ReadFolder(ReadFolder& parent, std::string_view name, FolderPlace place)
+  ReadFolder(ReadFolder& parent, std::string_view name, UnreadFolder unread)
       : ReadFolder(parent.m_walk, parent.m_namedFiles, parent.m_folders, joinPath(parent.m_prefix, name),
-                   std::move(place)) {
+                   std::move(unread)) {
     parent.m_folder.subfolders.push_back(&m_folder);
   }
 
@@ -121,7 +121,7 @@ std::vector<FileItem> scheduleCandidates(std::span<const FileUrl> folders, const
   WorkStack::Tasks tasks;
   for (auto& root : rootsOf(folders)) {
     auto task = std::make_unique<ReadFolder>(walk, namedFiles, found, root.folder.path(),
-                                             FolderPlace{nullptr, std::move(root.canonical)});
+                                             UnreadFolder{nullptr, std::move(root.canonical)});
     tops.push_back(&task->found());
     tasks.push_back(std::move(task));
   }

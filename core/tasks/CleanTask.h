@@ -19,7 +19,7 @@ struct TaskServices;
 enum class ReviewItems : std::uint8_t { leaveOut, include };
 
 // The folders that a cleanup looks at, and the filter for what it takes.
-struct CleanWish {
+struct CleanOptions {
   std::vector<FileUrl> folders = {};          // also the boundary
   std::vector<ScanCategory> categories = {};  // all where empty
   ReviewItems reviewItems = ReviewItems::leaveOut;
@@ -31,7 +31,7 @@ struct CleanWish {
 
 // Scans, and proposes what is selected from the start, and on demand the review items of the categories named: rows
 // that are all selected. A notice counts the items in a Trash. Absent when it was stopped.
-[[nodiscard]] std::optional<Proposal> proposeClean(const TaskServices& services, const CleanWish& wish,
+[[nodiscard]] std::optional<Proposal> proposeClean(const TaskServices& services, const CleanOptions& options,
                                                    const TaskMonitor& monitor = {});
 // Proposes again what the subject of an earlier proposal asks for, as far as it lies inside the boundary. Throws
 // JsonError for a subject that is none. Known places count as inside where the boundary is that of the grants.

@@ -33,11 +33,11 @@ RowMark markOf(const FileItem& copy, std::uint32_t group) {
   return {copy.isSelected() ? Choice::selected : Choice::unselected, Lock::none, group};
 }
 
-Json subjectOf(const DuplicatesWish& wish) {
+Json subjectOf(const DuplicatesOptions& options) {
   Json subject = Json::object();
-  subject["folders"] = jsonFromUrls(wish.folders);
-  subject["keep"] = rawValue(wish.keep);
-  if (!wish.references.empty()) subject["references"] = jsonFromUrls(wish.references);
+  subject["folders"] = jsonFromUrls(options.folders);
+  subject["keep"] = rawValue(options.keep);
+  if (!options.references.empty()) subject["references"] = jsonFromUrls(options.references);
   return subject;
 }
 
@@ -65,28 +65,28 @@ std::vector<RowMark> marksOf(const std::vector<FileItem>& copies, std::uint32_t 
   return oneCanGo ? marks : std::vector<RowMark>();
 }
 
-std::vector<FileUrl> searchedFolders(const DuplicatesWish& wish) {
+std::vector<FileUrl> searchedFolders(const DuplicatesOptions& options) {
   // A file that has several names is listed by the one that is found first.
-  auto folders = wish.references;
-  folders.insert(folders.end(), wish.folders.begin(), wish.folders.end());
+  auto folders = options.references;
+  folders.insert(folders.end(), options.folders.begin(), options.folders.end());
   return folders;
 }
 
-std::optional<Proposal> propose(const TaskServices& services, const DuplicatesWish& wish, const Boundary& boundary,
-                                Notices notices, const TaskMonitor& monitor) {
-  ProposalBuilder builder(TaskKind::duplicates, boundary, wish.now);
-  builder.setSubject(subjectOf(wish));
+std::optional<Proposal> propose(const TaskServices& services, const DuplicatesOptions& options,
+                                const Boundary& boundary, Notices notices, const TaskMonitor& monitor) {
+  ProposalBuilder builder(TaskKind::duplicates, boundary, options.now);
+  builder.setSubject(subjectOf(options));
   for (auto& notice : notices) builder.note(std::move(notice));
-  for (const auto& folder : wish.folders) {
+  for (const auto& folder : options.folders) {
     if (!isSearchable(folder)) builder.note(notSearched(folder));
   }
-  for (const auto& folder : wish.references) {
+  for (const auto& folder : options.references) {
     auto problem = problemWith(services, folder);
     if (problem && problem->why == FolderLeftOut::Why::missing) builder.note(*std::move(problem));
   }
-  auto groups = services.finder.findDuplicates(searchedFolders(wish), wish.keep, monitor.stop, monitor.comparing);
+  auto groups = services.finder.findDuplicates(searchedFolders(options), options.keep, monitor.stop, monitor.comparing);
   if (monitor.stop.stop_requested()) return std::nullopt;
-  const Boundary references(wish.references);
+  const Boundary references(options.references);
   KeptRows kept(services);
   std::uint32_t next = 0;
   for (auto& found : groups) {
@@ -172,9 +172,9 @@ std::vector<FileUrl> searchableFolders(const TaskServices& services) {
   return folders;
 }
 
-std::optional<Proposal> proposeDuplicates(const TaskServices& services, const DuplicatesWish& wish,
+std::optional<Proposal> proposeDuplicates(const TaskServices& services, const DuplicatesOptions& options,
                                           const TaskMonitor& monitor) {
-  return propose(services, wish, Boundary(wish.folders), {}, monitor);
+  return propose(services, options, Boundary(options.folders), {}, monitor);
 }
 
 std::optional<Proposal> reproposeDuplicates(const TaskServices& services, const Json& subject, const Boundary& boundary,
@@ -182,13 +182,13 @@ std::optional<Proposal> reproposeDuplicates(const TaskServices& services, const 
   auto inside = foldersInside(boundary, urlsAt(subject, "folders"));
   const auto keep = duplicateKeepStrategyFromRawValue(stringAt(subject, "keep"));
   if (!keep) throw JsonError("\"keep\" must be a way to choose the copy that stays");
-  DuplicatesWish wish{std::move(inside.folders), *keep, countedTo};
+  DuplicatesOptions options{std::move(inside.folders), *keep, countedTo};
   if (optionalKey(subject, "references") != nullptr) {
     auto references = foldersInside(boundary, urlsAt(subject, "references"));
-    wish.references = std::move(references.folders);
+    options.references = std::move(references.folders);
     inside.leftOut.insert(inside.leftOut.end(), references.leftOut.begin(), references.leftOut.end());
   }
-  return propose(services, wish, boundary, Notices(inside.leftOut.begin(), inside.leftOut.end()), monitor);
+  return propose(services, options, boundary, Notices(inside.leftOut.begin(), inside.leftOut.end()), monitor);
 }
 
 std::vector<std::uint32_t> firstRowsOfGroups(const Proposal& proposal) {

@@ -25,7 +25,7 @@ struct TaskServices;
 // The granted folders that a search for duplicates looks into.
 [[nodiscard]] std::vector<FileUrl> searchableFolders(const TaskServices& services);
 
-struct DuplicatesWish {
+struct DuplicatesOptions {
   std::vector<FileUrl> folders;  // also the boundary
   DuplicateKeepStrategy keep = DuplicateKeepStrategy::keepOldest;
   Date now = ReferenceClock::now();
@@ -36,7 +36,7 @@ struct DuplicatesWish {
 // follow each other and are all its copies: the one that the strategy keeps is unselected, the others are selected.
 // Where copies are kept or lie in a reference folder, these stay, locked, and all others are selected; a group of such
 // copies alone is none. Folders that are not searched are named in notices. Absent when it was stopped.
-[[nodiscard]] std::optional<Proposal> proposeDuplicates(const TaskServices& services, const DuplicatesWish& wish,
+[[nodiscard]] std::optional<Proposal> proposeDuplicates(const TaskServices& services, const DuplicatesOptions& options,
                                                         const TaskMonitor& monitor = {});
 // From the subject of a proposal, inside a boundary of this machine. Throws JsonError.
 [[nodiscard]] std::optional<Proposal> reproposeDuplicates(const TaskServices& services, const Json& subject,

@@ -21,7 +21,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::ptrdiff_t mostSuggestions = 12;
+constexpr std::ptrdiff_t maxSuggestions = 12;
 
 std::optional<FolderLeftOut> problemListing(const FileUrl& folder) {
   if (DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow)) return std::nullopt;
@@ -86,7 +86,7 @@ std::vector<FileUrl> suggestedFolders(const TaskServices& services) {
     result.push_back(std::move(folder));
   }
   std::ranges::sort(result);
-  if (std::ssize(result) > mostSuggestions) result.erase(result.begin() + mostSuggestions, result.end());
+  if (std::ssize(result) > maxSuggestions) result.erase(result.begin() + maxSuggestions, result.end());
   return result;
 }
 

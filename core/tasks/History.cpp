@@ -106,7 +106,7 @@ class Totalling {
 
  private:
   // Each look at them reads the records of all items.
-  static constexpr std::size_t mostAtOnce = 65'536;
+  static constexpr std::size_t maxAtOnce = 65'536;
 
   HistoryTotals::Week* weekOf(Date date) {
     const auto after = std::ranges::upper_bound(m_totals.weeks, date, {}, &HistoryTotals::Week::start);
@@ -127,7 +127,7 @@ class Totalling {
       return;
     }
     m_trashed.push_back(entry);
-    if (m_trashed.size() == mostAtOnce) countTrashed();
+    if (m_trashed.size() == maxAtOnce) countTrashed();
   }
 
   void countTrashed() {

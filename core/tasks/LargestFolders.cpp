@@ -12,7 +12,7 @@
 
 namespace orvane {
 
-std::vector<FolderSum> largestFolders(const FileUrl& folder, std::size_t most, const std::stop_token& stop) {
+std::vector<FolderSum> largestFolders(const FileUrl& folder, std::size_t count, const std::stop_token& stop) {
   std::vector<FolderSum> result;
   auto reader = DirectoryReader::open(AT_FDCWD, folder.path().c_str(), DirectoryReader::Links::follow);
   while (const auto entry = reader && !stop.stop_requested() ? reader->next() : std::nullopt) {
@@ -27,7 +27,7 @@ std::vector<FolderSum> largestFolders(const FileUrl& folder, std::size_t most, c
     if (bytes > 0) result.push_back({std::move(place), bytes});
   }
   std::ranges::stable_sort(result, std::ranges::greater{}, &FolderSum::bytes);
-  if (result.size() > most) result.resize(most);
+  if (result.size() > count) result.resize(count);
   return result;
 }
 

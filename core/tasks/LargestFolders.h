@@ -15,7 +15,7 @@ struct FolderSum {
 };
 // The folders right inside one, hidden ones too, the largest first, with the bytes of all files in them. Links are left
 // out, and so are folders that hold nothing.
-[[nodiscard]] std::vector<FolderSum> largestFolders(const FileUrl& folder, std::size_t most,
+[[nodiscard]] std::vector<FolderSum> largestFolders(const FileUrl& folder, std::size_t count,
                                                     const std::stop_token& stop = {});
 
 }  // namespace orvane

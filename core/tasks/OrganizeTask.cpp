@@ -41,28 +41,28 @@ Json toJson(const Renaming& renaming) {
   return json;
 }
 
-FileUrl destinationOf(const OrganizeWish& wish) {
-  return wish.destination.value_or(defaultDestination(wish.folder));
+FileUrl destinationOf(const OrganizeOptions& options) {
+  return options.destination.value_or(defaultDestination(options.folder));
 }
 
-Json subjectOf(const OrganizeWish& wish) {
+Json subjectOf(const OrganizeOptions& options) {
   Json json = Json::object();
-  json["folder"] = jsonFromUrl(wish.folder);
-  if (wish.destination) json["destination"] = jsonFromUrl(*wish.destination);
-  json["includeSubfolders"] = wish.subfolders == Subfolders::include;
-  json["strategy"] = rawValue(wish.strategy);
+  json["folder"] = jsonFromUrl(options.folder);
+  if (options.destination) json["destination"] = jsonFromUrl(*options.destination);
+  json["includeSubfolders"] = options.subfolders == Subfolders::include;
+  json["strategy"] = rawValue(options.strategy);
   return json;
 }
 
-OrganizeWish organizeWishFrom(const Json& subject) {
-  OrganizeWish wish;
-  wish.folder = urlAt(subject, "folder");
-  if (optionalKey(subject, "destination") != nullptr) wish.destination = urlAt(subject, "destination");
-  if (booleanAt(subject, "includeSubfolders")) wish.subfolders = Subfolders::include;
+OrganizeOptions organizeOptionsFrom(const Json& subject) {
+  OrganizeOptions options;
+  options.folder = urlAt(subject, "folder");
+  if (optionalKey(subject, "destination") != nullptr) options.destination = urlAt(subject, "destination");
+  if (booleanAt(subject, "includeSubfolders")) options.subfolders = Subfolders::include;
   const auto strategy = organizationStrategyFromRawValue(stringAt(subject, "strategy"));
   if (!strategy) throw JsonError("strategy: not one of the ways to organize a folder");
-  wish.strategy = *strategy;
-  return wish;
+  options.strategy = *strategy;
+  return options;
 }
 
 std::vector<Renaming> renamingsFrom(const Json& subject) {
@@ -97,8 +97,8 @@ void groupByTopic(Groups& groups, RowSum& inPlace, const FileUrl& folder, const 
 }
 
 // Takes out what no run would move, and counts what lies in a folder of a topic already.
-void sift(Groups& groups, RowSum& inPlace, const OrganizeWish& wish, MovableItems& movable) {
-  const TopicFolders topicFolders(wish.folder, destinationOf(wish));
+void sift(Groups& groups, RowSum& inPlace, const OrganizeOptions& options, MovableItems& movable) {
+  const TopicFolders topicFolders(options.folder, destinationOf(options));
   for (auto& group : groups) {
     std::erase_if(group.moves, [&](const ProposedMove& move) {
       if (topicFolders.hold(move.originalURL)) {
@@ -112,25 +112,25 @@ void sift(Groups& groups, RowSum& inPlace, const OrganizeWish& wish, MovableItem
 }
 
 // `topics` is null where none are wanted.
-std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish& wish, const Boundary& boundary,
+std::optional<Proposal> propose(const TaskServices& services, const OrganizeOptions& options, const Boundary& boundary,
                                 Date now, NamedTopics* topics, const TaskMonitor& monitor) {
   ProposalBuilder builder(TaskKind::organize, boundary, now);
-  auto subject = subjectOf(wish);
-  if (auto problem = problemWith(services, wish.folder, boundary)) {
+  auto subject = subjectOf(options);
+  if (auto problem = problemWith(services, options.folder, boundary)) {
     builder.note(*std::move(problem));
     builder.setSubject(std::move(subject));
     return builder.take();
   }
-  const auto destination = destinationOf(wish);
-  auto found = services.organizer.analyze(wish.folder, destination, wish.subfolders, wish.strategy, monitor.stop,
-                                          monitor.looked);
+  const auto destination = destinationOf(options);
+  auto found = services.organizer.analyze(options.folder, destination, options.subfolders, options.strategy,
+                                          monitor.stop, monitor.looked);
   RowSum inPlace{found.inPlace.count, found.inPlace.bytes};
   KeptRows kept(services);
   MovableItems movable(services.validator, boundary, kept);
-  sift(found.groups, inPlace, wish, movable);
+  sift(found.groups, inPlace, options, movable);
   if (topics != nullptr && !monitor.stop.stop_requested()) {
     if (monitor.namingTopics) monitor.namingTopics();
-    groupByTopic(found.groups, inPlace, wish.folder, destination, *topics, monitor.stop);
+    groupByTopic(found.groups, inPlace, options.folder, destination, *topics, monitor.stop);
     subject["topics"] = topics->toJson();
   }
   if (monitor.stop.stop_requested()) return std::nullopt;
@@ -142,11 +142,12 @@ std::optional<Proposal> propose(const TaskServices& services, const OrganizeWish
   auto proposal = builder.take();
   if (proposal.empty()) return proposal;
   ProposalBuilder told(proposal);
-  if (isProjectOrBundleDirectory(wish.folder)) told.note(ProjectTakenApart{wish.folder});
+  if (isProjectOrBundleDirectory(options.folder)) told.note(ProjectTakenApart{options.folder});
   auto others = grantedFolders(services);
   others.push_back(services.home);
   others.push_back(services.home.appendingPathComponent("Desktop"));
-  if (const auto links = linksToRows(proposal, wish.folder, wish.subfolders, others)) told.note(LinksToRows{links});
+  if (const auto links = linksToRows(proposal, options.folder, options.subfolders, others))
+    told.note(LinksToRows{links});
   return told.take();
 }
 
@@ -173,23 +174,23 @@ std::vector<FileUrl> subfoldersOf(const TaskServices& services, const FileUrl& f
   return services.organizer.discoverSubfolders(folder, maxDepth);
 }
 
-std::optional<Proposal> proposeOrganize(const TaskServices& services, const OrganizeWish& wish, Date now,
+std::optional<Proposal> proposeOrganize(const TaskServices& services, const OrganizeOptions& options, Date now,
                                         const TaskMonitor& monitor) {
-  std::vector<FileUrl> folders{wish.folder};
-  if (wish.destination) folders.push_back(*wish.destination);
-  const bool areWanted = wish.topics == TopicUse::whenAvailable && canHaveTopics(wish.folder, wish.strategy);
+  std::vector<FileUrl> folders{options.folder};
+  if (options.destination) folders.push_back(*options.destination);
+  const bool areWanted = options.topics == TopicUse::whenAvailable && canHaveTopics(options.folder, options.strategy);
   std::optional<NamedTopics> topics;
   if (auto* model = areWanted ? services.topics.categorizer() : nullptr) topics.emplace(*model);
-  return propose(services, wish, Boundary(std::move(folders)), now, topics ? &*topics : nullptr, monitor);
+  return propose(services, options, Boundary(std::move(folders)), now, topics ? &*topics : nullptr, monitor);
 }
 
 std::optional<Proposal> reproposeOrganize(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                           Date countedTo, const TaskMonitor& monitor) {
-  const auto wish = organizeWishFrom(subject);
+  const auto options = organizeOptionsFrom(subject);
   const auto renamings = renamingsFrom(subject);
   std::optional<NamedTopics> topics;
   if (const auto* known = optionalKey(subject, "topics")) topics.emplace(*known);
-  auto proposal = propose(services, wish, boundary, countedTo, topics ? &*topics : nullptr, monitor);
+  auto proposal = propose(services, options, boundary, countedTo, topics ? &*topics : nullptr, monitor);
   for (const auto& renaming : renamings) {
     if (!proposal) break;
     const auto group = groupNamed(*proposal, renaming.from, renaming.place);
@@ -202,8 +203,8 @@ std::optional<Proposal> reproposeOrganize(const TaskServices& services, const Js
 std::optional<Proposal> renameGroup(const TaskServices& services, const Proposal& proposal, const Selection& selection,
                                     std::size_t group, std::string_view name) {
   if (group >= proposal.groups().size()) return std::nullopt;
-  const auto wish = organizeWishFrom(proposal.subject());
-  const auto groups = FolderOrganizerEngine::renamingGroup(group, name, groupsOf(proposal), destinationOf(wish));
+  const auto options = organizeOptionsFrom(proposal.subject());
+  const auto groups = FolderOrganizerEngine::renamingGroup(group, name, groupsOf(proposal), destinationOf(options));
   const auto& renamed = groups[group];
   if (renamed.name != trimmed(name)) return std::nullopt;
 

@@ -21,7 +21,7 @@ namespace orvane {
 
 struct TaskServices;
 
-struct OrganizeWish {
+struct OrganizeOptions {
   FileUrl folder;
   // Where the category folders are made. Only one that is named may lie, or lead, outside the folder.
   std::optional<FileUrl> destination = std::nullopt;
@@ -40,8 +40,8 @@ struct OrganizeWish {
 // Proposes where the items of a folder would go: a group for each category folder, everything selected. A notice counts
 // the items in their place; a folder that cannot be organized yields a notice and no row. Absent when it was
 // stopped.
-[[nodiscard]] std::optional<Proposal> proposeOrganize(const TaskServices& services, const OrganizeWish& wish, Date now,
-                                                      const TaskMonitor& monitor = {});
+[[nodiscard]] std::optional<Proposal> proposeOrganize(const TaskServices& services, const OrganizeOptions& options,
+                                                      Date now, const TaskMonitor& monitor = {});
 // The same from a proposal's subject, inside another boundary. Topics are those of the subject. Throws JsonError.
 [[nodiscard]] std::optional<Proposal> reproposeOrganize(const TaskServices& services, const Json& subject,
                                                         const Boundary& boundary, Date countedTo,

@@ -2,7 +2,7 @@
 
 #include "core/base/files/CanonicalPath.h"
 #include "core/base/files/FileDescriptor.h"
-#include "core/base/files/PlaceSet.h"
+#include "core/base/files/PathSet.h"
 #include "core/base/text/Json.h"
 #include "core/plans/CleaningPlanSchema.h"
 #include "core/plans/PlanDestinations.h"
@@ -121,7 +121,7 @@ class PlanRows {
     if (!m_mayAct[index] || step.action == PlannedAction::review) return locked(Lock::listedOnly);
     if (item.category() == ScanCategory::trash) return locked(Lock::inTrash);
     if (step.action == PlannedAction::move) {
-      auto place = m_destinations.placeFor(item.url(), step.destinationFolder.value_or(""));
+      auto place = m_destinations.destinationFor(item.url(), step.destinationFolder.value_or(""));
       if (!place.refusal.empty()) return {Choice::locked, Lock::refused, groupOf(index, std::move(place))};
       if (!place.folder) return locked(Lock::inPlace);
       return {Choice::selected, Lock::none, groupOf(index, std::move(place))};
@@ -131,7 +131,7 @@ class PlanRows {
     return {standing.isSelected ? Choice::selected : Choice::unselected, Lock::none, groupOf(index, {})};
   }
 
-  std::uint32_t groupOf(std::size_t step, PlanDestinations::Place place) {
+  std::uint32_t groupOf(std::size_t step, PlanDestinations::Destination place) {
     const auto [known, isNew] = m_groups.try_emplace({step, place.folder, place.refusal}, 0);
     if (isNew) {
       known->second = m_builder.addGroup({.destinationFolder = std::move(place.folder),
@@ -175,7 +175,7 @@ std::optional<Proposal> propose(const TaskServices& services, const CleaningPlan
   auto places = fault ? std::vector<PlaceStepItem>() : placeStepItems(services, plan, scope, boundary, now, monitor);
   if (monitor.stop.stop_requested()) return std::nullopt;
   std::vector<FileItem> known;
-  PlaceSet taken;
+  PathSet taken;
   for (const auto& place : places) {
     taken.insert(place.item.url().path());
     if (place.isKnownPlace) known.push_back(place.item);

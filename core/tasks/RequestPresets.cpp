@@ -21,7 +21,7 @@ constexpr std::array<std::string_view, 8> presetKeys{
     "agent.preset_logs",        "agent.preset_caches",
 };
 // Files of one folder.
-constexpr std::size_t mostLookedAt = 20'000;
+constexpr std::size_t maxLookedAt = 20'000;
 
 // Sorting a folder is the organizer's, so any file of it counts.
 bool isForOrganizer(const PlannedAnswer& answer) {
@@ -39,7 +39,7 @@ bool takesSomething(const TaskServices& services, const PlannedAnswer& answer, c
   const std::stop_callback stopped(stop, [&enough] { enough.request_stop(); });
   scanItems(services, {folder}, DeveloperCaches::leaveOut, {.stop = enough.get_token()}, [&](const FileItem& item) {
     if (enough.stop_requested()) return;
-    isFound = isForOrganizer(answer) || ++looked > mostLookedAt || matcher.stepFor(item).has_value();
+    isFound = isForOrganizer(answer) || ++looked > maxLookedAt || matcher.stepFor(item).has_value();
     if (isFound) enough.request_stop();
   });
   return isFound;

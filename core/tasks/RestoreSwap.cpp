@@ -63,12 +63,12 @@ void returnReplaced(const TaskServices& services, const Proposal& proposal, cons
     if (report.outcomes[at].result == MoveResult::moved) continue;
     leftEmpty.insert(placeToReturnTo(proposal.row(report.rows[at])));
   }
-  RestoreWish wish{*result.replacedRun};
-  for (const auto& entry : recordedEntries(services, wish.runId)) {
-    if (leftEmpty.contains(entry.originalURL)) wish.entries.push_back(entry.id);
+  RestoreOptions options{*result.replacedRun};
+  for (const auto& entry : recordedEntries(services, options.runId)) {
+    if (leftEmpty.contains(entry.originalURL)) options.entries.push_back(entry.id);
   }
-  if (wish.entries.empty()) return;
-  auto returned = restoreNow(services, wish);
+  if (options.entries.empty()) return;
+  auto returned = restoreNow(services, options);
   result.replaced.count -= returned.count;
   std::ranges::move(returned.warnings, std::back_inserter(result.warnings));
   std::ranges::move(returned.renamed, std::back_inserter(result.renamed));

@@ -34,8 +34,8 @@ std::string backAlready(const JournalEntry& entry) {
 class RestoreRows {
  public:
   RestoreRows(ProposalBuilder& builder, const std::vector<JournalEntry>& entries, const std::vector<Uuid>& lost,
-              const RestoreWish& wish)
-      : m_builder(builder), m_lost(lost.begin(), lost.end()), m_wanted(wish.entries.begin(), wish.entries.end()) {
+              const RestoreOptions& options)
+      : m_builder(builder), m_lost(lost.begin(), lost.end()), m_wanted(options.entries.begin(), options.entries.end()) {
     for (const auto& entry : entries) {
       if (entry.action == JournalAction::restored) m_originsOfRestored.insert(entry.originalURL);
       const bool isInTrash = entry.action == JournalAction::trashed && !m_lost.contains(entry.id) && statusOf(entry);
@@ -171,14 +171,14 @@ class RestoreOutcomes {
 
 }  // namespace
 
-Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish) {
-  ProposalBuilder builder(TaskKind::restore, Boundary(), wish.now);
-  builder.setSubject(Json{{restoredRunKey, jsonFromUuid(wish.runId)}});
-  const auto entries = services.journal().getEntries(wish.runId);
-  if (entries.empty()) throw UndoError(UndoError::RunNotFound{wish.runId});
+Proposal proposeRestore(const TaskServices& services, const RestoreOptions& options) {
+  ProposalBuilder builder(TaskKind::restore, Boundary(), options.now);
+  builder.setSubject(Json{{restoredRunKey, jsonFromUuid(options.runId)}});
+  const auto entries = services.journal().getEntries(options.runId);
+  if (entries.empty()) throw UndoError(UndoError::RunNotFound{options.runId});
   const auto isBack = [](const JournalEntry& entry) { return entry.action == JournalAction::restored; };
   const bool areAllBack = std::ranges::all_of(entries, isBack);
-  RestoreRows rows(builder, entries, services.journal().lostEntries(wish.runId), wish);
+  RestoreRows rows(builder, entries, services.journal().lostEntries(options.runId), options);
   for (const auto& entry : entries) {
     if (!isBack(entry)) {
       rows.add(entry);
@@ -242,10 +242,10 @@ std::vector<RenamedItem> renamedItems(const Proposal& proposal, const RunReport&
   return result;
 }
 
-Restored restoreNow(const TaskServices& services, const RestoreWish& wish, const RunProgress& progress,
+Restored restoreNow(const TaskServices& services, const RestoreOptions& options, const RunProgress& progress,
                     const std::stop_token& stop) {
   try {
-    const auto proposal = proposeRestore(services, wish);
+    const auto proposal = proposeRestore(services, options);
     const auto report = carryOut(services, proposal.approve(), progress, stop);
     return {report.moved(), restoreWarnings(proposal, report), renamedItems(proposal, report)};
   } catch (const UndoError& error) {

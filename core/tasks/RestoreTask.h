@@ -16,7 +16,7 @@ namespace orvane {
 struct TaskServices;
 struct RunReport;
 
-struct RestoreWish {
+struct RestoreOptions {
   Uuid runId;
   std::vector<Uuid> entries = {};  // of the run; all where it is empty
   Date now = ReferenceClock::now();
@@ -26,7 +26,7 @@ struct RestoreWish {
 // their entries, bound for the folders that they came from. One on a volume that is not there has no identity; one that
 // is gone, or in whose place another item lies, is refused. An item copied to another volume is one row with its
 // original. Items of a run that was restored already are refused. Throws UndoError when the run is unknown.
-[[nodiscard]] Proposal proposeRestore(const TaskServices& services, const RestoreWish& wish);
+[[nodiscard]] Proposal proposeRestore(const TaskServices& services, const RestoreOptions& options);
 // For carryOut(): has the journal bring the approved rows back, each only if it is the item that was approved. With
 // none a run of which nothing can come back counts as restored.
 [[nodiscard]] std::vector<MoveOutcome> bringBack(const TaskServices& services, const Approval& approval,
@@ -54,7 +54,7 @@ struct Restored {
   RowSum replaced = {};
 };
 // Brings everything back at once, for a button that names what it brings back. An unknown run is a warning.
-[[nodiscard]] Restored restoreNow(const TaskServices& services, const RestoreWish& wish,
+[[nodiscard]] Restored restoreNow(const TaskServices& services, const RestoreOptions& options,
                                   const RunProgress& progress = {}, const std::stop_token& stop = {});
 
 }  // namespace orvane

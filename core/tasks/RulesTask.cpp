@@ -2,7 +2,7 @@
 
 #include "core/base/files/FileStatus.h"
 #include "core/base/files/HomeFolder.h"
-#include "core/base/files/PlaceSet.h"
+#include "core/base/files/PathSet.h"
 #include "core/base/text/Json.h"
 #include "core/rules/RuleDestination.h"
 #include "core/rules/RuleMatcher.h"
@@ -47,14 +47,14 @@ bool namesCategories(const CleanupRule& rule) {
 
 // A rule that is carried out, with what it leaves.
 struct ActiveRule {
-  ActiveRule(const CleanupRule& rule, std::uint32_t index, const RulesWish& wish, const PathValidator& validator)
+  ActiveRule(const CleanupRule& rule, std::uint32_t index, const RulesOptions& options, const PathValidator& validator)
       : group(index),
         moves(rule.action.type() != RuleAction::Type::reviewOnly),
         takesKnownPlaces(namesCategories(rule)),
-        takesDeveloperCaches(wish.files == RuleFiles::scheduled || namesDeveloperCaches(rule)),
-        matcher(rule.trigger, wish.now),
-        wholeAge(rule.trigger.minimumAgeDays, wish.now),
-        destination(rule.action, validator, wish.boundary),
+        takesDeveloperCaches(options.files == RuleFiles::scheduled || namesDeveloperCaches(rule)),
+        matcher(rule.trigger, options.now),
+        wholeAge(rule.trigger.minimumAgeDays, options.now),
+        destination(rule.action, validator, options.boundary),
         kept{.rule = rule.name},
         inPlace{.rule = rule.name},
         notTaken{.rule = rule.name} {}
@@ -71,18 +71,18 @@ struct ActiveRule {
   RowsNotTaken notTaken;
 };
 
-// Holds all rules of a wish against one file after the other.
+// Holds all rules of the options against one file after the other.
 class RuleJudge {
  public:
-  RuleJudge(const TaskServices& services, const RulesWish& wish)
-      : m_services(services), m_wish(wish), m_kept(services) {
-    for (std::uint32_t index = 0; index < wish.rules.size(); ++index) {
-      const auto& rule = wish.rules[index];
+  RuleJudge(const TaskServices& services, const RulesOptions& options)
+      : m_services(services), m_options(options), m_kept(services) {
+    for (std::uint32_t index = 0; index < options.rules.size(); ++index) {
+      const auto& rule = options.rules[index];
       if (!rule.isEnabled) continue;
       if (const auto refusal = refusalOf(rule)) {
         m_refused.push_back({rule.name, refusal->text, std::string(refusal->key)});
       } else {
-        m_rules.emplace_back(rule, index, wish, services.validator);
+        m_rules.emplace_back(rule, index, options, services.validator);
       }
     }
   }
@@ -118,11 +118,11 @@ class RuleJudge {
     return std::nullopt;
   }
 
-  // A builder with a group for each rule of the wish.
+  // A builder with a group for each rule of the options.
   [[nodiscard]] ProposalBuilder builder() const {
-    ProposalBuilder builder(TaskKind::rules, withKnownPlaces(m_wish.boundary, m_places), m_wish.now);
-    for (std::uint32_t index = 0; index < m_wish.rules.size(); ++index) {
-      builder.addGroup({.id = m_wish.rules[index].id, .name = m_wish.rules[index].name, .source = index});
+    ProposalBuilder builder(TaskKind::rules, withKnownPlaces(m_options.boundary, m_places), m_options.now);
+    for (std::uint32_t index = 0; index < m_options.rules.size(); ++index) {
+      builder.addGroup({.id = m_options.rules[index].id, .name = m_options.rules[index].name, .source = index});
     }
     for (const auto& rule : m_rules) {
       auto& group = builder.group(rule.group);
@@ -172,20 +172,20 @@ class RuleJudge {
   }
 
   const TaskServices& m_services;
-  const RulesWish& m_wish;
+  const RulesOptions& m_options;
   KeptRows m_kept;
   std::vector<FileItem> m_places;
-  PlaceSet m_known;
+  PathSet m_known;
   std::deque<ActiveRule> m_rules;
   std::vector<RuleRefused> m_refused;
   RowsInTrash m_inTrash;
   FolderLookups m_folders;
 };
 
-ScanEnd findFiles(const TaskServices& services, const RulesWish& wish, DeveloperCaches developerCaches,
+ScanEnd findFiles(const TaskServices& services, const RulesOptions& options, DeveloperCaches developerCaches,
                   const TaskMonitor& monitor, const Take& take) {
-  const auto& folders = wish.boundary.folders();
-  if (wish.files == RuleFiles::scanned) {
+  const auto& folders = options.boundary.folders();
+  if (options.files == RuleFiles::scanned) {
     return scanItems(services, folders, developerCaches, monitor, take);
   }
   auto files = scheduleCandidates(folders, monitor.stop, services.validator.protectedLocations().profile());
@@ -208,47 +208,48 @@ bool anyNamesCategories(std::span<const CleanupRule> rules) {
   return std::ranges::any_of(rules, [](const CleanupRule& rule) { return rule.isEnabled && namesCategories(rule); });
 }
 
-Json subjectOf(const RulesWish& wish) {
+Json subjectOf(const RulesOptions& options) {
   Json subject = Json::object();
   auto& rules = subject["rules"] = Json::array();
-  for (const auto& rule : wish.rules) rules.push_back(rule.toJson());
-  subject[knownPlacesKey] = wish.knownPlaces == KnownPlaces::include;
-  subject["files"] = wish.files == RuleFiles::scheduled ? scheduledFiles : scannedFiles;
+  for (const auto& rule : options.rules) rules.push_back(rule.toJson());
+  subject[knownPlacesKey] = options.knownPlaces == KnownPlaces::include;
+  subject["files"] = options.files == RuleFiles::scheduled ? scheduledFiles : scannedFiles;
   return subject;
 }
 
-RulesWish rulesWishFrom(const Json& subject) {
-  RulesWish wish;
+RulesOptions rulesOptionsFrom(const Json& subject) {
+  RulesOptions options;
   const auto& rules = requiredKey(subject, "rules");
   if (!rules.is_array()) throw JsonError("\"rules\" must be an array");
-  for (const auto& rule : rules) wish.rules.push_back(CleanupRule::fromJson(rule));
+  for (const auto& rule : rules) options.rules.push_back(CleanupRule::fromJson(rule));
   // Files of earlier versions do not say.
   if (optionalKey(subject, knownPlacesKey) != nullptr && !booleanAt(subject, knownPlacesKey)) {
-    wish.knownPlaces = KnownPlaces::leaveOut;
+    options.knownPlaces = KnownPlaces::leaveOut;
   }
   const auto files = stringAt(subject, "files");
   if (files == scheduledFiles) {
-    wish.files = RuleFiles::scheduled;
+    options.files = RuleFiles::scheduled;
   } else if (files != scannedFiles) {
     throw JsonError(fmt::format("\"files\" must be \"{}\" or \"{}\"", scannedFiles, scheduledFiles));
   }
-  return wish;
+  return options;
 }
 
-Proposal finished(const RuleJudge& judge, const RulesWish& wish, ProposalBuilder& builder) {
+Proposal finished(const RuleJudge& judge, const RulesOptions& options, ProposalBuilder& builder) {
   judge.noteIn(builder);
-  builder.setSubject(subjectOf(wish));
+  builder.setSubject(subjectOf(options));
   return builder.take();
 }
 
 }  // namespace
 
-std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWish& wish, const TaskMonitor& monitor) {
-  RuleJudge judge(services, wish);
-  const auto developerCaches = developerCachesFor(wish.rules);
+std::optional<Proposal> proposeRules(const TaskServices& services, const RulesOptions& options,
+                                     const TaskMonitor& monitor) {
+  RuleJudge judge(services, options);
+  const auto developerCaches = developerCachesFor(options.rules);
   std::vector<FileItem> places;
-  if (wish.knownPlaces == KnownPlaces::include && anyNamesCategories(wish.rules)) {
-    places = placesFor(services, wish.boundary, developerCaches, monitor.stop);
+  if (options.knownPlaces == KnownPlaces::include && anyNamesCategories(options.rules)) {
+    places = placesFor(services, options.boundary, developerCaches, monitor.stop);
   }
   judge.setPlaces(places);
   auto builder = judge.builder();
@@ -256,17 +257,17 @@ std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWi
     if (const auto mark = judge.judge(file)) builder.add(std::move(file), *mark);
   };
   for (auto& place : places) add(std::move(place));
-  const auto end = findFiles(services, wish, developerCaches, monitor, add);
+  const auto end = findFiles(services, options, developerCaches, monitor, add);
   if (end == ScanEnd::cancelled) return std::nullopt;
-  return finished(judge, wish, builder);
+  return finished(judge, options, builder);
 }
 
 std::optional<Proposal> reproposeRules(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                        Date countedTo, const TaskMonitor& monitor) {
-  auto wish = rulesWishFrom(subject);
-  wish.boundary = boundary;
-  wish.now = countedTo;
-  return proposeRules(services, wish, monitor);
+  auto options = rulesOptionsFrom(subject);
+  options.boundary = boundary;
+  options.now = countedTo;
+  return proposeRules(services, options, monitor);
 }
 
 DeveloperCaches developerCachesFor(std::span<const CleanupRule> rules) {
@@ -286,8 +287,8 @@ std::optional<ItemList> ruleCandidates(const TaskServices& services, const Bound
   for (auto& place : placesFor(services, boundary, DeveloperCaches::include, monitor.stop)) {
     piece.push_back(std::move(place));
   }
-  const RulesWish wish{.rules = {}, .boundary = boundary};
-  const auto end = findFiles(services, wish, DeveloperCaches::include, monitor, [&](FileItem file) {
+  const RulesOptions options{.rules = {}, .boundary = boundary};
+  const auto end = findFiles(services, options, DeveloperCaches::include, monitor, [&](FileItem file) {
     piece.push_back(std::move(file));
     if (piece.size() == candidatesPerPiece) flush();
   });
@@ -296,20 +297,20 @@ std::optional<ItemList> ruleCandidates(const TaskServices& services, const Bound
   return candidates;
 }
 
-Proposal proposeRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates) {
-  RuleJudge judge(services, wish);
+Proposal proposeRules(const TaskServices& services, const RulesOptions& options, const ItemList& candidates) {
+  RuleJudge judge(services, options);
   judge.setPlaces(knownPlacesAmong(services, candidates));
   auto builder = judge.builder();
   candidates.forEach([&](std::size_t, const FileItem& file) {
     if (const auto mark = judge.judge(file)) builder.add(file, *mark);
     return true;
   });
-  return finished(judge, wish, builder);
+  return finished(judge, options, builder);
 }
 
-std::optional<RowSum> countRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates,
+std::optional<RowSum> countRules(const TaskServices& services, const RulesOptions& options, const ItemList& candidates,
                                  const TaskMonitor& monitor) {
-  RuleJudge judge(services, wish);
+  RuleJudge judge(services, options);
   judge.setPlaces(knownPlacesAmong(services, candidates));
   RowSum sum;
   candidates.forEach([&](std::size_t, const FileItem& file) {

@@ -25,7 +25,7 @@ enum class RuleFiles : std::uint8_t {
   scheduled,  // as a scheduled run walks: all but hidden ones and those inside bundles
 };
 
-struct RulesWish {
+struct RulesOptions {
   std::vector<CleanupRule> rules;  // in order; those that are off are passed over
   Boundary boundary;               // its folders are looked at, and files go nowhere else
   Date now = ReferenceClock::now();
@@ -34,9 +34,9 @@ struct RulesWish {
 };
 
 // Proposes each file once, under the first rule that moves it, else as a locked row under the first that lists it. The
-// groups are the rules of the wish in their order, also those that are refused and take nothing. Files that lie where
-// they would go, in a Trash, or are kept by their label, are counted in notices. Absent when it was stopped.
-[[nodiscard]] std::optional<Proposal> proposeRules(const TaskServices& services, const RulesWish& wish,
+// groups are the rules of the options in their order, also those that are refused and take nothing. Files that lie
+// where they would go, in a Trash, or are kept by their label, are counted in notices. Absent when it was stopped.
+[[nodiscard]] std::optional<Proposal> proposeRules(const TaskServices& services, const RulesOptions& options,
                                                    const TaskMonitor& monitor = {});
 // From the subject of a proposal, inside a boundary of this machine. Throws JsonError.
 [[nodiscard]] std::optional<Proposal> reproposeRules(const TaskServices& services, const Json& subject,
@@ -51,9 +51,10 @@ struct RulesWish {
 [[nodiscard]] std::optional<ItemList> ruleCandidates(const TaskServices& services, const Boundary& boundary,
                                                      const TaskMonitor& monitor = {});
 // proposeRules() among candidates that are known already.
-[[nodiscard]] Proposal proposeRules(const TaskServices& services, const RulesWish& wish, const ItemList& candidates);
+[[nodiscard]] Proposal proposeRules(const TaskServices& services, const RulesOptions& options,
+                                    const ItemList& candidates);
 // The sum of its rows, none of which is kept. Absent when it was stopped.
-[[nodiscard]] std::optional<RowSum> countRules(const TaskServices& services, const RulesWish& wish,
+[[nodiscard]] std::optional<RowSum> countRules(const TaskServices& services, const RulesOptions& options,
                                                const ItemList& candidates, const TaskMonitor& monitor = {});
 
 // Problems of a rule that hang on the disk: a folder that is missing, a destination that is refused.

@@ -22,8 +22,8 @@ constexpr std::string_view scheduledKey = "isScheduled";
 constexpr std::string_view detailKey = "detail";
 
 // A file beyond this is not ours; some hundred thousand runs fit.
-constexpr std::size_t longestFile = 64UL << 20;
-constexpr std::size_t longestDetail = 500;  // bytes
+constexpr std::size_t maxFileBytes = 64UL << 20;
+constexpr std::size_t maxDetailBytes = 500;  // bytes
 
 std::string originsFile(const TaskServices& services) {
   return joinPath(services.journal().storageFolder(), fileName);
@@ -31,8 +31,8 @@ std::string originsFile(const TaskServices& services) {
 
 // Whole characters of UTF-8 only.
 std::string shortened(std::string text) {
-  if (text.size() <= longestDetail) return text;
-  auto length = longestDetail;
+  if (text.size() <= maxDetailBytes) return text;
+  auto length = maxDetailBytes;
   while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
   text.resize(length);
   return text + "…";
@@ -48,7 +48,7 @@ std::string groupNames(const Approval& approval) {
     last = group;
     if (!names.empty()) names += ", ";
     names += group->name;
-    if (names.size() > longestDetail) break;
+    if (names.size() > maxDetailBytes) break;
   }
   return names;
 }
@@ -103,7 +103,7 @@ std::unordered_map<Uuid, RunOrigin> recordedOrigins(const TaskServices& services
   std::unordered_map<Uuid, RunOrigin> origins;
   std::string text;
   try {
-    text = readFile(originsFile(services), longestFile);
+    text = readFile(originsFile(services), maxFileBytes);
   } catch (const std::system_error&) {
     return origins;
   }

@@ -30,7 +30,7 @@ namespace {
 
 constexpr std::string_view formatName = "orvane.proposal";
 constexpr std::int64_t formatVersion = 1;
-constexpr JsonLimits limits{.bytes = SavedProposal::maximumBytes, .depth = 64, .keysPerObject = 64};
+constexpr JsonLimits limits{.bytes = SavedProposal::maxBytes, .depth = 64, .keysPerObject = 64};
 
 using Repropose = std::optional<Proposal> (*)(const TaskServices&, const Json&, const Boundary&, Date,
                                               const TaskMonitor&);

@@ -23,7 +23,7 @@ struct TaskServices;
 // may have been written by a stranger.
 struct SavedProposal {
   // A file that is longer is refused unread.
-  static constexpr std::size_t maximumBytes = std::size_t{512} * 1024 * 1024;
+  static constexpr std::size_t maxBytes = std::size_t{512} * 1024 * 1024;
 
   struct Row {
     FileUrl item;

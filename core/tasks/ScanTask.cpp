@@ -1,8 +1,8 @@
 #include "core/tasks/ScanTask.h"
 
 #include "core/base/files/CanonicalPath.h"
+#include "core/base/files/PathSet.h"
 #include "core/base/files/PathText.h"
-#include "core/base/files/PlaceSet.h"
 #include "core/base/values/CheckedArithmetic.h"
 #include "core/safety/records/Boundary.h"
 #include "core/scanning/scan/StorageScanner.h"
@@ -75,7 +75,7 @@ class KnownPlacesFirst {
 
   std::vector<FileItem> m_items;
   std::int64_t m_bytes = 0;
-  PlaceSet m_walkedTwice;
+  PathSet m_walkedTwice;
   RowSum m_leftOut;
 };
 

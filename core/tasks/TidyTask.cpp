@@ -195,17 +195,18 @@ std::vector<WatchedFolder> watchedFolders(const TaskServices& services, std::spa
 
 }  // namespace
 
-TidyWish TidyWish::of(const AutoOrganizeSettings& settings) {
+TidyOptions TidyOptions::of(const AutoOrganizeSettings& settings) {
   return {settings.folderURLs(), settings.recentsDays, settings.useAITopics ? TopicUse::whenAvailable : TopicUse::never,
           ReturnedUse::leave};
 }
 
-TidyLook lookForTidying(const TaskServices& services, const TidyWish& wish, Date now, const TaskMonitor& monitor) {
+TidyLook lookForTidying(const TaskServices& services, const TidyOptions& options, Date now,
+                        const TaskMonitor& monitor) {
   TidyLook look;
-  for (const auto& folder : wish.folders) {
+  for (const auto& folder : options.folders) {
     const Boundary boundary({folder});
-    auto proposal = propose(services, watchedFolders(services, std::span(&folder, 1), wish.topics),
-                            {wish.recentsDays, boundary, now, wish.returned}, monitor);
+    auto proposal = propose(services, watchedFolders(services, std::span(&folder, 1), options.topics),
+                            {options.recentsDays, boundary, now, options.returned}, monitor);
     if (!proposal) return {};
     const auto& notices = proposal->notices();
     look.notices.insert(look.notices.end(), notices.begin(), notices.end());
@@ -227,11 +228,11 @@ RunReport TidyPass::carryOut(const Approval& approval, const RunProgress& progre
   return orvane::carryOut(m_services, approval, progress, stop);
 }
 
-std::optional<Proposal> proposeTidy(const TaskServices& services, const TidyWish& wish, Date now,
+std::optional<Proposal> proposeTidy(const TaskServices& services, const TidyOptions& options, Date now,
                                     const TaskMonitor& monitor) {
-  const Boundary boundary(wish.folders);
-  return propose(services, watchedFolders(services, wish.folders, wish.topics),
-                 {wish.recentsDays, boundary, now, wish.returned}, monitor);
+  const Boundary boundary(options.folders);
+  return propose(services, watchedFolders(services, options.folders, options.topics),
+                 {options.recentsDays, boundary, now, options.returned}, monitor);
 }
 
 std::optional<Proposal> reproposeTidy(const TaskServices& services, const Json& subject, const Boundary& boundary,

@@ -20,13 +20,13 @@ namespace orvane {
 struct AutoOrganizeSettings;
 struct TaskServices;
 
-struct TidyWish {
+struct TidyOptions {
   std::vector<FileUrl> folders;  // watched
   std::int64_t recentsDays = 3;  // of 86,400 seconds each
   TopicUse topics = TopicUse::never;
   ReturnedUse returned = ReturnedUse::leave;
 
-  [[nodiscard]] static TidyWish of(const AutoOrganizeSettings& settings);
+  [[nodiscard]] static TidyOptions of(const AutoOrganizeSettings& settings);
 };
 
 // The moves proposed in one watched folder.
@@ -41,7 +41,7 @@ struct TidyLook {
   Notices notices;                      // the folders that could not be looked at
 };
 // Proposes nothing where it was stopped.
-[[nodiscard]] TidyLook lookForTidying(const TaskServices& services, const TidyWish& wish, Date now,
+[[nodiscard]] TidyLook lookForTidying(const TaskServices& services, const TidyOptions& options, Date now,
                                       const TaskMonitor& monitor = {});
 
 // The right to tidy: no two passes overlap, of this process or of others.
@@ -63,7 +63,7 @@ class TidyPass {
 };
 
 // All watched folders as one proposal, to be saved. Absent when it was stopped.
-[[nodiscard]] std::optional<Proposal> proposeTidy(const TaskServices& services, const TidyWish& wish, Date now,
+[[nodiscard]] std::optional<Proposal> proposeTidy(const TaskServices& services, const TidyOptions& options, Date now,
                                                   const TaskMonitor& monitor = {});
 // Proposes again from the subject of such a proposal, inside another boundary. Topics are those of the subject. Absent
 // when it was stopped. Throws JsonError.

@@ -1,7 +1,7 @@
 #include "core/tasks/TrashTask.h"
 
 #include "core/base/files/FileDescriptor.h"
-#include "core/base/files/PlaceSet.h"
+#include "core/base/files/PathSet.h"
 #include "core/base/text/Json.h"
 #include "core/safety/access/KeepList.h"
 #include "core/safety/records/TrashError.h"
@@ -29,7 +29,7 @@ FileItem refusedItem(const FileUrl& place) {
 Proposal proposeTrash(const TaskServices& services, std::span<const FileUrl> places, const Boundary& boundary) {
   ProposalBuilder builder(TaskKind::trash, boundary, ReferenceClock::now());
   builder.setSubject(Json{{"places", jsonFromUrls(places)}});
-  PlaceSet taken;
+  PathSet taken;
   const auto lock = [&](const FileUrl& place, std::string refusal) {
     builder.add(refusedItem(place), {Choice::locked, Lock::refused, builder.addGroup({.refusal = std::move(refusal)})});
   };

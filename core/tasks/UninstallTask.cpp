@@ -85,31 +85,31 @@ std::vector<FileUrl> foldersOf(const TaskServices& services, const AppUninstallB
   return result;
 }
 
-Json subjectOf(const UninstallWish& wish) {
+Json subjectOf(const UninstallOptions& options) {
   Json subject = Json::object();
-  subject["app"] = jsonFromUrl(wish.app);
-  subject["leftovers"] = wish.leftovers == Leftovers::take;
+  subject["app"] = jsonFromUrl(options.app);
+  subject["leftovers"] = options.leftovers == Leftovers::take;
   return subject;
 }
 
 // `refusal` locks the application where it is not empty.
-Proposal propose(const TaskServices& services, const UninstallWish& wish, std::string refusal) {
-  const auto identity = identityAt(wish.app);
-  const auto bundle = bundleAt(services, wish.app);
+Proposal propose(const TaskServices& services, const UninstallOptions& options, std::string refusal) {
+  const auto identity = identityAt(options.app);
+  const auto bundle = bundleAt(services, options.app);
   services.uninstaller.requireUninstallable(bundle.app);
 
-  ProposalBuilder builder(TaskKind::uninstall, Boundary(foldersOf(services, bundle)), wish.now);
-  builder.setSubject(subjectOf(wish));
+  ProposalBuilder builder(TaskKind::uninstall, Boundary(foldersOf(services, bundle)), options.now);
+  builder.setSubject(subjectOf(options));
   if (refusal.empty()) {
     auto places = services.keepList.places();
-    refusal = keptReason(places, wish.app);
+    refusal = keptReason(places, options.app);
   }
   const bool isRefused = !refusal.empty();
   const auto group = builder.addGroup({.name = bundle.app.name, .refusal = std::move(refusal)});
   builder.add(appItem(bundle.app, identity),
               {isRefused ? Choice::locked : Choice::selected, isRefused ? Lock::refused : Lock::none, group});
   for (const auto& part : partsOf(bundle.app)) builder.add(part, {Choice::selected});
-  const auto choice = wish.leftovers == Leftovers::take ? Choice::selected : Choice::unselected;
+  const auto choice = options.leftovers == Leftovers::take ? Choice::selected : Choice::unselected;
   RowsLeftAside aside;
   KeptRows kept(services);
   for (const auto& leftover : bundle.leftovers) {
@@ -154,19 +154,19 @@ AppUninstallBundle bundleAt(const TaskServices& services, const FileUrl& app) {
   return services.uninstaller.findLeftovers(services.uninstaller.appAt(app));
 }
 
-Proposal proposeUninstall(const TaskServices& services, const UninstallWish& wish) {
-  return propose(services, wish, {});
+Proposal proposeUninstall(const TaskServices& services, const UninstallOptions& options) {
+  return propose(services, options, {});
 }
 
 std::optional<Proposal> reproposeUninstall(const TaskServices& services, const Json& subject, const Boundary& boundary,
                                            Date countedTo, const TaskMonitor& /*monitor*/) {
-  UninstallWish wish{.app = urlAt(subject, "app"), .now = countedTo};
-  if (booleanAt(subject, "leftovers")) wish.leftovers = Leftovers::take;
-  if (boundary.contains(canonicalPath(wish.app.path())) || isInstalled(services, wish.app)) {
-    return propose(services, wish, {});
+  UninstallOptions options{.app = urlAt(subject, "app"), .now = countedTo};
+  if (booleanAt(subject, "leftovers")) options.leftovers = Leftovers::take;
+  if (boundary.contains(canonicalPath(options.app.path())) || isInstalled(services, options.app)) {
+    return propose(services, options, {});
   }
-  return propose(services, wish,
-                 fmt::format("'{}' lies in no folder of applications and in no granted folder.", wish.app.path()));
+  return propose(services, options,
+                 fmt::format("'{}' lies in no folder of applications and in no granted folder.", options.app.path()));
 }
 
 }  // namespace orvane

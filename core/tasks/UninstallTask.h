@@ -37,7 +37,7 @@ struct TaskServices;
 
 enum class Leftovers : std::uint8_t { leave, take };
 
-struct UninstallWish {
+struct UninstallOptions {
   FileUrl app;
   Leftovers leftovers = Leftovers::leave;  // selected or not
   Date now = ReferenceClock::now();
@@ -46,7 +46,7 @@ struct UninstallWish {
 // Proposes to move the application, which is the first row and alone in a group with its name; the entries in menus
 // that start it; and what it left behind. These are in no group. Leftovers that stay are counted in a notice, and never
 // go without their application. Throws UninstallError for an application of the system and for what is none.
-[[nodiscard]] Proposal proposeUninstall(const TaskServices& services, const UninstallWish& wish);
+[[nodiscard]] Proposal proposeUninstall(const TaskServices& services, const UninstallOptions& options);
 // From the subject of a proposal. An application that is in none of the usual folders and outside the boundary is
 // refused. Throws JsonError, UninstallError.
 [[nodiscard]] std::optional<Proposal> reproposeUninstall(const TaskServices& services, const Json& subject,

@@ -28,7 +28,7 @@ std::vector<std::int64_t> contentSizes(std::span<const FileUrl> places, const st
     if (status && status->type == FileType::regular) bytes[i] = status->size;
     if (!status || status->type != FileType::directory) continue;
     folders[i] = std::make_shared<FolderSize>(FolderSize::Extent::everything);
-    tasks.push_back(FolderSize::task(folders[i], FolderPlace{nullptr, place}, walk));
+    tasks.push_back(FolderSize::task(folders[i], UnreadFolder{nullptr, place}, walk));
   }
   walk.run(std::move(tasks), foldersReadAlone, stop);
   for (std::size_t i = 0; i < places.size(); ++i) {

@@ -19,7 +19,7 @@ constexpr std::array locations{
 };
 
 // Fewer characters are too often a word of somebody else's.
-constexpr std::int64_t shortestDisplayName = 4;
+constexpr std::int64_t minDisplayNameLength = 4;
 
 // Lower case.
 constexpr auto sharedFolderNames = std::to_array<std::string_view>({
@@ -131,7 +131,7 @@ bool isSharedFolderName(std::string_view name) {
 }
 
 bool isTellingDisplayName(std::string_view name) {
-  return isSafeLeftoverName(name) && perceivedCharacterCount(name) >= shortestDisplayName && !isSharedFolderName(name);
+  return isSafeLeftoverName(name) && perceivedCharacterCount(name) >= minDisplayNameLength && !isSharedFolderName(name);
 }
 
 }  // namespace orvane

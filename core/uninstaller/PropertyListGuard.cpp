@@ -8,9 +8,9 @@ namespace orvane {
 namespace {
 
 // The parser goes one level deeper for each container at most, and no information list comes near these.
-constexpr std::size_t mostContainers = 8192;
-constexpr std::size_t mostReferences = 65536;
-constexpr std::uint64_t mostExpandedBytes = 16 * 1024 * 1024;
+constexpr std::size_t maxContainers = 8192;
+constexpr std::size_t maxReferences = 65536;
+constexpr std::uint64_t maxExpandedBytes = 16 * 1024 * 1024;
 
 constexpr std::string_view binaryMark = "bplist";
 constexpr std::size_t headerSize = 8;
@@ -53,9 +53,9 @@ class BinaryList {
       const auto object = objectAt(index);
       if (!object) return false;
       if (!object->isContainer) continue;
-      if (++containers > mostContainers) return false;
+      if (++containers > maxContainers) return false;
       const auto held = object->references();
-      if (held > mostReferences - references) return false;
+      if (held > maxReferences - references) return false;
       references += static_cast<std::size_t>(held);
       for (std::size_t i = 0; i < held; ++i) {
         const auto target = numberAt(object->content + i * m_referenceSize, m_referenceSize);
@@ -65,7 +65,7 @@ class BinaryList {
         if (named->isContainer && isNamed[static_cast<std::size_t>(*target)]) return false;
         isNamed[static_cast<std::size_t>(*target)] = true;
         if (!named->isContainer) expanded += named->length;
-        if (expanded > mostExpandedBytes) return false;
+        if (expanded > maxExpandedBytes) return false;
       }
     }
     return true;
@@ -132,7 +132,7 @@ bool isPropertyListBounded(std::string_view bytes) {
     const auto list = BinaryList::open(bytes);
     return list && list->isBounded();
   }
-  return occurrences(bytes, "<array") + occurrences(bytes, "<dict") <= mostContainers;
+  return occurrences(bytes, "<array") + occurrences(bytes, "<dict") <= maxContainers;
 }
 
 }  // namespace orvane

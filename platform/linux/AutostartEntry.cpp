@@ -17,7 +17,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t longestEntry = 64 * 1024;
+constexpr std::size_t maxEntryBytes = 64 * 1024;
 
 // An argument of "Exec" in double quotes. Backslashes are doubled once for the quoting and once more for the string.
 std::string quoted(std::string_view argument) {
@@ -57,7 +57,7 @@ std::string AutostartEntry::defaultPath() {
 
 bool AutostartEntry::isEnabled() const {
   try {
-    const auto text = readFile(m_path, longestEntry);
+    const auto text = readFile(m_path, maxEntryBytes);
     return !hasLine(text, "Hidden=true") && !hasLine(text, "X-GNOME-Autostart-enabled=false");
   } catch (const std::system_error&) {
     return false;

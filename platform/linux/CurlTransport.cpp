@@ -11,7 +11,7 @@
 namespace orvane {
 namespace {
 
-constexpr int longestWait = 1000;  // milliseconds
+constexpr int maxWait = 1000;  // milliseconds
 
 struct CloseEasy {
   void operator()(CURL* handle) const noexcept { CurlLibrary::get().easyCleanUp(handle); }
@@ -65,7 +65,7 @@ class Call {
       if (stop.stop_requested()) fail(HttpError::Cancelled{});
       check(m_curl.multiPerform(m_multi.get(), &running));
       if (running == 0) break;
-      check(m_curl.multiPoll(m_multi.get(), nullptr, 0, longestWait, nullptr));
+      check(m_curl.multiPoll(m_multi.get(), nullptr, 0, maxWait, nullptr));
     }
     finish();
     long status = 0;
@@ -113,7 +113,7 @@ class Call {
   static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* call) noexcept {
     auto& self = *static_cast<Call*>(call);
     const auto length = size * count;
-    self.m_isTooLarge = self.m_response.body.size() + length > HttpTransport::longestReply;
+    self.m_isTooLarge = self.m_response.body.size() + length > HttpTransport::maxReplyBytes;
     if (self.m_isTooLarge) return 0;
     try {
       self.m_response.body.append(bytes, length);

@@ -14,7 +14,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t mostBytes = 256 * 1024;
+constexpr std::size_t maxBytes = 256 * 1024;
 constexpr std::string_view ending = ".desktop";
 constexpr std::string_view group = "[Desktop Entry]";
 
@@ -85,7 +85,7 @@ std::optional<DesktopEntry> DesktopEntry::read(const std::string& file) {
   if (!name.ends_with(ending)) return std::nullopt;
   Values values;
   try {
-    values = valuesOf(readFile(file, mostBytes));
+    values = valuesOf(readFile(file, maxBytes));
   } catch (const std::system_error&) {
     return std::nullopt;
   }

@@ -13,8 +13,8 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t largestList = 64UL * 1024 * 1024;
-constexpr std::size_t largestStatus = 256UL * 1024 * 1024;
+constexpr std::size_t maxListBytes = 64UL * 1024 * 1024;
+constexpr std::size_t maxStatusBytes = 256UL * 1024 * 1024;
 constexpr std::string_view listEnding = ".list";
 constexpr std::int64_t unit = 1024;  // of Installed-Size
 
@@ -48,7 +48,7 @@ std::unordered_map<std::string, DpkgPackage> packagesIn(const std::string& statu
     }
     package = {};
   };
-  forEachLine(contentOf(statusFile, largestStatus), [&](std::string_view line) {
+  forEachLine(contentOf(statusFile, maxStatusBytes), [&](std::string_view line) {
     const auto value = [&](std::string_view key) { return line.substr(std::min(key.size(), line.size())); };
     if (line.empty()) finish();
     if (line.starts_with("Package: ")) package.name = value("Package: ");
@@ -80,7 +80,7 @@ std::unordered_map<std::string, DpkgPackage> dpkgOwnersIn(std::string_view folde
     name.remove_suffix(listEnding.size());
     const auto package = packages.find(std::string(name));
     if (package == packages.end()) continue;
-    const auto list = contentOf(joinPath(lists, entry->name), largestList);
+    const auto list = contentOf(joinPath(lists, entry->name), maxListBytes);
     if (list.find(start) == std::string::npos) continue;
     forEachLine(list, [&](std::string_view line) {
       if (line.size() > start.size() && line.starts_with(start)) result.emplace(line, package->second);

@@ -12,9 +12,9 @@ namespace orvane {
 class LibSecretStore : public SecretStore {
  public:
   // Two calls, which replacing a secret takes, stay within five seconds.
-  static constexpr std::chrono::milliseconds longestCall{2'400};
+  static constexpr std::chrono::milliseconds maxCallTime{2'400};
 
-  explicit LibSecretStore(std::chrono::milliseconds timeout = longestCall) : m_timeout(timeout) {}
+  explicit LibSecretStore(std::chrono::milliseconds timeout = maxCallTime) : m_timeout(timeout) {}
 
   [[nodiscard]] bool add(const std::string& service, const std::string& account, const SecretText& secret) override;
   [[nodiscard]] bool remove(const std::string& service, const std::string& account) override;

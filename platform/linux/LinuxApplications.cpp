@@ -31,7 +31,7 @@ constexpr std::string_view appImageEnding = ".appimage";
 constexpr std::array<std::string_view, 5> iconSizes{"128x128", "256x256", "96x96", "64x64", "48x48"};
 constexpr std::string_view releaseMark = "<release ";
 constexpr std::string_view versionMark = "version=\"";
-constexpr std::size_t largestMetainfo = 1024 * 1024;
+constexpr std::size_t maxMetainfoBytes = 1024 * 1024;
 
 std::vector<std::string> namesIn(const std::string& folder) {
   std::vector<std::string> result;
@@ -79,7 +79,7 @@ std::string versionInName(std::string_view name) {
 std::string versionInMetainfo(const std::string& file) {
   std::string text;
   try {
-    text = readFile(file, largestMetainfo);
+    text = readFile(file, maxMetainfoBytes);
   } catch (const std::system_error&) {
     return {};
   }
@@ -116,7 +116,7 @@ std::string shellWord(const std::string& text) {
 // One look at all places.
 class LinuxApplications::Listing {
  public:
-  explicit Listing(const Places& places)
+  explicit Listing(const Folders& places)
       : m_places(places), m_applications(joinPath(places.user.data, "applications")) {}
 
   void findEntries() {
@@ -307,7 +307,7 @@ class LinuxApplications::Listing {
     return true;
   }
 
-  const Places& m_places;
+  const Folders& m_places;
   std::string m_applications;
   std::vector<DesktopEntry> m_userEntries;
   std::vector<DesktopEntry> m_systemEntries;
@@ -317,8 +317,8 @@ class LinuxApplications::Listing {
   std::vector<SystemApplication> m_found;
 };
 
-LinuxApplications::Places LinuxApplications::placesFromEnvironment() {
-  Places places{.user = XdgFolders::fromEnvironment(), .downloads = expandedHome("~/Downloads")};
+LinuxApplications::Folders LinuxApplications::foldersFromEnvironment() {
+  Folders places{.user = XdgFolders::fromEnvironment(), .downloads = expandedHome("~/Downloads")};
   return places;
 }
 

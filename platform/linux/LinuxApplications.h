@@ -16,19 +16,19 @@ namespace orvane {
 // have an entry there.
 class LinuxApplications : public SystemApplications {
  public:
-  struct Places {
+  struct Folders {
     XdgFolders user;
     std::string downloads;
     std::string root = "/";  // of the system
   };
-  explicit LinuxApplications(Places places) : m_places(std::move(places)) {}
-  [[nodiscard]] static Places placesFromEnvironment();
+  explicit LinuxApplications(Folders places) : m_places(std::move(places)) {}
+  [[nodiscard]] static Folders foldersFromEnvironment();
 
   [[nodiscard]] std::vector<SystemApplication> list(const std::stop_token& stop) const override;
 
  private:
   class Listing;
-  Places m_places;
+  Folders m_places;
 };
 
 }  // namespace orvane

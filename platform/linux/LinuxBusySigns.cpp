@@ -21,7 +21,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t longestSign = 256 * 1024;
+constexpr std::size_t maxSignBytes = 256 * 1024;
 constexpr std::chrono::seconds lookAtProcessesAgain{1};
 
 bool isRunning(pid_t process) noexcept {
@@ -69,7 +69,7 @@ bool isMark(const std::string& path) {
 bool anyLine(const std::string& path, const std::function<bool(std::string_view line)>& tells) {
   std::string text;
   try {
-    text = readFile(path, longestSign);
+    text = readFile(path, maxSignBytes);
   } catch (const std::system_error& error) {
     return error.code() == std::errc::permission_denied;
   }

@@ -33,7 +33,7 @@ constexpr std::array gradleSigns{Sign{Base::home, ".gradle/caches/{*.lock,*/*.lo
 constexpr std::array flatpakSigns{Sign{Base::runtime, ".flatpak/*/info", Sign::Check::sandbox}};
 constexpr std::array snapSigns{Sign{Base::root, "proc/*/cgroup", Sign::Check::groups}};
 
-constexpr std::array places{
+constexpr std::array knownPlaceRows{
     Known{Base::data, "Trash/files/*", Unit::whole, "trash", "safe", "reason.trash", ""},
 
     // Browsers.
@@ -204,7 +204,7 @@ constexpr std::array builds{
 }  // namespace
 
 std::span<const SystemProfile::KnownPlace> LinuxProfile::knownPlaces() const noexcept {
-  return places;
+  return knownPlaceRows;
 }
 
 std::span<const SystemProfile::ProgramTitle> LinuxProfile::programTitles() const noexcept {

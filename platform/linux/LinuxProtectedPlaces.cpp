@@ -15,7 +15,7 @@ namespace {
 using Base = SystemProfile::Base;
 using Never = SystemProfile::ProtectedPlace;
 
-constexpr std::array places{
+constexpr std::array protectedPlaceRows{
     // Secrets.
     Never{Base::data, "{keyrings,kwalletd,gnupg}", "key rings"},
     Never{Base::home, ".gnupg", "keys of GnuPG"},
@@ -79,7 +79,7 @@ std::string systemFlatpaks() {
 }  // namespace
 
 std::span<const SystemProfile::ProtectedPlace> LinuxProfile::protectedPlaces() const noexcept {
-  return places;
+  return protectedPlaceRows;
 }
 
 std::span<const SystemProfile::ProtectedName> LinuxProfile::protectedNames() const noexcept {

@@ -25,7 +25,7 @@ namespace orvane {
 namespace {
 
 constexpr std::chrono::milliseconds busTime{2000};
-constexpr std::size_t longestRelease = 64 * 1024;
+constexpr std::size_t maxReleaseBytes = 64 * 1024;
 
 struct NamedService {
   std::string_view name;
@@ -59,7 +59,7 @@ constexpr std::array fileSystems{
 std::string systemName() {
   constexpr std::string_view key = "PRETTY_NAME=";
   try {
-    const auto text = "\n" + readFile("/etc/os-release", longestRelease);
+    const auto text = "\n" + readFile("/etc/os-release", maxReleaseBytes);
     auto at = text.find("\n" + std::string(key));
     if (at == std::string::npos) return "unknown";
     at += key.size() + 1;

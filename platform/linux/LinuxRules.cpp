@@ -5,7 +5,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::array rows{
+constexpr std::array ruleRows{
     SystemProfile::SuggestedRule{"downloaded-packages", "suggestion.downloaded_packages",
                                  R"({"folderPath": "~/Downloads", "minimumAgeDays": 14,
             "fileExtensions": ["deb", "rpm", "run", "flatpak", "flatpakref", "snap", "bundle"]})",
@@ -22,7 +22,7 @@ constexpr std::array rows{
 }  // namespace
 
 std::span<const SystemProfile::SuggestedRule> LinuxProfile::suggestedRules() const noexcept {
-  return rows;
+  return ruleRows;
 }
 
 }  // namespace orvane

@@ -122,7 +122,7 @@ const TrashUsage& systemTrashUsage() {
 }
 
 const SystemApplications& systemApplications() {
-  static const LinuxApplications applications(LinuxApplications::placesFromEnvironment());
+  static const LinuxApplications applications(LinuxApplications::foldersFromEnvironment());
   return applications;
 }
 

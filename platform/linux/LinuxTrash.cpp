@@ -203,7 +203,7 @@ std::unique_ptr<PendingMove> LinuxTrash::planTakeOut(const FileUrl& trashed, con
 }
 
 bool LinuxTrash::mayHold(const FileUrl& trashed, const FileUrl& original) noexcept {
-  constexpr std::size_t longestRecord = 64 * 1024;
+  constexpr std::size_t maxRecordBytes = 64 * 1024;
   try {
     const auto folder = folderOf(trashed);
     if (!folder) return true;
@@ -211,7 +211,7 @@ bool LinuxTrash::mayHold(const FileUrl& trashed, const FileUrl& original) noexce
     const FileDescriptor record(
         ::openat(folder->info()->get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!record) return true;
-    const auto path = trashInfoPath(readAll(record.get(), longestRecord));
+    const auto path = trashInfoPath(readAll(record.get(), maxRecordBytes));
     return !path || *path == folder->recordedPath(original.path()) ||
            *path == folder->recordedPath(canonicalPlace(original.path()));
   } catch (const std::exception&) {

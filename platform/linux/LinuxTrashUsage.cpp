@@ -21,13 +21,13 @@ namespace orvane {
 namespace {
 
 constexpr std::string_view recordEnding = ".trashinfo";
-constexpr std::size_t longestRecord = 64 * 1024;
+constexpr std::size_t maxRecordBytes = 64 * 1024;
 
 std::optional<Date> dateOf(int info, const std::string& name) {
   const FileDescriptor record(::openat(info, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (!record) return std::nullopt;
   try {
-    return trashInfoDate(readAll(record.get(), longestRecord));
+    return trashInfoDate(readAll(record.get(), maxRecordBytes));
   } catch (const std::system_error&) {
     return std::nullopt;
   }

@@ -16,13 +16,13 @@ struct Row {
   std::string_view usualName;
   std::string_view variable;  // of user-dirs.dirs(5)
 };
-constexpr std::array rows{
+constexpr std::array folderRows{
     Row{"Downloads", "XDG_DOWNLOAD_DIR"}, Row{"Documents", "XDG_DOCUMENTS_DIR"}, Row{"Desktop", "XDG_DESKTOP_DIR"},
     Row{"Pictures", "XDG_PICTURES_DIR"},  Row{"Music", "XDG_MUSIC_DIR"},         Row{"Videos", "XDG_VIDEOS_DIR"},
     Row{"Movies", "XDG_VIDEOS_DIR"},
 };
 
-constexpr std::size_t mostBytes = 64 * 1024;
+constexpr std::size_t maxBytes = 64 * 1024;
 constexpr std::string_view homeStart = "$HOME/";
 
 // The shell's rules for a text in double quotes, without anything that it would look up.
@@ -76,12 +76,12 @@ bool isFolder(const std::string& path) {
 }  // namespace
 
 std::optional<std::string> userFolder(std::string_view usualName, const std::string& home) {
-  const auto row = std::ranges::find(rows, usualName, &Row::usualName);
-  if (row == rows.end()) return std::nullopt;
+  const auto row = std::ranges::find(folderRows, usualName, &Row::usualName);
+  if (row == folderRows.end()) return std::nullopt;
   const auto file = settingsFile(home);
   std::optional<std::string> value;
   try {
-    value = lastValue(readFile(file, mostBytes), row->variable);
+    value = lastValue(readFile(file, maxBytes), row->variable);
   } catch (const std::system_error&) {
     return std::nullopt;
   }

@@ -8,7 +8,7 @@ namespace orvane {
 namespace {
 
 // No permission opens every folder here, so the texts of one speak of folders.
-constexpr std::array rows{
+constexpr std::array usualWords{
     SystemProfile::Wording{"app.tagline", "system.tagline"},
     SystemProfile::Wording{"privacy.statement", "system.privacy_statement"},
     SystemProfile::Wording{"permission.fda_title", "system.access_title"},
@@ -27,7 +27,7 @@ constexpr const char* flatpakInformation = "/.flatpak-info";
 }  // namespace
 
 std::span<const SystemProfile::Wording> LinuxProfile::wordings() const noexcept {
-  return rows;
+  return usualWords;
 }
 
 std::span<const SystemProfile::Phrase> LinuxProfile::phrases() const noexcept {

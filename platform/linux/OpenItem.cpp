@@ -22,7 +22,7 @@ namespace orvane {
 namespace {
 
 // Longest path given to one call; PATH_MAX counts the closing NUL byte.
-constexpr std::size_t longestPiece = 4000;
+constexpr std::size_t maxPieceBytes = 4000;
 
 constexpr std::uint64_t folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
@@ -33,10 +33,10 @@ int openWithoutLinks(int base, const std::string& path, std::uint64_t flags, std
   return static_cast<int>(::syscall(SYS_openat2, base, path.c_str(), &how, sizeof how));
 }
 
-// A piece of at most longestPiece bytes that ends before a slash; the rest stays in `path`.
+// A piece of at most maxPieceBytes bytes that ends before a slash; the rest stays in `path`.
 std::string takePiece(std::string_view& path) {
   auto end = path.size();
-  if (end > longestPiece) end = path.rfind('/', longestPiece);
+  if (end > maxPieceBytes) end = path.rfind('/', maxPieceBytes);
   std::string piece(path.substr(0, end));
   path.remove_prefix(std::min(path.size(), end + 1));
   return piece;

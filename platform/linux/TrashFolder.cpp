@@ -21,11 +21,11 @@ namespace orvane {
 namespace {
 
 constexpr std::string_view recordSuffix = ".trashinfo";
-constexpr std::size_t longestName = 255 - recordSuffix.size();
-constexpr std::int64_t mostNumberedTries = 16;
-constexpr std::int64_t mostTries = 32;
-constexpr std::uint64_t mostSingleSyncs = 8;
-constexpr std::size_t longestSizes = 64UL * 1024 * 1024;
+constexpr std::size_t maxItemNameBytes = maxNameBytes - recordSuffix.size();
+constexpr std::int64_t maxNumberedTries = 16;
+constexpr std::int64_t maxTries = 32;
+constexpr std::uint64_t maxSingleSyncs = 8;
+constexpr std::size_t maxSizesBytes = 64UL * 1024 * 1024;
 constexpr const char* sizesName = "directorysizes";
 constexpr const char* newSizesName = ".directorysizes.orvane";
 
@@ -69,7 +69,7 @@ std::string nameWithSuffix(std::string_view wanted, std::string_view suffix) {
   std::string ending = suffix.empty() ? std::string() : fmt::format(".{}", suffix);
   if (!extension.empty() && extension.size() < 64) ending += fmt::format(".{}", extension);
   const auto kept = extension.size() < 64 ? base : wanted;
-  return std::string(shortenedToBytes(kept, longestName - ending.size())) + ending;
+  return std::string(shortenedToBytes(kept, maxItemNameBytes - ending.size())) + ending;
 }
 
 // Bytes on the disk of a folder's tree, each hard link counted, as far as it can be read.
@@ -125,8 +125,8 @@ std::string TrashFolder::reserveName(std::string_view wanted) {
     auto& number = m_numbers.try_emplace(name, 1).first->second;
     std::int64_t tries = 0;
     do {
-      const bool numbered = ++tries <= mostNumberedTries;
-      if (tries > mostTries) throwErrno(EEXIST);
+      const bool numbered = ++tries <= maxNumberedTries;
+      if (tries > maxTries) throwErrno(EEXIST);
       name = nameWithSuffix(wanted, numbered ? std::to_string(++number) : Uuid::random().toString());
     } while (!isFree(name));
   }
@@ -148,7 +148,7 @@ std::uint64_t TrashFolder::noteRecordWritten() {
 void TrashFolder::makeRecordDurable(std::uint64_t ticket, int record) {
   const std::lock_guard lock(m_mutex);
   if (ticket <= m_durableTicket) return;
-  if (m_unsynced > mostSingleSyncs) {
+  if (m_unsynced > maxSingleSyncs) {
     if (::syncfs(m_info->get()) != 0) throw SyncError(errorText(errno));
     m_durableTicket = m_lastTicket;
     m_unsynced = 0;
@@ -182,7 +182,7 @@ void TrashFolder::forgetFolderSize(const std::string& name) const noexcept {
   try {
     const FileDescriptor sizes(::openat(m_folder.get(), sizesName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!sizes || !isRegular(sizes.get())) return;
-    const std::string text = readAll(sizes.get(), longestSizes);
+    const std::string text = readAll(sizes.get(), maxSizesBytes);
     const std::string ending = " " + percentEncodedPath(name);
     std::string kept;
     for (std::size_t start = 0; start < text.size();) {

@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::size_t blockSize = 1024 * 1024;
 // Each level holds two descriptors open, also while a copy is removed.
-constexpr int mostLevels = 1000;
+constexpr int maxLevels = 1000;
 
 using InodeKey = std::pair<dev_t, ino_t>;
 
@@ -157,7 +157,7 @@ class Copier {
  private:
   void copyFolder(int fromFolder, const std::string& from, int toFolder, const std::string& to,
                   const std::string& place, const struct stat& status) {
-    if (m_level == mostLevels) {
+    if (m_level == maxLevels) {
       throw std::runtime_error("its folders are nested too deeply to be copied to another volume");
     }
     ++m_level;

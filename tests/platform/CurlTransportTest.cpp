@@ -90,9 +90,9 @@ TEST(CurlTransport, isCancelledWhileItWaits) {
 TEST(CurlTransport, takesFourMebibytesAndNotAByteMore) {
   const LocalServer server([](const LocalServer::Request& request) {
     const auto extra = request.line.find("/more") != std::string::npos ? 1U : 0U;
-    return LocalServer::answer(200, std::string(HttpTransport::longestReply + extra, 'x'));
+    return LocalServer::answer(200, std::string(HttpTransport::maxReplyBytes + extra, 'x'));
   });
-  EXPECT_EQ(CurlTransport().send(requestTo(server.url())).body.size(), HttpTransport::longestReply);
+  EXPECT_EQ(CurlTransport().send(requestTo(server.url())).body.size(), HttpTransport::maxReplyBytes);
   EXPECT_EQ(errorOf(requestTo(server.url("/more"))), HttpError::Case{HttpError::ReplyTooLarge{}});
 }
 

@@ -16,9 +16,9 @@ class LinuxApplicationsTest : public testing::Test {
  public:
   // A home and a system of their own.
   [[nodiscard]] std::vector<SystemApplication> list() const {
-    LinuxApplications::Places places{.user = XdgFolders::below(tree.path("home")),
-                                     .downloads = tree.path("home/Téléchargements"),
-                                     .root = tree.path("system")};
+    LinuxApplications::Folders places{.user = XdgFolders::below(tree.path("home")),
+                                      .downloads = tree.path("home/Téléchargements"),
+                                      .root = tree.path("system")};
     auto found = LinuxApplications(places).list({});
     std::ranges::sort(found, {}, &SystemApplication::place);
     return found;

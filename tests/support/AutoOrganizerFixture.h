@@ -27,7 +27,7 @@ class AutoOrganizerFixture : public TaskFixture {
     return autoOrganizer.run(request(dayNumber, use));
   }
   [[nodiscard]] AutoOrganizeRequest request(double dayNumber, TopicUse use = TopicUse::never) const {
-    return {.wish = {.folders = {tree.url("Downloads")}, .recentsDays = 3, .topics = use}, .now = day(dayNumber)};
+    return {.options = {.folders = {tree.url("Downloads")}, .recentsDays = 3, .topics = use}, .now = day(dayNumber)};
   }
   // Paths of all files below ~/Downloads.
   [[nodiscard]] std::set<std::string> files() const {

@@ -23,9 +23,9 @@ struct PlannerErrorCases {
     bool operator==(const CannotParseResponse&) const = default;
   };
   struct TooManySteps {
-    std::size_t most = 0;
+    std::size_t maxSteps = 0;
     [[nodiscard]] std::string description() const {
-      return fmt::format("The reply's plan has more than {} steps.", most);
+      return fmt::format("The reply's plan has more than {} steps.", maxSteps);
     }
     bool operator==(const TooManySteps&) const = default;
   };

@@ -17,7 +17,7 @@ namespace orvane {
 namespace {
 
 // As in path_resolution(7).
-constexpr int maximumLinks = 40;
+constexpr int maxLinks = 40;
 
 std::optional<std::string> existingRealPath(const std::string& path) {
   const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), std::free);
@@ -60,7 +60,7 @@ class Resolver {
       reopen();
       return;
     }
-    if (m_followed < maximumLinks) {
+    if (m_followed < maxLinks) {
       if (const auto target = readLink(component)) {
         ++m_followed;
         if (target->starts_with('/')) {

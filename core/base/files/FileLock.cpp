@@ -42,13 +42,13 @@ LockTimeout::LockTimeout(const std::string& path, const std::string& holder)
       m_text(fmt::format("{} keeps '{}' locked", holder.empty() ? "another process" : "process " + holder,
                          escapedForDisplay(path))) {}
 
-FileLock FileLock::acquire(const std::string& path, std::chrono::milliseconds longest) {
+FileLock FileLock::acquire(const std::string& path, std::chrono::milliseconds wait) {
   FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600));
   if (!file) throwErrno();
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) throwErrno();
   if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
-  const auto deadline = std::chrono::steady_clock::now() + longest;
+  const auto deadline = std::chrono::steady_clock::now() + wait;
   auto pause = 1ms;
   while (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
     if (errno != EINTR && errno != EWOULDBLOCK) throwErrno();

@@ -23,10 +23,10 @@ class LockTimeout : public std::system_error {
 // on two open files exclude each other too.
 class FileLock {
  public:
-  static constexpr std::chrono::milliseconds longestWait{10'000};
+  static constexpr std::chrono::milliseconds maxWait{10'000};
   // Creates the file where it is missing and waits for the lock. The file then names the process that holds it. Throws
   // LockTimeout after `longest`, std::system_error when it is no regular file or cannot be opened.
-  static FileLock acquire(const std::string& path, std::chrono::milliseconds longest = longestWait);
+  static FileLock acquire(const std::string& path, std::chrono::milliseconds wait = maxWait);
   // Takes the lock of an open file if nobody holds it; leaves `descriptor` with the caller otherwise.
   static std::optional<FileLock> tryAcquire(FileDescriptor& descriptor);
 

@@ -12,8 +12,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t maximumNameBytes = 255;
-constexpr std::int64_t mostTries = 1'000'000;
+constexpr std::int64_t maxTries = 1'000'000;
 
 }  // namespace
 
@@ -22,9 +21,9 @@ std::string numberedName(std::string_view name, std::int64_t number, NumberingSt
   const auto [base, extension] = splitName(name);
   std::string ending = extension.empty() ? mark : fmt::format("{}.{}", mark, extension);
   std::string_view stem = base;
-  if (ending.size() < maximumNameBytes) stem = shortenedToBytes(base, maximumNameBytes - ending.size());
-  if (ending.size() >= maximumNameBytes || stem.empty()) {
-    stem = shortenedToBytes(name, maximumNameBytes - mark.size());
+  if (ending.size() < maxNameBytes) stem = shortenedToBytes(base, maxNameBytes - ending.size());
+  if (ending.size() >= maxNameBytes || stem.empty()) {
+    stem = shortenedToBytes(name, maxNameBytes - mark.size());
     ending = mark;
   }
   return std::string(stem) + ending;
@@ -48,7 +47,7 @@ FileUrl freeUrl(const FileUrl& wanted, NumberingStyle style, const std::function
   };
   if (!taken(wanted)) return wanted;
   const FileUrl folder = wanted.deletingLastPathComponent();
-  for (std::int64_t number = 1; number <= mostTries; ++number) {
+  for (std::int64_t number = 1; number <= maxTries; ++number) {
     FileUrl candidate = folder.appendingPathComponent(numberedName(wanted.lastPathComponent(), number, style));
     if (!taken(candidate)) return candidate;
   }

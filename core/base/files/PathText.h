@@ -1,11 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace orvane {
 
 // Text rules of paths; nothing here looks at the disk. Paths are raw bytes with "/" between components.
+
+// Of a file's name, on every file system that counts: NAME_MAX.
+inline constexpr std::size_t maxNameBytes = 255;
 
 // The last component; empty for "/" and for an empty path. Trailing slashes do not count.
 [[nodiscard]] std::string_view lastComponent(std::string_view path) noexcept;

@@ -21,7 +21,7 @@ constexpr std::array units{
     Unit{"TB", 1e12, 2}, Unit{"PB", 1e15, 2}, Unit{"EB", 1e18, 2},
 };
 
-constexpr int mostFractionDigits = 2;
+constexpr int maxFractionDigits = 2;
 
 icu::number::LocalizedNumberFormatter makeFormatter(int fractionDigits) {
   return icu::number::NumberFormatter::withLocale(icu::Locale::getDefault())
@@ -35,7 +35,7 @@ const icu::number::LocalizedNumberFormatter& formatterFor(int fractionDigits) {
     icu::Locale locale;
     std::optional<icu::number::LocalizedNumberFormatter> formatter;
   };
-  thread_local std::array<Made, mostFractionDigits + 1> cache;
+  thread_local std::array<Made, maxFractionDigits + 1> cache;
   auto& made = cache.at(static_cast<std::size_t>(fractionDigits));
   if (const auto& locale = icu::Locale::getDefault(); !made.formatter || made.locale != locale) {
     made.formatter.emplace(makeFormatter(fractionDigits));

@@ -239,9 +239,9 @@ FileUrl urlAt(const Json& value, std::string_view key) {
 }
 
 Json jsonFromDate(Date date) {
-  constexpr double largestExactInteger = 9007199254740992.0;  // 2^53
+  constexpr double maxExactInteger = 9007199254740992.0;  // 2^53
   const double seconds = referenceSeconds(date);
-  const bool whole = std::trunc(seconds) == seconds && std::abs(seconds) < largestExactInteger;
+  const bool whole = std::trunc(seconds) == seconds && std::abs(seconds) < maxExactInteger;
   if (whole && !(seconds == 0 && std::signbit(seconds))) return static_cast<std::int64_t>(seconds);
   return seconds;
 }

@@ -22,11 +22,11 @@ std::size_t oldest(const std::vector<FileItem>& items) {
 
 std::size_t shortestPath(const std::vector<FileItem>& items) {
   std::size_t chosen = 0;
-  auto least = perceivedCharacterCount(items.front().url().path());
+  auto shortest = perceivedCharacterCount(items.front().url().path());
   for (std::size_t i = 1; i < items.size(); ++i) {
     const auto length = perceivedCharacterCount(items[i].url().path());
-    if (length >= least) continue;
-    least = length;
+    if (length >= shortest) continue;
+    shortest = length;
     chosen = i;
   }
   return chosen;

@@ -99,7 +99,7 @@ void StorageMap::addUp() {
   }
 }
 
-std::vector<StorageMap::Share> StorageMap::mostReclaimable(std::size_t most) const {
+std::vector<StorageMap::Share> StorageMap::mostReclaimable(std::size_t count) const {
   std::vector<Share> shares;
   std::vector<Index> waiting{top};
   while (!waiting.empty()) {
@@ -118,9 +118,9 @@ std::vector<StorageMap::Share> StorageMap::mostReclaimable(std::size_t most) con
   const auto isMore = [](const Share& one, const Share& other) {
     return one.bytes != other.bytes ? one.bytes > other.bytes : one.folder < other.folder;
   };
-  most = std::min(most, shares.size());
-  std::partial_sort(shares.begin(), shares.begin() + static_cast<std::ptrdiff_t>(most), shares.end(), isMore);
-  shares.resize(most);
+  count = std::min(count, shares.size());
+  std::partial_sort(shares.begin(), shares.begin() + static_cast<std::ptrdiff_t>(count), shares.end(), isMore);
+  shares.resize(count);
   return shares;
 }
 

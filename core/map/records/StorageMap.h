@@ -112,7 +112,7 @@ class StorageMap {
   };
   // The places that hold most of what a cleanup proposes, most first, and none of it twice: folders of which most is
   // that, and what lies right in others.
-  [[nodiscard]] std::vector<Share> mostReclaimable(std::size_t most) const;
+  [[nodiscard]] std::vector<Share> mostReclaimable(std::size_t count) const;
   // Of all files of a kind or a category.
   [[nodiscard]] std::int64_t diskBytesOf(MapKind kind) const noexcept;
   [[nodiscard]] std::int64_t diskBytesOf(ScanCategory category) const noexcept;

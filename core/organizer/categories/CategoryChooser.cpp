@@ -23,7 +23,6 @@ constexpr std::string_view filesEnding = " Files";
 constexpr std::string_view monthPattern = "yyyy-MM (MMMM)";
 constexpr std::string_view documentsPrefix = "Documents/";
 constexpr std::string_view mediaPrefix = "Media/";
-constexpr std::size_t maximumNameBytes = 255;
 
 constexpr std::string_view picturesWords[] = {"image", "photo", "pic", "picture"};
 constexpr std::string_view documentsNames[] = {"documents", "document"};
@@ -88,7 +87,7 @@ std::string byType(const CategoryChooser::Item& item) {
   const auto extension = splitName(item.name).extension;
   if (extension.empty()) return std::string(noExtensionCategory);
   const auto upper = uppercased(extension);
-  return std::string(shortenedToBytes(upper, maximumNameBytes - filesEnding.size())).append(filesEnding);
+  return std::string(shortenedToBytes(upper, maxNameBytes - filesEnding.size())).append(filesEnding);
 }
 
 std::string_view inPicturesFolder(const CategoryChooser::Item& item) {

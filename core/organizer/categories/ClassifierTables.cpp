@@ -29,7 +29,7 @@ constexpr std::array extensionRows{
     ExtensionRow{"rar", ExtensionKind::archive},
     ExtensionRow{"appinstaller", ExtensionKind::installer},
 };
-constexpr std::size_t longestExtension = 12;
+constexpr std::size_t maxExtensionBytes = 12;
 
 constexpr std::array<std::string_view, 11> screenshotPrefixes{
     "Screen Shot", "Screenshot",          "Capture d’écran", "Bildschirmfoto", "スクリーンショット", "스크린샷", "截屏",
@@ -54,7 +54,7 @@ ExtensionKind kindOfLowerCase(std::string_view extension) noexcept {
 }  // namespace
 
 ExtensionKind extensionKind(std::string_view extension) {
-  std::array<char, longestExtension> lower{};
+  std::array<char, maxExtensionBytes> lower{};
   if (extension.empty()) return ExtensionKind::other;
   for (std::size_t i = 0; i < extension.size(); ++i) {
     const char c = extension[i];

@@ -28,7 +28,6 @@ namespace orvane {
 namespace {
 
 constexpr std::string_view defaultDestinationName = "Organized";
-constexpr std::size_t longestNameBytes = 255;
 constexpr std::string_view rejectedText = "Selected files were rejected by safety invariants.";
 
 // Visits the components of a category path, empty ones left out.
@@ -47,7 +46,7 @@ bool isCategoryName(std::string_view name) {
   bool isRefused = PathValidator::hasTraversal(name);
   forEachComponent(name, [&](auto component) {
     hasComponent = true;
-    isRefused = isRefused || component == "." || component.size() > longestNameBytes;
+    isRefused = isRefused || component == "." || component.size() > maxNameBytes;
   });
   return hasComponent && !isRefused;
 }
@@ -63,13 +62,13 @@ class GroupBuilder {
                                                         : ProposedNames::Sources::oneFolder) {}
 
   void add(OrganizerCandidate candidate) {
-    auto& place = placeOf(candidate.category);
-    if (isThere(candidate, place.canonicalFolder)) {
+    auto& known = groupOf(candidate.category);
+    if (isThere(candidate, known.canonicalFolder)) {
       ++m_inPlace.count;
       m_inPlace.bytes = checkedAdd(m_inPlace.bytes, candidate.size);
       return;
     }
-    const auto& group = m_groups[place.index];
+    const auto& group = m_groups[known.index];
     ProposedMove move;
     move.originalURL = FileUrl(joinPath(m_targetFolder.path(), candidate.relativePath));
     move.targetURL = m_names.take(group.destinationFolder, lastComponent(candidate.relativePath));
@@ -78,7 +77,7 @@ class GroupBuilder {
     move.isDirectory = candidate.kind == ItemKind::folder;
     move.identity = candidate.identity;
     move.sourceRelativePath = std::move(candidate.relativePath);
-    m_groups[place.index].moves.push_back(std::move(move));
+    m_groups[known.index].moves.push_back(std::move(move));
   }
 
   [[nodiscard]] FolderOrganizerEngine::Analysis take() {
@@ -89,13 +88,13 @@ class GroupBuilder {
   }
 
  private:
-  struct Place {
+  struct CategoryGroup {
     std::size_t index;
     std::string canonicalFolder;
   };
 
-  Place& placeOf(const std::string& category) {
-    const auto [found, isNew] = m_places.try_emplace(category);
+  CategoryGroup& groupOf(const std::string& category) {
+    const auto [found, isNew] = m_known.try_emplace(category);
     if (isNew) {
       auto folder = FolderOrganizerEngine::categoryFolder(m_destinationRoot, category);
       found->second = {m_groups.size(), canonicalPath(folder.path())};
@@ -120,7 +119,7 @@ class GroupBuilder {
   const FileUrl& m_destinationRoot;
   const OrganizerScope& m_scope;
   FolderOrganizerEngine::Groups m_groups;
-  std::unordered_map<std::string, Place> m_places;
+  std::unordered_map<std::string, CategoryGroup> m_known;
   ProposedNames m_names;
   FolderOrganizerEngine::Analysis::InPlace m_inPlace;
 };

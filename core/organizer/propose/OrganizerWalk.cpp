@@ -96,14 +96,14 @@ class ReadFolder : public FolderVisit<ReadFolder> {
     bool takesFiles;
   };
 
-  ReadFolder(Search& search, WalkedFolder& folder, FolderPlace place, std::string prefix, ProjectTest projectTest)
-      : FolderVisit(search.walk, std::move(place)),
+  ReadFolder(Search& search, WalkedFolder& folder, UnreadFolder unread, std::string prefix, ProjectTest projectTest)
+      : FolderVisit(search.walk, std::move(unread)),
         m_search(search),
         m_folder(folder),
         m_prefix(std::move(prefix)),
         m_projectTest(projectTest) {}
-  ReadFolder(ReadFolder& parent, std::string_view name, FolderPlace place)
-      : ReadFolder(parent.m_search, parent.m_search.folders.add(), std::move(place),
+  ReadFolder(ReadFolder& parent, std::string_view name, UnreadFolder unread)
+      : ReadFolder(parent.m_search, parent.m_search.folders.add(), std::move(unread),
                    parent.m_prefix + std::string(name) + "/",
                    isReservedTopLevelCategory(name) ? ProjectTest::skip : ProjectTest::apply) {
     parent.m_folder.subfolders.push_back(&m_folder);
@@ -111,7 +111,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
 
   [[nodiscard]] std::optional<Rules> enter() {
     // A project is read once more, for its size.
-    if (m_projectTest == ProjectTest::apply) m_again = place();
+    if (m_projectTest == ProjectTest::apply) m_again = unread();
     return Rules{!includesSubfolders() || !isGeneratedFolder(lastComponent(canonicalPath()), scope().learnedRoots)};
   }
 
@@ -206,7 +206,7 @@ class ReadFolder : public FolderVisit<ReadFolder> {
   std::string m_prefix;
   ProjectTest m_projectTest;
 
-  FolderPlace m_again;
+  UnreadFolder m_again;
   bool m_isProject = false;
   Names m_fileNames;
   Names m_folderNames;
@@ -281,7 +281,7 @@ void visitOrganizerCandidates(const OrganizerScope& scope, const CategoryChooser
   auto& top = search.folders.add();
   WorkStack::Tasks tasks;
   tasks.push_back(
-      std::make_unique<ReadFolder>(search, top, FolderPlace{nullptr, scope.folder}, std::string(), ProjectTest::skip));
+      std::make_unique<ReadFolder>(search, top, UnreadFolder{nullptr, scope.folder}, std::string(), ProjectTest::skip));
   search.walk.run(std::move(tasks), 0, stop);
   visitAll(top, visit);
 }

@@ -65,8 +65,8 @@ void AutoOrganizeController::rescheduleTimer() {
 
 AutoOrganizeRequest AutoOrganizeController::request() const {
   // Another process may have changed them.
-  AutoOrganizeRequest request{.wish = TidyWish::of(m_collaborators.store.get()), .now = m_collaborators.now()};
-  if (!isAIAvailable()) request.wish.topics = TopicUse::never;
+  AutoOrganizeRequest request{.options = TidyOptions::of(m_collaborators.store.get()), .now = m_collaborators.now()};
+  if (!isAIAvailable()) request.options.topics = TopicUse::never;
   return request;
 }
 
@@ -74,7 +74,7 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
                                                   const std::stop_token& stop, const RunProgress& progress,
                                                   ReturnedUse returned) {
   auto wanted = request();
-  wanted.wish.returned = returned;
+  wanted.options.returned = returned;
   wanted.approve = std::move(approve);
   wanted.progress = progress;
   return run(wanted, stop);
@@ -82,7 +82,7 @@ AutoOrganizeReport AutoOrganizeController::runNow(std::function<bool(std::span<c
 
 TidyLook AutoOrganizeController::look(const std::stop_token& stop, ReturnedUse returned) {
   auto wanted = request();
-  wanted.wish.returned = returned;
+  wanted.options.returned = returned;
   return m_collaborators.organizer.look(wanted, stop);
 }
 

@@ -29,7 +29,7 @@ void addUp(AutoOrganizeResult& result, const FileUrl& folder, const AutoOrganize
 }  // namespace
 
 TidyLook AutoOrganizer::look(const AutoOrganizeRequest& request, const std::stop_token& stop) const {
-  return lookForTidying(m_services, request.wish, request.now, {.stop = stop});
+  return lookForTidying(m_services, request.options, request.now, {.stop = stop});
 }
 
 AutoOrganizeReport AutoOrganizer::run(const AutoOrganizeRequest& request, const std::stop_token& stop) {

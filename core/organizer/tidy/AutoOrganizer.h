@@ -16,7 +16,7 @@
 namespace orvane {
 
 struct AutoOrganizeRequest {
-  TidyWish wish;
+  TidyOptions options;
   Date now = ReferenceClock::now();
   // When somebody was shown it already, nothing else is looked for.
   std::optional<TidyLook> shown = {};

@@ -26,7 +26,7 @@ std::string OnDeviceTopicCategorizer::prompt(std::span<const std::string> itemNa
   if (existingTopics.empty()) text += "none yet";
   std::size_t count = 0;
   for (const auto& topic : existingTopics) {
-    if (count == mostExistingTopics) break;
+    if (count == maxExistingTopics) break;
     if (count > 0) text += ", ";
     text += topic;
     ++count;

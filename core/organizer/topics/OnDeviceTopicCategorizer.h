@@ -13,7 +13,7 @@ class TopicModel;
 class OnDeviceTopicCategorizer : public TopicCategorizing {
  public:
   static constexpr std::size_t batchSize = 25;
-  static constexpr std::size_t mostExistingTopics = 25;  // named in one prompt
+  static constexpr std::size_t maxExistingTopics = 25;  // named in one prompt
   static const std::string_view instructions;
 
   // `model` must outlive this object.

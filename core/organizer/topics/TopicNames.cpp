@@ -1,6 +1,7 @@
 #include "core/organizer/topics/TopicNames.h"
 
 #include "core/base/files/DirectoryReader.h"
+#include "core/base/files/PathText.h"
 #include "core/base/text/UnicodeText.h"
 #include "core/organizer/categories/GeneratedFolders.h"
 
@@ -19,8 +20,7 @@ namespace {
 constexpr std::array<std::string_view, 2> topicCategories{"Archives", "Installers"};
 
 bool canNameFolder(std::string_view topic) noexcept {
-  constexpr std::size_t longestNameBytes = 255;
-  return !topic.empty() && topic.size() <= longestNameBytes && !topic.starts_with('.') &&
+  return !topic.empty() && topic.size() <= maxNameBytes && !topic.starts_with('.') &&
          topic.find('/') == std::string_view::npos && topic.find("..") == std::string_view::npos;
 }
 
@@ -57,7 +57,7 @@ std::optional<std::string> TopicNames::sanitize(std::string_view text) {
   const auto first = name.find_first_not_of(". ");
   if (first == std::string::npos) return std::nullopt;
   name = name.substr(first, name.find_last_not_of(". ") - first + 1);
-  if (perceivedCharacterCount(name) > longestName) return std::nullopt;
+  if (perceivedCharacterCount(name) > maxNameLength) return std::nullopt;
   return name;
 }
 

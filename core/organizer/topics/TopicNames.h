@@ -15,7 +15,7 @@ namespace orvane {
 // Whether a text may name a topic folder.
 class TopicNames {
  public:
-  static constexpr std::int64_t longestName = 40;  // characters as a reader perceives them
+  static constexpr std::int64_t maxNameLength = 40;  // characters as a reader perceives them
 
   // The name without separators of paths, line breaks, control characters, runs of spaces, and dots and spaces at its
   // ends; absent when nothing is left or too much.

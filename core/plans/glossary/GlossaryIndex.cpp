@@ -179,16 +179,16 @@ const GlossaryIndex::Entry* GlossaryIndex::wordEntry(std::string_view word) cons
 
 // Two known words in one, as in "Dokumenteordner": the first one counts, the second says of what kind it is.
 std::optional<GlossaryIndex::Match> GlossaryIndex::compoundAt(std::string_view word) const {
-  constexpr std::size_t shortestPart = 3;
+  constexpr std::size_t minPartLength = 3;
   constexpr std::array<std::string_view, 5> links{"", "s", "n", "en", "es"};
-  for (auto length = word.size(); length-- > shortestPart;) {
+  for (auto length = word.size(); length-- > minPartLength;) {
     const auto found = m_entries.find(word.substr(0, length));
     if (found == m_entries.end()) continue;
     const auto* const head = wordEntry(word.substr(0, length));
     if (head == nullptr || head->english.empty() || isNumberText(head->english)) continue;
     for (const auto link : links) {
       const auto rest = word.substr(length);
-      if (!rest.starts_with(link) || rest.size() < link.size() + shortestPart) continue;
+      if (!rest.starts_with(link) || rest.size() < link.size() + minPartLength) continue;
       const auto* const tail = wordEntry(rest.substr(link.size()));
       if (tail != nullptr && !tail->english.empty()) return Match{1, std::string(head->english)};
     }

@@ -17,7 +17,7 @@ namespace orvane {
 namespace {
 
 // No request in plain words is longer.
-constexpr std::size_t longestPrompt = 2000;
+constexpr std::size_t maxPromptBytes = 2000;
 
 using Words = std::span<const FoldedWord>;
 
@@ -38,18 +38,18 @@ constexpr bool isIn(std::span<const std::string_view> words, std::string_view wo
 
 struct Piece {
   // The order in the English text.
-  enum class Place : std::uint8_t { question, verb, rest, end };
+  enum class Role : std::uint8_t { question, verb, rest, end };
   std::string english;
   TextSpan typed;
-  Place place = Place::rest;
+  Role role = Role::rest;
   bool joinsPrevious = false;  // without a space: a part of one name
   bool standsApart = false;    // a unit that does not belong to the number before it
 };
 
-Piece::Place placeOf(std::string_view english) {
-  if (isIn(questionWords, english)) return Piece::Place::question;
-  if (isIn(roomVerbs, english)) return Piece::Place::verb;
-  return english == "?" ? Piece::Place::end : Piece::Place::rest;
+Piece::Role roleOf(std::string_view english) {
+  if (isIn(questionWords, english)) return Piece::Role::question;
+  if (isIn(roomVerbs, english)) return Piece::Role::verb;
+  return english == "?" ? Piece::Role::end : Piece::Role::rest;
 }
 
 bool isKnownEnglish(std::string_view word) {
@@ -104,7 +104,7 @@ class Translation {
     for (std::size_t i = 0; i < words.size();) i += take(i);
     settleMeanings();
     settleComparisons();
-    std::ranges::stable_sort(m_pieces, {}, &Piece::place);
+    std::ranges::stable_sort(m_pieces, {}, &Piece::role);
   }
   [[nodiscard]] const std::vector<Piece>& pieces() const noexcept { return m_pieces; }
 
@@ -133,14 +133,14 @@ class Translation {
   // "1,5 Go" and "1.024 MB", which the parser would read as 5 and 24: in whole megabytes.
   std::size_t takeDecimal(std::size_t at) {
     constexpr std::int64_t mebibytes = 1024;
-    constexpr std::size_t mostDigits = 4;
+    constexpr std::size_t maxDigits = 4;
     if (m_words.size() < at + 3 || m_words[at].kind != FoldedWord::Kind::digits) return 0;
     const auto& fraction = m_words[at + 1];
     const auto gap = gapBefore(at + 1);
     if (fraction.kind != FoldedWord::Kind::digits || (gap != "," && gap != ".")) return 0;
     const auto unit = m_index.matchAt(m_words.subspan(at + 2));
     if (!unit || (unit->english != "gb" && unit->english != "mb")) return 0;
-    if (m_words[at].text.size() > mostDigits || fraction.text.size() > mostDigits) return 0;
+    if (m_words[at].text.size() > maxDigits || fraction.text.size() > maxDigits) return 0;
     constexpr std::size_t thousands = 3;
     const bool isGrouped = fraction.text.size() == thousands;
     const auto value = std::stod(m_words[at].text + (isGrouped ? "" : ".") + fraction.text);
@@ -184,7 +184,7 @@ class Translation {
     for (auto& piece : m_pieces) {
       if (piece.english == tidyOrClean) piece.english = isCleanable ? "clean" : "tidy";
       if (piece.english == emptyOrClear) piece.english = isTrash ? "empty" : "clear";
-      piece.place = placeOf(piece.english);
+      piece.role = roleOf(piece.english);
     }
   }
 
@@ -240,7 +240,7 @@ class Translation {
 TranslatedPrompt TranslatedPrompt::of(std::string_view prompt, AppLanguage window) {
   TranslatedPrompt result;
   result.m_text = prompt;
-  if (prompt.size() > longestPrompt) return result;
+  if (prompt.size() > maxPromptBytes) return result;
   const auto words = foldedWords(prompt);
   result.m_language = languageOf(words, window);
   const auto* const index = GlossaryIndex::of(result.m_language);

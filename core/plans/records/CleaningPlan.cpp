@@ -6,7 +6,7 @@ namespace orvane {
 namespace {
 
 // A plan is five levels deep and has six keys; a language model may add some of its own.
-constexpr JsonLimits planLimits{.bytes = CleaningPlan::maximumDocumentBytes, .depth = 32, .keysPerObject = 256};
+constexpr JsonLimits planLimits{.bytes = CleaningPlan::maxDocumentBytes, .depth = 32, .keysPerObject = 256};
 
 }  // namespace
 

@@ -32,7 +32,7 @@ struct CleaningPlan {
   // Throws JsonError.
   static CleaningPlan decode(std::string_view text);
   // The longest document that decode() reads.
-  static constexpr std::size_t maximumDocumentBytes = std::size_t{4} * 1024 * 1024;
+  static constexpr std::size_t maxDocumentBytes = std::size_t{4} * 1024 * 1024;
 };
 
 }  // namespace orvane

@@ -30,13 +30,13 @@ constexpr std::string_view rawValue(Room room) noexcept {
 }
 
 // A request for what a section does, with what its fields begin with.
-struct RoomWish {
+struct RoomRequest {
   Room room = Room::cleanup;
   std::string name = {};      // of an application
   std::string folder = {};    // path below "~"; empty where none is named
   std::string_view way = {};  // of organizing: "date", "type"; of a schedule: "daily", "weekly", "monthly"
 
-  bool operator==(const RoomWish&) const = default;
+  bool operator==(const RoomRequest&) const = default;
 };
 
 // Why a plan may be another one than was meant. The first that applies is told.
@@ -90,7 +90,7 @@ struct Understanding {
   std::vector<std::string> otherFolders = {};  // those that are named with it: "downloads and desktop"
   std::optional<std::int64_t> ageDays = {};
   std::optional<std::int64_t> sizeBytes = {};
-  std::optional<RoomWish> room = {};
+  std::optional<RoomRequest> room = {};
   std::vector<NamedProgram> programs = {};
 
   // Whether the plan is the one that was asked for; else nothing of it comes selected.

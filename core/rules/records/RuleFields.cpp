@@ -146,8 +146,8 @@ std::string megabytesText(const std::int64_t& bytes) {
 
 std::optional<std::int64_t> megabytesFrom(const std::string& text) {
   const auto number = numberFrom(text);
-  constexpr auto most = std::numeric_limits<std::int64_t>::max() / bytesPerMegabyte;
-  return number ? std::optional(std::clamp<std::int64_t>(*number, 0, most) * bytesPerMegabyte) : std::nullopt;
+  constexpr auto maxMegabytes = std::numeric_limits<std::int64_t>::max() / bytesPerMegabyte;
+  return number ? std::optional(std::clamp<std::int64_t>(*number, 0, maxMegabytes) * bytesPerMegabyte) : std::nullopt;
 }
 
 // --- the table

@@ -20,34 +20,36 @@ constexpr std::chrono::seconds lookInterval{10};
 
 }  // namespace
 
-HeadlessCoordinator::HeadlessCoordinator(Collaborators collaborators) : m_with(std::move(collaborators)) {}
+HeadlessCoordinator::HeadlessCoordinator(Collaborators collaborators) : m_collaborators(std::move(collaborators)) {}
 
 bool HeadlessCoordinator::isDue(std::chrono::seconds ahead) const {
-  const auto capacity = m_with.volume.capacity(m_with.home);
-  return m_with.schedule.isTimerStartDue(capacity ? std::optional(capacity->availableBytes) : std::nullopt, ahead);
+  const auto capacity = m_collaborators.volume.capacity(m_collaborators.home);
+  return m_collaborators.schedule.isTimerStartDue(capacity ? std::optional(capacity->availableBytes) : std::nullopt,
+                                                  ahead);
 }
 
 void HeadlessCoordinator::cleanIfDue() {
   while (!isDue({})) {
     if (!isDue(patience)) return;
-    m_with.wait(lookInterval);
+    m_collaborators.wait(lookInterval);
   }
-  m_with.schedule.carryOutScheduledRun({.approve = [&](const Approval& approval) {
+  m_collaborators.schedule.carryOutScheduledRun({.approve = [&](const Approval& approval) {
     for (const auto& notice : approval.proposal().notices()) {
       const auto* refused = std::get_if<RuleRefused>(&notice);
-      if (refused != nullptr) m_with.console(fmt::format("Rule '{}' is left out: {}", refused->rule, refused->reason));
+      if (refused != nullptr)
+        m_collaborators.console(fmt::format("Rule '{}' is left out: {}", refused->rule, refused->reason));
     }
     return true;
   }});
 }
 
 void HeadlessCoordinator::tidyIfEnabled() {
-  const auto settings = m_with.tidySettings.get();
+  const auto settings = m_collaborators.tidySettings.get();
   if (!settings.isEnabled) return;
-  const AutoOrganizeRequest request{.wish = TidyWish::of(settings)};
-  const auto report = m_with.autoOrganizer.run(request);
+  const AutoOrganizeRequest request{.options = TidyOptions::of(settings)};
+  const auto report = m_collaborators.autoOrganizer.run(request);
   if (report.end != AutoOrganizeReport::End::completed) return;
-  m_with.tidySettings.noteRun(request.now, report.result.totalMoved());
+  m_collaborators.tidySettings.noteRun(request.now, report.result.totalMoved());
 }
 
 bool HeadlessCoordinator::carryOut() noexcept {
@@ -56,15 +58,15 @@ bool HeadlessCoordinator::carryOut() noexcept {
     try {
       work();
     } catch (const std::exception& error) {
-      m_with.console(fmt::format("{} failed: {}", what, error.what()));
+      m_collaborators.console(fmt::format("{} failed: {}", what, error.what()));
       allDone = false;
     }
   };
   attempt("Scheduled cleanup", [&] { cleanIfDue(); });
   attempt("Tidying up", [&] { tidyIfEnabled(); });
   // The last, as it lowers this process's priority for good.
-  attempt("Mapping the home folder", m_with.mapIfDue);
-  m_with.notificationCenter.awaitAnswers(answerTime);
+  attempt("Mapping the home folder", m_collaborators.mapIfDue);
+  m_collaborators.notificationCenter.awaitAnswers(answerTime);
   return allDone;
 }
 

@@ -47,7 +47,7 @@ class HeadlessCoordinator {
   void tidyIfEnabled();
   [[nodiscard]] bool isDue(std::chrono::seconds ahead) const;
 
-  Collaborators m_with;
+  Collaborators m_collaborators;
 };
 
 }  // namespace orvane

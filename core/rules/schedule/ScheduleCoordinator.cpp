@@ -11,49 +11,49 @@
 
 namespace orvane {
 
-ScheduleCoordinator::ScheduleCoordinator(Collaborators collaborators) : m_with(std::move(collaborators)) {}
+ScheduleCoordinator::ScheduleCoordinator(Collaborators collaborators) : m_collaborators(std::move(collaborators)) {}
 
 ScheduleSettings ScheduleCoordinator::getSettings() const {
-  return storedValue<ScheduleSettings>(m_with.preferences, storageKey);
+  return storedValue<ScheduleSettings>(m_collaborators.preferences, storageKey);
 }
 
 void ScheduleCoordinator::updateSettings(const ScheduleSettings& settings) {
-  m_with.preferences.setValue(storageKey, settings.toJson());
+  m_collaborators.preferences.setValue(storageKey, settings.toJson());
 }
 
 ScheduleSettings ScheduleCoordinator::changeSettings(const std::function<void(ScheduleSettings&)>& change) {
-  return changeStoredValue<ScheduleSettings>(m_with.preferences, storageKey, change);
+  return changeStoredValue<ScheduleSettings>(m_collaborators.preferences, storageKey, change);
 }
 
 bool ScheduleCoordinator::isRunDue(std::optional<std::int64_t> currentFreeBytes) const {
-  return getSettings().isRunDue(currentFreeBytes, m_with.now());
+  return getSettings().isRunDue(currentFreeBytes, m_collaborators.now());
 }
 
 bool ScheduleCoordinator::isTimerStartDue(std::optional<std::int64_t> currentFreeBytes,
                                           std::chrono::seconds ahead) const {
-  return getSettings().isTimerStartDue(currentFreeBytes, m_with.now() + ahead);
+  return getSettings().isTimerStartDue(currentFreeBytes, m_collaborators.now() + ahead);
 }
 
 RunReport ScheduleCoordinator::carryOutScheduledRun(const RunRequest& request) {
   const std::lock_guard lock(m_runMutex);
-  const auto& tasks = m_with.tasks;
+  const auto& tasks = m_collaborators.tasks;
   RunReport nothing;
-  nothing.finished = m_with.now();
+  nothing.finished = m_collaborators.now();
 
-  RulesWish wish{.rules = cleanupRules(tasks),
-                 .boundary = Boundary(listedGrants(tasks)),
-                 .now = m_with.now(),
-                 .files = RuleFiles::scheduled};
-  std::erase_if(wish.rules, [](const CleanupRule& rule) { return !rule.isEnabled; });
-  if (wish.rules.empty()) return nothing;
-  const auto proposal = proposeRules(tasks, wish, {.stop = request.stop});
+  RulesOptions options{.rules = cleanupRules(tasks),
+                       .boundary = Boundary(listedGrants(tasks)),
+                       .now = m_collaborators.now(),
+                       .files = RuleFiles::scheduled};
+  std::erase_if(options.rules, [](const CleanupRule& rule) { return !rule.isEnabled; });
+  if (options.rules.empty()) return nothing;
+  const auto proposal = proposeRules(tasks, options, {.stop = request.stop});
   if (!proposal) return nothing;
   const auto approval = proposal->approve();
   if (request.approve && !request.approve(approval)) return nothing;
   if (request.stop.stop_requested()) return nothing;
   auto report = carryOut(tasks, approval, request.progress, request.stop, RunOrigin::Start::scheduled);
-  changeSettings([&](ScheduleSettings& settings) { settings.lastRunDate = m_with.now(); });
-  m_with.notificationService.postCleanupSummary(report.moved(), report.toTrash.bytes);
+  changeSettings([&](ScheduleSettings& settings) { settings.lastRunDate = m_collaborators.now(); });
+  m_collaborators.notificationService.postCleanupSummary(report.moved(), report.toTrash.bytes);
   return report;
 }
 

@@ -61,7 +61,7 @@ class ScheduleCoordinator {
   PlanExecutionSummary executeScheduledRun();
 
  private:
-  Collaborators m_with;
+  Collaborators m_collaborators;
   std::mutex m_runMutex;  // held by a run from its first look to its last move
 };
 

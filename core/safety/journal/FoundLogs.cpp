@@ -23,7 +23,7 @@ namespace {
 constexpr int openFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 // Far beyond any that this program writes: the journal is brought up to date, and the log emptied, before.
-constexpr std::int64_t longestLog = std::int64_t{1024} * 1024 * 1024;
+constexpr std::int64_t maxLogBytes = std::int64_t{1024} * 1024 * 1024;
 
 // Throws std::system_error.
 struct stat statusOf(int descriptor) {
@@ -82,7 +82,7 @@ bool readIntents(OpenLog& open, std::vector<std::string>& notices) {
   auto& log = open.log;
   const int descriptor = log.lock ? log.lock->descriptor() : open.file.get();
   try {
-    if (statusOf(descriptor).st_size > longestLog) throwErrno(EFBIG);
+    if (statusOf(descriptor).st_size > maxLogBytes) throwErrno(EFBIG);
     log.intents = readRunLog(readAll(descriptor));
     return true;
   } catch (const std::system_error& error) {

@@ -20,8 +20,8 @@ namespace {
 
 constexpr std::string_view fileName = "undo_journal.items";
 constexpr std::size_t blockBytes = 256 * 1024;
-constexpr std::int64_t longestFile = std::int64_t{8} * 1024 * 1024 * 1024;  // of ten million entries and more
-constexpr std::size_t longestLine = 4UL * 1024 * 1024;
+constexpr std::int64_t maxFileBytes = std::int64_t{8} * 1024 * 1024 * 1024;  // of ten million entries and more
+constexpr std::size_t maxLineBytes = 4UL * 1024 * 1024;
 constexpr std::size_t uuidLength = 36;
 
 // The number that the text begins with, taken off it with the space behind it.
@@ -91,7 +91,7 @@ std::unordered_map<Uuid, ItemRecord> ItemRecords::find(std::span<const Uuid> ent
   }
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) throwErrno();
-  if (status.st_size > longestFile) throwErrno(EFBIG);
+  if (status.st_size > maxFileBytes) throwErrno(EFBIG);
   const std::unordered_set<Uuid> wanted(entryIds.begin(), entryIds.end());
   std::string text;
   std::string block(blockBytes, '\0');
@@ -105,7 +105,7 @@ std::unordered_map<Uuid, ItemRecord> ItemRecords::find(std::span<const Uuid> ent
       if (auto record = recordFrom(*id, line.substr(uuidLength + 1))) found.insert_or_assign(*id, *std::move(record));
     }
     text.erase(0, start);
-    if (text.size() > longestLine) text.clear();
+    if (text.size() > maxLineBytes) text.clear();
   }
   return found;
 }

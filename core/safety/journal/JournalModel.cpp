@@ -54,8 +54,8 @@ JournalModel JournalModel::decode(JournalParser::Source source) {
 }
 
 JournalModel JournalModel::decode(std::string_view text) {
-  return decode([text](char* place, std::size_t most) mutable {
-    const auto count = std::min(most, text.size());
+  return decode([text](char* place, std::size_t room) mutable {
+    const auto count = std::min(room, text.size());
     text.copy(place, count);
     text.remove_prefix(count);
     return count;

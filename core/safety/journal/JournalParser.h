@@ -26,7 +26,7 @@ class JournalVisitor {
 class JournalParser {
  public:
   // Puts at most `most` bytes to `place` and returns their number; zero at the end of the text.
-  using Source = std::function<std::size_t(char* place, std::size_t most)>;
+  using Source = std::function<std::size_t(char* place, std::size_t room)>;
 
   explicit JournalParser(Source source);
   ~JournalParser();

@@ -27,7 +27,7 @@ namespace orvane {
 namespace {
 constexpr std::string_view journalFileName = "undo_journal.json";
 // Of ten million entries and more; what is longer was not written by this program.
-constexpr std::int64_t longestJournal = std::int64_t{8} * 1024 * 1024 * 1024;
+constexpr std::int64_t maxJournalBytes = std::int64_t{8} * 1024 * 1024 * 1024;
 constexpr std::string_view lockName = "undo_journal.lock";
 
 ItemIdentity identityOf(const FileDescriptor& file) {
@@ -48,7 +48,7 @@ std::string JournalStore::lockPath() const {
 
 FileLock JournalStore::lock() {
   try {
-    auto held = FileLock::acquire(lockPath(), m_isLockKept ? std::chrono::milliseconds(0) : FileLock::longestWait);
+    auto held = FileLock::acquire(lockPath(), m_isLockKept ? std::chrono::milliseconds(0) : FileLock::maxWait);
     m_isLockKept = false;
     return held;
   } catch (const LockTimeout&) {
@@ -86,10 +86,10 @@ void JournalStore::read(JournalModel& model) {
   }
   const auto identity = identityOf(file);
   if (m_lastSeen == identity || m_damaged == identity) return;
-  if (identity.size > longestJournal) throwErrno(EFBIG);
+  if (identity.size > maxJournalBytes) throwErrno(EFBIG);
   std::int64_t size = 0;
-  const auto source = [&](char* place, std::size_t most) {
-    const auto count = readSome(file.get(), std::span(place, most));
+  const auto source = [&](char* place, std::size_t room) {
+    const auto count = readSome(file.get(), std::span(place, room));
     size += static_cast<std::int64_t>(count);
     return count;
   };

@@ -57,12 +57,12 @@ ItemRecord MoveIntent::record() const {
 }
 
 RunLog::RunLog(const std::string& folder, const Uuid& runId) : m_path(joinPath(folder, fileName(runId))) {
-  constexpr int mostAttempts = 16;
+  constexpr int maxAttempts = 16;
   for (int attempt = 1; !m_lock; ++attempt) {
     const int error = tryToMake();
     // Another process that starts just now may take a log that is not locked yet for one that was abandoned.
     const bool takenAway = error == ENOENT || error == EWOULDBLOCK;
-    if (error != 0 && (!takenAway || attempt == mostAttempts)) throwErrno(error);
+    if (error != 0 && (!takenAway || attempt == maxAttempts)) throwErrno(error);
   }
   syncFolder(folder);
 }

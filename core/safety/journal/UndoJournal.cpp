@@ -28,7 +28,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::int64_t smallestCheckpoint = 64 * 1024;
+constexpr std::int64_t minCheckpointBytes = 64 * 1024;
 
 std::string preparedFolder(const FileUrl& storageDirectory) {
   try {
@@ -124,7 +124,7 @@ const std::string& UndoJournal::storageFolder() const noexcept {
 void UndoJournal::settleDeadRuns() {
   const auto dead = findLogsToSettle(m_storageFolder, m_notices);
   for (const auto& log : dead) {
-    const auto places = lookAtPlaces(log.intents);
+    const auto places = lookForItems(log.intents);
     const auto living = findOtherLogs(m_storageFolder, dead, m_notices);
     // Without knowing what the others are doing nothing can be taken back.
     if (!living) return;
@@ -280,7 +280,7 @@ void UndoJournal::recordLogged(std::span<const JournalEntry> entries, RunLog& lo
   const std::lock_guard lock(m_mutex);
   for (const auto& entry : entries) m_model.record(entry);
   std::ranges::move(log.takeRecords(), std::back_inserter(m_unsavedRecords));
-  const bool due = log.size() > std::max(smallestCheckpoint, m_store.fileSize() / 4);
+  const bool due = log.size() > std::max(minCheckpointBytes, m_store.fileSize() / 4);
   if (checkpoint == Checkpoint::whenDue && !due) return;
   if (!save()) return;
   if (checkpoint == Checkpoint::atEnd) {
@@ -382,7 +382,7 @@ RestoreResult UndoJournal::restoreChosen(const Uuid& runId, std::span<const Jour
       std::stable_partition(ordered.begin(), ordered.end(), [&](const auto& entry) { return !restore.isCopy(entry); }) -
       ordered.begin());
   for (std::size_t start = 0; start < ordered.size() && !stop.stop_requested();) {
-    const auto end = std::min(start + maximumBatchSize, start < copies ? copies : ordered.size());
+    const auto end = std::min(start + maxBatchSize, start < copies ? copies : ordered.size());
     const bool durable = restore.carryOut(std::span(ordered).subspan(start, end - start), *log, stop);
     if (!durable) {
       recordUnsettled(restore.takeRestored());

@@ -179,8 +179,8 @@ std::vector<MoveOutcome> CleanupRun::carryOut(std::span<const MoveRequest> reque
                                   m_journal.storageFolder(), error.code().message()));
     return outcomes;
   }
-  for (std::size_t start = 0; start < requests.size() && !stop.stop_requested(); start += maximumBatchSize) {
-    const auto count = std::min(maximumBatchSize, requests.size() - start);
+  for (std::size_t start = 0; start < requests.size() && !stop.stop_requested(); start += maxBatchSize) {
+    const auto count = std::min(maxBatchSize, requests.size() - start);
     if (!carryOutGroup(requests.subspan(start, count), std::span(outcomes).subspan(start, count), *log, stop)) {
       failAll(outcomes, "Not tried: the disk refused to record the moves before it.");
       return outcomes;

@@ -31,7 +31,7 @@ struct BatchItem {
 };
 
 // Most items that one batch takes: it holds up to two descriptors for each.
-constexpr std::size_t maximumBatchSize = 512;
+constexpr std::size_t maxBatchSize = 512;
 
 // Moves a group of items so that after a crash or a power cut at any instant each of them is whole in one place and the
 // log tells which: intents durable; the Trash's own records durable; renames; folders durable; "done" durable. An item

@@ -12,7 +12,7 @@
 namespace orvane {
 namespace {
 
-using Finding = ItemAtPlace;
+using Finding = ItemPresence;
 
 // Devices are numbered anew at every start of the system, so a device number tells nothing here. Nor do size and time
 // of an item that was renamed: whoever had it open may have gone on writing.
@@ -40,7 +40,7 @@ class Settlement {
   Settlement(const OtherRuns& others, Trash& trash, FileMover& mover)
       : m_others(others), m_trash(trash), m_mover(mover) {}
 
-  void settle(const LoggedIntent& logged, const IntentPlaces& places) {
+  void settle(const LoggedIntent& logged, const IntentPresence& places) {
     const auto& intent = logged.intent;
     const bool isAnothers = !logged.done && m_others.claims(intent.destination, intent.entry.id);
     auto atDestination = places.destination;
@@ -162,8 +162,8 @@ std::vector<FileUrl> OtherRuns::placesOf(const FileUrl& source) const {
   return places;
 }
 
-std::vector<IntentPlaces> lookAtPlaces(std::span<const LoggedIntent> log) {
-  std::vector<IntentPlaces> places;
+std::vector<IntentPresence> lookForItems(std::span<const LoggedIntent> log) {
+  std::vector<IntentPresence> places;
   for (const auto& [intent, done] : log) {
     places.push_back(
         {lookAt(intent.source, intent, false), lookAt(intent.destination, intent, intent.partial.has_value())});
@@ -171,7 +171,7 @@ std::vector<IntentPlaces> lookAtPlaces(std::span<const LoggedIntent> log) {
   return places;
 }
 
-SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPlaces> places,
+SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPresence> places,
                         const OtherRuns& others, Trash& trash, FileMover& mover) {
   Settlement settlement(others, trash, mover);
   for (std::size_t at = 0; at < log.size(); ++at) settlement.settle(log[at], places[at]);

@@ -64,18 +64,18 @@ class OtherRuns {
 };
 
 // Whether the item of an intent is at a place.
-enum class ItemAtPlace { there, another, nothing, unreachable };
-struct IntentPlaces {
-  ItemAtPlace source;
-  ItemAtPlace destination;
+enum class ItemPresence { there, another, nothing, unreachable };
+struct IntentPresence {
+  ItemPresence source;
+  ItemPresence destination;
 };
 // Of each intent. To be asked before the other runs are: they announce a move in their log before they make it, and
 // drop the log only once the journal has the move, so none that shows here is unknown then.
-[[nodiscard]] std::vector<IntentPlaces> lookAtPlaces(std::span<const LoggedIntent> log);
+[[nodiscard]] std::vector<IntentPresence> lookForItems(std::span<const LoggedIntent> log);
 
 // Settles the log of a run that died. Moves nothing. Takes back what was written to the Trash, or copied, for items
 // that never went there.
-[[nodiscard]] SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPlaces> places,
+[[nodiscard]] SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPresence> places,
                                       const OtherRuns& others, Trash& trash, FileMover& mover);
 
 }  // namespace orvane

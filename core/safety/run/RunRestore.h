@@ -51,7 +51,7 @@ class RunRestore {
   // Whether the entry tells of a copy on another volume whose original went to the Trash. Such entries are restored in
   // a group after that of their originals: a copy is set aside only when its original is back.
   [[nodiscard]] bool isCopy(const JournalEntry& entry) const;
-  // Restores a group of at most maximumBatchSize entries. False when the disk refused to make it durable; nothing more
+  // Restores a group of at most maxBatchSize entries. False when the disk refused to make it durable; nothing more
   // may be restored under this log then.
   [[nodiscard]] bool carryOut(std::span<const JournalEntry> entries, RunLog& log, std::stop_token stop);
   // For what is left when carryOut() says so.

@@ -63,9 +63,9 @@ bool isItem(const FileStatus& status, SystemProfile::Unit unit) noexcept {
 KnownPlaceSearch::KnownPlaceSearch(const PathValidator& validator, const FileStatusReader& statusReader)
     : m_validator(validator), m_statusReader(statusReader) {}
 
-std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_token& stop) const {
+std::vector<KnownPlaceSearch::Found> KnownPlaceSearch::find(const std::stop_token& stop) const {
   const auto& table = m_validator.knownPlaces();
-  std::vector<Place> places;
+  std::vector<Found> places;
   for (const auto& row : table.rows()) {
     if (stop.stop_requested()) return {};
     const auto take = [&](std::string path, int folder, const char* name) {
@@ -83,7 +83,7 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::find(const std::stop_toke
   return withoutNested(std::move(places));
 }
 
-void KnownPlaceSearch::addOtherTrashes(std::vector<Place>& places, const std::stop_token& stop) const {
+void KnownPlaceSearch::addOtherTrashes(std::vector<Found>& places, const std::stop_token& stop) const {
   const auto& table = m_validator.knownPlaces();
   const auto* row = table.trashRow();
   if (row == nullptr) return;
@@ -95,7 +95,7 @@ void KnownPlaceSearch::addOtherTrashes(std::vector<Place>& places, const std::st
 
 // No item lies in another: it would move twice and count twice. Of two alike the outer one stays; where the inner one
 // is another matter, the outer one is not taken whole.
-std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::withoutNested(std::vector<Place> places) {
+std::vector<KnownPlaceSearch::Found> KnownPlaceSearch::withoutNested(std::vector<Found> places) {
   std::unordered_map<std::string_view, std::size_t> byPath;
   for (std::size_t i = 0; i < places.size(); ++i) byPath.emplace(places[i].path, i);
   std::vector<bool> isLeftOut(places.size());
@@ -109,7 +109,7 @@ std::vector<KnownPlaceSearch::Place> KnownPlaceSearch::withoutNested(std::vector
     }
   }
   std::size_t at = 0;
-  std::erase_if(places, [&](const Place&) { return isLeftOut[at++]; });
+  std::erase_if(places, [&](const Found&) { return isLeftOut[at++]; });
   return places;
 }
 
@@ -130,14 +130,14 @@ bool KnownPlaceSearch::isInUse(std::string_view path, const KnownPlaceTable::Row
   return isInUse;
 }
 
-std::vector<FileItem> KnownPlaceSearch::sized(const std::vector<Place>& places, const std::stop_token& stop) const {
+std::vector<FileItem> KnownPlaceSearch::sized(const std::vector<Found>& places, const std::stop_token& stop) const {
   std::vector<std::shared_ptr<FolderSize>> sizes;
   WorkStack::Tasks tasks;
   TreeWalk walk;
   for (const auto& place : places) {
     sizes.push_back(std::make_shared<FolderSize>(FolderSize::Extent::everything));
     if (place.status.type != FileType::directory) continue;
-    tasks.push_back(FolderSize::task(sizes.back(), FolderPlace{nullptr, place.path}, walk));
+    tasks.push_back(FolderSize::task(sizes.back(), UnreadFolder{nullptr, place.path}, walk));
   }
   walk.run(std::move(tasks), foldersReadAlone, stop);
   if (stop.stop_requested()) return {};

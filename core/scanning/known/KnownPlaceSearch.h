@@ -27,7 +27,7 @@ class KnownPlaceSearch {
   template <typename Takes>
   [[nodiscard]] std::vector<FileItem> items(Takes takes, const std::stop_token& stop = {}) const {
     auto places = find(stop);
-    std::erase_if(places, [&](const Place& place) { return !takes(*place.row, place.path); });
+    std::erase_if(places, [&](const Found& place) { return !takes(*place.row, place.path); });
     return sized(places, stop);
   }
 
@@ -36,15 +36,15 @@ class KnownPlaceSearch {
   [[nodiscard]] bool isInUse(std::string_view path, const KnownPlaceTable::Row& row) const;
 
  private:
-  struct Place {
+  struct Found {
     std::string path;
     FileStatus status;
     const KnownPlaceTable::Row* row;
   };
-  [[nodiscard]] std::vector<Place> find(const std::stop_token& stop) const;
-  void addOtherTrashes(std::vector<Place>& places, const std::stop_token& stop) const;
-  [[nodiscard]] static std::vector<Place> withoutNested(std::vector<Place> places);
-  [[nodiscard]] std::vector<FileItem> sized(const std::vector<Place>& places, const std::stop_token& stop) const;
+  [[nodiscard]] std::vector<Found> find(const std::stop_token& stop) const;
+  void addOtherTrashes(std::vector<Found>& places, const std::stop_token& stop) const;
+  [[nodiscard]] static std::vector<Found> withoutNested(std::vector<Found> places);
+  [[nodiscard]] std::vector<FileItem> sized(const std::vector<Found>& places, const std::stop_token& stop) const;
 
   const PathValidator& m_validator;
   const FileStatusReader& m_statusReader;

@@ -16,15 +16,15 @@ namespace orvane {
 namespace {
 
 constexpr int deepestSource = 6;
-constexpr int mostEntries = 5000;
-constexpr std::size_t mostBytesRead = 65536;
+constexpr int maxEntries = 5000;
+constexpr std::size_t maxBytesRead = 65536;
 
 // The beginning of a regular file; absent where there is none.
 std::optional<std::string> beginningOf(int folder, const std::string& name) {
   const FileDescriptor file(::openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
   const auto status = readFileStatus(folder, name.c_str());
   if (!file || !status || status->type != FileType::regular) return std::nullopt;
-  std::string text(mostBytesRead, '\0');
+  std::string text(maxBytesRead, '\0');
   const auto length = ::pread(file.get(), text.data(), text.size(), 0);
   text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
   return text;
@@ -82,7 +82,7 @@ const SystemProfile::BuildFolder* BuildFolders::rowOf(int parent, const std::str
 
 std::optional<Date> BuildFolders::lastWorkedOn(int project) const {
   std::optional<Date> newest;
-  int entriesLeft = mostEntries;
+  int entriesLeft = maxEntries;
   lookForNewest(project, 0, entriesLeft, newest);
   return newest;
 }

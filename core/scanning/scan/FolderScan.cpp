@@ -45,16 +45,16 @@ FolderScan::Rules::Rules(const FolderScan& scan, std::string_view prefix)
       isCachesFolder(lastComponent(prefix) == applicationCachesName) {}
 
 FolderScan::FolderScan(ScanContext& context, ScanListing& listing, std::string_view root, std::string path,
-                       FolderPlace place)
-    : FolderVisit(context.walk, std::move(place)),
+                       UnreadFolder unread)
+    : FolderVisit(context.walk, std::move(unread)),
       m_context(context),
       m_listing(listing),
       m_root(root),
       m_prefix(withSlash(std::move(path))) {}
 
-FolderScan::FolderScan(FolderScan& parent, std::string_view name, FolderPlace place)
+FolderScan::FolderScan(FolderScan& parent, std::string_view name, UnreadFolder unread)
     : FolderScan(parent.m_context, *parent.m_subfolders.emplace_back(std::make_unique<ScanListing>()), parent.m_root,
-                 joined(parent.m_prefix, name), std::move(place)) {}
+                 joined(parent.m_prefix, name), std::move(unread)) {}
 
 std::optional<FolderScan::Rules> FolderScan::enter() const {
   std::optional<Rules> rules(std::in_place, *this, m_prefix);

@@ -19,8 +19,8 @@ namespace orvane {
 class FolderScan : public FolderVisit<FolderScan> {
  public:
   // `root` is the path of the folder from which the walk came, `path` how this folder is reached from there.
-  FolderScan(ScanContext& context, ScanListing& listing, std::string_view root, std::string path, FolderPlace place);
-  FolderScan(FolderScan& parent, std::string_view name, FolderPlace place);
+  FolderScan(ScanContext& context, ScanListing& listing, std::string_view root, std::string path, UnreadFolder unread);
+  FolderScan(FolderScan& parent, std::string_view name, UnreadFolder unread);
 
  private:
   friend FolderVisit<FolderScan>;

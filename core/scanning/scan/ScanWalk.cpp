@@ -47,7 +47,7 @@ ScanStream::Walk::Walk(const PathValidator& validator, const FileStatusReader& s
     if (m_folders[i].path().empty()) continue;
     tasks.push_back(std::make_unique<FolderScan>(m_context, m_context.board.addStart(), m_folders[i].path(),
                                                  m_folders[i].path(),
-                                                 FolderPlace{nullptr, m_context.boundary.canonicalPaths()[i]}));
+                                                 UnreadFolder{nullptr, m_context.boundary.canonicalPaths()[i]}));
   }
   m_context.walk.work.push(tasks);
   m_hasThreads = m_context.walk.work.start(WorkStack::processorCount()) > 0;

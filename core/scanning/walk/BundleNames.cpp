@@ -21,14 +21,14 @@ constexpr auto extensions = std::to_array<std::string_view>({
 });
 static_assert(std::is_sorted(extensions.begin(), extensions.end()));
 
-constexpr std::size_t longestExtension = 15;
+constexpr std::size_t maxExtensionBytes = 15;
 
 }  // namespace
 
 bool isBundleName(std::string_view name) noexcept {
   const auto extension = splitName(name).extension;
-  if (extension.empty() || extension.size() > longestExtension) return false;
-  std::array<char, longestExtension> lower{};
+  if (extension.empty() || extension.size() > maxExtensionBytes) return false;
+  std::array<char, maxExtensionBytes> lower{};
   std::transform(extension.begin(), extension.end(), lower.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
   return std::binary_search(extensions.begin(), extensions.end(), std::string_view(lower.data(), extension.size()));

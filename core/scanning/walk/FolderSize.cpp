@@ -16,13 +16,13 @@ constexpr std::size_t foldersReadAlone = 32;
 
 class FolderSize::ReadFolder : public FolderVisit<ReadFolder> {
  public:
-  ReadFolder(std::shared_ptr<FolderSize> size, FolderPlace place, TreeWalk& walk)
-      : FolderVisit(walk, std::move(place)), m_size(std::move(size)) {}
+  ReadFolder(std::shared_ptr<FolderSize> size, UnreadFolder unread, TreeWalk& walk)
+      : FolderVisit(walk, std::move(unread)), m_size(std::move(size)) {}
 
   // Nothing is decided from the path.
-  [[nodiscard]] static constexpr std::size_t longestPath() noexcept { return std::string::npos; }
-  ReadFolder(ReadFolder& parent, std::string_view /*name*/, FolderPlace place)
-      : ReadFolder(parent.m_size, std::move(place), parent.m_walk) {}
+  [[nodiscard]] static constexpr std::size_t maxPathBytes() noexcept { return std::string::npos; }
+  ReadFolder(ReadFolder& parent, std::string_view /*name*/, UnreadFolder unread)
+      : ReadFolder(parent.m_size, std::move(unread), parent.m_walk) {}
 
   // The bytes of the folder's own files.
   [[nodiscard]] static std::optional<std::int64_t> enter() { return 0; }
@@ -41,15 +41,16 @@ class FolderSize::ReadFolder : public FolderVisit<ReadFolder> {
   std::shared_ptr<FolderSize> m_size;
 };
 
-std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, FolderPlace place, TreeWalk& walk) {
-  return std::make_unique<ReadFolder>(std::move(size), std::move(place), walk);
+std::unique_ptr<WorkStack::Task> FolderSize::task(std::shared_ptr<FolderSize> size, UnreadFolder unread,
+                                                  TreeWalk& walk) {
+  return std::make_unique<ReadFolder>(std::move(size), std::move(unread), walk);
 }
 
 std::int64_t FolderSize::of(const std::string& path, Extent extent) {
   const auto size = std::make_shared<FolderSize>(extent);
   TreeWalk walk;
   WorkStack::Tasks tasks;
-  tasks.push_back(task(size, FolderPlace{nullptr, canonicalPath(path)}, walk));
+  tasks.push_back(task(size, UnreadFolder{nullptr, canonicalPath(path)}, walk));
   walk.run(std::move(tasks), foldersReadAlone);
   return size->bytes();
 }

@@ -32,9 +32,9 @@ class FolderSize {
   // The whole of one tree at once, with as many threads as it is worth. A link at the path itself is followed.
   [[nodiscard]] static std::int64_t of(const std::string& path, Extent extent);
 
-  // The task that reads `place`, the top of the tree, and makes the tasks for the rest. Once the walk is stopped they
+  // The task that reads `unread`, the top of the tree, and makes the tasks for the rest. Once the walk is stopped they
   // come to their end without a meaningful sum.
-  [[nodiscard]] static std::unique_ptr<WorkStack::Task> task(std::shared_ptr<FolderSize> size, FolderPlace place,
+  [[nodiscard]] static std::unique_ptr<WorkStack::Task> task(std::shared_ptr<FolderSize> size, UnreadFolder unread,
                                                              TreeWalk& walk);
 
   [[nodiscard]] bool isComplete() const noexcept { return m_openFolders == 0; }

@@ -23,7 +23,7 @@ struct Descent {
 
 // The task that visits one folder of a walk: opens it, reads its entries and their types, and makes the tasks for the
 // folders below. A walk derives its `Visit` from this, so that no entry costs a virtual call, and defines
-//   Visit(Visit& parent, std::string_view name, FolderPlace place): the visit of a subfolder;
+//   Visit(Visit& parent, std::string_view name, UnreadFolder unread): the visit of a subfolder;
 //   std::optional<Rules> enter(): what the folder's path decides for its entries; absent where the folder stays unread;
 //   void file(Rules&, entry, status): an entry that is no folder. The status is there where it was asked for, or where
 //     the file system told no type, and the entry is of the type that was told;
@@ -34,18 +34,18 @@ class FolderVisit : public WorkStack::Task {
  public:
   using Entry = DirectoryReader::Entry;
 
-  FolderVisit(TreeWalk& walk, FolderPlace place) : m_walk(walk), m_place(std::move(place)) {}
+  FolderVisit(TreeWalk& walk, UnreadFolder unread) : m_walk(walk), m_unread(std::move(unread)) {}
 
   void run(WorkStack& /*stack*/) noexcept final {
     if (auto rules = visit().enter()) {
-      if (auto reader = m_place.open()) read(*reader, *rules);
+      if (auto reader = m_unread.open()) read(*reader, *rules);
     }
     visit().finish();
     m_walk.work.push(m_tasks, *this, WorkStack::Maker::ends);
   }
 
   // The length in bytes from which on the folders below stay unread.
-  [[nodiscard]] static constexpr std::size_t longestPath() noexcept { return longestWalkedPath; }
+  [[nodiscard]] static constexpr std::size_t maxPathBytes() noexcept { return maxWalkedPathBytes; }
   // Whether the entry is looked at; hidden ones are not.
   bool takes(std::string_view name) noexcept { return !name.starts_with('.'); }
   // Whether file() needs the status of a file or link.
@@ -64,8 +64,8 @@ class FolderVisit : public WorkStack::Task {
 
  protected:
   // Where the folder is; reached by its parent until it is open, by its path afterwards.
-  [[nodiscard]] const FolderPlace& place() const noexcept { return m_place; }
-  [[nodiscard]] const std::string& canonicalPath() const noexcept { return m_place.canonicalPath; }
+  [[nodiscard]] const UnreadFolder& unread() const noexcept { return m_unread; }
+  [[nodiscard]] const std::string& canonicalPath() const noexcept { return m_unread.canonicalPath; }
   // While the folder is open.
   [[nodiscard]] int descriptor() const noexcept { return m_descriptor; }
   [[nodiscard]] const std::shared_ptr<const HeldFolder>& hold() {
@@ -76,12 +76,12 @@ class FolderVisit : public WorkStack::Task {
   void follow(std::string_view name, Descent descent) {
     if (descent.kind == Descent::Kind::skip) return;
     const bool isAddedUp = descent.kind == Descent::Kind::whole;
-    if (!isAddedUp && m_place.canonicalPath.size() + name.size() >= Visit::longestPath()) return;
-    FolderPlace place{hold(), joinPath(m_place.canonicalPath, name)};
+    if (!isAddedUp && m_unread.canonicalPath.size() + name.size() >= Visit::maxPathBytes()) return;
+    UnreadFolder unread{hold(), joinPath(m_unread.canonicalPath, name)};
     if (isAddedUp) {
-      m_tasks.push_back(FolderSize::task(std::move(descent.size), std::move(place), m_walk));
+      m_tasks.push_back(FolderSize::task(std::move(descent.size), std::move(unread), m_walk));
     } else {
-      m_tasks.push_back(std::make_unique<Visit>(visit(), name, std::move(place)));
+      m_tasks.push_back(std::make_unique<Visit>(visit(), name, std::move(unread)));
     }
   }
 
@@ -116,7 +116,7 @@ class FolderVisit : public WorkStack::Task {
     visit().file(rules, entry, status);
   }
 
-  FolderPlace m_place;
+  UnreadFolder m_unread;
   int m_descriptor = -1;
   std::shared_ptr<const HeldFolder> m_self;
   bool m_hasTriedToHold = false;

@@ -8,7 +8,7 @@
 namespace orvane {
 
 std::shared_ptr<const HeldFolder> HeldFolders::hold(int descriptor) {
-  if (++m_count > maximum) {
+  if (++m_count > maxCount) {
     --m_count;
     return nullptr;
   }
@@ -20,7 +20,7 @@ std::shared_ptr<const HeldFolder> HeldFolders::hold(int descriptor) {
   return std::make_shared<const HeldFolder>(std::move(copy), m_count);
 }
 
-std::optional<DirectoryReader> FolderPlace::open() {
+std::optional<DirectoryReader> UnreadFolder::open() {
   if (canonicalPath.empty()) return std::nullopt;
   if (!parent) return DirectoryReader::from(openFolderWithoutLinks(AT_FDCWD, canonicalPath));
   const auto holder = std::move(parent);

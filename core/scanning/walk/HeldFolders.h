@@ -32,12 +32,12 @@ class HeldFolders {
   [[nodiscard]] std::shared_ptr<const HeldFolder> hold(int descriptor);
 
  private:
-  static constexpr int maximum = 128;
+  static constexpr int maxCount = 128;
   std::atomic<int> m_count = 0;
 };
 
 // A folder that waits to be read. It is never reached through a symbolic link below the walk's start.
-struct FolderPlace {
+struct UnreadFolder {
   std::shared_ptr<const HeldFolder> parent;
   std::string canonicalPath;
 

@@ -8,7 +8,7 @@ namespace {
 
 // Waking the reader costs more than listing a small folder, so it sleeps until much has come or some time has passed.
 constexpr std::size_t eventsWorthWaking = 2048;
-constexpr std::chrono::milliseconds longestSleep{20};
+constexpr std::chrono::milliseconds maxSleep{20};
 
 }  // namespace
 
@@ -57,7 +57,7 @@ void ListingBoard::take(std::deque<ListingChunk>& chunks) {
   Folders done;
   std::unique_lock lock(m_mutex);
   m_isReaderWaiting = true;
-  m_changed.wait_for(lock, longestSleep,
+  m_changed.wait_for(lock, maxSleep,
                      [&] { return m_newEvents >= eventsWorthWaking || m_openWork == 0 || m_isWakened; });
   m_isReaderWaiting = false;
   m_isWakened = false;

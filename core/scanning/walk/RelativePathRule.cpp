@@ -4,7 +4,7 @@
 
 namespace orvane {
 namespace {
-constexpr std::size_t maximumPath = UINT32_MAX;
+constexpr std::size_t maxPathBytes = UINT32_MAX;
 }
 
 std::string relativePath(std::string_view path, std::string_view root) {
@@ -23,7 +23,7 @@ std::string relativePath(std::string_view path, std::string_view root) {
 }
 
 RelativePathRule::RelativePathRule(std::string_view root, std::string_view folderPrefix) noexcept {
-  if (root.empty() || !folderPrefix.starts_with(root) || folderPrefix.size() >= maximumPath) return;
+  if (root.empty() || !folderPrefix.starts_with(root) || folderPrefix.size() >= maxPathBytes) return;
   const auto first = folderPrefix.find_first_not_of('/', root.size());
   m_isPlain = folderPrefix.find(root, root.size()) == std::string_view::npos;
   m_start = static_cast<std::uint32_t>(first == std::string_view::npos ? folderPrefix.size() : first);

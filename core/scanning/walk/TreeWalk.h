@@ -13,7 +13,7 @@ namespace orvane {
 
 // Folders at longer paths, in bytes, are not walked: deciding from a path what is in each of them would take the square
 // of the depth. Eight times the longest path that programs can name to Linux.
-inline constexpr std::size_t longestWalkedPath = 32 * 1024;
+inline constexpr std::size_t maxWalkedPathBytes = 32 * 1024;
 
 // The state that the visits of one walk share.
 struct TreeWalk {

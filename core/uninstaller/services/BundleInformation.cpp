@@ -17,7 +17,7 @@
 namespace orvane {
 namespace {
 
-constexpr std::size_t largestList = 1024 * 1024;  // bytes
+constexpr std::size_t maxListBytes = 1024 * 1024;  // bytes
 
 // Where the parts of a bundle lie: in a bundle of the desktop, and in a flat one.
 struct BundleLayout {
@@ -42,7 +42,7 @@ std::optional<PropertyList> readInformationList(const std::string& canonicalBund
     const auto path = pathInside(canonicalBundle, layout.informationList);
     if (!path || !itemExists(path->c_str())) continue;
     try {
-      return PropertyList::parse(readFile(*path, largestList));
+      return PropertyList::parse(readFile(*path, maxListBytes));
     } catch (const std::system_error&) {
       return std::nullopt;
     }

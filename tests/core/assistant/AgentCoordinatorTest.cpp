@@ -112,7 +112,7 @@ TEST_P(Coordinator, plansOfflineWhateverElseIsAnswered) {
       {"has not the form", LocalServer::answer(200, "\x01\xff{")},
       {"has not the form", LocalServer::answer(200, R"({"content":[],"choices":[{"message":7}]})")},
       {"has not the form", LocalServer::answer(200, R"({"content":[1],"choices":[1]})")},
-      {"too large", LocalServer::answer(200, std::string(HttpTransport::longestReply + 1, ' '))},
+      {"too large", LocalServer::answer(200, std::string(HttpTransport::maxReplyBytes + 1, ' '))},
       {"could not be asked", {"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{", false}},
       {"could not be asked", {"", false}},
       // To the letter of the schema, which names no such key.
@@ -371,7 +371,7 @@ TEST_F(LocalPlanner, plansByKeywordsWhateverElseIsAnswered) {
          const auto step = plan["steps"][0];
          for (int i = 0; i < 5000; ++i) plan["steps"].push_back(step);
        })},
-      {"too large", LocalServer::answer(200, std::string(HttpTransport::longestReply + 1, ' '))},
+      {"too large", LocalServer::answer(200, std::string(HttpTransport::maxReplyBytes + 1, ' '))},
       {"in time", {"HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n{", true}},
   };
   for (const auto& row : replies) {

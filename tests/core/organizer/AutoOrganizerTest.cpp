@@ -115,7 +115,7 @@ TEST_F(AutoOrganizerTest, undoesAWholePass) {
   arrive("Recents/aged.pdf", -5);
   const auto before = files();
   auto both = request(1);
-  both.wish.folders.insert(both.wish.folders.begin(), {tree.url("Desktop"), tree.url("missing")});
+  both.options.folders.insert(both.options.folders.begin(), {tree.url("Desktop"), tree.url("missing")});
   const auto report = autoOrganizer.run(both);
   EXPECT_EQ(report.result.movedToRecents, 1);
   EXPECT_EQ(report.result.sorted, 3);
@@ -132,7 +132,7 @@ TEST_F(AutoOrganizerTest, aFolderThatFailsDoesNotStopTheNext) {
   tree.link("Desktop/Sorted", tree.folder("Elsewhere"));
   arrive("old.pdf", -10);
   auto both = request(0);
-  both.wish.folders = {FileUrl("/etc"), tree.url("Desktop"), tree.url("Downloads")};
+  both.options.folders = {FileUrl("/etc"), tree.url("Desktop"), tree.url("Downloads")};
   const auto report = autoOrganizer.run(both);
   EXPECT_EQ(report.result.sorted, 1);
   ASSERT_THAT(report.runs, SizeIs(2));
@@ -159,7 +159,7 @@ TEST_F(AutoOrganizerTest, sortsByTopicWhereTheModelNamesOne) {
   journal->restoreRun(journal->getRuns().front().runId);
 
   auto again = request(1, TopicUse::whenAvailable);
-  again.wish.returned = ReturnedUse::take;
+  again.options.returned = ReturnedUse::take;
   EXPECT_EQ(autoOrganizer.run(again).result.sorted, 3);
   EXPECT_THAT(topicModel.prompts,
               ElementsAre("Existing folders: Travel\n\nItems:\n- picture.png\n- plan.pdf\n- tax 2020.pdf"));

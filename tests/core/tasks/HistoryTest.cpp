@@ -106,13 +106,13 @@ using testing::Optional;
 class RunOriginsTest : public TaskFixture {
  public:
   void runRules(const std::vector<std::string>& names, RunOrigin::Start start) {
-    RulesWish wish;
-    wish.boundary = roots();
+    RulesOptions options;
+    options.boundary = roots();
     for (const auto& name : names) {
       tree.file("Downloads/" + name + ".log", name);
-      wish.rules.push_back(ruleFor(name, {.fileExtensions = {{"log"}}, .namePattern = name}));
+      options.rules.push_back(ruleFor(name, {.fileExtensions = {{"log"}}, .namePattern = name}));
     }
-    const auto proposal = proposeRules(taskServices(), wish);
+    const auto proposal = proposeRules(taskServices(), options);
     ASSERT_TRUE(proposal);
     ASSERT_EQ(carryOut(taskServices(), proposal->approve(), {}, {}, start).moved(),
               static_cast<std::int64_t>(names.size()));

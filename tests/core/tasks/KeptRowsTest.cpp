@@ -38,9 +38,9 @@ TEST_F(KeptTaskTest, keptRowsAreInNoProposalAndCounted) {
   keep("~/Downloads/kept.*");
   const auto services = taskServices();
   const auto folder = tree.url("Downloads");
-  RulesWish rulesWish{.rules = {ruleFor("Logs", {.fileExtensions = {{"log"}}})}, .boundary = roots()};
-  auto scheduledWish = rulesWish;
-  scheduledWish.files = RuleFiles::scheduled;
+  RulesOptions rulesOptions{.rules = {ruleFor("Logs", {.fileExtensions = {{"log"}}})}, .boundary = roots()};
+  auto scheduledOptions = rulesOptions;
+  scheduledOptions.files = RuleFiles::scheduled;
   CleaningPlanStep step;
   step.targetFolder = "~/Downloads";
   step.filter = {.extensions = std::vector<std::string>{"log"}};
@@ -51,8 +51,8 @@ TEST_F(KeptTaskTest, keptRowsAreInNoProposalAndCounted) {
   const auto now = ReferenceClock::now();
   const Rows<const char*, std::optional<Proposal>> proposals{
       {"clean", proposeClean(services, {.folders = {folder}})},
-      {"rules", proposeRules(services, rulesWish)},
-      {"scheduled rules", proposeRules(services, scheduledWish)},
+      {"rules", proposeRules(services, rulesOptions)},
+      {"scheduled rules", proposeRules(services, scheduledOptions)},
       {"plan", proposePlan(services, plan, PlanReach::boundary, now)},
       {"organize", proposeOrganize(services, {.folder = folder}, now)},
       {"tidy", proposeTidy(services, {.folders = {folder}}, now)},
@@ -104,11 +104,11 @@ TEST_F(KeptTaskTest, aKeptCopyStaysAndTheOthersGo) {
 
 TEST_F(KeptTaskTest, leftoversAndApplicationsStay) {
   keep("~/Library/Preferences/*");
-  const UninstallWish wish{tree.url("Applications/A.app"), Leftovers::take};
-  EXPECT_THAT(rowsOf(proposeUninstall(taskServices(), wish)),
+  const UninstallOptions options{tree.url("Applications/A.app"), Leftovers::take};
+  EXPECT_THAT(rowsOf(proposeUninstall(taskServices(), options)),
               UnorderedElementsAre("Applications/A.app", "Library/Application Support/org.example.a"));
   keep("Info.plist");
-  const auto proposal = proposeUninstall(taskServices(), wish);
+  const auto proposal = proposeUninstall(taskServices(), options);
   EXPECT_EQ(proposal.row(0).lock, Lock::refused) << "something in it is kept";
 }
 

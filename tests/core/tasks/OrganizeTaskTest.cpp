@@ -10,15 +10,15 @@ namespace {
 
 class OrganizeTaskTest : public TaskFixture {
  public:
-  [[nodiscard]] OrganizeWish wish(Subfolders subfolders = Subfolders::keepWhole) const {
+  [[nodiscard]] OrganizeOptions options(Subfolders subfolders = Subfolders::keepWhole) const {
     return {.folder = tree.url("Downloads"), .subfolders = subfolders};
   }
-  [[nodiscard]] Proposal proposed(const OrganizeWish& asked) {
+  [[nodiscard]] Proposal proposed(const OrganizeOptions& asked) {
     auto proposal = proposeOrganize(taskServices(), asked, ReferenceClock::now());
     EXPECT_TRUE(proposal);
     return *std::move(proposal);
   }
-  [[nodiscard]] Proposal proposed() { return proposed(wish()); }
+  [[nodiscard]] Proposal proposed() { return proposed(options()); }
   // Where the rows that could move would go, below the home, by their places below the folder.
   [[nodiscard]] std::map<std::string, std::string> movesOf(const Proposal& proposal) const {
     std::map<std::string, std::string> result;
@@ -37,7 +37,7 @@ TEST_F(OrganizeTaskTest, aRenamedGroupMovesWhatWasShownAndKeepsTheChoice) {
   tree.file("Downloads/a.pdf", "top");
   tree.file("Downloads/Sub/a.pdf", "below");
   tree.file("Downloads/b.txt");
-  const auto proposal = proposed(wish(Subfolders::include));
+  const auto proposal = proposed(options(Subfolders::include));
   tree.file("Downloads/Organized/Mine/a.pdf", "there");
   ASSERT_THAT(movesOf(proposal), ElementsAre(Pair("Sub/a.pdf", "Downloads/Organized/Documents/PDFs/a (1).pdf"),
                                              Pair("a.pdf", "Downloads/Organized/Documents/PDFs/a.pdf"),
@@ -74,7 +74,7 @@ TEST_F(OrganizeTaskTest, saysWhatLiesInItsPlace) {
   // The first lies where its group is renamed to.
   tree.file("Downloads/papers/x.pdf", "1234");
   tree.file("Downloads/y.pdf");
-  auto within = wish(Subfolders::include);
+  auto within = options(Subfolders::include);
   within.destination = within.folder;
   const auto proposal = proposed(within);
   EXPECT_THAT(proposal.notices(), IsEmpty());
@@ -85,7 +85,7 @@ TEST_F(OrganizeTaskTest, saysWhatLiesInItsPlace) {
   EXPECT_EQ(carryOut(taskServices(), renamed->approve()).moved(), 1);
   EXPECT_TRUE(exists(tree.path("Downloads/papers/y.pdf")));
 
-  auto inside = wish();
+  auto inside = options();
   inside.folder = FileUrl(tree.folder("Downloads/Documents/PDFs"));
   inside.destination = tree.url("Downloads");
   tree.file("Downloads/Documents/PDFs/a.pdf", "1234");
@@ -107,7 +107,7 @@ TEST_F(OrganizeTaskTest, aFolderThatMayNotBeTouchedYieldsItsReasonAndAStopNothin
     EXPECT_TRUE(proposal.empty());
     EXPECT_NE(firstNotice<FolderLeftOut>(proposal.notices()), nullptr) << folder.path();
   }
-  EXPECT_FALSE(proposeOrganize(taskServices(), wish(), ReferenceClock::now(), {.stop = stopped()}));
+  EXPECT_FALSE(proposeOrganize(taskServices(), options(), ReferenceClock::now(), {.stop = stopped()}));
 }
 
 TEST_F(OrganizeTaskTest, aDestinationOutsideTheBoundaryLocksItsRows) {
@@ -122,7 +122,7 @@ TEST_F(OrganizeTaskTest, aDestinationOutsideTheBoundaryLocksItsRows) {
   EXPECT_TRUE(proposal.approve().empty());
   EXPECT_TRUE(exists(tree.path("Downloads/a.pdf")));
   // Named, it is where the user wants it.
-  auto named = wish();
+  auto named = options();
   named.destination = tree.url("Downloads/Organized");
   EXPECT_EQ(carryOut(taskServices(), proposed(named).approve()).moved(), 1);
   EXPECT_TRUE(exists(tree.path("Elsewhere/Documents/PDFs/a.pdf")));
@@ -131,7 +131,7 @@ TEST_F(OrganizeTaskTest, aDestinationOutsideTheBoundaryLocksItsRows) {
 TEST_F(OrganizeTaskTest, proposesTheSameAgainFromItsSubject) {
   tree.files({"Downloads/tax 2025.pdf", "Downloads/letter.pdf", "Downloads/song.mp3"});
   topicModel.reply = [](const std::string&) { return R"({"tax 2025.pdf": "Taxes"})"; };
-  auto asked = wish();
+  auto asked = options();
   asked.topics = TopicUse::whenAvailable;
   auto proposal = proposed(asked);
   for (const auto& [group, name] : {std::pair{2, "Mine"}, std::pair{0, "Mine"}, std::pair{2, "Songs"}}) {
@@ -178,7 +178,7 @@ TEST_F(OrganizeTaskTest, noNameOfASubjectLeadsOutOfTheFolder) {
 
 class TidyTaskTest : public AutoOrganizerFixture {
  public:
-  [[nodiscard]] TidyWish wish() const { return {.folders = {tree.url("Downloads")}}; }
+  [[nodiscard]] TidyOptions options() const { return {.folders = {tree.url("Downloads")}}; }
   const TaskServices services = taskServices();
 };
 
@@ -187,7 +187,7 @@ TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
   arrive("new.pdf", 0);
   arrive("grown/1.jpg", 0);
   touch(tree.path("Downloads/grown"), 0);
-  const auto look = lookForTidying(services, wish(), day(1));
+  const auto look = lookForTidying(services, options(), day(1));
   ASSERT_EQ(look.proposals.size(), 1U);
   const auto& proposal = look.proposals[0].proposal;
   EXPECT_EQ(proposal.selection().count(), 4);
@@ -203,7 +203,7 @@ TEST_F(TidyTaskTest, movesWhatWasApprovedOfWhatWasShown) {
 }
 
 TEST_F(TidyTaskTest, namesTheFoldersThatItCannotLookAt) {
-  auto several = wish();
+  auto several = options();
   several.folders.insert(several.folders.begin(), {tree.url("missing"), FileUrl("/etc")});
   arrive("a.pdf", -10);
   const auto look = lookForTidying(services, several, day(1));
@@ -218,7 +218,7 @@ TEST_F(TidyTaskTest, proposesTheSameAgainFromItsSubject) {
   arrive("letter.pdf", -10);
   arrive("new.pdf", 0);
   topicModel.reply = [](const std::string&) { return R"({"plan.pdf": "Travel"})"; };
-  auto withTopics = wish();
+  auto withTopics = options();
   withTopics.topics = TopicUse::whenAvailable;
   withTopics.folders.push_back(FileUrl(tree.folder("Desktop")));
   const auto proposal = *proposeTidy(services, withTopics, day(1));

@@ -11,10 +11,10 @@ constexpr double day = 86400;
 class RulesTaskTest : public TaskFixture {
  public:
   [[nodiscard]] Proposal proposed(std::vector<CleanupRule> wanted, RuleFiles files = RuleFiles::scanned) {
-    wish.rules = std::move(wanted);
-    wish.boundary = roots();
-    wish.files = files;
-    auto proposal = proposeRules(taskServices(), wish);
+    options.rules = std::move(wanted);
+    options.boundary = roots();
+    options.files = files;
+    auto proposal = proposeRules(taskServices(), options);
     EXPECT_TRUE(proposal);
     return *std::move(proposal);
   }
@@ -25,7 +25,7 @@ class RulesTaskTest : public TaskFixture {
 
   RuleTrigger logs{.fileExtensions = {{"log"}}};
   RuleTrigger images{.fileExtensions = {{"dmg"}}};
-  RulesWish wish;
+  RulesOptions options;
 };
 
 TEST_F(RulesTaskTest, takesEachFileOnceUnderTheFirstRuleThatMovesIt) {
@@ -58,12 +58,12 @@ TEST_F(RulesTaskTest, takesEachFileOnceUnderTheFirstRuleThatMovesIt) {
   EXPECT_TRUE(exists(tree.path("Downloads/c.dmg")));
 }
 
-TEST_F(RulesTaskTest, countsAgesToTheMomentOfTheWish) {
+TEST_F(RulesTaskTest, countsAgesToTheMomentOfTheOptions) {
   setAge(tree.file("Downloads/a.log"), 2 * day + 7200);
   const auto aged = ruleFor("Aged", {.minimumAgeDays = 2});
-  wish.now = ReferenceClock::now() - ReferenceClock::duration(day);
+  options.now = ReferenceClock::now() - ReferenceClock::duration(day);
   EXPECT_TRUE(proposed({aged}).empty());
-  wish.now = ReferenceClock::now();
+  options.now = ReferenceClock::now();
   EXPECT_EQ(proposed({aged}).size(), 1U);
 }
 
@@ -94,32 +94,32 @@ TEST_F(RulesTaskTest, countsWhatARuleDoesNotTake) {
   tree.file("Documents/paper.pdf", "123");
   tree.file("Documents/a.log");
   tree.file("Documents/a.txt");
-  wish.boundary = Boundary({tree.url("Documents")});
-  wish.rules = {ruleFor("Papers", {.fileExtensions = {{"pdf"}}})};
-  const auto candidates = ruleCandidates(taskServices(), wish.boundary);
+  options.boundary = Boundary({tree.url("Documents")});
+  options.rules = {ruleFor("Papers", {.fileExtensions = {{"pdf"}}})};
+  const auto candidates = ruleCandidates(taskServices(), options.boundary);
   ASSERT_TRUE(candidates);
-  const auto proposal = proposeRules(taskServices(), wish, *candidates);
+  const auto proposal = proposeRules(taskServices(), options, *candidates);
   EXPECT_TRUE(proposal.empty());
   EXPECT_EQ(*firstNotice<RowsKeptByLabel>(proposal.notices()), (RowsKeptByLabel{{1, 3}, "Papers"}));
   RowsNotTaken expected{"Papers"};
   expected.counts[static_cast<std::size_t>(RuleMismatch::manualLabel)] = 2;
   expected.counts[static_cast<std::size_t>(RuleMismatch::extension)] = 1;
   EXPECT_EQ(*firstNotice<RowsNotTaken>(proposal.notices()), expected);
-  wish.rules = {ruleFor("Logs", logs)};
-  EXPECT_EQ(countRules(taskServices(), wish, *candidates), (RowSum{1, 7}));
+  options.rules = {ruleFor("Logs", logs)};
+  EXPECT_EQ(countRules(taskServices(), options, *candidates), (RowSum{1, 7}));
   TaskMonitor monitor;
   monitor.stop = stopped();
-  EXPECT_FALSE(countRules(taskServices(), wish, *candidates, monitor));
-  EXPECT_FALSE(proposeRules(taskServices(), wish, monitor));
+  EXPECT_FALSE(countRules(taskServices(), options, *candidates, monitor));
+  EXPECT_FALSE(proposeRules(taskServices(), options, monitor));
 }
 
 TEST_F(RulesTaskTest, takesAFileOfOverlappingFoldersOnce) {
   tree.file("Downloads/deep/a.log");
-  wish.rules = {ruleFor("Logs", logs)};
-  wish.boundary = Boundary({tree.url("Downloads"), tree.url("Downloads/deep")});
+  options.rules = {ruleFor("Logs", logs)};
+  options.boundary = Boundary({tree.url("Downloads"), tree.url("Downloads/deep")});
   for (const auto files : {RuleFiles::scanned, RuleFiles::scheduled}) {
-    wish.files = files;
-    EXPECT_EQ(proposeRules(taskServices(), wish)->size(), 1U);
+    options.files = files;
+    EXPECT_EQ(proposeRules(taskServices(), options)->size(), 1U);
   }
 }
 
@@ -135,11 +135,11 @@ TEST_F(RulesTaskTest, proposesTheSameAgainFromItsSubject) {
     EXPECT_EQ(again->subject(), proposal.subject());
   }
   const auto nowhere =
-      reproposeRules(taskServices(), proposed({ruleFor("Logs", logs)}).subject(), Boundary(), wish.now);
+      reproposeRules(taskServices(), proposed({ruleFor("Logs", logs)}).subject(), Boundary(), options.now);
   EXPECT_TRUE(nowhere->empty());
   for (const auto* subject : {"[]", "{}", R"({"rules":{},"files":"scanned"})", R"({"rules":[1],"files":"scanned"})",
                               R"({"rules":[],"files":"all"})"}) {
-    EXPECT_THROW((void)reproposeRules(taskServices(), parseJson(subject), roots(), wish.now), JsonError) << subject;
+    EXPECT_THROW((void)reproposeRules(taskServices(), parseJson(subject), roots(), options.now), JsonError) << subject;
   }
 }
 

@@ -8,12 +8,12 @@
 
 namespace orvane {
 
-// Places by their paths. The paths must outlive this object.
-class PlaceSet {
+// Paths of files and folders. The paths must outlive this object.
+class PathSet {
  public:
   void insert(std::string_view path) { m_paths.insert(path); }
   [[nodiscard]] bool empty() const noexcept { return m_paths.empty(); }
-  // Whether one of the places is a folder above the path.
+  // Whether one of them is a folder above the path.
   [[nodiscard]] bool holds(std::string_view path) const {
     while (path.size() > 1) {
       path = parentPath(path);

@@ -1,4 +1,4 @@
-#include "app/shell/Wish.h"
+#include "app/shell/StartRequest.h"
 #include "tests/support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +10,9 @@
 namespace orvane::test {
 namespace {
 
-TEST(Wish, reachesTheWindowThatIsOpenAsItWasMeant) {
-  using Start = std::pair<std::vector<const char*>, Wish>;
-  constexpr auto scan = Wish::Work::scan;
+TEST(StartRequest, reachesTheWindowThatIsOpenAsItWasMeant) {
+  using Start = std::pair<std::vector<const char*>, StartRequest>;
+  constexpr auto scan = StartRequest::Work::scan;
   for (const auto& [arguments, meant] : {
            Start{{"orvane"}, {}},
            Start{{"orvane", "--show", "history"}, {.section = "history"}},
@@ -20,19 +20,19 @@ TEST(Wish, reachesTheWindowThatIsOpenAsItWasMeant) {
            Start{{"orvane", "--scan"}, {.section = "cleanup", .work = scan}},
            Start{{"orvane", "--scan", "/a b\nc/"}, {.section = "cleanup", .work = scan, .folder = "file:///a%20b%0Ac"}},
            Start{{"orvane", "--scan", "--demo"}, {.section = "cleanup", .work = scan}},
-           Start{{"orvane", "--organize"}, {.work = Wish::Work::organize}},
+           Start{{"orvane", "--organize"}, {.work = StartRequest::Work::organize}},
        }) {
     SCOPED_TRACE(testing::PrintToString(arguments));
-    const auto wish = Wish::fromArguments(arguments);
-    EXPECT_EQ(wish, meant);
-    EXPECT_EQ(Wish::fromLine(wish.toLine() + "\n"), wish);
+    const auto request = StartRequest::fromArguments(arguments);
+    EXPECT_EQ(request, meant);
+    EXPECT_EQ(StartRequest::fromLine(request.toLine() + "\n"), request);
   }
 }
 
-TEST(Wish, takesAFolderFromWhereItWasTyped) {
+TEST(StartRequest, takesAFolderFromWhereItWasTyped) {
   const std::vector<const char*> arguments{"orvane", "--scan", "Downloads"};
   const auto there = std::filesystem::current_path() / "Downloads";
-  EXPECT_EQ(Wish::fromArguments(arguments).folder, "file://" + there.string());
+  EXPECT_EQ(StartRequest::fromArguments(arguments).folder, "file://" + there.string());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "app/shell/Wish.h"
+#include "app/shell/StartRequest.h"
 
 #include "core/base/files/FileUrl.h"
 
@@ -15,14 +15,14 @@ constexpr std::string_view showWord = "--show";
 
 }  // namespace
 
-Wish Wish::fromArguments(std::span<const char* const> arguments) {
+StartRequest StartRequest::fromArguments(std::span<const char* const> arguments) {
   for (std::size_t at = 0; at < arguments.size(); ++at) {
     const std::string_view word = arguments[at];
     const std::string next = at + 1 < arguments.size() ? arguments[at + 1] : "";
     if (word == showWord && !next.empty()) return {.section = next};
     if (word == organizeWord) return {.work = Work::organize};
     if (word != scanWord) continue;
-    Wish result{.section = "cleanup", .work = Work::scan};
+    StartRequest result{.section = "cleanup", .work = Work::scan};
     if (!next.empty() && !next.starts_with("--"))
       result.folder = FileUrl(std::filesystem::absolute(next).lexically_normal().string()).absoluteString();
     return result;
@@ -30,7 +30,7 @@ Wish Wish::fromArguments(std::span<const char* const> arguments) {
   return {};
 }
 
-QByteArray Wish::toLine() const {
+QByteArray StartRequest::toLine() const {
   switch (work) {
     case Work::scan:
       return QByteArray::fromStdString(std::string(scanWord) + " " + folder);
@@ -42,7 +42,7 @@ QByteArray Wish::toLine() const {
   return QByteArray::fromStdString(section);
 }
 
-Wish Wish::fromLine(const QByteArray& line) {
+StartRequest StartRequest::fromLine(const QByteArray& line) {
   const std::string text = line.trimmed().toStdString();
   if (text == organizeWord) return {.work = Work::organize};
   if (!text.starts_with(scanWord)) return {.section = text};
