@@ -56,7 +56,7 @@ class Settlement {
       m_result.entries.push_back(intent.entry);
       if (intent.settles) m_result.entries.push_back(*intent.settles);
       if (intent.entry.action == JournalAction::restored) {
-        forgetInTrash(intent.source);
+        forgetInTrash(intent);
       } else {
         m_result.records.push_back(intent.record());
       }
@@ -66,6 +66,7 @@ class Settlement {
     if (intent.entry.action == JournalAction::restored && cameBackAndLeft(intent)) {
       m_result.entries.push_back(intent.entry);
       if (intent.settles) m_result.entries.push_back(*intent.settles);
+      forgetInTrash(intent);
       discardPartial(intent);
       return;
     }
@@ -134,8 +135,13 @@ class Settlement {
     return presenceAt(trashFolder.path()) != Presence::unreachable;
   }
 
-  void forgetInTrash(const FileUrl& trashed) {
-    if (!isInReach(trashed) || !m_trash.forget(trashed)) worsen(SettledRun::Log::pending);
+  // The item of a restore left the Trash: its record may have stayed. Where a living run wants the name, the record may
+  // be that run's, written before its item arrives.
+  void forgetInTrash(const MoveIntent& intent) {
+    const auto& trashed = intent.source;
+    const bool isSettled =
+        !m_others.areMovingTo(trashed, intent.entry.id) && isInReach(trashed) && m_trash.forget(trashed);
+    if (!isSettled) worsen(SettledRun::Log::pending);
   }
 
   void worsen(SettledRun::Log log) { m_result.log = std::max(m_result.log, log); }
@@ -151,8 +157,14 @@ class Settlement {
 void OtherRuns::add(std::span<const LoggedIntent> log, State state) {
   for (const auto& [intent, done] : log) {
     if (done || state == State::alive) m_claimed.insert(intent.destination);
+    if (state == State::alive) m_arriving.emplace(intent.destination, intent.entry.id);
     m_places.emplace(intent.source, intent.destination);
   }
+}
+
+bool OtherRuns::areMovingTo(const FileUrl& place, const Uuid& entry) const {
+  const auto [first, last] = m_arriving.equal_range(place);
+  return std::any_of(first, last, [&](const auto& arriving) { return arriving.second != entry; });
 }
 
 std::vector<FileUrl> OtherRuns::placesOf(const FileUrl& source) const {

@@ -54,12 +54,15 @@ class OtherRuns {
   [[nodiscard]] bool claims(const FileUrl& place, const Uuid& entry) const {
     return m_claimed.contains(place) || m_recorded.isOfAnother(place, entry);
   }
+  // Whether a run that lives moves another item than that of the entry to the place, or is about to.
+  [[nodiscard]] bool areMovingTo(const FileUrl& place, const Uuid& entry) const;
   [[nodiscard]] std::vector<FileUrl> placesOf(const FileUrl& source) const;
   [[nodiscard]] const RecordedItems& recorded() const noexcept { return m_recorded; }
 
  private:
   const RecordedItems& m_recorded;
   std::unordered_set<FileUrl> m_claimed;
+  std::unordered_multimap<FileUrl, Uuid> m_arriving;  // the entries of living runs by their destinations
   std::unordered_multimap<FileUrl, FileUrl> m_places;
 };
 

@@ -454,25 +454,50 @@ TEST_F(UndoJournalTest, recordsAnItemOnceThatTwoDeadRunsWanted) {
   EXPECT_THAT(journal->takeNotices(), IsEmpty());
 }
 
-// A restore died when the item was home, and another run took it from there before anybody read the log.
+// A restore died when the item was home, and another run took it from there before anybody read the log. It had removed
+// the item's record in the Trash or not; in its place there may be another item.
 TEST_F(UndoJournalTest, anItemThatLeftAgainAfterARestoreIsAwayOnce) {
-  for (const auto* newPlace : {"a.txt", "a.2.txt"}) {
-    SCOPED_TRACE(newPlace);
+  enum class Left { nothing, another, record };
+  for (const auto left : {Left::nothing, Left::another, Left::record}) {
+    SCOPED_TRACE(static_cast<int>(left));
     const auto path = tree.file("Downloads/a.txt");
     const auto trashed = clean({path}).front().destination;
     const auto first = lastRun;
     leaveLog({intentToRestore(onlyEntry())});
     fs::rename(trashed.path(), path);
-    fs::remove(recordOf(trashed));
-    if (newPlace != std::string("a.txt")) tree.file(".local/share/Trash/files/a.txt", "another's");
+    if (left != Left::record) fs::remove(recordOf(trashed));
+    if (left == Left::another) tree.file(".local/share/Trash/files/a.txt", "another's");
     const auto again = clean({path}).front().destination;
-    EXPECT_EQ(again.lastPathComponent(), newPlace);
+    EXPECT_EQ(again.lastPathComponent(), left == Left::nothing ? "a.txt" : "a.2.txt");
     reopenJournal();
     EXPECT_THAT(journal->takeNotices(), IsEmpty());
+    EXPECT_EQ(exists(recordOf(trashed)), left == Left::nothing);
     EXPECT_EQ(journal->remainingCount(first), 0);
     EXPECT_EQ(journal->restoreRun(lastRun).restoredCount, 1);
     EXPECT_EQ(contentOf(path), "content");
+    fs::remove_all(trashPath());
   }
+}
+
+// A run writes the record of an item before the item comes.
+TEST_F(UndoJournalTest, aRestoreThatDiedLeavesTheRecordOfARunThatTakesTheName) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto trashed = clean({path}).front().destination;
+  leaveLog({intentToRestore(onlyEntry())});
+  fs::rename(trashed.path(), path);
+  const auto other = tree.file("Documents/a.txt", "another's");
+  EXPECT_EQ(writeRecord(other), recordOf(trashed));
+  {
+    RunLog living(journalFolder(), Uuid::random());
+    living.appendIntent(intentFor(other, trashed));
+    living.sync();
+    reopenJournal();
+    EXPECT_TRUE(exists(recordOf(trashed)));
+    EXPECT_EQ(onlyEntry().action, JournalAction::restored);
+  }
+  reopenJournal();
+  EXPECT_FALSE(exists(recordOf(trashed))) << "the other run died as well";
+  EXPECT_THAT(journal->takeNotices(), IsEmpty());
 }
 
 TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
