@@ -186,7 +186,7 @@ TEST_F(LanguageTest, tellsAgesInWords) {
 
 TEST_F(LanguageTest, headsDaysByNameAndThenByDate) {
   const ScopedEnvironment all("LC_ALL", "en_US.UTF-8");
-  for (const auto& [language, day, head] :
+  for (const auto& [language, date, head] :
        {std::tuple{AppLanguage::en, "2026-03-01", "Today"}, std::tuple{AppLanguage::en, "2026-02-28", "Yesterday"},
         std::tuple{AppLanguage::en, "2026-02-27", "Friday, February 27, 2026"},
         std::tuple{AppLanguage::en, "2026-03-02", "Monday, March 2, 2026"},
@@ -195,7 +195,7 @@ TEST_F(LanguageTest, headsDaysByNameAndThenByDate) {
         std::tuple{AppLanguage::fr, "2026-02-27", "Vendredi 27 février 2026"},
         std::tuple{AppLanguage::ja, "2026-02-27", "2026年2月27日金曜日"}}) {
     speak(language);
-    EXPECT_EQ(Format::dayHead(day, "2026-03-01").toStdString(), head);
+    EXPECT_EQ(Format::dayHead(date, "2026-03-01").toStdString(), head);
   }
   const auto afternoon = QDateTime(QDate(2026, 2, 27), QTime(17, 39)).toMSecsSinceEpoch();
   EXPECT_EQ(Format::time(static_cast<double>(afternoon)), "17:39");
