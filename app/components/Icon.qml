@@ -1,7 +1,7 @@
 import QtQuick
 import Orvane
 
-// A line icon in one colour. Decoration: what it says is said in words beside it.
+// A line icon in one colour. Decoration: the text beside it says the same.
 Image {
     id: root
 

@@ -117,7 +117,7 @@ class MapModel : public QObject {
   // Shows the map in a file of ncdu's form, of another machine perhaps.
   Q_INVOKABLE void openFile(const QString& pathOrUrl);
   Q_INVOKABLE void cancel();
-  // Folders are told by the numbers that `areas` and `trail` have for them.
+  // Folders go by the numbers that `areas` and `trail` have for them.
   Q_INVOKABLE void enter(int folder);
   Q_INVOKABLE void goUp();
   Q_INVOKABLE void openFolder(int folder);

@@ -27,7 +27,7 @@ class ProgressLine {
   std::chrono::steady_clock::time_point m_nextDrawing{};
 };
 
-// The part of a text, for display, that fits into `columns`; what is cut is told by a "…" at the end.
+// The part of a text, for display, that fits into `columns`; a "…" at the end marks a cut.
 [[nodiscard]] std::string fittedTo(std::string_view text, int columns);
 
 }  // namespace orvane::cli

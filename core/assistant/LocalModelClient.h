@@ -24,9 +24,9 @@ class LocalModelClient : public LLMClient {
   [[nodiscard]] CleaningPlan generatePlan(const MetadataOnlyRequest& request,
                                           const std::stop_token& stop = {}) const override;
 
-  // The model is told the form with every key that a plan must have.
+  // The prompt names the form with every key that a plan must have.
   [[nodiscard]] static std::string instructions();
-  // Exactly what it is told and asked.
+  // Exactly what the model receives.
   struct Prompt {
     std::string instructions;
     std::string message;

@@ -25,7 +25,7 @@ class DuplicateSearch {
   DuplicateSearch(const PathValidator& validator, const FileStatusReader& statusReader, SearchMonitor& monitor)
       : m_validator(validator), m_statusReader(statusReader), m_monitor(monitor) {}
 
-  // For one call. In no order that is told; none once the monitor is stopped.
+  // For one call. In no particular order; none once the monitor is stopped.
   [[nodiscard]] std::vector<DuplicateGroup> run(const std::vector<FileUrl>& folders, DuplicateKeepStrategy strategy);
 
  private:

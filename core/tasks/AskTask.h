@@ -15,7 +15,7 @@ namespace orvane {
 // is there.
 
 // Asks the planner, or the one on this machine where it cannot be used: there is always a plan, though validation may
-// refuse it. The planner is told the request and nothing of any file.
+// refuse it. The planner gets the request and learns nothing of any file.
 [[nodiscard]] PlannedAnswer askPlanner(const TaskServices& services, const std::string& prompt, AIProvider provider,
                                        const std::stop_token& stop = {});
 // The fate of rows of a plan that may not be the one that was meant.

@@ -24,7 +24,7 @@ constexpr auto withoutFiles = std::to_array<std::string_view>({
     "pstore", "ramfs",       "rpc_pipefs", "securityfs", "squashfs", "sysfs",    "tracefs",
 });
 
-// Kinds whose files lie on another machine; "fuse.sshfs" and its like are told by their beginning.
+// Kinds whose files lie on another machine; "fuse.sshfs" and its like are known by their beginning.
 constexpr auto ofOtherMachines = std::to_array<std::string_view>(
     {"nfs", "nfs4", "cifs", "smb3", "9p", "afs", "ceph", "davfs", "glusterfs", "virtiofs"});
 

@@ -10,7 +10,7 @@
 
 namespace orvane {
 
-// How a taken name is told from the next: "report (1).pdf" or "report (restored 1).pdf".
+// How the next name differs from a taken one: "report (1).pdf" or "report (restored 1).pdf".
 enum class NumberingStyle : std::uint8_t { plain, restored };
 
 // `name` with its number before the extension, shortened at a character so that it stays within 255 bytes. An extension

@@ -78,8 +78,8 @@ class FolderOrganizerEngine {
 
   // Moves what is selected, in order, as one run. Nothing outside the allowed roots is touched, the destination folders
   // included. An item that fails stays where it is and the others go on; one that is gone, or in its place already, is
-  // passed over. Progress is told with no lock held: the mover and the
-  // journal keep runs apart that overlap. `bytesReclaimed` is 0: moves free no space.
+  // passed over. Reports progress with no lock held: the mover and the journal keep runs apart that overlap.
+  // `bytesReclaimed` is 0: moves free no space.
   PlanExecution carryOut(std::span<const OrganizationCategoryGroup> groups, UndoJournal& journal,
                          const Boundary& allowedRoots, const CleanupRun::Progress& progress = {},
                          std::stop_token stop = {});

@@ -17,7 +17,7 @@ class LoginItems;
 class RepeatingTimer;
 
 // Runs the automatic organizer by the settings, on a timer or at once, and says in one line what it did. Needs no
-// window. Callable from any thread; whoever is told of a change is called without a lock held.
+// window. Callable from any thread; listeners are called without a lock held.
 class AutoOrganizeController {
  public:
   static constexpr std::chrono::seconds interval{120};

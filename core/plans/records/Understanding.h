@@ -39,7 +39,7 @@ struct RoomRequest {
   bool operator==(const RoomRequest&) const = default;
 };
 
-// Why a plan may be another one than was meant. The first that applies is told.
+// Why a plan may be another one than was meant. The first that applies counts.
 enum class Doubt : std::uint8_t {
   none,
   negation,     // the request says what must stay

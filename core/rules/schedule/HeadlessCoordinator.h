@@ -39,7 +39,7 @@ class HeadlessCoordinator {
   explicit HeadlessCoordinator(Collaborators collaborators);
   static HeadlessCoordinator& shared();
 
-  // Never throws: what fails is told to the console, and the rest is done. False when something failed.
+  // Never throws: reports each failure on the console and goes on. False when something failed.
   bool carryOut() noexcept;
 
  private:

@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::size_t foldersReadAlone = 32;
 
-// Takes what fits a pattern; of a folder on the way that this user may not open it is told the error.
+// Takes what fits a pattern, and the error of each folder on the way that this user may not open.
 struct Visitor {
   std::function<void(std::string path, int folder, const char* name)> found;
   std::function<void(int error)> missed = [](int) {};

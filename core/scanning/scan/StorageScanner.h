@@ -49,7 +49,7 @@ class StorageScanner {
   // Returns at once; the walk runs in the background: root by root, all entries of a folder in the file system's order,
   // then its subfolders one after the other, each with everything below it. Skips folders that are missing,
   // unreadable or refused by the validator without a word.
-  // With a `digest`, which has to live as long as the stream, progress is told once a folder has been read.
+  // With a `digest`, which has to live as long as the stream, progress is reported once a folder has been read.
   [[nodiscard]] ScanStream scan(std::vector<FileUrl> folders, DeveloperCaches developerCaches, ScanDigest digest = {});
 
   // Logical bytes of the regular files in a folder tree. Hidden entries, links, "node_modules", "Pods" and photo
