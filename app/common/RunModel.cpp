@@ -26,13 +26,6 @@ constexpr std::chrono::milliseconds lookInterval{100};
 
 }  // namespace
 
-RunReport reportOf(const Uuid& runId, std::span<const MoveOutcome> outcomes) {
-  RunReport report;
-  for (const auto& outcome : outcomes) report.note(outcome, 0, true);
-  if (report.moved() > 0) report.runId = runId;
-  return report;
-}
-
 RunModel::RunModel(WindowServices services, QObject* parent)
     : QAbstractListModel(parent), m_services(std::move(services)) {
   m_lookTimer.setInterval(lookInterval);

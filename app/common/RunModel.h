@@ -22,15 +22,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <stop_token>
 #include <string>
 #include <vector>
 
 namespace orvane {
-
-// Sums of the outcomes of a run that an engine carried out.
-[[nodiscard]] RunReport reportOf(const Uuid& runId, std::span<const MoveOutcome> outcomes);
 
 // A list that the user moves files from: one run at a time in the background, with progress, Cancel, its result in
 // words, and Undo of the last one.

@@ -3,7 +3,6 @@
 #include "core/base/values/EnumTable.h"
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 namespace orvane {
@@ -27,9 +26,6 @@ inline constexpr auto allCloudProviders = cloudProviders.values();
 
 constexpr std::string_view rawValue(CloudProvider provider) noexcept {
   return cloudProviders[provider].rawValue;
-}
-constexpr std::optional<CloudProvider> cloudProviderFromRawValue(std::string_view text) noexcept {
-  return cloudProviders.find(text);
 }
 constexpr std::string_view systemImage(CloudProvider provider) noexcept {
   return cloudProviders[provider].systemImage;

@@ -16,7 +16,6 @@ class Boundary {
   // the boundary.
   explicit Boundary(std::vector<FileUrl> folders);
 
-  [[nodiscard]] bool allowsNothing() const noexcept { return m_folders.empty(); }
   [[nodiscard]] const std::vector<FileUrl>& folders() const noexcept { return m_folders; }
   // In the order of folders().
   [[nodiscard]] const std::vector<std::string>& canonicalPaths() const noexcept { return m_canonicalPaths; }

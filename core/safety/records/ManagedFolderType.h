@@ -4,7 +4,6 @@
 #include "core/base/values/EnumTable.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,9 +31,6 @@ inline constexpr auto allManagedFolderTypes = managedFolders.values();
 
 constexpr std::string_view rawValue(ManagedFolderType type) noexcept {
   return managedFolders[type].rawValue;
-}
-constexpr std::optional<ManagedFolderType> managedFolderTypeFromRawValue(std::string_view text) noexcept {
-  return managedFolders.find(text);
 }
 constexpr std::string_view title(ManagedFolderType type) noexcept {
   return managedFolders[type].title;

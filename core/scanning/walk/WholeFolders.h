@@ -17,9 +17,4 @@ inline constexpr std::array<std::string_view, 2> developerCacheFragments{"Librar
                      [&](auto fragment) { return path.find(fragment) != std::string_view::npos; });
 }
 
-// Whether what a scan found at the path may be a whole folder; anything else that it finds is a file.
-[[nodiscard]] inline bool mayBeWholeFolder(std::string_view path) noexcept {
-  return path.find(applicationCachesFragment) != std::string_view::npos || isBelowDeveloperCaches(path);
-}
-
 }  // namespace orvane
