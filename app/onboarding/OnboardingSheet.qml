@@ -22,7 +22,7 @@ Sheet {
     canClose: appState.hasCompletedOnboarding
     onAboutToShow: {
         page = 0;
-        settings.refresh();
+        settings.readStored();
     }
 
     ColumnLayout {

@@ -69,7 +69,7 @@ SettingsModel::State SettingsModel::read() const {
               .suggested = m_granted.suggestions(),
               .schedule = m_collaborators.schedule.getSettings(),
               .isAgentInstalled = m_collaborators.agent.isInstalled(),
-              .canNotify = m_collaborators.notifications.requestAuthorization(),
+              .canNotify = false,
               .keys = {},
               .modelAddress = textPreference(m_collaborators.preferences, modelAddressKey),
               .modelName = textPreference(m_collaborators.preferences, modelNameKey)};
@@ -78,6 +78,8 @@ SettingsModel::State SettingsModel::read() const {
   } catch (const std::exception& error) {
     state.keepProblem = shownName(error.what());
   }
+  if (!m_talks) return state;
+  state.canNotify = m_collaborators.notifications.requestAuthorization();
   for (const auto provider : allAIProviders) {
     const auto account = keyAccount(provider);
     if (account.empty()) continue;
@@ -106,10 +108,15 @@ void SettingsModel::readAndPublish() {
 }
 
 void SettingsModel::reload() {
-  if (m_isRead) refresh();
+  if (m_isRead) readStored();
 }
 
 void SettingsModel::refresh() {
+  m_talks = true;
+  readStored();
+}
+
+void SettingsModel::readStored() {
   m_isRead = true;
   m_queue.post([this](const std::stop_token&) { readAndPublish(); });
 }

@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <string>
@@ -141,6 +142,8 @@ class SettingsModel : public QObject {
   Q_INVOKABLE void installAgent();
   // Reads everything anew. That begins talks with the key ring and the notification service.
   Q_INVOKABLE void refresh();
+  // The same without these talks, where none began before.
+  Q_INVOKABLE void readStored();
   // The stored settings may be new: reads them anew where they were read before.
   void reload();
 
@@ -187,6 +190,7 @@ class SettingsModel : public QObject {
   GrantedFolders m_granted;
   State m_state;
   bool m_isRead = false;
+  std::atomic<bool> m_talks = false;  // with the key ring and the notification service
   int m_thresholdGB = 10;
   QString m_folderError;
   QString m_keepError;

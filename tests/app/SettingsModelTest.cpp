@@ -47,10 +47,12 @@ class MemoryKeyRing : public SecretStore {
     return true;
   }
   [[nodiscard]] std::optional<SecretText> find(const std::string& service, const std::string& account) override {
+    ++asked;
     const auto found = secrets.find(service + "/" + account);
     return found == secrets.end() ? std::nullopt : std::optional(found->second);
   }
   std::atomic<bool> isLocked = false;
+  std::atomic<int> asked = 0;
   std::map<std::string, SecretText> secrets;
 };
 
@@ -65,6 +67,8 @@ class SettingsModelTest : public WindowFixture {
   SettingsModelTest() {
     tidySettings.update([this](AutoOrganizeSettings& settings) { settings.folderPaths = {tree.path("Downloads")}; });
     EXPECT_TRUE(becomesTrue([this] { return tidying.isReady(); }));
+    afterChange([this] { model.readStored(); });
+    EXPECT_EQ(keyRing.asked, 0) << "the first sheet shows folders";
     refresh();
   }
 
