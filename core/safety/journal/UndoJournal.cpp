@@ -29,6 +29,8 @@ namespace orvane {
 namespace {
 
 constexpr std::int64_t minCheckpointBytes = 64 * 1024;
+// For the items of a dead run that other runs are moving; then its log stays for the next start.
+constexpr int maxLooks = 8;
 
 std::string preparedFolder(const FileUrl& storageDirectory) {
   try {
@@ -124,20 +126,48 @@ const std::string& UndoJournal::storageFolder() const noexcept {
 void UndoJournal::settleDeadRuns() {
   const auto dead = findLogsToSettle(m_storageFolder, m_notices);
   for (const auto& log : dead) {
-    const auto places = lookForItems(log.intents);
-    const auto living = findOtherLogs(m_storageFolder, dead, m_notices);
-    // Without knowing what the others are doing nothing can be taken back.
-    if (!living) return;
-    m_store.refresh(m_model);
-    const ItemsInJournal recorded(m_model, m_records);
-    OtherRuns others(recorded);
-    const auto add = [&](const FoundLog& other) {
-      if (other.path != log.path)
-        others.add(other.intents, other.lock ? OtherRuns::State::dead : OtherRuns::State::alive);
-    };
-    std::ranges::for_each(dead, add);
-    std::ranges::for_each(*living, add);
-    settleDeadRun(log, settleRunLog(log.intents, places, others, m_trash, m_mover));
+    std::optional<SettledRun> settled;
+    for (int look = 0; look < maxLooks && !settled; ++look) {
+      const auto presence = lookForItems(log.intents);
+      const auto living = findOtherLogs(m_storageFolder, dead, m_notices);
+      // Without knowing what the others are doing nothing can be taken back.
+      if (!living) return;
+      settled = settle(log, presence, dead, *living);
+    }
+    if (settled) settleDeadRun(log, std::move(*settled));
+  }
+}
+
+// Absent when items came or went meanwhile, back from the Trash for instance: where they were does not fit what the
+// other runs say.
+std::optional<SettledRun> UndoJournal::settle(const FoundLog& log, std::span<const IntentPresence> presence,
+                                              std::span<const FoundLog> dead, std::span<const FoundLog> living) {
+  const auto isOutdated = [&] { return !std::ranges::equal(lookForItems(log.intents), presence); };
+  m_store.refresh(m_model);
+  // Nothing is taken back by an old look.
+  if (isOutdated()) return std::nullopt;
+  noteReturns(dead);
+  noteReturns(living);
+  const ItemsInJournal recorded(m_model, m_records);
+  OtherRuns others(recorded);
+  const auto add = [&](const FoundLog& other) {
+    if (other.path != log.path)
+      others.add(other.intents, other.lock ? OtherRuns::State::dead : OtherRuns::State::alive);
+  };
+  std::ranges::for_each(dead, add);
+  std::ranges::for_each(living, add);
+  auto settled = settleRunLog(log.intents, presence, others, m_trash, m_mover);
+  if (isOutdated()) return std::nullopt;
+  return settled;
+}
+
+// The items that restores brought back, as far as their logs say: the Trash no longer holds them, whatever the journal
+// still says of them.
+void UndoJournal::noteReturns(std::span<const FoundLog> logs) {
+  for (const auto& log : logs) {
+    for (const auto& [intent, done] : log.intents) {
+      if (done && intent.entry.action == JournalAction::restored) m_model.recordUnlessSuperseded(intent.entry);
+    }
   }
 }
 

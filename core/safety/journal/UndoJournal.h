@@ -26,6 +26,7 @@ class PathValidator;
 class RunLog;
 class Trash;
 struct FoundLog;
+struct IntentPresence;
 struct SettledRun;
 
 // The record of every move, by run, in one file that several processes share. Records of another process show at the
@@ -117,6 +118,9 @@ class UndoJournal {
   // How many copies are still there though their originals are back. Called under the lock.
   [[nodiscard]] std::int64_t copiesLeft(const Uuid& runId) const;
   void settleDeadRuns();
+  [[nodiscard]] std::optional<SettledRun> settle(const FoundLog& log, std::span<const IntentPresence> presence,
+                                                 std::span<const FoundLog> dead, std::span<const FoundLog> living);
+  void noteReturns(std::span<const FoundLog> logs);
   void settleDeadRun(const FoundLog& log, SettledRun settled);
 
   Trash& m_trash;

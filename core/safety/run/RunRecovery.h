@@ -71,6 +71,7 @@ enum class ItemPresence { there, another, nothing, unreachable };
 struct IntentPresence {
   ItemPresence source;
   ItemPresence destination;
+  bool operator==(const IntentPresence&) const = default;
 };
 // Of each intent. To be asked before the other runs are: they announce a move in their log before they make it, and
 // drop the log only once the journal has the move, so none that shows here is unknown then.

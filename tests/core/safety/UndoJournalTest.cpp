@@ -479,6 +479,32 @@ TEST_F(UndoJournalTest, anItemThatLeftAgainAfterARestoreIsAwayOnce) {
   }
 }
 
+// A restore and a run that took the item again both died, and the journal tells of neither.
+TEST_F(UndoJournalTest, anItemThatCameBackAndWentInRunsThatDiedIsAwayOnce) {
+  // Logs are settled in no order that can be chosen.
+  for (int round = 0; round < 8; ++round) {
+    const auto path = tree.file("Downloads/a.txt");
+    const auto trashed = clean({path}).front().destination;
+    const auto first = lastRun;
+    const auto back = intentToRestore(onlyEntry());
+    {
+      RunLog log(journalFolder(), Uuid::random());
+      log.appendIntent(back);
+      log.appendDone(std::vector{back.entry.id});
+      log.sync();
+    }
+    const auto second = Uuid::random();
+    fs::rename(trashed.path(), path);
+    leaveLog({intentFor(path, trashed, second)}, second);
+    fs::rename(path, trashed.path());
+    reopenJournal();
+    EXPECT_THAT(journal->takeNotices(), IsEmpty());
+    EXPECT_EQ(journal->remainingCount(first), 0);
+    ASSERT_EQ(journal->remainingCount(second), 1) << "round " << round;
+    EXPECT_EQ(journal->restoreRun(second).restoredCount, 1);
+  }
+}
+
 // A run writes the record of an item before the item comes.
 TEST_F(UndoJournalTest, aRestoreThatDiedLeavesTheRecordOfARunThatTakesTheName) {
   const auto path = tree.file("Downloads/a.txt");
