@@ -246,6 +246,7 @@ class ReplacedGroup(Group):
     """Something else in the place of a file or folder that the program keeps."""
 
     PLACES = (STATE, f"{STATE}/undo_journal.json", f"{STATE}/undo_journal.lock",
+              f"{STATE}/undo_journal.moves.lock", f"{STATE}/undo_journal.restore.lock",
               f"{STATE}/undo_journal.8B0C9C1E-5E0B-4C8E-9B1E-4C2D1E3F4A5B.log", f"{STATE}/duplicates.lock",
               f"{STATE}/auto_organize.lock", PREFERENCES, f"{PREFERENCES}.lock", "home/.local/share/Trash",
               "home/.local/share/Trash/files", "home/.local/share/Trash/info", "home/.local/share/Trash/directorysizes",

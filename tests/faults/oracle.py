@@ -16,7 +16,7 @@ OWN_FOLDERS = re.compile(
     rb"|home/Library(/Application Support(/Orvane)?)?|home/\.config(/orvane)?")
 OWN_FILES = re.compile(
     rb"(home/\.local/share/Trash|volume/\.Trash-\d+)/directorysizes"
-    rb"|home/Library/Application Support/Orvane/(undo_journal\.(json|lock|items|folders|origins)|duplicates\.lock|auto_organize\.lock)"
+    rb"|home/Library/Application Support/Orvane/(undo_journal\.(json|lock|moves\.lock|restore\.lock|items|folders|origins)|duplicates\.lock|auto_organize\.lock)"
     rb"|home/\.local/share/orvane/map\.db(-journal)?"
     rb"|home/\.config/orvane/preferences\.json(\.lock)?")
 RECORD = re.compile(rb"(?P<trash>.*)/info/(?P<name>[^/]*)\.trashinfo")

@@ -42,7 +42,7 @@ LockTimeout::LockTimeout(const std::string& path, const std::string& holder)
       m_text(fmt::format("{} keeps '{}' locked", holder.empty() ? "another process" : "process " + holder,
                          escapedForDisplay(path))) {}
 
-FileLock FileLock::acquire(const std::string& path, std::chrono::milliseconds wait) {
+FileLock FileLock::acquire(const std::string& path, std::chrono::milliseconds wait, Mode mode) {
   FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600));
   if (!file) throwErrno();
   struct stat status {};
@@ -50,14 +50,15 @@ FileLock FileLock::acquire(const std::string& path, std::chrono::milliseconds wa
   if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
   const auto deadline = std::chrono::steady_clock::now() + wait;
   auto pause = 1ms;
-  while (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+  const int operation = mode == Mode::exclusive ? LOCK_EX : LOCK_SH;
+  while (::flock(file.get(), operation | LOCK_NB) != 0) {
     if (errno != EINTR && errno != EWOULDBLOCK) throwErrno();
     const auto now = std::chrono::steady_clock::now();
     if (now >= deadline) throw LockTimeout(path, holderOf(file.get()));
     std::this_thread::sleep_for(std::min<std::chrono::nanoseconds>(pause, deadline - now));
     pause = std::min(2 * pause, 50ms);
   }
-  nameHolder(file.get());
+  if (mode == Mode::exclusive) nameHolder(file.get());
   return FileLock(std::move(file));
 }
 

@@ -95,6 +95,10 @@ bool readIntents(OpenLog& open, std::vector<std::string>& notices) {
 
 }  // namespace
 
+bool hasRunLogs(const std::string& folder) {
+  return !logNames(folder).empty();
+}
+
 std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices) {
   std::vector<FoundLog> dead;
   for (const auto& name : logNames(folder)) {

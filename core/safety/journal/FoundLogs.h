@@ -18,6 +18,8 @@ struct FoundLog {
   std::vector<LoggedIntent> intents;
 };
 
+// Whether any run lives, or died and is to be settled.
+[[nodiscard]] bool hasRunLogs(const std::string& folder);
 // The logs of dead runs in the journal's folder, in a steady order. Unreadable ones are left alone and told in
 // `notices`.
 [[nodiscard]] std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices);

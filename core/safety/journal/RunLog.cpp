@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <iterator>
 #include <system_error>
 #include <unordered_map>
@@ -20,6 +21,9 @@ namespace {
 
 constexpr std::string_view namePrefix = "undo_journal.";
 constexpr std::string_view nameSuffix = ".log";
+constexpr std::string_view movesLockName = "undo_journal.moves.lock";
+// A copy to another volume may take much longer: then dead runs are settled at another start.
+constexpr std::chrono::milliseconds maxWaitForMoves{500};
 
 ItemIdentity identityFromJson(const Json& json) {
   const auto& modified = requiredKey(json, "modified");
@@ -56,7 +60,10 @@ ItemRecord MoveIntent::record() const {
   return result;
 }
 
-RunLog::RunLog(const std::string& folder, const Uuid& runId) : m_path(joinPath(folder, fileName(runId))) {
+RunLog::RunLog(const std::string& folder, const Uuid& runId)
+    : m_folder(folder), m_path(joinPath(folder, fileName(runId))) {
+  // Where there is a log, there is the lock for settling it, on a full disk too.
+  static_cast<void>(lockMoves());
   constexpr int maxAttempts = 16;
   for (int attempt = 1; !m_lock; ++attempt) {
     const int error = tryToMake();
@@ -100,6 +107,14 @@ void RunLog::appendIntent(const MoveIntent& intent) {
   if (intent.isLocked) m_unwritten += R"(,"locked":true)";
   m_unwritten += "}\n";
   if (intent.entry.action != JournalAction::restored) m_records.push_back(intent.record());
+}
+
+FileLock RunLog::lockMoves() const {
+  return FileLock::acquire(joinPath(m_folder, movesLockName), FileLock::maxWait, FileLock::Mode::shared);
+}
+
+FileLock RunLog::lockOutMoves(const std::string& folder) {
+  return FileLock::acquire(joinPath(folder, movesLockName), maxWaitForMoves);
 }
 
 std::vector<ItemRecord> RunLog::takeRecords() {

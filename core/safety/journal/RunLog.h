@@ -39,7 +39,7 @@ struct MoveIntent {
 // belongs to a process that died.
 class RunLog {
  public:
-  // Makes the log of a run in the folder. Throws std::system_error.
+  // Makes the log of a run in the folder. Throws std::system_error; LockTimeout where lockMoves() does.
   RunLog(const std::string& folder, const Uuid& runId);
   ~RunLog();
   RunLog(const RunLog&) = delete;
@@ -52,6 +52,12 @@ class RunLog {
 
   // The facts to keep beside the journal about the items whose intents were appended since the last call.
   [[nodiscard]] std::vector<ItemRecord> takeRecords();
+
+  // Every run shares this lock while it announces moves and makes them. Throws LockTimeout while a process that settles
+  // dead runs keeps it for too long, std::system_error.
+  [[nodiscard]] FileLock lockMoves() const;
+  // For who settles them: waits for all moves that are under way in any process, and holds up others. The same errors.
+  [[nodiscard]] static FileLock lockOutMoves(const std::string& folder);
 
   [[nodiscard]] std::int64_t size() const noexcept { return m_size; }
   // The journal file holds everything that the log holds. A failure only means that the log is read once more.
@@ -69,6 +75,7 @@ class RunLog {
  private:
   int tryToMake();
 
+  std::string m_folder;
   std::string m_path;
   std::optional<FileLock> m_lock;
   std::string m_unwritten;

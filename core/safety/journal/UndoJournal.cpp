@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <iterator>
 #include <set>
@@ -29,8 +30,26 @@ namespace orvane {
 namespace {
 
 constexpr std::int64_t minCheckpointBytes = 64 * 1024;
-// For the items of a dead run that other runs are moving; then its log stays for the next start.
-constexpr int maxLooks = 8;
+// Held by the process that restores.
+constexpr std::string_view restoreLockName = "undo_journal.restore.lock";
+constexpr std::chrono::seconds maxWaitForRestores{30};
+
+// Processes restore one after the other: of two that bring back the same items, the second has to know what the first
+// did. Absent when it was stopped meanwhile, or the folder takes no lock. Throws LockTimeout.
+std::optional<FileLock> lockRestores(const std::string& folder, const std::stop_token& stop) {
+  constexpr std::chrono::milliseconds step{100};
+  const auto deadline = std::chrono::steady_clock::now() + maxWaitForRestores;
+  while (!stop.stop_requested()) {
+    try {
+      return FileLock::acquire(joinPath(folder, restoreLockName), step);
+    } catch (const LockTimeout&) {
+      if (std::chrono::steady_clock::now() >= deadline) throw;
+    } catch (const std::system_error&) {
+      break;
+    }
+  }
+  return std::nullopt;
+}
 
 std::string preparedFolder(const FileUrl& storageDirectory) {
   try {
@@ -124,28 +143,24 @@ const std::string& UndoJournal::storageFolder() const noexcept {
 }
 
 void UndoJournal::settleDeadRuns() {
-  const auto dead = findLogsToSettle(m_storageFolder, m_notices);
-  for (const auto& log : dead) {
-    std::optional<SettledRun> settled;
-    for (int look = 0; look < maxLooks && !settled; ++look) {
-      const auto presence = lookForItems(log.intents);
+  try {
+    if (!hasRunLogs(m_storageFolder)) return;
+    // Where items are, what logs say of them and which records the Trash has belong together.
+    const auto alone = RunLog::lockOutMoves(m_storageFolder);
+    const auto dead = findLogsToSettle(m_storageFolder, m_notices);
+    for (const auto& log : dead) {
       const auto living = findOtherLogs(m_storageFolder, dead, m_notices);
-      // Without knowing what the others are doing nothing can be taken back.
+      // Without knowing what the others did nothing can be taken back.
       if (!living) return;
-      settled = settle(log, presence, dead, *living);
+      settleDeadRun(log, settle(log, dead, *living));
     }
-    if (settled) settleDeadRun(log, std::move(*settled));
+  } catch (const std::system_error&) {
+    // The logs stay for the next start.
   }
 }
 
-// Absent when items came or went meanwhile, back from the Trash for instance: where they were does not fit what the
-// other runs say.
-std::optional<SettledRun> UndoJournal::settle(const FoundLog& log, std::span<const IntentPresence> presence,
-                                              std::span<const FoundLog> dead, std::span<const FoundLog> living) {
-  const auto isOutdated = [&] { return !std::ranges::equal(lookForItems(log.intents), presence); };
+SettledRun UndoJournal::settle(const FoundLog& log, std::span<const FoundLog> dead, std::span<const FoundLog> living) {
   m_store.refresh(m_model);
-  // Nothing is taken back by an old look.
-  if (isOutdated()) return std::nullopt;
   noteReturns(dead);
   noteReturns(living);
   const ItemsInJournal recorded(m_model, m_records);
@@ -156,9 +171,7 @@ std::optional<SettledRun> UndoJournal::settle(const FoundLog& log, std::span<con
   };
   std::ranges::for_each(dead, add);
   std::ranges::for_each(living, add);
-  auto settled = settleRunLog(log.intents, presence, others, m_trash, m_mover);
-  if (isOutdated()) return std::nullopt;
-  return settled;
+  return settleRunLog(log.intents, others, m_trash, m_mover);
 }
 
 // The items that restores brought back, as far as their logs say: the Trash no longer holds them, whatever the journal
@@ -340,6 +353,19 @@ std::vector<JournalEntry> UndoJournal::restoredInto(const FileUrl& folder) {
   return m_model.restoredInto(folder.path());
 }
 
+std::optional<FileLock> UndoJournal::beginRestore(const std::stop_token& stop) {
+  try {
+    auto alone = lockRestores(m_storageFolder, stop);
+    const std::lock_guard lock(m_mutex);
+    m_store.refresh(m_model);
+    // The process that restored before may have died meanwhile.
+    if (alone && !m_store.problem()) settleDeadRuns();
+    return alone;
+  } catch (const LockTimeout& error) {
+    throw UndoError(UndoError::RestorationFailed{m_storageFolder, error.what()});
+  }
+}
+
 std::vector<JournalEntry> UndoJournal::requireEntries(const Uuid& runId) {
   const std::lock_guard lock(m_mutex);
   m_store.refresh(m_model);
@@ -353,6 +379,7 @@ std::vector<JournalEntry> UndoJournal::requireEntries(const Uuid& runId) {
 
 RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progress, std::stop_token stop) {
   const std::lock_guard restoring(m_restoreMutex);
+  const auto alone = beginRestore(stop);
   const auto entries = requireEntries(runId);
   return restoreChosen(runId, entries, entries, {}, progress, stop);
 }
@@ -360,6 +387,7 @@ RestoreResult UndoJournal::restoreRun(const Uuid& runId, const Progress& progres
 RestoreResult UndoJournal::restoreEntries(const Uuid& runId, std::span<const RestoreRequest> requests,
                                           const Progress& progress, const std::stop_token& stop) {
   const std::lock_guard restoring(m_restoreMutex);
+  const auto alone = beginRestore(stop);
   const auto entries = requireEntries(runId);
   std::unordered_set<Uuid> wanted;
   RunRestore::Expected expected;

@@ -26,7 +26,6 @@ class PathValidator;
 class RunLog;
 class Trash;
 struct FoundLog;
-struct IntentPresence;
 struct SettledRun;
 
 // The record of every move, by run, in one file that several processes share. Records of another process show at the
@@ -105,6 +104,8 @@ class UndoJournal {
   RestoreResult restoreChosen(const Uuid& runId, std::span<const JournalEntry> run,
                               std::span<const JournalEntry> chosen, RunRestore::Expected expected,
                               const Progress& progress, const std::stop_token& stop);
+  // Until its result ends, no other process restores. Throws UndoError when one does so for too long.
+  [[nodiscard]] std::optional<FileLock> beginRestore(const std::stop_token& stop);
   // Throws UndoError when there is nothing of the run.
   [[nodiscard]] std::vector<JournalEntry> requireEntries(const Uuid& runId);
   // Records of items first, then the journal: an entry is never there without the record that it could have.
@@ -118,8 +119,8 @@ class UndoJournal {
   // How many copies are still there though their originals are back. Called under the lock.
   [[nodiscard]] std::int64_t copiesLeft(const Uuid& runId) const;
   void settleDeadRuns();
-  [[nodiscard]] std::optional<SettledRun> settle(const FoundLog& log, std::span<const IntentPresence> presence,
-                                                 std::span<const FoundLog> dead, std::span<const FoundLog> living);
+  [[nodiscard]] SettledRun settle(const FoundLog& log, std::span<const FoundLog> dead,
+                                  std::span<const FoundLog> living);
   void noteReturns(std::span<const FoundLog> logs);
   void settleDeadRun(const FoundLog& log, SettledRun settled);
 

@@ -6,7 +6,9 @@
 #include <fmt/format.h>
 
 #include <exception>
+#include <optional>
 #include <stdexcept>
+#include <system_error>
 
 namespace orvane {
 namespace {
@@ -131,6 +133,13 @@ class Batch {
 
 bool carryOutBatch(std::span<BatchItem> items, RunLog& log, std::stop_token stop) {
   Batch batch(items, log, stop);
+  std::optional<FileLock> moving;
+  try {
+    moving = log.lockMoves();
+  } catch (const std::system_error& error) {
+    batch.failRest(fmt::format("the move cannot be recorded: {}", error.what()));
+    return false;
+  }
   try {
     batch.logIntents();
     batch.prepare();

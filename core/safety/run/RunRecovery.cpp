@@ -12,7 +12,8 @@
 namespace orvane {
 namespace {
 
-using Finding = ItemPresence;
+// Whether the item of an intent is at a place.
+enum class Finding { there, another, nothing, unreachable };
 
 // Devices are numbered anew at every start of the system, so a device number tells nothing here. Nor do size and time
 // of an item that was renamed: whoever had it open may have gone on writing.
@@ -40,10 +41,10 @@ class Settlement {
   Settlement(const OtherRuns& others, Trash& trash, FileMover& mover)
       : m_others(others), m_trash(trash), m_mover(mover) {}
 
-  void settle(const LoggedIntent& logged, const IntentPresence& places) {
+  void settle(const LoggedIntent& logged) {
     const auto& intent = logged.intent;
     const bool isAnothers = !logged.done && m_others.claims(intent.destination, intent.entry.id);
-    auto atDestination = places.destination;
+    auto atDestination = lookAt(intent.destination, intent, intent.partial.has_value());
     if (atDestination == Finding::there && !logged.done && !isAnothers && isUnderBothNames(intent)) {
       if (!m_mover.undoLink(intent.source, intent.destination, intent.identity.inode)) {
         worsen(SettledRun::Log::pending);
@@ -70,7 +71,7 @@ class Settlement {
       discardPartial(intent);
       return;
     }
-    const auto atSource = places.source;
+    const auto atSource = lookAt(intent.source, intent, false);
     if (atSource == Finding::there || isElsewhere(intent)) {
       if (isAnothers) return;
       if (intent.isLocked && atSource == Finding::there) m_trash.setImmutableFlag(intent.source);
@@ -174,19 +175,9 @@ std::vector<FileUrl> OtherRuns::placesOf(const FileUrl& source) const {
   return places;
 }
 
-std::vector<IntentPresence> lookForItems(std::span<const LoggedIntent> log) {
-  std::vector<IntentPresence> places;
-  for (const auto& [intent, done] : log) {
-    places.push_back(
-        {lookAt(intent.source, intent, false), lookAt(intent.destination, intent, intent.partial.has_value())});
-  }
-  return places;
-}
-
-SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPresence> places,
-                        const OtherRuns& others, Trash& trash, FileMover& mover) {
+SettledRun settleRunLog(std::span<const LoggedIntent> log, const OtherRuns& others, Trash& trash, FileMover& mover) {
   Settlement settlement(others, trash, mover);
-  for (std::size_t at = 0; at < log.size(); ++at) settlement.settle(log[at], places[at]);
+  for (const auto& logged : log) settlement.settle(logged);
   return std::move(settlement).result();
 }
 

@@ -66,20 +66,9 @@ class OtherRuns {
   std::unordered_multimap<FileUrl, FileUrl> m_places;
 };
 
-// Whether the item of an intent is at a place.
-enum class ItemPresence { there, another, nothing, unreachable };
-struct IntentPresence {
-  ItemPresence source;
-  ItemPresence destination;
-  bool operator==(const IntentPresence&) const = default;
-};
-// Of each intent. To be asked before the other runs are: they announce a move in their log before they make it, and
-// drop the log only once the journal has the move, so none that shows here is unknown then.
-[[nodiscard]] std::vector<IntentPresence> lookForItems(std::span<const LoggedIntent> log);
-
 // Settles the log of a run that died. Moves nothing. Takes back what was written to the Trash, or copied, for items
-// that never went there.
-[[nodiscard]] SettledRun settleRunLog(std::span<const LoggedIntent> log, std::span<const IntentPresence> places,
-                                      const OtherRuns& others, Trash& trash, FileMover& mover);
+// that never went there. No run may move anything meanwhile: RunLog::lockOutMoves().
+[[nodiscard]] SettledRun settleRunLog(std::span<const LoggedIntent> log, const OtherRuns& others, Trash& trash,
+                                      FileMover& mover);
 
 }  // namespace orvane

@@ -4,6 +4,10 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SafetyFixture.h"
 
+#include <chrono>
+#include <stop_token>
+#include <thread>
+
 namespace orvane::test {
 namespace {
 
@@ -524,6 +528,49 @@ TEST_F(UndoJournalTest, aRestoreThatDiedLeavesTheRecordOfARunThatTakesTheName) {
   reopenJournal();
   EXPECT_FALSE(exists(recordOf(trashed))) << "the other run died as well";
   EXPECT_THAT(journal->takeNotices(), IsEmpty());
+}
+
+// Where its item is and what the Trash has of it fit together only between moves.
+TEST_F(UndoJournalTest, settlesADeadRunOnlyWhileNothingMoves) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto record = writeRecord(path);
+  leaveLog({intentFor(path, inTrash("a.txt"))});
+  const RunLog living(journalFolder(), Uuid::random());
+  {
+    const auto moving = living.lockMoves();
+    reopenJournal();
+    EXPECT_TRUE(exists(record));
+  }
+  reopenJournal();
+  EXPECT_FALSE(exists(record));
+}
+
+// A process that has been running meanwhile brings the same run back.
+TEST_F(UndoJournalTest, aRestoreKnowsWhatOneThatDiedHasBroughtBack) {
+  const auto path = tree.file("Downloads/a.txt");
+  const auto trashed = clean({path}).front().destination;
+  const auto first = lastRun;
+  UndoJournal other(trash, fileMover, validator, FileUrl(journalFolder()));
+  leaveLog({intentToRestore(onlyEntry())});
+  fs::rename(trashed.path(), path);
+  fs::remove(recordOf(trashed));
+  ASSERT_EQ(clean({path}).front().destination, trashed);
+  EXPECT_EQ(other.restoreRun(first).restoredCount, 0);
+  EXPECT_TRUE(exists(trashed.path()));
+  EXPECT_EQ(other.remainingCount(lastRun), 1);
+}
+
+TEST_F(UndoJournalTest, processesRestoreOneAfterTheOther) {
+  const auto path = tree.file("Downloads/a.txt");
+  clean({path});
+  const auto others = FileLock::acquire(journalFolder() + "/undo_journal.restore.lock");
+  std::stop_source stop;
+  const std::jthread impatient([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    stop.request_stop();
+  });
+  EXPECT_EQ(journal->restoreRun(lastRun, {}, stop.get_token()).restoredCount, 0);
+  EXPECT_FALSE(exists(path));
 }
 
 TEST_F(UndoJournalTest, anOldLogTakesNothingBackThatWasRestoredSince) {
