@@ -13,34 +13,17 @@ T.ApplicationWindow {
     required property NavigationModel navigation
     required property LanguageModel languages
     required property OverviewModel overview
-    required property MapModel map
-    required property CleanupModel cleanup
     required property HistoryModel history
     required property TidyModel tidy
     required property DuplicatesModel duplicates
     required property AppsModel apps
     required property OrganizeModel organize
-    required property RulesModel rules
     required property AgentModel agent
-    required property PrivacyModel privacy
     required property SettingsModel settings
+    // By AppNavigationItem: the file of each screen, and what it is handed.
+    required property var screens
 
     readonly property Page screen: loader.item as Page
-    // The screen of each section, by AppNavigationItem.
-    readonly property var screens: [
-        ["Overview", {appState: appState, model: overview, map: map}],
-        ["Cleanup", {appState: appState, model: cleanup, overview: overview}],
-        ["Duplicates", {appState: appState, model: duplicates}],
-        ["Apps", {appState: appState, model: apps}],
-        ["Organize", {appState: appState, model: organize}],
-        ["Rules", {appState: appState, model: rules}],
-        ["Agent", {appState: appState, model: agent}],
-        ["History", {appState: appState, model: history}],
-        ["Privacy", {appState: appState, model: privacy}],
-        ["Settings", {
-            appState: appState, model: settings, languages: languages, overview: overview, tidy: tidy, map: map
-        }]
-    ]
 
     // A dropped folder is scanned as soon as it is among the folders.
     property bool scansAddedFolder: false
@@ -50,7 +33,7 @@ T.ApplicationWindow {
 
     function showSection(section: int) {
         const screen = screens[section] ?? screens[0];
-        loader.setSource("../" + screen[0].toLowerCase() + "/" + screen[0] + "Screen.qml", screen[1]);
+        loader.setSource(screen.source, screen.properties);
     }
 
     function rememberSize() {

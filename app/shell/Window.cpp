@@ -10,6 +10,7 @@
 #include "app/common/PageDrawing.h"
 #include "app/common/PictureProvider.h"
 #include "app/common/Pictures.h"
+#include "app/common/Text.h"
 #include "app/duplicates/DuplicatesModel.h"
 #include "app/history/HistoryModel.h"
 #include "app/organize/OrganizeModel.h"
@@ -85,6 +86,13 @@ QVariant variantOf(Model& model) {
   return QVariant::fromValue(&model);
 }
 
+// The screen of a section stands in a folder named as the section: overview/OverviewScreen.qml.
+QUrl screenOf(const NavigationRow& row) {
+  const auto folder = textFrom(row.rawValue);
+  const auto name = folder.left(1).toUpper() + folder.mid(1);
+  return {QStringLiteral("qrc:/qt/qml/Orvane/%1/%2Screen.qml").arg(folder, name)};
+}
+
 // Of what the window remembers.
 const auto sectionKey = QStringLiteral("section");
 const auto sortKey = QStringLiteral("cleanupSort");
@@ -150,6 +158,37 @@ struct Window::Parts {
   SettingsModel settings;
   [[nodiscard]] std::vector<RunModel*> runModels() {
     return {&cleanup, &history, &duplicates, &apps, &organize, &rules, &agent};
+  }
+
+  // The models of a section's screen, by the names of its properties.
+  [[nodiscard]] QVariantMap propertiesOf(AppNavigationItem section) {
+    switch (section) {
+      case AppNavigationItem::Overview:
+        return {{"model", variantOf(overview)}, {"map", variantOf(map)}};
+      case AppNavigationItem::Cleanup:
+        return {{"model", variantOf(cleanup)}, {"overview", variantOf(overview)}};
+      case AppNavigationItem::Duplicates:
+        return {{"model", variantOf(duplicates)}};
+      case AppNavigationItem::Apps:
+        return {{"model", variantOf(apps)}};
+      case AppNavigationItem::Organize:
+        return {{"model", variantOf(organize)}};
+      case AppNavigationItem::Rules:
+        return {{"model", variantOf(rules)}};
+      case AppNavigationItem::Agent:
+        return {{"model", variantOf(agent)}};
+      case AppNavigationItem::History:
+        return {{"model", variantOf(history)}};
+      case AppNavigationItem::Privacy:
+        return {{"model", variantOf(privacy)}};
+      case AppNavigationItem::Settings:
+        return {{"model", variantOf(settings)},
+                {"languages", variantOf(languages)},
+                {"overview", variantOf(overview)},
+                {"tidy", variantOf(tidy)},
+                {"map", variantOf(map)}};
+    }
+    return {};
   }
 
   QPointer<RunModel> lastRun;  // the last that moved something
@@ -301,23 +340,26 @@ bool Window::show() {
                                 std::make_unique<PictureProvider>(readLook).release());
   parts.engine.addImageProvider(QString::fromLatin1(applicationIconProvider),
                                 std::make_unique<PictureProvider>(readApplicationIcon).release());
+  QVariantList screens;
+  for (const auto& row : navigationRows) {
+    auto properties = parts.propertiesOf(row.section);
+    properties.insert("appState", variantOf(parts.state));
+    screens.append(QVariantMap{{"source", screenOf(row)}, {"properties", properties}});
+  }
   parts.engine.setInitialProperties({
       {"appState", variantOf(parts.state)},
       {"memory", variantOf(parts.memory)},
       {"navigation", variantOf(parts.navigation)},
       {"languages", variantOf(parts.languages)},
       {"overview", variantOf(parts.overview)},
-      {"map", variantOf(parts.map)},
-      {"cleanup", variantOf(parts.cleanup)},
       {"history", variantOf(parts.history)},
       {"tidy", variantOf(parts.tidy)},
       {"duplicates", variantOf(parts.duplicates)},
       {"apps", variantOf(parts.apps)},
       {"organize", variantOf(parts.organize)},
-      {"rules", variantOf(parts.rules)},
       {"agent", variantOf(parts.agent)},
-      {"privacy", variantOf(parts.privacy)},
       {"settings", variantOf(parts.settings)},
+      {"screens", screens},
   });
   parts.engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Orvane/shell/Main.qml")));
   return !parts.engine.rootObjects().isEmpty();
