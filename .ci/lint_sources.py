@@ -212,23 +212,20 @@ def check_changing_calls(tree):
 
 
 def check_build_lists(tree):
-    """A source file that no CMakeLists.txt names is never built, and a test in it never runs."""
+    """A source file that no CMakeLists.txt finds or names is never built, and a test in it never runs."""
     lists = {
-        str(pathlib.PurePosixPath(path).parent): text
+        pathlib.PurePosixPath(path).parent: re.findall(r"[^\s()\"]+\.cpp\b", text)
         for path, text in tree.texts.items()
         if pathlib.PurePosixPath(path).name == "CMakeLists.txt"
     }
-    for path in tree.sources:
-        if not path.endswith(".cpp"):
+    for path in map(pathlib.PurePosixPath, tree.sources):
+        if path.suffix != ".cpp":
             continue
-        for parent in pathlib.PurePosixPath(path).parents:
-            if str(parent) in lists:
-                name = str(pathlib.PurePosixPath(path).relative_to(parent))
-                if not re.search(rf"(?<![\w/]){re.escape(name)}(?![\w/])", lists[str(parent)]):
-                    yield f"{path}: not named in {parent}/CMakeLists.txt"
-                break
-        else:
+        parent = next((parent for parent in path.parents if parent in lists), None)
+        if parent is None:
             yield f"{path}: no CMakeLists.txt above it"
+        elif not any(fnmatch.fnmatchcase(str(path.relative_to(parent)), name) for name in lists[parent]):
+            yield f"{path}: not built by {parent}/CMakeLists.txt"
 
 
 def check_type_names(tree):

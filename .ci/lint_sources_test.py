@@ -11,7 +11,7 @@ HEADER = "#pragma once\n"
 CMAKE = {
     "core/CMakeLists.txt": "add_library(core base/A.cpp safety/B.cpp scanning/C.cpp)\n",
     "platform/CMakeLists.txt": "add_library(platform linux/P.cpp SharedServices.cpp)\n",
-    "cli/CMakeLists.txt": "add_executable(cli frame/main.cpp)\n",
+    "cli/CMakeLists.txt": "find_sources(sources *.cpp)\n",
 }
 
 # Name, files, and a piece of the one finding.
@@ -60,8 +60,10 @@ VIOLATIONS = [
         )
     ),
     ("a removing call in the base", {"core/base/A.cpp": "void f() { ::unlink(p); }\n"}, "cuts short a file"),
-    ("a source file that is not built", {"core/base/Z.cpp": ""}, "not named in core/CMakeLists.txt"),
-    ("a source file whose name only ends like one that is built", {"core/other/base/A.cpp": ""}, "not named"),
+    ("a source file that is not built", {"core/base/Z.cpp": ""}, "not built by core/CMakeLists.txt"),
+    ("a source file outside the folder whose files are built",
+     {"tests/CMakeLists.txt": "orvane_test(tests core/*.cpp)\n", "tests/other/T.cpp": ""}, "not built"),
+    ("a source file whose name only ends like one that is built", {"core/other/base/A.cpp": ""}, "not built"),
     ("somebody's home in a page", {"docs/page.md": "cd /home/" + "bob/orvane\n"}, "path of one machine"),
     ("somebody's home elsewhere", {"core/base/A.h": "// see /Users/" + "J.Doe/notes\n"}, "path of one machine"),
     ("a name that begins like an example", {"docs/page.md": "/home/" + "user2/x\n"}, "path of one machine"),
