@@ -253,8 +253,15 @@ void writeMapFolder(std::ofstream& file, const std::string& name, int level, std
   file << ']';
 }
 
-MapModel& openMap(QQuickWindow& window, const std::string& home) {
-  auto& model = *window.property("map").value<MapModel*>();
+// A section's screen holds the models that it was handed.
+template <typename Model>
+Model* modelOf(const QQuickWindow& window, AppState& state, AppNavigationItem section, const char* name) {
+  state.setSelectedNavigation(static_cast<int>(section));
+  return window.property("screen").value<QObject*>()->property(name).value<Model*>();
+}
+
+MapModel& openMap(QQuickWindow& window, AppState& state, const std::string& home) {
+  auto& model = *modelOf<MapModel>(window, state, AppNavigationItem::Overview, "map");
   {
     std::ofstream file(home + "/map.json");
     file << "[1,2,{},";
@@ -262,7 +269,6 @@ MapModel& openMap(QQuickWindow& window, const std::string& home) {
     writeMapFolder(file, "/home/me", 0, number);
     file << ']';
   }
-  window.property("appState").value<AppState*>()->setSelectedNavigation(static_cast<int>(AppNavigationItem::Overview));
   model.openFile(QString::fromStdString(home + "/map.json"));
   runUntil([&] { return !model.isMapping(); });
   return model;
@@ -302,10 +308,9 @@ int run(int argc, char** argv, Clock::time_point start) {
   std::printf("first frame      %6.0f ms after main() began\n", millisecondsSince(start));
 
   auto& state = *top->property("appState").value<AppState*>();
-  auto& cleanup = *top->property("cleanup").value<CleanupModel*>();
   openSections(*top, state, "for the first time");
   openSections(*top, state, "again");
-  state.setSelectedNavigation(static_cast<int>(AppNavigationItem::Cleanup));
+  auto& cleanup = *modelOf<CleanupModel>(*top, state, AppNavigationItem::Cleanup, "model");
   runUntil([&, until = Clock::now() + std::chrono::seconds(1)] { return Clock::now() > until; });
   const auto before = residentBytes();
   Pulse pulse(&state);
@@ -343,7 +348,7 @@ int run(int argc, char** argv, Clock::time_point start) {
   std::printf("sorting by name  %6.0f ms in the background\n", millisecondsSince(sorting));
   printBlock(pulse, "sorting by name");
   openSections(*top, state, "with all items");
-  auto& map = openMap(*top, qEnvironmentVariable("HOME").toStdString());
+  auto& map = openMap(*top, state, qEnvironmentVariable("HOME").toStdString());
   drillDown(*top, map, "a treemap");
   auto* card = findItem(top->contentItem(), [](const QQuickItem* item) { return item->property("asRings").isValid(); });
   if (card != nullptr) card->setProperty("asRings", true);
