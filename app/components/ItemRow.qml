@@ -170,7 +170,8 @@ Item {
 
                 readonly property real room: parent.width - (root.warning === "" ? 0 : Math.min(160, parent.width / 2))
 
-                width: Math.min(implicitWidth, room)
+                // A warning follows the text; alone it takes what there is.
+                width: root.warning === "" ? room : Math.min(implicitWidth, room)
                 text: Texts.fromLeft(root.shownSecondLine)
                 wrapMode: root.remarkLines > 1 ? Text.Wrap : Text.NoWrap
                 maximumLineCount: root.remarkLines

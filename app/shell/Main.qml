@@ -58,7 +58,7 @@ T.ApplicationWindow {
     visibility: memory.flag("maximized") ? Window.Maximized : Window.AutomaticVisibility
     onWidthChanged: rememberSize()
     onHeightChanged: rememberSize()
-    onVisibilityChanged: if (visible) memory.remember("maximized", visibility === Window.Maximized)
+    onVisibilityChanged: if (visible) memory.remember("maximized", window.visibility === Window.Maximized)
     minimumWidth: 900
     minimumHeight: 600
     visible: true

@@ -295,17 +295,32 @@ def accessibility():
     return Atspi
 
 
+@contextlib.contextmanager
+def complaints_seen():
+    """A file for what a program says on standard error, which is shown; its screens have nothing to say there."""
+    with tempfile.TemporaryFile("w+") as file:
+        try:
+            yield file
+        finally:
+            file.seek(0)
+            said = file.read()
+            sys.stderr.write(said)
+    complaints = {line for line in said.splitlines() if "qrc:/" in line}
+    expect(not complaints, "a screen complains: " + "; ".join(sorted(complaints)))
+
+
 def drive(program, scenario, home):
     """Within the desktop made below: starts the program and does what the scenario does."""
     atspi = accessibility()
-    process = subprocess.Popen([program])
-    try:
-        window = Window(atspi, process, texts_in(scenario.settings.get("OrvaneLanguage", "en"), program))
-        with telling_what_is_seen(window):
-            scenario.act(window, home)
-    finally:
-        process.terminate()
-        process.wait(PATIENCE)
+    with complaints_seen() as complaints:
+        process = subprocess.Popen([program], stderr=complaints)
+        try:
+            window = Window(atspi, process, texts_in(scenario.settings.get("OrvaneLanguage", "en"), program))
+            with telling_what_is_seen(window):
+                scenario.act(window, home)
+        finally:
+            process.terminate()
+            process.wait(PATIENCE)
 
 
 def environment_of(home, runtime):
