@@ -119,7 +119,7 @@ class Totalling {
       return;
     }
     const auto& place = entry.trashedURL.path();
-    const auto presence = presenceAt(place);
+    const auto presence = m_looks.presenceAt(place);
     if (presence == Presence::unreachable) m_totals.away[missingPlace(place)].add(entry.fileSize);
     if (presence != Presence::there) return;
     if (entry.action == JournalAction::moved) {
@@ -141,6 +141,7 @@ class Totalling {
   }
 
   UndoJournal& m_journal;
+  PathLooks m_looks;
   HistoryTotals m_totals;
   std::vector<JournalEntry> m_trashed;  // something stands in the place of each
 };

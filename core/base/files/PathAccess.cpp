@@ -44,4 +44,25 @@ Presence presenceAt(const std::string& path) noexcept {
   return readPathStatus(std::string(parentPath(path))) ? Presence::nothing : Presence::unreachable;
 }
 
+bool PathLooks::holdFolderOf(const std::string& path) {
+  if (path.ends_with('/')) return false;
+  const auto folder = parentPath(path);
+  if (folder != m_path) {
+    m_path = folder;
+    m_folder = FileDescriptor(::open(m_path.c_str(), folderSearchFlags & ~O_NOFOLLOW));
+  }
+  return static_cast<bool>(m_folder);
+}
+
+std::optional<FileStatus> PathLooks::readStatus(const std::string& path) {
+  if (!holdFolderOf(path)) return readPathStatus(path);
+  return readFileStatus(m_folder.get(), path.c_str() + (path.size() - lastComponent(path).size()));
+}
+
+Presence PathLooks::presenceAt(const std::string& path) {
+  if (!holdFolderOf(path)) return orvane::presenceAt(path);
+  if (readStatus(path)) return Presence::there;
+  return errno == ENOENT || errno == ENOTDIR ? Presence::nothing : Presence::unreachable;
+}
+
 }  // namespace orvane

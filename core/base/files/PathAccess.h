@@ -24,4 +24,18 @@ namespace orvane {
 enum class Presence : std::uint8_t { there, nothing, unreachable };
 [[nodiscard]] Presence presenceAt(const std::string& path) noexcept;
 
+// The same two for many items, most of which follow others of their folder: that is held open until one of another
+// comes.
+class PathLooks {
+ public:
+  [[nodiscard]] std::optional<FileStatus> readStatus(const std::string& path);
+  [[nodiscard]] Presence presenceAt(const std::string& path);
+
+ private:
+  [[nodiscard]] bool holdFolderOf(const std::string& path);
+
+  std::string m_path;
+  FileDescriptor m_folder;
+};
+
 }  // namespace orvane

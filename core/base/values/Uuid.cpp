@@ -6,6 +6,8 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstring>
 #include <random>
@@ -46,8 +48,19 @@ class Generator {
   unsigned m_forkCount = currentForkCount();
 };
 
-constexpr bool isHyphenPosition(std::size_t index) {
-  return index == 8 || index == 13 || index == 18 || index == 23;
+// Where the two digits of each byte stand in the text, and the hyphens.
+constexpr std::array<std::uint8_t, 16> digitPlaces{0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
+constexpr std::array<std::uint8_t, 4> hyphenPlaces{8, 13, 18, 23};
+
+// A journal holds hundreds of thousands of identifiers.
+constexpr auto hexValues = [] {
+  std::array<std::int8_t, 256> values{};
+  for (std::size_t c = 0; c < values.size(); ++c) values[c] = static_cast<std::int8_t>(hexValue(static_cast<char>(c)));
+  return values;
+}();
+
+constexpr int valueOf(char c) {
+  return hexValues[static_cast<std::uint8_t>(c)];
 }
 
 }  // namespace
@@ -65,19 +78,15 @@ Uuid Uuid::random() {
 std::optional<Uuid> Uuid::parse(std::string_view text) noexcept {
   if (text.size() != 36) return std::nullopt;
   Uuid result;
-  std::size_t digits = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (isHyphenPosition(i)) {
-      if (text[i] != '-') return std::nullopt;
-      continue;
-    }
-    const int value = hexValue(text[i]);
-    if (value < 0) return std::nullopt;
-    auto& byte = result.m_bytes[digits / 2];
-    byte = static_cast<std::uint8_t>((byte << 4) | value);
-    ++digits;
+  int all = 0;  // negative once one digit is none
+  for (std::size_t i = 0; i < result.m_bytes.size(); ++i) {
+    const int high = valueOf(text[digitPlaces[i]]);
+    const int low = valueOf(text[digitPlaces[i] + 1U]);
+    all |= high | low;
+    result.m_bytes[i] = static_cast<std::uint8_t>((high * 16) | low);
   }
-  return result;
+  const bool hasHyphens = std::ranges::all_of(hyphenPlaces, [&](std::size_t place) { return text[place] == '-'; });
+  return all >= 0 && hasHyphens ? std::optional(result) : std::nullopt;
 }
 
 std::string Uuid::toString() const {
@@ -88,14 +97,12 @@ std::string Uuid::toString() const {
 
 void Uuid::appendTo(std::string& text) const {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  // Where the two digits of each byte stand.
-  constexpr std::array<std::uint8_t, 16> places{0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
   const auto start = text.size();
   text.append(36, '-');
   auto* place = text.data() + start;
   for (std::size_t i = 0; i < m_bytes.size(); ++i) {
-    place[places[i]] = digits[m_bytes[i] >> 4];
-    place[places[i] + 1] = digits[m_bytes[i] & 0x0F];
+    place[digitPlaces[i]] = digits[m_bytes[i] >> 4];
+    place[digitPlaces[i] + 1U] = digits[m_bytes[i] & 0x0F];
   }
 }
 

@@ -264,9 +264,10 @@ RunRestore::Records UndoJournal::recordsOf(std::span<const JournalEntry> entries
 
 std::vector<Uuid> UndoJournal::lostAmong(std::span<const JournalEntry> entries) const {
   const auto records = recordsOf(entries);
+  PathLooks looks;
   const auto isLost = [&](const JournalEntry& entry) {
-    const auto status = readPathStatus(entry.trashedURL.path());
-    if (!status) return presenceAt(entry.trashedURL.path()) == Presence::nothing;
+    const auto status = looks.readStatus(entry.trashedURL.path());
+    if (!status) return looks.presenceAt(entry.trashedURL.path()) == Presence::nothing;
     // A record tells more than the Trash, which is only asked where there is none.
     if (const auto record = records.find(entry.id); record != records.end()) return !record->second.describes(*status);
     return entry.action == JournalAction::trashed && !m_trash.mayHold(entry.trashedURL, entry.originalURL);

@@ -53,6 +53,18 @@ TEST_F(CanonicalPath, aPlaceKeepsTheLinkAtItsEnd) {
   EXPECT_EQ(canonicalPlace(m_tree.path("toReal/.")), m_tree.path("real"));
 }
 
+// As one look each, also where the folder is a link, a file or nothing.
+TEST_F(CanonicalPath, looksAtManyItemsOneAfterTheOther) {
+  PathLooks looks;
+  for (const auto* item :
+       {"real/inner/file", "real/inner/none", "real/inner/file/below", "toReal/inner/file", "toReal/none", "toReal",
+        "dangling/x", "loopA/x", "nowhere/x", "real/inner/", "real/inner/file"}) {
+    const auto path = m_tree.path(item);
+    EXPECT_EQ(looks.presenceAt(path), presenceAt(path)) << item;
+    EXPECT_EQ(looks.readStatus(path).has_value(), readPathStatus(path).has_value()) << item;
+  }
+}
+
 TEST(CanonicalPathOfGreatLength, resolvesLinksAtTheEnd) {
   const TemporaryTree tree;
   const std::string name(200, 'd');
