@@ -19,6 +19,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr int operationFor(FileLock::Mode mode) {
+  return (mode == FileLock::Mode::exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
+}
+
 // The process that the file names; empty where it names none. Anybody may have written it.
 std::string holderOf(int descriptor) {
   std::array<char, 16> text{};
@@ -50,8 +54,7 @@ FileLock FileLock::acquire(const std::string& path, std::chrono::milliseconds wa
   if (!S_ISREG(status.st_mode)) throwErrno(EINVAL);
   const auto deadline = std::chrono::steady_clock::now() + wait;
   auto pause = 1ms;
-  const int operation = mode == Mode::exclusive ? LOCK_EX : LOCK_SH;
-  while (::flock(file.get(), operation | LOCK_NB) != 0) {
+  while (::flock(file.get(), operationFor(mode)) != 0) {
     if (errno != EINTR && errno != EWOULDBLOCK) throwErrno();
     const auto now = std::chrono::steady_clock::now();
     if (now >= deadline) throw LockTimeout(path, holderOf(file.get()));
@@ -62,8 +65,8 @@ FileLock FileLock::acquire(const std::string& path, std::chrono::milliseconds wa
   return FileLock(std::move(file));
 }
 
-std::optional<FileLock> FileLock::tryAcquire(FileDescriptor& descriptor) {
-  if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0) return std::nullopt;
+std::optional<FileLock> FileLock::tryAcquire(FileDescriptor& descriptor, Mode mode) {
+  if (::flock(descriptor.get(), operationFor(mode)) != 0) return std::nullopt;
   return FileLock(std::move(descriptor));
 }
 

@@ -31,8 +31,8 @@ class FileLock {
   // Throws LockTimeout after `wait`, std::system_error when it is no regular file or cannot be opened.
   static FileLock acquire(const std::string& path, std::chrono::milliseconds wait = maxWait,
                           Mode mode = Mode::exclusive);
-  // Takes the exclusive lock of an open file if nobody holds it; leaves `descriptor` with the caller otherwise.
-  static std::optional<FileLock> tryAcquire(FileDescriptor& descriptor);
+  // Takes the lock of an open file if nobody holds one that excludes it; leaves `descriptor` with the caller otherwise.
+  static std::optional<FileLock> tryAcquire(FileDescriptor& descriptor, Mode mode = Mode::exclusive);
 
   [[nodiscard]] int descriptor() const noexcept { return m_file.get(); }
 

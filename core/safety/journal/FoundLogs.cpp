@@ -95,8 +95,12 @@ bool readIntents(OpenLog& open, std::vector<std::string>& notices) {
 
 }  // namespace
 
-bool hasRunLogs(const std::string& folder) {
-  return !logNames(folder).empty();
+bool hasLogsToSettle(const std::string& folder) {
+  return std::ranges::any_of(logNames(folder), [&](const std::string& name) {
+    FileDescriptor file(::open(joinPath(folder, name).c_str(), openFlags));
+    if (!file) return errno != ENOENT;
+    return FileLock::tryAcquire(file, FileLock::Mode::shared).has_value();
+  });
 }
 
 std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices) {

@@ -18,8 +18,9 @@ struct FoundLog {
   std::vector<LoggedIntent> intents;
 };
 
-// Whether any run lives, or died and is to be settled.
-[[nodiscard]] bool hasRunLogs(const std::string& folder);
+// Whether there is any log but those of runs that live: one of a dead run, or one that cannot be read. Who settles one
+// at this moment may take it for that of a living run, and leaves it to the caller.
+[[nodiscard]] bool hasLogsToSettle(const std::string& folder);
 // The logs of dead runs in the journal's folder, in a steady order. Unreadable ones are left alone and told in
 // `notices`.
 [[nodiscard]] std::vector<FoundLog> findLogsToSettle(const std::string& folder, std::vector<std::string>& notices);

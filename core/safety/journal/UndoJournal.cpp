@@ -144,7 +144,7 @@ const std::string& UndoJournal::storageFolder() const noexcept {
 
 void UndoJournal::settleDeadRuns() {
   try {
-    if (!hasRunLogs(m_storageFolder)) return;
+    if (!hasLogsToSettle(m_storageFolder)) return;
     // Where items are, what logs say of them and which records the Trash has belong together.
     const auto alone = RunLog::lockOutMoves(m_storageFolder);
     const auto dead = findLogsToSettle(m_storageFolder, m_notices);

@@ -545,6 +545,15 @@ TEST_F(UndoJournalTest, settlesADeadRunOnlyWhileNothingMoves) {
   EXPECT_FALSE(exists(record));
 }
 
+TEST_F(UndoJournalTest, aStartHoldsUpNoRunWhereNothingIsToBeSettled) {
+  const RunLog living(journalFolder(), Uuid::random());
+  reopenJournal();
+  EXPECT_EQ(contentOf(journalFolder() + "/undo_journal.moves.lock"), "") << "names who had it alone";
+  leaveLog({});
+  reopenJournal();
+  EXPECT_NE(contentOf(journalFolder() + "/undo_journal.moves.lock"), "");
+}
+
 // A process that has been running meanwhile brings the same run back.
 TEST_F(UndoJournalTest, aRestoreKnowsWhatOneThatDiedHasBroughtBack) {
   const auto path = tree.file("Downloads/a.txt");
