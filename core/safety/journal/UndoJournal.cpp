@@ -148,12 +148,10 @@ void UndoJournal::settleDeadRuns() {
     // Where items are, what logs say of them and which records the Trash has belong together.
     const auto alone = RunLog::lockOutMoves(m_storageFolder);
     const auto dead = findLogsToSettle(m_storageFolder, m_notices);
-    for (const auto& log : dead) {
-      const auto living = findOtherLogs(m_storageFolder, dead, m_notices);
-      // Without knowing what the others did nothing can be taken back.
-      if (!living) return;
-      settleDeadRun(log, settle(log, dead, *living));
-    }
+    const auto living = findOtherLogs(m_storageFolder, dead, m_notices);
+    // Without knowing what the others did nothing can be taken back.
+    if (!living) return;
+    for (const auto& log : dead) settleDeadRun(log, settle(log, dead, *living));
   } catch (const std::system_error&) {
     // The logs stay for the next start.
   }
